@@ -1,0 +1,41 @@
+# What the project asks of the compiler beyond its defaults. Each choice hangs on the compiler, never
+# on the platform: the same compiler must make the same floats everywhere.
+
+# Warnings; errors in the project's own builds only, so that a new compiler never breaks a user's.
+function(nuv_warnings target)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /W4 $<$<BOOL:${NUV_WARNINGS_AS_ERRORS}>:/WX>)
+    else()
+        target_compile_options(
+            ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+                              $<$<BOOL:${NUV_WARNINGS_AS_ERRORS}>:-Werror>)
+    endif()
+endfunction()
+
+# Products are rounded before they are added. Without this, a compiler may fuse the two where the
+# machine has the instruction, and results would depend on the machine.
+function(nuv_exact_floats target)
+    if(MSVC)
+        # /fp:precise is the default, but /fp:fast may come in by CMAKE_CXX_FLAGS; the last one wins.
+        target_compile_options(${target} PRIVATE /fp:precise)
+    else()
+        target_compile_options(${target} PRIVATE -ffp-contract=off)
+        # On 32-bit x86 the x87 unit keeps intermediate results in 80 bits; SSE2 rounds each to its
+        # type. Elsewhere (x86-64, ARM, WebAssembly) single precision is what the unit computes in.
+        if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86|x86_64|AMD64)$")
+            target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
+        endif()
+    endif()
+endfunction()
+
+# C++ as a better C: what is left needs the C library alone, so that a C linker links it.
+function(nuv_no_cxx_runtime target)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /GR- /EHs-c- /Zc:threadSafeInit-)
+        target_compile_definitions(${target} PRIVATE _HAS_EXCEPTIONS=0)
+    else()
+        target_compile_options(
+            ${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti
+                              -fno-threadsafe-statics>)
+    endif()
+endfunction()

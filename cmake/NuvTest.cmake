@@ -1,0 +1,37 @@
+# nuv_test(<name> SOURCES <files> [LIBRARIES <targets>] [LABELS <labels>] [TIMEOUT <seconds>])
+#
+# One test program for one subject, and one ctest entry of the same name that runs all of it. Label a
+# subject `valgrind` when it is to run under memcheck as well, which costs about 30 times its time.
+
+# <gtest/gtest.h> is most of a small test's compile time: it is compiled once and shared.
+add_library(nuv_test_precompiled STATIC ${PROJECT_SOURCE_DIR}/tests/support/Precompiled.cpp)
+target_compile_features(nuv_test_precompiled PRIVATE cxx_std_20)
+set_target_properties(nuv_test_precompiled PROPERTIES CXX_EXTENSIONS OFF)
+target_link_libraries(nuv_test_precompiled PRIVATE GTest::gtest)
+target_precompile_headers(nuv_test_precompiled PRIVATE <gtest/gtest.h>)
+nuv_warnings(nuv_test_precompiled)
+nuv_exact_floats(nuv_test_precompiled)
+
+function(nuv_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
+    if(NOT arg_SOURCES OR arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "nuv_test(${name}): SOURCES is missing or an argument is unknown")
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    set(target test_${name})
+    add_executable(${target} ${arg_SOURCES})
+    target_compile_features(${target} PRIVATE cxx_std_20)
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
+    target_compile_definitions(
+        ${target} PRIVATE NUV_TEST_MODELS="${PROJECT_SOURCE_DIR}/tests/models")
+    target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gtest_main)
+    target_precompile_headers(${target} REUSE_FROM nuv_test_precompiled)
+    nuv_warnings(${target})
+    # A test's own reference evaluation must round as the library does.
+    nuv_exact_floats(${target})
+    add_test(NAME ${name} COMMAND ${target} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+endfunction()

@@ -1,0 +1,1 @@
+// Carries the precompiled <gtest/gtest.h> that every test program shares; it defines nothing itself.
