@@ -1,0 +1,283 @@
+/// The general linear program: minimise or maximise a linear objective with a constant, under rows
+/// `lower <= a.x <= upper` and bounds `lower <= x <= upper` on each variable, everything named.
+///
+/// Rows are stored sparsely, one after another, as (column, coefficient) pairs in double precision;
+/// within a row each column occurs at most once. Two ways in: expressions for programs that state
+/// models, and the "for readers" block, which appends without intermediate storage. Both check what
+/// they take in. The first failure is kept (`Failure()`), later calls still work, and no solver
+/// accepts a model that has one: so a program may state a whole model and ask once. Contradictory
+/// bounds are not a failure: such a model is infeasible, which is an answer.
+#pragma once
+
+#include "Nuv/Model/Error.hpp"
+#include "Nuv/Model/Expression.hpp"
+#include "Nuv/Model/NameTable.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nuv
+{
+
+enum class Sense
+{
+    Minimize,
+    Maximize
+};
+
+/// Bounds of a variable or of a row; the default is what a variable has when nothing is said.
+struct Bounds
+{
+    double lower = 0.0;
+    double upper = Infinity;
+};
+
+/// A row of one model; not valid if Add could not take the row in.
+struct Row
+{
+    std::uint32_t index = NameTable::None;
+    [[nodiscard]] bool Valid() const noexcept
+    {
+        return index != NameTable::None;
+    }
+};
+
+class Model
+{
+public:
+    // -- Stating a model
+    // ---------------------------------------------------------------------------------------------
+
+    /// @return an invalid handle, with Failure() set, if the name is empty or taken or a bound is
+    /// no number.
+    Variable AddVariable(std::string_view name, Bounds bounds = {});
+
+    /// Takes in `constraint`: terms of the same variable are added up, the constant moves to the
+    /// bounds.
+    /// @return an invalid row, with Failure() set, if the name is empty or taken, a variable is not
+    /// of this model or a number is not finite.
+    Row Add(std::string_view name, const Constraint& constraint);
+
+    /// The same, with the name R<k> for the k-th row.
+    Row Add(const Constraint& constraint);
+
+    void Maximize(const Expression& objective)
+    {
+        SetObjective(Sense::Maximize, objective);
+    }
+    void Minimize(const Expression& objective)
+    {
+        SetObjective(Sense::Minimize, objective);
+    }
+
+    /// @return false, with Failure() set, if the variable is not of this model or a bound is no
+    /// number.
+    bool SetBounds(Variable variable, Bounds bounds);
+
+    void SetName(std::string_view name)
+    {
+        m_name = name;
+    }
+    void SetObjectiveName(std::string_view name)
+    {
+        m_objectiveName = name;
+    }
+
+    /// The first thing that went wrong while the model was stated.
+    [[nodiscard]] const std::optional<Error>& Failure() const noexcept
+    {
+        return m_failure;
+    }
+
+    // -- Asking
+    // ------------------------------------------------------------------------------------------------------
+
+    [[nodiscard]] std::optional<Variable> FindVariable(std::string_view name) const noexcept;
+    [[nodiscard]] std::optional<Row> FindRow(std::string_view name) const noexcept;
+
+    [[nodiscard]] std::uint32_t VariableCount() const noexcept
+    {
+        return m_variableNames.Size();
+    }
+    [[nodiscard]] std::uint32_t RowCount() const noexcept
+    {
+        return m_rowNames.Size();
+    }
+    [[nodiscard]] std::size_t NonzeroCount() const noexcept
+    {
+        return m_columns.size();
+    }
+
+    [[nodiscard]] const std::string& Name() const noexcept
+    {
+        return m_name;
+    }
+    [[nodiscard]] const std::string& ObjectiveName() const noexcept
+    {
+        return m_objectiveName;
+    }
+    [[nodiscard]] std::string_view VariableName(std::uint32_t column) const noexcept
+    {
+        return m_variableNames[column];
+    }
+    [[nodiscard]] std::string_view RowName(std::uint32_t row) const noexcept
+    {
+        return m_rowNames[row];
+    }
+
+    [[nodiscard]] Sense ObjectiveSense() const noexcept
+    {
+        return m_sense;
+    }
+    [[nodiscard]] double ObjectiveConstant() const noexcept
+    {
+        return m_objectiveConstant;
+    }
+    /// One coefficient per variable.
+    [[nodiscard]] std::span<const double> Objective() const noexcept
+    {
+        return m_objective;
+    }
+
+    [[nodiscard]] std::span<const double> VariableLower() const noexcept
+    {
+        return m_variableLower;
+    }
+    [[nodiscard]] std::span<const double> VariableUpper() const noexcept
+    {
+        return m_variableUpper;
+    }
+    [[nodiscard]] std::span<const double> RowLower() const noexcept
+    {
+        return m_rowLower;
+    }
+    [[nodiscard]] std::span<const double> RowUpper() const noexcept
+    {
+        return m_rowUpper;
+    }
+
+    /// The columns of a row and, at the same places, their coefficients.
+    [[nodiscard]] std::span<const std::uint32_t> RowColumns(std::uint32_t row) const noexcept
+    {
+        return std::span(m_columns).subspan(m_rowStarts[row],
+                                            m_rowStarts[row + 1] - m_rowStarts[row]);
+    }
+    [[nodiscard]] std::span<const double> RowCoefficients(std::uint32_t row) const noexcept
+    {
+        return std::span(m_coefficients)
+            .subspan(m_rowStarts[row], m_rowStarts[row + 1] - m_rowStarts[row]);
+    }
+    /// All rows in one piece: row i is [starts[i], starts[i + 1]) of columns and coefficients.
+    [[nodiscard]] std::span<const std::size_t> RowStarts() const noexcept
+    {
+        return m_rowStarts;
+    }
+    [[nodiscard]] std::span<const std::uint32_t> Columns() const noexcept
+    {
+        return m_columns;
+    }
+    [[nodiscard]] std::span<const double> Coefficients() const noexcept
+    {
+        return m_coefficients;
+    }
+
+    // -- For readers
+    // -------------------------------------------------------------------------------------------------
+    // Indices are trusted, numbers are not NaN; finiteness is the reader's to check, since it has
+    // the line to blame.
+
+    /// The column called `name`, appended with default bounds and no objective coefficient if it is
+    /// new.
+    NameTable::Interned InternVariable(std::string_view name)
+    {
+        const NameTable::Interned found = m_variableNames.Intern(name);
+        if (found.isNew)
+            AppendColumn({});
+        return found;
+    }
+
+    /// Appends a row without entries. An empty name is filled in by NameUnnamedRows.
+    /// @return an invalid row, and changes nothing, if the name is taken.
+    Row AppendRow(std::string_view name, Bounds bounds);
+
+    /// Appends an entry to the last row; the column is not in it yet.
+    void AppendEntry(std::uint32_t column, double coefficient)
+    {
+        m_columns.push_back(column);
+        m_coefficients.push_back(coefficient);
+        m_rowStarts.back() = m_columns.size();
+    }
+
+    /// The value of entry `at` of the last row, to add a repeated term to.
+    [[nodiscard]] double& EntryOfLastRow(std::size_t at) noexcept
+    {
+        return m_coefficients[at];
+    }
+
+    /// Fills all rows, which are empty so far, from a matrix stored by columns: column j is
+    /// [starts[j], starts[j + 1]) of `rows` and `coefficients`.
+    void AssignColumns(std::span<const std::size_t> starts, std::span<const std::uint32_t> rows,
+                       std::span<const double> coefficients);
+
+    /// Gives each row without a name the name R<k> (k its position from 1), or that with
+    /// underscores appended while taken.
+    void NameUnnamedRows();
+
+    void SetSense(Sense sense) noexcept
+    {
+        m_sense = sense;
+    }
+    void SetObjectiveConstant(double constant) noexcept
+    {
+        m_objectiveConstant = constant;
+    }
+    void SetObjectiveCoefficient(std::uint32_t column, double value) noexcept
+    {
+        m_objective[column] = value;
+    }
+    void SetVariableBounds(std::uint32_t column, Bounds bounds) noexcept
+    {
+        m_variableLower[column] = bounds.lower;
+        m_variableUpper[column] = bounds.upper;
+    }
+    void SetRowBounds(std::uint32_t row, Bounds bounds) noexcept
+    {
+        m_rowLower[row] = bounds.lower;
+        m_rowUpper[row] = bounds.upper;
+    }
+    void Reserve(std::size_t rows, std::size_t columns, std::size_t entries);
+
+private:
+    void AppendColumn(Bounds bounds);
+    void SetObjective(Sense sense, const Expression& objective);
+    bool CheckBounds(std::string_view what, std::string_view name, Bounds bounds);
+    bool CheckExpression(std::string_view what, std::string_view name,
+                         const Expression& expression);
+    bool Fail(std::string code, std::string text, std::string hint);
+
+    std::string m_name;
+    std::string m_objectiveName;
+    Sense m_sense = Sense::Minimize;
+    double m_objectiveConstant = 0.0;
+
+    NameTable m_variableNames;
+    std::vector<double> m_objective;
+    std::vector<double> m_variableLower;
+    std::vector<double> m_variableUpper;
+
+    NameTable m_rowNames;
+    std::vector<double> m_rowLower;
+    std::vector<double> m_rowUpper;
+    std::vector<std::size_t> m_rowStarts{0};
+    std::vector<std::uint32_t> m_columns;
+    std::vector<double> m_coefficients;
+
+    std::optional<Error> m_failure;
+};
+
+}  // namespace nuv

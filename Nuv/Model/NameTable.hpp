@@ -1,0 +1,79 @@
+/// The names of a model's rows or columns: an index for each name and a name for each index, both
+/// in constant time. All names lie in one block of characters, so that a million of them cost three
+/// allocations, not a million. Invariant: a name that is not empty belongs to at most one index.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nuv
+{
+
+class NameTable
+{
+public:
+    static constexpr std::uint32_t None = 0xFFFFFFFFu;
+
+    struct Interned
+    {
+        std::uint32_t index;
+        bool isNew;
+    };
+
+    [[nodiscard]] std::uint32_t Size() const noexcept
+    {
+        return static_cast<std::uint32_t>(m_entries.size());
+    }
+
+    /// The name at `index`; empty for an entry without one. The view is valid until the next name
+    /// is added.
+    [[nodiscard]] std::string_view operator[](std::uint32_t index) const noexcept
+    {
+        const Entry& entry = m_entries[index];
+        return {m_characters.data() + entry.offset, entry.length};
+    }
+
+    /// @return the index of `name`, or None.
+    [[nodiscard]] std::uint32_t Find(std::string_view name) const noexcept;
+
+    /// The index of `name`, appended if it is new. `name` is not empty.
+    Interned Intern(std::string_view name);
+
+    /// Appends an entry that has no name yet.
+    std::uint32_t AddUnnamed();
+
+    /// Names an entry that has no name.
+    /// @return false, and changes nothing, if another entry has the name or this one has one.
+    bool Name(std::uint32_t index, std::string_view name);
+
+    void Reserve(std::size_t names, std::size_t characters);
+
+private:
+    struct Entry
+    {
+        std::size_t offset;
+        std::size_t length;
+    };
+    /// `index` is None in a free slot; `tag` spares most of the comparisons with names that merely
+    /// share the slot.
+    struct Slot
+    {
+        std::uint32_t tag;
+        std::uint32_t index;
+    };
+
+    [[nodiscard]] std::size_t Probe(std::string_view name, std::uint64_t hash) const noexcept;
+    void Store(std::uint32_t index, std::string_view name);
+    void GrowIfFull();
+    void Rehash(std::size_t slots);
+
+    std::string m_characters;
+    std::vector<Entry> m_entries;
+    std::vector<Slot> m_slots;
+    std::size_t m_used = 0;
+};
+
+}  // namespace nuv
