@@ -49,33 +49,39 @@ foreach(list NUV_PUBLIC_HEADERS NUV_CORE_SOURCES)
     endforeach()
 endforeach()
 
-# What every build of the core's sources has in common; `kind` is STATIC, SHARED or empty, which
-# leaves the choice to BUILD_SHARED_LIBS.
-function(nuv_add_core target kind)
-    if(NOT NUV_CORE_SOURCES)
-        add_library(${target} INTERFACE)
-        target_include_directories(${target} INTERFACE ${PROJECT_SOURCE_DIR})
-        return()
-    endif()
-    list(TRANSFORM NUV_CORE_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE sources)
-    list(TRANSFORM NUV_PUBLIC_HEADERS PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE headers)
-    add_library(${target} ${kind} ${sources})
-    target_sources(
-        ${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${headers})
-    # PRIVATE, because a user's program may be C, or C++ of another year.
-    target_compile_features(${target} PRIVATE cxx_std_20)
-    set_target_properties(
-        ${target}
-        PROPERTIES CXX_EXTENSIONS OFF
-                   CXX_VISIBILITY_PRESET hidden
-                   VISIBILITY_INLINES_HIDDEN ON
-                   POSITION_INDEPENDENT_CODE ON
-                   # Linked by the C compiler, which shows that no C++ runtime is needed.
-                   LINKER_LANGUAGE C)
-    nuv_warnings(${target})
-    nuv_exact_floats(${target})
-    nuv_no_cxx_runtime(${target})
-endfunction()
-
-nuv_add_core(NuvLinearProgramming "")
+# Static, or shared with BUILD_SHARED_LIBS.
+if(NUV_CORE_SOURCES)
+    add_library(NuvLinearProgramming ${NUV_CORE_SOURCES})
+else()
+    add_library(NuvLinearProgramming INTERFACE)
+endif()
 add_library(Nuv::LinearProgramming ALIAS NuvLinearProgramming)
+set_target_properties(NuvLinearProgramming PROPERTIES EXPORT_NAME LinearProgramming)
+if(NOT NUV_CORE_SOURCES)
+    target_include_directories(NuvLinearProgramming INTERFACE ${PROJECT_SOURCE_DIR})
+    set(NUV_INSTALL OFF)
+    return()
+endif()
+target_sources(
+    NuvLinearProgramming
+    PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${NUV_PUBLIC_HEADERS})
+# PRIVATE, because a user's program may be C, or C++ of another year.
+target_compile_features(NuvLinearProgramming PRIVATE cxx_std_20)
+set_target_properties(
+    NuvLinearProgramming
+    PROPERTIES CXX_EXTENSIONS OFF
+               CXX_VISIBILITY_PRESET hidden
+               VISIBILITY_INLINES_HIDDEN ON
+               POSITION_INDEPENDENT_CODE ON
+               VERSION ${PROJECT_VERSION}
+               SOVERSION ${PROJECT_VERSION_MAJOR}
+               # The C compiler links it: whatever would need a C++ runtime fails there.
+               LINKER_LANGUAGE C)
+nuv_warnings(NuvLinearProgramming)
+nuv_exact_floats(NuvLinearProgramming)
+nuv_no_cxx_runtime(NuvLinearProgramming)
+if(NOT MSVC)
+    # The vectoriser, also where a user's own flags for a release stop at -O2.
+    set_source_files_properties(
+        Nuv/Utils/NuvKernels.cpp PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo>:-O3>")
+endif()

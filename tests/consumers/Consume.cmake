@@ -1,0 +1,85 @@
+# Builds and runs one user's project: cmake -DKIND=... -D... -P Consume.cmake
+#
+# KIND       install: puts the library into the empty PREFIX; pkgconfig, package: use what lies there;
+#            subdirectory: takes SOURCE_DIR in
+# The rest   BINARY_DIR (the library's build), WORK_DIR (wiped), the compilers and flags of that build
+
+function(run)
+    execute_process(
+        COMMAND ${ARGV} WORKING_DIRECTORY ${WORK_DIR} OUTPUT_VARIABLE output ERROR_VARIABLE output
+        RESULT_VARIABLE result)
+    message(STATUS "${output}")
+    if(NOT result EQUAL 0)
+        list(JOIN ARGV " " command)
+        message(FATAL_ERROR "failed (${result}): ${command}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+function(expect_answer program)
+    run(${program})
+    if(NOT output STREQUAL "16 at (4, 2)\n")
+        message(FATAL_ERROR "expected 16 at (4, 2)")
+    endif()
+endfunction()
+
+# The program and the libraries that it names itself; what a sanitizer's runtime needs is its own.
+function(expect_no_cxx_runtime program)
+    run(${READELF} --dynamic ${program})
+    if(output MATCHES "NEEDED[^\n]*(stdc\\+\\+|libc\\+\\+|libgcc_s)")
+        message(FATAL_ERROR "a C++ runtime is linked in: ${CMAKE_MATCH_0}")
+    endif()
+    if(NOT output MATCHES "NEEDED[^\n]*libc\\.")
+        message(FATAL_ERROR "the C library is not among what ${program} needs")
+    endif()
+endfunction()
+
+function(build_project directory)
+    run(${CMAKE_COMMAND} -S ${directory} -B ${WORK_DIR} -G ${GENERATOR}
+        -DCMAKE_C_COMPILER=${C_COMPILER} -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
+        -DCMAKE_C_FLAGS=${C_FLAGS} -DCMAKE_CXX_FLAGS=${CXX_FLAGS} ${ARGN})
+    run(${CMAKE_COMMAND} --build ${WORK_DIR} --target consumer)
+endfunction()
+
+file(REMOVE_RECURSE ${WORK_DIR})
+file(MAKE_DIRECTORY ${WORK_DIR})
+
+if(KIND STREQUAL "install")
+    run(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${WORK_DIR})
+    foreach(internal NuvRevisedSimplex.h NuvKernels.h NuvElement.hpp)
+        file(GLOB_RECURSE found ${WORK_DIR}/include/${internal} ${WORK_DIR}/include/*.inl)
+        if(found)
+            message(FATAL_ERROR "installed, but not for users: ${found}")
+        endif()
+    endforeach()
+elseif(KIND STREQUAL "pkgconfig")
+    # The tree is moved first: nothing in it may remember where it was installed.
+    set(moved ${WORK_DIR}/moved)
+    file(COPY ${PREFIX}/ DESTINATION ${moved})
+    file(GLOB_RECURSE packages ${moved}/nuv-linear-programming.pc)
+    list(LENGTH packages count)
+    if(NOT count EQUAL 1)
+        message(FATAL_ERROR "one pkg-config file expected, found: ${packages}")
+    endif()
+    cmake_path(GET packages PARENT_PATH directory)
+    set(ENV{PKG_CONFIG_PATH} ${directory})
+    run(${PKG_CONFIG} --cflags nuv-linear-programming)
+    separate_arguments(compile_flags UNIX_COMMAND "${C_FLAGS} ${output}")
+    run(${PKG_CONFIG} --libs nuv-linear-programming)
+    separate_arguments(link_flags UNIX_COMMAND "${output}")
+    cmake_path(GET directory PARENT_PATH libraries)
+    run(${C_COMPILER} -std=c11 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+        ${compile_flags} ${CMAKE_CURRENT_LIST_DIR}/pkgconfig/main.c -o ${WORK_DIR}/consumer
+        ${link_flags} -Wl,-rpath,${libraries})
+    expect_no_cxx_runtime(${WORK_DIR}/consumer)
+    expect_answer(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "package")
+    build_project(${CMAKE_CURRENT_LIST_DIR}/package -DCMAKE_PREFIX_PATH=${PREFIX})
+    expect_answer(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "subdirectory")
+    build_project(${CMAKE_CURRENT_LIST_DIR}/subdirectory -DNUV_SOURCE_DIR=${SOURCE_DIR})
+    expect_no_cxx_runtime(${WORK_DIR}/consumer)
+    expect_answer(${WORK_DIR}/consumer)
+else()
+    message(FATAL_ERROR "KIND is '${KIND}'")
+endif()

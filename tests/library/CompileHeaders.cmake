@@ -1,0 +1,38 @@
+# cmake -DINCLUDE_DIR=... -DWORK_DIR=... "-DC_COMPILERS=...;..." "-DCXX_COMPILERS=...;..." -P CompileHeaders.cmake
+#
+# Each header under INCLUDE_DIR compiles alone, as the first thing that a file includes, as C11 and as
+# C++20, without a warning. The declarations that are included once for each element type
+# (*.decl.h and the two files around them) are not for users to include, and come in through the others.
+
+set(warnings -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+file(MAKE_DIRECTORY ${WORK_DIR})
+file(GLOB headers RELATIVE ${INCLUDE_DIR} ${INCLUDE_DIR}/Nuv/Utils/*.h)
+list(LENGTH headers count)
+if(count LESS 8)
+    message(FATAL_ERROR "only ${count} headers under ${INCLUDE_DIR}: ${headers}")
+endif()
+
+function(compile compiler source)
+    execute_process(
+        COMMAND ${compiler} -fsyntax-only ${ARGN} ${warnings} -I${INCLUDE_DIR} ${source}
+        ERROR_VARIABLE errors RESULT_VARIABLE result)
+    if(NOT result EQUAL 0)
+        message(SEND_ERROR "${compiler} ${ARGN}: ${header} does not compile alone\n${errors}")
+    endif()
+endfunction()
+
+foreach(header IN LISTS headers)
+    cmake_path(GET header STEM LAST_ONLY name)
+    set(source ${WORK_DIR}/${name})
+    # Twice, because a program includes it through several others.
+    foreach(suffix c cpp)
+        file(WRITE ${source}.${suffix} "#include \"${header}\"\n#include \"${header}\"\nint main(void);\n")
+    endforeach()
+    foreach(compiler IN LISTS C_COMPILERS)
+        compile(${compiler} ${source}.c -std=c11)
+    endforeach()
+    foreach(compiler IN LISTS CXX_COMPILERS)
+        compile(${compiler} ${source}.cpp -std=c++20)
+    endforeach()
+endforeach()
+message(STATUS "${count} headers compile alone")

@@ -1,0 +1,69 @@
+# Tests of the built and installed library rather than of its functions.
+set(nuv_checks ${PROJECT_SOURCE_DIR}/tests/library)
+set(nuv_consume ${PROJECT_SOURCE_DIR}/tests/consumers/Consume.cmake)
+set(nuv_prefix ${CMAKE_CURRENT_BINARY_DIR}/prefix)
+string(FIND "${CMAKE_CXX_FLAGS}" "-fsanitize" nuv_sanitizer)
+if(nuv_sanitizer EQUAL -1)
+    set(nuv_instrumented OFF)
+else()
+    set(nuv_instrumented ON)
+endif()
+
+# The objects of the library, linked as a shared one whatever kind this build makes.
+add_library(nuv_shared SHARED $<TARGET_OBJECTS:NuvLinearProgramming>)
+set_target_properties(nuv_shared PROPERTIES LINKER_LANGUAGE C)
+
+# Undefined symbols would otherwise show only when somebody links the shared library.
+if(NOT nuv_instrumented AND NOT APPLE)
+    target_link_options(nuv_shared PRIVATE -Wl,--no-undefined)
+endif()
+
+add_test(
+    NAME exported_functions
+    COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIBRARY=$<TARGET_FILE:nuv_shared>
+            "-DLISTS=${PROJECT_SOURCE_DIR}/abi/exports.txt;${PROJECT_SOURCE_DIR}/abi/additions.txt" -P
+            ${nuv_checks}/CompareExports.cmake)
+add_test(
+    NAME no_cxx_runtime
+    COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DOBJDUMP=${CMAKE_OBJDUMP}
+            "-DOBJECTS=$<TARGET_OBJECTS:NuvLinearProgramming>" -DINSTRUMENTED=${nuv_instrumented} -P
+            ${nuv_checks}/CheckObjects.cmake)
+
+# Both compilers where both are there.
+find_program(NUV_OTHER_C_COMPILER NAMES clang clang-14)
+find_program(NUV_OTHER_CXX_COMPILER NAMES clang++ clang++-14)
+set(nuv_c_compilers ${CMAKE_C_COMPILER})
+set(nuv_cxx_compilers ${CMAKE_CXX_COMPILER})
+if(NUV_OTHER_C_COMPILER AND NOT CMAKE_C_COMPILER_ID MATCHES "Clang")
+    list(APPEND nuv_c_compilers ${NUV_OTHER_C_COMPILER})
+endif()
+if(NUV_OTHER_CXX_COMPILER AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    list(APPEND nuv_cxx_compilers ${NUV_OTHER_CXX_COMPILER})
+endif()
+add_test(
+    NAME installed_headers
+    COMMAND ${CMAKE_COMMAND} -DINCLUDE_DIR=${nuv_prefix}/${CMAKE_INSTALL_INCLUDEDIR}
+            -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/headers "-DC_COMPILERS=${nuv_c_compilers}"
+            "-DCXX_COMPILERS=${nuv_cxx_compilers}" -P ${nuv_checks}/CompileHeaders.cmake)
+
+# Users' projects, built against what lies in an empty prefix after `cmake --install`.
+find_program(NUV_PKG_CONFIG NAMES pkg-config pkgconf REQUIRED)
+function(nuv_consumer_test name kind work_dir)
+    add_test(
+        NAME ${name}
+        COMMAND ${CMAKE_COMMAND} -DKIND=${kind} -DWORK_DIR=${work_dir} -DPREFIX=${nuv_prefix}
+                -DBINARY_DIR=${PROJECT_BINARY_DIR} -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
+                -DGENERATOR=${CMAKE_GENERATOR} -DC_COMPILER=${CMAKE_C_COMPILER}
+                -DCXX_COMPILER=${CMAKE_CXX_COMPILER} "-DC_FLAGS=${CMAKE_C_FLAGS}"
+                "-DCXX_FLAGS=${CMAKE_CXX_FLAGS}" -DREADELF=${CMAKE_READELF}
+                -DPKG_CONFIG=${NUV_PKG_CONFIG} -P ${nuv_consume})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+endfunction()
+nuv_consumer_test(install install ${nuv_prefix})
+nuv_consumer_test(consumer_pkgconfig pkgconfig ${CMAKE_CURRENT_BINARY_DIR}/consumer_pkgconfig)
+nuv_consumer_test(consumer_package package ${CMAKE_CURRENT_BINARY_DIR}/consumer_package)
+nuv_consumer_test(consumer_subdirectory subdirectory ${CMAKE_CURRENT_BINARY_DIR}/consumer_subdirectory)
+set_tests_properties(install PROPERTIES FIXTURES_SETUP installed_library)
+set_tests_properties(
+    installed_headers consumer_pkgconfig consumer_package
+    PROPERTIES FIXTURES_REQUIRED installed_library)
