@@ -67,6 +67,11 @@ target_sources(
     PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${NUV_PUBLIC_HEADERS})
 # PRIVATE, because a user's program may be C, or C++ of another year.
 target_compile_features(NuvLinearProgramming PRIVATE cxx_std_20)
+# Read by NuvBaseTypes.h, for platforms on which an exported function is declared as such.
+target_compile_definitions(
+    NuvLinearProgramming
+    PRIVATE NUV_BUILDING
+    PUBLIC $<$<STREQUAL:$<TARGET_PROPERTY:NuvLinearProgramming,TYPE>,SHARED_LIBRARY>:NUV_SHARED>)
 set_target_properties(
     NuvLinearProgramming
     PROPERTIES CXX_EXTENSIONS OFF

@@ -1,7 +1,9 @@
 # nuv_test(<name> SOURCES <files> [LIBRARIES <targets>] [LABELS <labels>] [TIMEOUT <seconds>])
 #
 # One test program for one subject, and one ctest entry of the same name that runs all of it. Label a
-# subject `valgrind` when it is to run under memcheck as well, which costs about 30 times its time.
+# subject `valgrind` when it is to run under memcheck as well, which costs about 30 times its time:
+# that is one more entry, `<name>_memcheck`, which only `ctest -C memcheck -L memcheck` runs.
+find_program(NUV_VALGRIND valgrind)
 
 # <gtest/gtest.h> is most of a small test's compile time: it is compiled once and shared.
 add_library(nuv_test_precompiled STATIC ${PROJECT_SOURCE_DIR}/tests/support/Precompiled.cpp)
@@ -34,4 +36,12 @@ function(nuv_test name)
     nuv_exact_floats(${target})
     add_test(NAME ${name} COMMAND ${target} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+    if(NUV_VALGRIND AND "valgrind" IN_LIST arg_LABELS)
+        add_test(
+            NAME ${name}_memcheck
+            CONFIGURATIONS memcheck
+            COMMAND ${NUV_VALGRIND} --quiet --error-exitcode=99 --leak-check=full
+                    --errors-for-leak-kinds=definite $<TARGET_FILE:${target}> --gtest_brief=1)
+        set_tests_properties(${name}_memcheck PROPERTIES TIMEOUT 300 LABELS memcheck)
+    endif()
 endfunction()
