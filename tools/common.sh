@@ -21,24 +21,34 @@ need_packages()
     local as_root=()
     if [[ $(id -u) -ne 0 ]]; then
         as_root=(sudo)
-        if ! sudo -n true 2>/dev/null && ! { [[ -t 0 ]] && command -v sudo >/dev/null; }; then
-            echo "Packages are missing. Run this once, then come back:" >&2
-            echo "  su -c 'apt-get update && apt-get install -y --no-install-recommends ${missing[*]}'" >&2
+        # Without a terminal sudo can't ask for a password.
+        if ! command -v sudo >/dev/null || { [[ ! -t 0 ]] && ! sudo -n true 2>/dev/null; }; then
+            echo "Packages are missing. Run this line as root, then come back:" >&2
+            echo "  apt-get update && apt-get install -y --no-install-recommends ${missing[*]}" >&2
             exit 69
         fi
     fi
     echo "Installing ${missing[*]}" >&2
-    local install=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y
-        -o DPkg::Lock::Timeout=120)
-    # The lists may be there and good already; a machine without them needs the update.
-    "${install[@]}" install --no-install-recommends "${missing[@]}" >&2 && return
-    "${install[@]}" update >&2
-    "${install[@]}" install --no-install-recommends "${missing[@]}" >&2
+    local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive
+        apt-get -q -y -o DPkg::Lock::Timeout=120)
+    # A fresh machine has no lists; old lists may name files that are gone by now.
+    if ! compgen -G '/var/lib/apt/lists/*Packages*' >/dev/null; then
+        "${apt[@]}" update >&2
+    fi
+    "${apt[@]}" install --no-install-recommends "${missing[@]}" >&2 ||
+        { "${apt[@]}" update && "${apt[@]}" install --no-install-recommends "${missing[@]}"; } >&2
 }
 
 # Every C and C++ file of the project, one a line.
 project_sources()
 {
-    git ls-files --cached --others --exclude-standard \
-        '*.c' '*.h' '*.cpp' '*.hpp' '*.inl' | while read -r file; do [[ -e $file ]] && echo "$file"; done
+    local patterns=('*.c' '*.h' '*.cpp' '*.hpp' '*.inl') pattern names=()
+    if git rev-parse --git-dir >/dev/null 2>&1; then
+        # Those that are about to be added as well, and none that was just removed.
+        git ls-files --cached --others --exclude-standard "${patterns[@]}" |
+            while read -r file; do [[ ! -e $file ]] || echo "$file"; done
+    else
+        for pattern in "${patterns[@]}"; do names+=(-o -name "$pattern"); done
+        find . -path ./build -prune -o \( "${names[@]:1}" \) -print | sed 's|^\./||' | sort
+    fi
 }
