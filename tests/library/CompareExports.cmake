@@ -1,4 +1,4 @@
-# cmake -DNM=... -DLIBRARY=... "-DLISTS=file;file" -P CompareExports.cmake
+# cmake -DNM=... -DLIBRARY=... "-DPROMISES=file;file" -P CompareExports.cmake
 #
 # What the shared library exports is what the lists name: nothing missing, nothing extra.
 
@@ -14,7 +14,7 @@ foreach(symbol IN LISTS symbols)
 endforeach()
 
 set(promised)
-foreach(file IN LISTS LISTS)
+foreach(file IN LISTS PROMISES)
     file(STRINGS ${file} names REGEX "^[^#]")
     list(APPEND promised ${names})
 endforeach()

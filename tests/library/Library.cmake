@@ -21,7 +21,7 @@ endif()
 add_test(
     NAME exported_functions
     COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIBRARY=$<TARGET_FILE:nuv_shared>
-            "-DLISTS=${PROJECT_SOURCE_DIR}/abi/exports.txt;${PROJECT_SOURCE_DIR}/abi/additions.txt" -P
+            "-DPROMISES=${PROJECT_SOURCE_DIR}/abi/exports.txt;${PROJECT_SOURCE_DIR}/abi/additions.txt" -P
             ${nuv_checks}/CompareExports.cmake)
 add_test(
     NAME no_cxx_runtime

@@ -1,1 +1,2 @@
-// Carries the precompiled <gtest/gtest.h> that every test program shares; it defines nothing itself.
+// Carries the precompiled <gtest/gtest.h> that every test program shares; it defines nothing
+// itself.

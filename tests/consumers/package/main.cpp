@@ -1,5 +1,5 @@
-// A user's program in C++17, found by CMake: maximise 3x + 2y under x <= 4 and x + y <= 6. It must find
-// 16 at (4, 2).
+// A user's program in C++17, found by CMake: maximise 3x + 2y under x <= 4 and x + y <= 6. It must
+// find 16 at (4, 2).
 #include "Nuv/Utils/NuvLinearProgramming.h"
 
 #include <cstdlib>
@@ -42,8 +42,8 @@ private:
 bool Solve(NuvLinearProgramming* lp, NuvAllocator* allocator)
 {
     NuvLinearProgrammingSetConstraintByIndex(lp, 1, Terms(allocator, {{1, 1.0f}}).Get(), 4.0f);
-    NuvLinearProgrammingSetConstraintByIndex(
-        lp, 2, Terms(allocator, {{1, 1.0f}, {2, 1.0f}}).Get(), 6.0f);
+    NuvLinearProgrammingSetConstraintByIndex(lp, 2, Terms(allocator, {{1, 1.0f}, {2, 1.0f}}).Get(),
+                                             6.0f);
     NuvLinearProgrammingSetObjectiveByIndex(lp, Terms(allocator, {{1, 3.0f}, {2, 2.0f}}).Get());
     if (NuvLinearProgrammingSolve(lp) != NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
         return false;

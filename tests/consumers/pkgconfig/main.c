@@ -1,5 +1,5 @@
-// A user's program in C11: maximise 3x + 2y under x <= 4 and x + y <= 6. It must print 16 at (4, 2),
-// and it fails when the library does not find exactly that.
+// A user's program in C11: maximise 3x + 2y under x <= 4 and x + y <= 6. It must print 16 at (4,
+// 2), and it fails when the library does not find exactly that.
 #include "Nuv/Utils/NuvLinearProgramming.h"
 
 #include <stdio.h>
