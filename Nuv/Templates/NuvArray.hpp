@@ -1,0 +1,193 @@
+// What the growable arrays share below their operations: blocks, runs of elements, and insertion. Written for any record of
+// the shape {allocator, begin, end, endBuf}. Invariant: elements are [begin, end) of the block [begin, endBuf).
+#ifndef NUV_TEMPLATES_NUVARRAY_HPP
+#define NUV_TEMPLATES_NUVARRAY_HPP
+
+#include "Nuv/Templates/NuvElement.hpp"
+#include "Nuv/Utils/NuvAllocatorInline.h"
+
+namespace nuv
+{
+template <class Vector>
+using ElementOf = std::remove_pointer_t<decltype(Vector::begin)>;
+
+template <class T>
+inline T* AllocateElements(NuvAllocator* allocator, NuvSizeT count)
+{
+    if (count > UINT64_MAX / sizeof(T))
+        return nullptr;
+    return static_cast<T*>(NuvAllocatorAllocate(allocator, count * sizeof(T)));
+}
+
+template <class T>
+inline void DeallocateElements(NuvAllocator* allocator, T* block, NuvSizeT count)
+{
+    if (block)
+        NuvAllocatorDeallocate(allocator, block, count * sizeof(T));
+}
+
+template <class Vector>
+inline NuvSizeT SizeOf(const Vector* x)
+{
+    return static_cast<NuvSizeT>(x->end - x->begin);
+}
+
+template <class Vector>
+inline NuvSizeT CapacityOf(const Vector* x)
+{
+    return static_cast<NuvSizeT>(x->endBuf - x->begin);
+}
+
+template <class T>
+inline void DestructRun(T* first, T* last)
+{
+    while (last != first)
+        Destruct(--last);
+}
+
+/// Where copies come from: one element again and again, or a range.
+template <class T>
+struct Source
+{
+    const T* first;
+    NuvSizeT stride;  // 0 for one element, 1 for a range
+
+    const T* At(NuvSizeT i) const
+    {
+        return first + i * stride;
+    }
+};
+
+/// Copies `count` elements to where nothing lives; what was made is destroyed again when a copy fails.
+template <class T>
+inline bool ConstructRun(T* destination, NuvSizeT count, Source<T> source)
+{
+    for (NuvSizeT i = 0; i != count; ++i)
+    {
+        if (Construct(destination + i, source.At(i)))
+            continue;
+        DestructRun(destination, destination + i);
+        return false;
+    }
+    return true;
+}
+
+template <class Vector>
+inline void ForgetBlock(Vector* x)
+{
+    x->begin = nullptr;
+    x->end = nullptr;
+    x->endBuf = nullptr;
+}
+
+/// Destroys the elements and gives the block back.
+template <class Vector>
+inline void ReleaseBlock(Vector* x)
+{
+    DestructRun(x->begin, x->end);
+    DeallocateElements(x->allocator, x->begin, CapacityOf(x));
+    ForgetBlock(x);
+}
+
+/// Fills an array without a block with copies, in a block of exactly `count`; on failure it stays without one.
+template <class Vector>
+inline bool ConstructExactly(Vector* x, NuvSizeT count, Source<ElementOf<Vector>> source)
+{
+    ForgetBlock(x);
+    if (count == 0)
+        return true;
+    ElementOf<Vector>* const block = AllocateElements<ElementOf<Vector>>(x->allocator, count);
+    if (!block)
+        return false;
+    if (!ConstructRun(block, count, source))
+    {
+        DeallocateElements(x->allocator, block, count);
+        return false;
+    }
+    x->begin = block;
+    x->end = block + count;
+    x->endBuf = block + count;
+    return true;
+}
+
+/// Takes a larger block; the elements move there bit by bit, so that no copy can fail.
+template <class Vector>
+inline bool Grow(Vector* x, NuvSizeT capacity)
+{
+    ElementOf<Vector>* const block = AllocateElements<ElementOf<Vector>>(x->allocator, capacity);
+    if (!block)
+        return false;
+    const NuvSizeT size = SizeOf(x);
+    Relocate(block, x->begin, x->end);
+    DeallocateElements(x->allocator, x->begin, CapacityOf(x));
+    x->begin = block;
+    x->end = block + size;
+    x->endBuf = block + capacity;
+    return true;
+}
+
+/// Grows, and follows elements of the array itself that `source` points to.
+template <class Vector>
+inline bool GrowKeeping(Vector* x, NuvSizeT capacity, Source<ElementOf<Vector>>* source)
+{
+    const bool isOwn = PointsInto<ElementOf<Vector>>(source->first, x->begin, x->end);
+    const NuvDistanceT index = isOwn ? source->first - x->begin : 0;
+    if (!Grow(x, capacity))
+        return false;
+    if (isOwn)
+        source->first = x->begin + index;
+    return true;
+}
+
+/// Makes the new elements behind the old ones, where a failed copy harms nothing. One that is to stand in the place of an
+/// element that moves up is made as if it were assigned to that element.
+template <class Vector>
+inline bool ConstructBehindEnd(Vector* x, NuvSizeT index, NuvSizeT count, Source<ElementOf<Vector>> source)
+{
+    const NuvSizeT displaced = SizeOf(x) - index;
+    for (NuvSizeT i = 0; i != count; ++i)
+    {
+        const bool isMade = i < displaced ? ConstructInPlaceOf(x->end + i, x->begin + index + i, source.At(i))
+                                          : Construct(x->end + i, source.At(i));
+        if (isMade)
+            continue;
+        DestructRun(x->end, x->end + i);
+        return false;
+    }
+    return true;
+}
+
+/// Inserts before the element at `index`; an array without room takes a block of `capacity` first.
+template <class Vector>
+inline bool InsertAt(Vector* x, NuvSizeT index, NuvSizeT count, Source<ElementOf<Vector>> source, NuvSizeT capacity)
+{
+    const bool isGrown = CapacityOf(x) - SizeOf(x) < count;
+    if (isGrown && !GrowKeeping(x, capacity, &source))
+        return false;
+    if (isGrown ? !ConstructRun(x->end, count, source) : !ConstructBehindEnd(x, index, count, source))
+        return false;
+    Rotate(x->begin + index, x->end, x->end + count);
+    x->end += count;
+    return true;
+}
+
+/// The capacity that a full array takes for one more element.
+template <class Vector>
+inline NuvSizeT DoubledCapacity(const Vector* x)
+{
+    const NuvSizeT size = SizeOf(x);
+    return size != 0 ? 2 * size : 2;
+}
+
+/// The capacity that an array without room takes for `count` more elements.
+template <class Vector>
+inline NuvSizeT CapacityForMore(const Vector* x, NuvSizeT count)
+{
+    const NuvSizeT needed = SizeOf(x) + count;
+    const NuvSizeT capacity = CapacityOf(x);
+    const NuvSizeT doubled = capacity != 0 ? 2 * capacity : 2 * count;
+    return doubled > needed ? doubled : needed;
+}
+}  // namespace nuv
+
+#endif

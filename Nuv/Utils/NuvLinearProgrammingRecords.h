@@ -1,0 +1,120 @@
+/// @file
+/// The two records of a model, a variable and a constraint, and the arrays of coefficients that they are given in.
+#ifndef NUV_UTILS_NUVLINEARPROGRAMMINGRECORDS_H
+#define NUV_UTILS_NUVLINEARPROGRAMMINGRECORDS_H
+
+#include "Nuv/Utils/NuvString.h"
+
+// (1-based variable index, coefficient)
+#define NUV_SELF NuvPair_NuvUint__NuvFloat32
+#define NUV_FIRST NuvUint
+#define NUV_SECOND NuvFloat32
+#include "Nuv/Templates/NuvPair.decl.h"
+
+#define NUV_SELF NuvVector_NuvPair_NuvUint__NuvFloat32
+#define NUV_ELEMENT NuvPair_NuvUint__NuvFloat32
+#include "Nuv/Templates/NuvVector.decl.h"
+
+// (variable name, coefficient or value)
+#define NUV_SELF NuvPair_NuvString__NuvFloat32
+#define NUV_FIRST NuvString
+#define NUV_SECOND NuvFloat32
+#include "Nuv/Templates/NuvPair.decl.h"
+
+#define NUV_SELF NuvVector_NuvPair_NuvString__NuvFloat32
+#define NUV_ELEMENT NuvPair_NuvString__NuvFloat32
+#include "Nuv/Templates/NuvVector.decl.h"
+
+/// Recorded only: every variable is solved as continuous and non-negative.
+typedef enum NuvLinearProgrammingVariableType
+{
+    NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32 = 0,
+    NUV_LINEARPROGRAMMINGVARIABLETYPE_INTEGER = 1,
+    NUV_LINEARPROGRAMMINGVARIABLETYPE_BOOLEAN = 2
+} NuvLinearProgrammingVariableType;
+
+/// How a constraint names its variables.
+typedef enum NuvLinearProgrammingVariableAccessType
+{
+    NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX = 0,
+    NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME = 1
+} NuvLinearProgrammingVariableAccessType;
+
+typedef struct NuvLinearProgrammingVariable NuvLinearProgrammingVariable;
+
+struct NuvLinearProgrammingVariable
+{
+    NuvLinearProgrammingVariableType type;
+    /// From 1.
+    NuvUint index;
+    NuvString name;
+};
+
+typedef struct NuvLinearProgrammingConstraint NuvLinearProgrammingConstraint;
+
+/// The row Σ coefficient × variable ≤ rhs.
+struct NuvLinearProgrammingConstraint
+{
+    /// Which array of `u` is live.
+    NuvLinearProgrammingVariableAccessType type;
+    union
+    {
+        NuvVector_NuvPair_NuvUint__NuvFloat32 variableCoefficientsByIndex;
+        NuvVector_NuvPair_NuvString__NuvFloat32 variableCoefficientsByName;
+    } u;
+    NuvFloat32 rhs;
+};
+
+/// Makes a continuous variable with index 0 and an empty name.
+/// @return `variable`.
+NUV_API NuvLinearProgrammingVariable* NuvLinearProgrammingVariableConstructDefault(NuvLinearProgrammingVariable* variable,
+                                                                                   NuvAllocator* alloc);
+/// Makes a variable whose name is a copy on `alloc`.
+/// @return `variable`, or null when the copy is refused; the name is then empty.
+NUV_API NuvLinearProgrammingVariable* NuvLinearProgrammingVariableConstruct(NuvLinearProgrammingVariable* variable,
+                                                                            NuvLinearProgrammingVariableType type,
+                                                                            NuvUint index, const NuvString* name,
+                                                                            NuvAllocator* alloc);
+/// Copies `y`, the name on its allocator.
+/// @return `x`, or null when the copy is refused; the name is then empty.
+NUV_API NuvLinearProgrammingVariable* NuvLinearProgrammingVariableConstructCopy(NuvLinearProgrammingVariable* x,
+                                                                                const NuvLinearProgrammingVariable* y);
+/// @return `x`, or null when the name is refused; `x` then keeps its name.
+NUV_API NuvLinearProgrammingVariable* NuvLinearProgrammingVariableAssign(NuvLinearProgrammingVariable* x,
+                                                                         const NuvLinearProgrammingVariable* y);
+NUV_API void NuvLinearProgrammingVariableDestruct(NuvLinearProgrammingVariable* variable);
+/// @return whether types, indices and names agree.
+NUV_API NuvBool NuvLinearProgrammingVariableEqual(const NuvLinearProgrammingVariable* x,
+                                                  const NuvLinearProgrammingVariable* y);
+/// @return false: variables have no order.
+NUV_API NuvBool NuvLinearProgrammingVariableLess(const NuvLinearProgrammingVariable* x,
+                                                 const NuvLinearProgrammingVariable* y);
+
+/// Makes a constraint that names its variables; the coefficients and their names become copies on `alloc`.
+/// @return `constraint`, or null when a copy is refused; it is then an empty row with `rhs` 0.
+NUV_API NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstruct(
+    NuvLinearProgrammingConstraint* constraint, const NuvVector_NuvPair_NuvString__NuvFloat32* variableCoefficients,
+    NuvFloat32 rhs, NuvAllocator* alloc);
+/// Makes a constraint by variable index, from 1; the coefficients become a copy on `alloc`.
+/// @return `constraint`, or null when the copy is refused; it is then an empty row with `rhs` 0.
+NUV_API NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstructIndex(
+    NuvLinearProgrammingConstraint* constraint, const NuvVector_NuvPair_NuvUint__NuvFloat32* variableCoefficients,
+    NuvFloat32 rhs, NuvAllocator* alloc);
+/// Copies `y`, on its allocator.
+/// @return `x`, or null when the copy is refused; it is then an empty row with `rhs` 0.
+NUV_API NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstructCopy(
+    NuvLinearProgrammingConstraint* x, const NuvLinearProgrammingConstraint* y);
+/// Releases the old coefficients and takes those of `y`: by name as a fresh copy on the allocator of `y`, by index on the
+/// allocator that `x` has.
+/// @return `x`, or null when the copy is refused; `x` is then an empty row with its old `rhs`.
+NUV_API NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintAssign(NuvLinearProgrammingConstraint* x,
+                                                                             const NuvLinearProgrammingConstraint* y);
+NUV_API void NuvLinearProgrammingConstraintDestruct(NuvLinearProgrammingConstraint* constraint);
+/// @return false: constraints are not compared.
+NUV_API NuvBool NuvLinearProgrammingConstraintEqual(const NuvLinearProgrammingConstraint* x,
+                                                    const NuvLinearProgrammingConstraint* y);
+/// @return false: constraints have no order.
+NUV_API NuvBool NuvLinearProgrammingConstraintLess(const NuvLinearProgrammingConstraint* x,
+                                                   const NuvLinearProgrammingConstraint* y);
+
+#endif

@@ -1,0 +1,34 @@
+/// @file
+/// The byte operations that the library takes from the C library. A count of zero is allowed with any pointers.
+#ifndef NUV_UTILS_NUVSTDCLIBINLINE_H
+#define NUV_UTILS_NUVSTDCLIBINLINE_H
+
+#include <string.h>
+
+#include "Nuv/Utils/NuvTypes.h"
+
+static inline void NuvMemCopy(void* destination, const void* source, NuvSizeT size)
+{
+    if (size != 0)
+        memcpy(destination, source, (size_t)size);
+}
+
+/// Like NuvMemCopy, for blocks that may overlap.
+static inline void NuvMemMove(void* destination, const void* source, NuvSizeT size)
+{
+    if (size != 0)
+        memmove(destination, source, (size_t)size);
+}
+
+static inline NuvBool NuvMemEqual(const void* x, const void* y, NuvSizeT size)
+{
+    return size == 0 || memcmp(x, y, (size_t)size) == 0 ? NUV_TRUE : NUV_FALSE;
+}
+
+static inline void NuvMemZero(void* memory, NuvSizeT size)
+{
+    if (size != 0)
+        memset(memory, 0, (size_t)size);
+}
+
+#endif
