@@ -1,21 +1,27 @@
 # The core: the library Nuv::LinearProgramming, its headers and its sources, by name.
 
+# Those that users include, and those that these include.
 set(NUV_PUBLIC_HEADERS
+    Nuv/Templates/NuvArrayIterator.decl.h
     Nuv/Templates/NuvIterator.decl.h
     Nuv/Templates/NuvList.decl.h
+    Nuv/Templates/NuvListIterator.decl.h
     Nuv/Templates/NuvMatrix.decl.h
     Nuv/Templates/NuvMatrixReal.decl.h
     Nuv/Templates/NuvPair.decl.h
     Nuv/Templates/NuvTemplateBegin.h
     Nuv/Templates/NuvTemplateEnd.h
     Nuv/Templates/NuvUnordered.decl.h
+    Nuv/Templates/NuvUnorderedBucket.decl.h
     Nuv/Templates/NuvVector.decl.h
     Nuv/Utils/NuvAllocator.h
     Nuv/Utils/NuvAllocatorInline.h
     Nuv/Utils/NuvBaseTypes.h
     Nuv/Utils/NuvLinearProgramming.h
+    Nuv/Utils/NuvLinearProgrammingContainers.h
     Nuv/Utils/NuvLinearProgrammingInline.h
     Nuv/Utils/NuvLinearProgrammingMonitor.h
+    Nuv/Utils/NuvLinearProgrammingRecords.h
     Nuv/Utils/NuvScratchAllocator.h
     Nuv/Utils/NuvStdCLibInline.h
     Nuv/Utils/NuvString.h
@@ -24,6 +30,7 @@ set(NUV_PUBLIC_HEADERS
 set(NUV_CORE_SOURCES
     Nuv/Utils/NuvKernels.cpp
     Nuv/Utils/NuvLinearProgramming.cpp
+    Nuv/Utils/NuvLinearProgrammingContainers.cpp
     Nuv/Utils/NuvLinearProgrammingEditing.cpp
     Nuv/Utils/NuvLinearProgrammingRecords.cpp
     Nuv/Utils/NuvLinearProgrammingSolve.cpp
