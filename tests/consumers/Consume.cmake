@@ -3,6 +3,7 @@
 # KIND       install: puts the library into the empty PREFIX; pkgconfig, package: use what lies there;
 #            subdirectory: takes SOURCE_DIR in
 # The rest   BINARY_DIR (the library's build), WORK_DIR (wiped), the compilers and flags of that build
+cmake_minimum_required(VERSION 3.25)
 
 function(run)
     execute_process(

@@ -1,24 +1,40 @@
 # cmake -DNM=... -DOBJDUMP=... "-DOBJECTS=file;file" -DINSTRUMENTED=... -P CheckObjects.cmake
 #
-# The library's objects ask for the C library alone: no symbol of a C++ runtime is undefined in them,
-# and none runs code before main. A sanitizer's own constructors (INSTRUMENTED) are not the library's.
+# The library's objects ask for the C library alone: no symbol of a C++ runtime is left undefined when
+# all of them are together, and none runs code before main. A sanitizer's own constructors
+# (INSTRUMENTED) are not the library's.
+cmake_minimum_required(VERSION 3.25)
 
-set(count 0)
-foreach(object IN LISTS OBJECTS)
+# The names that `nm` with the flags given knows in the object.
+function(names_of object result)
     execute_process(
-        COMMAND ${NM} -u --format=posix ${object} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
-    string(REGEX MATCHALL "(^|\n)(_Z|__cxa|__gxx|__dynamic_cast|_Unwind)[^ \n]*" runtime "${symbols}")
-    if(runtime)
-        message(SEND_ERROR "${object} needs a C++ runtime: ${runtime}")
-    endif()
+        COMMAND ${NM} ${ARGN} --format=posix ${object} OUTPUT_VARIABLE symbols
+        COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX REPLACE " [^\n]*\n" ";" symbols "${symbols}")
+    set(${result} ${symbols} PARENT_SCOPE)
+endfunction()
+
+set(undefined)
+set(defined)
+foreach(object IN LISTS OBJECTS)
+    names_of(${object} names -u)
+    list(APPEND undefined ${names})
+    names_of(${object} names --defined-only --extern-only)
+    list(APPEND defined ${names})
     execute_process(
         COMMAND ${OBJDUMP} -h ${object} OUTPUT_VARIABLE sections COMMAND_ERROR_IS_FATAL ANY)
     if(NOT INSTRUMENTED AND sections MATCHES "\\.(init_array|ctors|fini_array|dtors)")
         message(SEND_ERROR "${object} runs code before or after main: ${CMAKE_MATCH_0}")
     endif()
-    math(EXPR count "${count} + 1")
 endforeach()
-if(count EQUAL 0)
-    message(FATAL_ERROR "no objects to look at")
+
+list(REMOVE_DUPLICATES undefined)
+if(NOT "free" IN_LIST undefined AND NOT "memcpy" IN_LIST undefined)
+    message(FATAL_ERROR "not even memcpy is undefined: these are not the library's objects")
 endif()
-message(STATUS "${count} objects need no C++ runtime")
+list(REMOVE_ITEM undefined ${defined})
+list(FILTER undefined INCLUDE REGEX "^(_Z|__cxa|__gxx|__dynamic_cast|_Unwind)")
+if(undefined)
+    list(JOIN undefined "\n  " undefined)
+    message(FATAL_ERROR "a C++ runtime would be needed for\n  ${undefined}")
+endif()
