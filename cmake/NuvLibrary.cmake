@@ -37,38 +37,13 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/NuvLinearProgrammingStandardForm.cpp
     Nuv/Utils/NuvRevisedSimplex.cpp
     Nuv/Utils/NuvScratchAllocator.cpp
+    Nuv/Utils/NuvSimplexIteration.cpp
     Nuv/Utils/NuvString.cpp)
 
-# Written while the sources are being laid out: what is not there yet is left out, and looked for
-# again when a file appears.
-foreach(directory Nuv/Utils Nuv/Templates Nuv/Model apps apps/nuvlp)
-    if(IS_DIRECTORY ${PROJECT_SOURCE_DIR}/${directory})
-        set_property(
-            DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${directory})
-    endif()
-endforeach()
-foreach(list NUV_PUBLIC_HEADERS NUV_CORE_SOURCES)
-    foreach(file ${${list}})
-        if(NOT EXISTS ${PROJECT_SOURCE_DIR}/${file})
-            list(REMOVE_ITEM ${list} ${file})
-            message(STATUS "not there yet: ${file}")
-        endif()
-    endforeach()
-endforeach()
-
 # Static, or shared with BUILD_SHARED_LIBS.
-if(NUV_CORE_SOURCES)
-    add_library(NuvLinearProgramming ${NUV_CORE_SOURCES})
-else()
-    add_library(NuvLinearProgramming INTERFACE)
-endif()
+add_library(NuvLinearProgramming ${NUV_CORE_SOURCES})
 add_library(Nuv::LinearProgramming ALIAS NuvLinearProgramming)
 set_target_properties(NuvLinearProgramming PROPERTIES EXPORT_NAME LinearProgramming)
-if(NOT NUV_CORE_SOURCES)
-    target_include_directories(NuvLinearProgramming INTERFACE ${PROJECT_SOURCE_DIR})
-    set(NUV_INSTALL OFF)
-    return()
-endif()
 target_sources(
     NuvLinearProgramming
     PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${NUV_PUBLIC_HEADERS})
