@@ -1,0 +1,40 @@
+/// A basis of a linear form, factorised so that systems with it can be solved exactly.
+#pragma once
+
+#include "Nuv/Model/PadicLifting.hpp"
+
+#include <memory>
+#include <vector>
+
+namespace nuv
+{
+
+class ExactFactors
+{
+public:
+    explicit ExactFactors(const LinearForm& form) : m_form(form) {}
+
+    /// Factorises the basis of these variables and sorts `head` by position. If the matrix is
+    /// singular, variables are replaced by logicals until it is not.
+    /// @return the variables that were replaced.
+    std::vector<Index> Factorise(std::vector<Index>& head);
+
+    /// Solves B x = b, b by rows, x by positions. @return false if the watch stopped it.
+    [[nodiscard]] bool SolveForward(const DyadicVector& rightSide, ExactVector& solution,
+                                    Watch& watch);
+
+    /// Solves B' y = c, c by positions, y by rows. @return false if the watch stopped it.
+    [[nodiscard]] bool SolveBackward(const DyadicVector& rightSide, ExactVector& solution,
+                                     Watch& watch);
+
+private:
+    [[nodiscard]] SparseVectors<Dyadic> BasisColumns(const std::vector<Index>& head) const;
+
+    const LinearForm& m_form;
+    std::unique_ptr<SparseLu<PrimeField>> m_factors;
+    SparseVectors<Dyadic> m_columns;
+    std::unique_ptr<PadicLifting> m_forward;
+    std::unique_ptr<PadicLifting> m_backward;
+};
+
+}  // namespace nuv

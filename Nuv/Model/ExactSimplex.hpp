@@ -1,0 +1,95 @@
+/// The exact stage: evaluates a basis in rational arithmetic and, where it is not final, pivots on
+/// exactly until it is. A basis that is dual feasible is continued by the dual simplex, one that is
+/// primal feasible by the primal simplex, any other by the primal simplex on the sum of violations;
+/// each keeps its kind of feasibility. Degenerate pivots in a row switch to Bland's rule (Bland
+/// 1977) until a step has a length, so no basis comes back and the stage ends.
+#pragma once
+
+#include "Nuv/Model/ExactColumns.hpp"
+#include "Nuv/Model/ExactFactors.hpp"
+#include "Nuv/Model/Limits.hpp"
+#include "Nuv/Model/Proof.hpp"
+
+#include <vector>
+
+namespace nuv
+{
+
+class ExactSimplex
+{
+public:
+    /// `expectInfeasible`: look for a Farkas certificate first, where the guess of the stage before
+    /// was that there is one.
+    ExactSimplex(const LinearForm& form, const Basis& start, bool expectInfeasible, Watch& watch);
+
+    /// Runs to a verdict or until the watch stops it, and fills in the proof's status, certificate,
+    /// doubles, basis and exact pivots. Whether it is proved is for the check to say.
+    void Run(Proof& proof);
+
+private:
+    enum class Outcome : std::uint8_t
+    {
+        GoOn,
+        Optimal,
+        Infeasible,
+        Unbounded,
+        Stopped,
+    };
+    struct Blocking
+    {
+        Index position = kNoIndex;
+        bool atUpper = false;
+        Integer room;   ///< distance to the bound * denominator * 2^BoundShift
+        Integer speed;  ///< of the basic variable, positive
+    };
+
+    // Evaluating the basis.
+    [[nodiscard]] bool Factorise();
+    [[nodiscard]] bool ComputeValues();
+    [[nodiscard]] bool ComputeDuals(bool phaseOne);
+    [[nodiscard]] bool FindViolations();
+    [[nodiscard]] double RestingValue(Index variable) const noexcept;
+    [[nodiscard]] bool IsFixed(Index variable) const noexcept;
+    [[nodiscard]] int ImprovingDirection(Index variable, const Integer& reduced) const;
+
+    // One pivot of each kind.
+    [[nodiscard]] Outcome Step();
+    [[nodiscard]] Outcome PrimalStep(bool phaseOne);
+    [[nodiscard]] Index ChooseEntering(bool phaseOne, int& direction) const;
+    [[nodiscard]] Blocking TestRatios(int direction) const;
+    [[nodiscard]] bool FlipsFirst(Index entering, const Blocking& blocking) const;
+    [[nodiscard]] Outcome DualStep();
+    [[nodiscard]] Index ChooseLeaving() const;
+    [[nodiscard]] Index ChooseDualEntering(bool toLower, bool& degenerate);
+    [[nodiscard]] Integer RoomTo(Index position, double bound) const;
+    void Exchange(Index position, Index entering, bool atUpper);
+    void NoteStep(bool degenerate);
+
+    // Writing the outcome down.
+    void WritePoint(ExactVector& point) const;
+    void WriteRay(ExactVector& ray) const;
+    void WriteFarkas(ExactVector& multipliers) const;
+    void WriteDoubles(Proof& proof) const;
+    [[nodiscard]] Rational Objective(const ExactVector& point) const;
+
+    const LinearForm& m_form;
+    Watch& m_watch;
+    ExactColumns m_columns;
+    ExactFactors m_factors;
+    std::vector<BasisStatus> m_status;
+    std::vector<Index> m_head;
+    bool m_expectInfeasible;
+    std::uint64_t m_pivots = 0;
+    int m_degenerate = 0;
+
+    ExactVector m_values;                  ///< of the basic variables, by position
+    ExactVector m_duals;                   ///< of the true cost, or of the violations, by row
+    std::vector<signed char> m_violation;  ///< by position: -1 below, +1 above
+    ExactVector m_column;                  ///< the entering column by position
+    ExactVector m_row;                     ///< the row of the inverse behind a Farkas certificate
+    Index m_entering = kNoIndex;
+    int m_direction = 0;
+    int m_farkasSign = 0;  ///< 0: the duals are the multipliers; otherwise this times m_row
+};
+
+}  // namespace nuv

@@ -1,0 +1,87 @@
+/// Exact solution of a sparse linear system by p-adic lifting (Dixon 1982): with factors modulo one
+/// prime, each step solves for one more digit of the solution to the base p, until the rationals
+/// can be told from their residues. What is returned satisfies the system exactly: a candidate is
+/// accepted only if numbers of its size cannot satisfy it modulo p^k and not over the rationals.
+#pragma once
+
+#include "Nuv/Model/Limits.hpp"
+#include "Nuv/Model/Proof.hpp"
+#include "Nuv/Model/SparseLu.hpp"
+#include "Nuv/Model/PrimeField.hpp"
+
+#include <cstdint>
+#include <vector>
+
+namespace nuv
+{
+
+/// Integers times a common power of two.
+struct DyadicVector
+{
+    std::vector<Integer> value;
+    int exponent = 0;
+};
+
+class PadicLifting
+{
+public:
+    enum class Side : std::uint8_t
+    {
+        Forward,   ///< B x = b
+        Backward,  ///< B' y = c
+    };
+
+    /// `unknowns` holds for each unknown its coefficients by equation; `factors` are those of the
+    /// same matrix.
+    PadicLifting(const SparseVectors<Dyadic>& unknowns, const SparseLu<PrimeField>& factors,
+                 Side side);
+
+    /// @return false if the watch stopped it.
+    [[nodiscard]] bool Solve(const DyadicVector& rightSide, ExactVector& solution, Watch& watch);
+
+private:
+    void LoadResidual(const DyadicVector& rightSide);
+    void AppendDigits();
+    void DivideResidual();
+    [[nodiscard]] std::uint64_t ResidualModuloPrime(Index equation) const;
+    [[nodiscard]] Integer Assemble(Index unknown, std::size_t first, std::size_t count) const;
+    void ExtendPowers(std::size_t count);
+    [[nodiscard]] bool Reconstruct(ExactVector& solution, Watch& watch);
+    [[nodiscard]] bool ReconstructOne(Index unknown, const Integer& modulus, ExactVector& solution,
+                                      std::vector<Integer>& denominators) const;
+    [[nodiscard]] bool SizesProve(const ExactVector& solution, const Integer& modulus) const;
+
+    const SparseLu<PrimeField>& m_factors;
+    Side m_side;
+    Index m_size;
+    std::vector<std::size_t> m_start;
+    struct Entry
+    {
+        Index equation;
+        unsigned shift;
+        std::int64_t mantissa;
+    };
+    std::vector<Entry> m_entries;
+    std::vector<int> m_scale;              ///< equation i is multiplied by 2^m_scale[i]
+    std::vector<std::uint64_t> m_unscale;  ///< what undoes that modulo p, into Montgomery form
+    std::size_t m_entryBits = 0;           ///< of the largest row sum of the scaled matrix
+
+    // Per solve.
+    std::size_t m_words = 0;
+    std::size_t m_rightBits = 0;
+    std::vector<std::uint64_t> m_residual;  ///< two's complement, m_words per equation
+    std::vector<std::int64_t> m_digits;     ///< m_size per step
+    std::size_t m_steps = 0;
+    bool m_exhausted = false;       ///< the residual is zero: the digits are the solution
+    Index m_hardest = 0;            ///< the unknown that failed last is tried first
+    std::vector<Integer> m_powers;  ///< p^(8 * 2^j)
+    std::vector<std::uint64_t> m_work;
+};
+
+/// The fraction n / d with n congruent to d * residue modulo `modulus`, if there is one whose
+/// |n| * d is smaller than the modulus by 2^margin: it is unique up to chance of about 2^-margin.
+[[nodiscard]] bool ReconstructFraction(const Integer& residue, const Integer& modulus,
+                                       std::size_t margin, Integer& numerator,
+                                       Integer& denominator);
+
+}  // namespace nuv
