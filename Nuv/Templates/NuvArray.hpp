@@ -1,5 +1,6 @@
-// What the growable arrays share below their operations: blocks, runs of elements, and insertion. Written for any record of
-// the shape {allocator, begin, end, endBuf}. Invariant: elements are [begin, end) of the block [begin, endBuf).
+// What the growable arrays share below their operations: blocks, runs of elements, and insertion.
+// Written for any record of the shape {allocator, begin, end, endBuf}. Invariant: elements are
+// [begin, end) of the block [begin, endBuf).
 #ifndef NUV_TEMPLATES_NUVARRAY_HPP
 #define NUV_TEMPLATES_NUVARRAY_HPP
 
@@ -58,7 +59,8 @@ struct Source
     }
 };
 
-/// Copies `count` elements to where nothing lives; what was made is destroyed again when a copy fails.
+/// Copies `count` elements to where nothing lives; what was made is destroyed again when a copy
+/// fails.
 template <class T>
 inline bool ConstructRun(T* destination, NuvSizeT count, Source<T> source)
 {
@@ -89,7 +91,8 @@ inline void ReleaseBlock(Vector* x)
     ForgetBlock(x);
 }
 
-/// Fills an array without a block with copies, in a block of exactly `count`; on failure it stays without one.
+/// Fills an array without a block with copies, in a block of exactly `count`; on failure it stays
+/// without one.
 template <class Vector>
 inline bool ConstructExactly(Vector* x, NuvSizeT count, Source<ElementOf<Vector>> source)
 {
@@ -139,16 +142,18 @@ inline bool GrowKeeping(Vector* x, NuvSizeT capacity, Source<ElementOf<Vector>>*
     return true;
 }
 
-/// Makes the new elements behind the old ones, where a failed copy harms nothing. One that is to stand in the place of an
-/// element that moves up is made as if it were assigned to that element.
+/// Makes the new elements behind the old ones, where a failed copy harms nothing. One that is to
+/// stand in the place of an element that moves up is made as if it were assigned to that element.
 template <class Vector>
-inline bool ConstructBehindEnd(Vector* x, NuvSizeT index, NuvSizeT count, Source<ElementOf<Vector>> source)
+inline bool ConstructBehindEnd(Vector* x, NuvSizeT index, NuvSizeT count,
+                               Source<ElementOf<Vector>> source)
 {
     const NuvSizeT displaced = SizeOf(x) - index;
     for (NuvSizeT i = 0; i != count; ++i)
     {
-        const bool isMade = i < displaced ? ConstructInPlaceOf(x->end + i, x->begin + index + i, source.At(i))
-                                          : Construct(x->end + i, source.At(i));
+        const bool isMade = i < displaced
+                                ? ConstructInPlaceOf(x->end + i, x->begin + index + i, source.At(i))
+                                : Construct(x->end + i, source.At(i));
         if (isMade)
             continue;
         DestructRun(x->end, x->end + i);
@@ -159,12 +164,14 @@ inline bool ConstructBehindEnd(Vector* x, NuvSizeT index, NuvSizeT count, Source
 
 /// Inserts before the element at `index`; an array without room takes a block of `capacity` first.
 template <class Vector>
-inline bool InsertAt(Vector* x, NuvSizeT index, NuvSizeT count, Source<ElementOf<Vector>> source, NuvSizeT capacity)
+inline bool InsertAt(Vector* x, NuvSizeT index, NuvSizeT count, Source<ElementOf<Vector>> source,
+                     NuvSizeT capacity)
 {
     const bool isGrown = CapacityOf(x) - SizeOf(x) < count;
     if (isGrown && !GrowKeeping(x, capacity, &source))
         return false;
-    if (isGrown ? !ConstructRun(x->end, count, source) : !ConstructBehindEnd(x, index, count, source))
+    if (isGrown ? !ConstructRun(x->end, count, source)
+                : !ConstructBehindEnd(x, index, count, source))
         return false;
     Rotate(x->begin + index, x->end, x->end + count);
     x->end += count;

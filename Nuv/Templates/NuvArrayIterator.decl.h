@@ -1,6 +1,6 @@
 /// @file
-/// One kind of iterator of the growable array. Needs what NuvIterator.decl.h needs. A reverse position is a pointer one past
-/// the element that it denotes.
+/// One kind of iterator of the growable array. Needs what NuvIterator.decl.h needs. A reverse
+/// position is a pointer one past the element that it denotes.
 #include "Nuv/Templates/NuvIterator.decl.h"
 
 typedef NuvDistanceT NUV_ITERATOR_OP(DifferenceType);

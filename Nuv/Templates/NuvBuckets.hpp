@@ -1,6 +1,7 @@
-// What the maps share below their operations: the table of sizes, finding a bucket, and keeping the runs together. Written
-// for any record of the shape {size, hash, l, v}. Invariant: the entries of a bucket are `count` links of `l` from `first`
-// on, and an empty bucket's `first` is the end of `l`. A map whose table was refused has no buckets and finds nothing.
+// What the maps share below their operations: the table of sizes, finding a bucket, and keeping the
+// runs together. Written for any record of the shape {size, hash, l, v}. Invariant: the entries of
+// a bucket are `count` links of `l` from `first` on, and an empty bucket's `first` is the end of
+// `l`. A map whose table was refused has no buckets and finds nothing.
 #ifndef NUV_TEMPLATES_NUVBUCKETS_HPP
 #define NUV_TEMPLATES_NUVBUCKETS_HPP
 
@@ -11,9 +12,10 @@ namespace nuv
 {
 /// The numbers of buckets that a map may have, mostly primes near powers of two.
 inline constexpr NuvSizeT bucketCounts[] = {
-    2,        3,        7,        17,       31,        61,        127,       257,        509,        1021,      2053,
-    4093,     8191,     16381,    32771,    65537,     131071,    262147,    524287,     1048573,    2097143,   4194301,
-    8388617,  16777213, 33554467, 67108859, 134217757, 268435459, 536870909, 1073741827, 2147483647, 4294967291};
+    2,        3,        7,         17,        31,        61,         127,        257,
+    509,      1021,     2053,      4093,      8191,      16381,      32771,      65537,
+    131071,   262147,   524287,    1048573,   2097143,   4194301,    8388617,    16777213,
+    33554467, 67108859, 134217757, 268435459, 536870909, 1073741827, 2147483647, 4294967291};
 
 /// @return the smallest allowed number of buckets that is at least `n`, or 0 beyond the table.
 inline NuvSizeT ChooseBucketCount(NuvSizeT n)
@@ -80,8 +82,8 @@ inline Link* SkipEqual(const Map* x, Link* link, const Key* key)
     return link;
 }
 
-/// Links a new entry before `pos`, which is in the bucket's run or ends it. An entry whose key could not be copied has an
-/// empty key, and belongs to the bucket of that.
+/// Links a new entry before `pos`, which is in the bucket's run or ends it. An entry whose key
+/// could not be copied has an empty key, and belongs to the bucket of that.
 template <class Map, class Link, class Bucket, class Key>
 inline void LinkEntry(Map* x, Link* entry, Bucket* bucket, Link* pos, const Key* key)
 {
@@ -118,8 +120,9 @@ inline void EmptyBuckets(Map* x)
         *bucket = {&x->l.node, 0};
 }
 
-/// Counts the runs of the list anew into the table as it is. Entries keep their order; only one that stands outside its
-/// bucket's run, because a copy of its key was refused, moves to the end of that run.
+/// Counts the runs of the list anew into the table as it is. Entries keep their order; only one
+/// that stands outside its bucket's run, because a copy of its key was refused, moves to the end of
+/// that run.
 template <class Map>
 inline void RebuildBuckets(Map* x)
 {
@@ -148,8 +151,8 @@ inline void RebuildBuckets(Map* x)
     }
 }
 
-/// Hangs all entries into a table of empty buckets: one run of equal keys after another, each before its bucket's earlier
-/// runs, the first of an empty bucket at the back of the list.
+/// Hangs all entries into a table of empty buckets: one run of equal keys after another, each
+/// before its bucket's earlier runs, the first of an empty bucket at the back of the list.
 template <class Map>
 inline void Rehash(Map* x)
 {

@@ -1,6 +1,6 @@
-// What a container asks of its elements: a specialisation of nuv::Element per element type, reached through the functions
-// below. Elements are records of C: moving one bit by bit to another place, and forgetting the old place, is always allowed
-// (Relocate); copying one may need memory.
+// What a container asks of its elements: a specialisation of nuv::Element per element type, reached
+// through the functions below. Elements are records of C: moving one bit by bit to another place,
+// and forgetting the old place, is always allowed (Relocate); copying one may need memory.
 #ifndef NUV_TEMPLATES_NUVELEMENT_HPP
 #define NUV_TEMPLATES_NUVELEMENT_HPP
 
@@ -41,9 +41,7 @@ struct Element<T>
         return true;
     }
 
-    static void Destruct(T*)
-    {
-    }
+    static void Destruct(T*) {}
 
     static bool Equal(const T* x, const T* y)
     {
@@ -88,7 +86,8 @@ inline bool Construct(T* x, const T* y)
     return Element<T>::Construct(x, y);
 }
 
-/// Makes what assigning `y` to `former` would have made of it: the allocator of `former`, the value of `y`.
+/// Makes what assigning `y` to `former` would have made of it: the allocator of `former`, the value
+/// of `y`.
 /// @return false when memory is refused; `x` then owns nothing.
 template <class T>
 inline bool ConstructInPlaceOf(T* x, const T* former, const T* y)
@@ -116,7 +115,8 @@ inline bool Equal(const T* x, const T* y)
     return Element<T>::Equal(x, y);
 }
 
-/// Moves the elements [first, last) to `destination`, where nothing lives. What stood there is not read.
+/// Moves the elements [first, last) to `destination`, where nothing lives. What stood there is not
+/// read.
 template <class T>
 inline void Relocate(T* destination, const T* first, const T* last)
 {
@@ -138,7 +138,8 @@ inline void Reverse(T* first, T* last)
         Exchange(first++, --last);
 }
 
-/// Brings the elements [middle, last) before those of [first, middle); the order within each part stays.
+/// Brings the elements [middle, last) before those of [first, middle); the order within each part
+/// stays.
 template <class T>
 inline void Rotate(T* first, T* middle, T* last)
 {
@@ -152,7 +153,8 @@ template <class T>
 inline bool PointsInto(const T* p, const T* first, const T* last)
 {
     const uintptr_t address = reinterpret_cast<uintptr_t>(p);
-    return address >= reinterpret_cast<uintptr_t>(first) && address < reinterpret_cast<uintptr_t>(last);
+    return address >= reinterpret_cast<uintptr_t>(first) &&
+           address < reinterpret_cast<uintptr_t>(last);
 }
 
 inline NuvBool AsNuvBool(bool value)

@@ -1,7 +1,7 @@
 /// @file
-/// What every kind of iterator can do. A container includes this once per kind, with NUV_ITERATOR, the kind's name, and
-/// NUV_CONTENT, its element type (const for the read-only kinds). An iterator is a plain pointer; null is the exceptional
-/// one, which stands for no position.
+/// What every kind of iterator can do. A container includes this once per kind, with NUV_ITERATOR,
+/// the kind's name, and NUV_CONTENT, its element type (const for the read-only kinds). An iterator
+/// is a plain pointer; null is the exceptional one, which stands for no position.
 #define NUV_ITERATOR_OP(name) NUV_JOIN(NUV_ITERATOR, name)
 
 /// Does nothing: an iterator owns nothing.
@@ -18,7 +18,8 @@ NUV_API NUV_ITERATOR* NUV_ITERATOR_OP(Assign)(NUV_ITERATOR* x, const NUV_ITERATO
 /// @return true.
 NUV_API NuvBool NUV_ITERATOR_OP(Swap)(NUV_ITERATOR* x, NUV_ITERATOR* y);
 NUV_API NuvBool NUV_ITERATOR_OP(Equal)(const NUV_ITERATOR* a, const NUV_ITERATOR* b);
-/// In an array: whether `a` comes before `b` in the direction of the walk. In a list: an order of addresses, by identity only.
+/// In an array: whether `a` comes before `b` in the direction of the walk. In a list: an order of
+/// addresses, by identity only.
 NUV_API NuvBool NUV_ITERATOR_OP(Less)(const NUV_ITERATOR* a, const NUV_ITERATOR* b);
 /// @return the element at the position.
 NUV_API NUV_CONTENT* NUV_ITERATOR_OP(ContentOf)(const NUV_ITERATOR* it);

@@ -1,9 +1,8 @@
-// What every kind of iterator can do, defined. Besides NUV_ITERATOR and NUV_CONTENT it needs NUV_WALK, how the kind moves.
+// What every kind of iterator can do, defined. Besides NUV_ITERATOR and NUV_CONTENT it needs
+// NUV_WALK, how the kind moves.
 #define NUV_ITERATOR_OP(name) NUV_JOIN(NUV_ITERATOR, name)
 
-void NUV_ITERATOR_OP(Destruct)(NUV_ITERATOR*)
-{
-}
+void NUV_ITERATOR_OP(Destruct)(NUV_ITERATOR*) {}
 
 NUV_ITERATOR* NUV_ITERATOR_OP(ConstructCopy)(NUV_ITERATOR* x, const NUV_ITERATOR* y)
 {

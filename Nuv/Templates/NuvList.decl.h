@@ -1,9 +1,10 @@
 /// @file
-/// The doubly linked list: a ring of nodes through a sentinel that is part of the list's record, so that a list must not be
-/// moved bit by bit. Needs NUV_SELF and NUV_ELEMENT.
+/// The doubly linked list: a ring of nodes through a sentinel that is part of the list's record, so
+/// that a list must not be moved bit by bit. Needs NUV_SELF and NUV_ELEMENT.
 ///
-/// Every node is one block. A position stays valid until its element is erased; splicing moves nodes, never elements. An
-/// element's copy that fails inside is not reported: the node is linked all the same, its names left empty.
+/// Every node is one block. A position stays valid until its element is erased; splicing moves
+/// nodes, never elements. An element's copy that fails inside is not reported: the node is linked
+/// all the same, its names left empty.
 #include "Nuv/Templates/NuvTemplateBegin.h"
 
 #define NUV_LINK NUV_OF_ELEMENT(NuvListNodeBase__)
@@ -37,7 +38,8 @@ typedef struct NUV_SELF NUV_SELF;
 
 struct NUV_SELF
 {
-    /// The sentinel: `node.next` is the first node, `node.prev` the last one; both are the sentinel while the list is empty.
+    /// The sentinel: `node.next` is the first node, `node.prev` the last one; both are the sentinel
+    /// while the list is empty.
     NUV_LINK node;
     NuvAllocator* allocator;
 };
@@ -68,17 +70,19 @@ typedef const NUV_LINK* NUV_OP(ConstReverseIterator);
 NUV_API NUV_SELF* NUV_OP(ConstructDefault)(NUV_SELF* l_, NuvAllocator* a_);
 /// Makes `n_` copies of `*t_`.
 /// @return `l_`, or null when a node is refused; `l_` is then empty.
-NUV_API NUV_SELF* NUV_OP(ConstructN)(NUV_SELF* l_, NuvSizeT n_, const NUV_ELEMENT* t_, NuvAllocator* a_);
+NUV_API NUV_SELF* NUV_OP(ConstructN)(NUV_SELF* l_, NuvSizeT n_, const NUV_ELEMENT* t_,
+                                     NuvAllocator* a_);
 /// Copies [first_, last_).
 /// @return `l_`, or null when a node is refused; `l_` is then empty.
-NUV_API NUV_SELF* NUV_OP(ConstructRange)(NUV_SELF* l_, NUV_OP(ConstIterator) first_, NUV_OP(ConstIterator) last_,
-                                         NuvAllocator* a_);
+NUV_API NUV_SELF* NUV_OP(ConstructRange)(NUV_SELF* l_, NUV_OP(ConstIterator) first_,
+                                         NUV_OP(ConstIterator) last_, NuvAllocator* a_);
 /// Copies the elements of `src_`, on the allocator of `src_`.
 /// @return `l_`, or null when a node is refused; `l_` is then empty.
 NUV_API NUV_SELF* NUV_OP(ConstructCopy)(NUV_SELF* l_, const NUV_SELF* src_);
 /// Destroys every element and frees every node, front to back.
 NUV_API void NUV_OP(Destruct)(NUV_SELF* l_);
-/// Gives `l_` the elements of `src_`: assigned to the elements that `l_` has, appended or erased for the rest.
+/// Gives `l_` the elements of `src_`: assigned to the elements that `l_` has, appended or erased
+/// for the rest.
 /// @return `l_`, or null when a node is refused; what was appended stays.
 NUV_API NUV_SELF* NUV_OP(Assign)(NUV_SELF* l_, const NUV_SELF* src_);
 /// Exchanges the nodes and the allocators of two lists.
@@ -116,17 +120,19 @@ NUV_API const NUV_ELEMENT* NUV_OP(BackConst)(const NUV_SELF* l_);
 NUV_API NUV_OP(Iterator) NUV_OP(Insert)(NUV_SELF* l_, NUV_OP(Iterator) pos_, const NUV_ELEMENT* t_);
 /// Links `n` copies of `*t_` before `pos_`.
 /// @return false when a node is refused; those already linked stay.
-NUV_API NuvBool NUV_OP(InsertN)(NUV_SELF* l_, NUV_OP(Iterator) pos_, NuvSizeT n, const NUV_ELEMENT* t_);
+NUV_API NuvBool NUV_OP(InsertN)(NUV_SELF* l_, NUV_OP(Iterator) pos_, NuvSizeT n,
+                                const NUV_ELEMENT* t_);
 /// Links copies of [first_, last_) before `pos_`, in order.
 /// @return false when a node is refused; those already linked stay.
-NUV_API NuvBool NUV_OP(InsertRange)(NUV_SELF* l_, NUV_OP(Iterator) pos_, NUV_OP(ConstIterator) first_,
-                                    NUV_OP(ConstIterator) last_);
+NUV_API NuvBool NUV_OP(InsertRange)(NUV_SELF* l_, NUV_OP(Iterator) pos_,
+                                    NUV_OP(ConstIterator) first_, NUV_OP(ConstIterator) last_);
 /// Removes one element.
 /// @return the node that followed it.
 NUV_API NUV_OP(Iterator) NUV_OP(Erase)(NUV_SELF* l_, NUV_OP(Iterator) pos_);
 /// Removes [first_, last_).
 /// @return `last_`.
-NUV_API NUV_OP(Iterator) NUV_OP(EraseRange)(NUV_SELF* l_, NUV_OP(Iterator) first_, NUV_OP(Iterator) last_);
+NUV_API NUV_OP(Iterator)
+    NUV_OP(EraseRange)(NUV_SELF* l_, NUV_OP(Iterator) first_, NUV_OP(Iterator) last_);
 NUV_API void NUV_OP(Clear)(NUV_SELF* l_);
 /// Makes the size `n_`: copies of `*t_` are appended, or the elements from position `n_` on erased.
 /// @return false when a node is refused; those already appended stay.
@@ -139,12 +145,14 @@ NUV_API NuvBool NUV_OP(PushBack)(NUV_SELF* l_, const NUV_ELEMENT* t_);
 NUV_API void NUV_OP(PopFront)(NUV_SELF* l_);
 /// Removes the last element; not checked.
 NUV_API void NUV_OP(PopBack)(NUV_SELF* l_);
-/// Moves the nodes [first_, last_) of `src_`, which may be `l_`, to before `pos`; the nodes keep their block and allocator.
-/// Nothing happens when the range is empty or `pos` is one of its two ends.
-NUV_API void NUV_OP(Splice)(NUV_SELF* l_, NUV_OP(Iterator) pos, NUV_SELF* src_, NUV_OP(Iterator) first_,
-                            NUV_OP(Iterator) last_);
+/// Moves the nodes [first_, last_) of `src_`, which may be `l_`, to before `pos`; the nodes keep
+/// their block and allocator. Nothing happens when the range is empty or `pos` is one of its two
+/// ends.
+NUV_API void NUV_OP(Splice)(NUV_SELF* l_, NUV_OP(Iterator) pos, NUV_SELF* src_,
+                            NUV_OP(Iterator) first_, NUV_OP(Iterator) last_);
 /// Moves the one node `it_` of `src_` to before `pos`.
-NUV_API void NUV_OP(SpliceOne)(NUV_SELF* l_, NUV_OP(Iterator) pos, NUV_SELF* src_, NUV_OP(Iterator) it_);
+NUV_API void NUV_OP(SpliceOne)(NUV_SELF* l_, NUV_OP(Iterator) pos, NUV_SELF* src_,
+                               NUV_OP(Iterator) it_);
 /// Does nothing: the place for a diagnostic printer.
 NUV_API void NUV_OP(Dump)(const NUV_SELF* l_, const char* name, unsigned int tabStop);
 

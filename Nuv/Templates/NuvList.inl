@@ -44,7 +44,8 @@ NUV_SELF* NUV_OP(ConstructN)(NUV_SELF* l_, NuvSizeT n_, const NUV_ELEMENT* t_, N
     return nullptr;
 }
 
-NUV_SELF* NUV_OP(ConstructRange)(NUV_SELF* l_, NUV_OP(ConstIterator) first_, NUV_OP(ConstIterator) last_, NuvAllocator* a_)
+NUV_SELF* NUV_OP(ConstructRange)(NUV_SELF* l_, NUV_OP(ConstIterator) first_,
+                                 NUV_OP(ConstIterator) last_, NuvAllocator* a_)
 {
     NUV_OP(ConstructDefault)(l_, a_);
     if (NUV_OP(InsertRange)(l_, &l_->node, first_, last_))
@@ -71,7 +72,8 @@ NUV_SELF* NUV_OP(Assign)(NUV_SELF* l_, const NUV_SELF* src_)
     const NUV_LINK* from = src_->node.next.b;
     while (to != &l_->node && from != &src_->node)
     {
-        (void)nuv::Assign(NUV_OP(IteratorContentOf)(&to), NUV_OP(ConstIteratorContentOf)(&from));  // unreported by contract
+        (void)nuv::Assign(NUV_OP(IteratorContentOf)(&to),
+                          NUV_OP(ConstIteratorContentOf)(&from));  // unreported by contract
         to = to->next.b;
         from = from->next.b;
     }
@@ -191,9 +193,11 @@ NuvBool NUV_OP(InsertN)(NUV_SELF* l_, NUV_OP(Iterator) pos_, NuvSizeT n, const N
     return NUV_TRUE;
 }
 
-NuvBool NUV_OP(InsertRange)(NUV_SELF* l_, NUV_OP(Iterator) pos_, NUV_OP(ConstIterator) first_, NUV_OP(ConstIterator) last_)
+NuvBool NUV_OP(InsertRange)(NUV_SELF* l_, NUV_OP(Iterator) pos_, NUV_OP(ConstIterator) first_,
+                            NUV_OP(ConstIterator) last_)
 {
-    // The copies gather in a ring of their own: `pos_` may lie inside the range, which must not meet them.
+    // The copies gather in a ring of their own: `pos_` may lie inside the range, which must not
+    // meet them.
     NUV_LINK copies;
     nuv::CloseRing(&copies);
     bool isDone = true;
@@ -254,7 +258,8 @@ void NUV_OP(PopBack)(NUV_SELF* l_)
     NUV_OP(Erase)(l_, l_->node.prev.b);
 }
 
-void NUV_OP(Splice)(NUV_SELF*, NUV_OP(Iterator) pos, NUV_SELF*, NUV_OP(Iterator) first_, NUV_OP(Iterator) last_)
+void NUV_OP(Splice)(NUV_SELF*, NUV_OP(Iterator) pos, NUV_SELF*, NUV_OP(Iterator) first_,
+                    NUV_OP(Iterator) last_)
 {
     nuv::Transfer(pos, first_, last_);
 }
@@ -264,15 +269,15 @@ void NUV_OP(SpliceOne)(NUV_SELF*, NUV_OP(Iterator) pos, NUV_SELF*, NUV_OP(Iterat
     nuv::Transfer(pos, it_, it_->next.b);
 }
 
-void NUV_OP(Dump)(const NUV_SELF*, const char*, unsigned int)
-{
-}
+void NUV_OP(Dump)(const NUV_SELF*, const char*, unsigned int) {}
 
 NUV_NODE* NUV_OP(CreateNode_)(NUV_SELF* l_, const NUV_ELEMENT* t_)
 {
-    NUV_NODE* const node = static_cast<NUV_NODE*>(NuvAllocatorAllocate(l_->allocator, sizeof(NUV_NODE)));
+    NUV_NODE* const node =
+        static_cast<NUV_NODE*>(NuvAllocatorAllocate(l_->allocator, sizeof(NUV_NODE)));
     if (node)
-        NUV_JOIN(NUV_ELEMENT, ConstructCopy)(&node->obj, t_);  // a failed copy is unreported by contract
+        NUV_JOIN(NUV_ELEMENT, ConstructCopy)
+        (&node->obj, t_);  // a failed copy is unreported by contract
     return node;
 }
 

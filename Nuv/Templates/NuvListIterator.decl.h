@@ -1,6 +1,6 @@
 /// @file
-/// One kind of iterator of the list. Needs what NuvIterator.decl.h needs. A reverse position holds the node after the one
-/// that it denotes.
+/// One kind of iterator of the list. Needs what NuvIterator.decl.h needs. A reverse position holds
+/// the node after the one that it denotes.
 #include "Nuv/Templates/NuvIterator.decl.h"
 
 /// Makes `x` exceptional.

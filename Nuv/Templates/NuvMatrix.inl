@@ -1,4 +1,5 @@
-// The dense matrix, defined. Operations whose operand or result has no storage leave the result as it is.
+// The dense matrix, defined. Operations whose operand or result has no storage leave the result as
+// it is.
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Templates/NuvTemplateBegin.h"
 
@@ -47,8 +48,9 @@ NUV_SELF* NUV_OP(ConstructCopy)(NUV_SELF* x, const NUV_SELF* y)
     return x;
 }
 
-NUV_SELF* NUV_OP(ConstructCopyRange)(NUV_SELF* x, const NUV_SELF* y, NuvUint sourceRow, NuvUint sourceCol, NuvUint numRows,
-                                     NuvUint numCols, NuvAllocator*)
+NUV_SELF* NUV_OP(ConstructCopyRange)(NUV_SELF* x, const NUV_SELF* y, NuvUint sourceRow,
+                                     NuvUint sourceCol, NuvUint numRows, NuvUint numCols,
+                                     NuvAllocator*)
 {
     if (!nuv::IsWithin(sourceRow, numRows, y->nr) || !nuv::IsWithin(sourceCol, numCols, y->nc))
         return nullptr;
@@ -61,7 +63,8 @@ NUV_SELF* NUV_OP(ConstructCopyRange)(NUV_SELF* x, const NUV_SELF* y, NuvUint sou
     if ((numCols != 0 && !nuv::IsStored(y)) || !nuv::AllocateStorage(x))
         return nullptr;
     for (NuvSizeT i = 0; i != numRows; ++i)
-        NuvMemCopy(nuv::RowOf(x, i), nuv::RowOf(y, sourceRow + i) + sourceCol, numCols * sizeof(NUV_ELEMENT));
+        NuvMemCopy(nuv::RowOf(x, i), nuv::RowOf(y, sourceRow + i) + sourceCol,
+                   numCols * sizeof(NUV_ELEMENT));
     return x;
 }
 
@@ -99,8 +102,9 @@ NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y)
     return x;
 }
 
-NUV_SELF* NUV_OP(CopyRange)(NUV_SELF* x, const NUV_SELF* y, NuvUint xSourceRow, NuvUint xSourceCol, NuvUint ySourceRow,
-                            NuvUint ySourceCol, NuvUint numRows, NuvUint numCols)
+NUV_SELF* NUV_OP(CopyRange)(NUV_SELF* x, const NUV_SELF* y, NuvUint xSourceRow, NuvUint xSourceCol,
+                            NuvUint ySourceRow, NuvUint ySourceCol, NuvUint numRows,
+                            NuvUint numCols)
 {
     if (!nuv::IsWithin(xSourceRow, numRows, x->nr) || !nuv::IsWithin(xSourceCol, numCols, x->nc) ||
         !nuv::IsWithin(ySourceRow, numRows, y->nr) || !nuv::IsWithin(ySourceCol, numCols, y->nc))
@@ -247,8 +251,6 @@ NuvBool NUV_OP(Transpose)(const NUV_SELF* x, NUV_SELF* result)
     return NUV_TRUE;
 }
 
-void NUV_OP(Dump)(const NUV_SELF*, const char*, unsigned int)
-{
-}
+void NUV_OP(Dump)(const NUV_SELF*, const char*, unsigned int) {}
 
 #include "Nuv/Templates/NuvTemplateEnd.h"

@@ -1,4 +1,5 @@
-// Rings of links, as the lists and the maps weave them. Invariant: every link's neighbours point back at it.
+// Rings of links, as the lists and the maps weave them. Invariant: every link's neighbours point
+// back at it.
 #ifndef NUV_TEMPLATES_NUVRING_HPP
 #define NUV_TEMPLATES_NUVRING_HPP
 

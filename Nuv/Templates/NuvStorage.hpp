@@ -1,4 +1,5 @@
-// The block of a matrix: its size and its state, for any record of the shape {allocator, nr, nc, data}.
+// The block of a matrix: its size and its state, for any record of the shape {allocator, nr, nc,
+// data}.
 #ifndef NUV_TEMPLATES_NUVSTORAGE_HPP
 #define NUV_TEMPLATES_NUVSTORAGE_HPP
 
@@ -20,7 +21,8 @@ inline NuvSizeT BytesOf(const Matrix* x)
     return static_cast<NuvSizeT>(CountOf(x)) * sizeof(*x->data);
 }
 
-/// Whether each element of the shape has a place in the block: storage was granted and the count did not wrap.
+/// Whether each element of the shape has a place in the block: storage was granted and the count
+/// did not wrap.
 template <class Matrix>
 inline bool IsStored(const Matrix* x)
 {

@@ -1,5 +1,6 @@
 /// @file
-/// Opens a template. A template is a header that is included once per instantiation; macros only name its parameters:
+/// Opens a template. A template is a header that is included once per instantiation; macros only
+/// name its parameters:
 ///   NUV_SELF                 the instantiation's name, which every operation's name begins with
 ///   NUV_ELEMENT              the element type of an array, list or matrix
 ///   NUV_FIRST, NUV_SECOND    the field types of a pair

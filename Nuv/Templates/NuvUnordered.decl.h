@@ -1,10 +1,12 @@
 /// @file
-/// The hash map: all entries in one list, and a table of buckets that know where their run of entries begins and how long it
-/// is. Needs NUV_KEY and NUV_VALUE, and the pair, list, bucket and bucket array of the same two types.
+/// The hash map: all entries in one list, and a table of buckets that know where their run of
+/// entries begins and how long it is. Needs NUV_KEY and NUV_VALUE, and the pair, list, bucket and
+/// bucket array of the same two types.
 ///
-/// The bucket of a key is its hash modulo the number of buckets. The entries of a bucket stand together in the list, equal
-/// keys side by side; walking the map is walking the list. The number of buckets comes from a fixed table of sizes and never
-/// falls. A position stays valid until its entry is erased.
+/// The bucket of a key is its hash modulo the number of buckets. The entries of a bucket stand
+/// together in the list, equal keys side by side; walking the map is walking the list. The number
+/// of buckets comes from a fixed table of sizes and never falls. A position stays valid until its
+/// entry is erased.
 #include "Nuv/Templates/NuvTemplateBegin.h"
 #define NUV_SELF NUV_OF_KEY_AND_VALUE(NuvUnordered_)
 #define NUV_LIST NUV_OF_KEY_AND_VALUE(NuvList_NuvPair_)
@@ -60,16 +62,18 @@ typedef struct NUV_OP(ConstRange)
 
 /// Makes an empty map with at least `buckets` buckets, at least 2.
 /// @return `x`, or null when the table is refused or larger than 4294967291 buckets.
-NUV_API NUV_SELF* NUV_OP(Construct)(NUV_SELF* x, NUV_OP(HashFunctionType) hash, NUV_OP(SizeType) buckets,
-                                    NuvAllocator* bucketAllocator, NuvAllocator* nodeAllocator);
+NUV_API NUV_SELF* NUV_OP(Construct)(NUV_SELF* x, NUV_OP(HashFunctionType) hash,
+                                    NUV_OP(SizeType) buckets, NuvAllocator* bucketAllocator,
+                                    NuvAllocator* nodeAllocator);
 /// Copies `y`, in the same order, with as many buckets, on the allocators of `y`.
-/// @return `x`, or null when a node or the table is refused. After a refused node `x` holds nothing; after a refused table it
-/// still holds its entries.
+/// @return `x`, or null when a node or the table is refused. After a refused node `x` holds
+/// nothing; after a refused table it still holds its entries.
 NUV_API NUV_SELF* NUV_OP(ConstructCopy)(NUV_SELF* x, const NUV_SELF* y);
 NUV_API void NUV_OP(Destruct)(NUV_SELF* x);
-/// Gives `x` the entries, the number of buckets and the hash function of `y`; `x` keeps its allocators.
-/// @return `x`, or null when a node or the table is refused; `x` can then be walked, cleared, destructed and assigned to, and
-/// finds its entries again after the next insertion.
+/// Gives `x` the entries, the number of buckets and the hash function of `y`; `x` keeps its
+/// allocators.
+/// @return `x`, or null when a node or the table is refused; `x` can then be walked, cleared,
+/// destructed and assigned to, and finds its entries again after the next insertion.
 NUV_API NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y);
 /// Exchanges two maps on the same allocators.
 /// @return false when their allocators differ; nothing has changed then.
@@ -93,13 +97,15 @@ NUV_API NUV_OP(ConstIterator) NUV_OP(FindConst)(const NUV_SELF* x, const NUV_KEY
 NUV_API NUV_OP(Range) NUV_OP(EqualRange)(NUV_SELF* x, const NUV_KEY* key);
 NUV_API NUV_OP(ConstRange) NUV_OP(EqualRangeConst)(const NUV_SELF* x, const NUV_KEY* key);
 
-/// Adds a copy of `*value` unless its key is there already. The table grows first, so that no more entries than buckets
-/// stand in it; a refused growth is ignored.
-/// @return the new entry and true, the old one and false, or the exceptional iterator and false when the node is refused.
+/// Adds a copy of `*value` unless its key is there already. The table grows first, so that no more
+/// entries than buckets stand in it; a refused growth is ignored.
+/// @return the new entry and true, the old one and false, or the exceptional iterator and false
+/// when the node is refused.
 NUV_API NUV_OP(InsertResult) NUV_OP(Insert)(NUV_SELF* x, const NUV_OP(ValueType) * value);
 /// Adds a copy of `*value`, before the entries with the same key if there are any.
 /// @return the new entry, or the exceptional iterator when the node is refused.
-NUV_API NUV_OP(Iterator) NUV_OF_KEY_AND_VALUE(NuvUnorderedInsert__)(NUV_SELF* x, const NUV_OP(ValueType) * value);
+NUV_API NUV_OP(Iterator)
+    NUV_OF_KEY_AND_VALUE(NuvUnorderedInsert__)(NUV_SELF* x, const NUV_OP(ValueType) * value);
 /// Removes one entry.
 /// @return the one that followed it.
 NUV_API NUV_OP(Iterator) NUV_OP(Erase)(NUV_SELF* x, NUV_OP(Iterator) pos);
@@ -112,7 +118,8 @@ NUV_API NUV_OP(SizeType) NUV_OP(EraseKey)(NUV_SELF* x, const NUV_KEY* key);
 /// Removes every entry; the buckets stay.
 NUV_API void NUV_OP(Clear)(NUV_SELF* x);
 /// Makes at least `n` buckets.
-/// @return false when the table is refused or larger than 4294967291 buckets; nothing has changed then.
+/// @return false when the table is refused or larger than 4294967291 buckets; nothing has changed
+/// then.
 NUV_API NuvBool NUV_OP(Resize)(NUV_SELF* x, NUV_OP(SizeType) n);
 
 NUV_API void NUV_OP(GetStatistics)(const NUV_SELF* x, NUV_STATISTICS* stats);

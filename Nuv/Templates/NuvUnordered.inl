@@ -47,7 +47,8 @@ NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y)
         return x;
     if (!NUV_LIST_OP(Assign)(&x->l, &y->l) || !NUV_TABLE_OP(Assign)(&x->v, &y->v))
     {
-        // The old buckets know nothing of the new keys: without a table the map can be walked and gets one later.
+        // The old buckets know nothing of the new keys: without a table the map can be walked and
+        // gets one later.
         NUV_TABLE_OP(Destruct)(&x->v);
         x->size = NUV_LIST_OP(Size)(&x->l);
         return nullptr;
@@ -158,7 +159,8 @@ NUV_OP(InsertResult) NUV_OP(Insert)(NUV_SELF* x, const NUV_OP(ValueType) * value
     return {&node->b, NUV_TRUE};
 }
 
-NUV_OP(Iterator) NUV_OF_KEY_AND_VALUE(NuvUnorderedInsert__)(NUV_SELF* x, const NUV_OP(ValueType) * value)
+NUV_OP(Iterator)
+NUV_OF_KEY_AND_VALUE(NuvUnorderedInsert__)(NUV_SELF* x, const NUV_OP(ValueType) * value)
 {
     (void)NUV_OP(Resize)(x, x->size + 1);  // without growth the entry goes into the table as it is
     if (nuv::BucketCountOf(x) == 0)
@@ -174,7 +176,8 @@ NUV_OP(Iterator) NUV_OF_KEY_AND_VALUE(NuvUnorderedInsert__)(NUV_SELF* x, const N
 
 NUV_OP(Iterator) NUV_OP(Erase)(NUV_SELF* x, NUV_OP(Iterator) pos)
 {
-    NUV_BUCKET* const bucket = nuv::BucketCountOf(x) != 0 ? nuv::BucketOf(x, nuv::KeyAt(x, pos)) : nullptr;
+    NUV_BUCKET* const bucket =
+        nuv::BucketCountOf(x) != 0 ? nuv::BucketOf(x, nuv::KeyAt(x, pos)) : nullptr;
     NUV_OP(Iterator) const following = NUV_LIST_OP(Erase)(&x->l, pos);
     --x->size;
     if (bucket)
@@ -194,7 +197,8 @@ NUV_OP(SizeType) NUV_OP(EraseKey)(NUV_SELF* x, const NUV_KEY* key)
     if (nuv::BucketCountOf(x) == 0)
         return 0;
     NUV_BUCKET* const bucket = nuv::BucketOf(x, key);
-    // The entries wait in a list of their own until all keys are compared: `key` may be inside one of them.
+    // The entries wait in a list of their own until all keys are compared: `key` may be inside one
+    // of them.
     NUV_LIST removed;
     NUV_LIST_OP(ConstructDefault)(&removed, x->l.allocator);
     NUV_OP(Iterator) entry = bucket->first;
@@ -275,9 +279,7 @@ NUV_OP(HashFunctionType) NUV_OP(HashFunction)(const NUV_SELF* x)
     return x->hash;
 }
 
-void NUV_OP(Dump)(const NUV_SELF*, const char*, unsigned int)
-{
-}
+void NUV_OP(Dump)(const NUV_SELF*, const char*, unsigned int) {}
 
 #undef NUV_LIST
 #undef NUV_TABLE

@@ -1,5 +1,6 @@
 /// @file
-/// One bucket of a map: where its run of entries begins, and how long the run is. Needs NUV_KEY and NUV_VALUE.
+/// One bucket of a map: where its run of entries begins, and how long the run is. Needs NUV_KEY and
+/// NUV_VALUE.
 #include "Nuv/Templates/NuvTemplateBegin.h"
 #define NUV_SELF NUV_OF_KEY_AND_VALUE(NuvUnorderedBucket_)
 #define NUV_LIST NUV_OF_KEY_AND_VALUE(NuvList_NuvPair_)

@@ -9,9 +9,7 @@ NUV_SELF* NUV_OP(ConstructCopy)(NUV_SELF* x, const NUV_SELF* y)
     return x;
 }
 
-void NUV_OP(Destruct)(NUV_SELF*)
-{
-}
+void NUV_OP(Destruct)(NUV_SELF*) {}
 
 NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y)
 {

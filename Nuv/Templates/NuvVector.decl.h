@@ -1,9 +1,10 @@
 /// @file
 /// The growable array: elements side by side in one block. Needs NUV_SELF and NUV_ELEMENT.
 ///
-/// The elements are [begin, end), the block is [begin, endBuf); an array without a block holds three null pointers. A block
-/// has exactly the capacity that was asked for. Positions and indices are not checked. An element given to PushBack, Insert,
-/// InsertN, InsertRange or Resize may be one of the array's own.
+/// The elements are [begin, end), the block is [begin, endBuf); an array without a block holds
+/// three null pointers. A block has exactly the capacity that was asked for. Positions and indices
+/// are not checked. An element given to PushBack, Insert, InsertN, InsertRange or Resize may be one
+/// of the array's own.
 #include "Nuv/Templates/NuvTemplateBegin.h"
 
 typedef struct NUV_SELF NUV_SELF;
@@ -45,12 +46,13 @@ NUV_API NUV_SELF* NUV_OP(ConstructDefault)(NUV_SELF* x, NuvAllocator* a);
 
 /// Makes `n` copies of `*t`, in a block of exactly that many.
 /// @return `x`, or null when the block or a copy is refused; `x` is then empty.
-NUV_API NUV_SELF* NUV_OP(ConstructN)(NUV_SELF* x, NUV_OP(SizeType) n, const NUV_ELEMENT* t, NuvAllocator* a);
+NUV_API NUV_SELF* NUV_OP(ConstructN)(NUV_SELF* x, NUV_OP(SizeType) n, const NUV_ELEMENT* t,
+                                     NuvAllocator* a);
 
 /// Copies [first, last), in a block of exactly that many.
 /// @return `x`, or null when the block or a copy is refused; `x` is then empty.
-NUV_API NUV_SELF* NUV_OP(ConstructRange)(NUV_SELF* x, NUV_OP(ConstIterator) first, NUV_OP(ConstIterator) last,
-                                         NuvAllocator* a);
+NUV_API NUV_SELF* NUV_OP(ConstructRange)(NUV_SELF* x, NUV_OP(ConstIterator) first,
+                                         NUV_OP(ConstIterator) last, NuvAllocator* a);
 
 /// Copies the elements of `y`, on the allocator of `y`, in a block of exactly that many.
 /// @return `x`, or null when the block or a copy is refused; `x` is then empty.
@@ -63,8 +65,9 @@ NUV_API void NUV_OP(Destruct)(NUV_SELF* x);
 /// @return `x`, or null when a block or a copy is refused; `x` is then empty, without a block.
 NUV_API NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y);
 
-/// Exchanges the elements. Arrays on one allocator exchange their blocks; otherwise each keeps its allocator, and a new block
-/// is taken from that of `x` for the longer sequence, whichever array holds it then.
+/// Exchanges the elements. Arrays on one allocator exchange their blocks; otherwise each keeps its
+/// allocator, and a new block is taken from that of `x` for the longer sequence, whichever array
+/// holds it then.
 /// @return false when that block is refused; nothing has changed then.
 NUV_API NuvBool NUV_OP(Swap)(NUV_SELF* x, NUV_SELF* y);
 
@@ -107,13 +110,15 @@ NUV_API NuvBool NUV_OP(PushBack)(NUV_SELF* x, const NUV_ELEMENT* t);
 NUV_API void NUV_OP(PopBack)(NUV_SELF* x);
 
 /// Inserts a copy of `*t` before `pos`, growing as PushBack does.
-/// @return the position of the new element, or the exceptional iterator when a block or the copy is refused.
+/// @return the position of the new element, or the exceptional iterator when a block or the copy is
+/// refused.
 NUV_API NUV_OP(Iterator) NUV_OP(Insert)(NUV_SELF* x, NUV_OP(Iterator) pos, const NUV_ELEMENT* t);
 
-/// Inserts `n` copies of `*t` before `pos`. An array without room grows to the larger of what is needed and twice its
-/// capacity (2 × `n` when it had none).
+/// Inserts `n` copies of `*t` before `pos`. An array without room grows to the larger of what is
+/// needed and twice its capacity (2 × `n` when it had none).
 /// @return false when a block or a copy is refused; `x` then holds what it held.
-NUV_API NuvBool NUV_OP(InsertN)(NUV_SELF* x, NUV_OP(Iterator) pos, NUV_OP(SizeType) n, const NUV_ELEMENT* t);
+NUV_API NuvBool NUV_OP(InsertN)(NUV_SELF* x, NUV_OP(Iterator) pos, NUV_OP(SizeType) n,
+                                const NUV_ELEMENT* t);
 
 /// Inserts copies of [first, last) before `pos`, growing as InsertN does.
 /// @return false when a block or a copy is refused; `x` then holds what it held.
@@ -126,10 +131,11 @@ NUV_API NUV_OP(Iterator) NUV_OP(Erase)(NUV_SELF* x, NUV_OP(Iterator) pos);
 
 /// Removes [first, last); the elements behind move down.
 /// @return `last`, as it was given.
-NUV_API NUV_OP(Iterator) NUV_OP(EraseRange)(NUV_SELF* x, NUV_OP(Iterator) first, NUV_OP(Iterator) last);
+NUV_API NUV_OP(Iterator)
+    NUV_OP(EraseRange)(NUV_SELF* x, NUV_OP(Iterator) first, NUV_OP(Iterator) last);
 
-/// Makes the size `n`, with copies of `*t` at the end when it grows; growing first reserves room for the old and the new size
-/// together.
+/// Makes the size `n`, with copies of `*t` at the end when it grows; growing first reserves room
+/// for the old and the new size together.
 /// @return false when the block or a copy is refused; `x` then holds what it held.
 NUV_API NuvBool NUV_OP(Resize)(NUV_SELF* x, NUV_OP(SizeType) n, const NUV_ELEMENT* t);
 

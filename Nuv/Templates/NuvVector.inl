@@ -36,7 +36,8 @@ NUV_SELF* NUV_OP(ConstructN)(NUV_SELF* x, NUV_OP(SizeType) n, const NUV_ELEMENT*
     return nuv::ConstructExactly(x, n, {t, 0}) ? x : nullptr;
 }
 
-NUV_SELF* NUV_OP(ConstructRange)(NUV_SELF* x, NUV_OP(ConstIterator) first, NUV_OP(ConstIterator) last, NuvAllocator* a)
+NUV_SELF* NUV_OP(ConstructRange)(NUV_SELF* x, NUV_OP(ConstIterator) first,
+                                 NUV_OP(ConstIterator) last, NuvAllocator* a)
 {
     x->allocator = a;
     return nuv::ConstructExactly(x, static_cast<NuvSizeT>(last - first), {first, 1}) ? x : nullptr;
@@ -240,13 +241,15 @@ NuvBool NUV_OP(InsertN)(NUV_SELF* x, NUV_OP(Iterator) pos, NUV_OP(SizeType) n, c
     return nuv::AsNuvBool(nuv::InsertAt(x, index, n, {t, 0}, nuv::CapacityForMore(x, n)));
 }
 
-NuvBool NUV_OP(InsertRange)(NUV_SELF* x, NUV_OP(Iterator) pos, NUV_OP(ConstIterator) first, NUV_OP(ConstIterator) last)
+NuvBool NUV_OP(InsertRange)(NUV_SELF* x, NUV_OP(Iterator) pos, NUV_OP(ConstIterator) first,
+                            NUV_OP(ConstIterator) last)
 {
     if (first == last)
         return NUV_TRUE;
     const NuvSizeT index = static_cast<NuvSizeT>(pos - x->begin);
     const NuvSizeT count = static_cast<NuvSizeT>(last - first);
-    return nuv::AsNuvBool(nuv::InsertAt(x, index, count, {first, 1}, nuv::CapacityForMore(x, count)));
+    return nuv::AsNuvBool(
+        nuv::InsertAt(x, index, count, {first, 1}, nuv::CapacityForMore(x, count)));
 }
 
 NUV_OP(Iterator) NUV_OP(Erase)(NUV_SELF* x, NUV_OP(Iterator) pos)
@@ -283,8 +286,6 @@ NuvBool NUV_OP(Resize)(NUV_SELF* x, NUV_OP(SizeType) n, const NUV_ELEMENT* t)
     return NUV_TRUE;
 }
 
-void NUV_OP(Dump)(const NUV_SELF*, const char*, unsigned int)
-{
-}
+void NUV_OP(Dump)(const NUV_SELF*, const char*, unsigned int) {}
 
 #include "Nuv/Templates/NuvTemplateEnd.h"

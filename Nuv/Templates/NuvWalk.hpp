@@ -1,5 +1,5 @@
-// How an iterator moves: over an array or around a list's ring, forwards or backwards. The four kinds of a container's
-// iterators differ by these two choices and by const alone.
+// How an iterator moves: over an array or around a list's ring, forwards or backwards. The four
+// kinds of a container's iterators differ by these two choices and by const alone.
 #ifndef NUV_TEMPLATES_NUVWALK_HPP
 #define NUV_TEMPLATES_NUVWALK_HPP
 
@@ -73,7 +73,8 @@ struct RingWalk
     template <class Link>
     static auto* Content(Link* position)
     {
-        return direction == Direction::Forward ? &reinterpret_cast<Node*>(position)->obj : &position->prev.n->obj;
+        return direction == Direction::Forward ? &reinterpret_cast<Node*>(position)->obj
+                                               : &position->prev.n->obj;
     }
 
     static const auto* Content(const auto* position)

@@ -1,6 +1,7 @@
 /// @file
-/// The caller's source of memory. Every object of the library takes all its storage from the allocator it was built
-/// with, and gives each block back with exactly the byte count that it asked for.
+/// The caller's source of memory. Every object of the library takes all its storage from the
+/// allocator it was built with, and gives each block back with exactly the byte count that it asked
+/// for.
 #ifndef NUV_UTILS_NUVALLOCATOR_H
 #define NUV_UTILS_NUVALLOCATOR_H
 

@@ -24,8 +24,9 @@
 #define NUV_API extern NUV_VISIBLE
 #endif
 
-/// Precedes a function that is defined in a header and exported by the library as well. One source of the library
-/// asks for the exported copy by defining NUV_EMIT_INLINE; a C caller whose compiler does not inline links to that copy.
+/// Precedes a function that is defined in a header and exported by the library as well. One source
+/// of the library asks for the exported copy by defining NUV_EMIT_INLINE; a C caller whose compiler
+/// does not inline links to that copy.
 #if !defined(__cplusplus)
 #define NUV_INLINE inline
 #elif defined(NUV_EMIT_INLINE) && defined(__GNUC__)

@@ -8,7 +8,8 @@ namespace nuv
 namespace
 {
 template <class T>
-void MultiplyInOrder(const T* x, const T* y, T* result, NuvSizeT rows, NuvSizeT inner, NuvSizeT cols)
+void MultiplyInOrder(const T* x, const T* y, T* result, NuvSizeT rows, NuvSizeT inner,
+                     NuvSizeT cols)
 {
     for (NuvSizeT i = 0; i != rows; ++i)
     {
@@ -63,19 +64,22 @@ void DivideRow(NuvFloat32* row, NuvFloat32 divisor, NuvSizeT n)
         row[j] = row[j] / divisor;
 }
 
-void SubtractMultiple(NuvFloat32* row, const NuvFloat32* pivotRow, NuvFloat32 multiplier, NuvSizeT n)
+void SubtractMultiple(NuvFloat32* row, const NuvFloat32* pivotRow, NuvFloat32 multiplier,
+                      NuvSizeT n)
 {
     for (NuvSizeT j = 0; j != n; ++j)
         row[j] = row[j] - pivotRow[j] * multiplier;
 }
 }  // namespace
 
-void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows, NuvSizeT inner, NuvSizeT cols)
+void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
+              NuvSizeT inner, NuvSizeT cols)
 {
     MultiplyInOrder(x, y, result, rows, inner, cols);
 }
 
-void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows, NuvSizeT inner, NuvSizeT cols)
+void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows, NuvSizeT inner,
+              NuvSizeT cols)
 {
     MultiplyInOrder(x, y, result, rows, inner, cols);
 }

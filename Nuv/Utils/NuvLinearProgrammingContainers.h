@@ -1,6 +1,7 @@
 /// @file
-/// The maps that hold a model and the matrices that hold its standard form. Each container is stamped out here once per
-/// element type; its operations and their contracts stand in the template of the same name.
+/// The maps that hold a model and the matrices that hold its standard form. Each container is
+/// stamped out here once per element type; its operations and their contracts stand in the template
+/// of the same name.
 #ifndef NUV_UTILS_NUVLINEARPROGRAMMINGCONTAINERS_H
 #define NUV_UTILS_NUVLINEARPROGRAMMINGCONTAINERS_H
 

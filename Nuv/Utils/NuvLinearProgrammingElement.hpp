@@ -13,10 +13,12 @@ struct nuv::Element<NuvLinearProgrammingVariable>
         return NuvLinearProgrammingVariableConstructCopy(x, y) != nullptr;
     }
 
-    static bool ConstructInPlaceOf(NuvLinearProgrammingVariable* x, const NuvLinearProgrammingVariable* former,
+    static bool ConstructInPlaceOf(NuvLinearProgrammingVariable* x,
+                                   const NuvLinearProgrammingVariable* former,
                                    const NuvLinearProgrammingVariable* y)
     {
-        return NuvLinearProgrammingVariableConstruct(x, y->type, y->index, &y->name, former->name.allocator) != nullptr;
+        return NuvLinearProgrammingVariableConstruct(x, y->type, y->index, &y->name,
+                                                     former->name.allocator) != nullptr;
     }
 
     static bool Assign(NuvLinearProgrammingVariable* x, const NuvLinearProgrammingVariable* y)
@@ -33,12 +35,14 @@ struct nuv::Element<NuvLinearProgrammingVariable>
 template <>
 struct nuv::Element<NuvLinearProgrammingConstraint>
 {
-    static bool Construct(NuvLinearProgrammingConstraint* x, const NuvLinearProgrammingConstraint* y)
+    static bool Construct(NuvLinearProgrammingConstraint* x,
+                          const NuvLinearProgrammingConstraint* y)
     {
         return NuvLinearProgrammingConstraintConstructCopy(x, y) != nullptr;
     }
 
-    static bool ConstructInPlaceOf(NuvLinearProgrammingConstraint* x, const NuvLinearProgrammingConstraint*,
+    static bool ConstructInPlaceOf(NuvLinearProgrammingConstraint* x,
+                                   const NuvLinearProgrammingConstraint*,
                                    const NuvLinearProgrammingConstraint* y)
     {
         return NuvLinearProgrammingConstraintConstructCopy(x, y) != nullptr;

@@ -6,7 +6,8 @@
 #include "Nuv/Utils/NuvLinearProgrammingRecords.h"
 
 /// @return false when the allocator refuses; the name then stays.
-NUV_INLINE NuvBool NuvLinearProgrammingVariableSetName(NuvLinearProgrammingVariable* variable, const NuvString* name)
+NUV_INLINE NuvBool NuvLinearProgrammingVariableSetName(NuvLinearProgrammingVariable* variable,
+                                                       const NuvString* name)
 {
     return NuvStringAssign(&variable->name, name) ? NUV_TRUE : NUV_FALSE;
 }
@@ -17,12 +18,14 @@ NUV_INLINE void NuvLinearProgrammingVariableSetType(NuvLinearProgrammingVariable
     variable->type = type;
 }
 
-NUV_INLINE void NuvLinearProgrammingVariableSetIndex(NuvLinearProgrammingVariable* variable, NuvUint index)
+NUV_INLINE void NuvLinearProgrammingVariableSetIndex(NuvLinearProgrammingVariable* variable,
+                                                     NuvUint index)
 {
     variable->index = index;
 }
 
-NUV_INLINE const NuvString* NuvLinearProgrammingVariableGetName(const NuvLinearProgrammingVariable* variable)
+NUV_INLINE const NuvString*
+NuvLinearProgrammingVariableGetName(const NuvLinearProgrammingVariable* variable)
 {
     return &variable->name;
 }
@@ -33,7 +36,8 @@ NuvLinearProgrammingVariableGetType(const NuvLinearProgrammingVariable* variable
     return variable->type;
 }
 
-NUV_INLINE NuvUint NuvLinearProgrammingVariableGetIndex(const NuvLinearProgrammingVariable* variable)
+NUV_INLINE NuvUint
+NuvLinearProgrammingVariableGetIndex(const NuvLinearProgrammingVariable* variable)
 {
     return variable->index;
 }
@@ -46,16 +50,22 @@ NuvLinearProgrammingConstraintGetVariableAccessType(const NuvLinearProgrammingCo
 
 /// @return the coefficients, or null when the constraint names its variables.
 NUV_INLINE const NuvVector_NuvPair_NuvUint__NuvFloat32*
-NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(const NuvLinearProgrammingConstraint* c)
+NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(
+    const NuvLinearProgrammingConstraint* c)
 {
-    return c->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX ? &c->u.variableCoefficientsByIndex : 0;
+    return c->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX
+               ? &c->u.variableCoefficientsByIndex
+               : 0;
 }
 
 /// @return the coefficients, or null when the constraint gives its variables by index.
 NUV_INLINE const NuvVector_NuvPair_NuvString__NuvFloat32*
-NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(const NuvLinearProgrammingConstraint* c)
+NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(
+    const NuvLinearProgrammingConstraint* c)
 {
-    return c->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME ? &c->u.variableCoefficientsByName : 0;
+    return c->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME
+               ? &c->u.variableCoefficientsByName
+               : 0;
 }
 
 NUV_INLINE NuvFloat32 NuvLinearProgrammingConstraintGetRhs(const NuvLinearProgrammingConstraint* c)

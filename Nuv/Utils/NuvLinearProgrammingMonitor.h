@@ -1,5 +1,6 @@
 /// @file
-/// Watching a solve, and ending it: pivot and time limits, progress, cancelling and cycle detection build on this.
+/// Watching a solve, and ending it: pivot and time limits, progress, cancelling and cycle detection
+/// build on this.
 #ifndef NUV_UTILS_NUVLINEARPROGRAMMINGMONITOR_H
 #define NUV_UTILS_NUVLINEARPROGRAMMINGMONITOR_H
 
@@ -7,8 +8,8 @@
 
 typedef struct NuvLinearProgrammingPivot NuvLinearProgrammingPivot;
 
-/// A pivot that is about to be made. Labels are column numbers of A, from 1; 0 is the artificial variable of Phase I. The
-/// arrays are borrowed for the time of the call.
+/// A pivot that is about to be made. Labels are column numbers of A, from 1; 0 is the artificial
+/// variable of Phase I. The arrays are borrowed for the time of the call.
 struct NuvLinearProgrammingPivot
 {
     /// 1 or 2.
@@ -31,15 +32,17 @@ struct NuvLinearProgrammingMonitor
 {
     /// Called before each pivot.
     /// @return true to go on, false to end the solve.
-    NuvBool (*beforePivot)(NuvLinearProgrammingMonitor* monitor, const NuvLinearProgrammingPivot* pivot);
+    NuvBool (*beforePivot)(NuvLinearProgrammingMonitor* monitor,
+                           const NuvLinearProgrammingPivot* pivot);
     /// The caller's own; the library does not read it.
     void* userData;
 };
 
-/// Solves as NuvLinearProgrammingSolve does, to the same bits, and calls the monitor before each pivot. A null monitor is none.
-/// @return as NuvLinearProgrammingSolve, or Stopped when the monitor ended the solve; objective and values are then those of
-/// an earlier solve.
-NUV_API NuvLinearProgrammingResultType NuvLinearProgrammingSolveMonitored(NuvLinearProgramming* lp,
-                                                                          NuvLinearProgrammingMonitor* monitor);
+/// Solves as NuvLinearProgrammingSolve does, to the same bits, and calls the monitor before each
+/// pivot. A null monitor is none.
+/// @return as NuvLinearProgrammingSolve, or Stopped when the monitor ended the solve; objective and
+/// values are then those of an earlier solve.
+NUV_API NuvLinearProgrammingResultType
+NuvLinearProgrammingSolveMonitored(NuvLinearProgramming* lp, NuvLinearProgrammingMonitor* monitor);
 
 #endif

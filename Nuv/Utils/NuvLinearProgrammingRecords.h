@@ -1,5 +1,6 @@
 /// @file
-/// The two records of a model, a variable and a constraint, and the arrays of coefficients that they are given in.
+/// The two records of a model, a variable and a constraint, and the arrays of coefficients that
+/// they are given in.
 #ifndef NUV_UTILS_NUVLINEARPROGRAMMINGRECORDS_H
 #define NUV_UTILS_NUVLINEARPROGRAMMINGRECORDS_H
 
@@ -67,21 +68,24 @@ struct NuvLinearProgrammingConstraint
 
 /// Makes a continuous variable with index 0 and an empty name.
 /// @return `variable`.
-NUV_API NuvLinearProgrammingVariable* NuvLinearProgrammingVariableConstructDefault(NuvLinearProgrammingVariable* variable,
-                                                                                   NuvAllocator* alloc);
+NUV_API NuvLinearProgrammingVariable*
+NuvLinearProgrammingVariableConstructDefault(NuvLinearProgrammingVariable* variable,
+                                             NuvAllocator* alloc);
 /// Makes a variable whose name is a copy on `alloc`.
 /// @return `variable`, or null when the copy is refused; the name is then empty.
-NUV_API NuvLinearProgrammingVariable* NuvLinearProgrammingVariableConstruct(NuvLinearProgrammingVariable* variable,
-                                                                            NuvLinearProgrammingVariableType type,
-                                                                            NuvUint index, const NuvString* name,
-                                                                            NuvAllocator* alloc);
+NUV_API NuvLinearProgrammingVariable*
+NuvLinearProgrammingVariableConstruct(NuvLinearProgrammingVariable* variable,
+                                      NuvLinearProgrammingVariableType type, NuvUint index,
+                                      const NuvString* name, NuvAllocator* alloc);
 /// Copies `y`, the name on its allocator.
 /// @return `x`, or null when the copy is refused; the name is then empty.
-NUV_API NuvLinearProgrammingVariable* NuvLinearProgrammingVariableConstructCopy(NuvLinearProgrammingVariable* x,
-                                                                                const NuvLinearProgrammingVariable* y);
+NUV_API NuvLinearProgrammingVariable*
+NuvLinearProgrammingVariableConstructCopy(NuvLinearProgrammingVariable* x,
+                                          const NuvLinearProgrammingVariable* y);
 /// @return `x`, or null when the name is refused; `x` then keeps its name.
-NUV_API NuvLinearProgrammingVariable* NuvLinearProgrammingVariableAssign(NuvLinearProgrammingVariable* x,
-                                                                         const NuvLinearProgrammingVariable* y);
+NUV_API NuvLinearProgrammingVariable*
+NuvLinearProgrammingVariableAssign(NuvLinearProgrammingVariable* x,
+                                   const NuvLinearProgrammingVariable* y);
 NUV_API void NuvLinearProgrammingVariableDestruct(NuvLinearProgrammingVariable* variable);
 /// @return whether types, indices and names agree.
 NUV_API NuvBool NuvLinearProgrammingVariableEqual(const NuvLinearProgrammingVariable* x,
@@ -90,25 +94,30 @@ NUV_API NuvBool NuvLinearProgrammingVariableEqual(const NuvLinearProgrammingVari
 NUV_API NuvBool NuvLinearProgrammingVariableLess(const NuvLinearProgrammingVariable* x,
                                                  const NuvLinearProgrammingVariable* y);
 
-/// Makes a constraint that names its variables; the coefficients and their names become copies on `alloc`.
+/// Makes a constraint that names its variables; the coefficients and their names become copies on
+/// `alloc`.
 /// @return `constraint`, or null when a copy is refused; it is then an empty row with `rhs` 0.
 NUV_API NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstruct(
-    NuvLinearProgrammingConstraint* constraint, const NuvVector_NuvPair_NuvString__NuvFloat32* variableCoefficients,
-    NuvFloat32 rhs, NuvAllocator* alloc);
+    NuvLinearProgrammingConstraint* constraint,
+    const NuvVector_NuvPair_NuvString__NuvFloat32* variableCoefficients, NuvFloat32 rhs,
+    NuvAllocator* alloc);
 /// Makes a constraint by variable index, from 1; the coefficients become a copy on `alloc`.
 /// @return `constraint`, or null when the copy is refused; it is then an empty row with `rhs` 0.
 NUV_API NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstructIndex(
-    NuvLinearProgrammingConstraint* constraint, const NuvVector_NuvPair_NuvUint__NuvFloat32* variableCoefficients,
-    NuvFloat32 rhs, NuvAllocator* alloc);
+    NuvLinearProgrammingConstraint* constraint,
+    const NuvVector_NuvPair_NuvUint__NuvFloat32* variableCoefficients, NuvFloat32 rhs,
+    NuvAllocator* alloc);
 /// Copies `y`, on its allocator.
 /// @return `x`, or null when the copy is refused; it is then an empty row with `rhs` 0.
-NUV_API NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstructCopy(
-    NuvLinearProgrammingConstraint* x, const NuvLinearProgrammingConstraint* y);
-/// Releases the old coefficients and takes those of `y`: by name as a fresh copy on the allocator of `y`, by index on the
-/// allocator that `x` has.
+NUV_API NuvLinearProgrammingConstraint*
+NuvLinearProgrammingConstraintConstructCopy(NuvLinearProgrammingConstraint* x,
+                                            const NuvLinearProgrammingConstraint* y);
+/// Releases the old coefficients and takes those of `y`: by name as a fresh copy on the allocator
+/// of `y`, by index on the allocator that `x` has.
 /// @return `x`, or null when the copy is refused; `x` is then an empty row with its old `rhs`.
-NUV_API NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintAssign(NuvLinearProgrammingConstraint* x,
-                                                                             const NuvLinearProgrammingConstraint* y);
+NUV_API NuvLinearProgrammingConstraint*
+NuvLinearProgrammingConstraintAssign(NuvLinearProgrammingConstraint* x,
+                                     const NuvLinearProgrammingConstraint* y);
 NUV_API void NuvLinearProgrammingConstraintDestruct(NuvLinearProgrammingConstraint* constraint);
 /// @return false: constraints are not compared.
 NUV_API NuvBool NuvLinearProgrammingConstraintEqual(const NuvLinearProgrammingConstraint* x,

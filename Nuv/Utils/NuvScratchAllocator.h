@@ -1,6 +1,7 @@
 /// @file
-/// An allocator over the caller's allocator that can take back what a solve leaves behind: mark, solve, release. Every
-/// block stands in a list of the allocator's own, so that nothing is ever lost.
+/// An allocator over the caller's allocator that can take back what a solve leaves behind: mark,
+/// solve, release. Every block stands in a list of the allocator's own, so that nothing is ever
+/// lost.
 #ifndef NUV_UTILS_NUVSCRATCHALLOCATOR_H
 #define NUV_UTILS_NUVSCRATCHALLOCATOR_H
 
@@ -26,7 +27,8 @@ struct NuvScratchAllocator
 
 /// Makes an allocator without blocks.
 /// @return `x`.
-NUV_API NuvScratchAllocator* NuvScratchAllocatorConstruct(NuvScratchAllocator* x, NuvAllocator* upstream);
+NUV_API NuvScratchAllocator* NuvScratchAllocatorConstruct(NuvScratchAllocator* x,
+                                                          NuvAllocator* upstream);
 
 /// Gives every block that is still out back upstream.
 NUV_API void NuvScratchAllocatorDestruct(NuvScratchAllocator* x);
@@ -40,8 +42,10 @@ NUV_API NuvSizeT NuvScratchAllocatorGetNumBlocks(const NuvScratchAllocator* x);
 /// @return a moment: blocks taken from now on are younger.
 NUV_API NuvSizeT NuvScratchAllocatorMark(const NuvScratchAllocator* x);
 
-/// Gives back the blocks taken since `mark`, except those that `lp` holds. A null `lp` holds none. Blocks taken since then for
-/// other objects are given back too: build those before the mark, or on another allocator.
-NUV_API void NuvScratchAllocatorRelease(NuvScratchAllocator* x, NuvSizeT mark, const NuvLinearProgramming* lp);
+/// Gives back the blocks taken since `mark`, except those that `lp` holds. A null `lp` holds none.
+/// Blocks taken since then for other objects are given back too: build those before the mark, or on
+/// another allocator.
+NUV_API void NuvScratchAllocatorRelease(NuvScratchAllocator* x, NuvSizeT mark,
+                                        const NuvLinearProgramming* lp);
 
 #endif

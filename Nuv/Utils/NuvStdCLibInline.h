@@ -1,5 +1,6 @@
 /// @file
-/// The byte operations that the library takes from the C library. A count of zero is allowed with any pointers.
+/// The byte operations that the library takes from the C library. A count of zero is allowed with
+/// any pointers.
 #ifndef NUV_UTILS_NUVSTDCLIBINLINE_H
 #define NUV_UTILS_NUVSTDCLIBINLINE_H
 

@@ -1,5 +1,5 @@
-// The string of names. Invariant: `buf` is readable and NUL-terminated at all times; a block is held exactly while
-// `capacity` is not 0, and is `capacity + 1` bytes long.
+// The string of names. Invariant: `buf` is readable and NUL-terminated at all times; a block is
+// held exactly while `capacity` is not 0, and is `capacity + 1` bytes long.
 #include "Nuv/Utils/NuvString.h"
 
 #include <stdarg.h>
@@ -12,7 +12,8 @@ namespace nuv
 {
 namespace
 {
-// What empty strings without a block share. Never written: every write is preceded by a test of `capacity`.
+// What empty strings without a block share. Never written: every write is preceded by a test of
+// `capacity`.
 const char emptyText[1] = {'\0'};
 
 bool ConstructBytes(NuvString* x, NuvAllocator* allocator, const char* bytes, NuvSizeT size)
@@ -47,7 +48,8 @@ NuvString* NuvStringConstructCopy(NuvString* x, const NuvString* y)
     return nuv::ConstructBytes(x, y->allocator, y->buf, y->size) ? x : nullptr;
 }
 
-NuvString* NuvStringConstructFormatted(NuvString* x, NuvAllocator* allocator, const char* format, ...)
+NuvString* NuvStringConstructFormatted(NuvString* x, NuvAllocator* allocator, const char* format,
+                                       ...)
 {
     NuvStringConstructDefault(x, allocator);
     char shortText[32];

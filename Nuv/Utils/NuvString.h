@@ -1,6 +1,7 @@
 /// @file
-/// The string of names: bytes of any value, counted, and followed by a NUL. An empty string holds no block, so that
-/// making one cannot fail; a string whose construction failed is empty and may be read and destructed.
+/// The string of names: bytes of any value, counted, and followed by a NUL. An empty string holds
+/// no block, so that making one cannot fail; a string whose construction failed is empty and may be
+/// read and destructed.
 #ifndef NUV_UTILS_NUVSTRING_H
 #define NUV_UTILS_NUVSTRING_H
 
@@ -29,7 +30,8 @@ NUV_API NuvString* NuvStringConstructCopy(NuvString* x, const NuvString* y);
 
 /// Makes the string that printf would write for `format`.
 /// @return `x`, or null when the allocator refuses or the format is faulty; `x` is then empty.
-NUV_API NuvString* NuvStringConstructFormatted(NuvString* x, NuvAllocator* allocator, const char* format, ...);
+NUV_API NuvString* NuvStringConstructFormatted(NuvString* x, NuvAllocator* allocator,
+                                               const char* format, ...);
 
 /// Gives `x` the characters of `y`; `x` keeps its allocator.
 /// @return `x`, or null when the allocator refuses; `x` then keeps its value.

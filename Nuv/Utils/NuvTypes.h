@@ -1,5 +1,6 @@
 /// @file
-/// The scalar types. Their widths are the same on every platform, whatever the platform's own `int` and `size_t` are.
+/// The scalar types. Their widths are the same on every platform, whatever the platform's own `int`
+/// and `size_t` are.
 #ifndef NUV_UTILS_NUVTYPES_H
 #define NUV_UTILS_NUVTYPES_H
 

@@ -1,0 +1,177 @@
+// Editing the model between construction and solve. Everything that the model keeps lies on lp's
+// allocator, but for what NuvLinearProgrammingSetConstraint copies from a record of the caller's
+// making.
+#include "Nuv/Utils/NuvLinearProgramming.h"
+
+namespace nuv
+{
+namespace
+{
+NuvVector_NuvPair_NuvString__NuvFloat32* ValuesOf(NuvLinearProgramming* lp)
+{
+    return &lp->variableValues;
+}
+
+/// The variable's present entry, or the end when it has no value pair or its name is not in the
+/// map.
+NuvUnordered_NuvString__NuvLinearProgrammingVariableIterator FindVariable(NuvLinearProgramming* lp,
+                                                                          NuvUint variableIndex)
+{
+    if (variableIndex > NuvVector_NuvPair_NuvString__NuvFloat32Size(ValuesOf(lp)))
+        return NuvUnordered_NuvString__NuvLinearProgrammingVariableEnd(&lp->variables);
+    const NuvPair_NuvString__NuvFloat32* const value =
+        NuvVector_NuvPair_NuvString__NuvFloat32At(ValuesOf(lp), variableIndex - 1);
+    return NuvUnordered_NuvString__NuvLinearProgrammingVariableFind(&lp->variables, &value->first);
+}
+
+/// Puts the entry for `variableIndex` at `former` under another name, which is on lp's allocator.
+bool Rename(NuvLinearProgramming* lp,
+            NuvUnordered_NuvString__NuvLinearProgrammingVariableIterator former,
+            NuvUint variableIndex, const NuvString* name)
+{
+    NuvUnordered_NuvString__NuvLinearProgrammingVariableErase(&lp->variables, former);
+    // The pair borrows the name's bits: the map copies them, and nothing here destructs them.
+    const NuvPair_NuvString__NuvLinearProgrammingVariable entry = {
+        *name, {NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32, variableIndex, *name}};
+    if (!NuvUnordered_NuvString__NuvLinearProgrammingVariableInsert(&lp->variables, &entry).second)
+        return false;
+    // A refused assignment leaves the old name in the results, unreported by contract.
+    (void)NuvStringAssign(
+        &NuvVector_NuvPair_NuvString__NuvFloat32At(ValuesOf(lp), variableIndex - 1)->first, name);
+    return true;
+}
+
+/// Copies `constraint` into the map under a new number.
+bool InsertConstraint(NuvLinearProgramming* lp, NuvUint constraintId,
+                      const NuvLinearProgrammingConstraint* constraint)
+{
+    // The pair borrows the constraint's bits: the map copies them, and nothing here destructs them.
+    const NuvPair_NuvUint__NuvLinearProgrammingConstraint entry = {constraintId, *constraint};
+    return NuvUnordered_NuvUint__NuvLinearProgrammingConstraintInsert(&lp->constraints, &entry)
+               .second != NUV_FALSE;
+}
+
+/// The right-hand side of a constraint whose new coefficients were refused: the old one, or 0 when
+/// there is none.
+NuvFloat32 FormerRhs(const NuvLinearProgramming* lp, NuvUint constraintId)
+{
+    const NuvUnordered_NuvUint__NuvLinearProgrammingConstraintConstIterator found =
+        NuvUnordered_NuvUint__NuvLinearProgrammingConstraintFindConst(&lp->constraints,
+                                                                      &constraintId);
+    if (found == NuvUnordered_NuvUint__NuvLinearProgrammingConstraintEndConst(&lp->constraints))
+        return 0.0F;
+    return NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(&found)
+        ->second.rhs;
+}
+
+/// Finds the index of each name and appends (index, coefficient); an append that is refused is
+/// skipped, by contract.
+bool ResolveNames(NuvLinearProgramming* lp, const NuvVector_NuvPair_NuvString__NuvFloat32* named,
+                  NuvVector_NuvPair_NuvUint__NuvFloat32* indexed)
+{
+    for (const NuvPair_NuvString__NuvFloat32* pair = named->begin; pair != named->end; ++pair)
+    {
+        const NuvUnordered_NuvString__NuvLinearProgrammingVariableConstIterator found =
+            NuvUnordered_NuvString__NuvLinearProgrammingVariableFindConst(&lp->variables,
+                                                                          &pair->first);
+        if (found == NuvUnordered_NuvString__NuvLinearProgrammingVariableEndConst(&lp->variables))
+            return false;
+        const NuvLinearProgrammingVariable* const variable =
+            &NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableConstIteratorContentOf(&found)
+                 ->second;
+        const NuvPair_NuvUint__NuvFloat32 term = {variable->index, pair->second};
+        (void)NuvVector_NuvPair_NuvUint__NuvFloat32PushBack(indexed, &term);
+    }
+    return true;
+}
+}  // namespace
+}  // namespace nuv
+
+NuvBool NuvLinearProgrammingSetVariableInfo(NuvLinearProgramming* lp, NuvUint variableIndex,
+                                            const NuvString* name, NuvLinearProgrammingVariableType)
+{
+    if (variableIndex == 0 || variableIndex > lp->numVars)
+        return NUV_FALSE;
+    const NuvUnordered_NuvString__NuvLinearProgrammingVariableIterator former =
+        nuv::FindVariable(lp, variableIndex);
+    if (former == NuvUnordered_NuvString__NuvLinearProgrammingVariableEnd(&lp->variables))
+        return NUV_TRUE;
+    // `name` may be the one stored in the entry that goes.
+    NuvString copy;
+    NuvStringConstructDefault(&copy, lp->alloc);
+    const bool isRenamed =
+        NuvStringAssign(&copy, name) && nuv::Rename(lp, former, variableIndex, &copy);
+    NuvStringDestruct(&copy);
+    return isRenamed ? NUV_TRUE : NUV_FALSE;
+}
+
+NuvBool NuvLinearProgrammingSetConstraint(NuvLinearProgramming* lp, NuvUint constraintId,
+                                          const NuvLinearProgrammingConstraint* constraint)
+{
+    if (constraintId == 0)
+        return NUV_FALSE;
+    const NuvUnordered_NuvUint__NuvLinearProgrammingConstraintIterator found =
+        NuvUnordered_NuvUint__NuvLinearProgrammingConstraintFind(&lp->constraints, &constraintId);
+    if (found == NuvUnordered_NuvUint__NuvLinearProgrammingConstraintEnd(&lp->constraints))
+        return nuv::InsertConstraint(lp, constraintId, constraint) ? NUV_TRUE : NUV_FALSE;
+    NuvLinearProgrammingConstraint* const stored =
+        &NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintIteratorContentOf(&found)->second;
+    (void)NuvLinearProgrammingConstraintAssign(stored, constraint);  // unreported by contract
+    return NUV_TRUE;
+}
+
+NuvBool NuvLinearProgrammingSetConstraintByName(
+    NuvLinearProgramming* lp, NuvUint constraintId,
+    const NuvVector_NuvPair_NuvString__NuvFloat32* constraintValues, NuvFloat32 rhs)
+{
+    NuvLinearProgrammingConstraint constraint;
+    if (!NuvLinearProgrammingConstraintConstruct(&constraint, constraintValues, rhs, lp->alloc))
+        constraint.rhs =
+            nuv::FormerRhs(lp, constraintId);  // an empty row goes in, unreported by contract
+    const NuvBool isSet = NuvLinearProgrammingSetConstraint(lp, constraintId, &constraint);
+    NuvLinearProgrammingConstraintDestruct(&constraint);
+    return isSet;
+}
+
+NuvBool NuvLinearProgrammingSetConstraintByIndex(
+    NuvLinearProgramming* lp, NuvUint constraintId,
+    const NuvVector_NuvPair_NuvUint__NuvFloat32* constraintValues, NuvFloat32 rhs)
+{
+    NuvLinearProgrammingConstraint constraint;
+    if (!NuvLinearProgrammingConstraintConstructIndex(&constraint, constraintValues, rhs,
+                                                      lp->alloc))
+        constraint.rhs =
+            nuv::FormerRhs(lp, constraintId);  // an empty row goes in, unreported by contract
+    const NuvBool isSet = NuvLinearProgrammingSetConstraint(lp, constraintId, &constraint);
+    NuvLinearProgrammingConstraintDestruct(&constraint);
+    return isSet;
+}
+
+NuvBool NuvLinearProgrammingRemoveConstraint(NuvLinearProgramming* lp, NuvUint constraintId)
+{
+    return NuvUnordered_NuvUint__NuvLinearProgrammingConstraintEraseKey(&lp->constraints,
+                                                                        &constraintId) != 0
+               ? NUV_TRUE
+               : NUV_FALSE;
+}
+
+NuvBool
+NuvLinearProgrammingSetObjective(NuvLinearProgramming* lp,
+                                 const NuvVector_NuvPair_NuvString__NuvFloat32* objectiveValues)
+{
+    NuvVector_NuvPair_NuvUint__NuvFloat32 resolved;
+    NuvVector_NuvPair_NuvUint__NuvFloat32ConstructDefault(&resolved, lp->alloc);
+    const bool isKnown = nuv::ResolveNames(lp, objectiveValues, &resolved);
+    if (isKnown)
+        (void)NuvVector_NuvPair_NuvUint__NuvFloat32Assign(&lp->objective,
+                                                          &resolved);  // unreported by contract
+    NuvVector_NuvPair_NuvUint__NuvFloat32Destruct(&resolved);
+    return isKnown ? NUV_TRUE : NUV_FALSE;
+}
+
+void NuvLinearProgrammingSetObjectiveByIndex(
+    NuvLinearProgramming* lp, const NuvVector_NuvPair_NuvUint__NuvFloat32* objectiveValues)
+{
+    (void)NuvVector_NuvPair_NuvUint__NuvFloat32Assign(&lp->objective,
+                                                      objectiveValues);  // unreported by contract
+}
