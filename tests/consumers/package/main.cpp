@@ -1,6 +1,7 @@
 // A user's program in C++17, found by CMake: maximise 3x + 2y under x <= 4 and x + y <= 6. It must
 // find 16 at (4, 2).
 #include "Nuv/Utils/NuvLinearProgramming.h"
+#include "Nuv/Utils/NuvScratchAllocator.h"
 
 #include <cstdlib>
 #include <initializer_list>
@@ -57,13 +58,21 @@ bool Solve(NuvLinearProgramming* lp, NuvAllocator* allocator)
 
 int main()
 {
-    NuvAllocator allocator{
+    NuvAllocator upstream{
         [](NuvAllocator*, NuvSizeT size) { return std::malloc(static_cast<std::size_t>(size)); },
         [](NuvAllocator*, void* memory, NuvSizeT) { std::free(memory); }, ~NuvSizeT{0}, nullptr};
+    // Takes back what the solve leaves with its allocator.
+    NuvScratchAllocator scratch;
+    NuvScratchAllocatorConstruct(&scratch, &upstream);
+    NuvAllocator* allocator = NuvScratchAllocatorGetAllocator(&scratch);
+
+    bool right = false;
     NuvLinearProgramming lp;
-    if (!NuvLinearProgrammingConstruct(&lp, 2, &allocator))
-        return EXIT_FAILURE;
-    const bool right = Solve(&lp, &allocator);
-    NuvLinearProgrammingDestruct(&lp);
+    if (NuvLinearProgrammingConstruct(&lp, 2, allocator))
+    {
+        right = Solve(&lp, allocator);
+        NuvLinearProgrammingDestruct(&lp);
+    }
+    NuvScratchAllocatorDestruct(&scratch);
     return right ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -1,6 +1,7 @@
 // A user's program in C11: maximise 3x + 2y under x <= 4 and x + y <= 6. It must print 16 at (4,
 // 2), and it fails when the library does not find exactly that.
 #include "Nuv/Utils/NuvLinearProgramming.h"
+#include "Nuv/Utils/NuvScratchAllocator.h"
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -47,22 +48,29 @@ static NuvBool EnterModel(NuvLinearProgramming* lp, NuvAllocator* allocator)
 
 int main(void)
 {
-    NuvAllocator allocator = {Allocate, Deallocate, (NuvSizeT)-1, NULL};
+    NuvAllocator upstream = {Allocate, Deallocate, (NuvSizeT)-1, NULL};
+    NuvScratchAllocator scratch;
+    NuvAllocator* allocator;
     NuvLinearProgramming lp;
     int right = 0;
 
-    if (!NuvLinearProgrammingConstruct(&lp, 2, &allocator))
-        return EXIT_FAILURE;
-    if (EnterModel(&lp, &allocator) &&
-        NuvLinearProgrammingSolve(&lp) == NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
+    // Takes back what the solve leaves with its allocator.
+    NuvScratchAllocatorConstruct(&scratch, &upstream);
+    allocator = NuvScratchAllocatorGetAllocator(&scratch);
+    if (NuvLinearProgrammingConstruct(&lp, 2, allocator))
     {
-        const NuvPair_NuvString__NuvFloat32* values =
-            NuvLinearProgrammingGetVariableValues(&lp)->begin;
-        const NuvFloat32 objective = NuvLinearProgrammingGetObjectiveValue(&lp);
-        printf("%g at (%g, %g)\n", (double)objective, (double)values[0].second,
-               (double)values[1].second);
-        right = objective == 16.0f && values[0].second == 4.0f && values[1].second == 2.0f;
+        if (EnterModel(&lp, allocator) &&
+            NuvLinearProgrammingSolve(&lp) == NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
+        {
+            const NuvPair_NuvString__NuvFloat32* values =
+                NuvLinearProgrammingGetVariableValues(&lp)->begin;
+            const NuvFloat32 objective = NuvLinearProgrammingGetObjectiveValue(&lp);
+            printf("%g at (%g, %g)\n", (double)objective, (double)values[0].second,
+                   (double)values[1].second);
+            right = objective == 16.0f && values[0].second == 4.0f && values[1].second == 2.0f;
+        }
+        NuvLinearProgrammingDestruct(&lp);
     }
-    NuvLinearProgrammingDestruct(&lp);
+    NuvScratchAllocatorDestruct(&scratch);
     return right ? EXIT_SUCCESS : EXIT_FAILURE;
 }
