@@ -180,7 +180,7 @@ bool Pivot(Iteration* it, NuvUint entering, NuvUint leaving)
     Exchange(it, entering, leaving);
     if (!UpdateInverse(it, k, leaving))
     {
-        ReturnLeftovers(it, &leftovers, leftovers.count);
+        ReturnLeftovers(it, &leftovers, Leftovers::count);
         return false;
     }
     LeaveBehind(&it->basicValues);
