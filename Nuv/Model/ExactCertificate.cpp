@@ -7,24 +7,25 @@
 namespace nuv
 {
 
-/// All columns over one denominator. The resting values need 2^BoundShift besides the denominator
-/// of the basic ones.
+/// All columns over one denominator. The resting values need the bounds' scale besides the
+/// denominator of the basic ones.
 void ExactSimplex::WritePoint(ExactVector& point) const
 {
-    const int shift = m_columns.BoundShift();
-    point.denominator = m_values.denominator << static_cast<unsigned>(shift);
+    const Scale scale = -m_exact.BoundScale();
+    const Integer factor = PowerOf(scale);
+    point.denominator = m_values.denominator * factor;
     point.numerator.assign(m_form.columns, Integer(0));
     for (Index j = 0; j < m_form.columns; ++j)
     {
-        if (m_status[j] != BasisStatus::Basic && RestingValue(j) != 0.0)
-            point.numerator[j] = ScaledInteger(RestingValue(j), shift) * m_values.denominator;
+        if (RestingValue(j).mantissa != 0)
+            point.numerator[j] = Scaled(RestingValue(j), scale) * m_values.denominator;
     }
     for (Index k = 0; k < m_form.rows; ++k)
     {
         if (!m_form.IsLogical(m_head[k]))
-            point.numerator[m_head[k]] = m_values.numerator[k] << static_cast<unsigned>(shift);
+            point.numerator[m_head[k]] = m_values.numerator[k] * factor;
     }
-    ReducePowersOfTwo(point);
+    Reduce(point, factor);
 }
 
 void ExactSimplex::WriteRay(ExactVector& ray) const
@@ -57,17 +58,17 @@ void ExactSimplex::WriteFarkas(ExactVector& multipliers) const
 
 Rational ExactSimplex::Objective(const ExactVector& point) const
 {
-    int lowest = 0;
-    for (const double cost : m_form.cost)
-        lowest = std::min(lowest, TakeApart(cost).exponent);
+    Scale lowest;
+    for (const ExactNumber& cost : m_exact.cost)
+        lowest.Cover(cost.scale);
     Integer sum(0);
     for (Index j = 0; j < m_form.columns; ++j)
     {
-        if (m_form.cost[j] != 0.0 && point.numerator[j] != 0)
-            sum += ScaledInteger(m_form.cost[j], -lowest) * point.numerator[j];
+        if (m_exact.cost[j].mantissa != 0 && point.numerator[j] != 0)
+            sum += Scaled(m_exact.cost[j], -lowest) * point.numerator[j];
     }
-    return Rational(sum, point.denominator << static_cast<unsigned>(-lowest)) +
-           ToRational(m_form.constant);
+    return Rational(sum, Integer(point.denominator * PowerOf(-lowest))) +
+           ToRational(m_form.constant, m_form.numbers);
 }
 
 void ExactSimplex::WriteDoubles(Proof& proof) const
@@ -76,8 +77,10 @@ void ExactSimplex::WriteDoubles(Proof& proof) const
     proof.reduced.assign(m_form.Variables(), 0.0);
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        if (m_status[v] != BasisStatus::Basic)
-            proof.value[v] = RestingValue(v);
+        if (m_status[v] == BasisStatus::AtLower)
+            proof.value[v] = m_form.Lower(v);
+        else if (m_status[v] == BasisStatus::AtUpper)
+            proof.value[v] = m_form.Upper(v);
     }
     for (Index k = 0; k < m_form.rows; ++k)
         proof.value[m_head[k]] = m_values.Approximately(k);
@@ -88,9 +91,11 @@ void ExactSimplex::WriteDoubles(Proof& proof) const
     {
         if (optimal && m_status[v] == BasisStatus::Basic)
             continue;
-        const Integer reduced = m_columns.ReducedCost(v, proof.dual, optimal);
-        proof.reduced[v] =
-            std::ldexp(QuotientToDouble(reduced, proof.dual.denominator), m_columns.Exponent(v));
+        const Integer reduced = m_exact.ReducedCost(v, proof.dual, optimal);
+        const Scale scale = m_exact.ColumnScale(v);  // neither exponent is positive
+        proof.reduced[v] = std::ldexp(
+            QuotientToDouble(reduced, Integer(proof.dual.denominator * PowerOf({0, -scale.five}))),
+            scale.two);
     }
     if (optimal)
         proof.objectiveValue = ToDouble(proof.objective);

@@ -10,20 +10,21 @@ namespace
 constexpr std::uint64_t kPrimes[] = {4611686018427387847u, 4611686018427387817u,
                                      4611686018427387787u};
 
-SparseVectors<std::uint64_t> Residues(const SparseVectors<Dyadic>& columns, const PrimeField& field)
+SparseVectors<std::uint64_t> Residues(const SparseVectors<ExactNumber>& columns,
+                                      const PrimeField& field)
 {
     SparseVectors<std::uint64_t> result;
     result.start = columns.start;
     result.index = columns.index;
     result.value.reserve(columns.value.size());
-    int lastExponent = 0;
+    Scale last;
     std::uint64_t power = field.One();
-    for (const Dyadic& entry : columns.value)
+    for (const ExactNumber& entry : columns.value)
     {
-        if (entry.exponent != lastExponent)
+        if (!(entry.scale == last))
         {
-            lastExponent = entry.exponent;
-            power = field.PowerOfTwo(lastExponent);
+            last = entry.scale;
+            power = field.PowerOf(last);
         }
         result.value.push_back(field.Product(field.FromSigned(entry.mantissa), power));
     }
@@ -32,23 +33,23 @@ SparseVectors<std::uint64_t> Residues(const SparseVectors<Dyadic>& columns, cons
 
 }  // namespace
 
-SparseVectors<Dyadic> ExactFactors::BasisColumns(const std::vector<Index>& head) const
+SparseVectors<ExactNumber> ExactFactors::BasisColumns(const std::vector<Index>& head) const
 {
-    SparseVectors<Dyadic> columns;
+    const LinearForm& form = m_exact.form;
+    SparseVectors<ExactNumber> columns;
     for (const Index variable : head)
     {
-        if (m_form.IsLogical(variable))
+        if (form.IsLogical(variable))
         {
-            columns.Append(variable - m_form.columns, {-1, 0});
+            columns.Append(variable - form.columns, {-1, {}});
         }
         else
         {
-            const std::span<const Index> rows = m_form.byColumn.Indices(variable);
-            const std::span<const double> values = m_form.byColumn.Values(variable);
-            for (std::size_t at = 0; at < rows.size(); ++at)
+            for (std::size_t at = form.byColumn.start[variable];
+                 at < form.byColumn.start[variable + 1]; ++at)
             {
-                if (values[at] != 0.0)
-                    columns.Append(rows[at], TakeApart(values[at]));
+                if (m_exact.entries[at].mantissa != 0)
+                    columns.Append(form.byColumn.index[at], m_exact.entries[at]);
             }
         }
         columns.Close();
@@ -58,7 +59,7 @@ SparseVectors<Dyadic> ExactFactors::BasisColumns(const std::vector<Index>& head)
 
 std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
 {
-    const SparseVectors<Dyadic> columns = BasisColumns(head);
+    const SparseVectors<ExactNumber> columns = BasisColumns(head);
     std::vector<SparseLu<PrimeField>::Replacement> replacements;
     std::vector<Index> position;
     std::size_t fewest = head.size() + 1;
@@ -84,7 +85,7 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
     for (const auto& replacement : replacements)
     {
         dropped.push_back(head[replacement.column]);
-        sorted[replacement.row] = m_form.columns + replacement.row;
+        sorted[replacement.row] = m_exact.form.columns + replacement.row;
     }
     head = std::move(sorted);
     m_columns = BasisColumns(head);
@@ -93,7 +94,7 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
     return dropped;
 }
 
-bool ExactFactors::SolveForward(const DyadicVector& rightSide, ExactVector& solution, Watch& watch)
+bool ExactFactors::SolveForward(const ScaledVector& rightSide, ExactVector& solution, Watch& watch)
 {
     if (!m_forward)
     {
@@ -103,12 +104,12 @@ bool ExactFactors::SolveForward(const DyadicVector& rightSide, ExactVector& solu
     return m_forward->Solve(rightSide, solution, watch);
 }
 
-bool ExactFactors::SolveBackward(const DyadicVector& rightSide, ExactVector& solution, Watch& watch)
+bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& solution, Watch& watch)
 {
     if (!m_backward)
     {
-        m_backward = std::make_unique<PadicLifting>(Transposed(m_columns, m_form.rows), *m_factors,
-                                                    PadicLifting::Side::Backward);
+        m_backward = std::make_unique<PadicLifting>(Transposed(m_columns, m_exact.form.rows),
+                                                    *m_factors, PadicLifting::Side::Backward);
     }
     return m_backward->Solve(rightSide, solution, watch);
 }

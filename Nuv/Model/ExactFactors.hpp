@@ -1,6 +1,7 @@
 /// A basis of a linear form, factorised so that systems with it can be solved exactly.
 #pragma once
 
+#include "Nuv/Model/ExactForm.hpp"
 #include "Nuv/Model/PadicLifting.hpp"
 
 #include <memory>
@@ -12,7 +13,7 @@ namespace nuv
 class ExactFactors
 {
 public:
-    explicit ExactFactors(const LinearForm& form) : m_form(form) {}
+    explicit ExactFactors(const ExactForm& form) : m_exact(form) {}
 
     /// Factorises the basis of these variables and sorts `head` by position. If the matrix is
     /// singular, variables are replaced by logicals until it is not.
@@ -20,19 +21,19 @@ public:
     std::vector<Index> Factorise(std::vector<Index>& head);
 
     /// Solves B x = b, b by rows, x by positions. @return false if the watch stopped it.
-    [[nodiscard]] bool SolveForward(const DyadicVector& rightSide, ExactVector& solution,
+    [[nodiscard]] bool SolveForward(const ScaledVector& rightSide, ExactVector& solution,
                                     Watch& watch);
 
     /// Solves B' y = c, c by positions, y by rows. @return false if the watch stopped it.
-    [[nodiscard]] bool SolveBackward(const DyadicVector& rightSide, ExactVector& solution,
+    [[nodiscard]] bool SolveBackward(const ScaledVector& rightSide, ExactVector& solution,
                                      Watch& watch);
 
 private:
-    [[nodiscard]] SparseVectors<Dyadic> BasisColumns(const std::vector<Index>& head) const;
+    [[nodiscard]] SparseVectors<ExactNumber> BasisColumns(const std::vector<Index>& head) const;
 
-    const LinearForm& m_form;
+    const ExactForm& m_exact;
     std::unique_ptr<SparseLu<PrimeField>> m_factors;
-    SparseVectors<Dyadic> m_columns;
+    SparseVectors<ExactNumber> m_columns;
     std::unique_ptr<PadicLifting> m_forward;
     std::unique_ptr<PadicLifting> m_backward;
 };

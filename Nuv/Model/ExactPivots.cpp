@@ -12,10 +12,10 @@ namespace
 /// Degenerate pivots in a row after which Bland's rule takes over.
 constexpr int kPatience = 20;
 
-/// About the binary logarithm of |number| * 2^exponent; enough to prefer the larger of two.
-long SizeOf(const Integer& number, int exponent)
+/// About the binary logarithm of |number| * scale; enough to prefer the larger of two.
+long SizeOf(const Integer& number, Scale scale)
 {
-    return static_cast<long>(BitLength(number)) + exponent;
+    return static_cast<long>(BitLength(number)) + scale.two + scale.five * 7 / 3;
 }
 
 }  // namespace
@@ -31,15 +31,14 @@ ExactSimplex::Outcome ExactSimplex::PrimalStep(bool phaseOne)
     if (m_watch.Stops({Stage::Exact, !phaseOne, m_pivots, 0.0}))
         return Outcome::Stopped;
 
-    DyadicVector column{std::vector<Integer>(m_form.rows), m_columns.Exponent(m_entering)};
+    ScaledVector column{std::vector<Integer>(m_form.rows), m_exact.ColumnScale(m_entering)};
     if (m_form.IsLogical(m_entering))
         column.value[m_entering - m_form.columns] = -1;
     else
     {
         for (std::size_t at = m_form.byColumn.start[m_entering];
              at < m_form.byColumn.start[m_entering + 1]; ++at)
-            column.value[m_form.byColumn.index[at]] =
-                ScaledInteger(m_form.byColumn.value[at], -column.exponent);
+            column.value[m_form.byColumn.index[at]] = m_exact.ScaledEntry(at, column.scale);
     }
     if (!m_factors.SolveForward(column, m_column, m_watch))
         return Outcome::Stopped;
@@ -67,11 +66,11 @@ Index ExactSimplex::ChooseEntering(bool phaseOne, int& direction) const
     {
         if (m_status[v] == BasisStatus::Basic || IsFixed(v))
             continue;
-        const Integer reduced = m_columns.ReducedCost(v, m_duals, !phaseOne);
+        const Integer reduced = m_exact.ReducedCost(v, m_duals, !phaseOne);
         const int improving = ImprovingDirection(v, reduced);
         if (improving == 0)
             continue;
-        const long size = SizeOf(reduced, m_columns.Exponent(v));
+        const long size = SizeOf(reduced, m_exact.ColumnScale(v));
         if (best == kNoIndex || size > bestSize)
         {
             best = v;
@@ -84,11 +83,12 @@ Index ExactSimplex::ChooseEntering(bool phaseOne, int& direction) const
     return best;
 }
 
-Integer ExactSimplex::RoomTo(Index position, double bound) const
+Integer ExactSimplex::RoomTo(Index position, bool atUpper) const
 {
-    const int shift = m_columns.BoundShift();
-    Integer room = m_values.numerator[position] << static_cast<unsigned>(shift);
-    room -= ScaledInteger(bound, shift) * m_values.denominator;
+    const Index v = m_head[position];
+    const Scale scale = m_exact.BoundScale();
+    Integer room = m_values.numerator[position] * PowerOf(-scale);
+    room -= Scaled(atUpper ? m_exact.upper[v] : m_exact.lower[v], -scale) * m_values.denominator;
     return room < 0 ? Integer(-room) : room;
 }
 
@@ -106,10 +106,9 @@ ExactSimplex::Blocking ExactSimplex::TestRatios(int direction) const
         const Index v = m_head[k];
         const bool recovers = m_violation[k] == -rate;
         const bool atUpper = (rate > 0) != recovers;
-        const double bound = atUpper ? m_form.Upper(v) : m_form.Lower(v);
-        if (!std::isfinite(bound))
+        if (!std::isfinite(atUpper ? m_form.Upper(v) : m_form.Lower(v)))
             continue;
-        const Integer room = RoomTo(k, bound);
+        const Integer room = RoomTo(k, atUpper);
         const Integer speed = boost::multiprecision::abs(m_column.numerator[k]);
         if (best.position != kNoIndex)
         {
@@ -127,14 +126,13 @@ ExactSimplex::Blocking ExactSimplex::TestRatios(int direction) const
 /// Whether the entering variable reaches its other bound before, or when, the blocking one blocks.
 bool ExactSimplex::FlipsFirst(Index entering, const Blocking& blocking) const
 {
-    const double lower = m_form.Lower(entering);
-    const double upper = m_form.Upper(entering);
-    if (!std::isfinite(lower) || !std::isfinite(upper))
+    if (!std::isfinite(m_form.Lower(entering)) || !std::isfinite(m_form.Upper(entering)))
         return false;
     if (blocking.position == kNoIndex)
         return true;
-    const int shift = m_columns.BoundShift();
-    const Integer width = ScaledInteger(upper, shift) - ScaledInteger(lower, shift);
+    const Scale scale = -m_exact.BoundScale();
+    const Integer width =
+        Scaled(m_exact.upper[entering], scale) - Scaled(m_exact.lower[entering], scale);
     return Integer(width * m_values.denominator * blocking.speed) <=
            Integer(blocking.room * m_column.denominator);
 }
@@ -144,7 +142,7 @@ ExactSimplex::Outcome ExactSimplex::DualStep()
     if (m_watch.Stops({Stage::Exact, false, m_pivots, 0.0}))
         return Outcome::Stopped;
     const Index position = ChooseLeaving();
-    DyadicVector unit{std::vector<Integer>(m_form.rows), 0};
+    ScaledVector unit{std::vector<Integer>(m_form.rows), {}};
     unit.value[position] = 1;
     if (!m_factors.SolveBackward(unit, m_row, m_watch))
         return Outcome::Stopped;
@@ -177,7 +175,7 @@ Index ExactSimplex::ChooseLeaving() const
                 best = k;
             continue;
         }
-        Integer room = RoomTo(k, m_violation[k] < 0 ? m_form.Lower(v) : m_form.Upper(v));
+        Integer room = RoomTo(k, m_violation[k] > 0);
         if (best == kNoIndex || room > largest)
         {
             best = k;
@@ -199,7 +197,7 @@ Index ExactSimplex::ChooseDualEntering(bool toLower, bool& degenerate)
     {
         if (m_status[v] == BasisStatus::Basic || IsFixed(v))
             continue;
-        Integer entry = m_columns.Dot(v, m_row.numerator);
+        Integer entry = m_exact.Dot(v, m_row.numerator);
         // The leaving variable changes by -entry per unit of this one.
         const int wanted = toLower ? -entry.sign() : entry.sign();
         const bool helps = m_status[v] == BasisStatus::Free      ? wanted != 0
@@ -208,12 +206,12 @@ Index ExactSimplex::ChooseDualEntering(bool toLower, bool& degenerate)
         if (!helps)
             continue;
         entry = boost::multiprecision::abs(entry);
-        Integer reduced = boost::multiprecision::abs(m_columns.ReducedCost(v, m_duals, true));
+        Integer reduced = boost::multiprecision::abs(m_exact.ReducedCost(v, m_duals, true));
         if (best != kNoIndex)
         {
             const int order = Integer(reduced * bestEntry).compare(Integer(bestReduced * entry));
-            const bool larger =
-                SizeOf(entry, m_columns.Exponent(v)) > SizeOf(bestEntry, m_columns.Exponent(best));
+            const bool larger = SizeOf(entry, m_exact.ColumnScale(v)) >
+                                SizeOf(bestEntry, m_exact.ColumnScale(best));
             if (order > 0 || (order == 0 && (m_degenerate > kPatience || !larger)))
                 continue;
         }

@@ -10,8 +10,8 @@ ExactSimplex::ExactSimplex(const LinearForm& form, const Basis& start, bool expe
                            Watch& watch)
     : m_form(form),
       m_watch(watch),
-      m_columns(form),
-      m_factors(form),
+      m_exact(form),
+      m_factors(m_exact),
       m_expectInfeasible(expectInfeasible)
 {
     Basis basis = start;
@@ -95,16 +95,16 @@ bool ExactSimplex::Factorise()
     return !m_watch.TimeIsUp();
 }
 
-double ExactSimplex::RestingValue(Index variable) const noexcept
+ExactNumber ExactSimplex::RestingValue(Index variable) const noexcept
 {
     switch (m_status[variable])
     {
     case BasisStatus::AtLower:
-        return m_form.Lower(variable);
+        return m_exact.lower[variable];
     case BasisStatus::AtUpper:
-        return m_form.Upper(variable);
+        return m_exact.upper[variable];
     default:
-        return 0.0;
+        return {};
     }
 }
 
@@ -113,32 +113,31 @@ bool ExactSimplex::IsFixed(Index variable) const noexcept
     return m_form.Lower(variable) == m_form.Upper(variable);
 }
 
-/// B x_B = -N x_N, where the products of two doubles are summed as integers with one exponent.
+/// B x_B = -N x_N, where the products on the right are summed as integers with one scale.
 bool ExactSimplex::ComputeValues()
 {
-    int lowest = 0;
+    Scale lowest;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        const double value = RestingValue(v);
-        if (m_status[v] != BasisStatus::Basic && value != 0.0)
-            lowest = std::min(lowest, m_columns.Exponent(v));
+        if (RestingValue(v).mantissa != 0)
+            lowest.Cover(m_exact.ColumnScale(v));
     }
-    const int shift = m_columns.BoundShift();
-    DyadicVector right{std::vector<Integer>(m_form.rows), lowest - shift};
+    const Scale bounds = m_exact.BoundScale();
+    const Integer unit = PowerOf(-lowest);
+    ScaledVector right{std::vector<Integer>(m_form.rows), lowest + bounds};
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        const double value = RestingValue(v);
-        if (m_status[v] == BasisStatus::Basic || value == 0.0)
+        const ExactNumber value = RestingValue(v);
+        if (value.mantissa == 0)
             continue;
-        const Integer scaled = ScaledInteger(value, shift);
+        const Integer scaled = Scaled(value, -bounds);
         if (m_form.IsLogical(v))
         {
-            right.value[v - m_form.columns] += scaled << static_cast<unsigned>(-lowest);
+            right.value[v - m_form.columns] += scaled * unit;
             continue;
         }
         for (std::size_t at = m_form.byColumn.start[v]; at < m_form.byColumn.start[v + 1]; ++at)
-            right.value[m_form.byColumn.index[at]] -=
-                ScaledInteger(m_form.byColumn.value[at], -lowest) * scaled;
+            right.value[m_form.byColumn.index[at]] -= m_exact.ScaledEntry(at, lowest) * scaled;
     }
     return m_factors.SolveForward(right, m_values, m_watch);
 }
@@ -146,7 +145,7 @@ bool ExactSimplex::ComputeValues()
 /// B' y = c_B; in phase one c_B is -1 for a violated lower bound and +1 for a violated upper one.
 bool ExactSimplex::ComputeDuals(bool phaseOne)
 {
-    DyadicVector right{std::vector<Integer>(m_form.rows), 0};
+    ScaledVector right{std::vector<Integer>(m_form.rows), {}};
     if (phaseOne)
     {
         for (Index k = 0; k < m_form.rows; ++k)
@@ -155,11 +154,14 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
     }
     for (const Index v : m_head)
     {
-        if (m_form.Cost(v) != 0.0)
-            right.exponent = std::min(right.exponent, TakeApart(m_form.Cost(v)).exponent);
+        if (!m_form.IsLogical(v))
+            right.scale.Cover(m_exact.cost[v].scale);
     }
     for (Index k = 0; k < m_form.rows; ++k)
-        right.value[k] = ScaledInteger(m_form.Cost(m_head[k]), -right.exponent);
+    {
+        if (!m_form.IsLogical(m_head[k]))
+            right.value[k] = Scaled(m_exact.cost[m_head[k]], -right.scale);
+    }
     return m_factors.SolveBackward(right, m_duals, m_watch);
 }
 
@@ -169,12 +171,16 @@ bool ExactSimplex::FindViolations()
     bool any = false;
     for (Index k = 0; k < m_form.rows; ++k)
     {
-        const double lower = m_form.Lower(m_head[k]);
-        const double upper = m_form.Upper(m_head[k]);
+        const Index v = m_head[k];
+        const double lower = m_form.Lower(v);
+        const double upper = m_form.Upper(v);
         const Integer& numerator = m_values.numerator[k];
-        if (std::isfinite(lower) && CompareToBound(numerator, m_values.denominator, lower) < 0)
+        const Integer& denominator = m_values.denominator;
+        if (std::isfinite(lower) &&
+            CompareToBound(numerator, denominator, m_exact.lower[v], lower) < 0)
             m_violation[k] = -1;
-        else if (std::isfinite(upper) && CompareToBound(numerator, m_values.denominator, upper) > 0)
+        else if (std::isfinite(upper) &&
+                 CompareToBound(numerator, denominator, m_exact.upper[v], upper) > 0)
             m_violation[k] = 1;
         any = any || m_violation[k] != 0;
     }

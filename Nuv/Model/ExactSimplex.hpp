@@ -5,7 +5,7 @@
 /// 1977) until a step has a length, so no basis comes back and the stage ends.
 #pragma once
 
-#include "Nuv/Model/ExactColumns.hpp"
+#include "Nuv/Model/ExactForm.hpp"
 #include "Nuv/Model/ExactFactors.hpp"
 #include "Nuv/Model/Limits.hpp"
 #include "Nuv/Model/Proof.hpp"
@@ -39,7 +39,7 @@ private:
     {
         Index position = kNoIndex;
         bool atUpper = false;
-        Integer room;   ///< distance to the bound * denominator * 2^BoundShift
+        Integer room;   ///< distance to the bound * denominator / BoundScale
         Integer speed;  ///< of the basic variable, positive
     };
 
@@ -48,7 +48,7 @@ private:
     [[nodiscard]] bool ComputeValues();
     [[nodiscard]] bool ComputeDuals(bool phaseOne);
     [[nodiscard]] bool FindViolations();
-    [[nodiscard]] double RestingValue(Index variable) const noexcept;
+    [[nodiscard]] ExactNumber RestingValue(Index variable) const noexcept;
     [[nodiscard]] bool IsFixed(Index variable) const noexcept;
     [[nodiscard]] int ImprovingDirection(Index variable, const Integer& reduced) const;
 
@@ -61,7 +61,7 @@ private:
     [[nodiscard]] Outcome DualStep();
     [[nodiscard]] Index ChooseLeaving() const;
     [[nodiscard]] Index ChooseDualEntering(bool toLower, bool& degenerate);
-    [[nodiscard]] Integer RoomTo(Index position, double bound) const;
+    [[nodiscard]] Integer RoomTo(Index position, bool atUpper) const;
     void Exchange(Index position, Index entering, bool atUpper);
     void NoteStep(bool degenerate);
 
@@ -74,7 +74,7 @@ private:
 
     const LinearForm& m_form;
     Watch& m_watch;
-    ExactColumns m_columns;
+    ExactForm m_exact;
     ExactFactors m_factors;
     std::vector<BasisStatus> m_status;
     std::vector<Index> m_head;

@@ -85,10 +85,18 @@ SparseVectors<Value> Transposed(const SparseVectors<Value>& vectors, Index count
     return result;
 }
 
+/// What a double of the form stands for in exact arithmetic.
+enum class Numbers : std::uint8_t
+{
+    AsStored,   ///< itself: 0.1 is 3602879701896397 / 2^55
+    AsWritten,  ///< the shortest decimal that reads back to it: 0.1 is 1/10
+};
+
 struct LinearForm
 {
     Index rows = 0;
     Index columns = 0;
+    Numbers numbers = Numbers::AsStored;
     double constant = 0.0;
     std::vector<double> cost;
     std::vector<double> columnLower;

@@ -56,57 +56,77 @@ std::size_t BitsOf(std::size_t number) noexcept
     return bits;
 }
 
-void MultiplyByPowerOfTwo(ExactVector& vector, int exponent)
+void MultiplyBy(Scale scale, ExactVector& vector)
 {
-    if (exponent < 0)
-        vector.denominator <<= static_cast<unsigned>(-exponent);
-    for (Integer& numerator : vector.numerator)
+    const Integer up = PowerOf({std::max(scale.two, 0), std::max(scale.five, 0)});
+    const Integer down = PowerOf({std::max(-scale.two, 0), std::max(-scale.five, 0)});
+    vector.denominator *= down;
+    if (up != 1)
     {
-        if (exponent > 0 && numerator != 0)
-            numerator <<= static_cast<unsigned>(exponent);
+        for (Integer& numerator : vector.numerator)
+            numerator *= up;
     }
-    ReducePowersOfTwo(vector);
+    // The factors brought in, and powers of two from the lifting, may cancel.
+    Reduce(vector, boost::multiprecision::gcd(vector.denominator, PowerOf({64, 0}) * down * up));
 }
 
 }  // namespace
 
-PadicLifting::PadicLifting(const SparseVectors<Dyadic>& unknowns,
+PadicLifting::PadicLifting(const SparseVectors<ExactNumber>& unknowns,
                            const SparseLu<PrimeField>& factors, Side side)
-    : m_factors(factors),
-      m_side(side),
-      m_size(unknowns.Count()),
-      m_start(unknowns.start),
-      m_scale(m_size, 0),
-      m_unscale(m_size)
+    : m_factors(factors), m_side(side), m_size(unknowns.Count()), m_scale(m_size), m_unscale(m_size)
 {
     for (std::size_t at = 0; at < unknowns.index.size(); ++at)
     {
-        int& scale = m_scale[unknowns.index[at]];
-        scale = std::max(scale, -unknowns.value[at].exponent);
+        Scale& scale = m_scale[unknowns.index[at]];
+        scale.two = std::max(scale.two, -unknowns.value[at].scale.two);
+        scale.five = std::max(scale.five, -unknowns.value[at].scale.five);
     }
     std::vector<std::size_t> bits(m_size, 0);
     std::vector<std::size_t> count(m_size, 0);
     m_entries.reserve(unknowns.index.size());
-    for (std::size_t at = 0; at < unknowns.index.size(); ++at)
+    for (Index k = 0; k < m_size; ++k)
     {
-        const Index equation = unknowns.index[at];
-        const Dyadic& entry = unknowns.value[at];
-        const unsigned shift = static_cast<unsigned>(entry.exponent + m_scale[equation]);
-        m_entries.push_back({equation, shift, entry.mantissa});
-        const std::size_t entryBits =
-            shift + BitsOf(static_cast<std::size_t>(std::abs(entry.mantissa)));
-        bits[equation] = std::max(bits[equation], entryBits);
-        ++count[equation];
+        m_start.push_back(m_entries.size());
+        for (std::size_t at = unknowns.start[k]; at < unknowns.start[k + 1]; ++at)
+        {
+            const Index equation = unknowns.index[at];
+            bits[equation] = std::max(bits[equation], AppendEntry(equation, unknowns.value[at]));
+            ++count[equation];
+        }
     }
+    m_start.push_back(m_entries.size());
     const PrimeField& field = m_factors.GetField();
     for (Index i = 0; i < m_size; ++i)
     {
-        m_unscale[i] = field.Product(field.PowerOfTwo(-m_scale[i]), field.Square());
+        m_unscale[i] = field.Product(field.PowerOf(-m_scale[i]), field.Square());
         m_entryBits = std::max(m_entryBits, bits[i] + BitsOf(count[i]));
     }
 }
 
-bool PadicLifting::Solve(const DyadicVector& rightSide, ExactVector& solution, Watch& watch)
+/// @return the bits of the coefficient times the equation's scale.
+std::size_t PadicLifting::AppendEntry(Index equation, const ExactNumber& coefficient)
+{
+    const Scale left = coefficient.scale + m_scale[equation];
+    unsigned shift = static_cast<unsigned>(left.two);
+    if (left.five == 0)
+    {
+        m_entries.push_back({equation, shift, coefficient.mantissa});
+        return shift + BitsOf(static_cast<std::size_t>(std::abs(coefficient.mantissa)));
+    }
+    Integer magnitude = PowerOf({0, left.five}) * std::abs(coefficient.mantissa);
+    const std::size_t bits = shift + BitLength(magnitude);
+    const Integer mask((std::int64_t{1} << 62) - 1);
+    for (; magnitude != 0; magnitude >>= 62, shift += 62)
+    {
+        const std::int64_t word = static_cast<std::int64_t>(Integer(magnitude & mask));
+        if (word != 0)
+            m_entries.push_back({equation, shift, coefficient.mantissa < 0 ? -word : word});
+    }
+    return bits;
+}
+
+bool PadicLifting::Solve(const ScaledVector& rightSide, ExactVector& solution, Watch& watch)
 {
     LoadResidual(rightSide);
     m_digits.clear();
@@ -126,21 +146,20 @@ bool PadicLifting::Solve(const DyadicVector& rightSide, ExactVector& solution, W
             return false;
         attempt = m_steps + 1 + m_steps / 3;
     }
-    MultiplyByPowerOfTwo(solution, rightSide.exponent);
+    MultiplyBy(rightSide.scale, solution);
     return true;
 }
 
-void PadicLifting::LoadResidual(const DyadicVector& rightSide)
+void PadicLifting::LoadResidual(const ScaledVector& rightSide)
 {
-    // The right side's power of two is left out here and multiplied in at the end of Solve.
+    // The right side's own scale is left out here and multiplied in at the end of Solve.
     m_rightBits = 0;
     std::vector<Integer> scaled(m_size);
     for (Index i = 0; i < m_size; ++i)
     {
         if (rightSide.value[i] == 0)
             continue;
-        scaled[i] = rightSide.value[i];
-        scaled[i] <<= static_cast<unsigned>(m_scale[i]);
+        scaled[i] = rightSide.value[i] * PowerOf(m_scale[i]);
         m_rightBits = std::max(m_rightBits, BitLength(scaled[i]));
     }
     m_words = std::max(m_rightBits, m_entryBits + 62) / 64 + 1;

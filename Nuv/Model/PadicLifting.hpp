@@ -15,11 +15,11 @@
 namespace nuv
 {
 
-/// Integers times a common power of two.
-struct DyadicVector
+/// Integers times a common scale.
+struct ScaledVector
 {
     std::vector<Integer> value;
-    int exponent = 0;
+    Scale scale;
 };
 
 class PadicLifting
@@ -33,14 +33,15 @@ public:
 
     /// `unknowns` holds for each unknown its coefficients by equation; `factors` are those of the
     /// same matrix.
-    PadicLifting(const SparseVectors<Dyadic>& unknowns, const SparseLu<PrimeField>& factors,
+    PadicLifting(const SparseVectors<ExactNumber>& unknowns, const SparseLu<PrimeField>& factors,
                  Side side);
 
     /// @return false if the watch stopped it.
-    [[nodiscard]] bool Solve(const DyadicVector& rightSide, ExactVector& solution, Watch& watch);
+    [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution, Watch& watch);
 
 private:
-    void LoadResidual(const DyadicVector& rightSide);
+    [[nodiscard]] std::size_t AppendEntry(Index equation, const ExactNumber& coefficient);
+    void LoadResidual(const ScaledVector& rightSide);
     void AppendDigits();
     void DivideResidual();
     [[nodiscard]] std::uint64_t ResidualModuloPrime(Index equation) const;
@@ -54,7 +55,8 @@ private:
     const SparseLu<PrimeField>& m_factors;
     Side m_side;
     Index m_size;
-    std::vector<std::size_t> m_start;
+    // The coefficients as integers, each a sum of words times powers of two, mostly of one. Those
+    // of unknown k are [m_start[k], m_start[k + 1]).
     struct Entry
     {
         Index equation;
@@ -62,7 +64,8 @@ private:
         std::int64_t mantissa;
     };
     std::vector<Entry> m_entries;
-    std::vector<int> m_scale;              ///< equation i is multiplied by 2^m_scale[i]
+    std::vector<std::size_t> m_start;
+    std::vector<Scale> m_scale;            ///< equation i is multiplied by this to be integral
     std::vector<std::uint64_t> m_unscale;  ///< what undoes that modulo p, into Montgomery form
     std::size_t m_entryBits = 0;           ///< of the largest row sum of the scaled matrix
 

@@ -3,6 +3,7 @@
 /// Invariant: a value is less than the prime.
 #pragma once
 
+#include "Nuv/Model/Rational.hpp"
 #include "Nuv/Model/WideProduct.hpp"
 
 #include <cstdint>
@@ -129,11 +130,16 @@ public:
         return number < 0 ? Negated(FromWord(std::uint64_t{0} - static_cast<std::uint64_t>(number)))
                           : FromWord(static_cast<std::uint64_t>(number));
     }
-    [[nodiscard]] Value PowerOfTwo(int exponent) const noexcept
+    [[nodiscard]] Value PowerOf(Scale scale) const noexcept
     {
-        const Value two = Sum(m_one, m_one);
-        return exponent < 0 ? Inverse(Power(two, static_cast<std::uint64_t>(-exponent)))
-                            : Power(two, static_cast<std::uint64_t>(exponent));
+        const auto power = [this](std::uint64_t base, int exponent)
+        {
+            const Value raised = Power(
+                FromWord(base), static_cast<std::uint64_t>(exponent < 0 ? -exponent : exponent));
+            return exponent < 0 ? Inverse(raised) : raised;
+        };
+        return scale.five == 0 ? power(2, scale.two)
+                               : Product(power(2, scale.two), power(5, scale.five));
     }
     /// The representative of least magnitude.
     [[nodiscard]] std::int64_t ToSigned(Value x) const noexcept

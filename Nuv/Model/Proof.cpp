@@ -1,5 +1,5 @@
 /// The check of certificates. It is short on purpose and uses nothing of the solvers: every number
-/// of the form becomes an integer by one common power of two, and each condition of the verdict is
+/// of the form becomes an integer by one common factor, and each condition of the verdict is
 /// evaluated as the mathematics states it.
 #include "Nuv/Model/Proof.hpp"
 
@@ -11,7 +11,7 @@ namespace nuv
 namespace
 {
 
-/// A form in integers: every finite number of it times 2^shift.
+/// A form in integers: every finite number of it times one common factor.
 class Checker
 {
 public:
@@ -22,15 +22,20 @@ public:
         for (const auto* bounds :
              {&form.columnLower, &form.columnUpper, &form.rowLower, &form.rowUpper})
             Cover(*bounds);
-        Cover({form.constant});
+        m_factor = PowerOf(m_scale);
     }
 
+    /// number * Factor().
     [[nodiscard]] Integer Scaled(double number) const
     {
-        return ScaledInteger(number, m_shift);
+        return nuv::Scaled(TakeApart(number, m_form.numbers), m_scale);
+    }
+    [[nodiscard]] const Integer& Factor() const noexcept
+    {
+        return m_factor;
     }
 
-    /// Activities of all rows at x = point / denominator, times 2^shift * denominator.
+    /// Activities of all rows at x = point / denominator, times Factor() * denominator.
     [[nodiscard]] std::vector<Integer> Activities(const std::vector<Integer>& point) const
     {
         std::vector<Integer> sums(m_form.rows, Integer(0));
@@ -44,7 +49,7 @@ public:
         return sums;
     }
 
-    /// A' y for column j, times 2^shift * the denominator of y.
+    /// A' y for column j, times Factor() * the denominator of y.
     [[nodiscard]] Integer Priced(Index j, const std::vector<Integer>& multipliers) const
     {
         Integer sum(0);
@@ -65,7 +70,7 @@ public:
         return sum;
     }
 
-    /// Where value / (2^shift * scale) lies: -1 below the lower bound, +1 above the upper one,
+    /// Where value / (Factor() * scale) lies: -1 below the lower bound, +1 above the upper one,
     /// 0 within; `onLower` and `onUpper` tell whether it is a bound exactly.
     [[nodiscard]] int Locate(Index variable, const Integer& value, const Integer& scale,
                              bool& onLower, bool& onUpper) const
@@ -90,33 +95,31 @@ public:
         return place;
     }
 
-    [[nodiscard]] int Shift() const noexcept
-    {
-        return m_shift;
-    }
-
 private:
     void Cover(const std::vector<double>& numbers)
     {
         for (const double number : numbers)
         {
-            if (std::isfinite(number))
-                m_shift = std::max(m_shift, -TakeApart(number).exponent);
+            if (!std::isfinite(number))
+                continue;
+            const Scale scale = TakeApart(number, m_form.numbers).scale;
+            m_scale = {std::max(m_scale.two, -scale.two), std::max(m_scale.five, -scale.five)};
         }
     }
 
     const LinearForm& m_form;
-    int m_shift = 0;
+    Scale m_scale;
+    Integer m_factor;
 };
 
-/// The value of every variable at the point, times 2^shift * denominator.
+/// The value of every variable at the point, times Factor() * denominator.
 std::vector<Integer> AllValues(const LinearForm& form, const Checker& checker,
                                const std::vector<Integer>& point)
 {
     std::vector<Integer> values;
     values.reserve(form.Variables());
     for (const Integer& entry : point)
-        values.push_back(entry << static_cast<unsigned>(checker.Shift()));
+        values.push_back(entry * checker.Factor());
     for (Integer& activity : checker.Activities(point))
         values.push_back(std::move(activity));
     return values;
@@ -164,9 +167,9 @@ std::string CheckOptimal(const LinearForm& form, const Checker& checker, const P
         if ((reduced > 0 && !onLower) || (reduced < 0 && !onUpper))
             return "the reduced cost of variable " + std::to_string(v) + " has the wrong sign";
     }
-    const Integer scale = proof.primal.denominator << static_cast<unsigned>(checker.Shift());
-    if (proof.objective !=
-        Rational(checker.CostOf(proof.primal.numerator), scale) + ToRational(form.constant))
+    const Rational cost(checker.CostOf(proof.primal.numerator),
+                        Integer(proof.primal.denominator * checker.Factor()));
+    if (proof.objective != cost + ToRational(form.constant, form.numbers))
         return "the objective is not that of the point";
     return {};
 }
@@ -186,10 +189,9 @@ std::string CheckInfeasible(const LinearForm& form, const Checker& checker, cons
     Integer sum(0);
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        const Integer factor = form.IsLogical(v)
-                                   ? Integer(proof.dual.numerator[v - form.columns]
-                                             << static_cast<unsigned>(checker.Shift()))
-                                   : Integer(-checker.Priced(v, proof.dual.numerator));
+        const Integer factor =
+            form.IsLogical(v) ? Integer(proof.dual.numerator[v - form.columns] * checker.Factor())
+                              : Integer(-checker.Priced(v, proof.dual.numerator));
         if (factor == 0)
             continue;
         const double bound = factor > 0 ? form.Lower(v) : form.Upper(v);
@@ -220,19 +222,18 @@ std::string CheckUnbounded(const LinearForm& form, const Checker& checker, const
 
 }  // namespace
 
-void ReducePowersOfTwo(ExactVector& vector)
+void Reduce(ExactVector& vector, Integer factor)
 {
-    std::size_t common = TrailingZeros(vector.denominator);
     for (const Integer& numerator : vector.numerator)
     {
-        if (common == 0)
+        if (factor == 1)
             return;
         if (numerator != 0)
-            common = std::min(common, TrailingZeros(numerator));
+            factor = boost::multiprecision::gcd(factor, numerator);
     }
-    vector.denominator >>= common;
+    vector.denominator /= factor;
     for (Integer& numerator : vector.numerator)
-        numerator >>= common;
+        numerator /= factor;
 }
 
 std::string CheckProof(const LinearForm& form, const Proof& proof)

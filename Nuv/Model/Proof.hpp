@@ -38,8 +38,9 @@ struct ExactVector
     }
 };
 
-/// Divides numerators and denominator by the largest power of two that divides them all.
-void ReducePowersOfTwo(ExactVector& vector);
+/// Divides numerators and denominator by the largest divisor of `factor` common to all;
+/// `factor` divides the denominator.
+void Reduce(ExactVector& vector, Integer factor);
 
 enum class ProofStatus : std::uint8_t
 {

@@ -1,47 +1,101 @@
 #include "Nuv/Model/Rational.hpp"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
 namespace nuv
 {
 
-Dyadic TakeApart(double value) noexcept
+namespace
+{
+
+ExactNumber TakeApartStored(double value) noexcept
+{
+    int exponent = 0;
+    const double fraction = std::frexp(value, &exponent);
+    return {static_cast<std::int64_t>(std::ldexp(fraction, 53)), {exponent - 53, 0}};
+}
+
+/// The shortest decimal in scientific form has at most 17 digits, so they fit.
+ExactNumber TakeApartWritten(double value) noexcept
+{
+    char text[32];
+    const std::to_chars_result written =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::scientific);
+    ExactNumber number;
+    bool negative = false;
+    bool fraction = false;
+    int exponent = 0;
+    for (const char* at = text; at != written.ptr; ++at)
+    {
+        if (*at == '-')
+            negative = true;
+        else if (*at == '.')
+            fraction = true;
+        else if (*at == 'e')
+        {
+            const char* digits = at[1] == '+' ? at + 2 : at + 1;
+            int power = 0;
+            (void)std::from_chars(digits, written.ptr, power);  // to_chars wrote it
+            exponent += power;
+            break;
+        }
+        else
+        {
+            number.mantissa = 10 * number.mantissa + (*at - '0');
+            exponent -= fraction ? 1 : 0;
+        }
+    }
+    if (negative)
+        number.mantissa = -number.mantissa;
+    number.scale = {exponent, exponent};
+    while (number.scale.five < 0 && number.mantissa % 5 == 0)
+    {
+        number.mantissa /= 5;
+        ++number.scale.five;
+    }
+    return number;
+}
+
+}  // namespace
+
+ExactNumber TakeApart(double value, Numbers numbers) noexcept
 {
     if (value == 0.0)
         return {};
-    int exponent = 0;
-    const double fraction = std::frexp(value, &exponent);
-    std::int64_t mantissa = static_cast<std::int64_t>(std::ldexp(fraction, 53));
-    exponent -= 53;
-    while ((mantissa & 0xFF) == 0)
-    {
-        mantissa /= 256;
-        exponent += 8;
-    }
-    while ((mantissa & 1) == 0)
-    {
-        mantissa /= 2;
-        ++exponent;
-    }
-    return {mantissa, exponent};
+    ExactNumber number =
+        numbers == Numbers::AsStored ? TakeApartStored(value) : TakeApartWritten(value);
+    for (; (number.mantissa & 0xFF) == 0; number.scale.two += 8)
+        number.mantissa /= 256;
+    for (; (number.mantissa & 1) == 0; ++number.scale.two)
+        number.mantissa /= 2;
+    return number;
 }
 
-Rational ToRational(double value)
+Rational ToRational(double value, Numbers numbers)
 {
-    const Dyadic parts = TakeApart(value);
-    const Integer mantissa(parts.mantissa);
-    if (parts.exponent >= 0)
-        return Rational(mantissa << static_cast<unsigned>(parts.exponent));
-    return Rational(mantissa, Integer(1) << static_cast<unsigned>(-parts.exponent));
+    const ExactNumber number = TakeApart(value, numbers);
+    const Scale up{std::max(number.scale.two, 0), std::max(number.scale.five, 0)};
+    return Rational(Integer(number.mantissa) * PowerOf(up), PowerOf(up - number.scale));
 }
 
-Integer ScaledInteger(double value, int shift)
+Integer PowerOf(Scale scale)
 {
-    const Dyadic parts = TakeApart(value);
-    if (parts.mantissa == 0)
+    Integer power = scale.five == 0
+                        ? Integer(1)
+                        : boost::multiprecision::pow(Integer(5), static_cast<unsigned>(scale.five));
+    if (scale.two != 0)
+        power <<= static_cast<unsigned>(scale.two);
+    return power;
+}
+
+Integer Scaled(const ExactNumber& number, Scale scale)
+{
+    if (number.mantissa == 0)
         return Integer(0);
-    return Integer(parts.mantissa) << static_cast<unsigned>(parts.exponent + shift);
+    return PowerOf(number.scale + scale) * number.mantissa;
 }
 
 double ToDouble(const Rational& value)

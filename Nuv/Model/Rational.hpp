@@ -9,6 +9,8 @@
 #include <boost/multiprecision/cpp_int.hpp>
 #endif
 
+#include "Nuv/Model/LinearForm.hpp"
+
 #include <cstdint>
 #include <string>
 
@@ -28,19 +30,50 @@ using Rational = boost::multiprecision::number<
     boost::multiprecision::et_off>;
 #endif
 
-/// A finite double taken apart: mantissa * 2^exponent, the mantissa odd unless the number is zero.
-struct Dyadic
+/// A power of two times a power of five.
+struct Scale
+{
+    int two = 0;
+    int five = 0;
+
+    Scale operator-() const noexcept
+    {
+        return {-two, -five};
+    }
+    friend Scale operator+(Scale x, Scale y) noexcept
+    {
+        return {x.two + y.two, x.five + y.five};
+    }
+    friend Scale operator-(Scale x, Scale y) noexcept
+    {
+        return x + -y;
+    }
+    friend bool operator==(Scale, Scale) = default;
+    /// Lowers both exponents to those of `other` where these are lower.
+    void Cover(Scale other) noexcept
+    {
+        two = other.two < two ? other.two : two;
+        five = other.five < five ? other.five : five;
+    }
+};
+
+/// A finite double in exact terms: mantissa * 2^scale.two * 5^scale.five, the mantissa odd. Zero
+/// has the mantissa 0 and the scale {0, 0}.
+struct ExactNumber
 {
     std::int64_t mantissa = 0;
-    int exponent = 0;
+    Scale scale;
 };
-[[nodiscard]] Dyadic TakeApart(double value) noexcept;
 
-/// The exact value of a finite double.
-[[nodiscard]] Rational ToRational(double value);
+/// The number that a finite double stands for.
+[[nodiscard]] ExactNumber TakeApart(double value, Numbers numbers) noexcept;
+[[nodiscard]] Rational ToRational(double value, Numbers numbers = Numbers::AsStored);
 
-/// value * 2^shift, which must be an integer.
-[[nodiscard]] Integer ScaledInteger(double value, int shift);
+/// 2^scale.two * 5^scale.five, neither exponent negative.
+[[nodiscard]] Integer PowerOf(Scale scale);
+
+/// number times 2^scale.two * 5^scale.five, which must be an integer.
+[[nodiscard]] Integer Scaled(const ExactNumber& number, Scale scale);
 
 /// The nearest double, ties to even; infinite beyond the largest.
 [[nodiscard]] double ToDouble(const Rational& value);
