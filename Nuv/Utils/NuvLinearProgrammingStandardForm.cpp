@@ -78,8 +78,10 @@ bool StoreConstraint(NuvLinearProgramming* lp, const NuvLinearProgrammingConstra
               : StoreByIndex(
                     NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(constraint), row,
                     lp->numVars);
+    if (!isStored)
+        return false;
     lp->b.data[r] = NuvLinearProgrammingConstraintGetRhs(constraint);
-    return isStored;
+    return true;
 }
 
 /// Makes a row per constraint, in the order in which the map is walked.
