@@ -1,0 +1,219 @@
+/// The independent check refuses every certificate that has been tampered with, and the limits turn
+/// a solve into an outcome that claims nothing.
+#include "tests/engine/Forms.hpp"
+
+#include "Nuv/Model/Pipeline.hpp"
+
+#include <gtest/gtest.h>
+
+namespace nuv::test
+{
+namespace
+{
+
+LinearForm OptimalForm()
+{
+    return MakeForm({-3, -5, 1},
+                    {{{1, 0, 1}, {-kInf, 4}}, {{0, 2, -1}, {-kInf, 12}}, {{3, 2, 0}, {1, 18}}},
+                    {{0, kInf}, {0, kInf}, {-1, 7}});
+}
+LinearForm InfeasibleForm()
+{
+    return MakeForm({1, 1}, {{{1, 1}, {6, kInf}}, {{1, -1}, {-kInf, 1}}, {{-1, 2}, {-kInf, 1}}},
+                    {{0, kInf}, {0, 2}});
+}
+LinearForm UnboundedForm()
+{
+    return MakeForm({-1, -2}, {{{1, -1}, {-kInf, 3}}, {{-2, 1}, {-kInf, 4}}});
+}
+
+Proof Solve(const LinearForm& form)
+{
+    return SolveProved(form, nullptr, Limits{});
+}
+
+TEST(Certificate, OptimalIsRefusedOnceAnyPartIsChanged)
+{
+    const LinearForm form = OptimalForm();
+    const Proof proof = Solve(form);
+    ASSERT_EQ(proof.status, ProofStatus::Optimal);
+    ASSERT_EQ(CheckProof(form, proof), "");
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        for (const int change : {-1, 1})
+        {
+            Proof wrong = proof;
+            wrong.primal.numerator[j] += change;
+            EXPECT_NE(CheckProof(form, wrong), "") << j << " " << change;
+        }
+    }
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        for (const int change : {-1, 1})
+        {
+            Proof wrong = proof;
+            wrong.dual.numerator[i] += change;
+            EXPECT_NE(CheckProof(form, wrong), "") << i << " " << change;
+        }
+    }
+    Proof wrong = proof;
+    wrong.objective += Rational(1, 1000000000);
+    EXPECT_EQ(CheckProof(form, wrong), "the objective is not that of the point");
+}
+
+TEST(Certificate, OptimalIsRefusedForAnotherForm)
+{
+    const LinearForm form = OptimalForm();
+    const Proof proof = Solve(form);
+    LinearForm other = form;
+    other.cost[1] = -1.0;
+    EXPECT_NE(CheckProof(other, proof), "");
+    other = form;
+    other.rowUpper[2] = 17.0;
+    EXPECT_NE(CheckProof(other, proof), "");
+    other = form;
+    other.byColumn.value[0] = 2.0;
+    other.byRow = Transposed(other.byColumn, other.rows);
+    EXPECT_NE(CheckProof(other, proof), "");
+}
+
+TEST(Certificate, WrongShapesAreRefused)
+{
+    const LinearForm form = OptimalForm();
+    const Proof proof = Solve(form);
+    Proof wrong = proof;
+    wrong.primal.numerator.pop_back();
+    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong = proof;
+    wrong.dual.numerator.emplace_back(0);
+    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong = proof;
+    wrong.primal.denominator = 0;
+    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong = proof;
+    wrong.dual.denominator = -wrong.dual.denominator;
+    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong = proof;
+    wrong.status = ProofStatus::Stopped;
+    EXPECT_EQ(CheckProof(form, wrong), "nothing is claimed");
+}
+
+TEST(Certificate, FarkasMultipliersAreRefusedOnceWeakened)
+{
+    const LinearForm form = InfeasibleForm();
+    const Proof proof = Solve(form);
+    ASSERT_EQ(proof.status, ProofStatus::Infeasible);
+    ASSERT_EQ(CheckProof(form, proof), "");
+    Proof wrong = proof;
+    for (Integer& multiplier : wrong.dual.numerator)
+        multiplier = -multiplier;
+    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong = proof;
+    for (Integer& multiplier : wrong.dual.numerator)
+        multiplier = 0;
+    EXPECT_EQ(CheckProof(form, wrong), "the multipliers contradict nothing");
+    // The same multipliers prove nothing once the form has a feasible point.
+    LinearForm feasible = form;
+    feasible.rowLower[0] = 3.0;
+    EXPECT_EQ(Solve(feasible).status, ProofStatus::Optimal);
+    EXPECT_NE(CheckProof(feasible, proof), "");
+    wrong = proof;
+    wrong.contradiction = 0;
+    EXPECT_NE(CheckProof(form, wrong), "");
+}
+
+TEST(Certificate, ARayIsRefusedOnceItBendsOrTurns)
+{
+    const LinearForm form = UnboundedForm();
+    const Proof proof = Solve(form);
+    ASSERT_EQ(proof.status, ProofStatus::Unbounded);
+    ASSERT_EQ(CheckProof(form, proof), "");
+    Proof wrong = proof;
+    for (Integer& entry : wrong.ray.numerator)
+        entry = -entry;
+    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong = proof;
+    for (Integer& entry : wrong.ray.numerator)
+        entry = 0;
+    EXPECT_EQ(CheckProof(form, wrong), "the ray does not improve");
+    wrong = proof;
+    wrong.primal.numerator[0] = -1;
+    EXPECT_NE(CheckProof(form, wrong), "");
+    LinearForm bounded = form;
+    bounded.rowUpper[0] = 3.0;
+    bounded.columnUpper[0] = 1e6;
+    EXPECT_NE(CheckProof(bounded, proof), "");
+}
+
+/// Wrong verdicts cannot hide behind a right certificate of another kind.
+TEST(Certificate, AVerdictNeedsItsOwnCertificate)
+{
+    for (const LinearForm& form : {OptimalForm(), InfeasibleForm(), UnboundedForm()})
+    {
+        const Proof proof = Solve(form);
+        ASSERT_TRUE(proof.proved);
+        for (const ProofStatus status :
+             {ProofStatus::Optimal, ProofStatus::Infeasible, ProofStatus::Unbounded})
+        {
+            Proof claim = proof;
+            claim.status = status;
+            EXPECT_EQ(CheckProof(form, claim).empty(), status == proof.status);
+        }
+    }
+}
+
+TEST(Limits, NoTimeMeansNoClaim)
+{
+    Limits limits;
+    limits.seconds = 0.0;
+    const LinearForm form = OptimalForm();
+    const Proof proof = SolveProved(form, nullptr, limits);
+    EXPECT_EQ(proof.status, ProofStatus::Stopped);
+    EXPECT_FALSE(proof.proved);
+    EXPECT_EQ(proof.stopReason, StopReason::TimeLimit);
+    // The slack basis: feasible but for the third row, which wants at least 1 and has 0.
+    EXPECT_EQ(proof.value.size(), 6u);
+    EXPECT_DOUBLE_EQ(proof.primalViolation, 1.0);
+    EXPECT_DOUBLE_EQ(proof.dualViolation, 5.0);
+}
+
+TEST(Limits, WithoutDoublePivotsTheExactStageDoesTheWork)
+{
+    Limits limits;
+    limits.doublePivots = 0;
+    const Proof proof = SolveProved(OptimalForm(), nullptr, limits);
+    EXPECT_TRUE(proof.proved);
+    EXPECT_EQ(proof.status, ProofStatus::Optimal);
+    EXPECT_EQ(proof.doublePivots, 0u);
+    EXPECT_GT(proof.exactPivots, 0u);
+}
+
+TEST(Limits, APivotLimitOnBothStagesStops)
+{
+    Limits limits;
+    limits.doublePivots = 0;
+    limits.exactPivots = 1;
+    const Proof proof = SolveProved(OptimalForm(), nullptr, limits);
+    EXPECT_EQ(proof.status, ProofStatus::Stopped);
+    EXPECT_EQ(proof.stopReason, StopReason::PivotLimit);
+    EXPECT_EQ(proof.exactPivots, 1u);
+}
+
+TEST(Limits, TheCallerIsAskedBeforeEachPivotAndMayStop)
+{
+    std::uint64_t asked = 0;
+    Limits limits;
+    limits.keepGoing = [&asked](const Progress& progress)
+    {
+        EXPECT_EQ(progress.pivots, asked);
+        return ++asked < 3;
+    };
+    Random random(3);
+    const Proof proof = SolveProved(RandomSparseForm(random, 20, 30), nullptr, limits);
+    EXPECT_EQ(proof.status, ProofStatus::Stopped);
+    EXPECT_EQ(proof.stopReason, StopReason::Cancelled);
+    EXPECT_EQ(asked, 3u);
+}
+
+}  // namespace
+}  // namespace nuv::test

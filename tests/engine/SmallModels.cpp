@@ -1,0 +1,257 @@
+/// The engine against answers known from elsewhere: textbooks, and enumeration of all bases.
+#include "tests/engine/BruteForce.hpp"
+#include "tests/engine/Forms.hpp"
+
+#include "Nuv/Model/Pipeline.hpp"
+
+#include <gtest/gtest.h>
+
+namespace nuv::test
+{
+namespace
+{
+
+Proof Solve(const LinearForm& form)
+{
+    return SolveProved(form, nullptr, Limits{});
+}
+
+void ExpectVerdict(const LinearForm& form, const BruteForceResult& expected, const Proof& proof)
+{
+    ASSERT_TRUE(proof.proved) << CheckProof(form, proof);
+    switch (expected.verdict)
+    {
+    case Verdict::Optimal:
+        ASSERT_EQ(proof.status, ProofStatus::Optimal);
+        ASSERT_EQ(proof.objective,
+                  Rational(expected.objective.numerator, expected.objective.denominator));
+        break;
+    case Verdict::Infeasible:
+        ASSERT_EQ(proof.status, ProofStatus::Infeasible);
+        break;
+    case Verdict::Unbounded:
+        ASSERT_EQ(proof.status, ProofStatus::Unbounded);
+        break;
+    }
+}
+
+/// Beale's, Kuhn's, Marshall and Suurballe's and Chvatal's examples, on which the largest
+/// coefficient rule cycles, as minimisations.
+std::vector<std::pair<LinearForm, std::string>> CyclingForms()
+{
+    const Interval atMostZero{-kInf, 0.0};
+    const Interval atMostOne{-kInf, 1.0};
+    return {
+        {MakeForm({-0.75, 150, -0.02, 6}, {{{0.25, -60, -0.04, 9}, atMostZero},
+                                           {{0.5, -90, -0.02, 3}, atMostZero},
+                                           {{0, 0, 1, 0}, atMostOne}}),
+         "-1/20"},
+        {MakeForm({-0.75, 20, -0.5, 6}, {{{0.25, -8, -1, 9}, atMostZero},
+                                         {{0.5, -12, -0.5, 3}, atMostZero},
+                                         {{0, 0, 1, 0}, atMostOne}}),
+         "-5/4"},
+        {MakeForm({-2, -3, 1, 12}, {{{-2, -9, 1, 9}, atMostZero},
+                                    {{1, 3, -1, -6}, atMostZero},
+                                    {{2, 3, -1, -12}, {-kInf, 2.0}}}),
+         "-2"},
+        {MakeForm({-10, 57, 9, 24}, {{{0.5, -5.5, -2.5, 9}, atMostZero},
+                                     {{0.5, -1.5, -0.5, 1}, atMostZero},
+                                     {{1, 0, 0, 0}, atMostOne}}),
+         "-1"},
+    };
+}
+
+TEST(Engine, NoRowsAndNoColumnsIsOptimalAtTheConstant)
+{
+    LinearForm form = MakeForm({}, {});
+    form.constant = 2.5;
+    const Proof proof = Solve(form);
+    EXPECT_TRUE(proof.proved);
+    EXPECT_EQ(ToString(proof.objective), "5/2");
+}
+
+TEST(Engine, WithoutRowsEachColumnGoesToItsBetterBound)
+{
+    const Proof proof = Solve(MakeForm({1, -1, 0}, {}, {{-2, 3}, {-2, 3}, {-kInf, kInf}}));
+    ASSERT_EQ(proof.status, ProofStatus::Optimal);
+    EXPECT_EQ(ToString(proof.objective), "-5");
+}
+
+TEST(Engine, WithoutRowsAFreeColumnWithCostIsUnbounded)
+{
+    const Proof proof = Solve(MakeForm({1}, {}, {{-kInf, 4}}));
+    EXPECT_EQ(proof.status, ProofStatus::Unbounded);
+    EXPECT_TRUE(proof.proved);
+}
+
+TEST(Engine, WithoutColumnsARowThatExcludesZeroIsInfeasible)
+{
+    EXPECT_EQ(Solve(MakeForm({}, {{{}, {-1, 1}}})).status, ProofStatus::Optimal);
+    const Proof proof = Solve(MakeForm({}, {{{}, {1, 2}}}));
+    EXPECT_EQ(proof.status, ProofStatus::Infeasible);
+    EXPECT_TRUE(proof.proved);
+}
+
+TEST(Engine, BoundsThatCrossAreTheProof)
+{
+    const Proof proof = Solve(MakeForm({1}, {{{1}, {5, 4}}}));
+    EXPECT_EQ(proof.status, ProofStatus::Infeasible);
+    EXPECT_TRUE(proof.proved);
+    EXPECT_EQ(proof.contradiction, 1u);
+}
+
+TEST(Engine, WrongDataAreNamedAndNotSolved)
+{
+    LinearForm form = MakeForm({1}, {{{1}, {0, 4}}});
+    form.byColumn.value[0] = kInf;
+    form.byRow.value[0] = kInf;
+    const Proof proof = Solve(form);
+    EXPECT_FALSE(proof.proved);
+    EXPECT_EQ(proof.status, ProofStatus::Stopped);
+    EXPECT_EQ(proof.defect, "a coefficient is not finite");
+}
+
+TEST(Engine, WyndorGlassWithDualsByHand)
+{
+    const Proof proof = Solve(
+        MakeForm({-3, -5}, {{{1, 0}, {-kInf, 4}}, {{0, 2}, {-kInf, 12}}, {{3, 2}, {-kInf, 18}}}));
+    ASSERT_EQ(proof.status, ProofStatus::Optimal);
+    EXPECT_EQ(ToString(proof.objective), "-36");
+    EXPECT_EQ(proof.value, (std::vector<double>{2, 6, 2, 12, 18}));
+    // Upper sides hold, so the duals of the minimisation are not positive.
+    EXPECT_EQ(proof.reduced, (std::vector<double>{0, 0, 0, -1.5, -1}));
+    EXPECT_EQ(ToString(proof.dual.At(1)), "-3/2");
+}
+
+TEST(Engine, CyclingExamplesEndAtTheirOptimum)
+{
+    for (auto& [form, optimum] : CyclingForms())
+    {
+        form.numbers = Numbers::AsWritten;
+        for (const Proof& proof : {Solve(form), ProveFrom(form, SlackBasis(form), Limits{})})
+        {
+            EXPECT_TRUE(proof.proved);
+            ASSERT_EQ(proof.status, ProofStatus::Optimal);
+            EXPECT_EQ(ToString(proof.objective), optimum);
+        }
+    }
+}
+
+TEST(Engine, ATenthIsWhatTheFormSaysItIs)
+{
+    LinearForm form = MakeForm({1}, {{{1}, {0.1, kInf}}});
+    EXPECT_EQ(ToString(Solve(form).objective), "3602879701896397/36028797018963968");
+    form.numbers = Numbers::AsWritten;
+    EXPECT_EQ(ToString(Solve(form).objective), "1/10");
+}
+
+/// 0.1 + 0.2 is 0.3 in decimals and is not in doubles, so as stored the equations exclude each
+/// other.
+TEST(Engine, RedundantDecimalEquationsContradictEachOtherAsStored)
+{
+    LinearForm form =
+        MakeForm({1, 1}, {{{0.1, 1}, {1, 1}}, {{0.2, 1}, {1, 1}}, {{0.3, 2}, {2, 2}}});
+    form.columnLower[0] = 1.0;
+    form.columnLower[1] = -kInf;
+    form.rowLower[0] = form.rowUpper[0] = 1.1;
+    form.rowLower[1] = form.rowUpper[1] = 1.2;
+    form.rowLower[2] = form.rowUpper[2] = 2.3;
+    const Proof stored = Solve(form);
+    EXPECT_TRUE(stored.proved);
+    EXPECT_EQ(stored.status, ProofStatus::Infeasible);
+    form.numbers = Numbers::AsWritten;
+    const Proof written = Solve(form);
+    EXPECT_TRUE(written.proved);
+    ASSERT_EQ(written.status, ProofStatus::Optimal);
+    EXPECT_EQ(ToString(written.objective), "2");
+}
+
+TEST(Engine, NumbersOfExtremeSizeAreExact)
+{
+    const Proof proof = Solve(MakeForm({1e300, 1e-300}, {{{1e-308, 1e308}, {1, kInf}}}));
+    ASSERT_EQ(proof.status, ProofStatus::Optimal);
+    EXPECT_TRUE(proof.proved);
+    EXPECT_NEAR(proof.value[1], 1e-308, 1e-320);
+}
+
+TEST(Engine, AgreesWithEnumerationOnThousandsOfSmallForms)
+{
+    int verdicts[3] = {0, 0, 0};
+    for (std::uint64_t seed = 1; seed <= 20000; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const Index rows = static_cast<Index>(random.Between(1, 3));
+        const Index columns = static_cast<Index>(random.Between(1, 7 - static_cast<int>(rows)));
+        const LinearForm form = RandomSmallForm(random, rows, columns);
+        const BruteForceResult expected = SolveByEnumeration(form);
+        ++verdicts[static_cast<int>(expected.verdict)];
+        ExpectVerdict(form, expected, Solve(form));
+        ExpectVerdict(form, expected, ProveFrom(form, SlackBasis(form), Limits{}));
+        if (HasFatalFailure())
+            return;
+    }
+    // The generator must not have drifted into one kind.
+    EXPECT_GT(verdicts[0], 2000);
+    EXPECT_GT(verdicts[1], 2000);
+    EXPECT_GT(verdicts[2], 2000);
+}
+
+TEST(Engine, AnyStartBasisLeadsToTheSameAnswer)
+{
+    for (std::uint64_t seed = 1; seed <= 1500; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const LinearForm form = RandomSmallForm(random, 3, 4);
+        const BruteForceResult expected = SolveByEnumeration(form);
+        // Statuses at random: too many or too few basic variables, impossible bounds, singular.
+        Basis start;
+        start.columns.resize(static_cast<std::size_t>(random.Between(0, 6)));
+        start.rows.resize(static_cast<std::size_t>(random.Between(0, 5)));
+        for (BasisStatus& status : start.columns)
+            status = static_cast<BasisStatus>(random.Between(0, 3));
+        for (BasisStatus& status : start.rows)
+            status = static_cast<BasisStatus>(random.Between(0, 3));
+        ExpectVerdict(form, expected, SolveProved(form, &start, Limits{}));
+        ExpectVerdict(form, expected, ProveFrom(form, start, Limits{}));
+        if (HasFatalFailure())
+            return;
+    }
+}
+
+TEST(Engine, ProvesSparseFormsWithDecimalsInBothReadings)
+{
+    for (std::uint64_t seed = 1; seed <= 30; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        LinearForm form = RandomSparseForm(random, 25, 35);
+        for (const Numbers numbers : {Numbers::AsStored, Numbers::AsWritten})
+        {
+            form.numbers = numbers;
+            const Proof proof = Solve(form);
+            ASSERT_TRUE(proof.proved);
+            const Proof cold = ProveFrom(form, SlackBasis(form), Limits{});
+            ASSERT_TRUE(cold.proved);
+            ASSERT_EQ(proof.status, cold.status);
+            ASSERT_EQ(proof.objective, cold.objective);
+        }
+    }
+}
+
+TEST(Engine, ASecondRunGivesTheSameBitsAndPivots)
+{
+    Random random(7);
+    const LinearForm form = RandomSparseForm(random, 40, 60);
+    const Proof first = Solve(form);
+    const Proof second = Solve(form);
+    EXPECT_EQ(first.doublePivots, second.doublePivots);
+    EXPECT_EQ(first.exactPivots, second.exactPivots);
+    EXPECT_EQ(first.basis, second.basis);
+    EXPECT_EQ(first.value, second.value);
+    EXPECT_EQ(first.reduced, second.reduced);
+}
+
+}  // namespace
+}  // namespace nuv::test
