@@ -293,6 +293,38 @@ Problem ExtremeExponents(std::size_t rows, std::size_t columns, Random* random)
     return p;
 }
 
+/// x · scale, brought back into the finite numbers.
+float ScaleFinite(float x, float scale)
+{
+    const float largest = std::bit_cast<float>(0x7F000000U);
+    const float scaled = x * scale;
+    return scaled > largest ? largest : scaled < -largest ? -largest : scaled;
+}
+
+/// Finite data whose rows and columns are scaled so far apart that infinities and NaNs arise on the
+/// way, some at once and some after a few pivots.
+Problem Overflowing(std::size_t rows, std::size_t columns, Random* random)
+{
+    Problem p = random->Chance(30) ? DegenerateTies(rows, columns, random)
+                                   : NeedsPhaseI(rows, columns, random);
+    const std::int32_t reach = random->Between(40, 120);
+    for (std::size_t i = 0; i < rows; ++i)
+    {
+        const float scale = PowerOfTwo(random, -reach, reach);
+        for (std::size_t j = 0; j < columns; ++j)
+            p.A[i * columns + j] = ScaleFinite(p.A[i * columns + j], scale);
+        p.b[i] = ScaleFinite(p.b[i], random->Chance(50) ? scale : 1.0F);
+    }
+    for (std::size_t j = 0; j < columns; ++j)
+    {
+        const float scale = PowerOfTwo(random, -reach, reach);
+        for (std::size_t i = 0; i < rows; ++i)
+            p.A[i * columns + j] = ScaleFinite(p.A[i * columns + j], scale);
+        p.c[j] = ScaleFinite(p.c[j], scale);
+    }
+    return p;
+}
+
 void Sprinkle(std::vector<float>* values, std::uint32_t percent, Random* random)
 {
     for (float& x : *values)
@@ -326,22 +358,25 @@ const std::vector<Family>& Families()
         Family::Assignment,         Family::Transport,        Family::Diet,
         Family::DegenerateTies,     Family::Sparse,           Family::EqualCoefficients,
         Family::ZeroRowsAndColumns, Family::Cycling,          Family::Infeasible,
-        Family::Unbounded,          Family::ExtremeExponents, Family::Sprinkled};
+        Family::Unbounded,          Family::ExtremeExponents, Family::Overflowing,
+        Family::Sprinkled};
     return all;
 }
 
 const char* NameOf(Family family)
 {
-    static const std::array<const char*, 15> names = {
+    static const std::array<const char*, 16> names = {
         "ProductionMix", "MixedSigns",     "NeedsPhaseI", "Assignment",        "Transport",
         "Diet",          "DegenerateTies", "Sparse",      "EqualCoefficients", "ZeroRowsAndColumns",
-        "Cycling",       "Infeasible",     "Unbounded",   "ExtremeExponents",  "Sprinkled"};
+        "Cycling",       "Infeasible",     "Unbounded",   "ExtremeExponents",  "Overflowing",
+        "Sprinkled"};
     return names[static_cast<std::size_t>(family)];
 }
 
 bool IsTame(Family family)
 {
-    return family != Family::ExtremeExponents && family != Family::Sprinkled;
+    return family != Family::ExtremeExponents && family != Family::Overflowing &&
+           family != Family::Sprinkled;
 }
 
 float SpecialValue(Random* random)
@@ -365,10 +400,11 @@ float SpecialValue(Random* random)
 Problem MakeModel(Family family, std::size_t rows, std::size_t columns, std::uint64_t seed)
 {
     using Maker = Problem (*)(std::size_t, std::size_t, Random*);
-    static const std::array<Maker, 15> makers = {
+    static const std::array<Maker, 16> makers = {
         ProductionMix, MixedSigns,      NeedsPhaseI,    Assignment,        Transport,
         Diet,          DegenerateTies,  Sparse,         EqualCoefficients, ZeroRowsAndColumns,
-        Cycling,       InfeasibleModel, UnboundedModel, ExtremeExponents,  Sprinkled};
+        Cycling,       InfeasibleModel, UnboundedModel, ExtremeExponents,  Overflowing,
+        Sprinkled};
     Random random(seed ^ (static_cast<std::uint64_t>(family) << 56U));
     return makers[static_cast<std::size_t>(family)](rows, columns, &random);
 }

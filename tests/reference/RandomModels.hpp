@@ -54,6 +54,7 @@ enum class Family
     Infeasible,
     Unbounded,
     ExtremeExponents,
+    Overflowing,
     Sprinkled
 };
 

@@ -1,0 +1,193 @@
+// The library's solve compared with the naive evaluation, bit for bit: status, objective, values,
+// and every pivot's labels and basic values, over all families of models. NaNs compare as NaNs.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "tests/reference/CoreSolve.hpp"
+#include "tests/reference/RandomModels.hpp"
+#include "tests/support/TestAllocator.hpp"
+
+using namespace reference;
+
+namespace
+{
+constexpr std::size_t pivotLimit = 300;
+
+/// The models of a run: how many, how large, and the pivots after which both sides stop.
+struct Run
+{
+    int models;
+    std::size_t rows;
+    std::size_t columns;
+    std::size_t maxPivots;
+    std::uint64_t seed;
+};
+
+std::size_t SizeUpTo(std::size_t limit, Random* random)
+{
+    return 1 + random->Below(static_cast<std::uint32_t>(limit));
+}
+
+/// A solve without a monitor must give the bits of one with a monitor, and leave the same storage.
+void CompareWithUnmonitored(const Problem& problem, const Solution& expected,
+                            const TestAllocator& monitored)
+{
+    TestAllocator allocator;
+    allocator.AcceptLeftBlocks();
+    CoreModel model(problem, allocator);
+    EXPECT_EQ(DifferenceOfResults(expected, model.Solve()), "");
+    EXPECT_EQ(allocator.LiveSizes(), monitored.LiveSizes());
+}
+
+void CompareModel(const Problem& problem, std::size_t maxPivots)
+{
+    TestAllocator allocator;
+    allocator.AcceptLeftBlocks();
+    CoreModel model(problem, allocator);
+    const Solution expected = Solve(model.InRowOrder(), maxPivots);
+    EXPECT_EQ(Difference(expected, model.SolveMonitored(maxPivots)), "");
+    if (expected.status != Status::Stopped)
+        CompareWithUnmonitored(problem, expected, allocator);
+}
+
+void CompareFamily(Family family, const Run& run)
+{
+    Random random(run.seed + static_cast<std::uint64_t>(family));
+    for (int i = 0; i < run.models && !testing::Test::HasFailure(); ++i)
+    {
+        const std::size_t rows = SizeUpTo(run.rows, &random);
+        const std::size_t columns = SizeUpTo(run.columns, &random);
+        const std::uint64_t seed = random.Next();
+        SCOPED_TRACE(testing::Message()
+                     << NameOf(family) << ' ' << rows << " x " << columns << ", seed " << seed);
+        CompareModel(MakeModel(family, rows, columns, seed), run.maxPivots);
+    }
+}
+
+class SolveAgainstNaive : public testing::TestWithParam<Family>
+{
+};
+
+TEST_P(SolveAgainstNaive, TinyModelsHaveTheSameBits)
+{
+    CompareFamily(GetParam(), {1500, 4, 4, pivotLimit, 0x71A1});
+}
+
+TEST_P(SolveAgainstNaive, SmallModelsHaveTheSameBits)
+{
+    CompareFamily(GetParam(), {500, 15, 15, pivotLimit, 0x5A11});
+}
+
+TEST_P(SolveAgainstNaive, MiddlingModelsHaveTheSameBits)
+{
+    CompareFamily(GetParam(), {40, 40, 40, pivotLimit, 0x3D1E});
+}
+
+TEST_P(SolveAgainstNaive, FlatAndTallModelsHaveTheSameBits)
+{
+    CompareFamily(GetParam(), {40, 3, 60, 60, 0xF1A7});
+    CompareFamily(GetParam(), {40, 60, 3, 60, 0x7A11});
+}
+
+INSTANTIATE_TEST_SUITE_P(Families, SolveAgainstNaive, testing::ValuesIn(Families()),
+                         [](const testing::TestParamInfo<Family>& family)
+                         { return NameOf(family.param); });
+
+/// A model of exactly that size, its first pivots compared.
+void CompareLarge(Family family, std::size_t rows, std::size_t columns, std::size_t maxPivots)
+{
+    const std::uint64_t seed = rows * 1000 + columns;
+    SCOPED_TRACE(testing::Message() << NameOf(family) << ' ' << rows << " x " << columns);
+    const Problem problem = MakeModel(family, rows, columns, seed);
+    TestAllocator allocator;
+    allocator.AcceptLeftBlocks();
+    CoreModel model(problem, allocator);
+    const Solution expected = Solve(model.InRowOrder(), maxPivots);
+    EXPECT_GT(expected.pivots.size(), 2U) << "a model that says little";
+    EXPECT_EQ(Difference(expected, model.SolveMonitored(maxPivots)), "");
+}
+
+TEST(SolveAgainstNaiveLarge, FirstPivotsHaveTheSameBits)
+{
+    CompareLarge(Family::ProductionMix, 200, 200, 6);
+    CompareLarge(Family::NeedsPhaseI, 150, 200, 12);
+    CompareLarge(Family::MixedSigns, 200, 90, 8);
+    CompareLarge(Family::DegenerateTies, 129, 65, 12);
+    CompareLarge(Family::Sprinkled, 96, 128, 12);
+    CompareLarge(Family::ExtremeExponents, 100, 100, 12);
+}
+
+/// Labels that leave out what the slack basis offers: a random basis of the columns.
+StandardForm ShuffleLabels(StandardForm form, Random* random)
+{
+    std::vector<std::uint32_t> labels = form.basic;
+    labels.insert(labels.end(), form.independent.begin(), form.independent.end());
+    for (std::uint32_t i = static_cast<std::uint32_t>(labels.size()) - 1; i > 0; --i)
+        std::swap(labels[i], labels[random->Below(i + 1)]);
+    const auto middle = labels.begin() + static_cast<std::ptrdiff_t>(form.basic.size());
+    form.basic.assign(labels.begin(), middle);
+    form.independent.assign(middle, labels.end());
+    return form;
+}
+
+/// Phase II by itself has no monitor, so only models that end are compared.
+void ComparePhaseII(const Problem& problem, Random* random)
+{
+    const StandardForm form = ShuffleLabels(MakeStandardForm(problem), random);
+    Solution expected;
+    expected.values.assign(problem.columns, 0.0F);
+    SolvePhaseII(form, &expected, pivotLimit);
+    if (expected.status == Status::Stopped)
+        return;
+    TestAllocator allocator;
+    allocator.AcceptLeftBlocks();
+    CoreModel model(problem, allocator);
+    EnterStandardForm(&model.lp, form);
+    EXPECT_EQ(DifferenceOfResults(expected, model.Read(NuvRevisedSimplexSolvePhaseII(&model.lp))),
+              "");
+    EXPECT_TRUE(std::equal(form.basic.begin(), form.basic.end(), model.lp.basic.data));
+    EXPECT_TRUE(
+        std::equal(form.independent.begin(), form.independent.end(), model.lp.independent.data));
+}
+
+TEST_P(SolveAgainstNaive, PhaseIIFromAnyBasisHasTheSameBits)
+{
+    Random random(0xBA515 + static_cast<std::uint64_t>(GetParam()));
+    for (int i = 0; i < 300 && !HasFailure(); ++i)
+    {
+        const std::size_t rows = SizeUpTo(12, &random);
+        const std::size_t columns = SizeUpTo(12, &random);
+        const std::uint64_t seed = random.Next();
+        SCOPED_TRACE(testing::Message() << rows << " x " << columns << ", seed " << seed);
+        ComparePhaseII(MakeModel(GetParam(), rows, columns, seed), &random);
+    }
+}
+
+TEST_P(SolveAgainstNaive, PhaseIHandsOverTheSameLabels)
+{
+    Random random(0x9A5E1 + static_cast<std::uint64_t>(GetParam()));
+    for (int i = 0; i < 300 && !HasFailure(); ++i)
+    {
+        const std::uint64_t seed = random.Next();
+        SCOPED_TRACE(testing::Message() << "seed " << seed);
+        const Problem problem =
+            MakeModel(GetParam(), SizeUpTo(12, &random), SizeUpTo(12, &random), seed);
+        StandardForm form = MakeStandardForm(problem);
+        TestAllocator allocator;
+        allocator.AcceptLeftBlocks();
+        CoreModel model(problem, allocator);
+        EnterStandardForm(&model.lp, form);
+        Solution expected;
+        SolvePhaseI(&form, &expected, pivotLimit);
+        if (expected.status == Status::Stopped)
+            continue;
+        EXPECT_EQ(static_cast<int>(NuvRevisedSimplexSolvePhaseI(&model.lp)),
+                  static_cast<int>(expected.status));
+        EXPECT_TRUE(std::equal(form.basic.begin(), form.basic.end(), model.lp.basic.data));
+        EXPECT_TRUE(std::equal(form.independent.begin(), form.independent.end(),
+                               model.lp.independent.data));
+    }
+}
+}  // namespace
