@@ -1,13 +1,13 @@
 # cmake -DINCLUDE_DIR=... -DWORK_DIR=... "-DC_COMPILERS=...;..." "-DCXX_COMPILERS=...;..." -P CompileHeaders.cmake
 #
-# Each header under INCLUDE_DIR compiles alone, as the first thing that a file includes, as C11 and as
-# C++20, without a warning. The declarations that are included once for each element type
+# Each header under INCLUDE_DIR compiles alone, as the first thing that a file includes, as C11 (unless
+# it is a .hpp) and as C++20, without a warning. The declarations that are included once for each element type
 # (*.decl.h and the two files around them) are not for users to include, and come in through the others.
 cmake_minimum_required(VERSION 3.25)
 
 set(warnings -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 file(MAKE_DIRECTORY ${WORK_DIR})
-file(GLOB headers RELATIVE ${INCLUDE_DIR} ${INCLUDE_DIR}/Nuv/Utils/*.h)
+file(GLOB headers RELATIVE ${INCLUDE_DIR} ${INCLUDE_DIR}/Nuv/Utils/*.h ${INCLUDE_DIR}/Nuv/Utils/*.hpp)
 list(LENGTH headers count)
 if(count LESS 8)
     message(FATAL_ERROR "only ${count} headers under ${INCLUDE_DIR}: ${headers}")
@@ -23,15 +23,17 @@ function(compile compiler source)
 endfunction()
 
 foreach(header IN LISTS headers)
-    cmake_path(GET header STEM LAST_ONLY name)
+    cmake_path(GET header FILENAME name)
     set(source ${WORK_DIR}/${name})
     # Twice, because a program includes it through several others.
     foreach(suffix c cpp)
         file(WRITE ${source}.${suffix} "#include \"${header}\"\n#include \"${header}\"\nint main(void);\n")
     endforeach()
-    foreach(compiler IN LISTS C_COMPILERS)
-        compile(${compiler} ${source}.c -std=c11)
-    endforeach()
+    if(NOT header MATCHES "\\.hpp$")
+        foreach(compiler IN LISTS C_COMPILERS)
+            compile(${compiler} ${source}.c -std=c11)
+        endforeach()
+    endif()
     foreach(compiler IN LISTS CXX_COMPILERS)
         compile(${compiler} ${source}.cpp -std=c++20)
     endforeach()
