@@ -47,6 +47,9 @@ struct Row
     }
 };
 
+struct Solution;
+struct SolveOptions;
+
 class Model
 {
 public:
@@ -93,6 +96,10 @@ public:
     {
         return m_failure;
     }
+
+    /// Solves and proves; include Nuv/Model/Solution.hpp for what comes back.
+    [[nodiscard]] Solution Solve() const;
+    [[nodiscard]] Solution Solve(const SolveOptions& options) const;
 
     // -- Asking
     // ------------------------------------------------------------------------------------------------------
@@ -213,11 +220,18 @@ public:
         m_rowStarts.back() = m_columns.size();
     }
 
-    /// The value of entry `at` of the last row, to add a repeated term to.
+    /// Entry `at`, counted over the whole matrix, of the last row: to add a repeated term to.
     [[nodiscard]] double& EntryOfLastRow(std::size_t at) noexcept
     {
         return m_coefficients[at];
     }
+
+    /// Keeps the entries before `count`, which lies in the last row, of the whole matrix.
+    void TruncateLastRow(std::size_t count);
+
+    /// Removes entries of the last row that are zero.
+    /// @return how many there were.
+    std::size_t DropZerosOfLastRow();
 
     /// Fills all rows, which are empty so far, from a matrix stored by columns: column j is
     /// [starts[j], starts[j + 1]) of `rows` and `coefficients`.

@@ -34,7 +34,7 @@ enum class Verdict
 };
 
 /// A coefficient of the variable at `first`, from 1.
-using Term = NuvPair_NuvUint__NuvFloat32;
+using IndexedTerm = NuvPair_NuvUint__NuvFloat32;
 
 /// A coefficient of the variable of that name.
 struct NamedTerm
@@ -111,16 +111,18 @@ public:
 
     /// Enters or replaces the row Σ coefficient × variable ≤ rhs under a number other than 0.
     /// @return false for number 0 or refused memory. Indices and names are tested by the solve.
-    bool SetConstraint(NuvUint number, std::span<const Term> terms, NuvFloat32 rhs) noexcept
+    bool SetConstraint(NuvUint number, std::span<const IndexedTerm> terms, NuvFloat32 rhs) noexcept
     {
         const IndexedTerms row = Borrow(terms);
         return state &&
                NuvLinearProgrammingSetConstraintByIndex(&state->lp, number, &row, rhs) != NUV_FALSE;
     }
 
-    bool SetConstraint(NuvUint number, std::initializer_list<Term> terms, NuvFloat32 rhs) noexcept
+    bool SetConstraint(NuvUint number, std::initializer_list<IndexedTerm> terms,
+                       NuvFloat32 rhs) noexcept
     {
-        return SetConstraint(number, std::span<const Term>(terms.begin(), terms.size()), rhs);
+        return SetConstraint(number, std::span<const IndexedTerm>(terms.begin(), terms.size()),
+                             rhs);
     }
 
     bool SetConstraint(NuvUint number, std::span<const NamedTerm> terms, NuvFloat32 rhs) noexcept
@@ -140,7 +142,7 @@ public:
 
     /// Sets the objective Σ coefficient × variable, to be maximised.
     /// @return false only for an object without memory.
-    bool SetObjective(std::span<const Term> terms) noexcept
+    bool SetObjective(std::span<const IndexedTerm> terms) noexcept
     {
         const IndexedTerms objective = Borrow(terms);
         if (state)
@@ -148,9 +150,9 @@ public:
         return state != nullptr;
     }
 
-    bool SetObjective(std::initializer_list<Term> terms) noexcept
+    bool SetObjective(std::initializer_list<IndexedTerm> terms) noexcept
     {
-        return SetObjective(std::span<const Term>(terms.begin(), terms.size()));
+        return SetObjective(std::span<const IndexedTerm>(terms.begin(), terms.size()));
     }
 
     /// @return false when a name is unknown; the objective then stays.
@@ -236,9 +238,9 @@ private:
         return {nullptr, const_cast<char*>(text.data()), text.size(), 0};
     }
 
-    static IndexedTerms Borrow(std::span<const Term> terms) noexcept
+    static IndexedTerms Borrow(std::span<const IndexedTerm> terms) noexcept
     {
-        Term* const first = const_cast<Term*>(terms.data());
+        IndexedTerm* const first = const_cast<IndexedTerm*>(terms.data());
         return {nullptr, first, first + terms.size(), first + terms.size()};
     }
 

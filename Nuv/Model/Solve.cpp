@@ -1,0 +1,170 @@
+// The road of a solve: the core on the lowered model, then doubles, then rationals, each from the
+// basis of the stage before. The first stage only has to be quick; the last one decides.
+#include "Nuv/Model/ModelForm.hpp"
+#include "Nuv/Model/Pipeline.hpp"
+#include "Nuv/Model/Solution.hpp"
+
+#include <chrono>
+#include <cmath>
+#include <optional>
+
+namespace nuv
+{
+namespace
+{
+
+/// What the float stage may take: beyond it the dense matrices cost more than the sparse stage.
+constexpr std::size_t floatBytes = std::size_t{1} << 28;
+
+class Clock
+{
+public:
+    [[nodiscard]] double Seconds() const
+    {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+bool Contradicts(const LinearForm& form)
+{
+    for (Index v = 0; v < form.Variables(); ++v)
+        if (form.Lower(v) > form.Upper(v))
+            return true;
+    return false;
+}
+
+/// @return the basis to go on from, if the stage found one.
+std::optional<Basis> RunFloatStage(const LinearForm& form, const SolveOptions& options,
+                                   const Clock& clock, Solution& solution)
+{
+    const double start = clock.Seconds();
+    const Lowering lowering = Lower(form, options.scaling);
+    solution.binary32 = ReportBinary32(lowering);
+    if (!options.useFloatStage)
+        return std::nullopt;
+    FloatLimits limits;
+    limits.bytes = floatBytes;
+    limits.pivots = options.floatPivots != 0
+                        ? options.floatPivots
+                        : 50 * (std::uint64_t{lowering.form.rows} + lowering.form.columns);
+    limits.keepGoing = [&](const FloatPivot& pivot)
+    {
+        if (options.onFloatPivot)
+            options.onFloatPivot(pivot);
+        const double seconds = clock.Seconds();
+        return seconds < options.seconds &&
+               (!options.keepGoing ||
+                options.keepGoing({SolveStage::Float, pivot.number, seconds, std::nan(""), false}));
+    };
+    solution.floatStage = nuv::RunFloatStage(lowering.form, limits);
+    solution.floatSeconds = clock.Seconds() - start;
+    if (solution.floatStage.outcome == FloatOutcome::Skipped)
+        return std::nullopt;
+    return LiftBasis(lowering, solution.floatStage.basicLabels);
+}
+
+Limits LimitsOf(const SolveOptions& options, const Clock& clock, double sign)
+{
+    Limits limits;
+    limits.seconds = std::fmax(0.0, options.seconds - clock.Seconds());
+    limits.doublePivots = options.doublePivots;
+    limits.exactPivots = options.exactPivots;
+    if (options.keepGoing)
+        limits.keepGoing = [&options, &clock, sign](const Progress& progress)
+        {
+            return options.keepGoing(
+                {progress.stage == Stage::Double ? SolveStage::Double : SolveStage::Exact,
+                 progress.pivots, clock.Seconds(),
+                 progress.feasible ? sign * progress.objective : progress.objective,
+                 progress.feasible});
+        };
+    return limits;
+}
+
+SolveStatus StatusOf(ProofStatus status)
+{
+    switch (status)
+    {
+    case ProofStatus::Optimal:
+        return SolveStatus::Optimal;
+    case ProofStatus::Infeasible:
+        return SolveStatus::Infeasible;
+    case ProofStatus::Unbounded:
+        return SolveStatus::Unbounded;
+    case ProofStatus::Stopped:
+        break;
+    }
+    return SolveStatus::Stopped;
+}
+
+std::vector<double> Approximations(const ExactVector& vector)
+{
+    std::vector<double> result;
+    for (Index k = 0; k < vector.numerator.size(); ++k)
+        result.push_back(vector.Approximately(k));
+    return result;
+}
+
+/// Says in the model's own sense what the proof says of the minimisation form.
+void Report(const LinearForm& form, double sign, Solution& solution)
+{
+    const Proof& proof = solution.proof;
+    solution.status = StatusOf(proof.status);
+    solution.proved = proof.proved;
+    if (proof.status == ProofStatus::Unbounded)
+        solution.ray = Approximations(proof.ray);
+    if (proof.status == ProofStatus::Infeasible)
+        solution.farkas = Approximations(proof.dual);
+    const bool hasPoint =
+        proof.status == ProofStatus::Optimal || proof.status == ProofStatus::Stopped;
+    if (!hasPoint || proof.value.size() != form.Variables())
+        return;
+    solution.objective = sign * proof.objectiveValue;
+    if (proof.status == ProofStatus::Optimal && proof.proved)
+        solution.exactObjective =
+            ToString(sign < 0.0 ? Rational(-proof.objective) : proof.objective);
+    const auto columns = static_cast<std::ptrdiff_t>(form.columns);
+    solution.values.assign(proof.value.begin(), proof.value.begin() + columns);
+    solution.activities.assign(proof.value.begin() + columns, proof.value.end());
+    for (Index v = 0; v < form.Variables(); ++v)
+        (v < form.columns ? solution.reducedCosts : solution.duals)
+            .push_back(sign * proof.reduced[v] + 0.0);
+}
+
+}  // namespace
+
+Solution Solve(const Model& model, const SolveOptions& options)
+{
+    const Clock clock;
+    Solution solution;
+    if (model.Failure())
+    {
+        solution.failure = *model.Failure();
+        return solution;
+    }
+    const double sign = model.ObjectiveSense() == Sense::Maximize ? -1.0 : 1.0;
+    LinearForm form = FormOf(model);
+    form.numbers = options.numbers;
+    std::optional<Basis> start;
+    if (!Contradicts(form))
+        start = RunFloatStage(form, options, clock, solution);
+    solution.proof = SolveProved(form, start ? &*start : nullptr, LimitsOf(options, clock, sign));
+    Report(form, sign, solution);
+    solution.seconds = clock.Seconds();
+    return solution;
+}
+
+Solution Model::Solve() const
+{
+    return nuv::Solve(*this, {});
+}
+
+Solution Model::Solve(const SolveOptions& options) const
+{
+    return nuv::Solve(*this, options);
+}
+
+}  // namespace nuv

@@ -1,0 +1,261 @@
+// Lowering and lifting: one is the other's inverse, and neither changes what a point satisfies.
+#include "Nuv/Model/Lowering.hpp"
+#include "Nuv/Model/ModelForm.hpp"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <random>
+
+namespace
+{
+
+using nuv::ColumnKind;
+using nuv::Index;
+constexpr double infinity = nuv::Infinity;
+
+/// Small integers, halves and infinities: all sums in these tests are exact.
+class Numbers
+{
+public:
+    explicit Numbers(std::uint32_t seed) : m_engine(seed) {}
+    int Below(int n)
+    {
+        return static_cast<int>(m_engine() % static_cast<std::uint32_t>(n));
+    }
+    double Small()
+    {
+        return (Below(41) - 20) / 2.0;
+    }
+
+private:
+    std::mt19937 m_engine;
+};
+
+nuv::Model RandomModel(Numbers& numbers)
+{
+    nuv::Model model;
+    const int columns = 1 + numbers.Below(6);
+    const int rows = numbers.Below(6);
+    std::vector<nuv::Variable> variables;
+    for (int j = 0; j < columns; ++j)
+    {
+        const double lower = numbers.Below(3) == 0 ? -infinity : numbers.Small();
+        const int kind = numbers.Below(4);
+        const double upper = kind == 0                           ? infinity
+                             : kind == 1 && std::isfinite(lower) ? lower
+                             : std::isfinite(lower)              ? lower + numbers.Below(9)
+                                                                 : numbers.Small();
+        variables.push_back(
+            model.AddVariable(std::string(1, static_cast<char>('a' + j)), {lower, upper}));
+    }
+    for (int i = 0; i < rows; ++i)
+    {
+        nuv::Expression row;
+        for (const nuv::Variable& variable : variables)
+            if (numbers.Below(3) != 0)
+                row += numbers.Small() * variable;
+        const double side = numbers.Small();
+        const int kind = numbers.Below(4);
+        if (kind == 0)
+            model.Add(row <= side);
+        else if (kind == 1)
+            model.Add(row >= side);
+        else if (kind == 2)
+            model.Add(row == side);
+        else
+            model.Add(nuv::Range(side, row, side + numbers.Below(9)));
+    }
+    nuv::Expression objective = numbers.Small();
+    for (const nuv::Variable& variable : variables)
+        objective += numbers.Small() * variable;
+    if (numbers.Below(2) == 0)
+        model.Maximize(objective);
+    else
+        model.Minimize(objective);
+    return model;
+}
+
+/// A canonical point for x; x lies within its bounds.
+std::vector<double> LowerPoint(const nuv::Lowering& lowering, std::span<const double> x)
+{
+    std::vector<double> y(lowering.form.columns, 0.0);
+    for (Index j = 0; j < x.size(); ++j)
+    {
+        const nuv::ColumnPlan& plan = lowering.columns[j];
+        if (plan.kind == ColumnKind::Fixed)
+            continue;
+        const double value =
+            plan.kind == ColumnKind::Mirrored ? plan.offset - x[j] : x[j] - plan.offset;
+        const Index column = plan.column + (plan.kind == ColumnKind::Split && value < 0.0 ? 1 : 0);
+        y[column] = std::ldexp(std::fabs(value), -plan.exponent);
+    }
+    return y;
+}
+
+double Activity(const nuv::SparseVectors<double>& rows, Index i, std::span<const double> x)
+{
+    double sum = 0.0;
+    for (std::size_t at = rows.start[i]; at < rows.start[i + 1]; ++at)
+        sum += rows.value[at] * x[rows.index[at]];
+    return sum;
+}
+
+bool Satisfies(const nuv::LinearForm& form, std::span<const double> x)
+{
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        const double activity = Activity(form.byRow, i, x);
+        if (activity < form.rowLower[i] || activity > form.rowUpper[i])
+            return false;
+    }
+    return true;
+}
+
+bool Satisfies(const nuv::CanonicalForm& form, std::span<const double> y)
+{
+    for (Index i = 0; i < form.rows; ++i)
+        if (Activity(form.byRow, i, y) > form.rhs[i])
+            return false;
+    return true;
+}
+
+std::vector<double> PointWithinBounds(const nuv::LinearForm& form, Numbers& numbers)
+{
+    std::vector<double> x;
+    for (Index j = 0; j < form.columns; ++j)
+        x.push_back(
+            std::fmin(std::fmax(numbers.Small(), form.columnLower[j]), form.columnUpper[j]));
+    return x;
+}
+
+class LoweringOfRandomModels : public testing::TestWithParam<nuv::Scaling>
+{
+};
+
+TEST_P(LoweringOfRandomModels, LiftsEveryPointBackToItself)
+{
+    for (std::uint32_t seed = 1; seed <= 2000; ++seed)
+    {
+        Numbers numbers(seed);
+        const nuv::LinearForm form = nuv::FormOf(RandomModel(numbers));
+        ASSERT_EQ(form.Defect(), "") << "seed " << seed;
+        const nuv::Lowering lowering = nuv::Lower(form, GetParam());
+        const std::vector<double> x = PointWithinBounds(form, numbers);
+        EXPECT_EQ(nuv::LiftValues(lowering, LowerPoint(lowering, x)), x) << "seed " << seed;
+    }
+}
+
+TEST_P(LoweringOfRandomModels, KeepsFeasibilityAndGain)
+{
+    for (std::uint32_t seed = 1; seed <= 2000; ++seed)
+    {
+        Numbers numbers(seed);
+        const nuv::LinearForm form = nuv::FormOf(RandomModel(numbers));
+        const nuv::Lowering lowering = nuv::Lower(form, GetParam());
+        const std::vector<double> x = PointWithinBounds(form, numbers);
+        const std::vector<double> other = PointWithinBounds(form, numbers);
+        const std::vector<double> y = LowerPoint(lowering, x);
+        const std::vector<double> otherY = LowerPoint(lowering, other);
+        EXPECT_EQ(Satisfies(lowering.form, y), Satisfies(form, x)) << "seed " << seed;
+        double loss = 0.0;
+        for (Index j = 0; j < form.columns; ++j)
+            loss += form.cost[j] * (other[j] - x[j]);
+        double gain = 0.0;
+        for (Index j = 0; j < lowering.form.columns; ++j)
+            gain += lowering.form.cost[j] * (otherY[j] - y[j]);
+        EXPECT_EQ(gain, -loss) << "seed " << seed;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Scalings, LoweringOfRandomModels,
+                         testing::Values(nuv::Scaling::None, nuv::Scaling::PowersOfTwo));
+
+TEST(Lowering, ScalingChangesExponentsAndNothingElse)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    const nuv::Variable y = model.AddVariable("y");
+    model.Add(3000.7 * x + 0.001 * y <= 77.77);
+    model.Add(0.3 * x + 5e-7 * y <= 0.123);
+    model.Maximize(1e6 * x + 0.7 * y);
+    const nuv::LinearForm form = nuv::FormOf(model);
+    const nuv::Lowering plain = nuv::Lower(form);
+    const nuv::Lowering scaled = nuv::Lower(form, nuv::Scaling::PowersOfTwo);
+    const auto mantissas = [](const std::vector<double>& values)
+    {
+        std::vector<std::uint64_t> bits;
+        for (const double value : values)
+            bits.push_back(std::bit_cast<std::uint64_t>(value) & 0x800FFFFFFFFFFFFFU);
+        return bits;
+    };
+    EXPECT_EQ(mantissas(plain.form.byRow.value), mantissas(scaled.form.byRow.value));
+    EXPECT_EQ(mantissas(plain.form.rhs), mantissas(scaled.form.rhs));
+    EXPECT_EQ(mantissas(plain.form.cost), mantissas(scaled.form.cost));
+    EXPECT_NE(plain.form.byRow.value, scaled.form.byRow.value);
+}
+
+TEST(Lowering, EachKindOfVariableAndRowHasItsShape)
+{
+    nuv::Model model;
+    const nuv::Variable shifted = model.AddVariable("shifted", {-3.0, infinity});
+    const nuv::Variable boxed = model.AddVariable("boxed", {1.0, 4.0});
+    const nuv::Variable mirrored = model.AddVariable("mirrored", {-infinity, 5.0});
+    const nuv::Variable free = model.AddVariable("free", {-infinity, infinity});
+    const nuv::Variable fixed = model.AddVariable("fixed", {2.0, 2.0});
+    model.Add(nuv::Range(1.0, shifted + boxed + mirrored + free + fixed, 9.0));
+    model.Minimize(shifted);
+    const nuv::Lowering lowering = nuv::Lower(nuv::FormOf(model));
+    EXPECT_EQ(lowering.columns[0].kind, ColumnKind::Shifted);
+    EXPECT_EQ(lowering.columns[1].kind, ColumnKind::Shifted);
+    EXPECT_EQ(lowering.columns[2].kind, ColumnKind::Mirrored);
+    EXPECT_EQ(lowering.columns[3].kind, ColumnKind::Split);
+    EXPECT_EQ(lowering.columns[4].kind, ColumnKind::Fixed);
+    EXPECT_EQ(lowering.form.columns, 5U);
+    // shifted + boxed - mirrored + free - free' <= 9 + 3 - 1 - 5 - 2, the same negated, and the
+    // box.
+    EXPECT_EQ(lowering.form.rhs, (std::vector<double>{4.0, 4.0, 3.0}));
+    EXPECT_EQ(lowering.form.byRow.value,
+              (std::vector<double>{1, 1, -1, 1, -1, -1, -1, 1, -1, 1, 1}));
+    EXPECT_EQ(lowering.form.cost, (std::vector<double>{-1, 0, 0, 0, 0}));
+}
+
+TEST(Lowering, ABasisIsLiftedToWhereEachVariableRests)
+{
+    nuv::Model model;
+    const nuv::Variable boxed = model.AddVariable("boxed", {1.0, 4.0});
+    const nuv::Variable mirrored = model.AddVariable("mirrored", {-infinity, 5.0});
+    model.Add(nuv::Range(1.0, boxed + mirrored, 9.0));
+    const nuv::Lowering lowering = nuv::Lower(nuv::FormOf(model));
+    // Columns: 1 boxed, 2 mirrored; slacks: 3 upper side, 4 lower side, 5 boxed's upper bound.
+    using enum nuv::BasisStatus;
+    const nuv::Basis slack = nuv::LiftBasis(lowering, std::vector<Index>{3, 4, 5});
+    EXPECT_EQ(slack.columns, (std::vector{AtLower, AtUpper}));
+    EXPECT_EQ(slack.rows, (std::vector{Basic}));
+    const nuv::Basis atUpper = nuv::LiftBasis(lowering, std::vector<Index>{3, 4, 1});
+    EXPECT_EQ(atUpper.columns, (std::vector{AtUpper, AtUpper}));
+    EXPECT_EQ(atUpper.rows, (std::vector{Basic}));
+    const nuv::Basis tight = nuv::LiftBasis(lowering, std::vector<Index>{2, 4, 5});
+    EXPECT_EQ(tight.columns, (std::vector{AtLower, Basic}));
+    EXPECT_EQ(tight.rows, (std::vector{AtUpper}));
+}
+
+TEST(Lowering, ReportsWhatBinary32CannotHold)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    const nuv::Variable y = model.AddVariable("y");
+    model.Add(0.5 * x + 0.1 * y <= 3.0);
+    model.Add(x + 1e300 * y <= 16777217.0);
+    model.Maximize(x + y);
+    const nuv::Binary32Report report = nuv::ReportBinary32(nuv::Lower(nuv::FormOf(model)));
+    EXPECT_EQ(report.numbers, 8U);
+    EXPECT_EQ(report.inexact, 3U);
+    EXPECT_EQ(report.overflowing, 1U);
+    EXPECT_EQ(report.row, 1U);
+    EXPECT_EQ(report.column, 1U);
+    EXPECT_NEAR(report.largestRelativeChange, 1.0 / 16777217.0, 1e-15);
+}
+
+}  // namespace

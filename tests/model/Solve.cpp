@@ -1,0 +1,168 @@
+// The solve as a whole: its stages agree, signs are as stated, and nothing is claimed without
+// proof.
+#include "Nuv/Model/Solution.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace
+{
+
+constexpr double infinity = nuv::Infinity;
+
+TEST(Solve, ReadsLikeMathematics)
+{
+    nuv::Model factory;
+    const nuv::Variable chairs = factory.AddVariable("chairs");
+    const nuv::Variable tables = factory.AddVariable("tables", {0, 40});
+    const nuv::Row wood = factory.Add("wood", 2 * chairs + 5 * tables <= 300);
+    const nuv::Row labour = factory.Add("labour", 4 * chairs + 3 * tables <= 240);
+    factory.Maximize(30 * chairs + 70 * tables);
+    const nuv::Solution plan = factory.Solve();
+    ASSERT_EQ(plan.status, nuv::SolveStatus::Optimal);
+    EXPECT_TRUE(plan.proved);
+    EXPECT_EQ(plan.exactObjective, "3700");
+    EXPECT_EQ(plan.objective, 3700.0);
+    EXPECT_EQ(plan.Value(chairs), 30.0);
+    EXPECT_EQ(plan.Value(tables), 40.0);
+    EXPECT_EQ(plan.Dual(wood), 0.0);
+    EXPECT_EQ(plan.Dual(labour), 7.5);
+    EXPECT_EQ(plan.reducedCosts[tables.Index()], 47.5);
+    EXPECT_EQ(plan.activities[wood.index], 260.0);
+}
+
+/// By how much the objective changes when the right-hand side of `x + y >= 3` does is its dual.
+double OptimumFor(double rhs, bool maximise)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    const nuv::Variable y = model.AddVariable("y", {1.0, 10.0});
+    if (maximise)
+    {
+        model.Add(x + 2 * y <= rhs);
+        model.Maximize(3 * x + 4 * y);
+    }
+    else
+    {
+        model.Add(x + 2 * y >= rhs);
+        model.Minimize(3 * x + 4 * y);
+    }
+    const nuv::Solution solution = model.Solve();
+    EXPECT_EQ(solution.status, nuv::SolveStatus::Optimal);
+    EXPECT_EQ(solution.duals.size(), 1U);
+    EXPECT_EQ(solution.duals[0], maximise ? 3.0 : 2.0);
+    return solution.objective;
+}
+
+TEST(Solve, ADualIsTheGainPerUnitOfTheRightHandSideInEitherSense)
+{
+    EXPECT_EQ(OptimumFor(9.0, true) - OptimumFor(8.0, true), 3.0);
+    EXPECT_EQ(OptimumFor(9.0, false) - OptimumFor(8.0, false), 2.0);
+}
+
+TEST(Solve, MinimisesWithEquationsRangesAndFreeVariables)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x", {-infinity, infinity});
+    const nuv::Variable y = model.AddVariable("y", {-infinity, 4.0});
+    model.Add("balance", x + y == 1);
+    model.Add("band", nuv::Range(-2, x - y, 6));
+    model.Minimize(x + 3 * y + 10);
+    const nuv::Solution solution = model.Solve();
+    ASSERT_EQ(solution.status, nuv::SolveStatus::Optimal);
+    EXPECT_TRUE(solution.proved);
+    EXPECT_EQ(solution.exactObjective, "6");
+    EXPECT_EQ(solution.values, (std::vector<double>{3.5, -2.5}));
+}
+
+TEST(Solve, ProvesInfeasibilityByMultipliers)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    model.Add(x >= 2);
+    model.Add(x <= 1);
+    const nuv::Solution solution = model.Solve();
+    ASSERT_EQ(solution.status, nuv::SolveStatus::Infeasible);
+    EXPECT_TRUE(solution.proved);
+    ASSERT_EQ(solution.farkas.size(), 2U);
+    EXPECT_GT(solution.farkas[0], 0.0);
+    EXPECT_LT(solution.farkas[1], 0.0);
+}
+
+TEST(Solve, ProvesUnboundednessByARay)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    const nuv::Variable y = model.AddVariable("y");
+    model.Add(x - y <= 1);
+    model.Maximize(x + y);
+    const nuv::Solution solution = model.Solve();
+    ASSERT_EQ(solution.status, nuv::SolveStatus::Unbounded);
+    EXPECT_TRUE(solution.proved);
+    ASSERT_EQ(solution.ray.size(), 2U);
+    EXPECT_GT(solution.ray[0] + solution.ray[1], 0.0);
+    EXPECT_LE(solution.ray[0] - solution.ray[1], 0.0);
+}
+
+TEST(Solve, ContradictoryBoundsAreAVerdict)
+{
+    nuv::Model model;
+    model.AddVariable("x", {3.0, 2.0});
+    const nuv::Solution solution = model.Solve();
+    EXPECT_EQ(solution.status, nuv::SolveStatus::Infeasible);
+    EXPECT_TRUE(solution.proved);
+}
+
+TEST(Solve, AModelWithoutRowsOrVariablesHasAnAnswer)
+{
+    nuv::Model empty;
+    EXPECT_EQ(empty.Solve().status, nuv::SolveStatus::Optimal);
+    nuv::Model noRows;
+    const nuv::Variable x = noRows.AddVariable("x", {0, 7});
+    noRows.Maximize(2 * x + 1);
+    EXPECT_EQ(noRows.Solve().exactObjective, "15");
+    nuv::Model noVariables;
+    noVariables.Add(nuv::Expression(0) <= 5);
+    EXPECT_EQ(noVariables.Solve().status, nuv::SolveStatus::Optimal);
+}
+
+TEST(Solve, NumbersBeyondBinary32AreSolvedExactlyInstead)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    model.Add(1e-300 * x <= 1.0);
+    model.Add(1e200 * x <= 5e200);
+    model.Maximize(x);
+    const nuv::Solution solution = model.Solve();
+    EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::Skipped);
+    EXPECT_EQ(solution.binary32.overflowing, 2U);
+    EXPECT_EQ(solution.binary32.row, 1U);
+    ASSERT_EQ(solution.status, nuv::SolveStatus::Optimal);
+    EXPECT_EQ(solution.objective, 5.0);
+}
+
+TEST(Solve, AFaultyModelIsNotTried)
+{
+    nuv::Model model;
+    model.AddVariable("x");
+    model.AddVariable("x");
+    const nuv::Solution solution = model.Solve();
+    EXPECT_EQ(solution.status, nuv::SolveStatus::Invalid);
+    EXPECT_FALSE(solution.failure.text.empty());
+}
+
+TEST(Solve, StopsWhenToldTo)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    model.Add(x <= 1);
+    model.Maximize(x);
+    nuv::SolveOptions options;
+    options.keepGoing = [](const nuv::SolveProgress&) { return false; };
+    const nuv::Solution solution = model.Solve(options);
+    EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::Cancelled);
+    EXPECT_FALSE(solution.status == nuv::SolveStatus::Optimal && !solution.proved);
+}
+
+}  // namespace
