@@ -449,6 +449,7 @@ Solution Solve(const Problem& problem, std::size_t maxPivots)
     if (isPhaseIRequired)
     {
         SolvePhaseI(&form, &solution, maxPivots);
+        solution.statusOfPhaseI = solution.status;
         if (solution.status != Status::Ok)
             return solution;
     }

@@ -92,6 +92,8 @@ struct Pivot
 struct Solution
 {
     Status status = Status::InvalidInput;
+    /// InvalidInput when Phase I was not run.
+    Status statusOfPhaseI = Status::InvalidInput;
     float objective = 0.0F;
     std::vector<float> values;
     std::vector<Pivot> pivots;
