@@ -162,16 +162,38 @@ inline bool ConstructBehindEnd(Vector* x, NuvSizeT index, NuvSizeT count,
     return true;
 }
 
-/// Inserts before the element at `index`; an array without room takes a block of `capacity` first.
+/// Inserts into a larger block. The copies are made there first: the old block still holds what
+/// `source` points to, and a failed copy changes nothing.
+template <class Vector>
+inline bool InsertIntoNewBlock(Vector* x, NuvSizeT index, NuvSizeT count,
+                               Source<ElementOf<Vector>> source, NuvSizeT capacity)
+{
+    ElementOf<Vector>* const block = AllocateElements<ElementOf<Vector>>(x->allocator, capacity);
+    if (!block)
+        return false;
+    if (!ConstructRun(block + index, count, source))
+    {
+        DeallocateElements(x->allocator, block, capacity);
+        return false;
+    }
+    const NuvSizeT size = SizeOf(x) + count;
+    Relocate(block, x->begin, x->begin + index);
+    Relocate(block + index + count, x->begin + index, x->end);
+    DeallocateElements(x->allocator, x->begin, CapacityOf(x));
+    x->begin = block;
+    x->end = block + size;
+    x->endBuf = block + capacity;
+    return true;
+}
+
+/// Inserts before the element at `index`; an array without room takes a block of `capacity`.
 template <class Vector>
 inline bool InsertAt(Vector* x, NuvSizeT index, NuvSizeT count, Source<ElementOf<Vector>> source,
                      NuvSizeT capacity)
 {
-    const bool isGrown = CapacityOf(x) - SizeOf(x) < count;
-    if (isGrown && !GrowKeeping(x, capacity, &source))
-        return false;
-    if (isGrown ? !ConstructRun(x->end, count, source)
-                : !ConstructBehindEnd(x, index, count, source))
+    if (CapacityOf(x) - SizeOf(x) < count)
+        return InsertIntoNewBlock(x, index, count, source, capacity);
+    if (!ConstructBehindEnd(x, index, count, source))
         return false;
     Rotate(x->begin + index, x->end, x->end + count);
     x->end += count;
@@ -186,10 +208,13 @@ inline NuvSizeT DoubledCapacity(const Vector* x)
     return size != 0 ? 2 * size : 2;
 }
 
-/// The capacity that an array without room takes for `count` more elements.
+/// The capacity that an array without room takes for `count` more elements. A count that wraps asks
+/// for more than any allocator has.
 template <class Vector>
 inline NuvSizeT CapacityForMore(const Vector* x, NuvSizeT count)
 {
+    if (count > UINT64_MAX - SizeOf(x))
+        return UINT64_MAX;
     const NuvSizeT needed = SizeOf(x) + count;
     const NuvSizeT capacity = CapacityOf(x);
     const NuvSizeT doubled = capacity != 0 ? 2 * capacity : 2 * count;

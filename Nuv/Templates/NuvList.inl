@@ -72,8 +72,9 @@ NUV_SELF* NUV_OP(Assign)(NUV_SELF* l_, const NUV_SELF* src_)
     const NUV_LINK* from = src_->node.next.b;
     while (to != &l_->node && from != &src_->node)
     {
-        (void)nuv::Assign(NUV_OP(IteratorContentOf)(&to),
-                          NUV_OP(ConstIteratorContentOf)(&from));  // unreported by contract
+        NUV_JOIN(NUV_ELEMENT, Assign)
+        (NUV_OP(IteratorContentOf)(&to),
+         NUV_OP(ConstIteratorContentOf)(&from));  // a failed copy is unreported by contract
         to = to->next.b;
         from = from->next.b;
     }

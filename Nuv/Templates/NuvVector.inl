@@ -277,6 +277,8 @@ NuvBool NUV_OP(Resize)(NUV_SELF* x, NUV_OP(SizeType) n, const NUV_ELEMENT* t)
         x->end = x->begin + n;
         return NUV_TRUE;
     }
+    if (n > UINT64_MAX - size)
+        return NUV_FALSE;
     nuv::Source<NUV_ELEMENT> source = {t, 0};
     if (size + n > nuv::CapacityOf(x) && !nuv::GrowKeeping(x, size + n, &source))
         return NUV_FALSE;
