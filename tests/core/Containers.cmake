@@ -1,0 +1,8 @@
+# The string, the pair, the growable array, the list, the map and the two records, each for every
+# instantiation and under a memory that refuses.
+nuv_test(
+    core_vector
+    SOURCES core/Vector.cpp core/VectorExchange.cpp core/VectorInsertion.cpp
+            core/VectorIterators.cpp core/VectorRefused.cpp
+    LIBRARIES Nuv::LinearProgramming
+    LABELS valgrind)
