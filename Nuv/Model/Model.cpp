@@ -125,6 +125,24 @@ Row Model::AppendRow(std::string_view name, Bounds bounds)
     return row;
 }
 
+std::size_t Model::DropZerosOfLastRow()
+{
+    const std::size_t before = m_columns.size();
+    std::size_t kept = m_rowStarts[RowCount() - 1];
+    for (std::size_t at = kept; at < before; ++at)
+    {
+        if (m_coefficients[at] == 0.0)
+            continue;
+        m_columns[kept] = m_columns[at];
+        m_coefficients[kept] = m_coefficients[at];
+        ++kept;
+    }
+    m_columns.resize(kept);
+    m_coefficients.resize(kept);
+    m_rowStarts.back() = kept;
+    return before - kept;
+}
+
 void Model::AssignColumns(std::span<const std::size_t> starts, std::span<const std::uint32_t> rows,
                           std::span<const double> coefficients)
 {

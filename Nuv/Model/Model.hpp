@@ -226,9 +226,6 @@ public:
         return m_coefficients[at];
     }
 
-    /// Keeps the entries before `count`, which lies in the last row, of the whole matrix.
-    void TruncateLastRow(std::size_t count);
-
     /// Removes entries of the last row that are zero.
     /// @return how many there were.
     std::size_t DropZerosOfLastRow();

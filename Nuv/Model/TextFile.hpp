@@ -1,0 +1,20 @@
+/// Whole files as text: from disk or from standard input, plain or compressed.
+#pragma once
+
+#include "Nuv/Model/Error.hpp"
+
+#include <string>
+
+namespace nuv
+{
+
+/// Reads the file at `path`, or standard input for "-". What starts with the mark of gzip is
+/// unpacked, whatever it is called.
+/// @return the text, or an error whose code is file.missing, file.directory, file.permission,
+/// file.unreadable, file.damaged (gzip) or file.too-large (beyond 4 GiB, unpacked).
+[[nodiscard]] Result<std::string> ReadTextFile(const std::string& path);
+
+/// The name that messages give `path`: itself, or <stdin> for "-".
+[[nodiscard]] std::string DisplayName(const std::string& path);
+
+}  // namespace nuv
