@@ -11,6 +11,9 @@ namespace
 
 constexpr std::size_t kLeaf = 8;
 
+/// Bits by which a denominator may grow beyond the common one before all digits are looked at.
+constexpr std::size_t kSlack = 128;
+
 /// The representative of least magnitude.
 Integer Symmetric(const Integer& value, const Integer& modulus)
 {
@@ -35,8 +38,9 @@ void PadicLifting::ExtendPowers(std::size_t count)
         m_powers.push_back(m_powers.back() * m_powers.back());
 }
 
-/// The number whose digits are `count` of the unknown's from `first` on, by halves.
-Integer PadicLifting::Assemble(Index unknown, std::size_t first, std::size_t count) const
+/// The number with the digits digit(first), ..., digit(first + count - 1), by halves.
+template <class Digit>
+Integer PadicLifting::Assemble(const Digit& digit, std::size_t first, std::size_t count) const
 {
     if (count <= kLeaf)
     {
@@ -46,7 +50,7 @@ Integer PadicLifting::Assemble(Index unknown, std::size_t first, std::size_t cou
         {
             if (sum != 0)
                 sum *= prime;
-            sum += m_digits[k * m_size + unknown];
+            sum += digit(k);
         }
         return sum;
     }
@@ -54,73 +58,144 @@ Integer PadicLifting::Assemble(Index unknown, std::size_t first, std::size_t cou
     while ((kLeaf << (level + 1)) < count)
         ++level;
     const std::size_t half = kLeaf << level;
-    Integer sum = Assemble(unknown, first + half, count - half);
+    Integer sum = Assemble(digit, first + half, count - half);
     if (sum != 0)
         sum *= m_powers[level];
-    return sum + Assemble(unknown, first, half);
+    return sum + Assemble(digit, first, half);
+}
+
+Integer PadicLifting::AssembleUnknown(Index unknown, std::size_t count) const
+{
+    return Assemble([this, unknown](std::size_t k) { return m_digits[k * m_size + unknown]; }, 0,
+                    count);
+}
+
+/// A combination of all unknowns with small pseudo-random coefficients. Its denominator is almost
+/// always the common one, so it alone tells whether there are digits enough.
+Integer PadicLifting::AssembleCombination() const
+{
+    const auto digit = [this](std::size_t k)
+    {
+        std::uint64_t random = 0x9E3779B97F4A7C15u;
+        std::int64_t high = 0;
+        std::int64_t low = 0;
+        for (Index i = 0; i < m_size; ++i)
+        {
+            random ^= random << 13;
+            random ^= random >> 7;
+            random ^= random << 17;
+            const std::int64_t coefficient = static_cast<std::int64_t>(random >> 61) + 1;
+            const std::int64_t value = m_digits[k * m_size + i];
+            high += coefficient * (value >> 31);
+            low += coefficient * (value & 0x7FFFFFFF);
+        }
+        return Integer((Integer(high) << 31) + low);
+    };
+    return Assemble(digit, 0, m_steps);
 }
 
 bool PadicLifting::Reconstruct(ExactVector& solution, Watch& watch)
 {
     ExtendPowers(m_steps);
-    const Integer prime(m_factors.GetField().Prime());
-    const Integer modulus = boost::multiprecision::pow(prime, static_cast<unsigned>(m_steps));
     solution.numerator.assign(m_size, Integer(0));
     solution.denominator = 1;
     if (m_exhausted)
     {
         for (Index k = 0; k < m_size; ++k)
-            solution.numerator[k] = Assemble(k, 0, m_steps);
+            solution.numerator[k] = AssembleUnknown(k, m_steps);
         return true;
     }
-    std::vector<Integer> denominators(m_size);
-    for (Index step = 0; step < m_size; ++step)
+    const Integer& modulus = ModulusOf(m_steps);
+    Integer combined;
+    if (!ReconstructFraction(Symmetric(AssembleCombination(), modulus), modulus, Margin(),
+                             BitLength(modulus), combined, solution.denominator))
+        return false;
+    m_largestNumerator = BitLength(combined);
+    // Should the denominator or a numerator have been underestimated, the digits used may be too
+    // few for a proof, and are enough the next time. The last resort is to use all.
+    for (int pass = 0; pass < 3; ++pass)
     {
-        // The unknown that failed last time goes first; its place is taken by the first one.
-        const Index k = step == 0 ? m_hardest : step == m_hardest ? 0 : step;
-        if (!ReconstructOne(k, modulus, solution, denominators) ||
-            (step % 16 == 15 && watch.TimeIsUp()))
+        std::size_t fewest = m_steps;
+        std::vector<Integer> denominators(m_size);
+        for (Index k = 0; k < m_size; ++k)
         {
-            m_hardest = k;
-            return false;
+            const std::size_t digits = pass == 2 ? m_steps : DigitsFor(solution.denominator);
+            fewest = std::min(fewest, digits);
+            if (!ReconstructOne(k, digits, solution, denominators) ||
+                (k % 16 == 15 && watch.TimeIsUp()))
+                return false;
         }
+        for (Index k = 0; k < m_size; ++k)
+        {
+            if (denominators[k] != solution.denominator)
+                solution.numerator[k] *= solution.denominator / denominators[k];
+        }
+        if (SizesProve(solution, ModulusOf(fewest)))
+            return true;
     }
-    for (Index k = 0; k < m_size; ++k)
+    return false;
+}
+
+/// How many bits a candidate must be smaller than its modulus to be believed, for now.
+std::size_t PadicLifting::Margin() const noexcept
+{
+    return m_entryBits + 4;
+}
+
+/// So many digits that numerators like those seen so far, over this denominator, are proved by
+/// them. That is about half of what finding the denominator took.
+std::size_t PadicLifting::DigitsFor(const Integer& denominator) const
+{
+    const std::size_t bits =
+        std::max(BitLength(denominator) + m_rightBits, m_largestNumerator + m_entryBits) +
+        m_entryBits + kSlack;
+    return std::min(m_steps, bits / 61 + 1);
+}
+
+const Integer& PadicLifting::ModulusOf(std::size_t digits)
+{
+    if (m_modulusDigits != digits)
     {
-        if (denominators[k] != solution.denominator)
-            solution.numerator[k] *= solution.denominator / denominators[k];
+        m_modulusDigits = digits;
+        m_modulus = boost::multiprecision::pow(Integer(m_factors.GetField().Prime()),
+                                               static_cast<unsigned>(digits));
     }
-    return SizesProve(solution, modulus);
+    return m_modulus;
 }
 
 /// Finds one unknown as a fraction over the common denominator so far, which grows by whatever this
 /// one needs beyond it; denominators[k] remembers over what the numerator was found.
-bool PadicLifting::ReconstructOne(Index unknown, const Integer& modulus, ExactVector& solution,
-                                  std::vector<Integer>& denominators) const
+bool PadicLifting::ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution,
+                                  std::vector<Integer>& denominators)
 {
-    const std::size_t margin = m_entryBits + 4;
+    const Integer& modulus = ModulusOf(digits);
     const std::size_t modulusBits = BitLength(modulus);
+    Integer& numerator = solution.numerator[unknown];
     denominators[unknown] = solution.denominator;
-    Integer residue = Assemble(unknown, 0, m_steps);
-    if (residue == 0)
-        return true;
-    residue =
-        Symmetric(solution.denominator == 1 ? residue : residue * solution.denominator, modulus);
-    if (BitLength(residue) + margin <= modulusBits)
+    Integer residue = AssembleUnknown(unknown, digits);
+    if (solution.denominator != 1)
+        residue *= solution.denominator;
+    residue = Symmetric(residue, modulus);
+    if (BitLength(residue) + Margin() <= modulusBits)
     {
-        solution.numerator[unknown] = std::move(residue);
-        return true;
+        numerator = std::move(residue);
     }
-    Integer denominator;
-    if (!ReconstructFraction(residue, modulus, margin, solution.numerator[unknown], denominator))
-        return false;
-    solution.denominator *= denominator;
-    denominators[unknown] = solution.denominator;
+    else
+    {
+        const bool all = digits == m_steps;
+        Integer denominator;
+        if (!ReconstructFraction(residue, modulus, Margin(), all ? modulusBits : kSlack, numerator,
+                                 denominator))
+            return !all && ReconstructOne(unknown, m_steps, solution, denominators);
+        solution.denominator *= denominator;
+        denominators[unknown] = solution.denominator;
+    }
+    m_largestNumerator = std::max(m_largestNumerator, BitLength(numerator));
     return BitLength(solution.denominator) < modulusBits;
 }
 
-/// With x = N / D, the integers M N - D b are multiples of p^k by construction. If their size is
-/// less than p^k they are zero, and the solution is exact.
+/// With x = N / D, the integers M N - D b are multiples of the modulus by construction. If their
+/// size is less than it they are zero, and the solution is exact.
 bool PadicLifting::SizesProve(const ExactVector& solution, const Integer& modulus) const
 {
     std::size_t bits = BitLength(solution.denominator) + m_rightBits;
@@ -130,17 +205,23 @@ bool PadicLifting::SizesProve(const ExactVector& solution, const Integer& modulu
 }
 
 bool ReconstructFraction(const Integer& residue, const Integer& modulus, std::size_t margin,
-                         Integer& numerator, Integer& denominator)
+                         std::size_t denominatorBits, Integer& numerator, Integer& denominator)
 {
     // Euclid's remainders and cofactors satisfy r_i = t_i * residue modulo the modulus; the pair
     // sought shows by the huge quotient that follows it (Monagan 2004).
+    if (residue == 0)
+    {
+        numerator = 0;
+        denominator = 1;
+        return true;
+    }
     Integer remainder0 = modulus;
     Integer remainder1 = residue < 0 ? Integer(residue + modulus) : residue;
     Integer cofactor0 = 0;
     Integer cofactor1 = 1;
     Integer quotient;
     Integer next;
-    while (remainder1 != 0)
+    while (remainder1 != 0 && BitLength(cofactor1) <= denominatorBits)
     {
         boost::multiprecision::divide_qr(remainder0, remainder1, quotient, next);
         if (BitLength(quotient) > margin)

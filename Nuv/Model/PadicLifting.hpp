@@ -45,11 +45,17 @@ private:
     void AppendDigits();
     void DivideResidual();
     [[nodiscard]] std::uint64_t ResidualModuloPrime(Index equation) const;
-    [[nodiscard]] Integer Assemble(Index unknown, std::size_t first, std::size_t count) const;
+    template <class Digit>
+    [[nodiscard]] Integer Assemble(const Digit& digit, std::size_t first, std::size_t count) const;
+    [[nodiscard]] Integer AssembleUnknown(Index unknown, std::size_t count) const;
+    [[nodiscard]] Integer AssembleCombination() const;
+    [[nodiscard]] std::size_t Margin() const noexcept;
     void ExtendPowers(std::size_t count);
     [[nodiscard]] bool Reconstruct(ExactVector& solution, Watch& watch);
-    [[nodiscard]] bool ReconstructOne(Index unknown, const Integer& modulus, ExactVector& solution,
-                                      std::vector<Integer>& denominators) const;
+    [[nodiscard]] std::size_t DigitsFor(const Integer& denominator) const;
+    [[nodiscard]] const Integer& ModulusOf(std::size_t digits);
+    [[nodiscard]] bool ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution,
+                                      std::vector<Integer>& denominators);
     [[nodiscard]] bool SizesProve(const ExactVector& solution, const Integer& modulus) const;
 
     const SparseLu<PrimeField>& m_factors;
@@ -75,16 +81,20 @@ private:
     std::vector<std::uint64_t> m_residual;  ///< two's complement, m_words per equation
     std::vector<std::int64_t> m_digits;     ///< m_size per step
     std::size_t m_steps = 0;
-    bool m_exhausted = false;       ///< the residual is zero: the digits are the solution
-    Index m_hardest = 0;            ///< the unknown that failed last is tried first
-    std::vector<Integer> m_powers;  ///< p^(8 * 2^j)
+    bool m_exhausted = false;            ///< the residual is zero: the digits are the solution
+    Index m_hardest = 0;                 ///< the unknown that failed last is tried first
+    std::vector<Integer> m_powers;       ///< p^(8 * 2^j)
+    std::size_t m_largestNumerator = 0;  ///< bits of the largest numerator found so far
+    std::size_t m_modulusDigits = 0;
+    Integer m_modulus;  ///< p^m_modulusDigits, the one used last
     std::vector<std::uint64_t> m_work;
 };
 
-/// The fraction n / d with n congruent to d * residue modulo `modulus`, if there is one whose
-/// |n| * d is smaller than the modulus by 2^margin: it is unique up to chance of about 2^-margin.
+/// The fraction n / d with n congruent to d * residue modulo `modulus`, if there is one with d of
+/// at most `denominatorBits` bits whose |n| * d is smaller than the modulus by 2^margin: it is
+/// unique up to chance of about 2^-margin.
 [[nodiscard]] bool ReconstructFraction(const Integer& residue, const Integer& modulus,
-                                       std::size_t margin, Integer& numerator,
-                                       Integer& denominator);
+                                       std::size_t margin, std::size_t denominatorBits,
+                                       Integer& numerator, Integer& denominator);
 
 }  // namespace nuv

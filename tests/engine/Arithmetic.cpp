@@ -369,8 +369,8 @@ TEST(PadicLifting, TellsFractionsFromTheirResidues)
             inverse = ((2 - bottom * inverse) * inverse) % modulus;
         Integer numerator;
         Integer denominator;
-        ASSERT_TRUE(
-            ReconstructFraction((top * inverse) % modulus, modulus, 60, numerator, denominator));
+        ASSERT_TRUE(ReconstructFraction((top * inverse) % modulus, modulus, 60, 372, numerator,
+                                        denominator));
         ASSERT_EQ(numerator, top / divisor);
         ASSERT_EQ(denominator, bottom / divisor);
     }
@@ -380,7 +380,7 @@ TEST(PadicLifting, TellsFractionsFromTheirResidues)
     Integer residue(0);
     for (int digit = 0; digit < 6; ++digit)
         residue = residue * Integer(kPrime) + Integer(random.Next() >> 3);
-    EXPECT_FALSE(ReconstructFraction(residue, modulus, 60, numerator, denominator));
+    EXPECT_FALSE(ReconstructFraction(residue, modulus, 60, 372, numerator, denominator));
 }
 
 TEST(PadicLifting, GivesUpWhenTimeIsUp)

@@ -1,0 +1,265 @@
+/// Ranges and conflicts mean what they say: checked by moving the data and solving again, and by
+/// enumeration of what is left when a member goes.
+#include "tests/engine/BruteForce.hpp"
+#include "tests/engine/Forms.hpp"
+
+#include "Nuv/Model/Conflict.hpp"
+#include "Nuv/Model/Pipeline.hpp"
+#include "Nuv/Model/Sensitivity.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace nuv::test
+{
+namespace
+{
+
+Proof Solve(const LinearForm& form)
+{
+    return SolveProved(form, nullptr, Limits{});
+}
+
+/// Whether the basis is optimal for the form as it is, without a pivot.
+bool StaysOptimal(const LinearForm& form, const Basis& basis)
+{
+    Limits limits;
+    limits.exactPivots = 0;
+    const Proof proof = ProveFrom(form, basis, limits);
+    return proof.proved && proof.status == ProofStatus::Optimal;
+}
+
+constexpr double kStep = 0x1p-20;
+
+/// Within the range the basis stays optimal, a step beyond an end it does not.
+template <class Move>
+void CheckRange(const LinearForm& form, const Basis& basis, Range range, Move move)
+{
+    for (const bool up : {false, true})
+    {
+        const double end = up ? range.upper : range.lower;
+        const double outwards = up ? kStep : -kStep;
+        LinearForm moved = form;
+        if (std::isinf(end))
+        {
+            move(moved, up ? 1e6 : -1e6);
+            EXPECT_TRUE(StaysOptimal(moved, basis));
+            continue;
+        }
+        if (range.lower + 2.0 * kStep < range.upper)
+        {
+            move(moved, end - outwards);
+            EXPECT_TRUE(StaysOptimal(moved, basis)) << "inside " << end;
+        }
+        move(moved, end + outwards);
+        EXPECT_FALSE(StaysOptimal(moved, basis)) << "outside " << end;
+    }
+}
+
+TEST(Sensitivity, WyndorGlassAsInTheTextbook)
+{
+    const LinearForm form =
+        MakeForm({-3, -5}, {{{1, 0}, {-kInf, 4}}, {{0, 2}, {-kInf, 12}}, {{3, 2}, {-kInf, 18}}});
+    const Sensitivity ranges = AnalyseSensitivity(form, Solve(form));
+    EXPECT_EQ(ranges.cost[0], (Range{-7.5, 0.0}));
+    EXPECT_EQ(ranges.cost[1], (Range{-kInf, -2.0}));
+    EXPECT_EQ(ranges.rowUpper[0], (Range{2.0, kInf}));
+    EXPECT_EQ(ranges.rowUpper[1], (Range{6.0, 18.0}));
+    EXPECT_EQ(ranges.rowUpper[2], (Range{12.0, 24.0}));
+    EXPECT_EQ(ranges.rowLower[0], (Range{-kInf, 2.0}));
+}
+
+TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)
+{
+    int optimal = 0;
+    for (std::uint64_t seed = 1; seed <= 1200; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const LinearForm form = RandomSmallForm(random, 3, 4);
+        const Proof proof = Solve(form);
+        if (proof.status != ProofStatus::Optimal)
+            continue;
+        ++optimal;
+        const Sensitivity ranges = AnalyseSensitivity(form, proof);
+        for (Index j = 0; j < form.columns; ++j)
+        {
+            CheckRange(form, proof.basis, ranges.cost[j],
+                       [j](LinearForm& moved, double to) { moved.cost[j] = to; });
+        }
+        if (HasFailure())
+            return;
+    }
+    EXPECT_GT(optimal, 200);
+}
+
+TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
+{
+    for (std::uint64_t seed = 1; seed <= 1200; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const LinearForm form = RandomSmallForm(random, 3, 4);
+        const Proof proof = Solve(form);
+        if (proof.status != ProofStatus::Optimal)
+            continue;
+        const Sensitivity ranges = AnalyseSensitivity(form, proof);
+        for (Index i = 0; i < form.rows; ++i)
+        {
+            const bool equation = form.rowLower[i] == form.rowUpper[i];
+            if (std::isfinite(form.rowUpper[i]))
+            {
+                CheckRange(form, proof.basis, ranges.rowUpper[i],
+                           [i, equation](LinearForm& moved, double to)
+                           {
+                               moved.rowUpper[i] = to;
+                               if (equation)
+                                   moved.rowLower[i] = to;
+                           });
+            }
+            if (std::isfinite(form.rowLower[i]) && !equation)
+            {
+                CheckRange(form, proof.basis, ranges.rowLower[i],
+                           [i](LinearForm& moved, double to) { moved.rowLower[i] = to; });
+            }
+        }
+        if (HasFailure())
+            return;
+    }
+}
+
+/// More rows than are done in rationals: the same form, padded with rows that never matter.
+TEST(Sensitivity, DoublesAgreeWithRationals)
+{
+    for (std::uint64_t seed = 1; seed <= 200; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const LinearForm form = RandomSmallForm(random, 3, 4);
+        const Proof proof = Solve(form);
+        if (proof.status != ProofStatus::Optimal)
+            continue;
+        LinearForm padded = form;
+        for (int extra = 0; extra < 60; ++extra)
+        {
+            padded.rowLower.push_back(-kInf);
+            padded.rowUpper.push_back(kInf);
+            padded.byRow.Append(0, 1.0);
+            padded.byRow.Close();
+            ++padded.rows;
+        }
+        padded.byColumn = Transposed(padded.byRow, padded.columns);
+        Basis basis = proof.basis;
+        basis.rows.resize(padded.rows, BasisStatus::Basic);
+        const Proof same = ProveFrom(padded, basis, Limits{});
+        ASSERT_EQ(same.exactPivots, 0u);
+        const Sensitivity exact = AnalyseSensitivity(form, proof);
+        const Sensitivity doubles = AnalyseSensitivity(padded, same);
+        const auto near = [](double x, double y)
+        { return x == y || std::fabs(x - y) < 1e-12 * (1.0 + std::fabs(x)); };
+        for (Index j = 0; j < form.columns; ++j)
+        {
+            EXPECT_TRUE(near(exact.cost[j].lower, doubles.cost[j].lower));
+            EXPECT_TRUE(near(exact.cost[j].upper, doubles.cost[j].upper));
+        }
+        for (Index i = 0; i < form.rows; ++i)
+        {
+            EXPECT_TRUE(near(exact.rowUpper[i].lower, doubles.rowUpper[i].lower));
+            EXPECT_TRUE(near(exact.rowUpper[i].upper, doubles.rowUpper[i].upper));
+            EXPECT_TRUE(near(exact.rowLower[i].upper, doubles.rowLower[i].upper));
+        }
+    }
+}
+
+/// The form with the bounds of `members` only, but for the one at `left`.
+LinearForm Restricted(const LinearForm& form, const std::vector<ConflictMember>& members,
+                      std::size_t left)
+{
+    LinearForm restricted = form;
+    for (auto* bounds : {&restricted.columnLower, &restricted.rowLower})
+        bounds->assign(bounds->size(), -kInf);
+    for (auto* bounds : {&restricted.columnUpper, &restricted.rowUpper})
+        bounds->assign(bounds->size(), kInf);
+    for (std::size_t k = 0; k < members.size(); ++k)
+    {
+        if (k == left)
+            continue;
+        const Index v = members[k].variable;
+        if (form.IsLogical(v))
+            (members[k].upper ? restricted.rowUpper : restricted.rowLower)[v - form.columns] =
+                members[k].upper ? form.Upper(v) : form.Lower(v);
+        else
+            (members[k].upper ? restricted.columnUpper : restricted.columnLower)[v] =
+                members[k].upper ? form.Upper(v) : form.Lower(v);
+    }
+    return restricted;
+}
+
+TEST(Conflict, BoundsThatCrossAreAConflictOfTwo)
+{
+    const LinearForm form = MakeForm({0, 0}, {{{1, 1}, {0, 1}}}, {{0, 1}, {3, 2}});
+    const Conflict conflict = FindConflict(form, Solve(form), Limits{});
+    EXPECT_TRUE(conflict.minimal);
+    EXPECT_EQ(conflict.members, (std::vector<ConflictMember>{{1, false}, {1, true}}));
+}
+
+TEST(Conflict, NamesTheRowsAndBoundsThatMatter)
+{
+    // x + y <= 3 against x >= 2 and y >= 2; the other row has nothing to do with it.
+    const LinearForm form = MakeForm({1, 1, 1}, {{{0, 0, 1}, {1, 5}}, {{1, 1, 0}, {-kInf, 3}}},
+                                     {{2, 9}, {2, kInf}, {0, kInf}});
+    const Conflict conflict = FindConflict(form, Solve(form), Limits{});
+    EXPECT_TRUE(conflict.minimal);
+    EXPECT_EQ(conflict.members, (std::vector<ConflictMember>{{0, false}, {1, false}, {4, true}}));
+}
+
+TEST(Conflict, IsInfeasibleAndLosesThatWithAnyMember)
+{
+    int infeasible = 0;
+    for (std::uint64_t seed = 1; seed <= 3000; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const LinearForm form =
+            RandomSmallForm(random, 3, static_cast<Index>(random.Between(1, 4)));
+        const Proof proof = Solve(form);
+        if (proof.status != ProofStatus::Infeasible)
+            continue;
+        ++infeasible;
+        const Conflict conflict = FindConflict(form, proof, Limits{});
+        ASSERT_TRUE(conflict.minimal);
+        const std::size_t all = conflict.members.size();
+        ASSERT_EQ(SolveByEnumeration(Restricted(form, conflict.members, all)).verdict,
+                  Verdict::Infeasible);
+        for (std::size_t left = 0; left < all; ++left)
+        {
+            ASSERT_NE(SolveByEnumeration(Restricted(form, conflict.members, left)).verdict,
+                      Verdict::Infeasible);
+        }
+    }
+    EXPECT_GT(infeasible, 500);
+}
+
+/// Three disjoint contradictions, and a certificate that adds them up: the filter has to part them.
+TEST(Conflict, PartsACertificateThatMixesContradictions)
+{
+    const LinearForm form = MakeForm(
+        {0, 0, 0}, {{{1, 0, 0}, {2, kInf}}, {{0, 1, 0}, {3, kInf}}, {{0, 0, 1}, {4, kInf}}},
+        {{0, 1}, {0, 1}, {0, 1}});
+    Proof proof = Solve(form);
+    proof.dual.denominator = 1;
+    proof.dual.numerator = {1, 2, 3};
+    ASSERT_EQ(CheckProof(form, proof), "");
+    const Conflict conflict = FindConflict(form, proof, Limits{});
+    EXPECT_TRUE(conflict.minimal);
+    EXPECT_EQ(conflict.members.size(), 2u);
+    Limits none;
+    none.seconds = 0.0;
+    const Conflict unfinished = FindConflict(form, proof, none);
+    EXPECT_FALSE(unfinished.minimal);
+    EXPECT_EQ(unfinished.members.size(), 6u);
+}
+
+}  // namespace
+}  // namespace nuv::test
