@@ -6,3 +6,8 @@ nuv_test(
             core/VectorIterators.cpp core/VectorRefused.cpp
     LIBRARIES Nuv::LinearProgramming
     LABELS valgrind)
+nuv_test(
+    core_records
+    SOURCES core/Pair.cpp core/RecordLayouts.cpp core/Records.cpp core/String.cpp
+    LIBRARIES Nuv::LinearProgramming
+    LABELS valgrind)

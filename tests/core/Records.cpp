@@ -1,0 +1,465 @@
+// The two records of a model, the variable and the constraint.
+#include <memory>
+
+#include "tests/support/Elements.hpp"
+#include "tests/support/Names.hpp"
+#include "tests/support/RefusedAllocations.hpp"
+#include "tests/support/TestAllocator.hpp"
+
+namespace
+{
+using Variable = NuvLinearProgrammingVariable;
+using Constraint = NuvLinearProgrammingConstraint;
+using IndexedTerms = IndexedCoefficients::Terms;
+using NamedTerms = NamedCoefficients::Terms;
+
+/// A variable, and a constraint of either kind, for the length of a scope.
+struct HeldVariable
+{
+    HeldVariable(NuvAllocator* allocator, NuvLinearProgrammingVariableType type, NuvUint index,
+                 const char* name)
+    {
+        EXPECT_EQ(
+            NuvLinearProgrammingVariableConstruct(&record, type, index, Name(name), allocator),
+            &record);
+    }
+
+    ~HeldVariable()
+    {
+        NuvLinearProgrammingVariableDestruct(&record);
+    }
+
+    HeldVariable(const HeldVariable&) = delete;
+    HeldVariable& operator=(const HeldVariable&) = delete;
+
+    Variable record;
+};
+
+struct HeldConstraint
+{
+    HeldConstraint(NuvAllocator* allocator, const IndexedTerms& terms, NuvFloat32 rhs)
+    {
+        EXPECT_EQ(NuvLinearProgrammingConstraintConstructIndex(&record, IndexedCoefficients(terms),
+                                                               rhs, allocator),
+                  &record);
+    }
+
+    HeldConstraint(NuvAllocator* allocator, const NamedTerms& terms, NuvFloat32 rhs)
+    {
+        EXPECT_EQ(NuvLinearProgrammingConstraintConstruct(&record, NamedCoefficients(terms), rhs,
+                                                          allocator),
+                  &record);
+    }
+
+    ~HeldConstraint()
+    {
+        NuvLinearProgrammingConstraintDestruct(&record);
+    }
+
+    HeldConstraint(const HeldConstraint&) = delete;
+    HeldConstraint& operator=(const HeldConstraint&) = delete;
+
+    Constraint record;
+};
+
+constexpr auto Continuous = NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32;
+constexpr auto Integer = NUV_LINEARPROGRAMMINGVARIABLETYPE_INTEGER;
+constexpr auto Boolean = NUV_LINEARPROGRAMMINGVARIABLETYPE_BOOLEAN;
+
+const IndexedTerms indexed = {{1, 2.0F}, {3, -0.5F}};
+const NamedTerms named = {{"X1", 2.0F}, {"a name", -0.5F}, {"", 3.0F}};
+
+void ExpectHolds(const Constraint& x, const IndexedTerms& terms, NuvFloat32 rhs)
+{
+    const auto* const array = NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(&x);
+    ASSERT_NE(array, nullptr);
+    EXPECT_EQ(TermsOf(*array), terms);
+    EXPECT_EQ(NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(&x), nullptr);
+    EXPECT_EQ(NuvLinearProgrammingConstraintGetVariableAccessType(&x),
+              NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX);
+    EXPECT_EQ(NuvLinearProgrammingConstraintGetRhs(&x), rhs);
+}
+
+void ExpectHolds(const Constraint& x, const NamedTerms& terms, NuvFloat32 rhs)
+{
+    const auto* const array = NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(&x);
+    ASSERT_NE(array, nullptr);
+    EXPECT_EQ(TermsOf(*array), terms);
+    EXPECT_EQ(NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(&x), nullptr);
+    EXPECT_EQ(NuvLinearProgrammingConstraintGetVariableAccessType(&x),
+              NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME);
+    EXPECT_EQ(NuvLinearProgrammingConstraintGetRhs(&x), rhs);
+}
+
+// Edge cases ---------------------------------------------------------------------------------
+
+TEST(Variable, EqualWhenTypeIndexAndNameAre)
+{
+    TestAllocator allocator;
+    TestAllocator elsewhere;
+    const HeldVariable x(allocator, Integer, 3, "profit");
+    const HeldVariable same(elsewhere, Integer, 3, "profit");
+    const HeldVariable otherType(allocator, Boolean, 3, "profit");
+    const HeldVariable otherIndex(allocator, Integer, 4, "profit");
+    const HeldVariable otherName(allocator, Integer, 3, "profits");
+    EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &x.record), 1);
+    EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &same.record), 1);
+    for (const auto* const other : {&otherType, &otherIndex, &otherName})
+    {
+        EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &other->record), 0);
+        EXPECT_EQ(NuvLinearProgrammingVariableEqual(&other->record, &x.record), 0);
+    }
+}
+
+TEST(Constraint, IsNotEvenEqualToItself)
+{
+    TestAllocator allocator;
+    const HeldConstraint byIndex(allocator, indexed, 4.0F);
+    const HeldConstraint byName(allocator, named, 4.0F);
+    for (const auto* const x : {&byIndex, &byName})
+        for (const auto* const y : {&byIndex, &byName})
+            EXPECT_EQ(NuvLinearProgrammingConstraintEqual(&x->record, &y->record), 0);
+}
+
+TEST(Records, HaveNoOrder)
+{
+    TestAllocator allocator;
+    const HeldVariable x(allocator, Continuous, 1, "a");
+    const HeldVariable y(allocator, Integer, 2, "b");
+    EXPECT_EQ(NuvLinearProgrammingVariableLess(&x.record, &y.record), 0);
+    EXPECT_EQ(NuvLinearProgrammingVariableLess(&y.record, &x.record), 0);
+    EXPECT_EQ(NuvLinearProgrammingVariableLess(&x.record, &x.record), 0);
+    const HeldConstraint c(allocator, indexed, 1.0F);
+    const HeldConstraint d(allocator, named, 2.0F);
+    EXPECT_EQ(NuvLinearProgrammingConstraintLess(&c.record, &d.record), 0);
+    EXPECT_EQ(NuvLinearProgrammingConstraintLess(&d.record, &c.record), 0);
+    EXPECT_EQ(NuvLinearProgrammingConstraintLess(&c.record, &c.record), 0);
+}
+
+TEST(Constraint, AnswersTheArrayOfItsKindAndNullForTheOther)
+{
+    TestAllocator allocator;
+    const HeldConstraint byName(allocator, named, 4.0F);
+    ExpectHolds(byName.record, named, 4.0F);
+    const HeldConstraint byIndex(allocator, indexed, -1.0F);
+    ExpectHolds(byIndex.record, indexed, -1.0F);
+}
+
+TEST(Constraint, ACopyByNameIsIndependent)
+{
+    TestAllocator allocator;
+    const HeldConstraint source(allocator, named, 4.0F);
+    Constraint copy;
+    ASSERT_EQ(NuvLinearProgrammingConstraintConstructCopy(&copy, &source.record), &copy);
+    ExpectHolds(copy, named, 4.0F);
+    auto& array = copy.u.variableCoefficientsByName;
+    array.begin->first.buf[0] = 'Y';
+    array.begin->second = 7.0F;
+    NuvVector_NuvPair_NuvString__NuvFloat32PopBack(&array);
+    copy.rhs = 9.0F;
+    ExpectHolds(source.record, named, 4.0F);
+    NuvLinearProgrammingConstraintDestruct(&copy);
+    ExpectHolds(source.record, named, 4.0F);
+}
+
+// The variable -------------------------------------------------------------------------------
+
+TEST(Variable, ConstructDefaultIsContinuousWithoutIndexAndName)
+{
+    TestAllocator allocator;
+    Variable x;
+    ASSERT_EQ(NuvLinearProgrammingVariableConstructDefault(&x, allocator), &x);
+    EXPECT_EQ(NuvLinearProgrammingVariableGetType(&x), Continuous);
+    EXPECT_EQ(NuvLinearProgrammingVariableGetIndex(&x), 0u);
+    EXPECT_EQ(TextOf(NuvLinearProgrammingVariableGetName(&x)), "");
+    EXPECT_EQ(x.name.allocator, allocator.operator NuvAllocator*());
+    NuvLinearProgrammingVariableDestruct(&x);
+}
+
+TEST(Variable, ConstructCopiesTheNameOntoTheGivenAllocator)
+{
+    TestAllocator allocator;
+    TestAllocator elsewhere;
+    const Name name("profit", elsewhere);
+    Variable x;
+    ASSERT_EQ(NuvLinearProgrammingVariableConstruct(&x, Boolean, 7, name, allocator), &x);
+    EXPECT_EQ(NuvLinearProgrammingVariableGetType(&x), Boolean);
+    EXPECT_EQ(NuvLinearProgrammingVariableGetIndex(&x), 7u);
+    EXPECT_EQ(NuvLinearProgrammingVariableGetName(&x), &x.name);
+    EXPECT_EQ(TextOf(x.name), "profit");
+    EXPECT_TRUE(allocator.Owns(x.name.buf));
+    NuvLinearProgrammingVariableDestruct(&x);
+    EXPECT_EQ(allocator.LiveBlocks(), 0u);
+}
+
+TEST(Variable, ConstructCopyTakesTheSourcesAllocator)
+{
+    TestAllocator allocator;
+    const HeldVariable source(allocator, Integer, 7, "profit");
+    Variable x;
+    ASSERT_EQ(NuvLinearProgrammingVariableConstructCopy(&x, &source.record), &x);
+    EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x, &source.record), 1);
+    EXPECT_TRUE(allocator.Owns(x.name.buf));
+    EXPECT_NE(x.name.buf, source.record.name.buf);
+    NuvLinearProgrammingVariableDestruct(&x);
+}
+
+TEST(Variable, AssignKeepsItsAllocator)
+{
+    TestAllocator allocator;
+    TestAllocator elsewhere;
+    HeldVariable x(allocator, Continuous, 1, "a");
+    const HeldVariable source(elsewhere, Integer, 7, "a longer name");
+    EXPECT_EQ(NuvLinearProgrammingVariableAssign(&x.record, &source.record), &x.record);
+    EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &source.record), 1);
+    EXPECT_TRUE(allocator.Owns(x.record.name.buf));
+    EXPECT_EQ(NuvLinearProgrammingVariableAssign(&x.record, &x.record), &x.record);
+    EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &source.record), 1);
+}
+
+TEST(Variable, SettersStoreTheirField)
+{
+    TestAllocator allocator;
+    HeldVariable x(allocator, Continuous, 1, "a");
+    const HeldVariable expected(allocator, Boolean, 4294967295u, "another name");
+    EXPECT_EQ(NuvLinearProgrammingVariableSetName(&x.record, Name("another name")), 1);
+    NuvLinearProgrammingVariableSetType(&x.record, Boolean);
+    NuvLinearProgrammingVariableSetIndex(&x.record, 4294967295u);
+    EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &expected.record), 1);
+    EXPECT_EQ(NuvLinearProgrammingVariableSetName(&x.record,
+                                                  NuvLinearProgrammingVariableGetName(&x.record)),
+              1);
+    EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &expected.record), 1);
+}
+
+// The constraint -----------------------------------------------------------------------------
+
+TEST(Constraint, ConstructionsPutEverythingOnTheGivenAllocator)
+{
+    TestAllocator allocator;
+    TestAllocator elsewhere;
+    Constraint byName;
+    Constraint byIndex;
+    {
+        const NamedCoefficients names(named, elsewhere);
+        const IndexedCoefficients indices(indexed, elsewhere);
+        NuvLinearProgrammingConstraintConstruct(&byName, names, 4.0F, allocator);
+        NuvLinearProgrammingConstraintConstructIndex(&byIndex, indices, 5.0F, allocator);
+    }
+    EXPECT_EQ(elsewhere.LiveBlocks(), 0u);
+    ExpectHolds(byName, named, 4.0F);
+    ExpectHolds(byIndex, indexed, 5.0F);
+    // The two arrays, and the two names that are not empty.
+    EXPECT_EQ(allocator.LiveBlocks(), 4u);
+    for (const auto& pair : {byName.u.variableCoefficientsByName.begin[0],
+                             byName.u.variableCoefficientsByName.begin[2]})
+        EXPECT_EQ(pair.first.allocator, allocator.operator NuvAllocator*());
+    NuvLinearProgrammingConstraintDestruct(&byName);
+    NuvLinearProgrammingConstraintDestruct(&byIndex);
+    EXPECT_EQ(allocator.LiveBlocks(), 0u);
+}
+
+TEST(Constraint, MayHaveNoCoefficients)
+{
+    TestAllocator allocator;
+    const HeldConstraint byName(allocator, NamedTerms{}, 4.0F);
+    const HeldConstraint byIndex(allocator, IndexedTerms{}, 5.0F);
+    ExpectHolds(byName.record, NamedTerms{}, 4.0F);
+    ExpectHolds(byIndex.record, IndexedTerms{}, 5.0F);
+    EXPECT_EQ(allocator.LiveBlocks(), 0u);
+}
+
+TEST(Constraint, ConstructCopyTakesTheSourcesAllocator)
+{
+    TestAllocator allocator;
+    const HeldConstraint source(allocator, indexed, 4.0F);
+    Constraint copy;
+    ASSERT_EQ(NuvLinearProgrammingConstraintConstructCopy(&copy, &source.record), &copy);
+    ExpectHolds(copy, indexed, 4.0F);
+    EXPECT_EQ(copy.u.variableCoefficientsByIndex.allocator, allocator.operator NuvAllocator*());
+    EXPECT_NE(copy.u.variableCoefficientsByIndex.begin,
+              source.record.u.variableCoefficientsByIndex.begin);
+    NuvLinearProgrammingConstraintDestruct(&copy);
+}
+
+TEST(Constraint, AssignReplacesEitherKindByEitherAndReleasesTheOld)
+{
+    TestAllocator allocator;
+    TestAllocator elsewhere;
+    const HeldConstraint byName(elsewhere, named, 8.0F);
+    const HeldConstraint byIndex(elsewhere, indexed, 9.0F);
+    for (const bool isByName : {false, true})
+    {
+        const auto made = [&]
+        {
+            return isByName
+                       ? std::make_unique<HeldConstraint>(allocator, NamedTerms{{"old", 1.0F}},
+                                                          1.0F)
+                       : std::make_unique<HeldConstraint>(allocator, IndexedTerms{{9, 1.0F}}, 1.0F);
+        };
+        const auto x = made();
+        EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&x->record, &byName.record), &x->record);
+        ExpectHolds(x->record, named, 8.0F);
+        const auto y = made();
+        EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&y->record, &byIndex.record), &y->record);
+        ExpectHolds(y->record, indexed, 9.0F);
+    }
+    ExpectHolds(byName.record, named, 8.0F);
+    ExpectHolds(byIndex.record, indexed, 9.0F);
+    EXPECT_EQ(allocator.LiveBlocks(), 0u);
+}
+
+TEST(Constraint, AssignToItselfChangesNothing)
+{
+    TestAllocator allocator;
+    HeldConstraint byName(allocator, named, 8.0F);
+    HeldConstraint byIndex(allocator, indexed, 9.0F);
+    EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&byName.record, &byName.record), &byName.record);
+    ExpectHolds(byName.record, named, 8.0F);
+    EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&byIndex.record, &byIndex.record),
+              &byIndex.record);
+    ExpectHolds(byIndex.record, indexed, 9.0F);
+}
+
+// Refused memory -----------------------------------------------------------------------------
+
+TEST(VariableRefused, ConstructionsAnswerNullAndCanBeDestructed)
+{
+    ForEachRefusedAllocation(
+        [](TestAllocator& allocator)
+        {
+            Variable x;
+            const bool isMade = NuvLinearProgrammingVariableConstruct(
+                                    &x, Integer, 7, Name("profit"), allocator) == &x;
+            EXPECT_EQ(isMade, allocator.Refusals() == 0);
+            EXPECT_EQ(TextOf(x.name), isMade ? "profit" : "");
+            const std::size_t refusals = allocator.Refusals();
+            Variable copy;
+            const bool isCopied = NuvLinearProgrammingVariableConstructCopy(&copy, &x) == &copy;
+            EXPECT_EQ(isCopied, allocator.Refusals() == refusals);
+            EXPECT_EQ(NuvLinearProgrammingVariableEqual(&copy, &x), isCopied);
+            NuvLinearProgrammingVariableDestruct(&copy);
+            NuvLinearProgrammingVariableDestruct(&x);
+        });
+}
+
+TEST(VariableRefused, ConstructDefaultNeedsNoMemory)
+{
+    TestAllocator allocator;
+    allocator.RefuseFrom(1);
+    Variable x;
+    EXPECT_EQ(NuvLinearProgrammingVariableConstructDefault(&x, allocator), &x);
+    NuvLinearProgrammingVariableDestruct(&x);
+}
+
+TEST(VariableRefused, AssignAndSetNameKeepTheName)
+{
+    TestAllocator allocator;
+    HeldVariable x(allocator, Continuous, 1, "a");
+    const HeldVariable source(Heap(), Integer, 7, "a longer name");
+    allocator.RefuseFrom(1);
+    EXPECT_EQ(NuvLinearProgrammingVariableAssign(&x.record, &source.record), nullptr);
+    EXPECT_EQ(TextOf(x.record.name), "a");
+    EXPECT_EQ(NuvLinearProgrammingVariableSetName(&x.record, &source.record.name), 0);
+    EXPECT_EQ(TextOf(x.record.name), "a");
+}
+
+TEST(ConstraintRefused, ConstructionsAnswerNullAndAreEmptyRows)
+{
+    ForEachRefusedAllocation(
+        [](TestAllocator& allocator)
+        {
+            const auto expectMadeOrEmpty =
+                [](const Constraint* result, Constraint& x, bool isRefused, const auto& terms)
+            {
+                EXPECT_EQ(result, isRefused ? nullptr : &x);
+                if (isRefused)
+                    ExpectHolds(x, std::decay_t<decltype(terms)>{}, 0.0F);
+                else
+                    ExpectHolds(x, terms, 4.0F);
+            };
+            std::size_t refusals = 0;
+            const auto isRefused = [&]
+            {
+                const std::size_t before = refusals;
+                refusals = allocator.Refusals();
+                return refusals != before;
+            };
+            Constraint x;
+            const auto* result = NuvLinearProgrammingConstraintConstruct(
+                &x, NamedCoefficients(named), 4.0F, allocator);
+            expectMadeOrEmpty(result, x, isRefused(), named);
+            NuvLinearProgrammingConstraintDestruct(&x);
+            result = NuvLinearProgrammingConstraintConstructIndex(&x, IndexedCoefficients(indexed),
+                                                                  4.0F, allocator);
+            expectMadeOrEmpty(result, x, isRefused(), indexed);
+            NuvLinearProgrammingConstraintDestruct(&x);
+            EXPECT_EQ(allocator.LiveBlocks(), 0u);
+        });
+}
+
+template <class Terms>
+void ExpectCopyMadeOrEmpty(const Terms& terms)
+{
+    ForEachRefusedAllocation(
+        [&terms](TestAllocator& allocator)
+        {
+            const auto source = [&]
+            {
+                const auto spared = allocator.Spare();
+                return std::make_unique<HeldConstraint>(allocator, terms, 4.0F);
+            }();
+            Constraint x;
+            const auto* const result =
+                NuvLinearProgrammingConstraintConstructCopy(&x, &source->record);
+            EXPECT_EQ(result, allocator.Refusals() == 0 ? &x : nullptr);
+            if (result)
+                ExpectHolds(x, terms, 4.0F);
+            else
+                ExpectHolds(x, Terms{}, 0.0F);
+            NuvLinearProgrammingConstraintDestruct(&x);
+            ExpectHolds(source->record, terms, 4.0F);
+        });
+}
+
+TEST(ConstraintRefused, CopiesAnswerNullAndAreEmptyRows)
+{
+    ExpectCopyMadeOrEmpty(named);
+    ExpectCopyMadeOrEmpty(indexed);
+}
+
+template <class Old, class New>
+void ExpectAssignedOrEmpty(const Old& old, const New& terms)
+{
+    ForEachRefusedAllocation(
+        [&](TestAllocator& allocator)
+        {
+            const auto made = [&allocator](const auto& from, NuvFloat32 rhs)
+            {
+                const auto spared = allocator.Spare();
+                return std::make_unique<HeldConstraint>(allocator, from, rhs);
+            };
+            const auto x = made(old, 1.0F);
+            const auto source = made(terms, 4.0F);
+            const auto* const result =
+                NuvLinearProgrammingConstraintAssign(&x->record, &source->record);
+            EXPECT_EQ(result, allocator.Refusals() == 0 ? &x->record : nullptr);
+            if (result)
+                ExpectHolds(x->record, terms, 4.0F);
+            else
+                ExpectHolds(x->record, New{}, 1.0F);
+            ExpectHolds(source->record, terms, 4.0F);
+        });
+}
+
+// A record that is replaced keeps its old right-hand side.
+TEST(ConstraintRefused, AssignAnswersNullAndLeavesAnEmptyRow)
+{
+    const NamedTerms oldNames = {{"old", 1.0F}};
+    const IndexedTerms oldIndices = {{9, 1.0F}};
+    ExpectAssignedOrEmpty(oldNames, named);
+    ExpectAssignedOrEmpty(oldIndices, named);
+    ExpectAssignedOrEmpty(oldNames, indexed);
+    ExpectAssignedOrEmpty(oldIndices, indexed);
+}
+}  // namespace
