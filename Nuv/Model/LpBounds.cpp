@@ -176,7 +176,7 @@ std::uint32_t Parser::BoundColumn(const Token& name)
 {
     std::uint32_t column = 0;
     const std::uint32_t before = m_model.VariableCount();
-    if (InternVariable(name, column) && column == before)
+    if (InternVariable(name.text, column) && column == before)
     {
         m_log.Note(name.Begin(), "lp.new-variable",
                    fmt::format("'{}' has a bound but stands in no row and not in the objective",

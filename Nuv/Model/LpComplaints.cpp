@@ -109,16 +109,16 @@ bool Parser::AtSection(bool mayBeName)
 }
 
 /// Called once for each variable, where it is met first.
-bool Parser::CheckNewName(const Token& name)
+bool Parser::CheckNewName(std::string_view name)
 {
-    if (!CheckName(name.text, name.Begin()))
+    if (!CheckName(name, name.data()))
         return false;
-    if (EqualsIgnoringCase(name.text, "nan"))
+    if (EqualsIgnoringCase(name, "nan"))
         return NotANumber(name);
-    if (LooksLikeExponent(name.text))
+    if (LooksLikeExponent(name))
     {
-        m_log.Warn(name.Begin(), "lp.exponent-name",
-                   fmt::format("the variable '{}' looks like an exponent", name.text),
+        m_log.Warn(name.data(), "lp.exponent-name",
+                   fmt::format("the variable '{}' looks like an exponent", name),
                    "rename it, or other programs take it for a part of the number before it");
     }
     return true;
@@ -183,6 +183,8 @@ std::string Parser::Where() const
 
 bool Parser::Unexpected()
 {
+    if (!FlushTerms())
+        return false;
     const std::string_view word = m_token.text;
     switch (m_token.kind)
     {
@@ -232,7 +234,7 @@ bool Parser::Unexpected()
 bool Parser::UnexpectedName()
 {
     if (EqualsIgnoringCase(m_token.text, "nan"))
-        return NotANumber(m_token);
+        return NotANumber(m_token.text);
     if (m_place == Place::Bounds)
     {
         return FailHere("lp.bad-bound", fmt::format("'{}' has no place in a bound", m_token.text),
@@ -248,10 +250,9 @@ bool Parser::UnexpectedName()
                     std::string(hint));
 }
 
-bool Parser::NotANumber(const Token& name)
+bool Parser::NotANumber(std::string_view name)
 {
-    return m_log.Fail(name.Begin(), "lp.not-a-number",
-                      fmt::format("'{}' is not a number", name.text),
+    return m_log.Fail(name.data(), "lp.not-a-number", fmt::format("'{}' is not a number", name),
                       "write the number, or rename the variable");
 }
 
@@ -272,6 +273,8 @@ bool Parser::UnexpectedNumber()
 
 bool Parser::SecondRelation()
 {
+    if (!FlushTerms())
+        return false;
     return FailHere("lp.second-relation", fmt::format("a second '{}' {}", m_token.text, Where()),
                     m_place == Place::Bounds
                         ? "write lower <= variable <= upper"
@@ -280,6 +283,8 @@ bool Parser::SecondRelation()
 
 bool Parser::RowWithoutRelation(const Side& side)
 {
+    if (!FlushTerms())
+        return false;
     if (side.bareName && (m_token.firstOfLine || m_token.kind == TokenKind::End))
     {
         const Token name = Lexer({side.begin, static_cast<std::size_t>(m_text.data() +

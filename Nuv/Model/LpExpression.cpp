@@ -2,6 +2,8 @@
 /// ones into the entry that is there already.
 #include "Nuv/Model/LpParser.hpp"
 
+#include "Nuv/Model/Prefetch.hpp"
+
 #include "fmt/format.h"
 
 #include <cmath>
@@ -36,7 +38,7 @@ bool Parser::ParseObjective()
     if (!ParseSide(side, 1.0, SideKind::Objective))
         return false;
     m_model.SetObjectiveConstant(side.constant);
-    if (!EndObjective())
+    if (!FlushTerms() || !EndObjective())
         return false;
     if (side.constant != 0.0)
         m_log.Note(side.begin, "lp.objective-constant",
@@ -228,54 +230,82 @@ bool Parser::AddTerm(Side& side, const Token& name, double coefficient)
                           "infinity is a bound, not a variable");
     }
     side.hasVariables = true;
-    std::uint32_t column = 0;
-    if (!InternVariable(name, column))
-        return false;
+    m_pending.push_back({m_model.PrepareVariable(name.text), name.text, coefficient, 0});
+    return m_pending.size() < kPendingTerms || FlushTerms();
+}
+
+/// Takes the pending terms into the model. Must be called before a row or the objective ends, and
+/// before an error is reported, since the terms may hold one that comes first.
+bool Parser::FlushTerms()
+{
+    for (PendingTerm& term : m_pending)
+    {
+        if (!InternVariable(term.name, term.key, term.column))
+            return false;
+        Prefetch(&m_marks[term.column]);
+    }
+    for (const PendingTerm& term : m_pending)
+    {
+        if (!StoreTerm(term))
+            return false;
+    }
+    m_pending.clear();
+    return true;
+}
+
+bool Parser::StoreTerm(const PendingTerm& term)
+{
     const bool objective = m_place == Place::Objective;
     const std::uint32_t row = objective ? kObjectiveRow : m_model.RowCount() - 1;
+    const std::size_t rowStart = objective ? 0 : m_model.RowStarts()[row];
+    const double coefficient = term.coefficient;
     m_rowHasZeros = m_rowHasZeros || coefficient == 0.0;
-    Mark& mark = m_marks[column];
+    Mark& mark = m_marks[term.column];
     if (mark.row != row)
     {
-        mark = {row, m_model.NonzeroCount()};
+        mark = {row, static_cast<std::uint32_t>(m_model.NonzeroCount() - rowStart)};
         if (objective)
-            m_model.SetObjectiveCoefficient(column, coefficient);
+            m_model.SetObjectiveCoefficient(term.column, coefficient);
         else
-            m_model.AppendEntry(column, coefficient);
+            m_model.AppendEntry(term.column, coefficient);
         return true;
     }
-    const double sum = objective ? m_model.Objective()[column] + coefficient
-                                 : m_model.EntryOfLastRow(mark.entry) += coefficient;
+    const double sum = objective ? m_model.Objective()[term.column] + coefficient
+                                 : m_model.EntryOfLastRow(rowStart + mark.entry) += coefficient;
     if (objective)
-        m_model.SetObjectiveCoefficient(column, sum);
+        m_model.SetObjectiveCoefficient(term.column, sum);
     m_rowHasZeros = m_rowHasZeros || sum == 0.0;
     if (!std::isfinite(sum))
     {
         return m_log.Fail(
-            name.Begin(), "lp.number-too-large",
-            fmt::format("the coefficients of '{}' add up beyond double precision", name.text),
+            term.name.data(), "lp.number-too-large",
+            fmt::format("the coefficients of '{}' add up beyond double precision", term.name),
             "scale the model");
     }
-    return NoteRepeat(name);
+    return NoteRepeat(term.name);
 }
 
-bool Parser::NoteRepeat(const Token& name)
+bool Parser::NoteRepeat(std::string_view name)
 {
     constexpr std::string_view kCode = "lp.repeated-variable";
     if (m_log.Full(kCode))
-        m_log.CountOnly(kCode);
-    else
     {
-        m_log.Note(
-            name.Begin(), std::string(kCode),
-            fmt::format("'{}' stands twice {}: its coefficients are added up", name.text, Where()));
+        m_log.CountOnly(kCode);
+        return true;
     }
+    m_log.Note(name.data(), std::string(kCode),
+               fmt::format("'{}' stands twice {}: its coefficients are added up", name, Where()));
     return true;
 }
 
-bool Parser::InternVariable(const Token& name, std::uint32_t& column)
+bool Parser::InternVariable(std::string_view name, std::uint32_t& column)
 {
-    const NameTable::Interned found = m_model.InternVariable(name.text);
+    return InternVariable(name, m_model.PrepareVariable(name), column);
+}
+
+bool Parser::InternVariable(std::string_view name, const NameTable::Key& key, std::uint32_t& column)
+{
+    const NameTable::Interned found = m_model.InternVariable(name, key);
     column = found.index;
     if (!found.isNew)
         return true;

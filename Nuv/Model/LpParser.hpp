@@ -76,12 +76,23 @@ private:
         bool upper = false;
     };
 
-    /// The last row that a column occurs in, and the entry there.
+    /// The last row that a column occurs in, and which of that row's entries it is.
     struct Mark
     {
         std::uint32_t row;
-        std::size_t entry;
+        std::uint32_t entry;
     };
+
+    /// A term that has been read and waits for its variable to be looked up.
+    struct PendingTerm
+    {
+        NameTable::Key key;
+        std::string_view name;
+        double coefficient;
+        std::uint32_t column;
+    };
+    /// So many lookups wait for memory together.
+    static constexpr std::size_t kPendingTerms = 32;
 
     /// A value in Bounds or at the end of a row; infinite ones included.
     struct Value
@@ -112,9 +123,11 @@ private:
     bool SectionAfterObjectiveConstant(const Keyword& keyword) const;
     bool RelationFollowsOnLine() const;
     bool AddTerm(Side& side, const Token& name, double coefficient);
+    bool FlushTerms();
+    bool StoreTerm(const PendingTerm& term);
     bool AddInfinity(Side& side, double sign, SideKind kind);
     bool AddConstant(Side& side, double value, const char* at);
-    bool NoteRepeat(const Token& name);
+    bool NoteRepeat(std::string_view name);
     bool TakeLabel(Token& label);
     bool BeginRow(const std::optional<Token>& label);
     bool ParseRow();
@@ -147,8 +160,9 @@ private:
     }
     /// Whether m_token opens a section; `mayBeName` says that a variable could stand here too.
     bool AtSection(bool mayBeName);
-    bool InternVariable(const Token& name, std::uint32_t& column);
-    bool CheckNewName(const Token& name);
+    bool InternVariable(std::string_view name, std::uint32_t& column);
+    bool InternVariable(std::string_view name, const NameTable::Key& key, std::uint32_t& column);
+    bool CheckNewName(std::string_view name);
     bool CheckName(std::string_view name, const char* at);
     void FindProblemName(std::string_view before);
 
@@ -156,7 +170,7 @@ private:
     bool Unexpected();
     bool UnexpectedName();
     bool UnexpectedNumber();
-    bool NotANumber(const Token& name);
+    bool NotANumber(std::string_view name);
     bool SecondRelation();
     bool NotAModel();
     bool RowWithoutRelation(const Side& side);
@@ -188,6 +202,7 @@ private:
     Place m_place = Place::Start;
 
     std::vector<Mark> m_marks;
+    std::vector<PendingTerm> m_pending;
     std::vector<const char*> m_rowPlaces;
     std::vector<BoundPlace> m_boundPlaces;
     bool m_rowHasRepeats = false;

@@ -116,7 +116,7 @@ bool Parser::ParseIntegers(const Keyword& keyword)
             return Refuse(keyword);
         std::uint32_t column = 0;
         const std::uint32_t before = m_model.VariableCount();
-        if (!InternVariable(m_token, column))
+        if (!InternVariable(m_token.text, column))
             return false;
         if (column == before)
         {

@@ -202,6 +202,8 @@ bool Parser::SetRow(TokenKind relation, const Side& bound, double bodyConstant)
 
 bool Parser::FinishRow(double bodyConstant)
 {
+    if (!FlushTerms())
+        return false;
     const char* const at = m_rowPlaces.back();
     const bool empty = m_model.RowStarts().back() == m_model.RowStarts()[m_model.RowCount() - 1];
     if (m_rowHasZeros)

@@ -202,7 +202,16 @@ public:
     /// new.
     NameTable::Interned InternVariable(std::string_view name)
     {
-        const NameTable::Interned found = m_variableNames.Intern(name);
+        return InternVariable(name, m_variableNames.PrepareKey(name));
+    }
+    /// The same in two steps; see NameTable.
+    [[nodiscard]] NameTable::Key PrepareVariable(std::string_view name) const noexcept
+    {
+        return m_variableNames.PrepareKey(name);
+    }
+    NameTable::Interned InternVariable(std::string_view name, const NameTable::Key& key)
+    {
+        const NameTable::Interned found = m_variableNames.Intern(name, key);
         if (found.isNew)
             AppendColumn({});
         return found;

@@ -17,6 +17,12 @@ class NameTable
 public:
     static constexpr std::uint32_t None = 0xFFFFFFFFu;
 
+    /// What a lookup computes from a name: its first bytes, padded with zeros, and the hash of all.
+    struct Key
+    {
+        std::uint64_t head[2];
+        std::uint64_t hash;
+    };
     struct Interned
     {
         std::uint32_t index;
@@ -42,6 +48,11 @@ public:
     /// The index of `name`, appended if it is new. `name` is not empty.
     Interned Intern(std::string_view name);
 
+    /// The same in two steps, for a reader of many names that cannot wait for memory at each: the
+    /// key, and soon afterwards the name with its key.
+    [[nodiscard]] Key PrepareKey(std::string_view name) const noexcept;
+    Interned Intern(std::string_view name, const Key& key);
+
     /// Appends an entry that has no name yet.
     std::uint32_t AddUnnamed();
 
@@ -57,16 +68,24 @@ private:
         std::size_t offset;
         std::size_t length;
     };
-    /// `index` is None in a free slot; `tag` spares most of the comparisons with names that merely
-    /// share the slot.
+    static constexpr std::size_t kHead = 16;
+    static constexpr std::size_t kFewest = 16;
+
+    /// `index` is None in a free slot. The tag, a part of the hash, spares a look at the rest of
+    /// most names that agree in their first bytes only.
     struct Slot
     {
+        std::uint64_t head[2];
+        std::size_t length;
         std::uint32_t tag;
         std::uint32_t index;
     };
 
-    [[nodiscard]] std::size_t Probe(std::string_view name, std::uint64_t hash) const noexcept;
-    void Store(std::uint32_t index, std::string_view name);
+    [[nodiscard]] static Key MakeKey(std::string_view name) noexcept;
+    [[nodiscard]] bool Holds(const Slot& slot, std::string_view name,
+                             const Key& key) const noexcept;
+    [[nodiscard]] std::size_t Probe(std::string_view name, const Key& key) const noexcept;
+    void Store(Slot& slot, std::uint32_t index, std::string_view name, const Key& key);
     void GrowIfFull();
     void Rehash(std::size_t slots);
 
