@@ -11,3 +11,8 @@ nuv_test(
     SOURCES core/Pair.cpp core/RecordLayouts.cpp core/Records.cpp core/String.cpp
     LIBRARIES Nuv::LinearProgramming
     LABELS valgrind)
+nuv_test(
+    core_list
+    SOURCES core/List.cpp core/ListIterators.cpp core/ListLinks.cpp core/ListRefused.cpp
+    LIBRARIES Nuv::LinearProgramming
+    LABELS valgrind)
