@@ -61,8 +61,16 @@ struct SolveOptions
     Numbers numbers = Numbers::AsStored;
     /// Asked before each pivot if set; returning false stops the solve.
     std::function<bool(const SolveProgress&)> keepGoing;
-    /// Sees each pivot of the float stage if set.
-    std::function<void(const FloatPivot&)> onFloatPivot;
+    /// Whether to keep the vertices that the float stage passes through.
+    bool recordPath = false;
+};
+
+/// A vertex on the way of the float stage.
+struct PathStep
+{
+    std::uint32_t phase = 0;  ///< in which it was left
+    double objective = 0.0;   ///< in the model's own sense
+    std::vector<double> values;
 };
 
 struct Solution
@@ -84,6 +92,7 @@ struct Solution
     Proof proof;
     Binary32Report binary32;
     FloatResult floatStage;
+    std::vector<PathStep> path;  ///< if it was asked for
     double floatSeconds = 0.0;
     double seconds = 0.0;
     Error failure;  ///< Invalid

@@ -36,8 +36,26 @@ bool Contradicts(const LinearForm& form)
     return false;
 }
 
+/// Where the float stage stands before a pivot. A basic artificial variable is left out.
+PathStep VertexBefore(const FloatPivot& pivot, const LinearForm& form, const Lowering& lowering,
+                      double sign)
+{
+    std::vector<double> canonical(lowering.form.columns, 0.0);
+    for (std::size_t i = 0; i < pivot.basic.size(); ++i)
+        if (pivot.basic[i] != 0 && pivot.basic[i] <= lowering.form.columns)
+            canonical[pivot.basic[i] - 1] = static_cast<double>(pivot.values[i]);
+    PathStep step;
+    step.phase = pivot.phase;
+    step.values = LiftValues(lowering, canonical);
+    double objective = form.constant;
+    for (Index j = 0; j < form.columns; ++j)
+        objective += form.cost[j] * step.values[j];
+    step.objective = sign * objective;
+    return step;
+}
+
 /// @return the basis to go on from, if the stage found one.
-std::optional<Basis> RunFloatStage(const LinearForm& form, const SolveOptions& options,
+std::optional<Basis> RunFloatStage(const LinearForm& form, double sign, const SolveOptions& options,
                                    const Clock& clock, Solution& solution)
 {
     const double start = clock.Seconds();
@@ -52,8 +70,8 @@ std::optional<Basis> RunFloatStage(const LinearForm& form, const SolveOptions& o
                         : 50 * (std::uint64_t{lowering.form.rows} + lowering.form.columns);
     limits.keepGoing = [&](const FloatPivot& pivot)
     {
-        if (options.onFloatPivot)
-            options.onFloatPivot(pivot);
+        if (options.recordPath)
+            solution.path.push_back(VertexBefore(pivot, form, lowering, sign));
         const double seconds = clock.Seconds();
         return seconds < options.seconds &&
                (!options.keepGoing ||
@@ -150,7 +168,7 @@ Solution Solve(const Model& model, const SolveOptions& options)
     form.numbers = options.numbers;
     std::optional<Basis> start;
     if (!Contradicts(form))
-        start = RunFloatStage(form, options, clock, solution);
+        start = RunFloatStage(form, sign, options, clock, solution);
     solution.proof = SolveProved(form, start ? &*start : nullptr, LimitsOf(options, clock, sign));
     Report(form, sign, solution);
     solution.seconds = clock.Seconds();
