@@ -74,9 +74,14 @@ std::size_t NameTable::Probe(std::string_view name, const Key& key) const noexce
 
 std::uint32_t NameTable::Find(std::string_view name) const noexcept
 {
+    return Find(name, MakeKey(name));
+}
+
+std::uint32_t NameTable::Find(std::string_view name, const Key& key) const noexcept
+{
     if (m_slots.empty() || name.empty())
         return None;
-    return m_slots[Probe(name, MakeKey(name))].index;
+    return m_slots[Probe(name, key)].index;
 }
 
 NameTable::Interned NameTable::Intern(std::string_view name)

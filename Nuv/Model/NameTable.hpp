@@ -52,6 +52,7 @@ public:
     /// key, and soon afterwards the name with its key.
     [[nodiscard]] Key PrepareKey(std::string_view name) const noexcept;
     Interned Intern(std::string_view name, const Key& key);
+    [[nodiscard]] std::uint32_t Find(std::string_view name, const Key& key) const noexcept;
 
     /// Appends an entry that has no name yet.
     std::uint32_t AddUnnamed();

@@ -1,0 +1,139 @@
+/// The common number goes through std::from_chars as it stands; what that does not know (a leading
+/// plus, Fortran's exponents) is brought into its form.
+#include "Nuv/Model/MpsNumber.hpp"
+
+#include "Nuv/Model/Rational.hpp"
+
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace nuv::mps
+{
+namespace
+{
+
+constexpr std::size_t kDigitsOfADouble = 17;
+constexpr std::size_t kMostDigits = 60;
+constexpr int kMostExponent = 400;
+
+/// With the exponent letter that std::from_chars knows.
+Number ReadFortran(std::string_view text, std::size_t letter)
+{
+    std::string copy(text);
+    copy[letter] = 'e';
+    const bool exponent = letter != 0 && letter + 1 < text.size();
+    return exponent ? ReadNumber(copy) : Number{0.0, NumberFault::NotANumber};
+}
+
+/// std::from_chars says "out of range" at both ends. A number at the small one has only zeros
+/// before its point, or a negative exponent.
+NumberFault Beyond(std::string_view text) noexcept
+{
+    const std::size_t letter = text.find_first_of("eE");
+    if (letter != std::string_view::npos)
+        return text.substr(letter).starts_with("e-") || text.substr(letter).starts_with("E-")
+                   ? NumberFault::TooSmall
+                   : NumberFault::TooLarge;
+    return text.substr(0, text.find('.')).find_first_of("123456789") == std::string_view::npos
+               ? NumberFault::TooSmall
+               : NumberFault::TooLarge;
+}
+
+/// A plain decimal: its digits without point, and the power of ten of the last of them.
+struct Decimal
+{
+    std::string digits;
+    int exponent = 0;
+};
+
+bool IsDigit(char c) noexcept
+{
+    return c >= '0' && c <= '9';
+}
+
+/// The decimal behind a number that ReadNumber took; nothing if it is short or out of all
+/// proportion.
+std::optional<Decimal> LongDecimal(std::string_view text)
+{
+    Decimal decimal;
+    std::size_t at = text.find_first_not_of("+-");
+    bool point = false;
+    for (; at < text.size() && (IsDigit(text[at]) || text[at] == '.'); ++at)
+    {
+        if (text[at] == '.')
+        {
+            point = true;
+            continue;
+        }
+        if (decimal.digits.size() == kMostDigits)
+            return std::nullopt;
+        // Zeros in front are not digits of the number; a zero alone would be read as octal's sign.
+        if (!decimal.digits.empty() || text[at] != '0')
+            decimal.digits += text[at];
+        decimal.exponent -= point ? 1 : 0;
+    }
+    if (decimal.digits.size() <= kDigitsOfADouble)
+        return std::nullopt;
+    if (at < text.size())
+    {
+        std::string_view rest = text.substr(at + 1);
+        rest.remove_prefix(rest.starts_with('+') ? 1 : 0);
+        int exponent = 0;
+        if (std::from_chars(rest.data(), rest.data() + rest.size(), exponent).ec != std::errc{} ||
+            std::abs(exponent) > kMostExponent)
+            return std::nullopt;
+        decimal.exponent += exponent;
+    }
+    return decimal;
+}
+
+Rational Exactly(const Decimal& decimal)
+{
+    const Integer digits(decimal.digits);
+    const int power = std::abs(decimal.exponent);
+    const Integer tens = PowerOf({power, power});
+    return decimal.exponent < 0 ? Rational(digits, tens) : Rational(digits * tens);
+}
+
+}  // namespace
+
+Number ReadNumber(std::string_view text) noexcept
+{
+    const char* first = text.data();
+    const char* const last = first + text.size();
+    if (first != last && *first == '+')
+    {
+        ++first;
+        if (first != last && *first == '-')
+            return {0.0, NumberFault::NotANumber};
+    }
+    Number number;
+    const std::from_chars_result result = std::from_chars(first, last, number.value);
+    if (result.ptr != last && (*result.ptr == 'd' || *result.ptr == 'D') &&
+        result.ec != std::errc::invalid_argument)
+        return ReadFortran(text, static_cast<std::size_t>(result.ptr - text.data()));
+    if (result.ec == std::errc::invalid_argument || result.ptr != last)
+        return {0.0, NumberFault::NotANumber};
+    if (result.ec == std::errc::result_out_of_range)
+        return {0.0, Beyond(text)};
+    if (std::isnan(number.value))
+        return {0.0, NumberFault::Undefined};
+    return number;
+}
+
+double EndOfRange(double rightHandSide, double range, std::string_view text, bool sum)
+{
+    const std::optional<Decimal> decimal =
+        std::isfinite(range) && std::isfinite(rightHandSide) ? LongDecimal(text) : std::nullopt;
+    if (!decimal)
+        return sum ? rightHandSide + range : rightHandSide - range;
+    Rational exact = Exactly(*decimal);
+    if (std::signbit(range) == sum)
+        exact = -exact;
+    return ToDouble(ToRational(rightHandSide) + exact);
+}
+
+}  // namespace nuv::mps

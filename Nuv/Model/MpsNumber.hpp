@@ -1,0 +1,40 @@
+/// Numbers as MPS files write them: an optional sign, digits with an optional point, an exponent
+/// after e, E, d or D; infinity and nan in the words of C. Every number is the nearest double.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace nuv::mps
+{
+
+/// From here on a bound stands for infinity, as most programs take it.
+inline constexpr double kInfiniteFrom = 1e30;
+/// Programs that take numbers from here on for infinite are common enough to warn.
+inline constexpr double kInfiniteForSomeFrom = 1e20;
+
+enum class NumberFault : std::uint8_t
+{
+    None,
+    NotANumber,  ///< the text is none
+    Undefined,   ///< "nan"
+    TooLarge,    ///< beyond the largest double
+    TooSmall,    ///< not zero, and below the smallest double
+};
+
+struct Number
+{
+    double value = 0.0;  ///< may be infinite
+    NumberFault fault = NumberFault::None;
+};
+
+[[nodiscard]] Number ReadNumber(std::string_view text) noexcept;
+
+/// rightHandSide - range or, with `sum`, rightHandSide + range: in double precision, unless `text`,
+/// which is what `range` was read from, has more digits than a double holds; then the nearest
+/// double to the result with all of them. Not every pair of doubles is the sum of two doubles that
+/// short decimals can name, so a writer of ranges needs the longer ones.
+[[nodiscard]] double EndOfRange(double rightHandSide, double range, std::string_view text,
+                                bool sum);
+
+}  // namespace nuv::mps
