@@ -1,0 +1,17 @@
+/// The verbs of nuvlp. Each adds its subcommand with its options to the application and, when it is
+/// the one that was called, leaves its exit code in `exitCode`.
+#pragma once
+
+#include "ExitCodes.hpp"
+
+namespace CLI
+{
+class App;
+}
+
+namespace nuvlp
+{
+
+void AddSolveCommand(CLI::App& app, ExitCode& exitCode);
+
+}  // namespace nuvlp

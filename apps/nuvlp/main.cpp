@@ -1,0 +1,39 @@
+// nuvlp: the library from the command line. Results go to stdout, everything else to stderr.
+#include "Commands.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
+#include <iostream>
+
+int main(int argc, char** argv)
+{
+    CLI::App app("Reads, solves and proves linear programs.", "nuvlp");
+    app.set_version_flag("--version", "nuvlp " NUVLP_VERSION);
+    app.require_subcommand(1);
+    nuvlp::ExitCode exitCode = nuvlp::ExitCode::Success;
+    nuvlp::AddSolveCommand(app, exitCode);
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (const CLI::ParseError& error)
+    {
+        // Help and version arrive here too, as errors whose code is 0.
+        return app.exit(error, std::cout, std::cerr) == 0
+                   ? 0
+                   : static_cast<int>(nuvlp::ExitCode::Usage);
+    }
+    catch (const std::bad_alloc&)
+    {
+        std::fputs("nuvlp: not enough memory\n", stderr);
+        exitCode = nuvlp::ExitCode::Internal;
+    }
+    catch (const std::exception& error)
+    {
+        std::fprintf(stderr, "nuvlp: internal error: %s\n", error.what());
+        exitCode = nuvlp::ExitCode::Internal;
+    }
+    return static_cast<int>(exitCode);
+}
