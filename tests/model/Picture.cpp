@@ -50,7 +50,10 @@ nuv::Model Works()
         return expression;
     };
     for (char c = 'A'; c != 'O'; ++c)
-        model.Add(std::string("line_").append(1, c), sum(true) <= 100 * draw());
+    {
+        const nuv::Expression use = sum(true);  // drawn before the capacity
+        model.Add(std::string("line_").append(1, c), use <= 100 * draw());
+    }
     model.Add("demand", sum(false) >= 8);
     model.Maximize(sum(true));
     return model;
