@@ -16,3 +16,9 @@ nuv_test(
     SOURCES core/List.cpp core/ListIterators.cpp core/ListLinks.cpp core/ListRefused.cpp
     LIBRARIES Nuv::LinearProgramming
     LABELS valgrind)
+nuv_test(
+    core_unordered
+    SOURCES core/Unordered.cpp core/UnorderedAgainstReference.cpp core/UnorderedExchange.cpp
+            core/UnorderedOrder.cpp core/UnorderedRefused.cpp
+    LIBRARIES Nuv::LinearProgramming
+    LABELS valgrind)

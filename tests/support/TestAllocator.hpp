@@ -88,6 +88,12 @@ public:
         return requests;
     }
 
+    /// The bytes that the last request asked for, granted or not.
+    NuvSizeT LastRequest() const
+    {
+        return lastRequest;
+    }
+
     std::size_t ZeroByteRequests() const
     {
         return zeroByteRequests;
@@ -199,6 +205,7 @@ private:
     {
         TestAllocator& self = Self(allocator);
         ++self.requests;
+        self.lastRequest = size;
         self.zeroByteRequests += size == 0;
         if (self.IsRefused())
         {
@@ -292,6 +299,7 @@ private:
     NuvSizeT liveBytes = 0;
     NuvSizeT peakBytes = 0;
     std::size_t requests = 0;
+    NuvSizeT lastRequest = 0;
     std::size_t zeroByteRequests = 0;
     std::size_t refusals = 0;
     std::size_t nullsGivenBack = 0;
