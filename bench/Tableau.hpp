@@ -1,0 +1,36 @@
+// The yardstick: the simplex method as one writes it by hand for a program that needs it today, a
+// dense tableau in double precision under Dantzig's rule, tuned as far as it stays simple (no
+// columns for basic variables, rows with a zero multiplier skipped, vectorised row updates).
+#ifndef BENCH_TABLEAU_HPP
+#define BENCH_TABLEAU_HPP
+
+#include <cstdint>
+
+#include "bench/Families.hpp"
+
+namespace bench
+{
+enum class Verdict
+{
+    Optimal,
+    Unbounded,
+    Infeasible,
+    /// Given up at a limit, or failed.
+    Stopped
+};
+
+const char* NameOf(Verdict verdict);
+
+struct TableauResult
+{
+    Verdict verdict;
+    double objective;
+    std::uint64_t pivots;
+};
+
+/// Solves from the slack basis, through Phase I with one artificial variable when a right-hand side
+/// is negative. Makes its own tableau, which is part of the time that it takes.
+TableauResult SolveByTableau(const Instance& instance, std::uint64_t maxPivots);
+}  // namespace bench
+
+#endif
