@@ -30,16 +30,26 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvTypes.h)
 
 set(NUV_CORE_SOURCES
+    Nuv/Utils/NuvBasisInverse.cpp
+    Nuv/Utils/NuvBasisInversion.cpp
+    Nuv/Utils/NuvBasisUpdate.cpp
     Nuv/Utils/NuvKernels.cpp
+    Nuv/Utils/NuvKernelsAvx2.cpp
+    Nuv/Utils/NuvKernelsAvx512.cpp
+    Nuv/Utils/NuvKernelsBaseline.cpp
+    Nuv/Utils/NuvKernelsPlain.cpp
     Nuv/Utils/NuvLinearProgramming.cpp
     Nuv/Utils/NuvLinearProgrammingContainers.cpp
     Nuv/Utils/NuvLinearProgrammingEditing.cpp
     Nuv/Utils/NuvLinearProgrammingRecords.cpp
     Nuv/Utils/NuvLinearProgrammingSolve.cpp
     Nuv/Utils/NuvLinearProgrammingStandardForm.cpp
+    Nuv/Utils/NuvLiteralRoad.cpp
+    Nuv/Utils/NuvReducedCosts.cpp
     Nuv/Utils/NuvRevisedSimplex.cpp
     Nuv/Utils/NuvScratchAllocator.cpp
     Nuv/Utils/NuvSimplexIteration.cpp
+    Nuv/Utils/NuvSolveStorage.cpp
     Nuv/Utils/NuvString.cpp)
 
 # Static, or shared with BUILD_SHARED_LIBS.
@@ -70,7 +80,32 @@ nuv_warnings(NuvLinearProgramming)
 nuv_exact_floats(NuvLinearProgramming)
 nuv_no_cxx_runtime(NuvLinearProgramming)
 if(NOT MSVC)
-    # The vectoriser, also where a user's own flags for a release stop at -O2.
-    set_source_files_properties(
-        Nuv/Utils/NuvKernels.cpp PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo>:-O3>")
+    # Full optimisation of the inner loops, also where a user's own flags for a release stop at -O2.
+    foreach(set Plain Baseline Avx2 Avx512)
+        list(APPEND nuv_loops Nuv/Utils/NuvKernels${set}.cpp)
+    endforeach()
+    list(APPEND nuv_loops Nuv/Utils/NuvKernels.cpp)
+    set_property(
+        SOURCE ${nuv_loops} APPEND
+        PROPERTY COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo>:-O3>")
 endif()
+
+# The loops once more for wider vectors, to be chosen at run time; on another compiler or processor
+# these sources are compiled as they are and offer nothing.
+include(CheckCXXSourceCompiles)
+function(nuv_loops_for source flags macro)
+    set(CMAKE_REQUIRED_FLAGS "${flags}")
+    check_cxx_source_compiles(
+        "#if !defined(${macro}) || !(defined(__x86_64__) || defined(__i386__))
+        #error
+        #endif
+        int main() { return __builtin_cpu_supports(\"avx2\"); }"
+        NUV_HAS${macro})
+    if(NUV_HAS${macro})
+        separate_arguments(options UNIX_COMMAND "${flags}")
+        set_property(SOURCE ${source} APPEND PROPERTY COMPILE_OPTIONS ${options})
+    endif()
+endfunction()
+nuv_loops_for(Nuv/Utils/NuvKernelsAvx2.cpp "-mavx2" __AVX2__)
+nuv_loops_for(
+    Nuv/Utils/NuvKernelsAvx512.cpp "-mavx512f -mavx512bw -mavx512dq -mavx512vl" __AVX512VL__)

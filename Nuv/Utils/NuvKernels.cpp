@@ -1,4 +1,4 @@
-// The float loops.
+// The choice of the float loops, and what is made of them without regard to the machine.
 #include "Nuv/Utils/NuvKernels.h"
 
 #include "Nuv/Utils/NuvFloatContract.h"
@@ -7,23 +7,16 @@ namespace nuv
 {
 namespace
 {
-template <class T>
-void MultiplyInOrder(const T* x, const T* y, T* result, NuvSizeT rows, NuvSizeT inner,
-                     NuvSizeT cols)
+bool MachineHas(InstructionSet set)
 {
-    for (NuvSizeT i = 0; i != rows; ++i)
-    {
-        T* const sums = result + i * cols;
-        for (NuvSizeT j = 0; j != cols; ++j)
-            sums[j] = T(0);
-        for (NuvSizeT k = 0; k != inner; ++k)
-        {
-            const T multiplier = x[i * inner + k];
-            const T* const row = y + k * cols;
-            for (NuvSizeT j = 0; j != cols; ++j)
-                sums[j] = sums[j] + multiplier * row[j];
-        }
-    }
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+    if (set == InstructionSet::Avx512)
+        return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+               __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
+    if (set == InstructionSet::Avx2)
+        return __builtin_cpu_supports("avx2");
+#endif
+    return set == InstructionSet::Plain || set == InstructionSet::Baseline;
 }
 
 /// The magnitude as the pivot search forms it: −0 stays −0, and a NaN stays itself.
@@ -57,34 +50,60 @@ void ExchangeRows(NuvFloat32* x, NuvFloat32* y, NuvSizeT n)
         y[j] = held;
     }
 }
-
-void DivideRow(NuvFloat32* row, NuvFloat32 divisor, NuvSizeT n)
-{
-    for (NuvSizeT j = 0; j != n; ++j)
-        row[j] = row[j] / divisor;
-}
-
-void SubtractMultiple(NuvFloat32* row, const NuvFloat32* pivotRow, NuvFloat32 multiplier,
-                      NuvSizeT n)
-{
-    for (NuvSizeT j = 0; j != n; ++j)
-        row[j] = row[j] - pivotRow[j] * multiplier;
-}
 }  // namespace
+
+const Kernels* KernelsOf(InstructionSet set)
+{
+    if (!MachineHas(set))
+        return nullptr;
+    switch (set)
+    {
+    case InstructionSet::Avx512:
+        return Avx512Kernels();
+    case InstructionSet::Avx2:
+        return Avx2Kernels();
+    case InstructionSet::Baseline:
+        return BaselineKernels();
+    default:
+        return PlainKernels();
+    }
+}
+
+const Kernels* KernelsOfThisMachine()
+{
+    const Kernels* found = KernelsOf(InstructionSet::Avx512);
+    if (!found)
+        found = KernelsOf(InstructionSet::Avx2);
+    if (!found)
+        found = KernelsOf(InstructionSet::Baseline);
+    return found ? found : PlainKernels();
+}
 
 void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
               NuvSizeT inner, NuvSizeT cols)
 {
-    MultiplyInOrder(x, y, result, rows, inner, cols);
+    KernelsOfThisMachine()->multiply(x, y, result, rows, inner, cols);
 }
 
 void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows, NuvSizeT inner,
               NuvSizeT cols)
 {
-    MultiplyInOrder(x, y, result, rows, inner, cols);
+    for (NuvSizeT i = 0; i != rows; ++i)
+    {
+        NuvUint* const sums = result + i * cols;
+        for (NuvSizeT j = 0; j != cols; ++j)
+            sums[j] = 0;
+        for (NuvSizeT k = 0; k != inner; ++k)
+        {
+            const NuvUint multiplier = x[i * inner + k];
+            const NuvUint* const row = y + k * cols;
+            for (NuvSizeT j = 0; j != cols; ++j)
+                sums[j] = sums[j] + multiplier * row[j];
+        }
+    }
 }
 
-bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
+bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
 {
     for (NuvSizeT k = 0; k != n; ++k)
     {
@@ -98,17 +117,22 @@ bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
             ExchangeRows(result + k * n, result + pivotRow * n, n);
         }
         const NuvFloat32 pivot = y[k * n + k];
-        DivideRow(y + k * n, pivot, n);
-        DivideRow(result + k * n, pivot, n);
+        kernels->divide(y + k * n, pivot, n);
+        kernels->divide(result + k * n, pivot, n);
         for (NuvSizeT i = 0; i != n; ++i)
         {
             if (i == k)
                 continue;
             const NuvFloat32 multiplier = y[i * n + k];
-            SubtractMultiple(y + i * n, y + k * n, multiplier, n);
-            SubtractMultiple(result + i * n, result + k * n, multiplier, n);
+            kernels->subtractMultiple(y + i * n, y + k * n, multiplier, n);
+            kernels->subtractMultiple(result + i * n, result + k * n, multiplier, n);
         }
     }
     return true;
+}
+
+bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
+{
+    return ReduceToIdentity(KernelsOfThisMachine(), y, result, n);
 }
 }  // namespace nuv

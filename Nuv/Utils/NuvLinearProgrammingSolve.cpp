@@ -9,14 +9,20 @@ NuvLinearProgrammingResultType NuvLinearProgrammingSolve(NuvLinearProgramming* l
 NuvLinearProgrammingResultType
 NuvLinearProgrammingSolveMonitored(NuvLinearProgramming* lp, NuvLinearProgrammingMonitor* monitor)
 {
-    if (!NuvLinearProgrammingPrepareInputs_(lp))
+    nuv::Watch watch = {monitor, 0, nuv::KernelsOfThisMachine()};
+    return nuv::SolveUnderWatch(lp, &watch);
+}
+
+NuvLinearProgrammingResultType nuv::SolveUnderWatch(NuvLinearProgramming* lp, Watch* watch)
+{
+    StandardFormFacts facts;
+    if (!PrepareInputs(lp, &facts))
         return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
-    nuv::Watch watch = {monitor, 0};
     if (NuvRevisedSimplexIsPhaseIRequired(lp))
     {
-        const NuvLinearProgrammingResultType result = nuv::SolvePhaseI(lp, &watch);
+        const NuvLinearProgrammingResultType result = SolvePhaseI(lp, watch, &facts);
         if (result != NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
             return result;
     }
-    return nuv::SolvePhaseII(lp, &watch);
+    return SolvePhaseII(lp, watch, &facts);
 }

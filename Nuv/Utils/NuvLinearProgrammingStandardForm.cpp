@@ -1,9 +1,9 @@
 // The standard form: the model as dense matrices, one slack column per row. With n variables and m
 // constraints, A is m × (n + m) with the identity in its last m columns, and the slack columns are
 // the first basis.
-#include "Nuv/Utils/NuvLinearProgramming.h"
-
 #include "Nuv/Templates/NuvStorage.hpp"
+#include "Nuv/Utils/NuvFloatContract.h"
+#include "Nuv/Utils/NuvRevisedSimplex.h"
 
 namespace nuv
 {
@@ -30,25 +30,41 @@ bool ResizeMatrices(NuvLinearProgramming* lp, NuvSizeT m)
     return true;
 }
 
-/// Stores one coefficient in a row of n; a later one for the same variable replaces it.
-bool StoreCoefficient(NuvFloat32* row, NuvUint n, NuvUint index, NuvFloat32 coefficient)
+/// Stores values and takes note of them: a product with 0 is 0 for finite values alone.
+struct Recorder
 {
-    if (index == 0 || index > n)
-        return false;
-    row[index - 1] = coefficient;
-    return true;
-}
+    NuvFloat32 sumOfZeros;
+    NuvSizeT count;
 
-bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n)
+    NuvFloat32 Note(NuvFloat32 value)
+    {
+        sumOfZeros = sumOfZeros + value * 0.0F;
+        return value;
+    }
+
+    /// Stores one coefficient in a row of n; a later one for the same variable replaces it.
+    bool Store(NuvFloat32* row, NuvUint n, NuvUint index, NuvFloat32 coefficient)
+    {
+        if (index == 0 || index > n)
+            return false;
+        row[index - 1] = Note(coefficient);
+        ++count;
+        return true;
+    }
+};
+
+bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n,
+                  Recorder* recorder)
 {
     for (const NuvPair_NuvUint__NuvFloat32* term = terms->begin; term != terms->end; ++term)
-        if (!StoreCoefficient(row, n, term->first, term->second))
+        if (!recorder->Store(row, n, term->first, term->second))
             return false;
     return true;
 }
 
 bool StoreByName(const NuvLinearProgramming* lp,
-                 const NuvVector_NuvPair_NuvString__NuvFloat32* terms, NuvFloat32* row)
+                 const NuvVector_NuvPair_NuvString__NuvFloat32* terms, NuvFloat32* row,
+                 Recorder* recorder)
 {
     for (const NuvPair_NuvString__NuvFloat32* term = terms->begin; term != terms->end; ++term)
     {
@@ -60,32 +76,31 @@ bool StoreByName(const NuvLinearProgramming* lp,
         const NuvLinearProgrammingVariable* const variable =
             &NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableConstIteratorContentOf(&found)
                  ->second;
-        if (!StoreCoefficient(row, lp->numVars, NuvLinearProgrammingVariableGetIndex(variable),
-                              term->second))
+        if (!recorder->Store(row, lp->numVars, variable->index, term->second))
             return false;
     }
     return true;
 }
 
 bool StoreConstraint(NuvLinearProgramming* lp, const NuvLinearProgrammingConstraint* constraint,
-                     NuvSizeT r)
+                     NuvSizeT r, Recorder* recorder)
 {
     NuvFloat32* const row = RowOf(&lp->A, r);
     const NuvVector_NuvPair_NuvString__NuvFloat32* const named =
         NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(constraint);
     const bool isStored =
-        named ? StoreByName(lp, named, row)
+        named ? StoreByName(lp, named, row, recorder)
               : StoreByIndex(
                     NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(constraint), row,
-                    lp->numVars);
+                    lp->numVars, recorder);
     if (!isStored)
         return false;
-    lp->b.data[r] = NuvLinearProgrammingConstraintGetRhs(constraint);
+    lp->b.data[r] = recorder->Note(NuvLinearProgrammingConstraintGetRhs(constraint));
     return true;
 }
 
 /// Makes a row per constraint, in the order in which the map is walked.
-bool StoreConstraints(NuvLinearProgramming* lp)
+bool StoreConstraints(NuvLinearProgramming* lp, Recorder* recorder)
 {
     const NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entries =
         &lp->constraints.l;
@@ -94,7 +109,7 @@ bool StoreConstraints(NuvLinearProgramming* lp)
     {
         const NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entry =
             NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(&link);
-        if (!StoreConstraint(lp, &entry->second, r))
+        if (!StoreConstraint(lp, &entry->second, r, recorder))
             return false;
         ++r;
     }
@@ -117,11 +132,21 @@ bool StoreSlackBasis(NuvLinearProgramming* lp)
 }  // namespace
 }  // namespace nuv
 
-NuvBool NuvLinearProgrammingPrepareInputs_(NuvLinearProgramming* lp)
+bool nuv::PrepareInputs(NuvLinearProgramming* lp, StandardFormFacts* facts)
 {
     const NuvSizeT m = NuvUnordered_NuvUint__NuvLinearProgrammingConstraintSize(&lp->constraints);
-    if (!nuv::ResizeMatrices(lp, m) || !nuv::StoreConstraints(lp) ||
-        !nuv::StoreByIndex(&lp->objective, lp->c.data, lp->numVars) || !nuv::StoreSlackBasis(lp))
-        return NUV_FALSE;
-    return NUV_TRUE;
+    Recorder recorder = {0.0F, 0};
+    if (!ResizeMatrices(lp, m) || !StoreConstraints(lp, &recorder))
+        return false;
+    facts->nonzeros = recorder.count;
+    if (!StoreByIndex(&lp->objective, lp->c.data, lp->numVars, &recorder) || !StoreSlackBasis(lp))
+        return false;
+    facts->isExact = recorder.sumOfZeros == 0.0F;
+    return true;
+}
+
+NuvBool NuvLinearProgrammingPrepareInputs_(NuvLinearProgramming* lp)
+{
+    nuv::StandardFormFacts facts;
+    return nuv::PrepareInputs(lp, &facts) ? NUV_TRUE : NUV_FALSE;
 }

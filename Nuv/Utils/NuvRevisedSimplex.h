@@ -2,6 +2,7 @@
 #ifndef NUV_UTILS_NUVREVISEDSIMPLEX_H
 #define NUV_UTILS_NUVREVISEDSIMPLEX_H
 
+#include "Nuv/Utils/NuvKernels.h"
 #include "Nuv/Utils/NuvLinearProgrammingMonitor.h"
 
 /// result = the inverse of the basis after a pivot, from the inverse Ab_inv (m × m) before it, in
@@ -16,16 +17,33 @@ extern "C" NuvBool NuvRevisedSimplexAlogirthmBasisUpdate(const NuvMatrix_NuvFloa
 
 namespace nuv
 {
-/// Who watches a solve, and how many pivots it has made in both phases.
+/// Who watches a solve, how many pivots it has made in both phases, and the loops it runs on.
 struct Watch
 {
     NuvLinearProgrammingMonitor* monitor;
     NuvUint pivots;
+    const Kernels* kernels;
 };
 
+/// What is known about a standard form without reading it.
+struct StandardFormFacts
+{
+    /// All of A, b and c is finite, the last m columns of A are the identity and cost nothing.
+    bool isExact;
+    /// No fewer than A's other columns have entries other than +0.
+    NuvSizeT nonzeros;
+};
+
+/// NuvLinearProgrammingPrepareInputs_, which also tells what it knows about the result.
+bool PrepareInputs(NuvLinearProgramming* lp, StandardFormFacts* facts);
+
 /// The two phases under a watch; they answer Stopped when it ends them.
-NuvLinearProgrammingResultType SolvePhaseI(NuvLinearProgramming* lp, Watch* watch);
-NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, Watch* watch);
+NuvLinearProgrammingResultType SolvePhaseI(NuvLinearProgramming* lp, Watch* watch,
+                                           const StandardFormFacts* facts);
+NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, Watch* watch,
+                                            const StandardFormFacts* facts);
+/// The whole solve under a watch.
+NuvLinearProgrammingResultType SolveUnderWatch(NuvLinearProgramming* lp, Watch* watch);
 }  // namespace nuv
 
 #endif

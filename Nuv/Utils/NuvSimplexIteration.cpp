@@ -1,208 +1,260 @@
-// The steps of the iteration.
+// The steps of the iteration, and the choice of the road.
 #include "Nuv/Utils/NuvSimplexIteration.h"
 
 #include <float.h>
 
 #include <initializer_list>
 
-#include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Utils/NuvFloatContract.h"
+#include "Nuv/Utils/NuvStdCLibInline.h"
 
 namespace nuv
 {
 namespace
 {
-/// The blocks that a pivot leaves behind besides its basic values. Nothing is ever written to them.
-struct Leftovers
+/// Cuts the iteration's arrays out of the block.
+/// @return the size that the block must have.
+NuvSizeT LayOut(Iteration* it, NuvSizeT nonzeros, void* block)
 {
-    static constexpr int count = 3;
-    void* blocks[count];
-};
-
-void ReturnLeftovers(const Iteration* it, const Leftovers* leftovers, int taken)
-{
-    while (taken != 0)
-        NuvAllocatorDeallocate(it->basicValues.allocator, leftovers->blocks[--taken],
-                               BytesOf(&it->basicValues));
+    Cutter cutter(block);
+    const NuvSizeT stride = PaddedLength(it->m);
+    cutter.Take(&it->basic, it->m);
+    cutter.Take(&it->independent, it->width);
+    for (NuvFloat32** const x : {&it->basicCosts, &it->b, &it->prices, &it->basicValues,
+                                 &it->column, &it->direction, &it->ratios})
+        cutter.Take(x, stride);
+    cutter.Take(&it->elimination.steps, it->m);
+    // Where slacks cost nothing, no more basic variables have a cost than there are others.
+    const NuvUint fewer = it->m < it->n ? it->m : it->n;
+    LayOut(&it->inverse, it->m, it->costs ? fewer : 1, &cutter);
+    LayOut(&it->reducedCosts, it->m, it->n, nonzeros, &cutter);
+    const NuvSizeT forPricing = it->reducedCosts.isSparse ? 0 : PaddedLength(it->n);
+    const NuvSizeT forInversion = it->costs ? stride : 0;
+    cutter.Take(&it->copies, it->m * (forInversion > forPricing ? forInversion : forPricing));
+    return cutter.BytesNeeded();
 }
 
-bool TakeLeftovers(const Iteration* it, Leftovers* leftovers)
+bool IsSlackBasis(const Iteration* it)
 {
-    for (int i = 0; i != Leftovers::count; ++i)
+    for (NuvUint i = 0; i != it->m; ++i)
+        if (it->basic[i] != SlackOf(it, i))
+            return false;
+    return true;
+}
+
+/// Whether the columns of the first basis stand under their labels: in Phase II by definition, in
+/// Phase I if the labels are those of a fresh standard form.
+bool HasColumnsUnderLabels(const Iteration* it)
+{
+    if (it->costs)
+        return true;
+    for (NuvUint j = 0; j != it->width; ++j)
+        if (it->independent[j] != j)
+            return false;
+    return IsSlackBasis(it);
+}
+
+/// Places the nonbasic labels for pricing.
+/// @return whether each label but 0 stands in exactly one place.
+bool PlaceLabels(Iteration* it)
+{
+    ReducedCosts* const x = &it->reducedCosts;
+    for (NuvUint i = 0; i != it->m; ++i)
+        if (!MarkPlaced(x, it->basic[i]))
+            return false;
+    for (NuvUint j = 0; j != it->width; ++j)
     {
-        leftovers->blocks[i] =
-            NuvAllocatorAllocate(it->basicValues.allocator, BytesOf(&it->basicValues));
-        if (leftovers->blocks[i])
+        const NuvUint label = it->independent[j];
+        if (label == 0)
             continue;
-        ReturnLeftovers(it, leftovers, i);
-        return false;
+        if (!MarkPlaced(x, label))
+            return false;
+        MakeNonbasic(x, label, CostOf(it, label), j);
     }
     return true;
 }
 
-/// Brings the inverse to the basis in which column k of A stands in row `leaving`.
-bool UpdateInverse(Iteration* it, NuvUint k, NuvUint leaving)
+/// Begins the fast road.
+/// @return false when it does not lead anywhere.
+bool EnterFast(Iteration* it)
 {
-    NuvMatrix_NuvFloat32 former;
-    if (!NuvMatrix_NuvFloat32ConstructCopy(&former, &it->inverse))
+    BeginReducedCosts(&it->reducedCosts, it->copies);
+    if (!PlaceLabels(it))
         return false;
-    const NuvBool isUpdated =
-        NuvRevisedSimplexAlogirthmBasisUpdate(it->A, &former, k, leaving, leaving, &it->inverse);
-    NuvMatrix_NuvFloat32Destruct(&former);
-    return isUpdated != NUV_FALSE;
+    if (IsSlackBasis(it))
+    {
+        SetToIdentity(&it->inverse);
+        NuvMemZero(it->prices, it->inverse.stride * sizeof *it->prices);
+        return true;
+    }
+    it->elimination.multipliers = it->copies;
+    const BasisColumns columns = {it->A, static_cast<NuvSizeT>(it->n) + it->m, it->basic};
+    if (!Invert(&it->inverse, &columns, &it->elimination))
+        return false;
+    for (NuvUint i = 0; i != it->m; ++i)
+        SetCost(&it->inverse, i, it->basicCosts[i]);
+    ComputePrices(&it->inverse, it->prices);
+    return true;
+}
+
+void CopyEnteringColumn(Iteration* it, NuvUint label)
+{
+    if (label != 0 && !it->isLiteral)
+    {
+        CopyColumn(&it->reducedCosts, label, it->column, it->inverse.stride);
+        return;
+    }
+    for (NuvUint i = 0; i != it->m; ++i)
+        it->column[i] = EntryOfA(it, i, label);
+}
+
+/// Leaves what a pivot leaves behind: four blocks of m floats and one of m × m.
+bool LeavePivotBehind(const Iteration* it)
+{
+    const NuvSizeT vector = it->m * sizeof(NuvFloat32);
+    const NuvSizeT sizes[] = {vector, vector, vector, vector, vector * it->m};
+    return LeaveBehind(it->allocator, sizes, 5);
 }
 }  // namespace
 
-void BeginIteration(Iteration* it, Watch* watch, NuvUint phase, NuvLinearProgramming* lp)
+bool BeginIteration(Iteration* it, Watch* watch, NuvUint phase, const NuvLinearProgramming* lp,
+                    const StandardFormFacts* facts)
 {
     it->watch = watch;
     it->phase = phase;
-    it->A = &lp->A;
-    it->firstLabel = 1;
-    it->b = &lp->b;
-    NuvMatrix_NuvUintConstructDefault(&it->basic, lp->alloc);
-    NuvMatrix_NuvUintConstructDefault(&it->independent, lp->alloc);
-    for (NuvMatrix_NuvFloat32* const x :
-         {&it->basicCosts, &it->nonbasicCosts, &it->nonbasicColumns, &it->inverse, &it->prices,
-          &it->reducedCosts, &it->basicValues, &it->column, &it->direction})
-        NuvMatrix_NuvFloat32ConstructDefault(x, lp->alloc);
+    it->allocator = lp->alloc;
+    it->kernels = watch->kernels;
+    it->m = lp->numConstraints;
+    it->n = lp->numVars;
+    it->width = phase == 1 ? it->n + 1 : it->n;
+    it->A = lp->A.data;
+    it->costs = phase == 1 ? nullptr : lp->c.data;
+    it->isLiteral = false;
+    it->inverse.kernels = it->kernels;
+    it->reducedCosts.kernels = it->kernels;
+    it->reducedCosts.A = it->A;
+    if (!TakeWorkspace(&it->workspace, it->allocator, LayOut(it, facts->nonzeros, nullptr)))
+        return false;
+    (void)LayOut(it, facts->nonzeros, it->workspace.block);
+    const NuvSizeT bytes = PaddedLength(it->m) * sizeof *it->b;
+    for (NuvFloat32* const x : {it->basicCosts, it->b, it->column, it->basicValues, it->direction})
+        NuvMemZero(x, bytes);
+    NuvMemCopy(it->b, lp->b.data, it->m * sizeof *it->b);
+    return true;
 }
 
-bool TakeStorage(Iteration* it, NuvUint m, NuvUint width)
+bool EnterFirstBasis(Iteration* it, const StandardFormFacts* facts)
 {
-    return NuvMatrix_NuvUintResize(&it->basic, 1, m) &&
-           NuvMatrix_NuvUintResize(&it->independent, 1, width) &&
-           NuvMatrix_NuvFloat32Resize(&it->basicCosts, 1, m) &&
-           NuvMatrix_NuvFloat32Resize(&it->nonbasicCosts, 1, width) &&
-           NuvMatrix_NuvFloat32Resize(&it->nonbasicColumns, m, width) &&
-           NuvMatrix_NuvFloat32Resize(&it->inverse, m, m) &&
-           NuvMatrix_NuvFloat32Resize(&it->prices, 1, m) &&
-           NuvMatrix_NuvFloat32Resize(&it->reducedCosts, 1, width) &&
-           NuvMatrix_NuvFloat32Resize(&it->column, m, 1) &&
-           NuvMatrix_NuvFloat32Resize(&it->direction, m, 1);
+    for (NuvUint i = 0; i != it->m; ++i)
+        it->basicCosts[i] = CostOf(it, it->basic[i]);
+    if (facts->isExact && HasColumnsUnderLabels(it) && EnterFast(it))
+        return true;
+    if (!BeginLiteralRoad(it))
+        return false;
+    EnterFirstBasisLiterally(it);
+    return true;
 }
 
 void EndIteration(Iteration* it)
 {
-    for (NuvMatrix_NuvFloat32* const x :
-         {&it->basicCosts, &it->nonbasicCosts, &it->nonbasicColumns, &it->inverse, &it->prices,
-          &it->reducedCosts, &it->basicValues, &it->column, &it->direction})
-        NuvMatrix_NuvFloat32Destruct(x);
-    NuvMatrix_NuvUintDestruct(&it->basic);
-    NuvMatrix_NuvUintDestruct(&it->independent);
+    if (it->isLiteral)
+        GiveBack(&it->literal.workspace);
+    GiveBack(&it->workspace);
 }
 
-void Price(Iteration* it)
+Entering ChooseEntering(Iteration* it)
 {
-    NuvMatrix_NuvFloat32Multiply(&it->basicCosts, &it->inverse, &it->prices);
-    NuvMatrix_NuvFloat32Multiply(&it->prices, &it->nonbasicColumns, &it->reducedCosts);
-    NuvMatrix_NuvFloat32Subtract(&it->nonbasicCosts, &it->reducedCosts, &it->reducedCosts);
+    Entering entering = {0, 0.0F};
+    entering.reducedCost =
+        it->isLiteral ? FindLargestLiterally(it, &entering.position)
+                      : FindLargestReducedCost(&it->reducedCosts, it->prices, &entering.position);
+    return entering;
 }
 
-Entering ChooseEntering(const Iteration* it)
+bool ComputeValuesAndDirection(Iteration* it, const Entering* entering)
 {
-    Entering best = {0, 0.0F};
-    for (NuvUint j = 0; j != it->reducedCosts.nc; ++j)
+    const bool hasEntering = entering->reducedCost != 0.0F;
+    if (hasEntering)
+        CopyEnteringColumn(it, it->independent[entering->position]);
+    if (it->isLiteral)
     {
-        const NuvFloat32 reducedCost = it->reducedCosts.data[j];
-        if (reducedCost >= best.reducedCost)
-            best = {j, reducedCost};
+        MultiplyLiterally(it, it->b, it->basicValues);
+        if (hasEntering)
+            MultiplyLiterally(it, it->column, it->direction);
+        return true;
     }
-    return best;
+    MultiplyByInverse(&it->inverse, it->b, it->basicValues, hasEntering ? it->column : nullptr,
+                      it->direction);
+    // Each entry of a column that an update may have changed is a factor of a basic value: one that
+    // is not finite shows there. Prices that are not finite are not to be multiplied by zeros that
+    // are left out.
+    const NuvSizeT stride = it->inverse.stride;
+    return it->kernels->isFinite(it->basicValues, stride) &&
+           it->kernels->isFinite(it->prices, stride);
 }
 
-bool ComputeBasicValues(Iteration* it)
+Leaving ChooseLeaving(Iteration* it)
 {
-    NuvMatrix_NuvFloat32Multiply(&it->inverse, it->b, &it->basicValues);
-    return IsStored(&it->basicValues);
-}
-
-void ComputeDirection(Iteration* it, NuvUint entering)
-{
-    const NuvUint k = it->independent.data[entering] - it->firstLabel;
-    NuvMatrix_NuvFloat32CopyRange(&it->column, it->A, 0, 0, 0, k, it->column.nr, 1);
-    NuvMatrix_NuvFloat32Multiply(&it->inverse, &it->column, &it->direction);
-}
-
-Leaving ChooseLeaving(const Iteration* it)
-{
-    NuvFloat32 smallest = FLT_MAX;
+    const NuvFloat32 smallest =
+        it->kernels->formRatios(it->basicValues, it->direction, it->ratios, PaddedLength(it->m));
+    if (smallest == FLT_MAX)
+        return {0, false};
     NuvUint row = 0;
-    for (NuvUint i = 0; i != it->basicValues.nr; ++i)
-    {
-        const NuvFloat32 decrease = it->direction.data[i];
-        if (decrease <= 0.0F)
-            continue;
-        const NuvFloat32 ratio = it->basicValues.data[i] / decrease;
-        if (smallest > ratio || (ratio == smallest && it->basic.data[i] == 0))
-        {
+    while (it->ratios[row] != smallest)
+        ++row;
+    for (NuvUint i = row; it->phase == 1 && i != it->m; ++i)
+        if (it->basic[i] == 0 && it->ratios[i] == smallest)
             row = i;
-            smallest = ratio;
-        }
-    }
-    return {row, smallest != FLT_MAX};
+    return {row, true};
 }
 
-bool IsGoingOn(Iteration* it, NuvUint entering, NuvUint leaving)
+bool IsGoingOn(const Iteration* it, NuvUint entering, NuvUint leaving)
 {
     ++it->watch->pivots;
     NuvLinearProgrammingMonitor* const monitor = it->watch->monitor;
     if (!monitor)
         return true;
-    const NuvLinearProgrammingPivot pivot = {it->phase,
-                                             it->watch->pivots,
-                                             it->independent.data[entering],
-                                             it->basic.data[leaving],
-                                             it->basic.nc,
-                                             it->basic.data,
-                                             it->basicValues.data};
+    const NuvLinearProgrammingPivot pivot = {
+        it->phase, it->watch->pivots, it->independent[entering], it->basic[leaving], it->m,
+        it->basic, it->basicValues};
     return monitor->beforePivot(monitor, &pivot) != NUV_FALSE;
 }
 
 void Exchange(Iteration* it, NuvUint entering, NuvUint leaving)
 {
-    const NuvUint label = it->basic.data[leaving];
-    it->basic.data[leaving] = it->independent.data[entering];
-    it->independent.data[entering] = label;
-    const NuvFloat32 cost = it->basicCosts.data[leaving];
-    it->basicCosts.data[leaving] = it->nonbasicCosts.data[entering];
-    it->nonbasicCosts.data[entering] = cost;
-    NuvMatrix_NuvFloat32CopyRange(&it->nonbasicColumns, it->A, 0, entering, 0,
-                                  label - it->firstLabel, it->nonbasicColumns.nr, 1);
+    const NuvUint label = it->independent[entering];
+    const NuvUint former = it->basic[leaving];
+    it->basic[leaving] = label;
+    it->independent[entering] = former;
+    it->basicCosts[leaving] = CostOf(it, label);
+    if (it->isLiteral)
+    {
+        ExchangeLiterally(it, entering, leaving);
+        return;
+    }
+    if (label != 0)
+        MakeBasic(&it->reducedCosts, label);
+    if (former != 0)
+        MakeNonbasic(&it->reducedCosts, former, CostOf(it, former), entering);
 }
 
 bool Pivot(Iteration* it, NuvUint entering, NuvUint leaving)
 {
-    Leftovers leftovers;
-    if (!TakeLeftovers(it, &leftovers))
-        return false;
-    const NuvUint k = it->independent.data[entering] - it->firstLabel;
     Exchange(it, entering, leaving);
-    if (!UpdateInverse(it, k, leaving))
-    {
-        ReturnLeftovers(it, &leftovers, Leftovers::count);
+    if (!it->isLiteral && !FormEta(&it->inverse, it->direction, leaving) && !TakeLiteralRoad(it))
         return false;
-    }
-    LeaveBehind(&it->basicValues);
-    return true;
+    if (it->isLiteral)
+        UpdateLiterally(it, leaving);
+    else
+        Update(&it->inverse, leaving, it->basicCosts[leaving], it->prices);
+    return LeavePivotBehind(it);
 }
 
-bool LeavePivotBehind(Iteration* it)
+bool TakeLiteralRoad(Iteration* it)
 {
-    Leftovers leftovers;
-    if (!TakeLeftovers(it, &leftovers))
+    if (!BeginLiteralRoad(it))
         return false;
-    LeaveBehind(&it->basicValues);
+    TakeInverseOver(it);
     return true;
-}
-
-void LeaveBehind(NuvMatrix_NuvFloat32* x)
-{
-    NuvMatrix_NuvFloat32ConstructDefault(x, x->allocator);
-}
-
-void LeaveBehind(NuvMatrix_NuvUint* x)
-{
-    NuvMatrix_NuvUintConstructDefault(x, x->allocator);
 }
 }  // namespace nuv
