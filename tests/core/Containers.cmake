@@ -8,7 +8,8 @@ nuv_test(
     LABELS valgrind)
 nuv_test(
     core_records
-    SOURCES core/Pair.cpp core/RecordLayouts.cpp core/Records.cpp core/String.cpp
+    SOURCES core/Pair.cpp core/RecordLayouts.cpp core/Records.cpp core/RecordsRefused.cpp
+            core/String.cpp support/TestAllocator.cpp
     LIBRARIES Nuv::LinearProgramming
     LABELS valgrind)
 nuv_test(

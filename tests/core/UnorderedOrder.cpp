@@ -60,7 +60,7 @@ TYPED_TEST(UnorderedOrder, ResizeToWhatIsThereChangesNothing)
     HeldMap<M> map(this->nodes, this->buckets, ConstantHash<typename M::Key>, {1, 2, 3, 4});
     const Entries before = *map;
     const std::size_t requests = this->buckets.Requests();
-    for (const NuvSizeT n : {0, 4, 7})
+    for (const NuvSizeT n : {0u, 4u, 7u})
         EXPECT_EQ(M::Resize(map, n), 1);
     EXPECT_EQ(*map, before);
     EXPECT_EQ(this->buckets.Requests(), requests);

@@ -35,7 +35,7 @@ TYPED_TEST(Vector, ReserveWithinTheCapacityChangesNothing)
     HeldVector<V> vector(this->allocator, {1, 2, 3});
     const auto before = vector.vector;
     const std::size_t requests = this->allocator.Requests();
-    for (const NuvSizeT capacity : {0, 1, 3})
+    for (const NuvSizeT capacity : {0u, 1u, 3u})
     {
         EXPECT_EQ(V::Reserve(vector, capacity), 1);
         EXPECT_EQ(vector->begin, before.begin);

@@ -247,4 +247,36 @@ TEST(VectorOfNames, AssignedNamesStayOnTheirAllocatorAndAppendedOnesFollowTheirS
     EXPECT_TRUE(allocator.Owns(vector->begin[0].first.buf));
     EXPECT_TRUE(elsewhere.Owns(vector->begin[1].first.buf));
 }
+// In place, a new value is assigned to the element that stood there; behind the old end it is
+// copied.
+TEST(VectorOfNames, NamesInsertedWithRoomLieWhereTheElementsLayThatStoodThere)
+{
+    TestAllocator first;
+    TestAllocator second;
+    TestAllocator third;
+    using V = NameAndFloatVector;
+    for (const bool isRange : {false, true})
+    {
+        HeldVector<V> vector(first, {1});
+        ASSERT_EQ(V::PushBack(vector, ElementOf<V>(2, second)), 1);
+        ASSERT_EQ(V::Reserve(vector, 5), 1);
+        const HeldVector<V> source(third, {7, 7, 7});
+        if (isRange)
+            ASSERT_EQ(V::InsertRange(vector, vector->begin, source.vector.begin, source.vector.end),
+                      1);
+        else
+            ASSERT_EQ(V::InsertN(vector, vector->begin, 3, source.vector.begin), 1);
+        EXPECT_EQ(*vector, (Numbers{7, 7, 7, 1, 2}));
+        const TestAllocator* const owners[] = {&first, &second, &third, &first, &second};
+        for (std::size_t i = 0; i != std::size(owners); ++i)
+            EXPECT_TRUE(owners[i]->Owns(vector->begin[i].first.buf)) << i;
+    }
+    HeldVector<V> vector(first, {1});
+    ASSERT_EQ(V::Reserve(vector, 3), 1);
+    V::Insert(vector, vector->begin, ElementOf<V>(7, third));
+    V::Insert(vector, vector->end, ElementOf<V>(8, third));
+    EXPECT_EQ(*vector, (Numbers{7, 1, 8}));
+    EXPECT_TRUE(first.Owns(vector->begin[0].first.buf));
+    EXPECT_TRUE(third.Owns(vector->begin[2].first.buf));
+}
 }  // namespace

@@ -217,7 +217,7 @@ TYPED_TEST(VectorInsertion, PushBackTakesItsOwnElementWithAndWithoutGrowth)
 TYPED_TEST(VectorInsertion, InsertTakesItsOwnElementWithAndWithoutGrowth)
 {
     using V = TypeParam;
-    for (const NuvSizeT capacity : {4, 5})
+    for (const NuvSizeT capacity : {4u, 5u})
         for (std::ptrdiff_t place = 0; place <= 4; ++place)
             for (std::ptrdiff_t own = 0; own < 4; ++own)
             {
@@ -235,7 +235,7 @@ TYPED_TEST(VectorInsertion, InsertTakesItsOwnElementWithAndWithoutGrowth)
 TYPED_TEST(VectorInsertion, InsertNTakesItsOwnElementWithAndWithoutGrowth)
 {
     using V = TypeParam;
-    for (const NuvSizeT capacity : {4, 8})
+    for (const NuvSizeT capacity : {4u, 8u})
         for (std::ptrdiff_t place = 0; place <= 4; ++place)
             for (std::ptrdiff_t own = 0; own < 4; ++own)
             {
@@ -252,7 +252,7 @@ TYPED_TEST(VectorInsertion, InsertNTakesItsOwnElementWithAndWithoutGrowth)
 TYPED_TEST(VectorInsertion, InsertRangeTakesItsOwnElementsWithAndWithoutGrowth)
 {
     using V = TypeParam;
-    for (const NuvSizeT capacity : {4, 8})
+    for (const NuvSizeT capacity : {4u, 8u})
         for (std::ptrdiff_t place = 0; place <= 4; ++place)
             for (std::ptrdiff_t own = 0; own < 4; ++own)
             {
@@ -272,7 +272,7 @@ TYPED_TEST(VectorInsertion, InsertRangeTakesItsOwnElementsWithAndWithoutGrowth)
 TYPED_TEST(VectorInsertion, ResizeTakesItsOwnElementWithAndWithoutGrowth)
 {
     using V = TypeParam;
-    for (const NuvSizeT capacity : {3, 8})
+    for (const NuvSizeT capacity : {3u, 8u})
         for (std::ptrdiff_t own = 0; own < 3; ++own)
         {
             HeldVector<V> vector(this->allocator, {1, 2, 3});

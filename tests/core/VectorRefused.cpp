@@ -147,7 +147,7 @@ TYPED_TEST(VectorRefused, InsertRangeOfItsOwnElementsFailsUnchanged)
 TYPED_TEST(VectorRefused, ResizeFailsWithTheSameElements)
 {
     using V = TypeParam;
-    for (const NuvSizeT capacity : {3, 8})
+    for (const NuvSizeT capacity : {3u, 8u})
     {
         if (capacity == 8 && !Numbered<typename V::Element>::takesBlocks)
             continue;
