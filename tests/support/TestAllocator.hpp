@@ -275,11 +275,13 @@ private:
 
     static void CheckGuardsOf(const unsigned char* memory, NuvSizeT size)
     {
+        const unsigned char* const before = memory - GuardSize;
+        const unsigned char* const behind = memory + size;
         for (std::size_t i = 0; i < GuardSize; ++i)
         {
-            if (memory[i - GuardSize] == Guard && memory[size + i] == Guard)
+            if (before[i] == Guard && behind[i] == Guard)
                 continue;
-            ADD_FAILURE() << "a byte " << (memory[size + i] == Guard ? "before" : "behind")
+            ADD_FAILURE() << "a byte " << (behind[i] == Guard ? "before" : "behind")
                           << " a block of " << size << " bytes was written";
             return;
         }
