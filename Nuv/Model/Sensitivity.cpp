@@ -197,7 +197,7 @@ private:
         }
     };
 
-    [[nodiscard]] Range NonbasicCost(Index column) const
+    [[nodiscard]] AllowedRange NonbasicCost(Index column) const
     {
         const Value zeroReduced = -m_reduced[column];
         const double end = m_kind.ShiftedCost(column, zeroReduced);
@@ -216,7 +216,7 @@ private:
 
     /// Raising the cost of the variable at `position` by t lowers each reduced cost by t times the
     /// entry of that row of the tableau.
-    [[nodiscard]] Range BasicCost(Index position) const
+    [[nodiscard]] AllowedRange BasicCost(Index position) const
     {
         std::vector<Value> row(m_form.rows, Value(0));
         row[position] = Value(1);
@@ -255,7 +255,7 @@ private:
     }
 
     /// A side that does not hold the activity may come as close as the activity itself.
-    void RangeSides(Index row, Range& lower, Range& upper) const
+    void RangeSides(Index row, AllowedRange& lower, AllowedRange& upper) const
     {
         const Index logical = m_form.columns + row;
         const double activity = m_kind.ShiftedSide(logical, 0.0, m_kind.Solution(logical));
@@ -268,7 +268,7 @@ private:
                 lower = upper = {activity, activity};
             return;
         }
-        const Range moving = ActiveSide(row);
+        const AllowedRange moving = ActiveSide(row);
         if (m_status[logical] == BasisStatus::AtLower || equation)
             lower = moving;
         if (m_status[logical] == BasisStatus::AtUpper || equation)
@@ -282,7 +282,7 @@ private:
 
     /// Moving the active side by t moves the basic variables by t times the solution for the unit
     /// right side.
-    [[nodiscard]] Range ActiveSide(Index row) const
+    [[nodiscard]] AllowedRange ActiveSide(Index row) const
     {
         std::vector<Value> column(m_form.rows, Value(0));
         column[row] = Value(1);

@@ -11,19 +11,19 @@
 namespace nuv
 {
 
-struct Range
+struct AllowedRange
 {
     double lower = -std::numeric_limits<double>::infinity();
     double upper = std::numeric_limits<double>::infinity();
-    bool operator==(const Range&) const = default;
+    bool operator==(const AllowedRange&) const = default;
 };
 
 struct Sensitivity
 {
-    std::vector<Range> cost;      ///< by column: of its cost
-    std::vector<Range> rowLower;  ///< by row: of its lower side
+    std::vector<AllowedRange> cost;      ///< by column: of its cost
+    std::vector<AllowedRange> rowLower;  ///< by row: of its lower side
     /// By row: of its upper side. The sides of an equation move together.
-    std::vector<Range> rowUpper;
+    std::vector<AllowedRange> rowUpper;
 };
 
 /// The ranges at the optimum that `proof` holds: computed in rationals and rounded once for small

@@ -8,10 +8,12 @@
 /// are by variable or by row, and empty where the status has nothing to say.
 #pragma once
 
+#include "Nuv/Model/Conflict.hpp"
 #include "Nuv/Model/Error.hpp"
 #include "Nuv/Model/FloatStage.hpp"
 #include "Nuv/Model/Model.hpp"
 #include "Nuv/Model/Proof.hpp"
+#include "Nuv/Model/Sensitivity.hpp"
 
 #include <functional>
 #include <string>
@@ -63,6 +65,10 @@ struct SolveOptions
     std::function<bool(const SolveProgress&)> keepGoing;
     /// Whether to keep the vertices that the float stage passes through.
     bool recordPath = false;
+    /// Whether to find how far each cost and each side of a row may move.
+    bool sensitivity = false;
+    /// How long to look for a minimal conflict in an infeasible model, at most.
+    double conflictSeconds = 5.0;
 };
 
 /// A vertex on the way of the float stage.
@@ -87,6 +93,12 @@ struct Solution
     std::vector<double> duals;
     std::vector<double> ray;     ///< Unbounded: a direction by variable that improves for ever
     std::vector<double> farkas;  ///< Infeasible: a multiplier by row; their combination contradicts
+
+    /// Infeasible: rows and bounds that exclude each other, by the index of variables of the form:
+    /// columns first, then rows.
+    Conflict conflict;
+    /// Optimal, if it was asked for; in the model's own sense.
+    Sensitivity sensitivity;
 
     /// The certificate itself, for the minimisation form; basis and violations are there too.
     Proof proof;

@@ -152,6 +152,31 @@ void Report(const LinearForm& form, double sign, Solution& solution)
             .push_back(sign * proof.reduced[v] + 0.0);
 }
 
+/// The ranges of the minimisation form, as ranges of the model's own costs.
+Sensitivity InSense(Sensitivity sensitivity, double sign)
+{
+    if (sign < 0.0)
+        for (AllowedRange& range : sensitivity.cost)
+            range = {-range.upper, -range.lower};
+    return sensitivity;
+}
+
+/// What is worth knowing of a proved verdict beyond its proof.
+void Analyse(const LinearForm& form, double sign, const SolveOptions& options, const Clock& clock,
+             Solution& solution)
+{
+    if (!solution.proved)
+        return;
+    if (solution.status == SolveStatus::Optimal && options.sensitivity)
+        solution.sensitivity = InSense(AnalyseSensitivity(form, solution.proof), sign);
+    if (solution.status != SolveStatus::Infeasible)
+        return;
+    Limits limits;
+    limits.seconds =
+        std::fmin(options.conflictSeconds, std::fmax(0.0, options.seconds - clock.Seconds()));
+    solution.conflict = FindConflict(form, solution.proof, limits);
+}
+
 }  // namespace
 
 Solution Solve(const Model& model, const SolveOptions& options)
@@ -171,6 +196,7 @@ Solution Solve(const Model& model, const SolveOptions& options)
         start = RunFloatStage(form, sign, options, clock, solution);
     solution.proof = SolveProved(form, start ? &*start : nullptr, LimitsOf(options, clock, sign));
     Report(form, sign, solution);
+    Analyse(form, sign, options, clock, solution);
     solution.seconds = clock.Seconds();
     return solution;
 }

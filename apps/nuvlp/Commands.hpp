@@ -13,5 +13,8 @@ namespace nuvlp
 {
 
 void AddSolveCommand(CLI::App& app, ExitCode& exitCode);
+void AddCheckCommand(CLI::App& app, ExitCode& exitCode);
+void AddConvertCommand(CLI::App& app, ExitCode& exitCode);
+void AddPlotCommand(CLI::App& app, ExitCode& exitCode);
 
 }  // namespace nuvlp

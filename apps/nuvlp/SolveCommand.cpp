@@ -1,8 +1,11 @@
 // nuvlp solve FILE: reads, solves, prints.
 #include "Commands.hpp"
 #include "Input.hpp"
+#include "OutputFile.hpp"
+#include "ReadingOptions.hpp"
 #include "TextReport.hpp"
 
+#include "Nuv/Model/JsonReport.hpp"
 #include "Nuv/Model/ModelFile.hpp"
 #include "Nuv/Model/Solution.hpp"
 
@@ -20,12 +23,14 @@ namespace
 
 struct Options
 {
-    std::string file;
+    ModelSource source;
+    std::string output;
     std::optional<std::uint64_t> maxPivots;
     std::optional<double> timeLimit;
     bool exitStatus = false;
     bool quiet = false;
-    bool relax = false;
+    bool json = false;
+    bool sensitivity = false;
 };
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -49,6 +54,7 @@ nuv::SolveOptions SolveOptionsOf(const Options& options)
     }
     if (options.timeLimit)
         solve.seconds = *options.timeLimit;
+    solve.sensitivity = options.sensitivity;
     solve.keepGoing = [](const nuv::SolveProgress&) { return interrupted == 0; };
     return solve;
 }
@@ -73,7 +79,7 @@ ExitCode ExitCodeOfStatus(nuv::SolveStatus status, bool exitStatus)
 
 ExitCode Run(const Options& options)
 {
-    const nuv::Reading reading = nuv::ReadModelFile(options.file, {options.relax});
+    const nuv::Reading reading = nuv::ReadModelFile(options.source.file, options.source.options);
     PrintDiagnostics(reading.diagnostics, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
@@ -82,8 +88,10 @@ ExitCode Run(const Options& options)
     if (solution.status == nuv::SolveStatus::Invalid)
         PrintDiagnostics({nuv::WithoutPlace(solution.failure)}, Show::Errors);
     const Detail detail = options.quiet ? Detail::Verdict : Detail::Full;
-    return WriteOutput(TextReport(*reading.model, solution, detail),
-                       ExitCodeOfStatus(solution.status, options.exitStatus));
+    const std::string report = options.json
+                                   ? nuv::JsonReport(*reading.model, solution, reading.diagnostics)
+                                   : TextReport(*reading.model, solution, detail);
+    return WriteTo(options.output, report, ExitCodeOfStatus(solution.status, options.exitStatus));
 }
 
 }  // namespace
@@ -92,10 +100,11 @@ void AddSolveCommand(CLI::App& app, ExitCode& exitCode)
 {
     const auto options = std::make_shared<Options>();
     CLI::App* command = app.add_subcommand("solve", "Solve a model and print the answer");
+    AddModelSource(*command, options->source);
     command
-        ->add_option("FILE", options->file,
-                     "The model, in CPLEX-LP format, plain or gzipped; - is standard input")
-        ->required();
+        ->add_option("-o,--output", options->output,
+                     "The file to write to; standard output if not given")
+        ->type_name("RESULT");
     command
         ->add_option("--max-pivots", options->maxPivots,
                      "Stop a stage of the solve after so many pivots")
@@ -107,7 +116,9 @@ void AddSolveCommand(CLI::App& app, ExitCode& exitCode)
                       "Exit with 2 if infeasible and 3 if unbounded");
     command->add_flag("-q,--quiet", options->quiet,
                       "Print status and objective only, and no warnings");
-    command->add_flag("--relax", options->relax, "Read integer variables as continuous ones");
+    command->add_flag("--json", options->json, "Write the result as JSON, for programs");
+    command->add_flag("--sensitivity", options->sensitivity,
+                      "Find how far each cost and each side of a row may move");
     command->callback([options, &exitCode] { exitCode = Run(*options); });
 }
 

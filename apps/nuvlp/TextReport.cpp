@@ -2,6 +2,8 @@
 // doubles.
 #include "TextReport.hpp"
 
+#include "Nuv/Model/JsonReport.hpp"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -71,24 +73,6 @@ std::string Number(double value)
     return fmt::format("{}", value + 0.0);
 }
 
-std::string_view StatusWord(nuv::SolveStatus status)
-{
-    switch (status)
-    {
-    case nuv::SolveStatus::Optimal:
-        return "optimal";
-    case nuv::SolveStatus::Infeasible:
-        return "infeasible";
-    case nuv::SolveStatus::Unbounded:
-        return "unbounded";
-    case nuv::SolveStatus::Stopped:
-        return "stopped";
-    case nuv::SolveStatus::Invalid:
-        break;
-    }
-    return "invalid";
-}
-
 std::string StopWords(nuv::StopReason reason)
 {
     switch (reason)
@@ -127,7 +111,7 @@ std::string SlackWords(double activity, double lower, double upper)
 
 std::string Head(const nuv::Solution& solution)
 {
-    std::string text = fmt::format("status     {}", StatusWord(solution.status));
+    std::string text = fmt::format("status     {}", nuv::StatusWord(solution.status));
     if (solution.status == nuv::SolveStatus::Stopped)
         text += StopWords(solution.proof.stopReason);
     text += '\n';
@@ -181,6 +165,52 @@ std::string NonZeros(std::string title, std::string unit, std::span<const double
     return table.HasLines() ? "\n" + table.Text() : "";
 }
 
+/// Rows and bounds that exclude each other, under their names.
+std::string ConflictWords(const nuv::Model& model, const nuv::Conflict& conflict)
+{
+    Table table;
+    table.Add({conflict.minimal ? "conflict (minimal)" : "conflict", "side"});
+    for (const nuv::ConflictMember& member : conflict.members)
+    {
+        const bool isRow = member.variable >= model.VariableCount();
+        const std::uint32_t index =
+            isRow ? member.variable - model.VariableCount() : member.variable;
+        const std::span<const double> sides =
+            isRow ? (member.upper ? model.RowUpper() : model.RowLower())
+                  : (member.upper ? model.VariableUpper() : model.VariableLower());
+        const std::string name(isRow ? model.RowName(index) : model.VariableName(index));
+        table.Add({(isRow ? "row " : "variable ") + name,
+                   (member.upper ? "<= " : ">= ") + Number(sides[index])});
+    }
+    return table.HasLines() ? "\n" + table.Text() : "";
+}
+
+std::string RangeWords(const nuv::AllowedRange& range)
+{
+    return Number(range.lower) + " .. " + Number(range.upper);
+}
+
+/// How far the numbers of the model may move before another basis is optimal.
+std::string Ranges(const nuv::Model& model, const nuv::Solution& solution)
+{
+    if (solution.sensitivity.cost.empty() && solution.sensitivity.rowUpper.empty())
+        return "";
+    Table variables;
+    variables.Add({"variable", "reduced cost", "objective may be"});
+    for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
+        variables.Add({std::string(model.VariableName(j)), Number(solution.reducedCosts[j]),
+                       RangeWords(solution.sensitivity.cost[j])});
+    Table rows;
+    rows.Add({"row", "dual", "lower side may be", "upper side may be"});
+    for (std::uint32_t i = 0; i < model.RowCount(); ++i)
+        rows.Add(
+            {std::string(model.RowName(i)), Number(solution.duals[i]),
+             std::isinf(model.RowLower()[i]) ? "" : RangeWords(solution.sensitivity.rowLower[i]),
+             std::isinf(model.RowUpper()[i]) ? "" : RangeWords(solution.sensitivity.rowUpper[i])});
+    return (variables.HasLines() ? "\n" + variables.Text() : "") +
+           (rows.HasLines() ? "\n" + rows.Text() : "");
+}
+
 }  // namespace
 
 std::string TextReport(const nuv::Model& model, const nuv::Solution& solution, Detail detail)
@@ -195,6 +225,8 @@ std::string TextReport(const nuv::Model& model, const nuv::Solution& solution, D
                      [&](std::uint32_t j) { return model.VariableName(j); });
     text += NonZeros("these rows contradict each other", "multiplier", solution.farkas,
                      [&](std::uint32_t i) { return model.RowName(i); });
+    text += ConflictWords(model, solution.conflict);
+    text += Ranges(model, solution);
     return text;
 }
 

@@ -14,6 +14,9 @@ int main(int argc, char** argv)
     app.require_subcommand(1);
     nuvlp::ExitCode exitCode = nuvlp::ExitCode::Success;
     nuvlp::AddSolveCommand(app, exitCode);
+    nuvlp::AddCheckCommand(app, exitCode);
+    nuvlp::AddConvertCommand(app, exitCode);
+    nuvlp::AddPlotCommand(app, exitCode);
     try
     {
         app.parse(argc, argv);

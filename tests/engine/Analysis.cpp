@@ -34,7 +34,7 @@ constexpr double kStep = 0x1p-20;
 
 /// Within the range the basis stays optimal, a step beyond an end it does not.
 template <class Move>
-void CheckRange(const LinearForm& form, const Basis& basis, Range range, Move move)
+void CheckRange(const LinearForm& form, const Basis& basis, AllowedRange range, Move move)
 {
     for (const bool up : {false, true})
     {
@@ -62,12 +62,12 @@ TEST(Sensitivity, WyndorGlassAsInTheTextbook)
     const LinearForm form =
         MakeForm({-3, -5}, {{{1, 0}, {-kInf, 4}}, {{0, 2}, {-kInf, 12}}, {{3, 2}, {-kInf, 18}}});
     const Sensitivity ranges = AnalyseSensitivity(form, Solve(form));
-    EXPECT_EQ(ranges.cost[0], (Range{-7.5, 0.0}));
-    EXPECT_EQ(ranges.cost[1], (Range{-kInf, -2.0}));
-    EXPECT_EQ(ranges.rowUpper[0], (Range{2.0, kInf}));
-    EXPECT_EQ(ranges.rowUpper[1], (Range{6.0, 18.0}));
-    EXPECT_EQ(ranges.rowUpper[2], (Range{12.0, 24.0}));
-    EXPECT_EQ(ranges.rowLower[0], (Range{-kInf, 2.0}));
+    EXPECT_EQ(ranges.cost[0], (AllowedRange{-7.5, 0.0}));
+    EXPECT_EQ(ranges.cost[1], (AllowedRange{-kInf, -2.0}));
+    EXPECT_EQ(ranges.rowUpper[0], (AllowedRange{2.0, kInf}));
+    EXPECT_EQ(ranges.rowUpper[1], (AllowedRange{6.0, 18.0}));
+    EXPECT_EQ(ranges.rowUpper[2], (AllowedRange{12.0, 24.0}));
+    EXPECT_EQ(ranges.rowLower[0], (AllowedRange{-kInf, 2.0}));
 }
 
 TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)

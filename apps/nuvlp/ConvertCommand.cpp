@@ -1,0 +1,79 @@
+// nuvlp convert FILE -o MODEL: reads a model in one format and writes it in another.
+#include "Commands.hpp"
+#include "Input.hpp"
+#include "OutputFile.hpp"
+#include "ReadingOptions.hpp"
+
+#include "Nuv/Model/LpWriter.hpp"
+#include "Nuv/Model/ModelFile.hpp"
+#include "Nuv/Model/MpsWriter.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <memory>
+
+namespace nuvlp
+{
+namespace
+{
+
+struct Options
+{
+    ModelSource source;
+    std::string output;
+    std::string format;
+};
+
+/// The format asked for, or else the one that the output's name ends with.
+nuv::Writing Write(const nuv::Model& model, const Options& options)
+{
+    const std::string format =
+        !options.format.empty()
+            ? options.format
+            : (nuv::FormatOf("", options.output) == nuv::ModelFormat::Mps ? "mps" : "lp");
+    if (format == "lp")
+        return nuv::WriteLp(model);
+    return nuv::WriteMps(model, format == "mps-fixed"  ? nuv::MpsForm::Fixed
+                                : format == "mps-free" ? nuv::MpsForm::Free
+                                                       : nuv::MpsForm::ByContent);
+}
+
+ExitCode Run(const Options& options)
+{
+    if (options.format.empty() && (options.output.empty() || options.output == "-"))
+    {
+        std::fputs("nuvlp: say which format to write: --to lp, mps, mps-fixed or mps-free\n",
+                   stderr);
+        return ExitCode::Usage;
+    }
+    const nuv::Reading reading = nuv::ReadModelFile(options.source.file, options.source.options);
+    PrintDiagnostics(reading.diagnostics, Show::Warnings);
+    if (!reading.Ok())
+        return ExitCodeOf(reading.GetError());
+    const nuv::Writing writing = Write(*reading.model, options);
+    PrintDiagnostics(writing.diagnostics, Show::Warnings);
+    if (!writing.Ok())
+        return ExitCode::BadModel;
+    return WriteTo(options.output, *writing.text, ExitCode::Success);
+}
+
+}  // namespace
+
+void AddConvertCommand(CLI::App& app, ExitCode& exitCode)
+{
+    const auto options = std::make_shared<Options>();
+    CLI::App* command = app.add_subcommand("convert", "Write a model in another format");
+    AddModelSource(*command, options->source);
+    command
+        ->add_option("-o,--output", options->output,
+                     "The file to write; standard output if not given")
+        ->type_name("MODEL");
+    command
+        ->add_option("--to", options->format,
+                     "The format to write; by the end of the output's name if not given")
+        ->check(CLI::IsMember({"lp", "mps", "mps-fixed", "mps-free"}));
+    command->callback([options, &exitCode] { exitCode = Run(*options); });
+}
+
+}  // namespace nuvlp

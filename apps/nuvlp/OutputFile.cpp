@@ -1,0 +1,69 @@
+#include "OutputFile.hpp"
+
+#include "Input.hpp"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+namespace nuvlp
+{
+namespace
+{
+
+struct Close
+{
+    void operator()(std::FILE* file) const
+    {
+        (void)std::fclose(file);
+    }
+};
+
+ExitCode Complain(const std::string& path, const char* reason)
+{
+    std::fprintf(stderr, "nuvlp: cannot write %s: %s\n", path.c_str(), reason);
+    return ExitCode::CannotWrite;
+}
+
+/// @return whether all bytes are on their way to the disk; errno says why not.
+bool WriteWhole(const std::string& path, std::string_view text)
+{
+    std::unique_ptr<std::FILE, Close> file(std::fopen(path.c_str(), "wb"));
+    if (!file)
+        return false;
+    const bool isWritten = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() &&
+                           std::fflush(file.get()) == 0;
+    // Closing can fail too, where the disk is full.
+    return std::fclose(file.release()) == 0 && isWritten;
+}
+
+}  // namespace
+
+ExitCode WriteTo(const std::string& path, std::string_view text, ExitCode otherwise)
+{
+    if (path.empty() || path == "-")
+        return WriteOutput(text, otherwise);
+    // A device or a pipe is written as it is: it must not be replaced by a file.
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        return WriteWhole(path, text) ? otherwise : Complain(path, std::strerror(errno));
+    const std::string beside = path + ".nuvlp-new";
+    if (!WriteWhole(beside, text))
+    {
+        const ExitCode code = Complain(path, std::strerror(errno));
+        std::filesystem::remove(beside, error);
+        return code;
+    }
+    std::filesystem::rename(beside, path, error);
+    if (!error)
+        return otherwise;
+    const std::string reason = error.message();
+    std::filesystem::remove(beside, error);
+    return Complain(path, reason.c_str());
+}
+
+}  // namespace nuvlp
