@@ -2,7 +2,7 @@
 /// last one said of a side holds.
 #include "Nuv/Model/LpParser.hpp"
 
-#include "fmt/format.h"
+#include <fmt/format.h>
 
 #include <cmath>
 

@@ -2,7 +2,7 @@
 /// like something else.
 #include "Nuv/Model/LpParser.hpp"
 
-#include "fmt/format.h"
+#include <fmt/format.h>
 
 #include <algorithm>
 

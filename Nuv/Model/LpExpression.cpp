@@ -4,7 +4,7 @@
 
 #include "Nuv/Model/Prefetch.hpp"
 
-#include "fmt/format.h"
+#include <fmt/format.h>
 
 #include <cmath>
 

@@ -109,6 +109,7 @@ private:
     bool ParseRows();
     bool ParseBounds();
     bool ParseIntegers(const Keyword& keyword);
+    void SetBinary(std::uint32_t column, const Token& name);
     bool ParseEnd();
     void Finish();
 

@@ -4,7 +4,7 @@
 
 #include "Nuv/Model/LpParser.hpp"
 
-#include "fmt/format.h"
+#include <fmt/format.h>
 
 namespace nuv
 {
@@ -125,7 +125,7 @@ bool Parser::ParseIntegers(const Keyword& keyword)
                                    m_token.text));
         }
         if (binary)
-            m_model.SetVariableBounds(column, {0.0, 1.0});
+            SetBinary(column, m_token);
         ++count;
     }
     if (m_token.kind != TokenKind::End && m_section.section == Section::None)
@@ -138,6 +138,20 @@ bool Parser::ParseIntegers(const Keyword& keyword)
                            binary ? " between 0 and 1" : ""),
                "the answer bounds that of the integer model and need not be whole");
     return true;
+}
+
+void Parser::SetBinary(std::uint32_t column, const Token& name)
+{
+    const bool bounded = column < m_boundPlaces.size() && m_boundPlaces[column].at != nullptr;
+    const double lower = m_model.VariableLower()[column];
+    const double upper = m_model.VariableUpper()[column];
+    if (bounded && (lower < 0.0 || upper > 1.0))
+    {
+        m_log.Warn(name.Begin(), "lp.bound-redefined",
+                   fmt::format("the bounds {} <= {} <= {} become 0 and 1", lower, name.text, upper),
+                   "take one of them out");
+    }
+    m_model.SetVariableBounds(column, {0.0, 1.0});
 }
 
 bool Parser::ParseEnd()

@@ -2,7 +2,7 @@
 /// variables to the side of the first ones.
 #include "Nuv/Model/LpParser.hpp"
 
-#include "fmt/format.h"
+#include <fmt/format.h>
 
 #include <cmath>
 
@@ -166,8 +166,8 @@ bool Parser::SideValue(const Side& side, TokenKind relation, double& value)
     }
     else if (std::fabs(value) >= kInfiniteFrom && relation != TokenKind::Equal)
     {
-        m_log.Note(side.begin, "lp.infinite-number",
-                   fmt::format("{} is taken for infinity", value));
+        m_log.Warn(side.begin, "lp.infinite-number", fmt::format("{} is taken for infinity", value),
+                   "write inf, or a smaller number");
         value = std::copysign(Infinity, value);
     }
     const bool unlimited =

@@ -108,7 +108,8 @@ void AddSolveCommand(CLI::App& app, ExitCode& exitCode)
     command
         ->add_option("--max-pivots", options->maxPivots,
                      "Stop a stage of the solve after so many pivots")
-        ->type_name("N");
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
     command->add_option("--time-limit", options->timeLimit, "Stop after so many seconds")
         ->type_name("SECONDS")
         ->check(CLI::NonNegativeNumber);
