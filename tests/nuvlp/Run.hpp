@@ -1,0 +1,26 @@
+/// Running the command as a user does: arguments and standard input in, both outputs and the exit
+/// code out.
+#pragma once
+
+#include <string>
+
+namespace nuvlp::test
+{
+
+struct Outcome
+{
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+/// Runs nuvlp with `arguments`, as the shell splits them, in the folder of the test models.
+[[nodiscard]] Outcome RunNuvlp(const std::string& arguments, const std::string& input = "");
+
+/// A path in a folder that lives as long as the test program.
+[[nodiscard]] std::string Scratch(const std::string& name);
+
+/// Writes a file there. @return its path.
+std::string WriteScratch(const std::string& name, const std::string& text);
+
+}  // namespace nuvlp::test

@@ -1,0 +1,247 @@
+// nuvlp solve, from outside: what it prints, where, and how it exits.
+#include "tests/nuvlp/Run.hpp"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+
+#include <unistd.h>
+
+namespace nuvlp::test
+{
+namespace
+{
+
+const std::string kExamples = NUV_TEST_MODELS "/../../examples";
+
+TEST(SolveCommand, PrintsStatusObjectiveAndTables)
+{
+    const Outcome outcome = RunNuvlp("solve " + kExamples + "/factory.lp");
+    EXPECT_EQ(outcome.out, "status     optimal\n"
+                           "objective  4242.857142857143\n"
+                           "proof      proved, exactly 29700/7\n"
+                           "\n"
+                           "variable               value\n"
+                           "chairs    21.428571428571427\n"
+                           "tables     51.42857142857143\n"
+                           "\n"
+                           "row     activity   bound  slack\n"
+                           "wood         300  <= 300      0\n"
+                           "labour       240  <= 240      0\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST(SolveCommand, HasTheAnswersThatTheExamplesState)
+{
+    const std::pair<const char*, const char*> answers[] = {{"factory", "29700/7"},
+                                                           {"diet", "185/2"},
+                                                           {"transport", "153675"},
+                                                           {"blending", "1685/6"},
+                                                           {"game", "0"}};
+    for (const auto& [name, exact] : answers)
+    {
+        const Outcome outcome = RunNuvlp("solve --quiet " + kExamples + "/" + name + ".lp");
+        EXPECT_NE(outcome.out.find(std::string("exactly ") + exact + "\n"), std::string::npos)
+            << name << outcome.out;
+        EXPECT_EQ(outcome.err, "") << name;
+    }
+}
+
+TEST(SolveCommand, ReadsStandardInput)
+{
+    const Outcome outcome = RunNuvlp("solve -", "min x + y st a: x + 2 y >= 3 b: 3 x + y >= 4 end");
+    EXPECT_EQ(outcome.out, "status     optimal\n"
+                           "objective  2\n"
+                           "proof      proved, exactly 2\n"
+                           "\n"
+                           "variable  value\n"
+                           "x             1\n"
+                           "y             1\n"
+                           "\n"
+                           "row  activity  bound  slack\n"
+                           "a           3   >= 3      0\n"
+                           "b           4   >= 4      0\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST(SolveCommand, AnswersModelsWithoutRowsOrVariables)
+{
+    EXPECT_EQ(RunNuvlp("solve -", "max 5 st end").out,
+              "status     optimal\nobjective  5\nproof      proved, exactly 5\n");
+    EXPECT_EQ(RunNuvlp("solve -", "max x st bounds x <= 4 end").out,
+              "status     optimal\nobjective  4\n"
+              "proof      proved, exactly 4\n\n"
+              "variable  value\nx             4\n");
+}
+
+TEST(SolveCommand, SaysInfeasibleWithTheRowsThatContradict)
+{
+    const Outcome outcome =
+        RunNuvlp("solve -", "max x st a: x + y >= 5 b: x + y <= 3 c: x <= 7 end");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')), "status     infeasible");
+    EXPECT_NE(outcome.out.find("proof      proved\n"), std::string::npos);
+    EXPECT_NE(outcome.out.find("\na "), std::string::npos);
+    EXPECT_NE(outcome.out.find("\nb "), std::string::npos);
+    EXPECT_EQ(outcome.out.find("\nc "), std::string::npos) << "c has no part in it";
+    EXPECT_EQ(RunNuvlp("solve --exit-status -", "max x st a: x >= 5 b: x <= 3 end").exitCode, 2);
+}
+
+TEST(SolveCommand, SaysUnboundedWithTheDirection)
+{
+    const Outcome outcome = RunNuvlp("solve -", "max x + y st a: x - y <= 5 b: z <= 3 end");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')), "status     unbounded");
+    EXPECT_NE(outcome.out.find("\ny "), std::string::npos);
+    EXPECT_EQ(outcome.out.find("\nz "), std::string::npos) << "z has no part in it";
+    EXPECT_EQ(RunNuvlp("solve --exit-status -", "max x st end").exitCode, 3);
+}
+
+TEST(SolveCommand, EndsOnModelsThatCycle)
+{
+    for (const char* name :
+         {"beale_1955", "beale_gass", "chvatal_ch3_cycle", "kuhn", "marshall_suurballe"})
+    {
+        const Outcome outcome = RunNuvlp(std::string("solve -q textbook/") + name + ".lp");
+        EXPECT_EQ(outcome.exitCode, 0) << name;
+        EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')), "status     optimal") << name;
+    }
+}
+
+TEST(SolveCommand, StopsAtThePivotLimitAndTheTimeLimit)
+{
+    const Outcome outcome = RunNuvlp("solve --max-pivots 0 textbook/wyndor.lp");
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')),
+              "status     stopped by the pivot limit");
+    EXPECT_NE(outcome.out.find("not proved"), std::string::npos);
+    const Outcome late = RunNuvlp("solve --time-limit 0 textbook/wyndor.lp");
+    EXPECT_EQ(late.exitCode, 4);
+    EXPECT_EQ(late.out.substr(0, late.out.find('\n')), "status     stopped by the time limit");
+}
+
+TEST(SolveCommand, ShowsWarningsOnStandardErrorUnlessQuiet)
+{
+    const std::string model = "max x\nst\n x <= 4\nbounds\n x <= -3\nend";
+    const Outcome outcome = RunNuvlp("solve -", model);
+    EXPECT_EQ(
+        outcome.err,
+        "<stdin>:5:7: warning: 'x' <= -3 while its lower bound stays 0: the model is infeasible "
+        "[lp.negative-upper-bound]\n"
+        "   x <= -3\n"
+        "        ^\n"
+        "  hint: write -inf <= x <= -3 if it may be negative, as some programs read it\n");
+    EXPECT_EQ(RunNuvlp("solve --quiet -", model).err, "");
+}
+
+TEST(SolveCommand, ShowsTheErrorAndNothingElse)
+{
+    const std::string path =
+        WriteScratch("bad.lp", "max x\nst\n c1: 2 x + 3 y <= 4\n c1: x <= 5\nend\n");
+    const Outcome outcome = RunNuvlp("solve " + path);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(
+        outcome.err,
+        path + ":4:2: error: a second row called 'c1'; the first is in line 3 [lp.duplicate-row]\n"
+               "   c1: x <= 5\n"
+               "   ^\n"
+               "  hint: give each row a name of its own\n");
+    EXPECT_EQ(outcome.exitCode, 65);
+}
+
+TEST(SolveCommand, RefusesIntegersUnlessRelaxed)
+{
+    const Outcome refused = RunNuvlp("solve lpformat/scip_simple.lp");
+    EXPECT_EQ(refused.exitCode, 65);
+    EXPECT_NE(refused.err.find("lpformat/scip_simple.lp:10:1: error: "), std::string::npos);
+    EXPECT_NE(refused.err.find("--relax"), std::string::npos);
+    const Outcome relaxed = RunNuvlp("solve --relax lpformat/scip_simple.lp");
+    EXPECT_EQ(relaxed.exitCode, 0);
+    EXPECT_NE(relaxed.err.find("[lp.relaxed]"), std::string::npos);
+    EXPECT_NE(relaxed.out.find("objective  125."), std::string::npos) << relaxed.out;
+}
+
+TEST(SolveCommand, HasAMessageForEveryKindOfBadInput)
+{
+    const Outcome missing = RunNuvlp("solve none.lp");
+    EXPECT_EQ(missing.err,
+              "none.lp: error: there is no such file [file.missing]\n  hint: check the path\n");
+    EXPECT_EQ(missing.exitCode, 66);
+    const Outcome directory = RunNuvlp("solve .");
+    EXPECT_EQ(directory.err,
+              ".: error: this is a directory [file.directory]\n  hint: name a file in it\n");
+    EXPECT_EQ(directory.exitCode, 66);
+    EXPECT_EQ(RunNuvlp("solve -", "").exitCode, 65);
+    const Outcome binary =
+        RunNuvlp("solve " + WriteScratch("binary.lp", std::string("\x7F"
+                                                                  "ELF\x02\x01\0\0",
+                                                                  8)));
+    EXPECT_EQ(binary.exitCode, 65);
+    EXPECT_NE(binary.err.find("byte 0x7F is not text"), std::string::npos);
+    for (const char* text : {"max x\nst\nfoo\n x <= 3\nend", "max x\nst\n x <= nan\nend",
+                             "max x\nst\n x <= 1e400\nend"})
+        EXPECT_EQ(RunNuvlp("solve -", text).exitCode, 65) << text;
+}
+
+TEST(SolveCommand, TakesNumbersThatSinglePrecisionCannotHold)
+{
+    const Outcome outcome = RunNuvlp("solve -q -", "max 1e25 x st 1e15 x <= 1e29 end");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find("\nproof")),
+              "status     optimal\nobjective  1e+39");
+}
+
+TEST(SolveCommand, TakesALineOfManyMegabytes)
+{
+    std::string text = "max x\nst\n c: x";
+    constexpr std::size_t kLength = 100'000'000;
+    text.reserve(kLength + 100);
+    while (text.size() < kLength)
+        text.append(1000, ' ').append("+ 0.5 some_name_of_a_variable");
+    const std::string path = WriteScratch("long.lp", text + " y <= 4\nend");
+    const Outcome refused = RunNuvlp("solve " + path);
+    EXPECT_EQ(refused.exitCode, 65);
+    EXPECT_LT(refused.err.size(), 600u) << "the line is not shown whole";
+    EXPECT_NE(refused.err.find("[lp.missing-sign]"), std::string::npos);
+    std::filesystem::remove(path);
+}
+
+TEST(SolveCommand, SaysWhenItCannotWrite)
+{
+    if (access("/dev/full", W_OK) != 0)
+        GTEST_SKIP() << "there is no /dev/full";
+    const Outcome outcome = RunNuvlp("solve textbook/wyndor.lp >/dev/full");
+    EXPECT_EQ(outcome.exitCode, 73);
+    EXPECT_NE(outcome.err.find("cannot write the result"), std::string::npos);
+}
+
+TEST(SolveCommand, DoesNotDependOnTheLocale)
+{
+    const Outcome outcome = RunNuvlp("solve -q -", "max 1.5 x st x <= 2.5 end");
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find("\nproof")),
+              "status     optimal\nobjective  3.75");
+}
+
+TEST(Command, ExplainsItselfAndItsUsage)
+{
+    const Outcome help = RunNuvlp("--help");
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_EQ(help.err, "");
+    EXPECT_NE(help.out.find("solve"), std::string::npos);
+    EXPECT_TRUE(std::regex_match(RunNuvlp("--version").out,
+                                 std::regex("nuvlp [0-9]+\\.[0-9]+\\.[0-9]+\n")));
+    for (const char* wrong :
+         {"", "solve", "solve --max-pivots x a.lp", "solve --max-pivots -1 a.lp",
+          "solve --unknown a.lp", "unknown", "solve a.lp b.lp", "solve --time-limit -1 a.lp"})
+    {
+        const Outcome outcome = RunNuvlp(wrong);
+        EXPECT_EQ(outcome.exitCode, 64) << wrong;
+        EXPECT_EQ(outcome.out, "") << wrong;
+        EXPECT_NE(outcome.err, "") << wrong;
+    }
+}
+
+}  // namespace
+}  // namespace nuvlp::test
