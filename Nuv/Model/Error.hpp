@@ -30,12 +30,8 @@ template <class Value>
 class [[nodiscard]] Result
 {
 public:
-    Result(Value value) : m_content(std::in_place_index<0>, std::move(value))
-    {
-    }
-    Result(Error error) : m_content(std::in_place_index<1>, std::move(error))
-    {
-    }
+    Result(Value value) : m_content(std::in_place_index<0>, std::move(value)) {}
+    Result(Error error) : m_content(std::in_place_index<1>, std::move(error)) {}
 
     [[nodiscard]] bool Ok() const noexcept
     {

@@ -21,9 +21,7 @@ public:
     static constexpr std::uint32_t NoIndex = 0xFFFFFFFFu;
 
     Variable() = default;
-    explicit Variable(std::uint32_t index) : m_index(index)
-    {
-    }
+    explicit Variable(std::uint32_t index) : m_index(index) {}
 
     [[nodiscard]] std::uint32_t Index() const noexcept
     {
@@ -48,12 +46,8 @@ class Expression
 {
 public:
     Expression() = default;
-    Expression(double constant) : m_constant(constant)
-    {
-    }
-    Expression(Variable variable) : m_terms{{variable, 1.0}}
-    {
-    }
+    Expression(double constant) : m_constant(constant) {}
+    Expression(Variable variable) : m_terms{{variable, 1.0}} {}
 
     [[nodiscard]] const std::vector<Term>& Terms() const noexcept
     {
