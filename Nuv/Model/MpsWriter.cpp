@@ -216,7 +216,7 @@ bool Writer::TakeRow(std::uint32_t row)
     if (lower != upper && upper > 0.0)
         upper = Limit(upper, false, "row", name);
     const mps::RowForm& form = m_rowForms.emplace_back(mps::FormOf(lower, upper));
-    const bool isRange = form.type == 'G' && std::isfinite(lower) && std::isfinite(upper);
+    const bool isRange = form.type != 'E' && std::isfinite(lower) && std::isfinite(upper);
     if (!isRange || !form.range.empty())
         return true;
     return Fail("mps.wide-range",
