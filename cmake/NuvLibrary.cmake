@@ -19,7 +19,6 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvBaseTypes.h
     Nuv/Utils/NuvLinearProgramming.h
     Nuv/Utils/NuvLinearProgramming.hpp
-    Nuv/Utils/NuvLinearProgramming.hpp
     Nuv/Utils/NuvLinearProgrammingContainers.h
     Nuv/Utils/NuvLinearProgrammingInline.h
     Nuv/Utils/NuvLinearProgrammingMonitor.h
