@@ -98,7 +98,7 @@ std::string KernelsBlock(const Results& results)
         const double ratio = Counter(step, "ratio");
         text += "| " + step.name.substr(0, step.name.find('/')) + " | " +
                 CountText(Counter(step, "m")) + " | " + CountText(Counter(step, "n")) + " | " +
-                LevelOf(Counter(step, "bytes")) + " | " + TimeText(limit * ratio) + " | " +
+                LevelOf(Counter(step, "bytes")) + " | " + TimeText(step.seconds) + " | " +
                 TimeText(limit) + " | " + NumberText(ratio, 3) + " |\n";
     }
     return text;
