@@ -349,6 +349,40 @@ Problem Sprinkled(std::size_t rows, std::size_t columns, Random* random)
         Sprinkle(&p.c, percent, random);
     return p;
 }
+/// One to three entries a column, as in models of networks. In some models a row in ten must be
+/// met, by columns that cost.
+Problem VerySparse(std::size_t rows, std::size_t columns, Random* random)
+{
+    Problem p = EmptyModel(rows, columns);
+    const std::uint32_t demands = random->Chance(50) ? 10 : 0;
+    for (float& x : p.b)
+        x = random->Chance(demands) ? -random->Positive(2.0F) : random->Positive(30.0F);
+    for (std::size_t j = 0; j < columns; ++j)
+    {
+        p.c[j] = random->Symmetric(3.0F) + 1.0F;
+        const std::uint32_t entries = 1 + random->Below(3);
+        for (std::uint32_t k = 0; k < entries; ++k)
+        {
+            const std::size_t i = random->Below(static_cast<std::uint32_t>(rows));
+            const float element = random->Chance(50) ? 1.0F : random->Symmetric(4.0F) + 3.0F;
+            p.A[i * columns + j] = p.b[i] < 0.0F ? -element : element;
+            if (p.b[i] < 0.0F)
+                p.c[j] = -p.c[j];
+        }
+    }
+    return p;
+}
+
+Problem SprinkledSparse(std::size_t rows, std::size_t columns, Random* random)
+{
+    Problem p = VerySparse(rows, columns, random);
+    Sprinkle(&p.b, 5, random);
+    Sprinkle(&p.c, 5, random);
+    for (float& x : p.A)
+        if (x != 0.0F && random->Chance(5))
+            x = SpecialValue(random);
+    return p;
+}
 }  // namespace
 
 const std::vector<Family>& Families()
@@ -359,24 +393,26 @@ const std::vector<Family>& Families()
         Family::DegenerateTies,     Family::Sparse,           Family::EqualCoefficients,
         Family::ZeroRowsAndColumns, Family::Cycling,          Family::Infeasible,
         Family::Unbounded,          Family::ExtremeExponents, Family::Overflowing,
-        Family::Sprinkled};
+        Family::Sprinkled,          Family::VerySparse,       Family::SprinkledSparse};
     return all;
 }
 
 const char* NameOf(Family family)
 {
-    static const std::array<const char*, 16> names = {
-        "ProductionMix", "MixedSigns",     "NeedsPhaseI", "Assignment",        "Transport",
-        "Diet",          "DegenerateTies", "Sparse",      "EqualCoefficients", "ZeroRowsAndColumns",
-        "Cycling",       "Infeasible",     "Unbounded",   "ExtremeExponents",  "Overflowing",
-        "Sprinkled"};
+    static const std::array<const char*, 18> names = {
+        "ProductionMix",      "MixedSigns",       "NeedsPhaseI",
+        "Assignment",         "Transport",        "Diet",
+        "DegenerateTies",     "Sparse",           "EqualCoefficients",
+        "ZeroRowsAndColumns", "Cycling",          "Infeasible",
+        "Unbounded",          "ExtremeExponents", "Overflowing",
+        "Sprinkled",          "VerySparse",       "SprinkledSparse"};
     return names[static_cast<std::size_t>(family)];
 }
 
 bool IsTame(Family family)
 {
     return family != Family::ExtremeExponents && family != Family::Overflowing &&
-           family != Family::Sprinkled;
+           family != Family::Sprinkled && family != Family::SprinkledSparse;
 }
 
 float SpecialValue(Random* random)
@@ -400,11 +436,11 @@ float SpecialValue(Random* random)
 Problem MakeModel(Family family, std::size_t rows, std::size_t columns, std::uint64_t seed)
 {
     using Maker = Problem (*)(std::size_t, std::size_t, Random*);
-    static const std::array<Maker, 16> makers = {
+    static const std::array<Maker, 18> makers = {
         ProductionMix, MixedSigns,      NeedsPhaseI,    Assignment,        Transport,
         Diet,          DegenerateTies,  Sparse,         EqualCoefficients, ZeroRowsAndColumns,
         Cycling,       InfeasibleModel, UnboundedModel, ExtremeExponents,  Overflowing,
-        Sprinkled};
+        Sprinkled,     VerySparse,      SprinkledSparse};
     Random random(seed ^ (static_cast<std::uint64_t>(family) << 56U));
     return makers[static_cast<std::size_t>(family)](rows, columns, &random);
 }

@@ -55,7 +55,9 @@ enum class Family
     Unbounded,
     ExtremeExponents,
     Overflowing,
-    Sprinkled
+    Sprinkled,
+    VerySparse,
+    SprinkledSparse
 };
 
 /// All families.
