@@ -2,8 +2,8 @@
 //
 // Nothing measured here waits, runs in more than one thread or writes files, so a thread's
 // processor time is its time on an idle machine; other programs disturb it least. Reading that
-// clock costs a system call, though. What is shorter than a millisecond is read off the monotonic
-// clock, many times over, and the median passes over the samples in which the thread was
+// clock costs a system call, though. What is shorter than twenty microseconds is read off the
+// monotonic clock, many times over, and the median passes over the samples in which the thread was
 // interrupted.
 #ifndef BENCH_STOPWATCH_HPP
 #define BENCH_STOPWATCH_HPP
@@ -34,7 +34,7 @@ enum class Clock
 /// @return the clock for something that takes so long.
 inline Clock ClockFor(double seconds)
 {
-    return seconds < 1e-3 ? Clock::Monotonic : Clock::Processor;
+    return seconds < 20e-6 ? Clock::Monotonic : Clock::Processor;
 }
 
 class Stopwatch
