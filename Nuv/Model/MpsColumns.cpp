@@ -79,7 +79,7 @@ bool Parser::ReadColumn(const Record& record)
 {
     if (record.first == kMarker)
         return ReadMarker(record);
-    if (record.name != m_column || m_columnPlaces.empty())
+    if (record.name != m_column || record.name.empty())
     {
         if (!BeginColumn(record.name))
             return false;
@@ -132,6 +132,7 @@ bool Parser::ReadMarker(const Record& record)
                     "each 'INTORG' is followed by its 'INTEND'");
     }
     m_integerMarker = opens ? record.second.data() : nullptr;
+    m_column = {};  // No column goes on behind a marker.
     if (!opens || m_options.relax)
         return true;
     return Fail(record.second.data(), "mps.integer", "the model has integer variables",

@@ -141,9 +141,11 @@ const char* SplitColumns(const Line& line, Record& record) noexcept
 
 bool FitsColumns(const Line& line, const Record& record) noexcept
 {
-    return Lies(line, record.type, kType) && Lies(line, record.name, kName) &&
-           Lies(line, record.first, kFirst) && Lies(line, record.firstNumber, kFirstNumber) &&
-           Lies(line, record.second, kSecond) && Lies(line, record.secondNumber, kSecondNumber);
+    // A tab moves what follows it to other columns than those that are counted here.
+    return line.text.find('\t') == std::string_view::npos && Lies(line, record.type, kType) &&
+           Lies(line, record.name, kName) && Lies(line, record.first, kFirst) &&
+           Lies(line, record.firstNumber, kFirstNumber) && Lies(line, record.second, kSecond) &&
+           Lies(line, record.secondNumber, kSecondNumber);
 }
 
 }  // namespace nuv::mps

@@ -36,12 +36,10 @@ Reading ReadByContent(std::string_view text, std::string_view file, const ReadOp
     Reading byColumns = fixed.Run();
     if (!byColumns.Ok())
     {
-        if (free.FitsColumns() && free.Reached() == fixed.Reached())
-            return WithForm(std::move(byColumns), file, kBoth);
         // Of two refusals the one counts that came later: it understood more of the file.
-        if (freely.Ok() || free.Reached() >= fixed.Reached())
-            return WithForm(std::move(freely), file, "read as free MPS");
-        return WithForm(std::move(byColumns), file, "read as fixed MPS");
+        if (!freely.Ok() && free.Reached() < fixed.Reached())
+            return WithForm(std::move(byColumns), file, "read as fixed MPS");
+        return WithForm(std::move(freely), file, free.FitsColumns() ? kBoth : "read as free MPS");
     }
     if (freely.Ok())
     {
