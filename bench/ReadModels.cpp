@@ -81,14 +81,14 @@ void ReadMps(benchmark::State& state, const Text& text)
 {
     for (auto _ : state)
         benchmark::DoNotOptimize(nuv::ReadMps(*text, "model.mps"));
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text->size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text->size()));
 }
 
 void ReadLp(benchmark::State& state, const Text& text)
 {
     for (auto _ : state)
         benchmark::DoNotOptimize(nuv::ReadLp(*text, "model.lp"));
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text->size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text->size()));
 }
 
 void ReadFile(benchmark::State& state, const std::string& path)
