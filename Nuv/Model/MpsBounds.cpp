@@ -144,7 +144,10 @@ bool Parser::ApplyBound(const BoundType& type, std::uint32_t column, double valu
 
 void Parser::NoteSecondBound(const char* before, const Record& record)
 {
-    m_log.Warn(record.Begin(), "mps.bound-redefined",
+    constexpr std::string_view kCode = "mps.bound-redefined";
+    if (m_log.Full(kCode))
+        return m_log.CountOnly(kCode);
+    m_log.Warn(record.Begin(), std::string(kCode),
                fmt::format("a bound of '{}' is set a second time, after line {}; this one holds",
                            record.first, m_log.LineOf(before)),
                "take one of them out");

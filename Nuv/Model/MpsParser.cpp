@@ -105,6 +105,9 @@ bool Parser::ReadLines()
 bool Parser::ReadHeader()
 {
     const Words words = SplitWords(m_line.text);
+    // Some programs write the sense under OBJSENSE in the first column.
+    if (m_section == Section::ObjectiveSense && m_sensePlace == nullptr && FindSense(words.word[0]))
+        return ReadObjectiveSense(words.word[0]);
     const Section section = FindSection(words.word[0]);
     if (section == Section::Refused || section == Section::Unknown)
         return RefuseSection(section, words.word[0]);

@@ -128,6 +128,22 @@ TEST(MpsAccepts, TheLastOfTwoBoundsOnOneSide)
               "a bound of 'x' is set a second time, after line 11; this one holds");
 }
 
+TEST(MpsAccepts, ManyRepeatedBoundsInTimeAndWithAShortReport)
+{
+    std::string text = "ROWS\n N  c\nCOLUMNS\n";
+    std::string bounds = "BOUNDS\n";
+    for (int i = 0; i < 50000; ++i)
+    {
+        const std::string name = "x" + std::to_string(i);
+        text += "    " + name + "  c  1\n";
+        bounds += " UP BND " + name + " 1\n UP BND " + name + " 2\n";
+    }
+    const Reading reading = ReadMpsText(text + bounds + "ENDATA\n");
+    ASSERT_TRUE(reading.Ok());
+    EXPECT_EQ(reading.diagnostics.size(), 12u);
+    EXPECT_EQ(reading.diagnostics.back().error.text, "49990 more like these");
+}
+
 TEST(MpsAccepts, ABoundThatIsInfiniteForOthers)
 {
     const std::string text = Small("BOUNDS\n UP BND       x               1e25\nENDATA\n");
@@ -192,6 +208,25 @@ TEST(MpsAccepts, RangesBeforeRightHandSides)
     EXPECT_EQ(ModelIn(text), SmallIs("0", "6,10", "0,inf", "0,inf", "0,inf"));
 }
 
+/// What -0.1 and a range of 0.3 end at: in doubles not quite at 0.2.
+TEST(MpsAccepts, AllDigitsOfARangeThatHasMoreThanADouble)
+{
+    const auto end = [](const std::string& range)
+    {
+        const Reading reading = ReadMpsText("ROWS\n N  c\n G  g\nCOLUMNS\n    x  g  1\nRHS\n    "
+                                            "RHS  g  -0.1\nRANGES\n    RNG  g  " +
+                                            range + "\nENDATA\n");
+        return reading.Ok() ? reading.model->RowUpper()[0] : -1.0;
+    };
+    EXPECT_EQ(end("0.3"), -0.1 + 0.3);
+    EXPECT_NE(end("0.3"), 0.2);
+    EXPECT_EQ(end("0.300000000000000017"), 0.2);
+    EXPECT_EQ(end("3.00000000000000017d-1"), 0.2);
+    EXPECT_EQ(end("-30000000000000001.7e-17"), 0.2);
+    // Beyond all proportion it is the double that counts.
+    EXPECT_EQ(end("0.3" + std::string(100, '0') + "1"), -0.1 + 0.3);
+}
+
 TEST(MpsAccepts, ARangeOfTheObjectiveWithAWarning)
 {
     const std::string text = Small("RANGES\n    RNG       cost               4\nENDATA\n");
@@ -214,8 +249,8 @@ TEST(MpsAccepts, ObjsenseOnOneLineOrTwo)
     const std::string maximised =
         "max" + SmallIs("0", "-inf,0", "0,inf", "0,inf", "0,inf").substr(3);
     for (const std::string_view sense :
-         {"OBJSENSE MAX\n", "OBJSENSE\n    MAX\n", "OBJSENSE MAXIMIZE\n", "objsense\n maximise\n",
-          "OBJSENSE Maximum\n"})
+         {"OBJSENSE MAX\n", "OBJSENSE\n    MAX\n", "OBJSENSE\nMAXIMIZE\n", "OBJSENSE MAXIMIZE\n",
+          "objsense\n maximise\n", "OBJSENSE Maximum\n"})
     {
         EXPECT_EQ(ModelIn(std::string(sense) + rest), maximised) << sense;
         EXPECT_EQ(SaidAbout(std::string(sense) + rest), "") << sense;
