@@ -39,7 +39,7 @@ std::vector<ComparedInstance> ReadComparison(const std::string& path)
     std::vector<ComparedInstance> instances;
     for (const Cells& cells : ReadLines(path))
     {
-        if (cells.size() != 13)
+        if (cells.size() != 14)
             continue;
         const auto rows = static_cast<std::size_t>(Number(cells[1]));
         const auto columns = static_cast<std::size_t>(Number(cells[2]));
@@ -47,9 +47,9 @@ std::vector<ComparedInstance> ReadComparison(const std::string& path)
                             instances.back().rows != rows || instances.back().columns != columns;
         if (isNext)
             instances.push_back({cells[0], rows, columns, Number(cells[3]), Number(cells[4]), {}});
-        instances.back().measurements.push_back({cells[5], cells[6], cells[7], cells[8],
-                                                 Number(cells[9]), Number(cells[10]),
-                                                 Number(cells[11]), Number(cells[12])});
+        instances.back().measurements.push_back(
+            {cells[5], cells[6], cells[7], cells[8], Number(cells[9]), Number(cells[10]),
+             Number(cells[11]), Number(cells[12]), Number(cells[13])});
     }
     return instances;
 }

@@ -19,6 +19,7 @@ struct Measurement
     double objective;
     /// The objective's relative distance from the median of those in double precision.
     double distance;
+    double pivots;
     /// Seconds.
     double building;
     double solving;

@@ -7,6 +7,7 @@
 #include <functional>
 #include <set>
 
+#include "bench/Cases.hpp"
 #include "bench/Machine.hpp"
 
 namespace bench
@@ -210,7 +211,10 @@ std::string MachineBlock(const Results& results)
     std::string list;
     for (const std::string& version : versions)
         list += (list.empty() ? "" : ", ") + version;
-    return text + (list.empty() ? "" : " Compared with " + list + ".") + "\n";
+    text += list.empty() ? "" : " Compared with " + list + ".";
+    if (results.instances.size() < cases.size())
+        text += " These figures are from a quick run.";
+    return text + "\n";
 }
 
 std::string AimsBlock(const Results& results)
@@ -227,9 +231,10 @@ std::string AimsBlock(const Results& results)
 
 std::string ComparisonBlock(const Results& results)
 {
-    std::string text = "| instance | pivots | per pivot | ÷ limit | nuv | tableau | GLPK | CLP | "
-                       "lp_solve | tableau ÷ nuv | fastest library ÷ nuv | objective off by |\n"
-                       "|---|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|\n";
+    std::string text =
+        "| instance | pivots | per pivot | ÷ limit | nuv | tableau | GLPK | CLP | "
+        "lp_solve | tableau ÷ nuv | fastest library ÷ nuv | its pivots | objective off by |\n"
+        "|---|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|\n";
     for (const ComparedInstance& instance : results.instances)
     {
         const Measurement* const nuv = NuvOf(instance);
@@ -240,8 +245,9 @@ std::string ComparisonBlock(const Results& results)
                 " | " + TimeOrDash(tableau) + " | ";
         for (const char* const library : libraries)
             text += TimeOrDash(instance.Find(library)) + " | ";
-        text += RatioText(nuv, tableau) + " | " + RatioText(nuv, instance.FastestLibrary()) +
-                " | " + DistanceText(nuv) + " |\n";
+        const Measurement* const library = instance.FastestLibrary();
+        text += RatioText(nuv, tableau) + " | " + RatioText(nuv, library) + " | " +
+                (library ? CountText(library->pivots) : "–") + " | " + DistanceText(nuv) + " |\n";
     }
     return text;
 }
