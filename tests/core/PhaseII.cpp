@@ -197,8 +197,16 @@ TEST(PhaseII, ResultsShorterThanTheVariablesAreWrittenAsFarAsTheyGo)
     TestAllocator allocator;
     allocator.AcceptLeftBlocks();
     CoreModel model({1, 2, {1, 1}, {4}, {1, 2}}, allocator);
+    // In a block of exactly one pair, whose guards show a write behind it.
     NuvVector_NuvPair_NuvString__NuvFloat32PopBack(&model.lp.variableValues);
+    NuvVector_NuvPair_NuvString__NuvFloat32 shorter;
+    ASSERT_NE(
+        NuvVector_NuvPair_NuvString__NuvFloat32ConstructCopy(&shorter, &model.lp.variableValues),
+        nullptr);
+    NuvVector_NuvPair_NuvString__NuvFloat32Destruct(&model.lp.variableValues);
+    model.lp.variableValues = shorter;
     const Solution solution = model.SolveMonitored();
+    allocator.CheckGuards();
     EXPECT_EQ(solution.status, Status::Ok);
     EXPECT_EQ(solution.objective, 8.0F);
     EXPECT_EQ(solution.values, Floats{0});
