@@ -15,6 +15,9 @@ namespace
 {
 constexpr std::size_t pivotLimit = 300;
 
+// A solve that does not end where it should runs out of memory instead.
+constexpr std::size_t requestLimit = 20000;
+
 /// The models of a run: how many, how large, and the pivots after which both sides stop.
 struct Run
 {
@@ -37,6 +40,7 @@ void CompareWithUnmonitored(const Problem& problem, const Solution& expected,
     TestAllocator allocator;
     allocator.AcceptLeftBlocks();
     CoreModel model(problem, allocator);
+    allocator.RefuseFrom(requestLimit);
     EXPECT_EQ(DifferenceOfResults(expected, model.Solve()), "");
     EXPECT_EQ(allocator.LiveSizes(), monitored.LiveSizes());
 }

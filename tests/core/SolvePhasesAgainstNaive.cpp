@@ -19,6 +19,9 @@ namespace
 // then is passed over.
 constexpr std::size_t pivotLimit = 200;
 
+// A phase that does not end where it should runs out of memory instead.
+constexpr std::size_t requestLimit = 20000;
+
 using Phase = NuvLinearProgrammingResultType (*)(NuvLinearProgramming*);
 
 /// Another basis: any m of the columns in any order.
@@ -83,6 +86,7 @@ void CompareFrom(const StandardForm& form, Phase phase)
     empty.c.assign(empty.columns, 0.0F);
     CoreModel model(empty, allocator);
     EnterStandardForm(&model.lp, form);
+    allocator.RefuseFrom(requestLimit);
     EXPECT_EQ(DifferenceOfResults(expected, model.Read(phase(&model.lp))), "");
     EXPECT_TRUE(std::equal(after.basic.begin(), after.basic.end(), model.lp.basic.data));
     EXPECT_TRUE(

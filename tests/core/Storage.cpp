@@ -16,6 +16,9 @@ namespace
 {
 constexpr std::size_t pivotLimit = 200;
 
+// A solve that does not end where it should runs out of memory instead.
+constexpr std::size_t requestLimit = 20000;
+
 /// The blocks that stay behind, added up stage by stage.
 class Leftovers
 {
@@ -115,6 +118,7 @@ TestAllocator::Sizes LeftBySolving(const Problem& problem)
     allocator.AcceptLeftBlocks();
     {
         CoreModel model(problem, allocator);
+        allocator.RefuseFrom(requestLimit);
         (void)model.Solve();
     }
     return allocator.LiveSizes();
@@ -314,6 +318,7 @@ TEST_P(StorageOfFamilies, ASolveLeavesWhatItsPivotsSay)
             solution = reference::Solve(model.InRowOrder(), pivotLimit);
             if (solution.status == Status::Stopped)
                 continue;
+            allocator.RefuseFrom(requestLimit);
             (void)model.Solve();
         }
         EXPECT_EQ(allocator.LiveSizes(), ExpectedAfter(problem, solution).Sizes());

@@ -34,8 +34,8 @@ public:
     /// Solves without a monitor; no pivots are recorded.
     Solution Solve();
     /// Solves under a monitor that records the pivots and stops the solve before one more than
-    /// `maxPivots`.
-    Solution SolveMonitored(std::size_t maxPivots = unlimited);
+    /// `maxPivots`, by default far more than a small model needs.
+    Solution SolveMonitored(std::size_t maxPivots = 5000);
     /// Status, objective and values as they stand in the record.
     Solution Read(NuvLinearProgrammingResultType result) const;
 
