@@ -162,7 +162,7 @@ TEST(MpsDamage, LongLinesAndManyColumnsAreRead)
     EXPECT_TRUE(ReadMpsText(text + "ENDATA\n").Ok());
     text = "ROWS\n N  c\n L  " + std::string(1000000, 'l') + "\nCOLUMNS\nENDATA\n";
     EXPECT_TRUE(ReadMpsText(text).Ok());
-    EXPECT_FALSE(ReadMpsText(std::string(1000000, ' ') + "x").Ok());
+    EXPECT_FALSE(ReadMpsText(std::string(1000000, ' ').append("x")).Ok());
     EXPECT_FALSE(ReadMpsText(std::string(1000000, '\0')).Ok());
     EXPECT_FALSE(ReadMpsText("ROWS\n N  c\nCOLUMNS\n" + std::string(100000, '1')).Ok());
 }
