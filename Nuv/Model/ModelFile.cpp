@@ -37,11 +37,11 @@ bool OpensLikeMps(std::string_view text) noexcept
         return true;
     if (line.kind != mps::LineKind::Header)
         return false;
-    const std::string_view word = mps::SplitWords(line.text).word[0];
+    const mps::Words words = mps::SplitWords(line.text);
     constexpr std::string_view kOpenings[] = {"name", "rows", "objsense"};
     return std::any_of(std::begin(kOpenings), std::end(kOpenings),
                        [&](std::string_view opening)
-                       { return lp::EqualsIgnoringCase(word, opening); });
+                       { return lp::EqualsIgnoringCase(words.word[0], opening); });
 }
 
 /// Whether the text opens with a comment or with the sense of the objective, as LP files do.

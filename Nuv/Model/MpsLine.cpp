@@ -64,7 +64,7 @@ Line Lines::Next() noexcept
             kind = LineKind::Comment;
         return {kind, {begin, static_cast<std::size_t>(end - begin)}};
     }
-    return {LineKind::End, {m_end, 0}};
+    return {LineKind::End, {m_end, m_end}};
 }
 
 std::string_view Trimmed(std::string_view text) noexcept
@@ -103,7 +103,7 @@ Words SplitWords(std::string_view line) noexcept
 
 Record EmptyRecord(const Line& line) noexcept
 {
-    const std::string_view none(line.End(), 0);
+    const std::string_view none(line.End(), line.End());
     return {none, none, none, none, none, none};
 }
 

@@ -19,15 +19,6 @@ constexpr std::size_t kDigitsOfADouble = 17;
 constexpr std::size_t kMostDigits = 60;
 constexpr int kMostExponent = 400;
 
-/// With the exponent letter that std::from_chars knows.
-Number ReadFortran(std::string_view text, std::size_t letter)
-{
-    std::string copy(text);
-    copy[letter] = 'e';
-    const bool exponent = letter != 0 && letter + 1 < text.size();
-    return exponent ? ReadNumber(copy) : Number{0.0, NumberFault::NotANumber};
-}
-
 /// std::from_chars says "out of range" at both ends. A number at the small one has only zeros
 /// before its point, or a negative exponent.
 NumberFault Beyond(std::string_view text) noexcept
@@ -40,6 +31,21 @@ NumberFault Beyond(std::string_view text) noexcept
     return text.substr(0, text.find('.')).find_first_of("123456789") == std::string_view::npos
                ? NumberFault::TooSmall
                : NumberFault::TooLarge;
+}
+
+/// Reads a number from the front of a text. @return where it ends; at the front if there is none.
+const char* ReadDecimal(std::string_view text, Number& number) noexcept
+{
+    const char* const end = text.data() + text.size();
+    const std::from_chars_result result = std::from_chars(text.data(), end, number.value);
+    number.fault = NumberFault::None;
+    if (result.ec == std::errc::invalid_argument)
+        number.fault = NumberFault::NotANumber;
+    else if (result.ec == std::errc::result_out_of_range)
+        number.fault = Beyond(text.substr(0, static_cast<std::size_t>(result.ptr - text.data())));
+    else if (std::isnan(number.value))
+        number.fault = NumberFault::Undefined;
+    return result.ptr;
 }
 
 /// A plain decimal: its digits without point, and the power of ten of the last of them.
@@ -102,25 +108,21 @@ Rational Exactly(const Decimal& decimal)
 
 Number ReadNumber(std::string_view text) noexcept
 {
-    const char* first = text.data();
-    const char* const last = first + text.size();
-    if (first != last && *first == '+')
-    {
-        ++first;
-        if (first != last && *first == '-')
-            return {0.0, NumberFault::NotANumber};
-    }
+    if (text.starts_with('+') && !text.starts_with("+-"))
+        text.remove_prefix(1);
     Number number;
-    const std::from_chars_result result = std::from_chars(first, last, number.value);
-    if (result.ptr != last && (*result.ptr == 'd' || *result.ptr == 'D') &&
-        result.ec != std::errc::invalid_argument)
-        return ReadFortran(text, static_cast<std::size_t>(result.ptr - text.data()));
-    if (result.ec == std::errc::invalid_argument || result.ptr != last)
-        return {0.0, NumberFault::NotANumber};
-    if (result.ec == std::errc::result_out_of_range)
-        return {0.0, Beyond(text)};
-    if (std::isnan(number.value))
-        return {0.0, NumberFault::Undefined};
+    const char* const stop = ReadDecimal(text, number);
+    const auto read = static_cast<std::size_t>(stop - text.data());
+    if (read == text.size())
+        return number;
+    const bool isFortran = read != 0 && (*stop == 'd' || *stop == 'D');
+    number.fault = NumberFault::NotANumber;
+    if (!isFortran)
+        return number;
+    std::string copy(text);
+    copy[read] = 'e';
+    if (ReadDecimal(copy, number) != copy.data() + copy.size())
+        number.fault = NumberFault::NotANumber;
     return number;
 }
 

@@ -128,9 +128,12 @@ bool Parser::FinishRows()
     m_rightHandSides.resize(m_types.size(), 0.0);
     for (std::uint32_t row = 0; row < m_types.size(); ++row)
     {
-        const double value = m_rightHandSides[row];
-        m_model.SetRowBounds(
-            row, {m_types[row] == 'L' ? -Infinity : value, m_types[row] == 'G' ? Infinity : value});
+        Bounds limits = {m_rightHandSides[row], m_rightHandSides[row]};
+        if (m_types[row] == 'L')
+            limits.lower = -Infinity;
+        else if (m_types[row] == 'G')
+            limits.upper = Infinity;
+        m_model.SetRowBounds(row, limits);
     }
     for (const RangeEntry& range : m_ranges)
     {
