@@ -10,63 +10,26 @@ namespace nuv
 namespace
 {
 constexpr NuvUint tile = Kernels::tile;
-constexpr NuvUint wholeTile = (1U << tile) - 1;
+
+/// Up to this dimension all columns are stored from the beginning, each in the slot of its number:
+/// walking a few more costs less than telling them apart.
+constexpr NuvUint maxStoredAtOnce = 64;
+
+bool IsStoredAtOnce(const BasisInverse* x)
+{
+    return x->m <= maxStoredAtOnce;
+}
 
 bool IsStoredColumn(const BasisInverse* x, NuvUint column)
 {
     return (x->stored[column / tile] >> column % tile & 1U) != 0;
 }
 
-NuvFloat32* ColumnAt(const BasisInverse* x, NuvUint slot)
+/// The bits of a tile all of whose columns are stored.
+NuvUint WholeTile(const BasisInverse* x, NuvUint first)
 {
-    return x->columns + slot * x->stride;
-}
-
-/// One tile of columns on its way through a walk.
-struct TileWalk
-{
-    BasisInverse* inverse;
-    const NuvFloat32* x;
-    NuvFloat32* resultX;
-    const NuvFloat32* y;
-    NuvFloat32* resultY;
-
-    NuvUint first;
-    NuvUint count;
-    bool hasUpdate;
-    bool hasY;
-    NuvFloat32* vectors[tile];
-    NuvFloat32 multipliers[tile];
-    NuvFloat32 weightsX[tile];
-    NuvFloat32 weightsY[tile];
-};
-
-void Append(TileWalk* walk, NuvFloat32* vector, NuvFloat32 multiplier, NuvUint column)
-{
-    walk->vectors[walk->count] = vector;
-    walk->multipliers[walk->count] = multiplier;
-    walk->weightsX[walk->count] = walk->x[column];
-    walk->weightsY[walk->count] = walk->hasY ? walk->y[column] : 0.0F;
-    ++walk->count;
-}
-
-/// Walks the rows [first, last) behind `base`, from where the gathered vectors begin.
-void Run(const TileWalk* w, NuvSizeT base, NuvSizeT first, NuvSizeT last)
-{
-    const Kernels* const kernels = w->inverse->kernels;
-    const NuvFloat32* const eta = w->inverse->eta + base;
-    NuvFloat32* const x = w->resultX + base;
-    if (w->hasUpdate && w->hasY)
-        kernels->updateAndAddToTwo(w->vectors, w->multipliers, eta, w->weightsX, w->weightsY,
-                                   w->count, x, w->resultY + base, first, last);
-    else if (w->hasUpdate)
-        kernels->updateAndAdd(w->vectors, w->multipliers, eta, w->weightsX, w->count, x, first,
-                              last);
-    else if (w->hasY)
-        kernels->addMultiplesToTwo(w->vectors, w->weightsX, w->weightsY, w->count, x,
-                                   w->resultY + base, first, last);
-    else
-        kernels->addMultiples(w->vectors, w->weightsX, w->count, x, first, last);
+    const NuvUint left = x->m - first;
+    return left < tile ? (1U << left) - 1 : (1U << tile) - 1;
 }
 
 bool HasNonzero(const NuvFloat32* x)
@@ -77,101 +40,181 @@ bool HasNonzero(const NuvFloat32* x)
     return hasNonzero;
 }
 
-/// A unit column has only its 1 to add, in its own row.
-void AddUnitColumns(TileWalk* walk)
+/// A walk over the columns of the inverse, from the first tile to the last: in each row the columns
+/// come in increasing order, as the definition sums them.
+struct ColumnWalk
 {
-    for (NuvUint i = walk->first; i != walk->first + tile; ++i)
-    {
-        walk->resultX[i] = walk->resultX[i] + walk->x[i];
-        if (walk->hasY)
-            walk->resultY[i] = walk->resultY[i] + walk->y[i];
-    }
+    BasisInverse* inverse;
+    const NuvFloat32* x;
+    NuvFloat32* resultX;
+    const NuvFloat32* y;
+    NuvFloat32* resultY;
+
+    NuvUint first;
+    bool hasUpdate;
+    bool hasY;
+};
+
+/// Finds out what there is to do in a tile. A column whose multiplier is 0 is not changed by the
+/// update, and an element of y that is 0 adds ±0.
+void LookAtTile(ColumnWalk* w)
+{
+    w->hasUpdate = w->inverse->isPending && HasNonzero(w->inverse->multipliers + w->first);
+    w->hasY = w->y && HasNonzero(w->y + w->first);
 }
 
-/// Gathers the tile's stored columns from row `base` on.
-void GatherStored(TileWalk* walk, NuvUint base)
+/// The walk over columns that are given with their multipliers and factors.
+Walk WalkOver(const ColumnWalk* w, NuvFloat32* const* vectors, NuvSizeT count,
+              const NuvFloat32* multipliers, const NuvFloat32* x, const NuvFloat32* y)
 {
-    const BasisInverse* const inverse = walk->inverse;
-    walk->count = 0;
-    walk->hasUpdate = false;
-    NuvUint bits = inverse->stored[walk->first / tile];
-    for (NuvUint column = walk->first; bits != 0; ++column, bits >>= 1U)
+    return {vectors,
+            count,
+            multipliers,
+            w->hasUpdate ? w->inverse->eta : nullptr,
+            x,
+            w->resultX,
+            w->hasY ? y : nullptr,
+            w->resultY,
+            0,
+            w->inverse->stride,
+            false};
+}
+
+/// The tile at `first` and those after it that are wholly stored and ask for the same.
+/// @return the column after them.
+NuvUint WalkWholeTiles(ColumnWalk* w)
+{
+    const BasisInverse* const inverse = w->inverse;
+    const NuvUint first = w->first;
+    const bool hasUpdate = w->hasUpdate;
+    const bool hasY = w->hasY;
+    NuvUint end = first;
+    do
+    {
+        end += tile;
+        w->first = end;
+        if (end >= inverse->m || inverse->stored[end / tile] != WholeTile(inverse, end))
+            break;
+        LookAtTile(w);
+    } while (w->hasUpdate == hasUpdate && w->hasY == hasY);
+    w->hasUpdate = hasUpdate;
+    w->hasY = hasY;
+    const NuvUint past = end < inverse->m ? end : inverse->m;
+    const Walk walk = WalkOver(w, inverse->columns + first, past - first,
+                               inverse->multipliers + first, w->x + first, w->y + first);
+    inverse->kernels->walk(&walk);
+    return end;
+}
+
+/// A unit column has only its 1 to add, in its own row.
+void AddUnitColumns(ColumnWalk* w)
+{
+    for (NuvUint i = w->first; i != w->first + tile; ++i)
+        w->resultX[i] = w->resultX[i] + w->x[i];
+    for (NuvUint i = w->first; w->hasY && i != w->first + tile; ++i)
+        w->resultY[i] = w->resultY[i] + w->y[i];
+}
+
+/// A tile of some stored columns and some unit columns. The latter stand between the former in the
+/// tile's own rows, where they are read from a tile of the identity; elsewhere they add ±0.
+void WalkMixedTile(const ColumnWalk* w)
+{
+    const BasisInverse* const inverse = w->inverse;
+    const NuvUint first = w->first;
+    NuvFloat32* vectors[tile];
+    NuvFloat32 multipliers[tile];
+    NuvFloat32 x[tile];
+    NuvFloat32 y[tile];
+    NuvUint count = 0;
+    NuvUint bits = inverse->stored[first / tile];
+    for (NuvUint column = first; bits != 0; ++column, bits >>= 1U)
     {
         if ((bits & 1U) == 0)
             continue;
-        const NuvUint slot = inverse->slotOf[column];
-        const NuvFloat32 multiplier = inverse->isPending ? inverse->multipliers[slot] : 0.0F;
-        walk->hasUpdate |= multiplier != 0.0F;
-        Append(walk, ColumnAt(inverse, slot) + base, multiplier, column);
+        vectors[count] = inverse->columns[column];
+        multipliers[count] = inverse->multipliers[column];
+        x[count] = w->x[column];
+        y[count] = w->hasY ? w->y[column] : 0.0F;
+        ++count;
     }
-}
+    Walk walk = WalkOver(w, vectors, count, multipliers, x, y);
+    walk.last = first;
+    inverse->kernels->walk(&walk);
+    walk.first = first + tile;
+    walk.last = inverse->stride;
+    inverse->kernels->walk(&walk);
 
-/// Gathers all of the tile's columns from the tile's own rows on; the unit columns among them stand
-/// as a tile of the identity.
-void GatherAll(TileWalk* walk)
-{
-    const BasisInverse* const inverse = walk->inverse;
-    const NuvUint bits = inverse->stored[walk->first / tile];
-    walk->count = 0;
     for (NuvUint k = 0; k != tile; ++k)
-    {
-        const NuvUint column = walk->first + k;
-        const bool isStored = (bits >> k & 1U) != 0;
-        const NuvUint slot = isStored ? inverse->slotOf[column] : 0;
-        Append(walk,
-               isStored ? ColumnAt(inverse, slot) + walk->first : inverse->unitTile + k * tile,
-               isStored && inverse->isPending ? inverse->multipliers[slot] : 0.0F, column);
-    }
-}
-
-/// Adds what a tile of columns has to add. In each row the columns come in increasing order: only
-/// in the tile's own rows do unit columns stand between the stored ones.
-void WalkTile(TileWalk* walk)
-{
-    const NuvUint bits = walk->inverse->stored[walk->first / tile];
-    const NuvSizeT stride = walk->inverse->stride;
-    walk->hasY = walk->y && HasNonzero(walk->y + walk->first);
-    if (bits == 0)
-    {
-        AddUnitColumns(walk);
-        return;
-    }
-    GatherStored(walk, 0);
-    if (bits == wholeTile)
-    {
-        Run(walk, 0, 0, stride);
-        return;
-    }
-    Run(walk, 0, 0, walk->first);
-    Run(walk, 0, walk->first + tile, stride);
-    GatherAll(walk);
-    Run(walk, walk->first, 0, tile);
+        vectors[k] = IsStoredColumn(inverse, first + k) ? inverse->columns[first + k] + first
+                                                        : inverse->unitTile + k * tile;
+    walk = WalkOver(w, vectors, tile, inverse->multipliers + first, w->x + first, w->y + first);
+    walk.update = w->hasUpdate ? inverse->eta + first : nullptr;
+    walk.sumsX = w->resultX + first;
+    walk.sumsY = w->resultY + first;
+    walk.last = tile;
+    inverse->kernels->walk(&walk);
 }
 
 /// The position of the first priced row that is not before `row`.
-NuvUint FindPriced(const BasisInverse* x, NuvUint row)
+NuvUint FindPriced(const PricedRows* priced, NuvUint row)
 {
-    NuvUint first = 0;
-    NuvUint last = x->numPriced;
-    while (first != last)
-    {
-        const NuvUint middle = first + (last - first) / 2;
-        if (x->priced[middle].row < row)
-            first = middle + 1;
-        else
-            last = middle;
-    }
-    return first;
+    NuvUint position = priced->count;
+    while (position != 0 && priced->rows[position - 1] >= row)
+        --position;
+    return position;
+}
+
+template <class T>
+void MakeRoom(T* array, NuvUint position, NuvUint count)
+{
+    NuvMemMove(array + position + 1, array + position, (count - position) * sizeof *array);
+}
+
+template <class T>
+void CloseGap(T* array, NuvUint position, NuvUint count)
+{
+    NuvMemMove(array + position, array + position + 1, (count - position - 1) * sizeof *array);
+}
+
+void InsertPriced(PricedRows* priced, NuvUint position, NuvUint row)
+{
+    MakeRoom(priced->rows, position, priced->count);
+    MakeRoom(priced->costs, position, priced->count);
+    MakeRoom(priced->entries, position, priced->count);
+    ++priced->count;
+    priced->rows[position] = row;
+    priced->entries[position] = priced->spare[--priced->numSpare];
+}
+
+void RemovePriced(PricedRows* priced, NuvUint position)
+{
+    priced->spare[priced->numSpare++] = priced->entries[position];
+    CloseGap(priced->rows, position, priced->count);
+    CloseGap(priced->costs, position, priced->count);
+    CloseGap(priced->entries, position, priced->count);
+    --priced->count;
 }
 
 /// Takes the entries of `row` for multipliers and leaves zeros in their place. Zero instead of the
 /// old entry v makes the update eta(r) · v out of it: +0 + eta(r) · v is what the definition sums.
 void TakeRow(BasisInverse* x, NuvUint row)
 {
+    if (IsStoredAtOnce(x))
+    {
+        for (NuvUint column = 0; column != x->m; ++column)
+        {
+            NuvFloat32* const entry = x->columns[column] + row;
+            x->multipliers[column] = *entry;
+            *entry = 0.0F;
+        }
+        return;
+    }
     for (NuvUint slot = 0; slot != x->numStored; ++slot)
     {
-        NuvFloat32* const entry = ColumnAt(x, slot) + row;
-        x->multipliers[slot] = *entry;
+        const NuvUint column = x->columnOfSlot[slot];
+        NuvFloat32* const entry = x->columns[column] + row;
+        x->multipliers[column] = *entry;
+        x->multipliersBySlot[slot] = *entry;
         *entry = 0.0F;
     }
 }
@@ -181,69 +224,87 @@ void TakeRow(BasisInverse* x, NuvUint row)
 /// one's column. Rows without a cost add ±0, and so do costs in rows where a column holds 0.
 void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
 {
-    for (NuvUint k = 0; k != x->numPriced; ++k)
-    {
-        x->vectors[k] = x->priced[k].entries;
-        x->weights[k] = x->priced[k].cost;
-        x->etaOfPriced[k] = x->eta[x->priced[k].row];
-    }
+    PricedRows* const priced = &x->priced;
+    for (NuvUint k = 0; k != priced->count; ++k)
+        priced->eta[k] = x->eta[priced->rows[k]];
     const NuvSizeT length = (x->numStored + tile - 1) / tile * tile;
-    NuvMemZero(x->pricesBySlot, length * sizeof *x->pricesBySlot);
-    x->kernels->updateAndAdd(x->vectors, x->etaOfPriced, x->multipliers, x->weights, x->numPriced,
-                             x->pricesBySlot, 0, length);
-    for (NuvUint slot = 0; slot != x->numStored; ++slot)
-        prices[x->columnOf[slot]] = x->pricesBySlot[slot];
+    const bool isInPlace = IsStoredAtOnce(x);
+    const Walk walk = {priced->entries,
+                       priced->count,
+                       priced->eta,
+                       isInPlace ? x->multipliers : x->multipliersBySlot,
+                       priced->costs,
+                       isInPlace ? prices : x->pricesBySlot,
+                       nullptr,
+                       nullptr,
+                       0,
+                       length,
+                       true};
+    x->kernels->walk(&walk);
+    for (NuvUint slot = 0; !isInPlace && slot != x->numStored; ++slot)
+        prices[x->columnOfSlot[slot]] = x->pricesBySlot[slot];
 }
 }  // namespace
 
 NuvSizeT PaddedLength(NuvSizeT count)
 {
-    return ((count + tile - 1) / tile | 1U) * tile;
+    const NuvSizeT tiles = (count + tile - 1) / tile;
+    return (tiles % tile == 0 ? tiles + 1 : tiles) * tile;
 }
 
 void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter)
 {
     x->m = m;
     x->stride = PaddedLength(m);
-    x->numSpare = maxPriced;
-    cutter->Take(&x->slotOf, m);
-    cutter->Take(&x->columnOf, m);
+    cutter->Take(&x->columns, m);
     cutter->Take(&x->stored, x->stride / tile);
-    cutter->Take(&x->priced, maxPriced);
-    cutter->Take(&x->spare, maxPriced);
+    cutter->Take(&x->columnOfSlot, m);
+    cutter->Take(&x->priced.rows, maxPriced);
+    cutter->Take(&x->priced.costs, maxPriced);
+    cutter->Take(&x->priced.entries, maxPriced);
+    cutter->Take(&x->priced.eta, maxPriced);
+    cutter->Take(&x->priced.spare, maxPriced);
+    x->priced.numSpare = maxPriced;
     cutter->Take(&x->eta, x->stride);
     cutter->Take(&x->multipliers, x->stride);
-    cutter->Take(&x->unitTile, tile * tile);
-    cutter->Take(&x->vectors, maxPriced);
-    cutter->Take(&x->weights, x->stride);
-    cutter->Take(&x->etaOfPriced, x->stride);
+    cutter->Take(&x->multipliersBySlot, x->stride);
     cutter->Take(&x->pricesBySlot, x->stride);
-    cutter->Take(&x->columns, m * x->stride);
-    cutter->Take(&x->rows, maxPriced * x->stride);
+    cutter->Take(&x->unitTile, tile * tile);
+    cutter->Take(&x->room, m * x->stride);
+    cutter->Take(&x->priced.room, maxPriced * x->stride);
 }
 
 void SetToIdentity(BasisInverse* x)
 {
     x->numStored = 0;
-    x->numPriced = 0;
     x->isPending = false;
     NuvMemZero(x->stored, x->stride / tile * sizeof *x->stored);
     NuvMemZero(x->multipliers, x->stride * sizeof *x->multipliers);
+    PricedRows* const priced = &x->priced;
+    priced->count = 0;
+    // The rows that are taken first lie first.
+    for (NuvUint k = 0; k != priced->numSpare; ++k)
+        priced->spare[k] = priced->room + (priced->numSpare - 1 - k) * x->stride;
+    if (IsStoredAtOnce(x))
+    {
+        for (NuvUint column = 0; column != x->m; ++column)
+            (void)StoreColumn(x, column);
+        return;
+    }
+    NuvMemZero(x->multipliersBySlot, x->stride * sizeof *x->multipliersBySlot);
     NuvMemZero(x->unitTile, tile * tile * sizeof *x->unitTile);
     for (NuvUint i = 0; i != tile; ++i)
         x->unitTile[i * tile + i] = 1.0F;
-    // The rows that are taken first lie first.
-    for (NuvUint k = 0; k != x->numSpare; ++k)
-        x->spare[k] = x->rows + (x->numSpare - 1 - k) * x->stride;
 }
 
 NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column)
 {
-    const NuvUint slot = x->numStored++;
-    x->slotOf[column] = slot;
-    x->columnOf[slot] = column;
+    if (IsStoredColumn(x, column))
+        return x->columns[column];
+    NuvFloat32* const entries = x->room + x->numStored * x->stride;
+    x->columns[column] = entries;
+    x->columnOfSlot[x->numStored++] = column;
     x->stored[column / tile] |= 1U << column % tile;
-    NuvFloat32* const entries = ColumnAt(x, slot);
     NuvMemZero(entries, x->stride * sizeof *entries);
     entries[column] = 1.0F;
     return entries;
@@ -252,49 +313,82 @@ NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column)
 NuvFloat32 EntryOf(const BasisInverse* x, NuvUint row, NuvUint column)
 {
     if (IsStoredColumn(x, column))
-        return ColumnAt(x, x->slotOf[column])[row];
+        return x->columns[column][row];
     return row == column ? 1.0F : 0.0F;
 }
 
 void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost)
 {
-    const NuvUint position = FindPriced(x, row);
-    PricedRow* const at = x->priced + position;
-    const bool isPriced = position != x->numPriced && at->row == row;
-    const NuvSizeT following = (x->numPriced - position) * sizeof *at;
-    if (cost != 0.0F && !isPriced)
+    PricedRows* const priced = &x->priced;
+    const NuvUint position = FindPriced(priced, row);
+    const bool isPriced = position != priced->count && priced->rows[position] == row;
+    if (cost == 0.0F)
     {
-        NuvMemMove(at + 1, at, following);
-        ++x->numPriced;
-        *at = {row, cost, x->spare[--x->numSpare]};
-    }
-    else if (cost == 0.0F && isPriced)
-    {
-        x->spare[x->numSpare++] = at->entries;
-        NuvMemMove(at, at + 1, following - sizeof *at);
-        --x->numPriced;
+        if (isPriced)
+            RemovePriced(priced, position);
         return;
     }
-    else if (cost == 0.0F)
-        return;
-    at->cost = cost;
-    NuvMemZero(at->entries, x->stride * sizeof *at->entries);
+    if (!isPriced)
+        InsertPriced(priced, position, row);
+    priced->costs[position] = cost;
+    NuvMemZero(priced->entries[position], x->stride * sizeof **priced->entries);
+}
+
+void ComputePrices(BasisInverse* x, NuvFloat32* prices)
+{
+    const PricedRows* const priced = &x->priced;
+    NuvMemZero(prices, x->stride * sizeof *prices);
+    for (NuvUint k = 0; k != priced->count; ++k)
+    {
+        const NuvUint row = priced->rows[k];
+        if (!IsStoredColumn(x, row))
+            prices[row] = 0.0F + priced->costs[k];
+        for (NuvUint slot = 0; slot != x->numStored; ++slot)
+            priced->entries[k][slot] = x->columns[x->columnOfSlot[slot]][row];
+    }
+    NuvMemZero(x->eta, x->stride * sizeof *x->eta);
+    UpdatePrices(x, prices);
 }
 
 void MultiplyByInverse(BasisInverse* x, const NuvFloat32* vector, NuvFloat32* result,
                        const NuvFloat32* otherVector, NuvFloat32* otherResult)
 {
-    TileWalk walk;
-    walk.inverse = x;
-    walk.x = vector;
-    walk.resultX = result;
-    walk.y = otherVector;
-    walk.resultY = otherResult;
+    if (IsStoredAtOnce(x))
+    {
+        const Walk walk = {x->columns,
+                           x->m,
+                           x->multipliers,
+                           x->isPending ? x->eta : nullptr,
+                           vector,
+                           result,
+                           otherVector,
+                           otherResult,
+                           0,
+                           x->stride,
+                           true};
+        x->kernels->walk(&walk);
+        x->isPending = false;
+        return;
+    }
     NuvMemZero(result, x->stride * sizeof *result);
     if (otherVector)
         NuvMemZero(otherResult, x->stride * sizeof *otherResult);
-    for (walk.first = 0; walk.first < x->m; walk.first += tile)
-        WalkTile(&walk);
+    ColumnWalk walk = {x, vector, result, otherVector, otherResult, 0, false, false};
+    while (walk.first < x->m)
+    {
+        LookAtTile(&walk);
+        const NuvUint bits = x->stored[walk.first / tile];
+        if (bits == WholeTile(x, walk.first))
+        {
+            walk.first = WalkWholeTiles(&walk);
+            continue;
+        }
+        if (bits == 0)
+            AddUnitColumns(&walk);
+        else
+            WalkMixedTile(&walk);
+        walk.first += tile;
+    }
     x->isPending = false;
 }
 
@@ -309,26 +403,9 @@ bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row)
     return isFinite && pivot * 0.0F == 0.0F;
 }
 
-void ComputePrices(BasisInverse* x, NuvFloat32* prices)
-{
-    NuvMemZero(prices, x->stride * sizeof *prices);
-    for (NuvUint k = 0; k != x->numPriced; ++k)
-    {
-        const PricedRow* const priced = x->priced + k;
-        if (!IsStoredColumn(x, priced->row))
-            prices[priced->row] = 0.0F + priced->cost;
-        for (NuvUint slot = 0; slot != x->numStored; ++slot)
-            priced->entries[slot] = ColumnAt(x, slot)[priced->row];
-    }
-    NuvMemZero(x->multipliers, x->stride * sizeof *x->multipliers);
-    NuvMemZero(x->eta, x->stride * sizeof *x->eta);
-    UpdatePrices(x, prices);
-}
-
 void Update(BasisInverse* x, NuvUint row, NuvFloat32 cost, NuvFloat32* prices)
 {
-    if (!IsStoredColumn(x, row))
-        (void)StoreColumn(x, row);
+    (void)StoreColumn(x, row);
     TakeRow(x, row);
     SetCost(x, row, cost);
     UpdatePrices(x, prices);

@@ -1,12 +1,11 @@
 // The inverse of the basis on the fast road: exact to the bit as long as all of it is finite, at a
-// cost that follows the work done. It is kept column by column, and only the columns that differ
-// from unit vectors are kept: at the slack basis none, after a pivot in row r also column r. The
-// rows whose basic variables have a cost are kept a second time as rows, because prices are sums
-// over rows. A pivot brings the rows up to date at once and the columns when they are next walked.
+// cost that follows the work done. It is kept column by column, and only columns that differ from
+// unit vectors are kept: at the slack basis none, after a pivot in row r also column r. The rows
+// whose basic variables have a cost are kept a second time as rows, because prices are sums over
+// rows. A pivot brings the rows up to date at once and the columns when they are next walked.
 //
-// Invariant: a column of the inverse is `columns` + slot · stride, once the pending update is added
-// to it, or a unit vector; no entry is −0 where that could show. Rows of padding are zero. Not
-// installed.
+// Invariant: a column of the inverse is columns[j] + multipliers[j] · eta if it is stored, else a
+// unit vector. Padding is zero. Not installed.
 //
 // Why signs of zeros do not show: entries of the inverse only ever enter sums that start at +0, and
 // +0 + (±0) = +0. Why finite is enough to leave products out: 0 · x = ±0 for finite x alone.
@@ -18,12 +17,20 @@
 
 namespace nuv
 {
-/// A row of the inverse whose basic variable has a cost: its entries by slot.
-struct PricedRow
+/// The rows of the inverse whose basic variables have a cost, in increasing row: parallel arrays.
+/// Entries are by slot, the order in which the columns came to be stored.
+struct PricedRows
 {
-    NuvUint row;
-    NuvFloat32 cost;
-    NuvFloat32* entries;
+    NuvUint count;
+    NuvUint* rows;
+    NuvFloat32* costs;
+    NuvFloat32** entries;
+    /// eta at these rows.
+    NuvFloat32* eta;
+    /// Room for more of them.
+    NuvUint numSpare;
+    NuvFloat32** spare;
+    NuvFloat32* room;
 };
 
 struct BasisInverse
@@ -33,36 +40,27 @@ struct BasisInverse
     /// The length of arrays of m elements with their padding.
     NuvSizeT stride;
 
-    /// The stored columns in the order in which they came: a column's slot and a slot's column.
-    NuvUint numStored;
-    NuvUint* slotOf;
-    NuvUint* columnOf;
-    /// By tile of columns, a bit for each that is stored.
+    /// By column. `stored` has a bit per column, tile by tile.
+    NuvFloat32** columns;
     NuvUint* stored;
-    NuvFloat32* columns;
+    NuvUint numStored;
+    NuvUint* columnOfSlot;
+    NuvFloat32* room;
+    PricedRows priced;
 
-    /// The priced rows in increasing row, and the memory for more of them.
-    NuvUint numPriced;
-    PricedRow* priced;
-    NuvUint numSpare;
-    NuvFloat32** spare;
-    NuvFloat32* rows;
-
-    /// The pending update: column += multipliers[slot] · eta.
+    /// The pending update; multipliers by column, and again by slot.
     bool isPending;
     NuvFloat32* eta;
     NuvFloat32* multipliers;
-
-    /// A tile of the identity, and room for lists of what is walked.
-    NuvFloat32* unitTile;
-    NuvFloat32** vectors;
-    NuvFloat32* weights;
-    NuvFloat32* etaOfPriced;
+    NuvFloat32* multipliersBySlot;
     NuvFloat32* pricesBySlot;
+
+    NuvFloat32* unitTile;
 };
 
-/// The length of an array of `count` floats that is walked tile by tile: an odd number of tiles, so
-/// that neighbouring columns of one row do not compete for the same lines of a cache.
+/// The length of an array of `count` floats that is walked tile by tile; never a multiple of a
+/// kilobyte, so that the same rows of neighbouring columns do not compete for the same lines of a
+/// cache.
 NuvSizeT PaddedLength(NuvSizeT count);
 
 /// Takes the arrays of an inverse of dimension m, of which `maxPriced` rows may have a cost.
@@ -75,9 +73,9 @@ NuvFloat32* StoreColumn(BasisInverse* inverse, NuvUint column);
 /// @return an entry, with no update pending.
 NuvFloat32 EntryOf(const BasisInverse* inverse, NuvUint row, NuvUint column);
 
-/// Tells the cost of the variable that is basic in a row, after the row's update or before any.
+/// Tells the cost of the variable that is basic in a row, before any update.
 void SetCost(BasisInverse* inverse, NuvUint row, NuvFloat32 cost);
-/// prices = costs · inverse.
+/// prices = costs · inverse, before any update.
 void ComputePrices(BasisInverse* inverse, NuvFloat32* prices);
 
 /// resultX = inverse · x and, unless y is null, resultY = inverse · y, in one walk that also adds

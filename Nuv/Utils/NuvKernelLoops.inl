@@ -11,119 +11,139 @@ namespace
 /// How many vectors are walked side by side: as many as there are registers for.
 constexpr NuvSizeT maxAtOnce = lanes == 16 ? 8 : 4;
 
-/// One walk along several vectors at once. The sums are formed vector by vector, which fixes their
-/// order; `hasUpdate` first brings each vector up to date, `hasTwo` forms a second sum.
-template <bool hasUpdate, bool hasTwo>
-struct Walk
-{
-    NuvFloat32* const* vectors;
-    const NuvFloat32* multipliers;
-    const NuvFloat32* update;
-    const NuvFloat32* x;
-    const NuvFloat32* y;
-    NuvFloat32* sumsX;
-    NuvFloat32* sumsY;
+/// The longest range that is walked across: past all vectors before the next step along them.
+constexpr NuvSizeT maxAcross = 4 * Kernels::tile;
 
-    template <NuvSizeT count>
-    void Along(NuvSizeT first, NuvSizeT last) const
+/// How many lanes are walked across side by side, so that no sum waits for another.
+constexpr NuvSizeT maxSideBySide = lanes == 16 ? 4 : 2;
+
+/// Past all vectors, `count` lanes of each from `i` on.
+template <bool hasUpdate, bool hasTwo, NuvSizeT count>
+NUV_LANES_INLINE void WalkAcross(const Walk& w, NuvSizeT i)
+{
+    Lanes update[count];
+    Lanes sumX[count];
+    Lanes sumY[count];
+    for (NuvSizeT k = 0; k != count; ++k)
     {
-        NuvFloat32* at[count];
-        NuvFloat32* const atX = sumsX;
-        NuvFloat32* const atY = sumsY;
-        const NuvFloat32* const atUpdate = update;
-        Lanes spread[count];
-        Lanes spreadX[count];
-        Lanes spreadY[count];
+        update[k] = hasUpdate ? Load(w.update + i + k * lanes) : Lanes{};
+        sumX[k] = w.isNew ? Lanes{} : Load(w.sumsX + i + k * lanes);
+        sumY[k] = w.isNew || !hasTwo ? Lanes{} : Load(w.sumsY + i + k * lanes);
+    }
+    for (NuvSizeT c = 0; c != w.count; ++c)
+    {
+        const Lanes multiplier = Spread(hasUpdate ? w.multipliers[c] : 0.0F);
+        const Lanes x = Spread(w.x[c]);
+        const Lanes y = Spread(hasTwo ? w.y[c] : 0.0F);
+        for (NuvSizeT k = 0; k != count; ++k)
+        {
+            NuvFloat32* const at = w.vectors[c] + i + k * lanes;
+            Lanes elements = Load(at);
+            if constexpr (hasUpdate)
+            {
+                elements = elements + multiplier * update[k];
+                Store(at, elements);
+            }
+            sumX[k] = sumX[k] + x * elements;
+            if constexpr (hasTwo)
+                sumY[k] = sumY[k] + y * elements;
+        }
+    }
+    for (NuvSizeT k = 0; k != count; ++k)
+    {
+        Store(w.sumsX + i + k * lanes, sumX[k]);
+        if constexpr (hasTwo)
+            Store(w.sumsY + i + k * lanes, sumY[k]);
+    }
+}
+
+template <bool hasUpdate, bool hasTwo>
+void WalkAcrossAll(const Walk& w)
+{
+    NuvSizeT i = w.first;
+    for (; w.last - i >= maxSideBySide * lanes; i += maxSideBySide * lanes)
+        WalkAcross<hasUpdate, hasTwo, maxSideBySide>(w, i);
+    if (w.last - i >= 2 * lanes)
+    {
+        WalkAcross<hasUpdate, hasTwo, 2>(w, i);
+        i += 2 * lanes;
+    }
+    if (i != w.last)
+        WalkAcross<hasUpdate, hasTwo, 1>(w, i);
+}
+
+/// The whole range, along a few vectors from the one at `from` on.
+template <bool hasUpdate, bool hasTwo, NuvSizeT count>
+void WalkAlong(const Walk& w, NuvSizeT from, bool isNew)
+{
+    NuvFloat32* at[count];
+    Lanes spread[count];
+    Lanes spreadX[count];
+    Lanes spreadY[count];
+    for (NuvSizeT c = 0; c != count; ++c)
+    {
+        at[c] = w.vectors[from + c];
+        spread[c] = Spread(hasUpdate ? w.multipliers[from + c] : 0.0F);
+        spreadX[c] = Spread(w.x[from + c]);
+        spreadY[c] = Spread(hasTwo ? w.y[from + c] : 0.0F);
+    }
+    const NuvFloat32* const atUpdate = w.update;
+    NuvFloat32* const atX = w.sumsX;
+    NuvFloat32* const atY = w.sumsY;
+    const NuvSizeT last = w.last;
+    for (NuvSizeT i = w.first; i != last; i += lanes)
+    {
+        const Lanes update = hasUpdate ? Load(atUpdate + i) : Lanes{};
+        Lanes sumX = isNew ? Lanes{} : Load(atX + i);
+        Lanes sumY = isNew || !hasTwo ? Lanes{} : Load(atY + i);
         for (NuvSizeT c = 0; c != count; ++c)
         {
-            at[c] = vectors[c];
-            spread[c] = Spread(hasUpdate ? multipliers[c] : 0.0F);
-            spreadX[c] = Spread(x[c]);
-            spreadY[c] = Spread(hasTwo ? y[c] : 0.0F);
-        }
-        for (NuvSizeT i = first; i != last; i += lanes)
-        {
-            const Lanes updateLanes = hasUpdate ? Load(atUpdate + i) : Lanes{};
-            Lanes sumX = Load(atX + i);
-            Lanes sumY = hasTwo ? Load(atY + i) : Lanes{};
-            for (NuvSizeT c = 0; c != count; ++c)
+            Lanes elements = Load(at[c] + i);
+            if constexpr (hasUpdate)
             {
-                Lanes elements = Load(at[c] + i);
-                if constexpr (hasUpdate)
-                {
-                    elements = elements + spread[c] * updateLanes;
-                    Store(at[c] + i, elements);
-                }
-                sumX = sumX + spreadX[c] * elements;
-                if constexpr (hasTwo)
-                    sumY = sumY + spreadY[c] * elements;
+                elements = elements + spread[c] * update;
+                Store(at[c] + i, elements);
             }
-            Store(atX + i, sumX);
+            sumX = sumX + spreadX[c] * elements;
             if constexpr (hasTwo)
-                Store(atY + i, sumY);
+                sumY = sumY + spreadY[c] * elements;
         }
+        Store(atX + i, sumX);
+        if constexpr (hasTwo)
+            Store(atY + i, sumY);
     }
+}
 
-    template <NuvSizeT count>
-    void Step(NuvSizeT first, NuvSizeT last)
+template <bool hasUpdate, bool hasTwo>
+void WalkAll(const Walk& w)
+{
+    if (w.last - w.first <= maxAcross || w.count == 0)
     {
-        Along<count>(first, last);
-        vectors += count;
-        multipliers += hasUpdate ? count : 0;
-        x += count;
-        y += hasTwo ? count : 0;
+        WalkAcrossAll<hasUpdate, hasTwo>(w);
+        return;
     }
-
-    void Run(NuvSizeT count, NuvSizeT first, NuvSizeT last)
+    NuvSizeT c = 0;
+    for (; w.count - c >= maxAtOnce; c += maxAtOnce)
+        WalkAlong<hasUpdate, hasTwo, maxAtOnce>(w, c, w.isNew && c == 0);
+    if (w.count - c >= 4)
     {
-        for (; count >= maxAtOnce; count -= maxAtOnce)
-            Step<maxAtOnce>(first, last);
-        if (count >= 4)
-        {
-            Step<4>(first, last);
-            count -= 4;
-        }
-        if (count == 3)
-            Step<3>(first, last);
-        else if (count == 2)
-            Step<2>(first, last);
-        else if (count == 1)
-            Step<1>(first, last);
+        WalkAlong<hasUpdate, hasTwo, 4>(w, c, w.isNew && c == 0);
+        c += 4;
     }
-};
-
-void AddMultiples(const NuvFloat32* const* vectors, const NuvFloat32* x, NuvSizeT count,
-                  NuvFloat32* sums, NuvSizeT first, NuvSizeT last)
-{
-    Walk<false, false> walk = {
-        const_cast<NuvFloat32* const*>(vectors), nullptr, nullptr, x, nullptr, sums, nullptr};
-    walk.Run(count, first, last);
+    for (; c != w.count; ++c)
+        WalkAlong<hasUpdate, hasTwo, 1>(w, c, w.isNew && c == 0);
 }
 
-void AddMultiplesToTwo(const NuvFloat32* const* vectors, const NuvFloat32* x, const NuvFloat32* y,
-                       NuvSizeT count, NuvFloat32* sumsX, NuvFloat32* sumsY, NuvSizeT first,
-                       NuvSizeT last)
+void WalkVectors(const Walk* w)
 {
-    Walk<false, true> walk = {
-        const_cast<NuvFloat32* const*>(vectors), nullptr, nullptr, x, y, sumsX, sumsY};
-    walk.Run(count, first, last);
-}
-
-void UpdateAndAdd(NuvFloat32* const* vectors, const NuvFloat32* multipliers,
-                  const NuvFloat32* update, const NuvFloat32* x, NuvSizeT count, NuvFloat32* sums,
-                  NuvSizeT first, NuvSizeT last)
-{
-    Walk<true, false> walk = {vectors, multipliers, update, x, nullptr, sums, nullptr};
-    walk.Run(count, first, last);
-}
-
-void UpdateAndAddToTwo(NuvFloat32* const* vectors, const NuvFloat32* multipliers,
-                       const NuvFloat32* update, const NuvFloat32* x, const NuvFloat32* y,
-                       NuvSizeT count, NuvFloat32* sumsX, NuvFloat32* sumsY, NuvSizeT first,
-                       NuvSizeT last)
-{
-    Walk<true, true> walk = {vectors, multipliers, update, x, y, sumsX, sumsY};
-    walk.Run(count, first, last);
+    if (w->update && w->y)
+        WalkAll<true, true>(*w);
+    else if (w->update)
+        WalkAll<true, false>(*w);
+    else if (w->y)
+        WalkAll<false, true>(*w);
+    else
+        WalkAll<false, false>(*w);
 }
 
 bool IsFinite(const NuvFloat32* x, NuvSizeT length)
@@ -147,45 +167,32 @@ bool FormEta(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta
     return AreZero(doubt);
 }
 
-NuvFloat32 SubtractAndFindLargest(const NuvFloat32* costs, const NuvFloat32* sums,
-                                  NuvFloat32* reducedCosts, NuvSizeT length)
+Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUint* numbers,
+                   NuvFloat32* differences, NuvSizeT length)
 {
     Lanes best = {};
     for (NuvSizeT i = 0; i != length; i += lanes)
     {
-        const Lanes reduced = Load(costs + i) - Load(sums + i);
-        Store(reducedCosts + i, reduced);
-        best = LargerOf(reduced, best);
+        const Lanes difference = Load(costs + i) - Load(sums + i);
+        Store(differences + i, difference);
+        best = LargerOf(difference, best);
     }
-    NuvFloat32 elements[lanes];
-    Store(elements, best);
-    NuvFloat32 largest = 0.0F;
-    for (NuvSizeT k = 0; k != lanes; ++k)
-        largest = elements[k] > largest ? elements[k] : largest;
-    return largest;
-}
-
-NuvUint LargestWhereEqual(const NuvFloat32* x, NuvFloat32 value, const NuvUint* numbers,
-                          NuvSizeT length)
-{
-    const Lanes wanted = Spread(value);
-    UintLanes best = {};
+    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Merge(best, LargerOf));
+    if (largest == 0.0F)
+        return {largest, 0};
+    UintLanes last = {};
     for (NuvSizeT i = 0; i != length; i += lanes)
     {
         const UintLanes found =
-            Load(x + i) == wanted ? LoadAs<UintLanes>(numbers + i) : UintLanes{};
-        best = found > best ? found : best;
+            Load(differences + i) == Spread(largest) ? LoadAs<UintLanes>(numbers + i) : UintLanes{};
+        last = found > last ? found : last;
     }
-    NuvUint elements[lanes];
-    memcpy(elements, &best, sizeof best);
-    NuvUint largest = 0;
-    for (NuvSizeT k = 0; k != lanes; ++k)
-        largest = elements[k] > largest ? elements[k] : largest;
-    return largest;
+    return {largest,
+            Merge(last, [](const UintLanes& a, const UintLanes& b) { return a > b ? a : b; })};
 }
 
-NuvFloat32 FormRatios(const NuvFloat32* values, const NuvFloat32* direction, NuvFloat32* ratios,
-                      NuvSizeT length)
+Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, NuvFloat32* ratios,
+                         NuvSizeT length)
 {
     const Lanes none = Spread(FLT_MAX);
     Lanes best = none;
@@ -196,12 +203,11 @@ NuvFloat32 FormRatios(const NuvFloat32* values, const NuvFloat32* direction, Nuv
         Store(ratios + i, ratio);
         best = SmallerOf(ratio, best);
     }
-    NuvFloat32 elements[lanes];
-    Store(elements, best);
-    NuvFloat32 smallest = FLT_MAX;
-    for (NuvSizeT k = 0; k != lanes; ++k)
-        smallest = elements[k] < smallest ? elements[k] : smallest;
-    return smallest;
+    const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Merge(best, SmallerOf));
+    NuvUint first = 0;
+    while (smallest != FLT_MAX && ratios[first] != smallest)
+        ++first;
+    return {smallest, first};
 }
 
 /// The product of `numRows` rows of x with a stripe of y that is `numVectors` vectors wide.
@@ -265,10 +271,8 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kernels = {
-    AddMultiples, AddMultiplesToTwo,      UpdateAndAdd,      UpdateAndAddToTwo, FormEta,
-    IsFinite,     SubtractAndFindLargest, LargestWhereEqual, FormRatios,        MultiplyMatrices,
-    Divide,       SubtractMultiple};
+constexpr Kernels kernels = {WalkVectors,       FormEta,          IsFinite, FindLargest,
+                             FindSmallestRatio, MultiplyMatrices, Divide,   SubtractMultiple};
 }  // namespace
 
 const Kernels* NUV_KERNELS()

@@ -8,44 +8,56 @@
 
 namespace nuv
 {
+/// A walk along several vectors at once, within the range [first, last) of each:
+///     vectors[c] += multipliers[c] · update      unless update is null,
+///     sumsX += x[c] · vectors[c]                 one c after the other,
+///     sumsY += y[c] · vectors[c]                 unless y is null.
+/// New sums start at +0, whatever stood there. The vectors are only written where there is an
+/// update.
+struct Walk
+{
+    NuvFloat32* const* vectors;
+    NuvSizeT count;
+    const NuvFloat32* multipliers;
+    const NuvFloat32* update;
+    const NuvFloat32* x;
+    NuvFloat32* sumsX;
+    const NuvFloat32* y;
+    NuvFloat32* sumsY;
+    NuvSizeT first;
+    NuvSizeT last;
+    bool isNew;
+};
+
+/// A number that was looked for, and where it was found.
+struct Choice
+{
+    NuvFloat32 value;
+    NuvUint number;
+};
+
 /// The loops as made for one instruction set. Ranges begin and end at multiples of `tile`, and
-/// lengths are such, but where any shape is allowed. The vectors of one call do not overlap.
+/// lengths are such, but where any shape is allowed.
 struct Kernels
 {
     static constexpr NuvSizeT tile = 16;
 
-    /// sums += x[c] · vectors[c] within [first, last), one c after the other.
-    void (*addMultiples)(const NuvFloat32* const* vectors, const NuvFloat32* x, NuvSizeT count,
-                         NuvFloat32* sums, NuvSizeT first, NuvSizeT last);
-    /// The same for two sums in one walk: sumsX += x[c] · vectors[c], sumsY += y[c] · vectors[c].
-    void (*addMultiplesToTwo)(const NuvFloat32* const* vectors, const NuvFloat32* x,
-                              const NuvFloat32* y, NuvSizeT count, NuvFloat32* sumsX,
-                              NuvFloat32* sumsY, NuvSizeT first, NuvSizeT last);
-    /// vectors[c] += multipliers[c] · update, then sums += x[c] · vectors[c].
-    void (*updateAndAdd)(NuvFloat32* const* vectors, const NuvFloat32* multipliers,
-                         const NuvFloat32* update, const NuvFloat32* x, NuvSizeT count,
-                         NuvFloat32* sums, NuvSizeT first, NuvSizeT last);
-    /// The same for two sums in one walk.
-    void (*updateAndAddToTwo)(NuvFloat32* const* vectors, const NuvFloat32* multipliers,
-                              const NuvFloat32* update, const NuvFloat32* x, const NuvFloat32* y,
-                              NuvSizeT count, NuvFloat32* sumsX, NuvFloat32* sumsY, NuvSizeT first,
-                              NuvSizeT last);
+    void (*walk)(const Walk* walk);
     /// eta = 0 − direction · reciprocal.
     /// @return whether all of eta is finite.
     bool (*formEta)(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta,
                     NuvSizeT length);
     bool (*isFinite)(const NuvFloat32* x, NuvSizeT length);
-    /// reducedCosts = costs − sums.
-    /// @return the largest that is above 0, or 0; a NaN is passed over.
-    NuvFloat32 (*subtractAndFindLargest)(const NuvFloat32* costs, const NuvFloat32* sums,
-                                         NuvFloat32* reducedCosts, NuvSizeT length);
-    /// @return the largest of the numbers that stand where x equals `value`, or 0.
-    NuvUint (*largestWhereEqual)(const NuvFloat32* x, NuvFloat32 value, const NuvUint* numbers,
-                                 NuvSizeT length);
+    /// differences = costs − sums.
+    /// @return the largest that is above 0, or 0, and the largest of the numbers where it stands; a
+    /// NaN is passed over.
+    Choice (*findLargest)(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUint* numbers,
+                          NuvFloat32* differences, NuvSizeT length);
     /// ratios = values / direction where direction is above 0, else FLT_MAX.
-    /// @return the smallest that is below FLT_MAX, or FLT_MAX; a NaN is passed over.
-    NuvFloat32 (*formRatios)(const NuvFloat32* values, const NuvFloat32* direction,
-                             NuvFloat32* ratios, NuvSizeT length);
+    /// @return the smallest that is below FLT_MAX and the first index where it stands, or FLT_MAX; a
+    /// NaN is passed over.
+    Choice (*findSmallestRatio)(const NuvFloat32* values, const NuvFloat32* direction,
+                                NuvFloat32* ratios, NuvSizeT length);
     /// result (rows × cols) = x (rows × inner) · y (inner × cols), row after row, of any shape.
     void (*multiply)(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
                      NuvSizeT inner, NuvSizeT cols);

@@ -3,6 +3,13 @@
 // are those of the elements, lane by lane; no lane ever meets another.
 #include <string.h>
 
+#include <bit>
+#include <utility>
+
+#if NUV_LANES > 4
+#include <immintrin.h>
+#endif
+
 #include "Nuv/Utils/NuvFloatContract.h"
 #include "Nuv/Utils/NuvTypes.h"
 
@@ -58,15 +65,42 @@ NUV_LANES_INLINE Lanes SmallerOf(const Lanes& x, const Lanes& y)
     return x < y ? x : y;
 }
 
+#if NUV_LANES > 1
+/// x with its lanes moved down by `distance`, round and round.
+template <class T, int distance, int... i>
+NUV_LANES_INLINE T RotateBy(const T& x, std::integer_sequence<int, i...>)
+{
+    return __builtin_shufflevector(x, x, ((i + distance) % NUV_LANES)...);
+}
+#endif
+
+/// What an operation that cares neither for order nor for grouping makes of all lanes.
+template <int distance = NUV_LANES / 2, class T, class Operation>
+NUV_LANES_INLINE auto Merge(const T& x, Operation operation)
+{
+    if constexpr (distance == 0)
+    {
+        NuvUint bits;
+        memcpy(&bits, &x, sizeof bits);
+        return bits;
+    }
+    else
+        return Merge<distance / 2>(
+            operation(x, RotateBy<T, distance>(x, std::make_integer_sequence<int, NUV_LANES>())),
+            operation);
+}
+
 /// Whether all lanes are zero, and none is a NaN.
 NUV_LANES_INLINE bool AreZero(const Lanes& x)
 {
-    NuvFloat32 elements[lanes];
-    Store(elements, x);
-    NuvFloat32 sum = 0.0F;
-    for (NuvSizeT k = 0; k != lanes; ++k)
-        sum = sum + elements[k] * elements[k];
-    return sum == 0.0F;
+#if NUV_LANES == 16
+    return _mm512_cmp_ps_mask(x, Lanes{}, _CMP_NEQ_UQ) == 0;
+#elif NUV_LANES == 8
+    return _mm256_movemask_ps(_mm256_cmp_ps(x, Lanes{}, _CMP_NEQ_UQ)) == 0;
+#else
+    return std::bit_cast<NuvFloat32>(
+               Merge(x * x, [](const Lanes& y, const Lanes& z) { return y + z; })) == 0.0F;
+#endif
 }
 }  // namespace
 }  // namespace nuv

@@ -1,6 +1,8 @@
 // The standard form: the model as dense matrices, one slack column per row. With n variables and m
 // constraints, A is m × (n + m) with the identity in its last m columns, and the slack columns are
 // the first basis.
+#include <bit>
+
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Utils/NuvFloatContract.h"
 #include "Nuv/Utils/NuvRevisedSimplex.h"
@@ -30,41 +32,46 @@ bool ResizeMatrices(NuvLinearProgramming* lp, NuvSizeT m)
     return true;
 }
 
-/// Stores values and takes note of them: a product with 0 is 0 for finite values alone.
-struct Recorder
+bool IsFinite(NuvFloat32 value)
 {
-    NuvFloat32 sumOfZeros;
-    NuvSizeT count;
+    constexpr NuvUint exponent = 0x7F800000;
+    return (std::bit_cast<NuvUint>(value) & exponent) != exponent;
+}
 
-    NuvFloat32 Note(NuvFloat32 value)
-    {
-        sumOfZeros = sumOfZeros + value * 0.0F;
-        return value;
-    }
-
-    /// Stores one coefficient in a row of n; a later one for the same variable replaces it.
-    bool Store(NuvFloat32* row, NuvUint n, NuvUint index, NuvFloat32 coefficient)
-    {
-        if (index == 0 || index > n)
-            return false;
-        row[index - 1] = Note(coefficient);
-        ++count;
-        return true;
-    }
+/// What is known about the values stored so far.
+struct Record
+{
+    bool isFinite;
+    NuvSizeT numCoefficients;
 };
 
-bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n,
-                  Recorder* recorder)
+/// Stores one coefficient in a row of n; a later one for the same variable replaces it.
+bool StoreCoefficient(NuvFloat32* row, NuvUint n, NuvUint index, NuvFloat32 coefficient)
 {
+    if (index == 0 || index > n)
+        return false;
+    row[index - 1] = coefficient;
+    return true;
+}
+
+bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n,
+                  Record* record)
+{
+    bool isFinite = true;
     for (const NuvPair_NuvUint__NuvFloat32* term = terms->begin; term != terms->end; ++term)
-        if (!recorder->Store(row, n, term->first, term->second))
+    {
+        if (!StoreCoefficient(row, n, term->first, term->second))
             return false;
+        isFinite &= IsFinite(term->second);
+    }
+    record->isFinite &= isFinite;
+    record->numCoefficients += NuvVector_NuvPair_NuvUint__NuvFloat32Size(terms);
     return true;
 }
 
 bool StoreByName(const NuvLinearProgramming* lp,
                  const NuvVector_NuvPair_NuvString__NuvFloat32* terms, NuvFloat32* row,
-                 Recorder* recorder)
+                 Record* record)
 {
     for (const NuvPair_NuvString__NuvFloat32* term = terms->begin; term != terms->end; ++term)
     {
@@ -76,31 +83,34 @@ bool StoreByName(const NuvLinearProgramming* lp,
         const NuvLinearProgrammingVariable* const variable =
             &NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableConstIteratorContentOf(&found)
                  ->second;
-        if (!recorder->Store(row, lp->numVars, variable->index, term->second))
+        if (!StoreCoefficient(row, lp->numVars, variable->index, term->second))
             return false;
+        record->isFinite &= IsFinite(term->second);
+        ++record->numCoefficients;
     }
     return true;
 }
 
 bool StoreConstraint(NuvLinearProgramming* lp, const NuvLinearProgrammingConstraint* constraint,
-                     NuvSizeT r, Recorder* recorder)
+                     NuvSizeT r, Record* record)
 {
     NuvFloat32* const row = RowOf(&lp->A, r);
     const NuvVector_NuvPair_NuvString__NuvFloat32* const named =
         NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(constraint);
     const bool isStored =
-        named ? StoreByName(lp, named, row, recorder)
+        named ? StoreByName(lp, named, row, record)
               : StoreByIndex(
                     NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(constraint), row,
-                    lp->numVars, recorder);
+                    lp->numVars, record);
     if (!isStored)
         return false;
-    lp->b.data[r] = recorder->Note(NuvLinearProgrammingConstraintGetRhs(constraint));
+    lp->b.data[r] = NuvLinearProgrammingConstraintGetRhs(constraint);
+    record->isFinite &= IsFinite(lp->b.data[r]);
     return true;
 }
 
 /// Makes a row per constraint, in the order in which the map is walked.
-bool StoreConstraints(NuvLinearProgramming* lp, Recorder* recorder)
+bool StoreConstraints(NuvLinearProgramming* lp, Record* record)
 {
     const NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entries =
         &lp->constraints.l;
@@ -109,7 +119,7 @@ bool StoreConstraints(NuvLinearProgramming* lp, Recorder* recorder)
     {
         const NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entry =
             NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(&link);
-        if (!StoreConstraint(lp, &entry->second, r, recorder))
+        if (!StoreConstraint(lp, &entry->second, r, record))
             return false;
         ++r;
     }
@@ -135,13 +145,13 @@ bool StoreSlackBasis(NuvLinearProgramming* lp)
 bool nuv::PrepareInputs(NuvLinearProgramming* lp, StandardFormFacts* facts)
 {
     const NuvSizeT m = NuvUnordered_NuvUint__NuvLinearProgrammingConstraintSize(&lp->constraints);
-    Recorder recorder = {0.0F, 0};
-    if (!ResizeMatrices(lp, m) || !StoreConstraints(lp, &recorder))
+    Record record = {true, 0};
+    if (!ResizeMatrices(lp, m) || !StoreConstraints(lp, &record))
         return false;
-    facts->nonzeros = recorder.count;
-    if (!StoreByIndex(&lp->objective, lp->c.data, lp->numVars, &recorder) || !StoreSlackBasis(lp))
+    facts->nonzeros = record.numCoefficients;
+    if (!StoreByIndex(&lp->objective, lp->c.data, lp->numVars, &record) || !StoreSlackBasis(lp))
         return false;
-    facts->isExact = recorder.sumOfZeros == 0.0F;
+    facts->isExact = record.isFinite;
     return true;
 }
 

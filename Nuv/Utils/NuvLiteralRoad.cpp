@@ -60,7 +60,7 @@ void TakeInverseOver(Iteration* it)
             road->inverse[static_cast<NuvSizeT>(i) * it->m + k] = EntryOf(&it->inverse, i, k);
 }
 
-NuvFloat32 FindLargestLiterally(Iteration* it, NuvUint* position)
+Entering FindLargestLiterally(Iteration* it)
 {
     const LiteralRoad* const road = &it->literal;
     it->kernels->multiply(it->basicCosts, road->inverse, it->prices, 1, it->m, it->m);
@@ -69,18 +69,14 @@ NuvFloat32 FindLargestLiterally(Iteration* it, NuvUint* position)
         for (NuvUint j = 0; j != it->width; ++j)
             road->reducedCosts[j] =
                 road->reducedCosts[j] + it->prices[i] * EntryOfA(it, i, road->nonbasicColumns[j]);
-    NuvFloat32 largest = 0.0F;
-    *position = 0;
+    Entering best = {0, 0.0F};
     for (NuvUint j = 0; j != it->width; ++j)
     {
         const NuvFloat32 reducedCost = CostOf(it, it->independent[j]) - road->reducedCosts[j];
-        if (reducedCost >= largest)
-        {
-            largest = reducedCost;
-            *position = j;
-        }
+        if (reducedCost >= best.reducedCost)
+            best = {j, reducedCost};
     }
-    return largest;
+    return best;
 }
 
 void MultiplyLiterally(const Iteration* it, const NuvFloat32* vector, NuvFloat32* result)

@@ -7,6 +7,7 @@
 
 namespace nuv
 {
+struct Entering;
 struct Iteration;
 
 /// Invariant: the inverse (m × m, row after row) is that of the columns that stand in the basis.
@@ -32,8 +33,8 @@ void EnterFirstBasisLiterally(Iteration* it);
 void TakeInverseOver(Iteration* it);
 
 /// reducedCosts = costs − (basicCosts · inverse) · nonbasic columns.
-/// @return the largest that is not below 0, else 0, and its position, the last one on ties.
-NuvFloat32 FindLargestLiterally(Iteration* it, NuvUint* position);
+/// @return the largest that is not below 0, the last one on ties, else a reduced cost of 0.
+Entering FindLargestLiterally(Iteration* it);
 /// result = inverse · vector.
 void MultiplyLiterally(const Iteration* it, const NuvFloat32* vector, NuvFloat32* result);
 /// Exchanges the columns that stand at the entering position and in the leaving row.

@@ -15,22 +15,16 @@ namespace
 /// How many elements are tested at once for being zero.
 constexpr NuvUint blankLength = 16;
 
+/// Up to this number of rows all are read, whatever their prices: walking a few more costs less
+/// than telling them apart.
+constexpr NuvUint maxReadAtOnce = 64;
+
+bool IsReadAtOnce(const ReducedCosts* x)
+{
+    return x->m <= maxReadAtOnce;
+}
+
 constexpr NuvFloat32 basicCost = -std::numeric_limits<NuvFloat32>::infinity();
-
-void LayOut(NonbasicCosts* x, NuvUint count, Cutter* cutter)
-{
-    x->length = PaddedLength(count);
-    cutter->Take(&x->costs, x->length);
-    cutter->Take(&x->reducedCosts, x->length);
-    cutter->Take(&x->positions, x->length);
-}
-
-void MakeAllBasic(NonbasicCosts* x)
-{
-    for (NuvSizeT j = 0; j != x->length; ++j)
-        x->costs[j] = basicCost;
-    NuvMemZero(x->positions, x->length * sizeof *x->positions);
-}
 
 /// Where a variable's cost and position are kept.
 struct Place
@@ -41,9 +35,8 @@ struct Place
 
 Place PlaceOf(const ReducedCosts* x, NuvUint label)
 {
-    const NonbasicCosts* const kind = label <= x->n ? &x->structurals : &x->slacks;
-    const NuvUint j = label <= x->n ? label - 1 : label - x->n - 1;
-    return {kind->costs + j, kind->positions + j};
+    const NuvSizeT j = label <= x->n ? label - 1 : x->firstSlack + (label - x->n - 1);
+    return {x->costs + j, x->positions + j};
 }
 
 const NuvFloat32* RowOfA(const ReducedCosts* x, NuvUint row)
@@ -106,37 +99,44 @@ void ReadNonzeros(ReducedCosts* x)
                        });
 }
 
-/// The row with padding, copied when it is first needed.
-const NuvFloat32* PaddedRow(ReducedCosts* x, NuvUint i)
+/// Copies a row with padding, in whose place it is read from then on.
+void CopyRow(ReducedCosts* x, NuvUint i)
 {
-    if (!x->rows[i])
-    {
-        const NuvSizeT length = x->structurals.length;
-        NuvFloat32* const copy = x->copies + i * length;
-        NuvMemCopy(copy, RowOfA(x, i), x->n * sizeof *copy);
-        NuvMemZero(copy + x->n, (length - x->n) * sizeof *copy);
-        x->rows[i] = copy;
-    }
-    return x->rows[i];
+    const NuvSizeT length = x->firstSlack;
+    NuvFloat32* const copy = x->copies + i * length;
+    NuvMemCopy(copy, RowOfA(x, i), x->n * sizeof *copy);
+    NuvMemZero(copy + x->n, (length - x->n) * sizeof *copy);
+    x->rows[i] = copy;
+    x->isCopied[i] = true;
 }
 
-void SumRows(ReducedCosts* x, const NuvFloat32* prices)
+void SumRows(ReducedCosts* x)
 {
-    NuvSizeT count = 0;
-    for (NuvUint i = 0; i != x->m; ++i)
+    const NuvFloat32* const prices = PricesOf(x);
+    Walk walk = {x->rows, x->m,    nullptr, nullptr,       prices, x->sums,
+                 nullptr, nullptr, 0,       x->firstSlack, true};
+    if (!IsReadAtOnce(x))
     {
-        if (prices[i] == 0.0F)
-            continue;
-        x->vectors[count] = PaddedRow(x, i);
-        x->multipliers[count] = prices[i];
-        ++count;
+        walk.vectors = x->vectors;
+        walk.x = x->multipliers;
+        walk.count = 0;
+        for (NuvUint i = 0; i != x->m; ++i)
+        {
+            if (prices[i] == 0.0F)
+                continue;
+            if (!x->isCopied[i])
+                CopyRow(x, i);
+            x->vectors[walk.count] = x->rows[i];
+            x->multipliers[walk.count] = prices[i];
+            ++walk.count;
+        }
     }
-    NuvMemZero(x->sums, x->structurals.length * sizeof *x->sums);
-    x->kernels->addMultiples(x->vectors, x->multipliers, count, x->sums, 0, x->structurals.length);
+    x->kernels->walk(&walk);
 }
 
-void SumColumns(ReducedCosts* x, const NuvFloat32* prices)
+void SumColumns(ReducedCosts* x)
 {
+    const NuvFloat32* const prices = PricesOf(x);
     const SparseColumns* const sparse = &x->sparse;
     for (NuvUint j = 0; j != x->n; ++j)
     {
@@ -145,16 +145,6 @@ void SumColumns(ReducedCosts* x, const NuvFloat32* prices)
             sum = sum + prices[sparse->rows[k]] * sparse->elements[k];
         x->sums[j] = sum;
     }
-}
-
-NuvFloat32 Reduce(const Kernels* kernels, NonbasicCosts* x, const NuvFloat32* sums)
-{
-    return kernels->subtractAndFindLargest(x->costs, sums, x->reducedCosts, x->length);
-}
-
-NuvUint LastPosition(const Kernels* kernels, const NonbasicCosts* x, NuvFloat32 value)
-{
-    return kernels->largestWhereEqual(x->reducedCosts, value, x->positions, x->length);
 }
 }  // namespace
 
@@ -170,11 +160,15 @@ void LayOut(ReducedCosts* x, NuvUint m, NuvUint n, NuvSizeT nonzeros, Cutter* cu
     x->n = n;
     x->numColumns = static_cast<NuvSizeT>(n) + m;
     x->isSparse = IsSparse(m, n, nonzeros);
-    LayOut(&x->structurals, n, cutter);
-    LayOut(&x->slacks, m, cutter);
-    cutter->Take(&x->sums, x->structurals.length);
+    x->firstSlack = PaddedLength(n);
+    x->length = x->firstSlack + PaddedLength(m);
+    cutter->Take(&x->costs, x->length);
+    cutter->Take(&x->sums, x->length);
+    cutter->Take(&x->differences, x->length);
+    cutter->Take(&x->positions, x->length);
     const NuvSizeT numRows = x->isSparse ? 0 : m;
     cutter->Take(&x->rows, numRows);
+    cutter->Take(&x->isCopied, numRows);
     cutter->Take(&x->vectors, numRows);
     cutter->Take(&x->multipliers, numRows);
     const NuvSizeT numElements = x->isSparse ? nonzeros : 0;
@@ -186,13 +180,23 @@ void LayOut(ReducedCosts* x, NuvUint m, NuvUint n, NuvSizeT nonzeros, Cutter* cu
 void BeginReducedCosts(ReducedCosts* x, NuvFloat32* copies)
 {
     x->copies = copies;
-    MakeAllBasic(&x->structurals);
-    MakeAllBasic(&x->slacks);
-    NuvMemZero(x->sums, x->structurals.length * sizeof *x->sums);
+    for (NuvSizeT j = 0; j != x->length; ++j)
+        x->costs[j] = basicCost;
+    NuvMemZero(x->positions, x->length * sizeof *x->positions);
+    NuvMemZero(x->sums, x->firstSlack * sizeof *x->sums);
     if (x->isSparse)
+    {
         ReadNonzeros(x);
-    else
-        NuvMemZero(x->rows, x->m * sizeof *x->rows);
+        return;
+    }
+    for (NuvUint i = 0; i != x->m; ++i)
+    {
+        // Only read, like A.
+        x->rows[i] = const_cast<NuvFloat32*>(RowOfA(x, i));
+        x->isCopied[i] = false;
+        if (IsReadAtOnce(x))
+            CopyRow(x, i);
+    }
 }
 
 bool MarkPlaced(ReducedCosts* x, NuvUint label)
@@ -216,27 +220,26 @@ void MakeNonbasic(ReducedCosts* x, NuvUint label, NuvFloat32 cost, NuvUint posit
     *place.position = position + 1;
 }
 
-NuvFloat32 FindLargestReducedCost(ReducedCosts* x, const NuvFloat32* prices, NuvUint* position)
+NuvFloat32* PricesOf(ReducedCosts* x)
+{
+    return x->sums + x->firstSlack;
+}
+
+Choice FindLargestReducedCost(ReducedCosts* x)
 {
     if (x->isSparse)
-        SumColumns(x, prices);
+        SumColumns(x);
     else
-        SumRows(x, prices);
+        SumRows(x);
     // A slack's sum is +0 + price · 1: the price itself, which is a sum from +0 and never −0.
-    const NuvFloat32 ofStructurals = Reduce(x->kernels, &x->structurals, x->sums);
-    const NuvFloat32 ofSlacks = Reduce(x->kernels, &x->slacks, prices);
-    const NuvFloat32 largest = ofStructurals > ofSlacks ? ofStructurals : ofSlacks;
-    if (largest == 0.0F)
-        return largest;
-    const NuvUint structural = LastPosition(x->kernels, &x->structurals, largest);
-    const NuvUint slack = LastPosition(x->kernels, &x->slacks, largest);
-    *position = (structural > slack ? structural : slack) - 1;
-    return largest;
+    return x->kernels->findLargest(x->costs, x->sums, x->positions, x->differences, x->length);
 }
 
 void CopyColumn(const ReducedCosts* x, NuvUint label, NuvFloat32* column, NuvSizeT length)
 {
-    NuvMemZero(column, length * sizeof *column);
+    const bool isDense = label <= x->n && !x->isSparse;
+    if (!isDense)
+        NuvMemZero(column, length * sizeof *column);
     if (label > x->n)
         column[label - x->n - 1] = 1.0F;
     else if (x->isSparse)
@@ -244,6 +247,6 @@ void CopyColumn(const ReducedCosts* x, NuvUint label, NuvFloat32* column, NuvSiz
             column[x->sparse.rows[k]] = x->sparse.elements[k];
     else
         for (NuvUint i = 0; i != x->m; ++i)
-            column[i] = (x->rows[i] ? x->rows[i] : RowOfA(x, i))[label - 1];
+            column[i] = x->rows[i][label - 1];
 }
 }  // namespace nuv

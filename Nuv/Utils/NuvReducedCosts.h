@@ -13,16 +13,6 @@
 
 namespace nuv
 {
-/// What the reduced costs are formed from, and where the variables stand: arrays by column of A, or
-/// by slack.
-struct NonbasicCosts
-{
-    NuvSizeT length;
-    NuvFloat32* costs;
-    NuvFloat32* reducedCosts;
-    NuvUint* positions;
-};
-
 /// The non-zeros of A's first columns, column after column.
 struct SparseColumns
 {
@@ -39,16 +29,23 @@ struct ReducedCosts
     NuvUint n;
     NuvSizeT numColumns;
 
-    NonbasicCosts structurals;
-    NonbasicCosts slacks;
+    /// Arrays by column of A, each kind of columns with its padding: the costs, what is subtracted
+    /// from them, the reduced costs, and where the variables stand.
+    NuvSizeT firstSlack;
+    NuvSizeT length;
+    NuvFloat32* costs;
     NuvFloat32* sums;
+    NuvFloat32* differences;
+    NuvUint* positions;
 
     bool isSparse;
     SparseColumns sparse;
-    /// By row: where it is read. Copies with padding are made of rows that are needed.
-    const NuvFloat32** rows;
+    /// By row of A: where it is read, and whether that is a copy with padding, which is made when the
+    /// row is first summed.
+    NuvFloat32** rows;
+    bool* isCopied;
     NuvFloat32* copies;
-    const NuvFloat32** vectors;
+    NuvFloat32** vectors;
     NuvFloat32* multipliers;
 };
 
@@ -67,10 +64,12 @@ bool MarkPlaced(ReducedCosts* x, NuvUint label);
 void MakeBasic(ReducedCosts* x, NuvUint label);
 void MakeNonbasic(ReducedCosts* x, NuvUint label, NuvFloat32 cost, NuvUint position);
 
-/// Forms all reduced costs from the prices of the rows.
-/// @return the largest if it is above 0, else 0; `position` is then the last of its positions.
-NuvFloat32 FindLargestReducedCost(ReducedCosts* x, const NuvFloat32* prices, NuvUint* position);
-/// column = the column of A under `label`, with zeros for padding.
+/// The sums of the slacks: the prices of the rows, for the caller to write.
+NuvFloat32* PricesOf(ReducedCosts* x);
+/// Forms all reduced costs from the prices.
+/// @return the largest if it is above 0, else 0, and the last of its positions, counted from 1.
+Choice FindLargestReducedCost(ReducedCosts* x);
+/// column = the column of A under `label`; padding is left as it is, which is zero.
 void CopyColumn(const ReducedCosts* x, NuvUint label, NuvFloat32* column, NuvSizeT length);
 }  // namespace nuv
 

@@ -74,25 +74,31 @@ bool PlaceLabels(Iteration* it)
     return true;
 }
 
-/// Begins the fast road.
-/// @return false when it does not lead anywhere.
-bool EnterFast(Iteration* it)
+bool InvertBasis(Iteration* it)
 {
-    BeginReducedCosts(&it->reducedCosts, it->copies);
-    if (!PlaceLabels(it))
-        return false;
     if (IsSlackBasis(it))
     {
         SetToIdentity(&it->inverse);
-        NuvMemZero(it->prices, it->inverse.stride * sizeof *it->prices);
         return true;
     }
     it->elimination.multipliers = it->copies;
     const BasisColumns columns = {it->A, static_cast<NuvSizeT>(it->n) + it->m, it->basic};
-    if (!Invert(&it->inverse, &columns, &it->elimination))
+    return Invert(&it->inverse, &columns, &it->elimination);
+}
+
+/// Begins the fast road.
+/// @return false when it does not lead anywhere.
+bool EnterFast(Iteration* it)
+{
+    if (!InvertBasis(it))
+        return false;
+    // From here on the room of the inversion is that of pricing.
+    BeginReducedCosts(&it->reducedCosts, it->copies);
+    if (!PlaceLabels(it))
         return false;
     for (NuvUint i = 0; i != it->m; ++i)
-        SetCost(&it->inverse, i, it->basicCosts[i]);
+        if (it->basicCosts[i] != 0.0F)
+            SetCost(&it->inverse, i, it->basicCosts[i]);
     ComputePrices(&it->inverse, it->prices);
     return true;
 }
@@ -136,6 +142,8 @@ bool BeginIteration(Iteration* it, Watch* watch, NuvUint phase, const NuvLinearP
     if (!TakeWorkspace(&it->workspace, it->allocator, LayOut(it, facts->nonzeros, nullptr)))
         return false;
     (void)LayOut(it, facts->nonzeros, it->workspace.block);
+    it->prices = PricesOf(&it->reducedCosts);
+    it->artificialRow = it->m;
     const NuvSizeT bytes = PaddedLength(it->m) * sizeof *it->b;
     for (NuvFloat32* const x : {it->basicCosts, it->b, it->column, it->basicValues, it->direction})
         NuvMemZero(x, bytes);
@@ -164,11 +172,10 @@ void EndIteration(Iteration* it)
 
 Entering ChooseEntering(Iteration* it)
 {
-    Entering entering = {0, 0.0F};
-    entering.reducedCost =
-        it->isLiteral ? FindLargestLiterally(it, &entering.position)
-                      : FindLargestReducedCost(&it->reducedCosts, it->prices, &entering.position);
-    return entering;
+    if (it->isLiteral)
+        return FindLargestLiterally(it);
+    const Choice largest = FindLargestReducedCost(&it->reducedCosts);
+    return {largest.value == 0.0F ? 0 : largest.number - 1, largest.value};
 }
 
 bool ComputeValuesAndDirection(Iteration* it, const Entering* entering)
@@ -195,17 +202,13 @@ bool ComputeValuesAndDirection(Iteration* it, const Entering* entering)
 
 Leaving ChooseLeaving(Iteration* it)
 {
-    const NuvFloat32 smallest =
-        it->kernels->formRatios(it->basicValues, it->direction, it->ratios, PaddedLength(it->m));
-    if (smallest == FLT_MAX)
+    const Choice smallest = it->kernels->findSmallestRatio(it->basicValues, it->direction,
+                                                           it->ratios, PaddedLength(it->m));
+    if (smallest.value == FLT_MAX)
         return {0, false};
-    NuvUint row = 0;
-    while (it->ratios[row] != smallest)
-        ++row;
-    for (NuvUint i = row; it->phase == 1 && i != it->m; ++i)
-        if (it->basic[i] == 0 && it->ratios[i] == smallest)
-            row = i;
-    return {row, true};
+    const bool isArtificial =
+        it->artificialRow != it->m && it->ratios[it->artificialRow] == smallest.value;
+    return {isArtificial ? it->artificialRow : smallest.number, true};
 }
 
 bool IsGoingOn(const Iteration* it, NuvUint entering, NuvUint leaving)
@@ -227,6 +230,8 @@ void Exchange(Iteration* it, NuvUint entering, NuvUint leaving)
     it->basic[leaving] = label;
     it->independent[entering] = former;
     it->basicCosts[leaving] = CostOf(it, label);
+    if (label == 0)
+        it->artificialRow = leaving;
     if (it->isLiteral)
     {
         ExchangeLiterally(it, entering, leaving);

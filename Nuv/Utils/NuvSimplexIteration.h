@@ -20,6 +20,13 @@
 
 namespace nuv
 {
+/// The nonbasic position that enters, and its reduced cost; 0 means that the basis is optimal.
+struct Entering
+{
+    NuvUint position;
+    NuvFloat32 reducedCost;
+};
+
 struct Iteration
 {
     Watch* watch;
@@ -41,6 +48,8 @@ struct Iteration
     /// Labels by basis row and by nonbasic position.
     NuvUint* basic;
     NuvUint* independent;
+    /// The row where the artificial variable is basic, or m.
+    NuvUint artificialRow;
 
     /// By basis row, padded with zeros as the inverse's columns are: costs, right-hand sides, and
     /// this iteration's prices, basic values, entering column, the same in terms of the basis, and
@@ -61,13 +70,6 @@ struct Iteration
 
     bool isLiteral;
     LiteralRoad literal;
-};
-
-/// The nonbasic position that enters, and its reduced cost; 0 means that the basis is optimal.
-struct Entering
-{
-    NuvUint position;
-    NuvFloat32 reducedCost;
 };
 
 /// The basis row that leaves, if there is one.
