@@ -49,8 +49,6 @@ std::string LongRange(double from, double to, bool up)
 
 RowForm RangeForm(double lower, double upper)
 {
-    if (!std::isfinite(upper - lower))
-        return {'G', lower, {}};
     std::string range = ShortRange(lower, upper, true);
     if (!range.empty())
         return {'G', lower, std::move(range)};

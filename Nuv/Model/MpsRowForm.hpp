@@ -13,9 +13,9 @@ struct RowForm
     std::string range;  ///< as it is written; empty if there is none
 };
 
-/// The form that reads back as these limits, bit for bit; lower <= upper. A row without limits is a
-/// G row with -1e30, which every program takes for infinite. Two finite limits too far apart for a
-/// range get none.
+/// The form that reads back as these limits, bit for bit; lower <= upper, and if both are finite,
+/// upper - lower is. A row without limits is a G row with -1e30, which every program takes for
+/// infinite.
 [[nodiscard]] RowForm FormOf(double lower, double upper);
 
 }  // namespace nuv::mps

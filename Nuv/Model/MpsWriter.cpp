@@ -215,14 +215,8 @@ bool Writer::TakeRow(std::uint32_t row)
         lower = Limit(lower, true, "row", name);
     if (lower != upper && upper > 0.0)
         upper = Limit(upper, false, "row", name);
-    const mps::RowForm& form = m_rowForms.emplace_back(mps::FormOf(lower, upper));
-    const bool isRange = form.type != 'E' && std::isfinite(lower) && std::isfinite(upper);
-    if (!isRange || !form.range.empty())
-        return true;
-    return Fail("mps.wide-range",
-                fmt::format("the limits {} and {} of row '{}' are too far apart for a range", lower,
-                            upper, name),
-                "take one of them out");
+    m_rowForms.push_back(mps::FormOf(lower, upper));
+    return true;
 }
 
 void Writer::TurnMatrix()
