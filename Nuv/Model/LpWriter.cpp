@@ -101,26 +101,8 @@ private:
     bool m_failed = false;
 };
 
-std::vector<std::string_view> VariableNames(const Model& model)
-{
-    std::vector<std::string_view> names;
-    names.reserve(model.VariableCount());
-    for (std::uint32_t column = 0; column < model.VariableCount(); ++column)
-        names.push_back(model.VariableName(column));
-    return names;
-}
-
-std::vector<std::string_view> RowNames(const Model& model)
-{
-    std::vector<std::string_view> names;
-    names.reserve(model.RowCount());
-    for (std::uint32_t row = 0; row < model.RowCount(); ++row)
-        names.push_back(model.RowName(row));
-    return names;
-}
-
 Writer::Writer(const Model& model)
-    : m_model(model), m_columns(VariableNames(model), kRules), m_rows(RowNames(model), kRules)
+    : m_model(model), m_columns(VariableNamesOf(model), kRules), m_rows(RowNamesOf(model), kRules)
 {
 }
 

@@ -13,8 +13,6 @@ namespace nuv::mps
 namespace
 {
 
-constexpr std::string_view kMarker = "'MARKER'";
-
 char Upper(char c) noexcept
 {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;

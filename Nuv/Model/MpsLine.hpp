@@ -15,6 +15,9 @@
 namespace nuv::mps
 {
 
+/// What field 3 of a record holds that is no entry but opens or closes a run of integer columns.
+inline constexpr std::string_view kMarker = "'MARKER'";
+
 enum class LineKind : std::uint8_t
 {
     Header,

@@ -11,7 +11,6 @@ namespace nuv::mps
 namespace
 {
 
-constexpr std::string_view kMarker = "'MARKER'";
 /// Where the fields 3 and 5 start, which a comment may take the place of in fixed MPS too.
 constexpr std::ptrdiff_t kCommentColumns[] = {14, 39};
 

@@ -2,6 +2,7 @@
 #include "Nuv/Model/MpsWriter.hpp"
 
 #include "Nuv/Model/MpsLayout.hpp"
+#include "Nuv/Model/MpsLine.hpp"
 #include "Nuv/Model/MpsNumber.hpp"
 #include "Nuv/Model/MpsRowForm.hpp"
 #include "Nuv/Model/NumberText.hpp"
@@ -31,7 +32,7 @@ bool IsWordCharacter(char c) noexcept
 /// '$' starts a comment, and the marker a record of its own.
 bool IsOpenToNames(std::string_view name) noexcept
 {
-    return !name.empty() && name.front() != '$' && name != "'MARKER'";
+    return !name.empty() && name.front() != '$' && name != mps::kMarker;
 }
 
 bool FreeHolds(std::string_view name)
@@ -56,20 +57,8 @@ bool IsPlusZero(double value) noexcept
 /// The rows' names and behind them that of the objective, which shares them.
 std::vector<std::string_view> RowNames(const Model& model, std::string_view objective)
 {
-    std::vector<std::string_view> names;
-    names.reserve(model.RowCount() + 1);
-    for (std::uint32_t row = 0; row < model.RowCount(); ++row)
-        names.push_back(model.RowName(row));
+    std::vector<std::string_view> names = RowNamesOf(model);
     names.push_back(objective);
-    return names;
-}
-
-std::vector<std::string_view> VariableNames(const Model& model)
-{
-    std::vector<std::string_view> names;
-    names.reserve(model.VariableCount());
-    for (std::uint32_t column = 0; column < model.VariableCount(); ++column)
-        names.push_back(model.VariableName(column));
     return names;
 }
 
@@ -126,7 +115,7 @@ Writer::Writer(const Model& model, MpsForm form)
     : m_model(model),
       m_form(form),
       m_objectiveName(FreeObjectiveName(model)),
-      m_columns(VariableNames(model), form == MpsForm::Fixed ? kFixedRules : kFreeRules),
+      m_columns(VariableNamesOf(model), form == MpsForm::Fixed ? kFixedRules : kFreeRules),
       m_rows(RowNames(model, m_objectiveName), form == MpsForm::Fixed ? kFixedRules : kFreeRules)
 {
 }
@@ -326,7 +315,7 @@ bool Writer::Fail(std::string code, std::string text, std::string hint)
 Writing WriteMps(const Model& model, MpsForm form)
 {
     const bool hasBlank = HasNameWithBlank(RowNames(model, model.ObjectiveName())) ||
-                          HasNameWithBlank(VariableNames(model));
+                          HasNameWithBlank(VariableNamesOf(model));
     if (form == MpsForm::ByContent && hasBlank)
     {
         Writing fixed = Writer(model, MpsForm::Fixed).Run();

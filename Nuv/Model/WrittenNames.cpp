@@ -19,6 +19,24 @@ bool IsContinuation(char c) noexcept
 
 }  // namespace
 
+std::vector<std::string_view> VariableNamesOf(const Model& model)
+{
+    std::vector<std::string_view> names;
+    names.reserve(model.VariableCount());
+    for (std::uint32_t column = 0; column < model.VariableCount(); ++column)
+        names.push_back(model.VariableName(column));
+    return names;
+}
+
+std::vector<std::string_view> RowNamesOf(const Model& model)
+{
+    std::vector<std::string_view> names;
+    names.reserve(model.RowCount() + 1);
+    for (std::uint32_t row = 0; row < model.RowCount(); ++row)
+        names.push_back(model.RowName(row));
+    return names;
+}
+
 WrittenNames::WrittenNames(const std::vector<std::string_view>& names, const NameRules& rules)
     : m_rules(rules), m_written(names)
 {

@@ -5,6 +5,7 @@
 /// equal, and the same names always become the same.
 #pragma once
 
+#include "Nuv/Model/Model.hpp"
 #include "Nuv/Model/NameTable.hpp"
 #include "Nuv/Model/Writing.hpp"
 
@@ -25,6 +26,9 @@ struct NameRules
     bool (*holdsCharacter)(char character);
     std::size_t longest = static_cast<std::size_t>(-1);
 };
+
+[[nodiscard]] std::vector<std::string_view> VariableNamesOf(const Model& model);
+[[nodiscard]] std::vector<std::string_view> RowNamesOf(const Model& model);
 
 class WrittenNames
 {

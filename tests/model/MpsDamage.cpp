@@ -5,6 +5,7 @@
 #include "Nuv/Model/ModelFile.hpp"
 #include "Nuv/Model/MpsWriter.hpp"
 #include "Nuv/Model/TextFile.hpp"
+#include "tests/model/Generator.hpp"
 #include "tests/model/MpsText.hpp"
 #include "tests/model/SameModel.hpp"
 
@@ -21,20 +22,6 @@ namespace
 using namespace nuv;
 using namespace nuv::test;
 
-/// Steele, Lea and Flood's generator once more, so that a seed gives the same damage everywhere.
-std::uint64_t Next(std::uint64_t& state)
-{
-    std::uint64_t z = (state += 0x9E3779B97F4A7C15u);
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9u;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EBu;
-    return z ^ (z >> 31);
-}
-
-std::size_t Below(std::uint64_t& state, std::size_t limit)
-{
-    return limit == 0 ? 0 : static_cast<std::size_t>(Next(state) % limit);
-}
-
 /// The line around a place, with its end.
 std::pair<std::size_t, std::size_t> LineAt(const std::string& text, std::size_t at)
 {
@@ -46,21 +33,21 @@ std::pair<std::size_t, std::size_t> LineAt(const std::string& text, std::size_t 
 
 std::string Damaged(std::string text, std::uint64_t seed)
 {
-    std::uint64_t state = seed;
-    for (std::size_t blows = 1 + Below(state, 3); blows > 0 && !text.empty(); --blows)
+    Generator generator(seed);
+    for (std::size_t blows = 1 + generator.Below(3); blows > 0 && !text.empty(); --blows)
     {
-        const std::size_t at = Below(state, text.size());
+        const std::size_t at = generator.Below(text.size());
         const auto [begin, end] = LineAt(text, at);
-        switch (Below(state, 7))
+        switch (generator.Below(7))
         {
         case 0:
             text.resize(at);
             break;
         case 1:
-            text[at] = static_cast<char>(text[at] ^ (1 << Below(state, 8)));
+            text[at] = static_cast<char>(text[at] ^ (1 << generator.Below(8)));
             break;
         case 2:
-            text[at] = static_cast<char>(Next(state));
+            text[at] = static_cast<char>(generator.Next());
             break;
         case 3:
             text.erase(begin, end - begin);
@@ -69,10 +56,10 @@ std::string Damaged(std::string text, std::uint64_t seed)
             text.insert(begin, text.substr(begin, end - begin));
             break;
         case 5:
-            text.erase(at, 1 + Below(state, 20));
+            text.erase(at, 1 + generator.Below(20));
             break;
         default:
-            text.insert(Below(state, text.size()), text.substr(begin, end - begin));
+            text.insert(generator.Below(text.size()), text.substr(begin, end - begin));
             break;
         }
     }

@@ -1,5 +1,7 @@
-// The models are drawn with a generator of this file, so that they do not depend on a library's.
+// The models are drawn with the tests' own generator, so that they do not depend on a library's.
 #include "tests/model/RandomModel.hpp"
+
+#include "tests/model/Generator.hpp"
 
 #include <bit>
 #include <cmath>
@@ -11,21 +13,14 @@ namespace nuv::test
 namespace
 {
 
-/// A 64-bit generator (Steele, Lea and Flood, Fast splittable pseudorandom number generators).
-class Generator
+class Numbers : public Generator
 {
 public:
-    explicit Generator(std::uint64_t seed) : m_state(seed) {}
-    std::uint64_t Next()
-    {
-        std::uint64_t z = (m_state += 0x9E3779B97F4A7C15u);
-        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9u;
-        z = (z ^ (z >> 27)) * 0x94D049BB133111EBu;
-        return z ^ (z >> 31);
-    }
+    using Generator::Generator;
+
     std::uint32_t Below(std::uint32_t limit)
     {
-        return static_cast<std::uint32_t>(Next() % limit);
+        return static_cast<std::uint32_t>(Generator::Below(limit));
     }
 
     /// A finite number other than 0, of magnitude below 1e30: small integers, decimals, full
@@ -55,12 +50,9 @@ public:
     {
         return Below(5) == 0 ? 0.0 : Number();
     }
-
-private:
-    std::uint64_t m_state;
 };
 
-std::string Name(Generator& generator, char first, std::uint32_t index)
+std::string Name(Numbers& generator, char first, std::uint32_t index)
 {
     std::string name(1, first);
     name += std::to_string(index);
@@ -72,7 +64,7 @@ std::string Name(Generator& generator, char first, std::uint32_t index)
 }
 
 /// Limits of every kind, lower <= upper unless `mayContradict`.
-Bounds Limits(Generator& generator, bool mayContradict)
+Bounds Limits(Numbers& generator, bool mayContradict)
 {
     const double a = generator.LimitNumber();
     const double b = generator.LimitNumber();
@@ -91,7 +83,7 @@ Bounds Limits(Generator& generator, bool mayContradict)
     }
 }
 
-Expression Sum(Generator& generator, std::uint32_t variables, std::uint32_t most)
+Expression Sum(Numbers& generator, std::uint32_t variables, std::uint32_t most)
 {
     Expression sum;
     std::uint32_t column = generator.Below(3);
@@ -107,7 +99,7 @@ Expression Sum(Generator& generator, std::uint32_t variables, std::uint32_t most
 
 Model RandomModel(std::uint64_t seed)
 {
-    Generator generator(seed);
+    Numbers generator(seed);
     Model model;
     model.SetName(generator.Below(3) == 0 ? "" : "model " + std::to_string(seed));
     model.SetObjectiveName("cost");
