@@ -31,8 +31,7 @@ protected:
     Held<FloatMatrix> result{allocator};
 };
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TEST_F(BasisUpdate, OfOneRowIsTheReciprocalUpToRounding)
 {
@@ -65,8 +64,7 @@ TEST_F(BasisUpdate, LeavesItsOperandsAlone)
     EXPECT_EQ(result.Elements(), (Floats{0.5F, 1, 0, -2}));
 }
 
-// The rounding
-// ---------------------------------------------------------------------------------------
+// The rounding ------------------------------------------------------------------------------------
 
 TEST_F(BasisUpdate, MultipliesByTheReciprocalAndDoesNotDivide)
 {
@@ -97,8 +95,7 @@ TEST_F(BasisUpdate, APivotWithoutAReciprocalIsCarriedOn)
     EXPECT_TRUE(std::isinf(result.matrix.data[0]));
 }
 
-// Storage
-// ------------------------------------------------------------------------------------------
+// Storage -----------------------------------------------------------------------------------------
 
 TEST_F(BasisUpdate, WithoutMemoryReadsNothingAndAnswersFalse)
 {

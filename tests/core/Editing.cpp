@@ -1,14 +1,12 @@
 // Editing a model between construction and solve: names of variables, constraints under numbers,
-// the objective; whose memory the model keeps them in, and what refused memory does to an edit.
+// the objective, and whose memory the model keeps them in.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "tests/core/SmallModel.hpp"
-#include "tests/support/RefusedAllocations.hpp"
 
 namespace
 {
@@ -52,8 +50,7 @@ protected:
     SmallModel model{3, allocator};
 };
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TEST_F(Editing, SetVariableInfoOfAnIndexThatIsNotThereIsRefused)
 {
@@ -143,8 +140,7 @@ TEST_F(Editing, TheObjectiveKeepsItsIndicesWhenAVariableIsRenamed)
     EXPECT_EQ(model.Pairs(), (Named{{"X2", 0.0F}, {"Y", 4.0F}, {"X3", 0.0F}}));
 }
 
-// Names of variables
-// ---------------------------------------------------------------------------------
+// Names of variables ------------------------------------------------------------------------------
 
 TEST_F(Editing, ANameCanBeGivenToTheVariableThatHasIt)
 {
@@ -192,8 +188,7 @@ TEST_F(Editing, ANewNameLiesOnTheModelsAllocator)
     EXPECT_EQ(model.lp.variableValues.begin[0].first.allocator, model.lp.alloc);
 }
 
-// Constraints
-// --------------------------------------------------------------------------------------
+// Constraints -------------------------------------------------------------------------------------
 
 TEST_F(Editing, ConstraintsOfBothKindsKeepTheirTermsInOrder)
 {
@@ -333,8 +328,7 @@ TEST_F(Editing, NamesInConstraintsAreLookedUpAtTheSolve)
     EXPECT_EQ(model.Values(), (std::vector<float>{0, 2, 0}));
 }
 
-// The objective
-// ------------------------------------------------------------------------------------
+// The objective -----------------------------------------------------------------------------------
 
 TEST_F(Editing, ObjectivesReplaceOneAnother)
 {
@@ -354,141 +348,5 @@ TEST_F(Editing, AnObjectiveByNamesLeavesNothingBehind)
     ASSERT_TRUE(model.MaximiseNamed({{"X1", 1.0F}, {"X2", 2.0F}, {"X3", 3.0F}}));
     EXPECT_FALSE(model.MaximiseNamed({{"X1", 1.0F}, {"no", 2.0F}}));
     EXPECT_EQ(allocator.LiveSizes(), before);
-}
-
-// Refused memory
-// ------------------------------------------------------------------------------------
-
-/// Makes a model of two variables and one constraint of each kind while nothing is refused.
-std::unique_ptr<SmallModel> Prepared(TestAllocator* allocator)
-{
-    const auto spared = allocator->Spare();
-    auto model = std::make_unique<SmallModel>(2, *allocator);
-    EXPECT_TRUE(model->SetRow(1, {{1, 2.0F}}, 3.0F));
-    EXPECT_TRUE(model->SetNamedRow(2, {{"X2", 2.0F}}, 4.0F));
-    model->Maximise({{1, 1.0F}, {2, 1.0F}});
-    return model;
-}
-
-/// Expects that the model is whole: it can be given every part anew, and then solves.
-void ExpectUsable(SmallModel* model, TestAllocator* allocator)
-{
-    allocator->AcceptLeftBlocks();
-    allocator->RefuseNothing();
-    ASSERT_TRUE(NuvLinearProgrammingSetNumVars(&model->lp, 2));
-    ASSERT_TRUE(model->SetRow(1, {{1, 2.0F}}, 3.0F));
-    ASSERT_TRUE(model->SetNamedRow(2, {{"X2", 2.0F}}, 4.0F));
-    (void)NuvLinearProgrammingRemoveConstraint(&model->lp, 3);
-    model->Maximise({{1, 1.0F}, {2, 1.0F}});
-    EXPECT_EQ(model->Solve(), ok);
-    EXPECT_EQ(model->Values(), (std::vector<float>{1.5F, 2}));
-}
-
-/// Sets constraint 3 to 1, or replaces constraint 1 or 2, while requests are refused.
-struct RefusedRow
-{
-    NuvUint id;
-    bool isNamed;
-};
-
-void SetRowDespiteRefusals(const RefusedRow& row, TestAllocator& allocator)
-{
-    const auto model = Prepared(&allocator);
-    const NuvLinearProgrammingConstraint* const former = model->FindRow(row.id);
-    const float formerRhs = former ? former->rhs : 0.0F;
-    const bool isSet = row.isNamed ? model->SetNamedRow(row.id, {{longName, 1.0F}, {"X1", 1.0F}}, 9)
-                                   : model->SetRow(row.id, {{1, 1.0F}, {2, 1.0F}}, 9);
-    EXPECT_TRUE(isSet || (!former && allocator.Refusals() != 0));
-    EXPECT_EQ(model->NumRows(), isSet && !former ? 3U : 2U);
-    if (isSet)
-    {
-        const NuvLinearProgrammingConstraint* const stored = model->FindRow(row.id);
-        ASSERT_NE(stored, nullptr);
-        EXPECT_EQ(stored->type, row.isNamed ? byName : byIndex);
-        const std::size_t terms = row.isNamed
-                                      ? TermsOf(stored->u.variableCoefficientsByName).size()
-                                      : TermsOf(stored->u.variableCoefficientsByIndex).size();
-        // All of it, or an empty row that keeps the old right-hand side.
-        EXPECT_TRUE((terms == 2 && stored->rhs == 9.0F) ||
-                    (terms == 0 && stored->rhs == formerRhs && allocator.Refusals() != 0));
-    }
-    ExpectUsable(model.get(), &allocator);
-}
-
-TEST(EditingRefused, AConstraintGoesInWholeOrEmptyOrNotAtAll)
-{
-    for (const NuvUint id : {1U, 2U, 3U})
-        for (const bool isNamed : {false, true})
-        {
-            SCOPED_TRACE(testing::Message() << "row " << id << (isNamed ? " by name" : ""));
-            ForEachRefusedAllocation(
-                [&](TestAllocator& allocator) {
-                    SetRowDespiteRefusals({id, isNamed}, allocator);
-                });
-        }
-}
-
-TEST(EditingRefused, ARecordGoesInWholeOrEmptyOrNotAtAll)
-{
-    for (const NuvUint from : {1U, 2U})
-        for (const NuvUint to : {1U, 2U, 3U})
-            ForEachRefusedAllocation(
-                Refusal::OnlyOne,
-                [&](TestAllocator& allocator)
-                {
-                    const auto model = Prepared(&allocator);
-                    const bool isSet = NuvLinearProgrammingSetConstraint(
-                                           &model->lp, to, model->FindRow(from)) == NUV_TRUE;
-                    EXPECT_TRUE(isSet || (to == 3 && allocator.Refusals() != 0));
-                    EXPECT_EQ(model->NumRows(), to == 3 && isSet ? 3U : 2U);
-                    ExpectUsable(model.get(), &allocator);
-                });
-}
-
-TEST(EditingRefused, ANameIsGivenOrTheModelStaysUsable)
-{
-    ForEachRefusedAllocation(
-        [](TestAllocator& allocator)
-        {
-            const auto model = Prepared(&allocator);
-            const bool isRenamed = model->Rename(2, longName);
-            EXPECT_TRUE(isRenamed || allocator.Refusals() != 0);
-            const NuvLinearProgrammingVariable* const renamed = model->Find(longName);
-            EXPECT_TRUE(renamed != nullptr || allocator.Refusals() != 0);
-            EXPECT_TRUE(!renamed || renamed->index == 2);
-            EXPECT_EQ(model->Find("X1")->index, 1U);
-            EXPECT_EQ(model->Pairs().size(), 2U);
-            ExpectUsable(model.get(), &allocator);
-        });
-}
-
-TEST(EditingRefused, AnObjectiveLosesTermsAtMost)
-{
-    for (const bool isNamed : {false, true})
-        ForEachRefusedAllocation(
-            [&](TestAllocator& allocator)
-            {
-                const auto model = Prepared(&allocator);
-                const Indexed whole = {{2, 5.0F}, {1, 6.0F}, {2, 7.0F}};
-                if (isNamed)
-                    EXPECT_TRUE(model->MaximiseNamed({{"X2", 5.0F}, {"X1", 6.0F}, {"X2", 7.0F}}));
-                else
-                    model->Maximise(whole);
-                const Indexed found = TermsOf(model->lp.objective);
-                EXPECT_TRUE(found == whole || allocator.Refusals() != 0);
-                for (const auto& term : found)
-                    EXPECT_NE(std::find(whole.begin(), whole.end(), term), whole.end());
-                ExpectUsable(model.get(), &allocator);
-            });
-}
-
-TEST(EditingRefused, RemovalAsksForNothing)
-{
-    TestAllocator allocator;
-    const auto model = Prepared(&allocator);
-    allocator.RefuseFrom(1);
-    EXPECT_TRUE(NuvLinearProgrammingRemoveConstraint(&model->lp, 1));
-    EXPECT_TRUE(NuvLinearProgrammingRemoveConstraint(&model->lp, 2));
-    EXPECT_EQ(allocator.Refusals(), 0U);
 }
 }  // namespace

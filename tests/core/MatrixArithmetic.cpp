@@ -14,8 +14,7 @@ protected:
 };
 TYPED_TEST_SUITE(MatrixArithmetic, MatrixTypes);
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TYPED_TEST(MatrixArithmetic, MultiplyShapesAnEmptyResult)
 {
@@ -75,8 +74,7 @@ TEST(FloatMatrixArithmetic, MultiplyScalarByMinusOneFlipsTheSignOfZeros)
     EXPECT_EQ(result.matrix.data[1], -3.0F);
 }
 
-// Sums and multiples
-// -------------------------------------------------------------------------------
+// Sums and multiples ------------------------------------------------------------------------------
 
 TYPED_TEST(MatrixArithmetic, AddAddsElementByElementAlsoInPlace)
 {
@@ -154,8 +152,7 @@ TYPED_TEST(MatrixArithmetic, AResultOfTheRightShapeKeepsItsBlock)
     EXPECT_EQ(this->blocks.Requests(), 2U);
 }
 
-// Products
-// -----------------------------------------------------------------------------------------
+// Products ----------------------------------------------------------------------------------------
 
 TYPED_TEST(MatrixArithmetic, MultiplyOverwritesWhatTheResultHeld)
 {

@@ -20,8 +20,7 @@ protected:
     TestAllocator allocator;
 };
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TEST_F(MatrixInverse, TheIdentityIsItsOwnInverse)
 {
@@ -119,8 +118,7 @@ TEST_F(MatrixInverse, AMatrixThatIsNotSquareIsRefusedAndItsCopyStaysBehind)
     EXPECT_EQ(allocator.LiveSizes(), after);
 }
 
-// Verdicts and storage
-// -----------------------------------------------------------------------------
+// Verdicts and storage ----------------------------------------------------------------------------
 
 TEST_F(MatrixInverse, AnEmptyMatrixIsRefusedWithoutABlock)
 {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <utility>
 #include <vector>
 
 #include "Nuv/Utils/NuvLinearProgramming.h"
@@ -122,6 +123,18 @@ public:
     }
 
     Matrix matrix;
+};
+
+/// Notes what is given back, and gives nothing.
+struct NotingAllocator
+{
+    NuvAllocator allocator = {
+        nullptr,
+        [](NuvAllocator* self, void* memory, NuvSizeT size) {
+            static_cast<NotingAllocator*>(self->userData)->returns.push_back({memory, size});
+        },
+        0, this};
+    std::vector<std::pair<void*, NuvSizeT>> returns;
 };
 
 /// What a test compares elements with.

@@ -39,8 +39,7 @@ void ExpectDefaultVariables(const SmallModel& model, NuvUint n)
     }
 }
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TEST(Object, ConstructWithoutVariablesIsEmpty)
 {
@@ -105,8 +104,7 @@ TEST(Object, DestructOfMatricesThatWereNeverFilledGivesNothingBackForThem)
     NuvLinearProgrammingDestruct(&lp);
 }
 
-// Construction and destruction
-// -----------------------------------------------------------------------
+// Construction and destruction --------------------------------------------------------------------
 
 TEST(Object, ConstructDefaultHoldsNothingButItsTwoTables)
 {
@@ -191,8 +189,7 @@ TEST(Object, EveryBlockOfAModelThatWasSolvedIsItsOwnOrLeftByTheSolve)
     EXPECT_EQ(allocator.LiveBlocks(), 7U);
 }
 
-// The record
-// ---------------------------------------------------------------------------------------
+// The record --------------------------------------------------------------------------------------
 
 TEST(Object, TheFieldsStandInTheirOrder)
 {
@@ -219,8 +216,7 @@ TEST(Object, TheHashOfAConstraintIsItsNumber)
         EXPECT_EQ(NuvConstraintIdHash(&id), NuvSizeT{id});
 }
 
-// SetNumVars
-// ---------------------------------------------------------------------------------------
+// SetNumVars --------------------------------------------------------------------------------------
 
 TEST(Object, SetNumVarsRaisesAndLowersTheCount)
 {
@@ -261,8 +257,7 @@ TEST(Object, SetNumVarsKeepsTheRoomOfTheResults)
     EXPECT_EQ(NuvVector_NuvPair_NuvString__NuvFloat32Capacity(&model.lp.variableValues), 8U);
 }
 
-// SetInput
-// -----------------------------------------------------------------------------------------
+// SetInput ----------------------------------------------------------------------------------------
 
 /// Three small matrices on an allocator, for the length of a scope.
 struct Inputs
@@ -355,8 +350,7 @@ TEST(Object, SetInputAnswersTrueWithoutMemoryAndTheObjectCanStillBeSolved)
         });
 }
 
-// Refused memory
-// ------------------------------------------------------------------------------------
+// Refused memory ----------------------------------------------------------------------------------
 
 TEST(Object, ConstructDefaultWithoutMemoryAnswersNullAndHoldsNothing)
 {

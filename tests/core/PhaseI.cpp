@@ -38,8 +38,7 @@ Problem WithSides(const Floats& b)
     return {b.size(), 1, Floats(b.size(), -1.0F), b, {-1}};
 }
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TEST_F(PhaseI, TheArtificialVariableEntersForTheMostNegativeRow)
 {
@@ -108,8 +107,7 @@ TEST_F(PhaseI, InATieTheArtificialVariableLeavesBeforeAnEarlierRow)
     EXPECT_EQ(solution.status, Status::Ok);
 }
 
-// Ways out
-// -----------------------------------------------------------------------------------------
+// Ways out ----------------------------------------------------------------------------------------
 
 TEST_F(PhaseI, OptimumBelowZeroByTheLeastIsInfeasible)
 {

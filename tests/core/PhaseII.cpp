@@ -37,8 +37,7 @@ Problem WithCosts(const Floats& costs)
     return problem;
 }
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TEST(PhaseII, WithoutAPositiveReducedCostThereIsNoPivotAndNoValueIsWritten)
 {
@@ -126,8 +125,7 @@ TEST(PhaseII, TheTextbooksModelTakesTwoPivotsToItsExactBits)
     EXPECT_EQ(BitsOf(solution.values.at(1)), BitsOf(6.0F));
 }
 
-// Choices
-// ------------------------------------------------------------------------------------------
+// Choices -----------------------------------------------------------------------------------------
 
 TEST(PhaseII, TheSmallestReducedCostAboveZeroStillEnters)
 {
@@ -179,8 +177,7 @@ TEST(PhaseII, AnInfiniteRightHandSideMakesTheOtherRowsNaN)
     EXPECT_TRUE(solution.pivots.empty());
 }
 
-// What is written
-// ------------------------------------------------------------------------------------
+// What is written ---------------------------------------------------------------------------------
 
 TEST(PhaseII, ANonbasicVariableKeepsTheValueThatStoodThere)
 {

@@ -68,8 +68,7 @@ void EnterFactory(SmallModel* model)
     model->Maximise({{1, 3.0F}, {2, 5.0F}});
 }
 
-// Blocks
-// -------------------------------------------------------------------------------------------
+// Blocks ------------------------------------------------------------------------------------------
 
 TEST_F(Scratch, ABlockComesFromUpstreamAndGoesBackThere)
 {
@@ -126,8 +125,7 @@ TEST_F(Scratch, DestructGivesEverythingBack)
     EXPECT_EQ(upstream.LiveBlocks(), 0U);
 }
 
-// Mark and release
-// ---------------------------------------------------------------------------------
+// Mark and release --------------------------------------------------------------------------------
 
 TEST_F(Scratch, ReleaseTakesBackWhatIsYoungerThanTheMark)
 {
@@ -259,8 +257,7 @@ TEST_F(Scratch, AMatrixGivenByHandSurvives)
     EXPECT_EQ(SolveTidily(&model.lp), ok);
 }
 
-// Over time
-// ----------------------------------------------------------------------------------------
+// Over time ---------------------------------------------------------------------------------------
 
 TEST_F(Scratch, MemoryDoesNotGrowOverTenThousandSolves)
 {

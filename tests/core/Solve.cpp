@@ -42,8 +42,7 @@ protected:
     NuvLinearProgrammingResultType result = invalidInput;
 };
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TEST_F(Solve, RightHandSidesThatAreNotNegativeGoStraightToPhaseII)
 {
@@ -70,8 +69,7 @@ TEST_F(Solve, AModelWithoutConstraintsIsInvalid)
     EXPECT_EQ(model.Solve(), invalidInput);
 }
 
-// Answers
-// ------------------------------------------------------------------------------------------
+// Answers -----------------------------------------------------------------------------------------
 
 TEST_F(Solve, TheFirstExampleHasItsAnswer)
 {
@@ -117,8 +115,7 @@ TEST_F(Solve, NamesAppearInTheResults)
     EXPECT_EQ(model.Pairs(), (NamedCoefficients::Terms{{"bread", 0.0F}, {"cake", 4.0F}}));
 }
 
-// Again
-// --------------------------------------------------------------------------------------------
+// Again -------------------------------------------------------------------------------------------
 
 TEST_F(Solve, ResultsStayUntilASolveOverwritesThem)
 {

@@ -35,8 +35,7 @@ protected:
     SmallModel model{2, allocator};
 };
 
-// Edge cases
-// ---------------------------------------------------------------------------------------
+// Edge cases --------------------------------------------------------------------------------------
 
 TEST_F(StandardForm, AModelWithoutConstraintsIsInvalid)
 {
@@ -142,8 +141,7 @@ TEST_F(StandardForm, AnIndexThatLoweredCountsLeaveOutsideIsInvalid)
     EXPECT_EQ(model.Solve(), ok);
 }
 
-// The matrices
-// -------------------------------------------------------------------------------------
+// The matrices ------------------------------------------------------------------------------------
 
 TEST_F(StandardForm, HasASlackColumnPerRowAndTheSlacksAsItsBasis)
 {
@@ -205,8 +203,7 @@ TEST_F(StandardForm, GrowsWithManyConstraints)
     EXPECT_EQ(tall.lp.basic.data[49], 53U);
 }
 
-// Models without one
-// ---------------------------------------------------------------------------------
+// Models without one ------------------------------------------------------------------------------
 
 TEST_F(StandardForm, IndexZeroIsInvalidInConstraintsAndInTheObjective)
 {

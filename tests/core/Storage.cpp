@@ -132,8 +132,7 @@ void ExpectLeft(const Problem& problem, std::size_t pivots, const Leftovers& exp
     EXPECT_EQ(LeftBySolving(problem), expected.Sizes());
 }
 
-// The stages
-// ---------------------------------------------------------------------------------------
+// The stages --------------------------------------------------------------------------------------
 
 TEST(Storage, AnOptimumWithoutAPivotLeavesItsValuesAndTheInverse)
 {
@@ -228,8 +227,7 @@ TEST(Storage, ABasisUpdateLeavesOneSquare)
     EXPECT_EQ(allocator.LiveSizes(), TestAllocator::Sizes{36});
 }
 
-// The phases by themselves
-// ----------------------------------------------------------------------------
+// The phases by themselves ------------------------------------------------------------------------
 
 TEST(Storage, ThePhasesCalledDirectlyLeaveWhatTheyLeaveInASolve)
 {
@@ -293,8 +291,7 @@ TEST(Storage, ASecondSolveOfTheSameModelLeavesAsMuchAgain)
               Leftovers(3, 2).Pivots(2).Optimum().Pivots(2).Optimum().Sizes());
 }
 
-// All families
-// ---------------------------------------------------------------------------------------
+// All families ------------------------------------------------------------------------------------
 
 class StorageOfFamilies : public testing::TestWithParam<Family>
 {

@@ -33,6 +33,8 @@ Matrix Subtract(const Matrix& x, const Matrix& y);
 Matrix MultiplyScalar(const Matrix& x, float factor);
 Matrix Transpose(const Matrix& x);
 Matrix Identity(std::size_t dimension);
+/// The first elements of column `k`, as a matrix of one column.
+Matrix ColumnOf(const Matrix& A, std::size_t k, std::size_t rows);
 
 /// What Gauss-Jordan elimination with partial pivoting makes of a square matrix.
 struct Inverse
