@@ -16,5 +16,6 @@ void AddSolveCommand(CLI::App& app, ExitCode& exitCode);
 void AddCheckCommand(CLI::App& app, ExitCode& exitCode);
 void AddConvertCommand(CLI::App& app, ExitCode& exitCode);
 void AddPlotCommand(CLI::App& app, ExitCode& exitCode);
+void AddSelftestCommand(CLI::App& app, ExitCode& exitCode);
 
 }  // namespace nuvlp
