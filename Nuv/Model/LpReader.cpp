@@ -209,15 +209,15 @@ void Parser::Finish()
 void Parser::FindProblemName(std::string_view before)
 {
     // What CPLEX writes, "\Problem name: x", and GLPK, "\* Problem: x *\".
-    for (const std::string_view key :
-         {std::string_view("\\Problem name: "), std::string_view("\\* Problem: ")})
+    constexpr std::string_view framed = "\\* Problem: ";
+    for (const std::string_view key : {std::string_view("\\Problem name: "), framed})
     {
         const std::size_t at = before.find(key);
         if (at == std::string_view::npos)
             continue;
         std::string_view name = before.substr(at + key.size());
         name = name.substr(0, name.find_first_of("\r\n"));
-        if (name.ends_with("*\\"))
+        if (key == framed && name.ends_with("*\\"))
             name.remove_suffix(2);
         name = name.substr(0, name.find_last_not_of(" \t") + 1);
         m_model.SetName(name);

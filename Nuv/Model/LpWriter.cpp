@@ -9,6 +9,7 @@
 
 #include "fmt/format.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 
@@ -78,7 +79,7 @@ private:
     void WriteRows();
     void WriteRow(std::uint32_t row);
     void WriteBody(std::uint32_t row);
-    void CheckWithoutVariables(std::string_view row, bool hasOneLimit);
+    void WriteRowWithoutVariables(std::string_view row, double lower, double upper);
     void WriteBounds();
     void WriteBound(std::uint32_t column);
 
@@ -128,13 +129,14 @@ Writing Writer::Run()
 
 void Writer::WriteHead()
 {
-    if (!m_model.Name().empty())
-    {
-        m_text += "\\Problem name: ";
-        for (const char c : m_model.Name())
-            m_text += c == '\n' || c == '\r' ? ' ' : c;
-        m_text += "\n\n";
-    }
+    // A line of its own, whose end the reader trims.
+    std::string name = m_model.Name();
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    name.resize(name.find_last_not_of(" \t") + 1);
+    ReportModelName(m_writing, "lp.renamed-model", m_model.Name(), name);
+    if (!name.empty())
+        m_text.append("\\Problem name: ").append(name).append("\n\n");
     m_text += m_model.ObjectiveSense() == Sense::Maximize ? "Maximize\n" : "Minimize\n";
 }
 
@@ -205,10 +207,10 @@ void Writer::WriteRow(std::uint32_t row)
         lower = Limit(lower, true, "row", name);
         upper = Limit(upper, false, "row", name);
     }
-    if (m_model.VariableCount() == 0)
-        CheckWithoutVariables(name, isEquation || std::isfinite(lower) != std::isfinite(upper));
     m_lineBegin = m_text.size();
     m_text.append(" ").append(name).append(":");
+    if (m_model.VariableCount() == 0)
+        return WriteRowWithoutVariables(name, lower, upper);
     const bool isRange = !isEquation && std::isfinite(lower) && std::isfinite(upper);
     if (isRange)
         Append(" " + NumberText(lower + 0.0) + " <=");
@@ -237,20 +239,23 @@ void Writer::WriteBody(std::uint32_t row)
         WriteTerm(coefficients[at], m_columns[columns[at]], isFirst);
         isFirst = false;
     }
-    if (!isFirst)
-        return;
     // A row needs a variable between its limits; one without any has the first of the model.
-    if (m_model.VariableCount() != 0)
+    if (isFirst)
         WriteTerm(0.0, m_columns[0], true);
-    else
-        WriteConstant(0.0, true);
 }
 
-/// `0 <= 5` is a row, but neither `1 <= 0 <= 5` nor `0 >= -inf`.
-void Writer::CheckWithoutVariables(std::string_view row, bool hasOneLimit)
+/// `5 >= 0` is a row with an upper limit, but neither `1 <= 0 <= 5` nor `0 >= -inf` is one. The
+/// limit comes first, since a constant in front of a relation is what the reader takes for it.
+void Writer::WriteRowWithoutVariables(std::string_view row, double lower, double upper)
 {
-    if (hasOneLimit)
-        return;
+    const bool isEquation = lower == upper && std::isfinite(lower);
+    if (isEquation || std::isfinite(lower) != std::isfinite(upper))
+    {
+        const std::string_view relation = isEquation ? "=" : std::isfinite(lower) ? "<=" : ">=";
+        Append(fmt::format(" {} {} 0", NumberText((std::isfinite(lower) ? lower : upper) + 0.0),
+                           relation));
+        return EndLine();
+    }
     m_writing.Report(Severity::Error, "lp.no-variable",
                      fmt::format("row '{}' has two limits or none, and the model no variable", row),
                      "without variables the format has rows of one limit only");

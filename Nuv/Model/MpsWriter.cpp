@@ -168,6 +168,8 @@ void Writer::WriteHead()
     // As a word of its own it is a mark of the form.
     if (name.ends_with(" FREE"))
         name[name.size() - 5] = '_';
+    name = std::string(mps::Trimmed(name));
+    ReportModelName(m_writing, "mps.renamed-model", m_model.Name(), name);
     m_layout.Name(name);
     if (m_model.ObjectiveSense() == Sense::Maximize)
     {

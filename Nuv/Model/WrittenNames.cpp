@@ -64,6 +64,16 @@ bool WrittenNames::Holds(std::string_view name) const
     return name.size() <= m_rules.longest && m_rules.holds(name);
 }
 
+/// The name itself, or with an underscore in front, or in place of its last character, or both.
+std::string WrittenNames::WithHeldEnds(const std::string& name) const
+{
+    const std::string led = ("_" + name).substr(0, m_rules.longest);
+    if (name.empty() || (!m_rules.holds(name) && m_rules.holds(led)))
+        return led;
+    std::string ended = m_rules.holds(name) ? name : name.substr(0, name.size() - 1) + '_';
+    return m_rules.holds(ended) ? ended : led.substr(0, led.size() - 1) + '_';
+}
+
 std::string WrittenNames::Mended(std::string_view name) const
 {
     std::string mended;
@@ -74,14 +84,13 @@ std::string WrittenNames::Mended(std::string_view name) const
         else if (!IsContinuation(c))
             mended += '_';
     }
+    mended = WithHeldEnds(mended.substr(0, m_rules.longest));
     const auto fitted = [&](const std::string& suffix)
     {
         const std::size_t room = m_rules.longest - std::min(m_rules.longest, suffix.size());
         return mended.substr(0, room) + suffix;
     };
-    if (mended.empty() || !m_rules.holds(fitted("")))
-        mended.insert(mended.begin(), '_');
-    std::string candidate = fitted("");
+    std::string candidate = mended;
     for (std::size_t number = 2; m_taken.Find(candidate) != NameTable::None; ++number)
         candidate = fitted("_" + std::to_string(number));
     return candidate;
@@ -104,6 +113,16 @@ void WrittenNames::Report(Writing& writing, std::string code, std::string_view w
                                std::string(what) + (m_changes.size() == 1 ? " is" : "s are"),
                                m_changes.size() == 1 ? "its name" : "their names", list),
                    "a character that the format does not hold becomes an underscore");
+}
+
+void ReportModelName(Writing& writing, std::string code, std::string_view name,
+                     std::string_view written)
+{
+    if (name == written)
+        return;
+    writing.Report(
+        Severity::Note, std::move(code),
+        fmt::format("the model is called '{}', since the format does not hold its name", written));
 }
 
 }  // namespace nuv

@@ -1,8 +1,9 @@
 /// The names under which a model is written. A format may not hold a name as it is: then each
-/// character that it does not hold becomes an underscore, an underscore goes in front if the name
-/// cannot start as it does, a name that is too long is cut, and as long as another one has the
-/// result, _2, _3, ... is appended. Every other name stays. Invariant: no two written names are
-/// equal, and the same names always become the same.
+/// character that it does not hold becomes an underscore, a name that is too long is cut, an
+/// underscore goes in front if the name cannot start as it does, or in place of the last character
+/// if it cannot end as it does, and as long as another one has the result, _2, _3, ... is appended.
+/// Every other name stays. Invariant: no two written names are equal, and the same names always
+/// become the same.
 #pragma once
 
 #include "Nuv/Model/Model.hpp"
@@ -30,6 +31,10 @@ struct NameRules
 [[nodiscard]] std::vector<std::string_view> VariableNamesOf(const Model& model);
 [[nodiscard]] std::vector<std::string_view> RowNamesOf(const Model& model);
 
+/// Reports a model that is not written under its own name.
+void ReportModelName(Writing& writing, std::string code, std::string_view name,
+                     std::string_view written);
+
 class WrittenNames
 {
 public:
@@ -52,6 +57,7 @@ private:
     };
 
     [[nodiscard]] std::string Mended(std::string_view name) const;
+    [[nodiscard]] std::string WithHeldEnds(const std::string& name) const;
     [[nodiscard]] bool Holds(std::string_view name) const;
 
     NameRules m_rules;

@@ -1,0 +1,87 @@
+// The way of a model through both writers and back.
+#include "fuzz/RoundTrip.hpp"
+
+#include "Nuv/Model/LpReader.hpp"
+#include "Nuv/Model/LpWriter.hpp"
+#include "Nuv/Model/MpsReader.hpp"
+#include "Nuv/Model/MpsWriter.hpp"
+#include "tests/model/SameModel.hpp"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace fuzz
+{
+namespace
+{
+
+using namespace nuv;
+
+/// The model with every -0 as 0: the LP format does not keep the sign of a zero.
+Model WithoutSignsOfZero(Model model)
+{
+    model.SetObjectiveConstant(model.ObjectiveConstant() + 0.0);
+    for (std::uint32_t column = 0; column < model.VariableCount(); ++column)
+    {
+        model.SetObjectiveCoefficient(column, model.Objective()[column] + 0.0);
+        model.SetVariableBounds(
+            column, {model.VariableLower()[column] + 0.0, model.VariableUpper()[column] + 0.0});
+    }
+    for (std::uint32_t row = 0; row < model.RowCount(); ++row)
+        model.SetRowBounds(row, {model.RowLower()[row] + 0.0, model.RowUpper()[row] + 0.0});
+    return model;
+}
+
+std::string TextOf(const Reading& reading)
+{
+    std::string text;
+    for (const Diagnostic& diagnostic : reading.diagnostics)
+        text += Render(diagnostic);
+    return text;
+}
+
+void ExpectBackFromLp(const Model& model)
+{
+    const Writing writing = WriteLp(model);
+    if (!writing.Ok())
+        return;
+    const Reading back = ReadLp(*writing.text, "back.lp");
+    ASSERT_TRUE(back.Ok()) << TextOf(back) << *writing.text;
+    if (writing.diagnostics.empty())
+    {
+        EXPECT_EQ(test::Difference(WithoutSignsOfZero(model), WithoutSignsOfZero(*back.model)), "")
+            << *writing.text;
+    }
+    EXPECT_EQ(WriteLp(*back.model).text, writing.text);
+}
+
+void ExpectBackFromMps(const Model& model)
+{
+    const Writing writing = WriteMps(model);
+    if (!writing.Ok())
+        return;
+    const Reading back = ReadMps(*writing.text, "back.mps");
+    ASSERT_TRUE(back.Ok()) << TextOf(back) << *writing.text;
+    if (writing.diagnostics.empty() && !model.ObjectiveName().empty())
+    {
+        EXPECT_EQ(test::Difference(model, *back.model), "") << *writing.text;
+    }
+    EXPECT_EQ(WriteMps(*back.model).text, writing.text);
+}
+
+}  // namespace
+
+void ExpectRoundTrips(const Reading& reading)
+{
+    if (!reading.Ok())
+    {
+        EXPECT_FALSE(reading.GetError().text.empty());
+        return;
+    }
+    EXPECT_FALSE(reading.model->Failure().has_value());
+    ExpectBackFromLp(*reading.model);
+    ExpectBackFromMps(*reading.model);
+}
+
+}  // namespace fuzz

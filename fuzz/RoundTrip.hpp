@@ -1,0 +1,15 @@
+// What the two reader targets promise of a text that could be read.
+#ifndef FUZZ_ROUNDTRIP_HPP
+#define FUZZ_ROUNDTRIP_HPP
+
+#include "Nuv/Model/Reading.hpp"
+
+namespace fuzz
+{
+/// Writes the model of a reading in both formats and reads both back: to the same model where the
+/// writer has nothing to report, and to one that is written in the same words in any case. A
+/// reading without a model has an error instead.
+void ExpectRoundTrips(const nuv::Reading& reading);
+}  // namespace fuzz
+
+#endif
