@@ -1,121 +1,13 @@
 #include "Nuv/Model/JsonReport.hpp"
 
-#include <charconv>
+#include "Nuv/Model/JsonWriter.hpp"
+
 #include <cmath>
-#include <utility>
 
 namespace nuv
 {
 namespace
 {
-
-/// The length of the UTF-8 sequence that `text` begins with, 0 if there is none.
-std::size_t SequenceLength(std::string_view text)
-{
-    const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(text[at]); };
-    const std::size_t length = byte(0) < 0x80   ? 1
-                               : byte(0) < 0xC2 ? 0
-                               : byte(0) < 0xE0 ? 2
-                               : byte(0) < 0xF0 ? 3
-                               : byte(0) < 0xF5 ? 4
-                                                : 0;
-    if (length == 0 || length > text.size())
-        return 0;
-    for (std::size_t at = 1; at < length; ++at)
-        if ((byte(at) & 0xC0U) != 0x80U)
-            return 0;
-    // Overlong forms, surrogates and what lies beyond the last character.
-    if (length == 3 &&
-        ((byte(0) == 0xE0 && byte(1) < 0xA0) || (byte(0) == 0xED && byte(1) >= 0xA0)))
-        return 0;
-    if (length == 4 &&
-        ((byte(0) == 0xF0 && byte(1) < 0x90) || (byte(0) == 0xF4 && byte(1) >= 0x90)))
-        return 0;
-    return length;
-}
-
-std::string Escaped(char c)
-{
-    constexpr std::string_view digits = "0123456789abcdef";
-    switch (c)
-    {
-    case '"':
-        return "\\\"";
-    case '\\':
-        return "\\\\";
-    case '\n':
-        return "\\n";
-    case '\t':
-        return "\\t";
-    case '\r':
-        return "\\r";
-    default:
-        break;
-    }
-    const auto code = static_cast<unsigned char>(c);
-    if (code >= 0x20)
-        return std::string(1, c);
-    return std::string("\\u00") + digits[code >> 4] + digits[code & 15U];
-}
-
-/// Writes objects and arrays with the commas where they belong.
-class Json
-{
-public:
-    Json& Key(std::string_view name)
-    {
-        Separate();
-        m_text.append(JsonString(name)).append(":");
-        m_isFirst = true;
-        return *this;
-    }
-    Json& Raw(std::string_view value)
-    {
-        Separate();
-        m_text.append(value);
-        return *this;
-    }
-    Json& Text(std::string_view value)
-    {
-        return Raw(JsonString(value));
-    }
-    Json& Number(double value)
-    {
-        return Raw(JsonNumber(value));
-    }
-    Json& Count(std::uint64_t value)
-    {
-        return Raw(std::to_string(value));
-    }
-    Json& Open(char bracket)
-    {
-        Separate();
-        m_text += bracket;
-        m_isFirst = true;
-        return *this;
-    }
-    Json& Close(char bracket)
-    {
-        m_text += bracket;
-        m_isFirst = false;
-        return *this;
-    }
-    [[nodiscard]] std::string Finish()
-    {
-        return std::move(m_text) + "\n";
-    }
-
-private:
-    void Separate()
-    {
-        if (!m_isFirst)
-            m_text += ',';
-        m_isFirst = false;
-    }
-
-    std::string m_text;
-    bool m_isFirst = true;
-};
 
 std::string_view BasisWord(BasisStatus status)
 {
@@ -175,6 +67,7 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
         json.Key("lower").Number(lower).Key("upper").Number(upper);
         json.Key("slack").Number(std::fmin(upper - activity, activity - lower) + 0.0);
         json.Key("dual").Number(solution.duals[i]);
+        json.Key("basis").Text(BasisWord(solution.proof.basis.rows[i]));
         if (!solution.sensitivity.rowUpper.empty())
             WriteRange(json, "rhs_range", RangeOfRow(model, solution, i));
         json.Close('}');
@@ -193,6 +86,23 @@ void WriteConflict(Json& json, const Model& model, const Solution& solution)
         json.Open('{').Key(isRow ? "row" : "variable").Text(name);
         json.Key("side").Text(member.upper ? "upper" : "lower").Close('}');
     }
+    json.Close(']');
+}
+
+/// The multipliers of the infeasibility proof, exact, by the rows that have one.
+void WriteFarkas(Json& json, const Model& model, const Solution& solution)
+{
+    json.Key("farkas").Open('[');
+    const bool isProved = solution.status == SolveStatus::Infeasible && solution.proved;
+    const ExactVector& multipliers = solution.proof.dual;
+    for (std::uint32_t i = 0; isProved && i < multipliers.numerator.size(); ++i)
+        if (multipliers.numerator[i] != 0)
+            json.Open('{')
+                .Key("name")
+                .Text(model.RowName(i))
+                .Key("multiplier")
+                .Text(ToString(multipliers.At(i)))
+                .Close('}');
     json.Close(']');
 }
 
@@ -250,32 +160,6 @@ void WriteVerdict(Json& json, const Solution& solution)
 
 }  // namespace
 
-std::string JsonString(std::string_view text)
-{
-    std::string result = "\"";
-    while (!text.empty())
-    {
-        const std::size_t length = SequenceLength(text);
-        if (length == 1)
-            result += Escaped(text[0]);
-        else if (length == 0)
-            result += "\xEF\xBF\xBD";
-        else
-            result += text.substr(0, length);
-        text.remove_prefix(length == 0 ? 1 : length);
-    }
-    return result + "\"";
-}
-
-std::string JsonNumber(double value)
-{
-    if (!std::isfinite(value))
-        return "null";
-    char buffer[40];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value + 0.0);
-    return std::string(buffer, end.ptr);
-}
-
 std::string_view StatusWord(SolveStatus status)
 {
     switch (status)
@@ -303,6 +187,7 @@ std::string JsonReport(const Model& model, const Solution& solution,
     WriteVariables(json, model, solution);
     WriteRows(json, model, solution);
     WriteConflict(json, model, solution);
+    WriteFarkas(json, model, solution);
     WriteRay(json, model, solution);
     WriteWarnings(json, diagnostics);
     return json.Close('}').Finish();

@@ -16,6 +16,7 @@ void AddSolveCommand(CLI::App& app, ExitCode& exitCode);
 void AddCheckCommand(CLI::App& app, ExitCode& exitCode);
 void AddConvertCommand(CLI::App& app, ExitCode& exitCode);
 void AddPlotCommand(CLI::App& app, ExitCode& exitCode);
+void AddProveCommand(CLI::App& app, ExitCode& exitCode);
 void AddSelftestCommand(CLI::App& app, ExitCode& exitCode);
 
 }  // namespace nuvlp

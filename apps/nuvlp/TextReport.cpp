@@ -118,9 +118,8 @@ std::string Head(const nuv::Solution& solution)
     const bool optimal = solution.status == nuv::SolveStatus::Optimal;
     if (optimal || !solution.values.empty())
         text += "objective  " + Number(solution.objective) + "\n";
-    const std::string exact =
-        solution.exactObjective.empty() ? "" : ", exactly " + solution.exactObjective;
-    text += fmt::format("proof      {}{}\n", solution.proved ? "proved" : "not proved", exact);
+    text += fmt::format("proof      {}{}\n", solution.proved ? "proved" : "not proved",
+                        ExactWords(solution.exactObjective));
     if (solution.status == nuv::SolveStatus::Stopped && !solution.values.empty())
     {
         text += fmt::format("violation  {} of a bound, {} of an optimality condition\n",
@@ -212,6 +211,18 @@ std::string Ranges(const nuv::Model& model, const nuv::Solution& solution)
 }
 
 }  // namespace
+
+std::string ExactWords(std::string_view exact)
+{
+    constexpr std::size_t kLongest = 60;
+    if (exact.size() <= kLongest)
+        return exact.empty() ? "" : fmt::format(", exactly {}", exact);
+    const std::size_t digits = exact.size() - (exact.front() == '-' ? 1 : 0);
+    const std::size_t below = exact.size() - std::min(exact.find('/'), exact.size());
+    return below == 0 ? fmt::format(", exactly an integer of {} digits", digits)
+                      : fmt::format(", exactly a quotient of {} by {} digits, which --json prints",
+                                    digits - below, below - 1);
+}
 
 std::string TextReport(const nuv::Model& model, const nuv::Solution& solution, Detail detail)
 {

@@ -4,6 +4,7 @@
 #include "Nuv/Model/Solution.hpp"
 
 #include <string>
+#include <string_view>
 
 namespace nuvlp
 {
@@ -16,5 +17,8 @@ enum class Detail
 
 [[nodiscard]] std::string TextReport(const nuv::Model& model, const nuv::Solution& solution,
                                      Detail detail);
+
+/// ", exactly p/q", shortened to the sizes of p and q where no one would read it; empty for "".
+[[nodiscard]] std::string ExactWords(std::string_view exact);
 
 }  // namespace nuvlp

@@ -17,6 +17,7 @@ int main(int argc, char** argv)
     nuvlp::AddCheckCommand(app, exitCode);
     nuvlp::AddConvertCommand(app, exitCode);
     nuvlp::AddPlotCommand(app, exitCode);
+    nuvlp::AddProveCommand(app, exitCode);
     nuvlp::AddSelftestCommand(app, exitCode);
     try
     {

@@ -1,0 +1,82 @@
+// nuvlp prove, from outside: files in, a verdict and an exit code out.
+#include "tests/nuvlp/Run.hpp"
+
+#include <gtest/gtest.h>
+
+namespace nuvlp::test
+{
+namespace
+{
+
+const std::string kFactory = NUV_TEST_MODELS "/../../examples/factory.lp";
+
+TEST(ProveCommand, ConfirmsWhatSolveWrote)
+{
+    const std::string result = Scratch("factory.json");
+    EXPECT_EQ(RunNuvlp("solve --json -o " + result + " " + kFactory).exitCode, 0);
+    const Outcome outcome = RunNuvlp("prove " + kFactory + " " + result);
+    EXPECT_EQ(outcome.out, "claim      optimal\n"
+                           "values     row 'wood' is beyond its bound by 7.105427357601002e-15, "
+                           "nothing by more\n"
+                           "objective  4242.857142857143\n"
+                           "optimum    4242.857142857143, exactly 29700/7\n"
+                           "proof      from the basis in the file, 0 pivots\n"
+                           "verdict    confirmed\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST(ProveCommand, RefutesByName)
+{
+    const Outcome outcome = RunNuvlp("prove " + kFactory + " -", "chairs 30\ntables 50\n");
+    EXPECT_EQ(outcome.out, "claim      optimal\n"
+                           "values     row 'labour' is beyond its bound by 30, nothing by more\n"
+                           "objective  4400\n"
+                           "optimum    4242.857142857143, exactly 29700/7\n"
+                           "proof      by a solve, 2 pivots\n"
+                           "verdict    refuted\n"
+                           "\n"
+                           "row 'wood' is above 300 by 10\n"
+                           "row 'labour' is above 240 by 30\n");
+    EXPECT_EQ(outcome.exitCode, 5);
+}
+
+TEST(ProveCommand, ReportsAsJson)
+{
+    const Outcome outcome =
+        RunNuvlp("prove --json --claim feasible " + kFactory + " -", "chairs 1/2\n");
+    EXPECT_EQ(outcome.out,
+              "{\"schema\":\"nuvlp/proof/1\",\"claim\":\"feasible\",\"verdict\":\"confirmed\","
+              "\"truth\":\"unknown\",\"proof\":{\"by\":\"values\",\"pivots\":0},\"objective\":15,"
+              "\"unnamed\":1,\"violation\":0,\"violated\":\"\",\"disagreements\":[],"
+              "\"disagreement_count\":0}\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST(ProveCommand, SaysWhenTimeRanOut)
+{
+    const Outcome outcome =
+        RunNuvlp("prove --time-limit 0 " + kFactory + " -", "chairs 150/7\ntables 360/7\n");
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_NE(outcome.out.find("\nverdict    undecided\n"), std::string::npos);
+}
+
+TEST(ProveCommand, HasAMessageForEveryKindOfBadInput)
+{
+    const Outcome unknown = RunNuvlp("prove " + kFactory + " -", "chair 3\n");
+    EXPECT_EQ(unknown.err,
+              "<stdin>:1:1: error: the model has no variable 'chair' [claim.unknown-variable]\n"
+              "  chair 3\n"
+              "  ^\n"
+              "  hint: is this the solution of another model?\n");
+    EXPECT_EQ(unknown.out, "");
+    EXPECT_EQ(unknown.exitCode, 65);
+    EXPECT_EQ(RunNuvlp("prove " + kFactory + " none.json").exitCode, 66);
+    EXPECT_EQ(RunNuvlp("prove none.lp -", "").exitCode, 66);
+    EXPECT_EQ(RunNuvlp("prove - -", "").exitCode, 64);
+    EXPECT_EQ(RunNuvlp("prove " + kFactory).exitCode, 64);
+    EXPECT_EQ(RunNuvlp("prove --claim nice " + kFactory + " -").exitCode, 64);
+}
+
+}  // namespace
+}  // namespace nuvlp::test
