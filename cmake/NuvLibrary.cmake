@@ -47,6 +47,7 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/NuvReducedCosts.cpp
     Nuv/Utils/NuvRevisedSimplex.cpp
     Nuv/Utils/NuvScratchAllocator.cpp
+    Nuv/Utils/NuvScratchChunks.cpp
     Nuv/Utils/NuvSimplexIteration.cpp
     Nuv/Utils/NuvSolveStorage.cpp
     Nuv/Utils/NuvString.cpp)

@@ -1,11 +1,14 @@
-// The scratch allocator. Every block carries a header that links it into a list, newest first.
-// Invariant: the list holds exactly the blocks that are out, and the numbers of the blocks fall
-// along it.
+// The scratch allocator. A block that is expected to stay comes from upstream by itself, with a
+// header that links it into a list, newest first; one taken after a mark is cut from a chunk where
+// it fits. Invariant: list and chunks hold exactly the blocks that are out, and the numbers of the
+// blocks fall along the list.
 #include "Nuv/Utils/NuvScratchAllocator.h"
 
 #include <stddef.h>
 
 #include <initializer_list>
+
+#include "Nuv/Utils/NuvScratchChunks.h"
 
 struct alignas(max_align_t) NuvScratchBlock
 {
@@ -42,6 +45,14 @@ void* AllocateScratch(NuvAllocator* allocator, NuvSizeT size)
     NuvScratchAllocator* const x = ScratchOf(allocator);
     if (size > UINT64_MAX - sizeof(NuvScratchBlock))
         return nullptr;
+    if (x->isMarked)
+    {
+        if (void* const memory = TakeFromChunk(x, size))
+        {
+            x->bytesSinceMark += size;
+            return memory;
+        }
+    }
     NuvScratchBlock* const block = static_cast<NuvScratchBlock*>(
         NuvAllocatorAllocate(x->upstream, size + sizeof(NuvScratchBlock)));
     if (!block)
@@ -50,6 +61,7 @@ void* AllocateScratch(NuvAllocator* allocator, NuvSizeT size)
     if (x->newest)
         x->newest->newer = block;
     x->newest = block;
+    x->bytesSinceMark += size;
     ++x->numBlocks;
     return MemoryOf(block);
 }
@@ -65,7 +77,7 @@ void ReleaseScratch(NuvScratchAllocator* x, NuvScratchBlock* block)
 
 void DeallocateScratch(NuvAllocator* allocator, void* memory, NuvSizeT)
 {
-    if (memory)
+    if (memory && !GiveBackToChunk(ScratchOf(allocator), memory))
         ReleaseScratch(ScratchOf(allocator), BlockOf(memory));
 }
 
@@ -90,7 +102,7 @@ public:
 private:
     void HoldBlock(const NuvAllocator* allocator, void* memory) const
     {
-        if (allocator == &scratch->allocator && memory)
+        if (allocator == &scratch->allocator && memory && !HoldInChunk(scratch, memory))
             BlockOf(memory)->isHeld = true;
     }
 
@@ -147,6 +159,9 @@ NuvScratchAllocator* NuvScratchAllocatorConstruct(NuvScratchAllocator* x, NuvAll
     x->allocator = {nuv::AllocateScratch, nuv::DeallocateScratch, upstream->maxSize, x};
     x->upstream = upstream;
     x->newest = nullptr;
+    x->chunks = nullptr;
+    x->isMarked = NUV_FALSE;
+    x->bytesSinceMark = 0;
     x->taken = 0;
     x->numBlocks = 0;
     return x;
@@ -154,6 +169,7 @@ NuvScratchAllocator* NuvScratchAllocatorConstruct(NuvScratchAllocator* x, NuvAll
 
 void NuvScratchAllocatorDestruct(NuvScratchAllocator* x)
 {
+    nuv::ReleaseInChunks(x, 0);
     while (x->newest)
         nuv::ReleaseScratch(x, x->newest);
 }
@@ -168,8 +184,10 @@ NuvSizeT NuvScratchAllocatorGetNumBlocks(const NuvScratchAllocator* x)
     return x->numBlocks;
 }
 
-NuvSizeT NuvScratchAllocatorMark(const NuvScratchAllocator* x)
+NuvSizeT NuvScratchAllocatorMark(NuvScratchAllocator* x)
 {
+    x->isMarked = NUV_TRUE;
+    x->bytesSinceMark = 0;
     return x->taken;
 }
 
@@ -178,6 +196,8 @@ void NuvScratchAllocatorRelease(NuvScratchAllocator* x, NuvSizeT mark,
 {
     if (lp)
         nuv::Holder(x).Hold(lp);
+    x->isMarked = NUV_FALSE;
+    nuv::ReleaseInChunks(x, mark);
     for (NuvScratchBlock* block = x->newest; block && block->number > mark;)
     {
         NuvScratchBlock* const older = block->older;

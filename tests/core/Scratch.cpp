@@ -264,6 +264,8 @@ TEST_F(Scratch, MemoryDoesNotGrowOverTenThousandSolves)
     SmallModel model(2, Blocks());
     EnterFactory(&model);
     ASSERT_EQ(SolveTidily(&model.lp), ok);
+    ASSERT_TRUE(model.SetRow(2, {{2, 2.0F}}, 12.0F));
+    ASSERT_EQ(SolveTidily(&model.lp), ok);
     const std::size_t held = NumBlocks();
     const NuvSizeT bytes = upstream.LiveBytes();
     const NuvSizeT peak = upstream.PeakBytes();

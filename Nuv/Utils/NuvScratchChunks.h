@@ -1,0 +1,26 @@
+// Where the scratch allocator keeps blocks that are not expected to stay: one behind the other in
+// chunks from upstream, so that taking one costs a few instructions. What is known of a block stands
+// at the chunk's far end and not before the block, so that a block that nobody writes to costs no
+// memory that is in use. Not installed.
+#ifndef NUV_UTILS_NUVSCRATCHCHUNKS_H
+#define NUV_UTILS_NUVSCRATCHCHUNKS_H
+
+#include "Nuv/Utils/NuvScratchAllocator.h"
+
+namespace nuv
+{
+/// @return a block, or null when the block is too large for a chunk, or the chunk is refused.
+void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size);
+
+/// @return false when the block is in no chunk.
+bool GiveBackToChunk(NuvScratchAllocator* x, const void* memory);
+
+/// Protects a block from the next release.
+/// @return false when the block is in no chunk.
+bool HoldInChunk(const NuvScratchAllocator* x, const void* memory);
+
+/// Gives back the blocks younger than `mark` that are not held, and lets go of the others.
+void ReleaseInChunks(NuvScratchAllocator* x, NuvSizeT mark);
+}  // namespace nuv
+
+#endif
