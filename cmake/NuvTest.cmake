@@ -5,6 +5,15 @@
 # that is one more entry, `<name>_memcheck`, which only `ctest -C memcheck -L memcheck` runs.
 find_program(NUV_VALGRIND valgrind)
 
+# Random cases run in full in an ordinary build; where each takes many times as long, a share of them.
+string(FIND "${CMAKE_CXX_FLAGS}" "-fsanitize=" sanitizers)
+if(sanitizers EQUAL -1)
+    set(NUV_IS_SANITIZED OFF)
+else()
+    set(NUV_IS_SANITIZED ON)
+endif()
+set(NUV_SHARE_UNDER_TOOLS "NUV_TEST_SHARE=10")
+
 # A test is run once and compiled each time: half the time goes into optimising it. The library under
 # test keeps its flags.
 function(nuv_test_flags target)
@@ -52,12 +61,16 @@ function(nuv_test name)
     nuv_test_flags(${target})
     add_test(NAME ${name} COMMAND ${target} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+    if(NUV_IS_SANITIZED)
+        set_tests_properties(${name} PROPERTIES ENVIRONMENT ${NUV_SHARE_UNDER_TOOLS})
+    endif()
     if(NUV_VALGRIND AND "valgrind" IN_LIST arg_LABELS)
         add_test(
             NAME ${name}_memcheck
             CONFIGURATIONS memcheck
             COMMAND ${NUV_VALGRIND} --quiet --error-exitcode=99 --leak-check=full
                     --errors-for-leak-kinds=definite $<TARGET_FILE:${target}> --gtest_brief=1)
-        set_tests_properties(${name}_memcheck PROPERTIES TIMEOUT 300 LABELS memcheck)
+        set_tests_properties(${name}_memcheck PROPERTIES TIMEOUT 300 LABELS memcheck
+                                                         ENVIRONMENT ${NUV_SHARE_UNDER_TOOLS})
     endif()
 endfunction()

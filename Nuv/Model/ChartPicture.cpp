@@ -73,8 +73,8 @@ void DrawObjectives(Svg& svg, const Solution& solution)
     }
     const auto [low, high] = std::ranges::minmax(objectives);
     const Span vertical = {low, high, pathBottom, pathTop};
-    const Span across = {
-        0.0, static_cast<double>(std::max<std::size_t>(objectives.size() - 1, 1)), left, right};
+    const Span across = {0.0, static_cast<double>(std::max<std::size_t>(objectives.size() - 1, 1)),
+                         left, right};
     const auto phaseOne = std::ranges::count(solution.path, 1U, &PathStep::phase);
     if (phaseOne != 0)
     {
@@ -118,7 +118,7 @@ void DrawBars(Svg& svg, std::string_view title, std::string_view style, std::spa
             largest > 0.0 ? (to - middle - 64.0) * std::fabs(bars[k].value) / largest : 0.0;
         std::string name = bars[k].name;
         if (TextWidth(name) > middle - from - 12.0)
-            name = name.substr(0, 16) + "...";
+            name.replace(16, std::string::npos, "...");
         svg.Text("text", {middle - 8.0, y + 14.0}, Anchor::End, name);
         svg.Rectangle(style, {middle, y + 3.0}, std::fmax(length, 1.0), barHeight - 7.0);
         svg.Text("quiet", {middle + std::fmax(length, 1.0) + 6.0, y + 14.0}, Anchor::Start,

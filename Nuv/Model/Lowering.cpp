@@ -225,7 +225,8 @@ struct Origins
     }
 };
 
-BasisStatus LiftColumn(const ColumnPlan& plan, std::span<const std::uint8_t> isBasic, Index slackOffset)
+BasisStatus LiftColumn(const ColumnPlan& plan, std::span<const std::uint8_t> isBasic,
+                       Index slackOffset)
 {
     switch (plan.kind)
     {

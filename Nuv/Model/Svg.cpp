@@ -114,8 +114,8 @@ double TextWidth(std::string_view text)
 }
 
 Svg::Svg(double width, double height, std::string_view title)
+    : m_text("<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 ")
 {
-    m_text = "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 ";
     m_text.append(Coordinate(width)).append(" ").append(Coordinate(height)).append("\"");
     m_text.append(Attribute("width", Coordinate(width)));
     m_text.append(Attribute("height", Coordinate(height))).append(" role=\"img\">\n<title>");

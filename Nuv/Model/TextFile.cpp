@@ -1,6 +1,7 @@
 /// Reading in large pieces, and unpacking with zlib where the first two bytes ask for it.
 #include "Nuv/Model/TextFile.hpp"
 
+#define ZLIB_CONST
 #include <zlib.h>
 
 #include <algorithm>
@@ -95,7 +96,7 @@ struct Inflater
 };
 
 /// Unpacks all members of a gzip file.
-Result<std::string> Unpack(std::string packed, const std::string& path)
+Result<std::string> Unpack(const std::string& packed, const std::string& path)
 {
     const Error damaged =
         FileError("file.damaged", path, "the compressed file is damaged or cut off",
@@ -112,7 +113,7 @@ Result<std::string> Unpack(std::string packed, const std::string& path)
         text.resize(had + std::max(kPiece, had / 2));
         const std::size_t input = std::min(packed.size() - taken, kPiece);
         const std::size_t output = std::min(text.size() - had, std::size_t{1} << 30);
-        stream.next_in = reinterpret_cast<Bytef*>(packed.data() + taken);
+        stream.next_in = reinterpret_cast<const Bytef*>(packed.data() + taken);
         stream.avail_in = static_cast<uInt>(input);
         stream.next_out = reinterpret_cast<Bytef*>(text.data() + had);
         stream.avail_out = static_cast<uInt>(output);
@@ -156,7 +157,7 @@ Result<std::string> ReadTextFile(const std::string& path)
     }
     Result<std::string> bytes = ReadAll(opened ? opened.get() : stdin, path);
     const bool packed = bytes && std::string_view(*bytes).starts_with("\x1F\x8B");
-    return packed ? Unpack(*std::move(bytes), path) : std::move(bytes);
+    return packed ? Unpack(*bytes, path) : std::move(bytes);
 }
 
 }  // namespace nuv

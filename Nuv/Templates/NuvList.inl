@@ -278,7 +278,7 @@ NUV_NODE* NUV_OP(CreateNode_)(NUV_SELF* l_, const NUV_ELEMENT* t_)
         static_cast<NUV_NODE*>(NuvAllocatorAllocate(l_->allocator, sizeof(NUV_NODE)));
     if (node)
         NUV_JOIN(NUV_ELEMENT, ConstructCopy)
-        (&node->obj, t_);  // a failed copy is unreported by contract
+    (&node->obj, t_);  // a failed copy is unreported by contract
     return node;
 }
 

@@ -8,6 +8,8 @@ namespace nuv
 {
 namespace
 {
+constexpr NuvSizeT floatSize = sizeof(NuvFloat32);
+
 /// How many vectors are walked side by side: as many as there are registers for.
 constexpr NuvSizeT maxAtOnce = lanes == 16 ? 8 : 4;
 
@@ -215,7 +217,7 @@ template <class Vector, NuvSizeT numRows, NuvSizeT numVectors>
 NUV_LANES_INLINE void MultiplyStripe(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result,
                                      NuvSizeT inner, NuvSizeT cols)
 {
-    constexpr NuvSizeT width = sizeof(Vector) / sizeof(NuvFloat32);
+    constexpr NuvSizeT width = sizeof(Vector) / floatSize;
     Vector sums[numRows][numVectors] = {};
     for (NuvSizeT k = 0; k != inner; ++k)
         for (NuvSizeT v = 0; v != numVectors; ++v)

@@ -54,8 +54,8 @@ struct Kernels
     Choice (*findLargest)(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUint* numbers,
                           NuvFloat32* differences, NuvSizeT length);
     /// ratios = values / direction where direction is above 0, else FLT_MAX.
-    /// @return the smallest that is below FLT_MAX and the first index where it stands, or FLT_MAX; a
-    /// NaN is passed over.
+    /// @return the smallest that is below FLT_MAX and the first index where it stands, or FLT_MAX;
+    /// a NaN is passed over.
     Choice (*findSmallestRatio)(const NuvFloat32* values, const NuvFloat32* direction,
                                 NuvFloat32* ratios, NuvSizeT length);
     /// result (rows × cols) = x (rows × inner) · y (inner × cols), row after row, of any shape.

@@ -9,11 +9,11 @@ NuvLinearProgrammingResultType NuvLinearProgrammingSolve(NuvLinearProgramming* l
 NuvLinearProgrammingResultType
 NuvLinearProgrammingSolveMonitored(NuvLinearProgramming* lp, NuvLinearProgrammingMonitor* monitor)
 {
-    nuv::Watch watch = {monitor, 0, nuv::KernelsOfThisMachine()};
+    nuv::SolveWatch watch = {monitor, 0, nuv::KernelsOfThisMachine()};
     return nuv::SolveUnderWatch(lp, &watch);
 }
 
-NuvLinearProgrammingResultType nuv::SolveUnderWatch(NuvLinearProgramming* lp, Watch* watch)
+NuvLinearProgrammingResultType nuv::SolveUnderWatch(NuvLinearProgramming* lp, SolveWatch* watch)
 {
     StandardFormFacts facts;
     if (!PrepareInputs(lp, &facts))

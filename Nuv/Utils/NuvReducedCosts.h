@@ -40,8 +40,8 @@ struct ReducedCosts
 
     bool isSparse;
     SparseColumns sparse;
-    /// By row of A: where it is read, and whether that is a copy with padding, which is made when the
-    /// row is first summed.
+    /// By row of A: where it is read, and whether that is a copy with padding, which is made when
+    /// the row is first summed.
     NuvFloat32** rows;
     bool* isCopied;
     NuvFloat32* copies;

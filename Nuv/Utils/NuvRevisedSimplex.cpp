@@ -22,7 +22,7 @@ NuvFloat32 ComputeObjective(const Iteration* it)
     return objective;
 }
 
-bool BeginPhaseII(Iteration* it, const NuvLinearProgramming* lp, Watch* watch,
+bool BeginPhaseII(Iteration* it, const NuvLinearProgramming* lp, SolveWatch* watch,
                   const StandardFormFacts* facts)
 {
     if (!BeginIteration(it, watch, 2, lp, facts))
@@ -88,7 +88,7 @@ NuvLinearProgrammingResultType IteratePhaseII(Iteration* it, NuvLinearProgrammin
     }
 }
 
-bool BeginPhaseI(Iteration* it, const NuvLinearProgramming* lp, Watch* watch,
+bool BeginPhaseI(Iteration* it, const NuvLinearProgramming* lp, SolveWatch* watch,
                  const StandardFormFacts* facts)
 {
     if (!BeginIteration(it, watch, 1, lp, facts))
@@ -194,7 +194,7 @@ bool CanCountElements(const NuvLinearProgramming* lp, NuvSizeT numArtificial)
 }
 }  // namespace
 
-NuvLinearProgrammingResultType SolvePhaseI(NuvLinearProgramming* lp, Watch* watch,
+NuvLinearProgrammingResultType SolvePhaseI(NuvLinearProgramming* lp, SolveWatch* watch,
                                            const StandardFormFacts* facts)
 {
     if (!CanCountElements(lp, 1))
@@ -207,7 +207,7 @@ NuvLinearProgrammingResultType SolvePhaseI(NuvLinearProgramming* lp, Watch* watc
     return result;
 }
 
-NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, Watch* watch,
+NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, SolveWatch* watch,
                                             const StandardFormFacts* facts)
 {
     Iteration it;
@@ -269,7 +269,7 @@ StandardFormFacts Inspect(const NuvLinearProgramming* lp)
     return facts;
 }
 
-using Phase = NuvLinearProgrammingResultType (*)(NuvLinearProgramming*, Watch*,
+using Phase = NuvLinearProgrammingResultType (*)(NuvLinearProgramming*, SolveWatch*,
                                                  const StandardFormFacts*);
 
 NuvLinearProgrammingResultType CallPhase(Phase phase, NuvLinearProgramming* lp,
@@ -277,7 +277,7 @@ NuvLinearProgrammingResultType CallPhase(Phase phase, NuvLinearProgramming* lp,
 {
     if (!CanCountElements(lp, numArtificial) || !HasStandardForm(lp))
         return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
-    Watch watch = {nullptr, 0, KernelsOfThisMachine()};
+    SolveWatch watch = {nullptr, 0, KernelsOfThisMachine()};
     const StandardFormFacts facts = Inspect(lp);
     return phase(lp, &watch, &facts);
 }

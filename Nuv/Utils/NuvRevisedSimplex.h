@@ -18,7 +18,7 @@ extern "C" NuvBool NuvRevisedSimplexAlogirthmBasisUpdate(const NuvMatrix_NuvFloa
 namespace nuv
 {
 /// Who watches a solve, how many pivots it has made in both phases, and the loops it runs on.
-struct Watch
+struct SolveWatch
 {
     NuvLinearProgrammingMonitor* monitor;
     NuvUint pivots;
@@ -38,12 +38,12 @@ struct StandardFormFacts
 bool PrepareInputs(NuvLinearProgramming* lp, StandardFormFacts* facts);
 
 /// The two phases under a watch; they answer Stopped when it ends them.
-NuvLinearProgrammingResultType SolvePhaseI(NuvLinearProgramming* lp, Watch* watch,
+NuvLinearProgrammingResultType SolvePhaseI(NuvLinearProgramming* lp, SolveWatch* watch,
                                            const StandardFormFacts* facts);
-NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, Watch* watch,
+NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, SolveWatch* watch,
                                             const StandardFormFacts* facts);
 /// The whole solve under a watch.
-NuvLinearProgrammingResultType SolveUnderWatch(NuvLinearProgramming* lp, Watch* watch);
+NuvLinearProgrammingResultType SolveUnderWatch(NuvLinearProgramming* lp, SolveWatch* watch);
 }  // namespace nuv
 
 #endif

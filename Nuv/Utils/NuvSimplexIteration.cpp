@@ -123,7 +123,7 @@ bool LeavePivotBehind(const Iteration* it)
 }
 }  // namespace
 
-bool BeginIteration(Iteration* it, Watch* watch, NuvUint phase, const NuvLinearProgramming* lp,
+bool BeginIteration(Iteration* it, SolveWatch* watch, NuvUint phase, const NuvLinearProgramming* lp,
                     const StandardFormFacts* facts)
 {
     it->watch = watch;

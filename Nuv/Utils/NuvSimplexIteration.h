@@ -29,7 +29,7 @@ struct Entering
 
 struct Iteration
 {
-    Watch* watch;
+    SolveWatch* watch;
     NuvUint phase;
     NuvAllocator* allocator;
     const Kernels* kernels;
@@ -100,7 +100,7 @@ inline NuvUint SlackOf(const Iteration* it, NuvUint row)
 
 /// Makes an iteration over lp's standard form; labels are the caller's to fill in.
 /// @return false when storage is refused; EndIteration may be called all the same.
-bool BeginIteration(Iteration* it, Watch* watch, NuvUint phase, const NuvLinearProgramming* lp,
+bool BeginIteration(Iteration* it, SolveWatch* watch, NuvUint phase, const NuvLinearProgramming* lp,
                     const StandardFormFacts* facts);
 /// Finds the inverse and the prices of the first basis: that of the slacks in Phase I, that of the
 /// labels in Phase II.

@@ -15,19 +15,17 @@ namespace nuv
 class Cutter
 {
 public:
-    explicit Cutter(void* block) : position(reinterpret_cast<uintptr_t>(block)), size(0)
+    explicit Cutter(void* block) : base(static_cast<unsigned char*>(block)), size(0)
     {
         if (block)
-            position = (position + lineSize - 1) / lineSize * lineSize;
+            base += (lineSize - reinterpret_cast<uintptr_t>(block) % lineSize) % lineSize;
     }
 
     template <class T>
     void Take(T** array, NuvSizeT count)
     {
-        *array = reinterpret_cast<T*>(position);
-        const NuvSizeT bytes = (count * sizeof(T) + lineSize - 1) / lineSize * lineSize;
-        position += static_cast<uintptr_t>(bytes);
-        size += bytes;
+        *array = base ? reinterpret_cast<T*>(base + size) : nullptr;
+        size += (count * sizeof(T) + lineSize - 1) / lineSize * lineSize;
     }
 
     /// What a block needs for all that was taken, wherever it begins.
@@ -39,7 +37,7 @@ public:
 private:
     static constexpr NuvSizeT lineSize = 64;
 
-    uintptr_t position;
+    unsigned char* base;
     NuvSizeT size;
 };
 

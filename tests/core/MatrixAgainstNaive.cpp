@@ -8,6 +8,7 @@
 #include "Nuv/Utils/NuvRevisedSimplex.h"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
+#include "tests/support/Effort.hpp"
 
 using reference::Random;
 
@@ -110,7 +111,7 @@ void ExpectSame(const reference::Matrix& expected, const NuvMatrix_NuvFloat32& f
 
 TEST_P(AgainstNaive, MultiplyHasTheSameBits)
 {
-    for (int i = 0; i < 3000 && !HasFailure(); ++i)
+    for (int i = 0; i < ShareOf(3000) && !HasFailure(); ++i)
     {
         const std::size_t rows = Size(i % 10 == 0 ? 70 : 12);
         const std::size_t inner = Size(i % 10 == 0 ? 70 : 12);
@@ -129,7 +130,7 @@ TEST_P(AgainstNaive, MultiplyHasTheSameBits)
 
 TEST_P(AgainstNaive, ElementwiseOperationsHaveTheSameBits)
 {
-    for (int i = 0; i < 300 && !HasFailure(); ++i)
+    for (int i = 0; i < ShareOf(300) && !HasFailure(); ++i)
     {
         SCOPED_TRACE(testing::Message() << "case " << i);
         const reference::Matrix x = RandomMatrix(Size(20), Size(20), GetParam(), &random);
@@ -153,7 +154,7 @@ TEST_P(AgainstNaive, ElementwiseOperationsHaveTheSameBits)
 TEST_P(AgainstNaive, InverseHasTheSameBitsAlsoWhereItIsSingular)
 {
     int inverted = 0;
-    for (int i = 0; i < 3000 && !HasFailure(); ++i)
+    for (int i = 0; i < ShareOf(3000) && !HasFailure(); ++i)
     {
         const std::size_t n = Size(i % 20 == 0 ? 50 : 9);
         SCOPED_TRACE(testing::Message() << "case " << i << ": " << n << " x " << n);
@@ -176,7 +177,7 @@ TEST_P(AgainstNaive, InverseHasTheSameBitsAlsoWhereItIsSingular)
 TEST_P(AgainstNaive, BasisUpdateHasTheSameBits)
 {
     allocator.AcceptLeftBlocks();
-    for (int i = 0; i < 3000 && !HasFailure(); ++i)
+    for (int i = 0; i < ShareOf(3000) && !HasFailure(); ++i)
     {
         const std::size_t m = Size(i % 20 == 0 ? 60 : 10);
         const std::size_t columns = Size(10);
@@ -203,7 +204,7 @@ TEST_P(AgainstNaive, BasisUpdateHasTheSameBits)
 TEST_P(AgainstNaive, BasisUpdateWithOneOddValueHasTheSameBits)
 {
     allocator.AcceptLeftBlocks();
-    for (int i = 0; i < 1000 && !HasFailure(); ++i)
+    for (int i = 0; i < ShareOf(1000) && !HasFailure(); ++i)
     {
         const std::size_t m = Size(8);
         SCOPED_TRACE(testing::Message() << "case " << i << ": " << m << " rows");

@@ -7,6 +7,7 @@
 
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
+#include "tests/support/Effort.hpp"
 #include "tests/support/TestAllocator.hpp"
 
 using namespace reference;
@@ -61,7 +62,8 @@ void CompareModel(const Problem& problem, std::size_t maxPivots)
 void CompareFamily(Family family, const Run& run)
 {
     Random random(run.seed + static_cast<std::uint64_t>(family));
-    for (int i = 0; i < run.models && !testing::Test::HasFailure(); ++i)
+    const int models = ShareOf(run.models);
+    for (int i = 0; i < models && !testing::Test::HasFailure(); ++i)
     {
         const std::size_t rows = SizeUpTo(run.rows, &random);
         const std::size_t columns = SizeUpTo(run.columns, &random);

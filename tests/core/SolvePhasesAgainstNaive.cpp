@@ -9,6 +9,7 @@
 
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
+#include "tests/support/Effort.hpp"
 #include "tests/support/TestAllocator.hpp"
 
 using namespace reference;
@@ -101,7 +102,7 @@ protected:
     void Compare(void (*change)(StandardForm*, Random*))
     {
         Random random(0x9A5E + static_cast<std::uint64_t>(GetParam()));
-        for (int i = 0; i < 300 && !HasFailure(); ++i)
+        for (int i = 0; i < ShareOf(300) && !HasFailure(); ++i)
         {
             SCOPED_TRACE(testing::Message() << "form " << i);
             StandardForm form = MakeForm(GetParam(), &random);

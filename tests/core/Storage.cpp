@@ -8,6 +8,7 @@
 #include "Nuv/Utils/NuvRevisedSimplex.h"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
+#include "tests/support/Effort.hpp"
 #include "tests/support/TestAllocator.hpp"
 
 using namespace reference;
@@ -300,7 +301,7 @@ class StorageOfFamilies : public testing::TestWithParam<Family>
 TEST_P(StorageOfFamilies, ASolveLeavesWhatItsPivotsSay)
 {
     Random random(0x570A6E + static_cast<std::uint64_t>(GetParam()));
-    for (int i = 0; i < 200 && !HasFailure(); ++i)
+    for (int i = 0; i < ShareOf(200) && !HasFailure(); ++i)
     {
         const std::size_t rows = 1 + random.Below(9);
         const std::size_t columns = 1 + random.Below(9);

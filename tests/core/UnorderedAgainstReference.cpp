@@ -4,6 +4,7 @@
 #include <random>
 
 #include "tests/core/UnorderedSupport.hpp"
+#include "tests/support/Effort.hpp"
 
 namespace
 {
@@ -331,7 +332,7 @@ class UnorderedAgainstReference : public UnorderedTest<Instantiation>
 protected:
     void Run(typename Instantiation::HashFunctionType hash, NuvUint firstSeed)
     {
-        constexpr NuvUint runs = 8;
+        const NuvUint runs = ShareOf(8U);
         constexpr int steps = 400;
         for (NuvUint seed = firstSeed; seed != firstSeed + runs; ++seed)
         {

@@ -52,8 +52,11 @@ console() {  # console SOURCE
     check "block $(basename "$1")" "$1" "$1.printed"
 }
 
-for block in "$work"/*.c; do [[ -e $block ]] && program "$block" "${CC:-cc}" -std=c11; done
-for block in "$work"/*.cpp; do [[ -e $block ]] && program "$block" "${CXX:-c++}" -std=c++20; done
+# Each may carry flags.
+read -ra c_compiler <<<"${CC:-cc}"
+read -ra cpp_compiler <<<"${CXX:-c++}"
+for block in "$work"/*.c; do [[ -e $block ]] && program "$block" "${c_compiler[@]}" -std=c11; done
+for block in "$work"/*.cpp; do [[ -e $block ]] && program "$block" "${cpp_compiler[@]}" -std=c++20; done
 for block in "$work"/*.console; do [[ -e $block ]] && console "$block"; done
 [[ $run -gt 0 ]] || { echo "$document: no block was run"; exit 1; }
 echo "$document: $run blocks run, $failed failed"

@@ -6,6 +6,7 @@
 #include "Nuv/Model/Conflict.hpp"
 #include "Nuv/Model/Pipeline.hpp"
 #include "Nuv/Model/Sensitivity.hpp"
+#include "tests/support/Effort.hpp"
 
 #include <gtest/gtest.h>
 
@@ -73,7 +74,7 @@ TEST(Sensitivity, WyndorGlassAsInTheTextbook)
 TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)
 {
     int optimal = 0;
-    for (std::uint64_t seed = 1; seed <= 1200; ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(1200U); ++seed)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
@@ -96,7 +97,7 @@ TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)
 
 TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
 {
-    for (std::uint64_t seed = 1; seed <= 1200; ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(1200U); ++seed)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
@@ -132,7 +133,7 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
 /// More rows than are done in rationals: the same form, padded with rows that never matter.
 TEST(Sensitivity, DoublesAgreeWithRationals)
 {
-    for (std::uint64_t seed = 1; seed <= 200; ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(200U); ++seed)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
@@ -217,7 +218,7 @@ TEST(Conflict, NamesTheRowsAndBoundsThatMatter)
 TEST(Conflict, IsInfeasibleAndLosesThatWithAnyMember)
 {
     int infeasible = 0;
-    for (std::uint64_t seed = 1; seed <= 3000; ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(3000U); ++seed)
     {
         SCOPED_TRACE(seed);
         Random random(seed);

@@ -6,6 +6,7 @@
 #include "Nuv/Model/RationalField.hpp"
 #include "Nuv/Model/RealField.hpp"
 #include "Nuv/Model/SparseLu.hpp"
+#include "tests/support/Effort.hpp"
 
 #include <gtest/gtest.h>
 
@@ -66,7 +67,7 @@ TEST(Rational, RoundsToTheNearestDoubleTiesToEven)
 TEST(Rational, RoundsAsTheMachineDivides)
 {
     Random random(1);
-    for (int round = 0; round < 20000; ++round)
+    for (int round = 0; round < ShareOf(20000); ++round)
     {
         const std::int64_t top = static_cast<std::int64_t>(random.Next() >> random.Between(11, 60));
         const std::int64_t bottom =
@@ -92,7 +93,7 @@ TEST(PrimeField, AgreesWithIntegersModuloThePrime)
     const PrimeField field(kPrime);
     const Integer prime(kPrime);
     Random random(2);
-    for (int round = 0; round < 5000; ++round)
+    for (int round = 0; round < ShareOf(5000); ++round)
     {
         const std::int64_t a = static_cast<std::int64_t>(random.Next());
         const std::int64_t b = static_cast<std::int64_t>(random.Next() >> random.Between(0, 60));

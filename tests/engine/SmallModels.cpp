@@ -3,6 +3,7 @@
 #include "tests/engine/Forms.hpp"
 
 #include "Nuv/Model/Pipeline.hpp"
+#include "tests/support/Effort.hpp"
 
 #include <gtest/gtest.h>
 
@@ -177,7 +178,8 @@ TEST(Engine, NumbersOfExtremeSizeAreExact)
 TEST(Engine, AgreesWithEnumerationOnThousandsOfSmallForms)
 {
     int verdicts[3] = {0, 0, 0};
-    for (std::uint64_t seed = 1; seed <= 20000; ++seed)
+    const std::uint64_t models = ShareOf(20000U);
+    for (std::uint64_t seed = 1; seed <= models; ++seed)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
@@ -192,14 +194,14 @@ TEST(Engine, AgreesWithEnumerationOnThousandsOfSmallForms)
             return;
     }
     // The generator must not have drifted into one kind.
-    EXPECT_GT(verdicts[0], 2000);
-    EXPECT_GT(verdicts[1], 2000);
-    EXPECT_GT(verdicts[2], 2000);
+    EXPECT_GT(static_cast<std::uint64_t>(verdicts[0]), models / 10);
+    EXPECT_GT(static_cast<std::uint64_t>(verdicts[1]), models / 10);
+    EXPECT_GT(static_cast<std::uint64_t>(verdicts[2]), models / 10);
 }
 
 TEST(Engine, AnyStartBasisLeadsToTheSameAnswer)
 {
-    for (std::uint64_t seed = 1; seed <= 1500; ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(1500U); ++seed)
     {
         SCOPED_TRACE(seed);
         Random random(seed);

@@ -8,6 +8,7 @@
 #include "tests/model/MpsText.hpp"
 #include "tests/model/RandomModel.hpp"
 #include "tests/model/SameModel.hpp"
+#include "tests/support/Effort.hpp"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@ using namespace nuv;
 using nuv::test::Difference;
 using nuv::test::RandomModel;
 
-constexpr std::uint64_t kModels = 4000;
+const std::uint64_t kModels = ShareOf(4000U);
 
 /// The model as it comes back from LP text; one that says why not, if it does not.
 Model ThroughLp(const Model& model)

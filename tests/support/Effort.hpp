@@ -1,0 +1,20 @@
+// How much a test of random cases does. Under tools that slow a program down many times, the
+// environment asks for a share of it: NUV_TEST_SHARE=10 for every tenth case.
+#ifndef TESTS_SUPPORT_EFFORT_HPP
+#define TESTS_SUPPORT_EFFORT_HPP
+
+#include <cstdlib>
+
+/// @return how many of `count` random cases to run; at least 1.
+template <class Count>
+Count ShareOf(Count count)
+{
+    const char* const share = std::getenv("NUV_TEST_SHARE");
+    const long divisor = share ? std::strtol(share, nullptr, 10) : 1;
+    if (divisor <= 1)
+        return count;
+    const Count part = count / static_cast<Count>(divisor);
+    return part > Count(1) ? part : Count(1);
+}
+
+#endif
