@@ -77,7 +77,7 @@ NuvLinearProgrammingResultType SolveBy(Loops loops, NuvLinearProgramming* lp,
 #if NUV_SELFTEST_CHOOSES_LOOPS
     if (const Kernels* const kernels = KernelsFor(loops))
     {
-        Watch watch = {monitor, 0, kernels};
+        SolveWatch watch = {monitor, 0, kernels};
         return SolveUnderWatch(lp, &watch);
     }
 #else
