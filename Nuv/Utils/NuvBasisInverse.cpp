@@ -13,7 +13,7 @@ constexpr NuvUint tile = Kernels::tile;
 
 /// Up to this dimension all columns are stored from the beginning, each in the slot of its number:
 /// walking a few more costs less than telling them apart.
-constexpr NuvUint maxStoredAtOnce = 64;
+constexpr NuvUint maxStoredAtOnce = 128;
 
 bool IsStoredAtOnce(const BasisInverse* x)
 {
@@ -32,12 +32,15 @@ NuvUint WholeTile(const BasisInverse* x, NuvUint first)
     return left < tile ? (1U << left) - 1 : (1U << tile) - 1;
 }
 
+/// Whether a tile has an element that is not ±0: any bit but the signs.
 bool HasNonzero(const NuvFloat32* x)
 {
-    bool hasNonzero = false;
-    for (NuvUint i = 0; i != tile; ++i)
-        hasNonzero |= x[i] != 0.0F;
-    return hasNonzero;
+    NuvUint bits[tile];
+    NuvMemCopy(bits, x, sizeof bits);
+    NuvUint any = 0;
+    for (const NuvUint element : bits)
+        any |= element << 1U;
+    return any != 0;
 }
 
 /// A walk over the columns of the inverse, from the first tile to the last: in each row the columns
@@ -100,8 +103,9 @@ NuvUint WalkWholeTiles(ColumnWalk* w)
     w->hasUpdate = hasUpdate;
     w->hasY = hasY;
     const NuvUint past = end < inverse->m ? end : inverse->m;
-    const Walk walk = WalkOver(w, inverse->columns + first, past - first,
-                               inverse->multipliers + first, w->x + first, w->y + first);
+    const Walk walk =
+        WalkOver(w, inverse->columns + first, past - first, inverse->multipliers + first,
+                 w->x + first, w->hasY ? w->y + first : nullptr);
     inverse->kernels->walk(&walk);
     return end;
 }
@@ -147,10 +151,11 @@ void WalkMixedTile(const ColumnWalk* w)
     for (NuvUint k = 0; k != tile; ++k)
         vectors[k] = IsStoredColumn(inverse, first + k) ? inverse->columns[first + k] + first
                                                         : inverse->unitTile + k * tile;
-    walk = WalkOver(w, vectors, tile, inverse->multipliers + first, w->x + first, w->y + first);
+    walk = WalkOver(w, vectors, tile, inverse->multipliers + first, w->x + first,
+                    w->hasY ? w->y + first : nullptr);
     walk.update = w->hasUpdate ? inverse->eta + first : nullptr;
     walk.sumsX = w->resultX + first;
-    walk.sumsY = w->resultY + first;
+    walk.sumsY = w->hasY ? w->resultY + first : nullptr;
     walk.last = tile;
     inverse->kernels->walk(&walk);
 }
@@ -219,15 +224,10 @@ void TakeRow(BasisInverse* x, NuvUint row)
     }
 }
 
-/// Adds the update to the priced rows and sums the prices of the stored columns anew. The others
-/// keep theirs: an update leaves a unit column as it is but in the row that leaves, and stores that
-/// one's column. Rows without a cost add ±0, and so do costs in rows where a column holds 0.
-void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
+/// Adds the update to the priced rows in the tiles from `first` to `last`, and sums their prices.
+void UpdatePricesOf(BasisInverse* x, NuvSizeT first, NuvSizeT last, NuvFloat32* prices)
 {
-    PricedRows* const priced = &x->priced;
-    for (NuvUint k = 0; k != priced->count; ++k)
-        priced->eta[k] = x->eta[priced->rows[k]];
-    const NuvSizeT length = (x->numStored + tile - 1) / tile * tile;
+    const PricedRows* const priced = &x->priced;
     const bool isInPlace = IsStoredAtOnce(x);
     const Walk walk = {priced->entries,
                        priced->count,
@@ -237,12 +237,42 @@ void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
                        isInPlace ? prices : x->pricesBySlot,
                        nullptr,
                        nullptr,
-                       0,
-                       length,
+                       first,
+                       last,
                        true};
     x->kernels->walk(&walk);
-    for (NuvUint slot = 0; !isInPlace && slot != x->numStored; ++slot)
+    const NuvSizeT end = last < x->numStored ? last : x->numStored;
+    for (NuvSizeT slot = first; !isInPlace && slot < end; ++slot)
         prices[x->columnOfSlot[slot]] = x->pricesBySlot[slot];
+}
+
+NuvSizeT LengthInUse(const BasisInverse* x)
+{
+    return (x->numStored + tile - 1) / tile * tile;
+}
+
+/// Brings the priced rows and the prices of the stored columns up to date. A column whose
+/// multiplier is 0 keeps its entries, and holds 0 in the row of the pivot, whose cost alone
+/// changes: the same terms are summed. The unit columns keep their prices too: an update leaves
+/// them as they are but in the row that leaves, and stores that one's column. Rows without a cost
+/// add ±0, and so do costs in rows where a column holds 0.
+void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
+{
+    PricedRows* const priced = &x->priced;
+    for (NuvUint k = 0; k != priced->count; ++k)
+        priced->eta[k] = x->eta[priced->rows[k]];
+    const NuvSizeT length = LengthInUse(x);
+    NuvSizeT first = 0;
+    for (NuvSizeT next = 0; next != length && !IsStoredAtOnce(x); next += tile)
+    {
+        if (HasNonzero(x->multipliersBySlot + next))
+            continue;
+        if (first != next)
+            UpdatePricesOf(x, first, next, prices);
+        first = next + tile;
+    }
+    if (first != length)
+        UpdatePricesOf(x, first, length, prices);
 }
 }  // namespace
 
@@ -346,8 +376,9 @@ void ComputePrices(BasisInverse* x, NuvFloat32* prices)
         for (NuvUint slot = 0; slot != x->numStored; ++slot)
             priced->entries[k][slot] = x->columns[x->columnOfSlot[slot]][row];
     }
-    NuvMemZero(x->eta, x->stride * sizeof *x->eta);
-    UpdatePrices(x, prices);
+    NuvMemZero(priced->eta, priced->count * sizeof *priced->eta);
+    if (x->numStored != 0)
+        UpdatePricesOf(x, 0, LengthInUse(x), prices);
 }
 
 void MultiplyByInverse(BasisInverse* x, const NuvFloat32* vector, NuvFloat32* result,

@@ -247,6 +247,8 @@ void MultiplyRows(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, 
 void MultiplyMatrices(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
                       NuvSizeT inner, NuvSizeT cols)
 {
+    if (inner == 0)
+        y = result;  // not read, and it may be null, from which nothing counts
     for (; rows >= 4; rows -= 4, x += 4 * inner, result += 4 * cols)
         MultiplyRows<4>(x, y, result, inner, cols);
     for (; rows != 0; --rows, x += inner, result += cols)

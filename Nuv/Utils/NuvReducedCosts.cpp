@@ -89,14 +89,22 @@ void ReadNonzeros(ReducedCosts* x)
         starts[j] = end;
     }
     starts[x->n] = end;
+    x->sparse.rowStarts[x->m] = end;
     for (NuvUint i = x->m; i != 0; --i)
+    {
         ForEachNonzero(x, i - 1,
-                       [x, i](NuvUint j, NuvFloat32 element)
+                       [x, i, &end](NuvUint j, NuvFloat32 element)
                        {
                            const NuvUint at = --x->sparse.starts[j];
                            x->sparse.rows[at] = i - 1;
                            x->sparse.elements[at] = element;
+                           x->sparse.columns[--end] = j;
                        });
+        x->sparse.rowStarts[i - 1] = end;
+    }
+    NuvMemZero(x->sparse.prices, x->m * sizeof *x->sparse.prices);
+    NuvMemZero(x->sparse.turns, x->n * sizeof *x->sparse.turns);
+    x->sparse.turn = 0;
 }
 
 /// Copies a row with padding, in whose place it is read from then on.
@@ -134,17 +142,69 @@ void SumRows(ReducedCosts* x)
     x->kernels->walk(&walk);
 }
 
+void SumColumn(ReducedCosts* x, const NuvFloat32* prices, NuvUint j)
+{
+    const SparseColumns* const sparse = &x->sparse;
+    NuvFloat32 sum = 0.0F;
+    for (NuvUint k = sparse->starts[j]; k != sparse->starts[j + 1]; ++k)
+        sum = sum + prices[sparse->rows[k]] * sparse->elements[k];
+    x->sums[j] = sum;
+}
+
+/// Sums the columns that have an element in the row and were not summed in this turn.
+void SumColumnsOfRow(ReducedCosts* x, const NuvFloat32* prices, NuvUint row)
+{
+    SparseColumns* const sparse = &x->sparse;
+    for (NuvUint k = sparse->rowStarts[row]; k != sparse->rowStarts[row + 1]; ++k)
+    {
+        const NuvUint j = sparse->columns[k];
+        if (sparse->turns[j] == sparse->turn)
+            continue;
+        sparse->turns[j] = sparse->turn;
+        SumColumn(x, prices, j);
+    }
+}
+
+/// Lists the rows whose prices are not those that were summed last.
+/// @return how many non-zeros they have.
+NuvUint FindChangedRows(ReducedCosts* x, const NuvFloat32* prices, NuvUint* numChanged)
+{
+    SparseColumns* const sparse = &x->sparse;
+    NuvUint nonzeros = 0;
+    NuvUint count = 0;
+    for (NuvUint i = 0; i != x->m; ++i)
+    {
+        if (prices[i] == sparse->prices[i])
+            continue;
+        sparse->prices[i] = prices[i];
+        sparse->changedRows[count++] = i;
+        nonzeros += sparse->rowStarts[i + 1] - sparse->rowStarts[i];
+    }
+    *numChanged = count;
+    return nonzeros;
+}
+
+/// A column in none of whose rows the price has changed keeps its sum: the same terms are summed.
 void SumColumns(ReducedCosts* x)
 {
     const NuvFloat32* const prices = PricesOf(x);
-    const SparseColumns* const sparse = &x->sparse;
-    for (NuvUint j = 0; j != x->n; ++j)
+    SparseColumns* const sparse = &x->sparse;
+    NuvUint numChanged;
+    const NuvUint nonzeros = FindChangedRows(x, prices, &numChanged);
+    // Walking rows costs about three times as much as walking columns.
+    if (nonzeros > sparse->starts[x->n] / 3)
     {
-        NuvFloat32 sum = 0.0F;
-        for (NuvUint k = sparse->starts[j]; k != sparse->starts[j + 1]; ++k)
-            sum = sum + prices[sparse->rows[k]] * sparse->elements[k];
-        x->sums[j] = sum;
+        for (NuvUint j = 0; j != x->n; ++j)
+            SumColumn(x, prices, j);
+        return;
     }
+    if (++sparse->turn == 0)
+    {
+        NuvMemZero(sparse->turns, x->n * sizeof *sparse->turns);
+        sparse->turn = 1;
+    }
+    for (NuvUint k = 0; k != numChanged; ++k)
+        SumColumnsOfRow(x, prices, sparse->changedRows[k]);
 }
 }  // namespace
 
@@ -175,6 +235,11 @@ void LayOut(ReducedCosts* x, NuvUint m, NuvUint n, NuvSizeT nonzeros, Cutter* cu
     cutter->Take(&x->sparse.starts, x->isSparse ? static_cast<NuvSizeT>(n) + 1 : 0);
     cutter->Take(&x->sparse.rows, numElements);
     cutter->Take(&x->sparse.elements, numElements);
+    cutter->Take(&x->sparse.columns, numElements);
+    cutter->Take(&x->sparse.rowStarts, x->isSparse ? static_cast<NuvSizeT>(m) + 1 : 0);
+    cutter->Take(&x->sparse.prices, x->isSparse ? m : 0);
+    cutter->Take(&x->sparse.changedRows, x->isSparse ? m : 0);
+    cutter->Take(&x->sparse.turns, x->isSparse ? n : 0);
 }
 
 void BeginReducedCosts(ReducedCosts* x, NuvFloat32* copies)

@@ -13,12 +13,22 @@
 
 namespace nuv
 {
-/// The non-zeros of A's first columns, column after column.
+/// The non-zeros of A's first columns, column after column, and where they stand, row after row.
 struct SparseColumns
 {
     NuvUint* starts;
     NuvUint* rows;
     NuvFloat32* elements;
+
+    NuvUint* rowStarts;
+    NuvUint* columns;
+
+    /// The prices that the sums were formed with.
+    NuvFloat32* prices;
+    NuvUint* changedRows;
+    /// By column, in which turn its sum was last formed; and this turn.
+    NuvUint* turns;
+    NuvUint turn;
 };
 
 struct ReducedCosts

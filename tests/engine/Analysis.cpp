@@ -92,7 +92,7 @@ TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)
         if (HasFailure())
             return;
     }
-    EXPECT_GT(optimal, 200);
+    EXPECT_GT(optimal, ShareOf(200));
 }
 
 TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
@@ -239,7 +239,7 @@ TEST(Conflict, IsInfeasibleAndLosesThatWithAnyMember)
                       Verdict::Infeasible);
         }
     }
-    EXPECT_GT(infeasible, 500);
+    EXPECT_GT(infeasible, ShareOf(500));
 }
 
 /// Three disjoint contradictions, and a certificate that adds them up: the filter has to part them.

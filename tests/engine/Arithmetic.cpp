@@ -151,7 +151,7 @@ double Draw(Random& random)
 
 TEST(SparseLu, SolvesBothSidesToRoundingInDoubles)
 {
-    for (std::uint64_t seed = 1; seed <= 40; ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(40U); ++seed)
     {
         Random random(seed);
         const Index size = static_cast<Index>(random.Between(1, 120));
@@ -191,7 +191,7 @@ template <class Field, class Convert>
 void CheckExactly(const Field& field, Convert convert)
 {
     using Value = typename Field::Value;
-    for (std::uint64_t seed = 1; seed <= 25; ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(25U); ++seed)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
@@ -303,7 +303,7 @@ TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
 {
     Limits limits;
     Watch watch(limits);
-    for (std::uint64_t seed = 1; seed <= 60; ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(60U); ++seed)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
