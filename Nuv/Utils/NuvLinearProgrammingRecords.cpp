@@ -38,19 +38,12 @@ bool ConstructOn(NuvVector_NuvPair_NuvUint__NuvFloat32* x,
            nullptr;
 }
 
-NuvAllocator* AllocatorOf(const NuvLinearProgrammingConstraint* constraint)
-{
-    return constraint->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME
-               ? constraint->u.variableCoefficientsByName.allocator
-               : constraint->u.variableCoefficientsByIndex.allocator;
-}
-
 /// Takes the coefficients of `y` by index, reusing those of `x` if it has the same kind.
 bool AssignByIndex(NuvLinearProgrammingConstraint* x, const NuvLinearProgrammingConstraint* y)
 {
     if (x->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME)
     {
-        NuvAllocator* const alloc = AllocatorOf(x);
+        NuvAllocator* const alloc = x->u.variableCoefficientsByName.allocator;
         NuvLinearProgrammingConstraintDestruct(x);
         x->type = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX;
         NuvVector_NuvPair_NuvUint__NuvFloat32ConstructDefault(&x->u.variableCoefficientsByIndex,
@@ -76,7 +69,8 @@ NuvLinearProgrammingVariableConstructDefault(NuvLinearProgrammingVariable* varia
 {
     variable->type = NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32;
     variable->index = 0;
-    return NuvStringConstructDefault(&variable->name, alloc) ? variable : nullptr;
+    NuvStringConstructDefault(&variable->name, alloc);
+    return variable;
 }
 
 NuvLinearProgrammingVariable*

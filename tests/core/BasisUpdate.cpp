@@ -124,6 +124,39 @@ TEST_F(BasisUpdate, WithoutMemoryReadsNothingAndAnswersFalse)
         });
 }
 
+TEST_F(BasisUpdate, AResultWithoutMemoryAnswersFalseAndLeavesNothing)
+{
+    Held<FloatMatrix> A(allocator, 2, 2, {1, 0, 0, 1});
+    TestAllocator refusing;
+    Held<FloatMatrix> refused(refusing);
+    refusing.RefuseFrom(1);
+    EXPECT_EQ(NuvRevisedSimplexAlogirthmBasisUpdate(A.get(), A.get(), 0, 0, 0, refused.get()),
+              NUV_FALSE);
+    EXPECT_EQ(allocator.LiveBlocks(), 1U);
+}
+
+TEST_F(BasisUpdate, WhatHasNoPlaceOrNoStorageIsNotReadAndAnswersFalse)
+{
+    Held<FloatMatrix> A(allocator, 2, 3, {1, 2, 3, 4, 5, 6});
+    Held<FloatMatrix> inverse(allocator, 2, 2, {1, 0, 0, 1});
+    Held<FloatMatrix> larger(allocator, 3, 3, {1, 0, 0, 0, 1, 0, 0, 0, 1});
+    NuvMatrix_NuvFloat32 none = {allocator, 2, 2, nullptr};
+    const auto isUpdated = [&](const NuvMatrix_NuvFloat32* basis, const NuvMatrix_NuvFloat32* inv,
+                               NuvUint k, NuvUint i) {
+        return NuvRevisedSimplexAlogirthmBasisUpdate(basis, inv, k, i, 0, result.get()) == NUV_TRUE;
+    };
+    const std::size_t blocks = allocator.LiveBlocks();
+    EXPECT_FALSE(isUpdated(&none, inverse.get(), 0, 0));
+    EXPECT_FALSE(isUpdated(A.get(), &none, 0, 0));
+    EXPECT_FALSE(isUpdated(A.get(), A.get(), 0, 0));
+    EXPECT_FALSE(isUpdated(A.get(), inverse.get(), 3, 0));
+    EXPECT_FALSE(isUpdated(A.get(), inverse.get(), 0, 2));
+    EXPECT_FALSE(isUpdated(A.get(), larger.get(), 0, 0));
+    EXPECT_EQ(allocator.LiveBlocks(), blocks);
+    EXPECT_TRUE(isUpdated(A.get(), inverse.get(), 2, 1));
+    EXPECT_TRUE(isUpdated(larger.get(), inverse.get(), 2, 1));
+}
+
 TEST_F(BasisUpdate, AResultWithoutAShapeGetsOne)
 {
     Held<FloatMatrix> A(allocator, 3, 3, {1, 0, 0, 0, 1, 0, 0, 0, 1});

@@ -26,6 +26,18 @@ TYPED_TEST(MatrixArithmetic, MultiplyShapesAnEmptyResult)
     EXPECT_EQ(result.Elements(), ElementsOf<typename TypeParam::Element>({321, 654}));
 }
 
+TYPED_TEST(MatrixArithmetic, MultiplyByAMatrixWithoutColumnsAsksForNothing)
+{
+    Held<TypeParam> x(this->allocator, 2, 2, {1, 2, 3, 4});
+    typename TypeParam::Matrix narrow;
+    ASSERT_EQ(TypeParam::ConstructCopyRange(&narrow, x.get(), 0, 0, 2, 0, nullptr), &narrow);
+    Held<TypeParam> result(this->allocator, 1, 1, {9});
+    EXPECT_EQ(TypeParam::Multiply(x.get(), &narrow, result.get()), NUV_TRUE);
+    // No matrix can be given a shape of rows without columns.
+    EXPECT_EQ(result.Elements(), ElementsOf<typename TypeParam::Element>({9}));
+    TypeParam::Destruct(&narrow);
+}
+
 TYPED_TEST(MatrixArithmetic, MultiplyOfShapesThatDoNotMatchLeavesTheResultAsItWas)
 {
     Held<TypeParam> x(this->allocator, 2, 3, {1, 2, 3, 4, 5, 6});
@@ -94,7 +106,9 @@ TYPED_TEST(MatrixArithmetic, AddOfDifferentShapesLeavesTheResultAsItWas)
     Held<TypeParam> x(this->allocator, 2, 2, {1, 2, 3, 4});
     Held<TypeParam> y(this->allocator, 1, 4, {1, 2, 3, 4});
     Held<TypeParam> result(this->allocator, 1, 1, {9});
-    EXPECT_EQ(TypeParam::Add(x.get(), y.get(), result.get()), NUV_FALSE);
+    Held<TypeParam> wider(this->allocator, 2, 3, {1, 2, 3, 4, 5, 6});
+    for (const auto* other : {y.get(), wider.get()})
+        EXPECT_EQ(TypeParam::Add(x.get(), other, result.get()), NUV_FALSE);
     EXPECT_EQ(result.Elements(), ElementsOf<typename TypeParam::Element>({9}));
 }
 
@@ -104,7 +118,9 @@ TEST(FloatMatrixArithmetic, SubtractOfDifferentShapesLeavesTheResultAsItWas)
     Held<FloatMatrix> x(allocator, 2, 2, {1, 2, 3, 4});
     Held<FloatMatrix> y(allocator, 4, 1, {1, 2, 3, 4});
     Held<FloatMatrix> result(allocator, 1, 1, {9});
-    EXPECT_EQ(NuvMatrix_NuvFloat32Subtract(x.get(), y.get(), result.get()), NUV_FALSE);
+    Held<FloatMatrix> wider(allocator, 2, 3, {1, 2, 3, 4, 5, 6});
+    for (const auto* other : {y.get(), wider.get()})
+        EXPECT_EQ(NuvMatrix_NuvFloat32Subtract(x.get(), other, result.get()), NUV_FALSE);
     EXPECT_EQ(result.Elements(), (std::vector<float>{9}));
 }
 

@@ -162,7 +162,9 @@ TYPED_TEST(MatrixCopies, SwapOfDifferentShapesIsRefused)
 {
     Held<TypeParam> x(this->allocator, 1, 2, {1, 2});
     Held<TypeParam> y(this->allocator, 2, 1, {3, 4});
-    EXPECT_EQ(TypeParam::Swap(x.get(), y.get()), NUV_FALSE);
+    Held<TypeParam> wider(this->allocator, 1, 3, {5, 6, 7});
+    for (auto* other : {y.get(), wider.get()})
+        EXPECT_EQ(TypeParam::Swap(x.get(), other), NUV_FALSE);
     EXPECT_EQ(x.Elements(), ElementsOf<typename TypeParam::Element>({1, 2}));
     EXPECT_EQ(y.Elements(), ElementsOf<typename TypeParam::Element>({3, 4}));
 }

@@ -72,8 +72,15 @@ TYPED_TEST(MatrixRefused, AssignAndResizeGiveTheOldBlockBackAndKeepTheNewShape)
                   nullptr);
         this->ExpectWithoutStorage(x.matrix, 2, 2);
         EXPECT_EQ(this->blocks.LiveBlocks(), 1U);
+        EXPECT_EQ(this->blocks.NullsGivenBack(), 0U);
         EXPECT_EQ(TypeParam::Assign(x.get(), y.get()), x.get());
         EXPECT_EQ(TypeParam::Equal(x.get(), y.get()), NUV_TRUE);
+        // From a shape without storage to another one.
+        Held<TypeParam> wide(this->allocator, 1, 3, {7, 8, 9});
+        this->blocks.RefuseOnly(1);
+        EXPECT_EQ(TypeParam::Resize(x.get(), 3, 3), nullptr);
+        EXPECT_EQ(TypeParam::Assign(x.get(), wide.get()), x.get());
+        EXPECT_EQ(TypeParam::Equal(x.get(), wide.get()), NUV_TRUE);
     }
 }
 
@@ -108,10 +115,14 @@ TYPED_TEST(MatrixRefused, OperandsWithoutStorageAreNotRead)
               NUV_TRUE);
     EXPECT_EQ(TypeParam::Transpose(&none, result.get()), NUV_TRUE);
     EXPECT_EQ(TypeParam::SwapRow(x.get(), &none, 0, 0), NUV_TRUE);
+    EXPECT_EQ(TypeParam::SwapRow(&none, x.get(), 0, 0), NUV_TRUE);
     EXPECT_EQ(TypeParam::SwapColumn(&none, x.get(), 0, 0), NUV_TRUE);
+    EXPECT_EQ(TypeParam::SwapColumn(x.get(), &none, 0, 0), NUV_TRUE);
     EXPECT_EQ(TypeParam::CopyRange(x.get(), &none, 0, 0, 0, 0, 1, 1), x.get());
     EXPECT_EQ(TypeParam::CopyRange(&none, x.get(), 0, 0, 0, 0, 1, 1), &none);
     EXPECT_EQ(TypeParam::Equal(x.get(), &none), NUV_FALSE);
+    EXPECT_EQ(TypeParam::Equal(&none, x.get()), NUV_FALSE);
+    EXPECT_EQ(TypeParam::Equal(&none, &none), NUV_TRUE);
     TypeParam::Reset(&none);
     TypeParam::SetVal(&none, 1, 1, typename TypeParam::Element(5));
     (void)TypeParam::At(&none, 1, 1);
@@ -133,6 +144,21 @@ TYPED_TEST(MatrixRefused, ASwapThatFindsNoRoomForItsCopyKeepsBothMatricesWhole)
     EXPECT_NE(x.matrix.data, nullptr);
     EXPECT_NE(y.matrix.data, nullptr);
     EXPECT_EQ(this->blocks.LiveBlocks(), 2U);
+}
+
+TEST(FloatMatrixRefused, ADifferenceWithoutOperandsOrRoomIsNotFormed)
+{
+    TestAllocator allocator;
+    NuvMatrix_NuvFloat32 none = {allocator, 2, 2, nullptr};
+    Held<FloatMatrix> x(allocator, 2, 2, {1, 2, 3, 4});
+    Held<FloatMatrix> result(allocator, 2, 2, {9, 9, 9, 9});
+    EXPECT_EQ(NuvMatrix_NuvFloat32Subtract(&none, x.get(), result.get()), NUV_TRUE);
+    EXPECT_EQ(NuvMatrix_NuvFloat32Subtract(x.get(), &none, result.get()), NUV_TRUE);
+    EXPECT_EQ(result.Elements(), (std::vector<float>{9, 9, 9, 9}));
+    Held<FloatMatrix> refused(allocator);
+    allocator.RefuseFrom(1);
+    EXPECT_EQ(NuvMatrix_NuvFloat32Subtract(x.get(), x.get(), refused.get()), NUV_TRUE);
+    EXPECT_EQ(refused.matrix.data, nullptr);
 }
 
 TEST(FloatMatrixRefused, AnInverseWithoutRoomAnswersFalseAndGivesItsCopyBack)

@@ -284,7 +284,9 @@ TYPED_TEST(Matrix, EqualComparesShapesAndBytes)
     Held<TypeParam> wide(this->allocator, 1, 4, {1, 2, 3, 4});
     Held<TypeParam> other(this->allocator, 2, 2, {1, 2, 3, 5});
     EXPECT_EQ(TypeParam::Equal(x.get(), same.get()), NUV_TRUE);
+    Held<TypeParam> wider(this->allocator, 2, 3, {1, 2, 3, 4, 5, 6});
     EXPECT_EQ(TypeParam::Equal(x.get(), wide.get()), NUV_FALSE);
+    EXPECT_EQ(TypeParam::Equal(x.get(), wider.get()), NUV_FALSE);
     EXPECT_EQ(TypeParam::Equal(x.get(), other.get()), NUV_FALSE);
     Held<TypeParam> empty(this->allocator);
     EXPECT_EQ(TypeParam::Equal(empty.get(), empty.get()), NUV_TRUE);

@@ -248,11 +248,19 @@ TEST(PhaseII, IteratesFromAnInfeasibleStartAllTheSame)
     EXPECT_EQ(model.Read(NUV_LINEARPROGRAMMINGRESULTTYPE_Ok).values, Floats{-2});
 }
 
+/// Leaves a matrix its shape alone, as after a refused block.
+void Unstore(auto* matrix)
+{
+    NuvAllocatorDeallocate(matrix->allocator, matrix->data,
+                           NuvSizeT{matrix->nr} * matrix->nc * sizeof *matrix->data);
+    matrix->data = nullptr;
+}
+
 TEST(PhaseII, AnObjectWithoutAMatchingStandardFormIsInvalid)
 {
     TestAllocator allocator;
     const Problem problem = {2, 2, {1, 1, 0, 1}, {4, 3}, {2, 3}};
-    const auto expectInvalid = [&](void (*spoil)(NuvLinearProgramming*))
+    const auto expectInvalid = [&](const auto& spoil)
     {
         CoreModel model(problem, allocator);
         ASSERT_TRUE(NuvLinearProgrammingPrepareInputs_(&model.lp));
@@ -263,20 +271,49 @@ TEST(PhaseII, AnObjectWithoutAMatchingStandardFormIsInvalid)
                   NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput);
         EXPECT_EQ(model.lp.objectiveValue, 0.0F);
     };
+    // A shape that differs in rows alone, in columns alone, or has no storage.
     expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvFloat32Destruct(&lp->A); });
+    expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvFloat32Resize(&lp->A, 1, 4); });
+    expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvFloat32Resize(&lp->A, 2, 5); });
     expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvFloat32Resize(&lp->b, 1, 2); });
+    expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvFloat32Resize(&lp->b, 2, 2); });
     expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvFloat32Resize(&lp->c, 3, 1); });
+    expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvFloat32Resize(&lp->c, 4, 2); });
     expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvUintDestruct(&lp->basic); });
+    expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvUintResize(&lp->basic, 1, 1); });
+    expectInvalid([](NuvLinearProgramming* lp) { NuvMatrix_NuvUintResize(&lp->basic, 2, 2); });
     expectInvalid([](NuvLinearProgramming* lp)
                   { NuvMatrix_NuvUintResize(&lp->independent, 1, 1); });
+    expectInvalid([](NuvLinearProgramming* lp)
+                  { NuvMatrix_NuvUintResize(&lp->independent, 2, 2); });
+    for (const auto matrix :
+         {&NuvLinearProgramming::A, &NuvLinearProgramming::b, &NuvLinearProgramming::c})
+        expectInvalid([matrix](NuvLinearProgramming* lp) { Unstore(&(lp->*matrix)); });
+    for (const auto matrix : {&NuvLinearProgramming::basic, &NuvLinearProgramming::independent})
+        expectInvalid([matrix](NuvLinearProgramming* lp) { Unstore(&(lp->*matrix)); });
     expectInvalid([](NuvLinearProgramming* lp) { lp->basic.data[1] = 5; });
     expectInvalid([](NuvLinearProgramming* lp) { lp->basic.data[0] = 0; });
+    expectInvalid([](NuvLinearProgramming* lp) { lp->independent.data[0] = 0; });
+    expectInvalid([](NuvLinearProgramming* lp) { lp->independent.data[1] = 5; });
     expectInvalid([](NuvLinearProgramming* lp) { lp->independent.data[1] = 0xFFFFFFFFU; });
     expectInvalid([](NuvLinearProgramming* lp) { lp->numConstraints = 3; });
     expectInvalid([](NuvLinearProgramming* lp) { lp->numConstraints = 0; });
+    expectInvalid([](NuvLinearProgramming* lp) { lp->numVars = 0; });
+    // As many elements as 32 bits cannot count.
+    expectInvalid([](NuvLinearProgramming* lp) { lp->numVars = 0xFFFFFFFFU; });
     CoreModel unprepared(problem, allocator);
     EXPECT_EQ(NuvRevisedSimplexSolvePhaseII(&unprepared.lp),
               NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput);
     EXPECT_EQ(NuvRevisedSimplexIsPhaseIRequired(&unprepared.lp), NUV_FALSE);
+}
+
+TEST(PhaseII, TheTestForPhaseIReadsNoRowThatIsNotThere)
+{
+    TestAllocator allocator;
+    CoreModel model({1, 1, {1}, {-2}, {1}}, allocator);
+    ASSERT_TRUE(NuvLinearProgrammingPrepareInputs_(&model.lp));
+    EXPECT_EQ(NuvRevisedSimplexIsPhaseIRequired(&model.lp), NUV_TRUE);
+    model.lp.numConstraints = 2;
+    EXPECT_EQ(NuvRevisedSimplexIsPhaseIRequired(&model.lp), NUV_FALSE);
 }
 }  // namespace

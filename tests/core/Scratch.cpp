@@ -116,6 +116,13 @@ TEST_F(Scratch, ABlockOfNoBytesIsABlock)
     EXPECT_EQ(NumBlocks(), 0U);
 }
 
+TEST_F(Scratch, ANullGivenBackIsNothing)
+{
+    NuvAllocator* const allocator = NuvScratchAllocatorGetAllocator(&scratch);
+    allocator->deallocate(allocator, nullptr, 0);
+    EXPECT_EQ(NuvScratchAllocatorGetNumBlocks(&scratch), 0U);
+}
+
 TEST_F(Scratch, DestructGivesEverythingBack)
 {
     for (int i = 0; i != 5; ++i)

@@ -121,6 +121,15 @@ TEST(SolveAgainstNaiveWild, ModelsHaveTheSameBits)
         }
 }
 
+/// More rows than are stored from the beginning: few columns, and data on which infinities arise.
+TEST(SolveAgainstNaiveTall, ModelsHaveTheSameBits)
+{
+    for (const Family family : Families())
+        CompareFamily(family, {4, 110, 4, 30, 0x7A13});
+    for (const Family family : {Family::Overflowing, Family::ExtremeExponents})
+        CompareFamily(family, {12, 90, 30, 20, 0x7A14});
+}
+
 /// A model of exactly that size, its first pivots compared.
 void CompareLarge(Family family, std::size_t rows, std::size_t columns, std::size_t maxPivots)
 {
@@ -145,5 +154,10 @@ TEST(SolveAgainstNaiveLarge, FirstPivotsHaveTheSameBits)
     CompareLarge(Family::ExtremeExponents, 100, 100, 12);
     CompareLarge(Family::VerySparse, 180, 220, 20);
     CompareLarge(Family::Transport, 16, 64, 60);
+    // Lengths that are padded by one more tile.
+    CompareLarge(Family::ProductionMix, 3, 250, 6);
+    CompareLarge(Family::NeedsPhaseI, 250, 6, 4);
+    // So many pivots that whole tiles of columns are stored.
+    CompareLarge(Family::NeedsPhaseI, 80, 60, 400);
 }
 }  // namespace

@@ -154,6 +154,37 @@ TEST_P(SolvePhasesAgainstNaive, FromTheLabelsThatPhaseIHandedOver)
         });
 }
 
+// The elimination ends at a zero column; the columns of the identity behind it stay as they are.
+TEST(SolvePhasesAgainstNaiveLarge, FromASingularBasisOfManyRowsWhoseLastColumnsHaveCosts)
+{
+    Problem problem = {
+        70, 3, std::vector<float>(210, 0.0F), std::vector<float>(70, 3.0F), {2, 3, 4}};
+    for (const std::size_t row : {5U, 40U, 66U, 69U})
+        for (const std::size_t column : {1U, 2U})
+            problem.A[3 * row + column] = static_cast<float>(row + column);
+    StandardForm form = MakeStandardForm(problem);
+    std::swap(form.basic[20], form.independent[0]);
+    std::swap(form.basic[66], form.independent[1]);
+    CompareFrom(form, NuvRevisedSimplexSolvePhaseI);
+    CompareFrom(form, NuvRevisedSimplexSolvePhaseII);
+}
+
+// Every column of the inverse is stored, and each pivot changes the columns of one tile alone.
+TEST(SolvePhasesAgainstNaiveLarge, FromADiagonalBasis)
+{
+    constexpr std::size_t m = 80;
+    Problem problem = {m, m, std::vector<float>(m * m, 0.0F), std::vector<float>(m), {}};
+    for (std::size_t i = 0; i != m; ++i)
+    {
+        problem.A[i * m + i] = 3.0F;
+        problem.b[i] = static_cast<float>(i + 1);
+        problem.c.push_back(static_cast<float>(i * 7 % 13) - 6.0F);
+    }
+    StandardForm form = MakeStandardForm(problem);
+    std::swap(form.basic, form.independent);
+    CompareFrom(form, NuvRevisedSimplexSolvePhaseII);
+}
+
 std::string NameOfFamily(const testing::TestParamInfo<Family>& family)
 {
     return NameOf(family.param);

@@ -350,4 +350,20 @@ TEST_F(StandardForm, AHugeShapeThatFitsIsAskedForAndItsRefusalIsInvalid)
     model.lp.numVars = 2;
     EXPECT_EQ(model.Solve(), ok);
 }
+
+TEST(StandardFormLimits, MoreConstraintsThan32BitsCountAreRefused)
+{
+    TestAllocator allocator;
+    SmallModel model(1, allocator);
+    ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}}, 1.0F));
+    NuvSizeT* const size = &model.lp.constraints.size;
+    for (const NuvSizeT count : {NuvSizeT{0x100000000}, NuvSizeT{0xFFFFFFFF}, NuvSizeT{0x10000}})
+    {
+        *size = count;
+        EXPECT_FALSE(NuvLinearProgrammingPrepareInputs_(&model.lp));
+        EXPECT_EQ(model.lp.A.data, nullptr);
+    }
+    *size = 1;
+    EXPECT_TRUE(NuvLinearProgrammingPrepareInputs_(&model.lp));
+}
 }  // namespace

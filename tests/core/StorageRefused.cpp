@@ -18,13 +18,17 @@ namespace
 /// Models that between them end in every way that a solve can end.
 const std::vector<Problem>& Problems()
 {
-    static const std::vector<Problem> all = {{3, 2, {1, 0, 0, 2, 3, 2}, {4, 12, 18}, {3, 5}},
-                                             {3, 2, {-1, -2, -3, -1, 1, 1}, {-4, -6, 9}, {-2, -3}},
-                                             {2, 1, {-1, 1}, {-2, 1}, {1}},
-                                             {2, 2, {1, -1, -1, 0}, {3, 2}, {2, 1}},
-                                             {1, 1, {-1}, {-1e-30F}, {1}},
-                                             {2, 1, {-1, 1}, {-0x1p-149F, 0}, {-1}},
-                                             MakeModel(Family::NeedsPhaseI, 4, 5, 11)};
+    static const std::vector<Problem> all = {
+        {3, 2, {1, 0, 0, 2, 3, 2}, {4, 12, 18}, {3, 5}},
+        {3, 2, {-1, -2, -3, -1, 1, 1}, {-4, -6, 9}, {-2, -3}},
+        {2, 1, {-1, 1}, {-2, 1}, {1}},
+        {2, 2, {1, -1, -1, 0}, {3, 2}, {2, 1}},
+        {1, 1, {-1}, {-1e-30F}, {1}},
+        {2, 1, {-1, 1}, {-0x1p-149F, 0}, {-1}},
+        // Unbounded in Phase I, where numbers end.
+        {1, 1, {-0x1p-149F}, {-1}, {1}},
+        {3, 2, {0, 1, 1, 0, 1, -1}, {0x1.fffffep+127F, 0, -0x1.8p+127F}, {1, 1}},
+        MakeModel(Family::NeedsPhaseI, 4, 5, 11)};
     return all;
 }
 
@@ -150,6 +154,23 @@ TEST(StorageRefused, AStandardFormIsRefusedWithoutATraceAndCanBePreparedAgain)
             EXPECT_EQ(Difference(expected.b, model->lp.b), "");
             EXPECT_EQ(Difference(expected.c, model->lp.c), "");
         });
+}
+
+// Numbers that stop being finite on the way: the solve asks for other storage then.
+TEST(StorageRefused, ModelsThatOverflowOnTheWaySurvive)
+{
+    Random random(0x0F10);
+    for (const Family family : Families())
+        for (int i = 0; !IsTame(family) && i != 8; ++i)
+        {
+            const Problem problem = MakeModel(family, 3, 3, random.Next());
+            SCOPED_TRACE(NameOf(family));
+            if (Solve(problem, 30).status == Status::Stopped)
+                continue;
+            const Undisturbed undisturbed(problem);
+            ForEachRefusedAllocation([&](TestAllocator& allocator)
+                                     { SolveTwice(problem, undisturbed, true, allocator); });
+        }
 }
 
 using Phase = NuvLinearProgrammingResultType (*)(NuvLinearProgramming*);

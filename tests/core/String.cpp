@@ -101,6 +101,17 @@ TEST(String, ConstructFormattedTakesItsArguments)
     NuvStringDestruct(&string);
 }
 
+TEST(String, ConstructFormattedAnswersNullForWhatPrintfCannotWrite)
+{
+    TestAllocator allocator;
+    NuvString x;
+    // No character of the C locale.
+    const wchar_t none[] = {0x7FFFFFFF, 0};
+    EXPECT_EQ(NuvStringConstructFormatted(&x, allocator, "%ls", none), nullptr);
+    EXPECT_EQ(TextOf(x), "");
+    EXPECT_EQ(allocator.Requests(), 0u);
+}
+
 TEST(String, ConstructCopyIsIndependentAndOnTheAllocatorOfItsSource)
 {
     TestAllocator allocator;

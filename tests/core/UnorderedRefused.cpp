@@ -279,6 +279,29 @@ TYPED_TEST(UnorderedRefused, ConstructCopyUnderAnyRefusalCanBeDestructed)
         });
 }
 
+// The copies of some entries lose their keys and meet in the bucket of the empty one; entries of
+// other buckets stood between them.
+TEST(UnorderedByNameRefused, EntriesThatLostTheirKeysComeTogetherInACopy)
+{
+    using M = VariableMap;
+    TestAllocator names;
+    TestAllocator nodes;
+    HeldMap<M> source(nodes, nodes, ownHash<M>);
+    for (int number = 1; number <= 12; ++number)
+        M::Insert(source, Entry<M>(number, number, number % 3 == 1 ? names : Heap()));
+    names.RefuseFrom(1);
+    typename M::Container copy;
+    ASSERT_EQ(M::ConstructCopy(&copy, source), &copy);
+    EXPECT_EQ(M::Size(&copy), 12u);
+    EXPECT_EQ(M::Count(&copy, Name("")), 4u);
+    ExpectEveryEntryFound<M>(&copy);
+    Soundness<M>(copy, nodes, nodes);
+    EXPECT_EQ(M::EraseKey(&copy, Name("")), 4u);
+    EXPECT_EQ(M::Size(&copy), 8u);
+    Soundness<M>(copy, nodes, nodes);
+    M::Destruct(&copy);
+}
+
 // Assignment ---------------------------------------------------------------------------------
 
 TYPED_TEST(UnorderedRefused, AssignAnswersNullAndLeavesAMapThatServesAgain)

@@ -11,6 +11,20 @@ class VectorInsertion : public VectorTest<Instantiation>
 
 TYPED_TEST_SUITE(VectorInsertion, VectorTypes);
 
+TYPED_TEST(VectorInsertion, ResizeCopiesAnElementThatLiesBeforeOrBehindTheArray)
+{
+    using V = TypeParam;
+    // Of two arrays, one lies before the other.
+    for (const bool isFirst : {false, true})
+    {
+        HeldVector<V> one(this->allocator, {1, 2});
+        HeldVector<V> other(this->allocator, {3, 4});
+        HeldVector<V>& grown = isFirst ? one : other;
+        EXPECT_EQ(V::Resize(grown, 5, (isFirst ? other : one)->begin), 1);
+        EXPECT_EQ(*grown, isFirst ? (Numbers{1, 2, 3, 3, 3}) : (Numbers{3, 4, 1, 1, 1}));
+    }
+}
+
 TYPED_TEST(VectorInsertion, InsertGrowsAsPushBackDoes)
 {
     using V = TypeParam;

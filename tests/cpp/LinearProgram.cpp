@@ -57,13 +57,14 @@ TEST(LinearProgram, TakesRowsAndObjectiveByName)
 TEST(LinearProgram, CallsBackBeforeEachPivotAndStopsWhenToldTo)
 {
     nuv::LinearProgram program = Wyndor();
-    int pivots = 0;
-    EXPECT_EQ(program.Solve([&](const NuvLinearProgrammingPivot&) { return ++pivots != 0; }),
-              nuv::Verdict::Ok);
-    EXPECT_EQ(pivots, 2);
-    EXPECT_EQ(
-        program.Solve([](const NuvLinearProgrammingPivot& pivot) { return pivot.number < 2; }),
-        nuv::Verdict::Stopped);
+    NuvUint last = 99;
+    NuvUint pivots = 0;
+    const auto count = [&](const NuvLinearProgrammingPivot&) { return ++pivots != last; };
+    EXPECT_EQ(program.Solve(count), nuv::Verdict::Ok);
+    EXPECT_EQ(pivots, 2U);
+    pivots = 0;
+    last = 2;
+    EXPECT_EQ(program.Solve(count), nuv::Verdict::Stopped);
     EXPECT_EQ(program.Objective(), 36.0F);
 }
 
@@ -101,6 +102,63 @@ TEST(LinearProgram, HoldsNoMoreAfterAThousandSolvesAndNothingInTheEnd)
     EXPECT_EQ(heap.live, 0);
 }
 
+/// Grants so many requests, and then none.
+struct ShortHeap
+{
+    NuvAllocator allocator = {[](NuvAllocator* a, NuvSizeT size) -> void*
+                              {
+                                  int* const remaining = static_cast<int*>(a->userData);
+                                  if (*remaining == 0)
+                                      return nullptr;
+                                  --*remaining;
+                                  return std::malloc(static_cast<std::size_t>(size));
+                              },
+                              [](NuvAllocator*, void* memory, NuvSizeT) { std::free(memory); }, 0,
+                              &left};
+    int left = 0;
+};
+
+TEST(LinearProgram, IsFalseWhenAnyPartIsRefused)
+{
+    for (int granted = 0;; ++granted)
+    {
+        ShortHeap heap;
+        heap.left = granted;
+        const nuv::LinearProgram program(3, &heap.allocator);
+        if (program && heap.left > 0)
+            break;
+        EXPECT_EQ(program.NumVariables(), program ? 3U : 0U);
+        ASSERT_LT(granted, 100);
+    }
+}
+
+TEST(LinearProgram, EditsWithoutMemoryAnswerFalse)
+{
+    ShortHeap heap;
+    heap.left = 1000;
+    nuv::LinearProgram program(2, &heap.allocator);
+    ASSERT_TRUE(program);
+    heap.left = 0;
+    EXPECT_FALSE(program.SetConstraint(1, {{1, 1.0F}}, 1.0F));
+    const std::vector<nuv::NamedTerm> named = {{"X1", 1.0F}};
+    EXPECT_FALSE(program.SetConstraint(1, named, 1.0F));
+    EXPECT_FALSE(program.SetObjective(named));
+    EXPECT_FALSE(program.SetName(1, "a name for which there is no room"));
+    EXPECT_EQ(program.Solve(), nuv::Verdict::InvalidInput);
+}
+
+TEST(LinearProgram, AnswersFalseAndZeroForWhatDoesNotExist)
+{
+    nuv::LinearProgram program(2);
+    ASSERT_NE(program.Record(), nullptr);
+    EXPECT_EQ(program.Record()->numVars, 2U);
+    EXPECT_FALSE(program.SetConstraint(0, {{1, 1.0F}}, 1.0F));
+    EXPECT_FALSE(program.SetName(3, "a"));
+    EXPECT_EQ(program.Value(0), 0.0F);
+    EXPECT_EQ(program.Value(3), 0.0F);
+    EXPECT_EQ(program.Name(0), "");
+}
+
 TEST(LinearProgram, IsFalseWithoutMemoryAndAfterAMove)
 {
     NuvAllocator none = {[](NuvAllocator*, NuvSizeT) -> void* { return nullptr; },
@@ -113,6 +171,14 @@ TEST(LinearProgram, IsFalseWithoutMemoryAndAfterAMove)
     EXPECT_EQ(refused.Solve(), nuv::Verdict::InvalidInput);
     EXPECT_EQ(refused.Objective(), 0.0F);
     EXPECT_EQ(refused.Record(), nullptr);
+    EXPECT_EQ(refused.NumVariables(), 0U);
+    EXPECT_EQ(refused.NumConstraints(), 0U);
+    EXPECT_EQ(refused.Value(1), 0.0F);
+    EXPECT_EQ(refused.Name(1), "");
+    EXPECT_FALSE(refused.RemoveConstraint(1));
+    const std::vector<nuv::NamedTerm> named = {{"X1", 1.0F}};
+    EXPECT_FALSE(refused.SetConstraint(1, named, 1.0F));
+    EXPECT_FALSE(refused.SetObjective(named));
 
     nuv::LinearProgram first = Wyndor();
     nuv::LinearProgram second(std::move(first));

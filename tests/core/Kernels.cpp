@@ -1,0 +1,321 @@
+// The float loops of every instruction set that this machine has, compared bit by bit with plain
+// loops over random, tied and special values, for every shape that decides how they are walked.
+#include "Nuv/Utils/NuvKernels.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "tests/reference/CoreSolve.hpp"
+#include "tests/reference/RandomModels.hpp"
+
+using nuv::InstructionSet;
+using nuv::Kernels;
+using reference::IsSame;
+using reference::Random;
+
+namespace
+{
+using Floats = std::vector<float>;
+
+constexpr InstructionSet allSets[] = {InstructionSet::Plain, InstructionSet::Baseline,
+                                      InstructionSet::Avx2, InstructionSet::Avx512};
+
+class KernelsAgainstPlainLoops : public testing::TestWithParam<InstructionSet>
+{
+protected:
+    void SetUp() override
+    {
+        kernels = nuv::KernelsOf(GetParam());
+        if (!kernels)
+            GTEST_SKIP() << "not on this machine";
+    }
+
+    /// Small integers, so that there are ties and zeros; or any numbers, special ones among them.
+    float Draw(bool isWild)
+    {
+        if (isWild && random.Chance(10))
+            return reference::SpecialValue(&random);
+        return isWild ? random.Symmetric(4.0F) : static_cast<float>(random.Between(-2, 2));
+    }
+
+    Floats Vector(std::size_t length, bool isWild)
+    {
+        Floats x(length);
+        for (float& element : x)
+            element = Draw(isWild);
+        return x;
+    }
+
+    /// A length in whole tiles, up to so many.
+    std::size_t Tiles(std::uint32_t most)
+    {
+        return Kernels::tile * (1 + random.Below(most));
+    }
+
+    Random random{0x1A4E5};
+    const Kernels* kernels = nullptr;
+};
+
+INSTANTIATE_TEST_SUITE_P(Sets, KernelsAgainstPlainLoops, testing::ValuesIn(allSets));
+
+// The walk
+// ------------------------------------------------------------------------------------------
+
+/// What one walk works on: vectors, their factors, and the sums.
+struct WalkData
+{
+    std::vector<Floats> vectors;
+    Floats multipliers;
+    Floats update;
+    Floats x;
+    Floats y;
+    Floats sumsX;
+    Floats sumsY;
+};
+
+struct WalkKind
+{
+    bool hasUpdate;
+    bool hasY;
+    bool isNew;
+    std::size_t first;
+    std::size_t last;
+};
+
+void WalkPlainly(WalkData* data, const WalkKind& kind)
+{
+    for (std::size_t i = kind.first; i != kind.last; ++i)
+    {
+        float sumX = kind.isNew ? 0.0F : data->sumsX[i];
+        float sumY = kind.isNew ? 0.0F : data->sumsY[i];
+        for (std::size_t c = 0; c != data->vectors.size(); ++c)
+        {
+            float& element = data->vectors[c][i];
+            if (kind.hasUpdate)
+                element = element + data->multipliers[c] * data->update[i];
+            sumX = sumX + data->x[c] * element;
+            sumY = sumY + data->y[c] * element;
+        }
+        data->sumsX[i] = sumX;
+        if (kind.hasY)
+            data->sumsY[i] = sumY;
+    }
+}
+
+void WalkBy(const Kernels* kernels, WalkData* data, const WalkKind& kind)
+{
+    std::vector<float*> starts;
+    for (Floats& vector : data->vectors)
+        starts.push_back(vector.data());
+    const nuv::Walk walk = {starts.data(),
+                            starts.size(),
+                            kind.hasUpdate ? data->multipliers.data() : nullptr,
+                            kind.hasUpdate ? data->update.data() : nullptr,
+                            data->x.data(),
+                            data->sumsX.data(),
+                            kind.hasY ? data->y.data() : nullptr,
+                            kind.hasY ? data->sumsY.data() : nullptr,
+                            kind.first,
+                            kind.last,
+                            kind.isNew};
+    kernels->walk(&walk);
+}
+
+TEST_P(KernelsAgainstPlainLoops, AWalkUpdatesAndSumsEachElementInOrder)
+{
+    for (int i = 0; i != 1200 && !HasFailure(); ++i)
+    {
+        const std::size_t count = random.Below(22);
+        const std::size_t first = Kernels::tile * random.Below(3);
+        const std::size_t last = first + Kernels::tile * random.Below(8);
+        const WalkKind kind = {random.Chance(50), random.Chance(50), random.Chance(50), first,
+                               last};
+        const bool isWild = i % 2 == 0;
+        WalkData expected;
+        for (std::size_t c = 0; c != count; ++c)
+            expected.vectors.push_back(Vector(last + Kernels::tile, isWild));
+        expected.multipliers = Vector(count, isWild);
+        expected.update = Vector(last, isWild);
+        // One more than is read: y is given, or null, also where there are no vectors.
+        expected.x = Vector(count + 1, isWild);
+        expected.y = Vector(count + 1, isWild);
+        expected.sumsX = Vector(last + Kernels::tile, isWild);
+        expected.sumsY = Vector(last + Kernels::tile, isWild);
+        WalkData found = expected;
+        WalkPlainly(&expected, kind);
+        WalkBy(kernels, &found, kind);
+        SCOPED_TRACE(testing::Message()
+                     << "case " << i << ": " << count << " vectors, " << first << " to " << last);
+        for (std::size_t c = 0; c != count; ++c)
+            EXPECT_TRUE(IsSame(expected.vectors[c], found.vectors[c]));
+        EXPECT_TRUE(IsSame(expected.sumsX, found.sumsX));
+        EXPECT_TRUE(IsSame(expected.sumsY, found.sumsY));
+    }
+}
+
+// Tests of numbers, and choices
+// -----------------------------------------------------------------------
+
+bool AreFinite(const Floats& x)
+{
+    for (const float element : x)
+        if (element - element != 0.0F)
+            return false;
+    return true;
+}
+
+TEST_P(KernelsAgainstPlainLoops, OneNumberThatIsNotFiniteIsFoundWhereverItStands)
+{
+    const float infinity = std::numeric_limits<float>::infinity();
+    for (const std::size_t length : {std::size_t{0}, std::size_t{16}, std::size_t{80}})
+        for (std::size_t place = 0; place <= length; ++place)
+            for (const float odd : {infinity, -infinity, std::nanf(""), FLT_MAX, -0x1p-149F})
+            {
+                Floats x(length, 3.0F);
+                if (place != length)
+                    x[place] = odd;
+                EXPECT_EQ(kernels->isFinite(x.data(), length), AreFinite(x)) << place;
+            }
+}
+
+TEST_P(KernelsAgainstPlainLoops, AnEtaColumnIsTheNegatedMultipleAndToldWhenNotFinite)
+{
+    for (int i = 0; i != 600; ++i)
+    {
+        const Floats direction = Vector(Tiles(5), i % 2 == 0);
+        const float reciprocal = Draw(i % 3 == 0);
+        Floats expected;
+        for (const float element : direction)
+            expected.push_back(0.0F - element * reciprocal);
+        Floats found(direction.size());
+        EXPECT_EQ(kernels->formEta(direction.data(), reciprocal, found.data(), found.size()),
+                  AreFinite(expected));
+        EXPECT_TRUE(IsSame(expected, found));
+    }
+}
+
+TEST_P(KernelsAgainstPlainLoops, TheLargestDifferenceAboveZeroIsTheLastOfEqualOnes)
+{
+    for (int i = 0; i != 2000 && !HasFailure(); ++i)
+    {
+        const std::size_t length = Tiles(5);
+        const Floats costs = Vector(length, i % 2 == 0);
+        // Every tenth time no difference is above 0.
+        const Floats sums = i % 10 == 1 ? Floats(length, 3.0F) : Vector(length, i % 2 == 0);
+        std::vector<std::uint32_t> numbers(length);
+        for (auto& number : numbers)
+            number = random.Below(1000);
+        Floats expected;
+        nuv::Choice best = {0.0F, 0};
+        for (std::size_t j = 0; j != length; ++j)
+        {
+            const float difference = costs[j] - sums[j];
+            expected.push_back(difference);
+            if (difference > best.value)
+                best = {difference, numbers[j]};
+            else if (difference == best.value && best.value != 0.0F && numbers[j] > best.number)
+                best.number = numbers[j];
+        }
+        Floats found(length);
+        const nuv::Choice choice =
+            kernels->findLargest(costs.data(), sums.data(), numbers.data(), found.data(), length);
+        EXPECT_TRUE(IsSame(expected, found));
+        EXPECT_TRUE(IsSame(best.value, choice.value));
+        EXPECT_EQ(best.number, choice.number) << "case " << i;
+    }
+}
+
+TEST_P(KernelsAgainstPlainLoops, TheSmallestRatioIsTheFirstOfEqualOnes)
+{
+    for (int i = 0; i != 2000 && !HasFailure(); ++i)
+    {
+        const std::size_t length = Tiles(5);
+        const Floats values = Vector(length, i % 2 == 0);
+        // Every tenth time no direction is above 0.
+        const Floats direction = i % 10 == 1 ? Floats(length, -1.0F) : Vector(length, i % 2 == 0);
+        Floats expected;
+        nuv::Choice best = {FLT_MAX, 0};
+        for (std::size_t j = 0; j != length; ++j)
+        {
+            expected.push_back(direction[j] > 0.0F ? values[j] / direction[j] : FLT_MAX);
+            if (expected[j] < best.value)
+                best = {expected[j], static_cast<std::uint32_t>(j)};
+        }
+        Floats found(length);
+        const nuv::Choice choice =
+            kernels->findSmallestRatio(values.data(), direction.data(), found.data(), length);
+        EXPECT_TRUE(IsSame(expected, found));
+        // −0 and +0 are equal: either may be the one that was found.
+        EXPECT_TRUE(IsSame(best.value, choice.value) || best.value == choice.value);
+        EXPECT_EQ(best.number, choice.number) << "case " << i;
+    }
+}
+
+// Matrices of any shape
+// -------------------------------------------------------------------------------
+
+TEST_P(KernelsAgainstPlainLoops, AProductSumsInIncreasingIndexOfTheInnerDimension)
+{
+    for (int i = 0; i != 400 && !HasFailure(); ++i)
+    {
+        const std::size_t rows = random.Below(10);
+        const std::size_t inner = random.Below(9);
+        const std::size_t cols = random.Below(70);
+        const Floats x = Vector(rows * inner, i % 2 == 0);
+        const Floats y = Vector(inner * cols, i % 2 == 0);
+        Floats expected;
+        for (std::size_t r = 0; r != rows; ++r)
+            for (std::size_t j = 0; j != cols; ++j)
+            {
+                float sum = 0.0F;
+                for (std::size_t k = 0; k != inner; ++k)
+                    sum = sum + x[r * inner + k] * y[k * cols + j];
+                expected.push_back(sum);
+            }
+        Floats found(rows * cols, 9.0F);
+        kernels->multiply(x.data(), y.data(), found.data(), rows, inner, cols);
+        EXPECT_TRUE(IsSame(expected, found)) << rows << " x " << inner << " x " << cols;
+    }
+}
+
+TEST_P(KernelsAgainstPlainLoops, RowsOfAnyLengthAreDividedAndSubtracted)
+{
+    for (std::size_t length = 0; length != 70; ++length)
+        for (const bool isWild : {false, true})
+        {
+            const float factor = Draw(isWild);
+            Floats quotient = Vector(length + 1, isWild);
+            Floats difference = quotient;
+            const Floats y = Vector(length + 1, isWild);
+            Floats expectedQuotient = quotient;
+            Floats expectedDifference = difference;
+            for (std::size_t i = 0; i != length; ++i)
+            {
+                expectedQuotient[i] = quotient[i] / factor;
+                expectedDifference[i] = difference[i] - y[i] * factor;
+            }
+            kernels->divide(quotient.data(), factor, length);
+            kernels->subtractMultiple(difference.data(), y.data(), factor, length);
+            EXPECT_TRUE(IsSame(expectedQuotient, quotient)) << length;
+            EXPECT_TRUE(IsSame(expectedDifference, difference)) << length;
+        }
+}
+
+TEST(KernelsOfTheMachine, AreTheLastOfThoseThatItHas)
+{
+    EXPECT_EQ(nuv::KernelsOf(InstructionSet::Plain), nuv::PlainKernels());
+    EXPECT_NE(nuv::PlainKernels(), nullptr);
+    const Kernels* widest = nullptr;
+    for (const InstructionSet set : allSets)
+        if (const Kernels* const kernels = nuv::KernelsOf(set))
+        {
+            EXPECT_NE(kernels, widest);
+            widest = kernels;
+        }
+    EXPECT_EQ(nuv::KernelsOfThisMachine(), widest);
+}
+}  // namespace
