@@ -143,6 +143,59 @@ TEST(EditingRefused, AnObjectiveLosesTermsAtMost)
             });
 }
 
+TEST(EditingRefused, AnObjectOfNoVariablesIsMadeOrHoldsNothing)
+{
+    ForEachRefusedAllocation(
+        [](TestAllocator& allocator)
+        {
+            NuvLinearProgramming lp;
+            const bool isMade = NuvLinearProgrammingConstructDefault(&lp, allocator) == &lp;
+            EXPECT_EQ(isMade, allocator.Refusals() == 0);
+            if (isMade)
+                NuvLinearProgrammingDestruct(&lp);
+            EXPECT_EQ(allocator.LiveBlocks(), 0U);
+        });
+}
+
+/// Either the elements or no storage, in the shape of the source.
+void ExpectWholeOrUnstored(const NuvMatrix_NuvFloat32& expected, const NuvMatrix_NuvFloat32& found)
+{
+    EXPECT_EQ(found.nr, expected.nr);
+    EXPECT_EQ(found.nc, expected.nc);
+    if (found.data)
+    {
+        EXPECT_TRUE(NuvMatrix_NuvFloat32Equal(&found, &expected));
+    }
+}
+
+TEST(EditingRefused, MatricesGoInWholeOrWithoutStorageAndNothingOfThemIsLost)
+{
+    ForEachRefusedAllocation(
+        [](TestAllocator& allocator)
+        {
+            const auto model = Prepared(&allocator);
+            NuvMatrix_NuvFloat32 matrix;
+            {
+                const auto spared = allocator.Spare();
+                ASSERT_TRUE(NuvMatrix_NuvFloat32ConstructIdentity(&matrix, 3, allocator));
+            }
+            EXPECT_TRUE(NuvLinearProgrammingSetInput(&model->lp, &matrix, &matrix, &matrix));
+            std::size_t stored = 0;
+            for (const auto* const x : {&model->lp.A, &model->lp.b, &model->lp.c})
+            {
+                ExpectWholeOrUnstored(matrix, *x);
+                stored += x->data ? 1 : 0;
+            }
+            EXPECT_EQ(stored, 3 - allocator.Refusals());
+            allocator.RefuseNothing();
+            EXPECT_TRUE(NuvLinearProgrammingSetInput(&model->lp, &matrix, &matrix, &matrix));
+            for (const auto* const x : {&model->lp.A, &model->lp.b, &model->lp.c})
+                EXPECT_TRUE(NuvMatrix_NuvFloat32Equal(x, &matrix));
+            NuvMatrix_NuvFloat32Destruct(&matrix);
+            ExpectUsable(model.get(), &allocator);
+        });
+}
+
 TEST(EditingRefused, RemovalAsksForNothing)
 {
     TestAllocator allocator;

@@ -129,7 +129,7 @@ TEST(StorageRefused, AModelCanBeDestructedAfterARefusedSolve)
             {
                 allocator.AcceptLeftBlocks();
                 const auto model = EnterWithoutRefusals(problem, &allocator);
-                (void)model->Solve();
+                (void)NuvLinearProgrammingSolve(&model->lp);
             });
 }
 

@@ -7,9 +7,26 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdio>
 #include <initializer_list>
 
 #include "tests/support/TestAllocator.hpp"
+
+/// How many runs had a request refused, over all tests of a program: the number of pairs of an
+/// operation and an n. Printed at the program's end.
+class RefusedRuns : public ::testing::Environment
+{
+public:
+    void TearDown() override
+    {
+        std::printf("%zu runs with a request refused\n", count);
+    }
+
+    static inline std::size_t count = 0;
+};
+
+inline ::testing::Environment* const refusedRuns =
+    ::testing::AddGlobalTestEnvironment(new RefusedRuns);
 
 enum class Refusal
 {
@@ -40,6 +57,7 @@ std::size_t ForEachRefusedAllocation(Refusal mode, Body&& body)
         }
         if (!refused || ::testing::Test::HasFailure())
             return n - 1;
+        ++RefusedRuns::count;
     }
     ADD_FAILURE() << "still refused after " << longestRun << " runs";
     return longestRun;
