@@ -1,5 +1,7 @@
 #include "Nuv/Model/DoubleSimplex.hpp"
 
+#include "Nuv/Model/DualSimplex.hpp"
+
 namespace nuv
 {
 namespace
@@ -14,27 +16,45 @@ void RestoreBounds(SimplexState& state)
         state.Rest(v);
 }
 
+/// The violations that true bounds bring back are small and the reduced costs are right: a case
+/// for the dual simplex. It leaves the basis to the primal one where that proves wrong.
+void Repair(SimplexState& state, Watch& watch, std::uint64_t& pivots)
+{
+    DualSimplex dual(state, watch, pivots);
+    (void)dual.Run();  // whatever it says, the primal simplex has the last word
+    state.cost = state.form.cost;
+}
+
 }  // namespace
 
 DoubleResult SolveInDoubles(const LinearForm& form, Basis start, Watch& watch)
 {
-    constexpr int kPerturbedRounds = 3;
-    constexpr int kRounds = 6;
     FitBasis(form, start);
     const ScaledForm scaled(form);
     SimplexState state(scaled, start);
     DoubleResult result;
-    for (int round = 0; round < kRounds; ++round)
-    {
-        PrimalSimplex primal(state, watch, result.pivots);
-        result.verdict = primal.Run(round < kPerturbedRounds);
-        const bool moved = primal.BoundsWereMoved();
-        RestoreBounds(state);
-        if (!moved || result.verdict == SimplexVerdict::Stopped)
-            break;
-    }
+    result.verdict = SolveInDoubles(state, watch, result.pivots);
     result.basis = state.ExportBasis();
     return result;
+}
+
+SimplexVerdict SolveInDoubles(SimplexState& state, Watch& watch, std::uint64_t& pivots)
+{
+    constexpr int kPerturbedRounds = 3;
+    constexpr int kRounds = 6;
+    SimplexVerdict verdict = SimplexVerdict::Numerical;
+    for (int round = 0; round < kRounds; ++round)
+    {
+        PrimalSimplex primal(state, watch, pivots);
+        verdict = primal.Run(round < kPerturbedRounds);
+        const bool moved = primal.BoundsWereMoved();
+        RestoreBounds(state);
+        if (!moved || verdict == SimplexVerdict::Stopped)
+            break;
+        if (verdict == SimplexVerdict::Optimal)
+            Repair(state, watch, pivots);
+    }
+    return verdict;
 }
 
 }  // namespace nuv

@@ -91,11 +91,7 @@ void ExactSimplex::WriteDoubles(Proof& proof) const
     {
         if (optimal && m_status[v] == BasisStatus::Basic)
             continue;
-        const Integer reduced = m_exact.ReducedCost(v, proof.dual, optimal);
-        const Scale scale = m_exact.ColumnScale(v);  // neither exponent is positive
-        proof.reduced[v] = std::ldexp(
-            QuotientToDouble(reduced, Integer(proof.dual.denominator * PowerOf({0, -scale.five}))),
-            scale.two);
+        proof.reduced[v] = m_exact.ReducedCostInDouble(v, proof.dual, optimal);
     }
     if (optimal)
         proof.objectiveValue = ToDouble(proof.objective);

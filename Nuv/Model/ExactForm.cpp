@@ -79,6 +79,14 @@ Integer ExactForm::ReducedCost(Index variable, const ExactVector& duals, bool wi
     return result;
 }
 
+double ExactForm::ReducedCostInDouble(Index variable, const ExactVector& duals, bool withCost) const
+{
+    const Scale scale = ColumnScale(variable);  // neither exponent is positive
+    const Integer denominator = duals.denominator * PowerOf({0, -scale.five});
+    return std::ldexp(QuotientToDouble(ReducedCost(variable, duals, withCost), denominator),
+                      scale.two);
+}
+
 int CompareToBound(const Integer& numerator, const Integer& denominator, const ExactNumber& bound,
                    double nearby)
 {

@@ -44,6 +44,10 @@ public:
     [[nodiscard]] Integer ReducedCost(Index variable, const ExactVector& duals,
                                       bool withCost) const;
 
+    /// The reduced cost itself, to the nearest double or so.
+    [[nodiscard]] double ReducedCostInDouble(Index variable, const ExactVector& duals,
+                                             bool withCost) const;
+
 private:
     /// An integer: factor * 2^shift.
     struct Multiplier

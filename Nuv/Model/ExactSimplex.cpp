@@ -6,13 +6,8 @@
 namespace nuv
 {
 
-ExactSimplex::ExactSimplex(const LinearForm& form, const Basis& start, bool expectInfeasible,
-                           Watch& watch)
-    : m_form(form),
-      m_watch(watch),
-      m_exact(form),
-      m_factors(m_exact),
-      m_expectInfeasible(expectInfeasible)
+ExactSimplex::ExactSimplex(const LinearForm& form, const Basis& start, int rounds, Watch& watch)
+    : m_form(form), m_watch(watch), m_exact(form), m_factors(m_exact), m_rounds(rounds)
 {
     Basis basis = start;
     FitBasis(form, basis);
@@ -25,12 +20,13 @@ ExactSimplex::ExactSimplex(const LinearForm& form, const Basis& start, bool expe
     }
 }
 
-void ExactSimplex::Run(Proof& proof)
+SimplexVerdict ExactSimplex::Run(Proof& proof)
 {
     Outcome outcome = Outcome::GoOn;
     while (outcome == Outcome::GoOn)
         outcome = Factorise() ? Step() : Outcome::Stopped;
     proof.exactPivots += m_pivots;
+    proof.doublePivots += m_refinement ? m_refinement->Pivots() : 0;
     proof.basis.columns.assign(m_status.begin(), m_status.begin() + m_form.columns);
     proof.basis.rows.assign(m_status.begin() + m_form.columns, m_status.end());
     switch (outcome)
@@ -55,9 +51,11 @@ void ExactSimplex::Run(Proof& proof)
         break;
     case Outcome::GoOn:
     case Outcome::Stopped:
+    case Outcome::Doubtful:
         proof.status = ProofStatus::Stopped;
         break;
     }
+    return outcome == Outcome::Doubtful ? m_suspicion : SimplexVerdict::Optimal;
 }
 
 /// One look at the basis: a verdict, or the pivot that its feasibility calls for.
@@ -66,22 +64,47 @@ ExactSimplex::Outcome ExactSimplex::Step()
     if (!ComputeValues())
         return Outcome::Stopped;
     const bool feasible = !FindViolations();
-    if (feasible || !m_expectInfeasible)
-    {
-        if (!ComputeDuals(false))
-            return Outcome::Stopped;
-        int direction = 0;
-        const bool dualFeasible = ChooseEntering(false, direction) == kNoIndex;
-        if (feasible && dualFeasible)
-            return Outcome::Optimal;
-        if (feasible)
-            return PrimalStep(false);
-        if (dualFeasible)
-            return DualStep();
-    }
+    if (!ComputeDuals(false))
+        return Outcome::Stopped;
+    int direction = 0;
+    const bool dualFeasible = ChooseEntering(false, direction) == kNoIndex;
+    if (feasible && dualFeasible)
+        return Outcome::Optimal;
+    if (m_rounds > 0 && Refine())
+        return m_suspicion == SimplexVerdict::Optimal ? Outcome::GoOn : Outcome::Doubtful;
+    if (feasible)
+        return PrimalStep(false);
+    if (dualFeasible)
+        return DualStep();
     if (!ComputeDuals(true))
         return Outcome::Stopped;
     return PrimalStep(true);
+}
+
+/// @return whether there is a basis, or a suspicion, worth looking at.
+bool ExactSimplex::Refine()
+{
+    if (!m_refinement)
+        m_refinement.emplace(m_exact);
+    --m_rounds;
+    std::vector<BasisStatus> status;
+    const SimplexVerdict verdict =
+        m_refinement->Run({m_status, m_head, m_values, m_duals}, m_watch, status);
+    if (verdict == SimplexVerdict::Infeasible || verdict == SimplexVerdict::Unbounded)
+        m_suspicion = verdict;
+    else if (verdict == SimplexVerdict::Stopped || status == m_status)
+    {
+        m_rounds = 0;
+        return false;
+    }
+    m_status = std::move(status);
+    m_head.clear();
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        if (m_status[v] == BasisStatus::Basic)
+            m_head.push_back(v);
+    }
+    return true;
 }
 
 /// Factorises; a singular basis is repaired, what was dropped from it rests at a bound.

@@ -1,15 +1,18 @@
-/// The exact stage: evaluates a basis in rational arithmetic and, where it is not final, pivots on
-/// exactly until it is. A basis that is dual feasible is continued by the dual simplex, one that is
-/// primal feasible by the primal simplex, any other by the primal simplex on the sum of violations;
-/// each keeps its kind of feasibility. Degenerate pivots in a row switch to Bland's rule (Bland
-/// 1977) until a step has a length, so no basis comes back and the stage ends.
+/// The exact stage: evaluates a basis in rational arithmetic and, where it is not final, looks for
+/// a better one in doubles under a magnifying glass (Refinement); where that finds none, it pivots
+/// on exactly until the basis is final. A basis that is dual feasible is continued by the dual
+/// simplex, one that is primal feasible by the primal simplex, any other by the primal simplex on
+/// the sum of violations; each keeps its kind of feasibility. Degenerate pivots in a row switch to
+/// Bland's rule (Bland 1977) until a step has a length, so no basis comes back and the stage ends.
 #pragma once
 
 #include "Nuv/Model/ExactForm.hpp"
 #include "Nuv/Model/ExactFactors.hpp"
 #include "Nuv/Model/Limits.hpp"
 #include "Nuv/Model/Proof.hpp"
+#include "Nuv/Model/Refinement.hpp"
 
+#include <optional>
 #include <vector>
 
 namespace nuv
@@ -18,13 +21,14 @@ namespace nuv
 class ExactSimplex
 {
 public:
-    /// `expectInfeasible`: look for a Farkas certificate first, where the guess of the stage before
-    /// was that there is one.
-    ExactSimplex(const LinearForm& form, const Basis& start, bool expectInfeasible, Watch& watch);
+    /// `rounds`: how often to look for a better basis in doubles.
+    ExactSimplex(const LinearForm& form, const Basis& start, int rounds, Watch& watch);
 
     /// Runs to a verdict or until the watch stops it, and fills in the proof's status, certificate,
-    /// doubles, basis and exact pivots. Whether it is proved is for the check to say.
-    void Run(Proof& proof);
+    /// doubles, basis and pivots. Whether it is proved is for the check to say.
+    /// @return Infeasible or Unbounded if it gave up because the form seems to be that, which is
+    /// proved faster in another way; Optimal otherwise.
+    SimplexVerdict Run(Proof& proof);
 
 private:
     enum class Outcome : std::uint8_t
@@ -34,6 +38,7 @@ private:
         Infeasible,
         Unbounded,
         Stopped,
+        Doubtful,  ///< it is not a verdict about an optimum that should be looked for
     };
     struct Blocking
     {
@@ -52,8 +57,9 @@ private:
     [[nodiscard]] bool IsFixed(Index variable) const noexcept;
     [[nodiscard]] int ImprovingDirection(Index variable, const Integer& reduced) const;
 
-    // One pivot of each kind.
+    // One pivot of each kind, or many of them in doubles.
     [[nodiscard]] Outcome Step();
+    [[nodiscard]] bool Refine();
     [[nodiscard]] Outcome PrimalStep(bool phaseOne);
     [[nodiscard]] Index ChooseEntering(bool phaseOne, int& direction) const;
     [[nodiscard]] Blocking TestRatios(int direction) const;
@@ -78,7 +84,9 @@ private:
     ExactFactors m_factors;
     std::vector<BasisStatus> m_status;
     std::vector<Index> m_head;
-    bool m_expectInfeasible;
+    std::optional<Refinement> m_refinement;  ///< made when it is needed
+    int m_rounds;
+    SimplexVerdict m_suspicion = SimplexVerdict::Optimal;
     std::uint64_t m_pivots = 0;
     int m_degenerate = 0;
 

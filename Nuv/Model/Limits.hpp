@@ -12,7 +12,7 @@ namespace nuv
 
 enum class Stage : std::uint8_t
 {
-    Double,  ///< the simplex in doubles
+    Double,  ///< the simplex in doubles, also where the exact stage calls it
     Exact,   ///< check and simplex in rationals
 };
 

@@ -1,5 +1,6 @@
 #include "Nuv/Model/Pipeline.hpp"
 
+#include "Nuv/Model/Auxiliary.hpp"
 #include "Nuv/Model/DoubleSimplex.hpp"
 #include "Nuv/Model/ExactSimplex.hpp"
 #include "Nuv/Model/SimplexState.hpp"
@@ -57,13 +58,103 @@ void Measure(const LinearForm& form, Proof& proof)
     }
 }
 
+/// How often the exact stage looks for a better basis in doubles before it pivots itself.
+constexpr int kRefinements = 20;
+
+/// The exact stage from proof.basis. @return what it suspects if it gave up.
+SimplexVerdict RunExact(const LinearForm& form, int rounds, Watch& watch, Proof& proof)
+{
+    ExactSimplex exact(form, Basis(proof.basis), rounds, watch);
+    return exact.Run(proof);
+}
+
+/// Optimises an auxiliary form from its start, in doubles and then exactly. The pivots are counted
+/// in `outer`.
+Proof Optimise(const AuxiliaryForm& auxiliary, Watch& watch, Proof& outer)
+{
+    Proof proof;
+    DoubleResult result = SolveInDoubles(auxiliary.form, auxiliary.start, watch);
+    proof.basis = std::move(result.basis);
+    (void)RunExact(auxiliary.form, kRefinements, watch, proof);
+    outer.doublePivots += result.pivots + proof.doublePivots;
+    outer.exactPivots += proof.exactPivots;
+    return proof;
+}
+
+/// Takes the numbers of the original's columns and rows out of those of an auxiliary form, whose
+/// own columns stand between them.
+std::vector<double> CutColumns(const LinearForm& form, std::vector<double> byVariable)
+{
+    if (byVariable.size() > form.Variables())
+        byVariable.erase(byVariable.begin() + form.columns, byVariable.end() - form.rows);
+    return byVariable;
+}
+
+/// @return whether the form is proved infeasible. If it is feasible after all, proof.basis is a
+/// basis near a feasible one, and `point` the point found.
+bool ProveInfeasible(const LinearForm& form, Watch& watch, Proof& proof, ExactVector& point)
+{
+    Proof elastic = Optimise(ElasticForm(form, proof.basis), watch, proof);
+    if (elastic.status != ProofStatus::Optimal)
+        return false;
+    proof.value = CutColumns(form, std::move(elastic.value));
+    if (elastic.objective == 0)
+    {
+        point = std::move(elastic.primal);
+        point.numerator.resize(form.columns);
+        elastic.basis.columns.resize(form.columns);
+        proof.basis = std::move(elastic.basis);
+        FitBasis(form, proof.basis);
+        return false;
+    }
+    proof.status = ProofStatus::Infeasible;
+    proof.dual = std::move(elastic.dual);
+    proof.reduced = CutColumns(form, std::move(elastic.reduced));
+    return true;
+}
+
+/// A point and a direction from it, each found by itself.
+/// @return whether there is a verdict: that the form is unbounded or, for want of a point,
+/// infeasible.
+bool ProveUnbounded(const LinearForm& form, Watch& watch, Proof& proof)
+{
+    Proof ray = Optimise(RayForm(form, proof.basis), watch, proof);
+    if (ray.status != ProofStatus::Optimal || ray.objective >= 0)
+        return false;
+    if (ProveInfeasible(form, watch, proof, proof.primal))
+        return true;
+    if (proof.primal.numerator.empty())
+        return false;
+    proof.status = ProofStatus::Unbounded;
+    proof.ray = std::move(ray.primal);
+    return true;
+}
+
+/// Takes the guess of the stage before for what it is, and follows it until something is proved.
+void Decide(const LinearForm& form, SimplexVerdict guess, int refinements, Watch& watch,
+            Proof& proof)
+{
+    constexpr int kGuesses = 3;
+    for (int round = 0; round < kGuesses; ++round)
+    {
+        ExactVector unused;
+        if (guess == SimplexVerdict::Infeasible && ProveInfeasible(form, watch, proof, unused))
+            return;
+        if (guess == SimplexVerdict::Unbounded && ProveUnbounded(form, watch, proof))
+            return;
+        guess = RunExact(form, round + 1 < kGuesses ? refinements : 0, watch, proof);
+        if (proof.status != ProofStatus::Stopped || guess == SimplexVerdict::Optimal)
+            return;
+    }
+}
+
 /// The exact stage from proof.basis, its check, and what is left to say if it was stopped.
-void ProveBasis(const LinearForm& form, bool expectInfeasible, Watch& watch, Proof& proof)
+void ProveBasis(const LinearForm& form, SimplexVerdict guess, int refinements, Watch& watch,
+                Proof& proof)
 {
     const double begin = watch.Seconds();
     proof.ranExact = true;
-    ExactSimplex exact(form, Basis(proof.basis), expectInfeasible, watch);
-    exact.Run(proof);
+    Decide(form, guess, refinements, watch, proof);
     const double solved = watch.Seconds();
     proof.exactSeconds = solved - begin;
     if (proof.status != ProofStatus::Stopped)
@@ -107,7 +198,7 @@ Proof SolveProved(const LinearForm& form, const Basis* start, const Limits& limi
     proof.doublePivots = result.pivots;
     proof.doubleSeconds = watch.Seconds();
     proof.basis = std::move(result.basis);
-    ProveBasis(form, result.verdict == SimplexVerdict::Infeasible, watch, proof);
+    ProveBasis(form, result.verdict, kRefinements, watch, proof);
     return proof;
 }
 
@@ -119,7 +210,7 @@ Proof ProveFrom(const LinearForm& form, const Basis& start, const Limits& limits
     Watch watch(limits);
     proof.basis = start;
     FitBasis(form, proof.basis);
-    ProveBasis(form, false, watch, proof);
+    ProveBasis(form, SimplexVerdict::Optimal, 0, watch, proof);
     return proof;
 }
 

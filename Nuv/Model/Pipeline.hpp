@@ -11,7 +11,8 @@ namespace nuv
 /// reported without a certificate that CheckProof has accepted.
 [[nodiscard]] Proof SolveProved(const LinearForm& form, const Basis* start, const Limits& limits);
 
-/// Only the exact stage, from `start`: for a caller whose basis is good already.
+/// Only the exact stage, from `start` and without any pivot in doubles: for a caller whose basis is
+/// good already.
 [[nodiscard]] Proof ProveFrom(const LinearForm& form, const Basis& start, const Limits& limits);
 
 }  // namespace nuv

@@ -10,6 +10,7 @@ namespace
 
 constexpr double kFeasibility = 1e-9;
 constexpr double kOptimality = 1e-9;
+constexpr int kMostRelapses = 20;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 }  // namespace
@@ -27,11 +28,13 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
 {
     m_perturb = perturb;
     m_stalled = 0;
-    m_trouble = 0;
+    m_relapses = 0;
+    m_phaseOne = true;
     ResetWeights();
     StartAfresh();
     SimplexVerdict verdict = SimplexVerdict::Numerical;
-    while (Iterate(verdict))
+    // Values that are not known to the tolerance may go in and out of their bounds for ever.
+    while (m_relapses <= kMostRelapses && Iterate(verdict))
     {
     }
     return verdict;
@@ -41,7 +44,9 @@ void PrimalSimplex::StartAfresh()
 {
     m_state.Refactorise();
     std::fill(m_banned.begin(), m_banned.end(), static_cast<signed char>(0));
+    const bool wasFeasible = !m_phaseOne;
     m_phaseOne = FindViolations();
+    m_relapses += wasFeasible && m_phaseOne ? 1 : 0;
     std::vector<double> basicCost(m_state.form.rows);
     if (m_phaseOne)
     {
@@ -281,6 +286,7 @@ void PrimalSimplex::UpdateViolations()
     }
     if (!any)
     {
+        m_phaseOne = false;
         StartAfresh();
         ResetWeights();
         return;

@@ -1,0 +1,135 @@
+/// What leads from a basis that doubles take for final to one that is: the dual simplex, the look
+/// through the magnifying glass, and the programs whose optima prove that there is none.
+#include "tests/engine/Forms.hpp"
+
+#include "Nuv/Model/Auxiliary.hpp"
+#include "Nuv/Model/DoubleSimplex.hpp"
+#include "Nuv/Model/DualSimplex.hpp"
+#include "Nuv/Model/Pipeline.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace nuv::test
+{
+namespace
+{
+
+Proof Solve(const LinearForm& form)
+{
+    return SolveProved(form, nullptr, Limits{});
+}
+
+/// Cuts a tenth off the room above the lower bound of a basic column, which the basis then
+/// violates.
+LinearForm Tightened(const LinearForm& form, const Proof& proof)
+{
+    LinearForm tight = form;
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        const double room = proof.value[j] - form.columnLower[j];
+        if (proof.basis.columns[j] != BasisStatus::Basic || !std::isfinite(room) || room < 1e-3)
+            continue;
+        tight.columnUpper[j] = proof.value[j] - 0.1 * room;
+        break;
+    }
+    return tight;
+}
+
+TEST(DualSimplex, RepairsBoundsThatWereTightened)
+{
+    int repaired = 0;
+    for (std::uint64_t seed = 1; seed <= 80; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const LinearForm form = RandomSparseForm(random, 12, 18);
+        const Proof loose = Solve(form);
+        if (loose.status != ProofStatus::Optimal)
+            continue;
+        const LinearForm tight = Tightened(form, loose);
+        const Proof expected = Solve(tight);
+        const ScaledForm scaled(tight);
+        SimplexState state(scaled, loose.basis);
+        const Limits limits;
+        Watch watch(limits);
+        std::uint64_t pivots = 0;
+        DualSimplex dual(state, watch, pivots);
+        const SimplexVerdict verdict = dual.Run();
+        if (expected.status == ProofStatus::Infeasible)
+        {
+            EXPECT_EQ(verdict, SimplexVerdict::Infeasible);
+            continue;
+        }
+        ASSERT_EQ(verdict, SimplexVerdict::Optimal);
+        repaired += pivots > 0 ? 1 : 0;
+        double objective = tight.constant;
+        for (Index j = 0; j < tight.columns; ++j)
+            objective += tight.cost[j] * state.value[j] * scaled.scale[j];
+        EXPECT_NEAR(objective, expected.objectiveValue,
+                    1e-6 * (1.0 + std::fabs(expected.objectiveValue)));
+    }
+    EXPECT_GT(repaired, 10);
+}
+
+/// maximise x + (1 + 2^-50) y, x + y <= 1: in doubles both corners are as good.
+TEST(Refinement, PricesADifferenceBelowTheTolerance)
+{
+    const LinearForm form = MakeForm({-1.0, -1.0 - 0x1p-50}, {{{1, 1}, {-kInf, 1}}});
+    Basis start = SlackBasis(form);
+    start.columns[0] = BasisStatus::Basic;
+    start.rows[0] = BasisStatus::AtUpper;
+    const Proof proof = SolveProved(form, &start, Limits{});
+    ASSERT_EQ(proof.status, ProofStatus::Optimal);
+    EXPECT_TRUE(proof.proved);
+    EXPECT_EQ(proof.value[1], 1.0);
+    EXPECT_EQ(proof.doublePivots, 1U);
+    EXPECT_EQ(proof.exactPivots, 0U);
+}
+
+/// x = y + 2^-50 at x = 1: y is above its bound 1 - 2^-49 by less than the tolerance.
+TEST(Refinement, RepairsAViolationBelowTheTolerance)
+{
+    const LinearForm form = MakeForm({0, -1, 1}, {{{1, -1, -1}, {0x1p-50, 0x1p-50}}},
+                                     {{1, 1}, {0, 1 - 0x1p-49}, {0, 5}});
+    Basis start = SlackBasis(form);
+    start.columns[1] = BasisStatus::Basic;
+    start.rows[0] = BasisStatus::AtLower;
+    const Proof proof = SolveProved(form, &start, Limits{});
+    ASSERT_EQ(proof.status, ProofStatus::Optimal);
+    EXPECT_TRUE(proof.proved);
+    EXPECT_EQ(proof.value[2], 0x1p-50);
+    EXPECT_EQ(proof.doublePivots, 1U);
+    EXPECT_EQ(proof.exactPivots, 0U);
+}
+
+TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
+{
+    const LinearForm form =
+        MakeForm({1, 1}, {{{1, 1}, {6, kInf}}, {{1, -1}, {-kInf, -1}}}, {{0, 2}, {0, 3}});
+    const AuxiliaryForm elastic = ElasticForm(form, SlackBasis(form));
+    ASSERT_EQ(elastic.form.Defect(), "");
+    ASSERT_EQ(elastic.form.columns, 4U);
+    const Proof start = ProveFrom(elastic.form, elastic.start, Limits{});
+    ASSERT_EQ(start.status, ProofStatus::Optimal);
+    // x = 2 and y = 3 miss the first row by one.
+    EXPECT_EQ(start.objective, 1);
+    Proof farkas;
+    farkas.status = ProofStatus::Infeasible;
+    farkas.dual = start.dual;
+    EXPECT_EQ(CheckProof(form, farkas), "");
+}
+
+TEST(Auxiliary, RaysAreBoundedDirections)
+{
+    const LinearForm form = MakeForm({1, -2}, {{{1, -1}, {-kInf, 3}}});
+    const AuxiliaryForm rays = RayForm(form, SlackBasis(form));
+    ASSERT_EQ(rays.form.Defect(), "");
+    const Proof ray = ProveFrom(rays.form, rays.start, Limits{});
+    ASSERT_EQ(ray.status, ProofStatus::Optimal);
+    EXPECT_EQ(ray.objective, -2);
+}
+
+}  // namespace
+}  // namespace nuv::test
