@@ -14,7 +14,8 @@ namespace bench
 struct Run
 {
     nuv::Solution solution;
-    double seconds = 0.0;  ///< of processor time
+    double seconds = 0.0;       ///< of processor time
+    double proofSeconds = 0.0;  ///< of these, what the stages behind the core and the check take
 };
 
 struct SolvedModel
