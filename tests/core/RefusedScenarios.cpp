@@ -63,13 +63,22 @@ bool SetRow(NuvLinearProgramming* lp, const Problem& problem, std::size_t row, N
     return isSet == NUV_TRUE;
 }
 
-/// Solves, and takes back what the solve leaves.
+/// Takes back all blocks that the model does not hold. Nothing is marked, so that each block is a
+/// request of its own.
+void ReleaseAllButTheModel(Life* life)
+{
+    NuvScratchAllocatorRelease(&life->scratch, 0, &life->lp);
+}
+
+/// Solves, and takes back what the solve leaves. Edits have left nothing.
 Solution Solve(Life* life)
 {
     Recorder recorder(maxPivots);
-    const NuvSizeT mark = NuvScratchAllocatorMark(&life->scratch);
+    const NuvSizeT held = NuvScratchAllocatorGetNumBlocks(&life->scratch);
+    ReleaseAllButTheModel(life);
+    EXPECT_EQ(NuvScratchAllocatorGetNumBlocks(&life->scratch), held);
     const auto result = NuvLinearProgrammingSolveMonitored(&life->lp, &recorder.monitor);
-    NuvScratchAllocatorRelease(&life->scratch, mark, &life->lp);
+    ReleaseAllButTheModel(life);
     Solution solution;
     solution.status = static_cast<Status>(result);
     solution.objective = life->lp.objectiveValue;
@@ -116,7 +125,7 @@ Story Live(const Problem& problem, TestAllocator& allocator)
         EXPECT_LE(story.solutions[0].values.size(), problem.columns);
         NuvLinearProgrammingDestruct(&life.lp);
     }
-    // What is left now, no operation has forgotten: all blocks of solves went back.
+    // Whatever were left now, no operation would have an account of.
     EXPECT_EQ(NuvScratchAllocatorGetNumBlocks(&life.scratch), 0U);
     return story;
 }
