@@ -1,4 +1,4 @@
-// This library, the tableau, and the list of all.
+// This library, the tableaus, and the list of all.
 #include "bench/Contender.hpp"
 
 #include <array>
@@ -24,6 +24,14 @@ Verdict VerdictOf(nuv::Verdict verdict)
     return Verdict::Stopped;
 }
 
+Run TimeTableau(decltype(SolveByTableau)* solve, const Input& input, const Conditions& conditions)
+{
+    const std::size_t size = input.instance.rows + input.instance.columns;
+    const Stopwatch watch(conditions.clock);
+    const TableauResult result = solve(input.instance, 1000 * size);
+    return {result.verdict, result.objective, result.pivots, 0.0, watch.Seconds()};
+}
+
 const char* NoVersion()
 {
     return "";
@@ -32,6 +40,7 @@ const char* NoVersion()
 constexpr Contender contenders[] = {
     {"nuv", "", NoVersion, RunNuv},
     {"tableau", "", NoVersion, RunTableau},
+    {"tableau, native", "", NoVersion, RunNativeTableau},
 #ifdef NUV_BENCH_GLPK
     {"GLPK", "primal", GlpkVersion, RunGlpkPrimal},
     {"GLPK", "dual", GlpkVersion, RunGlpkDual},
@@ -46,6 +55,22 @@ constexpr Contender contenders[] = {
 #endif
 };
 }  // namespace
+
+const char* NameOf(Verdict verdict)
+{
+    switch (verdict)
+    {
+    case Verdict::Optimal:
+        return "optimal";
+    case Verdict::Unbounded:
+        return "unbounded";
+    case Verdict::Infeasible:
+        return "infeasible";
+    case Verdict::Stopped:
+        break;
+    }
+    return "stopped";
+}
 
 Input MakeInput(Instance instance)
 {
@@ -111,9 +136,11 @@ Run RunNuv(const Input& input, const Conditions& conditions)
 
 Run RunTableau(const Input& input, const Conditions& conditions)
 {
-    const std::size_t size = input.instance.rows + input.instance.columns;
-    const Stopwatch watch(conditions.clock);
-    const TableauResult result = SolveByTableau(input.instance, 1000 * size);
-    return {result.verdict, result.objective, result.pivots, 0.0, watch.Seconds()};
+    return TimeTableau(SolveByTableau, input, conditions);
+}
+
+Run RunNativeTableau(const Input& input, const Conditions& conditions)
+{
+    return TimeTableau(SolveByNativeTableau, input, conditions);
 }
 }  // namespace bench

@@ -63,7 +63,7 @@ struct Contender
     Run (*run)(const Input& input, const Conditions& conditions);
 };
 
-/// This library first, then the tableau, then the libraries.
+/// This library first, then the tableaus, then the libraries.
 std::span<const Contender> Contenders();
 
 /// Solves once under a monitor that ends the solve after so many pivots or seconds of processor
@@ -79,6 +79,7 @@ const char* LpSolveVersion();
 
 Run RunNuv(const Input& input, const Conditions& conditions);
 Run RunTableau(const Input& input, const Conditions& conditions);
+Run RunNativeTableau(const Input& input, const Conditions& conditions);
 Run RunGlpkPrimal(const Input& input, const Conditions& conditions);
 Run RunGlpkDual(const Input& input, const Conditions& conditions);
 Run RunClpDefault(const Input& input, const Conditions& conditions);

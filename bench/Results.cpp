@@ -107,7 +107,7 @@ const Measurement* ComparedInstance::FastestLibrary() const
 {
     const Measurement* found = nullptr;
     for (const Measurement& candidate : measurements)
-        if (candidate.contender != "nuv" && candidate.contender != "tableau" &&
+        if (candidate.contender != "nuv" && !candidate.contender.starts_with("tableau") &&
             IsFaster(candidate, found))
             found = &candidate;
     return found;

@@ -3,7 +3,7 @@
 // objective.
 //
 // Invariant: the column of a variable exists exactly while it is nonbasic. A pivot exchanges the
-// entering variable's column for the leaving one's.
+// entering variable's column for the leaving one's. Compiled twice, as NUV_BENCH_TABLEAU says.
 #include "bench/Tableau.hpp"
 
 #include <cstdlib>
@@ -239,23 +239,7 @@ bool NeedsPhaseI(const Instance& instance)
 }
 }  // namespace
 
-const char* NameOf(Verdict verdict)
-{
-    switch (verdict)
-    {
-    case Verdict::Optimal:
-        return "optimal";
-    case Verdict::Unbounded:
-        return "unbounded";
-    case Verdict::Infeasible:
-        return "infeasible";
-    case Verdict::Stopped:
-        break;
-    }
-    return "stopped";
-}
-
-TableauResult SolveByTableau(const Instance& instance, std::uint64_t maxPivots)
+TableauResult NUV_BENCH_TABLEAU(const Instance& instance, std::uint64_t maxPivots)
 {
     Tableau tableau(instance, NeedsPhaseI(instance));
     const Verdict verdict = tableau.Solve(maxPivots);

@@ -29,8 +29,11 @@ struct TableauResult
 };
 
 /// Solves from the slack basis, through Phase I with one artificial variable when a right-hand side
-/// is negative. Makes its own tableau, which is part of the time that it takes.
+/// is negative. Makes its own tableau, which is part of the time that it takes. Compiled as this
+/// library is, for any machine of the target.
 TableauResult SolveByTableau(const Instance& instance, std::uint64_t maxPivots);
+/// The same source, compiled for the machine that builds it.
+TableauResult SolveByNativeTableau(const Instance& instance, std::uint64_t maxPivots);
 }  // namespace bench
 
 #endif

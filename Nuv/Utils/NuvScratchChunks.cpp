@@ -1,6 +1,7 @@
-// Chunks. Blocks are laid upwards from a chunk's header, records of them downwards from its end.
-// Invariant: the records of a chunk rise in place and in number; the last one is of a block that is
-// out; a chunk without such a block is given back. Only the newest chunk takes more blocks.
+// Chunks. What is known of a chunk and its blocks stands in a block of its own, so that the chunk
+// itself, which nobody may ever write to, costs no memory that is in use. Invariant: the records of
+// a chunk rise in place and in number; the last one is of a block that is out; a chunk without such
+// a block is given back. Only the newest chunk takes more blocks.
 #include "Nuv/Utils/NuvScratchChunks.h"
 
 #include <stddef.h>
@@ -9,11 +10,13 @@
 struct alignas(max_align_t) NuvScratchChunk
 {
     NuvScratchChunk* older;
-    /// Bytes, the header among them.
+    unsigned char* memory;
+    /// Bytes of the memory, and where its last block ends.
     NuvSizeT size;
-    /// Where the last block ends, from the header's beginning.
     NuvSizeT used;
+    /// How many blocks are recorded, and can be; the records stand behind this.
     NuvSizeT numRecords;
+    NuvSizeT maxRecords;
     /// How many of the recorded blocks are out.
     NuvSizeT numBlocks;
 };
@@ -23,36 +26,40 @@ namespace nuv
 namespace
 {
 constexpr NuvSizeT unit = alignof(max_align_t);
-constexpr NuvSizeT smallestChunk = NuvSizeT(1) << 14U;
+constexpr NuvSizeT smallestChunk = NuvSizeT(1) << 13U;
 constexpr NuvSizeT largestChunk = NuvSizeT(1) << 26U;
+
+constexpr NuvSizeT growth = 3;
 
 /// A chunk is taken for blocks of which it holds at least so many.
 constexpr NuvSizeT blocksPerChunk = 4;
 
+/// For how many bytes of a chunk there is a record.
+constexpr NuvSizeT bytesPerRecord = 128;
+
 /// What is known of a block.
 struct Record
 {
-    /// From the chunk's header, in units.
+    /// Where it begins, in units.
     NuvUint start;
     bool isHeld;
     /// Among all blocks ever taken, from 1; 0 when it was given back.
     NuvSizeT number;
 };
 
-unsigned char* BytesOf(NuvScratchChunk* chunk)
-{
-    return reinterpret_cast<unsigned char*>(chunk);
-}
-
 Record* RecordOf(NuvScratchChunk* chunk, NuvSizeT i)
 {
-    return reinterpret_cast<Record*>(BytesOf(chunk) + chunk->size) - 1 - i;
+    return reinterpret_cast<Record*>(chunk + 1) + i;
 }
 
-/// The room between the blocks and the records.
-NuvSizeT RoomIn(const NuvScratchChunk* chunk)
+bool HasRoom(const NuvScratchChunk* chunk, NuvSizeT size)
 {
-    return chunk->size - chunk->used - chunk->numRecords * sizeof(Record);
+    return chunk->numRecords != chunk->maxRecords && chunk->size - chunk->used >= size;
+}
+
+NuvSizeT SizeWithRecords(NuvSizeT maxRecords)
+{
+    return sizeof(NuvScratchChunk) + maxRecords * sizeof(Record);
 }
 
 NuvScratchChunk* ChunkOf(const NuvScratchAllocator* x, const void* memory)
@@ -60,8 +67,8 @@ NuvScratchChunk* ChunkOf(const NuvScratchAllocator* x, const void* memory)
     const uintptr_t at = reinterpret_cast<uintptr_t>(memory);
     for (NuvScratchChunk* chunk = x->chunks; chunk; chunk = chunk->older)
     {
-        const uintptr_t begin = reinterpret_cast<uintptr_t>(chunk);
-        if (at > begin && at - begin < chunk->size)
+        const uintptr_t begin = reinterpret_cast<uintptr_t>(chunk->memory);
+        if (at >= begin && at - begin < chunk->used)
             return chunk;
     }
     return nullptr;
@@ -71,7 +78,7 @@ NuvScratchChunk* ChunkOf(const NuvScratchAllocator* x, const void* memory)
 Record* FindRecord(NuvScratchChunk* chunk, const void* memory)
 {
     const NuvSizeT start =
-        static_cast<NuvSizeT>(static_cast<const unsigned char*>(memory) - BytesOf(chunk)) / unit;
+        static_cast<NuvSizeT>(static_cast<const unsigned char*>(memory) - chunk->memory) / unit;
     NuvSizeT first = 0;
     NuvSizeT count = chunk->numRecords;
     while (count > 1)
@@ -94,6 +101,12 @@ void Shrink(NuvScratchChunk* chunk)
     }
 }
 
+void GiveBackChunk(NuvAllocator* upstream, NuvScratchChunk* chunk)
+{
+    NuvAllocatorDeallocate(upstream, chunk->memory, chunk->size);
+    NuvAllocatorDeallocate(upstream, chunk, SizeWithRecords(chunk->maxRecords));
+}
+
 /// Gives chunks without blocks back upstream.
 void DropEmptyChunks(NuvScratchAllocator* x)
 {
@@ -106,23 +119,40 @@ void DropEmptyChunks(NuvScratchAllocator* x)
             continue;
         }
         *link = chunk->older;
-        NuvAllocatorDeallocate(x->upstream, chunk, chunk->size);
+        GiveBackChunk(x->upstream, chunk);
     }
 }
 
-/// Takes a chunk as large as all blocks since the mark, so that there are few.
-/// @return false when it is refused, or too small for several such blocks.
+/// The size of the next chunk: a multiple of all blocks since the mark, so that there are few. That
+/// the last chunk is larger than all before it together keeps the C library from giving its memory
+/// back to the system after each solve: it holds on to twice the largest block that it was given.
+NuvSizeT NextChunkSize(const NuvScratchAllocator* x)
+{
+    if (x->bytesSinceMark < smallestChunk / growth)
+        return smallestChunk;
+    if (x->bytesSinceMark > largestChunk / growth)
+        return largestChunk;
+    return x->bytesSinceMark * growth / unit * unit;
+}
+
+/// @return false when a chunk is refused, or too small for several such blocks.
 bool TakeChunk(NuvScratchAllocator* x, NuvSizeT blockSize)
 {
-    NuvSizeT size = x->bytesSinceMark < smallestChunk ? smallestChunk : x->bytesSinceMark;
-    size = size < largestChunk ? size / unit * unit : largestChunk;
+    const NuvSizeT size = NextChunkSize(x);
     if (blockSize > size / blocksPerChunk)
         return false;
-    NuvScratchChunk* const chunk =
-        static_cast<NuvScratchChunk*>(NuvAllocatorAllocate(x->upstream, size));
+    const NuvSizeT maxRecords = size / bytesPerRecord;
+    NuvScratchChunk* const chunk = static_cast<NuvScratchChunk*>(
+        NuvAllocatorAllocate(x->upstream, SizeWithRecords(maxRecords)));
     if (!chunk)
         return false;
-    *chunk = {x->chunks, size, sizeof(NuvScratchChunk), 0, 0};
+    void* const memory = NuvAllocatorAllocate(x->upstream, size);
+    if (!memory)
+    {
+        NuvAllocatorDeallocate(x->upstream, chunk, SizeWithRecords(maxRecords));
+        return false;
+    }
+    *chunk = {x->chunks, static_cast<unsigned char*>(memory), size, 0, 0, maxRecords, 0};
     x->chunks = chunk;
     return true;
 }
@@ -133,10 +163,10 @@ void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size)
     if (size > largestChunk)
         return nullptr;
     const NuvSizeT needed = size == 0 ? unit : (size + unit - 1) / unit * unit;
-    if ((!x->chunks || RoomIn(x->chunks) < needed + sizeof(Record)) && !TakeChunk(x, needed))
+    if ((!x->chunks || !HasRoom(x->chunks, needed)) && !TakeChunk(x, needed))
         return nullptr;
     NuvScratchChunk* const chunk = x->chunks;
-    void* const memory = BytesOf(chunk) + chunk->used;
+    void* const memory = chunk->memory + chunk->used;
     *RecordOf(chunk, chunk->numRecords) = {static_cast<NuvUint>(chunk->used / unit), false,
                                            ++x->taken};
     ++chunk->numRecords;

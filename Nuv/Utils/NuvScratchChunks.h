@@ -1,7 +1,5 @@
 // Where the scratch allocator keeps blocks that are not expected to stay: one behind the other in
-// chunks from upstream, so that taking one costs a few instructions. What is known of a block
-// stands at the chunk's far end and not before the block, so that a block that nobody writes to
-// costs no memory that is in use. Not installed.
+// chunks from upstream, so that taking one costs a few instructions. Not installed.
 #ifndef NUV_UTILS_NUVSCRATCHCHUNKS_H
 #define NUV_UTILS_NUVSCRATCHCHUNKS_H
 
