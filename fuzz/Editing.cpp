@@ -6,8 +6,8 @@
 #include "fuzz/Target.hpp"
 #include "tests/core/SmallModel.hpp"
 #include "tests/reference/CoreSolve.hpp"
+#include "tests/reference/PlainModel.hpp"
 
-#include <map>
 #include <optional>
 
 namespace
@@ -19,103 +19,6 @@ constexpr int kMostRows = 8;
 constexpr int kNames = 10;
 constexpr int kMostSteps = 120;
 constexpr std::size_t kMostPivots = 60;
-
-struct Row
-{
-    bool isNamed = false;
-    IndexedCoefficients::Terms indexed;
-    NamedCoefficients::Terms named;
-    float rhs = 0.0F;
-};
-
-/// What the library should hold.
-class Plain
-{
-public:
-    explicit Plain(NuvUint numVars)
-    {
-        Replace(numVars);
-    }
-
-    void Replace(NuvUint numVars)
-    {
-        names.clear();
-        indices.clear();
-        for (NuvUint index = 1; index <= numVars; ++index)
-        {
-            names.push_back("X" + std::to_string(index));
-            indices[names.back()] = index;
-        }
-    }
-
-    bool Rename(NuvUint index, const std::string& name)
-    {
-        if (index == 0 || index > names.size())
-            return false;
-        // A variable that lost its name to another one can no longer be renamed.
-        if (indices.erase(names[index - 1]) == 0)
-            return true;
-        if (!indices.emplace(name, index).second)
-            return false;
-        names[index - 1] = name;
-        return true;
-    }
-
-    bool Maximise(const NamedCoefficients::Terms& terms)
-    {
-        IndexedCoefficients::Terms resolved;
-        for (const auto& [name, coefficient] : terms)
-        {
-            const auto found = indices.find(name);
-            if (found == indices.end())
-                return false;
-            resolved.emplace_back(found->second, coefficient);
-        }
-        objective = resolved;
-        return true;
-    }
-
-    /// The problem with its rows in the order of `ids`; none where a name or an index is unknown.
-    std::optional<Problem> InOrder(const std::vector<NuvUint>& ids) const
-    {
-        Problem problem = {ids.size(), names.size(), {}, {}, std::vector<float>(names.size())};
-        for (const NuvUint id : ids)
-        {
-            std::vector<float> coefficients(names.size());
-            if (!Enter(rows.at(id), &coefficients))
-                return std::nullopt;
-            problem.A.insert(problem.A.end(), coefficients.begin(), coefficients.end());
-            problem.b.push_back(rows.at(id).rhs);
-        }
-        if (!Enter({false, objective, {}, 0.0F}, &problem.c))
-            return std::nullopt;
-        return problem;
-    }
-
-    std::vector<std::string> names;
-    std::map<std::string, NuvUint> indices;
-    std::map<NuvUint, Row> rows;
-    IndexedCoefficients::Terms objective;
-
-private:
-    bool Enter(const Row& row, std::vector<float>* coefficients) const
-    {
-        for (const auto& [index, coefficient] : row.indexed)
-        {
-            if (index == 0 || index > names.size())
-                return false;
-            (*coefficients)[index - 1] = coefficient;
-        }
-        for (const auto& [name, coefficient] : row.named)
-        {
-            const auto found = indices.find(name);
-            if (found == indices.end())
-                return false;
-            (*coefficients)[found->second - 1] = coefficient;
-        }
-        return true;
-    }
-};
 
 class Session
 {
@@ -242,7 +145,7 @@ private:
     void SetRow()
     {
         const NuvUint id = AnyId();
-        const Row row = {false, AnyTerms(), {}, AnyValue()};
+        const PlainRow row = {false, AnyTerms(), {}, AnyValue()};
         ExpectAnswer(model->SetRow(id, row.indexed, row.rhs), id != 0);
         if (id != 0)
             plain->rows[id] = row;
@@ -251,7 +154,7 @@ private:
     void SetNamedRow()
     {
         const NuvUint id = AnyId();
-        const Row row = {true, {}, AnyNamedTerms(), AnyValue()};
+        const PlainRow row = {true, {}, AnyNamedTerms(), AnyValue()};
         ExpectAnswer(model->SetNamedRow(id, row.named, row.rhs), id != 0);
         if (id != 0)
             plain->rows[id] = row;
@@ -268,7 +171,7 @@ private:
         ExpectAnswer(NuvLinearProgrammingSetConstraint(&model->lp, to, stored) == NUV_TRUE,
                      to != 0);
         if (to != 0)
-            plain->rows[to] = Row(plain->rows[from]);
+            plain->rows[to] = PlainRow(plain->rows[from]);
     }
 
     void RemoveRow()
@@ -350,7 +253,7 @@ private:
             CompareRow(id, row);
     }
 
-    void CompareRow(NuvUint id, const Row& row)
+    void CompareRow(NuvUint id, const PlainRow& row)
     {
         const NuvLinearProgrammingConstraint* const stored = model->FindRow(id);
         ASSERT_NE(stored, nullptr) << id;
@@ -378,7 +281,7 @@ private:
     /// Those before this step.
     std::size_t refusals = 0;
     std::optional<SmallModel> model;
-    std::optional<Plain> plain;
+    std::optional<PlainModel> plain;
 };
 }  // namespace
 
