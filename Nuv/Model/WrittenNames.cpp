@@ -67,7 +67,7 @@ bool WrittenNames::Holds(std::string_view name) const
 /// The name itself, or with an underscore in front, or in place of its last character, or both.
 std::string WrittenNames::WithHeldEnds(const std::string& name) const
 {
-    const std::string led = ("_" + name).substr(0, m_rules.longest);
+    std::string led = ("_" + name).substr(0, m_rules.longest);
     if (name.empty() || (!m_rules.holds(name) && m_rules.holds(led)))
         return led;
     std::string ended = m_rules.holds(name) ? name : name.substr(0, name.size() - 1) + '_';
