@@ -37,8 +37,11 @@ void WriteVariables(Json& json, const Model& model, const Solution& solution)
     {
         json.Open('{').Key("name").Text(model.VariableName(j));
         json.Key("value").Number(solution.values[j]);
-        json.Key("reduced_cost").Number(solution.reducedCosts[j]);
-        json.Key("basis").Text(BasisWord(solution.proof.basis.columns[j]));
+        if (!solution.reducedCosts.empty())
+            json.Key("reduced_cost")
+                .Number(solution.reducedCosts[j])
+                .Key("basis")
+                .Text(BasisWord(solution.proof.basis.columns[j]));
         if (!solution.sensitivity.cost.empty())
             WriteRange(json, "objective_range", solution.sensitivity.cost[j]);
         json.Close('}');
@@ -66,8 +69,11 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
         json.Key("activity").Number(activity);
         json.Key("lower").Number(lower).Key("upper").Number(upper);
         json.Key("slack").Number(std::fmin(upper - activity, activity - lower) + 0.0);
-        json.Key("dual").Number(solution.duals[i]);
-        json.Key("basis").Text(BasisWord(solution.proof.basis.rows[i]));
+        if (!solution.duals.empty())
+            json.Key("dual")
+                .Number(solution.duals[i])
+                .Key("basis")
+                .Text(BasisWord(solution.proof.basis.rows[i]));
         if (!solution.sensitivity.rowUpper.empty())
             WriteRange(json, "rhs_range", RangeOfRow(model, solution, i));
         json.Close('}');
@@ -135,6 +141,22 @@ void WriteWarnings(Json& json, std::span<const Diagnostic> diagnostics)
     json.Close(']');
 }
 
+std::string_view OutcomeWord(FloatOutcome outcome)
+{
+    constexpr std::string_view words[] = {"optimal", "infeasible", "unbounded", "pivot-limit",
+                                          "cycling", "cancelled",  "skipped"};
+    return words[static_cast<std::size_t>(outcome)];
+}
+
+/// How the first stage ended, and the pivots that a basis took to come back where it did.
+void WriteFloatStage(Json& json, const FloatResult& stage)
+{
+    json.Key("float_stage").Open('{').Key("outcome").Text(OutcomeWord(stage.outcome));
+    if (stage.outcome == FloatOutcome::Cycling)
+        json.Key("period").Count(stage.period);
+    json.Close('}');
+}
+
 void WriteVerdict(Json& json, const Solution& solution)
 {
     json.Key("schema").Text("nuvlp/result/1").Key("status").Text(StatusWord(solution.status));
@@ -156,6 +178,7 @@ void WriteVerdict(Json& json, const Solution& solution)
     json.Key("float").Count(solution.floatStage.pivots);
     json.Key("double").Count(solution.proof.doublePivots);
     json.Key("exact").Count(solution.proof.exactPivots).Close('}');
+    WriteFloatStage(json, solution.floatStage);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "ReadingOptions.hpp"
 #include "TextReport.hpp"
 
+#include "Nuv/Model/FloatSolve.hpp"
 #include "Nuv/Model/JsonReport.hpp"
 #include "Nuv/Model/ModelFile.hpp"
 #include "Nuv/Model/Solution.hpp"
@@ -31,6 +32,7 @@ struct Options
     bool quiet = false;
     bool json = false;
     bool sensitivity = false;
+    bool floatOnly = false;
 };
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -59,6 +61,12 @@ nuv::SolveOptions SolveOptionsOf(const Options& options)
     return solve;
 }
 
+nuv::Solution Solve(const nuv::Model& model, const Options& options)
+{
+    const nuv::SolveOptions solve = SolveOptionsOf(options);
+    return options.floatOnly ? nuv::SolveInFloats(model, solve) : nuv::Solve(model, solve);
+}
+
 ExitCode ExitCodeOfStatus(nuv::SolveStatus status, bool exitStatus)
 {
     switch (status)
@@ -84,7 +92,7 @@ ExitCode Run(const Options& options)
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
     (void)std::signal(SIGINT, Interrupt);
-    const nuv::Solution solution = nuv::Solve(*reading.model, SolveOptionsOf(options));
+    const nuv::Solution solution = Solve(*reading.model, options);
     if (solution.status == nuv::SolveStatus::Invalid)
         PrintDiagnostics({nuv::WithoutPlace(solution.failure)}, Show::Errors);
     const Detail detail = options.quiet ? Detail::Verdict : Detail::Full;
@@ -118,8 +126,13 @@ void AddSolveCommand(CLI::App& app, ExitCode& exitCode)
     command->add_flag("-q,--quiet", options->quiet,
                       "Print status and objective only, and no warnings");
     command->add_flag("--json", options->json, "Write the result as JSON, for programs");
-    command->add_flag("--sensitivity", options->sensitivity,
-                      "Find how far each cost and each side of a row may move");
+    CLI::Option* const sensitivity =
+        command->add_flag("--sensitivity", options->sensitivity,
+                          "Find how far each cost and each side of a row may move");
+    command
+        ->add_flag("--float-only", options->floatOnly,
+                   "Solve in single precision and stop there: nothing is proved")
+        ->excludes(sensitivity);
     command->callback([options, &exitCode] { exitCode = Run(*options); });
 }
 

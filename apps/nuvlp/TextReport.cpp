@@ -73,9 +73,20 @@ std::string Number(double value)
     return fmt::format("{}", value + 0.0);
 }
 
-std::string StopWords(nuv::StopReason reason)
+std::string CycleWords(const nuv::FloatResult& stage)
 {
-    switch (reason)
+    return fmt::format("basis repeated after {} pivots, a cycle of {}", stage.pivots, stage.period);
+}
+
+std::string StopWords(const nuv::Solution& solution)
+{
+    if (solution.floatStage.outcome == nuv::FloatOutcome::Cycling &&
+        solution.proof.stopReason == nuv::StopReason::None)
+        return ": " + CycleWords(solution.floatStage);
+    if (solution.floatStage.outcome == nuv::FloatOutcome::Skipped &&
+        solution.proof.stopReason == nuv::StopReason::None)
+        return ": the model is empty, too large or beyond single precision";
+    switch (solution.proof.stopReason)
     {
     case nuv::StopReason::TimeLimit:
         return " by the time limit";
@@ -113,7 +124,7 @@ std::string Head(const nuv::Solution& solution)
 {
     std::string text = fmt::format("status     {}", nuv::StatusWord(solution.status));
     if (solution.status == nuv::SolveStatus::Stopped)
-        text += StopWords(solution.proof.stopReason);
+        text += StopWords(solution);
     text += '\n';
     const bool optimal = solution.status == nuv::SolveStatus::Optimal;
     if (optimal || !solution.values.empty())
@@ -229,6 +240,8 @@ std::string TextReport(const nuv::Model& model, const nuv::Solution& solution, D
     std::string text = Head(solution);
     if (detail == Detail::Verdict)
         return text;
+    if (solution.proved && solution.floatStage.outcome == nuv::FloatOutcome::Cycling)
+        text += "note       single precision stopped: " + CycleWords(solution.floatStage) + "\n";
     if (solution.values.size() == model.VariableCount() &&
         solution.activities.size() == model.RowCount())
         text += Values(model, solution);

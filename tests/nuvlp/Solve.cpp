@@ -101,13 +101,65 @@ TEST(SolveCommand, SaysUnboundedWithTheDirection)
 
 TEST(SolveCommand, EndsOnModelsThatCycle)
 {
-    for (const char* name :
-         {"beale_1955", "beale_gass", "chvatal_ch3_cycle", "kuhn", "marshall_suurballe"})
+    for (const char* name : {"beale_1955", "beale_gass", "chvatal_ch3_cycle", "kuhn"})
     {
-        const Outcome outcome = RunNuvlp(std::string("solve -q textbook/") + name + ".lp");
+        const std::string model = std::string("textbook/") + name + ".lp";
+        const Outcome outcome = RunNuvlp("solve " + model);
         EXPECT_EQ(outcome.exitCode, 0) << name;
         EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')), "status     optimal") << name;
+        EXPECT_NE(outcome.out.find("\nproof      proved, exactly "), std::string::npos) << name;
+        EXPECT_NE(outcome.out.find("\nnote       single precision stopped: basis repeated after 13 "
+                                   "pivots, a cycle of 6\n"),
+                  std::string::npos)
+            << name;
+        const Outcome alone = RunNuvlp("solve --float-only " + model);
+        EXPECT_EQ(alone.out, "status     stopped: basis repeated after 13 pivots, a cycle of 6\n"
+                             "proof      not proved\n")
+            << name;
+        EXPECT_EQ(alone.exitCode, 4) << name;
     }
+    // Cycles under other rules than the core's.
+    const Outcome other = RunNuvlp("solve -q --float-only textbook/marshall_suurballe.lp");
+    EXPECT_EQ(other.out, "status     optimal\nobjective  2\nproof      not proved\n");
+    EXPECT_EQ(other.exitCode, 0);
+}
+
+TEST(SolveCommand, SaysInJsonThatSinglePrecisionCycled)
+{
+    const Outcome outcome = RunNuvlp("solve --json textbook/kuhn.lp");
+    EXPECT_NE(outcome.out.find("\"status\":\"optimal\""), std::string::npos);
+    EXPECT_NE(outcome.out.find("\"float_stage\":{\"outcome\":\"cycling\",\"period\":6}"),
+              std::string::npos)
+        << outcome.out;
+}
+
+TEST(SolveCommand, SolvesInSinglePrecisionAloneIfAsked)
+{
+    const Outcome outcome = RunNuvlp("solve --float-only " + kExamples + "/factory.lp");
+    EXPECT_EQ(outcome.out, "status     optimal\n"
+                           "objective  4242.856597900391\n"
+                           "proof      not proved\n"
+                           "\n"
+                           "variable               value\n"
+                           "chairs    21.428565979003906\n"
+                           "tables    51.428565979003906\n"
+                           "\n"
+                           "row               activity   bound               slack\n"
+                           "wood    299.99996185302734  <= 300  3.814697265625e-05\n"
+                           "labour  239.99996185302734  <= 240  3.814697265625e-05\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(RunNuvlp("solve -q --float-only --max-pivots 1 textbook/wyndor.lp").out,
+              "status     stopped by the pivot limit\nproof      not proved\n");
+    EXPECT_EQ(RunNuvlp("solve -q --float-only --max-pivots 0 textbook/wyndor.lp").exitCode, 4);
+    EXPECT_EQ(RunNuvlp("solve -q --float-only --time-limit 0 textbook/wyndor.lp").out,
+              "status     stopped by the time limit\nproof      not proved\n");
+    EXPECT_EQ(RunNuvlp("solve -q --float-only -", "max 1e25 x st 1e15 x <= 1e39 end").out,
+              "status     stopped: the model is empty, too large or beyond single precision\n"
+              "proof      not proved\n");
+    EXPECT_EQ(RunNuvlp("solve --float-only textbook/wyndor_unbounded.lp --exit-status").exitCode,
+              3);
+    EXPECT_EQ(RunNuvlp("solve -q --float-only -", "max x st c: x <= 9 bounds 5 <= x <= 3 end").out,
+              "status     infeasible\nproof      not proved\n");
 }
 
 TEST(SolveCommand, StopsAtThePivotLimitAndTheTimeLimit)
