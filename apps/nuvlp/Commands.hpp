@@ -18,5 +18,6 @@ void AddConvertCommand(CLI::App& app, ExitCode& exitCode);
 void AddPlotCommand(CLI::App& app, ExitCode& exitCode);
 void AddProveCommand(CLI::App& app, ExitCode& exitCode);
 void AddSelftestCommand(CLI::App& app, ExitCode& exitCode);
+void AddCompletionCommands(CLI::App& app, ExitCode& exitCode);
 
 }  // namespace nuvlp

@@ -2,6 +2,7 @@
 #include "Commands.hpp"
 #include "Input.hpp"
 #include "OutputFile.hpp"
+#include "ProgressLine.hpp"
 #include "ReadingOptions.hpp"
 #include "TextReport.hpp"
 
@@ -33,6 +34,7 @@ struct Options
     bool json = false;
     bool sensitivity = false;
     bool floatOnly = false;
+    bool progress = false;
 };
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -44,7 +46,7 @@ void Interrupt(int)
     (void)std::signal(SIGINT, SIG_DFL);
 }
 
-nuv::SolveOptions SolveOptionsOf(const Options& options)
+nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
 {
     nuv::SolveOptions solve;
     if (options.maxPivots)
@@ -57,13 +59,18 @@ nuv::SolveOptions SolveOptionsOf(const Options& options)
     if (options.timeLimit)
         solve.seconds = *options.timeLimit;
     solve.sensitivity = options.sensitivity;
-    solve.keepGoing = [](const nuv::SolveProgress&) { return interrupted == 0; };
+    solve.keepGoing = [&line](const nuv::SolveProgress& progress)
+    {
+        line.Show(progress);
+        return interrupted == 0;
+    };
     return solve;
 }
 
 nuv::Solution Solve(const nuv::Model& model, const Options& options)
 {
-    const nuv::SolveOptions solve = SolveOptionsOf(options);
+    ProgressLine line(options.progress);
+    const nuv::SolveOptions solve = SolveOptionsOf(options, line);
     return options.floatOnly ? nuv::SolveInFloats(model, solve) : nuv::Solve(model, solve);
 }
 
@@ -126,6 +133,7 @@ void AddSolveCommand(CLI::App& app, ExitCode& exitCode)
     command->add_flag("-q,--quiet", options->quiet,
                       "Print status and objective only, and no warnings");
     command->add_flag("--json", options->json, "Write the result as JSON, for programs");
+    command->add_flag("--progress", options->progress, "Show on the terminal how far the solve is");
     CLI::Option* const sensitivity =
         command->add_flag("--sensitivity", options->sensitivity,
                           "Find how far each cost and each side of a row may move");

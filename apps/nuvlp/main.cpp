@@ -1,5 +1,6 @@
 // nuvlp: the library from the command line. Results go to stdout, everything else to stderr.
 #include "Commands.hpp"
+#include "Help.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -10,7 +11,7 @@
 int main(int argc, char** argv)
 {
     CLI::App app("Reads, solves and proves linear programs.", "nuvlp");
-    app.set_version_flag("--version", "nuvlp " NUVLP_VERSION);
+    nuvlp::SetUpHelp(app);
     app.require_subcommand(1);
     nuvlp::ExitCode exitCode = nuvlp::ExitCode::Success;
     nuvlp::AddSolveCommand(app, exitCode);
@@ -19,6 +20,10 @@ int main(int argc, char** argv)
     nuvlp::AddPlotCommand(app, exitCode);
     nuvlp::AddProveCommand(app, exitCode);
     nuvlp::AddSelftestCommand(app, exitCode);
+    nuvlp::AddCompletionCommands(app, exitCode);
+    nuvlp::FinishHelp(app);
+    if (!nuvlp::StartsWithVerb(app, argc > 1 ? argv[1] : nullptr))
+        return static_cast<int>(nuvlp::ExitCode::Usage);
     try
     {
         app.parse(argc, argv);

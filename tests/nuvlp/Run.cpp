@@ -41,14 +41,14 @@ private:
     std::filesystem::path m_path;
 };
 
-std::string Contents(const std::string& path)
+}  // namespace
+
+std::string ReadFile(const std::string& path)
 {
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
 }
-
-}  // namespace
 
 std::string Scratch(const std::string& name)
 {
@@ -71,7 +71,7 @@ Outcome RunNuvlp(const std::string& arguments, const std::string& input)
     const std::string command = "cd '" NUV_TEST_MODELS "' && '" NUVLP_COMMAND "' <'" + in + "' >'" +
                                 out + "' 2>'" + err + "' " + arguments;
     const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Contents(out), Contents(err)};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(out), ReadFile(err)};
 }
 
 }  // namespace nuvlp::test

@@ -23,4 +23,7 @@ struct Outcome
 /// Writes a file there. @return its path.
 std::string WriteScratch(const std::string& name, const std::string& text);
 
+/// The contents of a file; empty if there is none.
+[[nodiscard]] std::string ReadFile(const std::string& path);
+
 }  // namespace nuvlp::test
