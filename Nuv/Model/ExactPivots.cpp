@@ -28,7 +28,7 @@ ExactSimplex::Outcome ExactSimplex::PrimalStep(bool phaseOne)
         m_farkasSign = 0;
         return Outcome::Infeasible;
     }
-    if (m_watch.Stops({Stage::Exact, !phaseOne, m_pivots, 0.0}))
+    if (m_watch.Stops({Stage::Exact, !phaseOne, m_pivots, std::nan("")}))
         return Outcome::Stopped;
 
     ScaledVector column{std::vector<Integer>(m_form.rows), m_exact.ColumnScale(m_entering)};
@@ -139,7 +139,7 @@ bool ExactSimplex::FlipsFirst(Index entering, const Blocking& blocking) const
 
 ExactSimplex::Outcome ExactSimplex::DualStep()
 {
-    if (m_watch.Stops({Stage::Exact, false, m_pivots, 0.0}))
+    if (m_watch.Stops({Stage::Exact, false, m_pivots, std::nan("")}))
         return Outcome::Stopped;
     const Index position = ChooseLeaving();
     ScaledVector unit{std::vector<Integer>(m_form.rows), {}};

@@ -22,7 +22,9 @@ struct Progress
     Stage stage = Stage::Double;
     bool feasible = false;     ///< whether the current basis is primal feasible
     std::uint64_t pivots = 0;  ///< of this stage
-    double objective = 0.0;    ///< of the current basis; the sum of violations while infeasible
+    /// Of the current basis, without the form's constant; the sum of violations while infeasible.
+    /// Not known (NaN) in the exact stage, whose numbers are too long for that.
+    double objective = 0.0;
 };
 
 struct Limits
@@ -79,6 +81,12 @@ public:
             return true;
         }
         return false;
+    }
+
+    /// Whether a caller asks where the solve stands.
+    [[nodiscard]] bool IsAsked() const noexcept
+    {
+        return static_cast<bool>(m_limits.keepGoing);
     }
 
     [[nodiscard]] StopReason Reason() const noexcept

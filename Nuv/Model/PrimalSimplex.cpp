@@ -79,6 +79,23 @@ bool PrimalSimplex::FindViolations()
     return any;
 }
 
+double PrimalSimplex::ProgressValue() const
+{
+    const SimplexState& state = m_state;
+    double sum = 0.0;
+    if (m_phaseOne)
+    {
+        for (const Index v : state.head)
+            sum +=
+                std::max({0.0, state.lower[v] - state.value[v], state.value[v] - state.upper[v]}) *
+                state.form.scale[v];
+        return sum;
+    }
+    for (Index v = 0; v < state.form.Variables(); ++v)
+        sum += state.cost[v] * state.value[v];
+    return sum / state.form.costScale;
+}
+
 void PrimalSimplex::ResetWeights()
 {
     m_weight.assign(m_state.form.Variables(), 1.0);
@@ -91,7 +108,8 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
     const Index entering = ChooseEntering();
     if (entering == kNoIndex)
         return Conclude(verdict);
-    if (m_watch.Stops({Stage::Double, !m_phaseOne, m_pivots, 0.0}))
+    if (m_watch.Stops({Stage::Double, !m_phaseOne, m_pivots,
+                       m_watch.IsAsked() ? ProgressValue() : std::nan("")}))
     {
         verdict = SimplexVerdict::Stopped;
         return false;

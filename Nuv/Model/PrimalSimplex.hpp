@@ -61,6 +61,8 @@ private:
     };
 
     void StartAfresh();
+    /// The sum of violations in phase one, then the objective without the form's constant.
+    [[nodiscard]] double ProgressValue() const;
     [[nodiscard]] bool FindViolations();
     void ResetWeights();
     [[nodiscard]] Index ChooseEntering() const;

@@ -84,19 +84,21 @@ std::optional<Basis> RunFloatStage(const LinearForm& form, double sign, const So
     return LiftBasis(lowering, solution.floatStage.basicLabels);
 }
 
-Limits LimitsOf(const SolveOptions& options, const Clock& clock, double sign)
+Limits LimitsOf(const SolveOptions& options, const Clock& clock, const LinearForm& form,
+                double sign)
 {
     Limits limits;
     limits.seconds = std::fmax(0.0, options.seconds - clock.Seconds());
     limits.doublePivots = options.doublePivots;
     limits.exactPivots = options.exactPivots;
     if (options.keepGoing)
-        limits.keepGoing = [&options, &clock, sign](const Progress& progress)
+        limits.keepGoing = [&options, &clock, &form, sign](const Progress& progress)
         {
             return options.keepGoing(
                 {progress.stage == Stage::Double ? SolveStage::Double : SolveStage::Exact,
                  progress.pivots, clock.Seconds(),
-                 progress.feasible ? sign * progress.objective : progress.objective,
+                 progress.feasible ? sign * (progress.objective + form.constant)
+                                   : progress.objective,
                  progress.feasible});
         };
     return limits;
@@ -194,7 +196,8 @@ Solution Solve(const Model& model, const SolveOptions& options)
     std::optional<Basis> start;
     if (!Contradicts(form))
         start = RunFloatStage(form, sign, options, clock, solution);
-    solution.proof = SolveProved(form, start ? &*start : nullptr, LimitsOf(options, clock, sign));
+    solution.proof =
+        SolveProved(form, start ? &*start : nullptr, LimitsOf(options, clock, form, sign));
     Report(form, sign, solution);
     Analyse(form, sign, options, clock, solution);
     solution.seconds = clock.Seconds();

@@ -165,4 +165,29 @@ TEST(Solve, StopsWhenToldTo)
     EXPECT_FALSE(solution.status == nuv::SolveStatus::Optimal && !solution.proved);
 }
 
+TEST(Solve, TellsWhereItStands)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x", {0, 4});
+    const nuv::Variable y = model.AddVariable("y");
+    model.Add("a", x + y >= 2);
+    model.Add("b", x + 3 * y <= 9);
+    model.Maximize(3 * x + 2 * y + 10);
+    nuv::SolveOptions options;
+    options.useFloatStage = false;
+    std::vector<nuv::SolveProgress> seen;
+    options.keepGoing = [&seen](const nuv::SolveProgress& progress)
+    {
+        seen.push_back(progress);
+        return true;
+    };
+    const nuv::Solution solution = model.Solve(options);
+    ASSERT_GE(seen.size(), 2U);
+    EXPECT_FALSE(seen.front().feasible);
+    EXPECT_NEAR(seen.front().objective, 2.0, 1e-3) << "row a lacks 2";
+    EXPECT_TRUE(seen.back().feasible);
+    EXPECT_GT(seen.back().objective, 10.0);
+    EXPECT_LT(seen.back().objective, solution.objective);
+}
+
 }  // namespace
