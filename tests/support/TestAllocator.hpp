@@ -264,10 +264,9 @@ private:
     {
         CheckGuardsOf(block->first, block->second);
         unsigned char* fence = const_cast<unsigned char*>(block->first) - GuardSize;
-        // Volatile, or the compiler drops the writes to what is freed next.
-        volatile unsigned char* poisoned = fence + GuardSize;
-        for (NuvSizeT i = 0; i < block->second; ++i)
-            poisoned[i] = Freed;
+        // Through a volatile pointer, or the compiler drops the writes to what is freed next.
+        static void* (*volatile const fill)(void*, int, std::size_t) = std::memset;
+        fill(fence + GuardSize, Freed, static_cast<std::size_t>(block->second));
         liveBytes -= block->second;
         blocks.erase(block);
         std::free(fence);
@@ -277,6 +276,11 @@ private:
     {
         const unsigned char* const before = memory - GuardSize;
         const unsigned char* const behind = memory + size;
+        // Each is Guard from its first byte on, as the first one is and each equals the one before.
+        const auto isWhole = [](const unsigned char* guards)
+        { return guards[0] == Guard && std::memcmp(guards, guards + 1, GuardSize - 1) == 0; };
+        if (isWhole(before) && isWhole(behind))
+            return;
         for (std::size_t i = 0; i < GuardSize; ++i)
         {
             if (before[i] == Guard && behind[i] == Guard)
