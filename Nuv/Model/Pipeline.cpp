@@ -95,10 +95,12 @@ std::vector<double> CutColumns(const LinearForm& form, std::vector<double> byVar
 bool ProveInfeasible(const LinearForm& form, Watch& watch, Proof& proof, ExactVector& point)
 {
     Proof elastic = Optimise(ElasticForm(form, proof.basis), watch, proof);
-    if (elastic.status != ProofStatus::Optimal)
+    // What has no point even so has none without the added columns.
+    const bool isEmpty = elastic.status == ProofStatus::Infeasible;
+    if (!isEmpty && elastic.status != ProofStatus::Optimal)
         return false;
     proof.value = CutColumns(form, std::move(elastic.value));
-    if (elastic.objective == 0)
+    if (!isEmpty && elastic.objective == 0)
     {
         point = std::move(elastic.primal);
         point.numerator.resize(form.columns);

@@ -104,6 +104,16 @@ TEST(Refinement, RepairsAViolationBelowTheTolerance)
     EXPECT_EQ(proof.exactPivots, 0U);
 }
 
+/// No variable is violated as doubles see it, so that the elastic form has no column to add.
+TEST(Refinement, FindsAContradictionBelowTheTolerance)
+{
+    const LinearForm form =
+        MakeForm({1, 0}, {{{1, 1}, {1 + 0x1p-50, kInf}}, {{1, 1}, {-kInf, 1}}}, {{0, 9}, {0, 9}});
+    const Proof proof = Solve(form);
+    EXPECT_EQ(proof.status, ProofStatus::Infeasible);
+    EXPECT_TRUE(proof.proved);
+}
+
 TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
 {
     const LinearForm form =
