@@ -30,6 +30,7 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
     m_stalled = 0;
     m_relapses = 0;
     m_phaseOne = true;
+    RestUnusedColumns();
     ResetWeights();
     StartAfresh();
     SimplexVerdict verdict = SimplexVerdict::Numerical;
@@ -38,6 +39,21 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
     {
     }
     return verdict;
+}
+
+void PrimalSimplex::RestUnusedColumns()
+{
+    const SparseVectors<double>& columns = m_state.form.byColumn;
+    for (Index v = 0; v < m_state.form.columns; ++v)
+    {
+        const double cost = m_state.cost[v];
+        const double better = cost < 0.0 ? m_state.upper[v] : m_state.lower[v];
+        if (cost == 0.0 || std::fabs(better) == kInfinity ||
+            m_state.status[v] == BasisStatus::Basic || columns.start[v] != columns.start[v + 1])
+            continue;
+        m_state.status[v] = cost < 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
+        m_state.Rest(v);
+    }
 }
 
 void PrimalSimplex::StartAfresh()

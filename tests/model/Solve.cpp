@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
 
 namespace
 {
@@ -188,6 +189,20 @@ TEST(Solve, TellsWhereItStands)
     EXPECT_TRUE(seen.back().feasible);
     EXPECT_GT(seen.back().objective, 10.0);
     EXPECT_LT(seen.back().objective, solution.objective);
+}
+
+/// Thousands of columns that no row uses take no pivot each.
+TEST(Solve, ColumnsOfNoRowCostNoPivots)
+{
+    nuv::Model model;
+    nuv::Expression objective;
+    for (int j = 0; j < 5000; ++j)
+        objective += model.AddVariable("x" + std::to_string(j));
+    model.Maximize(objective);
+    const nuv::Solution solution = model.Solve();
+    EXPECT_EQ(solution.status, nuv::SolveStatus::Unbounded);
+    EXPECT_TRUE(solution.proved);
+    EXPECT_LT(solution.proof.doublePivots + solution.proof.exactPivots, 100U);
 }
 
 }  // namespace
