@@ -1,8 +1,7 @@
-# cmake -DNM=... -DOBJDUMP=... "-DOBJECTS=file;file" -DINSTRUMENTED=... -P CheckObjects.cmake
+# cmake -DNM=... -DOBJDUMP=... "-DOBJECTS=file;file" -P CheckObjects.cmake
 #
 # The library's objects ask for the C library alone: no symbol of a C++ runtime is left undefined when
-# all of them are together, and none runs code before main. A sanitizer's own constructors
-# (INSTRUMENTED) are not the library's.
+# all of them are together, and none runs code before main.
 cmake_minimum_required(VERSION 3.25)
 
 # The names that `nm` with the flags given knows in the object.
@@ -23,7 +22,7 @@ foreach(object IN LISTS OBJECTS)
     list(APPEND defined ${names})
     execute_process(
         COMMAND ${OBJDUMP} -h ${object} OUTPUT_VARIABLE sections COMMAND_ERROR_IS_FATAL ANY)
-    if(NOT INSTRUMENTED AND sections MATCHES "\\.(init_array|ctors|fini_array|dtors)")
+    if(sections MATCHES "\\.(init_array|ctors|fini_array|dtors)")
         message(SEND_ERROR "${object} runs code before or after main: ${CMAKE_MATCH_0}")
     endif()
 endforeach()
