@@ -64,30 +64,30 @@ struct BasisInverse
 NuvSizeT PaddedLength(NuvSizeT count);
 
 /// Takes the arrays of an inverse of dimension m, of which `maxPriced` rows may have a cost.
-void LayOut(BasisInverse* inverse, NuvUint m, NuvUint maxPriced, Cutter* cutter);
+void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter);
 /// Makes it the identity.
-void SetToIdentity(BasisInverse* inverse);
+void SetToIdentity(BasisInverse* x);
 /// Stores a column that was a unit vector.
 /// @return the column, for the caller to change.
-NuvFloat32* StoreColumn(BasisInverse* inverse, NuvUint column);
+NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column);
 /// @return an entry, with no update pending.
-NuvFloat32 EntryOf(const BasisInverse* inverse, NuvUint row, NuvUint column);
+NuvFloat32 EntryOf(const BasisInverse* x, NuvUint row, NuvUint column);
 
 /// Tells the cost of the variable that is basic in a row, before any update.
-void SetCost(BasisInverse* inverse, NuvUint row, NuvFloat32 cost);
+void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost);
 /// prices = costs · inverse, before any update.
-void ComputePrices(BasisInverse* inverse, NuvFloat32* prices);
+void ComputePrices(BasisInverse* x, NuvFloat32* prices);
 
-/// resultX = inverse · x and, unless y is null, resultY = inverse · y, in one walk that also adds
-/// the pending update to the columns.
-void MultiplyByInverse(BasisInverse* inverse, const NuvFloat32* x, NuvFloat32* resultX,
-                       const NuvFloat32* y, NuvFloat32* resultY);
+/// result = inverse · vector and, unless otherVector is null, otherResult = inverse · otherVector,
+/// in one walk that also adds the pending update to the columns.
+void MultiplyByInverse(BasisInverse* x, const NuvFloat32* vector, NuvFloat32* result,
+                       const NuvFloat32* otherVector, NuvFloat32* otherResult);
 /// Prepares eta for a pivot in `row` on the direction.
 /// @return false when eta is not finite, as for a pivot without a finite reciprocal.
-bool FormEta(BasisInverse* inverse, const NuvFloat32* direction, NuvUint row);
+bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row);
 /// Makes the update of the eta formed last the pending one, and brings the priced rows and the
 /// prices up to date; `cost` is that of the entering variable.
-void Update(BasisInverse* inverse, NuvUint row, NuvFloat32 cost, NuvFloat32* prices);
+void Update(BasisInverse* x, NuvUint row, NuvFloat32 cost, NuvFloat32* prices);
 }  // namespace nuv
 
 #endif

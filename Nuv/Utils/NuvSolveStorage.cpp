@@ -9,12 +9,6 @@ namespace
 constexpr NuvSizeT maxBlocks = 12;
 }  // namespace
 
-bool TakeWorkspace(Workspace* workspace, NuvAllocator* allocator, NuvSizeT size)
-{
-    *workspace = {allocator, NuvAllocatorAllocate(allocator, size), size};
-    return workspace->block != nullptr;
-}
-
 void GiveBack(Workspace* workspace)
 {
     if (workspace->block)

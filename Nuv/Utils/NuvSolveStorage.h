@@ -15,16 +15,17 @@ namespace nuv
 class Cutter
 {
 public:
-    explicit Cutter(void* block) : base(static_cast<unsigned char*>(block)), size(0)
+    explicit Cutter(void* block)
+        : base(static_cast<unsigned char*>(block)), isCounting(!block), size(0)
     {
-        if (block)
+        if (!isCounting)
             base += (lineSize - reinterpret_cast<uintptr_t>(block) % lineSize) % lineSize;
     }
 
     template <class T>
     void Take(T** array, NuvSizeT count)
     {
-        *array = base ? reinterpret_cast<T*>(base + size) : nullptr;
+        *array = isCounting ? nullptr : reinterpret_cast<T*>(base + size);
         size += (count * sizeof(T) + lineSize - 1) / lineSize * lineSize;
     }
 
@@ -38,6 +39,7 @@ private:
     static constexpr NuvSizeT lineSize = 64;
 
     unsigned char* base;
+    bool isCounting;
     NuvSizeT size;
 };
 
@@ -50,7 +52,12 @@ struct Workspace
 };
 
 /// @return false when the block is refused.
-bool TakeWorkspace(Workspace* workspace, NuvAllocator* allocator, NuvSizeT size);
+inline bool TakeWorkspace(Workspace* workspace, NuvAllocator* allocator, NuvSizeT size)
+{
+    *workspace = {allocator, NuvAllocatorAllocate(allocator, size), size};
+    return workspace->block != nullptr;
+}
+
 void GiveBack(Workspace* workspace);
 
 /// Takes blocks of the sizes and leaves them with the allocator for good.

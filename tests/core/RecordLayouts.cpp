@@ -1,6 +1,6 @@
 // The records that callers share with the library byte for byte: the order of their fields, their
-// types, offsets and sizes. What is asserted here is checked by the compiler, tools/machines does so
-// for other machines; the one test looks at values that only a run shows.
+// types, offsets and sizes. What is asserted here is checked by the compiler, tools/machines does
+// so for other machines; the one test looks at values that only a run shows.
 #include <cstddef>
 #include <type_traits>
 
