@@ -111,7 +111,7 @@ bool DualSimplex::Iterate(SimplexVerdict& verdict)
     }
     if (m_pivotsLeft == 0)
         return false;
-    if (m_watch.Stops({Stage::Double, false, m_pivots, 0.0}))
+    if (m_watch.Stops({Stage::Double, false, m_pivots, std::nan("")}))
     {
         verdict = SimplexVerdict::Stopped;
         return false;

@@ -23,7 +23,7 @@ struct Progress
     bool feasible = false;     ///< whether the current basis is primal feasible
     std::uint64_t pivots = 0;  ///< of this stage
     /// Of the current basis, without the form's constant; the sum of violations while infeasible.
-    /// Not known (NaN) in the exact stage, whose numbers are too long for that.
+    /// NaN where a stage does not know it, as the exact one, whose numbers are too long for that.
     double objective = 0.0;
 };
 

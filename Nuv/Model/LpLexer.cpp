@@ -147,18 +147,4 @@ std::string_view Lexer::NameRun(const char* at) const noexcept
     return {at, static_cast<std::size_t>(end - at)};
 }
 
-bool EqualsIgnoringCase(std::string_view text, std::string_view word) noexcept
-{
-    if (text.size() != word.size())
-        return false;
-    for (std::size_t i = 0; i < text.size(); ++i)
-    {
-        const char c = text[i];
-        const char lower = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-        if (lower != word[i])
-            return false;
-    }
-    return true;
-}
-
 }  // namespace nuv::lp

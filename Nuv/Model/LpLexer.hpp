@@ -8,6 +8,8 @@
 /// line is kept, since the format needs it where a right-hand side ends.
 #pragma once
 
+#include "Nuv/Model/LetterCase.hpp"
+
 #include <cstdint>
 #include <string_view>
 
@@ -92,8 +94,5 @@ private:
     const char* m_end;
     bool m_started = false;
 };
-
-/// @return whether `text` reads as `word`, which is in lower case, in any letter case.
-[[nodiscard]] bool EqualsIgnoringCase(std::string_view text, std::string_view word) noexcept;
 
 }  // namespace nuv::lp

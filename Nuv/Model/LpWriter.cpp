@@ -2,6 +2,7 @@
 /// met.
 #include "Nuv/Model/LpWriter.hpp"
 
+#include "Nuv/Model/LetterCase.hpp"
 #include "Nuv/Model/LpKeywords.hpp"
 #include "Nuv/Model/LpReader.hpp"
 #include "Nuv/Model/NumberText.hpp"
@@ -40,7 +41,7 @@ bool IsReserved(std::string_view name) noexcept
         return true;
     for (const std::string_view word : {"free", "inf", "infinity", "nan", "subject", "such"})
     {
-        if (lp::EqualsIgnoringCase(name, word))
+        if (EqualsIgnoringCase(name, word))
             return true;
     }
     return false;

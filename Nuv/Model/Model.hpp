@@ -53,8 +53,7 @@ struct SolveOptions;
 class Model
 {
 public:
-    // -- Stating a model
-    // ---------------------------------------------------------------------------------------------
+    // Stating a model -------------------------------------------------------
 
     /// @return an invalid handle, with Failure() set, if the name is empty or taken or a bound is
     /// no number.
@@ -101,8 +100,7 @@ public:
     [[nodiscard]] Solution Solve() const;
     [[nodiscard]] Solution Solve(const SolveOptions& options) const;
 
-    // -- Asking
-    // ------------------------------------------------------------------------------------------------------
+    // Asking ----------------------------------------------------------------
 
     [[nodiscard]] std::optional<Variable> FindVariable(std::string_view name) const noexcept;
     [[nodiscard]] std::optional<Row> FindRow(std::string_view name) const noexcept;
@@ -193,8 +191,8 @@ public:
         return m_coefficients;
     }
 
-    // -- For readers
-    // -------------------------------------------------------------------------------------------------
+    // For readers -----------------------------------------------------------
+    //
     // Indices are trusted, numbers are not NaN; finiteness is the reader's to check, since it has
     // the line to blame.
 

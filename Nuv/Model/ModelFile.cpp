@@ -2,6 +2,7 @@
 /// name decides only about text that looks like neither format.
 #include "Nuv/Model/ModelFile.hpp"
 
+#include "Nuv/Model/LetterCase.hpp"
 #include "Nuv/Model/LpKeywords.hpp"
 #include "Nuv/Model/LpReader.hpp"
 #include "Nuv/Model/MpsLine.hpp"
@@ -20,7 +21,7 @@ bool EndsLikeMps(std::string_view path) noexcept
     const auto endsWith = [&](std::string_view ending)
     {
         return path.size() >= ending.size() &&
-               lp::EqualsIgnoringCase(path.substr(path.size() - ending.size()), ending);
+               EqualsIgnoringCase(path.substr(path.size() - ending.size()), ending);
     };
     if (endsWith(".gz"))
         path.remove_suffix(3);
@@ -41,7 +42,7 @@ bool OpensLikeMps(std::string_view text) noexcept
     constexpr std::string_view kOpenings[] = {"name", "rows", "objsense"};
     return std::any_of(std::begin(kOpenings), std::end(kOpenings),
                        [&](std::string_view opening)
-                       { return lp::EqualsIgnoringCase(words.word[0], opening); });
+                       { return EqualsIgnoringCase(words.word[0], opening); });
 }
 
 /// Whether the text opens with a comment or with the sense of the objective, as LP files do.

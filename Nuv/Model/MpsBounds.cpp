@@ -2,7 +2,7 @@
 /// record sets one side or both, the last one of a side holds.
 #include "Nuv/Model/MpsParser.hpp"
 
-#include "Nuv/Model/LpLexer.hpp"
+#include "Nuv/Model/LetterCase.hpp"
 
 #include "fmt/format.h"
 
@@ -35,7 +35,7 @@ const Parser::BoundType* Parser::FindBoundType(std::string_view name) noexcept
     };
     for (const BoundType& type : kTypes)
     {
-        if (lp::EqualsIgnoringCase(name, type.name))
+        if (EqualsIgnoringCase(name, type.name))
             return &type;
     }
     return nullptr;

@@ -2,7 +2,7 @@
 /// what can only be said when all of it is known.
 #include "Nuv/Model/MpsParser.hpp"
 
-#include "Nuv/Model/LpLexer.hpp"
+#include "Nuv/Model/LetterCase.hpp"
 
 #include "fmt/format.h"
 
@@ -39,7 +39,7 @@ Section FindSection(std::string_view word) noexcept
 {
     for (const SectionWord& known : kSections)
     {
-        if (lp::EqualsIgnoringCase(word, known.word))
+        if (EqualsIgnoringCase(word, known.word))
             return known.section;
     }
     return Section::Unknown;
@@ -49,12 +49,12 @@ std::optional<Sense> FindSense(std::string_view word) noexcept
 {
     for (const std::string_view known : {"max", "maximize", "maximise", "maximum"})
     {
-        if (lp::EqualsIgnoringCase(word, known))
+        if (EqualsIgnoringCase(word, known))
             return Sense::Maximize;
     }
     for (const std::string_view known : {"min", "minimize", "minimise", "minimum"})
     {
-        if (lp::EqualsIgnoringCase(word, known))
+        if (EqualsIgnoringCase(word, known))
             return Sense::Minimize;
     }
     return std::nullopt;
@@ -210,7 +210,7 @@ void Parser::ReadComment()
 {
     constexpr std::string_view kKey = "*sense:";
     const std::string_view text = m_line.text;
-    if (m_senseComment != nullptr || !lp::EqualsIgnoringCase(text.substr(0, kKey.size()), kKey))
+    if (m_senseComment != nullptr || !EqualsIgnoringCase(text.substr(0, kKey.size()), kKey))
         return;
     const std::optional<Sense> sense = FindSense(Trimmed(text.substr(kKey.size())));
     if (!sense)

@@ -46,7 +46,7 @@ struct SolveProgress
     std::uint64_t pivots = 0;  ///< of this stage
     double seconds = 0.0;      ///< since the start
     /// Of the current basis, in the model's sense; the sum of violations while there is no feasible
-    /// basis; not known (NaN) in the float and the exact stage.
+    /// basis; NaN where the stage does not know it.
     double objective = 0.0;
     bool feasible = false;
 };

@@ -40,25 +40,40 @@ bool WriteWhole(const std::string& path, std::string_view text)
     return std::fclose(file.release()) == 0 && isWritten;
 }
 
+/// A device or a pipe must not be replaced by a file, nor /dev/stdout, even where a file is behind
+/// it.
+bool IsWrittenAsItIs(const std::string& path)
+{
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    return path.starts_with("/dev/") ||
+           (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status));
+}
+
 }  // namespace
 
 ExitCode WriteTo(const std::string& path, std::string_view text, ExitCode otherwise)
 {
     if (path.empty() || path == "-")
         return WriteOutput(text, otherwise);
-    // A device or a pipe is written as it is: it must not be replaced by a file.
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+    if (IsWrittenAsItIs(path))
         return WriteWhole(path, text) ? otherwise : Complain(path, std::strerror(errno));
-    const std::string beside = path + ".nuvlp-new";
+    std::error_code error;
+    std::error_code ignored;
+    // Behind a symbolic link the file is replaced, not the link.
+    std::filesystem::path target = path;
+    if (std::filesystem::is_symlink(path, ignored))
+        target = std::filesystem::canonical(path, error);
+    if (error)
+        return Complain(path, error.message().c_str());
+    const std::string beside = target.string() + ".nuvlp-new";
     if (!WriteWhole(beside, text))
     {
         const ExitCode code = Complain(path, std::strerror(errno));
         std::filesystem::remove(beside, error);
         return code;
     }
-    std::filesystem::rename(beside, path, error);
+    std::filesystem::rename(beside, target, error);
     if (!error)
         return otherwise;
     const std::string reason = error.message();

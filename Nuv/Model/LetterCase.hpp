@@ -1,0 +1,25 @@
+/// Words of file formats, which count in any letter case. Only the letters of ASCII have one here.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace nuv
+{
+
+/// @return whether `text` reads as `word`, which is in lower case, in any letter case.
+[[nodiscard]] inline bool EqualsIgnoringCase(std::string_view text, std::string_view word) noexcept
+{
+    if (text.size() != word.size())
+        return false;
+    for (std::size_t i = 0; i < text.size(); ++i)
+    {
+        const char c = text[i];
+        const char lower = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        if (lower != word[i])
+            return false;
+    }
+    return true;
+}
+
+}  // namespace nuv

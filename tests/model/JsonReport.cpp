@@ -1,0 +1,149 @@
+// The JSON of a result: its shape for each verdict, read back by the strict reader.
+#include "Nuv/Model/FloatSolve.hpp"
+#include "Nuv/Model/JsonReader.hpp"
+#include "Nuv/Model/JsonReport.hpp"
+#include "tests/model/LpText.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace nuv::test
+{
+namespace
+{
+
+std::string ReportOf(std::string_view text, const SolveOptions& options = {})
+{
+    const Reading reading = ReadText(text);
+    return JsonReport(*reading.model, Solve(*reading.model, options), reading.diagnostics);
+}
+
+JsonValue Parsed(const std::string& json)
+{
+    DiagnosticLog log("report", json);
+    std::optional<JsonValue> value = ReadJson(json, log);
+    EXPECT_TRUE(value) << json;
+    return value ? std::move(*value) : JsonValue();
+}
+
+/// The keys of an object, with blanks between them.
+std::string Keys(const JsonValue* object)
+{
+    std::string text;
+    for (const std::string& key : object ? object->keys : std::vector<std::string>())
+        text.append(text.empty() ? "" : " ").append(key);
+    return text;
+}
+
+TEST(JsonReport, IsOneObjectInOneLine)
+{
+    EXPECT_EQ(ReportOf("max 3 x + y st a: x + y <= 4 end"),
+              "{\"schema\":\"nuvlp/result/1\",\"status\":\"optimal\",\"objective\":12,"
+              "\"proof\":{\"outcome\":\"proved\",\"objective\":\"12\"},"
+              "\"pivots\":{\"float\":1,\"double\":0,\"exact\":0},"
+              "\"float_stage\":{\"outcome\":\"optimal\"},"
+              "\"variables\":[{\"name\":\"x\",\"value\":4,\"reduced_cost\":0,\"basis\":\"basic\"},"
+              "{\"name\":\"y\",\"value\":0,\"reduced_cost\":-2,\"basis\":\"lower\"}],"
+              "\"rows\":[{\"name\":\"a\",\"activity\":4,\"lower\":null,\"upper\":4,\"slack\":0,"
+              "\"dual\":3,\"basis\":\"upper\"}],"
+              "\"conflict\":[],\"farkas\":[],\"ray\":[],\"warnings\":[]}\n");
+}
+
+TEST(JsonReport, HasTheSameKeysForEveryVerdict)
+{
+    const char* const keys = "schema status objective proof pivots float_stage variables rows "
+                             "conflict farkas ray warnings";
+    SolveOptions stopped;
+    stopped.seconds = 0.0;
+    for (const auto& [json, status] :
+         {std::pair(ReportOf("max x st a: x <= 4 end"), "optimal"),
+          std::pair(ReportOf("max x st a: x <= 4 b: x >= 5 end"), "infeasible"),
+          std::pair(ReportOf("max x st a: x >= 4 end"), "unbounded"),
+          std::pair(ReportOf("max x st a: x <= 4 end", stopped), "stopped"),
+          std::pair(ReportOf("max 5 st end"), "optimal")})
+    {
+        const JsonValue value = Parsed(json);
+        EXPECT_EQ(Keys(&value), keys) << status;
+        ASSERT_TRUE(value.Find("status"));
+        EXPECT_EQ(value.Find("status")->text, status);
+    }
+}
+
+TEST(JsonReport, NamesWhatContradicts)
+{
+    const JsonValue value = Parsed(ReportOf("max x st a: x <= 4 b: x >= 5 c: y <= 2 end"));
+    EXPECT_EQ(value.Find("objective")->kind, JsonValue::Kind::Null);
+    ASSERT_EQ(value.Find("conflict")->items.size(), 2U);
+    EXPECT_EQ(value.Find("conflict")->items[0].Find("row")->text, "a");
+    EXPECT_EQ(value.Find("conflict")->items[0].Find("side")->text, "upper");
+    ASSERT_EQ(value.Find("farkas")->items.size(), 2U);
+    EXPECT_EQ(value.Find("farkas")->items[0].Find("multiplier")->text, "-1");
+    EXPECT_EQ(value.Find("farkas")->items[1].Find("multiplier")->text, "1");
+}
+
+TEST(JsonReport, NamesTheDirectionThatImproves)
+{
+    const JsonValue value = Parsed(ReportOf("max x + y st a: x - y <= 4 b: z <= 3 end"));
+    for (const JsonValue& entry : value.Find("ray")->items)
+        EXPECT_NE(entry.Find("name")->text, "z");
+    EXPECT_FALSE(value.Find("ray")->items.empty());
+}
+
+TEST(JsonReport, HasRangesWhereTheyWereAskedFor)
+{
+    SolveOptions options;
+    options.sensitivity = true;
+    const JsonValue value = Parsed(ReportOf("max 3 x + y st a: x + y <= 4 end", options));
+    EXPECT_EQ(Keys(&value.Find("variables")->items[0]),
+              "name value reduced_cost basis objective_range");
+    const JsonValue* const range = value.Find("variables")->items[1].Find("objective_range");
+    EXPECT_EQ(range->items[0].kind, JsonValue::Kind::Null)
+        << "y may be worth as little as it likes";
+    EXPECT_EQ(range->items[1].text, "3");
+    const JsonValue* const side = value.Find("rows")->items[0].Find("rhs_range");
+    EXPECT_EQ(side->items[0].text, "0");
+    EXPECT_EQ(side->items[1].kind, JsonValue::Kind::Null);
+}
+
+TEST(JsonReport, StatesViolationsWhereNothingIsProved)
+{
+    SolveOptions options;
+    options.useFloatStage = false;
+    options.doublePivots = 0;
+    options.exactPivots = 0;
+    const JsonValue value = Parsed(ReportOf("max x st a: x <= 4 b: x >= 1 end", options));
+    EXPECT_EQ(Keys(value.Find("proof")), "outcome primal_violation dual_violation");
+    EXPECT_EQ(value.Find("proof")->Find("outcome")->text, "not proved");
+    EXPECT_EQ(value.Find("proof")->Find("primal_violation")->text, "1");
+}
+
+TEST(JsonReport, LeavesOutWhatSinglePrecisionDoesNotKnow)
+{
+    const Model model = *ReadText("max 3 x + y st a: x + y <= 4 end").model;
+    const JsonValue value = Parsed(JsonReport(model, SolveInFloats(model), {}));
+    EXPECT_EQ(value.Find("proof")->Find("outcome")->text, "not proved");
+    EXPECT_EQ(Keys(&value.Find("variables")->items[0]), "name value");
+    EXPECT_EQ(Keys(&value.Find("rows")->items[0]), "name activity lower upper slack");
+}
+
+TEST(JsonReport, CarriesTheWarningsOfTheReader)
+{
+    const JsonValue value = Parsed(ReportOf("max x\nst\n x <= 4\nbounds\n x <= -3\nend"));
+    const JsonValue* const warnings = value.Find("warnings");
+    ASSERT_EQ(warnings->items.size(), 1U);
+    EXPECT_EQ(Keys(&warnings->items[0]), "line column code text");
+    EXPECT_EQ(warnings->items[0].Find("line")->text, "5");
+    EXPECT_EQ(warnings->items[0].Find("column")->text, "7");
+    EXPECT_EQ(warnings->items[0].Find("code")->text, "lp.negative-upper-bound");
+}
+
+TEST(JsonReport, IsUtf8WhateverTheNames)
+{
+    const std::string json = ReportOf("max \xFF\"x st a: \xFF\"x <= 4 end");
+    EXPECT_NE(json.find("{\"name\":\"\xEF\xBF\xBD\\\"x\","), std::string::npos) << json;
+    (void)Parsed(json);
+}
+
+}  // namespace
+}  // namespace nuv::test
