@@ -11,6 +11,7 @@
 
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
+#include "tests/support/Effort.hpp"
 
 using nuv::InstructionSet;
 using nuv::Kernels;
@@ -127,7 +128,7 @@ void WalkBy(const Kernels* kernels, WalkData* data, const WalkKind& kind)
 
 TEST_P(KernelsAgainstPlainLoops, AWalkUpdatesAndSumsEachElementInOrder)
 {
-    for (int i = 0; i != 1200 && !HasFailure(); ++i)
+    for (int i = 0; i != ShareOf(1200) && !HasFailure(); ++i)
     {
         const std::size_t count = random.Below(22);
         const std::size_t first = Kernels::tile * random.Below(3);
@@ -184,7 +185,7 @@ TEST_P(KernelsAgainstPlainLoops, OneNumberThatIsNotFiniteIsFoundWhereverItStands
 
 TEST_P(KernelsAgainstPlainLoops, AnEtaColumnIsTheNegatedMultipleAndToldWhenNotFinite)
 {
-    for (int i = 0; i != 600; ++i)
+    for (int i = 0; i != ShareOf(600); ++i)
     {
         const Floats direction = Vector(Tiles(5), i % 2 == 0);
         const float reciprocal = Draw(i % 3 == 0);
@@ -200,7 +201,7 @@ TEST_P(KernelsAgainstPlainLoops, AnEtaColumnIsTheNegatedMultipleAndToldWhenNotFi
 
 TEST_P(KernelsAgainstPlainLoops, TheLargestDifferenceAboveZeroIsTheLastOfEqualOnes)
 {
-    for (int i = 0; i != 2000 && !HasFailure(); ++i)
+    for (int i = 0; i != ShareOf(2000) && !HasFailure(); ++i)
     {
         const std::size_t length = Tiles(5);
         const Floats costs = Vector(length, i % 2 == 0);
@@ -234,7 +235,7 @@ TEST_P(KernelsAgainstPlainLoops, TheLargestDifferenceAboveZeroIsTheLastOfEqualOn
 
 TEST_P(KernelsAgainstPlainLoops, TheSmallestRatioIsTheFirstOfEqualOnes)
 {
-    for (int i = 0; i != 2000 && !HasFailure(); ++i)
+    for (int i = 0; i != ShareOf(2000) && !HasFailure(); ++i)
     {
         const std::size_t length = Tiles(5);
         const Floats values = Vector(length, i % 2 == 0);
@@ -263,7 +264,7 @@ TEST_P(KernelsAgainstPlainLoops, TheSmallestRatioIsTheFirstOfEqualOnes)
 
 TEST_P(KernelsAgainstPlainLoops, AProductSumsInIncreasingIndexOfTheInnerDimension)
 {
-    for (int i = 0; i != 400 && !HasFailure(); ++i)
+    for (int i = 0; i != ShareOf(400) && !HasFailure(); ++i)
     {
         const std::size_t rows = random.Below(10);
         const std::size_t inner = random.Below(9);

@@ -9,6 +9,7 @@
 
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
+#include "tests/support/Effort.hpp"
 #include "tests/support/RefusedAllocations.hpp"
 
 using namespace reference;
@@ -161,7 +162,7 @@ TEST(StorageRefused, ModelsThatOverflowOnTheWaySurvive)
 {
     Random random(0x0F10);
     for (const Family family : Families())
-        for (int i = 0; !IsTame(family) && i != 8; ++i)
+        for (int i = 0; !IsTame(family) && i != ShareOf(8); ++i)
         {
             const Problem problem = MakeModel(family, 3, 3, random.Next());
             SCOPED_TRACE(NameOf(family));
