@@ -1,0 +1,93 @@
+"""The core as a shared library whose objects are replaced one at a time, and its tests, linked once.
+
+The flags are those of a build tree configured by CMake; all symbols are visible here, because tests
+call functions that are not exported.
+"""
+import json
+import os
+import shlex
+import subprocess
+from pathlib import Path
+
+
+class Unit:
+    """A source of the core with the command that compiles it, and the files that it reads."""
+
+    def __init__(self, entry, root):
+        words = shlex.split(entry["command"])
+        at = words.index("-o")
+        kept = words[:at] + words[at + 2 : words.index("-c")]
+        dropped = ("-fvisibility", "-Werror", "-W")
+        self.command = [word for word in kept if not word.startswith(dropped)]
+        self.command += ["-fvisibility=default", "-w"]
+        self.source = Path(entry["file"]).relative_to(root)
+        self.name = self.source.stem
+        listed = subprocess.run(
+            self.command + ["-MM", str(self.source)], cwd=root, check=True, capture_output=True, text=True
+        ).stdout
+        words = listed.replace("\\\n", " ").split(":", 1)[1].split()
+        files = [Path(os.path.relpath(Path(root, word).resolve(), root)) for word in words]
+        self.reads = {file for file in files if file.parts[0] == "Nuv"}
+
+
+class Core:
+    def __init__(self, root, tree, work):
+        self.root, self.tree, self.work = Path(root), Path(tree), Path(work)
+        self.work.mkdir(parents=True, exist_ok=True)
+        entries = json.loads((self.tree / "compile_commands.json").read_text())
+        self.units = [
+            Unit(entry, self.root) for entry in entries if "/NuvLinearProgramming.dir/" in entry["command"]
+        ]
+        self.files = sorted(set().union(*(unit.reads for unit in self.units)))
+
+    def compile(self, unit, output, overlay=None, flags=("-c",)):
+        """Compiles a unit, reading files from `overlay` first. Answers whether it compiled."""
+        command, source = list(unit.command), self.root / unit.source
+        if overlay:
+            command.insert(1, f"-I{overlay}")
+            if (overlay / unit.source).exists():
+                source = overlay / unit.source
+        command += [*flags, "-o", str(output), str(source)]
+        return subprocess.run(command, cwd=self.root, stderr=subprocess.DEVNULL).returncode == 0
+
+    def assemble(self, assembly, output):
+        """The assembler alone. Answers whether it took the text."""
+        command = ["as", "-o", str(output), str(assembly)]
+        return subprocess.run(command, stderr=subprocess.DEVNULL).returncode == 0
+
+    def relative(self, path):
+        """The name of a file of the core below the root, or None."""
+        resolved = os.path.relpath(Path(self.root, path).resolve(), self.root)
+        return Path(resolved) if resolved.startswith("Nuv/") else None
+
+    def object_of(self, unit):
+        return self.work / f"{unit.name}.o"
+
+    def compile_all(self):
+        for unit in self.units:
+            if not self.compile(unit, self.object_of(unit)):
+                raise SystemExit(f"{unit.source} does not compile")
+
+    def link(self, directory, replaced):
+        """Links the library with some objects replaced. Answers whether it could be linked."""
+        directory.mkdir(parents=True, exist_ok=True)
+        objects = [str(replaced.get(unit.name, self.object_of(unit))) for unit in self.units]
+        # -Bsymbolic-functions: the library calls itself, as it does with hidden symbols.
+        command = ["cc", "-shared", "-fuse-ld=lld", "-Wl,-Bsymbolic-functions"]
+        command += ["-o", str(directory / "libcore.so"), *objects]
+        return subprocess.run(command, stderr=subprocess.DEVNULL).returncode == 0
+
+    def link_tests(self, names):
+        """Links the test programs of the build tree with the shared library; answers their paths."""
+        programs = []
+        for name in names:
+            objects = sorted((self.tree / f"tests/CMakeFiles/{name}.dir").rglob("*.o"))
+            if not objects:
+                raise SystemExit(f"{name} is not built")
+            program = self.work / name
+            command = ["c++", "-fuse-ld=lld", "-o", str(program), *map(str, objects)]
+            command += [str(self.tree / "tests/libnuv_test_reference.a")]
+            command += [f"-L{self.work}", "-lcore", "-lgtest_main", "-lgtest", "-pthread"]
+            subprocess.run(command, check=True)
+            programs.append(program)
+        return programs

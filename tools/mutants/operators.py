@@ -1,0 +1,135 @@
+"""Mutants of the source: operators and constants, found in clang's syntax trees of all units.
+
+A file that is stamped out per element type is changed once, for all types.
+"""
+from pathlib import Path
+
+from clang.cindex import CursorKind, Index, TokenKind
+
+OTHER_BINARY = {
+    "<": ("<=", ">="), "<=": ("<", ">"), ">": (">=", "<="), ">=": (">", "<"), "==": ("!=",), "!=": ("==",),
+    "&&": ("||",), "||": ("&&",), "+": ("-",), "-": ("+",), "*": ("/",), "/": ("*",), "%": ("/",),
+    "&": ("|",), "|": ("&",), "^": ("&",), "<<": (">>",), ">>": ("<<",),
+    "+=": ("-=",), "-=": ("+=",), "|=": ("&=",), "&=": ("|=",), "<<=": (">>=",), ">>=": ("<<=",),
+}  # fmt: skip
+OTHER_UNARY = {"++": ("--",), "--": ("++",), "!": ("",), "-": ("",)}
+OTHER_WORD = {"NUV_TRUE": ("NUV_FALSE",), "NUV_FALSE": ("NUV_TRUE",)}
+BINARY = (CursorKind.BINARY_OPERATOR, CursorKind.COMPOUND_ASSIGNMENT_OPERATOR)
+LITERALS = (CursorKind.INTEGER_LITERAL, CursorKind.FLOATING_LITERAL, CursorKind.CXX_BOOL_LITERAL_EXPR)
+
+
+class Change:
+    def __init__(self, file, line, offset, old, new):
+        self.file, self.line, self.offset, self.old, self.new = file, line, offset, old, new
+        self.text = f"{old} -> {new or 'nothing'}"
+
+    def build(self, core, directory):
+        """Compiles what reads the changed file; answers the objects that it replaces, of which there
+        are none when it compiles to the same code, or None when it does not compile."""
+        overlay = directory / "overlay"
+        file = overlay / self.file
+        file.parent.mkdir(parents=True, exist_ok=True)
+        code = (core.root / self.file).read_bytes()
+        end = self.offset + len(self.old)
+        file.write_bytes(code[: self.offset] + self.new.encode() + code[end:])
+        try:
+            return self.compile(core, directory, overlay)
+        finally:
+            file.unlink()
+
+    def compile(self, core, directory, overlay):
+        replaced = {}
+        for unit in core.units:
+            if self.file not in unit.reads:
+                continue
+            output = directory / f"{unit.name}.o"
+            if not core.compile(unit, output, overlay):
+                return None
+            if output.read_bytes() != core.object_of(unit).read_bytes():
+                replaced[unit.name] = output
+        return replaced
+
+
+def _other_literals(text):
+    if text in ("true", "false"):
+        return ("false" if text == "true" else "true",)
+    digits = text.rstrip("uUlLfF") if not text.lower().startswith("0x") else text.rstrip("uUlL")
+    suffix = text[len(digits) :]
+    if "." in digits:
+        return ("1.0F",) if float(digits) == 0 else ("0.0F",)
+    try:
+        value = int(digits, 0)
+    except ValueError:
+        return ()
+    return tuple(f"{other}{suffix}" for other in ((value + 1,) if value == 0 else (value - 1, value + 1)))
+
+
+def _changes_at(cursor):
+    """(token, replacements) of one node, taken from the source as it is written."""
+    kind = cursor.kind
+    if kind in BINARY:
+        children = list(cursor.get_children())
+        if len(children) != 2:
+            return
+        between = children[0].extent.end.offset
+        for token in cursor.get_tokens():
+            if token.extent.start.offset >= between and token.spelling != ")":
+                yield token, OTHER_BINARY.get(token.spelling, ())
+                return
+    elif kind == CursorKind.UNARY_OPERATOR:
+        tokens = list(cursor.get_tokens())
+        for token in tokens[:1] + tokens[-1:]:
+            if token.spelling in OTHER_UNARY and token.kind == TokenKind.PUNCTUATION:
+                yield token, OTHER_UNARY[token.spelling]
+                return
+    elif kind in LITERALS:
+        for token in list(cursor.get_tokens())[:1]:
+            yield token, _other_literals(token.spelling)
+
+
+def _walk(cursor, wanted, found):
+    for child in cursor.get_children():
+        location = child.location
+        if location.file and Path(location.file.name).resolve() not in wanted:
+            continue
+        for token, others in _changes_at(child):
+            place = token.extent.start
+            file = wanted.get(Path(place.file.name).resolve()) if place.file else None
+            for other in others if file else ():
+                found.setdefault((file, place.offset, other), (place.line, token.spelling))
+        _walk(child, wanted, found)
+
+
+def _words(core, found):
+    """The two words for false and true, which are macros and have no node of their own."""
+    for file in core.files:
+        offset = 0
+        for number, line in enumerate((core.root / file).read_text().split("\n"), 1):
+            for word, others in OTHER_WORD.items():
+                at = line.find(word)
+                if at >= 0 and not line.lstrip().startswith(("//", "#")):
+                    start = offset + len(line[:at].encode())
+                    found.setdefault((file, start, others[0]), (number, word))
+            offset += len(line.encode()) + 1
+
+
+def find(core):
+    """All changes in the core's files, in the order of files and places."""
+    wanted = {(core.root / file).resolve(): file for file in core.files}
+    found = {}
+    index = Index.create()
+    for unit in core.units:
+        arguments = [word for word in unit.command[1:] if word.startswith(("-I", "-D", "-std", "-m"))]
+        tree = index.parse(str(core.root / unit.source), args=arguments)
+        errors = [note for note in tree.diagnostics if note.severity >= 3]
+        if errors:
+            raise SystemExit(f"clang does not read {unit.source}: {errors[0].spelling}")
+        _walk(tree.cursor, wanted, found)
+    _words(core, found)
+    mutants = []
+    for (file, offset, new), (line, old) in sorted(found.items()):
+        code = (core.root / file).read_bytes()
+        # A token that comes out of a macro stands elsewhere.
+        if code[offset : offset + len(old)] == old.encode():
+            mutants.append(Change(file, line, offset, old, new))
+    return mutants
