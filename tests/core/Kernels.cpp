@@ -25,6 +25,18 @@ using Floats = std::vector<float>;
 constexpr InstructionSet allSets[] = {InstructionSet::Plain, InstructionSet::Baseline,
                                       InstructionSet::Avx2, InstructionSet::Avx512};
 
+/// What one walk works on: vectors, their factors, and the sums.
+struct WalkData
+{
+    std::vector<Floats> vectors;
+    Floats multipliers;
+    Floats update;
+    Floats x;
+    Floats y;
+    Floats sumsX;
+    Floats sumsY;
+};
+
 class KernelsAgainstPlainLoops : public testing::TestWithParam<InstructionSet>
 {
 protected:
@@ -57,6 +69,22 @@ protected:
         return Kernels::tile * (1 + random.Below(most));
     }
 
+    /// A tile more than is walked; and a factor more, so that y is given also where there are no
+    /// vectors.
+    WalkData Data(std::size_t count, std::size_t last, bool isWild)
+    {
+        WalkData data;
+        for (std::size_t c = 0; c != count; ++c)
+            data.vectors.push_back(Vector(last + Kernels::tile, isWild));
+        data.multipliers = Vector(count, isWild);
+        data.update = Vector(last, isWild);
+        data.x = Vector(count + 1, isWild);
+        data.y = Vector(count + 1, isWild);
+        data.sumsX = Vector(last + Kernels::tile, isWild);
+        data.sumsY = Vector(last + Kernels::tile, isWild);
+        return data;
+    }
+
     Random random{0x1A4E5};
     const Kernels* kernels = nullptr;
 };
@@ -65,18 +93,6 @@ INSTANTIATE_TEST_SUITE_P(Sets, KernelsAgainstPlainLoops, testing::ValuesIn(allSe
 
 // The walk
 // ------------------------------------------------------------------------------------------
-
-/// What one walk works on: vectors, their factors, and the sums.
-struct WalkData
-{
-    std::vector<Floats> vectors;
-    Floats multipliers;
-    Floats update;
-    Floats x;
-    Floats y;
-    Floats sumsX;
-    Floats sumsY;
-};
 
 struct WalkKind
 {
@@ -126,36 +142,33 @@ void WalkBy(const Kernels* kernels, WalkData* data, const WalkKind& kind)
     kernels->walk(&walk);
 }
 
+/// Compares one walk along `count` vectors.
+void CompareWalk(const Kernels* kernels, WalkData expected, const WalkKind& kind)
+{
+    WalkData found = expected;
+    WalkPlainly(&expected, kind);
+    WalkBy(kernels, &found, kind);
+    for (std::size_t c = 0; c != expected.vectors.size(); ++c)
+        EXPECT_TRUE(IsSame(expected.vectors[c], found.vectors[c]));
+    EXPECT_TRUE(IsSame(expected.sumsX, found.sumsX));
+    EXPECT_TRUE(IsSame(expected.sumsY, found.sumsY));
+}
+
+// Every number of vectors and of tiles that decides how they are walked, in every kind of walk.
 TEST_P(KernelsAgainstPlainLoops, AWalkUpdatesAndSumsEachElementInOrder)
 {
-    for (int i = 0; i != ShareOf(1200) && !HasFailure(); ++i)
-    {
-        const std::size_t count = random.Below(22);
-        const std::size_t first = Kernels::tile * random.Below(3);
-        const std::size_t last = first + Kernels::tile * random.Below(8);
-        const WalkKind kind = {random.Chance(50), random.Chance(50), random.Chance(50), first,
-                               last};
-        const bool isWild = i % 2 == 0;
-        WalkData expected;
-        for (std::size_t c = 0; c != count; ++c)
-            expected.vectors.push_back(Vector(last + Kernels::tile, isWild));
-        expected.multipliers = Vector(count, isWild);
-        expected.update = Vector(last, isWild);
-        // One more than is read: y is given, or null, also where there are no vectors.
-        expected.x = Vector(count + 1, isWild);
-        expected.y = Vector(count + 1, isWild);
-        expected.sumsX = Vector(last + Kernels::tile, isWild);
-        expected.sumsY = Vector(last + Kernels::tile, isWild);
-        WalkData found = expected;
-        WalkPlainly(&expected, kind);
-        WalkBy(kernels, &found, kind);
-        SCOPED_TRACE(testing::Message()
-                     << "case " << i << ": " << count << " vectors, " << first << " to " << last);
-        for (std::size_t c = 0; c != count; ++c)
-            EXPECT_TRUE(IsSame(expected.vectors[c], found.vectors[c]));
-        EXPECT_TRUE(IsSame(expected.sumsX, found.sumsX));
-        EXPECT_TRUE(IsSame(expected.sumsY, found.sumsY));
-    }
+    for (std::size_t count = 0; count != 14 && !HasFailure(); ++count)
+        for (std::size_t tiles = 0; tiles != 8; ++tiles)
+            for (unsigned bits = 0; bits != 8; ++bits)
+            {
+                const std::size_t first = Kernels::tile * random.Below(3);
+                const std::size_t last = first + Kernels::tile * tiles;
+                const WalkKind kind = {(bits & 1U) != 0, (bits & 2U) != 0, (bits & 4U) != 0, first,
+                                       last};
+                SCOPED_TRACE(testing::Message() << count << " vectors, " << first << " to " << last
+                                                << ", kind " << bits);
+                CompareWalk(kernels, Data(count, last, random.Chance(50)), kind);
+            }
 }
 
 // Tests of numbers, and choices

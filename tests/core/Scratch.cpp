@@ -123,6 +123,28 @@ TEST_F(Scratch, ANullGivenBackIsNothing)
     EXPECT_EQ(NuvScratchAllocatorGetNumBlocks(&scratch), 0U);
 }
 
+// Larger ones than a chunk, ones that fill it, and none at all; on the heap, which leaves untouched
+// what nobody touches.
+TEST_F(Scratch, BlocksOfAnySizeAfterAMarkAreReleased)
+{
+    NuvScratchAllocator large;
+    NuvScratchAllocatorConstruct(&large, Heap());
+    NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&large);
+    const NuvSizeT mark = NuvScratchAllocatorMark(&large);
+    for (const NuvSizeT size :
+         {NuvSizeT{0}, NuvSizeT{30} << 20U, NuvSizeT{9000}, NuvSizeT{70} << 20U})
+    {
+        char* const block = static_cast<char*>(blocks->allocate(blocks, size));
+        ASSERT_NE(block, nullptr);
+        if (size != 0)
+            block[0] = block[size - 1] = 1;
+    }
+    EXPECT_EQ(NuvScratchAllocatorGetNumBlocks(&large), 4U);
+    NuvScratchAllocatorRelease(&large, mark, nullptr);
+    EXPECT_EQ(NuvScratchAllocatorGetNumBlocks(&large), 0U);
+    NuvScratchAllocatorDestruct(&large);
+}
+
 TEST_F(Scratch, DestructGivesEverythingBack)
 {
     for (int i = 0; i != 5; ++i)

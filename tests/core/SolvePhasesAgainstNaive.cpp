@@ -158,31 +158,37 @@ TEST_P(SolvePhasesAgainstNaive, FromTheLabelsThatPhaseIHandedOver)
 TEST(SolvePhasesAgainstNaiveLarge, FromASingularBasisOfManyRowsWhoseLastColumnsHaveCosts)
 {
     Problem problem = {
-        70, 3, std::vector<float>(210, 0.0F), std::vector<float>(70, 3.0F), {2, 3, 4}};
-    for (const std::size_t row : {5U, 40U, 66U, 69U})
+        140, 3, std::vector<float>(420, 0.0F), std::vector<float>(140, 3.0F), {2, 3, 4}};
+    for (const std::size_t row : {5U, 40U, 133U, 139U})
         for (const std::size_t column : {1U, 2U})
             problem.A[3 * row + column] = static_cast<float>(row + column);
     StandardForm form = MakeStandardForm(problem);
     std::swap(form.basic[20], form.independent[0]);
-    std::swap(form.basic[66], form.independent[1]);
+    std::swap(form.basic[133], form.independent[1]);
     CompareFrom(form, NuvRevisedSimplexSolvePhaseI);
     CompareFrom(form, NuvRevisedSimplexSolvePhaseII);
 }
 
-// Every column of the inverse is stored, and each pivot changes the columns of one tile alone.
+// Every column of the inverse is stored, or the first ones are, and each pivot changes the columns
+// of one tile alone.
 TEST(SolvePhasesAgainstNaiveLarge, FromADiagonalBasis)
 {
-    constexpr std::size_t m = 80;
+    constexpr std::size_t m = 144;
     Problem problem = {m, m, std::vector<float>(m * m, 0.0F), std::vector<float>(m), {}};
     for (std::size_t i = 0; i != m; ++i)
     {
         problem.A[i * m + i] = 3.0F;
         problem.b[i] = static_cast<float>(i + 1);
-        problem.c.push_back(static_cast<float>(i * 7 % 13) - 6.0F);
+        problem.c.push_back(i % 18 == 5 ? -2.0F : 3.0F);
     }
-    StandardForm form = MakeStandardForm(problem);
-    std::swap(form.basic, form.independent);
-    CompareFrom(form, NuvRevisedSimplexSolvePhaseII);
+    for (const std::size_t structural : {m, std::size_t{20}})
+    {
+        StandardForm form = MakeStandardForm(problem);
+        std::swap_ranges(form.basic.begin(),
+                         form.basic.begin() + static_cast<std::ptrdiff_t>(structural),
+                         form.independent.begin());
+        CompareFrom(form, NuvRevisedSimplexSolvePhaseII);
+    }
 }
 
 std::string NameOfFamily(const testing::TestParamInfo<Family>& family)

@@ -26,8 +26,13 @@ const std::vector<Problem>& Problems()
         {2, 2, {1, -1, -1, 0}, {3, 2}, {2, 1}},
         {1, 1, {-1}, {-1e-30F}, {1}},
         {2, 1, {-1, 1}, {-0x1p-149F, 0}, {-1}},
-        // Unbounded in Phase I, where numbers end.
+        // Unbounded in Phase I, and numbers that end in Phase II and in Phase I.
         {1, 1, {-0x1p-149F}, {-1}, {1}},
+        {2,
+         3,
+         {-0x1p-66F, 0x1p-63F, 0x1p+36F, 0, 0, 0x1p-85F},
+         {0x1p+14F, 0},
+         {0x1p-79F, 0x1p-77F, 0x1p+21F}},
         {3, 2, {0, 1, 1, 0, 1, -1}, {0x1.fffffep+127F, 0, -0x1.8p+127F}, {1, 1}},
         MakeModel(Family::NeedsPhaseI, 4, 5, 11)};
     return all;

@@ -58,6 +58,7 @@ TYPED_TEST(UnorderedRefused, ConstructAnswersNullAndHoldsNothing)
                 EXPECT_EQ(allocator.LiveBlocks(), 0u);
             }
             M::Destruct(&map);
+            EXPECT_EQ(map.size, 0u);
             EXPECT_EQ(allocator.LiveBlocks(), 0u);
             EXPECT_EQ(allocator.NullsGivenBack(), 0u);
         });
