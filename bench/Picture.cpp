@@ -25,18 +25,20 @@ constexpr std::array<Series, 6> allSeries = {{{"nuv", "nuv", "nuv"},
                                               {"lp_solve", "lp_solve", "lps"},
                                               {"limit", "memory limit of nuv's pivots", "lim"}}};
 
+/// The instances of a family with so many columns to a row.
 struct Panel
 {
     const char* family;
+    std::size_t columnsPerRow;
     const char* title;
 };
 
-constexpr std::array<Panel, 6> panels = {{{"mixed signs", "mixed signs, m = n"},
-                                          {"phase I", "phase I needed, m = n"},
-                                          {"positive", "all positive, m = n"},
-                                          {"sparse 10 %", "one coefficient in ten, m = n"},
-                                          {"assignment", "assignment, n = 5 m"},
-                                          {"transport", "transport, n = 5 m"}}};
+constexpr std::array<Panel, 6> panels = {{{"mixed signs", 1, "mixed signs, m = n"},
+                                          {"phase I", 1, "phase I needed, m = n"},
+                                          {"positive", 1, "all positive, m = n"},
+                                          {"sparse 10 %", 1, "one coefficient in ten, m = n"},
+                                          {"assignment", 5, "assignment, n = 5 m"},
+                                          {"transport", 5, "transport, n = 5 m"}}};
 
 constexpr double panelWidth = 400.0;
 constexpr double panelHeight = 250.0;
@@ -118,8 +120,8 @@ std::vector<Point> PointsOf(const Results& results, const Panel& panel, const Se
     std::vector<Point> points;
     for (const ComparedInstance& instance : results.instances)
     {
-        const bool isSquare = instance.rows == instance.columns;
-        if (instance.family != panel.family || !(isSquare || instance.columns == 5 * instance.rows))
+        if (instance.family != panel.family ||
+            instance.columns != panel.columnsPerRow * instance.rows)
             continue;
         const auto size = static_cast<double>(instance.rows);
         const bool isLimit = std::string_view(series.contender) == "limit";

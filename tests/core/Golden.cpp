@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "Nuv/Utils/NuvRevisedSimplex.h"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
 #include "tests/support/TestAllocator.hpp"
@@ -194,6 +195,33 @@ TEST(Golden, EveryModelSolvesToItsHash)
                       << (expected == hashes.end() ? "any known value" : expected->second);
     }
 }
+
+#ifndef NUV_SHARED  // which does not export the choice of loops
+TEST(Golden, EveryInstructionSetHasTheSameHashes)
+{
+    using nuv::InstructionSet;
+    const std::map<std::string, Problem> models = AllModels();
+    const std::map<std::string, std::string> hashes = ReadHashes();
+    for (const InstructionSet set : {InstructionSet::Plain, InstructionSet::Baseline,
+                                     InstructionSet::Avx2, InstructionSet::Avx512})
+    {
+        const nuv::Kernels* const kernels = nuv::KernelsOf(set);
+        if (!kernels)
+            continue;
+        for (const auto& [name, hash] : hashes)
+        {
+            TestAllocator allocator;
+            allocator.AcceptLeftBlocks();
+            CoreModel model(models.at(name), allocator);
+            Recorder recorder(pivotLimit);
+            nuv::SolveWatch watch = {&recorder.monitor, 0, kernels};
+            Solution solution = model.Read(nuv::SolveUnderWatch(&model.lp, &watch));
+            solution.pivots = recorder.pivots;
+            EXPECT_EQ(HashOf(solution), hash) << name << ", set " << static_cast<int>(set);
+        }
+    }
+}
+#endif
 
 TEST(Golden, EveryHashHasItsModel)
 {
