@@ -81,11 +81,20 @@ void DeallocateScratch(NuvAllocator* allocator, void* memory, NuvSizeT)
         ReleaseScratch(ScratchOf(allocator), BlockOf(memory));
 }
 
-/// Marks the blocks of one object after another as held, if they come from this allocator.
+bool HasYounger(const NuvScratchAllocator* x, NuvSizeT mark)
+{
+    return x->newest && x->newest->number > mark;
+}
+
+/// Marks the blocks of one object after another as held, if they come from this allocator and a
+/// release to the mark would take them: most of what a model holds is older.
 class Holder
 {
 public:
-    explicit Holder(const NuvScratchAllocator* x) : scratch(x) {}
+    Holder(const NuvScratchAllocator* x, NuvSizeT mark)
+        : scratch(x), chunks(RangeOfChunks(x)), hasYounger(HasYounger(x, mark))
+    {
+    }
 
     void Hold(const NuvLinearProgramming* lp) const
     {
@@ -102,7 +111,11 @@ public:
 private:
     void HoldBlock(const NuvAllocator* allocator, void* memory) const
     {
-        if (allocator == &scratch->allocator && memory && !HoldInChunk(scratch, memory))
+        if (allocator != &scratch->allocator || !memory)
+            return;
+        if (IsInRange(chunks, memory) && HoldInChunk(scratch, memory))
+            return;
+        if (hasYounger)
             BlockOf(memory)->isHeld = true;
     }
 
@@ -150,7 +163,23 @@ private:
     }
 
     const NuvScratchAllocator* scratch;
+    ChunkRange chunks;
+    bool hasYounger;
 };
+
+/// Gives back the blocks younger than `mark` that are not held, and lets go of the others.
+void ReleaseYounger(NuvScratchAllocator* x, NuvSizeT mark)
+{
+    for (NuvScratchBlock* block = x->newest; block && block->number > mark;)
+    {
+        NuvScratchBlock* const older = block->older;
+        if (!block->isHeld)
+            ReleaseScratch(x, block);
+        block = older;
+    }
+    for (NuvScratchBlock* block = x->newest; block; block = block->older)
+        block->isHeld = false;
+}
 }  // namespace
 }  // namespace nuv
 
@@ -195,16 +224,9 @@ void NuvScratchAllocatorRelease(NuvScratchAllocator* x, NuvSizeT mark,
                                 const NuvLinearProgramming* lp)
 {
     if (lp)
-        nuv::Holder(x).Hold(lp);
+        nuv::Holder(x, mark).Hold(lp);
     x->isMarked = NUV_FALSE;
     nuv::ReleaseInChunks(x, mark);
-    for (NuvScratchBlock* block = x->newest; block && block->number > mark;)
-    {
-        NuvScratchBlock* const older = block->older;
-        if (!block->isHeld)
-            nuv::ReleaseScratch(x, block);
-        block = older;
-    }
-    for (NuvScratchBlock* block = x->newest; block; block = block->older)
-        block->isHeld = false;
+    if (nuv::HasYounger(x, mark))
+        nuv::ReleaseYounger(x, mark);
 }

@@ -5,7 +5,6 @@
 #include "Nuv/Utils/NuvScratchChunks.h"
 
 #include <stddef.h>
-#include <stdint.h>
 
 struct alignas(max_align_t) NuvScratchChunk
 {
@@ -188,6 +187,19 @@ bool GiveBackToChunk(NuvScratchAllocator* x, const void* memory)
     if (chunk->numBlocks == 0)
         DropEmptyChunks(x);
     return true;
+}
+
+ChunkRange RangeOfChunks(const NuvScratchAllocator* x)
+{
+    ChunkRange range = {UINTPTR_MAX, 0};
+    for (const NuvScratchChunk* chunk = x->chunks; chunk; chunk = chunk->older)
+    {
+        const uintptr_t first = reinterpret_cast<uintptr_t>(chunk->memory);
+        const uintptr_t end = first + static_cast<uintptr_t>(chunk->used);
+        range.first = first < range.first ? first : range.first;
+        range.end = end > range.end ? end : range.end;
+    }
+    return range;
 }
 
 bool HoldInChunk(const NuvScratchAllocator* x, const void* memory)

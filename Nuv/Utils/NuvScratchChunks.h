@@ -3,6 +3,8 @@
 #ifndef NUV_UTILS_NUVSCRATCHCHUNKS_H
 #define NUV_UTILS_NUVSCRATCHCHUNKS_H
 
+#include <stdint.h>
+
 #include "Nuv/Utils/NuvScratchAllocator.h"
 
 namespace nuv
@@ -12,6 +14,21 @@ void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size);
 
 /// @return false when the block is in no chunk.
 bool GiveBackToChunk(NuvScratchAllocator* x, const void* memory);
+
+/// Where all chunks lie: from `first` to before `end`, and much else between them.
+struct ChunkRange
+{
+    uintptr_t first;
+    uintptr_t end;
+};
+
+ChunkRange RangeOfChunks(const NuvScratchAllocator* x);
+
+inline bool IsInRange(const ChunkRange& range, const void* memory)
+{
+    const uintptr_t at = reinterpret_cast<uintptr_t>(memory);
+    return at >= range.first && at < range.end;
+}
 
 /// Protects a block from the next release.
 /// @return false when the block is in no chunk.
