@@ -236,12 +236,16 @@ private:
         }
     }
 
-    /// The labels after the last pivot; none when there was no pivot, since slacks have no value.
+    /// The labels after the last pivot. None when there was no pivot, since slacks have no value,
+    /// and when Phase I ended with its artificial variable basic at 0: Phase II began with slacks
+    /// then.
     static std::vector<std::uint32_t> LastBasis(const Solution& solution)
     {
         if (solution.pivots.empty())
             return {};
         const Pivot& last = solution.pivots.back();
+        if (last.phase == 1 && last.leaving != 0)
+            return {};
         std::vector<std::uint32_t> labels = last.basic;
         std::replace(labels.begin(), labels.end(), last.leaving, last.entering);
         return labels;

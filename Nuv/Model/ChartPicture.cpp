@@ -156,7 +156,10 @@ std::string DrawCharts(const Model& model, const Solution& solution)
         duals = ChooseBars(
             model,
             [&](std::uint32_t i)
-            { return solution.duals[i] != 0.0 ? solution.duals[i] : Infinity; },
+            {
+                const double dual = solution.duals[i];
+                return dual != 0.0 ? dual : Infinity;
+            },
             [](const Bar& x, const Bar& y) { return std::fabs(x.value) > std::fabs(y.value); });
     }
     const double rows =

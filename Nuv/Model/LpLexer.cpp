@@ -75,7 +75,7 @@ Token Lexer::Next() noexcept
     const char* const begin = m_at;
     if (m_at == m_end)
     {
-        token.text = {m_at, 0};
+        token.text = std::string_view(m_at, m_end);
         return token;
     }
     const bool pointBeforeDigit = *m_at == '.' && m_at + 1 != m_end && Is(m_at[1], kDigit);
