@@ -13,7 +13,7 @@ namespace nuv
 class ExactForm
 {
 public:
-    explicit ExactForm(const LinearForm& form);
+    explicit ExactForm(const LinearForm& linear);
 
     const LinearForm& form;
     std::vector<ExactNumber> entries;  ///< alongside form.byColumn

@@ -32,7 +32,7 @@ struct WorkRow
 class SimplexState
 {
 public:
-    SimplexState(const ScaledForm& form, const Basis& start);
+    SimplexState(const ScaledForm& scaled, const Basis& start);
 
     /// Factorises the basis afresh, replacing columns that make it singular, and recomputes the
     /// values of the basic variables.
