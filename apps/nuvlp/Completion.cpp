@@ -22,6 +22,7 @@ std::string Joined(const std::vector<std::string>& words, std::string_view separ
 std::string VerbNames(const CommandTable& table)
 {
     std::vector<std::string> names;
+    names.reserve(table.verbs.size());
     for (const VerbEntry& verb : table.verbs)
         names.push_back(verb.name);
     return Joined(names, " ");
@@ -30,6 +31,7 @@ std::string VerbNames(const CommandTable& table)
 std::string OptionNames(const std::vector<OptionEntry>& options)
 {
     std::vector<std::string> names;
+    names.reserve(options.size());
     for (const OptionEntry& option : options)
         names.push_back(Joined(option.names, " "));
     return Joined(names, " ");

@@ -8,7 +8,10 @@
 #include <exception>
 #include <iostream>
 
-int main(int argc, char** argv)
+namespace
+{
+
+int Run(int argc, char** argv)
 {
     CLI::App app("Reads, solves and proves linear programs.", "nuvlp");
     nuvlp::SetUpHelp(app);
@@ -35,15 +38,28 @@ int main(int argc, char** argv)
                    ? 0
                    : static_cast<int>(nuvlp::ExitCode::Usage);
     }
+    return static_cast<int>(exitCode);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    try
+    {
+        return Run(argc, argv);
+    }
     catch (const std::bad_alloc&)
     {
         std::fputs("nuvlp: not enough memory\n", stderr);
-        exitCode = nuvlp::ExitCode::Internal;
     }
     catch (const std::exception& error)
     {
         std::fprintf(stderr, "nuvlp: internal error: %s\n", error.what());
-        exitCode = nuvlp::ExitCode::Internal;
     }
-    return static_cast<int>(exitCode);
+    catch (...)
+    {
+        std::fputs("nuvlp: internal error\n", stderr);
+    }
+    return static_cast<int>(nuvlp::ExitCode::Internal);
 }
