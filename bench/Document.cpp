@@ -52,4 +52,10 @@ bool RewriteBlocks(const std::string& path, const std::vector<Block>& blocks)
     }
     return WriteWhole(path, document);
 }
+
+void PrintBlocks(const std::vector<Block>& blocks)
+{
+    for (const Block& block : blocks)
+        std::cout << "== " << block.name << "\n\n" << block.text << '\n';
+}
 }  // namespace bench

@@ -17,6 +17,9 @@ struct Block
 /// Writes the file as a whole; says on standard error if that fails.
 bool WriteWhole(const std::string& path, const std::string& text);
 
+/// Prints the blocks, each under its name.
+void PrintBlocks(const std::vector<Block>& blocks);
+
 /// Replaces these blocks of the document; none of them if it has no place for one.
 bool RewriteBlocks(const std::string& path, const std::vector<Block>& blocks);
 }  // namespace bench

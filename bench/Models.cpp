@@ -128,7 +128,6 @@ int main(int count, char** words)
     if (count == 3)
         isWritten = bench::RewriteBlocks(words[2], blocks);
     else
-        for (const bench::Block& block : blocks)
-            std::cout << "== " << block.name << "\n\n" << block.text << '\n';
+        bench::PrintBlocks(blocks);
     return areGood && isWritten ? EXIT_SUCCESS : EXIT_FAILURE;
 }

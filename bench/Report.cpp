@@ -54,8 +54,7 @@ int main(int count, char** words)
     const std::vector<bench::Block> blocks = bench::MakeBlocks(results);
     if (count == 2)
     {
-        for (const bench::Block& block : blocks)
-            std::cout << "== " << block.name << "\n\n" << block.text << '\n';
+        bench::PrintBlocks(blocks);
         return EXIT_SUCCESS;
     }
     const bool isWritten = bench::RewriteBlocks(words[2], blocks) &&

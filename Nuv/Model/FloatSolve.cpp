@@ -2,41 +2,15 @@
 
 #include "Nuv/Model/Lowering.hpp"
 #include "Nuv/Model/ModelForm.hpp"
-
-#include <chrono>
-#include <cmath>
+#include "Nuv/Model/StageLimits.hpp"
 
 namespace nuv
 {
 namespace
 {
 
-using Clock = std::chrono::steady_clock;
-
-double SecondsSince(Clock::time_point start)
-{
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
 /// The dense matrices and what the pivots leave behind.
 constexpr std::size_t kMostBytes = std::size_t{1} << 30;
-
-FloatLimits LimitsOf(const Lowering& lowering, const SolveOptions& options, Clock::time_point start)
-{
-    FloatLimits limits;
-    limits.bytes = kMostBytes;
-    limits.pivots = options.floatPivots != 0
-                        ? options.floatPivots
-                        : 50 * (std::uint64_t{lowering.form.rows} + lowering.form.columns);
-    limits.keepGoing = [&options, start](const FloatPivot& pivot)
-    {
-        const double seconds = SecondsSince(start);
-        return seconds < options.seconds &&
-               (!options.keepGoing ||
-                options.keepGoing({SolveStage::Float, pivot.number, seconds, std::nan(""), false}));
-    };
-    return limits;
-}
 
 SolveStatus StatusOf(FloatOutcome outcome)
 {
@@ -68,20 +42,11 @@ void LiftPoint(const Model& model, const LinearForm& form, const Lowering& lower
             solution.activities[i] += form.byRow.value[at] * solution.values[form.byRow.index[at]];
 }
 
-/// A variable or row whose bounds cross has no canonical form, and needs none.
-bool Contradicts(const LinearForm& form)
-{
-    for (Index v = 0; v < form.Variables(); ++v)
-        if (form.Lower(v) > form.Upper(v))
-            return true;
-    return false;
-}
-
 }  // namespace
 
 Solution SolveInFloats(const Model& model, const SolveOptions& options)
 {
-    const Clock::time_point start = Clock::now();
+    const SolveClock clock;
     Solution solution;
     if (model.Failure())
     {
@@ -89,7 +54,8 @@ Solution SolveInFloats(const Model& model, const SolveOptions& options)
         return solution;
     }
     const LinearForm form = FormOf(model);
-    if (Contradicts(form))
+    // Bounds that cross have no canonical form, and need none.
+    if (form.Contradicts())
     {
         solution.status = SolveStatus::Infeasible;
         return solution;
@@ -97,16 +63,17 @@ Solution SolveInFloats(const Model& model, const SolveOptions& options)
     const Lowering lowering = Lower(form, options.scaling);
     solution.binary32 = ReportBinary32(lowering);
     if (options.useFloatStage)
-        solution.floatStage = RunFloatStage(lowering.form, LimitsOf(lowering, options, start));
+        solution.floatStage =
+            RunFloatStage(lowering.form, FloatLimitsOf(options, lowering.form, clock, kMostBytes));
     solution.status = StatusOf(solution.floatStage.outcome);
     if (solution.floatStage.outcome == FloatOutcome::Cancelled)
         solution.proof.stopReason =
-            SecondsSince(start) < options.seconds ? StopReason::Cancelled : StopReason::TimeLimit;
+            clock.Seconds() < options.seconds ? StopReason::Cancelled : StopReason::TimeLimit;
     if (solution.floatStage.outcome == FloatOutcome::PivotLimit || !options.useFloatStage)
         solution.proof.stopReason = StopReason::PivotLimit;
     if (solution.status == SolveStatus::Optimal)
         LiftPoint(model, form, lowering, solution);
-    solution.floatSeconds = solution.seconds = SecondsSince(start);
+    solution.floatSeconds = solution.seconds = clock.Seconds();
     return solution;
 }
 

@@ -7,10 +7,9 @@
 namespace nuv
 {
 
-/// Solves in single precision. Limits, scaling and keepGoing are taken from `options`;
-/// without useFloatStage the limit is 0 pivots. There are
-/// neither duals nor reduced costs, and `proved` is false. A solve that ends without a verdict is
-/// Stopped, and `floatStage` says why.
+/// Solves in single precision. Limits, scaling and keepGoing are taken from `options`; without
+/// useFloatStage the limit is 0 pivots. There are neither duals nor reduced costs, and `proved` is
+/// false. A solve that ends without a verdict is Stopped, and `floatStage` says why.
 [[nodiscard]] Solution SolveInFloats(const Model& model, const SolveOptions& options = {});
 
 }  // namespace nuv

@@ -127,6 +127,15 @@ struct LinearForm
         return variable < columns ? cost[variable] : 0.0;
     }
 
+    /// Whether some lower bound is above its upper one, which no point satisfies.
+    [[nodiscard]] bool Contradicts() const noexcept
+    {
+        for (Index v = 0; v < Variables(); ++v)
+            if (Lower(v) > Upper(v))
+                return true;
+        return false;
+    }
+
     /// @return what is wrong with the data, empty if nothing is: array lengths, an index out of
     /// range or out of order in byColumn, byRow that is not byColumn transposed, a number that is
     /// NaN, an infinite coefficient, a lower bound of +infinity or an upper one of -infinity.

@@ -3,10 +3,11 @@
 #include "Nuv/Model/ModelForm.hpp"
 #include "Nuv/Model/Pipeline.hpp"
 #include "Nuv/Model/Solution.hpp"
+#include "Nuv/Model/StageLimits.hpp"
 
-#include <chrono>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace nuv
 {
@@ -15,26 +16,6 @@ namespace
 
 /// What the float stage may take: beyond it the dense matrices cost more than the sparse stage.
 constexpr std::size_t floatBytes = std::size_t{1} << 28;
-
-class Clock
-{
-public:
-    [[nodiscard]] double Seconds() const
-    {
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
-    }
-
-private:
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-};
-
-bool Contradicts(const LinearForm& form)
-{
-    for (Index v = 0; v < form.Variables(); ++v)
-        if (form.Lower(v) > form.Upper(v))
-            return true;
-    return false;
-}
 
 /// Where the float stage stands before a pivot. A basic artificial variable is left out.
 PathStep VertexBefore(const FloatPivot& pivot, const LinearForm& form, const Lowering& lowering,
@@ -56,27 +37,20 @@ PathStep VertexBefore(const FloatPivot& pivot, const LinearForm& form, const Low
 
 /// @return the basis to go on from, if the stage found one.
 std::optional<Basis> RunFloatStage(const LinearForm& form, double sign, const SolveOptions& options,
-                                   const Clock& clock, Solution& solution)
+                                   const SolveClock& clock, Solution& solution)
 {
     const double start = clock.Seconds();
     const Lowering lowering = Lower(form, options.scaling);
     solution.binary32 = ReportBinary32(lowering);
     if (!options.useFloatStage)
         return std::nullopt;
-    FloatLimits limits;
-    limits.bytes = floatBytes;
-    limits.pivots = options.floatPivots != 0
-                        ? options.floatPivots
-                        : 50 * (std::uint64_t{lowering.form.rows} + lowering.form.columns);
-    limits.keepGoing = [&](const FloatPivot& pivot)
-    {
-        if (options.recordPath)
+    FloatLimits limits = FloatLimitsOf(options, lowering.form, clock, floatBytes);
+    if (options.recordPath)
+        limits.keepGoing = [&, goesOn = std::move(limits.keepGoing)](const FloatPivot& pivot)
+        {
             solution.path.push_back(VertexBefore(pivot, form, lowering, sign));
-        const double seconds = clock.Seconds();
-        return seconds < options.seconds &&
-               (!options.keepGoing ||
-                options.keepGoing({SolveStage::Float, pivot.number, seconds, std::nan(""), false}));
-    };
+            return goesOn(pivot);
+        };
     solution.floatStage = nuv::RunFloatStage(lowering.form, limits);
     solution.floatSeconds = clock.Seconds() - start;
     if (solution.floatStage.outcome == FloatOutcome::Skipped)
@@ -84,7 +58,7 @@ std::optional<Basis> RunFloatStage(const LinearForm& form, double sign, const So
     return LiftBasis(lowering, solution.floatStage.basicLabels);
 }
 
-Limits LimitsOf(const SolveOptions& options, const Clock& clock, const LinearForm& form,
+Limits LimitsOf(const SolveOptions& options, const SolveClock& clock, const LinearForm& form,
                 double sign)
 {
     Limits limits;
@@ -164,8 +138,8 @@ Sensitivity InSense(Sensitivity sensitivity, double sign)
 }
 
 /// What is worth knowing of a proved verdict beyond its proof.
-void Analyse(const LinearForm& form, double sign, const SolveOptions& options, const Clock& clock,
-             Solution& solution)
+void Analyse(const LinearForm& form, double sign, const SolveOptions& options,
+             const SolveClock& clock, Solution& solution)
 {
     if (!solution.proved)
         return;
@@ -183,7 +157,7 @@ void Analyse(const LinearForm& form, double sign, const SolveOptions& options, c
 
 Solution Solve(const Model& model, const SolveOptions& options)
 {
-    const Clock clock;
+    const SolveClock clock;
     Solution solution;
     if (model.Failure())
     {
@@ -194,7 +168,7 @@ Solution Solve(const Model& model, const SolveOptions& options)
     LinearForm form = FormOf(model);
     form.numbers = options.numbers;
     std::optional<Basis> start;
-    if (!Contradicts(form))
+    if (!form.Contradicts())
         start = RunFloatStage(form, sign, options, clock, solution);
     solution.proof =
         SolveProved(form, start ? &*start : nullptr, LimitsOf(options, clock, form, sign));

@@ -276,9 +276,9 @@ NUV_NODE* NUV_OP(CreateNode_)(NUV_SELF* l_, const NUV_ELEMENT* t_)
 {
     NUV_NODE* const node =
         static_cast<NUV_NODE*>(NuvAllocatorAllocate(l_->allocator, sizeof(NUV_NODE)));
+    // A failed copy is unreported by contract.
     if (node)
-        NUV_JOIN(NUV_ELEMENT, ConstructCopy)
-    (&node->obj, t_);  // a failed copy is unreported by contract
+        (void)NUV_JOIN(NUV_ELEMENT, ConstructCopy)(&node->obj, t_);
     return node;
 }
 

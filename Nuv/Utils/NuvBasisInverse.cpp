@@ -66,20 +66,15 @@ void LookAtTile(ColumnWalk* w)
     w->hasY = w->y && HasNonzero(w->y + w->first);
 }
 
-/// The walk over columns that are given with their multipliers and factors.
+/// The walk over columns that are given with their multipliers and factors; y may be null.
 Walk WalkOver(const ColumnWalk* w, NuvFloat32* const* vectors, NuvSizeT count,
               const NuvFloat32* multipliers, const NuvFloat32* x, const NuvFloat32* y)
 {
-    return {vectors,
-            count,
-            multipliers,
-            w->hasUpdate ? w->inverse->eta : nullptr,
-            x,
-            w->resultX,
-            w->hasY ? y : nullptr,
-            w->resultY,
-            0,
-            w->inverse->stride,
+    return {vectors,     count,
+            multipliers, w->hasUpdate ? w->inverse->eta : nullptr,
+            x,           w->resultX,
+            y,           w->resultY,
+            0,           w->inverse->stride,
             false};
 }
 
@@ -141,7 +136,7 @@ void WalkMixedTile(const ColumnWalk* w)
         y[count] = w->hasY ? w->y[column] : 0.0F;
         ++count;
     }
-    Walk walk = WalkOver(w, vectors, count, multipliers, x, y);
+    Walk walk = WalkOver(w, vectors, count, multipliers, x, w->hasY ? y : nullptr);
     walk.last = first;
     inverse->kernels->walk(&walk);
     walk.first = first + tile;
@@ -262,8 +257,13 @@ void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
     for (NuvUint k = 0; k != priced->count; ++k)
         priced->eta[k] = x->eta[priced->rows[k]];
     const NuvSizeT length = LengthInUse(x);
+    if (IsStoredAtOnce(x))
+    {
+        UpdatePricesOf(x, 0, length, prices);
+        return;
+    }
     NuvSizeT first = 0;
-    for (NuvSizeT next = 0; next != length && !IsStoredAtOnce(x); next += tile)
+    for (NuvSizeT next = 0; next != length; next += tile)
     {
         if (HasNonzero(x->multipliersBySlot + next))
             continue;

@@ -248,7 +248,12 @@ void MultiplyMatrices(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* resu
                       NuvSizeT inner, NuvSizeT cols)
 {
     if (inner == 0)
-        y = result;  // not read, and it may be null, from which nothing counts
+    {
+        // Sums of nothing; the operands may be null, from which no address is counted.
+        for (NuvSizeT i = 0; i != rows * cols; ++i)
+            result[i] = 0.0F;
+        return;
+    }
     for (; rows >= 4; rows -= 4, x += 4 * inner, result += 4 * cols)
         MultiplyRows<4>(x, y, result, inner, cols);
     for (; rows != 0; --rows, x += inner, result += cols)

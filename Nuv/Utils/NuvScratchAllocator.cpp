@@ -46,13 +46,8 @@ void* AllocateScratch(NuvAllocator* allocator, NuvSizeT size)
     if (size > UINT64_MAX - sizeof(NuvScratchBlock))
         return nullptr;
     if (x->isMarked)
-    {
         if (void* const memory = TakeFromChunk(x, size))
-        {
-            x->bytesSinceMark += size;
             return memory;
-        }
-    }
     NuvScratchBlock* const block = static_cast<NuvScratchBlock*>(
         NuvAllocatorAllocate(x->upstream, size + sizeof(NuvScratchBlock)));
     if (!block)

@@ -28,6 +28,7 @@ constexpr NuvSizeT unit = alignof(max_align_t);
 constexpr NuvSizeT smallestChunk = NuvSizeT(1) << 13U;
 constexpr NuvSizeT largestChunk = NuvSizeT(1) << 26U;
 
+/// How many times as large as all blocks since the mark the next chunk is.
 constexpr NuvSizeT growth = 3;
 
 /// A chunk is taken for blocks of which it holds at least so many.
@@ -90,7 +91,7 @@ Record* FindRecord(NuvScratchChunk* chunk, const void* memory)
     return RecordOf(chunk, first);
 }
 
-/// Makes room of the records and blocks at the end that were given back.
+/// Forgets the blocks at the end that were given back.
 void Shrink(NuvScratchChunk* chunk)
 {
     while (chunk->numRecords != 0 && RecordOf(chunk, chunk->numRecords - 1)->number == 0)
@@ -122,9 +123,9 @@ void DropEmptyChunks(NuvScratchAllocator* x)
     }
 }
 
-/// The size of the next chunk: a multiple of all blocks since the mark, so that there are few. That
-/// the last chunk is larger than all before it together keeps the C library from giving its memory
-/// back to the system after each solve: it holds on to twice the largest block that it was given.
+/// The size of the next chunk: such that there are few. That the last chunk is larger than all
+/// before it together keeps the C library from giving its memory back to the system after each
+/// solve: it holds on to twice the largest block that it was given.
 NuvSizeT NextChunkSize(const NuvScratchAllocator* x)
 {
     if (x->bytesSinceMark < smallestChunk / growth)
@@ -171,6 +172,7 @@ void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size)
     ++chunk->numRecords;
     ++chunk->numBlocks;
     chunk->used += needed;
+    x->bytesSinceMark += size;
     ++x->numBlocks;
     return memory;
 }

@@ -162,21 +162,25 @@ TEST(StorageRefused, AStandardFormIsRefusedWithoutATraceAndCanBePreparedAgain)
         });
 }
 
+/// A random model of the family, solved with each request refused, unless its solve goes on and on.
+void SweepRandomModel(Family family, Random* random)
+{
+    const Problem problem = MakeModel(family, 3, 3, random->Next());
+    SCOPED_TRACE(NameOf(family));
+    if (Solve(problem, 30).status == Status::Stopped)
+        return;
+    const Undisturbed undisturbed(problem);
+    ForEachRefusedAllocation([&](TestAllocator& allocator)
+                             { SolveTwice(problem, undisturbed, true, allocator); });
+}
+
 // Numbers that stop being finite on the way: the solve asks for other storage then.
 TEST(StorageRefused, ModelsThatOverflowOnTheWaySurvive)
 {
     Random random(0x0F10);
     for (const Family family : Families())
         for (int i = 0; !IsTame(family) && i != ShareOf(8); ++i)
-        {
-            const Problem problem = MakeModel(family, 3, 3, random.Next());
-            SCOPED_TRACE(NameOf(family));
-            if (Solve(problem, 30).status == Status::Stopped)
-                continue;
-            const Undisturbed undisturbed(problem);
-            ForEachRefusedAllocation([&](TestAllocator& allocator)
-                                     { SolveTwice(problem, undisturbed, true, allocator); });
-        }
+            SweepRandomModel(family, &random);
 }
 
 using Phase = NuvLinearProgrammingResultType (*)(NuvLinearProgramming*);
@@ -217,14 +221,6 @@ TEST(StorageRefused, RandomModelsOfAllFamiliesSurvive)
 {
     Random random(0x4EF);
     for (const Family family : Families())
-    {
-        const Problem problem = MakeModel(family, 3, 3, random.Next());
-        SCOPED_TRACE(NameOf(family));
-        if (Solve(problem, 30).status == Status::Stopped)
-            continue;
-        const Undisturbed undisturbed(problem);
-        ForEachRefusedAllocation([&](TestAllocator& allocator)
-                                 { SolveTwice(problem, undisturbed, true, allocator); });
-    }
+        SweepRandomModel(family, &random);
 }
 }  // namespace
