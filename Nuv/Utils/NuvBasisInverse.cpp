@@ -429,9 +429,10 @@ bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row)
     // column r is the identity's, as (d − e) · 0 = ±0 and 0 − (±0 · p) = 0.
     const NuvFloat32 reciprocal = 1.0F / direction[row];
     const bool isFinite = x->kernels->formEta(direction, reciprocal, x->eta, x->stride);
-    const NuvFloat32 pivot = 1.0F - (direction[row] - 1.0F) * reciprocal;
-    x->eta[row] = pivot;
-    return isFinite && pivot * 0.0F == 0.0F;
+    // 1 − (d(r) − 1) · p is finite where d(r) · p is: for a small d(r) it is 1 + p, else near 2^25
+    // at most.
+    x->eta[row] = 1.0F - (direction[row] - 1.0F) * reciprocal;
+    return isFinite;
 }
 
 void Update(BasisInverse* x, NuvUint row, NuvFloat32 cost, NuvFloat32* prices)

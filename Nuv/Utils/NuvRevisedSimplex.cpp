@@ -153,9 +153,10 @@ NuvLinearProgrammingResultType HandOver(Iteration* it, NuvLinearProgramming* lp,
         return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     Exchange(it, entering, leaving);
     NuvMemCopy(lp->basic.data, it->basic, it->m * sizeof *it->basic);
+    // At most n are left: the exchange has put label 0 among the n + 1.
     NuvUint next = 0;
     for (NuvUint j = 0; j != it->width; ++j)
-        if (it->independent[j] != 0 && next != it->n)
+        if (it->independent[j] != 0)
             lp->independent.data[next++] = it->independent[j];
     return NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
 }
