@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,55 @@ protected:
 
     TestAllocator upstream;
     NuvScratchAllocator scratch;
+};
+
+/// Cuts blocks out of one, each above the one before or each below it; what comes back is spoilt.
+class Arena
+{
+public:
+    explicit Arena(bool rising)
+        : callbacks{Allocate, Deallocate, UINT64_MAX, this}, memory(1U << 16U), isRising(rising)
+    {
+    }
+
+    operator NuvAllocator*()
+    {
+        return &callbacks;
+    }
+
+    /// How many blocks of the size of a chunk have been taken.
+    std::size_t NumLargeBlocks() const
+    {
+        return numLarge;
+    }
+
+private:
+    static void* Allocate(NuvAllocator* allocator, NuvSizeT size)
+    {
+        Arena& self = *static_cast<Arena*>(allocator->userData);
+        const std::size_t units =
+            (static_cast<std::size_t>(size) + sizeof(Unit) - 1) / sizeof(Unit);
+        if (units > self.memory.size() - self.used)
+            return nullptr;
+        self.used += units;
+        self.numLarge += size >= 8192;
+        const std::size_t first =
+            self.isRising ? self.used - units : self.memory.size() - self.used;
+        return &self.memory[first];
+    }
+
+    static void Deallocate(NuvAllocator*, void* memory, NuvSizeT size)
+    {
+        std::memset(memory, 0xFE, static_cast<std::size_t>(size));
+    }
+
+    using Unit = std::max_align_t;
+
+    NuvAllocator callbacks;
+    std::vector<Unit> memory;
+    bool isRising;
+    std::size_t used = 0;
+    std::size_t numLarge = 0;
 };
 
 void EnterFactory(SmallModel* model)
@@ -169,6 +219,47 @@ TEST_F(Scratch, ReleaseTakesBackWhatIsYoungerThanTheMark)
     EXPECT_EQ(NumBlocks(), 1U);
     NuvScratchAllocatorRelease(&scratch, first, nullptr);
     EXPECT_EQ(NumBlocks(), 1U);
+}
+
+TEST_F(Scratch, ReleaseOfLargeBlocksLeavesOlderOnes)
+{
+    void* const older = Blocks()->allocate(Blocks(), 8);
+    const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+    ASSERT_NE(Blocks()->allocate(Blocks(), 100000), nullptr);
+    ASSERT_NE(Blocks()->allocate(Blocks(), 200000), nullptr);
+    NuvScratchAllocatorRelease(&scratch, mark, nullptr);
+    EXPECT_EQ(NumBlocks(), 1U);
+    EXPECT_EQ(upstream.LiveBlocks(), 1U);
+    Blocks()->deallocate(Blocks(), older, 8);
+    EXPECT_EQ(upstream.LiveBlocks(), 0U);
+}
+
+// Chunks lie anywhere: the newer below the older, or above it.
+TEST(ScratchChunks, WhatAModelHoldsSurvivesWhereverItsChunksLie)
+{
+    for (const bool isRising : {true, false})
+    {
+        Arena arena(isRising);
+        NuvScratchAllocator scratch;
+        NuvScratchAllocatorConstruct(&scratch, arena);
+        NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
+        {
+            const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+            SmallModel model(2, blocks);
+            EnterFactory(&model);
+            for (NuvUint id = 4; id != 40; ++id)
+                ASSERT_TRUE(model.SetNamedRow(id, {{longName, 1.0F}, {"X2", 1.0F}}, 100));
+            ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
+            ASSERT_GE(arena.NumLargeBlocks(), 2U);
+            NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
+            EXPECT_EQ(model.NumRows(), 39U);
+            EXPECT_EQ(TermsOf(model.FindRow(39)->u.variableCoefficientsByName),
+                      (NamedCoefficients::Terms{{longName, 1.0F}, {"X2", 1.0F}}));
+            EXPECT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
+            EXPECT_EQ(model.Objective(), 36.0F);
+        }
+        NuvScratchAllocatorDestruct(&scratch);
+    }
 }
 
 TEST_F(Scratch, AfterReleaseTheModelHoldsWhatItHeldAndReadsAsBefore)
