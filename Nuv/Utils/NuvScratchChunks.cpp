@@ -16,8 +16,11 @@ struct alignas(max_align_t) NuvScratchChunk
     /// How many blocks are recorded, and can be; the records stand behind this.
     NuvSizeT numRecords;
     NuvSizeT maxRecords;
-    /// How many of the recorded blocks are out.
+    /// How many of the recorded blocks are out, and how many are held.
     NuvSizeT numBlocks;
+    NuvSizeT numHeld;
+    /// No block of the chunk has a smaller number.
+    NuvSizeT firstNumber;
 };
 
 namespace nuv
@@ -152,20 +155,14 @@ bool TakeChunk(NuvScratchAllocator* x, NuvSizeT blockSize)
         NuvAllocatorDeallocate(x->upstream, chunk, SizeWithRecords(maxRecords));
         return false;
     }
-    *chunk = {x->chunks, static_cast<unsigned char*>(memory), size, 0, 0, maxRecords, 0};
+    *chunk = {x->chunks,   static_cast<unsigned char*>(memory), size, 0, 0, maxRecords, 0, 0,
+              x->taken + 1};
     x->chunks = chunk;
     return true;
 }
-}  // namespace
 
-void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size)
+void* Take(NuvScratchAllocator* x, NuvScratchChunk* chunk, NuvSizeT size, NuvSizeT needed)
 {
-    if (size > largestChunk)
-        return nullptr;
-    const NuvSizeT needed = size == 0 ? unit : (size + unit - 1) / unit * unit;
-    if ((!x->chunks || !HasRoom(x->chunks, needed)) && !TakeChunk(x, needed))
-        return nullptr;
-    NuvScratchChunk* const chunk = x->chunks;
     void* const memory = chunk->memory + chunk->used;
     *RecordOf(chunk, chunk->numRecords) = {static_cast<NuvUint>(chunk->used / unit), false,
                                            ++x->taken};
@@ -175,6 +172,22 @@ void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size)
     x->bytesSinceMark += size;
     ++x->numBlocks;
     return memory;
+}
+
+void* TakeFromNewChunk(NuvScratchAllocator* x, NuvSizeT size, NuvSizeT needed)
+{
+    return TakeChunk(x, needed) ? Take(x, x->chunks, size, needed) : nullptr;
+}
+}  // namespace
+
+void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size)
+{
+    if (size > largestChunk)
+        return nullptr;
+    const NuvSizeT needed = size == 0 ? unit : (size + unit - 1) / unit * unit;
+    NuvScratchChunk* const chunk = x->chunks;
+    return chunk && HasRoom(chunk, needed) ? Take(x, chunk, size, needed)
+                                           : TakeFromNewChunk(x, size, needed);
 }
 
 bool GiveBackToChunk(NuvScratchAllocator* x, const void* memory)
@@ -209,7 +222,9 @@ bool HoldInChunk(const NuvScratchAllocator* x, const void* memory)
     NuvScratchChunk* const chunk = ChunkOf(x, memory);
     if (!chunk)
         return false;
-    FindRecord(chunk, memory)->isHeld = true;
+    Record* const record = FindRecord(chunk, memory);
+    chunk->numHeld += record->isHeld ? 0 : 1;
+    record->isHeld = true;
     return true;
 }
 
@@ -217,6 +232,13 @@ void ReleaseInChunks(NuvScratchAllocator* x, NuvSizeT mark)
 {
     for (NuvScratchChunk* chunk = x->chunks; chunk; chunk = chunk->older)
     {
+        if (chunk->firstNumber > mark && chunk->numHeld == 0)
+        {
+            x->numBlocks -= chunk->numBlocks;
+            chunk->numBlocks = 0;
+            continue;
+        }
+        chunk->numHeld = 0;
         for (NuvSizeT i = chunk->numRecords; i != 0; --i)
         {
             Record* const record = RecordOf(chunk, i - 1);
