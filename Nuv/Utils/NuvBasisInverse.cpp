@@ -2,6 +2,8 @@
 // definition: sums over all m terms in increasing index, from +0, and a dense eta matrix.
 #include "Nuv/Utils/NuvBasisInverse.h"
 
+#include <initializer_list>
+
 #include "Nuv/Utils/NuvFloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 
@@ -11,26 +13,8 @@ namespace
 {
 constexpr NuvUint tile = Kernels::tile;
 
-/// Up to this dimension all columns are stored from the beginning, each in the slot of its number:
-/// walking a few more costs less than telling them apart.
-constexpr NuvUint maxStoredAtOnce = 128;
-
-bool IsStoredAtOnce(const BasisInverse* x)
-{
-    return x->m <= maxStoredAtOnce;
-}
-
-bool IsStoredColumn(const BasisInverse* x, NuvUint column)
-{
-    return (x->stored[column / tile] >> column % tile & 1U) != 0;
-}
-
-/// The bits of a tile all of whose columns are stored.
-NuvUint WholeTile(const BasisInverse* x, NuvUint first)
-{
-    const NuvUint left = x->m - first;
-    return left < tile ? (1U << left) - 1 : (1U << tile) - 1;
-}
+/// Up to this length an update is taken to change everything: to look costs more than it saves.
+constexpr NuvSizeT maxUnseen = 64;
 
 /// Whether a tile has an element that is not ±0: any bit but the signs.
 bool HasNonzero(const NuvFloat32* x)
@@ -41,118 +25,6 @@ bool HasNonzero(const NuvFloat32* x)
     for (const NuvUint element : bits)
         any |= element << 1U;
     return any != 0;
-}
-
-/// A walk over the columns of the inverse, from the first tile to the last: in each row the columns
-/// come in increasing order, as the definition sums them.
-struct ColumnWalk
-{
-    BasisInverse* inverse;
-    const NuvFloat32* x;
-    NuvFloat32* resultX;
-    const NuvFloat32* y;
-    NuvFloat32* resultY;
-
-    NuvUint first;
-    bool hasUpdate;
-    bool hasY;
-};
-
-/// Finds out what there is to do in a tile. A column whose multiplier is 0 is not changed by the
-/// update, and an element of y that is 0 adds ±0.
-void LookAtTile(ColumnWalk* w)
-{
-    w->hasUpdate = w->inverse->isPending && HasNonzero(w->inverse->multipliers + w->first);
-    w->hasY = w->y && HasNonzero(w->y + w->first);
-}
-
-/// The walk over columns that are given with their multipliers and factors; y may be null.
-Walk WalkOver(const ColumnWalk* w, NuvFloat32* const* vectors, NuvSizeT count,
-              const NuvFloat32* multipliers, const NuvFloat32* x, const NuvFloat32* y)
-{
-    return {vectors,     count,
-            multipliers, w->hasUpdate ? w->inverse->eta : nullptr,
-            x,           w->resultX,
-            y,           w->resultY,
-            0,           w->inverse->stride,
-            false};
-}
-
-/// The tile at `first` and those after it that are wholly stored and ask for the same.
-/// @return the column after them.
-NuvUint WalkWholeTiles(ColumnWalk* w)
-{
-    const BasisInverse* const inverse = w->inverse;
-    const NuvUint first = w->first;
-    const bool hasUpdate = w->hasUpdate;
-    const bool hasY = w->hasY;
-    NuvUint end = first;
-    do
-    {
-        end += tile;
-        w->first = end;
-        if (end >= inverse->m || inverse->stored[end / tile] != WholeTile(inverse, end))
-            break;
-        LookAtTile(w);
-    } while (w->hasUpdate == hasUpdate && w->hasY == hasY);
-    w->hasUpdate = hasUpdate;
-    w->hasY = hasY;
-    const NuvUint past = end < inverse->m ? end : inverse->m;
-    const Walk walk =
-        WalkOver(w, inverse->columns + first, past - first, inverse->multipliers + first,
-                 w->x + first, w->hasY ? w->y + first : nullptr);
-    inverse->kernels->walk(&walk);
-    return end;
-}
-
-/// A unit column has only its 1 to add, in its own row.
-void AddUnitColumns(ColumnWalk* w)
-{
-    for (NuvUint i = w->first; i != w->first + tile; ++i)
-        w->resultX[i] = w->resultX[i] + w->x[i];
-    for (NuvUint i = w->first; w->hasY && i != w->first + tile; ++i)
-        w->resultY[i] = w->resultY[i] + w->y[i];
-}
-
-/// A tile of some stored columns and some unit columns. The latter stand between the former in the
-/// tile's own rows, where they are read from a tile of the identity; elsewhere they add ±0.
-void WalkMixedTile(const ColumnWalk* w)
-{
-    const BasisInverse* const inverse = w->inverse;
-    const NuvUint first = w->first;
-    NuvFloat32* vectors[tile];
-    NuvFloat32 multipliers[tile];
-    NuvFloat32 x[tile];
-    NuvFloat32 y[tile];
-    NuvUint count = 0;
-    NuvUint bits = inverse->stored[first / tile];
-    for (NuvUint column = first; bits != 0; ++column, bits >>= 1U)
-    {
-        if ((bits & 1U) == 0)
-            continue;
-        vectors[count] = inverse->columns[column];
-        multipliers[count] = inverse->multipliers[column];
-        x[count] = w->x[column];
-        y[count] = w->hasY ? w->y[column] : 0.0F;
-        ++count;
-    }
-    Walk walk = WalkOver(w, vectors, count, multipliers, x, w->hasY ? y : nullptr);
-    walk.last = first;
-    inverse->kernels->walk(&walk);
-    walk.first = first + tile;
-    walk.last = inverse->stride;
-    inverse->kernels->walk(&walk);
-
-    for (NuvUint k = 0; k != tile; ++k)
-        vectors[k] = IsStoredColumn(inverse, first + k) ? inverse->columns[first + k] + first
-                                                        : inverse->unitTile + k * tile;
-    walk = WalkOver(w, vectors, tile, inverse->multipliers + first, w->x + first,
-                    w->hasY ? w->y + first : nullptr);
-    walk.update = w->hasUpdate ? inverse->eta + first : nullptr;
-    walk.sumsX = w->resultX + first;
-    walk.sumsY = w->hasY ? w->resultY + first : nullptr;
-    walk.last = tile;
-    inverse->kernels->walk(&walk);
 }
 
 /// The position of the first priced row that is not before `row`.
@@ -195,49 +67,79 @@ void RemovePriced(PricedRows* priced, NuvUint position)
     --priced->count;
 }
 
+/// Lists what is missing in the last block of stored columns.
+void FillBlock(BasisInverse* x)
+{
+    StoredColumns* const stored = &x->stored;
+    const NuvUint last = x->numStored - 1;
+    stored->count =
+        (x->numStored + StoredColumns::block - 1) / StoredColumns::block * StoredColumns::block;
+    for (NuvSizeT k = x->numStored; k != stored->count; ++k)
+    {
+        stored->elements[k] = x->noColumn;
+        stored->numbers[k] = stored->numbers[last];
+        stored->firsts[k] = stored->numbers[last];
+        stored->gaps[k] = 0;
+        x->storedB[k] = 0.0F;
+        x->storedVector[k] = 0.0F;
+        x->multipliers[k] = 0.0F;
+    }
+}
+
+/// Lists a column among those that are stored.
+void ListColumn(BasisInverse* x, NuvUint column, NuvUint slot)
+{
+    StoredColumns* const stored = &x->stored;
+    const NuvUint count = slot;
+    NuvUint position = count;
+    while (position != 0 && stored->numbers[position - 1] > column)
+        --position;
+    MakeRoom(stored->elements, position, count);
+    MakeRoom(stored->numbers, position, count);
+    MakeRoom(stored->firsts, position, count);
+    MakeRoom(stored->gaps, position, count);
+    MakeRoom(x->slots, position, count);
+    MakeRoom(x->storedB, position, count);
+    const NuvUint first = position == 0 ? 0 : stored->numbers[position - 1] + 1;
+    stored->elements[position] = x->columns[column];
+    stored->numbers[position] = column;
+    stored->firsts[position] = first;
+    stored->gaps[position] = column - first;
+    if (position != count)
+    {
+        stored->firsts[position + 1] = column + 1;
+        stored->gaps[position + 1] = stored->numbers[position + 1] - column - 1;
+    }
+    for (NuvSizeT t = column / tile + 1; t <= x->stride / tile; ++t)
+        ++stored->below[t];
+    x->slots[position] = slot;
+    x->storedB[position] = x->unitB[column];
+    x->unitB[column] = 0.0F;
+}
+
 /// Takes the entries of `row` for multipliers and leaves zeros in their place. Zero instead of the
 /// old entry v makes the update eta(r) · v out of it: +0 + eta(r) · v is what the definition sums.
 void TakeRow(BasisInverse* x, NuvUint row)
 {
-    if (IsStoredAtOnce(x))
+    NuvFloat32* entry = x->room + row;
+    for (NuvUint slot = 0; slot != x->numStored; ++slot, entry += x->stride)
     {
-        for (NuvUint column = 0; column != x->m; ++column)
-        {
-            NuvFloat32* const entry = x->columns[column] + row;
-            x->multipliers[column] = *entry;
-            *entry = 0.0F;
-        }
-        return;
-    }
-    for (NuvUint slot = 0; slot != x->numStored; ++slot)
-    {
-        const NuvUint column = x->columnOfSlot[slot];
-        NuvFloat32* const entry = x->columns[column] + row;
-        x->multipliers[column] = *entry;
         x->multipliersBySlot[slot] = *entry;
         *entry = 0.0F;
     }
+    for (NuvUint k = 0; k != x->numStored; ++k)
+        x->multipliers[k] = x->multipliersBySlot[x->slots[k]];
 }
 
 /// Adds the update to the priced rows in the tiles from `first` to `last`, and sums their prices.
 void UpdatePricesOf(BasisInverse* x, NuvSizeT first, NuvSizeT last, NuvFloat32* prices)
 {
     const PricedRows* const priced = &x->priced;
-    const bool isInPlace = IsStoredAtOnce(x);
-    const Walk walk = {priced->entries,
-                       priced->count,
-                       priced->eta,
-                       isInPlace ? x->multipliers : x->multipliersBySlot,
-                       priced->costs,
-                       isInPlace ? prices : x->pricesBySlot,
-                       nullptr,
-                       nullptr,
-                       first,
-                       last,
-                       true};
+    const Walk walk = {priced->entries, priced->count,   priced->eta, x->multipliersBySlot,
+                       priced->costs,   x->pricesBySlot, first,       last};
     x->kernels->walk(&walk);
     const NuvSizeT end = last < x->numStored ? last : x->numStored;
-    for (NuvSizeT slot = first; !isInPlace && slot < end; ++slot)
+    for (NuvSizeT slot = first; slot < end; ++slot)
         prices[x->columnOfSlot[slot]] = x->pricesBySlot[slot];
 }
 
@@ -257,13 +159,8 @@ void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
     for (NuvUint k = 0; k != priced->count; ++k)
         priced->eta[k] = x->eta[priced->rows[k]];
     const NuvSizeT length = LengthInUse(x);
-    if (IsStoredAtOnce(x))
-    {
-        UpdatePricesOf(x, 0, length, prices);
-        return;
-    }
     NuvSizeT first = 0;
-    for (NuvSizeT next = 0; next != length; next += tile)
+    for (NuvSizeT next = 0; length > maxUnseen && next != length; next += tile)
     {
         if (HasNonzero(x->multipliersBySlot + next))
             continue;
@@ -273,6 +170,24 @@ void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
     }
     if (first != length)
         UpdatePricesOf(x, first, length, prices);
+}
+
+/// Whether the pending update changes rows of a tile. Where eta is 0 it adds ±0, and only in its
+/// own row are there zeros in place of the old entries.
+bool IsTouched(const BasisInverse* x, NuvSizeT first)
+{
+    return !x->isPending || x->pivotRow / tile == first / tile || HasNonzero(x->eta + first);
+}
+
+/// Takes the factors of the stored columns out of a vector, and leaves those of the unit columns.
+void TakeStored(BasisInverse* x, NuvFloat32* vector)
+{
+    for (NuvUint k = 0; k != x->numStored; ++k)
+    {
+        NuvFloat32* const element = vector + x->stored.numbers[k];
+        x->storedVector[k] = *element;
+        *element = 0.0F;
+    }
 }
 }  // namespace
 
@@ -287,7 +202,6 @@ void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter)
     x->m = m;
     x->stride = PaddedLength(m);
     cutter->Take(&x->columns, m);
-    cutter->Take(&x->stored, x->stride / tile);
     cutter->Take(&x->columnOfSlot, m);
     cutter->Take(&x->priced.rows, maxPriced);
     cutter->Take(&x->priced.costs, maxPriced);
@@ -295,11 +209,16 @@ void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter)
     cutter->Take(&x->priced.eta, maxPriced);
     cutter->Take(&x->priced.spare, maxPriced);
     x->priced.numSpare = maxPriced;
-    cutter->Take(&x->eta, x->stride);
-    cutter->Take(&x->multipliers, x->stride);
-    cutter->Take(&x->multipliersBySlot, x->stride);
-    cutter->Take(&x->pricesBySlot, x->stride);
-    cutter->Take(&x->unitTile, tile * tile);
+    cutter->Take(&x->stored.elements, x->stride);
+    cutter->Take(&x->stored.numbers, x->stride);
+    cutter->Take(&x->stored.firsts, x->stride);
+    cutter->Take(&x->stored.gaps, x->stride);
+    cutter->Take(&x->stored.below, x->stride / tile + 1);
+    cutter->Take(&x->slots, x->stride);
+    for (NuvFloat32** const array :
+         {&x->storedB, &x->unitB, &x->noColumn, &x->storedVector, &x->eta, &x->multipliers,
+          &x->multipliersBySlot, &x->pricesBySlot})
+        cutter->Take(array, x->stride);
     cutter->Take(&x->room, m * x->stride);
     cutter->Take(&x->priced.room, maxPriced * x->stride);
 }
@@ -307,42 +226,38 @@ void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter)
 void SetToIdentity(BasisInverse* x)
 {
     x->numStored = 0;
+    x->stored.count = 0;
+    NuvMemZero(x->stored.below, (x->stride / tile + 1) * sizeof *x->stored.below);
     x->isPending = false;
-    NuvMemZero(x->stored, x->stride / tile * sizeof *x->stored);
-    NuvMemZero(x->multipliers, x->stride * sizeof *x->multipliers);
+    NuvMemZero(x->columns, x->m * sizeof *x->columns);
+    NuvMemCopy(x->unitB, x->b, x->stride * sizeof *x->unitB);
+    NuvMemZero(x->noColumn, x->stride * sizeof *x->noColumn);
+    NuvMemZero(x->multipliersBySlot, x->stride * sizeof *x->multipliersBySlot);
     PricedRows* const priced = &x->priced;
     priced->count = 0;
     // The rows that are taken first lie first.
     for (NuvUint k = 0; k != priced->numSpare; ++k)
         priced->spare[k] = priced->room + (priced->numSpare - 1 - k) * x->stride;
-    if (IsStoredAtOnce(x))
-    {
-        for (NuvUint column = 0; column != x->m; ++column)
-            (void)StoreColumn(x, column);
-        return;
-    }
-    NuvMemZero(x->multipliersBySlot, x->stride * sizeof *x->multipliersBySlot);
-    NuvMemZero(x->unitTile, tile * tile * sizeof *x->unitTile);
-    for (NuvUint i = 0; i != tile; ++i)
-        x->unitTile[i * tile + i] = 1.0F;
 }
 
 NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column)
 {
-    if (IsStoredColumn(x, column))
+    if (x->columns[column])
         return x->columns[column];
-    NuvFloat32* const entries = x->room + x->numStored * x->stride;
-    x->columns[column] = entries;
-    x->columnOfSlot[x->numStored++] = column;
-    x->stored[column / tile] |= 1U << column % tile;
-    NuvMemZero(entries, x->stride * sizeof *entries);
-    entries[column] = 1.0F;
-    return entries;
+    const NuvUint slot = x->numStored++;
+    NuvFloat32* const elements = x->room + slot * x->stride;
+    NuvMemZero(elements, x->stride * sizeof *elements);
+    elements[column] = 1.0F;
+    x->columns[column] = elements;
+    x->columnOfSlot[slot] = column;
+    ListColumn(x, column, slot);
+    FillBlock(x);
+    return elements;
 }
 
 NuvFloat32 EntryOf(const BasisInverse* x, NuvUint row, NuvUint column)
 {
-    if (IsStoredColumn(x, column))
+    if (x->columns[column])
         return x->columns[column][row];
     return row == column ? 1.0F : 0.0F;
 }
@@ -361,64 +276,50 @@ void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost)
     if (!isPriced)
         InsertPriced(priced, position, row);
     priced->costs[position] = cost;
-    NuvMemZero(priced->entries[position], x->stride * sizeof **priced->entries);
+    // What is behind is zero since the row was first priced.
+    const NuvSizeT length = isPriced ? LengthInUse(x) : x->stride;
+    NuvMemZero(priced->entries[position], length * sizeof **priced->entries);
 }
 
 void ComputePrices(BasisInverse* x, NuvFloat32* prices)
 {
     const PricedRows* const priced = &x->priced;
     NuvMemZero(prices, x->stride * sizeof *prices);
+    // From here on no unit column has a price: it would be the cost of its own row.
     for (NuvUint k = 0; k != priced->count; ++k)
-    {
-        const NuvUint row = priced->rows[k];
-        if (!IsStoredColumn(x, row))
-            prices[row] = 0.0F + priced->costs[k];
+        (void)StoreColumn(x, priced->rows[k]);
+    for (NuvUint k = 0; k != priced->count; ++k)
         for (NuvUint slot = 0; slot != x->numStored; ++slot)
-            priced->entries[k][slot] = x->columns[x->columnOfSlot[slot]][row];
-    }
+            priced->entries[k][slot] = x->columns[x->columnOfSlot[slot]][priced->rows[k]];
     NuvMemZero(priced->eta, priced->count * sizeof *priced->eta);
     if (x->numStored != 0)
         UpdatePricesOf(x, 0, LengthInUse(x), prices);
 }
 
-void MultiplyByInverse(BasisInverse* x, const NuvFloat32* vector, NuvFloat32* result,
-                       const NuvFloat32* otherVector, NuvFloat32* otherResult)
+void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, NuvFloat32* result)
 {
-    if (IsStoredAtOnce(x))
+    if (vector)
+        TakeStored(x, vector);
+    const ColumnProduct other = {vector ? x->storedVector : nullptr, vector, result};
+    const ColumnProduct none = {nullptr, nullptr, nullptr};
+    const NuvSizeT length = (x->m + tile - 1) / tile * tile;
+    const bool isShort = length <= maxUnseen;
+    for (NuvSizeT first = 0, last; first != length; first = last)
     {
-        const Walk walk = {x->columns,
-                           x->m,
-                           x->multipliers,
-                           x->isPending ? x->eta : nullptr,
-                           vector,
-                           result,
-                           otherVector,
-                           otherResult,
-                           0,
-                           x->stride,
-                           true};
-        x->kernels->walk(&walk);
-        x->isPending = false;
-        return;
-    }
-    NuvMemZero(result, x->stride * sizeof *result);
-    if (otherVector)
-        NuvMemZero(otherResult, x->stride * sizeof *otherResult);
-    ColumnWalk walk = {x, vector, result, otherVector, otherResult, 0, false, false};
-    while (walk.first < x->m)
-    {
-        LookAtTile(&walk);
-        const NuvUint bits = x->stored[walk.first / tile];
-        if (bits == WholeTile(x, walk.first))
-        {
-            walk.first = WalkWholeTiles(&walk);
-            continue;
-        }
-        if (bits == 0)
-            AddUnitColumns(&walk);
-        else
-            WalkMixedTile(&walk);
-        walk.first += tile;
+        const bool isTouched = isShort || IsTouched(x, first);
+        last = isShort ? length : first + tile;
+        while (last != length && IsTouched(x, last) == isTouched)
+            last += tile;
+        // Rows that no update has changed have the values that they had.
+        const ColumnWalk walk = {x->stored,
+                                 x->multipliers,
+                                 x->isPending && isTouched ? x->eta : nullptr,
+                                 isTouched ? ColumnProduct{x->storedB, x->unitB, values} : other,
+                                 isTouched ? other : none,
+                                 first,
+                                 last};
+        if (isTouched || vector)
+            x->kernels->walkColumns(&walk);
     }
     x->isPending = false;
 }
@@ -441,6 +342,7 @@ void Update(BasisInverse* x, NuvUint row, NuvFloat32 cost, NuvFloat32* prices)
     TakeRow(x, row);
     SetCost(x, row, cost);
     UpdatePrices(x, prices);
+    x->pivotRow = row;
     x->isPending = true;
 }
 }  // namespace nuv

@@ -4,8 +4,8 @@
 // whose basic variables have a cost are kept a second time as rows, because prices are sums over
 // rows. A pivot brings the rows up to date at once and the columns when they are next walked.
 //
-// Invariant: a column of the inverse is columns[j] + multipliers[j] · eta if it is stored, else a
-// unit vector. Padding is zero. Not installed.
+// Invariant: a column of the inverse is its stored elements + its multiplier · eta while an update
+// is pending, or a unit vector where none are stored. Padding is zero. Not installed.
 //
 // Why signs of zeros do not show: entries of the inverse only ever enter sums that start at +0, and
 // +0 + (±0) = +0. Why finite is enough to leave products out: 0 · x = ±0 for finite x alone.
@@ -39,23 +39,33 @@ struct BasisInverse
     NuvUint m;
     /// The length of arrays of m elements with their padding.
     NuvSizeT stride;
+    /// The right-hand sides, padded.
+    const NuvFloat32* b;
 
-    /// By column. `stored` has a bit per column, tile by tile.
+    /// By number: where the elements of a stored column are, or null for a unit column.
     NuvFloat32** columns;
-    NuvUint* stored;
     NuvUint numStored;
     NuvUint* columnOfSlot;
     NuvFloat32* room;
     PricedRows priced;
 
-    /// The pending update; multipliers by column, and again by slot.
+    /// The stored columns by increasing number, with their slots and their elements of b; the
+    /// elements of b that belong to unit columns; and a column of zeros, for what is missing.
+    StoredColumns stored;
+    NuvUint* slots;
+    NuvFloat32* storedB;
+    NuvFloat32* unitB;
+    NuvFloat32* noColumn;
+    /// The elements of the vector that b's product is formed with, by stored column.
+    NuvFloat32* storedVector;
+
+    /// The pending update; multipliers by stored column, and again by slot.
     bool isPending;
+    NuvUint pivotRow;
     NuvFloat32* eta;
     NuvFloat32* multipliers;
     NuvFloat32* multipliersBySlot;
     NuvFloat32* pricesBySlot;
-
-    NuvFloat32* unitTile;
 };
 
 /// The length of an array of `count` floats that is walked tile by tile; never a multiple of a
@@ -65,7 +75,7 @@ NuvSizeT PaddedLength(NuvSizeT count);
 
 /// Takes the arrays of an inverse of dimension m, of which `maxPriced` rows may have a cost.
 void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter);
-/// Makes it the identity.
+/// Makes it the identity, for the right-hand sides that `b` points to.
 void SetToIdentity(BasisInverse* x);
 /// Stores a column that was a unit vector.
 /// @return the column, for the caller to change.
@@ -78,10 +88,10 @@ void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost);
 /// prices = costs · inverse, before any update.
 void ComputePrices(BasisInverse* x, NuvFloat32* prices);
 
-/// result = inverse · vector and, unless otherVector is null, otherResult = inverse · otherVector,
-/// in one walk that also adds the pending update to the columns.
-void MultiplyByInverse(BasisInverse* x, const NuvFloat32* vector, NuvFloat32* result,
-                       const NuvFloat32* otherVector, NuvFloat32* otherResult);
+/// values = inverse · b and, unless vector is null, result = inverse · vector, in one walk that
+/// also adds the pending update to the columns. `values` holds what the call before wrote; `vector`
+/// is used up.
+void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, NuvFloat32* result);
 /// Prepares eta for a pivot in `row` on the direction.
 /// @return false when eta is not finite, as for a pivot without a finite reciprocal.
 bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row);

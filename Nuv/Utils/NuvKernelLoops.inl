@@ -2,7 +2,7 @@
 // NUV_KERNELS returns. Everything else here is the including source's own, so that no code made for
 // one machine is ever linked into what another runs.
 #include "Nuv/Utils/NuvKernels.h"
-#include "Nuv/Utils/NuvLanes.inl"
+#include "Nuv/Utils/NuvKernelColumns.inl"
 
 namespace nuv
 {
@@ -20,23 +20,20 @@ constexpr NuvSizeT maxAcross = 4 * Kernels::tile;
 constexpr NuvSizeT maxSideBySide = lanes == 16 ? 4 : 2;
 
 /// Past all vectors, `count` lanes of each from `i` on.
-template <bool hasUpdate, bool hasTwo, NuvSizeT count>
+template <bool hasUpdate, NuvSizeT count>
 NUV_LANES_INLINE void WalkAcross(const Walk& w, NuvSizeT i)
 {
     Lanes update[count];
-    Lanes sumX[count];
-    Lanes sumY[count];
+    Lanes sums[count];
     for (NuvSizeT k = 0; k != count; ++k)
     {
         update[k] = hasUpdate ? Load(w.update + i + k * lanes) : Lanes{};
-        sumX[k] = w.isNew ? Lanes{} : Load(w.sumsX + i + k * lanes);
-        sumY[k] = w.isNew || !hasTwo ? Lanes{} : Load(w.sumsY + i + k * lanes);
+        sums[k] = Lanes{};
     }
     for (NuvSizeT c = 0; c != w.count; ++c)
     {
         const Lanes multiplier = Spread(hasUpdate ? w.multipliers[c] : 0.0F);
         const Lanes x = Spread(w.x[c]);
-        const Lanes y = Spread(hasTwo ? w.y[c] : 0.0F);
         for (NuvSizeT k = 0; k != count; ++k)
         {
             NuvFloat32* const at = w.vectors[c] + i + k * lanes;
@@ -46,58 +43,49 @@ NUV_LANES_INLINE void WalkAcross(const Walk& w, NuvSizeT i)
                 elements = elements + multiplier * update[k];
                 Store(at, elements);
             }
-            sumX[k] = sumX[k] + x * elements;
-            if constexpr (hasTwo)
-                sumY[k] = sumY[k] + y * elements;
+            sums[k] = sums[k] + x * elements;
         }
     }
     for (NuvSizeT k = 0; k != count; ++k)
-    {
-        Store(w.sumsX + i + k * lanes, sumX[k]);
-        if constexpr (hasTwo)
-            Store(w.sumsY + i + k * lanes, sumY[k]);
-    }
+        Store(w.sums + i + k * lanes, sums[k]);
 }
 
-template <bool hasUpdate, bool hasTwo>
+template <bool hasUpdate>
 void WalkAcrossAll(const Walk& w)
 {
     NuvSizeT i = w.first;
     for (; w.last - i >= maxSideBySide * lanes; i += maxSideBySide * lanes)
-        WalkAcross<hasUpdate, hasTwo, maxSideBySide>(w, i);
+        WalkAcross<hasUpdate, maxSideBySide>(w, i);
     if (w.last - i >= 2 * lanes)
     {
-        WalkAcross<hasUpdate, hasTwo, 2>(w, i);
+        WalkAcross<hasUpdate, 2>(w, i);
         i += 2 * lanes;
     }
     if (i != w.last)
-        WalkAcross<hasUpdate, hasTwo, 1>(w, i);
+        WalkAcross<hasUpdate, 1>(w, i);
 }
 
 /// The whole range, along a few vectors from the one at `from` on.
-template <bool hasUpdate, bool hasTwo, NuvSizeT count>
-void WalkAlong(const Walk& w, NuvSizeT from, bool isNew)
+template <bool hasUpdate, NuvSizeT count>
+void WalkAlong(const Walk& w, NuvSizeT from)
 {
     NuvFloat32* at[count];
     Lanes spread[count];
     Lanes spreadX[count];
-    Lanes spreadY[count];
     for (NuvSizeT c = 0; c != count; ++c)
     {
         at[c] = w.vectors[from + c];
         spread[c] = Spread(hasUpdate ? w.multipliers[from + c] : 0.0F);
         spreadX[c] = Spread(w.x[from + c]);
-        spreadY[c] = Spread(hasTwo ? w.y[from + c] : 0.0F);
     }
     const NuvFloat32* const atUpdate = w.update;
-    NuvFloat32* const atX = w.sumsX;
-    NuvFloat32* const atY = w.sumsY;
+    NuvFloat32* const atSums = w.sums;
     const NuvSizeT last = w.last;
+    const bool isNew = from == 0;
     for (NuvSizeT i = w.first; i != last; i += lanes)
     {
         const Lanes update = hasUpdate ? Load(atUpdate + i) : Lanes{};
-        Lanes sumX = isNew ? Lanes{} : Load(atX + i);
-        Lanes sumY = isNew || !hasTwo ? Lanes{} : Load(atY + i);
+        Lanes sums = isNew ? Lanes{} : Load(atSums + i);
         for (NuvSizeT c = 0; c != count; ++c)
         {
             Lanes elements = Load(at[c] + i);
@@ -106,47 +94,49 @@ void WalkAlong(const Walk& w, NuvSizeT from, bool isNew)
                 elements = elements + spread[c] * update;
                 Store(at[c] + i, elements);
             }
-            sumX = sumX + spreadX[c] * elements;
-            if constexpr (hasTwo)
-                sumY = sumY + spreadY[c] * elements;
+            sums = sums + spreadX[c] * elements;
         }
-        Store(atX + i, sumX);
-        if constexpr (hasTwo)
-            Store(atY + i, sumY);
+        Store(atSums + i, sums);
     }
 }
 
-template <bool hasUpdate, bool hasTwo>
+/// The whole range, along the vectors that are left from `from` on, at most `count`.
+template <bool hasUpdate, NuvSizeT count>
+void WalkAlongLast(const Walk& w, NuvSizeT from)
+{
+    if constexpr (count != 0)
+    {
+        if (w.count - from == count)
+            WalkAlong<hasUpdate, count>(w, from);
+        else
+            WalkAlongLast<hasUpdate, count - 1>(w, from);
+    }
+}
+
+template <bool hasUpdate>
 void WalkAll(const Walk& w)
 {
     if (w.last - w.first <= maxAcross || w.count == 0)
     {
-        WalkAcrossAll<hasUpdate, hasTwo>(w);
+        WalkAcrossAll<hasUpdate>(w);
         return;
     }
     NuvSizeT c = 0;
     for (; w.count - c >= maxAtOnce; c += maxAtOnce)
-        WalkAlong<hasUpdate, hasTwo, maxAtOnce>(w, c, w.isNew && c == 0);
-    if (w.count - c >= 4)
-    {
-        WalkAlong<hasUpdate, hasTwo, 4>(w, c, w.isNew && c == 0);
-        c += 4;
-    }
-    for (; c != w.count; ++c)
-        WalkAlong<hasUpdate, hasTwo, 1>(w, c, w.isNew && c == 0);
+        WalkAlong<hasUpdate, maxAtOnce>(w, c);
+    WalkAlongLast<hasUpdate, maxAtOnce - 1>(w, c);
 }
 
 void WalkVectors(const Walk* w)
 {
-    if (w->update && w->y)
-        WalkAll<true, true>(*w);
-    else if (w->update)
-        WalkAll<true, false>(*w);
-    else if (w->y)
-        WalkAll<false, true>(*w);
+    if (w->update)
+        WalkAll<true>(*w);
     else
-        WalkAll<false, false>(*w);
+        WalkAll<false>(*w);
 }
+
+constexpr auto larger = [](const auto& x, const auto& y) { return LargerOf(x, y); };
+constexpr auto smaller = [](const auto& x, const auto& y) { return SmallerOf(x, y); };
 
 bool IsFinite(const NuvFloat32* x, NuvSizeT length)
 {
@@ -179,7 +169,7 @@ Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUin
         Store(differences + i, difference);
         best = LargerOf(difference, best);
     }
-    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Merge(best, LargerOf));
+    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Merge(best, larger));
     if (largest == 0.0F)
         return {largest, 0};
     UintLanes last = {};
@@ -187,10 +177,9 @@ Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUin
     {
         const UintLanes found =
             Load(differences + i) == Spread(largest) ? LoadAs<UintLanes>(numbers + i) : UintLanes{};
-        last = found > last ? found : last;
+        last = LargerOf(found, last);
     }
-    return {largest,
-            Merge(last, [](const UintLanes& a, const UintLanes& b) { return a > b ? a : b; })};
+    return {largest, Merge(last, larger)};
 }
 
 Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, NuvFloat32* ratios,
@@ -205,11 +194,18 @@ Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, 
         Store(ratios + i, ratio);
         best = SmallerOf(ratio, best);
     }
-    const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Merge(best, SmallerOf));
-    NuvUint first = 0;
-    while (smallest != FLT_MAX && ratios[first] != smallest)
-        ++first;
-    return {smallest, first};
+    const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Merge(best, smaller));
+    if (smallest == FLT_MAX)
+        return {smallest, 0};
+    UintLanes first = SpreadUint(UINT32_MAX);
+    for (NuvSizeT i = 0; i != length; i += lanes)
+    {
+        const UintLanes found = Load(ratios + i) == Spread(smallest)
+                                    ? CountFrom(static_cast<NuvUint>(i))
+                                    : SpreadUint(UINT32_MAX);
+        first = SmallerOf(found, first);
+    }
+    return {smallest, Merge(first, smaller)};
 }
 
 /// The product of `numRows` rows of x with a stripe of y that is `numVectors` vectors wide.
@@ -280,8 +276,9 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kernels = {WalkVectors,       FormEta,          IsFinite, FindLargest,
-                             FindSmallestRatio, MultiplyMatrices, Divide,   SubtractMultiple};
+constexpr Kernels kernels = {WalkVectors,      WalkColumns, FormEta,
+                             IsFinite,         FindLargest, FindSmallestRatio,
+                             MultiplyMatrices, Divide,      SubtractMultiple};
 }  // namespace
 
 const Kernels* NUV_KERNELS()

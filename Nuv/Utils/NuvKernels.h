@@ -10,10 +10,8 @@ namespace nuv
 {
 /// A walk along several vectors at once, within the range [first, last) of each:
 ///     vectors[c] += multipliers[c] · update      unless update is null,
-///     sumsX += x[c] · vectors[c]                 one c after the other,
-///     sumsY += y[c] · vectors[c]                 unless y is null.
-/// New sums start at +0, whatever stood there. The vectors are only written where there is an
-/// update.
+///     sums = x[c] · vectors[c] + ...             from +0, one c after the other.
+/// The vectors are only written where there is an update.
 struct Walk
 {
     NuvFloat32* const* vectors;
@@ -21,12 +19,52 @@ struct Walk
     const NuvFloat32* multipliers;
     const NuvFloat32* update;
     const NuvFloat32* x;
-    NuvFloat32* sumsX;
-    const NuvFloat32* y;
-    NuvFloat32* sumsY;
+    NuvFloat32* sums;
     NuvSizeT first;
     NuvSizeT last;
-    bool isNew;
+};
+
+/// The columns of a square matrix of which the others are the identity's, by increasing number.
+/// Their count is a multiple of `block`: those that are missing are columns of zeros with factors
+/// of 0, with the last one's number and no gap.
+struct StoredColumns
+{
+    static constexpr NuvSizeT block = 4;
+
+    NuvFloat32** elements;
+    NuvUint* numbers;
+    /// The identity's columns between a column and the one before it: the first number, and how
+    /// many.
+    NuvUint* firsts;
+    NuvUint* gaps;
+    /// By tile, and one more: how many columns have numbers below the tile's.
+    NuvUint* below;
+    NuvSizeT count;
+};
+
+/// A product of such a matrix with a vector: the sums, and the vector's elements by stored column
+/// and, for the identity's columns, by number, where the others are 0.
+struct ColumnProduct
+{
+    const NuvFloat32* factors;
+    const NuvFloat32* unitFactors;
+    NuvFloat32* sums;
+};
+
+/// A walk along the columns of such a matrix, within the rows [first, last):
+///     columns[c] += multipliers[c] · update      unless update is null,
+///     product.sums = the matrix · a vector       for one product or two,
+/// each sum from +0, in increasing number of the columns. All numbers must be finite.
+struct ColumnWalk
+{
+    StoredColumns columns;
+    const NuvFloat32* multipliers;
+    const NuvFloat32* update;
+    ColumnProduct product;
+    /// Without factors there is none.
+    ColumnProduct other;
+    NuvSizeT first;
+    NuvSizeT last;
 };
 
 /// A number that was looked for, and where it was found.
@@ -43,6 +81,7 @@ struct Kernels
     static constexpr NuvSizeT tile = 16;
 
     void (*walk)(const Walk* walk);
+    void (*walkColumns)(const ColumnWalk* walk);
     /// eta = 0 − direction · reciprocal.
     /// @return whether all of eta is finite.
     bool (*formEta)(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta,

@@ -53,28 +53,44 @@ NUV_LANES_INLINE T Spread(NuvFloat32 x)
     return x - T{};
 }
 
+NUV_LANES_INLINE UintLanes SpreadUint(NuvUint x)
+{
+    return x - UintLanes{};
+}
+
+/// x, x + 1, ... in increasing lane.
+NUV_LANES_INLINE UintLanes CountFrom(NuvUint x)
+{
+    constexpr NuvUint numbers[16] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+    return LoadAs<UintLanes>(numbers) + x;
+}
+
 /// The larger of the two, and `y` when they cannot be compared.
-NUV_LANES_INLINE Lanes LargerOf(const Lanes& x, const Lanes& y)
+template <class T>
+NUV_LANES_INLINE T LargerOf(const T& x, const T& y)
 {
     return x > y ? x : y;
 }
 
 /// The smaller of the two, and `y` when they cannot be compared.
-NUV_LANES_INLINE Lanes SmallerOf(const Lanes& x, const Lanes& y)
+template <class T>
+NUV_LANES_INLINE T SmallerOf(const T& x, const T& y)
 {
     return x < y ? x : y;
 }
 
 #if NUV_LANES > 1
-/// x with its lanes moved down by `distance`, round and round.
-template <class T, int distance, int... i>
-NUV_LANES_INLINE T RotateBy(const T& x, std::integer_sequence<int, i...>)
+/// The lanes of x from `first` on, round and round: as many as there are indices.
+template <int first, class T, int... i>
+NUV_LANES_INLINE auto LanesFrom(const T& x, std::integer_sequence<int, i...>)
 {
-    return __builtin_shufflevector(x, x, ((i + distance) % NUV_LANES)...);
+    constexpr int count = sizeof(T) / 4;
+    return __builtin_shufflevector(x, x, ((i + first) % count)...);
 }
 #endif
 
-/// What an operation that cares neither for order nor for grouping makes of all lanes.
+/// What an operation that cares neither for order nor for grouping makes of all lanes of x: of
+/// vectors that are longer than four lanes it goes on with the halves.
 template <int distance = NUV_LANES / 2, class T, class Operation>
 NUV_LANES_INLINE auto Merge(const T& x, Operation operation)
 {
@@ -85,9 +101,11 @@ NUV_LANES_INLINE auto Merge(const T& x, Operation operation)
         return bits;
     }
     else
-        return Merge<distance / 2>(
-            operation(x, RotateBy<T, distance>(x, std::make_integer_sequence<int, NUV_LANES>())),
-            operation);
+    {
+        constexpr std::make_integer_sequence<int, (distance > 4 ? distance : 4)> kept;
+        return Merge<distance / 2>(operation(LanesFrom<0>(x, kept), LanesFrom<distance>(x, kept)),
+                                   operation);
+    }
 }
 
 /// Whether all lanes are zero, and none is a NaN.
@@ -99,7 +117,7 @@ NUV_LANES_INLINE bool AreZero(const Lanes& x)
     return _mm256_movemask_ps(_mm256_cmp_ps(x, Lanes{}, _CMP_NEQ_UQ)) == 0;
 #else
     return std::bit_cast<NuvFloat32>(
-               Merge(x * x, [](const Lanes& y, const Lanes& z) { return y + z; })) == 0.0F;
+               Merge(x * x, [](const auto& y, const auto& z) { return y + z; })) == 0.0F;
 #endif
 }
 }  // namespace

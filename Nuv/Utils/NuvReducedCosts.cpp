@@ -15,15 +15,6 @@ namespace
 /// How many elements are tested at once for being zero.
 constexpr NuvUint blankLength = 16;
 
-/// Up to this number of rows all are read, whatever their prices: walking a few more costs less
-/// than telling them apart.
-constexpr NuvUint maxReadAtOnce = 64;
-
-bool IsReadAtOnce(const ReducedCosts* x)
-{
-    return x->m <= maxReadAtOnce;
-}
-
 constexpr NuvFloat32 basicCost = -std::numeric_limits<NuvFloat32>::infinity();
 
 /// Where a variable's cost and position are kept.
@@ -118,26 +109,19 @@ void CopyRow(ReducedCosts* x, NuvUint i)
     x->isCopied[i] = true;
 }
 
-void SumRows(ReducedCosts* x)
+void SumRows(ReducedCosts* x, const NuvUint* rows, NuvUint count)
 {
     const NuvFloat32* const prices = PricesOf(x);
-    Walk walk = {x->rows, x->m,    nullptr, nullptr,       prices, x->sums,
-                 nullptr, nullptr, 0,       x->firstSlack, true};
-    if (!IsReadAtOnce(x))
+    Walk walk = {x->vectors, 0, nullptr, nullptr, x->multipliers, x->sums, 0, x->firstSlack};
+    for (NuvUint k = 0; k != count; ++k)
     {
-        walk.vectors = x->vectors;
-        walk.x = x->multipliers;
-        walk.count = 0;
-        for (NuvUint i = 0; i != x->m; ++i)
-        {
-            if (prices[i] == 0.0F)
-                continue;
-            if (!x->isCopied[i])
-                CopyRow(x, i);
-            x->vectors[walk.count] = x->rows[i];
-            x->multipliers[walk.count] = prices[i];
-            ++walk.count;
-        }
+        const NuvUint i = rows[k];
+        if (!x->isCopied[i])
+            CopyRow(x, i);
+        // Without a branch, which nobody could predict.
+        x->vectors[walk.count] = x->rows[i];
+        x->multipliers[walk.count] = prices[i];
+        walk.count += prices[i] != 0.0F ? 1 : 0;
     }
     x->kernels->walk(&walk);
 }
@@ -167,13 +151,15 @@ void SumColumnsOfRow(ReducedCosts* x, const NuvFloat32* prices, NuvUint row)
 
 /// Lists the rows whose prices are not those that were summed last.
 /// @return how many non-zeros they have.
-NuvUint FindChangedRows(ReducedCosts* x, const NuvFloat32* prices, NuvUint* numChanged)
+NuvUint FindChangedRows(ReducedCosts* x, const NuvUint* rows, NuvUint numRows, NuvUint* numChanged)
 {
     SparseColumns* const sparse = &x->sparse;
+    const NuvFloat32* const prices = PricesOf(x);
     NuvUint nonzeros = 0;
     NuvUint count = 0;
-    for (NuvUint i = 0; i != x->m; ++i)
+    for (NuvUint k = 0; k != numRows; ++k)
     {
+        const NuvUint i = rows[k];
         if (prices[i] == sparse->prices[i])
             continue;
         sparse->prices[i] = prices[i];
@@ -185,12 +171,12 @@ NuvUint FindChangedRows(ReducedCosts* x, const NuvFloat32* prices, NuvUint* numC
 }
 
 /// A column in none of whose rows the price has changed keeps its sum: the same terms are summed.
-void SumColumns(ReducedCosts* x)
+void SumColumns(ReducedCosts* x, const NuvUint* rows, NuvUint count)
 {
     const NuvFloat32* const prices = PricesOf(x);
     SparseColumns* const sparse = &x->sparse;
     NuvUint numChanged;
-    const NuvUint nonzeros = FindChangedRows(x, prices, &numChanged);
+    const NuvUint nonzeros = FindChangedRows(x, rows, count, &numChanged);
     // Walking rows costs about three times as much as walking columns.
     if (nonzeros > sparse->starts[x->n] / 3)
     {
@@ -259,8 +245,6 @@ void BeginReducedCosts(ReducedCosts* x, NuvFloat32* copies)
         // Only read, like A.
         x->rows[i] = const_cast<NuvFloat32*>(RowOfA(x, i));
         x->isCopied[i] = false;
-        if (IsReadAtOnce(x))
-            CopyRow(x, i);
     }
 }
 
@@ -290,12 +274,12 @@ NuvFloat32* PricesOf(ReducedCosts* x)
     return x->sums + x->firstSlack;
 }
 
-Choice FindLargestReducedCost(ReducedCosts* x)
+Choice FindLargestReducedCost(ReducedCosts* x, const NuvUint* rows, NuvUint count)
 {
     if (x->isSparse)
-        SumColumns(x);
+        SumColumns(x, rows, count);
     else
-        SumRows(x);
+        SumRows(x, rows, count);
     // A slack's sum is +0 + price · 1: the price itself, which is a sum from +0 and never −0.
     return x->kernels->findLargest(x->costs, x->sums, x->positions, x->differences, x->length);
 }

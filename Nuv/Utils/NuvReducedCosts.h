@@ -76,9 +76,10 @@ void MakeNonbasic(ReducedCosts* x, NuvUint label, NuvFloat32 cost, NuvUint posit
 
 /// The sums of the slacks: the prices of the rows, for the caller to write.
 NuvFloat32* PricesOf(ReducedCosts* x);
-/// Forms all reduced costs from the prices.
+/// Forms all reduced costs from the prices, of which all but those of the rows given are 0. The
+/// rows increase, and stay among those that are given later.
 /// @return the largest if it is above 0, else 0, and the last of its positions, counted from 1.
-Choice FindLargestReducedCost(ReducedCosts* x);
+Choice FindLargestReducedCost(ReducedCosts* x, const NuvUint* rows, NuvUint count);
 /// column = the column of A under `label`; padding is left as it is, which is zero.
 void CopyColumn(const ReducedCosts* x, NuvUint label, NuvFloat32* column, NuvSizeT length);
 }  // namespace nuv

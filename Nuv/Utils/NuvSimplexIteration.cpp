@@ -148,6 +148,7 @@ bool BeginIteration(Iteration* it, SolveWatch* watch, NuvUint phase, const NuvLi
     for (NuvFloat32* const x : {it->basicCosts, it->b, it->column, it->basicValues, it->direction})
         NuvMemZero(x, bytes);
     NuvMemCopy(it->b, lp->b.data, it->m * sizeof *it->b);
+    it->inverse.b = it->b;
     return true;
 }
 
@@ -174,7 +175,8 @@ Entering ChooseEntering(Iteration* it)
 {
     if (it->isLiteral)
         return FindLargestLiterally(it);
-    const Choice largest = FindLargestReducedCost(&it->reducedCosts);
+    const Choice largest = FindLargestReducedCost(&it->reducedCosts, it->inverse.stored.numbers,
+                                                  it->inverse.numStored);
     return {largest.value == 0.0F ? 0 : largest.number - 1, largest.value};
 }
 
@@ -190,7 +192,7 @@ bool ComputeValuesAndDirection(Iteration* it, const Entering* entering)
             MultiplyLiterally(it, it->column, it->direction);
         return true;
     }
-    MultiplyByInverse(&it->inverse, it->b, it->basicValues, hasEntering ? it->column : nullptr,
+    MultiplyByInverse(&it->inverse, it->basicValues, hasEntering ? it->column : nullptr,
                       it->direction);
     // Each entry of a column that an update may have changed is a factor of a basic value: one that
     // is not finite shows there. Prices that are not finite are not to be multiplied by zeros that

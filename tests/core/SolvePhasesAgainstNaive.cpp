@@ -191,6 +191,20 @@ TEST(SolvePhasesAgainstNaiveLarge, FromADiagonalBasis)
     }
 }
 
+// Where a pivot d is so large that d − 1 is d, its row of the inverse becomes zero, and with it the
+// value of the variable that enters.
+TEST(SolvePhasesAgainstNaiveLarge, WithPivotsWhoseRowsVanish)
+{
+    constexpr std::size_t m = 90;
+    Problem problem = {m, m, std::vector<float>(m * m, 0.0F), std::vector<float>(m, 5.0F), {}};
+    for (std::size_t i = 0; i != m; ++i)
+    {
+        problem.A[i * m + i] = i % 7 == 3 ? 0x1p26F : 2.0F;
+        problem.c.push_back(static_cast<float>(1 + i % 11));
+    }
+    CompareFrom(MakeStandardForm(problem), NuvRevisedSimplexSolvePhaseII);
+}
+
 std::string NameOfFamily(const testing::TestParamInfo<Family>& family)
 {
     return NameOf(family.param);
