@@ -223,7 +223,7 @@ NuvBool NUV_OP(Multiply)(const NUV_SELF* x, const NUV_SELF* y, NUV_SELF* result)
     if (x->nc != y->nr)
         return NUV_FALSE;
     (void)NUV_OP(Resize)(result, x->nr, y->nc);  // unreported by contract
-    if (x->nr == 0 || y->nc == 0 || !nuv::IsStored(result))
+    if (!nuv::IsStored(result))
         return NUV_TRUE;
     if (x->nc != 0 && (!nuv::IsStored(x) || !nuv::IsStored(y)))
         return NUV_TRUE;

@@ -17,7 +17,7 @@ NuvBool NUV_OP(Inverse)(const NUV_SELF* x, NUV_SELF* result)
 {
     NUV_SELF y;
     (void)NUV_OP(ConstructCopy)(&y, x);  // a refused copy has no storage, which is tested below
-    if (y.nc == 0 || y.nr != y.nc)
+    if (y.nr != y.nc)
         return NUV_FALSE;  // a copy that is not square stays behind, by contract
     bool isInverted = false;
     if (nuv::IsStored(&y) && NUV_OP(Resize)(result, y.nr, y.nc))

@@ -46,8 +46,6 @@ inline void TransferAll(Link* pos, Link* source)
 template <class Link>
 inline void ExchangeRings(Link* a, Link* b)
 {
-    if (a == b)
-        return;
     Link held;
     CloseRing(&held);
     TransferAll(&held, a);

@@ -17,7 +17,7 @@ bool ResizeMatrices(NuvLinearProgramming* lp, NuvSizeT m)
 {
     const NuvSizeT n = lp->numVars;
     const NuvSizeT columns = n + m;
-    if (m > UINT32_MAX || columns > UINT32_MAX || m * columns > UINT32_MAX)
+    if (columns > UINT32_MAX || m * columns > UINT32_MAX)
         return false;
     const NuvUint rows = static_cast<NuvUint>(m);
     if (!NuvMatrix_NuvFloat32Resize(&lp->A, rows, static_cast<NuvUint>(columns)) ||

@@ -70,8 +70,8 @@ NuvScratchChunk* ChunkOf(const NuvScratchAllocator* x, const void* memory)
     const uintptr_t at = reinterpret_cast<uintptr_t>(memory);
     for (NuvScratchChunk* chunk = x->chunks; chunk; chunk = chunk->older)
     {
-        const uintptr_t begin = reinterpret_cast<uintptr_t>(chunk->memory);
-        if (at >= begin && at - begin < chunk->used)
+        // From an address before the chunk the distance wraps.
+        if (at - reinterpret_cast<uintptr_t>(chunk->memory) < chunk->used)
             return chunk;
     }
     return nullptr;
@@ -182,8 +182,6 @@ void* TakeFromNewChunk(NuvScratchAllocator* x, NuvSizeT size, NuvSizeT needed)
 
 void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size)
 {
-    if (size > largestChunk)
-        return nullptr;
     const NuvSizeT needed = size == 0 ? unit : (size + unit - 1) / unit * unit;
     NuvScratchChunk* const chunk = x->chunks;
     return chunk && HasRoom(chunk, needed) ? Take(x, chunk, size, needed)

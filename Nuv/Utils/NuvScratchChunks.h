@@ -9,6 +9,7 @@
 
 namespace nuv
 {
+/// Takes a block whose size leaves room for rounding up.
 /// @return a block, or null when the block is too large for a chunk, or the chunk is refused.
 void* TakeFromChunk(NuvScratchAllocator* x, NuvSizeT size);
 

@@ -123,6 +123,18 @@ TEST(EditingRefused, ANameIsGivenOrTheModelStaysUsable)
         });
 }
 
+TEST(EditingRefused, ANameThatFindsNoRoomChangesNothing)
+{
+    TestAllocator allocator;
+    const auto model = Prepared(&allocator);
+    allocator.RefuseOnly(1);
+    EXPECT_FALSE(model->Rename(2, longName));
+    EXPECT_EQ(model->Names(), (std::vector<std::string>{"X1", "X2"}));
+    ASSERT_NE(model->Find("X2"), nullptr);
+    EXPECT_EQ(model->Find("X2")->index, 2U);
+    EXPECT_EQ(model->Find(""), nullptr);
+}
+
 TEST(EditingRefused, AnObjectiveLosesTermsAtMost)
 {
     for (const bool isNamed : {false, true})

@@ -125,12 +125,16 @@ TYPED_TEST(MatrixRefused, OperandsWithoutStorageAreNotRead)
     EXPECT_EQ(TypeParam::Equal(&none, &none), NUV_TRUE);
     TypeParam::Reset(&none);
     TypeParam::SetVal(&none, 1, 1, typename TypeParam::Element(5));
-    (void)TypeParam::At(&none, 1, 1);
+    EXPECT_EQ(TypeParam::At(&none, 1, 1), typename TypeParam::Element(0));
     EXPECT_EQ(x.Elements(), ElementsOf<typename TypeParam::Element>({1, 2, 3, 4}));
+    EXPECT_EQ(TypeParam::Assign(&none, &none), &none);
     typename TypeParam::Matrix copy;
     EXPECT_EQ(TypeParam::ConstructCopy(&copy, &none), nullptr);
     EXPECT_EQ(TypeParam::ConstructCopyRange(&copy, &none, 0, 0, 1, 1, nullptr), nullptr);
     EXPECT_EQ(copy.data, nullptr);
+    // Of no columns there is nothing to read.
+    EXPECT_EQ(TypeParam::ConstructCopyRange(&copy, &none, 0, 0, 2, 0, nullptr), &copy);
+    TypeParam::Destruct(&copy);
 }
 
 TYPED_TEST(MatrixRefused, ASwapThatFindsNoRoomForItsCopyKeepsBothMatricesWhole)

@@ -65,6 +65,14 @@ TYPED_TEST(Matrix, ResizeToTheSameShapeKeepsEveryElement)
     EXPECT_EQ(this->blocks.Requests(), 1U);
 }
 
+TYPED_TEST(Matrix, ResizeOfAnEmptyMatrixToNothingAsksForNothing)
+{
+    Held<TypeParam> x(this->allocator);
+    EXPECT_EQ(TypeParam::Resize(x.get(), 0, 0), x.get());
+    EXPECT_TRUE(x.HasShape(0, 0));
+    EXPECT_EQ(this->blocks.Requests(), 0U);
+}
+
 TYPED_TEST(Matrix, DestructOfAnEmptyMatrixGivesNothingBackAndKeepsTheAllocator)
 {
     NotingAllocator noting;

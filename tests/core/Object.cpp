@@ -113,6 +113,7 @@ TEST(Object, ConstructDefaultHoldsNothingButItsTwoTables)
     ASSERT_EQ(NuvLinearProgrammingConstructDefault(&lp, allocator), &lp);
     EXPECT_EQ(lp.alloc, static_cast<NuvAllocator*>(allocator));
     EXPECT_EQ(lp.numVars, 0U);
+    EXPECT_EQ(lp.numConstraints, 0U);
     for (const NuvMatrix_NuvFloat32* const x : {&lp.A, &lp.b, &lp.c})
     {
         EXPECT_EQ(x->allocator, lp.alloc);
@@ -380,6 +381,18 @@ TEST(Object, ConstructWithoutMemoryAnswersNullAndHoldsNothingOrLacksResultsAlone
             }
             EXPECT_EQ(lp.numVars, 4U);
             EXPECT_EQ(NuvUnordered_NuvString__NuvLinearProgrammingVariableSize(&lp.variables), 4U);
+            for (const char* const name : {"X1", "X2", "X3", "X4"})
+            {
+                const auto found = NuvUnordered_NuvString__NuvLinearProgrammingVariableFind(
+                    &lp.variables, Name(name));
+                ASSERT_NE(found,
+                          NuvUnordered_NuvString__NuvLinearProgrammingVariableEnd(&lp.variables));
+                EXPECT_EQ(
+                    TextOf(NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableIteratorContentOf(
+                               &found)
+                               ->second.name),
+                    name);
+            }
             const NuvSizeT results =
                 NuvVector_NuvPair_NuvString__NuvFloat32Size(&lp.variableValues);
             EXPECT_LE(results, 4U);

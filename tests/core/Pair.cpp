@@ -80,8 +80,10 @@ TYPED_TEST(Pair, SwapWithItselfChangesNothing)
     for (const int number : {6, 7})
     {
         ElementOf<P> pair(number, allocator);
+        const std::size_t requests = allocator.Requests();
         EXPECT_EQ(P::Swap(&pair.value, &pair.value), 1);
         EXPECT_EQ(NumberOf(pair.value), number);
+        EXPECT_EQ(allocator.Requests(), requests);
     }
 }
 

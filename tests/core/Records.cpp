@@ -223,6 +223,18 @@ TEST(Constraint, AssignReplacesEitherKindByEitherAndReleasesTheOld)
     EXPECT_EQ(allocator.LiveBlocks(), 0u);
 }
 
+TEST(Constraint, AssignByIndexReusesARoomThatIsLargeEnough)
+{
+    TestAllocator allocator;
+    HeldConstraint x(allocator, IndexedTerms{{4, 1.0F}, {5, 2.0F}, {6, 3.0F}}, 1.0F);
+    const HeldConstraint source(Heap(), IndexedTerms{{7, 4.0F}, {8, 5.0F}}, 9.0F);
+    const auto* const room = x.record.u.variableCoefficientsByIndex.begin;
+    EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&x.record, &source.record), &x.record);
+    ExpectHolds(x.record, IndexedTerms{{7, 4.0F}, {8, 5.0F}}, 9.0F);
+    EXPECT_EQ(x.record.u.variableCoefficientsByIndex.begin, room);
+    EXPECT_EQ(allocator.Requests(), 1u);
+}
+
 TEST(Constraint, AssignToItselfChangesNothing)
 {
     TestAllocator allocator;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstddef>
 #include <cstring>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -65,7 +66,7 @@ class Arena
 {
 public:
     explicit Arena(bool rising)
-        : callbacks{Allocate, Deallocate, UINT64_MAX, this}, memory(1U << 16U), isRising(rising)
+        : callbacks{Allocate, Deallocate, UINT64_MAX, this}, memory(1U << 17U), isRising(rising)
     {
     }
 
@@ -155,6 +156,15 @@ TEST_F(Scratch, ASizeThatLeavesNoRoomForItsHeaderIsRefused)
     for (const NuvSizeT size : {UINT64_MAX, UINT64_MAX - 1, UINT64_MAX - 16})
         EXPECT_EQ(Blocks()->allocate(Blocks(), size), nullptr);
     EXPECT_EQ(upstream.Requests(), 0U);
+    // The largest request is that of all bytes.
+    upstream.RefuseFrom(1);
+    NuvSizeT largest = 0;
+    for (NuvSizeT size = UINT64_MAX - 200; size != UINT64_MAX; ++size)
+    {
+        EXPECT_EQ(Blocks()->allocate(Blocks(), size), nullptr);
+        largest = upstream.LastRequest();
+    }
+    EXPECT_EQ(largest, UINT64_MAX);
 }
 
 TEST_F(Scratch, ABlockOfNoBytesIsABlock)
@@ -234,6 +244,156 @@ TEST_F(Scratch, ReleaseOfLargeBlocksLeavesOlderOnes)
     EXPECT_EQ(upstream.LiveBlocks(), 0U);
 }
 
+TEST_F(Scratch, AChunkGoesBackWithItsLastBlock)
+{
+    (void)NuvScratchAllocatorMark(&scratch);
+    void* const first = Blocks()->allocate(Blocks(), 8);
+    void* const second = Blocks()->allocate(Blocks(), 8);
+    const std::size_t chunk = upstream.LiveBlocks();
+    Blocks()->deallocate(Blocks(), second, 8);
+    EXPECT_EQ(upstream.LiveBlocks(), chunk);
+    Blocks()->deallocate(Blocks(), first, 8);
+    EXPECT_EQ(upstream.LiveBlocks(), 0U);
+}
+
+TEST_F(Scratch, AHoldLastsForOneRelease)
+{
+    const NuvSizeT first = NuvScratchAllocatorMark(&scratch);
+    SmallModel model(40, Blocks());
+    for (NuvUint id = 1; id != 40; ++id)
+        ASSERT_TRUE(model.SetRow(id, {{id, 1.0F}}, 1.0F));
+    ASSERT_EQ(NuvLinearProgrammingPrepareInputs_(&model.lp), NUV_TRUE);
+    NuvScratchAllocatorRelease(&scratch, first, &model.lp);
+    // Now all are older than the mark, and nothing is younger.
+    NuvScratchAllocatorRelease(&scratch, NuvScratchAllocatorMark(&scratch), &model.lp);
+    EXPECT_NE(NumBlocks(), 0U);
+    NuvScratchAllocatorRelease(&scratch, first, nullptr);
+    EXPECT_EQ(NumBlocks(), 0U);
+    NuvLinearProgrammingConstruct(&model.lp, 0, upstream);  // what it held is gone
+}
+
+TEST_F(Scratch, NothingOnAnotherAllocatorIsTouchedByARelease)
+{
+    TestAllocator other;
+    SmallModel model(2, other);
+    EnterFactory(&model);
+    const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+    ASSERT_NE(Blocks()->allocate(Blocks(), 100000), nullptr);
+    NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
+    EXPECT_EQ(NumBlocks(), 0U);
+    other.CheckGuards();
+}
+
+TEST_F(Scratch, AModelWithoutMatricesCanBeHeldBesideALargeBlock)
+{
+    SmallModel model(2, Blocks());
+    const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+    ASSERT_NE(Blocks()->allocate(Blocks(), 100000), nullptr);
+    NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
+    EXPECT_EQ(model.Names(), (std::vector<std::string>{"X1", "X2"}));
+    upstream.CheckGuards();
+}
+
+/// Counts what is asked of the heap, which leaves untouched what nobody touches.
+struct CountingHeap
+{
+    NuvAllocator allocator = {[](NuvAllocator* self, NuvSizeT size)
+                              {
+                                  CountingHeap* const x =
+                                      static_cast<CountingHeap*>(self->userData);
+                                  ++x->requests;
+                                  x->largest = size > x->largest ? size : x->largest;
+                                  return Heap()->allocate(Heap(), size);
+                              },
+                              [](NuvAllocator*, void* memory, NuvSizeT size)
+                              { Heap()->deallocate(Heap(), memory, size); },
+                              UINT64_MAX, this};
+    std::size_t requests = 0;
+    NuvSizeT largest = 0;
+};
+
+// What is known of the first chunk: 8 KiB, at least four blocks, and 64 records.
+TEST(ScratchChunks, TheFirstTakesFourBlocksOfAQuarterOfIt)
+{
+    CountingHeap heap;
+    NuvScratchAllocator scratch;
+    NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
+    NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
+    const auto take = [&](NuvSizeT size)
+    {
+        const std::size_t before = heap.requests;
+        void* const block = blocks->allocate(blocks, size);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % alignof(std::max_align_t), 0U);
+        std::memset(block, 1, static_cast<std::size_t>(size));
+        return heap.requests - before;
+    };
+    NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+    EXPECT_EQ(take(2049), 1U);  // by itself
+    EXPECT_EQ(take(2048), 2U);  // a chunk with its records
+    EXPECT_EQ(heap.largest, 8192U);
+    for (int i = 0; i != 3; ++i)
+        EXPECT_EQ(take(2048), 0U);
+    EXPECT_NE(take(1), 0U);
+    NuvScratchAllocatorRelease(&scratch, mark, nullptr);
+    mark = NuvScratchAllocatorMark(&scratch);
+    EXPECT_EQ(take(0), 2U);
+    for (int i = 1; i != 64; ++i)
+        EXPECT_EQ(take(i % 2 == 0 ? 0U : 17U), 0U);
+    EXPECT_EQ(take(0), 2U);
+    NuvScratchAllocatorRelease(&scratch, mark, nullptr);
+    mark = NuvScratchAllocatorMark(&scratch);
+    EXPECT_EQ(take(100005), 1U);
+    EXPECT_EQ(take(8), 2U);
+    EXPECT_EQ(heap.largest, 300000U);
+    NuvScratchAllocatorRelease(&scratch, mark, nullptr);
+    NuvScratchAllocatorDestruct(&scratch);
+}
+
+TEST_F(Scratch, SmallBlocksAfterAMarkDoNotOverlap)
+{
+    (void)NuvScratchAllocatorMark(&scratch);
+    std::vector<unsigned char*> blocks;
+    for (const NuvSizeT size : {0U, 0U, 1U, 15U, 16U, 17U, 0U, 31U, 33U})
+    {
+        blocks.push_back(static_cast<unsigned char*>(Blocks()->allocate(Blocks(), size)));
+        std::memset(blocks.back(), static_cast<int>(size), static_cast<std::size_t>(size));
+    }
+    EXPECT_EQ(std::set<unsigned char*>(blocks.begin(), blocks.end()).size(), 9U);
+    EXPECT_EQ(blocks[4][15], 16);
+    EXPECT_EQ(blocks[5][16], 17);
+    EXPECT_EQ(blocks[7][30], 31);
+    for (unsigned char* const block : blocks)
+        Blocks()->deallocate(Blocks(), block, 0);
+    EXPECT_EQ(NumBlocks(), 0U);
+    EXPECT_EQ(upstream.LiveBlocks(), 0U);
+}
+
+TEST_F(Scratch, DestructGivesTheFirstBlockBackAlsoOutOfAChunk)
+{
+    (void)NuvScratchAllocatorMark(&scratch);
+    ASSERT_NE(Blocks()->allocate(Blocks(), 8), nullptr);
+    NuvScratchAllocatorDestruct(&scratch);
+    EXPECT_EQ(upstream.LiveBlocks(), 0U);
+}
+
+// Each chunk is larger than all before it together, up to 64 MiB, and comes with its records.
+TEST(ScratchChunks, TheirNumberGrowsWithTheLogarithmOfWhatIsTaken)
+{
+    CountingHeap heap;
+    NuvScratchAllocator scratch;
+    NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
+    NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
+    const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+    for (int i = 0; i != 1000; ++i)
+        ASSERT_NE(blocks->allocate(blocks, 1000), nullptr);
+    EXPECT_LE(heap.requests, 2U * 6U);
+    for (int i = 0; i != 100; ++i)
+        ASSERT_NE(blocks->allocate(blocks, NuvSizeT{1} << 20U), nullptr);
+    EXPECT_EQ(heap.largest, NuvSizeT{1} << 26U);
+    NuvScratchAllocatorRelease(&scratch, mark, nullptr);
+    NuvScratchAllocatorDestruct(&scratch);
+}
+
 // Chunks lie anywhere: the newer below the older, or above it.
 TEST(ScratchChunks, WhatAModelHoldsSurvivesWhereverItsChunksLie)
 {
@@ -247,14 +407,21 @@ TEST(ScratchChunks, WhatAModelHoldsSurvivesWhereverItsChunksLie)
             const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
             SmallModel model(2, blocks);
             EnterFactory(&model);
+            // Too large for a chunk: it comes to lie between two.
+            const std::string largeName(20000, 'x');
+            ASSERT_TRUE(model.Rename(2, largeName));
             for (NuvUint id = 4; id != 40; ++id)
-                ASSERT_TRUE(model.SetNamedRow(id, {{longName, 1.0F}, {"X2", 1.0F}}, 100));
+                ASSERT_TRUE(model.SetNamedRow(id, {{longName, 1.0F}, {"x", 1.0F}}, 100));
+            for (NuvUint id = 4; id != 40; ++id)
+                ASSERT_TRUE(model.SetNamedRow(id, {{longName, 1.0F}}, 100));
             ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
             ASSERT_GE(arena.NumLargeBlocks(), 2U);
+            ASSERT_NE(blocks->allocate(blocks, 30000), nullptr);
             NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
             EXPECT_EQ(model.NumRows(), 39U);
             EXPECT_EQ(TermsOf(model.FindRow(39)->u.variableCoefficientsByName),
-                      (NamedCoefficients::Terms{{longName, 1.0F}, {"X2", 1.0F}}));
+                      (NamedCoefficients::Terms{{longName, 1.0F}}));
+            EXPECT_EQ(model.Names(), (std::vector<std::string>{longName, largeName}));
             EXPECT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
             EXPECT_EQ(model.Objective(), 36.0F);
         }

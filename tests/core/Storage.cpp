@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "Nuv/Utils/NuvRevisedSimplex.h"
 #include "tests/reference/CoreSolve.hpp"
@@ -323,10 +324,50 @@ TEST_P(StorageOfFamilies, ASolveLeavesWhatItsPivotsSay)
     }
 }
 
+class StorageOfTameFamilies : public testing::TestWithParam<Family>
+{
+};
+
+// The literal road would take a workspace of its own.
+TEST_P(StorageOfTameFamilies, ASecondSolveAsksBesidesForAWorkspaceInEachPhaseAlone)
+{
+    Random random(0x40AD + static_cast<std::uint64_t>(GetParam()));
+    for (int i = 0; i < ShareOf(80) && !HasFailure(); ++i)
+    {
+        const std::size_t rows = 1 + random.Below(9);
+        const std::size_t columns = 1 + random.Below(9);
+        const std::uint64_t seed = random.Next();
+        SCOPED_TRACE(testing::Message() << rows << " x " << columns << ", seed " << seed);
+        const Problem problem = MakeModel(GetParam(), rows, columns, seed);
+        TestAllocator allocator;
+        allocator.AcceptLeftBlocks();
+        CoreModel model(problem, allocator);
+        if (model.SolveMonitored(pivotLimit).status != Status::Ok)
+            continue;
+        const std::size_t requests = allocator.Requests();
+        const std::size_t blocks = allocator.LiveBlocks();
+        (void)model.SolveMonitored(pivotLimit);
+        const bool hasPhaseI = NuvRevisedSimplexIsPhaseIRequired(&model.lp) == NUV_TRUE;
+        EXPECT_EQ(allocator.Requests() - requests - (allocator.LiveBlocks() - blocks),
+                  hasPhaseI ? 2U : 1U);
+    }
+}
+
 std::string NameOfFamily(const testing::TestParamInfo<Family>& family)
 {
     return NameOf(family.param);
 }
 
+std::vector<Family> TameFamilies()
+{
+    std::vector<Family> tame;
+    for (const Family family : Families())
+        if (IsTame(family))
+            tame.push_back(family);
+    return tame;
+}
+
 INSTANTIATE_TEST_SUITE_P(Families, StorageOfFamilies, testing::ValuesIn(Families()), NameOfFamily);
+INSTANTIATE_TEST_SUITE_P(Families, StorageOfTameFamilies, testing::ValuesIn(TameFamilies()),
+                         NameOfFamily);
 }  // namespace

@@ -95,6 +95,9 @@ TEST(String, ConstructFormattedTakesItsArguments)
     ASSERT_EQ(NuvStringConstructFormatted(&string, allocator, "%s%u%%", "X", 4294967295u), &string);
     EXPECT_EQ(TextOf(string), "X4294967295%");
     NuvStringDestruct(&string);
+    ASSERT_EQ(NuvStringConstructFormatted(&string, allocator, "%g and %g", 0.5, -3.0), &string);
+    EXPECT_EQ(TextOf(string), "0.5 and -3");
+    NuvStringDestruct(&string);
     ASSERT_EQ(NuvStringConstructFormatted(&string, allocator, "%s", ""), &string);
     EXPECT_EQ(TextOf(string), "");
     ExpectSound(string, allocator);

@@ -54,6 +54,18 @@ TYPED_TEST(UnorderedOrder, AnInsertionThatFindsItsKeyGrowsTheTableAllTheSame)
     map.ExpectSound();
 }
 
+TYPED_TEST(UnorderedOrder, DuplicatesGrowTheTableAsOtherEntriesDo)
+{
+    using M = TypeParam;
+    HeldMap<M> map(this->nodes, this->buckets);
+    for (const NuvSizeT expected : {2u, 2u, 3u, 7u, 7u, 7u, 7u, 17u})
+    {
+        EXPECT_NE(M::InsertDuplicate(map, Entry<M>(1, 1)), nullptr);
+        EXPECT_EQ(M::BucketCount(map), expected);
+    }
+    map.ExpectSound();
+}
+
 TYPED_TEST(UnorderedOrder, ResizeToWhatIsThereChangesNothing)
 {
     using M = TypeParam;

@@ -2,6 +2,7 @@
 // request of it, for every instantiation. Nodes and tables come from an allocator each where a test
 // is about one of them.
 #include <memory>
+#include <vector>
 
 #include "tests/core/UnorderedSupport.hpp"
 
@@ -226,6 +227,7 @@ TYPED_TEST(UnorderedRefused, ConstructCopyOfARefusedNodeAnswersNullAndHoldsNothi
             EXPECT_EQ(EntriesOf(copy), result ? **source : Entries{});
             if (!result)
             {
+                EXPECT_EQ(M::Size(&copy), 0u);
                 EXPECT_EQ(allocator.LiveBlocks(), blocks);
                 EXPECT_EQ(buckets.LiveBlocks(), 1u);
             }
@@ -297,6 +299,16 @@ TEST(UnorderedByNameRefused, EntriesThatLostTheirKeysComeTogetherInACopy)
     EXPECT_EQ(M::Count(&copy, Name("")), 4u);
     ExpectEveryEntryFound<M>(&copy);
     Soundness<M>(copy, nodes, nodes);
+    // They stand in the order of the source.
+    std::vector<int> expected;
+    for (const auto& [key, value] : *source)
+        if (key % 3 == 1)
+            expected.push_back(value);
+    std::vector<int> found;
+    const auto range = M::EqualRange(&copy, Name(""));
+    for (auto link = range.first; link != range.second; link = link->next.b)
+        found.push_back(static_cast<int>(M::List::ForwardKind::ContentOf(&link)->second.index));
+    EXPECT_EQ(found, expected);
     EXPECT_EQ(M::EraseKey(&copy, Name("")), 4u);
     EXPECT_EQ(M::Size(&copy), 8u);
     Soundness<M>(copy, nodes, nodes);
@@ -351,6 +363,37 @@ TYPED_TEST(UnorderedRefused, AssignAnswersNullAndLeavesAMapThatServesAgain)
             });
 }
 
+TYPED_TEST(UnorderedRefused, AssignAnswersNullForARefusedNode)
+{
+    using M = TypeParam;
+    TestAllocator nodes;
+    TestAllocator buckets;
+    TestAllocator elsewhere;
+    HeldMap<M> map(nodes, buckets, ownHash<M>, {1});
+    const HeldMap<M> source(elsewhere, elsewhere, ownHash<M>, {1, 2, 3, 4});
+    nodes.RefuseFrom(3);
+    EXPECT_EQ(M::Assign(map, source), nullptr);
+    EXPECT_EQ(M::Size(map), EntriesOf(map.map).size());
+    EXPECT_LT(M::Size(map), 4u);
+    EXPECT_EQ(M::BucketCount(map), 0u);
+    EXPECT_EQ(buckets.LiveBlocks(), 0u);
+}
+
+TEST(UnorderedByNameRefused, WithoutATableNotEvenTheEmptyNameIsFound)
+{
+    using M = VariableMap;
+    TestAllocator nodes;
+    TestAllocator buckets;
+    HeldMap<M> map(nodes, buckets, ownHash<M>);
+    const HeldMap<M> source(nodes, nodes, ownHash<M>, {1, 2, 3, 4});
+    buckets.RefuseFrom(1);
+    ASSERT_EQ(M::Assign(map, source), nullptr);
+    ASSERT_EQ(M::BucketCount(map), 0u);
+    EXPECT_EQ(M::EqualRange(map, Name("")).second, M::End(map));
+    EXPECT_EQ(M::EqualRangeConst(map, Name("")).second, M::EndConst(map));
+    EXPECT_EQ(M::Count(map, Name("")), 0u);
+}
+
 TYPED_TEST(UnorderedRefused, AMapWithoutATableAnswersAsAnEmptyOneAndCanBeEmptied)
 {
     using M = TypeParam;
@@ -364,7 +407,9 @@ TYPED_TEST(UnorderedRefused, AMapWithoutATableAnswersAsAnEmptyOneAndCanBeEmptied
     ASSERT_EQ(M::Assign(map, source), nullptr);
     ASSERT_EQ(M::BucketCount(map), 0u);
     EXPECT_EQ(*map, *source);
-    EXPECT_EQ(M::Insert(map, Entry<M>(9, 9)).first, nullptr);
+    const auto result = M::Insert(map, Entry<M>(9, 9));
+    EXPECT_EQ(result.first, nullptr);
+    EXPECT_EQ(result.second, 0);
     EXPECT_EQ(M::InsertDuplicate(map, Entry<M>(9, 9)), nullptr);
     EXPECT_EQ(*map, *source);
 

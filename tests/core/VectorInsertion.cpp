@@ -25,6 +25,42 @@ TYPED_TEST(VectorInsertion, ResizeCopiesAnElementThatLiesBeforeOrBehindTheArray)
     }
 }
 
+TYPED_TEST(VectorInsertion, ResizeCopiesAnElementThatStandsWhereTheArrayEnds)
+{
+    using V = TypeParam;
+    using Element = typename V::Element;
+    // A block of two elements, and directly behind it one that is not the array's.
+    alignas(Element) unsigned char memory[3 * sizeof(Element)];
+    Element* const elements = reinterpret_cast<Element*>(memory);
+    for (int i = 0; i != 3; ++i)
+        ASSERT_TRUE(Numbered<Element>::Make(elements + i, i + 1, this->allocator));
+    NuvAllocator leaving = {[](NuvAllocator*, NuvSizeT size)
+                            { return Heap()->allocate(Heap(), size); },
+                            [](NuvAllocator*, void*, NuvSizeT) {}, UINT64_MAX, nullptr};
+    typename V::Container vector;
+    V::ConstructDefault(&vector, &leaving);
+    vector.begin = elements;
+    vector.end = vector.endBuf = elements + 2;
+    EXPECT_EQ(V::Resize(&vector, 4, elements + 2), 1);
+    EXPECT_EQ(NumbersOf(vector), (Numbers{1, 2, 3, 3}));
+    vector.allocator = Heap();
+    V::Destruct(&vector);
+    Numbered<Element>::Destruct(elements + 2);
+}
+
+TYPED_TEST(VectorInsertion, ResizeAsksForRoomForTheOldAndTheNewElementsTogether)
+{
+    using V = TypeParam;
+    HeldVector<V> vector(this->allocator, {1, 2});
+    ASSERT_EQ(V::Reserve(vector, 5), 1);
+    const auto* const begin = vector->begin;
+    EXPECT_EQ(V::Resize(vector, 3, ElementOf<V>(3)), 1);
+    EXPECT_EQ(vector->begin, begin);
+    EXPECT_EQ(V::Resize(vector, 4, ElementOf<V>(4)), 1);
+    EXPECT_EQ(vector.Capacity(), 7u);
+    EXPECT_EQ(*vector, (Numbers{1, 2, 3, 4}));
+}
+
 TYPED_TEST(VectorInsertion, InsertGrowsAsPushBackDoes)
 {
     using V = TypeParam;

@@ -79,6 +79,21 @@ TYPED_TEST(VectorRefused, ReserveFailsUnchanged)
                           [](Setting<V>& on) { return V::Reserve(on.vector, 4) == 1; });
 }
 
+TYPED_TEST(VectorRefused, OnlyASizeThatIsANumberOfBytesIsAskedFor)
+{
+    using V = TypeParam;
+    constexpr NuvSizeT elementSize = sizeof(typename V::Element);
+    TestAllocator allocator;
+    HeldVector<V> vector(allocator);
+    allocator.RefuseFrom(1);
+    EXPECT_EQ(V::Reserve(vector, UINT64_MAX / elementSize), 0);
+    EXPECT_EQ(allocator.Requests(), 1u);
+    EXPECT_EQ(allocator.LastRequest(), UINT64_MAX / elementSize * elementSize);
+    EXPECT_EQ(V::Reserve(vector, UINT64_MAX / elementSize + 1), 0);
+    EXPECT_EQ(V::Reserve(vector, UINT64_MAX), 0);
+    EXPECT_EQ(allocator.Requests(), 1u);
+}
+
 TYPED_TEST(VectorRefused, PushBackFailsUnchanged)
 {
     using V = TypeParam;
