@@ -62,7 +62,8 @@ NUV_SELF* NUV_OP(ConstructCopyRange)(NUV_SELF* x, const NUV_SELF* y, NuvUint sou
         return x;
     if ((numCols != 0 && !nuv::IsStored(y)) || !nuv::AllocateStorage(x))
         return nullptr;
-    for (NuvSizeT i = 0; i != numRows; ++i)
+    // Of no columns nothing is read, and y may have no storage to count addresses in.
+    for (NuvSizeT i = 0; numCols != 0 && i != numRows; ++i)
         NuvMemCopy(nuv::RowOf(x, i), nuv::RowOf(y, sourceRow + i) + sourceCol,
                    numCols * sizeof(NUV_ELEMENT));
     return x;

@@ -2,9 +2,9 @@
 
 A file that is stamped out per element type is changed once, for all types.
 """
-from pathlib import Path
+from collections import Counter
 
-from clang.cindex import CursorKind, Index, TokenKind
+from clang.cindex import CursorKind, TokenKind
 
 OTHER_BINARY = {
     "<": ("<=", ">="), "<=": ("<", ">"), ">": (">=", "<="), ">=": (">", "<"), "==": ("!=",), "!=": ("==",),
@@ -19,9 +19,12 @@ LITERALS = (CursorKind.INTEGER_LITERAL, CursorKind.FLOATING_LITERAL, CursorKind.
 
 
 class Change:
-    def __init__(self, file, line, offset, old, new):
+    kind, symbol = "operators", ""
+
+    def __init__(self, file, line, offset, old, new, number):
         self.file, self.line, self.offset, self.old, self.new = file, line, offset, old, new
-        self.text = f"{old} -> {new or 'nothing'}"
+        self.text = f"{old}{number} -> {new or 'nothing'}"
+        self.detail = f"offset {offset}"
 
     def build(self, core, directory):
         """Compiles what reads the changed file; answers the objects that it replaces, of which there
@@ -87,17 +90,16 @@ def _changes_at(cursor):
             yield token, _other_literals(token.spelling)
 
 
-def _walk(cursor, wanted, found):
+def _walk(cursor, places, found):
     for child in cursor.get_children():
-        location = child.location
-        if location.file and Path(location.file.name).resolve() not in wanted:
+        if child.location.file and not places.file_of(child.location):
             continue
         for token, others in _changes_at(child):
             place = token.extent.start
-            file = wanted.get(Path(place.file.name).resolve()) if place.file else None
+            file = places.file_of(place)
             for other in others if file else ():
                 found.setdefault((file, place.offset, other), (place.line, token.spelling))
-        _walk(child, wanted, found)
+        _walk(child, places, found)
 
 
 def _words(core, found):
@@ -113,23 +115,23 @@ def _words(core, found):
             offset += len(line.encode()) + 1
 
 
-def find(core):
-    """All changes in the core's files, in the order of files and places."""
-    wanted = {(core.root / file).resolve(): file for file in core.files}
+def find(core, trees, places):
+    """All changes in the core's files, in the order of files and places. Operators and constants that a
+    line has several of are numbered."""
     found = {}
-    index = Index.create()
-    for unit in core.units:
-        arguments = [word for word in unit.command[1:] if word.startswith(("-I", "-D", "-std", "-m"))]
-        tree = index.parse(str(core.root / unit.source), args=arguments)
-        errors = [note for note in tree.diagnostics if note.severity >= 3]
-        if errors:
-            raise SystemExit(f"clang does not read {unit.source}: {errors[0].spelling}")
-        _walk(tree.cursor, wanted, found)
+    for tree in trees:
+        _walk(tree.cursor, places, found)
     _words(core, found)
-    mutants = []
-    for (file, offset, new), (line, old) in sorted(found.items()):
-        code = (core.root / file).read_bytes()
-        # A token that comes out of a macro stands elsewhere.
-        if code[offset : offset + len(old)] == old.encode():
-            mutants.append(Change(file, line, offset, old, new))
-    return mutants
+    # A token that comes out of a macro stands elsewhere.
+    code = {file: (core.root / file).read_bytes() for file in core.files}
+    known = [
+        (file, line, offset, old, new)
+        for (file, offset, new), (line, old) in sorted(found.items())
+        if code[file][offset : offset + len(old)] == old.encode()
+    ]
+    offsets = sorted({(file, line, old, offset) for file, line, offset, old, _ in known})
+    of, seen, numbers = Counter(key[:3] for key in offsets), Counter(), {}
+    for *key, offset in offsets:
+        seen[tuple(key)] += 1
+        numbers[key[0], offset] = f" #{seen[tuple(key)]}" if of[tuple(key)] > 1 else ""
+    return [Change(*change, numbers[change[0], change[2]]) for change in known]

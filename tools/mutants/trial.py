@@ -4,15 +4,15 @@ import os
 import resource
 import signal
 import subprocess
-import time
 
-MEMORY = 2_000_000 * 1024
+MEMORY = 2_000_000  # KiB
 MAX_SECONDS = 20
 WALL_SECONDS = 240
 SLOW_SECONDS = 1
 # Of the tests' random cases every eighth is run: a mutant that only the others would notice counts as one
 # that survives.
 SHARE = "8"
+CONFINED = 'ulimit -c 0 -v "$1" -t "$2"; exec "$3" --gtest_brief=1 --gtest_fail_fast'
 
 
 class Test:
@@ -20,19 +20,12 @@ class Test:
         self.program = program
         self.seconds = None  # of processor time, when nothing is mutated
 
-    def run(self, library, limit):
-        """Answers whether the test passes."""
-
-        def confine():
-            resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
-            resource.setrlimit(resource.RLIMIT_CPU, (limit, limit))
-            resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-
+    def passes(self, library, limit):
         process = subprocess.Popen(
-            [self.program, "--gtest_brief=1", "--gtest_fail_fast"],
+            ["bash", "-c", CONFINED, "test", str(MEMORY), str(limit), str(self.program)],
             env={**os.environ, "LD_LIBRARY_PATH": str(library), "NUV_TEST_SHARE": SHARE},
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-            preexec_fn=confine, start_new_session=True,
+            start_new_session=True,
         )  # fmt: skip
         try:
             return process.wait(WALL_SECONDS) == 0
@@ -43,7 +36,7 @@ class Test:
 
     def measure(self, library):
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
-        passes = self.run(library, MAX_SECONDS)
+        passes = self.passes(library, MAX_SECONDS)
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         self.seconds = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
         return passes
@@ -52,16 +45,26 @@ class Test:
         return min(MAX_SECONDS, 1 + int(6 * self.seconds))
 
 
-def in_order(tests, library):
-    """The tests, fastest first. All must pass while nothing is mutated."""
-    for test in tests:
-        if not test.measure(library):
-            raise SystemExit(f"{test.program.name} fails, or needs too much, before anything is mutated")
-    return sorted(tests, key=lambda test: test.seconds)
+class Trial:
+    """The tests, fastest first, all of which pass while nothing is mutated."""
 
+    def __init__(self, programs, library):
+        self.tests = [Test(program) for program in programs]
+        for test in self.tests:
+            if not test.measure(library):
+                raise SystemExit(f"{test.program.name} fails, or needs too much, before anything is mutated")
+        self.tests.sort(key=lambda test: test.seconds)
+        self.orders = {}
 
-def is_killed(tests, library, is_solver):
-    """Whether any test fails. The slow tests compare whole solves: they run for the solver's mutants
-    alone, since for a container's they find nothing that its own tests do not, and take most of the time."""
-    chosen = [test for test in tests if is_solver or test.seconds < SLOW_SECONDS]
-    return not all(test.run(library, test.limit()) for test in chosen)
+    def is_noticed(self, library, file, is_solver):
+        """Whether any test fails. The one that noticed the last mutant of the file comes first. The slow
+        tests compare whole solves: they run for the solver's mutants alone, since for a container's they
+        find nothing that its own tests do not, and take most of the time."""
+        order = self.orders.get(file, self.tests)
+        for test in order:
+            if not is_solver and test.seconds >= SLOW_SECONDS:
+                continue
+            if not test.passes(library, test.limit()):
+                self.orders[file] = [test] + [other for other in order if other is not test]
+                return True
+        return False
