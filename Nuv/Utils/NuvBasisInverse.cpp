@@ -179,6 +179,51 @@ bool IsTouched(const BasisInverse* x, NuvSizeT first)
     return !x->isPending || x->pivotRow / tile == first / tile || HasNonzero(x->eta + first);
 }
 
+/// The places of the non-zeros of a vector that has few of them.
+struct FewNonzeros
+{
+    static constexpr NuvUint most = 4;
+
+    NuvUint count;
+    NuvUint places[most];
+};
+
+/// @return whether the vector has but few.
+bool FindFewNonzeros(const NuvFloat32* vector, NuvUint length, FewNonzeros* found)
+{
+    found->count = 0;
+    for (NuvUint i = 0; i < length; ++i)
+    {
+        if (i % tile == 0 && !HasNonzero(vector + i))
+        {
+            i += tile - 1;
+            continue;
+        }
+        if (vector[i] == 0.0F)
+            continue;
+        if (found->count == FewNonzeros::most)
+            return false;
+        found->places[found->count++] = i;
+    }
+    return true;
+}
+
+/// result = inverse · vector with no update pending, one column after the other: x − y · (−z) is
+/// x + y · z, as the rounding of a product does not depend on its sign.
+void MultiplyByFew(const BasisInverse* x, const NuvFloat32* vector, const FewNonzeros* few,
+                   NuvFloat32* result)
+{
+    NuvMemZero(result, x->stride * sizeof *result);
+    for (NuvUint k = 0; k != few->count; ++k)
+    {
+        const NuvUint column = few->places[k];
+        if (x->columns[column])
+            x->kernels->subtractMultiple(result, x->columns[column], -vector[column], x->stride);
+        else
+            result[column] = result[column] + vector[column];
+    }
+}
+
 /// Takes the factors of the stored columns out of a vector, and leaves those of the unit columns.
 void TakeStored(BasisInverse* x, NuvFloat32* vector)
 {
@@ -298,12 +343,17 @@ void ComputePrices(BasisInverse* x, NuvFloat32* prices)
 
 void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, NuvFloat32* result)
 {
-    if (vector)
-        TakeStored(x, vector);
-    const ColumnProduct other = {vector ? x->storedVector : nullptr, vector, result};
-    const ColumnProduct none = {nullptr, nullptr, nullptr};
     const NuvSizeT length = (x->m + tile - 1) / tile * tile;
+    const ColumnProduct none = {nullptr, nullptr, nullptr};
+    ColumnProduct other = none;
+    FewNonzeros few;
     const bool isShort = length <= maxUnseen;
+    const bool hasFew = vector && !isShort && FindFewNonzeros(vector, x->m, &few);
+    if (vector && !hasFew)
+    {
+        TakeStored(x, vector);
+        other = {x->storedVector, vector, result};
+    }
     for (NuvSizeT first = 0, last; first != length; first = last)
     {
         const bool isTouched = isShort || IsTouched(x, first);
@@ -318,10 +368,12 @@ void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, 
                                  isTouched ? other : none,
                                  first,
                                  last};
-        if (isTouched || vector)
+        if (walk.product.factors)
             x->kernels->walkColumns(&walk);
     }
     x->isPending = false;
+    if (hasFew)
+        MultiplyByFew(x, vector, &few, result);
 }
 
 bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row)

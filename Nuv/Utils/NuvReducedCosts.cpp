@@ -46,9 +46,9 @@ bool IsBlank(const NuvFloat32* x)
     return any == 0;
 }
 
-/// Calls visit(row, column, element) for each non-zero of a row of A's first columns.
-template <class Visit>
-void ForEachNonzero(const ReducedCosts* x, NuvUint i, Visit visit)
+/// Lists the non-zeros of a row of A's first columns.
+/// @return the end of the list.
+NuvUint* ListNonzeros(const ReducedCosts* x, NuvUint i, NuvUint* columns)
 {
     const NuvFloat32* const row = RowOfA(x, i);
     for (NuvUint j = 0; j != x->n;)
@@ -61,18 +61,21 @@ void ForEachNonzero(const ReducedCosts* x, NuvUint i, Visit visit)
         const NuvUint end = x->n - j >= blankLength ? j + blankLength : x->n;
         for (; j != end; ++j)
             if (row[j] != 0.0F)
-                visit(j, row[j]);
+                *columns++ = j;
     }
+    return columns;
 }
 
-void ReadNonzeros(ReducedCosts* x)
+/// Sorts the non-zeros, which are listed row after row, by column.
+void SortByColumn(ReducedCosts* x)
 {
-    NuvUint* const starts = x->sparse.starts;
+    SparseColumns* const sparse = &x->sparse;
+    NuvUint* const starts = sparse->starts;
     NuvMemZero(starts, (static_cast<NuvSizeT>(x->n) + 1) * sizeof *starts);
+    for (NuvUint k = 0; k != sparse->rowStarts[x->m]; ++k)
+        ++starts[sparse->columns[k]];
     // First the lengths, then the ends, which run down to the beginnings as the columns are filled
     // from the last row up.
-    for (NuvUint i = 0; i != x->m; ++i)
-        ForEachNonzero(x, i, [starts](NuvUint j, NuvFloat32) { ++starts[j]; });
     NuvUint end = 0;
     for (NuvUint j = 0; j != x->n; ++j)
     {
@@ -80,22 +83,29 @@ void ReadNonzeros(ReducedCosts* x)
         starts[j] = end;
     }
     starts[x->n] = end;
-    x->sparse.rowStarts[x->m] = end;
-    for (NuvUint i = x->m; i != 0; --i)
+    for (NuvUint i = x->m; i-- != 0;)
+        for (NuvUint k = sparse->rowStarts[i]; k != sparse->rowStarts[i + 1]; ++k)
+        {
+            const NuvUint at = --starts[sparse->columns[k]];
+            sparse->rows[at] = i;
+            sparse->elements[at] = RowOfA(x, i)[sparse->columns[k]];
+        }
+}
+
+void ReadNonzeros(ReducedCosts* x)
+{
+    SparseColumns* const sparse = &x->sparse;
+    NuvUint* end = sparse->columns;
+    for (NuvUint i = 0; i != x->m; ++i)
     {
-        ForEachNonzero(x, i - 1,
-                       [x, i, &end](NuvUint j, NuvFloat32 element)
-                       {
-                           const NuvUint at = --x->sparse.starts[j];
-                           x->sparse.rows[at] = i - 1;
-                           x->sparse.elements[at] = element;
-                           x->sparse.columns[--end] = j;
-                       });
-        x->sparse.rowStarts[i - 1] = end;
+        sparse->rowStarts[i] = static_cast<NuvUint>(end - sparse->columns);
+        end = ListNonzeros(x, i, end);
     }
-    NuvMemZero(x->sparse.prices, x->m * sizeof *x->sparse.prices);
-    NuvMemZero(x->sparse.turns, x->n * sizeof *x->sparse.turns);
-    x->sparse.turn = 0;
+    sparse->rowStarts[x->m] = static_cast<NuvUint>(end - sparse->columns);
+    SortByColumn(x);
+    NuvMemZero(sparse->prices, x->m * sizeof *sparse->prices);
+    NuvMemZero(sparse->turns, x->n * sizeof *sparse->turns);
+    sparse->turn = 0;
 }
 
 /// Copies a row with padding, in whose place it is read from then on.
