@@ -12,6 +12,7 @@
 
 #include "Nuv/Utils/NuvLinearProgrammingMonitor.h"
 #include "tests/support/Names.hpp"
+#include "tests/support/Rows.hpp"
 #include "tests/support/TestAllocator.hpp"
 
 class SmallModel
@@ -106,13 +107,7 @@ public:
     /// The constraint under a number, or null.
     const NuvLinearProgrammingConstraint* FindRow(NuvUint id) const
     {
-        const auto found =
-            NuvUnordered_NuvUint__NuvLinearProgrammingConstraintFindConst(&lp.constraints, &id);
-        if (found == NuvUnordered_NuvUint__NuvLinearProgrammingConstraintEndConst(&lp.constraints))
-            return nullptr;
-        return &NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(
-                    &found)
-                    ->second;
+        return ::FindRow(lp, id);
     }
 
     std::size_t NumVariables() const

@@ -7,6 +7,7 @@
 #include "Nuv/Utils/NuvLinearProgramming.h"
 #include "tests/reference/PlainModel.hpp"
 #include "tests/reference/RandomModels.hpp"
+#include "tests/support/Rows.hpp"
 
 namespace reference
 {
@@ -181,7 +182,7 @@ private:
         const std::uint32_t id = random.Below(kNumbers);
         const bool isRemoved = NuvLinearProgrammingRemoveConstraint(&lp, id) == NUV_TRUE;
         Expect(isRemoved == (plain.rows.erase(id) == 1), "removing a row");
-        Expect(FindRow(id) == nullptr, "a removed row");
+        Expect(FindRow(lp, id) == nullptr, "a removed row");
         Expect(NuvLinearProgrammingGetNumConstraints(&lp) == plain.rows.size(), "number of rows");
     }
 
@@ -210,20 +211,9 @@ private:
         plain.Replace(numVars);
     }
 
-    const NuvLinearProgrammingConstraint* FindRow(NuvUint id) const
-    {
-        const auto found =
-            NuvUnordered_NuvUint__NuvLinearProgrammingConstraintFindConst(&lp.constraints, &id);
-        if (found == NuvUnordered_NuvUint__NuvLinearProgrammingConstraintEndConst(&lp.constraints))
-            return nullptr;
-        return &NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(
-                    &found)
-                    ->second;
-    }
-
     void CompareRow(std::uint32_t id, const PlainRow& row)
     {
-        const NuvLinearProgrammingConstraint* const stored = FindRow(id);
+        const NuvLinearProgrammingConstraint* const stored = FindRow(lp, id);
         if (!stored || !IsSame(stored->rhs, row.rhs) ||
             (stored->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME) != row.isNamed)
             return Expect(false, "a row");
