@@ -37,7 +37,12 @@ constexpr NuvSizeT growth = 3;
 /// A chunk is taken for blocks of which it holds at least so many.
 constexpr NuvSizeT blocksPerChunk = 4;
 
-/// For how many bytes of a chunk there is a record.
+/// Between these there is no chunk: the C library takes larger blocks from the system, and holds on
+/// to as much from the first one on. Memory that nobody writes to costs nothing.
+constexpr NuvSizeT smallChunk = smallestChunk * 5;
+constexpr NuvSizeT mediumChunk = smallestChunk << 5U;
+
+/// How large the blocks of the first chunk are taken to be, on average.
 constexpr NuvSizeT bytesPerRecord = 128;
 
 /// What is known of a block.
@@ -135,7 +140,23 @@ NuvSizeT NextChunkSize(const NuvScratchAllocator* x)
         return smallestChunk;
     if (x->bytesSinceMark > largestChunk / growth)
         return largestChunk;
-    return x->bytesSinceMark * growth / unit * unit;
+    const NuvSizeT size = x->bytesSinceMark * growth / unit * unit;
+    return size <= smallChunk || size >= mediumChunk ? size : mediumChunk;
+}
+
+/// How many records a chunk of the size has: more than enough for blocks as large as those so far.
+NuvSizeT NextNumRecords(const NuvScratchAllocator* x, NuvSizeT size)
+{
+    NuvSizeT bytes = 0;
+    NuvSizeT count = 0;
+    for (const NuvScratchChunk* chunk = x->chunks; chunk; chunk = chunk->older)
+    {
+        bytes += chunk->used;
+        count += chunk->numRecords;
+    }
+    if (count == 0)
+        return size / bytesPerRecord;
+    return smallestChunk / bytesPerRecord + size / (bytes / count) * 3 / 2;
 }
 
 /// @return false when a chunk is refused, or too small for several such blocks.
@@ -144,7 +165,7 @@ bool TakeChunk(NuvScratchAllocator* x, NuvSizeT blockSize)
     const NuvSizeT size = NextChunkSize(x);
     if (blockSize > size / blocksPerChunk)
         return false;
-    const NuvSizeT maxRecords = size / bytesPerRecord;
+    const NuvSizeT maxRecords = NextNumRecords(x, size);
     NuvScratchChunk* const chunk = static_cast<NuvScratchChunk*>(
         NuvAllocatorAllocate(x->upstream, SizeWithRecords(maxRecords)));
     if (!chunk)

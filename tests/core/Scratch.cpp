@@ -394,6 +394,41 @@ TEST(ScratchChunks, TheirNumberGrowsWithTheLogarithmOfWhatIsTaken)
     NuvScratchAllocatorDestruct(&scratch);
 }
 
+// Records are as many as small blocks need.
+TEST(ScratchChunks, TheirNumberGrowsWithTheLogarithmOfTheNumberOfSmallBlocks)
+{
+    CountingHeap heap;
+    NuvScratchAllocator scratch;
+    NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
+    NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
+    const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+    for (int i = 0; i != 20000; ++i)
+        ASSERT_NE(blocks->allocate(blocks, 16), nullptr);
+    EXPECT_LE(heap.requests, 2U * 6U);
+    NuvScratchAllocatorRelease(&scratch, mark, nullptr);
+    NuvScratchAllocatorDestruct(&scratch);
+}
+
+TEST(ScratchChunks, NoneIsOfASizeThatTheCLibraryWouldGiveBackToTheSystem)
+{
+    constexpr NuvSizeT small = 40960;
+    constexpr NuvSizeT medium = 262144;
+    for (const NuvSizeT before : {small / 3, small / 3 + 16, medium / 3 - 16, medium / 3 + 16})
+    {
+        CountingHeap heap;
+        NuvScratchAllocator scratch;
+        NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
+        NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
+        const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+        ASSERT_NE(blocks->allocate(blocks, before), nullptr);
+        ASSERT_NE(blocks->allocate(blocks, 8), nullptr);
+        EXPECT_TRUE(heap.largest <= small || heap.largest >= medium) << heap.largest;
+        EXPECT_LE(heap.largest, 3 * before > medium ? 3 * before : medium);
+        NuvScratchAllocatorRelease(&scratch, mark, nullptr);
+        NuvScratchAllocatorDestruct(&scratch);
+    }
+}
+
 // Chunks lie anywhere: the newer below the older, or above it.
 TEST(ScratchChunks, WhatAModelHoldsSurvivesWhereverItsChunksLie)
 {
