@@ -1,7 +1,7 @@
-// The walk along the columns of a matrix of which the most are the identity's. Few rows are walked
-// tile by tile, past all columns; many along a few columns at a time, whose elements lie in a row.
-// Either way a row's own column, if it is the identity's, adds its factor in its turn. In all other
-// rows it would add ±0, as numbers are finite, and is left out.
+// The walk along the columns of a matrix most of whose columns are the identity's. Few rows are
+// walked tile by tile, past all columns; many along a few columns at a time, whose elements lie in
+// a row. Either way a row's own column, if it is the identity's, adds its factor in its turn. In
+// all other rows it would add ±0, as numbers are finite, and is left out.
 #include "Nuv/Utils/NuvKernels.h"
 #include "Nuv/Utils/NuvLanes.inl"
 
@@ -9,8 +9,8 @@ namespace nuv
 {
 namespace
 {
-/// How many columns are walked side by side: as many as there are registers for.
-constexpr NuvSizeT columnsAtOnce = lanes == 16 ? 8 : 4;
+/// How many vectors are walked side by side: as many as there are registers for.
+constexpr NuvSizeT vectorsAtOnce = lanes == 16 ? 8 : 4;
 
 /// Up to so many rows are walked tile by tile.
 constexpr NuvSizeT maxTiled = 4 * Kernels::tile;
@@ -283,8 +283,8 @@ void WalkGroups(const ColumnWalk& w)
     }
     Progress done = {0, 0};
     NuvSizeT c = 0;
-    for (; w.columns.count - c >= columnsAtOnce; c += columnsAtOnce)
-        WalkNext<columnsAtOnce>(w, c, &done);
+    for (; w.columns.count - c >= vectorsAtOnce; c += vectorsAtOnce)
+        WalkNext<vectorsAtOnce>(w, c, &done);
     if (c != w.columns.count)
         WalkNext<StoredColumns::block>(w, c, &done);
     AddUnits(w, w.product, {done.x, w.last});

@@ -10,9 +10,6 @@ namespace
 {
 constexpr NuvSizeT floatSize = sizeof(NuvFloat32);
 
-/// How many vectors are walked side by side: as many as there are registers for.
-constexpr NuvSizeT maxAtOnce = lanes == 16 ? 8 : 4;
-
 /// The longest range that is walked across: past all vectors before the next step along them.
 constexpr NuvSizeT maxAcross = 4 * Kernels::tile;
 
@@ -122,9 +119,9 @@ void WalkAll(const Walk& w)
         return;
     }
     NuvSizeT c = 0;
-    for (; w.count - c >= maxAtOnce; c += maxAtOnce)
-        WalkAlong<hasUpdate, maxAtOnce>(w, c);
-    WalkAlongLast<hasUpdate, maxAtOnce - 1>(w, c);
+    for (; w.count - c >= vectorsAtOnce; c += vectorsAtOnce)
+        WalkAlong<hasUpdate, vectorsAtOnce>(w, c);
+    WalkAlongLast<hasUpdate, vectorsAtOnce - 1>(w, c);
 }
 
 void WalkVectors(const Walk* w)

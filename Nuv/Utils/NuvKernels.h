@@ -24,7 +24,7 @@ struct Walk
     NuvSizeT last;
 };
 
-/// The columns of a square matrix of which the others are the identity's, by increasing number.
+/// Some columns of a square matrix, by increasing number; its others are the identity's.
 /// Their count is a multiple of `block`: those that are missing are columns of zeros with factors
 /// of 0, with the last one's number and no gap.
 struct StoredColumns

@@ -1,4 +1,4 @@
-// The walk along the columns of a matrix of which the most are the identity's, with every
+// The walk along the columns of a matrix most of whose columns are the identity's, with every
 // instruction set that this machine has, compared bit by bit with the sums over the whole matrix.
 #include <algorithm>
 #include <vector>
