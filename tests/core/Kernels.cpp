@@ -269,5 +269,20 @@ TEST(KernelsOfTheMachine, AreTheLastOfThoseThatItHas)
             widest = kernels;
         }
     EXPECT_EQ(nuv::KernelsOfThisMachine(), widest);
+    if (nuv::BaselineKernels())
+    {
+        EXPECT_EQ(nuv::KernelsOf(InstructionSet::Baseline), nuv::BaselineKernels());
+    }
+#if defined(__GNUC__) && defined(__x86_64__)
+    if (__builtin_cpu_supports("avx2"))
+    {
+        EXPECT_EQ(nuv::KernelsOf(InstructionSet::Avx2), nuv::Avx2Kernels());
+    }
+    if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
+        __builtin_cpu_supports("avx512vl"))
+    {
+        EXPECT_EQ(nuv::KernelsOf(InstructionSet::Avx512), nuv::Avx512Kernels());
+    }
+#endif
 }
 }  // namespace
