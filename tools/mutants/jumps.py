@@ -15,7 +15,7 @@ class Jump:
 
     def __init__(self, unit, assembly, index, always, symbol, file, line, text):
         self.unit, self.assembly, self.index, self.always = unit, assembly, index, always
-        self.symbol, self.file, self.line = symbol, file, line
+        self.symbol, self.file, self.line = f"{unit.name} {symbol}", file, line
         self.text = f"{text} {'always' if always else 'never'}"
         self.detail = f"{unit.name} {index + 1} {symbol}"
 

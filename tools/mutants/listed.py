@@ -4,10 +4,10 @@ A reason stands above its entries; an entry is a place and, below it, mutants th
 
     The reason, in a sentence.
         Nuv/Utils/NuvX.cpp, Function: a part of the line's text
-            < -> <=; jump #2 never; jump never in NuvPair_NuvUint
+            < -> <=; jne #2 never; je never in NuvKernelsPlain WalkAcross
 
-The words after `in` are a part of the name of the compiled function, where a line is compiled into several
-or for several types.
+The words after `in` are parts of the names of the unit and of the compiled function, where a line is
+compiled into several or for several types.
 """
 from collections import defaultdict
 
@@ -33,7 +33,8 @@ class Listed:
         where = (str(mutant.file), mutant.function)
         for part, text in self.entries.get(where, ()):
             what, _, symbol = text.partition(" in ")
-            if what == mutant.text and symbol in mutant.symbol and part in mutant.line_text:
+            is_here = all(word in mutant.symbol for word in symbol.split())
+            if what == mutant.text and is_here and part in mutant.line_text:
                 self.used.add((where, part, text))
                 return True
         return False

@@ -9,21 +9,22 @@ MEMORY = 2_000_000  # KiB
 MAX_SECONDS = 20
 WALL_SECONDS = 240
 SLOW_SECONDS = 1
-# Of the tests' random cases every eighth is run: a mutant that only the others would notice counts as one
-# that survives.
-SHARE = "8"
+# Of the tests' random cases every second is run, of slow tests every eighth: a mutant that only the others
+# would notice counts as one that survives.
+SHARE, SHARE_OF_SLOW = "2", "8"
 CONFINED = 'ulimit -c 0 -v "$1" -t "$2"; exec "$3" --gtest_brief=1 --gtest_fail_fast'
 
 
 class Test:
     def __init__(self, program):
         self.program = program
+        self.share = SHARE
         self.seconds = None  # of processor time, when nothing is mutated
 
     def passes(self, library, limit):
         process = subprocess.Popen(
             ["bash", "-c", CONFINED, "test", str(MEMORY), str(limit), str(self.program)],
-            env={**os.environ, "LD_LIBRARY_PATH": str(library), "NUV_TEST_SHARE": SHARE},
+            env={**os.environ, "LD_LIBRARY_PATH": str(library), "NUV_TEST_SHARE": self.share},
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
             start_new_session=True,
         )  # fmt: skip
@@ -51,7 +52,11 @@ class Trial:
     def __init__(self, programs, library):
         self.tests = [Test(program) for program in programs]
         for test in self.tests:
-            if not test.measure(library):
+            passes = test.measure(library)
+            if test.seconds >= SLOW_SECONDS:
+                test.share = SHARE_OF_SLOW
+                passes = passes and test.measure(library)
+            if not passes:
                 raise SystemExit(f"{test.program.name} fails, or needs too much, before anything is mutated")
         self.tests.sort(key=lambda test: test.seconds)
         self.orders = {}
