@@ -21,8 +21,8 @@ class Unit:
         self.command = [word for word in kept if not word.startswith(dropped)]
         self.command += ["-fvisibility=default", "-w"]
         # Each condition of the source makes one jump: not one per place where it is inlined or unrolled, nor
-        # a second before a loop.
-        self.command += ["-O1", "-fno-inline", "-fno-tree-ch", "-ffinite-loops"]
+        # a second before a loop, nor one behind it that asks whether to write back.
+        self.command += ["-O1", "-fno-inline", "-fno-tree-ch", "-fno-tree-loop-im", "-ffinite-loops"]
         self.source = Path(entry["file"]).relative_to(root)
         self.name = self.source.stem
         listed = subprocess.run(
