@@ -7,6 +7,7 @@
 
 #include "tests/core/SmallModel.hpp"
 #include "tests/reference/CoreSolve.hpp"
+#include "tests/reference/RandomModels.hpp"
 #include "tests/support/TestAllocator.hpp"
 
 using namespace reference;
@@ -172,6 +173,16 @@ TEST_F(PhaseI, CalledWithoutNeedItBringsTheArtificialVariableInAllTheSame)
     EXPECT_EQ(static_cast<int>(NuvRevisedSimplexSolvePhaseI(&model.lp)),
               static_cast<int>(expected.status));
     EXPECT_EQ(ElementsOf(model.lp.basic), form.basic);
+}
+
+// On its way a number becomes infinite, whose products with zeros are then no longer left out.
+TEST_F(PhaseI, ANumberThatIsNotFiniteLeadsToTheLiteralRoad)
+{
+    const Problem problem = MakeModel(Family::Overflowing, 34, 23, 8530921421783814847U);
+    CoreModel model(problem, allocator);
+    const Solution expected = reference::Solve(model.InRowOrder(), 200);
+    EXPECT_EQ(expected.pivots.back().phase, 1U);
+    EXPECT_EQ(Difference(expected, model.SolveMonitored(200)), "");
 }
 
 TEST_F(PhaseI, PivotsAreNumberedThroughBothPhases)
