@@ -158,7 +158,9 @@ std::string DrawCharts(const Model& model, const Solution& solution)
             [&](std::uint32_t i)
             {
                 const double dual = solution.duals[i];
-                return dual != 0.0 ? dual : Infinity;
+                if (dual == 0.0)
+                    return Infinity;
+                return dual;
             },
             [](const Bar& x, const Bar& y) { return std::fabs(x.value) > std::fabs(y.value); });
     }

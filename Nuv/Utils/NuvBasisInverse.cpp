@@ -345,6 +345,8 @@ void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, 
 {
     const NuvSizeT length = (x->m + tile - 1) / tile * tile;
     const ColumnProduct none = {nullptr, nullptr, nullptr};
+    ColumnProduct product = {x->storedB, x->unitB, nullptr};
+    product.sums = values;
     ColumnProduct other = none;
     FewNonzeros few;
     const bool isShort = length <= maxUnseen;
@@ -364,7 +366,7 @@ void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, 
         const ColumnWalk walk = {x->stored,
                                  x->multipliers,
                                  x->isPending && isTouched ? x->eta : nullptr,
-                                 isTouched ? ColumnProduct{x->storedB, x->unitB, values} : other,
+                                 isTouched ? product : other,
                                  isTouched ? other : none,
                                  first,
                                  last};

@@ -79,6 +79,11 @@ NUV_LANES_INLINE T SmallerOf(const T& x, const T& y)
     return x < y ? x : y;
 }
 
+constexpr int AtLeastFour(int count)
+{
+    return count < 4 ? 4 : count;
+}
+
 #if NUV_LANES > 1
 /// The lanes of x from `first` on, round and round: as many as there are indices.
 template <int first, class T, int... i>
@@ -102,7 +107,7 @@ NUV_LANES_INLINE auto Merge(const T& x, Operation operation)
     }
     else
     {
-        constexpr std::make_integer_sequence<int, (distance > 4 ? distance : 4)> kept;
+        constexpr std::make_integer_sequence<int, AtLeastFour(distance)> kept;
         return Merge<distance / 2>(operation(LanesFrom<0>(x, kept), LanesFrom<distance>(x, kept)),
                                    operation);
     }
