@@ -241,9 +241,8 @@ bool HoldInChunk(const NuvScratchAllocator* x, const void* memory)
     NuvScratchChunk* const chunk = ChunkOf(x, memory);
     if (!chunk)
         return false;
-    Record* const record = FindRecord(chunk, memory);
-    chunk->numHeld += record->isHeld ? 0 : 1;
-    record->isHeld = true;
+    ++chunk->numHeld;
+    FindRecord(chunk, memory)->isHeld = true;
     return true;
 }
 

@@ -240,6 +240,11 @@ TYPED_TEST(Matrix, ConstructCopyRangeOfRowsWithoutColumnsAsksForABlockOfNoBytes)
     EXPECT_EQ(x.nr, 3U);
     EXPECT_EQ(x.nc, 0U);
     EXPECT_EQ(this->blocks.LiveSizes(), (TestAllocator::Sizes{0, 36}));
+    typename TypeParam::Matrix copy;
+    EXPECT_EQ(TypeParam::ConstructCopy(&copy, &x), &copy);
+    EXPECT_EQ(TypeParam::Equal(&copy, &x), NUV_TRUE);
+    EXPECT_EQ(this->blocks.LiveSizes(), (TestAllocator::Sizes{0, 0, 36}));
+    TypeParam::Destruct(&copy);
     TypeParam::Destruct(&x);
     EXPECT_EQ(this->blocks.LiveSizes(), (TestAllocator::Sizes{36}));
 }
