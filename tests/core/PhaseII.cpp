@@ -286,6 +286,33 @@ TEST(PhaseII, AnObjectWithoutAMatchingStandardFormIsInvalid)
                   { NuvMatrix_NuvUintResize(&lp->independent, 1, 1); });
     expectInvalid([](NuvLinearProgramming* lp)
                   { NuvMatrix_NuvUintResize(&lp->independent, 2, 2); });
+    // The same with elements that would do.
+    expectInvalid(
+        [](NuvLinearProgramming* lp)
+        {
+            NuvMatrix_NuvFloat32Resize(&lp->c, 4, 2);
+            NuvMatrix_NuvFloat32Reset(&lp->c);
+        });
+    expectInvalid(
+        [](NuvLinearProgramming* lp)
+        {
+            NuvMatrix_NuvFloat32Resize(&lp->b, 2, 2);
+            NuvMatrix_NuvFloat32Reset(&lp->b);
+        });
+    expectInvalid(
+        [](NuvLinearProgramming* lp)
+        {
+            NuvMatrix_NuvUintResize(&lp->basic, 2, 2);
+            for (NuvUint i = 0; i != 4; ++i)
+                lp->basic.data[i] = 3 + i % 2;
+        });
+    expectInvalid(
+        [](NuvLinearProgramming* lp)
+        {
+            NuvMatrix_NuvUintResize(&lp->independent, 2, 2);
+            for (NuvUint i = 0; i != 4; ++i)
+                lp->independent.data[i] = 1 + i % 2;
+        });
     for (const auto matrix :
          {&NuvLinearProgramming::A, &NuvLinearProgramming::b, &NuvLinearProgramming::c})
         expectInvalid([matrix](NuvLinearProgramming* lp) { Unstore(&(lp->*matrix)); });

@@ -256,6 +256,17 @@ TEST_F(Scratch, AChunkGoesBackWithItsLastBlock)
     EXPECT_EQ(upstream.LiveBlocks(), 0U);
 }
 
+TEST_F(Scratch, TheFirstBlockOfAChunkGoesBackAlsoWhereLaterOnesAreHeld)
+{
+    const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
+    ASSERT_NE(Blocks()->allocate(Blocks(), 8), nullptr);
+    SmallModel model(2, Blocks());
+    EnterFactory(&model);
+    const std::size_t before = NumBlocks();
+    NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
+    EXPECT_EQ(NumBlocks(), before - 1);
+}
+
 TEST_F(Scratch, AHoldLastsForOneRelease)
 {
     const NuvSizeT first = NuvScratchAllocatorMark(&scratch);
@@ -450,8 +461,10 @@ TEST(ScratchChunks, WhatAModelHoldsSurvivesWhereverItsChunksLie)
             for (NuvUint id = 4; id != 40; ++id)
                 ASSERT_TRUE(model.SetNamedRow(id, {{longName, 1.0F}}, 100));
             ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
-            ASSERT_GE(arena.NumLargeBlocks(), 2U);
-            ASSERT_NE(blocks->allocate(blocks, 30000), nullptr);
+            const std::size_t before = arena.NumLargeBlocks();
+            for (int i = 0; i != 3000; ++i)
+                ASSERT_NE(blocks->allocate(blocks, 100), nullptr);
+            ASSERT_GT(arena.NumLargeBlocks(), before);
             NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
             EXPECT_EQ(model.NumRows(), 39U);
             EXPECT_EQ(TermsOf(model.FindRow(39)->u.variableCoefficientsByName),
