@@ -269,6 +269,9 @@ TEST_F(Scratch, TheFirstBlockOfAChunkGoesBackAlsoWhereLaterOnesAreHeld)
 
 TEST_F(Scratch, AHoldLastsForOneRelease)
 {
+    // An older block in the same chunk, so that the chunk does not go back as a whole.
+    (void)NuvScratchAllocatorMark(&scratch);
+    ASSERT_NE(Blocks()->allocate(Blocks(), 8), nullptr);
     const NuvSizeT first = NuvScratchAllocatorMark(&scratch);
     SmallModel model(40, Blocks());
     for (NuvUint id = 1; id != 40; ++id)
@@ -277,9 +280,9 @@ TEST_F(Scratch, AHoldLastsForOneRelease)
     NuvScratchAllocatorRelease(&scratch, first, &model.lp);
     // Now all are older than the mark, and nothing is younger.
     NuvScratchAllocatorRelease(&scratch, NuvScratchAllocatorMark(&scratch), &model.lp);
-    EXPECT_NE(NumBlocks(), 0U);
+    EXPECT_GT(NumBlocks(), 1U);
     NuvScratchAllocatorRelease(&scratch, first, nullptr);
-    EXPECT_EQ(NumBlocks(), 0U);
+    EXPECT_EQ(NumBlocks(), 1U);
     NuvLinearProgrammingConstruct(&model.lp, 0, upstream);  // what it held is gone
 }
 
