@@ -295,33 +295,61 @@ TEST(Storage, ASecondSolveOfTheSameModelLeavesAsMuchAgain)
 
 // All families ------------------------------------------------------------------------------------
 
+/// Calls visit(problem) for so many small models of a family.
+template <class Visit>
+void ForEachModel(Family family, std::uint64_t firstSeed, int count, Visit visit)
+{
+    Random random(firstSeed + static_cast<std::uint64_t>(family));
+    for (int i = 0; i < ShareOf(count) && !testing::Test::HasFailure(); ++i)
+    {
+        const std::size_t rows = 1 + random.Below(9);
+        const std::size_t columns = 1 + random.Below(9);
+        const std::uint64_t seed = random.Next();
+        SCOPED_TRACE(testing::Message() << rows << " x " << columns << ", seed " << seed);
+        visit(MakeModel(family, rows, columns, seed));
+    }
+}
+
+/// What a solve leaves behind must be what its pivots say.
+void CompareLeftovers(const Problem& problem)
+{
+    TestAllocator allocator;
+    allocator.AcceptLeftBlocks();
+    Solution solution;
+    {
+        CoreModel model(problem, allocator);
+        solution = reference::Solve(model.InRowOrder(), pivotLimit);
+        if (solution.status == Status::Stopped)
+            return;
+        allocator.RefuseFrom(requestLimit);
+        (void)model.Solve();
+    }
+    EXPECT_EQ(allocator.LiveSizes(), ExpectedAfter(problem, solution).Sizes());
+}
+
 class StorageOfFamilies : public testing::TestWithParam<Family>
 {
 };
 
 TEST_P(StorageOfFamilies, ASolveLeavesWhatItsPivotsSay)
 {
-    Random random(0x570A6E + static_cast<std::uint64_t>(GetParam()));
-    for (int i = 0; i < ShareOf(200) && !HasFailure(); ++i)
-    {
-        const std::size_t rows = 1 + random.Below(9);
-        const std::size_t columns = 1 + random.Below(9);
-        const std::uint64_t seed = random.Next();
-        SCOPED_TRACE(testing::Message() << rows << " x " << columns << ", seed " << seed);
-        const Problem problem = MakeModel(GetParam(), rows, columns, seed);
-        TestAllocator allocator;
-        allocator.AcceptLeftBlocks();
-        Solution solution;
-        {
-            CoreModel model(problem, allocator);
-            solution = reference::Solve(model.InRowOrder(), pivotLimit);
-            if (solution.status == Status::Stopped)
-                continue;
-            allocator.RefuseFrom(requestLimit);
-            (void)model.Solve();
-        }
-        EXPECT_EQ(allocator.LiveSizes(), ExpectedAfter(problem, solution).Sizes());
-    }
+    ForEachModel(GetParam(), 0x570A6E, 200, CompareLeftovers);
+}
+
+/// A second solve must ask for a workspace in each phase besides what it leaves behind.
+void CompareRequests(const Problem& problem)
+{
+    TestAllocator allocator;
+    allocator.AcceptLeftBlocks();
+    CoreModel model(problem, allocator);
+    if (model.SolveMonitored(pivotLimit).status != Status::Ok)
+        return;
+    const std::size_t requests = allocator.Requests();
+    const std::size_t blocks = allocator.LiveBlocks();
+    (void)model.SolveMonitored(pivotLimit);
+    const bool hasPhaseI = NuvRevisedSimplexIsPhaseIRequired(&model.lp) == NUV_TRUE;
+    EXPECT_EQ(allocator.Requests() - requests - (allocator.LiveBlocks() - blocks),
+              hasPhaseI ? 2U : 1U);
 }
 
 class StorageOfTameFamilies : public testing::TestWithParam<Family>
@@ -331,26 +359,7 @@ class StorageOfTameFamilies : public testing::TestWithParam<Family>
 // The literal road would take a workspace of its own.
 TEST_P(StorageOfTameFamilies, ASecondSolveAsksBesidesForAWorkspaceInEachPhaseAlone)
 {
-    Random random(0x40AD + static_cast<std::uint64_t>(GetParam()));
-    for (int i = 0; i < ShareOf(80) && !HasFailure(); ++i)
-    {
-        const std::size_t rows = 1 + random.Below(9);
-        const std::size_t columns = 1 + random.Below(9);
-        const std::uint64_t seed = random.Next();
-        SCOPED_TRACE(testing::Message() << rows << " x " << columns << ", seed " << seed);
-        const Problem problem = MakeModel(GetParam(), rows, columns, seed);
-        TestAllocator allocator;
-        allocator.AcceptLeftBlocks();
-        CoreModel model(problem, allocator);
-        if (model.SolveMonitored(pivotLimit).status != Status::Ok)
-            continue;
-        const std::size_t requests = allocator.Requests();
-        const std::size_t blocks = allocator.LiveBlocks();
-        (void)model.SolveMonitored(pivotLimit);
-        const bool hasPhaseI = NuvRevisedSimplexIsPhaseIRequired(&model.lp) == NUV_TRUE;
-        EXPECT_EQ(allocator.Requests() - requests - (allocator.LiveBlocks() - blocks),
-                  hasPhaseI ? 2U : 1U);
-    }
+    ForEachModel(GetParam(), 0x40AD, 80, CompareRequests);
 }
 
 std::string NameOfFamily(const testing::TestParamInfo<Family>& family)
