@@ -6,6 +6,7 @@
 
 #include "Nuv/Utils/NuvFloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
+#include "Nuv/Utils/NuvZeros.inl"
 
 namespace nuv
 {
@@ -16,15 +17,10 @@ constexpr NuvUint tile = Kernels::tile;
 /// Up to this length an update is taken to change everything: to look costs more than it saves.
 constexpr NuvSizeT maxUnseen = 64;
 
-/// Whether a tile has an element that is not ±0: any bit but the signs.
-bool HasNonzero(const NuvFloat32* x)
+/// The length of so many elements in whole tiles.
+NuvSizeT InTiles(NuvSizeT count)
 {
-    NuvUint bits[tile];
-    NuvMemCopy(bits, x, sizeof bits);
-    NuvUint any = 0;
-    for (const NuvUint element : bits)
-        any |= element << 1U;
-    return any != 0;
+    return (count + tile - 1) / tile * tile;
 }
 
 /// The position of the first priced row that is not before `row`.
@@ -145,7 +141,7 @@ void UpdatePricesOf(BasisInverse* x, NuvSizeT first, NuvSizeT last, NuvFloat32* 
 
 NuvSizeT LengthInUse(const BasisInverse* x)
 {
-    return (x->numStored + tile - 1) / tile * tile;
+    return InTiles(x->numStored);
 }
 
 /// Brings the priced rows and the prices of the stored columns up to date. A column whose
@@ -162,7 +158,7 @@ void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
     NuvSizeT first = 0;
     for (NuvSizeT next = 0; length > maxUnseen && next != length; next += tile)
     {
-        if (HasNonzero(x->multipliersBySlot + next))
+        if (HasNonzero<tile>(x->multipliersBySlot + next))
             continue;
         if (first != next)
             UpdatePricesOf(x, first, next, prices);
@@ -176,7 +172,7 @@ void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
 /// own row are there zeros in place of the old entries.
 bool IsTouched(const BasisInverse* x, NuvSizeT first)
 {
-    return !x->isPending || x->pivotRow / tile == first / tile || HasNonzero(x->eta + first);
+    return !x->isPending || x->pivotRow / tile == first / tile || HasNonzero<tile>(x->eta + first);
 }
 
 /// The places of the non-zeros of a vector that has few of them.
@@ -194,7 +190,7 @@ bool FindFewNonzeros(const NuvFloat32* vector, NuvUint length, FewNonzeros* foun
     found->count = 0;
     for (NuvUint i = 0; i < length; ++i)
     {
-        if (i % tile == 0 && !HasNonzero(vector + i))
+        if (i % tile == 0 && !HasNonzero<tile>(vector + i))
         {
             i += tile - 1;
             continue;
@@ -238,8 +234,8 @@ void TakeStored(BasisInverse* x, NuvFloat32* vector)
 
 NuvSizeT PaddedLength(NuvSizeT count)
 {
-    const NuvSizeT tiles = (count + tile - 1) / tile;
-    return (tiles % tile == 0 ? tiles + 1 : tiles) * tile;
+    const NuvSizeT length = InTiles(count);
+    return length / tile % tile == 0 ? length + tile : length;
 }
 
 void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter)
@@ -343,7 +339,7 @@ void ComputePrices(BasisInverse* x, NuvFloat32* prices)
 
 void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, NuvFloat32* result)
 {
-    const NuvSizeT length = (x->m + tile - 1) / tile * tile;
+    const NuvSizeT length = InTiles(x->m);
     const ColumnProduct none = {nullptr, nullptr, nullptr};
     ColumnProduct product = {x->storedB, x->unitB, nullptr};
     product.sums = values;

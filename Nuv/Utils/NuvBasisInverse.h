@@ -56,7 +56,7 @@ struct BasisInverse
     NuvFloat32* storedB;
     NuvFloat32* unitB;
     NuvFloat32* noColumn;
-    /// The elements of the vector that b's product is formed with, by stored column.
+    /// The elements of the other vector that is multiplied, by stored column.
     NuvFloat32* storedVector;
 
     /// The pending update; multipliers by stored column, and again by slot.

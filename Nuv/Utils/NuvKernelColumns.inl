@@ -4,6 +4,7 @@
 // all other rows it would add ±0, as numbers are finite, and is left out.
 #include "Nuv/Utils/NuvKernels.h"
 #include "Nuv/Utils/NuvLanes.inl"
+#include "Nuv/Utils/NuvZeros.inl"
 
 namespace nuv
 {
@@ -30,18 +31,6 @@ Range LanesOver(const ColumnWalk& w, Range rows)
     if (rows.first >= rows.last || last <= w.first || first >= w.last)
         return {w.last, w.last};
     return {first > w.first ? first : w.first, last < w.last ? last : w.last};
-}
-
-/// Whether one of a few elements is not ±0: any bit but the signs.
-template <NuvSizeT count>
-NUV_LANES_INLINE bool HasNonzero(const NuvFloat32* x)
-{
-    NuvUint bits[count];
-    memcpy(bits, x, sizeof bits);
-    NuvUint any = 0;
-    for (const NuvUint element : bits)
-        any |= element << 1U;
-    return any != 0;
 }
 
 /// The factors of the identity's columns `first` to `first + gap` in the rows at `i`, and 0 in the

@@ -7,12 +7,14 @@
 #include "Nuv/Utils/NuvBasisInverse.h"
 #include "Nuv/Utils/NuvFloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
+#include "Nuv/Utils/NuvZeros.inl"
 
 namespace nuv
 {
 namespace
 {
-/// How many elements are tested at once for being zero.
+/// How many elements are tested at once for being zero: most of a sparse row is passed over by
+/// this.
 constexpr NuvUint blankLength = 16;
 
 constexpr NuvFloat32 basicCost = -std::numeric_limits<NuvFloat32>::infinity();
@@ -35,17 +37,6 @@ const NuvFloat32* RowOfA(const ReducedCosts* x, NuvUint row)
     return x->A + row * x->numColumns;
 }
 
-/// Whether the next elements are all +0; most of a sparse row is passed over by this.
-bool IsBlank(const NuvFloat32* x)
-{
-    NuvSizeT bits[blankLength / 2];
-    NuvMemCopy(bits, x, sizeof bits);
-    NuvSizeT any = 0;
-    for (const NuvSizeT pair : bits)
-        any |= pair;
-    return any == 0;
-}
-
 /// Lists the non-zeros of a row of A's first columns.
 /// @return the end of the list.
 NuvUint* ListNonzeros(const ReducedCosts* x, NuvUint i, NuvUint* columns)
@@ -53,7 +44,7 @@ NuvUint* ListNonzeros(const ReducedCosts* x, NuvUint i, NuvUint* columns)
     const NuvFloat32* const row = RowOfA(x, i);
     for (NuvUint j = 0; j != x->n;)
     {
-        if (x->n - j >= blankLength && IsBlank(row + j))
+        if (x->n - j >= blankLength && !HasNonzero<blankLength>(row + j))
         {
             j += blankLength;
             continue;

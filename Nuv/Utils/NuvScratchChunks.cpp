@@ -16,9 +16,9 @@ struct alignas(max_align_t) NuvScratchChunk
     /// How many blocks are recorded, and can be; the records stand behind this.
     NuvSizeT numRecords;
     NuvSizeT maxRecords;
-    /// How many of the recorded blocks are out, and how many are held.
+    /// How many of the recorded blocks are out, and whether some are held.
     NuvSizeT numBlocks;
-    NuvSizeT numHeld;
+    bool hasHeld;
     /// No block of the chunk has a smaller number.
     NuvSizeT firstNumber;
 };
@@ -176,7 +176,7 @@ bool TakeChunk(NuvScratchAllocator* x, NuvSizeT blockSize)
         NuvAllocatorDeallocate(x->upstream, chunk, SizeWithRecords(maxRecords));
         return false;
     }
-    *chunk = {x->chunks,   static_cast<unsigned char*>(memory), size, 0, 0, maxRecords, 0, 0,
+    *chunk = {x->chunks,   static_cast<unsigned char*>(memory), size, 0, 0, maxRecords, 0, false,
               x->taken + 1};
     x->chunks = chunk;
     return true;
@@ -241,7 +241,7 @@ bool HoldInChunk(const NuvScratchAllocator* x, const void* memory)
     NuvScratchChunk* const chunk = ChunkOf(x, memory);
     if (!chunk)
         return false;
-    ++chunk->numHeld;
+    chunk->hasHeld = true;
     FindRecord(chunk, memory)->isHeld = true;
     return true;
 }
@@ -250,13 +250,13 @@ void ReleaseInChunks(NuvScratchAllocator* x, NuvSizeT mark)
 {
     for (NuvScratchChunk* chunk = x->chunks; chunk; chunk = chunk->older)
     {
-        if (chunk->firstNumber > mark && chunk->numHeld == 0)
+        if (chunk->firstNumber > mark && !chunk->hasHeld)
         {
             x->numBlocks -= chunk->numBlocks;
             chunk->numBlocks = 0;
             continue;
         }
-        chunk->numHeld = 0;
+        chunk->hasHeld = false;
         for (NuvSizeT i = chunk->numRecords; i != 0; --i)
         {
             Record* const record = RecordOf(chunk, i - 1);

@@ -326,6 +326,34 @@ struct CountingHeap
     NuvSizeT largest = 0;
 };
 
+/// A scratch allocator on such a heap, marked; what is taken is released at the end.
+struct MarkedScratch
+{
+    MarkedScratch()
+    {
+        NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
+        mark = NuvScratchAllocatorMark(&scratch);
+    }
+
+    ~MarkedScratch()
+    {
+        NuvScratchAllocatorRelease(&scratch, mark, nullptr);
+        NuvScratchAllocatorDestruct(&scratch);
+    }
+
+    /// Takes so many blocks of a size.
+    void Take(int count, NuvSizeT size)
+    {
+        NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
+        for (int i = 0; i != count; ++i)
+            ASSERT_NE(blocks->allocate(blocks, size), nullptr);
+    }
+
+    CountingHeap heap;
+    NuvScratchAllocator scratch;
+    NuvSizeT mark = 0;
+};
+
 // What is known of the first chunk: 8 KiB, at least four blocks, and 64 records.
 TEST(ScratchChunks, TheFirstTakesFourBlocksOfAQuarterOfIt)
 {
@@ -393,34 +421,19 @@ TEST_F(Scratch, DestructGivesTheFirstBlockBackAlsoOutOfAChunk)
 // Each chunk is larger than all before it together, up to 64 MiB, and comes with its records.
 TEST(ScratchChunks, TheirNumberGrowsWithTheLogarithmOfWhatIsTaken)
 {
-    CountingHeap heap;
-    NuvScratchAllocator scratch;
-    NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
-    NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
-    const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
-    for (int i = 0; i != 1000; ++i)
-        ASSERT_NE(blocks->allocate(blocks, 1000), nullptr);
-    EXPECT_LE(heap.requests, 2U * 6U);
-    for (int i = 0; i != 100; ++i)
-        ASSERT_NE(blocks->allocate(blocks, NuvSizeT{1} << 20U), nullptr);
-    EXPECT_EQ(heap.largest, NuvSizeT{1} << 26U);
-    NuvScratchAllocatorRelease(&scratch, mark, nullptr);
-    NuvScratchAllocatorDestruct(&scratch);
+    MarkedScratch scratch;
+    scratch.Take(1000, 1000);
+    EXPECT_LE(scratch.heap.requests, 2U * 6U);
+    scratch.Take(100, NuvSizeT{1} << 20U);
+    EXPECT_EQ(scratch.heap.largest, NuvSizeT{1} << 26U);
 }
 
 // Records are as many as small blocks need.
 TEST(ScratchChunks, TheirNumberGrowsWithTheLogarithmOfTheNumberOfSmallBlocks)
 {
-    CountingHeap heap;
-    NuvScratchAllocator scratch;
-    NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
-    NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
-    const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
-    for (int i = 0; i != 20000; ++i)
-        ASSERT_NE(blocks->allocate(blocks, 16), nullptr);
-    EXPECT_LE(heap.requests, 2U * 6U);
-    NuvScratchAllocatorRelease(&scratch, mark, nullptr);
-    NuvScratchAllocatorDestruct(&scratch);
+    MarkedScratch scratch;
+    scratch.Take(20000, 16);
+    EXPECT_LE(scratch.heap.requests, 2U * 6U);
 }
 
 TEST(ScratchChunks, NoneIsOfASizeThatTheCLibraryWouldGiveBackToTheSystem)
@@ -429,17 +442,12 @@ TEST(ScratchChunks, NoneIsOfASizeThatTheCLibraryWouldGiveBackToTheSystem)
     constexpr NuvSizeT medium = 262144;
     for (const NuvSizeT before : {small / 3, small / 3 + 16, medium / 3 - 16, medium / 3 + 16})
     {
-        CountingHeap heap;
-        NuvScratchAllocator scratch;
-        NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
-        NuvAllocator* const blocks = NuvScratchAllocatorGetAllocator(&scratch);
-        const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
-        ASSERT_NE(blocks->allocate(blocks, before), nullptr);
-        ASSERT_NE(blocks->allocate(blocks, 8), nullptr);
-        EXPECT_TRUE(heap.largest <= small || heap.largest >= medium) << heap.largest;
-        EXPECT_LE(heap.largest, 3 * before > medium ? 3 * before : medium);
-        NuvScratchAllocatorRelease(&scratch, mark, nullptr);
-        NuvScratchAllocatorDestruct(&scratch);
+        MarkedScratch scratch;
+        scratch.Take(1, before);
+        scratch.Take(1, 8);
+        const NuvSizeT largest = scratch.heap.largest;
+        EXPECT_TRUE(largest <= small || largest >= medium) << largest;
+        EXPECT_LE(largest, 3 * before > medium ? 3 * before : medium);
     }
 }
 

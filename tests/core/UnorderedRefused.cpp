@@ -363,14 +363,22 @@ TYPED_TEST(UnorderedRefused, AssignAnswersNullAndLeavesAMapThatServesAgain)
             });
 }
 
-TYPED_TEST(UnorderedRefused, AssignAnswersNullForARefusedNode)
+/// A map that is to be assigned another, all of whose memory is another allocator's.
+template <class M>
+struct Assignment
 {
-    using M = TypeParam;
     TestAllocator nodes;
     TestAllocator buckets;
     TestAllocator elsewhere;
-    HeldMap<M> map(nodes, buckets, ownHash<M>, {1});
-    const HeldMap<M> source(elsewhere, elsewhere, ownHash<M>, {1, 2, 3, 4});
+    HeldMap<M> map{nodes, buckets, ownHash<M>, {1}};
+    HeldMap<M> source{elsewhere, elsewhere, ownHash<M>, {1, 2, 3, 4}};
+};
+
+TYPED_TEST(UnorderedRefused, AssignAnswersNullForARefusedNode)
+{
+    using M = TypeParam;
+    Assignment<M> assignment;
+    auto& [nodes, buckets, elsewhere, map, source] = assignment;
     nodes.RefuseFrom(3);
     EXPECT_EQ(M::Assign(map, source), nullptr);
     EXPECT_EQ(M::Size(map), EntriesOf(map.map).size());
@@ -397,12 +405,9 @@ TEST(UnorderedByNameRefused, WithoutATableNotEvenTheEmptyNameIsFound)
 TYPED_TEST(UnorderedRefused, AMapWithoutATableAnswersAsAnEmptyOneAndCanBeEmptied)
 {
     using M = TypeParam;
-    TestAllocator nodes;
-    TestAllocator buckets;
-    TestAllocator elsewhere;
-    HeldMap<M> map(nodes, buckets, ownHash<M>, {1});
+    Assignment<M> assignment;
+    auto& [nodes, buckets, elsewhere, map, source] = assignment;
     HeldMap<M> other(nodes, buckets, ownHash<M>, {7});
-    HeldMap<M> source(elsewhere, elsewhere, ownHash<M>, {1, 2, 3, 4});
     buckets.RefuseFrom(1);
     ASSERT_EQ(M::Assign(map, source), nullptr);
     ASSERT_EQ(M::BucketCount(map), 0u);

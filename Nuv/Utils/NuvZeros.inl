@@ -1,0 +1,23 @@
+// A test of several elements at once. It is the including source's own, so that no code made for
+// one machine is ever linked into what another runs. Not installed.
+#include <string.h>
+
+#include "Nuv/Utils/NuvTypes.h"
+
+namespace nuv
+{
+namespace
+{
+/// Whether one of an even number of elements is not ±0: any bit but the signs, two by two.
+template <NuvSizeT count>
+inline bool HasNonzero(const NuvFloat32* x)
+{
+    NuvSizeT pairs[count / 2];
+    memcpy(pairs, x, sizeof pairs);
+    NuvSizeT any = 0;
+    for (const NuvSizeT pair : pairs)
+        any |= pair;
+    return (any & 0x7FFFFFFF7FFFFFFF) != 0;
+}
+}  // namespace
+}  // namespace nuv
