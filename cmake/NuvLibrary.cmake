@@ -29,28 +29,28 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvTypes.h)
 
 set(NUV_CORE_SOURCES
-    Nuv/Utils/NuvBasisInverse.cpp
-    Nuv/Utils/NuvBasisInversion.cpp
-    Nuv/Utils/NuvBasisUpdate.cpp
-    Nuv/Utils/NuvKernels.cpp
-    Nuv/Utils/NuvKernelsAvx2.cpp
-    Nuv/Utils/NuvKernelsAvx512.cpp
-    Nuv/Utils/NuvKernelsBaseline.cpp
-    Nuv/Utils/NuvKernelsPlain.cpp
-    Nuv/Utils/NuvLinearProgramming.cpp
-    Nuv/Utils/NuvLinearProgrammingContainers.cpp
-    Nuv/Utils/NuvLinearProgrammingEditing.cpp
-    Nuv/Utils/NuvLinearProgrammingRecords.cpp
-    Nuv/Utils/NuvLinearProgrammingSolve.cpp
-    Nuv/Utils/NuvLinearProgrammingStandardForm.cpp
-    Nuv/Utils/NuvLiteralRoad.cpp
-    Nuv/Utils/NuvReducedCosts.cpp
-    Nuv/Utils/NuvRevisedSimplex.cpp
-    Nuv/Utils/NuvScratchAllocator.cpp
-    Nuv/Utils/NuvScratchChunks.cpp
-    Nuv/Utils/NuvSimplexIteration.cpp
-    Nuv/Utils/NuvSolveStorage.cpp
-    Nuv/Utils/NuvString.cpp)
+    Nuv/Utils/Simplex/BasisInverse.cpp
+    Nuv/Utils/Simplex/BasisInversion.cpp
+    Nuv/Utils/Simplex/BasisUpdate.cpp
+    Nuv/Utils/Kernels/Kernels.cpp
+    Nuv/Utils/Kernels/Avx2.cpp
+    Nuv/Utils/Kernels/Avx512.cpp
+    Nuv/Utils/Kernels/Baseline.cpp
+    Nuv/Utils/Kernels/Plain.cpp
+    Nuv/Utils/Problem/Object.cpp
+    Nuv/Utils/Problem/Containers.cpp
+    Nuv/Utils/Problem/Editing.cpp
+    Nuv/Utils/Problem/Records.cpp
+    Nuv/Utils/Simplex/Solve.cpp
+    Nuv/Utils/Simplex/StandardForm.cpp
+    Nuv/Utils/Simplex/LiteralRoad.cpp
+    Nuv/Utils/Simplex/ReducedCosts.cpp
+    Nuv/Utils/Simplex/RevisedSimplex.cpp
+    Nuv/Utils/Memory/ScratchAllocator.cpp
+    Nuv/Utils/Memory/ScratchChunks.cpp
+    Nuv/Utils/Simplex/Iteration.cpp
+    Nuv/Utils/Simplex/Workspace.cpp
+    Nuv/Utils/Problem/String.cpp)
 
 # Static, or shared with BUILD_SHARED_LIBS.
 add_library(NuvLinearProgramming ${NUV_CORE_SOURCES})
@@ -82,9 +82,9 @@ nuv_no_cxx_runtime(NuvLinearProgramming)
 if(NOT MSVC)
     # Full optimisation of the inner loops, also where a user's own flags for a release stop at -O2.
     foreach(set Plain Baseline Avx2 Avx512)
-        list(APPEND nuv_loops Nuv/Utils/NuvKernels${set}.cpp)
+        list(APPEND nuv_loops Nuv/Utils/Kernels/${set}.cpp)
     endforeach()
-    list(APPEND nuv_loops Nuv/Utils/NuvKernels.cpp)
+    list(APPEND nuv_loops Nuv/Utils/Kernels/Kernels.cpp)
     set_property(
         SOURCE ${nuv_loops} APPEND
         PROPERTY COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo>:-O3>")
@@ -106,6 +106,6 @@ function(nuv_loops_for source flags macro)
         set_property(SOURCE ${source} APPEND PROPERTY COMPILE_OPTIONS ${options})
     endif()
 endfunction()
-nuv_loops_for(Nuv/Utils/NuvKernelsAvx2.cpp "-mavx2" __AVX2__)
+nuv_loops_for(Nuv/Utils/Kernels/Avx2.cpp "-mavx2" __AVX2__)
 nuv_loops_for(
-    Nuv/Utils/NuvKernelsAvx512.cpp "-mavx512f -mavx512bw -mavx512dq -mavx512vl" __AVX512VL__)
+    Nuv/Utils/Kernels/Avx512.cpp "-mavx512f -mavx512bw -mavx512dq -mavx512vl" __AVX512VL__)

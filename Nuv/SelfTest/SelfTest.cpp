@@ -3,7 +3,7 @@
 
 #include "Nuv/SelfTest/Models.hpp"
 #include "Nuv/SelfTest/Solving.hpp"
-#include "Nuv/Utils/NuvKernels.h"
+#include "Nuv/Utils/Kernels/Kernels.h"
 
 #include <inttypes.h>
 #include <string.h>

@@ -7,7 +7,7 @@
 //     g++ -std=c++20 -O2 -ffp-contract=off -I. Nuv/SelfTest/*.cpp Nuv/Utils/*.cpp -o nuv_selftest
 //
 // (with -fno-exceptions -fno-rtti -fno-threadsafe-statics it needs no C++ runtime; on 32-bit x86
-// add -msse2 -mfpmath=sse; -mavx2 and the like belong to the sources Nuv/Utils/NuvKernelsAvx*.cpp
+// add -msse2 -mfpmath=sse; -mavx2 and the like belong to the sources Nuv/Utils/Kernels/Avx*.cpp
 // alone).
 #pragma once
 

@@ -2,7 +2,7 @@
 
 #include "Nuv/SelfTest/Numbers.hpp"
 #include "Nuv/Utils/NuvLinearProgrammingMonitor.h"
-#include "Nuv/Utils/NuvRevisedSimplex.h"
+#include "Nuv/Utils/Simplex/RevisedSimplex.h"
 #include "Nuv/Utils/NuvScratchAllocator.h"
 
 #include <stdlib.h>

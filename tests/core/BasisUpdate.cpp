@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "Nuv/Utils/NuvRevisedSimplex.h"
+#include "Nuv/Utils/Simplex/RevisedSimplex.h"
 #include "tests/core/MatrixOperations.hpp"
 #include "tests/support/RefusedAllocations.hpp"
 

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "Nuv/Utils/NuvKernels.h"
+#include "Nuv/Utils/Kernels/Kernels.h"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
 #include "tests/support/Effort.hpp"

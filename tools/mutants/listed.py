@@ -3,8 +3,8 @@
 A reason stands above its entries; an entry is a place and, below it, mutants there:
 
     The reason, in a sentence.
-        Nuv/Utils/NuvX.cpp, Function: a part of the line's text
-            < -> <=; jne #2 never; je never in NuvKernelsPlain WalkAcross
+        Nuv/Utils/Kernels/X.cpp, Function: a part of the line's text
+            < -> <=; jne #2 never; je never in Plain WalkAcross
 
 The words after `in` are parts of the names of the unit and of the compiled function, where a line is
 compiled into several or for several types.

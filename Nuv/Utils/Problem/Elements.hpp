@@ -1,0 +1,62 @@
+// The two records of a model as elements of containers.
+#ifndef NUV_UTILS_PROBLEM_ELEMENTS_HPP
+#define NUV_UTILS_PROBLEM_ELEMENTS_HPP
+
+#include "Nuv/Templates/NuvElement.hpp"
+#include "Nuv/Utils/NuvLinearProgrammingRecords.h"
+
+template <>
+struct nuv::Element<NuvLinearProgrammingVariable>
+{
+    static bool Construct(NuvLinearProgrammingVariable* x, const NuvLinearProgrammingVariable* y)
+    {
+        return NuvLinearProgrammingVariableConstructCopy(x, y) != nullptr;
+    }
+
+    static bool ConstructInPlaceOf(NuvLinearProgrammingVariable* x,
+                                   const NuvLinearProgrammingVariable* former,
+                                   const NuvLinearProgrammingVariable* y)
+    {
+        return NuvLinearProgrammingVariableConstruct(x, y->type, y->index, &y->name,
+                                                     former->name.allocator) != nullptr;
+    }
+
+    static bool Assign(NuvLinearProgrammingVariable* x, const NuvLinearProgrammingVariable* y)
+    {
+        return NuvLinearProgrammingVariableAssign(x, y) != nullptr;
+    }
+
+    static void Destruct(NuvLinearProgrammingVariable* x)
+    {
+        NuvLinearProgrammingVariableDestruct(x);
+    }
+};
+
+template <>
+struct nuv::Element<NuvLinearProgrammingConstraint>
+{
+    static bool Construct(NuvLinearProgrammingConstraint* x,
+                          const NuvLinearProgrammingConstraint* y)
+    {
+        return NuvLinearProgrammingConstraintConstructCopy(x, y) != nullptr;
+    }
+
+    static bool ConstructInPlaceOf(NuvLinearProgrammingConstraint* x,
+                                   const NuvLinearProgrammingConstraint*,
+                                   const NuvLinearProgrammingConstraint* y)
+    {
+        return NuvLinearProgrammingConstraintConstructCopy(x, y) != nullptr;
+    }
+
+    static bool Assign(NuvLinearProgrammingConstraint* x, const NuvLinearProgrammingConstraint* y)
+    {
+        return NuvLinearProgrammingConstraintAssign(x, y) != nullptr;
+    }
+
+    static void Destruct(NuvLinearProgrammingConstraint* x)
+    {
+        NuvLinearProgrammingConstraintDestruct(x);
+    }
+};
+
+#endif

@@ -1,0 +1,169 @@
+// Gauss-Jordan elimination column by column. What a step does to a column depends on the step's
+// pivot column alone, so each column may go through all steps by itself: the columns of the basis
+// to find the steps, then the columns of the identity. The elements see the same operations in the
+// same order as in the dense elimination.
+//
+// Exactness: a step whose element at the pivot's position is 0 subtracts ±0 from finite numbers,
+// which changes nothing but signs of zeros, and those do not show (see NuvBasisInverse.h). So it
+// may be skipped, and a unit column whose 1 is not met stays one. That all numbers are finite is
+// tested on the multipliers of each step and on the result: a number that is not finite never
+// becomes finite again.
+#include "Nuv/Utils/Simplex/BasisInversion.h"
+
+#include "Nuv/Utils/Kernels/FloatContract.h"
+#include "Nuv/Utils/NuvStdCLibInline.h"
+
+namespace nuv
+{
+namespace
+{
+NuvFloat32 Magnitude(NuvFloat32 value)
+{
+    return value < 0.0F ? -value : value;
+}
+
+/// Takes a column through one step.
+void Apply(const EliminationStep* step, const Kernels* kernels, NuvFloat32* x, NuvSizeT length)
+{
+    const NuvFloat32 element = x[step->exchanged] / step->pivot;
+    x[step->exchanged] = x[step->position];
+    x[step->position] = element;
+    if (element != 0.0F && step->multipliers)
+        kernels->subtractMultiple(x, step->multipliers, element, length);
+}
+
+void ApplyFrom(const Elimination* elimination, NuvUint first, const Kernels* kernels, NuvFloat32* x,
+               NuvSizeT length)
+{
+    for (NuvUint k = first; k != elimination->numSteps; ++k)
+        Apply(elimination->steps + k, kernels, x, length);
+}
+
+/// Follows the 1 of a unit column through the exchanges of rows, until a step has it for its pivot.
+/// @return that step, or the number of steps when there is none; `row` is where the 1 stands then.
+NuvUint FollowUnit(const Elimination* elimination, NuvUint* row)
+{
+    NuvUint k = 0;
+    for (; k != elimination->numSteps; ++k)
+    {
+        const EliminationStep* const step = elimination->steps + k;
+        if (*row == step->exchanged)
+            break;
+        if (*row == step->position)
+            *row = step->exchanged;
+    }
+    return k;
+}
+
+void FillUnit(NuvFloat32* x, NuvUint row, NuvSizeT length)
+{
+    NuvMemZero(x, length * sizeof *x);
+    x[row] = 1.0F;
+}
+
+NuvUint FindPivotRow(const NuvFloat32* x, NuvUint first, NuvUint m)
+{
+    NuvUint pivotRow = first;
+    for (NuvUint i = first + 1; i < m; ++i)
+        if (Magnitude(x[i]) > Magnitude(x[pivotRow]))
+            pivotRow = i;
+    return pivotRow;
+}
+
+enum class Found
+{
+    Step,
+    Singular,
+    NotFinite
+};
+
+/// Makes the step of a basis column that has gone through the earlier ones.
+Found AppendStep(Elimination* elimination, const BasisInverse* inverse, NuvFloat32* x,
+                 NuvUint position)
+{
+    if (!inverse->kernels->isFinite(x, inverse->stride))
+        return Found::NotFinite;
+    const NuvUint pivotRow = FindPivotRow(x, position, inverse->m);
+    const NuvFloat32 pivot = x[pivotRow];
+    if (pivot == 0.0F)
+        return Found::Singular;
+    x[pivotRow] = x[position];
+    x[position] = 0.0F;
+    elimination->steps[elimination->numSteps++] = {position, pivotRow, pivot, x};
+    ++elimination->numMultipliers;
+    return Found::Step;
+}
+
+/// The column of a slack variable: mostly a unit column that makes no work.
+Found EliminateSlack(Elimination* elimination, const BasisInverse* inverse, NuvUint slack,
+                     NuvUint position)
+{
+    NuvUint row = slack;
+    const NuvUint first = FollowUnit(elimination, &row);
+    if (first != elimination->numSteps)
+    {
+        NuvFloat32* const x =
+            elimination->multipliers + elimination->numMultipliers * inverse->stride;
+        FillUnit(x, row, inverse->stride);
+        ApplyFrom(elimination, first, inverse->kernels, x, inverse->stride);
+        return AppendStep(elimination, inverse, x, position);
+    }
+    if (row < position)
+        return Found::Singular;
+    if (row > position)
+        elimination->steps[elimination->numSteps++] = {position, row, 1.0F, nullptr};
+    return Found::Step;
+}
+
+Found EliminateColumn(Elimination* elimination, const BasisInverse* inverse,
+                      const BasisColumns* basis, NuvUint position)
+{
+    const NuvSizeT column = basis->labels[position] - 1;
+    const NuvSizeT firstSlack = basis->numColumns - inverse->m;
+    if (column >= firstSlack)
+        return EliminateSlack(elimination, inverse, static_cast<NuvUint>(column - firstSlack),
+                              position);
+    NuvFloat32* const x = elimination->multipliers + elimination->numMultipliers * inverse->stride;
+    for (NuvUint i = 0; i != inverse->m; ++i)
+        x[i] = basis->A[i * basis->numColumns + column];
+    NuvMemZero(x + inverse->m, (inverse->stride - inverse->m) * sizeof *x);
+    ApplyFrom(elimination, 0, inverse->kernels, x, inverse->stride);
+    return AppendStep(elimination, inverse, x, position);
+}
+
+/// Takes the columns of the identity through all steps.
+/// @return whether they are finite.
+bool EliminateIdentity(const Elimination* elimination, BasisInverse* inverse)
+{
+    for (NuvUint column = 0; column != inverse->m; ++column)
+    {
+        NuvUint row = column;
+        const NuvUint first = FollowUnit(elimination, &row);
+        if (first == elimination->numSteps && row == column)
+            continue;
+        NuvFloat32* const x = StoreColumn(inverse, column);
+        FillUnit(x, row, inverse->stride);
+        ApplyFrom(elimination, first, inverse->kernels, x, inverse->stride);
+        if (!inverse->kernels->isFinite(x, inverse->stride))
+            return false;
+    }
+    return true;
+}
+}  // namespace
+
+bool Invert(BasisInverse* inverse, const BasisColumns* basis, Elimination* elimination)
+{
+    SetToIdentity(inverse);
+    elimination->numSteps = 0;
+    elimination->numMultipliers = 0;
+    for (NuvUint position = 0; position != inverse->m; ++position)
+    {
+        const Found found = EliminateColumn(elimination, inverse, basis, position);
+        if (found == Found::NotFinite)
+            return false;
+        if (found == Found::Singular)
+            break;
+    }
+    return EliminateIdentity(elimination, inverse);
+}
+}  // namespace nuv

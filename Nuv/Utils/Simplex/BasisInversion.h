@@ -1,0 +1,44 @@
+// Inverting a basis from its columns, with the bits of Gauss-Jordan elimination with partial
+// pivoting on the dense matrix. Not installed.
+#ifndef NUV_UTILS_SIMPLEX_BASISINVERSION_H
+#define NUV_UTILS_SIMPLEX_BASISINVERSION_H
+
+#include "Nuv/Utils/Simplex/BasisInverse.h"
+
+namespace nuv
+{
+/// One step of the elimination, as it acts on any column: rows `position` and `exchanged` change
+/// places, the element at `position` is divided by `pivot`, and its multiples are subtracted from
+/// all others. The multipliers are null when all of them are 0.
+struct EliminationStep
+{
+    NuvUint position;
+    NuvUint exchanged;
+    NuvFloat32 pivot;
+    const NuvFloat32* multipliers;
+};
+
+struct Elimination
+{
+    NuvUint numSteps;
+    EliminationStep* steps;
+    /// Room for the multipliers, `stride` floats for each of up to m steps.
+    NuvFloat32* multipliers;
+    NuvUint numMultipliers;
+};
+
+/// Columns of a matrix of m rows whose last m columns are the identity, labelled from 1.
+struct BasisColumns
+{
+    const NuvFloat32* A;
+    NuvSizeT numColumns;
+    const NuvUint* labels;
+};
+
+/// Sets the inverse to that of the basis; when the basis is singular, to what the elimination has
+/// made of the identity by then.
+/// @return false when a number on the way was not finite; the inverse is then of no use.
+bool Invert(BasisInverse* inverse, const BasisColumns* basis, Elimination* elimination);
+}  // namespace nuv
+
+#endif
