@@ -4,7 +4,7 @@
 // what is left must be solved and taken apart without harm, and a new model begins.
 #include "fuzz/Input.hpp"
 #include "fuzz/Target.hpp"
-#include "tests/core/SmallModel.hpp"
+#include "tests/support/SmallModel.hpp"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/PlainModel.hpp"
 

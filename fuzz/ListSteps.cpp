@@ -3,7 +3,7 @@
 // element is not reported and leaves a name empty. So after a refusal the list is what it says it
 // is, if its links are sound; without one it is what the sequence of operations makes it.
 #include "fuzz/Containers.hpp"
-#include "tests/core/ListSupport.hpp"
+#include "tests/core/containers/ListSupport.hpp"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // refusal the map is what it says it is, if it is sound, and entries whose key was not copied are
 // taken out; without one it is what the sequence of operations makes it.
 #include "fuzz/Containers.hpp"
-#include "tests/core/UnorderedSupport.hpp"
+#include "tests/core/containers/UnorderedSupport.hpp"
 
 #include <algorithm>
 #include <map>

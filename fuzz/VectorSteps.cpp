@@ -2,7 +2,7 @@
 // left the array as it was, but for an assignment, which has left it empty; one that cannot fail
 // does not.
 #include "fuzz/Containers.hpp"
-#include "tests/core/VectorSupport.hpp"
+#include "tests/core/containers/VectorSupport.hpp"
 
 #include <algorithm>
 #include <functional>

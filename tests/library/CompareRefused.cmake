@@ -8,7 +8,7 @@ cmake_minimum_required(VERSION 3.25)
 # What the tests that refuse memory say, in one piece.
 set(texts)
 foreach(pattern IN ITEMS *Refused*.cpp String.cpp Pair.cpp BasisUpdate.cpp VectorExchange.cpp)
-    file(GLOB files ${TESTS}/${pattern})
+    file(GLOB_RECURSE files ${TESTS}/${pattern})
     foreach(file IN LISTS files)
         file(READ ${file} text)
         string(APPEND texts "${text}")

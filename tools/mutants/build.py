@@ -86,7 +86,7 @@ class Core:
         """Links the test programs of the build tree with the shared library; answers their paths."""
         programs = []
         for name in names:
-            objects = sorted((self.tree / f"tests/CMakeFiles/{name}.dir").rglob("*.o"))
+            objects = sorted((self.tree / "tests").glob(f"**/CMakeFiles/{name}.dir/**/*.o"))
             if not objects:
                 raise SystemExit(f"{name} is not built")
             program = self.work / name
