@@ -109,7 +109,7 @@ std::optional<std::uint32_t> NamedReader::Find(What what, std::string_view name,
         return std::nullopt;
     }
     if (const std::optional<Row> row = m_model.FindRow(name))
-        return row->index;
+        return row->Index();
     (void)m_log.Fail(at, "claim.unknown-row", fmt::format("the model has no row '{}'", name),
                      "is this the solution of another model?");
     return std::nullopt;

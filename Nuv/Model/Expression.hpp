@@ -3,7 +3,8 @@
 /// terms up when it takes the expression in.
 #pragma once
 
-#include <cstdint>
+#include "Nuv/Model/Handle.hpp"
+
 #include <limits>
 #include <utility>
 #include <vector>
@@ -12,29 +13,6 @@ namespace nuv
 {
 
 inline constexpr double Infinity = std::numeric_limits<double>::infinity();
-
-/// A variable of one model. A handle that AddVariable could not make is not valid, and using it is
-/// an error of the model.
-class Variable
-{
-public:
-    static constexpr std::uint32_t NoIndex = 0xFFFFFFFFu;
-
-    Variable() = default;
-    explicit Variable(std::uint32_t index) : m_index(index) {}
-
-    [[nodiscard]] std::uint32_t Index() const noexcept
-    {
-        return m_index;
-    }
-    [[nodiscard]] bool Valid() const noexcept
-    {
-        return m_index != NoIndex;
-    }
-
-private:
-    std::uint32_t m_index = NoIndex;
-};
 
 struct Term
 {
@@ -60,19 +38,13 @@ public:
 
     Expression& operator+=(const Expression& other)
     {
-        // By index, because `other` may be this expression itself.
-        const std::size_t count = other.m_terms.size();
-        m_terms.reserve(m_terms.size() + count);
-        for (std::size_t i = 0; i < count; ++i)
-            m_terms.push_back(other.m_terms[i]);
-        m_constant += other.m_constant;
+        Append(other, 1.0);
         return *this;
     }
     Expression& operator-=(const Expression& other)
     {
-        Expression negated = other;
-        negated *= -1.0;
-        return *this += negated;
+        Append(other, -1.0);
+        return *this;
     }
     Expression& operator*=(double factor)
     {
@@ -83,6 +55,19 @@ public:
     }
 
 private:
+    /// Storage grows by push_back's own rule, so that n terms added one by one cost n steps. By
+    /// index, because `other` may be this expression itself.
+    void Append(const Expression& other, double factor)
+    {
+        const std::size_t count = other.m_terms.size();
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            const Term term = other.m_terms[i];
+            m_terms.push_back({term.variable, factor * term.coefficient});
+        }
+        m_constant += factor * other.m_constant;
+    }
+
     std::vector<Term> m_terms;
     double m_constant = 0.0;
 };

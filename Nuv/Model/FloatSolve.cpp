@@ -48,9 +48,9 @@ Solution SolveInFloats(const Model& model, const SolveOptions& options)
 {
     const SolveClock clock;
     Solution solution;
-    if (model.Failure())
+    if (std::optional<Error> fault = model.FindFault())
     {
-        solution.failure = *model.Failure();
+        solution.failure = std::move(*fault);
         return solution;
     }
     const LinearForm form = FormOf(model);

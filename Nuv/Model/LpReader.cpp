@@ -199,7 +199,7 @@ void Parser::Finish()
     const std::string& objective = m_model.ObjectiveName();
     if (const std::optional<Row> row = m_model.FindRow(objective))
     {
-        m_log.Warn(m_rowPlaces[row->index], "lp.objective-name-taken",
+        m_log.Warn(m_rowPlaces[row->Index()], "lp.objective-name-taken",
                    fmt::format("row '{}' has the name of the objective", objective),
                    "an MPS file cannot hold both; rename one");
     }

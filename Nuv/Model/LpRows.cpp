@@ -69,7 +69,7 @@ bool Parser::BeginRow(const std::optional<Token>& label)
         m_rowPlaces.push_back(at);
         return true;
     }
-    const std::uint32_t first = m_model.FindRow(label->text)->index;
+    const std::uint32_t first = m_model.FindRow(label->text)->Index();
     return m_log.Fail(at, "lp.duplicate-row",
                       fmt::format("a second row called '{}'; the first is in line {}", label->text,
                                   m_log.LineOf(m_rowPlaces[first])),

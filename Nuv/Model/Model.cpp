@@ -17,33 +17,72 @@ std::string Quoted(std::string_view name)
     return quoted;
 }
 
+Error MakeError(std::string code, std::string text, std::string hint)
+{
+    return {std::move(code), std::move(text), std::move(hint), {}, 0, 0};
+}
+
+/// Whether bounds are numbers and there is one on the right side of each; false for NaN too.
+bool ArePossible(Bounds bounds) noexcept
+{
+    return bounds.lower < Infinity && bounds.upper > -Infinity;
+}
+
+/// What is wrong with bounds of `subject` that are not possible.
+Error FaultOf(Bounds bounds, const std::string& subject)
+{
+    if (std::isnan(bounds.lower) || std::isnan(bounds.upper))
+    {
+        return MakeError("model.not-a-number", "a bound of " + subject + " is not a number",
+                         "check the arithmetic that made it");
+    }
+    return MakeError("model.impossible-bound", "no number can keep the bounds of " + subject,
+                     "a lower bound is finite or -Infinity, an upper bound finite or Infinity");
+}
+
+Error NotFinite(const std::string& subject)
+{
+    return MakeError("model.not-finite",
+                     subject + " has a coefficient or constant that is not finite",
+                     "only bounds may be infinite");
+}
+
+bool AreFinite(std::span<const double> numbers) noexcept
+{
+    return std::all_of(numbers.begin(), numbers.end(),
+                       [](double number) { return std::isfinite(number); });
+}
+
 }  // namespace
 
 Variable Model::AddVariable(std::string_view name, Bounds bounds)
 {
     if (name.empty())
     {
-        Fail("model.empty-name", "a variable needs a name", "pass a name that is not empty");
+        Fail(MakeError("model.empty-name", "a variable needs a name",
+                       "pass a name that is not empty"));
         return {};
     }
     if (m_variableNames.Find(name) != NameTable::None)
     {
-        Fail("model.duplicate-variable", "there is already a variable called " + Quoted(name),
-             "give each variable a name of its own");
+        Fail(MakeError("model.duplicate-variable",
+                       "there is already a variable called " + Quoted(name),
+                       "give each variable a name of its own"));
         return {};
     }
     if (!CheckBounds("variable", name, bounds))
         return {};
     const std::uint32_t column = m_variableNames.Intern(name).index;
     AppendColumn(bounds);
-    return Variable(column);
+    return VariableAt(column);
 }
 
 Row Model::Add(std::string_view name, const Constraint& constraint)
 {
     if (name.empty())
     {
-        Fail("model.empty-name", "a row needs a name", "leave the name out to have one made");
+        Fail(MakeError("model.empty-name", "a row needs a name",
+                       "leave the name out to have one made"));
         return {};
     }
     const double constant = constraint.expression.Constant();
@@ -53,8 +92,8 @@ Row Model::Add(std::string_view name, const Constraint& constraint)
     const Row row = AppendRow(name, bounds);
     if (!row.Valid())
     {
-        Fail("model.duplicate-row", "there is already a row called " + Quoted(name),
-             "give each row a name of its own");
+        Fail(MakeError("model.duplicate-row", "there is already a row called " + Quoted(name),
+                       "give each row a name of its own"));
         return {};
     }
     std::vector<Term> terms = constraint.expression.Terms();
@@ -81,11 +120,11 @@ Row Model::Add(const Constraint& constraint)
 
 bool Model::SetBounds(Variable variable, Bounds bounds)
 {
-    if (!variable.Valid() || variable.Index() >= VariableCount())
+    if (!Owns(variable))
     {
-        return Fail("model.unknown-variable",
-                    "bounds are set for a variable that is not of this model",
-                    "use the handle that AddVariable of this model returned");
+        return Fail(MakeError("model.unknown-variable",
+                              "bounds are set for a variable that is not of this model",
+                              "use the handle that AddVariable of this model returned"));
     }
     if (!CheckBounds("variable", VariableName(variable.Index()), bounds))
         return false;
@@ -93,36 +132,56 @@ bool Model::SetBounds(Variable variable, Bounds bounds)
     return true;
 }
 
+std::optional<Error> Model::FindFault() const
+{
+    if (m_failure)
+        return m_failure;
+    if (!std::isfinite(m_objectiveConstant))
+        return NotFinite("the objective");
+    for (std::uint32_t column = 0; column < VariableCount(); ++column)
+    {
+        const Bounds bounds = {m_variableLower[column], m_variableUpper[column]};
+        if (std::isfinite(m_objective[column]) && ArePossible(bounds))
+            continue;
+        const std::string subject = "variable " + Quoted(VariableName(column));
+        return ArePossible(bounds) ? NotFinite("the objective at " + subject)
+                                   : FaultOf(bounds, subject);
+    }
+    for (std::uint32_t row = 0; row < RowCount(); ++row)
+    {
+        const Bounds bounds = {m_rowLower[row], m_rowUpper[row]};
+        const bool isFinite = AreFinite(RowCoefficients(row));
+        if (isFinite && ArePossible(bounds))
+            continue;
+        const std::string subject = "row " + Quoted(RowName(row));
+        return isFinite ? FaultOf(bounds, subject) : NotFinite(subject);
+    }
+    return std::nullopt;
+}
+
 std::optional<Variable> Model::FindVariable(std::string_view name) const noexcept
 {
     const std::uint32_t column = m_variableNames.Find(name);
-    return column == NameTable::None ? std::nullopt : std::optional(Variable(column));
+    return column == NameTable::None ? std::nullopt : std::optional(VariableAt(column));
 }
 
 std::optional<Row> Model::FindRow(std::string_view name) const noexcept
 {
     const std::uint32_t row = m_rowNames.Find(name);
-    return row == NameTable::None ? std::nullopt : std::optional(Row{row});
+    return row == NameTable::None ? std::nullopt : std::optional(RowAt(row));
 }
 
 Row Model::AppendRow(std::string_view name, Bounds bounds)
 {
-    Row row;
     if (name.empty())
-    {
-        row.index = m_rowNames.AddUnnamed();
-    }
-    else
-    {
-        const NameTable::Interned interned = m_rowNames.Intern(name);
-        if (!interned.isNew)
-            return {};
-        row.index = interned.index;
-    }
+        (void)m_rowNames.AddUnnamed();
+    else if (!m_rowNames.Intern(name).isNew)
+        return {};
+    m_rows.Add();
     m_rowLower.push_back(bounds.lower);
     m_rowUpper.push_back(bounds.upper);
     m_rowStarts.push_back(m_columns.size());
-    return row;
+    return RowAt(RowCount() - 1);
 }
 
 std::size_t Model::DropZerosOfLastRow()
@@ -192,6 +251,7 @@ void Model::Reserve(std::size_t rows, std::size_t columns, std::size_t entries)
 
 void Model::AppendColumn(Bounds bounds)
 {
+    m_variables.Add();
     m_objective.push_back(0.0);
     m_variableLower.push_back(bounds.lower);
     m_variableUpper.push_back(bounds.upper);
@@ -210,18 +270,8 @@ void Model::SetObjective(Sense sense, const Expression& objective)
 
 bool Model::CheckBounds(std::string_view what, std::string_view name, Bounds bounds)
 {
-    const std::string subject = std::string(what) + " " + Quoted(name);
-    if (std::isnan(bounds.lower) || std::isnan(bounds.upper))
-    {
-        return Fail("model.not-a-number", "a bound of " + subject + " is not a number",
-                    "check the arithmetic that made it");
-    }
-    if (bounds.lower == Infinity || bounds.upper == -Infinity)
-    {
-        return Fail("model.impossible-bound", "no number can keep the bounds of " + subject,
-                    "a lower bound is finite or -Infinity, an upper bound finite or Infinity");
-    }
-    return true;
+    return ArePossible(bounds) ||
+           Fail(FaultOf(bounds, std::string(what) + " " + Quoted(name)));
 }
 
 bool Model::CheckExpression(std::string_view what, std::string_view name,
@@ -231,27 +281,21 @@ bool Model::CheckExpression(std::string_view what, std::string_view name,
     bool finite = std::isfinite(expression.Constant());
     for (const Term& term : expression.Terms())
     {
-        if (!term.variable.Valid() || term.variable.Index() >= VariableCount())
+        if (!Owns(term.variable))
         {
-            return Fail("model.unknown-variable",
-                        subject + " uses a variable that is not of this model",
-                        "use handles that AddVariable of this model returned");
+            return Fail(MakeError("model.unknown-variable",
+                                  subject + " uses a variable that is not of this model",
+                                  "use handles that AddVariable of this model returned"));
         }
         finite = finite && std::isfinite(term.coefficient);
     }
-    if (!finite)
-    {
-        return Fail("model.not-finite",
-                    subject + " has a coefficient or constant that is not finite",
-                    "only bounds may be infinite");
-    }
-    return true;
+    return finite || Fail(NotFinite(subject));
 }
 
-bool Model::Fail(std::string code, std::string text, std::string hint)
+bool Model::Fail(Error error)
 {
     if (!m_failure)
-        m_failure = Error{std::move(code), std::move(text), std::move(hint), {}, 0, 0};
+        m_failure = std::move(error);
     return false;
 }
 

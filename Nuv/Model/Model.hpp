@@ -37,16 +37,6 @@ struct Bounds
     double upper = Infinity;
 };
 
-/// A row of one model; not valid if Add could not take the row in.
-struct Row
-{
-    std::uint32_t index = NameTable::None;
-    [[nodiscard]] bool Valid() const noexcept
-    {
-        return index != NameTable::None;
-    }
-};
-
 struct Solution;
 struct SolveOptions;
 
@@ -96,6 +86,10 @@ public:
         return m_failure;
     }
 
+    /// The same, or else the first number that is not finite where it has to be, or bound that no
+    /// number can keep: the setters for readers take any.
+    [[nodiscard]] std::optional<Error> FindFault() const;
+
     /// Solves and proves; include Nuv/Model/Solution.hpp for what comes back.
     [[nodiscard]] Solution Solve() const;
     [[nodiscard]] Solution Solve(const SolveOptions& options) const;
@@ -104,6 +98,27 @@ public:
 
     [[nodiscard]] std::optional<Variable> FindVariable(std::string_view name) const noexcept;
     [[nodiscard]] std::optional<Row> FindRow(std::string_view name) const noexcept;
+
+    /// The variable or row of an index; not valid if there is none.
+    [[nodiscard]] Variable VariableAt(std::uint32_t column) const noexcept
+    {
+        return m_variables.Make<VariableKind>(column);
+    }
+    [[nodiscard]] Row RowAt(std::uint32_t row) const noexcept
+    {
+        return m_rows.Make<RowKind>(row);
+    }
+
+    /// Whether a handle is valid and of this model, or was of the model that this one is a copy of
+    /// when the copy was made.
+    [[nodiscard]] bool Owns(Variable variable) const noexcept
+    {
+        return m_variables.Contain(variable);
+    }
+    [[nodiscard]] bool Owns(Row row) const noexcept
+    {
+        return m_rows.Contain(row);
+    }
 
     [[nodiscard]] std::uint32_t VariableCount() const noexcept
     {
@@ -276,18 +291,20 @@ private:
     bool CheckBounds(std::string_view what, std::string_view name, Bounds bounds);
     bool CheckExpression(std::string_view what, std::string_view name,
                          const Expression& expression);
-    bool Fail(std::string code, std::string text, std::string hint);
+    bool Fail(Error error);
 
     std::string m_name;
     std::string m_objectiveName;
     Sense m_sense = Sense::Minimize;
     double m_objectiveConstant = 0.0;
 
+    HandleOrigins m_variables;
     NameTable m_variableNames;
     std::vector<double> m_objective;
     std::vector<double> m_variableLower;
     std::vector<double> m_variableUpper;
 
+    HandleOrigins m_rows;
     NameTable m_rowNames;
     std::vector<double> m_rowLower;
     std::vector<double> m_rowUpper;

@@ -52,7 +52,7 @@ bool Parser::ReadRow(const Record& record)
         return false;
     if (type == 'N')
         return AddFreeRow(name);
-    m_rowStates.push_back({nullptr, m_model.AppendRow(name, {}).index});
+    m_rowStates.push_back({nullptr, m_model.AppendRow(name, {}).Index()});
     m_types.push_back(type);
     return true;
 }

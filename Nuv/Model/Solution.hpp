@@ -115,7 +115,7 @@ struct Solution
     }
     [[nodiscard]] double Dual(Row row) const noexcept
     {
-        return row.index < duals.size() ? duals[row.index] : 0.0;
+        return row.Index() < duals.size() ? duals[row.Index()] : 0.0;
     }
 };
 

@@ -159,9 +159,9 @@ Solution Solve(const Model& model, const SolveOptions& options)
 {
     const SolveClock clock;
     Solution solution;
-    if (model.Failure())
+    if (std::optional<Error> fault = model.FindFault())
     {
-        solution.failure = *model.Failure();
+        solution.failure = std::move(*fault);
         return solution;
     }
     const double sign = model.ObjectiveSense() == Sense::Maximize ? -1.0 : 1.0;

@@ -83,13 +83,13 @@ Bounds Limits(Numbers& generator, bool mayContradict)
     }
 }
 
-Expression Sum(Numbers& generator, std::uint32_t variables, std::uint32_t most)
+Expression Sum(Numbers& generator, const Model& model, std::uint32_t most)
 {
     Expression sum;
     std::uint32_t column = generator.Below(3);
-    for (std::uint32_t terms = generator.Below(most + 1); terms > 0 && column < variables; --terms)
+    for (std::uint32_t terms = generator.Below(most + 1); terms > 0 && column < model.VariableCount(); --terms)
     {
-        sum += generator.Number() * Variable(column);
+        sum += generator.Number() * model.VariableAt(column);
         column += 1 + generator.Below(4);
     }
     return sum;
@@ -114,9 +114,9 @@ Model RandomModel(std::uint64_t seed)
     {
         const Bounds limits = Limits(generator, false);
         (void)model.Add(Name(generator, 'r', row),
-                        Range(limits.lower, Sum(generator, variables, 6), limits.upper));
+                        Range(limits.lower, Sum(generator, model, 6), limits.upper));
     }
-    Expression objective = Sum(generator, variables, 8);
+    Expression objective = Sum(generator, model, 8);
     if (generator.Below(2) == 0)
         objective += Expression(generator.Number());
     if (generator.Below(2) == 0)

@@ -30,7 +30,7 @@ TEST(Solve, ReadsLikeMathematics)
     EXPECT_EQ(plan.Dual(wood), 0.0);
     EXPECT_EQ(plan.Dual(labour), 7.5);
     EXPECT_EQ(plan.reducedCosts[tables.Index()], 47.5);
-    EXPECT_EQ(plan.activities[wood.index], 260.0);
+    EXPECT_EQ(plan.activities[wood.Index()], 260.0);
 }
 
 /// By how much the objective changes when the right-hand side of `x + y >= 3` does is its dual.
@@ -151,6 +151,18 @@ TEST(Solve, AFaultyModelIsNotTried)
     const nuv::Solution solution = model.Solve();
     EXPECT_EQ(solution.status, nuv::SolveStatus::Invalid);
     EXPECT_FALSE(solution.failure.text.empty());
+}
+
+TEST(Solve, ANumberThatIsNoneIsAnErrorWithTheNameOfWhatHasIt)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    model.Add("limit", x <= 4);
+    model.SetRowBounds(0, {0.0, std::nan("")});
+    const nuv::Solution solution = model.Solve();
+    EXPECT_EQ(solution.status, nuv::SolveStatus::Invalid);
+    EXPECT_EQ(solution.failure.code, "model.not-a-number");
+    EXPECT_EQ(solution.failure.text, "a bound of row 'limit' is not a number");
 }
 
 TEST(Solve, StopsWhenToldTo)

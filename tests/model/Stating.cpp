@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <optional>
+#include <unordered_map>
+#include <utility>
 
 namespace nuv
 {
@@ -69,7 +72,7 @@ TEST(Stating, NamesRowsByTheirPositionIfAskedTo)
     const Variable x = model.AddVariable("x");
     model.Add("R2", x <= 1);
     const Row row = model.Add(x <= 2);
-    EXPECT_EQ(model.RowName(row.index), "R2_");
+    EXPECT_EQ(model.RowName(row.Index()), "R2_");
 }
 
 TEST(Stating, FindsByName)
@@ -84,7 +87,7 @@ TEST(Stating, FindsByName)
     {
         EXPECT_EQ(
             model.FindVariable("a rather long name of variable " + std::to_string(i))->Index(), i);
-        EXPECT_EQ(model.FindRow("row" + std::to_string(i))->index, i);
+        EXPECT_EQ(model.FindRow("row" + std::to_string(i))->Index(), i);
     }
     EXPECT_FALSE(model.FindVariable("a rather long name of variable 1000").has_value());
     EXPECT_FALSE(model.FindVariable("").has_value());
@@ -127,17 +130,14 @@ TEST(Stating, RefusesWithTheNameAndKeepsTheFirstFailure)
     EXPECT_EQ(
         FailureAfter([&](Model& m, Variable x) { EXPECT_FALSE(m.Add("r", nan * x <= 2).Valid()); }),
         "model.not-finite: row 'r' has a coefficient or constant that is not finite");
-    EXPECT_EQ(FailureAfter([](Model& m, Variable)
-                           { EXPECT_FALSE(m.Add("r", Variable(7) <= 2).Valid()); }),
-              "model.unknown-variable: row 'r' uses a variable that is not of this model");
     EXPECT_EQ(
         FailureAfter([](Model& m, Variable) { EXPECT_FALSE(m.Add("r", Variable() <= 2).Valid()); }),
         "model.unknown-variable: row 'r' uses a variable that is not of this model");
-    EXPECT_EQ(FailureAfter([](Model& m, Variable) { m.Maximize(Infinity * Variable(0)); }),
+    EXPECT_EQ(FailureAfter([](Model& m, Variable x) { m.Maximize(Infinity * x); }),
               "model.not-finite: objective has a coefficient or constant that is not finite");
     EXPECT_EQ(FailureAfter(
                   [](Model& m, Variable) {
-                      EXPECT_FALSE(m.SetBounds(Variable(3), {0, 1}));
+                      EXPECT_FALSE(m.SetBounds(Variable(), {0, 1}));
                   }),
               "model.unknown-variable: bounds are set for a variable that is not of this model");
     EXPECT_EQ(FailureAfter(
@@ -146,6 +146,132 @@ TEST(Stating, RefusesWithTheNameAndKeepsTheFirstFailure)
                       (void)m.AddVariable("x");
                       (void)m.Add("row", x <= 2);
                   }),
+              "model.duplicate-variable: there is already a variable called 'x'");
+}
+
+TEST(Stating, ManyTermsAddedOneByOneMoveRarely)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    Expression up, down;
+    int moves = 0;
+    for (int i = 0; i < 100000; ++i)
+    {
+        const Term* const before[] = {up.Terms().data(), down.Terms().data()};
+        up += 2 * x;
+        down -= 2 * x;
+        moves += up.Terms().data() != before[0];
+        moves += down.Terms().data() != before[1];
+    }
+    EXPECT_EQ(up.Terms().size(), 100000u);
+    EXPECT_EQ(down.Terms().back().coefficient, -2.0);
+    EXPECT_LT(moves, 200);
+}
+
+TEST(Stating, RefusesAVariableOfAnotherModelWhoseIndexIsOneOfThisModel)
+{
+    Model other;
+    const Variable stranger = other.AddVariable("stranger");
+    const std::string refused = "model.unknown-variable: ";
+    EXPECT_EQ(FailureAfter([&](Model& m, Variable)
+                           { EXPECT_FALSE(m.Add("r", stranger <= 1).Valid()); }),
+              refused + "row 'r' uses a variable that is not of this model");
+    EXPECT_EQ(FailureAfter([&](Model& m, Variable x) { m.Minimize(x + stranger); }),
+              refused + "objective uses a variable that is not of this model");
+    EXPECT_EQ(FailureAfter([&](Model& m, Variable)
+                           { EXPECT_FALSE(m.SetBounds(stranger, {0, 1})); }),
+              refused + "bounds are set for a variable that is not of this model");
+}
+
+TEST(Stating, ACopyTakesTheHandlesFromBeforeItAndNoneFromAfter)
+{
+    Model original;
+    const Variable x = original.AddVariable("x");
+    const Row row = original.Add("row", x <= 1);
+    Model copy = original;
+    const Variable ours = original.AddVariable("y");
+    const Variable theirs = copy.AddVariable("y");
+    EXPECT_TRUE(original.Owns(x) && copy.Owns(x));
+    EXPECT_TRUE(original.Owns(row) && copy.Owns(row));
+    EXPECT_TRUE(original.Owns(ours) && !copy.Owns(ours));
+    EXPECT_TRUE(copy.Owns(theirs) && !original.Owns(theirs));
+    EXPECT_FALSE(Same(ours, theirs));
+    const Model second = copy;
+    EXPECT_TRUE(second.Owns(x) && second.Owns(theirs) && !second.Owns(ours));
+}
+
+TEST(Stating, HandlesGoWithAModelThatIsMoved)
+{
+    Model from;
+    const Variable x = from.AddVariable("x");
+    Model to = std::move(from);
+    EXPECT_TRUE(to.Owns(x));
+    from = Model();
+    const Variable y = from.AddVariable("y");
+    EXPECT_FALSE(from.Owns(x));
+    EXPECT_FALSE(to.Owns(y));
+    to = from;
+    EXPECT_TRUE(to.Owns(y) && !to.Owns(x));
+}
+
+TEST(Stating, HandlesAreComparedAndHashed)
+{
+    Model model, other;
+    const Variable x = model.AddVariable("x"), y = model.AddVariable("y");
+    const Row first = model.Add(x <= 1), second = model.Add(y <= 1);
+    EXPECT_TRUE(Same(x, *model.FindVariable("x")));
+    EXPECT_TRUE(Same(x, model.VariableAt(0)));
+    EXPECT_FALSE(Same(x, y));
+    EXPECT_FALSE(Same(x, other.AddVariable("x")));
+    EXPECT_TRUE(Same(second, *model.FindRow("R2")));
+    EXPECT_FALSE(Same(first, second));
+    std::unordered_map<Variable, int, std::hash<Variable>, SameHandle> count;
+    ++count[x];
+    ++count[y];
+    ++count[model.VariableAt(1)];
+    EXPECT_EQ(count.size(), 2u);
+    EXPECT_EQ(count[y], 2);
+    EXPECT_FALSE(model.VariableAt(2).Valid());
+    EXPECT_FALSE(model.RowAt(2).Valid());
+}
+
+/// What FindFault says of a model with the variable x and the row "row" after `change`.
+template <class Change>
+std::string FaultAfter(Change change)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    model.Add("row", 2 * x <= 1);
+    EXPECT_FALSE(model.FindFault().has_value());
+    change(model);
+    const std::optional<Error> fault = model.FindFault();
+    return fault ? fault->code + ": " + fault->text : "none";
+}
+
+TEST(Stating, FindsWhatTheUncheckedSettersLetThrough)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(FaultAfter([&](Model& m) { m.SetVariableBounds(0, {0, nan}); }),
+              "model.not-a-number: a bound of variable 'x' is not a number");
+    EXPECT_EQ(FaultAfter([&](Model& m) { m.SetRowBounds(0, {nan, 1}); }),
+              "model.not-a-number: a bound of row 'row' is not a number");
+    EXPECT_EQ(FaultAfter([&](Model& m) { m.SetRowBounds(0, {Infinity, Infinity}); }),
+              "model.impossible-bound: no number can keep the bounds of row 'row'");
+    EXPECT_EQ(FaultAfter([&](Model& m) { m.SetObjectiveCoefficient(0, nan); }),
+              "model.not-finite: the objective at variable 'x' has a coefficient or constant that "
+              "is not finite");
+    EXPECT_EQ(
+        FaultAfter([&](Model& m) { m.SetObjectiveConstant(Infinity); }),
+        "model.not-finite: the objective has a coefficient or constant that is not finite");
+    EXPECT_EQ(FaultAfter(
+                  [&](Model& m)
+                  {
+                      (void)m.AppendRow("next", {0, 1});
+                      m.AppendEntry(0, nan);
+                  }),
+              "model.not-finite: row 'next' has a coefficient or constant that is not finite");
+    EXPECT_EQ(FaultAfter([](Model& m) { m.SetVariableBounds(0, {5, 3}); }), "none");
+    EXPECT_EQ(FaultAfter([](Model& m) { (void)m.AddVariable("x"); }),
               "model.duplicate-variable: there is already a variable called 'x'");
 }
 

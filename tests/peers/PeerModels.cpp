@@ -94,7 +94,7 @@ void AddRows(Source& source, std::size_t count, bool anyKind, Instance& instance
                 coefficient = 1.0;
             if (coefficient == 0.0)
                 continue;
-            sum += coefficient * Variable(j);
+            sum += coefficient * instance.model.VariableAt(j);
             activity += coefficient * instance.point[j];
         }
         if (source.OneIn(5))
@@ -123,7 +123,7 @@ Model MakeModel(std::uint64_t seed, bool isMps)
     Expression objective;
     for (std::uint32_t j = 0; j < instance.point.size(); ++j)
         objective += (source.OneIn(2) ? 1.0 : -1.0) *
-                     (0.25 + static_cast<double>(source.Below(9))) * Variable(j);
+                     (0.25 + static_cast<double>(source.Below(9))) * instance.model.VariableAt(j);
     if (!isMps && source.OneIn(2))
         instance.model.Maximize(objective);
     else
