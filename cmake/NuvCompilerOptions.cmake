@@ -47,3 +47,12 @@ function(nuv_no_cxx_runtime target)
                               -fno-threadsafe-statics>)
     endif()
 endfunction()
+
+# Before 1.0 a minor version may change the interface: a program asks for the one that it was linked with.
+function(nuv_soname target)
+    set(soname ${PROJECT_VERSION_MAJOR})
+    if(soname EQUAL 0)
+        string(APPEND soname .${PROJECT_VERSION_MINOR})
+    endif()
+    set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${soname})
+endfunction()

@@ -26,7 +26,8 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvScratchAllocator.h
     Nuv/Utils/NuvStdCLibInline.h
     Nuv/Utils/NuvString.h
-    Nuv/Utils/NuvTypes.h)
+    Nuv/Utils/NuvTypes.h
+    Nuv/Utils/NuvVersion.h)
 
 set(NUV_CORE_SOURCES
     Nuv/Utils/Simplex/BasisInverse.cpp
@@ -56,9 +57,9 @@ set(NUV_CORE_SOURCES
 add_library(NuvLinearProgramming ${NUV_CORE_SOURCES})
 add_library(Nuv::LinearProgramming ALIAS NuvLinearProgramming)
 set_target_properties(NuvLinearProgramming PROPERTIES EXPORT_NAME LinearProgramming)
-target_sources(
-    NuvLinearProgramming
-    PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${NUV_PUBLIC_HEADERS})
+target_include_directories(
+    NuvLinearProgramming PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+                                $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 # PRIVATE, because a user's program may be C, or C++ of another year.
 target_compile_features(NuvLinearProgramming PRIVATE cxx_std_20)
 # Read by NuvBaseTypes.h, for platforms on which an exported function is declared as such.
@@ -72,10 +73,9 @@ set_target_properties(
                CXX_VISIBILITY_PRESET hidden
                VISIBILITY_INLINES_HIDDEN ON
                POSITION_INDEPENDENT_CODE ON
-               VERSION ${PROJECT_VERSION}
-               SOVERSION ${PROJECT_VERSION_MAJOR}
                # The C compiler links it: whatever would need a C++ runtime fails there.
                LINKER_LANGUAGE C)
+nuv_soname(NuvLinearProgramming)
 nuv_warnings(NuvLinearProgramming)
 nuv_exact_floats(NuvLinearProgramming)
 nuv_no_cxx_runtime(NuvLinearProgramming)

@@ -19,6 +19,7 @@
 #include "Nuv/Utils/NuvStdCLibInline.h"
 #include "Nuv/Utils/NuvString.h"
 #include "Nuv/Utils/NuvTypes.h"
+#include "Nuv/Utils/NuvVersion.h"
 
 typedef enum NuvLinearProgrammingResultType
 {

@@ -1,9 +1,9 @@
 # Builds and runs one user's project: cmake -DKIND=... -D... -P Consume.cmake
 #
 # KIND       install: puts the library into the empty PREFIX; pkgconfig, package: use what lies there;
-#            subdirectory: takes SOURCE_DIR in
+#            subdirectory: takes SOURCE_DIR in; configured: configures SOURCE_DIR itself, the core alone
 # The rest   BINARY_DIR (the library's build), WORK_DIR (wiped), the compilers and flags of that build
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 function(run)
     execute_process(
@@ -81,6 +81,17 @@ elseif(KIND STREQUAL "subdirectory")
     build_project(${CMAKE_CURRENT_LIST_DIR}/subdirectory -DNUV_SOURCE_DIR=${SOURCE_DIR})
     expect_no_cxx_runtime(${WORK_DIR}/consumer)
     expect_answer(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "configured")
+    # For whoever builds it, without our presets. Nothing is found, whatever is looked for.
+    run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR} -G ${GENERATOR}
+        -DCMAKE_C_COMPILER=${C_COMPILER} -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DNUV_BUILD_TESTS=OFF
+        -DNUV_BUILD_BENCHMARKS=OFF -DNUV_BUILD_TOOLS=OFF -DCMAKE_FIND_ROOT_PATH=${WORK_DIR}/nothing
+        -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=ONLY -DCMAKE_FIND_ROOT_PATH_MODE_LIBRARY=ONLY
+        -DCMAKE_FIND_ROOT_PATH_MODE_INCLUDE=ONLY)
+    file(STRINGS ${WORK_DIR}/CMakeCache.txt strict REGEX "^NUV_WARNINGS_AS_ERRORS:")
+    if(NOT strict STREQUAL "NUV_WARNINGS_AS_ERRORS:BOOL=OFF")
+        message(FATAL_ERROR "a warning of a new compiler would be a user's error: ${strict}")
+    endif()
 else()
     message(FATAL_ERROR "KIND is '${KIND}'")
 endif()

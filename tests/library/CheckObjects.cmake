@@ -2,7 +2,7 @@
 #
 # The library's objects ask for the C library alone: no symbol of a C++ runtime is left undefined when
 # all of them are together, and none runs code before main.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 # The names that `nm` with the flags given knows in the object.
 function(names_of object result)

@@ -1,7 +1,7 @@
 # cmake -DNM=... -DLIBRARY=... "-DPROMISES=file;file" -P CompareExports.cmake
 #
 # What the shared library exports is what the lists name: nothing missing, nothing extra.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 execute_process(
     COMMAND ${NM} -D --defined-only --format=posix ${LIBRARY} OUTPUT_VARIABLE symbols

@@ -3,7 +3,7 @@
 # Each exported function is known to ask for memory or not to, by its container and its name; one that
 # asks is called in a test that refuses memory. A function whose name is new fails, so that none is
 # forgotten. A typed test calls an operation for every element type, under its common name.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 # What the tests that refuse memory say, in one piece.
 set(texts)

@@ -3,7 +3,7 @@
 # Each header under INCLUDE_DIR compiles alone, as the first thing that a file includes, as C11 (unless
 # it is a .hpp) and as C++20, without a warning. The declarations that are included once for each element type
 # (*.decl.h and the two files around them) are not for users to include, and come in through the others.
-cmake_minimum_required(VERSION 3.25)
+cmake_minimum_required(VERSION 3.22)
 
 set(warnings -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 file(MAKE_DIRECTORY ${WORK_DIR})

@@ -6,6 +6,7 @@ set(nuv_prefix ${CMAKE_CURRENT_BINARY_DIR}/prefix)
 # The objects of the library, linked as a shared one whatever kind this build makes.
 add_library(nuv_shared SHARED $<TARGET_OBJECTS:NuvLinearProgramming>)
 set_target_properties(nuv_shared PROPERTIES LINKER_LANGUAGE C)
+nuv_soname(nuv_shared)
 
 # Undefined symbols would otherwise show only when somebody links the shared library.
 if(NOT NUV_IS_SANITIZED AND NOT APPLE)
@@ -17,6 +18,11 @@ add_test(
     COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIBRARY=$<TARGET_FILE:nuv_shared>
             "-DPROMISES=${PROJECT_SOURCE_DIR}/abi/exports.txt;${PROJECT_SOURCE_DIR}/abi/additions.txt" -P
             ${nuv_checks}/CompareExports.cmake)
+add_test(
+    NAME version
+    COMMAND ${CMAKE_COMMAND} -DVERSION=${PROJECT_VERSION} -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
+            -DREADELF=${CMAKE_READELF} -DLIBRARY=$<TARGET_FILE:nuv_shared> -P
+            ${nuv_checks}/CheckVersion.cmake)
 # What follows is about the library that users get, which the sanitizers' one is not.
 if(NUV_IS_SANITIZED)
     return()
@@ -61,6 +67,7 @@ nuv_consumer_test(install install ${nuv_prefix})
 nuv_consumer_test(consumer_pkgconfig pkgconfig ${CMAKE_CURRENT_BINARY_DIR}/consumer_pkgconfig)
 nuv_consumer_test(consumer_package package ${CMAKE_CURRENT_BINARY_DIR}/consumer_package)
 nuv_consumer_test(consumer_subdirectory subdirectory ${CMAKE_CURRENT_BINARY_DIR}/consumer_subdirectory)
+nuv_consumer_test(core_configured configured ${CMAKE_CURRENT_BINARY_DIR}/core_configured)
 set_tests_properties(install PROPERTIES FIXTURES_SETUP installed_library)
 set_tests_properties(
     installed_headers consumer_pkgconfig consumer_package
