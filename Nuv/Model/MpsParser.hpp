@@ -129,6 +129,7 @@ private:
     // Records: MpsRecords.cpp.
     bool ReadRecord();
     bool TakeApart(Record& record);
+    bool TakeMarker(Record& record);
     bool AssignWords(const Words& words, Record& record);
     void AssignRow(const Words& words, Record& record);
     void AssignColumn(const Words& words, Record& record);

@@ -58,6 +58,8 @@ bool Parser::TakeApart(Record& record)
         return true;
     if (m_form == MpsForm::Fixed)
     {
+        if (TakeMarker(record))
+            return true;
         const char* const stray = SplitColumns(m_line, record);
         if (stray == nullptr)
             return true;
@@ -70,7 +72,21 @@ bool Parser::TakeApart(Record& record)
         DropComment(words);
     if (!AssignWords(words, record))
         return false;
-    m_fitsColumns = m_fitsColumns && nuv::mps::FitsColumns(m_line, record);
+    m_fitsColumns =
+        m_fitsColumns && (record.first == kMarker || nuv::mps::FitsColumns(m_line, record));
+    return true;
+}
+
+/// A marker is known by its word, wherever that stands: programs that write fixed MPS agree about
+/// the columns of numbers, but not about those of markers.
+bool Parser::TakeMarker(Record& record)
+{
+    if (m_section != Section::Columns || m_line.text.find(kMarker) == std::string_view::npos)
+        return false;
+    const Words words = SplitWords(m_line.text);
+    if (words.word[1] != kMarker)
+        return false;
+    AssignColumn(words, record);
     return true;
 }
 

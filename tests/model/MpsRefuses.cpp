@@ -195,6 +195,27 @@ TEST(MpsRefuses, IntegersAndWhatIsLikeThem)
     EXPECT_EQ(Said8("    M  'MARKER'  'INTEND'\n", Relaxed()), "error mps.marker 8:18");
 }
 
+TEST(MpsRefuses, IntegersWhereverTheMarkerStands)
+{
+    // Names with blanks, so that only the fixed form can be meant; markers in columns 15 and 28.
+    const std::string head = "ROWS\n N  COST\n L  ROW ONE\nCOLUMNS\n";
+    const std::string column = "    COL ONE   COST               1.0   ROW ONE            1.0\n";
+    for (const std::string_view marker :
+         {"    MARKER    'MARKER'                 ", "    MARKER                 'MARKER'       "})
+    {
+        const std::string opens = std::string(marker) + "'INTORG'\n";
+        const std::string text = head + opens + column + std::string(marker) + "'INTEND'\nENDATA\n";
+        const Reading reading = ReadMpsText(text);
+        EXPECT_EQ(SaidOf(reading),
+                  "error mps.integer 5:" + std::to_string(opens.find("'INTORG'") + 1));
+        EXPECT_EQ(reading.GetError().hint,
+                  "--relax takes them for continuous ones within their bounds");
+        EXPECT_EQ(ModelIn(text, Relaxed()),
+                  "min 0 + 1 COL ONE; ROW ONE: -inf <= 1 COL ONE <= 0; 0 <= COL ONE <= 1");
+        EXPECT_EQ(FormOf(ReadMpsText(text, Relaxed())), "fixed");
+    }
+}
+
 TEST(MpsRefuses, WhatIsNoModel)
 {
     EXPECT_EQ(SaidAbout(""), "error mps.no-model 1:1");
