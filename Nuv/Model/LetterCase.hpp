@@ -7,6 +7,11 @@
 namespace nuv
 {
 
+[[nodiscard]] inline char ToLower(char c) noexcept
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 /// @return whether `text` reads as `word`, which is in lower case, in any letter case.
 [[nodiscard]] inline bool EqualsIgnoringCase(std::string_view text, std::string_view word) noexcept
 {
@@ -14,9 +19,7 @@ namespace nuv
         return false;
     for (std::size_t i = 0; i < text.size(); ++i)
     {
-        const char c = text[i];
-        const char lower = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-        if (lower != word[i])
+        if (ToLower(text[i]) != word[i])
             return false;
     }
     return true;

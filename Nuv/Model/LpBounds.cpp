@@ -178,7 +178,7 @@ std::uint32_t Parser::BoundColumn(const Token& name)
     const std::uint32_t before = m_model.VariableCount();
     if (InternVariable(name.text, column) && column == before)
     {
-        m_log.Note(name.Begin(), "lp.new-variable",
+        m_log.Warn(name.Begin(), "lp.new-variable",
                    fmt::format("'{}' has a bound but stands in no row and not in the objective",
                                name.text),
                    "check its spelling");

@@ -1,5 +1,6 @@
 /// What the parser says about words that have no place where they stand, and about names that look
 /// like something else.
+#include "Nuv/Model/LpNames.hpp"
 #include "Nuv/Model/LpParser.hpp"
 
 #include <fmt/format.h>
@@ -130,6 +131,19 @@ bool Parser::CheckName(std::string_view name, const char* at)
     {
         return m_log.Fail(at, "lp.quotient", fmt::format("'{}' divides", name),
                           "write the coefficient as one number: 0.5 x for x/2");
+    }
+    if (!HasBalancedParentheses(name))
+    {
+        return m_log.Fail(
+            at, "lp.unbalanced-parenthesis",
+            fmt::format("the name '{}' has a parenthesis without its partner", name),
+            "parentheses are characters of names here: write 2 x + 2 y for 2 (x + y)");
+    }
+    if (StartsLikePercentage(name))
+    {
+        return m_log.Fail(at, "lp.percentage",
+                          fmt::format("'{}' would be the name of a variable", name),
+                          "write 0.1 for 10%; a name cannot start with '%'");
     }
     for (const LookAlike& look : kLookAlikes)
     {

@@ -310,6 +310,7 @@ bool Parser::InternVariable(std::string_view name, const NameTable::Key& key, st
     if (!found.isNew)
         return true;
     m_marks.push_back({kNoRow, 0});
+    m_variablePlaces.push_back(name.data());
     return CheckNewName(name);
 }
 

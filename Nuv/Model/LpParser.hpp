@@ -112,6 +112,7 @@ private:
     void SetBinary(std::uint32_t column, const Token& name);
     bool ParseEnd();
     void Finish();
+    void FinishBounds();
 
     // The objective and rows.
     bool AtObjectiveEnd();
@@ -205,6 +206,7 @@ private:
     std::vector<Mark> m_marks;
     std::vector<PendingTerm> m_pending;
     std::vector<const char*> m_rowPlaces;
+    std::vector<const char*> m_variablePlaces;  ///< where each is named first
     std::vector<BoundPlace> m_boundPlaces;
     bool m_rowHasRepeats = false;
     bool m_rowHasZeros = false;

@@ -3,6 +3,7 @@
 #include "Nuv/Model/LpReader.hpp"
 
 #include "Nuv/Model/LpParser.hpp"
+#include "Nuv/Model/NamesInOtherCase.hpp"
 
 #include <fmt/format.h>
 
@@ -170,6 +171,24 @@ void Parser::Finish()
         m_log.Warn(m_token.Begin(), "lp.no-constraints", "the model has no Subject To section",
                    "check that the file is complete");
     }
+    FinishBounds();
+    const std::string& objective = m_model.ObjectiveName();
+    if (const std::optional<Row> row = m_model.FindRow(objective))
+    {
+        m_log.Warn(m_rowPlaces[row->Index()], "lp.objective-name-taken",
+                   fmt::format("row '{}' has the name of the objective", objective),
+                   "an MPS file cannot hold both; rename one");
+    }
+    WarnOfNamesInOtherCase(m_log, "lp", "variables", m_variablePlaces,
+                           [this](std::uint32_t at) { return m_model.VariableName(at); });
+    WarnOfNamesInOtherCase(m_log, "lp", "rows", m_rowPlaces,
+                           [this](std::uint32_t at) { return m_model.RowName(at); });
+    m_model.NameUnnamedRows();
+}
+
+/// Bounds that no value can keep.
+void Parser::FinishBounds()
+{
     for (std::uint32_t column = 0; column < m_boundPlaces.size(); ++column)
     {
         const BoundPlace& place = m_boundPlaces[column];
@@ -196,14 +215,6 @@ void Parser::Finish()
                     upper));
         }
     }
-    const std::string& objective = m_model.ObjectiveName();
-    if (const std::optional<Row> row = m_model.FindRow(objective))
-    {
-        m_log.Warn(m_rowPlaces[row->Index()], "lp.objective-name-taken",
-                   fmt::format("row '{}' has the name of the objective", objective),
-                   "an MPS file cannot hold both; rename one");
-    }
-    m_model.NameUnnamedRows();
 }
 
 void Parser::FindProblemName(std::string_view before)

@@ -4,6 +4,7 @@
 
 #include "Nuv/Model/LetterCase.hpp"
 #include "Nuv/Model/LpKeywords.hpp"
+#include "Nuv/Model/LpNames.hpp"
 #include "Nuv/Model/LpReader.hpp"
 #include "Nuv/Model/NumberText.hpp"
 #include "Nuv/Model/WrittenNames.hpp"
@@ -51,7 +52,8 @@ bool IsReserved(std::string_view name) noexcept
 bool LpHolds(std::string_view name)
 {
     if (name.empty() || IsReserved(name) || name.front() == '.' ||
-        (name.front() >= '0' && name.front() <= '9') || name.back() == ';')
+        (name.front() >= '0' && name.front() <= '9') || name.back() == ';' ||
+        !lp::HasBalancedParentheses(name) || lp::StartsLikePercentage(name))
         return false;
     bool isCommon = true;
     for (const char c : name)
@@ -66,7 +68,8 @@ bool LpHolds(std::string_view name)
            reading.model->VariableName(0) == name && reading.model->RowName(0) == name;
 }
 
-constexpr NameRules kRules = {LpHolds, IsCommonCharacter};
+constexpr NameRules kRules = {
+    .holds = LpHolds, .holdsCharacter = IsCommonCharacter, .lastResort = "()"};
 
 class Writer
 {

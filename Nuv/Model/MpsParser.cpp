@@ -3,6 +3,7 @@
 #include "Nuv/Model/MpsParser.hpp"
 
 #include "Nuv/Model/LetterCase.hpp"
+#include "Nuv/Model/NamesInOtherCase.hpp"
 
 #include "fmt/format.h"
 
@@ -277,6 +278,10 @@ bool Parser::Finish()
         m_log.Note(m_sectionPlaces[static_cast<std::size_t>(Section::Rows)], "mps.no-objective",
                    "there is no row of type N: any feasible point is optimal");
     }
+    WarnOfNamesInOtherCase(m_log, "mps", "rows", m_rowPlaces,
+                           [this](std::uint32_t at) { return m_rowNames[at]; });
+    WarnOfNamesInOtherCase(m_log, "mps", "columns", m_columnPlaces,
+                           [this](std::uint32_t at) { return m_model.VariableName(at); });
     FinishColumns();
     FinishBounds();
     return FinishRows();

@@ -74,17 +74,24 @@ std::string WrittenNames::WithHeldEnds(const std::string& name) const
     return m_rules.holds(ended) ? ended : led.substr(0, led.size() - 1) + '_';
 }
 
-std::string WrittenNames::Mended(std::string_view name) const
+std::string WrittenNames::WithHeldCharacters(std::string_view name, std::string_view without) const
 {
-    std::string mended;
+    std::string text;
     for (const char c : name)
     {
-        if (m_rules.holdsCharacter(c))
-            mended += c;
+        if (m_rules.holdsCharacter(c) && without.find(c) == std::string_view::npos)
+            text += c;
         else if (!IsContinuation(c))
-            mended += '_';
+            text += '_';
     }
-    mended = WithHeldEnds(mended.substr(0, m_rules.longest));
+    return WithHeldEnds(text.substr(0, m_rules.longest));
+}
+
+std::string WrittenNames::Mended(std::string_view name) const
+{
+    std::string mended = WithHeldCharacters(name, {});
+    if (!m_rules.holds(mended))
+        mended = WithHeldCharacters(name, m_rules.lastResort);
     const auto fitted = [&](const std::string& suffix)
     {
         const std::size_t room = m_rules.longest - std::min(m_rules.longest, suffix.size());

@@ -1,9 +1,9 @@
 /// The names under which a model is written. A format may not hold a name as it is: then each
 /// character that it does not hold becomes an underscore, a name that is too long is cut, an
 /// underscore goes in front if the name cannot start as it does, or in place of the last character
-/// if it cannot end as it does, and as long as another one has the result, _2, _3, ... is appended.
-/// Every other name stays. Invariant: no two written names are equal, and the same names always
-/// become the same.
+/// if it cannot end as it does, parentheses become underscores where that is not enough, and as
+/// long as another one has the result, _2, _3, ... is appended. Every other name stays. Invariant:
+/// no two written names are equal, and the same names always become the same.
 #pragma once
 
 #include "Nuv/Model/Model.hpp"
@@ -26,6 +26,8 @@ struct NameRules
     bool (*holds)(std::string_view name);
     bool (*holdsCharacter)(char character);
     std::size_t longest = static_cast<std::size_t>(-1);
+    /// Characters that become underscores too where a name is not held with them.
+    std::string_view lastResort = {};
 };
 
 [[nodiscard]] std::vector<std::string_view> VariableNamesOf(const Model& model);
@@ -57,6 +59,8 @@ private:
     };
 
     [[nodiscard]] std::string Mended(std::string_view name) const;
+    [[nodiscard]] std::string WithHeldCharacters(std::string_view name,
+                                                 std::string_view without) const;
     [[nodiscard]] std::string WithHeldEnds(const std::string& name) const;
     [[nodiscard]] bool Holds(std::string_view name) const;
 

@@ -261,12 +261,12 @@ TEST(LpAccepts, ABoundSetTwiceWithAWarning)
     EXPECT_EQ(Said(reading), "warning lp.bound-redefined 5:7");
 }
 
-TEST(LpAccepts, ABoundThatAddsAVariableWithANote)
+TEST(LpAccepts, ABoundThatAddsAVariableWithAWarning)
 {
     const Reading reading = ReadText("max x\nst\nbounds\n y <= 3\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; 0 <= x <= inf; 0 <= y <= 3");
-    EXPECT_EQ(Said(reading), "note lp.new-variable 4:2");
+    EXPECT_EQ(Said(reading), "warning lp.new-variable 4:2");
 }
 
 TEST(LpAccepts, ContradictionsWithAWarning)
@@ -370,6 +370,40 @@ TEST(LpAccepts, NamesOfSignsAndOfOtherLetters)
               "max 0 + 1 größe + 1 重さ; höchst: -inf <= 1 größe <= 4; 0 <= größe <= inf; 0 <= "
               "重さ <= inf");
     EXPECT_EQ(Read("max a/b\nst\nend"), "max 0 + 1 a/b; 0 <= a/b <= inf");
+}
+
+TEST(LpAccepts, ParenthesesInPairsAndPercentSignsWithin)
+{
+    for (const std::string name : {"x(1,2)", "(a)", "f(g(x))", "(a)(b)", "a%", "a%b"})
+        EXPECT_EQ(Read("max " + name + "\nst\nend"),
+                  "max 0 + 1 " + name + "; 0 <= " + name + " <= inf");
+}
+
+TEST(LpAccepts, NamesThatDifferInCaseOnlyWithAWarning)
+{
+    const Reading reading = ReadText("max Tables + tables + chairs\nst\n wood: Tables + TABLES <= 4"
+                                     "\n Wood: chairs <= 5\nend");
+    ASSERT_TRUE(reading.Ok());
+    EXPECT_EQ(Written(*reading.model),
+              "max 0 + 1 Tables + 1 tables + 1 chairs; wood: -inf <= 1 Tables + 1 TABLES <= 4; "
+              "Wood: -inf <= 1 chairs <= 5; 0 <= Tables <= inf; 0 <= tables <= inf; "
+              "0 <= chairs <= inf; 0 <= TABLES <= inf");
+    EXPECT_EQ(Said(reading), "warning lp.names-in-other-case 1:14\n"
+                             "warning lp.names-in-other-case 3:17\n"
+                             "warning lp.names-in-other-case 4:2");
+    EXPECT_EQ(reading.diagnostics[1].error.text,
+              "'TABLES' and 'Tables' in line 1 are two variables");
+    EXPECT_EQ(Said(ReadText("max Ab + aB1 + A\nst\nend")), "");
+}
+
+TEST(LpAccepts, ManyNamesThatDifferInCaseWithAShortReport)
+{
+    std::string text = "max 0\nst\n";
+    for (int i = 0; i < 100; ++i)
+        text += " x" + std::to_string(i) + " + X" + std::to_string(i) + " <= 1\n";
+    const Reading reading = ReadText(text + "end");
+    ASSERT_EQ(reading.diagnostics.size(), DiagnosticLog::KeptPerCode + 1);
+    EXPECT_EQ(reading.diagnostics.back().error.text, "90 more like these");
 }
 
 TEST(LpAccepts, LongNamesWithAWarningAbove255Bytes)

@@ -409,6 +409,18 @@ TEST(MpsAccepts, ModelsWithoutRowsOrColumns)
     EXPECT_EQ(SaidAbout("ROWS\n N  c\nENDATA\n"), "warning mps.no-columns 3:1");
 }
 
+TEST(MpsAccepts, NamesThatDifferInCaseOnlyWithAWarning)
+{
+    const std::string text = "ROWS\n N  c\n L  Wood\n L  wood\n G  C\nCOLUMNS\n"
+                             "    x         c                  1   wood               1\n"
+                             "    X         c                  1   Wood               1\nENDATA\n";
+    EXPECT_EQ(SaidAbout(text), "warning mps.names-in-other-case 4:5\n"
+                               "warning mps.names-in-other-case 5:5\n"
+                               "warning mps.names-in-other-case 8:5");
+    EXPECT_EQ(TextOf(ReadMpsText(text), "mps.names-in-other-case"),
+              "'wood' and 'Wood' in line 3 are two rows");
+}
+
 TEST(MpsAccepts, IntegersOnlyRelaxed)
 {
     const std::string text =

@@ -151,6 +151,15 @@ TEST(WrittenNames, ThatLpDoesNotHoldBecomeOnesThatItDoes)
               "x_1__2, '2x' as _2x, '.y' as _.y, 'a b' as a_b, 'free' as _free and 5 more");
 }
 
+TEST(WrittenNames, WithHalfAParenthesisOrAPercentSignInFrontChangeInLp)
+{
+    const Model model = Named({"x(1)", "x(", "(x", ")a(", "_(x(1)", "%", "%x", "y%", "f(a"});
+    EXPECT_EQ(NamesThroughLp(model),
+              "<x(1)> <x_> <_x> <_a_> <__x_1_> <_%> <_%x> <y%> <f_a> row <f_a>");
+    EXPECT_EQ(NamesThroughMps(model),
+              "<x(1)> <x(> <(x> <)a(> <_(x(1)> <%> <%x> <y%> <f(a> row <f(a>");
+}
+
 TEST(WrittenNames, ThatFreeMpsDoesNotHoldBecomeOnesThatItDoes)
 {
     const Model model = Named({"a b", "a_b", "$x", "'MARKER'", "a\tb", "[1]+2", "a long name"});
