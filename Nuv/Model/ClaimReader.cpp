@@ -3,11 +3,11 @@
 
 #include "Nuv/Model/ClaimNames.hpp"
 #include "Nuv/Model/JsonReader.hpp"
+#include "Nuv/Model/NumberText.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 namespace nuv
@@ -147,7 +147,7 @@ std::optional<Rational> ReadExactNumber(std::string_view text)
         return Rational(Integer(std::string(above)), denominator);
     }
     double value = 0.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto [end, error] = ReadDouble(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
         return std::nullopt;
     return ToRational(value);

@@ -1,8 +1,9 @@
 /// One table says what each byte may be; the rest follows from it.
 #include "Nuv/Model/LpLexer.hpp"
 
+#include "Nuv/Model/NumberText.hpp"
+
 #include <array>
-#include <charconv>
 
 namespace nuv::lp
 {
@@ -101,7 +102,7 @@ Token Lexer::Next() noexcept
 void Lexer::ReadNumber(Token& token) noexcept
 {
     token.kind = TokenKind::Number;
-    const std::from_chars_result result = std::from_chars(m_at, m_end, token.value);
+    const std::from_chars_result result = ReadDouble(m_at, m_end, token.value);
     if (result.ec != std::errc{})
         token.kind = TokenKind::Range;
     m_at = result.ptr;

@@ -2,6 +2,7 @@
 /// plus, Fortran's exponents) is brought into its form.
 #include "Nuv/Model/MpsNumber.hpp"
 
+#include "Nuv/Model/NumberText.hpp"
 #include "Nuv/Model/Rational.hpp"
 
 #include <charconv>
@@ -37,7 +38,7 @@ NumberFault Beyond(std::string_view text) noexcept
 const char* ReadDecimal(std::string_view text, Number& number) noexcept
 {
     const char* const end = text.data() + text.size();
-    const std::from_chars_result result = std::from_chars(text.data(), end, number.value);
+    const std::from_chars_result result = ReadDouble(text.data(), end, number.value);
     number.fault = NumberFault::None;
     if (result.ec == std::errc::invalid_argument)
         number.fault = NumberFault::NotANumber;

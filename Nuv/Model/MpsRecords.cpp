@@ -263,8 +263,9 @@ bool Parser::CheckNewName(std::string_view name, std::string_view what)
 {
     const auto isControl = [](char c)
     { return static_cast<unsigned char>(c) < 0x20u || c == 0x7F; };
-    const auto* const control = std::find_if(name.begin(), name.end(), isControl);
-    if (control != name.end())
+    const char* const end = name.data() + name.size();
+    const char* const control = std::find_if(name.data(), end, isControl);
+    if (control != end)
     {
         return Fail(control, "mps.binary",
                     fmt::format("the name of a {} holds a byte that is no text", what),

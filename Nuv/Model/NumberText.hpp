@@ -1,7 +1,8 @@
-/// Doubles as text, in the one form that all writers share: the shortest decimal that reads back to
-/// the same bits, whatever the locale.
+/// Doubles as text, whatever the locale. All writers share one form, the shortest decimal that reads
+/// back to the same bits; all readers take the nearest double.
 #pragma once
 
+#include <charconv>
 #include <string>
 
 namespace nuv
@@ -11,5 +12,8 @@ namespace nuv
 void AppendNumber(std::string& text, double value);
 
 [[nodiscard]] std::string NumberText(double value);
+
+/// std::from_chars for doubles, also where the standard library has none yet.
+std::from_chars_result ReadDouble(const char* first, const char* last, double& value) noexcept;
 
 }  // namespace nuv

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdint>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <string_view>
 
@@ -18,7 +18,9 @@ namespace
 {
 
 constexpr std::size_t kPiece = std::size_t{1} << 20;
-constexpr std::size_t kLargestText = std::size_t{1} << 32;
+/// What a string can hold with room to grow, where that is less than 4 GiB.
+constexpr std::uint64_t kLargestText =
+    std::min(std::uint64_t{1} << 32, std::uint64_t{SIZE_MAX} / 4 + 1);
 
 struct CloseFile
 {
@@ -42,21 +44,36 @@ Error OpeningError(const std::string& path, int reason)
     if (reason == EACCES || reason == EPERM)
         return FileError("file.permission", path, "no permission to read the file",
                          "check its mode and owner");
+    if (reason == EISDIR)
+        return FileError("file.directory", path, "this is a directory", "name a file in it");
     return FileError("file.unreadable", path, std::strerror(reason), {});
 }
 
 Error TooLarge(const std::string& path)
 {
-    return FileError("file.too-large", path, "the text is larger than 4 GiB", "split the model");
+    return FileError("file.too-large", path,
+                     "the text is larger than " + std::to_string(kLargestText >> 30) + " GiB",
+                     "split the model");
+}
+
+/// How many bytes are still to come, where that can be known; 0 for a pipe.
+std::size_t ExpectedSize(std::FILE* file)
+{
+    const long here = std::ftell(file);
+    if (here < 0 || std::fseek(file, 0, SEEK_END) != 0)
+        return 0;
+    const long end = std::ftell(file);
+    if (std::fseek(file, here, SEEK_SET) != 0 || end < here)
+        return 0;
+    const auto size = static_cast<std::uint64_t>(end - here);
+    // The end of a directory is no size.
+    return size < kLargestText ? static_cast<std::size_t>(size) : 0;
 }
 
 Result<std::string> ReadAll(std::FILE* file, const std::string& path)
 {
     std::string text;
-    std::error_code ignored;
-    const std::uintmax_t size = path == "-" ? 0 : std::filesystem::file_size(path, ignored);
-    if (!ignored && size < kLargestText)
-        text.reserve(static_cast<std::size_t>(size) + 1);
+    text.reserve(ExpectedSize(file) + 1);
     for (;;)
     {
         const std::size_t had = text.size();
@@ -145,9 +162,6 @@ std::string DisplayName(const std::string& path)
 
 Result<std::string> ReadTextFile(const std::string& path)
 {
-    std::error_code ignored;
-    if (path != "-" && std::filesystem::is_directory(path, ignored))
-        return FileError("file.directory", path, "this is a directory", "name a file in it");
     File opened;
     if (path != "-")
     {
