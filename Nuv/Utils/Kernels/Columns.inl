@@ -4,6 +4,7 @@
 // all other rows it would add ±0, as numbers are finite, and is left out.
 #include "Nuv/Utils/Kernels/Kernels.h"
 #include "Nuv/Utils/Kernels/Lanes.inl"
+#include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/Kernels/Zeros.inl"
 
 namespace nuv
@@ -283,7 +284,8 @@ void WalkGroups(const ColumnWalk& w)
 
 void WalkColumns(const ColumnWalk* w)
 {
-    if (w->last - w->first > maxTiled)
+    const bool isLong = w->last - w->first > maxTiled;
+    if ((isLong && switches.groups) || !switches.tiles)
         WalkGroups(*w);
     else if (w->update && w->other.factors)
         WalkTiles<true, true>(*w);

@@ -2,6 +2,7 @@
 #include "Nuv/Utils/Kernels/Kernels.h"
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
+#include "Nuv/Utils/Kernels/Switches.h"
 
 namespace nuv
 {
@@ -71,10 +72,10 @@ const Kernels* KernelsOf(InstructionSet set)
 
 const Kernels* KernelsOfThisMachine()
 {
-    const Kernels* found = KernelsOf(InstructionSet::Avx512);
-    if (!found)
+    const Kernels* found = switches.avx512 ? KernelsOf(InstructionSet::Avx512) : nullptr;
+    if (!found && switches.avx2)
         found = KernelsOf(InstructionSet::Avx2);
-    if (!found)
+    if (!found && switches.baseline)
         found = KernelsOf(InstructionSet::Baseline);
     return found ? found : PlainKernels();
 }

@@ -113,7 +113,8 @@ void WalkAlongLast(const Walk& w, NuvSizeT from)
 template <bool hasUpdate>
 void WalkAll(const Walk& w)
 {
-    if (w.last - w.first <= maxAcross || w.count == 0)
+    const bool isShort = w.last - w.first <= maxAcross;
+    if ((isShort && switches.across) || w.count == 0)
     {
         WalkAcrossAll<hasUpdate>(w);
         return;

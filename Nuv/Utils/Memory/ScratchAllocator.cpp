@@ -8,6 +8,7 @@
 
 #include <initializer_list>
 
+#include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/Memory/ScratchChunks.h"
 
 struct alignas(max_align_t) NuvScratchBlock
@@ -45,7 +46,7 @@ void* AllocateScratch(NuvAllocator* allocator, NuvSizeT size)
     NuvScratchAllocator* const x = ScratchOf(allocator);
     if (size > UINT64_MAX - sizeof(NuvScratchBlock))
         return nullptr;
-    if (x->isMarked)
+    if (x->isMarked && switches.chunks)
         if (void* const memory = TakeFromChunk(x, size))
             return memory;
     NuvScratchBlock* const block = static_cast<NuvScratchBlock*>(

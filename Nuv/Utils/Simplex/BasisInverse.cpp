@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
+#include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 #include "Nuv/Utils/Kernels/Zeros.inl"
 
@@ -156,7 +157,8 @@ void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
         priced->eta[k] = x->eta[priced->rows[k]];
     const NuvSizeT length = LengthInUse(x);
     NuvSizeT first = 0;
-    for (NuvSizeT next = 0; length > maxUnseen && next != length; next += tile)
+    const bool isLong = length > maxUnseen && switches.tileSkipping;
+    for (NuvSizeT next = 0; isLong && next != length; next += tile)
     {
         if (HasNonzero<tile>(x->multipliersBySlot + next))
             continue;
@@ -345,8 +347,9 @@ void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, 
     product.sums = values;
     ColumnProduct other = none;
     FewNonzeros few;
-    const bool isShort = length <= maxUnseen;
-    const bool hasFew = vector && !isShort && FindFewNonzeros(vector, x->m, &few);
+    const bool isShort = length <= maxUnseen || !switches.tileSkipping;
+    const bool hasFew =
+        vector && switches.fewNonzeros && length > maxUnseen && FindFewNonzeros(vector, x->m, &few);
     if (vector && !hasFew)
     {
         TakeStored(x, vector);

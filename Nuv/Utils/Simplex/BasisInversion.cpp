@@ -11,6 +11,7 @@
 #include "Nuv/Utils/Simplex/BasisInversion.h"
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
+#include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 
 namespace nuv
@@ -153,6 +154,10 @@ bool EliminateIdentity(const Elimination* elimination, BasisInverse* inverse)
 
 bool Invert(BasisInverse* inverse, const BasisColumns* basis, Elimination* elimination)
 {
+#ifdef NUV_SWITCHES
+    if (!switches.columnInversion)
+        return InvertDensely(inverse, basis);
+#endif
     SetToIdentity(inverse);
     elimination->numSteps = 0;
     elimination->numMultipliers = 0;

@@ -39,6 +39,10 @@ struct BasisColumns
 /// made of the identity by then.
 /// @return false when a number on the way was not finite; the inverse is then of no use.
 bool Invert(BasisInverse* inverse, const BasisColumns* basis, Elimination* elimination);
+#ifdef NUV_SWITCHES
+/// The same by rows of a dense matrix, for the benchmark, which defines it.
+bool InvertDensely(BasisInverse* inverse, const BasisColumns* basis);
+#endif
 }  // namespace nuv
 
 #endif

@@ -6,6 +6,7 @@
 #include <initializer_list>
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
+#include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 
 namespace nuv
@@ -156,7 +157,7 @@ bool EnterFirstBasis(Iteration* it, const StandardFormFacts* facts)
 {
     for (NuvUint i = 0; i != it->m; ++i)
         it->basicCosts[i] = CostOf(it, it->basic[i]);
-    if (facts->isExact && HasColumnsUnderLabels(it) && EnterFast(it))
+    if (switches.structured && facts->isExact && HasColumnsUnderLabels(it) && EnterFast(it))
         return true;
     if (!BeginLiteralRoad(it))
         return false;

@@ -6,6 +6,7 @@
 
 #include "Nuv/Utils/Simplex/BasisInverse.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
+#include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 #include "Nuv/Utils/Kernels/Zeros.inl"
 
@@ -179,7 +180,7 @@ void SumColumns(ReducedCosts* x, const NuvUint* rows, NuvUint count)
     NuvUint numChanged;
     const NuvUint nonzeros = FindChangedRows(x, rows, count, &numChanged);
     // Walking rows costs about three times as much as walking columns.
-    if (nonzeros > sparse->starts[x->n] / 3)
+    if (nonzeros > sparse->starts[x->n] / 3 || !switches.incrementalSums)
     {
         for (NuvUint j = 0; j != x->n; ++j)
             SumColumn(x, prices, j);
@@ -206,7 +207,7 @@ void LayOut(ReducedCosts* x, NuvUint m, NuvUint n, NuvSizeT nonzeros, Cutter* cu
     x->m = m;
     x->n = n;
     x->numColumns = static_cast<NuvSizeT>(n) + m;
-    x->isSparse = IsSparse(m, n, nonzeros);
+    x->isSparse = switches.sparsePricing && IsSparse(m, n, nonzeros);
     x->firstSlack = PaddedLength(n);
     x->length = x->firstSlack + PaddedLength(m);
     cutter->Take(&x->costs, x->length);

@@ -1,6 +1,8 @@
 // Taking and leaving blocks.
 #include "Nuv/Utils/Simplex/Workspace.h"
 
+#include "Nuv/Utils/Kernels/Switches.h"
+
 namespace nuv
 {
 namespace
@@ -18,6 +20,8 @@ void GiveBack(Workspace* workspace)
 
 bool LeaveBehind(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT count)
 {
+    if (!switches.retainedOnScratch)
+        return true;
     void* blocks[maxBlocks];
     for (NuvSizeT taken = 0; taken != count; ++taken)
     {

@@ -1,0 +1,46 @@
+// What the benchmarks can switch off, to measure what it gains: the ways of the solver that are
+// there for their speed alone. Every result is the same without them, to the bit. In the library
+// all of them are constants, which leaves no trace in its code; bench/ compiles the sources a
+// second time, with NUV_SWITCHES. Not installed.
+#ifndef NUV_UTILS_KERNELS_SWITCHES_H
+#define NUV_UTILS_KERNELS_SWITCHES_H
+
+namespace nuv
+{
+struct Switches
+{
+    /// The sparse inverse and the reduced costs of Simplex/, against the definition.
+    bool structured = true;
+    /// The instruction sets beyond the plain loops.
+    bool avx512 = true;
+    bool avx2 = true;
+    bool baseline = true;
+    /// Inverting column by column, against rows of a dense matrix.
+    bool columnInversion = true;
+    bool sparsePricing = true;
+    /// Only the sums that a changed price is in.
+    bool incrementalSums = true;
+    /// Along a few columns at a time, when rows are many.
+    bool groups = true;
+    /// Past all columns with a tile of rows, when rows are few.
+    bool tiles = true;
+    /// Past all rows of the inverse with a few elements, when elements are few.
+    bool across = true;
+    /// A product with a column of few non-zeros, one after the other.
+    bool fewNonzeros = true;
+    /// Leaving out tiles that an update does not change.
+    bool tileSkipping = true;
+    /// Small blocks of the scratch allocator from larger ones.
+    bool chunks = true;
+    /// Taking the blocks that a solve leaves from a scratch allocator too.
+    bool retainedOnScratch = true;
+};
+
+#ifdef NUV_SWITCHES
+extern Switches switches;
+#else
+inline constexpr Switches switches;
+#endif
+}  // namespace nuv
+
+#endif
