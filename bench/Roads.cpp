@@ -66,18 +66,9 @@ std::vector<Road> RoadsFor(const Case& which)
         {"column inversion", {}, Without({&S::columnInversion}), all},
         {"sparse pricing", {}, Without({&S::sparsePricing}), all},
         {"incremental sums", {}, Without({&S::incrementalSums}), all},
-        {"groups", {}, Without({&S::groups}), all},
-        {"tiles", {}, Without({&S::tiles}), all},
-        {"across", {}, Without({&S::across}), all},
-        {"few non-zeros", {}, Without({&S::fewNonzeros}), all},
-        {"tile skipping", {}, Without({&S::tileSkipping}), all},
         {"chunks", {}, Without({&S::chunks}), all},
         {"chunks, no retained", {}, Without({&S::chunks, &S::retainedOnScratch}), all},
-        {"all of tiles to chunks",
-         {},
-         Without({&S::tiles, &S::across, &S::fewNonzeros, &S::tileSkipping, &S::chunks,
-                  &S::retainedOnScratch}),
-         all},
+        {"all of tiles to chunks", {}, Without({&S::chunks, &S::retainedOnScratch}), all},
     };
 }
 

@@ -8,63 +8,33 @@
 
 namespace nuv
 {
-/// A walk along several vectors at once, within the range [first, last) of each:
-///     vectors[c] += multipliers[c] · update      unless update is null,
-///     sums = x[c] · vectors[c] + ...             from +0, one c after the other.
-/// The vectors are only written where there is an update.
-struct Walk
-{
-    NuvFloat32* const* vectors;
-    NuvSizeT count;
-    const NuvFloat32* multipliers;
-    const NuvFloat32* update;
-    const NuvFloat32* x;
-    NuvFloat32* sums;
-    NuvSizeT first;
-    NuvSizeT last;
-};
-
-/// Some columns of a square matrix, by increasing number; its others are the identity's.
-/// Their count is a multiple of `block`: those that are missing are columns of zeros with factors
-/// of 0, with the last one's number and no gap.
-struct StoredColumns
-{
-    static constexpr NuvSizeT block = 4;
-
-    NuvFloat32** elements;
-    NuvUint* numbers;
-    /// The identity's columns between a column and the one before it: the first number, and how
-    /// many.
-    NuvUint* firsts;
-    NuvUint* gaps;
-    /// By tile, and one more: how many columns have numbers below the tile's.
-    NuvUint* below;
-    NuvSizeT count;
-};
-
-/// A product of such a matrix with a vector: the sums, and the vector's elements by stored column
-/// and, for the identity's columns, by number, where the others are 0.
+/// A product of some columns of a matrix with a vector: the vector's elements by column, those of
+/// the unit columns by number, where the others are 0, and the sums.
 struct ColumnProduct
 {
-    const NuvFloat32* factors;
-    const NuvFloat32* unitFactors;
-    NuvFloat32* sums;
+    const NuvFloat32* factors;      /// [count]
+    const NuvFloat32* unitFactors;  /// [length], or null where there are no unit columns
+    NuvFloat32* sums;               /// [length]
 };
 
-/// A walk along the columns of such a matrix, within the rows [first, last):
+/// A rank-1 update of some columns, and a product or two with what they are then:
 ///     columns[c] += multipliers[c] · update      unless update is null,
-///     product.sums = the matrix · a vector       for one product or two,
-/// each sum from +0, in increasing number of the columns. All numbers must be finite.
-struct ColumnWalk
+///     product.sums = the matrix · a vector,
+/// each sum from +0, in increasing number of the columns. With unitFactors the matrix is square,
+/// and its columns that are not given are the identity's; without, it has these alone. All numbers
+/// must be finite; where an update overflows, product.sums are not finite. The columns are only
+/// written where there is an update.
+struct FusedProduct
 {
-    StoredColumns columns;
-    const NuvFloat32* multipliers;
-    const NuvFloat32* update;
+    NuvFloat32* const* columns;  /// [count], each [length]
+    const NuvUint* numbers;      /// [count], increasing; not read without unit columns
+    NuvSizeT count;
+    const NuvFloat32* multipliers;  /// [count], or null without update
+    const NuvFloat32* update;       /// [length], or null
     ColumnProduct product;
     /// Without factors there is none.
     ColumnProduct other;
-    NuvSizeT first;
-    NuvSizeT last;
+    NuvSizeT length;
 };
 
 /// A number that was looked for, and where it was found.
@@ -74,14 +44,13 @@ struct Choice
     NuvUint number;
 };
 
-/// The loops as made for one instruction set. Ranges begin and end at multiples of `tile`, and
-/// lengths are such, but where any shape is allowed.
+/// The loops as made for one instruction set. Lengths are multiples of `tile` but where any length
+/// or shape is allowed.
 struct Kernels
 {
     static constexpr NuvSizeT tile = 16;
 
-    void (*walk)(const Walk* walk);
-    void (*walkColumns)(const ColumnWalk* walk);
+    void (*updateAndMultiply)(const FusedProduct* product);
     /// eta = 0 − direction · reciprocal.
     /// @return whether all of eta is finite.
     bool (*formEta)(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta,

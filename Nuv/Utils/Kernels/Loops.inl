@@ -2,136 +2,13 @@
 // NUV_KERNELS returns. Everything else here is the including source's own, so that no code made for
 // one machine is ever linked into what another runs.
 #include "Nuv/Utils/Kernels/Kernels.h"
-#include "Nuv/Utils/Kernels/Columns.inl"
+#include "Nuv/Utils/Kernels/FusedProduct.inl"
 
 namespace nuv
 {
 namespace
 {
 constexpr NuvSizeT floatSize = sizeof(NuvFloat32);
-
-/// The longest range that is walked across: past all vectors before the next step along them.
-constexpr NuvSizeT maxAcross = 4 * Kernels::tile;
-
-/// How many lanes are walked across side by side, so that no sum waits for another.
-constexpr NuvSizeT maxSideBySide = lanes == 16 ? 4 : 2;
-
-/// Past all vectors, `count` lanes of each from `i` on.
-template <bool hasUpdate, NuvSizeT count>
-NUV_LANES_INLINE void WalkAcross(const Walk& w, NuvSizeT i)
-{
-    Lanes update[count];
-    Lanes sums[count];
-    for (NuvSizeT k = 0; k != count; ++k)
-    {
-        update[k] = hasUpdate ? Load(w.update + i + k * lanes) : Lanes{};
-        sums[k] = Lanes{};
-    }
-    for (NuvSizeT c = 0; c != w.count; ++c)
-    {
-        const Lanes multiplier = Spread(hasUpdate ? w.multipliers[c] : 0.0F);
-        const Lanes x = Spread(w.x[c]);
-        for (NuvSizeT k = 0; k != count; ++k)
-        {
-            NuvFloat32* const at = w.vectors[c] + i + k * lanes;
-            Lanes elements = Load(at);
-            if constexpr (hasUpdate)
-            {
-                elements = elements + multiplier * update[k];
-                Store(at, elements);
-            }
-            sums[k] = sums[k] + x * elements;
-        }
-    }
-    for (NuvSizeT k = 0; k != count; ++k)
-        Store(w.sums + i + k * lanes, sums[k]);
-}
-
-template <bool hasUpdate>
-void WalkAcrossAll(const Walk& w)
-{
-    NuvSizeT i = w.first;
-    for (; w.last - i >= maxSideBySide * lanes; i += maxSideBySide * lanes)
-        WalkAcross<hasUpdate, maxSideBySide>(w, i);
-    if (w.last - i >= 2 * lanes)
-    {
-        WalkAcross<hasUpdate, 2>(w, i);
-        i += 2 * lanes;
-    }
-    if (i != w.last)
-        WalkAcross<hasUpdate, 1>(w, i);
-}
-
-/// The whole range, along a few vectors from the one at `from` on.
-template <bool hasUpdate, NuvSizeT count>
-void WalkAlong(const Walk& w, NuvSizeT from)
-{
-    NuvFloat32* at[count];
-    Lanes spread[count];
-    Lanes spreadX[count];
-    for (NuvSizeT c = 0; c != count; ++c)
-    {
-        at[c] = w.vectors[from + c];
-        spread[c] = Spread(hasUpdate ? w.multipliers[from + c] : 0.0F);
-        spreadX[c] = Spread(w.x[from + c]);
-    }
-    const NuvFloat32* const atUpdate = w.update;
-    NuvFloat32* const atSums = w.sums;
-    const NuvSizeT last = w.last;
-    const bool isNew = from == 0;
-    for (NuvSizeT i = w.first; i != last; i += lanes)
-    {
-        const Lanes update = hasUpdate ? Load(atUpdate + i) : Lanes{};
-        Lanes sums = isNew ? Lanes{} : Load(atSums + i);
-        for (NuvSizeT c = 0; c != count; ++c)
-        {
-            Lanes elements = Load(at[c] + i);
-            if constexpr (hasUpdate)
-            {
-                elements = elements + spread[c] * update;
-                Store(at[c] + i, elements);
-            }
-            sums = sums + spreadX[c] * elements;
-        }
-        Store(atSums + i, sums);
-    }
-}
-
-/// The whole range, along the vectors that are left from `from` on, at most `count`.
-template <bool hasUpdate, NuvSizeT count>
-void WalkAlongLast(const Walk& w, NuvSizeT from)
-{
-    if constexpr (count != 0)
-    {
-        if (w.count - from == count)
-            WalkAlong<hasUpdate, count>(w, from);
-        else
-            WalkAlongLast<hasUpdate, count - 1>(w, from);
-    }
-}
-
-template <bool hasUpdate>
-void WalkAll(const Walk& w)
-{
-    const bool isShort = w.last - w.first <= maxAcross;
-    if ((isShort && switches.across) || w.count == 0)
-    {
-        WalkAcrossAll<hasUpdate>(w);
-        return;
-    }
-    NuvSizeT c = 0;
-    for (; w.count - c >= vectorsAtOnce; c += vectorsAtOnce)
-        WalkAlong<hasUpdate, vectorsAtOnce>(w, c);
-    WalkAlongLast<hasUpdate, vectorsAtOnce - 1>(w, c);
-}
-
-void WalkVectors(const Walk* w)
-{
-    if (w->update)
-        WalkAll<true>(*w);
-    else
-        WalkAll<false>(*w);
-}
 
 constexpr auto larger = [](const auto& x, const auto& y) { return LargerOf(x, y); };
 constexpr auto smaller = [](const auto& x, const auto& y) { return SmallerOf(x, y); };
@@ -274,9 +151,8 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kernels = {WalkVectors,      WalkColumns, FormEta,
-                             IsFinite,         FindLargest, FindSmallestRatio,
-                             MultiplyMatrices, Divide,      SubtractMultiple};
+constexpr Kernels kernels = {UpdateAndMultiply, FormEta,          IsFinite, FindLargest,
+                             FindSmallestRatio, MultiplyMatrices, Divide,   SubtractMultiple};
 }  // namespace
 
 const Kernels* NUV_KERNELS()

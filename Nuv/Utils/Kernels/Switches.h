@@ -20,16 +20,6 @@ struct Switches
     bool sparsePricing = true;
     /// Only the sums that a changed price is in.
     bool incrementalSums = true;
-    /// Along a few columns at a time, when rows are many.
-    bool groups = true;
-    /// Past all columns with a tile of rows, when rows are few.
-    bool tiles = true;
-    /// Past all rows of the inverse with a few elements, when elements are few.
-    bool across = true;
-    /// A product with a column of few non-zeros, one after the other.
-    bool fewNonzeros = true;
-    /// Leaving out tiles that an update does not change.
-    bool tileSkipping = true;
     /// Small blocks of the scratch allocator from larger ones.
     bool chunks = true;
     /// Taking the blocks that a solve leaves from a scratch allocator too.

@@ -8,16 +8,22 @@ namespace nuv
 {
 namespace
 {
-/// Whether one of an even number of elements is not ±0: any bit but the signs, two by two.
+/// Whether one of the elements, of which there are 1 or an even number, is not ±0: any bit but the
+/// signs, two by two.
 template <NuvSizeT count>
 inline bool HasNonzero(const NuvFloat32* x)
 {
-    NuvSizeT pairs[count / 2];
-    memcpy(pairs, x, sizeof pairs);
-    NuvSizeT any = 0;
-    for (const NuvSizeT pair : pairs)
-        any |= pair;
-    return (any & 0x7FFFFFFF7FFFFFFF) != 0;
+    if constexpr (count == 1)
+        return *x != 0.0F;
+    else
+    {
+        NuvSizeT pairs[count / 2];
+        memcpy(pairs, x, sizeof pairs);
+        NuvSizeT any = 0;
+        for (const NuvSizeT pair : pairs)
+            any |= pair;
+        return (any & 0x7FFFFFFF7FFFFFFF) != 0;
+    }
 }
 }  // namespace
 }  // namespace nuv

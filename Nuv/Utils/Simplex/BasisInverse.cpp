@@ -5,18 +5,13 @@
 #include <initializer_list>
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
-#include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
-#include "Nuv/Utils/Kernels/Zeros.inl"
 
 namespace nuv
 {
 namespace
 {
 constexpr NuvUint tile = Kernels::tile;
-
-/// Up to this length an update is taken to change everything: to look costs more than it saves.
-constexpr NuvSizeT maxUnseen = 64;
 
 /// The length of so many elements in whole tiles.
 NuvSizeT InTiles(NuvSizeT count)
@@ -64,51 +59,19 @@ void RemovePriced(PricedRows* priced, NuvUint position)
     --priced->count;
 }
 
-/// Lists what is missing in the last block of stored columns.
-void FillBlock(BasisInverse* x)
-{
-    StoredColumns* const stored = &x->stored;
-    const NuvUint last = x->numStored - 1;
-    stored->count =
-        (x->numStored + StoredColumns::block - 1) / StoredColumns::block * StoredColumns::block;
-    for (NuvSizeT k = x->numStored; k != stored->count; ++k)
-    {
-        stored->elements[k] = x->noColumn;
-        stored->numbers[k] = stored->numbers[last];
-        stored->firsts[k] = stored->numbers[last];
-        stored->gaps[k] = 0;
-        x->storedB[k] = 0.0F;
-        x->storedVector[k] = 0.0F;
-        x->multipliers[k] = 0.0F;
-    }
-}
-
 /// Lists a column among those that are stored.
 void ListColumn(BasisInverse* x, NuvUint column, NuvUint slot)
 {
-    StoredColumns* const stored = &x->stored;
     const NuvUint count = slot;
     NuvUint position = count;
-    while (position != 0 && stored->numbers[position - 1] > column)
+    while (position != 0 && x->numbers[position - 1] > column)
         --position;
-    MakeRoom(stored->elements, position, count);
-    MakeRoom(stored->numbers, position, count);
-    MakeRoom(stored->firsts, position, count);
-    MakeRoom(stored->gaps, position, count);
+    MakeRoom(x->elements, position, count);
+    MakeRoom(x->numbers, position, count);
     MakeRoom(x->slots, position, count);
     MakeRoom(x->storedB, position, count);
-    const NuvUint first = position == 0 ? 0 : stored->numbers[position - 1] + 1;
-    stored->elements[position] = x->columns[column];
-    stored->numbers[position] = column;
-    stored->firsts[position] = first;
-    stored->gaps[position] = column - first;
-    if (position != count)
-    {
-        stored->firsts[position + 1] = column + 1;
-        stored->gaps[position + 1] = stored->numbers[position + 1] - column - 1;
-    }
-    for (NuvSizeT t = column / tile + 1; t <= x->stride / tile; ++t)
-        ++stored->below[t];
+    x->elements[position] = x->columns[column];
+    x->numbers[position] = column;
     x->slots[position] = slot;
     x->storedB[position] = x->unitB[column];
     x->unitB[column] = 0.0F;
@@ -128,98 +91,38 @@ void TakeRow(BasisInverse* x, NuvUint row)
         x->multipliers[k] = x->multipliersBySlot[x->slots[k]];
 }
 
-/// Adds the update to the priced rows in the tiles from `first` to `last`, and sums their prices.
-void UpdatePricesOf(BasisInverse* x, NuvSizeT first, NuvSizeT last, NuvFloat32* prices)
-{
-    const PricedRows* const priced = &x->priced;
-    const Walk walk = {priced->entries, priced->count,   priced->eta, x->multipliersBySlot,
-                       priced->costs,   x->pricesBySlot, first,       last};
-    x->kernels->walk(&walk);
-    const NuvSizeT end = last < x->numStored ? last : x->numStored;
-    for (NuvSizeT slot = first; slot < end; ++slot)
-        prices[x->columnOfSlot[slot]] = x->pricesBySlot[slot];
-}
-
+/// The length of rows by slot that may hold other than zeros.
 NuvSizeT LengthInUse(const BasisInverse* x)
 {
     return InTiles(x->numStored);
 }
 
-/// Brings the priced rows and the prices of the stored columns up to date. A column whose
-/// multiplier is 0 keeps its entries, and holds 0 in the row of the pivot, whose cost alone
-/// changes: the same terms are summed. The unit columns keep their prices too: an update leaves
-/// them as they are but in the row that leaves, and stores that one's column. Rows without a cost
-/// add ±0, and so do costs in rows where a column holds 0.
+/// Adds an update to the priced rows, and sums the prices of the stored columns.
+void SumPrices(BasisInverse* x, const NuvFloat32* update, NuvFloat32* prices)
+{
+    const PricedRows* const priced = &x->priced;
+    const FusedProduct sums = {priced->entries,
+                               nullptr,
+                               priced->count,
+                               priced->eta,
+                               update,
+                               {priced->costs, nullptr, x->pricesBySlot},
+                               {},
+                               LengthInUse(x)};
+    x->kernels->updateAndMultiply(&sums);
+    for (NuvUint slot = 0; slot != x->numStored; ++slot)
+        prices[x->columnOfSlot[slot]] = x->pricesBySlot[slot];
+}
+
+/// Brings the priced rows and the prices of the stored columns up to date. The unit columns keep
+/// their prices: an update leaves them as they are but in the row that leaves, and stores that
+/// one's column. Rows without a cost add ±0.
 void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
 {
     PricedRows* const priced = &x->priced;
     for (NuvUint k = 0; k != priced->count; ++k)
         priced->eta[k] = x->eta[priced->rows[k]];
-    const NuvSizeT length = LengthInUse(x);
-    NuvSizeT first = 0;
-    const bool isLong = length > maxUnseen && switches.tileSkipping;
-    for (NuvSizeT next = 0; isLong && next != length; next += tile)
-    {
-        if (HasNonzero<tile>(x->multipliersBySlot + next))
-            continue;
-        if (first != next)
-            UpdatePricesOf(x, first, next, prices);
-        first = next + tile;
-    }
-    if (first != length)
-        UpdatePricesOf(x, first, length, prices);
-}
-
-/// Whether the pending update changes rows of a tile. Where eta is 0 it adds ±0, and only in its
-/// own row are there zeros in place of the old entries.
-bool IsTouched(const BasisInverse* x, NuvSizeT first)
-{
-    return !x->isPending || x->pivotRow / tile == first / tile || HasNonzero<tile>(x->eta + first);
-}
-
-/// The places of the non-zeros of a vector that has few of them.
-struct FewNonzeros
-{
-    static constexpr NuvUint most = 4;
-
-    NuvUint count;
-    NuvUint places[most];
-};
-
-/// @return whether the vector has but few.
-bool FindFewNonzeros(const NuvFloat32* vector, NuvUint length, FewNonzeros* found)
-{
-    found->count = 0;
-    for (NuvUint i = 0; i < length; ++i)
-    {
-        if (i % tile == 0 && !HasNonzero<tile>(vector + i))
-        {
-            i += tile - 1;
-            continue;
-        }
-        if (vector[i] == 0.0F)
-            continue;
-        if (found->count == FewNonzeros::most)
-            return false;
-        found->places[found->count++] = i;
-    }
-    return true;
-}
-
-/// result = inverse · vector with no update pending, one column after the other: x − y · (−z) is
-/// x + y · z, as the rounding of a product does not depend on its sign.
-void MultiplyByFew(const BasisInverse* x, const NuvFloat32* vector, const FewNonzeros* few,
-                   NuvFloat32* result)
-{
-    NuvMemZero(result, x->stride * sizeof *result);
-    for (NuvUint k = 0; k != few->count; ++k)
-    {
-        const NuvUint column = few->places[k];
-        if (x->columns[column])
-            x->kernels->subtractMultiple(result, x->columns[column], -vector[column], x->stride);
-        else
-            result[column] = result[column] + vector[column];
-    }
+    SumPrices(x, x->multipliersBySlot, prices);
 }
 
 /// Takes the factors of the stored columns out of a vector, and leaves those of the unit columns.
@@ -227,7 +130,7 @@ void TakeStored(BasisInverse* x, NuvFloat32* vector)
 {
     for (NuvUint k = 0; k != x->numStored; ++k)
     {
-        NuvFloat32* const element = vector + x->stored.numbers[k];
+        NuvFloat32* const element = vector + x->numbers[k];
         x->storedVector[k] = *element;
         *element = 0.0F;
     }
@@ -252,15 +155,11 @@ void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter)
     cutter->Take(&x->priced.eta, maxPriced);
     cutter->Take(&x->priced.spare, maxPriced);
     x->priced.numSpare = maxPriced;
-    cutter->Take(&x->stored.elements, x->stride);
-    cutter->Take(&x->stored.numbers, x->stride);
-    cutter->Take(&x->stored.firsts, x->stride);
-    cutter->Take(&x->stored.gaps, x->stride);
-    cutter->Take(&x->stored.below, x->stride / tile + 1);
-    cutter->Take(&x->slots, x->stride);
-    for (NuvFloat32** const array :
-         {&x->storedB, &x->unitB, &x->noColumn, &x->storedVector, &x->eta, &x->multipliers,
-          &x->multipliersBySlot, &x->pricesBySlot})
+    cutter->Take(&x->elements, m);
+    cutter->Take(&x->numbers, m);
+    cutter->Take(&x->slots, m);
+    for (NuvFloat32** const array : {&x->storedB, &x->unitB, &x->storedVector, &x->eta,
+                                     &x->multipliers, &x->multipliersBySlot, &x->pricesBySlot})
         cutter->Take(array, x->stride);
     cutter->Take(&x->room, m * x->stride);
     cutter->Take(&x->priced.room, maxPriced * x->stride);
@@ -269,12 +168,9 @@ void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter)
 void SetToIdentity(BasisInverse* x)
 {
     x->numStored = 0;
-    x->stored.count = 0;
-    NuvMemZero(x->stored.below, (x->stride / tile + 1) * sizeof *x->stored.below);
     x->isPending = false;
     NuvMemZero(x->columns, x->m * sizeof *x->columns);
     NuvMemCopy(x->unitB, x->b, x->stride * sizeof *x->unitB);
-    NuvMemZero(x->noColumn, x->stride * sizeof *x->noColumn);
     NuvMemZero(x->multipliersBySlot, x->stride * sizeof *x->multipliersBySlot);
     PricedRows* const priced = &x->priced;
     priced->count = 0;
@@ -294,7 +190,6 @@ NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column)
     x->columns[column] = elements;
     x->columnOfSlot[slot] = column;
     ListColumn(x, column, slot);
-    FillBlock(x);
     return elements;
 }
 
@@ -334,47 +229,27 @@ void ComputePrices(BasisInverse* x, NuvFloat32* prices)
     for (NuvUint k = 0; k != priced->count; ++k)
         for (NuvUint slot = 0; slot != x->numStored; ++slot)
             priced->entries[k][slot] = x->columns[x->columnOfSlot[slot]][priced->rows[k]];
-    NuvMemZero(priced->eta, priced->count * sizeof *priced->eta);
-    if (x->numStored != 0)
-        UpdatePricesOf(x, 0, LengthInUse(x), prices);
+    SumPrices(x, nullptr, prices);
 }
 
 void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, NuvFloat32* result)
 {
-    const NuvSizeT length = InTiles(x->m);
-    const ColumnProduct none = {nullptr, nullptr, nullptr};
-    ColumnProduct product = {x->storedB, x->unitB, nullptr};
-    product.sums = values;
-    ColumnProduct other = none;
-    FewNonzeros few;
-    const bool isShort = length <= maxUnseen || !switches.tileSkipping;
-    const bool hasFew =
-        vector && switches.fewNonzeros && length > maxUnseen && FindFewNonzeros(vector, x->m, &few);
-    if (vector && !hasFew)
+    ColumnProduct other = {};
+    if (vector)
     {
         TakeStored(x, vector);
         other = {x->storedVector, vector, result};
     }
-    for (NuvSizeT first = 0, last; first != length; first = last)
-    {
-        const bool isTouched = isShort || IsTouched(x, first);
-        last = isShort ? length : first + tile;
-        while (last != length && IsTouched(x, last) == isTouched)
-            last += tile;
-        // Rows that no update has changed have the values that they had.
-        const ColumnWalk walk = {x->stored,
-                                 x->multipliers,
-                                 x->isPending && isTouched ? x->eta : nullptr,
-                                 isTouched ? product : other,
-                                 isTouched ? other : none,
-                                 first,
-                                 last};
-        if (walk.product.factors)
-            x->kernels->walkColumns(&walk);
-    }
+    const FusedProduct product = {x->elements,
+                                  x->numbers,
+                                  x->numStored,
+                                  x->multipliers,
+                                  x->isPending ? x->eta : nullptr,
+                                  {x->storedB, x->unitB, values},
+                                  other,
+                                  InTiles(x->m)};
+    x->kernels->updateAndMultiply(&product);
     x->isPending = false;
-    if (hasFew)
-        MultiplyByFew(x, vector, &few, result);
 }
 
 bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row)

@@ -49,13 +49,13 @@ struct BasisInverse
     NuvFloat32* room;
     PricedRows priced;
 
-    /// The stored columns by increasing number, with their slots and their elements of b; the
-    /// elements of b that belong to unit columns; and a column of zeros, for what is missing.
-    StoredColumns stored;
+    /// The stored columns by increasing number: their elements, numbers, slots and elements of b;
+    /// and the elements of b that belong to unit columns.
+    NuvFloat32** elements;
+    NuvUint* numbers;
     NuvUint* slots;
     NuvFloat32* storedB;
     NuvFloat32* unitB;
-    NuvFloat32* noColumn;
     /// The elements of the other vector that is multiplied, by stored column.
     NuvFloat32* storedVector;
 
@@ -88,9 +88,8 @@ void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost);
 /// prices = costs · inverse, before any update.
 void ComputePrices(BasisInverse* x, NuvFloat32* prices);
 
-/// values = inverse · b and, unless vector is null, result = inverse · vector, in one walk that
-/// also adds the pending update to the columns. `values` holds what the call before wrote; `vector`
-/// is used up.
+/// values = inverse · b and, unless vector is null, result = inverse · vector, in one pass that
+/// also adds the pending update to the columns. `vector` is destroyed.
 void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, NuvFloat32* result);
 /// Prepares eta for a pivot in `row` on the direction.
 /// @return false when eta is not finite, as for a pivot without a finite reciprocal.

@@ -176,8 +176,8 @@ Entering ChooseEntering(Iteration* it)
 {
     if (it->isLiteral)
         return FindLargestLiterally(it);
-    const Choice largest = FindLargestReducedCost(&it->reducedCosts, it->inverse.stored.numbers,
-                                                  it->inverse.numStored);
+    const Choice largest =
+        FindLargestReducedCost(&it->reducedCosts, it->inverse.numbers, it->inverse.numStored);
     return {largest.value == 0.0F ? 0 : largest.number - 1, largest.value};
 }
 

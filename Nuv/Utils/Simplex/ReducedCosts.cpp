@@ -114,18 +114,21 @@ void CopyRow(ReducedCosts* x, NuvUint i)
 void SumRows(ReducedCosts* x, const NuvUint* rows, NuvUint count)
 {
     const NuvFloat32* const prices = PricesOf(x);
-    Walk walk = {x->vectors, 0, nullptr, nullptr, x->multipliers, x->sums, 0, x->firstSlack};
+    NuvSizeT numPriced = 0;
     for (NuvUint k = 0; k != count; ++k)
     {
         const NuvUint i = rows[k];
         if (!x->isCopied[i])
             CopyRow(x, i);
         // Without a branch, which nobody could predict.
-        x->vectors[walk.count] = x->rows[i];
-        x->multipliers[walk.count] = prices[i];
-        walk.count += prices[i] != 0.0F ? 1 : 0;
+        x->vectors[numPriced] = x->rows[i];
+        x->multipliers[numPriced] = prices[i];
+        numPriced += prices[i] != 0.0F ? 1 : 0;
     }
-    x->kernels->walk(&walk);
+    const FusedProduct sums = {x->vectors, nullptr,      numPriced,
+                               nullptr,    nullptr,      {x->multipliers, nullptr, x->sums},
+                               {},         x->firstSlack};
+    x->kernels->updateAndMultiply(&sums);
 }
 
 void SumColumn(ReducedCosts* x, const NuvFloat32* prices, NuvUint j)

@@ -1,5 +1,5 @@
-// The walk along the columns of a matrix most of whose columns are the identity's, with every
-// instruction set that this machine has, compared bit by bit with the sums over the whole matrix.
+// The update of some columns and the products with them, with every instruction set that this
+// machine has, compared bit by bit with the sums over the whole matrix.
 #include <algorithm>
 #include <vector>
 
@@ -7,10 +7,12 @@
 
 namespace
 {
-/// A square matrix of which some columns are given, by increasing number, and the others are the
-/// identity's; an update of those given, and two vectors to form products with.
+/// A matrix of m rows of which some columns are given, by increasing number; the others are the
+/// identity's where it is square, and it has none where it is not. An update of those given, and
+/// two vectors to form products with, by number of the column.
 struct ColumnData
 {
+    bool isSquare;
     std::size_t m;
     std::vector<std::uint32_t> numbers;
     std::vector<Floats> columns;
@@ -36,21 +38,39 @@ protected:
     }
 
     /// Runs of given columns and of the identity's.
-    ColumnData MatrixData(std::size_t m)
+    ColumnData SquareData(std::size_t m)
     {
-        ColumnData data = {m, {}, {}, {}, FiniteVector(m, random.Chance(30)), {}, {}, {}, {}};
+        std::vector<std::uint32_t> numbers;
         bool isGiven = random.Chance(50);
         for (std::size_t column = 0; column != m; ++column)
         {
             isGiven = random.Chance(30) ? !isGiven : isGiven;
-            if (!isGiven)
-                continue;
-            data.numbers.push_back(static_cast<std::uint32_t>(column));
-            data.columns.push_back(FiniteVector(m, random.Chance(30)));
+            if (isGiven)
+                numbers.push_back(static_cast<std::uint32_t>(column));
         }
-        data.multipliers = FiniteVector(data.numbers.size(), random.Chance(50));
-        data.x = FiniteVector(m, random.Chance(50));
-        data.y = FiniteVector(m, random.Chance(50));
+        return Data(true, m, m, numbers);
+    }
+
+    /// All columns are given.
+    ColumnData WholeData(std::size_t m, std::size_t count)
+    {
+        std::vector<std::uint32_t> numbers;
+        for (std::size_t column = 0; column != count; ++column)
+            numbers.push_back(static_cast<std::uint32_t>(column));
+        return Data(false, m, count, numbers);
+    }
+
+private:
+    ColumnData Data(bool isSquare, std::size_t m, std::size_t numColumns,
+                    const std::vector<std::uint32_t>& numbers)
+    {
+        ColumnData data = {isSquare, m,  numbers, {}, {}, FiniteVector(m, random.Chance(30)),
+                           {},       {}, {},      {}};
+        for (std::size_t k = 0; k != numbers.size(); ++k)
+            data.columns.push_back(FiniteVector(m, random.Chance(30)));
+        data.multipliers = FiniteVector(numbers.size(), random.Chance(50));
+        data.x = FiniteVector(numColumns, random.Chance(50));
+        data.y = FiniteVector(numColumns, random.Chance(50));
         data.sumsX = FiniteVector(m, false);
         data.sumsY = FiniteVector(m, false);
         return data;
@@ -59,23 +79,21 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Sets, KernelColumnsAgainstPlainLoops, testing::ValuesIn(allSets));
 
-struct ColumnWalkKind
+struct ProductKind
 {
     bool hasUpdate;
     bool hasTwo;
-    std::size_t first;
-    std::size_t last;
 };
 
 /// What the definition sums: all columns in order, those of the identity with their zeros and ones.
-void WalkColumnsPlainly(ColumnData* data, const ColumnWalkKind& kind)
+void MultiplyPlainly(ColumnData* data, const ProductKind& kind)
 {
-    for (std::size_t i = kind.first; i != std::min(kind.last, data->m); ++i)
+    for (std::size_t i = 0; i != data->m; ++i)
     {
         float sumX = 0.0F;
         float sumY = 0.0F;
         std::size_t k = 0;
-        for (std::size_t column = 0; column != data->m; ++column)
+        for (std::size_t column = 0; column != data->x.size(); ++column)
         {
             float element = column == i ? 1.0F : 0.0F;
             if (k != data->numbers.size() && data->numbers[k] == column)
@@ -94,131 +112,108 @@ void WalkColumnsPlainly(ColumnData* data, const ColumnWalkKind& kind)
     }
 }
 
-/// The arrays of a walk along columns, padded as it wants them.
-class PaddedColumns
+/// The elements of a vector that belong to given columns.
+Floats FactorsOf(const ColumnData& data, const Floats& x)
 {
-public:
-    explicit PaddedColumns(const ColumnData& data) : source(data)
-    {
-        const std::size_t tiles = (data.m + Kernels::tile - 1) / Kernels::tile;
-        length = tiles * Kernels::tile;
-        const std::size_t count = data.numbers.size();
-        const std::size_t block = nuv::StoredColumns::block;
-        padded = (count + block - 1) / block * block;
-        zeros.resize(length);
-        multipliers = data.multipliers;
-        multipliers.resize(padded);
-        update = data.update;
-        update.resize(length);
-        below.resize(tiles + 1);
-        columns = data.columns;
-        for (std::size_t k = 0; k != padded; ++k)
-        {
-            const bool isReal = k < count;
-            const std::uint32_t number = data.numbers[isReal ? k : count - 1];
-            const std::uint32_t first = k == 0 ? 0 : data.numbers[std::min(k, count) - 1] + 1;
-            numbers.push_back(number);
-            firsts.push_back(isReal ? first : number);
-            gaps.push_back(isReal ? number - first : 0);
-            if (isReal)
-                columns[k].resize(length);
-            starts.push_back(isReal ? columns[k].data() : zeros.data());
-            for (std::size_t t = number / Kernels::tile + 1; isReal && t <= tiles; ++t)
-                ++below[t];
-        }
-    }
+    Floats factors;
+    for (const std::uint32_t number : data.numbers)
+        factors.push_back(x[number]);
+    // Not null where no column is given.
+    factors.push_back(0.0F);
+    return factors;
+}
 
-    void Walk(const Kernels* kernels, const ColumnWalkKind& kind, ColumnData* result)
-    {
-        Floats sumsX = result->sumsX;
-        Floats sumsY = result->sumsY;
-        sumsX.resize(length);
-        sumsY.resize(length);
-        const Floats factorsX = FactorsOf(source.x);
-        const Floats factorsY = FactorsOf(source.y);
-        const Floats unitsX = UnitsOf(source.x);
-        const Floats unitsY = UnitsOf(source.y);
-        const nuv::ColumnProduct none = {nullptr, nullptr, nullptr};
-        const nuv::ColumnProduct other = {factorsY.data(), unitsY.data(), sumsY.data()};
-        const nuv::ColumnWalk walk = {
-            {starts.data(), numbers.data(), firsts.data(), gaps.data(), below.data(), padded},
-            multipliers.data(),
-            kind.hasUpdate ? update.data() : nullptr,
-            {factorsX.data(), unitsX.data(), sumsX.data()},
-            kind.hasTwo ? other : none,
-            kind.first,
-            kind.last};
-        kernels->walkColumns(&walk);
-        sumsX.resize(source.m);
-        sumsY.resize(source.m);
-        result->sumsX = sumsX;
-        result->sumsY = sumsY;
-        result->columns = columns;
-        for (Floats& column : result->columns)
-            column.resize(source.m);
-    }
+/// The others, with zeros in the place of those.
+Floats UnitsOf(const ColumnData& data, Floats x, std::size_t length)
+{
+    x.resize(length);
+    for (const std::uint32_t number : data.numbers)
+        x[number] = 0.0F;
+    return x;
+}
 
-private:
-    /// A factor more, so that there are some also where no column is given.
-    Floats FactorsOf(const Floats& x) const
-    {
-        Floats factors(padded + 1);
-        for (std::size_t k = 0; k != source.numbers.size(); ++k)
-            factors[k] = x[source.numbers[k]];
-        return factors;
-    }
-
-    Floats UnitsOf(const Floats& x) const
-    {
-        Floats units = x;
-        units.resize(length);
-        for (const std::uint32_t number : source.numbers)
-            units[number] = 0.0F;
-        return units;
-    }
-
-    const ColumnData& source;
-    std::size_t length = 0;
-    std::size_t padded = 0;
-    Floats zeros;
-    Floats multipliers;
-    Floats update;
-    std::vector<Floats> columns;
+void MultiplyBy(const Kernels* kernels, const ProductKind& kind, ColumnData* data)
+{
+    const std::size_t length = (data->m + Kernels::tile - 1) / Kernels::tile * Kernels::tile;
     std::vector<float*> starts;
-    std::vector<std::uint32_t> numbers;
-    std::vector<std::uint32_t> firsts;
-    std::vector<std::uint32_t> gaps;
-    std::vector<std::uint32_t> below;
-};
+    for (Floats& column : data->columns)
+    {
+        column.resize(length);
+        starts.push_back(column.data());
+    }
+    for (Floats* const x : {&data->update, &data->sumsX, &data->sumsY})
+        x->resize(length);
+    const Floats factorsX = FactorsOf(*data, data->x);
+    const Floats factorsY = FactorsOf(*data, data->y);
+    const Floats unitsX = data->isSquare ? UnitsOf(*data, data->x, length) : Floats();
+    const Floats unitsY = data->isSquare ? UnitsOf(*data, data->y, length) : Floats();
+    const nuv::ColumnProduct other = {factorsY.data(), unitsY.data(), data->sumsY.data()};
+    const nuv::FusedProduct product = {starts.data(),
+                                       data->isSquare ? data->numbers.data() : nullptr,
+                                       starts.size(),
+                                       kind.hasUpdate ? data->multipliers.data() : nullptr,
+                                       kind.hasUpdate ? data->update.data() : nullptr,
+                                       {factorsX.data(), unitsX.data(), data->sumsX.data()},
+                                       kind.hasTwo ? other : nuv::ColumnProduct(),
+                                       length};
+    kernels->updateAndMultiply(&product);
+    for (Floats& column : data->columns)
+        column.resize(data->m);
+    data->sumsX.resize(data->m);
+    data->sumsY.resize(data->m);
+}
 
-void CompareColumnWalk(const Kernels* kernels, ColumnData expected, const ColumnWalkKind& kind)
+void CompareProducts(const Kernels* kernels, ColumnData expected, const ProductKind& kind)
 {
+    SCOPED_TRACE(testing::Message()
+                 << expected.m << " rows, " << expected.numbers.size() << " columns given"
+                 << (kind.hasUpdate ? ", update" : "") << (kind.hasTwo ? ", two" : ""));
     ColumnData found = expected;
-    PaddedColumns(ColumnData(expected)).Walk(kernels, kind, &found);
-    WalkColumnsPlainly(&expected, kind);
+    MultiplyBy(kernels, kind, &found);
+    MultiplyPlainly(&expected, kind);
     for (std::size_t k = 0; k != expected.columns.size(); ++k)
         EXPECT_TRUE(IsSame(expected.columns[k], found.columns[k])) << "column " << k;
     EXPECT_TRUE(IsSame(expected.sumsX, found.sumsX));
     EXPECT_TRUE(IsSame(expected.sumsY, found.sumsY));
 }
 
-// Few rows and many, all of them or some tiles or none, each mixture of columns.
-TEST_P(KernelColumnsAgainstPlainLoops, AWalkAlongColumnsSumsThemAndTheIdentitysInOrder)
+// Few rows and many, each mixture of columns.
+TEST_P(KernelColumnsAgainstPlainLoops, AProductSumsTheColumnsAndTheIdentitysInOrder)
 {
     for (int i = 0; i != ShareOf(4000) && !HasFailure(); ++i)
     {
         const std::size_t m = 1 + random.Below(i % 2 == 0 ? 64 : 150);
-        const std::size_t tiles = (m + Kernels::tile - 1) / Kernels::tile;
-        const bool isWhole = random.Chance(50);
-        const std::size_t first = isWhole ? 0 : random.Below(static_cast<std::uint32_t>(tiles));
-        const std::size_t count =
-            isWhole ? tiles : random.Below(static_cast<std::uint32_t>(tiles - first) + 1);
-        const ColumnWalkKind kind = {random.Chance(50), random.Chance(50), first * Kernels::tile,
-                                     (first + count) * Kernels::tile};
-        SCOPED_TRACE(testing::Message()
-                     << "case " << i << ": " << m << " rows, " << kind.first << " to " << kind.last
-                     << (kind.hasUpdate ? ", update" : "") << (kind.hasTwo ? ", two" : ""));
-        CompareColumnWalk(kernels, MatrixData(m), kind);
+        const ProductKind kind = {random.Chance(50), random.Chance(50)};
+        CompareProducts(kernels, SquareData(m), kind);
     }
+}
+
+// Every number of columns that decides how they are taken.
+TEST_P(KernelColumnsAgainstPlainLoops, AProductWithGivenColumnsAloneSumsThemInOrder)
+{
+    for (std::size_t count = 0; count != 20 && !HasFailure(); ++count)
+        for (std::size_t m = 1; m < 130; m += 1 + random.Below(30))
+            for (const bool hasUpdate : {false, true})
+                CompareProducts(kernels, WholeData(m, count), {hasUpdate, random.Chance(30)});
+}
+
+// The solver looks at the sums alone to learn that an update has overflowed.
+TEST_P(KernelColumnsAgainstPlainLoops, AnOverflowOfTheUpdateShowsInTheSumWhateverTheFactor)
+{
+    for (std::size_t count = 1; count != 20; ++count)
+        for (std::size_t where = 0; where != count; ++where)
+        {
+            ColumnData data = WholeData(20, count);
+            for (Floats& column : data.columns)
+                column.assign(20, 3e38F);
+            data.multipliers.assign(count, 0.0F);
+            data.multipliers[where] = 3e38F;
+            data.update.assign(20, 0.0F);
+            data.update[7] = 1.0F;
+            data.x.assign(count, 0.0F);
+            MultiplyBy(kernels, {true, false}, &data);
+            EXPECT_NE(data.sumsX[7] - data.sumsX[7], 0.0F) << where << " of " << count;
+            EXPECT_EQ(data.sumsX[6], 0.0F);
+        }
 }
 }  // namespace

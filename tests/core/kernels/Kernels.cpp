@@ -1,5 +1,5 @@
 // The float loops of every instruction set that this machine has, compared bit by bit with plain
-// loops over random, tied and special values, for every shape that decides how they are walked.
+// loops over random, tied and special values, for every length that decides how they are taken.
 #include <cfloat>
 #include <cmath>
 #include <limits>
@@ -8,103 +8,9 @@
 
 namespace
 {
-/// What one walk works on: vectors, their factors, and the sums.
-struct WalkData
-{
-    std::vector<Floats> vectors;
-    Floats multipliers;
-    Floats update;
-    Floats x;
-    Floats sums;
-};
-
-class KernelsAgainstPlainLoops : public KernelTest
-{
-protected:
-    /// A tile more than is walked.
-    WalkData Data(std::size_t count, std::size_t last, bool isWild)
-    {
-        WalkData data;
-        for (std::size_t c = 0; c != count; ++c)
-            data.vectors.push_back(Vector(last + Kernels::tile, isWild));
-        data.multipliers = Vector(count, isWild);
-        data.update = Vector(last, isWild);
-        data.x = Vector(count, isWild);
-        data.sums = Vector(last + Kernels::tile, isWild);
-        return data;
-    }
-};
+using KernelsAgainstPlainLoops = KernelTest;
 
 INSTANTIATE_TEST_SUITE_P(Sets, KernelsAgainstPlainLoops, testing::ValuesIn(allSets));
-
-// The walk
-// ------------------------------------------------------------------------------------------
-
-struct WalkKind
-{
-    bool hasUpdate;
-    std::size_t first;
-    std::size_t last;
-};
-
-void WalkPlainly(WalkData* data, const WalkKind& kind)
-{
-    for (std::size_t i = kind.first; i != kind.last; ++i)
-    {
-        float sum = 0.0F;
-        for (std::size_t c = 0; c != data->vectors.size(); ++c)
-        {
-            float& element = data->vectors[c][i];
-            if (kind.hasUpdate)
-                element = element + data->multipliers[c] * data->update[i];
-            sum = sum + data->x[c] * element;
-        }
-        data->sums[i] = sum;
-    }
-}
-
-void WalkBy(const Kernels* kernels, WalkData* data, const WalkKind& kind)
-{
-    std::vector<float*> starts;
-    for (Floats& vector : data->vectors)
-        starts.push_back(vector.data());
-    const nuv::Walk walk = {starts.data(),
-                            starts.size(),
-                            kind.hasUpdate ? data->multipliers.data() : nullptr,
-                            kind.hasUpdate ? data->update.data() : nullptr,
-                            data->x.data(),
-                            data->sums.data(),
-                            kind.first,
-                            kind.last};
-    kernels->walk(&walk);
-}
-
-/// Compares one walk along `count` vectors.
-void CompareWalk(const Kernels* kernels, WalkData expected, const WalkKind& kind)
-{
-    WalkData found = expected;
-    WalkPlainly(&expected, kind);
-    WalkBy(kernels, &found, kind);
-    for (std::size_t c = 0; c != expected.vectors.size(); ++c)
-        EXPECT_TRUE(IsSame(expected.vectors[c], found.vectors[c]));
-    EXPECT_TRUE(IsSame(expected.sums, found.sums));
-}
-
-// Every number of vectors and of tiles that decides how they are walked, in every kind of walk.
-TEST_P(KernelsAgainstPlainLoops, AWalkUpdatesAndSumsEachElementInOrder)
-{
-    for (std::size_t count = 0; count != 20 && !HasFailure(); ++count)
-        for (std::size_t tiles = 0; tiles != 8; ++tiles)
-            for (const bool hasUpdate : {false, true})
-            {
-                const std::size_t first = Kernels::tile * random.Below(3);
-                const std::size_t last = first + Kernels::tile * tiles;
-                SCOPED_TRACE(testing::Message() << count << " vectors, " << first << " to " << last
-                                                << (hasUpdate ? ", update" : ""));
-                CompareWalk(kernels, Data(count, last, random.Chance(50)),
-                            {hasUpdate, first, last});
-            }
-}
 
 // Tests of numbers, and choices
 // -----------------------------------------------------------------------
