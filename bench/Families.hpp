@@ -1,9 +1,4 @@
-// Seeded instances for the benchmarks: max cᵀx, A x ≤ b, x ≥ 0, each with a known optimum's
-// existence built in, so that every contender has work to do and an answer to agree on.
-//
-// Invariant: a family, a shape and a seed give the same numbers on every machine, and every number
-// is an integer that binary32 holds exactly, so that solvers in single and double precision are
-// asked the same question.
+// The corpus' models of the benchmarks in vectors, dense and sparse.
 #ifndef BENCH_FAMILIES_HPP
 #define BENCH_FAMILIES_HPP
 
@@ -12,29 +7,12 @@
 #include <string_view>
 #include <vector>
 
+#include "Nuv/Corpus/BenchmarkModels.hpp"
+
 namespace bench
 {
-enum class Family
-{
-    /// All data positive: few pivots for the size.
-    Positive,
-    /// Coefficients and costs of both signs under one budget row: many pivots for the size.
-    MixedSigns,
-    /// Rows of both directions around a point that satisfies them all.
-    PhaseI,
-    /// Workers and tasks, each at most once: two ones per column, degenerate throughout.
-    Assignment,
-    /// Supplies and demands along some of the possible routes, at the least cost: needs Phase I.
-    Transport,
-    /// A few products that share resources.
-    ProductionMix,
-    /// Nutrients that foods must reach at the least cost: every row needs Phase I.
-    Diet,
-    /// One coefficient in ten, under one budget row.
-    Sparse,
-    /// As MixedSigns, with right-hand sides that leave no ties.
-    NonDegenerate
-};
+using Family = nuv::corpus::BenchmarkFamily;
+using nuv::corpus::NameOf;
 
 struct Instance
 {
@@ -57,7 +35,6 @@ struct NonZeros
     std::vector<double> values;
 };
 
-const char* NameOf(Family family);
 /// Finds the family of that name.
 /// @return false when there is none.
 bool FindFamily(std::string_view name, Family* family);

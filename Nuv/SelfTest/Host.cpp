@@ -1,15 +1,17 @@
 // The machine's arithmetic, tried on numbers that the compiler must not compute itself.
 #include "Nuv/SelfTest/SelfTest.hpp"
 
-#include "Nuv/SelfTest/Numbers.hpp"
+#include "Nuv/Corpus/Random.hpp"
 
 namespace nuv::selftest
 {
 namespace
 {
+using corpus::BitsOf;
+using corpus::FloatOfBits;
 
-constexpr uint32_t kSmallestNormal = 0x00800000U;
-constexpr uint32_t kHalfOfIt = 0x00400000U;
+constexpr uint32_t smallestNormal = 0x00800000U;
+constexpr uint32_t halfOfIt = 0x00400000U;
 
 uint32_t BitsOfProduct(uint32_t x, uint32_t y)
 {
@@ -39,15 +41,13 @@ bool RoundsToNearest()
            BitsOfSum(one | sign, quarterOfLast | sign) == (one | sign) &&
            BitsOfSum(one, halfOfLast) == one && BitsOfSum(one + 1, halfOfLast) == one + 2;
 }
-
 }  // namespace
 
 Host InspectHost()
 {
     constexpr uint32_t half = 0x3F000000U;
     constexpr uint32_t two = 0x40000000U;
-    return {BitsOfProduct(kSmallestNormal, half) != kHalfOfIt,
-            BitsOfProduct(kHalfOfIt, two) != kSmallestNormal, RoundsToNearest()};
+    return {BitsOfProduct(smallestNormal, half) != halfOfIt,
+            BitsOfProduct(halfOfIt, two) != smallestNormal, RoundsToNearest()};
 }
-
 }  // namespace nuv::selftest

@@ -9,9 +9,8 @@
 
 namespace
 {
-
-constexpr char kInstructionSet[] = "--instruction-set=";
-constexpr size_t kLength = sizeof kInstructionSet - 1;
+constexpr char instructionSet[] = "--instruction-set=";
+constexpr size_t prefixLength = sizeof instructionSet - 1;
 
 int Usage()
 {
@@ -20,7 +19,6 @@ int Usage()
           stderr);
     return 64;
 }
-
 }  // namespace
 
 int main(int argc, char** argv)
@@ -33,9 +31,9 @@ int main(int argc, char** argv)
             return PrintModels(Loops::OfThisMachine, stdout), 0;
         if (strcmp(argv[i], "--hashes") == 0)
             return PrintHashes(Loops::OfThisMachine, stdout), 0;
-        if (strncmp(argv[i], kInstructionSet, kLength) != 0)
+        if (strncmp(argv[i], instructionSet, prefixLength) != 0)
             return Usage();
-        loops = argv[i] + kLength;
+        loops = argv[i] + prefixLength;
     }
     const int code = RunByName(loops, stdout);
     return code == 64 ? Usage() : code;

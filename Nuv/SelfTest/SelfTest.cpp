@@ -1,7 +1,8 @@
 // Running the corpus, and saying how it went.
 #include "Nuv/SelfTest/SelfTest.hpp"
 
-#include "Nuv/SelfTest/Models.hpp"
+#include "Nuv/Corpus/Families.hpp"
+#include "Nuv/Corpus/Hash.hpp"
 #include "Nuv/SelfTest/Solving.hpp"
 #include "Nuv/Utils/Kernels/Kernels.h"
 
@@ -10,12 +11,16 @@
 
 namespace nuv::selftest
 {
+using corpus::FamilyAt;
+using corpus::FamilyCount;
+using corpus::MakeModel;
+using corpus::Model;
+
 namespace
 {
-
-constexpr Loops kLoops[] = {Loops::OfThisMachine, Loops::Plain, Loops::Baseline, Loops::Avx2,
-                            Loops::Avx512};
-constexpr uint32_t kLoopCount = sizeof kLoops / sizeof *kLoops;
+constexpr Loops allLoops[] = {Loops::OfThisMachine, Loops::Plain, Loops::Baseline, Loops::Avx2,
+                              Loops::Avx512};
+constexpr uint32_t numLoops = sizeof allLoops / sizeof *allLoops;
 
 const char* NameOfStatus(uint32_t status)
 {
@@ -36,6 +41,11 @@ bool PrintHost(FILE* out)
     return host.IsAsPromised();
 }
 
+void PrintHash(const char* name, uint64_t hash, FILE* out)
+{
+    fprintf(out, "{\"%s\", 0x%016" PRIX64 "U},\n", name, hash);
+}
+
 /// @return how many families differ.
 uint32_t RunCorpus(Loops loops, FILE* out)
 {
@@ -45,9 +55,9 @@ uint32_t RunCorpus(Loops loops, FILE* out)
     uint64_t pivots = 0;
     for (uint32_t i = 0; i != FamilyCount(); ++i)
     {
-        const Family& family = FamilyAt(i);
+        const corpus::Family& family = FamilyAt(i);
         const FamilyResult result = RunFamily(i, loops);
-        const bool isSame = result.hash == family.hash;
+        const bool isSame = result.hash == corpus::GoldenHash(family.name);
         fprintf(out, "  %-22s %5u models %7u pivots  %016" PRIx64 "  %s\n", family.name,
                 static_cast<unsigned>(family.models), static_cast<unsigned>(result.pivots),
                 result.hash, isSame ? "same" : "DIFFERENT");
@@ -64,7 +74,6 @@ uint32_t RunCorpus(Loops loops, FILE* out)
                 static_cast<unsigned>(FamilyCount()));
     return different;
 }
-
 }  // namespace
 
 const char* NameOf(Loops loops)
@@ -104,13 +113,13 @@ bool Has(Loops loops)
 
 FamilyResult RunFamily(uint32_t family, Loops loops)
 {
-    Hash hash;
+    corpus::Hash hash;
     uint64_t pivots = 0;
     Model model;
     for (uint32_t number = 0; number != FamilyAt(family).models; ++number)
     {
         MakeModel(family, number, &model);
-        const Outcome outcome = Solve(model, loops);
+        const Outcome outcome = Solve(model.View(), loops);
         hash.Add(outcome.hash);
         pivots += outcome.pivots;
     }
@@ -137,9 +146,9 @@ bool Run(const Loops* loops, uint32_t count, FILE* out)
 int RunByName(const char* name, FILE* out)
 {
     const bool isAll = strcmp(name, "all") == 0;
-    Loops chosen[kLoopCount];
+    Loops chosen[numLoops];
     uint32_t count = 0;
-    for (const Loops loops : kLoops)
+    for (const Loops loops : allLoops)
         if (isAll ? Has(loops) : strcmp(name, NameOf(loops)) == 0)
             chosen[count++] = loops;
     if (count == 0)
@@ -154,7 +163,7 @@ void PrintModels(Loops loops, FILE* out)
         for (uint32_t number = 0; number != FamilyAt(i).models; ++number)
         {
             MakeModel(i, number, &model);
-            const Outcome outcome = Solve(model, loops);
+            const Outcome outcome = Solve(model.View(), loops);
             fprintf(out, "%s %u: %u x %u %s %u %016" PRIx64 "\n", FamilyAt(i).name,
                     static_cast<unsigned>(number), static_cast<unsigned>(model.rows),
                     static_cast<unsigned>(model.columns), NameOfStatus(outcome.status),
@@ -162,10 +171,21 @@ void PrintModels(Loops loops, FILE* out)
         }
 }
 
-void PrintHashes(Loops loops, FILE* out)
+uint64_t HashOfNamed(Model* model, Loops loops)
 {
-    for (uint32_t i = 0; i != FamilyCount(); ++i)
-        fprintf(out, "%s 0x%016" PRIX64 "U\n", FamilyAt(i).name, RunFamily(i, loops).hash);
+    return Solve(model->View(), loops, pivotLimitOfNamed).hashOfAnswer;
 }
 
+void PrintHashes(Loops loops, FILE* out)
+{
+    fputs("// name, hash; `nuv_selftest --hashes` prints this file.\n// clang-format off\n", out);
+    for (uint32_t i = 0; i != FamilyCount(); ++i)
+        PrintHash(FamilyAt(i).name, RunFamily(i, loops).hash, out);
+    for (uint32_t i = 0; i != corpus::NamedModelCount(); ++i)
+    {
+        Model model;
+        const corpus::Name name = MakeNamedModel(i, &model);
+        PrintHash(name.text, HashOfNamed(&model, loops), out);
+    }
+}
 }  // namespace nuv::selftest

@@ -4,12 +4,13 @@
 //
 // Without a build system, from the root of the tree, by any compiler of C++20 for any machine:
 //
-//     g++ -std=c++20 -O2 -ffp-contract=off -I. Nuv/SelfTest/*.cpp Nuv/Utils/*.cpp -o nuv_selftest
+//     g++ -std=c++20 -O2 -ffp-contract=off -I. Nuv/{Corpus,SelfTest,Utils/*}/*.cpp -o nuv_selftest
 //
 // (with -fno-exceptions -fno-rtti -fno-threadsafe-statics it needs no C++ runtime; on 32-bit x86
 // add -msse2 -mfpmath=sse; -mavx2 and the like belong to the sources Nuv/Utils/Kernels/Avx*.cpp
 // alone).
-#pragma once
+#ifndef NUV_SELFTEST_SELFTEST_HPP
+#define NUV_SELFTEST_SELFTEST_HPP
 
 #include <stdint.h>
 #include <stdio.h>
@@ -24,11 +25,15 @@
 namespace nuv
 {
 struct Kernels;
+
+namespace corpus
+{
+struct Model;
 }
+}  // namespace nuv
 
 namespace nuv::selftest
 {
-
 /// Which of the core's loops solve.
 enum class Loops
 {
@@ -87,7 +92,10 @@ int RunByName(const char* name, FILE* out);
 
 /// Prints the hash of each model: to be compared, by diff, with that of another machine.
 void PrintModels(Loops loops, FILE* out);
-/// Prints the hash of each family, in the order of the table.
+/// @return the hash that a named model has in the table.
+uint64_t HashOfNamed(corpus::Model* model, Loops loops);
+/// Prints the table of hashes, Nuv/Corpus/Golden.inl, as it is here.
 void PrintHashes(Loops loops, FILE* out);
-
 }  // namespace nuv::selftest
+
+#endif

@@ -1,9 +1,10 @@
 #include "Nuv/SelfTest/Solving.hpp"
 
-#include "Nuv/SelfTest/Numbers.hpp"
+#include "Nuv/Corpus/Families.hpp"
+#include "Nuv/Corpus/Hash.hpp"
 #include "Nuv/Utils/NuvLinearProgrammingMonitor.h"
-#include "Nuv/Utils/Simplex/RevisedSimplex.h"
 #include "Nuv/Utils/NuvScratchAllocator.h"
+#include "Nuv/Utils/Simplex/RevisedSimplex.h"
 
 #include <stdlib.h>
 
@@ -11,16 +12,18 @@ namespace nuv::selftest
 {
 namespace
 {
-
-constexpr uint32_t kPivotLimit = 300;
-
+using corpus::Hash;
+using corpus::Problem;
 using Term = NuvPair_NuvUint__NuvFloat32;
 using Terms = NuvVector_NuvPair_NuvUint__NuvFloat32;
 
 struct Recorder
 {
+    uint32_t maxPivots;
+    uint32_t pivots;
     Hash hash;
-    uint32_t pivots = 0;
+    /// Phase, entering and leaving label of each pivot.
+    uint32_t labels[3 * pivotLimit];
 };
 
 void* Take(NuvAllocator* /*allocator*/, NuvSizeT size)
@@ -36,12 +39,14 @@ void Give(NuvAllocator* /*allocator*/, void* memory, NuvSizeT /*size*/)
 NuvBool Record(NuvLinearProgrammingMonitor* monitor, const NuvLinearProgrammingPivot* pivot)
 {
     Recorder* const recorder = static_cast<Recorder*>(monitor->userData);
-    if (recorder->pivots == kPivotLimit)
+    if (recorder->pivots == recorder->maxPivots)
         return NUV_FALSE;
-    ++recorder->pivots;
-    recorder->hash.Add(pivot->phase);
-    recorder->hash.Add(pivot->entering);
-    recorder->hash.Add(pivot->leaving);
+    uint32_t* const labels = recorder->labels + size_t{3} * recorder->pivots++;
+    labels[0] = pivot->phase;
+    labels[1] = pivot->entering;
+    labels[2] = pivot->leaving;
+    for (int k = 0; k != 3; ++k)
+        recorder->hash.Add(labels[k]);
     for (NuvUint i = 0; i != pivot->numBasic; ++i)
         recorder->hash.AddFloat(pivot->values[i]);
     return NUV_TRUE;
@@ -52,21 +57,21 @@ Terms TermsOf(const float* coefficients, uint32_t count, Term* terms)
 {
     Term* end = terms;
     for (uint32_t j = 0; j != count; ++j)
-        if (BitsOf(coefficients[j]) != 0)
+        if (corpus::BitsOf(coefficients[j]) != 0)
             *end++ = {j + 1, coefficients[j]};
     return {nullptr, terms, end, end};
 }
 
-bool Enter(const Model& model, NuvLinearProgramming* lp)
+bool Enter(const Problem& problem, NuvLinearProgramming* lp)
 {
-    Term terms[Model::kMaxColumns];
-    for (uint32_t i = 0; i != model.rows; ++i)
+    Term terms[corpus::Model::maxColumns];
+    for (uint32_t i = 0; i != problem.rows; ++i)
     {
-        const Terms row = TermsOf(model.A + i * model.columns, model.columns, terms);
-        if (!NuvLinearProgrammingSetConstraintByIndex(lp, i + 1, &row, model.b[i]))
+        const Terms row = TermsOf(problem.Row(i), problem.columns, terms);
+        if (!NuvLinearProgrammingSetConstraintByIndex(lp, i + 1, &row, problem.b[i]))
             return false;
     }
-    const Terms objective = TermsOf(model.c, model.columns, terms);
+    const Terms objective = TermsOf(problem.c, problem.columns, terms);
     NuvLinearProgrammingSetObjectiveByIndex(lp, &objective);
     return true;
 }
@@ -86,45 +91,51 @@ NuvLinearProgrammingResultType SolveBy(Loops loops, NuvLinearProgramming* lp,
     return NuvLinearProgrammingSolveMonitored(lp, monitor);
 }
 
-Outcome SolveEntered(NuvLinearProgramming* lp, Loops loops)
+void AddResults(const NuvLinearProgramming* lp, const Recorder& recorder, Outcome* outcome)
 {
-    Recorder recorder;
-    NuvLinearProgrammingMonitor monitor = {Record, &recorder};
-    const NuvLinearProgrammingResultType result = SolveBy(loops, lp, &monitor);
-    Outcome outcome = {static_cast<uint32_t>(result), recorder.pivots, 0};
-    recorder.hash.Add(outcome.status);
-    if (result == NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
+    Hash hash = recorder.hash;
+    Hash answer;
+    hash.Add(outcome->status);
+    answer.Add(outcome->status);
+    answer.Add(recorder.pivots);
+    for (uint32_t k = 0; k != 3 * recorder.pivots; ++k)
+        answer.Add(recorder.labels[k]);
+    const bool isOptimal = outcome->status == NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
+    const float objective = NuvLinearProgrammingGetObjectiveValue(lp);
+    if (isOptimal)
+        hash.AddFloat(objective);
+    const auto* const values = NuvLinearProgrammingGetVariableValues(lp);
+    for (const auto* value = values->begin; value != values->end; ++value)
     {
-        recorder.hash.AddFloat(NuvLinearProgrammingGetObjectiveValue(lp));
-        const auto* const values = NuvLinearProgrammingGetVariableValues(lp);
-        for (const auto* value = values->begin; value != values->end; ++value)
-            recorder.hash.AddFloat(value->second);
+        if (isOptimal)
+            hash.AddFloat(value->second);
+        answer.AddFloat(value->second);
     }
-    outcome.hash = recorder.hash.Value();
-    return outcome;
+    answer.AddFloat(objective);
+    outcome->hash = hash.Value();
+    outcome->hashOfAnswer = answer.Value();
 }
-
 }  // namespace
 
-void Hash::AddFloat(float value)
-{
-    const uint32_t bits = BitsOf(value);
-    const bool isNotANumber = (bits & 0x7FFFFFFFU) > 0x7F800000U;
-    Add(isNotANumber ? 0x7FC00000U : bits);
-}
-
-Outcome Solve(const Model& model, Loops loops)
+Outcome Solve(const Problem& problem, Loops loops, uint32_t maxPivots)
 {
     NuvAllocator heap = {Take, Give, 0, nullptr};
     NuvScratchAllocator scratch;
     NuvAllocator* const memory =
         NuvScratchAllocatorGetAllocator(NuvScratchAllocatorConstruct(&scratch, &heap));
-    Outcome outcome = {NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput, 0, 0};
+    Outcome outcome = {NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput, 0, 0, 0};
     NuvLinearProgramming lp;
-    if (NuvLinearProgrammingConstruct(&lp, model.columns, memory) && Enter(model, &lp))
-        outcome = SolveEntered(&lp, loops);
+    if (NuvLinearProgrammingConstruct(&lp, problem.columns, memory) && Enter(problem, &lp))
+    {
+        Recorder recorder;
+        recorder.maxPivots = maxPivots;
+        recorder.pivots = 0;
+        NuvLinearProgrammingMonitor monitor = {Record, &recorder};
+        outcome.status = static_cast<uint32_t>(SolveBy(loops, &lp, &monitor));
+        outcome.pivots = recorder.pivots;
+        AddResults(&lp, recorder, &outcome);
+    }
     NuvScratchAllocatorDestruct(&scratch);  // all that the model holds lies there
     return outcome;
 }
-
 }  // namespace nuv::selftest

@@ -1,39 +1,16 @@
-// One model of the corpus, solved by the core, and the hash of all that the solve tells.
-#pragma once
+// One model of the corpus, solved by the core, and hashes of what the solve tells.
+#ifndef NUV_SELFTEST_SOLVING_HPP
+#define NUV_SELFTEST_SOLVING_HPP
 
-#include "Nuv/SelfTest/Models.hpp"
+#include "Nuv/Corpus/Problem.hpp"
 #include "Nuv/SelfTest/SelfTest.hpp"
 
 namespace nuv::selftest
 {
-
-/// FNV-1a over the bytes of 32-bit words, the lowest byte first on every machine.
-class Hash
-{
-public:
-    void Add(uint32_t word)
-    {
-        for (unsigned shift = 0; shift != 32; shift += 8)
-            state = (state ^ ((word >> shift) & 0xFFU)) * 1099511628211U;
-    }
-
-    void Add(uint64_t word)
-    {
-        Add(static_cast<uint32_t>(word));
-        Add(static_cast<uint32_t>(word >> 32U));
-    }
-
-    /// The bits; every NaN counts as the same one.
-    void AddFloat(float value);
-
-    [[nodiscard]] uint64_t Value() const
-    {
-        return state;
-    }
-
-private:
-    uint64_t state = 14695981039346656037U;
-};
+/// One pivot more than any model of the self-test needs that does not cycle.
+inline constexpr uint32_t pivotLimit = 300;
+/// The same of the named models.
+inline constexpr uint32_t pivotLimitOfNamed = 120;
 
 struct Outcome
 {
@@ -43,9 +20,13 @@ struct Outcome
     /// Over each pivot's phase, labels and values of the basis, then the status, and after an
     /// optimum the objective and the values.
     uint64_t hash;
+    /// Over the status, the number of pivots, each one's phase and labels, the values and the
+    /// objective as the solve leaves them.
+    uint64_t hashOfAnswer;
 };
 
-/// Solves, and stops before one pivot more than any model of the corpus needs that does not cycle.
-Outcome Solve(const Model& model, Loops loops);
-
+/// Solves, and stops before one pivot more than `maxPivots`, which is at most `pivotLimit`.
+Outcome Solve(const corpus::Problem& problem, Loops loops, uint32_t maxPivots = pivotLimit);
 }  // namespace nuv::selftest
+
+#endif

@@ -3,8 +3,8 @@ add_library(
     nuv_test_reference STATIC EXCLUDE_FROM_ALL
     ${CMAKE_CURRENT_LIST_DIR}/CoreSolve.cpp ${CMAKE_CURRENT_LIST_DIR}/NaiveMatrix.cpp
     ${CMAKE_CURRENT_LIST_DIR}/NaiveSimplex.cpp ${CMAKE_CURRENT_LIST_DIR}/PlainModel.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/RandomEditing.cpp ${CMAKE_CURRENT_LIST_DIR}/RandomModels.cpp)
-target_link_libraries(nuv_test_reference PUBLIC Nuv::LinearProgramming)
+    ${CMAKE_CURRENT_LIST_DIR}/RandomEditing.cpp)
+target_link_libraries(nuv_test_reference PUBLIC Nuv::Corpus Nuv::LinearProgramming)
 target_compile_features(nuv_test_reference PUBLIC cxx_std_20)
 set_target_properties(nuv_test_reference PROPERTIES CXX_EXTENSIONS OFF)
 target_include_directories(nuv_test_reference PUBLIC ${PROJECT_SOURCE_DIR})

@@ -1,9 +1,11 @@
 // The corpus of the self-test: the same models everywhere, solved as the definition says, and
 // hashes that notice every bit.
-#include "Nuv/SelfTest/Models.hpp"
-#include "Nuv/SelfTest/Numbers.hpp"
+#include "Nuv/Corpus/Families.hpp"
+#include "Nuv/Corpus/Hash.hpp"
+#include "Nuv/Corpus/RandomModels.hpp"
 #include "Nuv/SelfTest/Solving.hpp"
 #include "tests/reference/CoreSolve.hpp"
+#include "tests/reference/RandomModels.hpp"
 #include "tests/support/TestAllocator.hpp"
 
 #include <gtest/gtest.h>
@@ -14,19 +16,10 @@
 
 namespace nuv::selftest
 {
+using namespace corpus;
+
 namespace
 {
-
-reference::Problem ProblemOf(const Model& model)
-{
-    const std::size_t count = std::size_t{model.rows} * model.columns;
-    return {model.rows,
-            model.columns,
-            {model.A, model.A + count},
-            {model.b, model.b + model.rows},
-            {model.c, model.c + model.columns}};
-}
-
 /// The hash of the self-test, over what the yardstick found.
 uint64_t HashOf(const reference::Solution& solution)
 {
@@ -75,13 +68,13 @@ TEST(SelfTestCorpus, HasTenThousandModelsOfEveryVerdict)
     {
         models += FamilyAt(family).models;
         MakeModel(family, 1, &model);
-        verdicts.insert(Solve(model, Loops::OfThisMachine).status);
+        verdicts.insert(Solve(model.View(), Loops::OfThisMachine).status);
         MakeModel(family, 9, &model);
-        verdicts.insert(Solve(model, Loops::OfThisMachine).status);
+        verdicts.insert(Solve(model.View(), Loops::OfThisMachine).status);
     }
     EXPECT_GE(models, 10000U);
     EXPECT_EQ(verdicts, (std::set<uint32_t>{0, 2, 3, 4}));
-    EXPECT_EQ(FamilyAt(0).models, FixedModelCount());
+    EXPECT_LE(FamilyAt(0).models, FixedModelCount());
 }
 
 TEST(SelfTestCorpus, StaysWithinItsModels)
@@ -91,24 +84,24 @@ TEST(SelfTestCorpus, StaysWithinItsModels)
         for (uint32_t number = 0; number < FamilyAt(family).models; ++number)
         {
             MakeModel(family, number, &model);
-            ASSERT_TRUE(model.rows >= 1 && model.rows <= Model::kMaxRows && model.columns >= 1 &&
-                        model.columns <= Model::kMaxColumns)
+            ASSERT_LE(model.rows * model.columns, Model::maxCoefficients);
+            ASSERT_TRUE(model.rows >= 1 && model.rows <= Model::maxRows && model.columns >= 1 &&
+                        model.columns <= Model::maxColumns)
                 << FamilyAt(family).name << ' ' << number;
         }
 }
 
 TEST(SelfTestCorpus, IsSolvedAsTheYardstickSolvesIt)
 {
-    constexpr std::size_t kPivotLimit = 300;
     Model model;
     TestAllocator allocator;
     for (uint32_t family = 0; family < FamilyCount(); ++family)
         for (uint32_t number = 0; number < FamilyAt(family).models; number += 17)
         {
             MakeModel(family, number, &model);
-            reference::CoreModel entered(ProblemOf(model), allocator);
-            EXPECT_EQ(HashOf(reference::Solve(entered.InRowOrder(), kPivotLimit)),
-                      Solve(model, Loops::OfThisMachine).hash)
+            reference::CoreModel entered(reference::ProblemOf(model.View()), allocator);
+            EXPECT_EQ(HashOf(reference::Solve(entered.InRowOrder(), pivotLimit)),
+                      Solve(model.View(), Loops::OfThisMachine).hash)
                 << FamilyAt(family).name << ' ' << number;
         }
 }
@@ -117,13 +110,13 @@ TEST(SelfTestCorpus, HashesChangeWithOneBit)
 {
     Model model;
     MakeModel(1, 0, &model);
-    const uint64_t hash = Solve(model, Loops::OfThisMachine).hash;
-    EXPECT_EQ(Solve(model, Loops::OfThisMachine).hash, hash);
+    const uint64_t hash = Solve(model.View(), Loops::OfThisMachine).hash;
+    EXPECT_EQ(Solve(model.View(), Loops::OfThisMachine).hash, hash);
     for (uint32_t i = 0; i < model.rows; ++i)
     {
         Model other = model;
         other.b[i] = FloatOfBits(BitsOf(other.b[i]) + 1);
-        EXPECT_NE(Solve(other, Loops::OfThisMachine).hash, hash) << i;
+        EXPECT_NE(Solve(other.View(), Loops::OfThisMachine).hash, hash) << i;
     }
 }
 

@@ -91,7 +91,9 @@ class Core:
                 raise SystemExit(f"{name} is not built")
             program = self.work / name
             command = ["c++", "-fuse-ld=lld", "-o", str(program), *map(str, objects)]
-            command += [str(self.tree / "tests/libnuv_test_reference.a")]
+            for library in ("tests/libnuv_test_reference.a", "Nuv/SelfTest/libnuv_selftest_run.a",
+                            "Nuv/Corpus/libnuv_corpus.a"):
+                command.append(str(self.tree / library))
             command += [f"-L{self.work}", "-lcore", "-lgtest_main", "-lgtest", "-pthread"]
             subprocess.run(command, check=True)
             programs.append(program)
