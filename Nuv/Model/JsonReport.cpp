@@ -3,6 +3,7 @@
 #include "Nuv/Model/JsonWriter.hpp"
 
 #include <cmath>
+#include <utility>
 
 namespace nuv
 {
@@ -126,6 +127,23 @@ void WriteRay(Json& json, const Model& model, const Solution& solution)
     json.Close(']');
 }
 
+/// Lines and columns count from 1; 0 stands for none.
+void WritePlace(Json& json, const Error& error)
+{
+    for (const auto& [key, number] :
+         {std::pair("line", error.line), std::pair("column", error.column)})
+    {
+        json.Key(key);
+        number == 0 ? json.Raw("null") : json.Count(number);
+    }
+}
+
+void WriteTextOrNull(Json& json, std::string_view key, std::string_view text)
+{
+    json.Key(key);
+    text.empty() ? json.Raw("null") : json.Text(text);
+}
+
 void WriteWarnings(Json& json, std::span<const Diagnostic> diagnostics)
 {
     json.Key("warnings").Open('[');
@@ -133,8 +151,8 @@ void WriteWarnings(Json& json, std::span<const Diagnostic> diagnostics)
     {
         if (diagnostic.severity != Severity::Warning)
             continue;
-        json.Open('{').Key("line").Count(diagnostic.error.line);
-        json.Key("column").Count(diagnostic.error.column);
+        json.Open('{');
+        WritePlace(json, diagnostic.error);
         json.Key("code").Text(diagnostic.error.code);
         json.Key("text").Text(diagnostic.error.text).Close('}');
     }
@@ -159,7 +177,7 @@ void WriteFloatStage(Json& json, const FloatResult& stage)
 
 void WriteVerdict(Json& json, const Solution& solution)
 {
-    json.Key("schema").Text("nuvlp/result/1").Key("status").Text(StatusWord(solution.status));
+    json.Key("schema").Text(kResultSchema).Key("status").Text(StatusWord(solution.status));
     json.Key("objective");
     if (solution.values.empty() && solution.exactObjective.empty())
         json.Raw("null");
@@ -212,6 +230,19 @@ std::string JsonReport(const Model& model, const Solution& solution,
     WriteConflict(json, model, solution);
     WriteFarkas(json, model, solution);
     WriteRay(json, model, solution);
+    WriteWarnings(json, diagnostics);
+    return json.Close('}').Finish();
+}
+
+std::string ErrorJson(std::string_view schema, const Error& error,
+                      std::span<const Diagnostic> diagnostics)
+{
+    Json json;
+    json.Open('{').Key("schema").Text(schema).Key("status").Text("error");
+    json.Key("code").Text(error.code).Key("text").Text(error.text);
+    WriteTextOrNull(json, "hint", error.hint);
+    WriteTextOrNull(json, "file", error.file);
+    WritePlace(json, error);
     WriteWarnings(json, diagnostics);
     return json.Close('}').Finish();
 }
