@@ -1,13 +1,11 @@
 // nuvlp check FILE: reads a model and says what is odd about it, without solving it.
 #include "Commands.hpp"
 #include "Input.hpp"
-#include "ReadingOptions.hpp"
+#include "Output.hpp"
 
 #include "Nuv/Model/Lowering.hpp"
-#include "Nuv/Model/ModelFile.hpp"
 #include "Nuv/Model/ModelForm.hpp"
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -87,8 +85,7 @@ std::string Rounding(const nuv::Model& model)
 
 ExitCode Run(const ModelSource& source)
 {
-    const nuv::Reading reading = nuv::ReadModelFile(source.file, source.options);
-    PrintDiagnostics(reading.diagnostics, Show::Notes);
+    const nuv::Reading reading = ReadModel(source, Show::Notes);
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
     const nuv::Model& model = *reading.model;
@@ -97,12 +94,14 @@ ExitCode Run(const ModelSource& source)
 
 }  // namespace
 
-void AddCheckCommand(CLI::App& app, ExitCode& exitCode)
+Verb CheckVerb()
 {
     const auto source = std::make_shared<ModelSource>();
-    CLI::App* command = app.add_subcommand("check", "Say what is odd about a model file");
-    AddModelSource(*command, *source);
-    command->callback([source, &exitCode] { exitCode = Run(*source); });
+    Verb verb{.name = "check", .text = "Say what is odd about a model file", .run = [source] {
+                  return Run(*source);
+              }};
+    AddModelSource(verb, *source);
+    return verb;
 }
 
 }  // namespace nuvlp

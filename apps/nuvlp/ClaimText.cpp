@@ -95,7 +95,7 @@ std::string ClaimText(const nuv::ClaimReport& report)
 std::string ClaimJson(const nuv::ClaimReport& report)
 {
     nuv::Json json;
-    json.Open('{').Key("schema").Text("nuvlp/proof/1");
+    json.Open('{').Key("schema").Text(kProofSchema);
     json.Key("claim").Text(Word(report.claimed));
     json.Key("verdict").Text(Word(report.judgement));
     json.Key("truth").Text(Word(report.truth));

@@ -11,7 +11,9 @@ namespace nuvlp
 
 [[nodiscard]] std::string ClaimText(const nuv::ClaimReport& report);
 
-/// One JSON object of the schema "nuvlp/proof/1".
+inline constexpr std::string_view kProofSchema = "nuvlp/proof/1";
+
+/// One JSON object of the schema kProofSchema.
 [[nodiscard]] std::string ClaimJson(const nuv::ClaimReport& report);
 
 }  // namespace nuvlp

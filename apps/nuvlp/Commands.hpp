@@ -1,23 +1,19 @@
-/// The verbs of nuvlp. Each adds its subcommand with its options to the application and, when it is
-/// the one that was called, leaves its exit code in `exitCode`.
+/// The verbs of nuvlp, one source each: what it takes, and what it does.
 #pragma once
 
-#include "ExitCodes.hpp"
-
-namespace CLI
-{
-class App;
-}
+#include "Arguments.hpp"
 
 namespace nuvlp
 {
 
-void AddSolveCommand(CLI::App& app, ExitCode& exitCode);
-void AddCheckCommand(CLI::App& app, ExitCode& exitCode);
-void AddConvertCommand(CLI::App& app, ExitCode& exitCode);
-void AddPlotCommand(CLI::App& app, ExitCode& exitCode);
-void AddProveCommand(CLI::App& app, ExitCode& exitCode);
-void AddSelftestCommand(CLI::App& app, ExitCode& exitCode);
-void AddCompletionCommands(CLI::App& app, ExitCode& exitCode);
+[[nodiscard]] Verb SolveVerb();
+[[nodiscard]] Verb CheckVerb();
+[[nodiscard]] Verb ConvertVerb();
+[[nodiscard]] Verb PlotVerb();
+[[nodiscard]] Verb ProveVerb();
+[[nodiscard]] Verb SelftestVerb();
+/// These two speak of the whole command, which outlives them.
+[[nodiscard]] Verb CompletionVerb(const Command& command);
+[[nodiscard]] Verb ManVerb(const Command& command);
 
 }  // namespace nuvlp

@@ -19,20 +19,20 @@ std::string Joined(const std::vector<std::string>& words, std::string_view separ
     return text;
 }
 
-std::string VerbNames(const CommandTable& table)
+std::string VerbNames(const Command& command)
 {
     std::vector<std::string> names;
-    names.reserve(table.verbs.size());
-    for (const VerbEntry& verb : table.verbs)
+    names.reserve(command.verbs.size());
+    for (const Verb& verb : command.verbs)
         names.push_back(verb.name);
     return Joined(names, " ");
 }
 
-std::string OptionNames(const std::vector<OptionEntry>& options)
+std::string OptionNames(const std::vector<Option>& options)
 {
     std::vector<std::string> names;
     names.reserve(options.size());
-    for (const OptionEntry& option : options)
+    for (const Option& option : options)
         names.push_back(Joined(option.names, " "));
     return Joined(names, " ");
 }
@@ -57,10 +57,10 @@ std::string Quoted(std::string_view text)
 }
 
 /// The case of one verb: what follows an option that takes a value, and what may stand elsewhere.
-std::string BashVerb(const VerbEntry& verb)
+std::string BashVerb(const Verb& verb)
 {
     std::string cases;
-    for (const OptionEntry& option : verb.options)
+    for (const Option& option : OptionsOf(verb))
     {
         if (option.value.empty())
             continue;
@@ -69,8 +69,8 @@ std::string BashVerb(const VerbEntry& verb)
                                       : (option.TakesFile() ? "files=1" : ":");
         cases += fmt::format("            {}) {} ;;\n", Joined(option.names, "|"), reply);
     }
-    std::string others = fmt::format("words=\"{}\"", OptionNames(verb.options));
-    for (const OptionEntry& positional : verb.positionals)
+    std::string others = fmt::format("words=\"{}\"", OptionNames(OptionsOf(verb)));
+    for (const Option& positional : verb.positionals)
         others += positional.TakesFile()
                       ? " files=1"
                       : fmt::format(" words+=\" {}\"", Joined(positional.choices, " "));
@@ -80,7 +80,7 @@ std::string BashVerb(const VerbEntry& verb)
 }
 
 /// What _arguments makes of an option: '(-o --output)'{-o,--output}'[text]:RESULT:_files'.
-std::string ZshOption(const OptionEntry& option)
+std::string ZshOption(const Option& option)
 {
     std::string action;
     if (!option.choices.empty())
@@ -94,14 +94,14 @@ std::string ZshOption(const OptionEntry& option)
                        text);
 }
 
-std::string ZshVerb(const VerbEntry& verb)
+std::string ZshVerb(const Verb& verb)
 {
     std::string text = fmt::format("        {}) _arguments -s", verb.name);
-    for (const OptionEntry& option : verb.options)
+    for (const Option& option : OptionsOf(verb))
         text += " \\\n            " + ZshOption(option);
     for (std::size_t k = 0; k < verb.positionals.size(); ++k)
     {
-        const OptionEntry& positional = verb.positionals[k];
+        const Option& positional = verb.positionals[k];
         text += fmt::format(
             " \\\n            '{}:{}:{}'", k + 1, positional.value,
             positional.choices.empty() ? "_files" : "(" + Joined(positional.choices, " ") + ")");
@@ -109,7 +109,7 @@ std::string ZshVerb(const VerbEntry& verb)
     return text + " ;;\n";
 }
 
-std::string FishOption(const std::string& condition, const OptionEntry& option)
+std::string FishOption(const std::string& condition, const Option& option)
 {
     std::string text = "complete -c nuvlp -n " + Quoted(condition);
     for (const std::string& name : option.names)
@@ -123,10 +123,10 @@ std::string FishOption(const std::string& condition, const OptionEntry& option)
 
 }  // namespace
 
-std::string BashCompletion(const CommandTable& table)
+std::string BashCompletion(const Command& command)
 {
     std::string verbs;
-    for (const VerbEntry& verb : table.verbs)
+    for (const Verb& verb : command.verbs)
         verbs += BashVerb(verb);
     return fmt::format("# Completion of nuvlp for bash.\n"
                        "_nuvlp()\n"
@@ -153,20 +153,20 @@ std::string BashCompletion(const CommandTable& table)
                        "    fi\n"
                        "}}\n"
                        "complete -F _nuvlp nuvlp\n",
-                       VerbNames(table), OptionNames(table.options), verbs);
+                       VerbNames(command), OptionNames(CommandOptions()), verbs);
 }
 
-std::string ZshCompletion(const CommandTable& table)
+std::string ZshCompletion(const Command& command)
 {
     std::string described;
     std::string verbs;
-    for (const VerbEntry& verb : table.verbs)
+    for (const Verb& verb : command.verbs)
     {
         described += "        " + Quoted(verb.name + ":" + verb.text) + "\n";
         verbs += ZshVerb(verb);
     }
     std::string options;
-    for (const OptionEntry& option : table.options)
+    for (const Option& option : CommandOptions())
         options += " \\\n            " + ZshOption(option);
     return fmt::format("#compdef nuvlp\n"
                        "# Completion of nuvlp for zsh.\n"
@@ -189,19 +189,19 @@ std::string ZshCompletion(const CommandTable& table)
                        described, options, verbs);
 }
 
-std::string FishCompletion(const CommandTable& table)
+std::string FishCompletion(const Command& command)
 {
     std::string text = "# Completion of nuvlp for fish.\ncomplete -c nuvlp -f\n";
-    for (const OptionEntry& option : table.options)
+    for (const Option& option : CommandOptions())
         text += FishOption("__fish_use_subcommand", option);
-    for (const VerbEntry& verb : table.verbs)
+    for (const Verb& verb : command.verbs)
     {
         text += fmt::format("complete -c nuvlp -n '__fish_use_subcommand' -a {} -d {}\n", verb.name,
                             Quoted(verb.text));
         const std::string condition = "__fish_seen_subcommand_from " + verb.name;
-        for (const OptionEntry& option : verb.options)
+        for (const Option& option : OptionsOf(verb))
             text += FishOption(condition, option);
-        for (const OptionEntry& positional : verb.positionals)
+        for (const Option& positional : verb.positionals)
             text += fmt::format("complete -c nuvlp -n '{}' {}\n", condition,
                                 positional.choices.empty()
                                     ? "-F"

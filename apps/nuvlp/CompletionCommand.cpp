@@ -1,9 +1,7 @@
 // nuvlp completion SHELL and nuvlp man: what the command takes, for shells and for man.
 #include "Commands.hpp"
 #include "Completion.hpp"
-#include "Input.hpp"
-
-#include <CLI/CLI.hpp>
+#include "Output.hpp"
 
 #include <memory>
 #include <string>
@@ -13,29 +11,35 @@ namespace nuvlp
 namespace
 {
 
-ExitCode WriteCompletion(const CLI::App& app, const std::string& shell)
+ExitCode WriteCompletion(const Command& command, const std::string& shell)
 {
-    const CommandTable table = TableOf(app);
-    return WriteOutput(shell == "bash"  ? BashCompletion(table)
-                       : shell == "zsh" ? ZshCompletion(table)
-                                        : FishCompletion(table),
+    return WriteOutput(shell == "bash"  ? BashCompletion(command)
+                       : shell == "zsh" ? ZshCompletion(command)
+                                        : FishCompletion(command),
                        ExitCode::Success);
 }
 
 }  // namespace
 
-void AddCompletionCommands(CLI::App& app, ExitCode& exitCode)
+Verb CompletionVerb(const Command& command)
 {
     const auto shell = std::make_shared<std::string>();
-    CLI::App* const completion =
-        app.add_subcommand("completion", "Print what makes a shell complete the arguments");
-    completion->add_option("SHELL", *shell, "The shell: source what is printed in it")
-        ->required()
-        ->check(CLI::IsMember({"bash", "zsh", "fish"}));
-    completion->callback([shell, &app, &exitCode] { exitCode = WriteCompletion(app, *shell); });
-    app.add_subcommand("man", "Print the manual page, for man -l -")
-        ->callback([&app, &exitCode]
-                   { exitCode = WriteOutput(ManualPage(TableOf(app)), ExitCode::Success); });
+    Verb verb{.name = "completion",
+              .text = "Print what makes a shell complete the arguments",
+              .run = [shell, &command] { return WriteCompletion(command, *shell); }};
+    verb.positionals.push_back({.names = {"SHELL"},
+                                .value = "SHELL",
+                                .text = "The shell: source what is printed in it",
+                                .target = shell.get(),
+                                .choices = {"bash", "zsh", "fish"}});
+    return verb;
+}
+
+Verb ManVerb(const Command& command)
+{
+    return {.name = "man", .text = "Print the manual page, for man -l -", .run = [&command] {
+                return WriteOutput(ManualPage(command), ExitCode::Success);
+            }};
 }
 
 }  // namespace nuvlp

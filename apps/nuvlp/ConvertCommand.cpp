@@ -1,14 +1,11 @@
 // nuvlp convert FILE -o MODEL: reads a model in one format and writes it in another.
 #include "Commands.hpp"
 #include "Input.hpp"
-#include "OutputFile.hpp"
-#include "ReadingOptions.hpp"
+#include "Output.hpp"
 
 #include "Nuv/Model/LpWriter.hpp"
 #include "Nuv/Model/ModelFile.hpp"
 #include "Nuv/Model/MpsWriter.hpp"
-
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <memory>
@@ -47,8 +44,7 @@ ExitCode Run(const Options& options)
                    stderr);
         return ExitCode::Usage;
     }
-    const nuv::Reading reading = nuv::ReadModelFile(options.source.file, options.source.options);
-    PrintDiagnostics(reading.diagnostics, Show::Warnings);
+    const nuv::Reading reading = ReadModel(options.source, Show::Warnings);
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
     const nuv::Writing writing = Write(*reading.model, options);
@@ -60,20 +56,25 @@ ExitCode Run(const Options& options)
 
 }  // namespace
 
-void AddConvertCommand(CLI::App& app, ExitCode& exitCode)
+Verb ConvertVerb()
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = app.add_subcommand("convert", "Write a model in another format");
-    AddModelSource(*command, options->source);
-    command
-        ->add_option("-o,--output", options->output,
-                     "The file to write; standard output if not given")
-        ->type_name("MODEL");
-    command
-        ->add_option("--to", options->format,
-                     "The format to write; by the end of the output's name if not given")
-        ->check(CLI::IsMember({"lp", "mps", "mps-fixed", "mps-free"}));
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    Verb verb{.name = "convert", .text = "Write a model in another format", .run = [options] {
+                  return Run(*options);
+              }};
+    AddModelSource(verb, options->source);
+    verb.Add({
+        {.names = {"-o", "--output"},
+         .value = "MODEL",
+         .text = "The file to write; standard output if not given",
+         .target = &options->output},
+        {.names = {"--to"},
+         .value = "FORMAT",
+         .text = "The format to write; by the end of the output's name if not given",
+         .target = &options->format,
+         .choices = {"lp", "mps", "mps-fixed", "mps-free"}},
+    });
+    return verb;
 }
 
 }  // namespace nuvlp

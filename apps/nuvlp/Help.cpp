@@ -1,46 +1,71 @@
 #include "Help.hpp"
 
-#include "ExitCodes.hpp"
-#include "OptionTable.hpp"
-
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
-#include <cstdio>
-#include <memory>
-#include <string>
+#include <string_view>
 
 namespace nuvlp
 {
 namespace
 {
 
-/// Says what a value is, and leaves out how it is checked.
-class Formatter : public CLI::Formatter
+constexpr std::size_t kTextColumn = 30;
+constexpr std::size_t kLineLength = 80;
+
+/// `head` and, from the text's column on, `text` in lines that fit a terminal.
+std::string Entry(const std::string& head, std::string_view text)
 {
-public:
-    Formatter()
+    std::string lines = "  " + head;
+    std::size_t column = lines.size();
+    if (column + 1 > kTextColumn)
     {
-        column_width(30);
-        label("SUBCOMMAND", "VERB");
+        lines += '\n';
+        column = 0;
     }
-
-    std::string make_option_opts(const CLI::Option* option) const override
+    lines.append(kTextColumn - column, ' ');
+    column = kTextColumn;
+    while (!text.empty())
     {
-        const std::string value = option->get_positional() ? "" : ValueWords(EntryOf(*option));
-        return value.empty() ? "" : " " + value;
+        const std::size_t length = std::min(text.find(' '), text.size());
+        if (column > kTextColumn && column + 1 + length > kLineLength)
+        {
+            lines.append("\n").append(kTextColumn, ' ');
+            column = kTextColumn;
+        }
+        else if (column > kTextColumn)
+        {
+            lines += ' ';
+            ++column;
+        }
+        lines += text.substr(0, length);
+        column += length;
+        text.remove_prefix(std::min(length + 1, text.size()));
     }
+    return lines + '\n';
+}
 
-    std::string make_option_desc(const CLI::Option* option) const override
-    {
-        const OptionEntry entry = EntryOf(*option);
-        return entry.standard.empty() ? entry.text : entry.text + " (" + entry.standard + ")";
-    }
-};
-
-std::string ExitCodeWords()
+std::string OptionEntry(const Option& option)
 {
-    std::string text = "Exit codes:\n";
+    std::string head;
+    for (const std::string& name : option.names)
+        head.append(head.empty() ? "" : ",").append(name);
+    const std::string words = ValueWords(option);
+    if (!words.empty() && words != head)
+        head += ' ' + words;
+    const std::string standard = option.standard.empty() ? "" : " (" + option.standard + ")";
+    return Entry(head, option.text + standard);
+}
+
+std::string OptionEntries(const std::vector<Option>& options)
+{
+    std::string text;
+    for (const Option& option : options)
+        text += OptionEntry(option);
+    return text;
+}
+
+std::string ExitCodeEntries()
+{
+    std::string text;
     for (const ExitCodeEntry& entry : kExitCodes)
     {
         const std::string code = std::to_string(static_cast<int>(entry.code));
@@ -49,43 +74,26 @@ std::string ExitCodeWords()
     return text;
 }
 
-std::string FailureWords(const CLI::App* app, const CLI::Error& error)
-{
-    std::string verb;
-    for (const CLI::App* const called : app->get_subcommands())
-        verb = " " + called->get_name();
-    return "nuvlp: " + std::string(error.what()) + "\nnuvlp" + verb + " --help says more.\n";
-}
-
 }  // namespace
 
-void SetUpHelp(CLI::App& app)
+std::string CommandHelp(const Command& command)
 {
-    app.formatter(std::make_shared<Formatter>());
-    app.set_help_flag("-h,--help", "Print this help and exit");
-    app.set_version_flag("--version", "nuvlp " NUVLP_VERSION, "Print the version and exit");
-    app.failure_message(FailureWords);
+    std::string verbs;
+    for (const Verb& verb : command.verbs)
+        verbs += Entry(verb.name, verb.text);
+    return command.text + "\nUsage: " + command.name + " VERB [OPTIONS] [FILE ...]\n\nOptions:\n" +
+           OptionEntries(CommandOptions()) + "\nVerbs:\n" + verbs + "\n" + command.name +
+           " VERB --help lists what a verb takes.\n\nExit codes:\n" + ExitCodeEntries();
 }
 
-void FinishHelp(CLI::App& app)
+std::string VerbHelp(const Command& command, const Verb& verb)
 {
-    for (CLI::App* const verb : app.get_subcommands({}))
-        verb->group("Verbs");
-    app.footer(ExitCodeWords());
-}
-
-bool StartsWithVerb(const CLI::App& app, const char* argument)
-{
-    if (!argument)
-        std::fputs("nuvlp: a verb is missing\n", stderr);
-    else if (argument[0] == '-' ||
-             std::ranges::any_of(app.get_subcommands({}), [argument](const CLI::App* verb)
-                                 { return verb->get_name() == argument; }))
-        return true;
-    else
-        std::fprintf(stderr, "nuvlp: there is no verb '%s'\n", argument);
-    std::fputs("nuvlp --help lists them.\n", stderr);
-    return false;
+    std::string usage = command.name + " " + verb.name + " [OPTIONS]";
+    for (const Option& positional : verb.positionals)
+        usage += " " + positional.value;
+    return verb.text + "\nUsage: " + usage + "\n" +
+           (verb.positionals.empty() ? "" : "\nArguments:\n" + OptionEntries(verb.positionals)) +
+           "\nOptions:\n" + OptionEntries(OptionsOf(verb));
 }
 
 }  // namespace nuvlp

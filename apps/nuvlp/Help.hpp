@@ -1,23 +1,17 @@
-/// What `--help` prints, and what is said of a wrong call.
+/// What `--help` prints, from the table of arguments.
 #pragma once
 
-namespace CLI
-{
-class App;
-}
+#include "Arguments.hpp"
+
+#include <string>
 
 namespace nuvlp
 {
 
-/// Sets up the help of the application; its verbs take it over when they are added.
-void SetUpHelp(CLI::App& app);
+/// The verbs, what holds for all of them, and the exit codes.
+[[nodiscard]] std::string CommandHelp(const Command& command);
 
-/// Adds what stands in the help of the application alone, when all verbs are there.
-void FinishHelp(CLI::App& app);
-
-/// Whether the first argument, null if there is none, is a verb or an option. CLI11 would only say
-/// that it misses a verb, not which one it does not know.
-/// @return false, with a message on stderr, if it is not.
-[[nodiscard]] bool StartsWithVerb(const CLI::App& app, const char* argument);
+/// How a verb is called and what it takes.
+[[nodiscard]] std::string VerbHelp(const Command& command, const Verb& verb);
 
 }  // namespace nuvlp

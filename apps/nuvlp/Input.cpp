@@ -1,10 +1,9 @@
-// Everything that goes to stderr goes through here, so that stdout holds results alone.
 #include "Input.hpp"
 
-#include <cerrno>
+#include "Nuv/Model/ModelFile.hpp"
+
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 #include <unistd.h>
 
@@ -42,14 +41,44 @@ ExitCode ExitCodeOf(const nuv::Error& error)
     return unopened ? ExitCode::NoInput : ExitCode::BadModel;
 }
 
-ExitCode WriteOutput(std::string_view text, ExitCode otherwise)
+void AddModelSource(Verb& verb, ModelSource& source)
 {
-    errno = 0;
-    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-    if (std::fflush(stdout) == 0 && written)
-        return otherwise;
-    std::fprintf(stderr, "nuvlp: cannot write the result: %s\n", std::strerror(errno));
-    return ExitCode::CannotWrite;
+    nuv::ReadOptions& read = source.options;
+    const auto form = [&read](nuv::MpsForm value)
+    { return [&read, value](const std::string&) { read.mpsForm = value; }; };
+    verb.positionals.push_back(
+        {.names = {"FILE"},
+         .value = "FILE",
+         .text = "The model, in CPLEX-LP or MPS format, plain or gzipped; - is standard input",
+         .target = &source.file});
+    verb.Add({
+        {.names = {"--relax"},
+         .text = "Read integer variables as continuous ones",
+         .target = &read.relax},
+        {.names = {"--mps-fixed"},
+         .text = "Read MPS fields by their columns",
+         .target = form(nuv::MpsForm::Fixed)},
+        {.names = {"--mps-free"},
+         .text = "Read MPS fields by the blanks between them",
+         .target = form(nuv::MpsForm::Free),
+         .excludes = "--mps-fixed"},
+        {.names = {"--mps-objective-constant"},
+         .value = "SIGN",
+         .text = "What the right-hand side of an MPS objective row is: the constant or its "
+                 "negative",
+         .target = [&read](const std::string& sign) { read.mpsConstantPlus = sign == "plus"; },
+         .choices = {"plus", "minus"}},
+        {.names = {"--mps-sense-comment"},
+         .text = "Obey a comment *SENSE:Maximize in an MPS file",
+         .target = &read.mpsSenseComment},
+    });
+}
+
+nuv::Reading ReadModel(const ModelSource& source, Show least)
+{
+    nuv::Reading reading = nuv::ReadModelFile(source.file, source.options);
+    PrintDiagnostics(reading.diagnostics, least);
+    return reading;
 }
 
 }  // namespace nuvlp

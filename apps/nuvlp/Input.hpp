@@ -1,12 +1,12 @@
-/// What every verb does with a model file and with its own output.
+/// What every verb does with a model file: how it is read, and what is said of it.
 #pragma once
 
-#include "ExitCodes.hpp"
+#include "Arguments.hpp"
 
 #include "Nuv/Model/Reading.hpp"
 
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace nuvlp
 {
@@ -22,11 +22,20 @@ enum class Show
 /// Prints diagnostics on stderr, in colour if that is a terminal.
 void PrintDiagnostics(const std::vector<nuv::Diagnostic>& diagnostics, Show least);
 
+/// A model file and how to read it.
+struct ModelSource
+{
+    std::string file;
+    nuv::ReadOptions options;
+};
+
+/// Adds FILE and the options that say how to read it; `source` outlives the verb.
+void AddModelSource(Verb& verb, ModelSource& source);
+
+/// Reads the model, and prints what the reader has to say of it.
+[[nodiscard]] nuv::Reading ReadModel(const ModelSource& source, Show least);
+
 /// The exit code for a file that could not be read.
 [[nodiscard]] ExitCode ExitCodeOf(const nuv::Error& error);
-
-/// Writes to stdout and makes sure that it arrived.
-/// @return CannotWrite, with a message on stderr, or else `otherwise`.
-[[nodiscard]] ExitCode WriteOutput(std::string_view text, ExitCode otherwise);
 
 }  // namespace nuvlp

@@ -29,7 +29,7 @@ std::string Roff(std::string_view text)
     return result;
 }
 
-std::string OptionText(const OptionEntry& option)
+std::string OptionText(const Option& option)
 {
     std::string names;
     for (const std::string& name : option.names)
@@ -43,16 +43,16 @@ std::string OptionText(const OptionEntry& option)
     return fmt::format(".TP\n{}\n{}.{}\n", names, Roff(option.text), Roff(standard));
 }
 
-std::string VerbText(const VerbEntry& verb)
+std::string VerbText(const Verb& verb)
 {
     std::string positionals;
     std::string options;
-    for (const OptionEntry& positional : verb.positionals)
+    for (const Option& positional : verb.positionals)
     {
         positionals += " \\fI" + Roff(positional.value) + "\\fR";
         options += OptionText(positional);
     }
-    for (const OptionEntry& option : verb.options)
+    for (const Option& option : OptionsOf(verb))
         options += OptionText(option);
     return fmt::format(".SS nuvlp {0}\n\\fBnuvlp {0}\\fR [\\fIOPTIONS\\fR]{1}\n.PP\n{2}.\n{3}",
                        verb.name, positionals, Roff(verb.text), options);
@@ -60,13 +60,13 @@ std::string VerbText(const VerbEntry& verb)
 
 }  // namespace
 
-std::string ManualPage(const CommandTable& table)
+std::string ManualPage(const Command& command)
 {
     std::string verbs;
-    for (const VerbEntry& verb : table.verbs)
+    for (const Verb& verb : command.verbs)
         verbs += VerbText(verb);
     std::string options;
-    for (const OptionEntry& option : table.options)
+    for (const Option& option : CommandOptions())
         options += OptionText(option);
     std::string codes;
     for (const ExitCodeEntry& entry : kExitCodes)
@@ -85,7 +85,7 @@ std::string ManualPage(const CommandTable& table)
         "nuvlp prove factory.lp result.json\n"
         "nuvlp convert factory.lp \\-o factory.mps\n"
         "nuvlp plot factory.lp \\-o factory.svg\n.fi\n",
-        NUVLP_VERSION, Roff(table.text), options, verbs, codes);
+        NUVLP_VERSION, Roff(command.text), options, verbs, codes);
 }
 
 }  // namespace nuvlp

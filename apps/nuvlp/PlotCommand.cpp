@@ -1,13 +1,10 @@
 // nuvlp plot FILE -o PICTURE: solves, and draws the model with its solution.
 #include "Commands.hpp"
 #include "Input.hpp"
-#include "OutputFile.hpp"
-#include "ReadingOptions.hpp"
+#include "Interrupts.hpp"
+#include "Output.hpp"
 
-#include "Nuv/Model/ModelFile.hpp"
 #include "Nuv/Model/Picture.hpp"
-
-#include <CLI/CLI.hpp>
 
 #include <memory>
 
@@ -25,13 +22,14 @@ struct Options
 
 ExitCode Run(const Options& options)
 {
-    const nuv::Reading reading = nuv::ReadModelFile(options.source.file, options.source.options);
-    PrintDiagnostics(reading.diagnostics, Show::Warnings);
+    const nuv::Reading reading = ReadModel(options.source, Show::Warnings);
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
     nuv::SolveOptions solve;
     solve.recordPath = true;
     solve.seconds = options.timeLimit;
+    CatchInterrupts();
+    solve.keepGoing = [](const nuv::SolveProgress&) { return !IsInterrupted(); };
     const nuv::Solution solution = nuv::Solve(*reading.model, solve);
     const bool isStopped = solution.status == nuv::SolveStatus::Stopped;
     return WriteTo(options.output, nuv::DrawPicture(*reading.model, solution),
@@ -40,18 +38,25 @@ ExitCode Run(const Options& options)
 
 }  // namespace
 
-void AddPlotCommand(CLI::App& app, ExitCode& exitCode)
+Verb PlotVerb()
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = app.add_subcommand("plot", "Draw a model and its solution as SVG");
-    AddModelSource(*command, options->source);
-    command->add_option("-o,--output", options->output, "The picture; standard output if not given")
-        ->type_name("PICTURE");
-    command->add_option("--time-limit", options->timeLimit, "Stop solving after so many seconds")
-        ->type_name("SECONDS")
-        ->check(CLI::NonNegativeNumber)
-        ->capture_default_str();
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    Verb verb{.name = "plot", .text = "Draw a model and its solution as SVG", .run = [options] {
+                  return Run(*options);
+              }};
+    AddModelSource(verb, options->source);
+    verb.Add({
+        {.names = {"-o", "--output"},
+         .value = "PICTURE",
+         .text = "The picture; standard output if not given",
+         .target = &options->output},
+        {.names = {"--time-limit"},
+         .value = "SECONDS",
+         .text = "Stop solving after so many seconds",
+         .target = &options->timeLimit,
+         .standard = "60"},
+    });
+    return verb;
 }
 
 }  // namespace nuvlp

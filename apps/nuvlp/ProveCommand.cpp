@@ -2,14 +2,11 @@
 #include "ClaimText.hpp"
 #include "Commands.hpp"
 #include "Input.hpp"
-#include "OutputFile.hpp"
-#include "ReadingOptions.hpp"
+#include "Interrupts.hpp"
+#include "Output.hpp"
 
 #include "Nuv/Model/ClaimReader.hpp"
-#include "Nuv/Model/ModelFile.hpp"
 #include "Nuv/Model/TextFile.hpp"
-
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <map>
@@ -25,11 +22,9 @@ struct Options
 {
     ModelSource source;
     std::string solution;
-    std::string output;
+    Output output;
     std::string claim;
     nuv::ClaimOptions check;
-    std::optional<double> timeLimit;
-    bool json = false;
     bool quiet = false;
 };
 
@@ -62,67 +57,77 @@ ExitCode Run(const Options& options)
 {
     if (options.source.file == "-" && options.solution == "-")
     {
-        std::fputs("nuvlp: only one of model and solution can come from standard input\n", stderr);
-        return ExitCode::Usage;
+        const nuv::Error error{
+            "usage", "only one of model and solution can come from standard input", "", "", 0, 0};
+        std::fprintf(stderr, "nuvlp: %s\n", error.text.c_str());
+        return WriteError(options.output, kProofSchema, std::vector{nuv::WithoutPlace(error)},
+                          ExitCode::Usage);
     }
-    const nuv::Reading reading = nuv::ReadModelFile(options.source.file, options.source.options);
-    PrintDiagnostics(reading.diagnostics, options.quiet ? Show::Errors : Show::Warnings);
+    const nuv::Reading reading =
+        ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
-        return ExitCodeOf(reading.GetError());
+        return WriteError(options.output, kProofSchema, reading.diagnostics,
+                          ExitCodeOf(reading.GetError()));
     const nuv::Result<std::string> text = nuv::ReadTextFile(options.solution);
     if (!text)
     {
-        PrintDiagnostics({nuv::WithoutPlace(text.GetError())}, Show::Errors);
-        return ExitCodeOf(text.GetError());
+        const std::vector failure{nuv::WithoutPlace(text.GetError())};
+        PrintDiagnostics(failure, Show::Errors);
+        return WriteError(options.output, kProofSchema, failure, ExitCodeOf(text.GetError()));
     }
     const nuv::ClaimReading claim = nuv::ReadClaim(*text, nuv::DisplayName(options.solution),
                                                    *reading.model, StatusOf(options.claim));
     PrintDiagnostics(claim.diagnostics, Show::Warnings);
     if (!claim.claim)
-        return ExitCode::BadModel;
+        return WriteError(options.output, kProofSchema, claim.diagnostics, ExitCode::BadModel);
+    CatchInterrupts();
     nuv::ClaimOptions check = options.check;
-    if (options.timeLimit)
-        check.limits.seconds = *options.timeLimit;
+    check.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
     const nuv::ClaimReport report = nuv::CheckClaim(*reading.model, *claim.claim, check);
-    return WriteTo(options.output, options.json ? ClaimJson(report) : ClaimText(report),
+    return WriteTo(options.output.path, options.output.json ? ClaimJson(report) : ClaimText(report),
                    ExitCodeOfJudgement(report.judgement));
 }
 
 }  // namespace
 
-void AddProveCommand(CLI::App& app, ExitCode& exitCode)
+Verb ProveVerb()
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* command =
-        app.add_subcommand("prove", "Check in exact arithmetic what a solution file claims");
-    AddModelSource(*command, options->source);
-    command
-        ->add_option("SOLUTION", options->solution,
-                     "The solution: what solve --json wrote, or a name and a value in each line")
-        ->required();
-    command
-        ->add_option(
-            "--claim", options->claim,
-            "What is to be proved; what the file says, or that it is optimal, if not given")
-        ->check(CLI::IsMember({"feasible", "optimal", "infeasible", "unbounded"}));
-    command
-        ->add_option("--tolerance", options->check.tolerance,
-                     "How far off a number may be, as a fraction of its size; 0 for not at all")
-        ->type_name("FRACTION")
-        ->check(CLI::NonNegativeNumber)
-        ->capture_default_str();
-    command
-        ->add_option("--time-limit", options->timeLimit,
-                     "Stop looking for a proof after so many seconds")
-        ->type_name("SECONDS")
-        ->check(CLI::NonNegativeNumber);
-    command
-        ->add_option("-o,--output", options->output,
-                     "The file to write to; standard output if not given")
-        ->type_name("REPORT");
-    command->add_flag("--json", options->json, "Write the report as JSON, for programs");
-    command->add_flag("-q,--quiet", options->quiet, "Print no warnings");
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    Verb verb{.name = "prove",
+              .text = "Check in exact arithmetic what a solution file claims",
+              .run = [options] { return Run(*options); },
+              .schema = std::string(kProofSchema)};
+    AddModelSource(verb, options->source);
+    verb.positionals.push_back(
+        {.names = {"SOLUTION"},
+         .value = "SOLUTION",
+         .text = "The solution: what solve --json wrote, or a name and a value in each line",
+         .target = &options->solution});
+    verb.Add({
+        {.names = {"--claim"},
+         .value = "STATUS",
+         .text = "What is to be proved; what the file says, or that it is optimal, if not given",
+         .target = &options->claim,
+         .choices = {"feasible", "optimal", "infeasible", "unbounded"}},
+        {.names = {"--tolerance"},
+         .value = "FRACTION",
+         .text = "How far off a number may be, as a fraction of its size; 0 for not at all",
+         .target = &options->check.tolerance,
+         .standard = "1e-09"},
+        {.names = {"--time-limit"},
+         .value = "SECONDS",
+         .text = "Stop looking for a proof after so many seconds",
+         .target = &options->check.limits.seconds},
+        {.names = {"-o", "--output"},
+         .value = "REPORT",
+         .text = "The file to write to; standard output if not given",
+         .target = &options->output.path},
+        {.names = {"--json"},
+         .text = "Write the report as JSON, for programs",
+         .target = &options->output.json},
+        {.names = {"-q", "--quiet"}, .text = "Print no warnings", .target = &options->quiet},
+    });
+    return verb;
 }
 
 }  // namespace nuvlp

@@ -1,10 +1,8 @@
 // nuvlp selftest: whether this machine and this build give the promised bits.
 #include "Commands.hpp"
-#include "Input.hpp"
+#include "Output.hpp"
 
 #include "Nuv/SelfTest/SelfTest.hpp"
-
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <memory>
@@ -32,19 +30,24 @@ ExitCode Run(const Options& options)
 
 }  // namespace
 
-void AddSelftestCommand(CLI::App& app, ExitCode& exitCode)
+Verb SelftestVerb()
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* command =
-        app.add_subcommand("selftest", "Test that this machine gives the promised bits");
-    command
-        ->add_option("--instruction-set", options->instructionSet,
-                     "The loops to test: those that this machine chooses, one kind, or all it has")
-        ->check(CLI::IsMember({"machine", "plain", "baseline", "avx2", "avx512", "all"}))
-        ->capture_default_str();
-    command->add_flag("--models", options->models,
-                      "Print the hash of each model instead, to compare two machines");
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    Verb verb{.name = "selftest",
+              .text = "Test that this machine gives the promised bits",
+              .run = [options] { return Run(*options); }};
+    verb.Add({
+        {.names = {"--instruction-set"},
+         .value = "KIND",
+         .text = "The loops to test: those that this machine chooses, one kind, or all it has",
+         .target = &options->instructionSet,
+         .choices = {"machine", "plain", "baseline", "avx2", "avx512", "all"},
+         .standard = "all"},
+        {.names = {"--models"},
+         .text = "Print the hash of each model instead, to compare two machines",
+         .target = &options->models},
+    });
+    return verb;
 }
 
 }  // namespace nuvlp

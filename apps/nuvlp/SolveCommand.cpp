@@ -1,20 +1,16 @@
 // nuvlp solve FILE: reads, solves, prints.
 #include "Commands.hpp"
 #include "Input.hpp"
-#include "OutputFile.hpp"
+#include "Interrupts.hpp"
+#include "Output.hpp"
 #include "ProgressLine.hpp"
-#include "ReadingOptions.hpp"
 #include "TextReport.hpp"
 
 #include "Nuv/Model/FloatSolve.hpp"
 #include "Nuv/Model/JsonReport.hpp"
-#include "Nuv/Model/ModelFile.hpp"
 #include "Nuv/Model/Solution.hpp"
 
-#include <CLI/CLI.hpp>
-
-#include <csignal>
-#include <cstdio>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -26,25 +22,15 @@ namespace
 struct Options
 {
     ModelSource source;
-    std::string output;
+    Output output;
     std::optional<std::uint64_t> maxPivots;
-    std::optional<double> timeLimit;
+    double timeLimit = std::numeric_limits<double>::infinity();
     bool exitStatus = false;
     bool quiet = false;
-    bool json = false;
     bool sensitivity = false;
     bool floatOnly = false;
     bool progress = false;
 };
-
-volatile std::sig_atomic_t interrupted = 0;
-
-void Interrupt(int)
-{
-    interrupted = 1;
-    // A second interrupt ends the program at once.
-    (void)std::signal(SIGINT, SIG_DFL);
-}
 
 nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
 {
@@ -56,13 +42,12 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
         solve.doublePivots = *options.maxPivots;
         solve.exactPivots = *options.maxPivots;
     }
-    if (options.timeLimit)
-        solve.seconds = *options.timeLimit;
+    solve.seconds = options.timeLimit;
     solve.sensitivity = options.sensitivity;
     solve.keepGoing = [&line](const nuv::SolveProgress& progress)
     {
         line.Show(progress);
-        return interrupted == 0;
+        return !IsInterrupted();
     };
     return solve;
 }
@@ -94,54 +79,71 @@ ExitCode ExitCodeOfStatus(nuv::SolveStatus status, bool exitStatus)
 
 ExitCode Run(const Options& options)
 {
-    const nuv::Reading reading = nuv::ReadModelFile(options.source.file, options.source.options);
-    PrintDiagnostics(reading.diagnostics, options.quiet ? Show::Errors : Show::Warnings);
+    const nuv::Reading reading =
+        ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
-        return ExitCodeOf(reading.GetError());
-    (void)std::signal(SIGINT, Interrupt);
+        return WriteError(options.output, nuv::kResultSchema, reading.diagnostics,
+                          ExitCodeOf(reading.GetError()));
+    CatchInterrupts();
     const nuv::Solution solution = Solve(*reading.model, options);
     if (solution.status == nuv::SolveStatus::Invalid)
-        PrintDiagnostics({nuv::WithoutPlace(solution.failure)}, Show::Errors);
+    {
+        const std::vector failure{nuv::WithoutPlace(solution.failure)};
+        PrintDiagnostics(failure, Show::Errors);
+        return WriteError(options.output, nuv::kResultSchema, failure, ExitCode::Internal);
+    }
     const Detail detail = options.quiet ? Detail::Verdict : Detail::Full;
-    const std::string report = options.json
+    const std::string report = options.output.json
                                    ? nuv::JsonReport(*reading.model, solution, reading.diagnostics)
                                    : TextReport(*reading.model, solution, detail);
-    return WriteTo(options.output, report, ExitCodeOfStatus(solution.status, options.exitStatus));
+    return WriteTo(options.output.path, report,
+                   ExitCodeOfStatus(solution.status, options.exitStatus));
 }
 
 }  // namespace
 
-void AddSolveCommand(CLI::App& app, ExitCode& exitCode)
+Verb SolveVerb()
 {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = app.add_subcommand("solve", "Solve a model and print the answer");
-    AddModelSource(*command, options->source);
-    command
-        ->add_option("-o,--output", options->output,
-                     "The file to write to; standard output if not given")
-        ->type_name("RESULT");
-    command
-        ->add_option("--max-pivots", options->maxPivots,
-                     "Stop a stage of the solve after so many pivots")
-        ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
-    command->add_option("--time-limit", options->timeLimit, "Stop after so many seconds")
-        ->type_name("SECONDS")
-        ->check(CLI::NonNegativeNumber);
-    command->add_flag("--exit-status", options->exitStatus,
-                      "Exit with 2 if infeasible and 3 if unbounded");
-    command->add_flag("-q,--quiet", options->quiet,
-                      "Print status and objective only, and no warnings");
-    command->add_flag("--json", options->json, "Write the result as JSON, for programs");
-    command->add_flag("--progress", options->progress, "Show on the terminal how far the solve is");
-    CLI::Option* const sensitivity =
-        command->add_flag("--sensitivity", options->sensitivity,
-                          "Find how far each cost and each side of a row may move");
-    command
-        ->add_flag("--float-only", options->floatOnly,
-                   "Solve in single precision and stop there: nothing is proved")
-        ->excludes(sensitivity);
-    command->callback([options, &exitCode] { exitCode = Run(*options); });
+    Verb verb{.name = "solve",
+              .text = "Solve a model and print the answer",
+              .run = [options] { return Run(*options); },
+              .schema = std::string(nuv::kResultSchema)};
+    AddModelSource(verb, options->source);
+    verb.Add({
+        {.names = {"-o", "--output"},
+         .value = "RESULT",
+         .text = "The file to write to; standard output if not given",
+         .target = &options->output.path},
+        {.names = {"--max-pivots"},
+         .value = "N",
+         .text = "Stop a stage of the solve after so many pivots",
+         .target = &options->maxPivots},
+        {.names = {"--time-limit"},
+         .value = "SECONDS",
+         .text = "Stop after so many seconds",
+         .target = &options->timeLimit},
+        {.names = {"--exit-status"},
+         .text = "Exit with 2 if infeasible and 3 if unbounded",
+         .target = &options->exitStatus},
+        {.names = {"-q", "--quiet"},
+         .text = "Print status and objective only, and no warnings",
+         .target = &options->quiet},
+        {.names = {"--json"},
+         .text = "Write the result as JSON, for programs",
+         .target = &options->output.json},
+        {.names = {"--progress"},
+         .text = "Show on the terminal how far the solve is",
+         .target = &options->progress},
+        {.names = {"--sensitivity"},
+         .text = "Find how far each cost and each side of a row may move",
+         .target = &options->sensitivity},
+        {.names = {"--float-only"},
+         .text = "Solve in single precision and stop there: nothing is proved",
+         .target = &options->floatOnly,
+         .excludes = "--sensitivity"},
+    });
+    return verb;
 }
 
 }  // namespace nuvlp

@@ -117,13 +117,59 @@ TEST(Manual, NamesEveryExitCodeOfTheHelp)
         EXPECT_NE(manual.find(".TP\n" + code + "\n"), std::string::npos) << code;
 }
 
-TEST(Help, SaysWhichVerbThereIsNot)
+TEST(Help, SaysWhatIsWrongWithACallAndWhatToWrite)
 {
-    EXPECT_EQ(RunNuvlp("sovle a.lp").err,
-              "nuvlp: there is no verb 'sovle'\nnuvlp --help lists them.\n");
-    EXPECT_EQ(RunNuvlp("").err, "nuvlp: a verb is missing\nnuvlp --help lists them.\n");
-    EXPECT_EQ(RunNuvlp("solve").err, "nuvlp: FILE is required\nnuvlp solve --help says more.\n");
-    EXPECT_EQ(RunNuvlp("sovle").exitCode, 64);
+    const std::string verbs = "nuvlp --help lists them.\n";
+    const std::string solve = "nuvlp solve --help says more.\n";
+    const std::string convert = "nuvlp convert --help says more.\n";
+    const std::pair<const char*, std::string> calls[] = {
+        {"", "a verb is missing\n" + verbs},
+        {"sovle a.lp", "there is no verb 'sovle'; did you mean solve?\n" + verbs},
+        {"paint a.lp", "there is no verb 'paint'\n" + verbs},
+        {"model.lp", "a verb is missing before 'model.lp'\n"
+                     "Write nuvlp solve model.lp, or another verb: " +
+                         verbs},
+        {"--json a.lp", "a verb is missing before --json\n"
+                        "Write nuvlp solve --json FILE, or another verb: " +
+                            verbs},
+        {"solve", "FILE is required\n" + solve},
+        {"solve a.lp b.lp", "'b.lp' is one argument too many\n" + solve},
+        {"solve --max-pivot 3 a.lp",
+         "solve has no option --max-pivot; did you mean --max-pivots?\n" + solve},
+        {"solve --sens=3 a.lp",
+         "solve has no option --sens; did you mean --sensitivity?\n" + solve},
+        {"solve -x a.lp", "solve has no option -x\n" + solve},
+        {"solve --time-limit -1 a.lp",
+         "--time-limit takes a number that is 0 or more, not '-1'\n" + solve},
+        {"solve --time-limit nan a.lp",
+         "--time-limit takes a number that is 0 or more, not 'nan'\n" + solve},
+        {"solve --max-pivots 1.5 a.lp",
+         "--max-pivots takes a whole number that is 0 or more, not '1.5'\n" + solve},
+        {"solve --max-pivots 99999999999999999999 a.lp",
+         "--max-pivots takes a whole number that is 0 or more, not '99999999999999999999'\n" +
+             solve},
+        {"solve --max-pivots", "--max-pivots needs a value: N\n" + solve},
+        {"solve --json=yes a.lp", "--json takes no value\n" + solve},
+        {"solve -o a -o b a.lp", "--output is given twice\n" + solve},
+        {"solve --sensitivity --float-only a.lp", "--sensitivity excludes --float-only\n" + solve},
+        {"convert --to mpsfixed a.lp",
+         "--to takes lp, mps, mps-fixed or mps-free, not 'mpsfixed'; did you mean mps-fixed?\n" +
+             convert},
+    };
+    for (const auto& [call, said] : calls)
+    {
+        const Outcome outcome = RunNuvlp(call);
+        EXPECT_EQ(outcome.err, "nuvlp: " + said) << call;
+        EXPECT_EQ(outcome.out, "") << call;
+        EXPECT_EQ(outcome.exitCode, 64) << call;
+    }
+}
+
+TEST(Help, FitsATerminal)
+{
+    for (const std::string& verb : Verbs())
+        for (const std::string& line : Matches(RunNuvlp(verb + " --help").out, "^(.*)$"))
+            EXPECT_LE(line.size(), 80U) << line;
 }
 
 TEST(Help, SaysWhatAnOptionTakesAndWhatHoldsWithoutIt)

@@ -61,6 +61,25 @@ TEST(ProveCommand, SaysWhenTimeRanOut)
     EXPECT_NE(outcome.out.find("\nverdict    undecided\n"), std::string::npos);
 }
 
+TEST(ProveCommand, WritesErrorsAsResultsForPrograms)
+{
+    const Outcome unknown = RunNuvlp("prove --json " + kFactory + " -", "chair 3\n");
+    EXPECT_EQ(unknown.out,
+              "{\"schema\":\"nuvlp/proof/1\",\"status\":\"error\","
+              "\"code\":\"claim.unknown-variable\",\"text\":\"the model has no variable 'chair'\","
+              "\"hint\":\"is this the solution of another model?\",\"file\":\"<stdin>\","
+              "\"line\":1,\"column\":1,\"warnings\":[]}\n");
+    EXPECT_EQ(unknown.exitCode, 65);
+    for (const auto& [arguments, code] :
+         {std::pair("none.lp -", "file.missing"), std::pair("- -", "usage"),
+          std::pair("textbook/wyndor.lp none.json", "file.missing"),
+          std::pair("--toleranse 0 a b", "usage")})
+        EXPECT_NE(RunNuvlp(std::string("prove --json ") + arguments)
+                      .out.find(std::string("\"status\":\"error\",\"code\":\"") + code + "\""),
+                  std::string::npos)
+            << arguments;
+}
+
 TEST(ProveCommand, HasAMessageForEveryKindOfBadInput)
 {
     const Outcome unknown = RunNuvlp("prove " + kFactory + " -", "chair 3\n");

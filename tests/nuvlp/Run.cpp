@@ -1,6 +1,7 @@
 // The shell does the redirection, as it does for users.
 #include "tests/nuvlp/Run.hpp"
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -63,15 +64,63 @@ std::string WriteScratch(const std::string& name, const std::string& text)
     return path;
 }
 
+namespace
+{
+
+/// The command with its streams in files.
+std::string CommandLine(const std::string& arguments)
+{
+    return "cd '" NUV_TEST_MODELS "' && exec '" NUVLP_COMMAND "' <'" + Scratch("stdin") + "' >'" +
+           Scratch("stdout") + "' 2>'" + Scratch("stderr") + "' " + arguments;
+}
+
+Outcome OutcomeOf(int status)
+{
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(Scratch("stdout")),
+            ReadFile(Scratch("stderr"))};
+}
+
+/// Whether a process is the command, no longer the shell, and has a handler for a signal, which
+/// Linux tells in a mask of bits.
+bool Handles(pid_t process, int signal)
+{
+    const std::string status = ReadFile("/proc/" + std::to_string(process) + "/status");
+    const std::size_t at = status.find("SigCgt:");
+    return status.starts_with("Name:\tnuvlp\n") && at != std::string::npos &&
+           (std::stoull(status.substr(at + 7), nullptr, 16) >> (signal - 1) & 1U) != 0;
+}
+
+}  // namespace
+
 Outcome RunNuvlp(const std::string& arguments, const std::string& input)
 {
-    const std::string in = WriteScratch("stdin", input);
-    const std::string out = Scratch("stdout");
-    const std::string err = Scratch("stderr");
-    const std::string command = "cd '" NUV_TEST_MODELS "' && '" NUVLP_COMMAND "' <'" + in + "' >'" +
-                                out + "' 2>'" + err + "' " + arguments;
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(out), ReadFile(err)};
+    (void)WriteScratch("stdin", input);
+    return OutcomeOf(std::system(CommandLine(arguments).c_str()));
+}
+
+Outcome InterruptNuvlp(const std::string& arguments, int signal)
+{
+    (void)WriteScratch("stdin", "");
+    const std::string line = CommandLine(arguments);
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        // Who runs the tests may have had it ignored.
+        (void)std::signal(signal, SIG_DFL);
+        (void)execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+        _exit(127);
+    }
+    int status = 0;
+    while (!Handles(child, signal))
+    {
+        // One that never handles it ends by itself.
+        if (waitpid(child, &status, WNOHANG) == child)
+            return OutcomeOf(status);
+        (void)usleep(1000);
+    }
+    (void)::kill(child, signal);
+    (void)waitpid(child, &status, 0);
+    return OutcomeOf(status);
 }
 
 }  // namespace nuvlp::test

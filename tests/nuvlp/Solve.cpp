@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <regex>
 
@@ -174,6 +175,45 @@ TEST(SolveCommand, StopsAtThePivotLimitAndTheTimeLimit)
     EXPECT_EQ(late.out.substr(0, late.out.find('\n')), "status     stopped by the time limit");
 }
 
+/// An assignment of 200 to 200, which takes long enough to be interrupted.
+std::string LongModel()
+{
+    constexpr int kSize = 200;
+    std::string costs;
+    std::string rows;
+    unsigned cost = 1;
+    for (int i = 0; i < kSize; ++i)
+    {
+        std::string from;
+        std::string to;
+        for (int j = 0; j < kSize; ++j)
+        {
+            cost = (1103515245U * cost + 12345U) % 2147483648U;
+            const std::string there = " + x" + std::to_string(i) + "_" + std::to_string(j);
+            costs += " + " + std::to_string((cost >> 8U) % 9999U) + there.substr(2);
+            from += there;
+            to += " + x" + std::to_string(j) + "_" + std::to_string(i);
+        }
+        rows.append(from).append(" = 1\n").append(to).append(" = 1\n");
+    }
+    return WriteScratch("long.lp", "min" + costs + "\nst\n" + rows + "end\n");
+}
+
+TEST(SolveCommand, WritesWhatIsKnownWhenASignalEndsIt)
+{
+    if (!std::filesystem::exists("/proc/self/status"))
+        GTEST_SKIP() << "there is no /proc";
+    const std::string model = LongModel();
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+    {
+        const Outcome outcome = InterruptNuvlp("solve --quiet " + model, signal);
+        EXPECT_EQ(outcome.exitCode, 4) << signal;
+        EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')),
+                  "status     stopped by an interrupt")
+            << signal;
+    }
+}
+
 TEST(SolveCommand, ShowsWarningsOnStandardErrorUnlessQuiet)
 {
     const std::string model = "max x\nst\n x <= 4\nbounds\n x <= -3\nend";
@@ -235,6 +275,35 @@ TEST(SolveCommand, HasAMessageForEveryKindOfBadInput)
     for (const char* text : {"max x\nst\nfoo\n x <= 3\nend", "max x\nst\n x <= nan\nend",
                              "max x\nst\n x <= 1e400\nend"})
         EXPECT_EQ(RunNuvlp("solve -", text).exitCode, 65) << text;
+}
+
+TEST(SolveCommand, WritesErrorsAsResultsForPrograms)
+{
+    const std::string path = WriteScratch("bad.lp", "max x\nst\n c1: x <= 4\n c1: x <= 5\nend\n");
+    const Outcome bad = RunNuvlp("solve --json " + path);
+    EXPECT_EQ(bad.out, "{\"schema\":\"nuvlp/result/1\",\"status\":\"error\","
+                       "\"code\":\"lp.duplicate-row\","
+                       "\"text\":\"a second row called 'c1'; the first is in line 3\","
+                       "\"hint\":\"give each row a name of its own\",\"file\":\"" +
+                           path + "\",\"line\":4,\"column\":2,\"warnings\":[]}\n");
+    EXPECT_EQ(bad.exitCode, 65);
+    EXPECT_NE(bad.err, "") << "people are told as well";
+    const Outcome missing = RunNuvlp("solve --json none.lp");
+    EXPECT_EQ(missing.out,
+              "{\"schema\":\"nuvlp/result/1\",\"status\":\"error\",\"code\":\"file.missing\","
+              "\"text\":\"there is no such file\",\"hint\":\"check the path\",\"file\":\"none.lp\","
+              "\"line\":null,\"column\":null,\"warnings\":[]}\n");
+    EXPECT_EQ(missing.exitCode, 66);
+    const std::string result = Scratch("error.json");
+    EXPECT_EQ(RunNuvlp("solve --json -o " + result + " none.lp").out, "");
+    EXPECT_EQ(ReadFile(result), missing.out) << "no older result is taken for this one's";
+    const Outcome usage = RunNuvlp("solve --json --max-pivot 3 a.lp");
+    EXPECT_NE(
+        usage.out.find("\"status\":\"error\",\"code\":\"usage\",\"text\":\"solve has no option "
+                       "--max-pivot; did you mean --max-pivots?\""),
+        std::string::npos)
+        << usage.out;
+    EXPECT_EQ(usage.exitCode, 64);
 }
 
 TEST(SolveCommand, TakesNumbersThatSinglePrecisionCannotHold)

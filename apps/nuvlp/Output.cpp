@@ -1,7 +1,8 @@
-#include "OutputFile.hpp"
+#include "Output.hpp"
 
-#include "Input.hpp"
+#include "Nuv/Model/JsonReport.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -52,6 +53,16 @@ bool IsWrittenAsItIs(const std::string& path)
 
 }  // namespace
 
+ExitCode WriteOutput(std::string_view text, ExitCode otherwise)
+{
+    errno = 0;
+    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+    if (std::fflush(stdout) == 0 && written)
+        return otherwise;
+    std::fprintf(stderr, "nuvlp: cannot write the result: %s\n", std::strerror(errno));
+    return ExitCode::CannotWrite;
+}
+
 ExitCode WriteTo(const std::string& path, std::string_view text, ExitCode otherwise)
 {
     if (path.empty() || path == "-")
@@ -79,6 +90,18 @@ ExitCode WriteTo(const std::string& path, std::string_view text, ExitCode otherw
     const std::string reason = error.message();
     std::filesystem::remove(beside, error);
     return Complain(path, reason.c_str());
+}
+
+ExitCode WriteError(const Output& output, std::string_view schema,
+                    std::span<const nuv::Diagnostic> diagnostics, ExitCode code)
+{
+    if (!output.json)
+        return code;
+    const auto found =
+        std::ranges::find(diagnostics, nuv::Severity::Error, &nuv::Diagnostic::severity);
+    return found == diagnostics.end()
+               ? code
+               : WriteTo(output.path, nuv::ErrorJson(schema, found->error, diagnostics), code);
 }
 
 }  // namespace nuvlp

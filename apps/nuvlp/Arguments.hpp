@@ -1,0 +1,71 @@
+/// The verbs of the command and what each takes, as one table of data: the parser obeys it, and
+/// help, completion and the manual are printed from it, so that they say what the command does.
+#pragma once
+
+#include "ExitCodes.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace nuvlp
+{
+
+/// Where the value of an option goes; what it points to outlives the parse. The type says what is
+/// accepted: a flag has no value, numbers are 0 or more.
+using Target = std::variant<std::monostate, bool*, std::string*, double*,
+                            std::optional<std::uint64_t>*, std::function<void(const std::string&)>>;
+
+struct Option
+{
+    std::vector<std::string> names;         ///< "-o", "--output"; of a positional its name alone
+    std::string value = {};                 ///< what it takes: "RESULT", "N"; empty for a flag
+    std::string text;                       ///< what it does
+    Target target;                          ///< nowhere for --help and --version
+    std::vector<std::string> choices = {};  ///< if it takes one of these words only
+    std::string standard = {};              ///< what holds without it, if that is worth saying
+    std::string excludes = {};              ///< an option that contradicts it
+
+    [[nodiscard]] bool TakesFile() const;
+};
+
+struct Verb
+{
+    std::string name;
+    std::string text;
+    std::vector<Option> positionals = {};  ///< all of them required, in this order
+    std::vector<Option> options = {};      ///< besides --help
+    std::function<ExitCode()> run = {};
+    std::string schema = {};  ///< of what it writes with --json, if it has that
+
+    void Add(std::vector<Option> more);
+};
+
+struct Command
+{
+    std::string name;
+    std::string version;
+    std::string text;
+    std::vector<Verb> verbs;
+};
+
+/// What stands before any verb: --help and --version.
+[[nodiscard]] std::vector<Option> CommandOptions();
+
+/// --help, and what the verb has of its own.
+[[nodiscard]] std::vector<Option> OptionsOf(const Verb& verb);
+
+/// "RESULT", "lp|mps", or "" for a flag.
+[[nodiscard]] std::string ValueWords(const Option& option);
+
+/// Runs the verb that the arguments name, with its targets filled. Help and version go to stdout;
+/// what is wrong with a call goes to stderr, with a hint where one can be given, and is a result as
+/// well where `--json` asks a verb for that.
+/// @return what the verb returned, Success after help, or Usage.
+[[nodiscard]] ExitCode RunCommand(const Command& command, int argc, char** argv);
+
+}  // namespace nuvlp

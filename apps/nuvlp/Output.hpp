@@ -1,0 +1,37 @@
+/// Output that is either there in full or not at all.
+#pragma once
+
+#include "ExitCodes.hpp"
+
+#include "Nuv/Model/Diagnostics.hpp"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace nuvlp
+{
+
+/// Where a verb writes, and whether that is for programs.
+struct Output
+{
+    std::string path;
+    bool json = false;
+};
+
+/// Writes to stdout and makes sure that it arrived.
+/// @return CannotWrite, with a message on stderr, or else `otherwise`.
+[[nodiscard]] ExitCode WriteOutput(std::string_view text, ExitCode otherwise);
+
+/// Writes `text` to the file at `path`, or to stdout if that is empty or "-". A file is written
+/// beside its place and then put there, so that an old one stays until the new one is whole.
+/// @return CannotWrite, with a message on stderr, or else `otherwise`.
+[[nodiscard]] ExitCode WriteTo(const std::string& path, std::string_view text, ExitCode otherwise);
+
+/// What a verb does about an error that people have been told of: with --json the error is a result
+/// of the schema, in the place of the one that was asked for.
+/// @return CannotWrite or `code`.
+[[nodiscard]] ExitCode WriteError(const Output& output, std::string_view schema,
+                                  std::span<const nuv::Diagnostic> diagnostics, ExitCode code);
+
+}  // namespace nuvlp
