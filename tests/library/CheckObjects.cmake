@@ -4,28 +4,23 @@
 # all of them are together, and none runs code before main.
 cmake_minimum_required(VERSION 3.22)
 
-# The names that `nm` with the flags given knows in the object.
-function(names_of object result)
+# The names that `nm` with the flags given knows in the objects.
+function(names_of result)
     execute_process(
-        COMMAND ${NM} ${ARGN} --format=posix ${object} OUTPUT_VARIABLE symbols
+        COMMAND ${NM} ${ARGN} --format=posix ${OBJECTS} OUTPUT_VARIABLE symbols
         COMMAND_ERROR_IS_FATAL ANY)
     string(REGEX REPLACE " [^\n]*\n" ";" symbols "${symbols}")
+    string(REGEX REPLACE "[^\n;]*:\n" "" symbols "${symbols}")  # the objects' own names
     set(${result} ${symbols} PARENT_SCOPE)
 endfunction()
 
-set(undefined)
-set(defined)
-foreach(object IN LISTS OBJECTS)
-    names_of(${object} names -u)
-    list(APPEND undefined ${names})
-    names_of(${object} names --defined-only --extern-only)
-    list(APPEND defined ${names})
-    execute_process(
-        COMMAND ${OBJDUMP} -h ${object} OUTPUT_VARIABLE sections COMMAND_ERROR_IS_FATAL ANY)
-    if(sections MATCHES "\\.(init_array|ctors|fini_array|dtors)")
-        message(SEND_ERROR "${object} runs code before or after main: ${CMAKE_MATCH_0}")
-    endif()
-endforeach()
+names_of(undefined -u)
+names_of(defined --defined-only --extern-only)
+execute_process(
+    COMMAND ${OBJDUMP} -h ${OBJECTS} OUTPUT_VARIABLE sections COMMAND_ERROR_IS_FATAL ANY)
+if(sections MATCHES "\\.(init_array|ctors|fini_array|dtors)")
+    message(SEND_ERROR "an object runs code before or after main: ${CMAKE_MATCH_0}")
+endif()
 
 list(REMOVE_DUPLICATES undefined)
 if(NOT "free" IN_LIST undefined AND NOT "memcpy" IN_LIST undefined)
