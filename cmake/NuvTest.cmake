@@ -2,7 +2,9 @@
 #
 # One test program for one subject, and one ctest entry of the same name that runs all of it. Label a
 # subject `valgrind` when it is to run under memcheck as well, which costs about 30 times its time:
-# that is one more entry, `<name>_memcheck`, which only `ctest -C memcheck -L memcheck` runs.
+# that is one more entry, `<name>_memcheck`, which only `ctest -C memcheck -L memcheck` runs. Each entry
+# carries the name of its folder under tests/ as a label as well: `ctest -LE core` runs what a change above
+# the core can break.
 find_program(NUV_VALGRIND valgrind)
 
 # Random cases run in full in an ordinary build; where each takes many times as long, a share of them.
@@ -60,7 +62,11 @@ function(nuv_test name)
     endif()
     nuv_test_flags(${target})
     add_test(NAME ${name} COMMAND ${target} --gtest_brief=1)
-    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+    file(RELATIVE_PATH room ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
+    string(REGEX REPLACE "/.*" "" room "${room}")
+    # The longest begin first, so that none is left over when the others are done.
+    set_tests_properties(
+        ${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} LABELS "${room};${arg_LABELS}")
     if(NUV_IS_SANITIZED)
         set_tests_properties(${name} PROPERTIES ENVIRONMENT ${NUV_SHARE_UNDER_TOOLS})
     endif()
