@@ -336,47 +336,10 @@ TEST_P(StorageOfFamilies, ASolveLeavesWhatItsPivotsSay)
     ForEachModel(GetParam(), 0x570A6E, 200, CompareLeftovers);
 }
 
-/// A second solve must ask for a workspace in each phase besides what it leaves behind.
-void CompareRequests(const Problem& problem)
-{
-    TestAllocator allocator;
-    allocator.AcceptLeftBlocks();
-    CoreModel model(problem, allocator);
-    if (model.SolveMonitored(pivotLimit).status != Status::Ok)
-        return;
-    const std::size_t requests = allocator.Requests();
-    const std::size_t blocks = allocator.LiveBlocks();
-    (void)model.SolveMonitored(pivotLimit);
-    const bool hasPhaseI = NuvRevisedSimplexIsPhaseIRequired(&model.lp) == NUV_TRUE;
-    EXPECT_EQ(allocator.Requests() - requests - (allocator.LiveBlocks() - blocks),
-              hasPhaseI ? 2U : 1U);
-}
-
-class StorageOfTameFamilies : public testing::TestWithParam<Family>
-{
-};
-
-// The literal road would take a workspace of its own.
-TEST_P(StorageOfTameFamilies, ASecondSolveAsksBesidesForAWorkspaceInEachPhaseAlone)
-{
-    ForEachModel(GetParam(), 0x40AD, 80, CompareRequests);
-}
-
 std::string NameOfFamily(const testing::TestParamInfo<Family>& family)
 {
     return NameOf(family.param);
 }
 
-std::vector<Family> TameFamilies()
-{
-    std::vector<Family> tame;
-    for (const Family family : Families())
-        if (IsTame(family))
-            tame.push_back(family);
-    return tame;
-}
-
 INSTANTIATE_TEST_SUITE_P(Families, StorageOfFamilies, testing::ValuesIn(Families()), NameOfFamily);
-INSTANTIATE_TEST_SUITE_P(Families, StorageOfTameFamilies, testing::ValuesIn(TameFamilies()),
-                         NameOfFamily);
 }  // namespace

@@ -2,10 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <vector>
 
-#include "Nuv/Utils/NuvScratchAllocator.h"
 #include "tests/support/SmallModel.hpp"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
@@ -65,45 +63,6 @@ TEST_F(Monitor, PivotsAreNumberedFromOneThroughBothPhases)
               NUV_LINEARPROGRAMMINGRESULTTYPE_Ok);
     EXPECT_EQ(recorder.pivots.size(), 3U);
     EXPECT_TRUE(recorder.isNumberedInOrder);
-}
-
-/// Hands out blocks that begin a quarter into a line of the cache.
-struct AskewHeap
-{
-    static constexpr std::size_t line = 64;
-
-    NuvAllocator allocator = {
-        [](NuvAllocator*, NuvSizeT size) -> void*
-        {
-            const std::size_t lines = static_cast<std::size_t>(size) / line + 2;
-            return static_cast<char*>(std::aligned_alloc(line, lines * line)) + line / 4;
-        },
-        [](NuvAllocator*, void* memory, NuvSizeT)
-        { std::free(static_cast<char*>(memory) - line / 4); },
-        UINT64_MAX, nullptr};
-};
-
-TEST_F(Monitor, TheArraysThatItLendsBeginOnLinesOfTheCache)
-{
-    AskewHeap heap;
-    NuvScratchAllocator scratch;
-    NuvScratchAllocatorConstruct(&scratch, &heap.allocator);
-    for (NuvAllocator* const blocks : {&heap.allocator, NuvScratchAllocatorGetAllocator(&scratch)})
-    {
-        // What a solve leaves with the heap itself stays there, so that it makes no pivot.
-        CoreModel model(TwoPhases(), blocks);
-        NuvLinearProgrammingMonitor monitor = {
-            [](NuvLinearProgrammingMonitor*, const NuvLinearProgrammingPivot* pivot) -> NuvBool
-            {
-                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pivot->basic) % AskewHeap::line, 0U);
-                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pivot->values) % AskewHeap::line, 0U);
-                return NUV_FALSE;
-            },
-            nullptr};
-        EXPECT_EQ(NuvLinearProgrammingSolveMonitored(&model.lp, &monitor),
-                  NUV_LINEARPROGRAMMINGRESULTTYPE_Stopped);
-    }
-    NuvScratchAllocatorDestruct(&scratch);
 }
 
 TEST_F(Monitor, EndsTheSolveAtAnyPivotAndLeavesTheResultsOfTheEarlierOne)

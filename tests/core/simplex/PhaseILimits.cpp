@@ -16,8 +16,9 @@ TEST(PhaseI, OneColumnMoreThan32BitsCountIsRefusedBeforeAnythingIsRead)
     lp.numConstraints = 0xFFFF;
     lp.numVars = 2;
     const std::size_t requests = allocator.Requests();
-    EXPECT_EQ(nuv::SolvePhaseI(&lp, nullptr, nullptr),
-              NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput);
+    nuv::SolveWatch watch = {nullptr, 0, nuv::KernelsOfThisMachine()};
+    const nuv::StandardFormFacts facts = {false, 0};
+    EXPECT_EQ(nuv::SolvePhaseI(&lp, &watch, &facts), NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput);
     EXPECT_EQ(allocator.Requests(), requests);
     NuvLinearProgrammingDestruct(&lp);
 }
