@@ -101,7 +101,7 @@ bool ExactFactors::SolveForward(const ScaledVector& rightSide, ExactVector& solu
         m_forward =
             std::make_unique<PadicLifting>(m_columns, *m_factors, PadicLifting::Side::Forward);
     }
-    return m_forward->Solve(rightSide, solution, watch);
+    return m_forward->Solve(rightSide, solution, [&watch] { return watch.TimeIsUp(); });
 }
 
 bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& solution, Watch& watch)
@@ -111,7 +111,7 @@ bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& sol
         m_backward = std::make_unique<PadicLifting>(Transposed(m_columns, m_exact.form.rows),
                                                     *m_factors, PadicLifting::Side::Backward);
     }
-    return m_backward->Solve(rightSide, solution, watch);
+    return m_backward->Solve(rightSide, solution, [&watch] { return watch.TimeIsUp(); });
 }
 
 }  // namespace nuv

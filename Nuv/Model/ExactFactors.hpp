@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Nuv/Model/ExactForm.hpp"
+#include "Nuv/Model/Limits.hpp"
 #include "Nuv/Model/PadicLifting.hpp"
 
 #include <memory>

@@ -94,7 +94,7 @@ Integer PadicLifting::AssembleCombination() const
     return Assemble(digit, 0, m_steps);
 }
 
-bool PadicLifting::Reconstruct(ExactVector& solution, Watch& watch)
+bool PadicLifting::Reconstruct(ExactVector& solution, const StopPredicate& stop)
 {
     ExtendPowers(m_steps);
     solution.numerator.assign(m_size, Integer(0));
@@ -122,7 +122,7 @@ bool PadicLifting::Reconstruct(ExactVector& solution, Watch& watch)
             const std::size_t digits = pass == 2 ? m_steps : DigitsFor(solution.denominator);
             fewest = std::min(fewest, digits);
             if (!ReconstructOne(k, digits, solution, denominators) ||
-                (k % 16 == 15 && watch.TimeIsUp()))
+                (k % 16 == 15 && stop()))
                 return false;
         }
         for (Index k = 0; k < m_size; ++k)

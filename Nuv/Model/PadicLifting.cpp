@@ -126,7 +126,7 @@ std::size_t PadicLifting::AppendEntry(Index equation, const ExactNumber& coeffic
     return bits;
 }
 
-bool PadicLifting::Solve(const ScaledVector& rightSide, ExactVector& solution, Watch& watch)
+bool PadicLifting::Solve(const ScaledVector& rightSide, ExactVector& solution, const StopPredicate& stop)
 {
     LoadResidual(rightSide);
     m_digits.clear();
@@ -135,14 +135,14 @@ bool PadicLifting::Solve(const ScaledVector& rightSide, ExactVector& solution, W
     std::size_t attempt = 1;
     for (;;)
     {
-        if (m_steps % 16 == 15 && watch.TimeIsUp())
+        if (m_steps % 16 == 15 && stop())
             return false;
         AppendDigits();
         if (m_steps < attempt && !m_exhausted)
             continue;
-        if (Reconstruct(solution, watch))
+        if (Reconstruct(solution, stop))
             break;
-        if (watch.TimeIsUp())
+        if (stop())
             return false;
         attempt = m_steps + 1 + m_steps / 3;
     }

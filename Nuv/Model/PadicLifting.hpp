@@ -4,16 +4,19 @@
 /// accepted only if numbers of its size cannot satisfy it modulo p^k and not over the rationals.
 #pragma once
 
-#include "Nuv/Model/Limits.hpp"
-#include "Nuv/Model/Proof.hpp"
-#include "Nuv/Model/SparseLu.hpp"
+#include "Nuv/Model/ExactVector.hpp"
 #include "Nuv/Model/PrimeField.hpp"
+#include "Nuv/Model/SparseLu.hpp"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace nuv
 {
+
+/// Asked now and then by what takes long; true ends it.
+using StopPredicate = std::function<bool()>;
 
 /// Integers times a common scale.
 struct ScaledVector
@@ -36,8 +39,8 @@ public:
     PadicLifting(const SparseVectors<ExactNumber>& unknowns, const SparseLu<PrimeField>& factors,
                  Side side);
 
-    /// @return false if the watch stopped it.
-    [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution, Watch& watch);
+    /// @return false if `stop` ended it.
+    [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution, const StopPredicate& stop);
 
 private:
     [[nodiscard]] std::size_t AppendEntry(Index equation, const ExactNumber& coefficient);
@@ -51,7 +54,7 @@ private:
     [[nodiscard]] Integer AssembleCombination() const;
     [[nodiscard]] std::size_t Margin() const noexcept;
     void ExtendPowers(std::size_t count);
-    [[nodiscard]] bool Reconstruct(ExactVector& solution, Watch& watch);
+    [[nodiscard]] bool Reconstruct(ExactVector& solution, const StopPredicate& stop);
     [[nodiscard]] std::size_t DigitsFor(const Integer& denominator) const;
     [[nodiscard]] const Integer& ModulusOf(std::size_t digits);
     [[nodiscard]] bool ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution,

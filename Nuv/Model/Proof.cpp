@@ -222,20 +222,6 @@ std::string CheckUnbounded(const LinearForm& form, const Checker& checker, const
 
 }  // namespace
 
-void Reduce(ExactVector& vector, Integer factor)
-{
-    for (const Integer& numerator : vector.numerator)
-    {
-        if (factor == 1)
-            return;
-        if (numerator != 0)
-            factor = boost::multiprecision::gcd(factor, numerator);
-    }
-    vector.denominator /= factor;
-    for (Integer& numerator : vector.numerator)
-        numerator /= factor;
-}
-
 std::string CheckProof(const LinearForm& form, const Proof& proof)
 {
     const Checker checker(form);

@@ -12,8 +12,8 @@
 #pragma once
 
 #include "Nuv/Model/Basis.hpp"
+#include "Nuv/Model/ExactVector.hpp"
 #include "Nuv/Model/Limits.hpp"
-#include "Nuv/Model/Rational.hpp"
 
 #include <cstdint>
 #include <string>
@@ -21,26 +21,6 @@
 
 namespace nuv
 {
-
-/// Rationals over one positive denominator.
-struct ExactVector
-{
-    std::vector<Integer> numerator;
-    Integer denominator = 1;
-
-    [[nodiscard]] Rational At(Index k) const
-    {
-        return Rational(numerator[k], denominator);
-    }
-    [[nodiscard]] double Approximately(Index k) const
-    {
-        return QuotientToDouble(numerator[k], denominator);
-    }
-};
-
-/// Divides numerators and denominator by the largest divisor of `factor` common to all;
-/// `factor` divides the denominator.
-void Reduce(ExactVector& vector, Integer factor);
 
 enum class ProofStatus : std::uint8_t
 {

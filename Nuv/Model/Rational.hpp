@@ -9,7 +9,7 @@
 #include <boost/multiprecision/cpp_int.hpp>
 #endif
 
-#include "Nuv/Model/LinearForm.hpp"
+#include "Nuv/Model/Numbers.hpp"
 
 #include <cstdint>
 #include <string>

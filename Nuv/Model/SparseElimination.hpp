@@ -4,7 +4,7 @@
 /// each unfinished row and column is in the list of its count.
 #pragma once
 
-#include "Nuv/Model/LinearForm.hpp"
+#include "Nuv/Model/SparseMatrix.hpp"
 
 #include <limits>
 #include <vector>

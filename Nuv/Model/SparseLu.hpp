@@ -7,7 +7,7 @@
 /// positions, SolveBackward the reverse.
 #pragma once
 
-#include "Nuv/Model/LinearForm.hpp"
+#include "Nuv/Model/SparseMatrix.hpp"
 
 #include <utility>
 #include <vector>
