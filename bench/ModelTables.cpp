@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "Nuv/Model/JsonReport.hpp"
+#include "Nuv/Report/JsonReport.hpp"
 
 namespace bench
 {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Nuv/Model/Solution.hpp"
+#include "Nuv/Solve/Solution.hpp"
 #include "tests/support/KnownModels.hpp"
 
 namespace bench

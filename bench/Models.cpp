@@ -18,7 +18,7 @@
 #include "bench/ModelTables.hpp"
 #include "bench/Stopwatch.hpp"
 
-#include "Nuv/Model/ModelFile.hpp"
+#include "Nuv/Io/ModelFile.hpp"
 
 namespace bench
 {

@@ -4,12 +4,12 @@
 //
 //     bench_read_models                the generated models, a hundred megabytes in all
 //     bench_read_models model.mps...   these files as well
-#include "Nuv/Model/LpReader.hpp"
-#include "Nuv/Model/LpWriter.hpp"
-#include "Nuv/Model/ModelFile.hpp"
-#include "Nuv/Model/MpsReader.hpp"
-#include "Nuv/Model/MpsWriter.hpp"
-#include "Nuv/Model/TextFile.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
+#include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Io/Mps/MpsReader.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
+#include "Nuv/Io/TextFile.hpp"
 
 #include <benchmark/benchmark.h>
 

@@ -38,7 +38,7 @@ nuv_test_flags(nuv_test_precompiled)
 # The same for tests of the model layer, with what that layer reads.
 add_library(nuv_test_precompiled_model STATIC ${PROJECT_SOURCE_DIR}/tests/support/Precompiled.cpp)
 target_link_libraries(nuv_test_precompiled_model PRIVATE GTest::gtest Nuv::Model)
-target_precompile_headers(nuv_test_precompiled_model PRIVATE <gtest/gtest.h> <Nuv/Model/Solution.hpp>)
+target_precompile_headers(nuv_test_precompiled_model PRIVATE <gtest/gtest.h> <Nuv/Solve/Solution.hpp>)
 nuv_test_flags(nuv_test_precompiled_model)
 
 function(nuv_test name)

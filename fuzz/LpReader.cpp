@@ -1,6 +1,6 @@
 // Any bytes given to the LP reader, as a user's file may be: it ends with a model or with an error
 // that has a place, and a model survives both formats.
-#include "Nuv/Model/LpReader.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
 
 #include "fuzz/RoundTrip.hpp"
 #include "fuzz/Target.hpp"

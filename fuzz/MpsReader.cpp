@@ -1,6 +1,6 @@
 // Any bytes given to the MPS reader, in the form that it finds and in both that can be forced: it
 // ends with a model or with an error that has a place, and a model survives both formats.
-#include "Nuv/Model/MpsReader.hpp"
+#include "Nuv/Io/Mps/MpsReader.hpp"
 
 #include "fuzz/RoundTrip.hpp"
 #include "fuzz/Target.hpp"

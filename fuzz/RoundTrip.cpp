@@ -1,10 +1,10 @@
 // The way of a model through both writers and back.
 #include "fuzz/RoundTrip.hpp"
 
-#include "Nuv/Model/LpReader.hpp"
-#include "Nuv/Model/LpWriter.hpp"
-#include "Nuv/Model/MpsReader.hpp"
-#include "Nuv/Model/MpsWriter.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
+#include "Nuv/Io/Mps/MpsReader.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
 #include "tests/model/SameModel.hpp"
 
 #include <gtest/gtest.h>

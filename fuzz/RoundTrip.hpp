@@ -2,7 +2,7 @@
 #ifndef FUZZ_ROUNDTRIP_HPP
 #define FUZZ_ROUNDTRIP_HPP
 
-#include "Nuv/Model/Reading.hpp"
+#include "Nuv/Io/Reading.hpp"
 
 namespace fuzz
 {

@@ -90,7 +90,7 @@ public:
     /// number can keep: the setters for readers take any.
     [[nodiscard]] std::optional<Error> FindFault() const;
 
-    /// Solves and proves; include Nuv/Model/Solution.hpp for what comes back.
+    /// Solves and proves; include Nuv/Solve/Solution.hpp for what comes back.
     [[nodiscard]] Solution Solve() const;
     [[nodiscard]] Solution Solve(const SolveOptions& options) const;
 

@@ -6,7 +6,7 @@
 #include "Nearest.hpp"
 #include "Output.hpp"
 
-#include "Nuv/Model/JsonReport.hpp"
+#include "Nuv/Report/JsonReport.hpp"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

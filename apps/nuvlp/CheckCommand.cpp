@@ -3,8 +3,8 @@
 #include "Input.hpp"
 #include "Output.hpp"
 
-#include "Nuv/Model/Lowering.hpp"
-#include "Nuv/Model/ModelForm.hpp"
+#include "Nuv/Solve/CanonicalForm.hpp"
+#include "Nuv/Solve/ModelForm.hpp"
 
 #include <fmt/format.h>
 

@@ -3,9 +3,9 @@
 #include "Input.hpp"
 #include "Output.hpp"
 
-#include "Nuv/Model/LpWriter.hpp"
-#include "Nuv/Model/ModelFile.hpp"
-#include "Nuv/Model/MpsWriter.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
+#include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
 
 #include <cstdio>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "Input.hpp"
 
-#include "Nuv/Model/ModelFile.hpp"
+#include "Nuv/Io/ModelFile.hpp"
 
 #include <cstdio>
 #include <cstdlib>

@@ -3,7 +3,7 @@
 
 #include "Arguments.hpp"
 
-#include "Nuv/Model/Reading.hpp"
+#include "Nuv/Io/Reading.hpp"
 
 #include <string>
 #include <vector>

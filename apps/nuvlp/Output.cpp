@@ -1,6 +1,6 @@
 #include "Output.hpp"
 
-#include "Nuv/Model/JsonReport.hpp"
+#include "Nuv/Report/JsonReport.hpp"
 
 #include <algorithm>
 #include <cerrno>

@@ -3,7 +3,7 @@
 
 #include "ExitCodes.hpp"
 
-#include "Nuv/Model/Diagnostics.hpp"
+#include "Nuv/Io/Diagnostics.hpp"
 
 #include <span>
 #include <string>

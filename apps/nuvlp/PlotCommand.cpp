@@ -4,7 +4,7 @@
 #include "Interrupts.hpp"
 #include "Output.hpp"
 
-#include "Nuv/Model/Picture.hpp"
+#include "apps/nuvlp/plot/Picture.hpp"
 
 #include <memory>
 

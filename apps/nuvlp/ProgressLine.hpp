@@ -1,7 +1,7 @@
 /// A line on the terminal that says how far a solve is, and is gone when the solve is over.
 #pragma once
 
-#include "Nuv/Model/Solution.hpp"
+#include "Nuv/Solve/Solution.hpp"
 
 #include <cstddef>
 #include <string>

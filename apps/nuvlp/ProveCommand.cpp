@@ -1,12 +1,12 @@
 // nuvlp prove MODEL SOLUTION: checks what a solution file says about a model.
-#include "ClaimText.hpp"
+#include "Nuv/Report/ClaimText.hpp"
 #include "Commands.hpp"
 #include "Input.hpp"
 #include "Interrupts.hpp"
 #include "Output.hpp"
 
-#include "Nuv/Model/ClaimReader.hpp"
-#include "Nuv/Model/TextFile.hpp"
+#include "Nuv/Io/TextFile.hpp"
+#include "Nuv/Report/ClaimReader.hpp"
 
 #include <cstdio>
 #include <map>

@@ -4,11 +4,11 @@
 #include "Interrupts.hpp"
 #include "Output.hpp"
 #include "ProgressLine.hpp"
-#include "TextReport.hpp"
+#include "Nuv/Report/TextReport.hpp"
 
-#include "Nuv/Model/FloatSolve.hpp"
-#include "Nuv/Model/JsonReport.hpp"
-#include "Nuv/Model/Solution.hpp"
+#include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Solve/FloatSolve.hpp"
+#include "Nuv/Solve/Solution.hpp"
 
 #include <limits>
 #include <memory>

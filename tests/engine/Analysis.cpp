@@ -3,9 +3,9 @@
 #include "tests/engine/BruteForce.hpp"
 #include "tests/engine/Forms.hpp"
 
-#include "Nuv/Model/Conflict.hpp"
-#include "Nuv/Model/Pipeline.hpp"
-#include "Nuv/Model/Sensitivity.hpp"
+#include "Nuv/Exact/CertifiedSolve.hpp"
+#include "Nuv/Exact/Iis.hpp"
+#include "Nuv/Exact/Ranging.hpp"
 #include "tests/support/Effort.hpp"
 
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 /// The exact numbers and the factorisations, each against a plainer evaluation.
 #include "tests/engine/Forms.hpp"
 
-#include "Nuv/Model/ExactFactors.hpp"
-#include "Nuv/Model/PadicLifting.hpp"
-#include "Nuv/Model/RationalField.hpp"
-#include "Nuv/Model/RealField.hpp"
-#include "Nuv/Model/SparseLu.hpp"
+#include "Nuv/Algebra/DixonSolver.hpp"
+#include "Nuv/Algebra/RationalField.hpp"
+#include "Nuv/Algebra/RealField.hpp"
+#include "Nuv/Algebra/SparseLu.hpp"
+#include "Nuv/Exact/ExactFactors.hpp"
 #include "tests/support/Effort.hpp"
 
 #include <gtest/gtest.h>

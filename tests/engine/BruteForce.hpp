@@ -2,7 +2,7 @@
 /// shares no code and no idea with the engine: no pivoting, no duals.
 #pragma once
 
-#include "Nuv/Model/LinearForm.hpp"
+#include "Nuv/SparseSimplex/BoundedForm.hpp"
 
 #include <cstdint>
 #include <optional>

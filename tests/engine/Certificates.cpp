@@ -2,7 +2,7 @@
 /// a solve into an outcome that claims nothing.
 #include "tests/engine/Forms.hpp"
 
-#include "Nuv/Model/Pipeline.hpp"
+#include "Nuv/Exact/CertifiedSolve.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 /// Small linear forms for the engine's tests: stated densely, or drawn from a seeded generator.
 #pragma once
 
-#include "Nuv/Model/LinearForm.hpp"
+#include "Nuv/SparseSimplex/BoundedForm.hpp"
 
 #include <cstdint>
 #include <limits>

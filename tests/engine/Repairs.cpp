@@ -2,10 +2,10 @@
 /// through the magnifying glass, and the programs whose optima prove that there is none.
 #include "tests/engine/Forms.hpp"
 
-#include "Nuv/Model/Auxiliary.hpp"
-#include "Nuv/Model/DoubleSimplex.hpp"
-#include "Nuv/Model/DualSimplex.hpp"
-#include "Nuv/Model/Pipeline.hpp"
+#include "Nuv/Exact/Auxiliary.hpp"
+#include "Nuv/Exact/CertifiedSolve.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
+#include "Nuv/SparseSimplex/DualSimplex.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include "tests/engine/BruteForce.hpp"
 #include "tests/engine/Forms.hpp"
 
-#include "Nuv/Model/Pipeline.hpp"
+#include "Nuv/Exact/CertifiedSolve.hpp"
 #include "tests/support/Effort.hpp"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // What a solution file claims, read and judged.
-#include "Nuv/Model/ClaimCheck.hpp"
-#include "Nuv/Model/ClaimReader.hpp"
-#include "Nuv/Model/JsonReport.hpp"
+#include "Nuv/Report/ClaimCheck.hpp"
+#include "Nuv/Report/ClaimReader.hpp"
+#include "Nuv/Report/JsonReport.hpp"
 #include "tests/model/LpText.hpp"
 
 #include <gtest/gtest.h>

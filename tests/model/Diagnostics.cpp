@@ -1,5 +1,5 @@
 // How places and lines are shown: what a person sees on the terminal, byte by byte.
-#include "Nuv/Model/Diagnostics.hpp"
+#include "Nuv/Io/Diagnostics.hpp"
 
 #include <gtest/gtest.h>
 

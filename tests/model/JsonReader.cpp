@@ -1,6 +1,6 @@
 // JSON read by the letter of its standard, with the place of whatever does not keep to it.
-#include "Nuv/Model/JsonReader.hpp"
-#include "Nuv/Model/JsonWriter.hpp"
+#include "Nuv/Report/JsonReader.hpp"
+#include "Nuv/Report/JsonWriter.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The JSON of a result: its shape for each verdict, read back by the strict reader.
-#include "Nuv/Model/FloatSolve.hpp"
-#include "Nuv/Model/JsonReader.hpp"
-#include "Nuv/Model/JsonReport.hpp"
+#include "Nuv/Report/JsonReader.hpp"
+#include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Solve/FloatSolve.hpp"
 #include "tests/model/LpText.hpp"
 
 #include <gtest/gtest.h>

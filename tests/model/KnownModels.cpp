@@ -2,7 +2,7 @@
 /// exact optimum has their digits. The numbers are taken as they are written, as theirs were.
 #include "tests/support/KnownModels.hpp"
 
-#include "Nuv/Model/ModelFile.hpp"
+#include "Nuv/Io/ModelFile.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Lowering and lifting: one is the other's inverse, and neither changes what a point satisfies.
-#include "Nuv/Model/Lowering.hpp"
-#include "Nuv/Model/ModelForm.hpp"
+#include "Nuv/Solve/CanonicalForm.hpp"
+#include "Nuv/Solve/ModelForm.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Real files: those of other programs' tests, each read or refused as it should be, and the models
 // of the textbooks.
-#include "Nuv/Model/LpReader.hpp"
-#include "Nuv/Model/TextFile.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/TextFile.hpp"
 
 #include <gtest/gtest.h>
 

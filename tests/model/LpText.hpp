@@ -2,7 +2,7 @@
 /// line.
 #pragma once
 
-#include "Nuv/Model/LpReader.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
 
 #include <string>
 #include <string_view>

@@ -1,10 +1,10 @@
 // Damaged files: cut off anywhere, with bits flipped, lines lost, doubled and swapped. Whatever
 // comes out is a model or an error with a place, never a crash or a wait; what is read can be
 // written and read again.
-#include "Nuv/Model/LpWriter.hpp"
-#include "Nuv/Model/ModelFile.hpp"
-#include "Nuv/Model/MpsWriter.hpp"
-#include "Nuv/Model/TextFile.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
+#include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
+#include "Nuv/Io/TextFile.hpp"
 #include "tests/model/Generator.hpp"
 #include "tests/model/MpsText.hpp"
 #include "tests/model/SameModel.hpp"

@@ -1,7 +1,7 @@
 // Files of other programs, as they are: each is read with the size that it has, or refused at the
 // line that is wrong. The netlib models have their sizes beside them.
-#include "Nuv/Model/ModelFile.hpp"
-#include "Nuv/Model/TextFile.hpp"
+#include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Io/TextFile.hpp"
 #include "tests/model/MpsText.hpp"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Fixed or free: how a file is told apart, and what forcing one of them does.
-#include "Nuv/Model/ModelFile.hpp"
+#include "Nuv/Io/ModelFile.hpp"
 #include "tests/model/MpsText.hpp"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 /// test can state in one line.
 #pragma once
 
-#include "Nuv/Model/MpsReader.hpp"
+#include "Nuv/Io/Mps/MpsReader.hpp"
 #include "tests/model/LpText.hpp"
 
 #include <string>

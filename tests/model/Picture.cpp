@@ -1,6 +1,6 @@
 // The pictures, byte for byte against files that were rendered and looked at.
-#include "Nuv/Model/Picture.hpp"
-#include "Nuv/Model/Svg.hpp"
+#include "apps/nuvlp/plot/Picture.hpp"
+#include "apps/nuvlp/plot/Svg.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The solve as a whole: its stages agree, signs are as stated, and nothing is claimed without
 // proof.
-#include "Nuv/Model/Solution.hpp"
+#include "Nuv/Solve/Solution.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Files of every kind that a path may lead to.
-#include "Nuv/Model/TextFile.hpp"
+#include "Nuv/Io/TextFile.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // What fuzzing found in the writers: models that were written in words that the readers took for
 // another model.
-#include "Nuv/Model/LpReader.hpp"
-#include "Nuv/Model/LpWriter.hpp"
-#include "Nuv/Model/MpsReader.hpp"
-#include "Nuv/Model/MpsWriter.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
+#include "Nuv/Io/Mps/MpsReader.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
 #include "tests/model/SameModel.hpp"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // What the writers write reads back as the model it was, bit for bit, and crossing from one format
 // to the other and back changes nothing.
-#include "Nuv/Model/LpReader.hpp"
-#include "Nuv/Model/LpWriter.hpp"
-#include "Nuv/Model/ModelFile.hpp"
-#include "Nuv/Model/MpsReader.hpp"
-#include "Nuv/Model/MpsWriter.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
+#include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Io/Mps/MpsReader.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
 #include "tests/model/MpsText.hpp"
 #include "tests/model/RandomModel.hpp"
 #include "tests/model/SameModel.hpp"

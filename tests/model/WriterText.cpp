@@ -1,11 +1,11 @@
 // What the writers write, to the letter: two small models against files that were looked at, and
 // each thing that a format does not hold.
-#include "Nuv/Model/LpReader.hpp"
-#include "Nuv/Model/LpWriter.hpp"
-#include "Nuv/Model/MpsReader.hpp"
-#include "Nuv/Model/MpsWriter.hpp"
-#include "Nuv/Model/NumberText.hpp"
-#include "Nuv/Model/TextFile.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
+#include "Nuv/Io/Mps/MpsReader.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
+#include "Nuv/Io/NumberText.hpp"
+#include "Nuv/Io/TextFile.hpp"
 #include "tests/model/MpsText.hpp"
 #include "tests/model/SameModel.hpp"
 

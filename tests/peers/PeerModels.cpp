@@ -9,12 +9,12 @@
 #include "tests/model/Generator.hpp"
 #include "tests/support/Effort.hpp"
 
-#include "Nuv/Model/JsonReport.hpp"
-#include "Nuv/Model/JsonWriter.hpp"
-#include "Nuv/Model/LpWriter.hpp"
-#include "Nuv/Model/ModelForm.hpp"
-#include "Nuv/Model/MpsWriter.hpp"
-#include "Nuv/Model/Solution.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
+#include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/JsonWriter.hpp"
+#include "Nuv/Solve/ModelForm.hpp"
+#include "Nuv/Solve/Solution.hpp"
 
 #include <cmath>
 #include <cstdlib>

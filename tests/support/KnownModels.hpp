@@ -2,8 +2,8 @@
 /// known of them.
 #pragma once
 
-#include "Nuv/Model/Rational.hpp"
-#include "Nuv/Model/Solution.hpp"
+#include "Nuv/Algebra/Rational.hpp"
+#include "Nuv/Solve/Solution.hpp"
 
 #include <optional>
 #include <string>

@@ -1,0 +1,103 @@
+/// Exact solution of a sparse linear system by p-adic lifting (Dixon 1982): with factors modulo one
+/// prime, each step solves for one more digit of the solution to the base p, until the rationals
+/// can be told from their residues. What is returned satisfies the system exactly: a candidate is
+/// accepted only if numbers of its size cannot satisfy it modulo p^k and not over the rationals.
+#pragma once
+
+#include "Nuv/Algebra/ExactVector.hpp"
+#include "Nuv/Algebra/PrimeField.hpp"
+#include "Nuv/Algebra/SparseLu.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace nuv
+{
+
+/// Asked now and then by what takes long; true ends it.
+using StopPredicate = std::function<bool()>;
+
+/// Integers times a common scale.
+struct ScaledVector
+{
+    std::vector<Integer> value;
+    Scale scale;
+};
+
+class PadicLifting
+{
+public:
+    enum class Side : std::uint8_t
+    {
+        Forward,   ///< B x = b
+        Backward,  ///< B' y = c
+    };
+
+    /// `unknowns` holds for each unknown its coefficients by equation; `factors` are those of the
+    /// same matrix.
+    PadicLifting(const SparseVectors<ExactNumber>& unknowns, const SparseLu<PrimeField>& factors,
+                 Side side);
+
+    /// @return false if `stop` ended it.
+    [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution, const StopPredicate& stop);
+
+private:
+    [[nodiscard]] std::size_t AppendEntry(Index equation, const ExactNumber& coefficient);
+    void LoadResidual(const ScaledVector& rightSide);
+    void AppendDigits();
+    void DivideResidual();
+    [[nodiscard]] std::uint64_t ResidualModuloPrime(Index equation) const;
+    template <class Digit>
+    [[nodiscard]] Integer Assemble(const Digit& digit, std::size_t first, std::size_t count) const;
+    [[nodiscard]] Integer AssembleUnknown(Index unknown, std::size_t count) const;
+    [[nodiscard]] Integer AssembleCombination() const;
+    [[nodiscard]] std::size_t Margin() const noexcept;
+    void ExtendPowers(std::size_t count);
+    [[nodiscard]] bool Reconstruct(ExactVector& solution, const StopPredicate& stop);
+    [[nodiscard]] std::size_t DigitsFor(const Integer& denominator) const;
+    [[nodiscard]] const Integer& ModulusOf(std::size_t digits);
+    [[nodiscard]] bool ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution,
+                                      std::vector<Integer>& denominators);
+    [[nodiscard]] bool SizesProve(const ExactVector& solution, const Integer& modulus) const;
+
+    const SparseLu<PrimeField>& m_factors;
+    Side m_side;
+    Index m_size;
+    // The coefficients as integers, each a sum of words times powers of two, mostly of one. Those
+    // of unknown k are [m_start[k], m_start[k + 1]).
+    struct Entry
+    {
+        Index equation;
+        unsigned shift;
+        std::int64_t mantissa;
+    };
+    std::vector<Entry> m_entries;
+    std::vector<std::size_t> m_start;
+    std::vector<Scale> m_scale;            ///< equation i is multiplied by this to be integral
+    std::vector<std::uint64_t> m_unscale;  ///< what undoes that modulo p, into Montgomery form
+    std::size_t m_entryBits = 0;           ///< of the largest row sum of the scaled matrix
+
+    // Per solve.
+    std::size_t m_words = 0;
+    std::size_t m_rightBits = 0;
+    std::vector<std::uint64_t> m_residual;  ///< two's complement, m_words per equation
+    std::vector<std::int64_t> m_digits;     ///< m_size per step
+    std::size_t m_steps = 0;
+    bool m_exhausted = false;            ///< the residual is zero: the digits are the solution
+    Index m_hardest = 0;                 ///< the unknown that failed last is tried first
+    std::vector<Integer> m_powers;       ///< p^(8 * 2^j)
+    std::size_t m_largestNumerator = 0;  ///< bits of the largest numerator found so far
+    std::size_t m_modulusDigits = 0;
+    Integer m_modulus;  ///< p^m_modulusDigits, the one used last
+    std::vector<std::uint64_t> m_work;
+};
+
+/// The fraction n / d with n congruent to d * residue modulo `modulus`, if there is one with d of
+/// at most `denominatorBits` bits whose |n| * d is smaller than the modulus by 2^margin: it is
+/// unique up to chance of about 2^-margin.
+[[nodiscard]] bool ReconstructFraction(const Integer& residue, const Integer& modulus,
+                                       std::size_t margin, std::size_t denominatorBits,
+                                       Integer& numerator, Integer& denominator);
+
+}  // namespace nuv

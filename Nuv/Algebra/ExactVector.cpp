@@ -1,0 +1,20 @@
+#include "Nuv/Algebra/ExactVector.hpp"
+
+namespace nuv
+{
+
+void Reduce(ExactVector& vector, Integer factor)
+{
+    for (const Integer& numerator : vector.numerator)
+    {
+        if (factor == 1)
+            return;
+        if (numerator != 0)
+            factor = boost::multiprecision::gcd(factor, numerator);
+    }
+    vector.denominator /= factor;
+    for (Integer& numerator : vector.numerator)
+        numerator /= factor;
+}
+
+}  // namespace nuv

@@ -1,0 +1,159 @@
+/// Residues modulo a 62-bit prime, as SparseLu wants them. Values are kept in Montgomery form
+/// (Montgomery 1985), x standing as x * 2^64 mod p, so that a product costs no division.
+/// Invariant: a value is less than the prime.
+#pragma once
+
+#include "Nuv/Algebra/Rational.hpp"
+#include "Nuv/Algebra/WideProduct.hpp"
+
+#include <cstdint>
+
+namespace nuv
+{
+
+class PrimeField
+{
+public:
+    using Value = std::uint64_t;
+
+    static constexpr double kThreshold = 0.0;
+
+    /// `prime` is odd and less than 2^62.
+    explicit PrimeField(std::uint64_t prime) noexcept : m_prime(prime)
+    {
+        // Newton's iteration doubles the number of right low bits; an odd number is its own inverse
+        // to three bits.
+        m_inverse = prime;
+        for (int round = 0; round < 5; ++round)
+            m_inverse *= 2 - prime * m_inverse;
+        const std::uint64_t one = (~std::uint64_t{0} % prime) + 1;  // 2^64 mod p
+        std::uint64_t square = one % prime;
+        m_one = square;
+        for (int bit = 0; bit < 64; ++bit)
+            square = square >= prime - square ? square - (prime - square) : square + square;
+        m_square = square;
+    }
+
+    [[nodiscard]] std::uint64_t Prime() const noexcept
+    {
+        return m_prime;
+    }
+    /// The inverse of the prime modulo 2^64, which divides exactly, word by word.
+    [[nodiscard]] std::uint64_t InverseModuloWord() const noexcept
+    {
+        return m_inverse;
+    }
+
+    [[nodiscard]] static Value Zero() noexcept
+    {
+        return 0;
+    }
+    [[nodiscard]] Value One() const noexcept
+    {
+        return m_one;
+    }
+    [[nodiscard]] Value MinusOne() const noexcept
+    {
+        return m_prime - m_one;
+    }
+    [[nodiscard]] static bool IsZero(Value x) noexcept
+    {
+        return x == 0;
+    }
+    [[nodiscard]] static bool Negligible(Value x) noexcept
+    {
+        return x == 0;
+    }
+    [[nodiscard]] static double Magnitude(Value x) noexcept
+    {
+        return x == 0 ? 0.0 : 1.0;
+    }
+    [[nodiscard]] static bool Usable(double magnitude) noexcept
+    {
+        return magnitude > 0.0;
+    }
+    [[nodiscard]] Value Negated(Value x) const noexcept
+    {
+        return x == 0 ? 0 : m_prime - x;
+    }
+    /// x * y / 2^64 mod p: the product of two values in Montgomery form.
+    [[nodiscard]] Value Product(Value x, Value y) const noexcept
+    {
+        const WideProduct product = MultiplyWide(x, y);
+        const std::uint64_t cancelled = MultiplyWide(product.low * m_inverse, m_prime).high;
+        return product.high >= cancelled ? product.high - cancelled
+                                         : product.high + (m_prime - cancelled);
+    }
+    void SubtractProduct(Value& sum, Value x, Value y) const noexcept
+    {
+        const Value product = Product(x, y);
+        sum = sum >= product ? sum - product : sum + (m_prime - product);
+    }
+    [[nodiscard]] Value Sum(Value x, Value y) const noexcept
+    {
+        return x >= m_prime - y ? x - (m_prime - y) : x + y;
+    }
+    /// By Fermat: x^(p - 2).
+    [[nodiscard]] Value Inverse(Value x) const noexcept
+    {
+        return Power(x, m_prime - 2);
+    }
+    [[nodiscard]] Value Power(Value x, std::uint64_t exponent) const noexcept
+    {
+        Value result = m_one;
+        for (; exponent != 0; exponent >>= 1)
+        {
+            if ((exponent & 1) != 0)
+                result = Product(result, x);
+            x = Product(x, x);
+        }
+        return result;
+    }
+
+    /// The word modulo the prime, not in Montgomery form; fast for primes just below 2^62.
+    [[nodiscard]] std::uint64_t Reduced(std::uint64_t word) const noexcept
+    {
+        word -= (word >> 62) * m_prime;
+        return word < m_prime ? word : word % m_prime;
+    }
+    [[nodiscard]] Value FromWord(std::uint64_t word) const noexcept
+    {
+        return Product(Reduced(word), m_square);
+    }
+    /// 2^128 mod p: the factor that brings a plain residue into Montgomery form.
+    [[nodiscard]] std::uint64_t Square() const noexcept
+    {
+        return m_square;
+    }
+    [[nodiscard]] Value FromSigned(std::int64_t number) const noexcept
+    {
+        return number < 0 ? Negated(FromWord(std::uint64_t{0} - static_cast<std::uint64_t>(number)))
+                          : FromWord(static_cast<std::uint64_t>(number));
+    }
+    [[nodiscard]] Value PowerOf(Scale scale) const noexcept
+    {
+        const auto power = [this](std::uint64_t base, int exponent)
+        {
+            const Value raised = Power(
+                FromWord(base), static_cast<std::uint64_t>(exponent < 0 ? -exponent : exponent));
+            return exponent < 0 ? Inverse(raised) : raised;
+        };
+        return scale.five == 0 ? power(2, scale.two)
+                               : Product(power(2, scale.two), power(5, scale.five));
+    }
+    /// The representative of least magnitude.
+    [[nodiscard]] std::int64_t ToSigned(Value x) const noexcept
+    {
+        const std::uint64_t plain = Product(x, 1);
+        return plain > m_prime / 2 ? -static_cast<std::int64_t>(m_prime - plain)
+                                   : static_cast<std::int64_t>(plain);
+    }
+
+private:
+    std::uint64_t m_prime;
+    std::uint64_t m_inverse = 0;
+    std::uint64_t m_one = 0;
+    std::uint64_t m_square = 0;
+};
+
+}  // namespace nuv

@@ -1,0 +1,256 @@
+#include "Nuv/Algebra/SparseElimination.hpp"
+
+#include "Nuv/Algebra/PrimeField.hpp"
+#include "Nuv/Algebra/RationalField.hpp"
+#include "Nuv/Algebra/RealField.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace nuv
+{
+
+template <class Field>
+SparseElimination<Field>::SparseElimination(const Field& field, const SparseVectors<Value>& columns)
+    : m_field(field),
+      m_size(columns.Count()),
+      m_columns(m_size),
+      m_rows(m_size),
+      m_largest(m_size, -1.0),
+      m_columnCounts(m_size),
+      m_rowCounts(m_size),
+      m_multiplier(m_size, field.Zero()),
+      m_stamp(m_size, 0)
+{
+    std::vector<Index> counts(m_size, 0);
+    for (const Index row : columns.index)
+        ++counts[row];
+    for (Index row = 0; row < m_size; ++row)
+        m_rows[row].reserve(counts[row]);
+    for (Index column = 0; column < m_size; ++column)
+    {
+        const std::span<const Index> rows = columns.Indices(column);
+        const std::span<const Value> values = columns.Values(column);
+        m_columns[column].reserve(rows.size());
+        for (std::size_t at = 0; at < rows.size(); ++at)
+        {
+            if (m_field.IsZero(values[at]))
+                continue;
+            m_columns[column].push_back({rows[at], values[at]});
+            m_rows[rows[at]].push_back(column);
+        }
+    }
+    for (Index k = 0; k < m_size; ++k)
+    {
+        m_columnCounts.Place(k, m_columns[k].size());
+        m_rowCounts.Place(k, m_rows[k].size());
+    }
+}
+
+template <class Field>
+void SparseElimination<Field>::Run()
+{
+    for (Pivot pivot = FindPivot(); pivot.row != kNoIndex; pivot = FindPivot())
+        Eliminate(pivot.row, pivot.column);
+}
+
+/// Looks at rows and columns from the shortest on and stops when nothing cheaper can follow, or
+/// after a few that offered a pivot: the rest of the search seldom pays.
+template <class Field>
+typename SparseElimination<Field>::Pivot SparseElimination<Field>::FindPivot()
+{
+    constexpr int kLooks = 4;
+    Pivot best;
+    int looks = 0;
+    for (Index count = 1; count <= m_size; ++count)
+    {
+        const double shorter = static_cast<double>(count) - 1.0;
+        for (Index column = m_columnCounts.First(count); column != kNoIndex;)
+        {
+            const Index next = m_columnCounts.Next(column);
+            ConsiderColumn(column, best);
+            if (best.cost <= shorter * shorter || (best.row != kNoIndex && ++looks >= kLooks))
+                return best;
+            column = next;
+        }
+        for (Index row = m_rowCounts.First(count); row != kNoIndex; row = m_rowCounts.Next(row))
+        {
+            ConsiderRow(row, best);
+            if (best.cost <= shorter * (shorter + 1.0) ||
+                (best.row != kNoIndex && ++looks >= kLooks))
+                return best;
+        }
+    }
+    return best;
+}
+
+template <class Field>
+void SparseElimination<Field>::ConsiderColumn(Index column, Pivot& best)
+{
+    const double largest = LargestOf(column);
+    if (!m_field.Usable(largest))
+    {
+        DropColumn(column);
+        return;
+    }
+    const double others = static_cast<double>(m_columns[column].size() - 1);
+    for (const Entry& entry : m_columns[column])
+    {
+        const double cost = others * static_cast<double>(m_rows[entry.row].size() - 1);
+        if (cost < best.cost && m_field.Magnitude(entry.value) >= Field::kThreshold * largest)
+            best = {entry.row, column, cost};
+    }
+}
+
+template <class Field>
+void SparseElimination<Field>::ConsiderRow(Index row, Pivot& best)
+{
+    const double others = static_cast<double>(m_rows[row].size() - 1);
+    for (const Index column : m_rows[row])
+    {
+        const double cost = others * static_cast<double>(m_columns[column].size() - 1);
+        if (cost >= best.cost || !m_field.Usable(LargestOf(column)))
+            continue;
+        const auto entry = std::find_if(m_columns[column].begin(), m_columns[column].end(),
+                                        [row](const Entry& e) { return e.row == row; });
+        if (m_field.Magnitude(entry->value) >= Field::kThreshold * LargestOf(column))
+            best = {row, column, cost};
+    }
+}
+
+template <class Field>
+void SparseElimination<Field>::Eliminate(Index row, Index column)
+{
+    TakePivotColumn(row, column);
+    for (const Index other : m_rows[row])
+    {
+        if (other == column)
+            continue;
+        const Value factor = TakeEntry(row, other);
+        if (!m_multiplierRows.empty())
+            UpdateColumn(other, factor);
+        m_columnCounts.Place(other, m_columns[other].size());
+        upper.Append(other, factor);
+    }
+    upper.Close();
+    m_rows[row].clear();
+    m_rowCounts.Remove(row);
+    for (const Index eliminated : m_multiplierRows)
+    {
+        m_rowCounts.Place(eliminated, m_rows[eliminated].size());
+        m_multiplier[eliminated] = m_field.Zero();
+    }
+}
+
+/// Turns the pivot column into multipliers and takes it out of the active part.
+template <class Field>
+void SparseElimination<Field>::TakePivotColumn(Index row, Index column)
+{
+    const Value value = TakeEntry(row, column);
+    const Value inverse = m_field.Inverse(value);
+    m_multiplierRows.clear();
+    for (const Entry& entry : m_columns[column])
+    {
+        m_multiplierRows.push_back(entry.row);
+        m_multiplier[entry.row] = m_field.Product(entry.value, inverse);
+        lower.Append(entry.row, m_multiplier[entry.row]);
+        ForgetInRow(entry.row, column);
+    }
+    lower.Close();
+    m_columns[column].clear();
+    m_columnCounts.Remove(column);
+    pivotRow.push_back(row);
+    pivotColumn.push_back(column);
+    pivotValue.push_back(value);
+}
+
+template <class Field>
+void SparseElimination<Field>::UpdateColumn(Index column, const Value& factor)
+{
+    ++m_currentStamp;
+    std::vector<Entry>& entries = m_columns[column];
+    for (std::size_t at = 0; at < entries.size();)
+    {
+        const Index row = entries[at].row;
+        if (m_field.IsZero(m_multiplier[row]))
+        {
+            ++at;
+            continue;
+        }
+        m_stamp[row] = m_currentStamp;
+        m_field.SubtractProduct(entries[at].value, m_multiplier[row], factor);
+        if (m_field.Negligible(entries[at].value))
+        {
+            ForgetInRow(row, column);
+            entries[at] = std::move(entries.back());
+            entries.pop_back();
+        }
+        else
+        {
+            ++at;
+        }
+    }
+    for (const Index row : m_multiplierRows)
+    {
+        if (m_stamp[row] == m_currentStamp)
+            continue;
+        entries.push_back({row, m_field.Negated(m_field.Product(m_multiplier[row], factor))});
+        m_rows[row].push_back(column);
+    }
+    m_largest[column] = -1.0;
+}
+
+/// Takes an entry out of its column, not out of its row.
+template <class Field>
+typename SparseElimination<Field>::Value SparseElimination<Field>::TakeEntry(Index row,
+                                                                             Index column)
+{
+    std::vector<Entry>& entries = m_columns[column];
+    const auto entry = std::find_if(entries.begin(), entries.end(),
+                                    [row](const Entry& e) { return e.row == row; });
+    Value value = std::move(entry->value);
+    *entry = std::move(entries.back());
+    entries.pop_back();
+    m_largest[column] = -1.0;
+    return value;
+}
+
+/// Gives a column up: nothing in it is large enough to pivot.
+template <class Field>
+void SparseElimination<Field>::DropColumn(Index column)
+{
+    for (const Entry& entry : m_columns[column])
+    {
+        ForgetInRow(entry.row, column);
+        m_rowCounts.Place(entry.row, m_rows[entry.row].size());
+    }
+    m_columns[column].clear();
+    m_columnCounts.Remove(column);
+}
+
+template <class Field>
+double SparseElimination<Field>::LargestOf(Index column)
+{
+    if (m_largest[column] < 0.0)
+    {
+        double largest = 0.0;
+        for (const Entry& entry : m_columns[column])
+            largest = std::max(largest, m_field.Magnitude(entry.value));
+        m_largest[column] = largest;
+    }
+    return m_largest[column];
+}
+
+template <class Field>
+void SparseElimination<Field>::ForgetInRow(Index row, Index column) noexcept
+{
+    std::vector<Index>& columns = m_rows[row];
+    *std::find(columns.begin(), columns.end(), column) = columns.back();
+    columns.pop_back();
+}
+
+template class SparseElimination<RealField>;
+template class SparseElimination<PrimeField>;
+template class SparseElimination<RationalField>;
+
+}  // namespace nuv

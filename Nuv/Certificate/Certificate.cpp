@@ -1,0 +1,242 @@
+/// The check of certificates. It is short on purpose and uses nothing of the solvers: every number
+/// of the form becomes an integer by one common factor, and each condition of the verdict is
+/// evaluated as the mathematics states it.
+#include "Nuv/Certificate/Certificate.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+/// A form in integers: every finite number of it times one common factor.
+class Checker
+{
+public:
+    explicit Checker(const LinearForm& form) : m_form(form)
+    {
+        Cover(form.byColumn.value);
+        Cover(form.cost);
+        for (const auto* bounds :
+             {&form.columnLower, &form.columnUpper, &form.rowLower, &form.rowUpper})
+            Cover(*bounds);
+        m_factor = PowerOf(m_scale);
+    }
+
+    /// number * Factor().
+    [[nodiscard]] Integer Scaled(double number) const
+    {
+        return nuv::Scaled(TakeApart(number, m_form.numbers), m_scale);
+    }
+    [[nodiscard]] const Integer& Factor() const noexcept
+    {
+        return m_factor;
+    }
+
+    /// Activities of all rows at x = point / denominator, times Factor() * denominator.
+    [[nodiscard]] std::vector<Integer> Activities(const std::vector<Integer>& point) const
+    {
+        std::vector<Integer> sums(m_form.rows, Integer(0));
+        for (Index j = 0; j < m_form.columns; ++j)
+        {
+            if (point[j] == 0)
+                continue;
+            for (std::size_t at = m_form.byColumn.start[j]; at < m_form.byColumn.start[j + 1]; ++at)
+                sums[m_form.byColumn.index[at]] += Scaled(m_form.byColumn.value[at]) * point[j];
+        }
+        return sums;
+    }
+
+    /// A' y for column j, times Factor() * the denominator of y.
+    [[nodiscard]] Integer Priced(Index j, const std::vector<Integer>& multipliers) const
+    {
+        Integer sum(0);
+        for (std::size_t at = m_form.byColumn.start[j]; at < m_form.byColumn.start[j + 1]; ++at)
+        {
+            const Integer& multiplier = multipliers[m_form.byColumn.index[at]];
+            if (multiplier != 0)
+                sum += Scaled(m_form.byColumn.value[at]) * multiplier;
+        }
+        return sum;
+    }
+
+    [[nodiscard]] Integer CostOf(const std::vector<Integer>& point) const
+    {
+        Integer sum(0);
+        for (Index j = 0; j < m_form.columns; ++j)
+            sum += Scaled(m_form.cost[j]) * point[j];
+        return sum;
+    }
+
+    /// Where value / (Factor() * scale) lies: -1 below the lower bound, +1 above the upper one,
+    /// 0 within; `onLower` and `onUpper` tell whether it is a bound exactly.
+    [[nodiscard]] int Locate(Index variable, const Integer& value, const Integer& scale,
+                             bool& onLower, bool& onUpper) const
+    {
+        const double lower = m_form.Lower(variable);
+        const double upper = m_form.Upper(variable);
+        int place = 0;
+        onLower = false;
+        onUpper = false;
+        if (std::isfinite(lower))
+        {
+            const int order = value.compare(Integer(Scaled(lower) * scale));
+            onLower = order == 0;
+            place = order < 0 ? -1 : place;
+        }
+        if (std::isfinite(upper))
+        {
+            const int order = value.compare(Integer(Scaled(upper) * scale));
+            onUpper = order == 0;
+            place = order > 0 ? 1 : place;
+        }
+        return place;
+    }
+
+private:
+    void Cover(const std::vector<double>& numbers)
+    {
+        for (const double number : numbers)
+        {
+            if (!std::isfinite(number))
+                continue;
+            const Scale scale = TakeApart(number, m_form.numbers).scale;
+            m_scale = {std::max(m_scale.two, -scale.two), std::max(m_scale.five, -scale.five)};
+        }
+    }
+
+    const LinearForm& m_form;
+    Scale m_scale;
+    Integer m_factor;
+};
+
+/// The value of every variable at the point, times Factor() * denominator.
+std::vector<Integer> AllValues(const LinearForm& form, const Checker& checker,
+                               const std::vector<Integer>& point)
+{
+    std::vector<Integer> values;
+    values.reserve(form.Variables());
+    for (const Integer& entry : point)
+        values.push_back(entry * checker.Factor());
+    for (Integer& activity : checker.Activities(point))
+        values.push_back(std::move(activity));
+    return values;
+}
+
+bool HasShape(const ExactVector& vector, Index length)
+{
+    return vector.numerator.size() == length && vector.denominator > 0;
+}
+
+std::string CheckFeasible(const LinearForm& form, const Checker& checker, const ExactVector& point)
+{
+    if (!HasShape(point, form.columns))
+        return "the point has the wrong length";
+    const std::vector<Integer> values = AllValues(form, checker, point.numerator);
+    bool onLower = false;
+    bool onUpper = false;
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        if (checker.Locate(v, values[v], point.denominator, onLower, onUpper) != 0)
+            return "the point violates a bound of variable " + std::to_string(v);
+    }
+    return {};
+}
+
+/// Feasible, and every reduced cost that is not zero belongs to a variable at the bound that its
+/// sign names: then no feasible point is better.
+std::string CheckOptimal(const LinearForm& form, const Checker& checker, const Proof& proof)
+{
+    std::string defect = CheckFeasible(form, checker, proof.primal);
+    if (!defect.empty())
+        return defect;
+    if (!HasShape(proof.dual, form.rows))
+        return "the duals have the wrong length";
+    const std::vector<Integer> values = AllValues(form, checker, proof.primal.numerator);
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        const Integer reduced = form.IsLogical(v)
+                                    ? proof.dual.numerator[v - form.columns]
+                                    : checker.Scaled(form.cost[v]) * proof.dual.denominator -
+                                          checker.Priced(v, proof.dual.numerator);
+        bool onLower = false;
+        bool onUpper = false;
+        (void)checker.Locate(v, values[v], proof.primal.denominator, onLower, onUpper);
+        if ((reduced > 0 && !onLower) || (reduced < 0 && !onUpper))
+            return "the reduced cost of variable " + std::to_string(v) + " has the wrong sign";
+    }
+    const Rational cost(checker.CostOf(proof.primal.numerator),
+                        Integer(proof.primal.denominator * checker.Factor()));
+    if (proof.objective != cost + ToRational(form.constant, form.numbers))
+        return "the objective is not that of the point";
+    return {};
+}
+
+/// The sum that no feasible point could let be positive, see the convention in the header.
+std::string CheckInfeasible(const LinearForm& form, const Checker& checker, const Proof& proof)
+{
+    if (proof.contradiction != kNoIndex)
+    {
+        return proof.contradiction < form.Variables() &&
+                       form.Lower(proof.contradiction) > form.Upper(proof.contradiction)
+                   ? ""
+                   : "the bounds said to contradict each other do not";
+    }
+    if (!HasShape(proof.dual, form.rows))
+        return "the multipliers have the wrong length";
+    Integer sum(0);
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        const Integer factor =
+            form.IsLogical(v) ? Integer(proof.dual.numerator[v - form.columns] * checker.Factor())
+                              : Integer(-checker.Priced(v, proof.dual.numerator));
+        if (factor == 0)
+            continue;
+        const double bound = factor > 0 ? form.Lower(v) : form.Upper(v);
+        if (!std::isfinite(bound))
+            return "the multipliers need a bound that variable " + std::to_string(v) + " lacks";
+        sum += factor * checker.Scaled(bound);
+    }
+    return sum > 0 ? "" : "the multipliers contradict nothing";
+}
+
+/// A feasible point and a direction that keeps to all bounds for ever and improves.
+std::string CheckUnbounded(const LinearForm& form, const Checker& checker, const Proof& proof)
+{
+    std::string defect = CheckFeasible(form, checker, proof.primal);
+    if (!defect.empty())
+        return defect;
+    if (!HasShape(proof.ray, form.columns))
+        return "the ray has the wrong length";
+    const std::vector<Integer> rates = AllValues(form, checker, proof.ray.numerator);
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        if ((rates[v] < 0 && std::isfinite(form.Lower(v))) ||
+            (rates[v] > 0 && std::isfinite(form.Upper(v))))
+            return "the ray runs into a bound of variable " + std::to_string(v);
+    }
+    return checker.CostOf(proof.ray.numerator) < 0 ? "" : "the ray does not improve";
+}
+
+}  // namespace
+
+std::string CheckProof(const LinearForm& form, const Proof& proof)
+{
+    const Checker checker(form);
+    switch (proof.status)
+    {
+    case ProofStatus::Optimal:
+        return CheckOptimal(form, checker, proof);
+    case ProofStatus::Infeasible:
+        return CheckInfeasible(form, checker, proof);
+    case ProofStatus::Unbounded:
+        return CheckUnbounded(form, checker, proof);
+    case ProofStatus::Stopped:
+        break;
+    }
+    return "nothing is claimed";
+}
+
+}  // namespace nuv

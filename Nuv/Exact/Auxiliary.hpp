@@ -1,0 +1,27 @@
+/// Programs with an optimum, whose optimal solutions prove that another program has none. Both hold
+/// the columns and rows of the original, so that a basis of it is a start.
+#pragma once
+
+#include "Nuv/SparseSimplex/Basis.hpp"
+#include "Nuv/SparseSimplex/BoundedForm.hpp"
+
+namespace nuv
+{
+
+struct AuxiliaryForm
+{
+    LinearForm form;
+    Basis start;
+};
+
+/// The original without its cost, and with a column for each bound that the basis violates, by
+/// which the variable may violate it at a cost of one. The basis is made feasible by these columns.
+/// If the optimum is positive its duals are Farkas multipliers of the original, otherwise its
+/// columns hold a feasible point.
+[[nodiscard]] AuxiliaryForm ElasticForm(const LinearForm& form, const Basis& basis);
+
+/// The directions that never leave the bounds of the original, columns within [-1, 1]. If the
+/// optimum is negative its columns are a direction that improves for ever, otherwise there is none.
+[[nodiscard]] AuxiliaryForm RayForm(const LinearForm& form, const Basis& basis);
+
+}  // namespace nuv

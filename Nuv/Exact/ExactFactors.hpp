@@ -1,0 +1,42 @@
+/// A basis of a linear form, factorised so that systems with it can be solved exactly.
+#pragma once
+
+#include "Nuv/Algebra/DixonSolver.hpp"
+#include "Nuv/Exact/ExactForm.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
+
+#include <memory>
+#include <vector>
+
+namespace nuv
+{
+
+class ExactFactors
+{
+public:
+    explicit ExactFactors(const ExactForm& form) : m_exact(form) {}
+
+    /// Factorises the basis of these variables and sorts `head` by position. If the matrix is
+    /// singular, variables are replaced by logicals until it is not.
+    /// @return the variables that were replaced.
+    std::vector<Index> Factorise(std::vector<Index>& head);
+
+    /// Solves B x = b, b by rows, x by positions. @return false if the watch stopped it.
+    [[nodiscard]] bool SolveForward(const ScaledVector& rightSide, ExactVector& solution,
+                                    Watch& watch);
+
+    /// Solves B' y = c, c by positions, y by rows. @return false if the watch stopped it.
+    [[nodiscard]] bool SolveBackward(const ScaledVector& rightSide, ExactVector& solution,
+                                     Watch& watch);
+
+private:
+    [[nodiscard]] SparseVectors<ExactNumber> BasisColumns(const std::vector<Index>& head) const;
+
+    const ExactForm& m_exact;
+    std::unique_ptr<SparseLu<PrimeField>> m_factors;
+    SparseVectors<ExactNumber> m_columns;
+    std::unique_ptr<PadicLifting> m_forward;
+    std::unique_ptr<PadicLifting> m_backward;
+};
+
+}  // namespace nuv

@@ -1,0 +1,246 @@
+#include "Nuv/Exact/ExactSimplex.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv
+{
+
+ExactSimplex::ExactSimplex(const LinearForm& form, const Basis& start, int rounds, Watch& watch)
+    : m_form(form), m_watch(watch), m_exact(form), m_factors(m_exact), m_rounds(rounds)
+{
+    Basis basis = start;
+    FitBasis(form, basis);
+    m_status.resize(form.Variables());
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        m_status[v] = basis[v];
+        if (m_status[v] == BasisStatus::Basic)
+            m_head.push_back(v);
+    }
+}
+
+SimplexVerdict ExactSimplex::Run(Proof& proof)
+{
+    Outcome outcome = Outcome::GoOn;
+    while (outcome == Outcome::GoOn)
+        outcome = Factorise() ? Step() : Outcome::Stopped;
+    proof.exactPivots += m_pivots;
+    proof.doublePivots += m_refinement ? m_refinement->Pivots() : 0;
+    proof.basis.columns.assign(m_status.begin(), m_status.begin() + m_form.columns);
+    proof.basis.rows.assign(m_status.begin() + m_form.columns, m_status.end());
+    switch (outcome)
+    {
+    case Outcome::Optimal:
+        proof.status = ProofStatus::Optimal;
+        WritePoint(proof.primal);
+        proof.dual = m_duals;
+        proof.objective = Objective(proof.primal);
+        WriteDoubles(proof);
+        break;
+    case Outcome::Infeasible:
+        proof.status = ProofStatus::Infeasible;
+        WriteFarkas(proof.dual);
+        WriteDoubles(proof);
+        break;
+    case Outcome::Unbounded:
+        proof.status = ProofStatus::Unbounded;
+        WritePoint(proof.primal);
+        WriteRay(proof.ray);
+        WriteDoubles(proof);
+        break;
+    case Outcome::GoOn:
+    case Outcome::Stopped:
+    case Outcome::Doubtful:
+        proof.status = ProofStatus::Stopped;
+        break;
+    }
+    return outcome == Outcome::Doubtful ? m_suspicion : SimplexVerdict::Optimal;
+}
+
+/// One look at the basis: a verdict, or the pivot that its feasibility calls for.
+ExactSimplex::Outcome ExactSimplex::Step()
+{
+    if (!ComputeValues())
+        return Outcome::Stopped;
+    const bool feasible = !FindViolations();
+    if (!ComputeDuals(false))
+        return Outcome::Stopped;
+    int direction = 0;
+    const bool dualFeasible = ChooseEntering(false, direction) == kNoIndex;
+    if (feasible && dualFeasible)
+        return Outcome::Optimal;
+    if (m_rounds > 0 && Refine())
+        return m_suspicion == SimplexVerdict::Optimal ? Outcome::GoOn : Outcome::Doubtful;
+    if (feasible)
+        return PrimalStep(false);
+    if (dualFeasible)
+        return DualStep();
+    if (!ComputeDuals(true))
+        return Outcome::Stopped;
+    return PrimalStep(true);
+}
+
+/// @return whether there is a basis, or a suspicion, worth looking at.
+bool ExactSimplex::Refine()
+{
+    if (!m_refinement)
+        m_refinement.emplace(m_exact);
+    --m_rounds;
+    std::vector<BasisStatus> status;
+    const SimplexVerdict verdict =
+        m_refinement->Run({m_status, m_head, m_values, m_duals}, m_watch, status);
+    if (verdict == SimplexVerdict::Infeasible || verdict == SimplexVerdict::Unbounded)
+        m_suspicion = verdict;
+    else if (verdict == SimplexVerdict::Stopped || status == m_status)
+    {
+        m_rounds = 0;
+        return false;
+    }
+    m_status = std::move(status);
+    m_head.clear();
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        if (m_status[v] == BasisStatus::Basic)
+            m_head.push_back(v);
+    }
+    return true;
+}
+
+/// Factorises; a singular basis is repaired, what was dropped from it rests at a bound.
+bool ExactSimplex::Factorise()
+{
+    const std::vector<Index> dropped = m_factors.Factorise(m_head);
+    for (const Index variable : dropped)
+        m_status[variable] = RestingStatus(m_form.Lower(variable), m_form.Upper(variable));
+    for (const Index variable : m_head)
+        m_status[variable] = BasisStatus::Basic;
+    return !m_watch.TimeIsUp();
+}
+
+ExactNumber ExactSimplex::RestingValue(Index variable) const noexcept
+{
+    switch (m_status[variable])
+    {
+    case BasisStatus::AtLower:
+        return m_exact.lower[variable];
+    case BasisStatus::AtUpper:
+        return m_exact.upper[variable];
+    default:
+        return {};
+    }
+}
+
+bool ExactSimplex::IsFixed(Index variable) const noexcept
+{
+    return m_form.Lower(variable) == m_form.Upper(variable);
+}
+
+/// B x_B = -N x_N, where the products on the right are summed as integers with one scale.
+bool ExactSimplex::ComputeValues()
+{
+    Scale lowest;
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        if (RestingValue(v).mantissa != 0)
+            lowest.Cover(m_exact.ColumnScale(v));
+    }
+    const Scale bounds = m_exact.BoundScale();
+    const Integer unit = PowerOf(-lowest);
+    ScaledVector right{std::vector<Integer>(m_form.rows), lowest + bounds};
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        const ExactNumber value = RestingValue(v);
+        if (value.mantissa == 0)
+            continue;
+        const Integer scaled = Scaled(value, -bounds);
+        if (m_form.IsLogical(v))
+        {
+            right.value[v - m_form.columns] += scaled * unit;
+            continue;
+        }
+        for (std::size_t at = m_form.byColumn.start[v]; at < m_form.byColumn.start[v + 1]; ++at)
+            right.value[m_form.byColumn.index[at]] -= m_exact.ScaledEntry(at, lowest) * scaled;
+    }
+    return m_factors.SolveForward(right, m_values, m_watch);
+}
+
+/// B' y = c_B; in phase one c_B is -1 for a violated lower bound and +1 for a violated upper one.
+bool ExactSimplex::ComputeDuals(bool phaseOne)
+{
+    ScaledVector right{std::vector<Integer>(m_form.rows), {}};
+    if (phaseOne)
+    {
+        for (Index k = 0; k < m_form.rows; ++k)
+            right.value[k] = static_cast<int>(m_violation[k]);
+        return m_factors.SolveBackward(right, m_duals, m_watch);
+    }
+    for (const Index v : m_head)
+    {
+        if (!m_form.IsLogical(v))
+            right.scale.Cover(m_exact.cost[v].scale);
+    }
+    for (Index k = 0; k < m_form.rows; ++k)
+    {
+        if (!m_form.IsLogical(m_head[k]))
+            right.value[k] = Scaled(m_exact.cost[m_head[k]], -right.scale);
+    }
+    return m_factors.SolveBackward(right, m_duals, m_watch);
+}
+
+bool ExactSimplex::FindViolations()
+{
+    m_violation.assign(m_form.rows, 0);
+    bool any = false;
+    for (Index k = 0; k < m_form.rows; ++k)
+    {
+        const Index v = m_head[k];
+        const double lower = m_form.Lower(v);
+        const double upper = m_form.Upper(v);
+        const Integer& numerator = m_values.numerator[k];
+        const Integer& denominator = m_values.denominator;
+        if (std::isfinite(lower) &&
+            CompareToBound(numerator, denominator, m_exact.lower[v], lower) < 0)
+            m_violation[k] = -1;
+        else if (std::isfinite(upper) &&
+                 CompareToBound(numerator, denominator, m_exact.upper[v], upper) > 0)
+            m_violation[k] = 1;
+        any = any || m_violation[k] != 0;
+    }
+    return any;
+}
+
+/// +1 or -1 if moving a nonbasic variable up or down improves, 0 if it must not or cannot move.
+int ExactSimplex::ImprovingDirection(Index variable, const Integer& reduced) const
+{
+    const int sign = reduced.sign();
+    if (sign == 0 || IsFixed(variable))
+        return 0;
+    switch (m_status[variable])
+    {
+    case BasisStatus::AtLower:
+        return sign < 0 ? 1 : 0;
+    case BasisStatus::AtUpper:
+        return sign > 0 ? -1 : 0;
+    case BasisStatus::Free:
+        return -sign;
+    case BasisStatus::Basic:
+        break;
+    }
+    return 0;
+}
+
+void ExactSimplex::Exchange(Index position, Index entering, bool atUpper)
+{
+    m_status[m_head[position]] = atUpper ? BasisStatus::AtUpper : BasisStatus::AtLower;
+    m_status[entering] = BasisStatus::Basic;
+    m_head[position] = entering;
+}
+
+void ExactSimplex::NoteStep(bool degenerate)
+{
+    m_degenerate = degenerate ? m_degenerate + 1 : 0;
+    ++m_pivots;
+}
+
+}  // namespace nuv

@@ -1,0 +1,103 @@
+/// The exact stage: evaluates a basis in rational arithmetic and, where it is not final, looks for
+/// a better one in doubles under a magnifying glass (Refinement); where that finds none, it pivots
+/// on exactly until the basis is final. A basis that is dual feasible is continued by the dual
+/// simplex, one that is primal feasible by the primal simplex, any other by the primal simplex on
+/// the sum of violations; each keeps its kind of feasibility. Degenerate pivots in a row switch to
+/// Bland's rule (Bland 1977) until a step has a length, so no basis comes back and the stage ends.
+#pragma once
+
+#include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/Exact/ExactFactors.hpp"
+#include "Nuv/Exact/ExactForm.hpp"
+#include "Nuv/Exact/Refinement.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
+
+#include <optional>
+#include <vector>
+
+namespace nuv
+{
+
+class ExactSimplex
+{
+public:
+    /// `rounds`: how often to look for a better basis in doubles.
+    ExactSimplex(const LinearForm& form, const Basis& start, int rounds, Watch& watch);
+
+    /// Runs to a verdict or until the watch stops it, and fills in the proof's status, certificate,
+    /// doubles, basis and pivots. Whether it is proved is for the check to say.
+    /// @return Infeasible or Unbounded if it gave up because the form seems to be that, which is
+    /// proved faster in another way; Optimal otherwise.
+    SimplexVerdict Run(Proof& proof);
+
+private:
+    enum class Outcome : std::uint8_t
+    {
+        GoOn,
+        Optimal,
+        Infeasible,
+        Unbounded,
+        Stopped,
+        Doubtful,  ///< it is not a verdict about an optimum that should be looked for
+    };
+    struct Blocking
+    {
+        Index position = kNoIndex;
+        bool atUpper = false;
+        Integer room;   ///< distance to the bound * denominator / BoundScale
+        Integer speed;  ///< of the basic variable, positive
+    };
+
+    // Evaluating the basis.
+    [[nodiscard]] bool Factorise();
+    [[nodiscard]] bool ComputeValues();
+    [[nodiscard]] bool ComputeDuals(bool phaseOne);
+    [[nodiscard]] bool FindViolations();
+    [[nodiscard]] ExactNumber RestingValue(Index variable) const noexcept;
+    [[nodiscard]] bool IsFixed(Index variable) const noexcept;
+    [[nodiscard]] int ImprovingDirection(Index variable, const Integer& reduced) const;
+
+    // One pivot of each kind, or many of them in doubles.
+    [[nodiscard]] Outcome Step();
+    [[nodiscard]] bool Refine();
+    [[nodiscard]] Outcome PrimalStep(bool phaseOne);
+    [[nodiscard]] Index ChooseEntering(bool phaseOne, int& direction) const;
+    [[nodiscard]] Blocking TestRatios(int direction) const;
+    [[nodiscard]] bool FlipsFirst(Index entering, const Blocking& blocking) const;
+    [[nodiscard]] Outcome DualStep();
+    [[nodiscard]] Index ChooseLeaving() const;
+    [[nodiscard]] Index ChooseDualEntering(bool toLower, bool& degenerate);
+    [[nodiscard]] Integer RoomTo(Index position, bool atUpper) const;
+    void Exchange(Index position, Index entering, bool atUpper);
+    void NoteStep(bool degenerate);
+
+    // Writing the outcome down.
+    void WritePoint(ExactVector& point) const;
+    void WriteRay(ExactVector& ray) const;
+    void WriteFarkas(ExactVector& multipliers) const;
+    void WriteDoubles(Proof& proof) const;
+    [[nodiscard]] Rational Objective(const ExactVector& point) const;
+
+    const LinearForm& m_form;
+    Watch& m_watch;
+    ExactForm m_exact;
+    ExactFactors m_factors;
+    std::vector<BasisStatus> m_status;
+    std::vector<Index> m_head;
+    std::optional<Refinement> m_refinement;  ///< made when it is needed
+    int m_rounds;
+    SimplexVerdict m_suspicion = SimplexVerdict::Optimal;
+    std::uint64_t m_pivots = 0;
+    int m_degenerate = 0;
+
+    ExactVector m_values;                  ///< of the basic variables, by position
+    ExactVector m_duals;                   ///< of the true cost, or of the violations, by row
+    std::vector<signed char> m_violation;  ///< by position: -1 below, +1 above
+    ExactVector m_column;                  ///< the entering column by position
+    ExactVector m_row;                     ///< the row of the inverse behind a Farkas certificate
+    Index m_entering = kNoIndex;
+    int m_direction = 0;
+    int m_farkasSign = 0;  ///< 0: the duals are the multipliers; otherwise this times m_row
+};
+
+}  // namespace nuv

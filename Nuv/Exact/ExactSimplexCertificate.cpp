@@ -1,0 +1,100 @@
+/// What the exact simplex knows at its end, written down as a certificate and in doubles.
+#include "Nuv/Exact/ExactSimplex.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv
+{
+
+/// All columns over one denominator. The resting values need the bounds' scale besides the
+/// denominator of the basic ones.
+void ExactSimplex::WritePoint(ExactVector& point) const
+{
+    const Scale scale = -m_exact.BoundScale();
+    const Integer factor = PowerOf(scale);
+    point.denominator = m_values.denominator * factor;
+    point.numerator.assign(m_form.columns, Integer(0));
+    for (Index j = 0; j < m_form.columns; ++j)
+    {
+        if (RestingValue(j).mantissa != 0)
+            point.numerator[j] = Scaled(RestingValue(j), scale) * m_values.denominator;
+    }
+    for (Index k = 0; k < m_form.rows; ++k)
+    {
+        if (!m_form.IsLogical(m_head[k]))
+            point.numerator[m_head[k]] = m_values.numerator[k] * factor;
+    }
+    Reduce(point, factor);
+}
+
+void ExactSimplex::WriteRay(ExactVector& ray) const
+{
+    ray.denominator = m_column.denominator;
+    ray.numerator.assign(m_form.columns, Integer(0));
+    if (!m_form.IsLogical(m_entering))
+        ray.numerator[m_entering] = m_column.denominator * m_direction;
+    for (Index k = 0; k < m_form.rows; ++k)
+    {
+        if (!m_form.IsLogical(m_head[k]))
+            ray.numerator[m_head[k]] = m_column.numerator[k] * -m_direction;
+    }
+}
+
+void ExactSimplex::WriteFarkas(ExactVector& multipliers) const
+{
+    if (m_farkasSign == 0)
+    {
+        multipliers = m_duals;
+        return;
+    }
+    multipliers = m_row;
+    if (m_farkasSign < 0)
+    {
+        for (Integer& numerator : multipliers.numerator)
+            numerator = -numerator;
+    }
+}
+
+Rational ExactSimplex::Objective(const ExactVector& point) const
+{
+    Scale lowest;
+    for (const ExactNumber& cost : m_exact.cost)
+        lowest.Cover(cost.scale);
+    Integer sum(0);
+    for (Index j = 0; j < m_form.columns; ++j)
+    {
+        if (m_exact.cost[j].mantissa != 0 && point.numerator[j] != 0)
+            sum += Scaled(m_exact.cost[j], -lowest) * point.numerator[j];
+    }
+    return Rational(sum, Integer(point.denominator * PowerOf(-lowest))) +
+           ToRational(m_form.constant, m_form.numbers);
+}
+
+void ExactSimplex::WriteDoubles(Proof& proof) const
+{
+    proof.value.assign(m_form.Variables(), 0.0);
+    proof.reduced.assign(m_form.Variables(), 0.0);
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        if (m_status[v] == BasisStatus::AtLower)
+            proof.value[v] = m_form.Lower(v);
+        else if (m_status[v] == BasisStatus::AtUpper)
+            proof.value[v] = m_form.Upper(v);
+    }
+    for (Index k = 0; k < m_form.rows; ++k)
+        proof.value[m_head[k]] = m_values.Approximately(k);
+    if (proof.status == ProofStatus::Unbounded)
+        return;
+    const bool optimal = proof.status == ProofStatus::Optimal;
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        if (optimal && m_status[v] == BasisStatus::Basic)
+            continue;
+        proof.reduced[v] = m_exact.ReducedCostInDouble(v, proof.dual, optimal);
+    }
+    if (optimal)
+        proof.objectiveValue = ToDouble(proof.objective);
+}
+
+}  // namespace nuv

@@ -1,0 +1,226 @@
+/// The pivots of the exact simplex. Ratios are compared by products of integers: all basic values
+/// share one denominator, and so do all entries of a column or row, so both drop out.
+#include "Nuv/Exact/ExactSimplex.hpp"
+
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+/// Degenerate pivots in a row after which Bland's rule takes over.
+constexpr int kPatience = 20;
+
+/// About the binary logarithm of |number| * scale; enough to prefer the larger of two.
+long SizeOf(const Integer& number, Scale scale)
+{
+    return static_cast<long>(BitLength(number)) + scale.two + scale.five * 7 / 3;
+}
+
+}  // namespace
+
+ExactSimplex::Outcome ExactSimplex::PrimalStep(bool phaseOne)
+{
+    m_entering = ChooseEntering(phaseOne, m_direction);
+    if (m_entering == kNoIndex)
+    {
+        m_farkasSign = 0;
+        return Outcome::Infeasible;
+    }
+    if (m_watch.Stops({Stage::Exact, !phaseOne, m_pivots, std::nan("")}))
+        return Outcome::Stopped;
+
+    ScaledVector column{std::vector<Integer>(m_form.rows), m_exact.ColumnScale(m_entering)};
+    if (m_form.IsLogical(m_entering))
+        column.value[m_entering - m_form.columns] = -1;
+    else
+    {
+        for (std::size_t at = m_form.byColumn.start[m_entering];
+             at < m_form.byColumn.start[m_entering + 1]; ++at)
+            column.value[m_form.byColumn.index[at]] = m_exact.ScaledEntry(at, column.scale);
+    }
+    if (!m_factors.SolveForward(column, m_column, m_watch))
+        return Outcome::Stopped;
+
+    const Blocking blocking = TestRatios(m_direction);
+    if (FlipsFirst(m_entering, blocking))
+    {
+        m_status[m_entering] = m_direction > 0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
+        NoteStep(false);
+        return Outcome::GoOn;
+    }
+    if (blocking.position == kNoIndex)
+        return Outcome::Unbounded;
+    NoteStep(blocking.room == 0);
+    Exchange(blocking.position, m_entering, blocking.atUpper);
+    return Outcome::GoOn;
+}
+
+/// The largest reduced cost, or Bland's: the first with the right sign.
+Index ExactSimplex::ChooseEntering(bool phaseOne, int& direction) const
+{
+    Index best = kNoIndex;
+    long bestSize = 0;
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        if (m_status[v] == BasisStatus::Basic || IsFixed(v))
+            continue;
+        const Integer reduced = m_exact.ReducedCost(v, m_duals, !phaseOne);
+        const int improving = ImprovingDirection(v, reduced);
+        if (improving == 0)
+            continue;
+        const long size = SizeOf(reduced, m_exact.ColumnScale(v));
+        if (best == kNoIndex || size > bestSize)
+        {
+            best = v;
+            bestSize = size;
+            direction = improving;
+        }
+        if (m_degenerate > kPatience)
+            break;
+    }
+    return best;
+}
+
+Integer ExactSimplex::RoomTo(Index position, bool atUpper) const
+{
+    const Index v = m_head[position];
+    const Scale scale = m_exact.BoundScale();
+    Integer room = m_values.numerator[position] * PowerOf(-scale);
+    room -= Scaled(atUpper ? m_exact.upper[v] : m_exact.lower[v], -scale) * m_values.denominator;
+    return room < 0 ? Integer(-room) : room;
+}
+
+/// The basic variable that is first to reach a bound: one that it would violate, or, in phase one,
+/// the one that it violates now. Ties go to the larger pivot, or by Bland's rule to the smaller
+/// index.
+ExactSimplex::Blocking ExactSimplex::TestRatios(int direction) const
+{
+    Blocking best;
+    for (Index k = 0; k < m_form.rows; ++k)
+    {
+        const int rate = -direction * m_column.numerator[k].sign();
+        if (rate == 0 || m_violation[k] == rate)
+            continue;
+        const Index v = m_head[k];
+        const bool recovers = m_violation[k] == -rate;
+        const bool atUpper = (rate > 0) != recovers;
+        if (!std::isfinite(atUpper ? m_form.Upper(v) : m_form.Lower(v)))
+            continue;
+        const Integer room = RoomTo(k, atUpper);
+        const Integer speed = boost::multiprecision::abs(m_column.numerator[k]);
+        if (best.position != kNoIndex)
+        {
+            const int order = Integer(room * best.speed).compare(Integer(best.room * speed));
+            const bool preferred =
+                m_degenerate > kPatience ? v < m_head[best.position] : speed > best.speed;
+            if (order > 0 || (order == 0 && !preferred))
+                continue;
+        }
+        best = {k, atUpper, room, speed};
+    }
+    return best;
+}
+
+/// Whether the entering variable reaches its other bound before, or when, the blocking one blocks.
+bool ExactSimplex::FlipsFirst(Index entering, const Blocking& blocking) const
+{
+    if (!std::isfinite(m_form.Lower(entering)) || !std::isfinite(m_form.Upper(entering)))
+        return false;
+    if (blocking.position == kNoIndex)
+        return true;
+    const Scale scale = -m_exact.BoundScale();
+    const Integer width =
+        Scaled(m_exact.upper[entering], scale) - Scaled(m_exact.lower[entering], scale);
+    return Integer(width * m_values.denominator * blocking.speed) <=
+           Integer(blocking.room * m_column.denominator);
+}
+
+ExactSimplex::Outcome ExactSimplex::DualStep()
+{
+    if (m_watch.Stops({Stage::Exact, false, m_pivots, std::nan("")}))
+        return Outcome::Stopped;
+    const Index position = ChooseLeaving();
+    ScaledVector unit{std::vector<Integer>(m_form.rows), {}};
+    unit.value[position] = 1;
+    if (!m_factors.SolveBackward(unit, m_row, m_watch))
+        return Outcome::Stopped;
+    const bool toLower = m_violation[position] < 0;
+    bool degenerate = false;
+    const Index entering = ChooseDualEntering(toLower, degenerate);
+    if (entering == kNoIndex)
+    {
+        m_farkasSign = toLower ? -1 : 1;
+        return Outcome::Infeasible;
+    }
+    NoteStep(degenerate);
+    Exchange(position, entering, !toLower);
+    return Outcome::GoOn;
+}
+
+/// The largest violation, or Bland's: the variable of smallest index.
+Index ExactSimplex::ChooseLeaving() const
+{
+    Index best = kNoIndex;
+    Integer largest;
+    for (Index k = 0; k < m_form.rows; ++k)
+    {
+        if (m_violation[k] == 0)
+            continue;
+        const Index v = m_head[k];
+        if (m_degenerate > kPatience)
+        {
+            if (best == kNoIndex || v < m_head[best])
+                best = k;
+            continue;
+        }
+        Integer room = RoomTo(k, m_violation[k] > 0);
+        if (best == kNoIndex || room > largest)
+        {
+            best = k;
+            largest = std::move(room);
+        }
+    }
+    return best;
+}
+
+/// The dual ratio test: among the nonbasic variables that can push the leaving one towards its
+/// bound, the one whose reduced cost reaches zero first. Column and cost of a variable share an
+/// exponent, so their ratio is one of integers.
+Index ExactSimplex::ChooseDualEntering(bool toLower, bool& degenerate)
+{
+    Index best = kNoIndex;
+    Integer bestReduced;
+    Integer bestEntry;
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        if (m_status[v] == BasisStatus::Basic || IsFixed(v))
+            continue;
+        Integer entry = m_exact.Dot(v, m_row.numerator);
+        // The leaving variable changes by -entry per unit of this one.
+        const int wanted = toLower ? -entry.sign() : entry.sign();
+        const bool helps = m_status[v] == BasisStatus::Free      ? wanted != 0
+                           : m_status[v] == BasisStatus::AtLower ? wanted > 0
+                                                                 : wanted < 0;
+        if (!helps)
+            continue;
+        entry = boost::multiprecision::abs(entry);
+        Integer reduced = boost::multiprecision::abs(m_exact.ReducedCost(v, m_duals, true));
+        if (best != kNoIndex)
+        {
+            const int order = Integer(reduced * bestEntry).compare(Integer(bestReduced * entry));
+            const bool larger = SizeOf(entry, m_exact.ColumnScale(v)) >
+                                SizeOf(bestEntry, m_exact.ColumnScale(best));
+            if (order > 0 || (order == 0 && (m_degenerate > kPatience || !larger)))
+                continue;
+        }
+        best = v;
+        bestReduced = std::move(reduced);
+        bestEntry = std::move(entry);
+    }
+    degenerate = best != kNoIndex && bestReduced == 0;
+    return best;
+}
+
+}  // namespace nuv

@@ -1,0 +1,328 @@
+/// One evaluation for both kinds of numbers. It works on columns that the caller has scaled: entry
+/// (i, j) times rowScale_i * columnScale_j, so the cost of column j is scaled by its columnScale
+/// and the logical of row i, whose column stays minus the unit vector, by 1 / rowScale_i.
+#include "Nuv/Exact/Ranging.hpp"
+
+#include "Nuv/Algebra/RationalField.hpp"
+#include "Nuv/Algebra/RealField.hpp"
+#include "Nuv/Algebra/SparseLu.hpp"
+#include "Nuv/SparseSimplex/ScaledForm.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace nuv
+{
+namespace
+{
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// Rationals up to this many rows; beyond, their size would cost more than the digits are worth.
+constexpr Index kMostExactRows = 40;
+
+/// A kind of numbers: how a form's data, and the exact solution, look in it.
+struct InDoubles
+{
+    using Field = RealField;
+    using Value = double;
+
+    InDoubles(const LinearForm& linear, const Proof& solved)
+        : scaled(linear), form(linear), proof(solved)
+    {
+    }
+    [[nodiscard]] Value Entry(std::size_t at) const
+    {
+        return scaled.byColumn.value[at];
+    }
+    [[nodiscard]] Value Solution(Index variable) const
+    {
+        return proof.value[variable] / scaled.scale[variable];
+    }
+    [[nodiscard]] Value Reduced(Index variable) const
+    {
+        return proof.reduced[variable] * scaled.scale[variable];
+    }
+    [[nodiscard]] Value Bound(Index variable, bool upper) const
+    {
+        return upper ? scaled.upper[variable] : scaled.lower[variable];
+    }
+    [[nodiscard]] double ShiftedCost(Index column, Value change) const
+    {
+        return form.cost[column] + change / scaled.scale[column];
+    }
+    [[nodiscard]] double ShiftedSide(Index logical, double side, Value change) const
+    {
+        return side + change * scaled.scale[logical];
+    }
+    [[nodiscard]] static bool Matters(Value entry)
+    {
+        return std::fabs(entry) > 1e-9;
+    }
+
+    ScaledForm scaled;
+    const LinearForm& form;
+    const Proof& proof;
+};
+
+struct InRationals
+{
+    using Field = RationalField;
+    using Value = Rational;
+
+    InRationals(const LinearForm& linear, const Proof& solved) : form(linear), proof(solved)
+    {
+        value.reserve(form.Variables());
+        for (Index j = 0; j < form.columns; ++j)
+            value.push_back(proof.primal.At(j));
+        for (Index i = 0; i < form.rows; ++i)
+        {
+            Rational activity(0);
+            for (std::size_t at = form.byRow.start[i]; at < form.byRow.start[i + 1]; ++at)
+                activity +=
+                    ToRational(form.byRow.value[at], form.numbers) * value[form.byRow.index[at]];
+            value.push_back(activity);
+        }
+    }
+    [[nodiscard]] Value Entry(std::size_t at) const
+    {
+        return ToRational(form.byColumn.value[at], form.numbers);
+    }
+    [[nodiscard]] Value Solution(Index variable) const
+    {
+        return value[variable];
+    }
+    [[nodiscard]] Value Reduced(Index variable) const
+    {
+        if (form.IsLogical(variable))
+            return proof.dual.At(variable - form.columns);
+        Rational reduced = ToRational(form.cost[variable], form.numbers);
+        for (std::size_t at = form.byColumn.start[variable]; at < form.byColumn.start[variable + 1];
+             ++at)
+            reduced -= Entry(at) * proof.dual.At(form.byColumn.index[at]);
+        return reduced;
+    }
+    [[nodiscard]] Value Bound(Index variable, bool upper) const
+    {
+        return ToRational(upper ? form.Upper(variable) : form.Lower(variable), form.numbers);
+    }
+    [[nodiscard]] double ShiftedCost(Index column, const Value& change) const
+    {
+        return ToDouble(ToRational(form.cost[column], form.numbers) + change);
+    }
+    [[nodiscard]] double ShiftedSide(Index, double side, const Value& change) const
+    {
+        return ToDouble(ToRational(side, form.numbers) + change);
+    }
+    [[nodiscard]] static bool Matters(const Value& entry)
+    {
+        return entry != 0;
+    }
+
+    const LinearForm& form;
+    const Proof& proof;
+    std::vector<Rational> value;
+};
+
+template <class Kind>
+class Ranging
+{
+public:
+    using Value = typename Kind::Value;
+
+    Ranging(const LinearForm& form, const Proof& proof)
+        : m_form(form), m_status(proof.basis), m_kind(form, proof)
+    {
+        SparseVectors<Value> columns;
+        std::vector<Index> basic;
+        for (Index v = 0; v < form.Variables(); ++v)
+        {
+            m_reduced.push_back(m_kind.Reduced(v));
+            if (m_status[v] != BasisStatus::Basic)
+                continue;
+            basic.push_back(v);
+            if (form.IsLogical(v))
+                columns.Append(v - form.columns, Value(-1));
+            else
+            {
+                for (std::size_t at = form.byColumn.start[v]; at < form.byColumn.start[v + 1]; ++at)
+                    columns.Append(form.byColumn.index[at], m_kind.Entry(at));
+            }
+            columns.Close();
+        }
+        std::vector<Index> position;
+        (void)m_lu.Factorise(columns, position);  // the basis of a proof is regular
+        m_head.resize(form.rows);
+        for (Index k = 0; k < form.rows; ++k)
+            m_head[position[k]] = basic[k];
+    }
+
+    [[nodiscard]] Sensitivity Analyse()
+    {
+        Sensitivity result;
+        result.cost.resize(m_form.columns);
+        result.rowLower.resize(m_form.rows);
+        result.rowUpper.resize(m_form.rows);
+        for (Index j = 0; j < m_form.columns; ++j)
+        {
+            if (m_status[j] != BasisStatus::Basic)
+                result.cost[j] = NonbasicCost(j);
+        }
+        for (Index k = 0; k < m_form.rows; ++k)
+        {
+            if (!m_form.IsLogical(m_head[k]))
+                result.cost[m_head[k]] = BasicCost(k);
+        }
+        for (Index i = 0; i < m_form.rows; ++i)
+            RangeSides(i, result.rowLower[i], result.rowUpper[i]);
+        return result;
+    }
+
+private:
+    /// An interval of changes around zero, open towards infinity where nothing limits it.
+    struct Changes
+    {
+        std::optional<Value> down;
+        std::optional<Value> up;
+
+        /// Keeps room + change * rate from falling below zero.
+        void Limit(const Value& room, const Value& rate)
+        {
+            const Value end = -room / rate;
+            if (rate > Value(0) && (!down || end > *down))
+                down = end;
+            if (rate < Value(0) && (!up || end < *up))
+                up = end;
+        }
+    };
+
+    [[nodiscard]] AllowedRange NonbasicCost(Index column) const
+    {
+        const Value zeroReduced = -m_reduced[column];
+        const double end = m_kind.ShiftedCost(column, zeroReduced);
+        if (m_form.columnLower[column] == m_form.columnUpper[column])
+            return {};
+        switch (m_status[column])
+        {
+        case BasisStatus::AtLower:
+            return {end, kInfinity};
+        case BasisStatus::AtUpper:
+            return {-kInfinity, end};
+        default:
+            return {end, end};
+        }
+    }
+
+    /// Raising the cost of the variable at `position` by t lowers each reduced cost by t times the
+    /// entry of that row of the tableau.
+    [[nodiscard]] AllowedRange BasicCost(Index position) const
+    {
+        std::vector<Value> row(m_form.rows, Value(0));
+        row[position] = Value(1);
+        m_lu.SolveBackward(row);
+        Changes changes;
+        for (Index v = 0; v < m_form.Variables(); ++v)
+        {
+            if (m_status[v] == BasisStatus::Basic || m_form.Lower(v) == m_form.Upper(v))
+                continue;
+            const Value entry = TableauEntry(v, row);
+            if (!Kind::Matters(entry))
+                continue;
+            if (m_status[v] != BasisStatus::AtUpper)
+                changes.Limit(m_reduced[v], -entry);
+            if (m_status[v] != BasisStatus::AtLower)
+                changes.Limit(-m_reduced[v], entry);
+        }
+        const Index column = m_head[position];
+        return {changes.down ? m_kind.ShiftedCost(column, *changes.down) : -kInfinity,
+                changes.up ? m_kind.ShiftedCost(column, *changes.up) : kInfinity};
+    }
+
+    [[nodiscard]] Value TableauEntry(Index variable, const std::vector<Value>& row) const
+    {
+        if (m_form.IsLogical(variable))
+            return -row[variable - m_form.columns];
+        Value sum(0);
+        for (std::size_t at = m_form.byColumn.start[variable];
+             at < m_form.byColumn.start[variable + 1]; ++at)
+        {
+            const Value& factor = row[m_form.byColumn.index[at]];
+            if (factor != Value(0))
+                sum += factor * m_kind.Entry(at);
+        }
+        return sum;
+    }
+
+    /// A side that does not hold the activity may come as close as the activity itself.
+    void RangeSides(Index row, AllowedRange& lower, AllowedRange& upper) const
+    {
+        const Index logical = m_form.columns + row;
+        const double activity = m_kind.ShiftedSide(logical, 0.0, m_kind.Solution(logical));
+        lower = {-kInfinity, activity};
+        upper = {activity, kInfinity};
+        const bool equation = m_form.rowLower[row] == m_form.rowUpper[row];
+        if (m_status[logical] == BasisStatus::Basic)
+        {
+            if (equation)
+                lower = upper = {activity, activity};
+            return;
+        }
+        const AllowedRange moving = ActiveSide(row);
+        if (m_status[logical] == BasisStatus::AtLower || equation)
+            lower = moving;
+        if (m_status[logical] == BasisStatus::AtUpper || equation)
+            upper = moving;
+        if (!equation)
+        {
+            lower.upper = std::min(lower.upper, m_form.rowUpper[row]);
+            upper.lower = std::max(upper.lower, m_form.rowLower[row]);
+        }
+    }
+
+    /// Moving the active side by t moves the basic variables by t times the solution for the unit
+    /// right side.
+    [[nodiscard]] AllowedRange ActiveSide(Index row) const
+    {
+        std::vector<Value> column(m_form.rows, Value(0));
+        column[row] = Value(1);
+        m_lu.SolveForward(column);
+        Changes changes;
+        for (Index k = 0; k < m_form.rows; ++k)
+        {
+            if (!Kind::Matters(column[k]))
+                continue;
+            const Index v = m_head[k];
+            const Value value = m_kind.Solution(v);
+            if (std::isfinite(m_form.Lower(v)))
+                changes.Limit(std::max(Value(0), Value(value - m_kind.Bound(v, false))), column[k]);
+            if (std::isfinite(m_form.Upper(v)))
+                changes.Limit(std::max(Value(0), Value(m_kind.Bound(v, true) - value)), -column[k]);
+        }
+        const Index logical = m_form.columns + row;
+        const bool atUpper = m_status[logical] == BasisStatus::AtUpper;
+        const double side = atUpper ? m_form.rowUpper[row] : m_form.rowLower[row];
+        if (m_status[logical] == BasisStatus::Free)
+            return {};
+        return {changes.down ? m_kind.ShiftedSide(logical, side, *changes.down) : -kInfinity,
+                changes.up ? m_kind.ShiftedSide(logical, side, *changes.up) : kInfinity};
+    }
+
+    const LinearForm& m_form;
+    const Basis& m_status;
+    Kind m_kind;
+    SparseLu<typename Kind::Field> m_lu;
+    std::vector<Index> m_head;
+    std::vector<Value> m_reduced;
+};
+
+}  // namespace
+
+Sensitivity AnalyseSensitivity(const LinearForm& form, const Proof& proof)
+{
+    if (form.rows <= kMostExactRows)
+        return Ranging<InRationals>(form, proof).Analyse();
+    return Ranging<InDoubles>(form, proof).Analyse();
+}
+
+}  // namespace nuv

@@ -1,0 +1,33 @@
+/// How far the data of a solved model may move, one number at a time, before its optimal basis is
+/// no longer optimal. The ranges are those of the final basis: where that is degenerate another
+/// optimal basis may have wider ones.
+#pragma once
+
+#include "Nuv/Certificate/Certificate.hpp"
+
+#include <limits>
+#include <vector>
+
+namespace nuv
+{
+
+struct AllowedRange
+{
+    double lower = -std::numeric_limits<double>::infinity();
+    double upper = std::numeric_limits<double>::infinity();
+    bool operator==(const AllowedRange&) const = default;
+};
+
+struct Sensitivity
+{
+    std::vector<AllowedRange> cost;      ///< by column: of its cost
+    std::vector<AllowedRange> rowLower;  ///< by row: of its lower side
+    /// By row: of its upper side. The sides of an equation move together.
+    std::vector<AllowedRange> rowUpper;
+};
+
+/// The ranges at the optimum that `proof` holds: computed in rationals and rounded once for small
+/// models, in doubles from the exact basic solution for large ones.
+[[nodiscard]] Sensitivity AnalyseSensitivity(const LinearForm& form, const Proof& proof);
+
+}  // namespace nuv

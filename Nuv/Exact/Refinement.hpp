@@ -1,0 +1,55 @@
+/// Where doubles can see no more, they are given a magnifying glass: the linear program is moved so
+/// that the exact basic solution becomes zero, its violations and wrong reduced costs are enlarged
+/// to about one, and the simplex in doubles goes on from there (Gleixner, Steffy and Wolter,
+/// Iterative refinement for linear programming, 2016). The result is a basis, nothing more.
+#pragma once
+
+#include "Nuv/Exact/ExactForm.hpp"
+#include "Nuv/SparseSimplex/PrimalSimplex.hpp"
+#include "Nuv/SparseSimplex/ScaledForm.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
+
+#include <vector>
+
+namespace nuv
+{
+
+/// A basis with its exact solution.
+struct ExactBasis
+{
+    const std::vector<BasisStatus>& status;  ///< by variable
+    const std::vector<Index>& head;          ///< the basic variable at each position
+    const ExactVector& values;               ///< of the basic variables, by position
+    const ExactVector& duals;                ///< by row
+};
+
+class Refinement
+{
+public:
+    explicit Refinement(const ExactForm& exact);
+
+    /// Solves the enlarged program from the basis and writes the one at its end into `status`.
+    /// @return what the simplex in doubles says of the enlarged program.
+    SimplexVerdict Run(const ExactBasis& basis, Watch& watch, std::vector<BasisStatus>& status);
+
+    [[nodiscard]] std::uint64_t Pivots() const noexcept
+    {
+        return m_pivots;
+    }
+
+private:
+    [[nodiscard]] bool MoveBounds(const ExactBasis& basis);
+    void MoveCosts(const ExactBasis& basis);
+    [[nodiscard]] double Distance(const ExactNumber& bound, const Integer& numerator,
+                                  const Integer& denominator) const;
+
+    const ExactForm& m_exact;
+    ScaledForm m_scaled;
+    std::uint64_t m_pivots = 0;
+    /// The last enlargements, as powers of two: a feasible solution is looked at as closely as the
+    /// last one that was not.
+    int m_primalZoom = 50;
+    int m_dualZoom = 50;
+};
+
+}  // namespace nuv

@@ -1,0 +1,306 @@
+/// Places in a text and their presentation. A line may be longer than memory is patient, or no text
+/// at all: what is shown of it is a window of at most kWindow characters around the place, with
+/// everything unprintable replaced.
+#include "Nuv/Io/Diagnostics.hpp"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace nuv
+{
+namespace
+{
+
+constexpr std::size_t kWindow = 76;
+constexpr std::size_t kBefore = 50;
+constexpr std::size_t kTab = 4;
+constexpr std::string_view kEllipsis = "…";
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+bool IsLineEnd(char c) noexcept
+{
+    return c == '\n' || c == '\r';
+}
+
+bool IsContinuation(char c) noexcept
+{
+    return (static_cast<unsigned char>(c) & 0xC0u) == 0x80u;
+}
+
+/// One character of UTF-8: its bytes, and what it stands for; 0 for bytes that are no UTF-8, taken
+/// one by one.
+struct Character
+{
+    std::size_t bytes;
+    std::uint32_t code;
+};
+
+Character Decode(std::string_view text) noexcept
+{
+    const auto first = static_cast<unsigned char>(text[0]);
+    if (first < 0x80u)
+        return {1, first};
+    const std::size_t bytes = first >= 0xF0u ? 4 : first >= 0xE0u ? 3 : 2;
+    if (first < 0xC2u || first > 0xF4u || text.size() < bytes)
+        return {1, 0};
+    std::uint32_t code = first & (0xFFu >> (bytes + 1));
+    for (std::size_t i = 1; i < bytes; ++i)
+    {
+        if (!IsContinuation(text[i]))
+            return {1, 0};
+        code = (code << 6) | (static_cast<unsigned char>(text[i]) & 0x3Fu);
+    }
+    return {bytes, code};
+}
+
+/// Columns that a terminal gives to a character: 0 for marks that sit on the one before, 2 for East
+/// Asian and pictures.
+std::size_t Width(std::uint32_t code) noexcept
+{
+    struct Span
+    {
+        std::uint32_t first;
+        std::uint32_t last;
+    };
+    static constexpr Span kZero[] = {{0x0300, 0x036F}, {0x200B, 0x200F}, {0xFE00, 0xFE0F}};
+    static constexpr Span kDouble[] = {{0x1100, 0x115F},   {0x2E80, 0xA4CF},  {0xAC00, 0xD7A3},
+                                       {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},  {0xFF00, 0xFF60},
+                                       {0x1F300, 0x1FAFF}, {0x20000, 0x3FFFD}};
+    const auto holds = [code](const Span& span) { return span.first <= code && code <= span.last; };
+    if (std::any_of(std::begin(kZero), std::end(kZero), holds))
+        return 0;
+    return std::any_of(std::begin(kDouble), std::end(kDouble), holds) ? 2 : 1;
+}
+
+/// Appends one character as it can be printed. @return the columns it takes.
+std::size_t AppendPrintable(std::string& out, std::string_view bytes, std::uint32_t code)
+{
+    if (code == '\t')
+    {
+        out.append(kTab, ' ');
+        return kTab;
+    }
+    if (code < 0x20u || code == 0x7Fu || (code >= 0x80u && code < 0xA0u))
+    {
+        out.append(kReplacement);
+        return 1;
+    }
+    out.append(bytes);
+    return Width(code);
+}
+
+struct LineBounds
+{
+    std::size_t begin;
+    std::size_t end;
+};
+
+LineBounds LineAround(std::string_view text, std::size_t offset) noexcept
+{
+    std::size_t begin = offset;
+    while (begin > 0 && !IsLineEnd(text[begin - 1]))
+        --begin;
+    // The end is looked for no further than can be shown: the line may be the whole file.
+    std::size_t end = offset;
+    while (end < text.size() && end < offset + 4 * kWindow && !IsLineEnd(text[end]))
+        ++end;
+    return {begin, end};
+}
+
+/// Fills excerpt and caret from the line around `offset`.
+void Excerpt(Diagnostic& diagnostic, std::string_view text, std::size_t offset, LineBounds line)
+{
+    std::size_t from = offset;
+    for (std::size_t characters = 0; from > line.begin && characters < kBefore; ++characters)
+    {
+        --from;
+        while (from > line.begin && IsContinuation(text[from]))
+            --from;
+    }
+    std::size_t columns = 0;
+    if (from > line.begin)
+    {
+        diagnostic.excerpt = kEllipsis;
+        columns = 1;
+    }
+    std::size_t at = from;
+    for (std::size_t characters = 0; at < line.end; ++characters)
+    {
+        if (characters == kWindow)
+        {
+            diagnostic.excerpt += kEllipsis;
+            break;
+        }
+        if (at <= offset)
+            diagnostic.caret = columns;
+        const Character character = Decode(text.substr(at, line.end - at));
+        columns +=
+            AppendPrintable(diagnostic.excerpt, text.substr(at, character.bytes), character.code);
+        at += character.bytes;
+    }
+    if (at <= offset)
+        diagnostic.caret = columns;
+}
+
+std::string_view Paint(Severity severity) noexcept
+{
+    switch (severity)
+    {
+    case Severity::Error:
+        return "\x1B[1;31m";
+    case Severity::Warning:
+        return "\x1B[1;35m";
+    case Severity::Note:
+        break;
+    }
+    return "\x1B[1;36m";
+}
+
+}  // namespace
+
+std::string_view SeverityName(Severity severity) noexcept
+{
+    switch (severity)
+    {
+    case Severity::Error:
+        return "error";
+    case Severity::Warning:
+        return "warning";
+    case Severity::Note:
+        break;
+    }
+    return "note";
+}
+
+std::string Render(const Diagnostic& diagnostic, bool colour)
+{
+    const std::string_view reset = colour ? "\x1B[0m" : "";
+    const Error& error = diagnostic.error;
+    std::string out;
+    if (!error.file.empty())
+    {
+        out += error.file;
+        out += ':';
+        if (error.line != 0)
+            out += std::to_string(error.line) + ":" + std::to_string(error.column) + ":";
+        out += ' ';
+    }
+    out.append(colour ? Paint(diagnostic.severity) : "").append(SeverityName(diagnostic.severity));
+    out.append(":").append(reset).append(" ").append(error.text);
+    if (!error.code.empty())
+        out += " [" + error.code + "]";
+    out += '\n';
+    if (!diagnostic.excerpt.empty())
+    {
+        out += "  " + diagnostic.excerpt + "\n  " + std::string(diagnostic.caret, ' ');
+        out.append(colour ? Paint(diagnostic.severity) : "").append("^").append(reset).append("\n");
+    }
+    if (!error.hint.empty())
+        out += "  hint: " + error.hint + "\n";
+    return out;
+}
+
+Diagnostic WithoutPlace(Error error, Severity severity)
+{
+    return {severity, std::move(error), {}, 0};
+}
+
+bool DiagnosticLog::Fail(const char* at, std::string code, std::string text, std::string hint)
+{
+    m_hasError = true;
+    Report(Severity::Error, at, std::move(code), std::move(text), std::move(hint));
+    return false;
+}
+
+bool DiagnosticLog::Warn(const char* at, std::string code, std::string text, std::string hint)
+{
+    Report(Severity::Warning, at, std::move(code), std::move(text), std::move(hint));
+    return false;
+}
+
+bool DiagnosticLog::Note(const char* at, std::string code, std::string text, std::string hint)
+{
+    Report(Severity::Note, at, std::move(code), std::move(text), std::move(hint));
+    return false;
+}
+
+bool DiagnosticLog::Full(std::string_view code) const noexcept
+{
+    for (const Tally& tally : m_tallies)
+    {
+        if (tally.code == code)
+            return tally.count >= KeptPerCode;
+    }
+    return false;
+}
+
+void DiagnosticLog::CountOnly(std::string_view code)
+{
+    ++TallyOf(code).count;
+}
+
+std::size_t DiagnosticLog::LineOf(const char* at)
+{
+    const auto offset = static_cast<std::size_t>(at - m_text.data());
+    if (offset < m_knownOffset)
+    {
+        m_knownOffset = 0;
+        m_knownLine = 1;
+    }
+    for (; m_knownOffset < offset; ++m_knownOffset)
+    {
+        // CR LF is one line end, counted at the LF.
+        const char c = m_text[m_knownOffset];
+        const bool loneReturn =
+            c == '\r' && (m_knownOffset + 1 == m_text.size() || m_text[m_knownOffset + 1] != '\n');
+        if (c == '\n' || loneReturn)
+            ++m_knownLine;
+    }
+    return m_knownLine;
+}
+
+std::vector<Diagnostic> DiagnosticLog::Take()
+{
+    for (const Tally& tally : m_tallies)
+    {
+        if (tally.count <= KeptPerCode)
+            continue;
+        Error error;
+        error.code = tally.code;
+        error.file = m_file;
+        error.text = std::to_string(tally.count - KeptPerCode) + " more like these";
+        m_diagnostics.push_back(WithoutPlace(std::move(error), Severity::Note));
+    }
+    m_tallies.clear();
+    return std::move(m_diagnostics);
+}
+
+DiagnosticLog::Tally& DiagnosticLog::TallyOf(std::string_view code)
+{
+    for (Tally& tally : m_tallies)
+    {
+        if (tally.code == code)
+            return tally;
+    }
+    return m_tallies.emplace_back(Tally{std::string(code), 0});
+}
+
+void DiagnosticLog::Report(Severity severity, const char* at, std::string code, std::string text,
+                           std::string hint)
+{
+    if (++TallyOf(code).count > KeptPerCode && severity != Severity::Error)
+        return;
+    Diagnostic diagnostic;
+    diagnostic.severity = severity;
+    diagnostic.error = {std::move(code), std::move(text), std::move(hint), m_file, LineOf(at), 0};
+    const auto offset = static_cast<std::size_t>(at - m_text.data());
+    const LineBounds line = LineAround(m_text, offset);
+    const std::string_view before = m_text.substr(line.begin, offset - line.begin);
+    const auto characters =
+        std::count_if(before.begin(), before.end(), [](char c) { return !IsContinuation(c); });
+    diagnostic.error.column = static_cast<std::size_t>(characters) + 1;
+    Excerpt(diagnostic, m_text, offset, line);
+    m_diagnostics.push_back(std::move(diagnostic));
+}
+
+}  // namespace nuv

@@ -1,0 +1,361 @@
+/// Section by section. Lines are broken between terms, so that no reader's limit on their length is
+/// met.
+#include "Nuv/Io/Lp/LpWriter.hpp"
+
+#include "Nuv/Io/LetterCase.hpp"
+#include "Nuv/Io/Lp/LpKeywords.hpp"
+#include "Nuv/Io/Lp/LpNames.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/NumberText.hpp"
+#include "Nuv/Io/WrittenNames.hpp"
+
+#include "fmt/format.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+constexpr std::size_t kLineLength = 78;
+/// From here on the format takes a limit for infinity.
+constexpr double kInfiniteFrom = 1e30;
+
+bool IsLetter(char c) noexcept
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// What all programs agree to take in names.
+bool IsCommonCharacter(char c) noexcept
+{
+    return IsLetter(c) || (c >= '0' && c <= '9') ||
+           std::string_view("!\"#$%&(),.;?@_'`{}~").find(c) != std::string_view::npos;
+}
+
+bool IsReserved(std::string_view name) noexcept
+{
+    if (lp::IsKeyword(name))
+        return true;
+    for (const std::string_view word : {"free", "inf", "infinity", "nan", "subject", "such"})
+    {
+        if (EqualsIgnoringCase(name, word))
+            return true;
+    }
+    return false;
+}
+
+/// Whether the reader takes a name for what it is. Only names of uncommon characters are tried out.
+bool LpHolds(std::string_view name)
+{
+    if (name.empty() || IsReserved(name) || name.front() == '.' ||
+        (name.front() >= '0' && name.front() <= '9') || name.back() == ';' ||
+        !lp::HasBalancedParentheses(name) || lp::StartsLikePercentage(name))
+        return false;
+    bool isCommon = true;
+    for (const char c : name)
+        isCommon = isCommon && IsCommonCharacter(c);
+    if (isCommon)
+        return true;
+    std::string text = "Minimize\n";
+    text.append(name).append("\nSubject To\n").append(name).append(": ").append(name);
+    text.append(" >= 1\nEnd\n");
+    const Reading reading = ReadLp(text, "");
+    return reading.Ok() && reading.model->VariableCount() == 1 &&
+           reading.model->VariableName(0) == name && reading.model->RowName(0) == name;
+}
+
+constexpr NameRules kRules = {
+    .holds = LpHolds, .holdsCharacter = IsCommonCharacter, .lastResort = "()"};
+
+class Writer
+{
+public:
+    explicit Writer(const Model& model);
+    Writing Run();
+
+private:
+    void WriteHead();
+    void WriteObjective();
+    void WriteRows();
+    void WriteRow(std::uint32_t row);
+    void WriteBody(std::uint32_t row);
+    void WriteRowWithoutVariables(std::string_view row, double lower, double upper);
+    void WriteBounds();
+    void WriteBound(std::uint32_t column);
+
+    [[nodiscard]] bool OrderIsNatural() const;
+    /// Appends a term to the current line, or to a new one where that would be too long.
+    void WriteTerm(double coefficient, std::string_view name, bool isFirst);
+    void WriteConstant(double value, bool isFirst);
+    void Append(std::string_view piece);
+    void EndLine();
+    /// A limit as the format takes it; reports one that it takes for another.
+    double Limit(double value, bool isLower, std::string_view what, std::string_view name);
+
+    const Model& m_model;
+    WrittenNames m_columns;
+    WrittenNames m_rows;
+    Writing m_writing;
+    std::string m_text;
+    std::size_t m_lineBegin = 0;
+    std::size_t m_zeros = 0;
+    bool m_failed = false;
+};
+
+Writer::Writer(const Model& model)
+    : m_model(model), m_columns(VariableNamesOf(model), kRules), m_rows(RowNamesOf(model), kRules)
+{
+}
+
+Writing Writer::Run()
+{
+    m_columns.Report(m_writing, "lp.renamed-variable", "variable");
+    m_rows.Report(m_writing, "lp.renamed-row", "row");
+    WriteHead();
+    WriteObjective();
+    WriteRows();
+    WriteBounds();
+    m_text += "End\n";
+    if (m_zeros != 0)
+    {
+        m_writing.Report(Severity::Note, "lp.zero-coefficient",
+                         fmt::format("{} zero coefficient{} left out of the rows", m_zeros,
+                                     m_zeros == 1 ? " is" : "s are"));
+    }
+    if (!m_failed)
+        m_writing.text = std::move(m_text);
+    return std::move(m_writing);
+}
+
+void Writer::WriteHead()
+{
+    // A line of its own, whose end the reader trims.
+    std::string name = m_model.Name();
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    name.resize(name.find_last_not_of(" \t") + 1);
+    ReportModelName(m_writing, "lp.renamed-model", m_model.Name(), name);
+    if (!name.empty())
+        m_text.append("\\Problem name: ").append(name).append("\n\n");
+    m_text += m_model.ObjectiveSense() == Sense::Maximize ? "Maximize\n" : "Minimize\n";
+}
+
+/// Whether a reader meets the variables in the order of the model, in the objective and the rows.
+bool Writer::OrderIsNatural() const
+{
+    std::uint32_t next = 0;
+    for (std::uint32_t column = 0; column < m_model.VariableCount(); ++column)
+    {
+        if (m_model.Objective()[column] == 0.0)
+            continue;
+        if (column != next)
+            return false;
+        ++next;
+    }
+    for (std::size_t at = 0; at < m_model.NonzeroCount(); ++at)
+    {
+        const std::uint32_t column = m_model.Columns()[at];
+        if (column < next || m_model.Coefficients()[at] == 0.0)
+            continue;
+        if (column != next)
+            return false;
+        ++next;
+    }
+    return next == m_model.VariableCount();
+}
+
+void Writer::WriteObjective()
+{
+    const std::string& name = m_model.ObjectiveName();
+    m_lineBegin = m_text.size();
+    if (!name.empty())
+    {
+        const WrittenNames written({std::string_view(name)}, kRules);
+        written.Report(m_writing, "lp.renamed-objective", "objective");
+        m_text.append(" ").append(written[0]).append(":");
+    }
+    const bool all = !OrderIsNatural();
+    bool isFirst = true;
+    for (std::uint32_t column = 0; column < m_model.VariableCount(); ++column)
+    {
+        const double coefficient = m_model.Objective()[column];
+        if (coefficient == 0.0 && !all)
+            continue;
+        WriteTerm(coefficient, m_columns[column], isFirst);
+        isFirst = false;
+    }
+    if (m_model.ObjectiveConstant() != 0.0)
+        WriteConstant(m_model.ObjectiveConstant(), isFirst);
+    EndLine();
+}
+
+void Writer::WriteRows()
+{
+    m_text += "Subject To\n";
+    for (std::uint32_t row = 0; row < m_model.RowCount(); ++row)
+        WriteRow(row);
+}
+
+void Writer::WriteRow(std::uint32_t row)
+{
+    const std::string_view name = m_rows[row];
+    double lower = m_model.RowLower()[row];
+    double upper = m_model.RowUpper()[row];
+    const bool isEquation = lower == upper && std::isfinite(lower);
+    if (!isEquation)
+    {
+        lower = Limit(lower, true, "row", name);
+        upper = Limit(upper, false, "row", name);
+    }
+    m_lineBegin = m_text.size();
+    m_text.append(" ").append(name).append(":");
+    if (m_model.VariableCount() == 0)
+        return WriteRowWithoutVariables(name, lower, upper);
+    const bool isRange = !isEquation && std::isfinite(lower) && std::isfinite(upper);
+    if (isRange)
+        Append(" " + NumberText(lower + 0.0) + " <=");
+    WriteBody(row);
+    if (isEquation)
+        Append(" = " + NumberText(lower + 0.0));
+    else if (isRange || std::isfinite(upper))
+        Append(" <= " + NumberText(upper + 0.0));
+    else
+        Append(" >= " + NumberText(lower + 0.0));
+    EndLine();
+}
+
+void Writer::WriteBody(std::uint32_t row)
+{
+    const std::span<const std::uint32_t> columns = m_model.RowColumns(row);
+    const std::span<const double> coefficients = m_model.RowCoefficients(row);
+    bool isFirst = true;
+    for (std::size_t at = 0; at < columns.size(); ++at)
+    {
+        if (coefficients[at] == 0.0)
+        {
+            ++m_zeros;
+            continue;
+        }
+        WriteTerm(coefficients[at], m_columns[columns[at]], isFirst);
+        isFirst = false;
+    }
+    // A row needs a variable between its limits; one without any has the first of the model.
+    if (isFirst)
+        WriteTerm(0.0, m_columns[0], true);
+}
+
+/// `5 >= 0` is a row with an upper limit, but neither `1 <= 0 <= 5` nor `0 >= -inf` is one. The
+/// limit comes first, since a constant in front of a relation is what the reader takes for it.
+void Writer::WriteRowWithoutVariables(std::string_view row, double lower, double upper)
+{
+    const bool isEquation = lower == upper && std::isfinite(lower);
+    if (isEquation || std::isfinite(lower) != std::isfinite(upper))
+    {
+        const std::string_view relation = isEquation ? "=" : std::isfinite(lower) ? "<=" : ">=";
+        Append(fmt::format(" {} {} 0", NumberText((std::isfinite(lower) ? lower : upper) + 0.0),
+                           relation));
+        return EndLine();
+    }
+    m_writing.Report(Severity::Error, "lp.no-variable",
+                     fmt::format("row '{}' has two limits or none, and the model no variable", row),
+                     "without variables the format has rows of one limit only");
+    m_failed = true;
+}
+
+void Writer::WriteBounds()
+{
+    const std::size_t before = m_text.size();
+    m_text += "Bounds\n";
+    const std::size_t begin = m_text.size();
+    for (std::uint32_t column = 0; column < m_model.VariableCount(); ++column)
+        WriteBound(column);
+    if (m_text.size() == begin)
+        m_text.resize(before);
+}
+
+void Writer::WriteBound(std::uint32_t column)
+{
+    const std::string_view name = m_columns[column];
+    const double lower = Limit(m_model.VariableLower()[column], true, "variable", name);
+    const double upper = Limit(m_model.VariableUpper()[column], false, "variable", name);
+    const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
+    const bool hasDefaultLower = bits(lower) == 0;
+    m_lineBegin = m_text.size();
+    if (hasDefaultLower && upper == Infinity)
+        return;
+    m_text += ' ';
+    if (lower == -Infinity && upper == Infinity)
+        m_text.append(name).append(" free");
+    else if (bits(lower) == bits(upper))
+        m_text.append(name).append(" = ").append(NumberText(lower));
+    else if (upper == Infinity)
+        m_text.append(name).append(" >= ").append(NumberText(lower));
+    else if (hasDefaultLower && upper > 0.0)
+        m_text.append(name).append(" <= ").append(NumberText(upper));
+    else
+        m_text.append(NumberText(lower) + " <= ").append(name).append(" <= " + NumberText(upper));
+    EndLine();
+}
+
+void Writer::WriteTerm(double coefficient, std::string_view name, bool isFirst)
+{
+    const bool isNegative = std::signbit(coefficient);
+    std::string term = isNegative ? " - " : isFirst ? " " : " + ";
+    const double magnitude = std::fabs(coefficient);
+    if (magnitude != 1.0)
+    {
+        AppendNumber(term, magnitude);
+        term += ' ';
+    }
+    term.append(name);
+    Append(term);
+}
+
+void Writer::WriteConstant(double value, bool isFirst)
+{
+    Append((std::signbit(value) ? " - " : isFirst ? " " : " + ") + NumberText(std::fabs(value)));
+}
+
+void Writer::Append(std::string_view piece)
+{
+    if (m_text.size() - m_lineBegin + piece.size() > kLineLength && m_text.size() > m_lineBegin)
+    {
+        m_text += '\n';
+        m_lineBegin = m_text.size();
+        m_text += "  ";
+    }
+    m_text.append(piece);
+}
+
+void Writer::EndLine()
+{
+    if (m_text.size() > m_lineBegin)
+        m_text += '\n';
+    m_lineBegin = m_text.size();
+}
+
+double Writer::Limit(double value, bool isLower, std::string_view what, std::string_view name)
+{
+    if (!std::isfinite(value) || std::fabs(value) < kInfiniteFrom)
+        return value;
+    const bool loosens = isLower == (value < 0.0);
+    m_writing.Report(
+        loosens ? Severity::Warning : Severity::Error, "lp.infinite-number",
+        fmt::format("the limit {} of {} '{}' is infinite in this format", value, what, name),
+        "limits are below 1e30, or infinite");
+    m_failed = m_failed || !loosens;
+    return std::copysign(Infinity, value);
+}
+
+}  // namespace
+
+Writing WriteLp(const Model& model)
+{
+    return Writer(model).Run();
+}
+
+}  // namespace nuv

@@ -1,0 +1,88 @@
+/// Which reader a file is for. What the text looks like counts before what the file is called; the
+/// name decides only about text that looks like neither format.
+#include "Nuv/Io/ModelFile.hpp"
+
+#include "Nuv/Io/LetterCase.hpp"
+#include "Nuv/Io/Lp/LpKeywords.hpp"
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/Mps/MpsLine.hpp"
+#include "Nuv/Io/Mps/MpsReader.hpp"
+#include "Nuv/Io/TextFile.hpp"
+
+#include <algorithm>
+
+namespace nuv
+{
+namespace
+{
+
+bool EndsLikeMps(std::string_view path) noexcept
+{
+    const auto endsWith = [&](std::string_view ending)
+    {
+        return path.size() >= ending.size() &&
+               EqualsIgnoringCase(path.substr(path.size() - ending.size()), ending);
+    };
+    if (endsWith(".gz"))
+        path.remove_suffix(3);
+    return endsWith(".mps") || endsWith(".sif") || endsWith(".qps");
+}
+
+/// Whether the text opens the way an MPS file does: with a comment or a section in the first
+/// column.
+bool OpensLikeMps(std::string_view text) noexcept
+{
+    mps::Lines lines(text);
+    const mps::Line line = lines.Next();
+    if (line.kind == mps::LineKind::Comment)
+        return true;
+    if (line.kind != mps::LineKind::Header)
+        return false;
+    const mps::Words words = mps::SplitWords(line.text);
+    constexpr std::string_view kOpenings[] = {"name", "rows", "objsense"};
+    return std::any_of(std::begin(kOpenings), std::end(kOpenings),
+                       [&](std::string_view opening)
+                       { return EqualsIgnoringCase(words.word[0], opening); });
+}
+
+/// Whether the text opens with a comment or with the sense of the objective, as LP files do.
+bool OpensLikeLp(std::string_view text) noexcept
+{
+    if (text.starts_with('\\'))
+        return true;
+    lp::Lexer lexer(text);
+    const lp::Token token = lexer.Next();
+    const lp::Section section = lp::MatchKeyword(token, lexer).section;
+    return section == lp::Section::Maximize || section == lp::Section::Minimize;
+}
+
+}  // namespace
+
+ModelFormat FormatOf(std::string_view text, std::string_view path) noexcept
+{
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.remove_prefix(3);
+    if (OpensLikeMps(text))
+        return ModelFormat::Mps;
+    return EndsLikeMps(path) && !OpensLikeLp(text) ? ModelFormat::Mps : ModelFormat::Lp;
+}
+
+Reading ReadModel(std::string_view text, const std::string& path, const ReadOptions& options)
+{
+    return FormatOf(text, path) == ModelFormat::Mps ? ReadMps(text, DisplayName(path), options)
+                                                    : ReadLp(text, DisplayName(path), options);
+}
+
+Reading ReadModelFile(const std::string& path, const ReadOptions& options)
+{
+    const Result<std::string> text = ReadTextFile(path);
+    if (!text)
+    {
+        Reading reading;
+        reading.diagnostics.push_back(WithoutPlace(text.GetError()));
+        return reading;
+    }
+    return ReadModel(*text, path, options);
+}
+
+}  // namespace nuv

@@ -1,0 +1,229 @@
+/// BOUNDS, and what follows from bounds that are missing. A variable starts with [0, +inf); each
+/// record sets one side or both, the last one of a side holds.
+#include "Nuv/Io/Mps/MpsParser.hpp"
+
+#include "Nuv/Io/LetterCase.hpp"
+
+#include "fmt/format.h"
+
+#include <cmath>
+
+namespace nuv::mps
+{
+
+/// What a record of this type sets. Without `needsValue` the sides become infinite, or those of a
+/// binary variable.
+struct Parser::BoundType
+{
+    std::string_view name;
+    bool setsLower;
+    bool setsUpper;
+    bool needsValue;
+    bool integer;
+    bool semiContinuous;
+};
+
+const Parser::BoundType* Parser::FindBoundType(std::string_view name) noexcept
+{
+    static constexpr BoundType kTypes[] = {
+        {"up", false, true, true, false, false},  {"lo", true, false, true, false, false},
+        {"fx", true, true, true, false, false},   {"fr", true, true, false, false, false},
+        {"mi", true, false, false, false, false}, {"pl", false, true, false, false, false},
+        {"bv", true, true, false, true, false},   {"li", true, false, true, true, false},
+        {"ui", false, true, true, true, false},   {"sc", false, true, true, false, true},
+        {"si", false, true, true, true, true},
+    };
+    for (const BoundType& type : kTypes)
+    {
+        if (EqualsIgnoringCase(name, type.name))
+            return &type;
+    }
+    return nullptr;
+}
+
+bool Parser::BoundNeedsValue(std::string_view type) noexcept
+{
+    const BoundType* const found = FindBoundType(type);
+    return found != nullptr && found->needsValue;
+}
+
+bool Parser::ReadBound(const Record& record)
+{
+    const BoundType* const type = FindBoundType(record.type);
+    if (type == nullptr)
+    {
+        return Fail(record.Begin(), "mps.unknown-bound-type",
+                    fmt::format("'{}' is no type of a bound", record.type),
+                    "bounds are of type LO, UP, FX, FR, MI or PL");
+    }
+    if (!InFirstSet(m_boundSet, record))
+        return true;
+    const std::string_view name = record.first;
+    const std::optional<Variable> column = m_model.FindVariable(name);
+    if (!column)
+    {
+        return Fail(
+            name.data(), name.empty() ? "mps.missing-column" : "mps.unknown-column",
+            name.empty()
+                ? std::string("this bound names no column")
+                : fmt::format(
+                      "there is no column called '{}' in COLUMNS, line {}", name,
+                      m_log.LineOf(m_sectionPlaces[static_cast<std::size_t>(Section::Columns)])),
+            "a bound is a type, a set, a column and a value; letter case counts");
+    }
+    if (type->semiContinuous || (type->integer && !m_options.relax))
+        return RefuseInteger(*type, record);
+    m_boundPlaces.resize(m_model.VariableCount());
+    double value = 0.0;
+    return TakeBoundValue(*type, record, value) &&
+           ApplyBound(*type, column->Index(), value, record);
+}
+
+bool Parser::RefuseInteger(const BoundType& type, const Record& record)
+{
+    if (type.semiContinuous)
+    {
+        return Fail(record.Begin(), "mps.semi-continuous",
+                    fmt::format("'{}' is semi-continuous", record.first),
+                    "a linear program has no such variables");
+    }
+    return Fail(record.Begin(), "mps.integer",
+                fmt::format("'{}' is an integer variable", record.first),
+                "--relax takes integer variables for continuous ones within their bounds");
+}
+
+bool Parser::TakeBoundValue(const BoundType& type, const Record& record, double& value)
+{
+    if (!type.needsValue)
+        return true;
+    if (!TakeNumber(record.firstNumber, record.first, value))
+        return false;
+    if (std::fabs(value) >= kInfiniteFrom)
+    {
+        value = std::copysign(Infinity, value);
+    }
+    else if (std::fabs(value) >= kInfiniteForSomeFrom)
+    {
+        m_log.Warn(record.firstNumber.data(), "mps.large-bound",
+                   fmt::format("the bound {} is a number here and infinite for other programs",
+                               record.firstNumber),
+                   "leave the bound out, or take a smaller number");
+    }
+    if ((type.setsLower && value == Infinity) || (type.setsUpper && value == -Infinity))
+    {
+        return Fail(record.firstNumber.data(), "mps.impossible-bound",
+                    fmt::format("no value of '{}' can keep this bound", record.first),
+                    "an upper bound may be inf and a lower bound -inf, not the other way");
+    }
+    return true;
+}
+
+bool Parser::ApplyBound(const BoundType& type, std::uint32_t column, double value,
+                        const Record& record)
+{
+    BoundPlaces& places = m_boundPlaces[column];
+    const Bounds before = {m_model.VariableLower()[column], m_model.VariableUpper()[column]};
+    Bounds after = before;
+    const bool binary = type.integer && !type.needsValue;
+    if (type.setsLower)
+        after.lower = type.needsValue ? value : binary ? 0.0 : -Infinity;
+    if (type.setsUpper)
+        after.upper = type.needsValue ? value : binary ? 1.0 : Infinity;
+    if (type.setsLower && places.lower != nullptr && after.lower != before.lower)
+        NoteSecondBound(places.lower, record);
+    else if (type.setsUpper && places.upper != nullptr && after.upper != before.upper)
+        NoteSecondBound(places.upper, record);
+    if (type.setsLower)
+        places.lower = record.Begin();
+    if (type.setsUpper)
+        places.upper = record.Begin();
+    m_firstInteger = type.integer && m_firstInteger == nullptr ? record.Begin() : m_firstInteger;
+    m_model.SetVariableBounds(column, after);
+    return true;
+}
+
+void Parser::NoteSecondBound(const char* before, const Record& record)
+{
+    constexpr std::string_view kCode = "mps.bound-redefined";
+    if (m_log.Full(kCode))
+        return m_log.CountOnly(kCode);
+    m_log.Warn(record.Begin(), std::string(kCode),
+               fmt::format("a bound of '{}' is set a second time, after line {}; this one holds",
+                           record.first, m_log.LineOf(before)),
+               "take one of them out");
+}
+
+void Parser::FinishBounds()
+{
+    FinishIntegers();
+    for (std::uint32_t column = 0; column < m_boundPlaces.size(); ++column)
+        FinishBound(column);
+}
+
+/// What other programs read differently: an upper bound that is not positive under a lower bound
+/// that nobody set, and an infinite lower bound without an upper one.
+void Parser::FinishBound(std::uint32_t column)
+{
+    const BoundPlaces& places = m_boundPlaces[column];
+    const std::string_view name = m_model.VariableName(column);
+    const double upper = m_model.VariableUpper()[column];
+    double lower = m_model.VariableLower()[column];
+    if (places.lower == nullptr && places.upper != nullptr && upper < 0.0)
+    {
+        lower = -Infinity;
+        m_model.SetVariableBounds(column, {lower, upper});
+        m_log.Warn(places.upper, "mps.negative-upper-bound",
+                   fmt::format("'{}' has the upper bound {} and no lower one: that becomes -inf",
+                               name, upper),
+                   "some programs keep 0, and find the model infeasible; write MI or LO too");
+    }
+    else if (places.lower == nullptr && places.upper != nullptr && upper == 0.0)
+    {
+        m_log.Warn(
+            places.upper, "mps.zero-upper-bound",
+            fmt::format("'{}' has the upper bound 0 and no lower one: it is fixed at 0", name),
+            "some programs take the lower bound for -inf; write FX, MI or LO");
+    }
+    else if (places.lower != nullptr && places.upper == nullptr && lower == -Infinity)
+    {
+        m_log.Warn(places.lower, "mps.no-upper-bound",
+                   fmt::format("'{}' has the lower bound -inf and no upper one: it is free", name),
+                   "some programs take the upper bound for 0; write FR or UP");
+    }
+    if (lower > upper)
+    {
+        m_log.Warn(
+            places.upper != nullptr ? places.upper : places.lower, "mps.contradictory-bounds",
+            fmt::format("the bounds {} <= {} <= {} contradict each other", lower, name, upper),
+            "no value can keep them: the model is infeasible");
+    }
+}
+
+void Parser::FinishIntegers()
+{
+    if (m_integers.empty() && m_firstInteger == nullptr)
+        return;
+    std::size_t unbounded = 0;
+    m_boundPlaces.resize(m_model.VariableCount());
+    for (const std::uint32_t column : m_integers)
+    {
+        const BoundPlaces& places = m_boundPlaces[column];
+        if (places.lower != nullptr || places.upper != nullptr)
+            continue;
+        m_model.SetVariableBounds(column, {0.0, 1.0});
+        ++unbounded;
+    }
+    const char* const at = m_integers.empty() ? m_firstInteger : m_columnPlaces[m_integers[0]];
+    m_log.Warn(at, "mps.relaxed", "integer variables are taken for continuous ones",
+               "the answer bounds that of the integer model and need not be whole");
+    if (unbounded != 0)
+    {
+        m_log.Warn(at, "mps.integer-without-bounds",
+                   fmt::format("{} integer variable{} without bounds {} between 0 and 1, as most "
+                               "programs take them",
+                               unbounded, unbounded == 1 ? "" : "s", unbounded == 1 ? "is" : "are"),
+                   "write bounds for them");
+    }
+}
+
+}  // namespace nuv::mps

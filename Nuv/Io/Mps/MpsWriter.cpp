@@ -1,0 +1,330 @@
+/// Section by section, the matrix by columns.
+#include "Nuv/Io/Mps/MpsWriter.hpp"
+
+#include "Nuv/Io/Mps/MpsLayout.hpp"
+#include "Nuv/Io/Mps/MpsLine.hpp"
+#include "Nuv/Io/Mps/MpsNumber.hpp"
+#include "Nuv/Io/Mps/MpsRowForm.hpp"
+#include "Nuv/Io/NumberText.hpp"
+#include "Nuv/Io/WrittenNames.hpp"
+
+#include "fmt/format.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+bool IsText(char c) noexcept
+{
+    return static_cast<unsigned char>(c) >= 0x20u && c != 0x7F;
+}
+
+bool IsWordCharacter(char c) noexcept
+{
+    return IsText(c) && c != ' ';
+}
+
+/// '$' starts a comment, and the marker a record of its own.
+bool IsOpenToNames(std::string_view name) noexcept
+{
+    return !name.empty() && name.front() != '$' && name != mps::kMarker;
+}
+
+bool FreeHolds(std::string_view name)
+{
+    return IsOpenToNames(name) && std::all_of(name.begin(), name.end(), IsWordCharacter);
+}
+
+bool FixedHolds(std::string_view name)
+{
+    return IsOpenToNames(name) && name.front() != ' ' && name.back() != ' ' &&
+           std::all_of(name.begin(), name.end(), IsText);
+}
+
+constexpr NameRules kFreeRules = {FreeHolds, IsWordCharacter};
+constexpr NameRules kFixedRules = {FixedHolds, IsText, mps::kNameColumns};
+
+bool IsPlusZero(double value) noexcept
+{
+    return std::bit_cast<std::uint64_t>(value) == 0;
+}
+
+/// The rows' names and behind them that of the objective, which shares them.
+std::vector<std::string_view> RowNames(const Model& model, std::string_view objective)
+{
+    std::vector<std::string_view> names = RowNamesOf(model);
+    names.push_back(objective);
+    return names;
+}
+
+/// The objective's own name, or obj, with underscores while a row has it.
+std::string FreeObjectiveName(const Model& model)
+{
+    std::string name = model.ObjectiveName().empty() ? "obj" : model.ObjectiveName();
+    while (model.FindRow(name))
+        name += '_';
+    return name;
+}
+
+bool HasNameWithBlank(const std::vector<std::string_view>& names)
+{
+    return std::any_of(names.begin(), names.end(),
+                       [](std::string_view name)
+                       { return name.find(' ') != std::string_view::npos; });
+}
+
+class Writer
+{
+public:
+    Writer(const Model& model, MpsForm form);
+    Writing Run();
+
+private:
+    void ReportNames();
+    void WriteHead();
+    void WriteRows();
+    bool TakeRow(std::uint32_t row);
+    void TurnMatrix();
+    void WriteColumn(std::uint32_t column);
+    void WriteRightHandSides();
+    void WriteRanges();
+    void WriteBound(std::uint32_t column);
+    double Limit(double value, bool isLower, std::string_view what, std::string_view name);
+    bool Fail(std::string code, std::string text, std::string hint);
+
+    const Model& m_model;
+    MpsForm m_form;
+    std::string m_objectiveName;
+    WrittenNames m_columns;
+    WrittenNames m_rows;
+    std::vector<mps::RowForm> m_rowForms;
+    std::vector<std::size_t> m_starts;  ///< the matrix by columns
+    std::vector<std::uint32_t> m_entryRows;
+    std::vector<double> m_entries;
+    mps::Layout m_layout;
+    Writing m_writing;
+    bool m_failed = false;
+};
+
+Writer::Writer(const Model& model, MpsForm form)
+    : m_model(model),
+      m_form(form),
+      m_objectiveName(FreeObjectiveName(model)),
+      m_columns(VariableNamesOf(model), form == MpsForm::Fixed ? kFixedRules : kFreeRules),
+      m_rows(RowNames(model, m_objectiveName), form == MpsForm::Fixed ? kFixedRules : kFreeRules)
+{
+}
+
+Writing Writer::Run()
+{
+    ReportNames();
+    WriteHead();
+    WriteRows();
+    if (m_failed)
+        return std::move(m_writing);
+    TurnMatrix();
+    m_layout.PutLine("COLUMNS");
+    for (std::uint32_t column = 0; column < m_model.VariableCount(); ++column)
+        WriteColumn(column);
+    WriteRightHandSides();
+    WriteRanges();
+    m_layout.BeginSection("BOUNDS");
+    for (std::uint32_t column = 0; column < m_model.VariableCount(); ++column)
+        WriteBound(column);
+    m_layout.EndSection();
+    m_layout.PutLine("ENDATA");
+    const std::string& misfit = m_layout.FirstMisfit();
+    if (m_form == MpsForm::Fixed && !misfit.empty())
+    {
+        Fail("mps.wide-field", fmt::format("{} does not fit into the columns of fixed MPS", misfit),
+             "numbers have 12 columns there; write free MPS");
+    }
+    if (!m_failed)
+        m_writing.text = m_layout.Take();
+    return std::move(m_writing);
+}
+
+void Writer::ReportNames()
+{
+    m_columns.Report(m_writing, "mps.renamed-variable", "variable");
+    m_rows.Report(m_writing, "mps.renamed-row", "row");
+    if (m_model.ObjectiveName().empty() || m_model.ObjectiveName() == m_objectiveName)
+        return;
+    m_writing.Report(Severity::Warning, "mps.renamed-objective",
+                     fmt::format("the objective is called '{}', since a row is called '{}'",
+                                 m_objectiveName, m_model.ObjectiveName()));
+}
+
+void Writer::WriteHead()
+{
+    std::string name;
+    for (const char c : m_model.Name())
+        name += IsText(c) ? c : '_';
+    // As a word of its own it is a mark of the form.
+    if (name.ends_with(" FREE"))
+        name[name.size() - 5] = '_';
+    name = std::string(mps::Trimmed(name));
+    ReportModelName(m_writing, "mps.renamed-model", m_model.Name(), name);
+    m_layout.Name(name);
+    if (m_model.ObjectiveSense() == Sense::Maximize)
+    {
+        m_layout.PutLine("OBJSENSE");
+        m_layout.PutLine("    MAX");
+    }
+}
+
+void Writer::WriteRows()
+{
+    m_layout.PutLine("ROWS");
+    m_layout.Row('N', m_rows[m_model.RowCount()]);
+    for (std::uint32_t row = 0; row < m_model.RowCount(); ++row)
+    {
+        if (!TakeRow(row))
+            return;
+        m_layout.Row(m_rowForms.back().type, m_rows[row]);
+    }
+}
+
+bool Writer::TakeRow(std::uint32_t row)
+{
+    double lower = m_model.RowLower()[row];
+    double upper = m_model.RowUpper()[row];
+    const std::string_view name = m_model.RowName(row);
+    if (lower > upper)
+    {
+        return Fail("mps.contradictory-row",
+                    fmt::format("MPS cannot state {} <= '{}' <= {}", lower, name, upper),
+                    "this row alone makes the model infeasible; the LP format can state it");
+    }
+    // Only the limits that lead away from zero: the others are read as the numbers they are.
+    if (lower != upper && lower < 0.0)
+        lower = Limit(lower, true, "row", name);
+    if (lower != upper && upper > 0.0)
+        upper = Limit(upper, false, "row", name);
+    m_rowForms.push_back(mps::FormOf(lower, upper));
+    return true;
+}
+
+void Writer::TurnMatrix()
+{
+    m_starts.assign(m_model.VariableCount() + 1, 0);
+    for (const std::uint32_t column : m_model.Columns())
+        ++m_starts[column + 1];
+    for (std::size_t column = 1; column < m_starts.size(); ++column)
+        m_starts[column] += m_starts[column - 1];
+    m_entryRows.resize(m_model.NonzeroCount());
+    m_entries.resize(m_model.NonzeroCount());
+    std::vector<std::size_t> next = m_starts;
+    for (std::uint32_t row = 0; row < m_model.RowCount(); ++row)
+    {
+        const std::span<const std::uint32_t> columns = m_model.RowColumns(row);
+        const std::span<const double> coefficients = m_model.RowCoefficients(row);
+        for (std::size_t at = 0; at < columns.size(); ++at)
+        {
+            const std::size_t to = next[columns[at]]++;
+            m_entryRows[to] = row;
+            m_entries[to] = coefficients[at];
+        }
+    }
+}
+
+void Writer::WriteColumn(std::uint32_t column)
+{
+    const std::string_view name = m_columns[column];
+    const double cost = m_model.Objective()[column];
+    // A column without any entry is known by its name only if it has one here.
+    if (!IsPlusZero(cost) || m_starts[column] == m_starts[column + 1])
+        m_layout.Pair(name, m_rows[m_model.RowCount()], NumberText(cost));
+    for (std::size_t at = m_starts[column]; at < m_starts[column + 1]; ++at)
+        m_layout.Pair(name, m_rows[m_entryRows[at]], NumberText(m_entries[at]));
+    m_layout.EndPairs();
+}
+
+void Writer::WriteRightHandSides()
+{
+    m_layout.BeginSection("RHS");
+    const double constant = m_model.ObjectiveConstant();
+    if (constant != 0.0)
+        m_layout.Pair("RHS", m_rows[m_model.RowCount()], NumberText(-constant));
+    for (std::uint32_t row = 0; row < m_rowForms.size(); ++row)
+    {
+        const double value = m_rowForms[row].rightHandSide;
+        if (!IsPlusZero(value))
+            m_layout.Pair("RHS", m_rows[row], NumberText(value));
+    }
+    m_layout.EndSection();
+}
+
+void Writer::WriteRanges()
+{
+    m_layout.BeginSection("RANGES");
+    for (std::uint32_t row = 0; row < m_rowForms.size(); ++row)
+    {
+        if (!m_rowForms[row].range.empty())
+            m_layout.Pair("RNG", m_rows[row], m_rowForms[row].range);
+    }
+    m_layout.EndSection();
+}
+
+void Writer::WriteBound(std::uint32_t column)
+{
+    const std::string_view name = m_columns[column];
+    const double lower = Limit(m_model.VariableLower()[column], true, "variable", name);
+    const double upper = Limit(m_model.VariableUpper()[column], false, "variable", name);
+    if (lower == -Infinity && upper == Infinity)
+        return m_layout.Bound("FR", name);
+    if (std::bit_cast<std::uint64_t>(lower) == std::bit_cast<std::uint64_t>(upper))
+        return m_layout.Bound("FX", name, NumberText(lower));
+    // An upper bound that is not positive would change a lower one that is not written.
+    const bool needsLower = !IsPlusZero(lower) || !(upper > 0.0);
+    if (lower == -Infinity)
+        m_layout.Bound("MI", name);
+    else if (needsLower)
+        m_layout.Bound("LO", name, NumberText(lower));
+    if (upper != Infinity)
+        m_layout.Bound("UP", name, NumberText(upper));
+}
+
+/// A limit as the format takes it; reports one that it takes for another.
+double Writer::Limit(double value, bool isLower, std::string_view what, std::string_view name)
+{
+    if (!std::isfinite(value) || std::fabs(value) < mps::kInfiniteFrom)
+        return value;
+    std::string text =
+        fmt::format("the limit {} of {} '{}' is infinite in this format", value, what, name);
+    const std::string hint = "limits are below 1e30, or infinite";
+    if (isLower == (value < 0.0))
+        m_writing.Report(Severity::Warning, "mps.infinite-number", std::move(text), hint);
+    else
+        Fail("mps.infinite-number", std::move(text), hint);
+    return std::copysign(Infinity, value);
+}
+
+bool Writer::Fail(std::string code, std::string text, std::string hint)
+{
+    m_writing.Report(Severity::Error, std::move(code), std::move(text), std::move(hint));
+    m_failed = true;
+    return false;
+}
+
+}  // namespace
+
+Writing WriteMps(const Model& model, MpsForm form)
+{
+    const bool hasBlank = HasNameWithBlank(RowNames(model, model.ObjectiveName())) ||
+                          HasNameWithBlank(VariableNamesOf(model));
+    if (form == MpsForm::ByContent && hasBlank)
+    {
+        Writing fixed = Writer(model, MpsForm::Fixed).Run();
+        if (fixed.Ok() && fixed.diagnostics.empty())
+            return fixed;
+    }
+    return Writer(model, form).Run();
+}
+
+}  // namespace nuv

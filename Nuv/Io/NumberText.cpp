@@ -1,0 +1,56 @@
+#include "Nuv/Io/NumberText.hpp"
+
+// The macro says whether the library has all of <charconv>, for doubles too.
+#if !defined(__cpp_lib_to_chars)
+#include <fast_float/fast_float.h>
+
+#include <algorithm>
+#include <cmath>
+#endif
+
+namespace nuv
+{
+
+void AppendNumber(std::string& text, double value)
+{
+    // The longest shortest decimal, -2.2250738585072014e-308, has 24 characters.
+    char characters[32];
+    const std::to_chars_result written =
+        std::to_chars(characters, characters + sizeof characters, value);
+    text.append(characters, written.ptr);
+}
+
+std::string NumberText(double value)
+{
+    std::string text;
+    AppendNumber(text, value);
+    return text;
+}
+
+#if defined(__cpp_lib_to_chars)
+
+std::from_chars_result ReadDouble(const char* first, const char* last, double& value) noexcept
+{
+    return std::from_chars(first, last, value);
+}
+
+#else
+
+std::from_chars_result ReadDouble(const char* first, const char* last, double& value) noexcept
+{
+    const fast_float::from_chars_result read = fast_float::from_chars(first, last, value);
+    if (read.ec != std::errc())
+        return {first, read.ec};
+    // What has digits and is infinite, or is not 0 and yet read as 0, is out of range.
+    const char* const exponent =
+        std::find_if(first, read.ptr, [](char c) { return c == 'e' || c == 'E'; });
+    const auto hasDigitFrom = [&](char least)
+    { return std::any_of(first, exponent, [=](char c) { return c >= least && c <= '9'; }); };
+    const bool isOutOfRange =
+        (std::isinf(value) && hasDigitFrom('0')) || (value == 0.0 && hasDigitFrom('1'));
+    return {read.ptr, isOutOfRange ? std::errc::result_out_of_range : std::errc()};
+}
+
+#endif
+
+}  // namespace nuv

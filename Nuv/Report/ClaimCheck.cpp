@@ -1,0 +1,202 @@
+// First what the file says of itself, then the truth about the model by the shortest proof that the
+// file allows, then the two against each other.
+#include "Nuv/Report/ClaimCheck.hpp"
+
+#include "Nuv/Exact/CertifiedSolve.hpp"
+#include "Nuv/Report/ClaimMeasures.hpp"
+#include "Nuv/Solve/ModelForm.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace nuv
+{
+namespace
+{
+
+using claim::Court;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+bool IsComplete(const Claim::Numbers& numbers, std::size_t count)
+{
+    return numbers.size() == count &&
+           std::ranges::all_of(numbers, [](const auto& number) { return number.has_value(); });
+}
+
+/// The numbers over one denominator; what is not there counts as 0.
+ExactVector OverOneDenominator(const Claim::Numbers& numbers, std::size_t count, bool negate)
+{
+    ExactVector result;
+    result.numerator.resize(count);
+    for (const auto& number : numbers)
+        if (number)
+            result.denominator = boost::multiprecision::lcm(
+                result.denominator, Integer(boost::multiprecision::denominator(*number)));
+    for (std::size_t k = 0; k < numbers.size(); ++k)
+        if (numbers[k])
+        {
+            const Rational scaled = *numbers[k] * Rational(result.denominator);
+            const Integer whole = boost::multiprecision::numerator(scaled);
+            result.numerator[k] = negate ? Integer(-whole) : whole;
+        }
+    return result;
+}
+
+/// What the file's numbers prove as they stand.
+/// @return Stopped if that is nothing.
+Proof ProofInFile(const LinearForm& form, const Model& model, const Claim& claim,
+                  const Rational& objective)
+{
+    const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
+    Proof proof;
+    if (claim.status == ClaimedStatus::Optimal && IsComplete(claim.duals, form.rows))
+    {
+        proof.status = ProofStatus::Optimal;
+        proof.objective = isMaximum ? Rational(-objective) : objective;
+        proof.primal = OverOneDenominator(claim.values, form.columns, false);
+        proof.dual = OverOneDenominator(claim.duals, form.rows, isMaximum);
+    }
+    else if (claim.status == ClaimedStatus::Infeasible && !claim.farkas.empty())
+    {
+        proof.status = ProofStatus::Infeasible;
+        proof.dual = OverOneDenominator(claim.farkas, form.rows, false);
+    }
+    else if (claim.status == ClaimedStatus::Unbounded && !claim.ray.empty() &&
+             IsComplete(claim.values, form.columns))
+    {
+        proof.status = ProofStatus::Unbounded;
+        proof.primal = OverOneDenominator(claim.values, form.columns, false);
+        proof.ray = OverOneDenominator(claim.ray, form.columns, false);
+    }
+    proof.proved = proof.status != ProofStatus::Stopped && CheckProof(form, proof).empty();
+    if (!proof.proved)
+        proof.status = ProofStatus::Stopped;
+    return proof;
+}
+
+/// An optimal basis needs no pivot, and must not lose its way in doubles; any other one does.
+Proof ProofFromBasis(const LinearForm& form, const Basis& basis, const Limits& limits)
+{
+    Limits noPivots = limits;
+    noPivots.exactPivots = 0;
+    Proof proof = ProveFrom(form, basis, noPivots);
+    return proof.proved || proof.stopReason != StopReason::PivotLimit
+               ? proof
+               : SolveProved(form, &basis, limits);
+}
+
+/// The form with the sides of the conflict alone.
+LinearForm OnlyConflict(const LinearForm& form, const std::vector<ConflictMember>& conflict)
+{
+    LinearForm only = form;
+    for (auto* lower : {&only.columnLower, &only.rowLower})
+        std::ranges::fill(*lower, -kInfinity);
+    for (auto* upper : {&only.columnUpper, &only.rowUpper})
+        std::ranges::fill(*upper, kInfinity);
+    std::ranges::fill(only.cost, 0.0);
+    for (const auto& [variable, isUpper] : conflict)
+    {
+        const bool isRow = form.IsLogical(variable);
+        const Index at = isRow ? variable - form.columns : variable;
+        if (isUpper)
+            (isRow ? only.rowUpper : only.columnUpper)[at] = form.Upper(variable);
+        else
+            (isRow ? only.rowLower : only.columnLower)[at] = form.Lower(variable);
+    }
+    return only;
+}
+
+void Learn(const Proof& proof, Evidence evidence, bool isMaximum, ClaimReport& report)
+{
+    report.truth = proof.status;
+    report.evidence = proof.status == ProofStatus::Stopped ? Evidence::None : evidence;
+    report.pivots += proof.doublePivots + proof.exactPivots;
+    report.stopReason = proof.stopReason;
+    report.optimum = isMaximum ? Rational(-proof.objective) : proof.objective;
+}
+
+/// Proves the truth about the model by the first way that leads there.
+void FindTruth(const LinearForm& form, const Model& model, const Claim& claim,
+               const ClaimOptions& options, Court& court, ClaimReport& report)
+{
+    const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
+    Proof proof = ProofInFile(form, model, claim, report.objective);
+    Evidence evidence = Evidence::Certificate;
+    if (!proof.proved && claim.status == ClaimedStatus::Infeasible && !claim.conflict.empty())
+    {
+        proof = SolveProved(OnlyConflict(form, claim.conflict), nullptr, options.limits);
+        evidence = Evidence::Conflict;
+        if (proof.proved && proof.status != ProofStatus::Infeasible)
+            court.Disagree("claim.conflict",
+                           "the rows and bounds of the conflict do not exclude each other");
+        proof.proved = proof.status == ProofStatus::Infeasible;
+    }
+    if (!proof.proved)
+    {
+        proof = claim.basis ? ProofFromBasis(form, *claim.basis, options.limits)
+                            : SolveProved(form, nullptr, options.limits);
+        evidence = claim.basis ? Evidence::Basis : Evidence::Solve;
+    }
+    Learn(proof, evidence, isMaximum, report);
+}
+
+const char* TruthWords(ProofStatus status)
+{
+    switch (status)
+    {
+    case ProofStatus::Optimal:
+        return "the model has an optimum";
+    case ProofStatus::Infeasible:
+        return "the model is infeasible";
+    case ProofStatus::Unbounded:
+        return "the model is unbounded";
+    case ProofStatus::Stopped:
+        break;
+    }
+    return "";
+}
+
+bool IsTrue(ClaimedStatus claimed, ProofStatus truth)
+{
+    return (claimed == ClaimedStatus::Optimal && truth == ProofStatus::Optimal) ||
+           (claimed == ClaimedStatus::Infeasible && truth == ProofStatus::Infeasible) ||
+           (claimed == ClaimedStatus::Unbounded && truth == ProofStatus::Unbounded);
+}
+
+}  // namespace
+
+ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOptions& options)
+{
+    ClaimReport report;
+    report.claimed = claim.status;
+    const LinearForm form = FormOf(model);
+    Court court(model, form, options.tolerance, report);
+    const bool isOptimum = claim.status == ClaimedStatus::Optimal;
+    if (isOptimum || claim.status == ClaimedStatus::Feasible ||
+        (claim.status == ClaimedStatus::Unbounded && !claim.values.empty()))
+        court.JudgePoint(claim);
+    if (isOptimum && !claim.duals.empty())
+        court.JudgeDuals(claim);
+    if (claim.status == ClaimedStatus::Unbounded && !claim.ray.empty())
+        court.JudgeRay(claim);
+    if (claim.status == ClaimedStatus::Infeasible && !claim.farkas.empty())
+        court.JudgeFarkas(claim);
+    if (claim.status == ClaimedStatus::Feasible)
+        report.evidence = Evidence::Values;
+    else
+    {
+        FindTruth(form, model, claim, options, court, report);
+        if (report.truth != ProofStatus::Stopped && !IsTrue(claim.status, report.truth))
+            court.Disagree("claim.status", TruthWords(report.truth));
+        if (isOptimum && report.truth == ProofStatus::Optimal)
+            court.JudgeOptimum(claim);
+    }
+    report.judgement = report.disagreementCount != 0       ? Judgement::Refuted
+                       : report.evidence == Evidence::None ? Judgement::Undecided
+                                                           : Judgement::Confirmed;
+    return report;
+}
+
+}  // namespace nuv

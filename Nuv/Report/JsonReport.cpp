@@ -1,0 +1,250 @@
+#include "Nuv/Report/JsonReport.hpp"
+
+#include "Nuv/Report/JsonWriter.hpp"
+
+#include <cmath>
+#include <utility>
+
+namespace nuv
+{
+namespace
+{
+
+std::string_view BasisWord(BasisStatus status)
+{
+    switch (status)
+    {
+    case BasisStatus::Basic:
+        return "basic";
+    case BasisStatus::AtLower:
+        return "lower";
+    case BasisStatus::AtUpper:
+        return "upper";
+    case BasisStatus::Free:
+        break;
+    }
+    return "free";
+}
+
+void WriteRange(Json& json, std::string_view key, const AllowedRange& range)
+{
+    json.Key(key).Open('[').Number(range.lower).Number(range.upper).Close(']');
+}
+
+void WriteVariables(Json& json, const Model& model, const Solution& solution)
+{
+    json.Key("variables").Open('[');
+    for (std::uint32_t j = 0; j < solution.values.size(); ++j)
+    {
+        json.Open('{').Key("name").Text(model.VariableName(j));
+        json.Key("value").Number(solution.values[j]);
+        if (!solution.reducedCosts.empty())
+            json.Key("reduced_cost")
+                .Number(solution.reducedCosts[j])
+                .Key("basis")
+                .Text(BasisWord(solution.proof.basis.columns[j]));
+        if (!solution.sensitivity.cost.empty())
+            WriteRange(json, "objective_range", solution.sensitivity.cost[j]);
+        json.Close('}');
+    }
+    json.Close(']');
+}
+
+/// The range of the side at which the row rests, or of the only one it has.
+const AllowedRange& RangeOfRow(const Model& model, const Solution& solution, std::uint32_t i)
+{
+    const bool isLower =
+        solution.proof.basis.rows[i] == BasisStatus::AtLower || !std::isfinite(model.RowUpper()[i]);
+    return isLower ? solution.sensitivity.rowLower[i] : solution.sensitivity.rowUpper[i];
+}
+
+void WriteRows(Json& json, const Model& model, const Solution& solution)
+{
+    json.Key("rows").Open('[');
+    for (std::uint32_t i = 0; i < solution.activities.size(); ++i)
+    {
+        const double lower = model.RowLower()[i];
+        const double upper = model.RowUpper()[i];
+        const double activity = solution.activities[i];
+        json.Open('{').Key("name").Text(model.RowName(i));
+        json.Key("activity").Number(activity);
+        json.Key("lower").Number(lower).Key("upper").Number(upper);
+        json.Key("slack").Number(std::fmin(upper - activity, activity - lower) + 0.0);
+        if (!solution.duals.empty())
+            json.Key("dual")
+                .Number(solution.duals[i])
+                .Key("basis")
+                .Text(BasisWord(solution.proof.basis.rows[i]));
+        if (!solution.sensitivity.rowUpper.empty())
+            WriteRange(json, "rhs_range", RangeOfRow(model, solution, i));
+        json.Close('}');
+    }
+    json.Close(']');
+}
+
+void WriteConflict(Json& json, const Model& model, const Solution& solution)
+{
+    json.Key("conflict").Open('[');
+    for (const ConflictMember& member : solution.conflict.members)
+    {
+        const bool isRow = member.variable >= model.VariableCount();
+        const std::string_view name = isRow ? model.RowName(member.variable - model.VariableCount())
+                                            : model.VariableName(member.variable);
+        json.Open('{').Key(isRow ? "row" : "variable").Text(name);
+        json.Key("side").Text(member.upper ? "upper" : "lower").Close('}');
+    }
+    json.Close(']');
+}
+
+/// The multipliers of the infeasibility proof, exact, by the rows that have one.
+void WriteFarkas(Json& json, const Model& model, const Solution& solution)
+{
+    json.Key("farkas").Open('[');
+    const bool isProved = solution.status == SolveStatus::Infeasible && solution.proved;
+    const ExactVector& multipliers = solution.proof.dual;
+    for (std::uint32_t i = 0; isProved && i < multipliers.numerator.size(); ++i)
+        if (multipliers.numerator[i] != 0)
+            json.Open('{')
+                .Key("name")
+                .Text(model.RowName(i))
+                .Key("multiplier")
+                .Text(ToString(multipliers.At(i)))
+                .Close('}');
+    json.Close(']');
+}
+
+void WriteRay(Json& json, const Model& model, const Solution& solution)
+{
+    json.Key("ray").Open('[');
+    for (std::uint32_t j = 0; j < solution.ray.size(); ++j)
+        if (solution.ray[j] != 0.0)
+            json.Open('{')
+                .Key("name")
+                .Text(model.VariableName(j))
+                .Key("value")
+                .Number(solution.ray[j])
+                .Close('}');
+    json.Close(']');
+}
+
+/// Lines and columns count from 1; 0 stands for none.
+void WritePlace(Json& json, const Error& error)
+{
+    for (const auto& [key, number] :
+         {std::pair("line", error.line), std::pair("column", error.column)})
+    {
+        json.Key(key);
+        number == 0 ? json.Raw("null") : json.Count(number);
+    }
+}
+
+void WriteTextOrNull(Json& json, std::string_view key, std::string_view text)
+{
+    json.Key(key);
+    text.empty() ? json.Raw("null") : json.Text(text);
+}
+
+void WriteWarnings(Json& json, std::span<const Diagnostic> diagnostics)
+{
+    json.Key("warnings").Open('[');
+    for (const Diagnostic& diagnostic : diagnostics)
+    {
+        if (diagnostic.severity != Severity::Warning)
+            continue;
+        json.Open('{');
+        WritePlace(json, diagnostic.error);
+        json.Key("code").Text(diagnostic.error.code);
+        json.Key("text").Text(diagnostic.error.text).Close('}');
+    }
+    json.Close(']');
+}
+
+std::string_view OutcomeWord(FloatOutcome outcome)
+{
+    constexpr std::string_view words[] = {"optimal", "infeasible", "unbounded", "pivot-limit",
+                                          "cycling", "cancelled",  "skipped"};
+    return words[static_cast<std::size_t>(outcome)];
+}
+
+/// How the first stage ended, and the pivots that a basis took to come back where it did.
+void WriteFloatStage(Json& json, const FloatResult& stage)
+{
+    json.Key("float_stage").Open('{').Key("outcome").Text(OutcomeWord(stage.outcome));
+    if (stage.outcome == FloatOutcome::Cycling)
+        json.Key("period").Count(stage.period);
+    json.Close('}');
+}
+
+void WriteVerdict(Json& json, const Solution& solution)
+{
+    json.Key("schema").Text(kResultSchema).Key("status").Text(StatusWord(solution.status));
+    json.Key("objective");
+    if (solution.values.empty() && solution.exactObjective.empty())
+        json.Raw("null");
+    else
+        json.Number(solution.objective);
+    json.Key("proof").Open('{');
+    json.Key("outcome").Text(solution.proved ? "proved" : "not proved");
+    if (!solution.exactObjective.empty())
+        json.Key("objective").Text(solution.exactObjective);
+    if (solution.status == SolveStatus::Stopped)
+        json.Key("primal_violation")
+            .Number(solution.proof.primalViolation)
+            .Key("dual_violation")
+            .Number(solution.proof.dualViolation);
+    json.Close('}').Key("pivots").Open('{');
+    json.Key("float").Count(solution.floatStage.pivots);
+    json.Key("double").Count(solution.proof.doublePivots);
+    json.Key("exact").Count(solution.proof.exactPivots).Close('}');
+    WriteFloatStage(json, solution.floatStage);
+}
+
+}  // namespace
+
+std::string_view StatusWord(SolveStatus status)
+{
+    switch (status)
+    {
+    case SolveStatus::Optimal:
+        return "optimal";
+    case SolveStatus::Infeasible:
+        return "infeasible";
+    case SolveStatus::Unbounded:
+        return "unbounded";
+    case SolveStatus::Stopped:
+        return "stopped";
+    case SolveStatus::Invalid:
+        break;
+    }
+    return "invalid";
+}
+
+std::string JsonReport(const Model& model, const Solution& solution,
+                       std::span<const Diagnostic> diagnostics)
+{
+    Json json;
+    json.Open('{');
+    WriteVerdict(json, solution);
+    WriteVariables(json, model, solution);
+    WriteRows(json, model, solution);
+    WriteConflict(json, model, solution);
+    WriteFarkas(json, model, solution);
+    WriteRay(json, model, solution);
+    WriteWarnings(json, diagnostics);
+    return json.Close('}').Finish();
+}
+
+std::string ErrorJson(std::string_view schema, const Error& error,
+                      std::span<const Diagnostic> diagnostics)
+{
+    Json json;
+    json.Open('{').Key("schema").Text(schema).Key("status").Text("error");
+    json.Key("code").Text(error.code).Key("text").Text(error.text);
+    WriteTextOrNull(json, "hint", error.hint);
+    WriteTextOrNull(json, "file", error.file);
+    WritePlace(json, error);
+    WriteWarnings(json, diagnostics);
+    return json.Close('}').Finish();
+}
+
+}  // namespace nuv

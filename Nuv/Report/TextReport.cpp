@@ -1,0 +1,257 @@
+// Aligned tables of names and numbers. Numbers are the shortest decimals that read back as the same
+// doubles.
+#include "Nuv/Report/TextReport.hpp"
+
+#include "Nuv/Report/JsonReport.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace nuvlp
+{
+namespace
+{
+
+/// Wider names push their line to the right instead of all the others.
+constexpr std::size_t kWidestColumn = 48;
+
+std::size_t Characters(std::string_view text)
+{
+    const auto first = [](char c) { return (static_cast<unsigned char>(c) & 0xC0u) != 0x80u; };
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), first));
+}
+
+/// The first column is set to the left, the others to the right.
+class Table
+{
+public:
+    void Add(std::vector<std::string> line)
+    {
+        m_lines.push_back(std::move(line));
+    }
+
+    [[nodiscard]] bool HasLines() const
+    {
+        return m_lines.size() > 1;
+    }
+
+    [[nodiscard]] std::string Text() const
+    {
+        std::vector<std::size_t> widths;
+        for (const std::vector<std::string>& line : m_lines)
+        {
+            widths.resize(line.size(), 0);
+            for (std::size_t i = 0; i < line.size(); ++i)
+                widths[i] = std::max(widths[i], std::min(Characters(line[i]), kWidestColumn));
+        }
+        std::string text;
+        for (const std::vector<std::string>& line : m_lines)
+        {
+            for (std::size_t i = 0; i < line.size(); ++i)
+            {
+                const std::size_t had = Characters(line[i]);
+                const std::string blanks(had < widths[i] ? widths[i] - had : 0, ' ');
+                text += i == 0 ? line[i] + blanks : "  " + blanks + line[i];
+            }
+            text += '\n';
+        }
+        return text;
+    }
+
+private:
+    std::vector<std::vector<std::string>> m_lines;
+};
+
+std::string Number(double value)
+{
+    // Adding zero turns a negative zero into a plain one.
+    return fmt::format("{}", value + 0.0);
+}
+
+std::string CycleWords(const nuv::FloatResult& stage)
+{
+    return fmt::format("basis repeated after {} pivots, a cycle of {}", stage.pivots, stage.period);
+}
+
+std::string StopWords(const nuv::Solution& solution)
+{
+    if (solution.floatStage.outcome == nuv::FloatOutcome::Cycling &&
+        solution.proof.stopReason == nuv::StopReason::None)
+        return ": " + CycleWords(solution.floatStage);
+    if (solution.floatStage.outcome == nuv::FloatOutcome::Skipped &&
+        solution.proof.stopReason == nuv::StopReason::None)
+        return ": the model is empty, too large or beyond single precision";
+    switch (solution.proof.stopReason)
+    {
+    case nuv::StopReason::TimeLimit:
+        return " by the time limit";
+    case nuv::StopReason::PivotLimit:
+        return " by the pivot limit";
+    case nuv::StopReason::Cancelled:
+        return " by an interrupt";
+    case nuv::StopReason::None:
+        break;
+    }
+    return "";
+}
+
+std::string BoundWords(double lower, double upper)
+{
+    if (lower == upper)
+        return "= " + Number(lower);
+    if (std::isinf(lower) && std::isinf(upper))
+        return "free";
+    if (std::isinf(lower))
+        return "<= " + Number(upper);
+    if (std::isinf(upper))
+        return ">= " + Number(lower);
+    return Number(lower) + " .. " + Number(upper);
+}
+
+/// The distance to the nearer side; negative outside.
+std::string SlackWords(double activity, double lower, double upper)
+{
+    const double slack = std::min(upper - activity, activity - lower);
+    return std::isinf(slack) ? "" : Number(slack);
+}
+
+std::string Head(const nuv::Solution& solution)
+{
+    std::string text = fmt::format("status     {}", nuv::StatusWord(solution.status));
+    if (solution.status == nuv::SolveStatus::Stopped)
+        text += StopWords(solution);
+    text += '\n';
+    const bool optimal = solution.status == nuv::SolveStatus::Optimal;
+    if (optimal || !solution.values.empty())
+        text += "objective  " + Number(solution.objective) + "\n";
+    text += fmt::format("proof      {}{}\n", solution.proved ? "proved" : "not proved",
+                        ExactWords(solution.exactObjective));
+    if (solution.status == nuv::SolveStatus::Stopped && !solution.values.empty())
+    {
+        text += fmt::format("violation  {} of a bound, {} of an optimality condition\n",
+                            Number(solution.proof.primalViolation),
+                            Number(solution.proof.dualViolation));
+    }
+    return text;
+}
+
+std::string Values(const nuv::Model& model, const nuv::Solution& solution)
+{
+    Table variables;
+    variables.Add({"variable", "value"});
+    for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
+        variables.Add({std::string(model.VariableName(j)), Number(solution.values[j])});
+    Table rows;
+    rows.Add({"row", "activity", "bound", "slack"});
+    for (std::uint32_t i = 0; i < model.RowCount(); ++i)
+    {
+        const double activity = solution.activities[i];
+        const double lower = model.RowLower()[i];
+        const double upper = model.RowUpper()[i];
+        rows.Add({std::string(model.RowName(i)), Number(activity), BoundWords(lower, upper),
+                  SlackWords(activity, lower, upper)});
+    }
+    return (variables.HasLines() ? "\n" + variables.Text() : "") +
+           (rows.HasLines() ? "\n" + rows.Text() : "");
+}
+
+/// The entries of a direction or of a combination that are not zero, under their names.
+template <class NameOf>
+std::string NonZeros(std::string title, std::string unit, std::span<const double> entries,
+                     NameOf nameOf)
+{
+    Table table;
+    table.Add({std::move(title), std::move(unit)});
+    for (std::uint32_t k = 0; k < entries.size(); ++k)
+    {
+        if (entries[k] != 0.0)
+            table.Add({std::string(nameOf(k)), Number(entries[k])});
+    }
+    return table.HasLines() ? "\n" + table.Text() : "";
+}
+
+/// Rows and bounds that exclude each other, under their names.
+std::string ConflictWords(const nuv::Model& model, const nuv::Conflict& conflict)
+{
+    Table table;
+    table.Add({conflict.minimal ? "conflict (minimal)" : "conflict", "side"});
+    for (const nuv::ConflictMember& member : conflict.members)
+    {
+        const bool isRow = member.variable >= model.VariableCount();
+        const std::uint32_t index =
+            isRow ? member.variable - model.VariableCount() : member.variable;
+        const std::span<const double> sides =
+            isRow ? (member.upper ? model.RowUpper() : model.RowLower())
+                  : (member.upper ? model.VariableUpper() : model.VariableLower());
+        const std::string name(isRow ? model.RowName(index) : model.VariableName(index));
+        table.Add({(isRow ? "row " : "variable ") + name,
+                   (member.upper ? "<= " : ">= ") + Number(sides[index])});
+    }
+    return table.HasLines() ? "\n" + table.Text() : "";
+}
+
+std::string RangeWords(const nuv::AllowedRange& range)
+{
+    return Number(range.lower) + " .. " + Number(range.upper);
+}
+
+/// How far the numbers of the model may move before another basis is optimal.
+std::string Ranges(const nuv::Model& model, const nuv::Solution& solution)
+{
+    if (solution.sensitivity.cost.empty() && solution.sensitivity.rowUpper.empty())
+        return "";
+    Table variables;
+    variables.Add({"variable", "reduced cost", "objective may be"});
+    for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
+        variables.Add({std::string(model.VariableName(j)), Number(solution.reducedCosts[j]),
+                       RangeWords(solution.sensitivity.cost[j])});
+    Table rows;
+    rows.Add({"row", "dual", "lower side may be", "upper side may be"});
+    for (std::uint32_t i = 0; i < model.RowCount(); ++i)
+        rows.Add(
+            {std::string(model.RowName(i)), Number(solution.duals[i]),
+             std::isinf(model.RowLower()[i]) ? "" : RangeWords(solution.sensitivity.rowLower[i]),
+             std::isinf(model.RowUpper()[i]) ? "" : RangeWords(solution.sensitivity.rowUpper[i])});
+    return (variables.HasLines() ? "\n" + variables.Text() : "") +
+           (rows.HasLines() ? "\n" + rows.Text() : "");
+}
+
+}  // namespace
+
+std::string ExactWords(std::string_view exact)
+{
+    constexpr std::size_t kLongest = 60;
+    if (exact.size() <= kLongest)
+        return exact.empty() ? "" : fmt::format(", exactly {}", exact);
+    const std::size_t digits = exact.size() - (exact.front() == '-' ? 1 : 0);
+    const std::size_t below = exact.size() - std::min(exact.find('/'), exact.size());
+    return below == 0 ? fmt::format(", exactly an integer of {} digits", digits)
+                      : fmt::format(", exactly a quotient of {} by {} digits, which --json prints",
+                                    digits - below, below - 1);
+}
+
+std::string TextReport(const nuv::Model& model, const nuv::Solution& solution, Detail detail)
+{
+    std::string text = Head(solution);
+    if (detail == Detail::Verdict)
+        return text;
+    if (solution.proved && solution.floatStage.outcome == nuv::FloatOutcome::Cycling)
+        text += "note       single precision stopped: " + CycleWords(solution.floatStage) + "\n";
+    if (solution.values.size() == model.VariableCount() &&
+        solution.activities.size() == model.RowCount())
+        text += Values(model, solution);
+    text += NonZeros("the objective improves for ever along", "direction", solution.ray,
+                     [&](std::uint32_t j) { return model.VariableName(j); });
+    text += NonZeros("these rows contradict each other", "multiplier", solution.farkas,
+                     [&](std::uint32_t i) { return model.RowName(i); });
+    text += ConflictWords(model, solution.conflict);
+    text += Ranges(model, solution);
+    return text;
+}
+
+}  // namespace nuvlp

@@ -1,0 +1,24 @@
+/// A solution as people read it.
+#pragma once
+
+#include "Nuv/Solve/Solution.hpp"
+
+#include <string>
+#include <string_view>
+
+namespace nuvlp
+{
+
+enum class Detail
+{
+    Verdict,  ///< status and objective
+    Full,     ///< and the tables
+};
+
+[[nodiscard]] std::string TextReport(const nuv::Model& model, const nuv::Solution& solution,
+                                     Detail detail);
+
+/// ", exactly p/q", shortened to the sizes of p and q where no one would read it; empty for "".
+[[nodiscard]] std::string ExactWords(std::string_view exact);
+
+}  // namespace nuvlp

@@ -1,0 +1,13 @@
+/// The computational form of a model: the same rows, columns and numbers, for minimisation.
+#pragma once
+
+#include "Nuv/Model/Model.hpp"
+#include "Nuv/SparseSimplex/BoundedForm.hpp"
+
+namespace nuv
+{
+
+/// @return the form; a model to be maximised has its costs and constant negated.
+[[nodiscard]] LinearForm FormOf(const Model& model);
+
+}  // namespace nuv

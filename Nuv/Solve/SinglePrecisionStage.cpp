@@ -1,0 +1,157 @@
+// The core under a monitor that counts, watches for bases that come back, and keeps the last
+// labels. Everything the solve takes is on a scratch allocator and goes back before the result is
+// returned.
+#include "Nuv/Solve/SinglePrecisionStage.hpp"
+
+#include "Nuv/Utils/NuvLinearProgramming.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+/// Follows a solve pivot by pivot: keeps the labels, counts, and watches for a basis that comes
+/// back.
+class Follower
+{
+public:
+    Follower(const FloatLimits& limits, FloatResult& result) : m_limits(limits), m_result(result) {}
+
+    bool operator()(const NuvLinearProgrammingPivot& pivot)
+    {
+        const std::span<const Index> basic(pivot.basic, pivot.numBasic);
+        m_result.basicLabels.assign(basic.begin(), basic.end());
+        if (Returns(pivot, basic))
+            return Stop(FloatOutcome::Cycling);
+        if (m_result.pivots >= m_limits.pivots)
+            return Stop(FloatOutcome::PivotLimit);
+        if (m_limits.keepGoing && !m_limits.keepGoing({pivot.phase,
+                                                       pivot.number,
+                                                       pivot.entering,
+                                                       pivot.leaving,
+                                                       basic,
+                                                       {pivot.values, pivot.numBasic}}))
+            return Stop(FloatOutcome::Cancelled);
+        // What the basis is once the pivot is made.
+        std::replace(m_result.basicLabels.begin(), m_result.basicLabels.end(), pivot.leaving,
+                     pivot.entering);
+        ++m_result.pivots;
+        return true;
+    }
+
+private:
+    bool Stop(FloatOutcome outcome)
+    {
+        m_result.outcome = outcome;
+        return false;
+    }
+
+    /// Brent's way to find a period: one remembered basis, replaced at each power of two.
+    bool Returns(const NuvLinearProgrammingPivot& pivot, std::span<const Index> basic)
+    {
+        if (pivot.phase == m_phase && std::ranges::equal(basic, m_remembered))
+        {
+            m_result.period = m_result.pivots - m_rememberedAt;
+            return true;
+        }
+        if (pivot.phase != m_phase || m_result.pivots - m_rememberedAt >= m_span)
+        {
+            m_span = pivot.phase != m_phase ? 1 : 2 * m_span;
+            m_phase = pivot.phase;
+            m_remembered.assign(basic.begin(), basic.end());
+            m_rememberedAt = m_result.pivots;
+        }
+        return false;
+    }
+
+    const FloatLimits& m_limits;
+    FloatResult& m_result;
+    std::uint32_t m_phase = 0;
+    std::uint64_t m_span = 1;
+    std::uint64_t m_rememberedAt = 0;
+    std::vector<Index> m_remembered;
+};
+
+bool IsFinite(const CanonicalForm& form)
+{
+    const auto fits = [](double x) { return std::isfinite(static_cast<float>(x)); };
+    return std::ranges::all_of(form.cost, fits) && std::ranges::all_of(form.rhs, fits) &&
+           std::ranges::all_of(form.byRow.value, fits);
+}
+
+/// The pivots that the budget of bytes allows: each leaves a matrix of rows x rows behind.
+std::uint64_t AffordablePivots(const CanonicalForm& form, std::size_t bytes)
+{
+    const std::uint64_t rows = form.rows;
+    const std::uint64_t matrices = 4 * rows * (std::uint64_t{form.columns} + 3 * rows + 1) * 2;
+    if (matrices > bytes)
+        return 0;
+    return (bytes - matrices) / (4 * rows * rows + 16 * rows) + 1;
+}
+
+bool State(const CanonicalForm& form, LinearProgram& program)
+{
+    std::vector<IndexedTerm> terms;
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        terms.clear();
+        for (std::size_t at = form.byRow.start[i]; at < form.byRow.start[i + 1]; ++at)
+            terms.push_back({form.byRow.index[at] + 1, static_cast<float>(form.byRow.value[at])});
+        if (!program.SetConstraint(i + 1, terms, static_cast<float>(form.rhs[i])))
+            return false;
+    }
+    terms.clear();
+    for (Index j = 0; j < form.columns; ++j)
+        terms.push_back({j + 1, static_cast<float>(form.cost[j])});
+    return program.SetObjective(terms);
+}
+
+FloatOutcome OutcomeOf(Verdict verdict, FloatOutcome stopped)
+{
+    switch (verdict)
+    {
+    case Verdict::Ok:
+        return FloatOutcome::Optimal;
+    case Verdict::Infeasible:
+        return FloatOutcome::Infeasible;
+    case Verdict::Unbounded:
+        return FloatOutcome::Unbounded;
+    case Verdict::Stopped:
+        return stopped;
+    case Verdict::InvalidInput:
+        break;
+    }
+    return FloatOutcome::Skipped;
+}
+
+}  // namespace
+
+FloatResult RunFloatStage(const CanonicalForm& form, const FloatLimits& limits)
+{
+    FloatResult result;
+    if (form.rows == 0 || form.columns == 0 || !IsFinite(form))
+        return result;
+    FloatLimits affordable = limits;
+    affordable.pivots = std::min(limits.pivots, AffordablePivots(form, limits.bytes));
+    if (affordable.pivots == 0)
+        return result;
+    LinearProgram program(form.columns);
+    if (!program || !State(form, program))
+        return result;
+
+    for (Index i = 0; i < form.rows; ++i)
+        result.basicLabels.push_back(form.columns + 1 + i);
+    const Verdict verdict = program.Solve(Follower(affordable, result));
+    result.outcome = OutcomeOf(verdict, result.outcome);
+    if (result.outcome != FloatOutcome::Optimal)
+        return result;
+    result.objective = program.Objective();
+    for (Index j = 0; j < form.columns; ++j)
+        result.values.push_back(program.Value(j + 1));
+    return result;
+}
+
+}  // namespace nuv

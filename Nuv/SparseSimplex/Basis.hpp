@@ -1,0 +1,52 @@
+/// A basis of a linear form: for each column and row whether its variable (for a row, the logical)
+/// is basic or at which bound it rests. This is what one solving stage hands to the next.
+/// Invariant of a fitted basis: as many basic variables as rows, and every nonbasic variable rests
+/// at a finite bound, or at zero if it has none.
+#pragma once
+
+#include "Nuv/SparseSimplex/BoundedForm.hpp"
+
+#include <cstdint>
+#include <vector>
+
+namespace nuv
+{
+
+enum class BasisStatus : std::uint8_t
+{
+    Basic,
+    AtLower,
+    AtUpper,
+    Free,  ///< nonbasic at zero, having no bound
+};
+
+struct Basis
+{
+    std::vector<BasisStatus> columns;
+    std::vector<BasisStatus> rows;
+
+    /// By the linear form's index of variables: columns first, then the logicals of the rows.
+    [[nodiscard]] BasisStatus& operator[](Index variable) noexcept
+    {
+        return variable < columns.size() ? columns[variable] : rows[variable - columns.size()];
+    }
+    [[nodiscard]] BasisStatus operator[](Index variable) const noexcept
+    {
+        return variable < columns.size() ? columns[variable] : rows[variable - columns.size()];
+    }
+    bool operator==(const Basis&) const = default;
+};
+
+/// Where a nonbasic variable rests that has no better reason: the finite bound of smaller
+/// magnitude, or zero.
+[[nodiscard]] BasisStatus RestingStatus(double lower, double upper) noexcept;
+
+/// All logicals basic.
+[[nodiscard]] Basis SlackBasis(const LinearForm& form);
+
+/// Makes any basis a fitted one: wrong lengths are cut or filled up, surplus basic variables from
+/// the end leave, missing ones are filled with logicals, impossible resting places are corrected.
+/// Whether the basis matrix is singular is left to its factorisation.
+void FitBasis(const LinearForm& form, Basis& basis);
+
+}  // namespace nuv

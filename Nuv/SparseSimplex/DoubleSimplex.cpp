@@ -1,0 +1,60 @@
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
+
+#include "Nuv/SparseSimplex/DualSimplex.hpp"
+
+namespace nuv
+{
+namespace
+{
+
+/// Takes back all pushing of bounds; nonbasic variables return to their true bounds.
+void RestoreBounds(SimplexState& state)
+{
+    state.lower = state.form.lower;
+    state.upper = state.form.upper;
+    for (Index v = 0; v < state.form.Variables(); ++v)
+        state.Rest(v);
+}
+
+/// The violations that true bounds bring back are small and the reduced costs are right: a case
+/// for the dual simplex. It leaves the basis to the primal one where that proves wrong.
+void Repair(SimplexState& state, Watch& watch, std::uint64_t& pivots)
+{
+    DualSimplex dual(state, watch, pivots);
+    (void)dual.Run();  // whatever it says, the primal simplex has the last word
+    state.cost = state.form.cost;
+}
+
+}  // namespace
+
+DoubleResult SolveInDoubles(const LinearForm& form, Basis start, Watch& watch)
+{
+    FitBasis(form, start);
+    const ScaledForm scaled(form);
+    SimplexState state(scaled, start);
+    DoubleResult result;
+    result.verdict = SolveInDoubles(state, watch, result.pivots);
+    result.basis = state.ExportBasis();
+    return result;
+}
+
+SimplexVerdict SolveInDoubles(SimplexState& state, Watch& watch, std::uint64_t& pivots)
+{
+    constexpr int kPerturbedRounds = 3;
+    constexpr int kRounds = 6;
+    SimplexVerdict verdict = SimplexVerdict::Numerical;
+    for (int round = 0; round < kRounds; ++round)
+    {
+        PrimalSimplex primal(state, watch, pivots);
+        verdict = primal.Run(round < kPerturbedRounds);
+        const bool moved = primal.BoundsWereMoved();
+        RestoreBounds(state);
+        if (!moved || verdict == SimplexVerdict::Stopped)
+            break;
+        if (verdict == SimplexVerdict::Optimal)
+            Repair(state, watch, pivots);
+    }
+    return verdict;
+}
+
+}  // namespace nuv

@@ -1,0 +1,27 @@
+/// The simplex in doubles as one stage: a basis in, a basis and the reason to stop out. Its verdict
+/// is a guess, good to about nine digits; only the exact stage behind it proves.
+#pragma once
+
+#include "Nuv/SparseSimplex/Basis.hpp"
+#include "Nuv/SparseSimplex/PrimalSimplex.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
+
+#include <cstdint>
+
+namespace nuv
+{
+
+struct DoubleResult
+{
+    SimplexVerdict verdict = SimplexVerdict::Numerical;
+    Basis basis;
+    std::uint64_t pivots = 0;
+};
+
+/// Solves from `start`, which need not be fitted to the form.
+[[nodiscard]] DoubleResult SolveInDoubles(const LinearForm& form, Basis start, Watch& watch);
+
+/// The same for a state that stands: its scaled form may be one that no linear form says.
+SimplexVerdict SolveInDoubles(SimplexState& state, Watch& watch, std::uint64_t& pivots);
+
+}  // namespace nuv

@@ -1,0 +1,143 @@
+/// The two ratio tests of the primal simplex: how far the entering variable can go, and which basic
+/// variable it meets there.
+#include "Nuv/SparseSimplex/PrimalSimplex.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+constexpr double kTolerance = 1e-9;
+constexpr double kSmallestPivot = 1e-9;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+}  // namespace
+
+/// Harris's two passes (Harris 1973): the first finds how far a step may go if every bound gives
+/// way by the tolerance, the second takes the largest pivot within that step.
+PrimalSimplex::Step PrimalSimplex::TestRatiosFeasible(Index entering, double direction) const
+{
+    double longest = kInfinity;
+    for (Index k = 0; k < m_state.form.rows; ++k)
+    {
+        const double rate = -direction * m_column[k];
+        if (std::fabs(rate) <= kSmallestPivot)
+            continue;
+        const Index v = m_state.head[k];
+        const double bound = rate < 0.0 ? m_state.lower[v] : m_state.upper[v];
+        if (std::fabs(bound) == kInfinity)
+            continue;
+        const double room =
+            std::max(0.0, rate < 0.0 ? m_state.value[v] - bound : bound - m_state.value[v]);
+        longest = std::min(longest, (room + kTolerance) / std::fabs(rate));
+    }
+    const double flip = m_state.upper[entering] - m_state.lower[entering];
+    if (flip <= longest && flip < kInfinity)
+        return {Step::Kind::Flip, kNoIndex, flip, BasisStatus::AtLower};
+    if (longest == kInfinity)
+        return {Step::Kind::Unbounded, kNoIndex, 0.0, BasisStatus::AtLower};
+
+    Step best;
+    double largest = 0.0;
+    for (Index k = 0; k < m_state.form.rows; ++k)
+    {
+        const double rate = -direction * m_column[k];
+        if (std::fabs(rate) <= std::max(kSmallestPivot, largest))
+            continue;
+        const Index v = m_state.head[k];
+        const double bound = rate < 0.0 ? m_state.lower[v] : m_state.upper[v];
+        const double room = rate < 0.0 ? m_state.value[v] - bound : bound - m_state.value[v];
+        if (!(room <= longest * std::fabs(rate)))
+            continue;
+        largest = std::fabs(rate);
+        best = {Step::Kind::Pivot, k, std::max(0.0, room / largest),
+                rate < 0.0 ? BasisStatus::AtLower : BasisStatus::AtUpper};
+    }
+    if (largest < 1e-5 && !m_fresh)
+        best.kind = Step::Kind::Reject;
+    return best;
+}
+
+PrimalSimplex::Step PrimalSimplex::TestRatiosInfeasible(Index entering, double direction)
+{
+    CollectBreakpoints(direction);
+    return WalkBreakpoints(-std::fabs(m_state.reduced[entering]),
+                           m_state.upper[entering] - m_state.lower[entering]);
+}
+
+/// The sum of violations along the step is convex and piecewise linear; its slope grows by the rate
+/// of a variable wherever that variable comes within its bounds or leaves them.
+void PrimalSimplex::CollectBreakpoints(double direction)
+{
+    m_breakpoints.clear();
+    for (Index k = 0; k < m_state.form.rows; ++k)
+    {
+        const double rate = -direction * m_column[k];
+        const double speed = std::fabs(rate);
+        if (speed <= kSmallestPivot)
+            continue;
+        const Index v = m_state.head[k];
+        const int away = rate < 0.0 ? -1 : 1;
+        // Moving away from the violated bound meets nothing more.
+        if (m_violation[k] == away)
+            continue;
+        const double near = rate < 0.0 ? m_state.upper[v] : m_state.lower[v];
+        const double far = rate < 0.0 ? m_state.lower[v] : m_state.upper[v];
+        if (m_violation[k] == -away)
+            m_breakpoints.push_back(
+                {std::fabs(m_state.value[v] - near) / speed, speed, k, rate < 0.0});
+        if (std::fabs(far) < kInfinity)
+        {
+            const double room = rate < 0.0 ? m_state.value[v] - far : far - m_state.value[v];
+            m_breakpoints.push_back({std::max(0.0, room / speed), speed, k, rate > 0.0});
+        }
+    }
+}
+
+PrimalSimplex::Step PrimalSimplex::WalkBreakpoints(double slope, double flip)
+{
+    const auto later = [](const Breakpoint& a, const Breakpoint& b) { return a.at > b.at; };
+    std::make_heap(m_breakpoints.begin(), m_breakpoints.end(), later);
+    std::size_t left = m_breakpoints.size();
+    double end = kInfinity;
+    while (left > 0 && slope < 0.0)
+    {
+        std::pop_heap(m_breakpoints.begin(), m_breakpoints.begin() + static_cast<long>(left),
+                      later);
+        --left;
+        slope += m_breakpoints[left].slope;
+        end = m_breakpoints[left].at;
+    }
+    if (flip < kInfinity && flip <= end)
+        return {Step::Kind::Flip, kNoIndex, flip, BasisStatus::AtLower};
+    if (slope < 0.0)
+        return {};
+    // What was passed lies in [left, size), the last one first. Ties at the end, and slightly
+    // beyond it within the tolerance, are broken by the size of the pivot; a tiny pivot is avoided
+    // by stopping short.
+    double largest = 0.0;
+    for (std::size_t at = left; at < m_breakpoints.size(); ++at)
+        largest = std::max(largest, m_breakpoints[at].slope);
+    const double wanted = std::min(0.01 * largest, 1e-3);
+    Step best;
+    double bestSlope = 0.0;
+    for (std::size_t at = left; at < m_breakpoints.size(); ++at)
+    {
+        const Breakpoint& point = m_breakpoints[at];
+        if (best.position != kNoIndex && point.at < best.length - kTolerance / point.slope)
+            break;
+        if (point.slope < std::max(wanted, bestSlope))
+            continue;
+        bestSlope = point.slope;
+        best = {Step::Kind::Pivot, point.position, point.at,
+                point.atUpper ? BasisStatus::AtUpper : BasisStatus::AtLower};
+    }
+    if (bestSlope < 1e-5 && !m_fresh)
+        best.kind = Step::Kind::Reject;
+    return best;
+}
+
+}  // namespace nuv

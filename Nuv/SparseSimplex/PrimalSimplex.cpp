@@ -1,0 +1,371 @@
+#include "Nuv/SparseSimplex/PrimalSimplex.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+constexpr double kFeasibility = 1e-9;
+constexpr double kOptimality = 1e-9;
+constexpr int kMostRelapses = 20;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+}  // namespace
+
+PrimalSimplex::PrimalSimplex(SimplexState& state, Watch& watch, std::uint64_t& pivots)
+    : m_state(state),
+      m_watch(watch),
+      m_pivots(pivots),
+      m_violation(state.form.rows, 0),
+      m_banned(state.form.Variables(), 0)
+{
+}
+
+SimplexVerdict PrimalSimplex::Run(bool perturb)
+{
+    m_perturb = perturb;
+    m_stalled = 0;
+    m_relapses = 0;
+    m_phaseOne = true;
+    RestUnusedColumns();
+    ResetWeights();
+    StartAfresh();
+    SimplexVerdict verdict = SimplexVerdict::Numerical;
+    // Values that are not known to the tolerance may go in and out of their bounds for ever.
+    while (m_relapses <= kMostRelapses && Iterate(verdict))
+    {
+    }
+    return verdict;
+}
+
+void PrimalSimplex::RestUnusedColumns()
+{
+    const SparseVectors<double>& columns = m_state.form.byColumn;
+    for (Index v = 0; v < m_state.form.columns; ++v)
+    {
+        const double cost = m_state.cost[v];
+        const double better = cost < 0.0 ? m_state.upper[v] : m_state.lower[v];
+        if (cost == 0.0 || std::fabs(better) == kInfinity ||
+            m_state.status[v] == BasisStatus::Basic || columns.start[v] != columns.start[v + 1])
+            continue;
+        m_state.status[v] = cost < 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
+        m_state.Rest(v);
+    }
+}
+
+void PrimalSimplex::StartAfresh()
+{
+    m_state.Refactorise();
+    std::fill(m_banned.begin(), m_banned.end(), static_cast<signed char>(0));
+    const bool wasFeasible = !m_phaseOne;
+    m_phaseOne = FindViolations();
+    m_relapses += wasFeasible && m_phaseOne ? 1 : 0;
+    std::vector<double> basicCost(m_state.form.rows);
+    if (m_phaseOne)
+    {
+        std::copy(m_violation.begin(), m_violation.end(), basicCost.begin());
+        const std::vector<double> none(m_state.form.Variables(), 0.0);
+        m_state.ComputeReducedCosts(none, basicCost);
+    }
+    else
+    {
+        for (Index k = 0; k < m_state.form.rows; ++k)
+            basicCost[k] = m_state.cost[m_state.head[k]];
+        m_state.ComputeReducedCosts(m_state.cost, basicCost);
+    }
+    m_fresh = true;
+    m_inaccurate = false;
+}
+
+bool PrimalSimplex::FindViolations()
+{
+    bool any = false;
+    for (Index k = 0; k < m_state.form.rows; ++k)
+    {
+        const Index v = m_state.head[k];
+        const double value = m_state.value[v];
+        m_violation[k] = static_cast<signed char>(value < m_state.lower[v] - kFeasibility   ? -1
+                                                  : value > m_state.upper[v] + kFeasibility ? 1
+                                                                                            : 0);
+        any = any || m_violation[k] != 0;
+    }
+    return any;
+}
+
+double PrimalSimplex::ProgressValue() const
+{
+    const SimplexState& state = m_state;
+    double sum = 0.0;
+    if (m_phaseOne)
+    {
+        for (const Index v : state.head)
+            sum +=
+                std::max({0.0, state.lower[v] - state.value[v], state.value[v] - state.upper[v]}) *
+                state.form.scale[v];
+        return sum;
+    }
+    for (Index v = 0; v < state.form.Variables(); ++v)
+        sum += state.cost[v] * state.value[v];
+    return sum / state.form.costScale;
+}
+
+void PrimalSimplex::ResetWeights()
+{
+    m_weight.assign(m_state.form.Variables(), 1.0);
+}
+
+bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
+{
+    if (m_inaccurate || m_state.WantsRefactorisation())
+        StartAfresh();
+    const Index entering = ChooseEntering();
+    if (entering == kNoIndex)
+        return Conclude(verdict);
+    if (m_watch.Stops({Stage::Double, !m_phaseOne, m_pivots,
+                       m_watch.IsAsked() ? ProgressValue() : std::nan("")}))
+    {
+        verdict = SimplexVerdict::Stopped;
+        return false;
+    }
+    m_state.SolveColumn(entering, m_column);
+    const double cost = EnteringCost(entering);
+    const double error = std::fabs(cost - m_state.reduced[entering]);
+    m_state.reduced[entering] = cost;
+    if (error > 1e-7 * (1.0 + std::fabs(cost)) && !m_fresh)
+    {
+        StartAfresh();
+        return true;
+    }
+    if (std::fabs(cost) <= kOptimality)
+        return true;
+    const double direction = cost < 0.0 ? 1.0 : -1.0;
+    const Step step = m_phaseOne ? TestRatiosInfeasible(entering, direction)
+                                 : TestRatiosFeasible(entering, direction);
+    if (step.kind == Step::Kind::Unbounded || step.kind == Step::Kind::Reject)
+    {
+        if (!m_fresh)
+        {
+            StartAfresh();
+            return true;
+        }
+        if (step.kind == Step::Kind::Unbounded && !m_phaseOne)
+        {
+            verdict = SimplexVerdict::Unbounded;
+            return false;
+        }
+        m_banned[entering] = 1;
+        return true;
+    }
+    ++m_pivots;
+    Move(entering, direction, step.length);
+    NoteProgress(step.length * std::fabs(cost));
+    if (step.kind == Step::Kind::Flip)
+    {
+        m_state.status[entering] = direction > 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
+        m_state.Rest(entering);
+    }
+    else
+    {
+        Pivot(entering, step);
+    }
+    m_fresh = false;
+    if (m_phaseOne)
+        UpdateViolations();
+    return true;
+}
+
+/// No candidate is left: a verdict if the numbers are fresh, otherwise a second look.
+bool PrimalSimplex::Conclude(SimplexVerdict& verdict)
+{
+    if (!m_fresh)
+    {
+        StartAfresh();
+        return true;
+    }
+    const bool banned =
+        std::any_of(m_banned.begin(), m_banned.end(), [](signed char mark) { return mark != 0; });
+    if (banned)
+        verdict = SimplexVerdict::Numerical;
+    else
+        verdict = m_phaseOne ? SimplexVerdict::Infeasible : SimplexVerdict::Optimal;
+    return false;
+}
+
+Index PrimalSimplex::ChooseEntering() const
+{
+    Index best = kNoIndex;
+    double bestScore = 0.0;
+    const std::size_t count = m_state.form.Variables();
+    for (std::size_t v = 0; v < count; ++v)
+    {
+        const double cost = m_state.reduced[v];
+        if (std::fabs(cost) <= kOptimality)
+            continue;
+        const BasisStatus status = m_state.status[v];
+        if (status == BasisStatus::Basic || (status == BasisStatus::AtLower && cost > 0.0) ||
+            (status == BasisStatus::AtUpper && cost < 0.0))
+            continue;
+        const double score = cost * cost / m_weight[v];
+        if (score > bestScore && m_state.lower[v] != m_state.upper[v] && m_banned[v] == 0)
+        {
+            bestScore = score;
+            best = static_cast<Index>(v);
+        }
+    }
+    return best;
+}
+
+/// The reduced cost of the entering variable from its column, more accurate than the updated one.
+double PrimalSimplex::EnteringCost(Index entering) const
+{
+    double cost = m_phaseOne ? 0.0 : m_state.cost[entering];
+    for (Index k = 0; k < m_state.form.rows; ++k)
+    {
+        if (m_column[k] == 0.0)
+            continue;
+        cost -= m_column[k] *
+                (m_phaseOne ? static_cast<double>(m_violation[k]) : m_state.cost[m_state.head[k]]);
+    }
+    return cost;
+}
+
+void PrimalSimplex::Move(Index entering, double direction, double length)
+{
+    if (length == 0.0)
+        return;
+    const double step = direction * length;
+    for (Index k = 0; k < m_state.form.rows; ++k)
+    {
+        if (m_column[k] != 0.0)
+            m_state.value[m_state.head[k]] -= step * m_column[k];
+    }
+    m_state.value[entering] += step;
+}
+
+void PrimalSimplex::Pivot(Index entering, const Step& step)
+{
+    const Index leaving = m_state.head[step.position];
+    m_state.SolveUnitRow(step.position, m_row);
+    m_state.PriceRow(m_row, m_pivotRow);
+    // A bound is moved to where the variable is rather than the variable to its bound: the basic
+    // values stay consistent, and the difference is within the tolerance.
+    double& bound = step.leavingStatus == BasisStatus::AtLower ? m_state.lower[leaving]
+                                                               : m_state.upper[leaving];
+    if (bound != m_state.value[leaving])
+    {
+        if (std::fabs(bound - m_state.value[leaving]) > 1e-12 && !m_phaseOne)
+        {
+            bound = m_state.value[leaving];
+            m_boundsMoved = true;
+        }
+        else
+            m_state.value[leaving] = bound;
+    }
+    UpdateReducedCosts(entering, leaving, m_column[step.position]);
+    if (m_phaseOne)
+    {
+        // At rest it is within its bounds, so it no longer has a phase-one cost.
+        m_state.reduced[leaving] -= static_cast<double>(m_violation[step.position]);
+        m_violation[step.position] = 0;
+    }
+    m_state.Exchange(step.position, entering, step.leavingStatus, m_column);
+    const double accuracy = std::fabs(m_pivotRow.value[entering] - m_column[step.position]);
+    m_inaccurate = accuracy > 1e-7 * (1.0 + std::fabs(m_column[step.position]));
+}
+
+void PrimalSimplex::UpdateReducedCosts(Index entering, Index leaving, double pivot)
+{
+    const double ratio = m_state.reduced[entering] / pivot;
+    const double enteringWeight = m_weight[entering];
+    for (const Index v : m_pivotRow.touched)
+    {
+        if (m_state.status[v] == BasisStatus::Basic)
+            continue;
+        const double entry = m_pivotRow.value[v];
+        m_state.reduced[v] -= ratio * entry;
+        const double share = entry / pivot;
+        m_weight[v] = std::max(m_weight[v], share * share * enteringWeight);
+    }
+    m_state.reduced[entering] = 0.0;
+    m_state.reduced[leaving] = -ratio;
+    m_weight[leaving] = std::max(enteringWeight / (pivot * pivot), 1.0);
+    if (m_weight[leaving] > 1e8)
+        ResetWeights();
+}
+
+/// Basic variables that came within their bounds, or passed them, change the phase-one costs, and
+/// with them the reduced costs.
+void PrimalSimplex::UpdateViolations()
+{
+    m_change.assign(m_state.form.rows, 0.0);
+    bool changed = false;
+    bool any = false;
+    for (Index k = 0; k < m_state.form.rows; ++k)
+    {
+        const Index v = m_state.head[k];
+        const double value = m_state.value[v];
+        const int now = value < m_state.lower[v] - kFeasibility   ? -1
+                        : value > m_state.upper[v] + kFeasibility ? 1
+                                                                  : 0;
+        any = any || now != 0;
+        if (now != m_violation[k])
+        {
+            m_change[k] = static_cast<double>(now - m_violation[k]);
+            m_violation[k] = static_cast<signed char>(now);
+            changed = true;
+        }
+    }
+    if (!any)
+    {
+        m_phaseOne = false;
+        StartAfresh();
+        ResetWeights();
+        return;
+    }
+    if (!changed)
+        return;
+    m_state.lu.SolveBackward(m_change);
+    m_state.PriceRow(m_change, m_pivotRow);
+    for (const Index v : m_pivotRow.touched)
+    {
+        if (m_state.status[v] != BasisStatus::Basic)
+            m_state.reduced[v] -= m_pivotRow.value[v];
+    }
+}
+
+void PrimalSimplex::NoteProgress(double gain)
+{
+    m_stalled = gain > 1e-11 ? 0 : m_stalled + 1;
+    const int patience = 20;
+    if (m_stalled > patience && m_perturb)
+    {
+        PushBoundsApart();
+        m_stalled = 0;
+    }
+}
+
+/// Widens the bounds of basic variables, so that ties in the ratio test break and every step has a
+/// length. Nonbasic variables stay where they are, which keeps a feasible basis feasible.
+void PrimalSimplex::PushBoundsApart()
+{
+    for (const Index v : m_state.head)
+    {
+        for (double* bound : {&m_state.lower[v], &m_state.upper[v]})
+        {
+            m_random ^= m_random << 13;
+            m_random ^= m_random >> 7;
+            m_random ^= m_random << 17;
+            if (std::fabs(*bound) == kInfinity)
+                continue;
+            const double fraction = static_cast<double>(m_random >> 11) * 0x1p-53;
+            const double push = (1.0 + fraction) * 5e-7 * (1.0 + std::fabs(*bound));
+            *bound += bound == &m_state.lower[v] ? -push : push;
+        }
+    }
+    m_boundsMoved = true;
+}
+
+}  // namespace nuv
