@@ -66,9 +66,6 @@ std::vector<Road> RoadsFor(const Case& which)
         {"column inversion", {}, Without({&S::columnInversion}), all},
         {"sparse pricing", {}, Without({&S::sparsePricing}), all},
         {"incremental sums", {}, Without({&S::incrementalSums}), all},
-        {"chunks", {}, Without({&S::chunks}), all},
-        {"chunks, no retained", {}, Without({&S::chunks, &S::retainedOnScratch}), all},
-        {"all of tiles to chunks", {}, Without({&S::chunks, &S::retainedOnScratch}), all},
     };
 }
 

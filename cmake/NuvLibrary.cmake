@@ -48,7 +48,6 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/Simplex/ReducedCosts.cpp
     Nuv/Utils/Simplex/RevisedSimplex.cpp
     Nuv/Utils/Memory/ScratchAllocator.cpp
-    Nuv/Utils/Memory/ScratchChunks.cpp
     Nuv/Utils/Simplex/Iteration.cpp
     Nuv/Utils/Simplex/Workspace.cpp
     Nuv/Utils/Problem/String.cpp)

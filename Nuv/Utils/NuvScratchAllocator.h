@@ -1,7 +1,7 @@
 /// @file
-/// An allocator over the caller's allocator that can take back what a solve leaves behind: mark,
-/// solve, release. Every block is known to it, so that nothing is ever lost. Between mark and
-/// release, blocks are cut from larger ones, which makes taking one cheap.
+/// An allocator over the caller's allocator that can take back what was taken since some moment:
+/// mark, solve, release. Every block is known to it, so that nothing is ever lost. The blocks that
+/// a solve would only leave behind are not even taken from it.
 #ifndef NUV_UTILS_NUVSCRATCHALLOCATOR_H
 #define NUV_UTILS_NUVSCRATCHALLOCATOR_H
 
@@ -9,7 +9,6 @@
 
 typedef struct NuvScratchAllocator NuvScratchAllocator;
 typedef struct NuvScratchBlock NuvScratchBlock;
-typedef struct NuvScratchChunk NuvScratchChunk;
 
 /// Must stay where it was constructed while blocks are out.
 struct NuvScratchAllocator
@@ -18,13 +17,8 @@ struct NuvScratchAllocator
     NuvAllocator allocator;
     /// Where the memory comes from; borrowed.
     NuvAllocator* upstream;
-    /// The blocks that are out and were taken upstream one by one, the newest first.
+    /// The blocks that are out, the newest first.
     NuvScratchBlock* newest;
-    /// Where the others are, the newest first.
-    NuvScratchChunk* chunks;
-    /// Whether a mark waits for its release, and the sizes of the blocks taken since, summed up.
-    NuvBool isMarked;
-    NuvSizeT bytesSinceMark;
     /// How many blocks have ever been taken.
     NuvSizeT taken;
     /// How many blocks are out.
@@ -45,7 +39,7 @@ NUV_API NuvAllocator* NuvScratchAllocatorGetAllocator(NuvScratchAllocator* x);
 /// @return the number of blocks that are out.
 NUV_API NuvSizeT NuvScratchAllocatorGetNumBlocks(const NuvScratchAllocator* x);
 
-/// @return a moment: blocks taken from now on are younger.
+/// @return a mark: blocks taken from now on are younger.
 NUV_API NuvSizeT NuvScratchAllocatorMark(NuvScratchAllocator* x);
 
 /// Gives back the blocks taken since `mark`, except those that `lp` holds. A null `lp` holds none.

@@ -20,10 +20,6 @@ struct Switches
     bool sparsePricing = true;
     /// Only the sums that a changed price is in.
     bool incrementalSums = true;
-    /// Small blocks of the scratch allocator from larger ones.
-    bool chunks = true;
-    /// Taking the blocks that a solve leaves from a scratch allocator too.
-    bool retainedOnScratch = true;
 };
 
 #ifdef NUV_SWITCHES

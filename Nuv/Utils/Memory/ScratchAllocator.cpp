@@ -1,15 +1,13 @@
-// The scratch allocator. A block that is expected to stay comes from upstream by itself, with a
-// header that links it into a list, newest first; one taken after a mark is cut from a chunk where
-// it fits. Invariant: list and chunks hold exactly the blocks that are out, and the numbers of the
-// blocks fall along the list.
-#include "Nuv/Utils/NuvScratchAllocator.h"
+// The scratch allocator. Each block comes from upstream with a header that links it into a list,
+// newest first. Invariant: the list holds exactly the blocks that are out, and their numbers fall
+// along it.
+#include "Nuv/Utils/Memory/ScratchAllocator.h"
 
 #include <stddef.h>
 
 #include <initializer_list>
 
-#include "Nuv/Utils/Kernels/Switches.h"
-#include "Nuv/Utils/Memory/ScratchChunks.h"
+#include "Nuv/Utils/NuvScratchAllocator.h"
 
 struct alignas(max_align_t) NuvScratchBlock
 {
@@ -19,7 +17,7 @@ struct alignas(max_align_t) NuvScratchBlock
     NuvSizeT size;
     /// Counts the blocks ever taken, from 1.
     NuvSizeT number;
-    bool isHeld;
+    bool isPinned;
 };
 
 namespace nuv
@@ -46,9 +44,6 @@ void* AllocateScratch(NuvAllocator* allocator, NuvSizeT size)
     NuvScratchAllocator* const x = ScratchOf(allocator);
     if (size > UINT64_MAX - sizeof(NuvScratchBlock))
         return nullptr;
-    if (x->isMarked && switches.chunks)
-        if (void* const memory = TakeFromChunk(x, size))
-            return memory;
     NuvScratchBlock* const block = static_cast<NuvScratchBlock*>(
         NuvAllocatorAllocate(x->upstream, size + sizeof(NuvScratchBlock)));
     if (!block)
@@ -57,7 +52,6 @@ void* AllocateScratch(NuvAllocator* allocator, NuvSizeT size)
     if (x->newest)
         x->newest->newer = block;
     x->newest = block;
-    x->bytesSinceMark += size;
     ++x->numBlocks;
     return MemoryOf(block);
 }
@@ -73,7 +67,7 @@ void ReleaseScratch(NuvScratchAllocator* x, NuvScratchBlock* block)
 
 void DeallocateScratch(NuvAllocator* allocator, void* memory, NuvSizeT)
 {
-    if (memory && !GiveBackToChunk(ScratchOf(allocator), memory))
+    if (memory)
         ReleaseScratch(ScratchOf(allocator), BlockOf(memory));
 }
 
@@ -82,99 +76,89 @@ bool HasYounger(const NuvScratchAllocator* x, NuvSizeT mark)
     return x->newest && x->newest->number > mark;
 }
 
-/// Marks the blocks of one object after another as held, if they come from this allocator and a
-/// release to the mark would take them: most of what a model holds is older.
-class Holder
+/// Pins the blocks of one object after another that come from this allocator.
+class Pinning
 {
 public:
-    Holder(const NuvScratchAllocator* x, NuvSizeT mark)
-        : scratch(x), chunks(RangeOfChunks(x)), hasYounger(HasYounger(x, mark))
-    {
-    }
+    explicit Pinning(const NuvScratchAllocator* x) : scratch(x) {}
 
-    void Hold(const NuvLinearProgramming* lp) const
+    void PinModel(const NuvLinearProgramming* lp) const
     {
         for (const NuvMatrix_NuvFloat32* const x : {&lp->A, &lp->b, &lp->c})
-            HoldBlock(x->allocator, x->data);
+            PinBlock(x->allocator, x->data);
         for (const NuvMatrix_NuvUint* const x : {&lp->basic, &lp->independent})
-            HoldBlock(x->allocator, x->data);
-        HoldBlock(lp->objective.allocator, lp->objective.begin);
-        HoldArray(&lp->variableValues);
-        HoldVariables(&lp->variables);
-        HoldConstraints(&lp->constraints);
+            PinBlock(x->allocator, x->data);
+        PinBlock(lp->objective.allocator, lp->objective.begin);
+        PinArray(&lp->variableValues);
+        PinVariables(&lp->variables);
+        PinConstraints(&lp->constraints);
     }
 
 private:
-    void HoldBlock(const NuvAllocator* allocator, void* memory) const
+    void PinBlock(const NuvAllocator* allocator, void* memory) const
     {
-        if (allocator != &scratch->allocator || !memory)
-            return;
-        if (IsInRange(chunks, memory) && HoldInChunk(scratch, memory))
-            return;
-        if (hasYounger)
-            BlockOf(memory)->isHeld = true;
+        if (allocator == &scratch->allocator && memory)
+            BlockOf(memory)->isPinned = true;
     }
 
-    void HoldString(const NuvString* x) const
+    void PinString(const NuvString* x) const
     {
         if (x->capacity != 0)
-            HoldBlock(x->allocator, x->buf);
+            PinBlock(x->allocator, x->buf);
     }
 
-    void HoldArray(const NuvVector_NuvPair_NuvString__NuvFloat32* x) const
+    void PinArray(const NuvVector_NuvPair_NuvString__NuvFloat32* x) const
     {
-        HoldBlock(x->allocator, x->begin);
+        PinBlock(x->allocator, x->begin);
         for (const NuvPair_NuvString__NuvFloat32* pair = x->begin; pair != x->end; ++pair)
-            HoldString(&pair->first);
+            PinString(&pair->first);
     }
 
-    void HoldVariables(const NuvUnordered_NuvString__NuvLinearProgrammingVariable* x) const
+    void PinVariables(const NuvUnordered_NuvString__NuvLinearProgrammingVariable* x) const
     {
-        HoldBlock(x->v.allocator, x->v.begin);
+        PinBlock(x->v.allocator, x->v.begin);
         for (auto* link = x->l.node.next.b; link != &x->l.node; link = link->next.b)
         {
-            HoldBlock(x->l.allocator, link);
+            PinBlock(x->l.allocator, link);
             const NuvPair_NuvString__NuvLinearProgrammingVariable* const entry =
                 NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableIteratorContentOf(&link);
-            HoldString(&entry->first);
-            HoldString(&entry->second.name);
+            PinString(&entry->first);
+            PinString(&entry->second.name);
         }
     }
 
-    void HoldConstraints(const NuvUnordered_NuvUint__NuvLinearProgrammingConstraint* x) const
+    void PinConstraints(const NuvUnordered_NuvUint__NuvLinearProgrammingConstraint* x) const
     {
-        HoldBlock(x->v.allocator, x->v.begin);
+        PinBlock(x->v.allocator, x->v.begin);
         for (auto* link = x->l.node.next.b; link != &x->l.node; link = link->next.b)
         {
-            HoldBlock(x->l.allocator, link);
+            PinBlock(x->l.allocator, link);
             const NuvLinearProgrammingConstraint* const constraint =
                 &NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintIteratorContentOf(&link)
                      ->second;
             if (constraint->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME)
-                HoldArray(&constraint->u.variableCoefficientsByName);
+                PinArray(&constraint->u.variableCoefficientsByName);
             else
-                HoldBlock(constraint->u.variableCoefficientsByIndex.allocator,
-                          constraint->u.variableCoefficientsByIndex.begin);
+                PinBlock(constraint->u.variableCoefficientsByIndex.allocator,
+                         constraint->u.variableCoefficientsByIndex.begin);
         }
     }
 
     const NuvScratchAllocator* scratch;
-    ChunkRange chunks;
-    bool hasYounger;
 };
 
-/// Gives back the blocks younger than `mark` that are not held, and lets go of the others.
+/// Gives back the blocks younger than `mark` that are not pinned, and unpins the others.
 void ReleaseYounger(NuvScratchAllocator* x, NuvSizeT mark)
 {
     for (NuvScratchBlock* block = x->newest; block && block->number > mark;)
     {
         NuvScratchBlock* const older = block->older;
-        if (!block->isHeld)
+        if (!block->isPinned)
             ReleaseScratch(x, block);
         block = older;
     }
     for (NuvScratchBlock* block = x->newest; block; block = block->older)
-        block->isHeld = false;
+        block->isPinned = false;
 }
 }  // namespace
 }  // namespace nuv
@@ -184,9 +168,6 @@ NuvScratchAllocator* NuvScratchAllocatorConstruct(NuvScratchAllocator* x, NuvAll
     x->allocator = {nuv::AllocateScratch, nuv::DeallocateScratch, upstream->maxSize, x};
     x->upstream = upstream;
     x->newest = nullptr;
-    x->chunks = nullptr;
-    x->isMarked = NUV_FALSE;
-    x->bytesSinceMark = 0;
     x->taken = 0;
     x->numBlocks = 0;
     return x;
@@ -194,7 +175,6 @@ NuvScratchAllocator* NuvScratchAllocatorConstruct(NuvScratchAllocator* x, NuvAll
 
 void NuvScratchAllocatorDestruct(NuvScratchAllocator* x)
 {
-    nuv::ReleaseInChunks(x, 0);
     while (x->newest)
         nuv::ReleaseScratch(x, x->newest);
 }
@@ -211,18 +191,20 @@ NuvSizeT NuvScratchAllocatorGetNumBlocks(const NuvScratchAllocator* x)
 
 NuvSizeT NuvScratchAllocatorMark(NuvScratchAllocator* x)
 {
-    x->isMarked = NUV_TRUE;
-    x->bytesSinceMark = 0;
     return x->taken;
 }
 
 void NuvScratchAllocatorRelease(NuvScratchAllocator* x, NuvSizeT mark,
                                 const NuvLinearProgramming* lp)
 {
+    if (!nuv::HasYounger(x, mark))
+        return;
     if (lp)
-        nuv::Holder(x, mark).Hold(lp);
-    x->isMarked = NUV_FALSE;
-    nuv::ReleaseInChunks(x, mark);
-    if (nuv::HasYounger(x, mark))
-        nuv::ReleaseYounger(x, mark);
+        nuv::Pinning(x).PinModel(lp);
+    nuv::ReleaseYounger(x, mark);
+}
+
+bool nuv::IsScratchAllocator(const NuvAllocator* allocator)
+{
+    return allocator->allocate == AllocateScratch;
 }

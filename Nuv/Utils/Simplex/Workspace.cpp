@@ -1,7 +1,7 @@
 // Taking and leaving blocks.
 #include "Nuv/Utils/Simplex/Workspace.h"
 
-#include "Nuv/Utils/Kernels/Switches.h"
+#include "Nuv/Utils/Memory/ScratchAllocator.h"
 
 namespace nuv
 {
@@ -20,7 +20,7 @@ void GiveBack(Workspace* workspace)
 
 bool LeaveBehind(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT count)
 {
-    if (!switches.retainedOnScratch)
+    if (IsScratchAllocator(allocator))
         return true;
     void* blocks[maxBlocks];
     for (NuvSizeT taken = 0; taken != count; ++taken)

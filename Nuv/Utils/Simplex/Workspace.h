@@ -60,7 +60,8 @@ inline bool TakeWorkspace(Workspace* workspace, NuvAllocator* allocator, NuvSize
 
 void GiveBack(Workspace* workspace);
 
-/// Takes blocks of the sizes and leaves them with the allocator for good.
+/// Takes blocks of the sizes and leaves them with the allocator for good; none of a scratch
+/// allocator, which would only give them back.
 /// @return false when one is refused; none is left then.
 bool LeaveBehind(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT count);
 }  // namespace nuv

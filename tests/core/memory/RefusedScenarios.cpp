@@ -64,8 +64,7 @@ bool SetRow(NuvLinearProgramming* lp, const Problem& problem, std::size_t row, N
     return isSet == NUV_TRUE;
 }
 
-/// Takes back all blocks that the model does not hold. Nothing is marked, so that each block is a
-/// request of its own.
+/// Takes back all blocks that the model does not hold.
 void ReleaseAllButTheModel(Life* life)
 {
     NuvScratchAllocatorRelease(&life->scratch, 0, &life->lp);
@@ -167,7 +166,7 @@ TEST(RefusedScenarios, LivesUnderRefusalsEndWithoutATraceAndCanBeLivedAgain)
     Random random(0x11FE);
     std::size_t runs = 0;
     for (const Family family : Families())
-        for (std::size_t i = 0; i != ShareOf(4U); ++i)
+        for (std::size_t i = 0; i != ShareOf(7U); ++i)
         {
             const std::size_t size = 2 + i % 2;
             SCOPED_TRACE(testing::Message() << NameOf(family) << ' ' << size);
