@@ -1,11 +1,13 @@
 # cmake -DSOURCE_DIR=... -P CheckRooms.cmake
 #
-# Includes run in one direction only: each room includes what rooms.txt allows it, and nothing else. Headers
-# are included by their path from the root, so that this can be read off. No folder holds more files than
-# somebody can overlook.
+# Includes run in one direction only: each room includes what rooms.txt allows it, and nothing else.
+# Headers are included by their path from the root, so that this can be read off. No folder holds more files
+# than can be taken in at a glance.
 cmake_minimum_required(VERSION 3.22)
 
 set(max_files 25)
+# Folders that hold more, each with what it may hold; this list only shrinks.
+set(larger Nuv/Templates 28 apps/nuvlp 27 bench 37 tests/model 29)
 file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/rooms.txt lines REGEX "^[^#]")
 set(rooms)
 foreach(line IN LISTS lines)
@@ -23,10 +25,10 @@ function(room_of folder result)
     set(${result} "${folder}" PARENT_SCOPE)
 endfunction()
 
-function(is_allowed room target result)
+function(is_allowed room target header result)
     set(${result} OFF PARENT_SCOPE)
     foreach(allowed IN LISTS room allowed_${room})
-        if(target STREQUAL allowed OR (allowed MATCHES "/$" AND "${target}/" MATCHES "^${allowed}"))
+        if(target STREQUAL allowed OR header STREQUAL allowed OR (allowed MATCHES "/$" AND "${target}/" MATCHES "^${allowed}"))
             set(${result} ON PARENT_SCOPE)
         endif()
     endforeach()
@@ -40,10 +42,10 @@ function(target_of folder named result)
         get_filename_component(target ${name} DIRECTORY)
         room_of("${target}" target)
     elseif(EXISTS ${SOURCE_DIR}/${folder}/${name})
-        set(target ${folder})  # its neighbour
+        set(target)  # its neighbour
     elseif(name MATCHES "^([^/]+)/" AND NOT CMAKE_MATCH_1 STREQUAL "sys")
         set(target <${CMAKE_MATCH_1}>)
-    elseif(name MATCHES "^(boost|fmt|gmp|glpk|lp_lib|utf8proc|zlib)\\.h" )
+    elseif(name MATCHES "^(boost|fmt|gmp|glpk|utf8proc|zlib)\\.h")
         set(target <${CMAKE_MATCH_1}>)
     elseif(named MATCHES "^\"")
         set(target "no file ${name}")
@@ -74,7 +76,8 @@ foreach(file IN LISTS files)
         string(REGEX MATCH "\"[^\"]*\"|<[^>]*>" named "${include}")
         target_of(${folder} "${named}" target)
         if(target)
-            is_allowed(${room} "${target}" allowed)
+            string(REGEX REPLACE "\"" "" header "${named}")
+            is_allowed(${room} "${target}" "${header}" allowed)
             math(EXPR num_arrows "${num_arrows} + 1")
             if(NOT allowed)
                 message(SEND_ERROR "${file} includes ${named}, and ${room} may not include ${target}")
@@ -89,8 +92,17 @@ endif()
 
 list(REMOVE_DUPLICATES folders)
 foreach(folder IN LISTS folders)
-    if(count_${folder} GREATER max_files)
-        message(SEND_ERROR "${folder} has ${count_${folder}} files; at most ${max_files} are easy to overlook")
+    set(most ${max_files})
+    list(FIND larger ${folder} at)
+    if(NOT at EQUAL -1)
+        math(EXPR at "${at} + 1")
+        list(GET larger ${at} most)
+        if(count_${folder} LESS most)
+            message(SEND_ERROR "${folder} has ${count_${folder}} files now: the list of larger folders says ${most}")
+        endif()
+    endif()
+    if(count_${folder} GREATER most)
+        message(SEND_ERROR "${folder} has ${count_${folder}} files, ${most} at most")
     endif()
 endforeach()
 foreach(room IN LISTS rooms)

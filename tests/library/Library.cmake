@@ -23,6 +23,8 @@ add_test(
     COMMAND ${CMAKE_COMMAND} -DVERSION=${PROJECT_VERSION} -DSOURCE_DIR=${PROJECT_SOURCE_DIR}
             -DREADELF=${CMAKE_READELF} -DLIBRARY=$<TARGET_FILE:nuv_shared> -P
             ${nuv_checks}/CheckVersion.cmake)
+add_test(
+    NAME rooms COMMAND ${CMAKE_COMMAND} -DSOURCE_DIR=${PROJECT_SOURCE_DIR} -P ${nuv_checks}/CheckRooms.cmake)
 # What follows is about the library that users get, which the sanitizers' one is not.
 if(NUV_IS_SANITIZED)
     return()
