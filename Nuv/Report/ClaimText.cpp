@@ -37,6 +37,11 @@ std::string_view Word(nuv::Evidence evidence)
     return words[static_cast<std::size_t>(evidence)];
 }
 
+std::string PivotWords(std::uint64_t pivots)
+{
+    return fmt::format("{} {}", pivots, pivots == 1 ? "pivot" : "pivots");
+}
+
 std::string EvidenceWords(const nuv::ClaimReport& report)
 {
     switch (report.evidence)
@@ -46,11 +51,11 @@ std::string EvidenceWords(const nuv::ClaimReport& report)
     case nuv::Evidence::Certificate:
         return "the certificate in the file, exact as it stands";
     case nuv::Evidence::Basis:
-        return fmt::format("from the basis in the file, {} pivots", report.pivots);
+        return "from the basis in the file, " + PivotWords(report.pivots);
     case nuv::Evidence::Conflict:
-        return fmt::format("by the conflict in the file, {} pivots", report.pivots);
+        return "by the conflict in the file, " + PivotWords(report.pivots);
     case nuv::Evidence::Solve:
-        return fmt::format("by a solve, {} pivots", report.pivots);
+        return "by a solve, " + PivotWords(report.pivots);
     case nuv::Evidence::None:
         break;
     }
@@ -65,7 +70,7 @@ std::string PointWords(const nuv::ClaimReport& report)
                                                report.violated, nuv::NumberText(report.violation));
     return report.unnamed == 0
                ? text
-               : fmt::format("{}; {} without a value count as 0", text, report.unnamed);
+               : fmt::format("{}; {} without a value, taken for 0", text, report.unnamed);
 }
 
 }  // namespace

@@ -58,7 +58,7 @@ public:
                 const std::string blanks(had < widths[i] ? widths[i] - had : 0, ' ');
                 text += i == 0 ? line[i] + blanks : "  " + blanks + line[i];
             }
-            text += '\n';
+            text.erase(text.find_last_not_of(' ') + 1) += '\n';
         }
         return text;
     }
@@ -179,7 +179,9 @@ std::string NonZeros(std::string title, std::string unit, std::span<const double
 std::string ConflictWords(const nuv::Model& model, const nuv::Conflict& conflict)
 {
     Table table;
-    table.Add({conflict.minimal ? "conflict (minimal)" : "conflict", "side"});
+    table.Add({conflict.minimal ? "these exclude each other, none can be left out"
+                                : "these exclude each other, some may be dispensable",
+               "side"});
     for (const nuv::ConflictMember& member : conflict.members)
     {
         const bool isRow = member.variable >= model.VariableCount();
@@ -247,9 +249,12 @@ std::string TextReport(const nuv::Model& model, const nuv::Solution& solution, D
         text += Values(model, solution);
     text += NonZeros("the objective improves for ever along", "direction", solution.ray,
                      [&](std::uint32_t j) { return model.VariableName(j); });
-    text += NonZeros("these rows contradict each other", "multiplier", solution.farkas,
-                     [&](std::uint32_t i) { return model.RowName(i); });
-    text += ConflictWords(model, solution.conflict);
+    // The multipliers prove the same of perhaps more rows; two lists would puzzle.
+    if (!solution.conflict.members.empty())
+        text += ConflictWords(model, solution.conflict);
+    else
+        text += NonZeros("these rows contradict each other", "multiplier", solution.farkas,
+                         [&](std::uint32_t i) { return model.RowName(i); });
     text += Ranges(model, solution);
     return text;
 }

@@ -132,8 +132,7 @@ std::string Complaint(const CLI::ParseError& error, const Verb& verb)
         return text;
     // Of a flag that was given a value, the parser says the name without its dashes.
     const std::size_t dashes = text.starts_with("-") ? 0 : 2;
-    const std::string name =
-        std::string(dashes, '-') + text.substr(0, text.find_first_of(": "));
+    const std::string name = std::string(dashes, '-') + text.substr(0, text.find_first_of(": "));
     if (text.find("received") != std::string::npos)
         return name + " is given twice";
     const auto option = std::ranges::find_if(verb.options, [&](const Option& each)
