@@ -100,7 +100,7 @@ TEST(JsonClaim, IsRefusedWithItsPlace)
     EXPECT_EQ(Judged(Factory(), "[1]"), "claim.schema 1:1");
     EXPECT_EQ(Judged(Factory(), "{\"status\":\"optimal\"}"), "claim.schema 1:1");
     EXPECT_EQ(Judged(Factory(), "{\"schema\":\"other\"}"), "claim.schema 1:11");
-    EXPECT_EQ(Judged(Factory(), "{\"schema\":"), "json.incomplete 1:11");
+    EXPECT_EQ(Judged(Factory(), "{\"schema\":"), "json.syntax 1:11");
     EXPECT_EQ(Judged(Factory(), Result("\"status\":\"stopped\"")), "claim.status 1:37");
     EXPECT_EQ(Judged(Factory(), Result("\"status\":\"optimal\",\"variables\":3")),
               "claim.kind 1:59");

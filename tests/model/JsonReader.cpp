@@ -68,47 +68,86 @@ TEST(JsonReader, ReadsEscapesIntoUtf8)
 TEST(JsonReader, RefusesWhatIsNoJsonAndSaysWhere)
 {
     const std::pair<const char*, const char*> refusals[] = {
-        {"", "json.incomplete 1:1"},
-        {"[1,\n 2,]", "json.value 2:4"},
-        {"[1 2]", "json.bracket 1:4"},
-        {"[1", "json.bracket 1:3"},
-        {"[1}", "json.bracket 1:3"},
-        {"{\"a\":1,}", "json.key 1:8"},
-        {"{a:1}", "json.key 1:2"},
-        {"{\"a\" 1}", "json.colon 1:6"},
-        {"{\"a\":}", "json.value 1:6"},
-        {"{\"a\":1", "json.bracket 1:7"},
+        {"", "json.syntax 1:1"},
+        {"[1,\n 2,]", "json.syntax 2:4"},
+        {"[1 2]", "json.syntax 1:4"},
+        {"[1", "json.syntax 1:3"},
+        {"[1}", "json.syntax 1:3"},
+        {"{\"a\":1,}", "json.syntax 1:8"},
+        {"{a:1}", "json.syntax 1:2"},
+        {"{\"a\" 1}", "json.syntax 1:6"},
+        {"{\"a\":}", "json.syntax 1:6"},
+        {"{\"a\":1", "json.syntax 1:7"},
         {"{\"a\":1,\"b\":2,\"a\":3}", "json.repeated-key 1:1"},
-        {"{} {}", "json.after-end 1:4"},
-        {"nul", "json.value 1:1"},
-        {"NaN", "json.value 1:1"},
-        {"-", "json.number 1:1"},
-        {"01", "json.number 1:1"},
-        {"-01", "json.number 1:1"},
-        {"1.", "json.number 1:1"},
-        {".5", "json.value 1:1"},
-        {"+1", "json.value 1:1"},
-        {"1e", "json.number 1:1"},
-        {"1e+", "json.number 1:1"},
-        {"\"abc", "json.open-string 1:1"},
-        {"\"a\nb\"", "json.control-character 1:3"},
-        {R"("\x")", "json.escape 1:2"},
-        {R"("\u12G4")", "json.escape 1:2"},
-        {R"("\u12)", "json.escape 1:2"},
-        {R"("\ud834")", "json.escape 1:2"},
-        {R"("\ud834\u0041")", "json.escape 1:2"},
-        {R"("\udd1e")", "json.escape 1:2"},
-        {"// x\n1", "json.value 1:1"},
+        {"[{},{\"a\":{\"b\":2, \"b\" :3}}]", "json.repeated-key 1:10"},
+        {"{} {}", "json.syntax 1:4"},
+        {"nul", "json.syntax 1:4"},
+        {"NaN", "json.syntax 1:1"},
+        {"-", "json.syntax 1:2"},
+        {"01", "json.syntax 1:2"},
+        {"-01", "json.syntax 1:3"},
+        {"1.", "json.syntax 1:3"},
+        {".5", "json.syntax 1:1"},
+        {"+1", "json.syntax 1:1"},
+        {"1e", "json.syntax 1:3"},
+        {"1e+", "json.syntax 1:4"},
+        {"1e400", "json.syntax 1:5"},
+        {"\"abc", "json.syntax 1:5"},
+        {"\"a\nb\"", "json.syntax 1:3"},
+        {"\"\xff\"", "json.syntax 1:2"},
+        {R"("\x")", "json.syntax 1:3"},
+        {R"("\u12G4")", "json.syntax 1:6"},
+        {R"("\u12)", "json.syntax 1:6"},
+        {R"("\ud834")", "json.syntax 1:8"},
+        {R"("\ud834\u0041")", "json.syntax 1:13"},
+        {R"("\udd1e")", "json.syntax 1:7"},
+        {"// x\n1", "json.syntax 1:1"},
     };
     for (const auto& [text, refusal] : refusals)
         EXPECT_EQ(Read(text), refusal) << text;
+}
+
+TEST(JsonReader, SaysWhatItExpected)
+{
+    const std::string text = "{\"a\":1,}";
+    DiagnosticLog log("x.json", text);
+    EXPECT_FALSE(ReadJson(text, log));
+    EXPECT_EQ(log.Take().front().error.text,
+              "syntax error while parsing object key - unexpected '}'; expected string literal");
+}
+
+/// Where each value of the tree begins, in the order of the text.
+std::string Places(const JsonValue& value, const char* begin)
+{
+    std::string places = std::to_string(value.at - begin) + " ";
+    for (const JsonValue& item : value.items)
+        places += Places(item, begin);
+    return places;
+}
+
+TEST(JsonReader, KnowsWhereEachValueBegins)
+{
+    const std::string text =
+        " { \"a,b\" : [ 1,-2.5 , [ ] ,[{}], \"]\\\"[\", true ],\"b\":{\"c\":null}, \"d\" :7 }";
+    DiagnosticLog log("x.json", text);
+    const std::optional<JsonValue> value = ReadJson(text, log);
+    ASSERT_TRUE(value);
+    EXPECT_EQ(Places(*value, text.data()), "1 11 13 15 22 27 28 33 41 52 57 69 ");
+}
+
+TEST(JsonReader, KeepsNumbersAsTheyAreWritten)
+{
+    for (const char* number : {"0.1", "0.1000000000000000055511151231257827021181583404541015625",
+                               "1E5", "-0.0", "9007199254740993", "18446744073709551615",
+                               "-9223372036854775808", "123456789012345678901234567890"})
+        EXPECT_EQ(Read(number), number);
 }
 
 TEST(JsonReader, ReadsSomeLevelsAndRefusesMore)
 {
     const std::string shallow = std::string(100, '[') + std::string(100, ']');
     EXPECT_EQ(Read(shallow), shallow);
-    EXPECT_EQ(Read(std::string(1'000'000, '[')), "json.depth 1:102");
+    EXPECT_EQ(Read(std::string(1'000'000, '[')), "json.depth 1:101");
 }
 
 TEST(JsonReader, FindsByKey)
