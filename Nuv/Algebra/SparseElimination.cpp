@@ -29,15 +29,13 @@ SparseElimination<Field>::SparseElimination(const Field& field, const SparseVect
         m_rows[row].reserve(counts[row]);
     for (Index column = 0; column < m_size; ++column)
     {
-        const std::span<const Index> rows = columns.Indices(column);
-        const std::span<const Value> values = columns.Values(column);
-        m_columns[column].reserve(rows.size());
-        for (std::size_t at = 0; at < rows.size(); ++at)
+        m_columns[column].reserve(columns[column].size());
+        for (const auto [row, value] : columns[column])
         {
-            if (m_field.IsZero(values[at]))
+            if (m_field.IsZero(value))
                 continue;
-            m_columns[column].push_back({rows[at], values[at]});
-            m_rows[rows[at]].push_back(column);
+            m_columns[column].push_back({row, value});
+            m_rows[row].push_back(column);
         }
     }
     for (Index k = 0; k < m_size; ++k)

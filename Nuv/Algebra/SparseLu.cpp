@@ -33,27 +33,6 @@ PairLeftovers(const SparseElimination<Field>& elimination, std::vector<Index>& p
     return replacements;
 }
 
-/// The same vectors, vector k renumbered to name[k] of `count`; a name left out has no entries.
-template <class Value>
-SparseVectors<Value> Renumbered(const SparseVectors<Value>& vectors, const std::vector<Index>& name,
-                                Index count)
-{
-    std::vector<Index> holder(count, kNoIndex);
-    for (Index k = 0; k < vectors.Count(); ++k)
-        holder[name[k]] = k;
-    SparseVectors<Value> result;
-    for (Index k = 0; k < count; ++k)
-    {
-        if (holder[k] != kNoIndex)
-        {
-            for (std::size_t at = vectors.start[holder[k]]; at < vectors.start[holder[k] + 1]; ++at)
-                result.Append(vectors.index[at], vectors.value[at]);
-        }
-        result.Close();
-    }
-    return result;
-}
-
 }  // namespace
 
 template <class Field>
@@ -65,35 +44,36 @@ SparseLu<Field>::Factorise(const SparseVectors<Value>& columns, std::vector<Inde
     elimination.Run();
 
     position.assign(size, kNoIndex);
-    m_pivotInverse.assign(size, m_field.MinusOne());
+    m_pivotInverse.clear();
     for (std::size_t step = 0; step < elimination.pivotRow.size(); ++step)
     {
         position[elimination.pivotColumn[step]] = elimination.pivotRow[step];
-        m_pivotInverse[elimination.pivotRow[step]] = m_field.Inverse(elimination.pivotValue[step]);
+        m_pivotInverse.push_back(m_field.Inverse(elimination.pivotValue[step]));
     }
     // A replaced column met no elimination: the logical of a row that never pivoted is untouched by
     // the multipliers, and what the dropped column left in U goes with it.
-    SparseVectors<Value> upper;
+    m_upperRows.Clear();
     for (Index step = 0; step < elimination.upper.Count(); ++step)
     {
-        for (std::size_t at = elimination.upper.start[step]; at < elimination.upper.start[step + 1];
-             ++at)
+        for (const auto [column, entry] : elimination.upper[step])
         {
-            if (position[elimination.upper.index[at]] != kNoIndex)
-                upper.Append(position[elimination.upper.index[at]], elimination.upper.value[at]);
+            if (position[column] != kNoIndex)
+                m_upperRows.Append(position[column], entry);
         }
-        upper.Close();
+        m_upperRows.Close();
     }
-    m_upperRows = Renumbered(upper, elimination.pivotRow, size);
-    m_upperColumns = Transposed(m_upperRows, size);
-
-    m_lowerPivot = elimination.pivotRow;
-    m_lower = std::move(elimination.lower);
-    m_lowerRows = Transposed(Renumbered(m_lower, m_lowerPivot, size), size);
+    m_lowerColumns = std::move(elimination.lower);
     m_order = elimination.pivotRow;
     std::vector<Replacement> replacements = PairLeftovers<Field>(elimination, position);
     for (const Replacement& replacement : replacements)
+    {
         m_order.push_back(replacement.row);
+        m_pivotInverse.push_back(m_field.MinusOne());
+        m_upperRows.Close();
+        m_lowerColumns.Close();
+    }
+    m_upperColumns = Flipped(m_upperRows);
+    m_lowerRows = Flipped(m_lowerColumns);
 
     m_etaPivot.clear();
     m_etaInverse.clear();
@@ -101,11 +81,56 @@ SparseLu<Field>::Factorise(const SparseVectors<Value>& columns, std::vector<Inde
     return replacements;
 }
 
+/// The triangular factor whose vector of step k is vectors[k], by the other direction.
+template <class Field>
+SparseVectors<typename SparseLu<Field>::Value>
+SparseLu<Field>::Flipped(const SparseVectors<Value>& vectors) const
+{
+    const Index size = vectors.Count();
+    // Transposed numbers entries by step and vectors by row; both are brought to the other.
+    SparseVectors<Value> flipped = Selected(Transposed(vectors, size), m_order);
+    for (Index& index : flipped.index)
+        index = m_order[index];
+    return flipped;
+}
+
+/// Solves T x = b for a triangular T given by its columns, or T' x = b by its rows: once the steps
+/// before k are done vector[order[k]] holds what is left of b there, the unknown follows by the
+/// pivot, and its multiple of vector k is taken from the entries of later steps.
+template <class Field>
+template <typename SparseLu<Field>::Direction direction, typename SparseLu<Field>::Diagonal diagonal>
+void SparseLu<Field>::Substitute(const SparseVectors<Value>& vectors,
+                                 std::vector<Value>& vector) const
+{
+    const Index size = vectors.Count();
+    for (Index done = 0; done < size; ++done)
+    {
+        const Index step = direction == Direction::FirstToLast ? done : size - 1 - done;
+        Value& unknown = vector[m_order[step]];
+        if (m_field.IsZero(unknown))
+            continue;
+        if constexpr (diagonal == Diagonal::Pivots)
+        {
+            if (m_field.Negligible(unknown))
+            {
+                unknown = m_field.Zero();
+                continue;
+            }
+            unknown = m_field.Product(unknown, m_pivotInverse[step]);
+        }
+        if (vectors.start[step] == vectors.start[step + 1])
+            continue;
+        const Value factor = unknown;
+        for (const auto [row, entry] : vectors[step])
+            m_field.SubtractProduct(vector[row], entry, factor);
+    }
+}
+
 template <class Field>
 void SparseLu<Field>::SolveForward(std::vector<Value>& vector) const
 {
-    SolveLower(vector);
-    SolveUpper(vector);
+    Substitute<Direction::FirstToLast, Diagonal::Ones>(m_lowerColumns, vector);
+    Substitute<Direction::LastToFirst, Diagonal::Pivots>(m_upperColumns, vector);
     for (Index k = 0; k < m_etas.Count(); ++k)
     {
         Value& pivot = vector[m_etaPivot[k]];
@@ -113,8 +138,8 @@ void SparseLu<Field>::SolveForward(std::vector<Value>& vector) const
             continue;
         pivot = m_field.Product(pivot, m_etaInverse[k]);
         const Value factor = pivot;
-        for (std::size_t at = m_etas.start[k]; at < m_etas.start[k + 1]; ++at)
-            m_field.SubtractProduct(vector[m_etas.index[at]], m_etas.value[at], factor);
+        for (const auto [row, entry] : m_etas[k])
+            m_field.SubtractProduct(vector[row], entry, factor);
     }
 }
 
@@ -124,12 +149,12 @@ void SparseLu<Field>::SolveBackward(std::vector<Value>& vector) const
     for (Index k = m_etas.Count(); k-- > 0;)
     {
         Value sum = vector[m_etaPivot[k]];
-        for (std::size_t at = m_etas.start[k]; at < m_etas.start[k + 1]; ++at)
-            m_field.SubtractProduct(sum, m_etas.value[at], vector[m_etas.index[at]]);
+        for (const auto [row, entry] : m_etas[k])
+            m_field.SubtractProduct(sum, entry, vector[row]);
         vector[m_etaPivot[k]] = m_field.Product(sum, m_etaInverse[k]);
     }
-    SolveUpperTransposed(vector);
-    SolveLowerTransposed(vector);
+    Substitute<Direction::FirstToLast, Diagonal::Pivots>(m_upperRows, vector);
+    Substitute<Direction::LastToFirst, Diagonal::Ones>(m_lowerRows, vector);
 }
 
 template <class Field>
@@ -143,77 +168,6 @@ void SparseLu<Field>::Update(Index position, const std::vector<Value>& solved)
     m_etas.Close();
     m_etaPivot.push_back(position);
     m_etaInverse.push_back(m_field.Inverse(solved[position]));
-}
-
-template <class Field>
-void SparseLu<Field>::SolveLower(std::vector<Value>& vector) const
-{
-    for (Index k = 0; k < m_lower.Count(); ++k)
-    {
-        const std::size_t begin = m_lower.start[k];
-        const std::size_t end = m_lower.start[k + 1];
-        if (begin == end || m_field.IsZero(vector[m_lowerPivot[k]]))
-            continue;
-        const Value factor = vector[m_lowerPivot[k]];
-        for (std::size_t at = begin; at < end; ++at)
-            m_field.SubtractProduct(vector[m_lower.index[at]], m_lower.value[at], factor);
-    }
-}
-
-template <class Field>
-void SparseLu<Field>::SolveUpper(std::vector<Value>& vector) const
-{
-    for (std::size_t k = m_order.size(); k-- > 0;)
-    {
-        const Index row = m_order[k];
-        if (m_field.IsZero(vector[row]))
-            continue;
-        if (m_field.Negligible(vector[row]))
-        {
-            vector[row] = m_field.Zero();
-            continue;
-        }
-        vector[row] = m_field.Product(vector[row], m_pivotInverse[row]);
-        const Value factor = vector[row];
-        for (std::size_t at = m_upperColumns.start[row]; at < m_upperColumns.start[row + 1]; ++at)
-            m_field.SubtractProduct(vector[m_upperColumns.index[at]], m_upperColumns.value[at],
-                                    factor);
-    }
-}
-
-template <class Field>
-void SparseLu<Field>::SolveUpperTransposed(std::vector<Value>& vector) const
-{
-    for (const Index row : m_order)
-    {
-        if (m_field.IsZero(vector[row]))
-            continue;
-        if (m_field.Negligible(vector[row]))
-        {
-            vector[row] = m_field.Zero();
-            continue;
-        }
-        vector[row] = m_field.Product(vector[row], m_pivotInverse[row]);
-        const Value factor = vector[row];
-        for (std::size_t at = m_upperRows.start[row]; at < m_upperRows.start[row + 1]; ++at)
-            m_field.SubtractProduct(vector[m_upperRows.index[at]], m_upperRows.value[at], factor);
-    }
-}
-
-template <class Field>
-void SparseLu<Field>::SolveLowerTransposed(std::vector<Value>& vector) const
-{
-    for (std::size_t k = m_order.size(); k-- > 0;)
-    {
-        const Index row = m_order[k];
-        const std::size_t begin = m_lowerRows.start[row];
-        const std::size_t end = m_lowerRows.start[row + 1];
-        if (begin == end || m_field.IsZero(vector[row]))
-            continue;
-        const Value factor = vector[row];
-        for (std::size_t at = begin; at < end; ++at)
-            m_field.SubtractProduct(vector[m_lowerRows.index[at]], m_lowerRows.value[at], factor);
-    }
 }
 
 template class SparseLu<RealField>;

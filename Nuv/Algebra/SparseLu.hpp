@@ -9,6 +9,7 @@
 
 #include "Nuv/Algebra/SparseMatrix.hpp"
 
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -56,7 +57,7 @@ public:
     }
     [[nodiscard]] std::size_t FactorEntries() const noexcept
     {
-        return m_lower.index.size() + m_upperColumns.index.size() + m_pivotInverse.size();
+        return m_lowerColumns.index.size() + m_upperColumns.index.size() + m_pivotInverse.size();
     }
     [[nodiscard]] std::size_t UpdateEntries() const noexcept
     {
@@ -64,20 +65,28 @@ public:
     }
 
 private:
-    void SolveLower(std::vector<Value>& vector) const;
-    void SolveUpper(std::vector<Value>& vector) const;
-    void SolveUpperTransposed(std::vector<Value>& vector) const;
-    void SolveLowerTransposed(std::vector<Value>& vector) const;
+    enum class Direction : std::uint8_t
+    {
+        FirstToLast,
+        LastToFirst,
+    };
+    enum class Diagonal : std::uint8_t
+    {
+        Ones,
+        Pivots,
+    };
+    template <Direction direction, Diagonal diagonal>
+    void Substitute(const SparseVectors<Value>& vectors, std::vector<Value>& vector) const;
+    [[nodiscard]] SparseVectors<Value> Flipped(const SparseVectors<Value>& vectors) const;
 
     Field m_field;
-    // Rows in the order in which they pivoted; the diagonal by row.
+    // Row m_order[k] pivoted in step k. Pivots and vectors are numbered by step, so that a solve
+    // walks them from end to end; the entries of the vectors are numbered by row.
     std::vector<Index> m_order;
     std::vector<Value> m_pivotInverse;
-    // L minus identity: one column per pivot that eliminated anything, and the same by rows.
-    std::vector<Index> m_lowerPivot;
-    SparseVectors<Value> m_lower;
+    // L without its diagonal of ones and U without its pivots, each by columns and by rows.
+    SparseVectors<Value> m_lowerColumns;
     SparseVectors<Value> m_lowerRows;
-    // U minus diagonal, by columns and by rows, both numbered by position.
     SparseVectors<Value> m_upperColumns;
     SparseVectors<Value> m_upperRows;
     // One eta vector per update, without its pivot.
