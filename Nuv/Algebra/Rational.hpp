@@ -50,7 +50,7 @@ struct Scale
     }
     friend bool operator==(Scale, Scale) = default;
     /// Lowers both exponents to those of `other` where these are lower.
-    void Cover(Scale other) noexcept
+    void LowerTo(Scale other) noexcept
     {
         two = other.two < two ? other.two : two;
         five = other.five < five ? other.five : five;

@@ -15,13 +15,13 @@ namespace
 class Checker
 {
 public:
-    explicit Checker(const LinearForm& form) : m_form(form)
+    explicit Checker(const BoundedForm& form) : m_form(form)
     {
-        Cover(form.byColumn.value);
-        Cover(form.cost);
+        IncludeDenominatorsOf(form.byColumn.value);
+        IncludeDenominatorsOf(form.cost);
         for (const auto* bounds :
              {&form.columnLower, &form.columnUpper, &form.rowLower, &form.rowUpper})
-            Cover(*bounds);
+            IncludeDenominatorsOf(*bounds);
         m_factor = PowerOf(m_scale);
     }
 
@@ -96,7 +96,7 @@ public:
     }
 
 private:
-    void Cover(const std::vector<double>& numbers)
+    void IncludeDenominatorsOf(const std::vector<double>& numbers)
     {
         for (const double number : numbers)
         {
@@ -107,13 +107,13 @@ private:
         }
     }
 
-    const LinearForm& m_form;
+    const BoundedForm& m_form;
     Scale m_scale;
     Integer m_factor;
 };
 
 /// The value of every variable at the point, times Factor() * denominator.
-std::vector<Integer> AllValues(const LinearForm& form, const Checker& checker,
+std::vector<Integer> AllValues(const BoundedForm& form, const Checker& checker,
                                const std::vector<Integer>& point)
 {
     std::vector<Integer> values;
@@ -130,7 +130,7 @@ bool HasShape(const ExactVector& vector, Index length)
     return vector.numerator.size() == length && vector.denominator > 0;
 }
 
-std::string CheckFeasible(const LinearForm& form, const Checker& checker, const ExactVector& point)
+std::string CheckFeasible(const BoundedForm& form, const Checker& checker, const ExactVector& point)
 {
     if (!HasShape(point, form.columns))
         return "the point has the wrong length";
@@ -147,7 +147,7 @@ std::string CheckFeasible(const LinearForm& form, const Checker& checker, const 
 
 /// Feasible, and every reduced cost that is not zero belongs to a variable at the bound that its
 /// sign names: then no feasible point is better.
-std::string CheckOptimal(const LinearForm& form, const Checker& checker, const Proof& proof)
+std::string CheckOptimal(const BoundedForm& form, const Checker& checker, const Proof& proof)
 {
     std::string defect = CheckFeasible(form, checker, proof.primal);
     if (!defect.empty())
@@ -175,7 +175,7 @@ std::string CheckOptimal(const LinearForm& form, const Checker& checker, const P
 }
 
 /// The sum that no feasible point could let be positive, see the convention in the header.
-std::string CheckInfeasible(const LinearForm& form, const Checker& checker, const Proof& proof)
+std::string CheckInfeasible(const BoundedForm& form, const Checker& checker, const Proof& proof)
 {
     if (proof.contradiction != kNoIndex)
     {
@@ -203,7 +203,7 @@ std::string CheckInfeasible(const LinearForm& form, const Checker& checker, cons
 }
 
 /// A feasible point and a direction that keeps to all bounds for ever and improves.
-std::string CheckUnbounded(const LinearForm& form, const Checker& checker, const Proof& proof)
+std::string CheckUnbounded(const BoundedForm& form, const Checker& checker, const Proof& proof)
 {
     std::string defect = CheckFeasible(form, checker, proof.primal);
     if (!defect.empty())
@@ -222,7 +222,7 @@ std::string CheckUnbounded(const LinearForm& form, const Checker& checker, const
 
 }  // namespace
 
-std::string CheckProof(const LinearForm& form, const Proof& proof)
+std::string CheckProof(const BoundedForm& form, const Proof& proof)
 {
     const Checker checker(form);
     switch (proof.status)

@@ -1,6 +1,6 @@
 /// The outcome of an exact solve: a verdict, the certificate that proves it, and how it was found.
 ///
-/// Signs, for the minimisation form of LinearForm: duals y, one per row, and reduced costs
+/// Signs, for the minimisation form of BoundedForm: duals y, one per row, and reduced costs
 /// d = cost - A' y, one per column. At an optimum d_j >= 0 where x_j rests at its lower bound,
 /// d_j <= 0 at its upper bound, zero in between; and in the same way y_i >= 0 where the activity of
 /// row i is at rowLower, y_i <= 0 at rowUpper, zero in between. (y_i is the reduced cost of the
@@ -69,6 +69,6 @@ struct Proof
 /// Checks the certificate against the form in exact arithmetic. It shares nothing with the solvers
 /// but the numbers.
 /// @return what is wrong; empty if the certificate proves proof.status.
-[[nodiscard]] std::string CheckProof(const LinearForm& form, const Proof& proof);
+[[nodiscard]] std::string CheckProof(const BoundedForm& form, const Proof& proof);
 
 }  // namespace nuv

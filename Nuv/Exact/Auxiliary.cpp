@@ -16,7 +16,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kViolation = 1e-9;
 
 /// Appends `sign` times the column of `variable`, whose logicals still follow `columns`.
-void AppendColumn(LinearForm& form, Index columns, Index variable, double sign)
+void AppendColumn(BoundedForm& form, Index columns, Index variable, double sign)
 {
     if (variable >= columns)
     {
@@ -48,10 +48,10 @@ void TurnIntoDirections(std::vector<double>& lower, std::vector<double>& upper, 
 
 }  // namespace
 
-AuxiliaryForm ElasticForm(const LinearForm& form, const Basis& basis)
+AuxiliaryForm ElasticForm(const BoundedForm& form, const Basis& basis)
 {
     AuxiliaryForm result{form, basis};
-    LinearForm& elastic = result.form;
+    BoundedForm& elastic = result.form;
     elastic.constant = 0.0;
     std::fill(elastic.cost.begin(), elastic.cost.end(), 0.0);
 
@@ -73,7 +73,7 @@ AuxiliaryForm ElasticForm(const LinearForm& form, const Basis& basis)
     return result;
 }
 
-AuxiliaryForm RayForm(const LinearForm& form, const Basis& basis)
+AuxiliaryForm RayForm(const BoundedForm& form, const Basis& basis)
 {
     AuxiliaryForm result{form, basis};
     result.form.constant = 0.0;

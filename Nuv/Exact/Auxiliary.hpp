@@ -10,7 +10,7 @@ namespace nuv
 
 struct AuxiliaryForm
 {
-    LinearForm form;
+    BoundedForm form;
     Basis start;
 };
 
@@ -18,10 +18,10 @@ struct AuxiliaryForm
 /// which the variable may violate it at a cost of one. The basis is made feasible by these columns.
 /// If the optimum is positive its duals are Farkas multipliers of the original, otherwise its
 /// columns hold a feasible point.
-[[nodiscard]] AuxiliaryForm ElasticForm(const LinearForm& form, const Basis& basis);
+[[nodiscard]] AuxiliaryForm ElasticForm(const BoundedForm& form, const Basis& basis);
 
 /// The directions that never leave the bounds of the original, columns within [-1, 1]. If the
 /// optimum is negative its columns are a direction that improves for ever, otherwise there is none.
-[[nodiscard]] AuxiliaryForm RayForm(const LinearForm& form, const Basis& basis);
+[[nodiscard]] AuxiliaryForm RayForm(const BoundedForm& form, const Basis& basis);
 
 }  // namespace nuv

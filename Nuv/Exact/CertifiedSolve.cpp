@@ -15,7 +15,7 @@ namespace
 {
 
 /// A variable whose bounds cross, which is a proof of infeasibility of its own.
-Index FindContradiction(const LinearForm& form)
+Index FindContradiction(const BoundedForm& form)
 {
     for (Index v = 0; v < form.Variables(); ++v)
     {
@@ -26,7 +26,7 @@ Index FindContradiction(const LinearForm& form)
 }
 
 /// What a basis is worth in doubles, for an outcome that is not proved.
-void Measure(const LinearForm& form, Proof& proof)
+void Measure(const BoundedForm& form, Proof& proof)
 {
     const ScaledForm scaled(form);
     SimplexState state(scaled, proof.basis);
@@ -62,7 +62,7 @@ void Measure(const LinearForm& form, Proof& proof)
 constexpr int kRefinements = 20;
 
 /// The exact stage from proof.basis. @return what it suspects if it gave up.
-SimplexVerdict RunExact(const LinearForm& form, int rounds, Watch& watch, Proof& proof)
+SimplexVerdict RunExact(const BoundedForm& form, int rounds, Watch& watch, Proof& proof)
 {
     ExactSimplex exact(form, Basis(proof.basis), rounds, watch);
     return exact.Run(proof);
@@ -83,7 +83,7 @@ Proof Optimise(const AuxiliaryForm& auxiliary, Watch& watch, Proof& outer)
 
 /// Takes the numbers of the original's columns and rows out of those of an auxiliary form, whose
 /// own columns stand between them.
-std::vector<double> CutColumns(const LinearForm& form, std::vector<double> byVariable)
+std::vector<double> CutColumns(const BoundedForm& form, std::vector<double> byVariable)
 {
     if (byVariable.size() > form.Variables())
         byVariable.erase(byVariable.begin() + form.columns, byVariable.end() - form.rows);
@@ -92,7 +92,7 @@ std::vector<double> CutColumns(const LinearForm& form, std::vector<double> byVar
 
 /// @return whether the form is proved infeasible. If it is feasible after all, proof.basis is a
 /// basis near a feasible one, and `point` the point found.
-bool ProveInfeasible(const LinearForm& form, Watch& watch, Proof& proof, ExactVector& point)
+bool ProveInfeasible(const BoundedForm& form, Watch& watch, Proof& proof, ExactVector& point)
 {
     Proof elastic = Optimise(ElasticForm(form, proof.basis), watch, proof);
     // What has no point even so has none without the added columns.
@@ -118,7 +118,7 @@ bool ProveInfeasible(const LinearForm& form, Watch& watch, Proof& proof, ExactVe
 /// A point and a direction from it, each found by itself.
 /// @return whether there is a verdict: that the form is unbounded or, for want of a point,
 /// infeasible.
-bool ProveUnbounded(const LinearForm& form, Watch& watch, Proof& proof)
+bool ProveUnbounded(const BoundedForm& form, Watch& watch, Proof& proof)
 {
     Proof ray = Optimise(RayForm(form, proof.basis), watch, proof);
     if (ray.status != ProofStatus::Optimal || ray.objective >= 0)
@@ -133,7 +133,7 @@ bool ProveUnbounded(const LinearForm& form, Watch& watch, Proof& proof)
 }
 
 /// Takes the guess of the stage before for what it is, and follows it until something is proved.
-void Decide(const LinearForm& form, SimplexVerdict guess, int refinements, Watch& watch,
+void Decide(const BoundedForm& form, SimplexVerdict guess, int refinements, Watch& watch,
             Proof& proof)
 {
     constexpr int kGuesses = 3;
@@ -151,7 +151,7 @@ void Decide(const LinearForm& form, SimplexVerdict guess, int refinements, Watch
 }
 
 /// The exact stage from proof.basis, its check, and what is left to say if it was stopped.
-void ProveBasis(const LinearForm& form, SimplexVerdict guess, int refinements, Watch& watch,
+void ProveBasis(const BoundedForm& form, SimplexVerdict guess, int refinements, Watch& watch,
                 Proof& proof)
 {
     const double begin = watch.Seconds();
@@ -174,7 +174,7 @@ void ProveBasis(const LinearForm& form, SimplexVerdict guess, int refinements, W
 }
 
 /// What needs no solving: bad data and bounds that cross. @return whether that was all.
-bool ProveAtSight(const LinearForm& form, Proof& proof)
+bool ProveAtSight(const BoundedForm& form, Proof& proof)
 {
     proof.defect = form.Defect();
     if (!proof.defect.empty())
@@ -189,7 +189,7 @@ bool ProveAtSight(const LinearForm& form, Proof& proof)
 
 }  // namespace
 
-Proof SolveProved(const LinearForm& form, const Basis* start, const Limits& limits)
+Proof SolveProved(const BoundedForm& form, const Basis* start, const Limits& limits)
 {
     Proof proof;
     if (ProveAtSight(form, proof))
@@ -204,7 +204,7 @@ Proof SolveProved(const LinearForm& form, const Basis* start, const Limits& limi
     return proof;
 }
 
-Proof ProveFrom(const LinearForm& form, const Basis& start, const Limits& limits)
+Proof ProveFrom(const BoundedForm& form, const Basis& start, const Limits& limits)
 {
     Proof proof;
     if (ProveAtSight(form, proof))

@@ -9,10 +9,10 @@ namespace nuv
 
 /// Solves and proves. The proof's status is Stopped if a limit was met first; no other status is
 /// reported without a certificate that CheckProof has accepted.
-[[nodiscard]] Proof SolveProved(const LinearForm& form, const Basis* start, const Limits& limits);
+[[nodiscard]] Proof SolveProved(const BoundedForm& form, const Basis* start, const Limits& limits);
 
 /// Only the exact stage, from `start` and without any pivot in doubles: for a caller whose basis is
 /// good already.
-[[nodiscard]] Proof ProveFrom(const LinearForm& form, const Basis& start, const Limits& limits);
+[[nodiscard]] Proof ProveFrom(const BoundedForm& form, const Basis& start, const Limits& limits);
 
 }  // namespace nuv

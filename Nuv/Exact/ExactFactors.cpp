@@ -35,7 +35,7 @@ SparseVectors<std::uint64_t> Residues(const SparseVectors<ExactNumber>& columns,
 
 SparseVectors<ExactNumber> ExactFactors::BasisColumns(const std::vector<Index>& head) const
 {
-    const LinearForm& form = m_exact.form;
+    const BoundedForm& form = m_exact.form;
     SparseVectors<ExactNumber> columns;
     for (const Index variable : head)
     {

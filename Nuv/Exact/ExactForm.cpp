@@ -6,7 +6,7 @@
 namespace nuv
 {
 
-ExactForm::ExactForm(const LinearForm& linear)
+ExactForm::ExactForm(const BoundedForm& linear)
     : form(linear),
       entries(linear.byColumn.index.size()),
       cost(linear.columns),
@@ -22,9 +22,9 @@ ExactForm::ExactForm(const LinearForm& linear)
     {
         cost[j] = TakeApart(form.cost[j], form.numbers);
         Scale scale;
-        scale.Cover(cost[j].scale);
+        scale.LowerTo(cost[j].scale);
         for (std::size_t at = form.byColumn.start[j]; at < form.byColumn.start[j + 1]; ++at)
-            scale.Cover(entries[at].scale);
+            scale.LowerTo(entries[at].scale);
         m_columnScale[j] = scale;
         m_costs.push_back(Divided(cost[j], scale));
         for (std::size_t at = form.byColumn.start[j]; at < form.byColumn.start[j + 1]; ++at)
@@ -36,8 +36,8 @@ ExactForm::ExactForm(const LinearForm& linear)
             lower[v] = TakeApart(form.Lower(v), form.numbers);
         if (std::isfinite(form.Upper(v)))
             upper[v] = TakeApart(form.Upper(v), form.numbers);
-        m_boundScale.Cover(lower[v].scale);
-        m_boundScale.Cover(upper[v].scale);
+        m_boundScale.LowerTo(lower[v].scale);
+        m_boundScale.LowerTo(upper[v].scale);
     }
 }
 

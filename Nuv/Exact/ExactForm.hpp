@@ -13,9 +13,9 @@ namespace nuv
 class ExactForm
 {
 public:
-    explicit ExactForm(const LinearForm& linear);
+    explicit ExactForm(const BoundedForm& linear);
 
-    const LinearForm& form;
+    const BoundedForm& form;
     std::vector<ExactNumber> entries;  ///< alongside form.byColumn
     std::vector<ExactNumber> cost;     ///< by column
     std::vector<ExactNumber> lower;    ///< by variable; meaningless where the bound is infinite

@@ -6,7 +6,7 @@
 namespace nuv
 {
 
-ExactSimplex::ExactSimplex(const LinearForm& form, const Basis& start, int rounds, Watch& watch)
+ExactSimplex::ExactSimplex(const BoundedForm& form, const Basis& start, int rounds, Watch& watch)
     : m_form(form), m_watch(watch), m_exact(form), m_factors(m_exact), m_rounds(rounds)
 {
     Basis basis = start;
@@ -112,13 +112,13 @@ bool ExactSimplex::Factorise()
 {
     const std::vector<Index> dropped = m_factors.Factorise(m_head);
     for (const Index variable : dropped)
-        m_status[variable] = RestingStatus(m_form.Lower(variable), m_form.Upper(variable));
+        m_status[variable] = DefaultNonbasicStatus(m_form.Lower(variable), m_form.Upper(variable));
     for (const Index variable : m_head)
         m_status[variable] = BasisStatus::Basic;
     return !m_watch.TimeIsUp();
 }
 
-ExactNumber ExactSimplex::RestingValue(Index variable) const noexcept
+ExactNumber ExactSimplex::NonbasicValue(Index variable) const noexcept
 {
     switch (m_status[variable])
     {
@@ -142,15 +142,15 @@ bool ExactSimplex::ComputeValues()
     Scale lowest;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        if (RestingValue(v).mantissa != 0)
-            lowest.Cover(m_exact.ColumnScale(v));
+        if (NonbasicValue(v).mantissa != 0)
+            lowest.LowerTo(m_exact.ColumnScale(v));
     }
     const Scale bounds = m_exact.BoundScale();
     const Integer unit = PowerOf(-lowest);
     ScaledVector right{std::vector<Integer>(m_form.rows), lowest + bounds};
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        const ExactNumber value = RestingValue(v);
+        const ExactNumber value = NonbasicValue(v);
         if (value.mantissa == 0)
             continue;
         const Integer scaled = Scaled(value, -bounds);
@@ -178,7 +178,7 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
     for (const Index v : m_head)
     {
         if (!m_form.IsLogical(v))
-            right.scale.Cover(m_exact.cost[v].scale);
+            right.scale.LowerTo(m_exact.cost[v].scale);
     }
     for (Index k = 0; k < m_form.rows; ++k)
     {

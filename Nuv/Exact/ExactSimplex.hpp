@@ -22,7 +22,7 @@ class ExactSimplex
 {
 public:
     /// `rounds`: how often to look for a better basis in doubles.
-    ExactSimplex(const LinearForm& form, const Basis& start, int rounds, Watch& watch);
+    ExactSimplex(const BoundedForm& form, const Basis& start, int rounds, Watch& watch);
 
     /// Runs to a verdict or until the watch stops it, and fills in the proof's status, certificate,
     /// doubles, basis and pivots. Whether it is proved is for the check to say.
@@ -53,7 +53,7 @@ private:
     [[nodiscard]] bool ComputeValues();
     [[nodiscard]] bool ComputeDuals(bool phaseOne);
     [[nodiscard]] bool FindViolations();
-    [[nodiscard]] ExactNumber RestingValue(Index variable) const noexcept;
+    [[nodiscard]] ExactNumber NonbasicValue(Index variable) const noexcept;
     [[nodiscard]] bool IsFixed(Index variable) const noexcept;
     [[nodiscard]] int ImprovingDirection(Index variable, const Integer& reduced) const;
 
@@ -78,7 +78,7 @@ private:
     void WriteDoubles(Proof& proof) const;
     [[nodiscard]] Rational Objective(const ExactVector& point) const;
 
-    const LinearForm& m_form;
+    const BoundedForm& m_form;
     Watch& m_watch;
     ExactForm m_exact;
     ExactFactors m_factors;

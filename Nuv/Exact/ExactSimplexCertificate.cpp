@@ -17,8 +17,8 @@ void ExactSimplex::WritePoint(ExactVector& point) const
     point.numerator.assign(m_form.columns, Integer(0));
     for (Index j = 0; j < m_form.columns; ++j)
     {
-        if (RestingValue(j).mantissa != 0)
-            point.numerator[j] = Scaled(RestingValue(j), scale) * m_values.denominator;
+        if (NonbasicValue(j).mantissa != 0)
+            point.numerator[j] = Scaled(NonbasicValue(j), scale) * m_values.denominator;
     }
     for (Index k = 0; k < m_form.rows; ++k)
     {
@@ -60,7 +60,7 @@ Rational ExactSimplex::Objective(const ExactVector& point) const
 {
     Scale lowest;
     for (const ExactNumber& cost : m_exact.cost)
-        lowest.Cover(cost.scale);
+        lowest.LowerTo(cost.scale);
     Integer sum(0);
     for (Index j = 0; j < m_form.columns; ++j)
     {

@@ -17,7 +17,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Bounds that cross exclude each other; but a row without entries, whose activity is zero, needs
 /// no more than the side that excludes zero.
-std::vector<ConflictMember> ContradictionOf(const LinearForm& form, Index variable)
+std::vector<ConflictMember> ContradictionOf(const BoundedForm& form, Index variable)
 {
     if (form.IsLogical(variable))
     {
@@ -29,7 +29,7 @@ std::vector<ConflictMember> ContradictionOf(const LinearForm& form, Index variab
 }
 
 /// What a Farkas certificate uses: a positive factor takes the lower side, a negative the upper.
-std::vector<ConflictMember> SupportOf(const LinearForm& form, const Proof& proof)
+std::vector<ConflictMember> SupportOf(const BoundedForm& form, const Proof& proof)
 {
     if (proof.contradiction != kNoIndex)
         return ContradictionOf(form, proof.contradiction);
@@ -49,7 +49,7 @@ std::vector<ConflictMember> SupportOf(const LinearForm& form, const Proof& proof
 class Restriction
 {
 public:
-    Restriction(const LinearForm& whole, const std::vector<ConflictMember>& members)
+    Restriction(const BoundedForm& whole, const std::vector<ConflictMember>& members)
         : m_column(whole.columns, kNoIndex)
     {
         form.numbers = whole.numbers;
@@ -77,7 +77,7 @@ public:
                                         : m_columnNames[variable];
     }
 
-    LinearForm form;
+    BoundedForm form;
 
 private:
     Index ColumnOf(Index column)
@@ -91,7 +91,7 @@ private:
         }
         return m_column[column];
     }
-    static void Bound(const LinearForm& whole, const ConflictMember& member, Index at,
+    static void Bound(const BoundedForm& whole, const ConflictMember& member, Index at,
                       std::vector<double>& lower, std::vector<double>& upper)
     {
         if (member.upper)
@@ -99,7 +99,7 @@ private:
         else
             lower[at] = whole.Lower(member.variable);
     }
-    void AddRow(const LinearForm& whole, const ConflictMember& member)
+    void AddRow(const BoundedForm& whole, const ConflictMember& member)
     {
         // Both sides of a row, where they contradict each other, are neighbours in the list.
         if (m_rowNames.empty() || m_rowNames.back() != member.variable)
@@ -127,7 +127,7 @@ private:
 /// never larger than the true one.
 bool RankProvesMinimal(const Restriction& restriction)
 {
-    const LinearForm& form = restriction.form;
+    const BoundedForm& form = restriction.form;
     const PrimeField field(4611686018427387847u);
     SparseVectors<std::uint64_t> columns;
     for (Index j = 0; j < form.columns; ++j)
@@ -155,7 +155,7 @@ bool RankProvesMinimal(const Restriction& restriction)
 
 /// Solves without member `left`; @return whether that is infeasible, and then with `members`
 /// replaced by what its certificate uses.
-bool StillInfeasibleWithout(const LinearForm& form, std::size_t left, const Limits& limits,
+bool StillInfeasibleWithout(const BoundedForm& form, std::size_t left, const Limits& limits,
                             std::vector<ConflictMember>& members, bool& stopped)
 {
     std::vector<ConflictMember> rest = members;
@@ -176,7 +176,7 @@ bool StillInfeasibleWithout(const LinearForm& form, std::size_t left, const Limi
 
 }  // namespace
 
-Conflict FindConflict(const LinearForm& form, const Proof& proof, const Limits& limits)
+Conflict FindConflict(const BoundedForm& form, const Proof& proof, const Limits& limits)
 {
     Conflict conflict;
     conflict.members = SupportOf(form, proof);

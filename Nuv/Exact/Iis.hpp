@@ -28,7 +28,7 @@ struct Conflict
 
 /// Starts from what the Farkas certificate of `proof` uses and leaves out members, one at a time,
 /// while the rest stays infeasible (the deletion filter of Chinneck and Dravnieks 1991).
-[[nodiscard]] Conflict FindConflict(const LinearForm& form, const Proof& proof,
+[[nodiscard]] Conflict FindConflict(const BoundedForm& form, const Proof& proof,
                                     const Limits& limits);
 
 }  // namespace nuv

@@ -28,7 +28,7 @@ struct InDoubles
     using Field = RealField;
     using Value = double;
 
-    InDoubles(const LinearForm& linear, const Proof& solved)
+    InDoubles(const BoundedForm& linear, const Proof& solved)
         : scaled(linear), form(linear), proof(solved)
     {
     }
@@ -62,7 +62,7 @@ struct InDoubles
     }
 
     ScaledForm scaled;
-    const LinearForm& form;
+    const BoundedForm& form;
     const Proof& proof;
 };
 
@@ -71,7 +71,7 @@ struct InRationals
     using Field = RationalField;
     using Value = Rational;
 
-    InRationals(const LinearForm& linear, const Proof& solved) : form(linear), proof(solved)
+    InRationals(const BoundedForm& linear, const Proof& solved) : form(linear), proof(solved)
     {
         value.reserve(form.Variables());
         for (Index j = 0; j < form.columns; ++j)
@@ -120,7 +120,7 @@ struct InRationals
         return entry != 0;
     }
 
-    const LinearForm& form;
+    const BoundedForm& form;
     const Proof& proof;
     std::vector<Rational> value;
 };
@@ -131,7 +131,7 @@ class Ranging
 public:
     using Value = typename Kind::Value;
 
-    Ranging(const LinearForm& form, const Proof& proof)
+    Ranging(const BoundedForm& form, const Proof& proof)
         : m_form(form), m_status(proof.basis), m_kind(form, proof)
     {
         SparseVectors<Value> columns;
@@ -308,7 +308,7 @@ private:
                 changes.up ? m_kind.ShiftedSide(logical, side, *changes.up) : kInfinity};
     }
 
-    const LinearForm& m_form;
+    const BoundedForm& m_form;
     const Basis& m_status;
     Kind m_kind;
     SparseLu<typename Kind::Field> m_lu;
@@ -318,7 +318,7 @@ private:
 
 }  // namespace
 
-Sensitivity AnalyseSensitivity(const LinearForm& form, const Proof& proof)
+Sensitivity AnalyseSensitivity(const BoundedForm& form, const Proof& proof)
 {
     if (form.rows <= kMostExactRows)
         return Ranging<InRationals>(form, proof).Analyse();

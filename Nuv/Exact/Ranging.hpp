@@ -28,6 +28,6 @@ struct Sensitivity
 
 /// The ranges at the optimum that `proof` holds: computed in rationals and rounded once for small
 /// models, in doubles from the exact basic solution for large ones.
-[[nodiscard]] Sensitivity AnalyseSensitivity(const LinearForm& form, const Proof& proof);
+[[nodiscard]] Sensitivity AnalyseSensitivity(const BoundedForm& form, const Proof& proof);
 
 }  // namespace nuv

@@ -62,7 +62,7 @@ double Refinement::Distance(const ExactNumber& bound, const Integer& numerator,
 /// @return whether a bound is violated.
 bool Refinement::MoveBounds(const ExactBasis& basis)
 {
-    const LinearForm& form = m_exact.form;
+    const BoundedForm& form = m_exact.form;
     for (Index v = 0; v < form.Variables(); ++v)
     {
         const double value = basis.status[v] == BasisStatus::AtLower   ? form.Lower(v)
@@ -94,7 +94,7 @@ bool Refinement::MoveBounds(const ExactBasis& basis)
 /// Basic variables have no cost in the moved program, the others have their reduced costs.
 void Refinement::MoveCosts(const ExactBasis& basis)
 {
-    const LinearForm& form = m_exact.form;
+    const BoundedForm& form = m_exact.form;
     double worst = 0.0;
     for (Index v = 0; v < form.Variables(); ++v)
     {

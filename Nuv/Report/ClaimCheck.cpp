@@ -46,7 +46,7 @@ ExactVector OverOneDenominator(const Claim::Numbers& numbers, std::size_t count,
 
 /// What the file's numbers prove as they stand.
 /// @return Stopped if that is nothing.
-Proof ProofInFile(const LinearForm& form, const Model& model, const Claim& claim,
+Proof ProofInFile(const BoundedForm& form, const Model& model, const Claim& claim,
                   const Rational& objective)
 {
     const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
@@ -77,7 +77,7 @@ Proof ProofInFile(const LinearForm& form, const Model& model, const Claim& claim
 }
 
 /// An optimal basis needs no pivot, and must not lose its way in doubles; any other one does.
-Proof ProofFromBasis(const LinearForm& form, const Basis& basis, const Limits& limits)
+Proof ProofFromBasis(const BoundedForm& form, const Basis& basis, const Limits& limits)
 {
     Limits noPivots = limits;
     noPivots.exactPivots = 0;
@@ -88,9 +88,9 @@ Proof ProofFromBasis(const LinearForm& form, const Basis& basis, const Limits& l
 }
 
 /// The form with the sides of the conflict alone.
-LinearForm OnlyConflict(const LinearForm& form, const std::vector<ConflictMember>& conflict)
+BoundedForm OnlyConflict(const BoundedForm& form, const std::vector<ConflictMember>& conflict)
 {
-    LinearForm only = form;
+    BoundedForm only = form;
     for (auto* lower : {&only.columnLower, &only.rowLower})
         std::ranges::fill(*lower, -kInfinity);
     for (auto* upper : {&only.columnUpper, &only.rowUpper})
@@ -118,7 +118,7 @@ void Learn(const Proof& proof, Evidence evidence, bool isMaximum, ClaimReport& r
 }
 
 /// Proves the truth about the model by the first way that leads there.
-void FindTruth(const LinearForm& form, const Model& model, const Claim& claim,
+void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
                const ClaimOptions& options, Court& court, ClaimReport& report)
 {
     const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
@@ -171,7 +171,7 @@ ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOption
 {
     ClaimReport report;
     report.claimed = claim.status;
-    const LinearForm form = FormOf(model);
+    const BoundedForm form = FormOf(model);
     Court court(model, form, options.tolerance, report);
     const bool isOptimum = claim.status == ClaimedStatus::Optimal;
     if (isOptimum || claim.status == ClaimedStatus::Feasible ||

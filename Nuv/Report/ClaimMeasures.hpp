@@ -24,7 +24,7 @@ struct Measured
 class Court
 {
 public:
-    Court(const Model& model, const LinearForm& form, double tolerance, ClaimReport& report)
+    Court(const Model& model, const BoundedForm& form, double tolerance, ClaimReport& report)
         : m_model(model), m_form(form), m_tolerance(tolerance), m_report(report)
     {
     }
@@ -63,7 +63,7 @@ private:
                      std::string_view what);
 
     const Model& m_model;
-    const LinearForm& m_form;
+    const BoundedForm& m_form;
     double m_tolerance;
     ClaimReport& m_report;
     std::vector<Measured> m_point;  ///< by variable of the form: columns, then rows

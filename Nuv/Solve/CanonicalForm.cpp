@@ -35,7 +35,7 @@ ColumnPlan PlanColumn(double lower, double upper)
 }
 
 /// Plans every variable and gives it its columns with their costs, for maximisation.
-void PlanColumns(const LinearForm& form, Lowering& lowering)
+void PlanColumns(const BoundedForm& form, Lowering& lowering)
 {
     CanonicalForm& canonical = lowering.form;
     for (Index j = 0; j < form.columns; ++j)
@@ -55,7 +55,7 @@ void PlanColumns(const LinearForm& form, Lowering& lowering)
 }
 
 /// Appends the entries of `sign` times row i, and what the offsets take from its right-hand side.
-void AppendRow(const LinearForm& form, Index i, double sign, double side, Lowering& lowering)
+void AppendRow(const BoundedForm& form, Index i, double sign, double side, Lowering& lowering)
 {
     CanonicalForm& canonical = lowering.form;
     double rhs = sign * side;
@@ -77,7 +77,7 @@ void AppendRow(const LinearForm& form, Index i, double sign, double side, Loweri
     canonical.rhs.push_back(rhs);
 }
 
-void LowerRows(const LinearForm& form, Lowering& lowering)
+void LowerRows(const BoundedForm& form, Lowering& lowering)
 {
     for (Index i = 0; i < form.rows; ++i)
     {
@@ -97,7 +97,7 @@ void LowerRows(const LinearForm& form, Lowering& lowering)
 }
 
 /// A variable between two bounds: y <= upper - lower.
-void AppendBoundRows(const LinearForm& form, Lowering& lowering)
+void AppendBoundRows(const BoundedForm& form, Lowering& lowering)
 {
     CanonicalForm& canonical = lowering.form;
     for (Index j = 0; j < form.columns; ++j)
@@ -249,7 +249,7 @@ BasisStatus LiftColumn(const ColumnPlan& plan, std::span<const std::uint8_t> isB
 
 }  // namespace
 
-Lowering Lower(const LinearForm& form, Scaling scaling)
+Lowering Lower(const BoundedForm& form, Scaling scaling)
 {
     Lowering lowering;
     PlanColumns(form, lowering);

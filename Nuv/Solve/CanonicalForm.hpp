@@ -68,7 +68,7 @@ enum class Scaling : std::uint8_t
 };
 
 /// Lowers a form whose bounds do not contradict each other.
-[[nodiscard]] Lowering Lower(const LinearForm& form, Scaling scaling = Scaling::None);
+[[nodiscard]] Lowering Lower(const BoundedForm& form, Scaling scaling = Scaling::None);
 
 /// @return x for the canonical y.
 [[nodiscard]] std::vector<double> LiftValues(const Lowering& lowering, std::span<const double> y);

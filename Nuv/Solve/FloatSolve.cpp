@@ -27,7 +27,7 @@ SolveStatus StatusOf(FloatOutcome outcome)
     }
 }
 
-void LiftPoint(const Model& model, const LinearForm& form, const Lowering& lowering,
+void LiftPoint(const Model& model, const BoundedForm& form, const Lowering& lowering,
                Solution& solution)
 {
     const std::vector<double> canonical(solution.floatStage.values.begin(),
@@ -53,7 +53,7 @@ Solution SolveInFloats(const Model& model, const SolveOptions& options)
         solution.failure = std::move(*fault);
         return solution;
     }
-    const LinearForm form = FormOf(model);
+    const BoundedForm form = FormOf(model);
     // Bounds that cross have no canonical form, and need none.
     if (form.Contradicts())
     {

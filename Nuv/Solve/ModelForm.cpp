@@ -33,10 +33,10 @@ SparseVectors<double> SortedRows(const Model& model)
 
 }  // namespace
 
-LinearForm FormOf(const Model& model)
+BoundedForm FormOf(const Model& model)
 {
     const double sign = model.ObjectiveSense() == Sense::Maximize ? -1.0 : 1.0;
-    LinearForm form;
+    BoundedForm form;
     form.rows = model.RowCount();
     form.columns = model.VariableCount();
     form.constant = sign * model.ObjectiveConstant();

@@ -8,6 +8,6 @@ namespace nuv
 {
 
 /// @return the form; a model to be maximised has its costs and constant negated.
-[[nodiscard]] LinearForm FormOf(const Model& model);
+[[nodiscard]] BoundedForm FormOf(const Model& model);
 
 }  // namespace nuv

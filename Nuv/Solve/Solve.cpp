@@ -18,7 +18,7 @@ namespace
 constexpr std::size_t floatBytes = std::size_t{1} << 28;
 
 /// Where the float stage stands before a pivot. A basic artificial variable is left out.
-PathStep VertexBefore(const FloatPivot& pivot, const LinearForm& form, const Lowering& lowering,
+PathStep VertexBefore(const FloatPivot& pivot, const BoundedForm& form, const Lowering& lowering,
                       double sign)
 {
     std::vector<double> canonical(lowering.form.columns, 0.0);
@@ -36,7 +36,7 @@ PathStep VertexBefore(const FloatPivot& pivot, const LinearForm& form, const Low
 }
 
 /// @return the basis to go on from, if the stage found one.
-std::optional<Basis> RunFloatStage(const LinearForm& form, double sign, const SolveOptions& options,
+std::optional<Basis> RunFloatStage(const BoundedForm& form, double sign, const SolveOptions& options,
                                    const SolveClock& clock, Solution& solution)
 {
     const double start = clock.Seconds();
@@ -58,7 +58,7 @@ std::optional<Basis> RunFloatStage(const LinearForm& form, double sign, const So
     return LiftBasis(lowering, solution.floatStage.basicLabels);
 }
 
-Limits LimitsOf(const SolveOptions& options, const SolveClock& clock, const LinearForm& form,
+Limits LimitsOf(const SolveOptions& options, const SolveClock& clock, const BoundedForm& form,
                 double sign)
 {
     Limits limits;
@@ -103,7 +103,7 @@ std::vector<double> Approximations(const ExactVector& vector)
 }
 
 /// Says in the model's own sense what the proof says of the minimisation form.
-void Report(const LinearForm& form, double sign, Solution& solution)
+void Report(const BoundedForm& form, double sign, Solution& solution)
 {
     const Proof& proof = solution.proof;
     solution.status = StatusOf(proof.status);
@@ -138,7 +138,7 @@ Sensitivity InSense(Sensitivity sensitivity, double sign)
 }
 
 /// What is worth knowing of a proved verdict beyond its proof.
-void Analyse(const LinearForm& form, double sign, const SolveOptions& options,
+void Analyse(const BoundedForm& form, double sign, const SolveOptions& options,
              const SolveClock& clock, Solution& solution)
 {
     if (!solution.proved)
@@ -165,7 +165,7 @@ Solution Solve(const Model& model, const SolveOptions& options)
         return solution;
     }
     const double sign = model.ObjectiveSense() == Sense::Maximize ? -1.0 : 1.0;
-    LinearForm form = FormOf(model);
+    BoundedForm form = FormOf(model);
     form.numbers = options.numbers;
     std::optional<Basis> start;
     if (!form.Contradicts())

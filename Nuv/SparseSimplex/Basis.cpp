@@ -5,7 +5,7 @@
 namespace nuv
 {
 
-BasisStatus RestingStatus(double lower, double upper) noexcept
+BasisStatus DefaultNonbasicStatus(double lower, double upper) noexcept
 {
     const bool hasLower = std::isfinite(lower);
     const bool hasUpper = std::isfinite(upper);
@@ -16,17 +16,17 @@ BasisStatus RestingStatus(double lower, double upper) noexcept
     return hasUpper ? BasisStatus::AtUpper : BasisStatus::Free;
 }
 
-Basis SlackBasis(const LinearForm& form)
+Basis SlackBasis(const BoundedForm& form)
 {
     Basis basis;
     basis.columns.resize(form.columns);
     for (Index j = 0; j < form.columns; ++j)
-        basis.columns[j] = RestingStatus(form.columnLower[j], form.columnUpper[j]);
+        basis.columns[j] = DefaultNonbasicStatus(form.columnLower[j], form.columnUpper[j]);
     basis.rows.assign(form.rows, BasisStatus::Basic);
     return basis;
 }
 
-void FitBasis(const LinearForm& form, Basis& basis)
+void FitBasis(const BoundedForm& form, Basis& basis)
 {
     basis.columns.resize(form.columns, BasisStatus::AtLower);
     basis.rows.resize(form.rows, BasisStatus::AtLower);
@@ -42,7 +42,7 @@ void FitBasis(const LinearForm& form, Basis& basis)
         const bool possible = (status == BasisStatus::AtLower && std::isfinite(form.Lower(v))) ||
                               (status == BasisStatus::AtUpper && std::isfinite(form.Upper(v)));
         if (!possible)
-            status = RestingStatus(form.Lower(v), form.Upper(v));
+            status = DefaultNonbasicStatus(form.Lower(v), form.Upper(v));
     }
     for (Index i = 0; i < form.rows && basics < form.rows; ++i)
     {

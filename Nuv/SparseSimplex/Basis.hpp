@@ -39,14 +39,14 @@ struct Basis
 
 /// Where a nonbasic variable rests that has no better reason: the finite bound of smaller
 /// magnitude, or zero.
-[[nodiscard]] BasisStatus RestingStatus(double lower, double upper) noexcept;
+[[nodiscard]] BasisStatus DefaultNonbasicStatus(double lower, double upper) noexcept;
 
 /// All logicals basic.
-[[nodiscard]] Basis SlackBasis(const LinearForm& form);
+[[nodiscard]] Basis SlackBasis(const BoundedForm& form);
 
 /// Makes any basis a fitted one: wrong lengths are cut or filled up, surplus basic variables from
 /// the end leave, missing ones are filled with logicals, impossible resting places are corrected.
 /// Whether the basis matrix is singular is left to its factorisation.
-void FitBasis(const LinearForm& form, Basis& basis);
+void FitBasis(const BoundedForm& form, Basis& basis);
 
 }  // namespace nuv

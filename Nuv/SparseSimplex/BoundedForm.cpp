@@ -55,7 +55,7 @@ bool EntriesAreOrdered(const SparseVectors<double>& vectors, Index count, Index 
 
 }  // namespace
 
-std::string LinearForm::Defect() const
+std::string BoundedForm::Defect() const
 {
     if (std::size_t{rows} + columns >= kNoIndex)
         return "too many rows and columns";

@@ -19,7 +19,7 @@
 namespace nuv
 {
 
-struct LinearForm
+struct BoundedForm
 {
     Index rows = 0;
     Index columns = 0;

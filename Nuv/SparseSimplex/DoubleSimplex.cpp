@@ -13,7 +13,7 @@ void RestoreBounds(SimplexState& state)
     state.lower = state.form.lower;
     state.upper = state.form.upper;
     for (Index v = 0; v < state.form.Variables(); ++v)
-        state.Rest(v);
+        state.SetToBound(v);
 }
 
 /// The violations that true bounds bring back are small and the reduced costs are right: a case
@@ -27,7 +27,7 @@ void Repair(SimplexState& state, Watch& watch, std::uint64_t& pivots)
 
 }  // namespace
 
-DoubleResult SolveInDoubles(const LinearForm& form, Basis start, Watch& watch)
+DoubleResult SolveInDoubles(const BoundedForm& form, Basis start, Watch& watch)
 {
     FitBasis(form, start);
     const ScaledForm scaled(form);

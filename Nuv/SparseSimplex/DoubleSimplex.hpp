@@ -19,7 +19,7 @@ struct DoubleResult
 };
 
 /// Solves from `start`, which need not be fitted to the form.
-[[nodiscard]] DoubleResult SolveInDoubles(const LinearForm& form, Basis start, Watch& watch);
+[[nodiscard]] DoubleResult SolveInDoubles(const BoundedForm& form, Basis start, Watch& watch);
 
 /// The same for a state that stands: its scaled form may be one that no linear form says.
 SimplexVerdict SolveInDoubles(SimplexState& state, Watch& watch, std::uint64_t& pivots);

@@ -14,7 +14,7 @@ constexpr double kSmallestPivot = 1e-9;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// By how much a nonbasic variable's reduced cost has the wrong sign; negative if it is right.
-double Wrongness(BasisStatus status, double reduced)
+double DualInfeasibility(BasisStatus status, double reduced)
 {
     switch (status)
     {
@@ -67,14 +67,14 @@ void DualSimplex::MakeDualFeasible()
     bool flipped = false;
     for (Index v = 0; v < m_state.form.Variables(); ++v)
     {
-        if (m_state.IsFixed(v) || Wrongness(m_state.status[v], m_state.reduced[v]) <= 0.0)
+        if (m_state.IsFixed(v) || DualInfeasibility(m_state.status[v], m_state.reduced[v]) <= 0.0)
             continue;
         const bool boxed = m_state.lower[v] > -kInfinity && m_state.upper[v] < kInfinity;
         if (boxed && std::fabs(m_state.reduced[v]) > kOptimality)
         {
             m_state.status[v] = m_state.status[v] == BasisStatus::AtLower ? BasisStatus::AtUpper
                                                                           : BasisStatus::AtLower;
-            m_state.Rest(v);
+            m_state.SetToBound(v);
             flipped = true;
         }
         else
@@ -173,7 +173,7 @@ Index DualSimplex::ChooseLeaving() const
 
 /// The size of the pivot if moving the variable off its bound moves the leaving one towards its
 /// own, otherwise zero. The leaving variable must grow if the sign is negative.
-double DualSimplex::Help(Index variable, double sign) const
+double DualSimplex::AdmissiblePivot(Index variable, double sign) const
 {
     const double entry = sign * m_pivotRow.value[variable];
     switch (m_state.status[variable])
@@ -197,7 +197,7 @@ Index DualSimplex::ChooseEntering(double sign) const
     double longest = kInfinity;
     for (const Index v : m_pivotRow.touched)
     {
-        const double help = Help(v, sign);
+        const double help = AdmissiblePivot(v, sign);
         if (help > kSmallestPivot && !m_state.IsFixed(v))
             longest = std::min(longest, (std::fabs(m_state.reduced[v]) + kOptimality) / help);
     }
@@ -205,7 +205,7 @@ Index DualSimplex::ChooseEntering(double sign) const
     double largest = kSmallestPivot;
     for (const Index v : m_pivotRow.touched)
     {
-        const double help = Help(v, sign);
+        const double help = AdmissiblePivot(v, sign);
         if (help <= largest || m_state.IsFixed(v) || std::fabs(m_state.reduced[v]) > longest * help)
             continue;
         largest = help;
@@ -246,7 +246,7 @@ void DualSimplex::UpdateReducedCosts(Index entering, Index leaving)
             continue;
         m_state.reduced[v] -= ratio * m_pivotRow.value[v];
         if (v != entering && !m_state.IsFixed(v) &&
-            Wrongness(m_state.status[v], m_state.reduced[v]) > 0.0)
+            DualInfeasibility(m_state.status[v], m_state.reduced[v]) > 0.0)
             Shift(v);
     }
     m_state.reduced[entering] = 0.0;

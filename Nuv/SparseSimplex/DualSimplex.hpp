@@ -37,7 +37,7 @@ private:
     [[nodiscard]] bool Iterate(SimplexVerdict& verdict);
     [[nodiscard]] Index ChooseLeaving() const;
     [[nodiscard]] double Violation(Index position) const;
-    [[nodiscard]] double Help(Index variable, double sign) const;
+    [[nodiscard]] double AdmissiblePivot(Index variable, double sign) const;
     [[nodiscard]] Index ChooseEntering(double sign) const;
     void Pivot(Index position, Index entering);
     void UpdateReducedCosts(Index entering, Index leaving);

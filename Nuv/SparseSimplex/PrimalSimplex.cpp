@@ -30,7 +30,7 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
     m_stalled = 0;
     m_relapses = 0;
     m_phaseOne = true;
-    RestUnusedColumns();
+    FixEmptyColumns();
     ResetWeights();
     StartAfresh();
     SimplexVerdict verdict = SimplexVerdict::Numerical;
@@ -41,7 +41,7 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
     return verdict;
 }
 
-void PrimalSimplex::RestUnusedColumns()
+void PrimalSimplex::FixEmptyColumns()
 {
     const SparseVectors<double>& columns = m_state.form.byColumn;
     for (Index v = 0; v < m_state.form.columns; ++v)
@@ -52,7 +52,7 @@ void PrimalSimplex::RestUnusedColumns()
             m_state.status[v] == BasisStatus::Basic || columns.start[v] != columns.start[v + 1])
             continue;
         m_state.status[v] = cost < 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
-        m_state.Rest(v);
+        m_state.SetToBound(v);
     }
 }
 
@@ -165,7 +165,7 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
     if (step.kind == Step::Kind::Flip)
     {
         m_state.status[entering] = direction > 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
-        m_state.Rest(entering);
+        m_state.SetToBound(entering);
     }
     else
     {

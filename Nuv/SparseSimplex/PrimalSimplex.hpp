@@ -62,7 +62,7 @@ private:
 
     /// Puts the columns that no row uses on their better bounds, all at once instead of by a pivot
     /// each.
-    void RestUnusedColumns();
+    void FixEmptyColumns();
     void StartAfresh();
     /// The sum of violations in phase one, then the objective without the form's constant.
     [[nodiscard]] double ProgressValue() const;

@@ -39,14 +39,14 @@ double BalanceOf(const SparseVectors<double>& vectors, Index k, const double* ot
 
 }  // namespace
 
-ScaledForm::ScaledForm(const LinearForm& form) : rows(form.rows), columns(form.columns)
+ScaledForm::ScaledForm(const BoundedForm& form) : rows(form.rows), columns(form.columns)
 {
     ChooseScales(form);
     Apply(form);
 }
 
 /// After this, scale[j] is the factor of column j and scale[columns + i] that of row i.
-void ScaledForm::ChooseScales(const LinearForm& form)
+void ScaledForm::ChooseScales(const BoundedForm& form)
 {
     constexpr int kPasses = 4;
     scale.assign(form.Variables(), 1.0);
@@ -59,7 +59,7 @@ void ScaledForm::ChooseScales(const LinearForm& form)
     }
 }
 
-void ScaledForm::Apply(const LinearForm& form)
+void ScaledForm::Apply(const BoundedForm& form)
 {
     byColumn = form.byColumn;
     for (Index j = 0; j < columns; ++j)

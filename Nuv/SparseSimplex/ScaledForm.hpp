@@ -12,7 +12,7 @@ namespace nuv
 
 struct ScaledForm
 {
-    explicit ScaledForm(const LinearForm& form);
+    explicit ScaledForm(const BoundedForm& form);
 
     [[nodiscard]] Index Variables() const noexcept
     {
@@ -33,8 +33,8 @@ struct ScaledForm
     double costScale = 1.0;
 
 private:
-    void ChooseScales(const LinearForm& form);
-    void Apply(const LinearForm& form);
+    void ChooseScales(const BoundedForm& form);
+    void Apply(const BoundedForm& form);
 };
 
 }  // namespace nuv

@@ -21,7 +21,7 @@ SimplexState::SimplexState(const ScaledForm& scaled, const Basis& start)
         if (status[v] == BasisStatus::Basic)
             head.push_back(v);
         else
-            Rest(v);
+            SetToBound(v);
     }
 }
 
@@ -48,8 +48,8 @@ void SimplexState::Refactorise()
     for (const auto& replacement : replacements)
     {
         const Index dropped = head[replacement.column];
-        status[dropped] = RestingStatus(lower[dropped], upper[dropped]);
-        Rest(dropped);
+        status[dropped] = DefaultNonbasicStatus(lower[dropped], upper[dropped]);
+        SetToBound(dropped);
         reduced[dropped] = 0.0;
     }
     for (const auto& replacement : replacements)
@@ -154,7 +154,7 @@ void SimplexState::Exchange(Index position, Index entering, BasisStatus leavingS
     head[position] = entering;
 }
 
-void SimplexState::Rest(Index variable) noexcept
+void SimplexState::SetToBound(Index variable) noexcept
 {
     switch (status[variable])
     {

@@ -63,7 +63,7 @@ public:
                   const std::vector<double>& column);
 
     /// Puts a nonbasic variable on the bound its status names.
-    void Rest(Index variable) noexcept;
+    void SetToBound(Index variable) noexcept;
 
     [[nodiscard]] Basis ExportBasis() const;
 

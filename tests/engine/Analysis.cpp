@@ -17,13 +17,13 @@ namespace nuv::test
 namespace
 {
 
-Proof Solve(const LinearForm& form)
+Proof Solve(const BoundedForm& form)
 {
     return SolveProved(form, nullptr, Limits{});
 }
 
 /// Whether the basis is optimal for the form as it is, without a pivot.
-bool StaysOptimal(const LinearForm& form, const Basis& basis)
+bool StaysOptimal(const BoundedForm& form, const Basis& basis)
 {
     Limits limits;
     limits.exactPivots = 0;
@@ -35,13 +35,13 @@ constexpr double kStep = 0x1p-20;
 
 /// Within the range the basis stays optimal, a step beyond an end it does not.
 template <class Move>
-void CheckRange(const LinearForm& form, const Basis& basis, AllowedRange range, Move move)
+void CheckRange(const BoundedForm& form, const Basis& basis, AllowedRange range, Move move)
 {
     for (const bool up : {false, true})
     {
         const double end = up ? range.upper : range.lower;
         const double outwards = up ? kStep : -kStep;
-        LinearForm moved = form;
+        BoundedForm moved = form;
         if (std::isinf(end))
         {
             move(moved, up ? 1e6 : -1e6);
@@ -60,7 +60,7 @@ void CheckRange(const LinearForm& form, const Basis& basis, AllowedRange range, 
 
 TEST(Sensitivity, WyndorGlassAsInTheTextbook)
 {
-    const LinearForm form =
+    const BoundedForm form =
         MakeForm({-3, -5}, {{{1, 0}, {-kInf, 4}}, {{0, 2}, {-kInf, 12}}, {{3, 2}, {-kInf, 18}}});
     const Sensitivity ranges = AnalyseSensitivity(form, Solve(form));
     EXPECT_EQ(ranges.cost[0], (AllowedRange{-7.5, 0.0}));
@@ -78,7 +78,7 @@ TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
-        const LinearForm form = RandomSmallForm(random, 3, 4);
+        const BoundedForm form = RandomSmallForm(random, 3, 4);
         const Proof proof = Solve(form);
         if (proof.status != ProofStatus::Optimal)
             continue;
@@ -87,7 +87,7 @@ TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)
         for (Index j = 0; j < form.columns; ++j)
         {
             CheckRange(form, proof.basis, ranges.cost[j],
-                       [j](LinearForm& moved, double to) { moved.cost[j] = to; });
+                       [j](BoundedForm& moved, double to) { moved.cost[j] = to; });
         }
         if (HasFailure())
             return;
@@ -101,7 +101,7 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
-        const LinearForm form = RandomSmallForm(random, 3, 4);
+        const BoundedForm form = RandomSmallForm(random, 3, 4);
         const Proof proof = Solve(form);
         if (proof.status != ProofStatus::Optimal)
             continue;
@@ -112,7 +112,7 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
             if (std::isfinite(form.rowUpper[i]))
             {
                 CheckRange(form, proof.basis, ranges.rowUpper[i],
-                           [i, equation](LinearForm& moved, double to)
+                           [i, equation](BoundedForm& moved, double to)
                            {
                                moved.rowUpper[i] = to;
                                if (equation)
@@ -122,7 +122,7 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
             if (std::isfinite(form.rowLower[i]) && !equation)
             {
                 CheckRange(form, proof.basis, ranges.rowLower[i],
-                           [i](LinearForm& moved, double to) { moved.rowLower[i] = to; });
+                           [i](BoundedForm& moved, double to) { moved.rowLower[i] = to; });
             }
         }
         if (HasFailure())
@@ -137,11 +137,11 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
-        const LinearForm form = RandomSmallForm(random, 3, 4);
+        const BoundedForm form = RandomSmallForm(random, 3, 4);
         const Proof proof = Solve(form);
         if (proof.status != ProofStatus::Optimal)
             continue;
-        LinearForm padded = form;
+        BoundedForm padded = form;
         for (int extra = 0; extra < 60; ++extra)
         {
             padded.rowLower.push_back(-kInf);
@@ -174,10 +174,10 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
 }
 
 /// The form with the bounds of `members` only, but for the one at `left`.
-LinearForm Restricted(const LinearForm& form, const std::vector<ConflictMember>& members,
+BoundedForm Restricted(const BoundedForm& form, const std::vector<ConflictMember>& members,
                       std::size_t left)
 {
-    LinearForm restricted = form;
+    BoundedForm restricted = form;
     for (auto* bounds : {&restricted.columnLower, &restricted.rowLower})
         bounds->assign(bounds->size(), -kInf);
     for (auto* bounds : {&restricted.columnUpper, &restricted.rowUpper})
@@ -199,7 +199,7 @@ LinearForm Restricted(const LinearForm& form, const std::vector<ConflictMember>&
 
 TEST(Conflict, BoundsThatCrossAreAConflictOfTwo)
 {
-    const LinearForm form = MakeForm({0, 0}, {{{1, 1}, {0, 1}}}, {{0, 1}, {3, 2}});
+    const BoundedForm form = MakeForm({0, 0}, {{{1, 1}, {0, 1}}}, {{0, 1}, {3, 2}});
     const Conflict conflict = FindConflict(form, Solve(form), Limits{});
     EXPECT_TRUE(conflict.minimal);
     EXPECT_EQ(conflict.members, (std::vector<ConflictMember>{{1, false}, {1, true}}));
@@ -208,7 +208,7 @@ TEST(Conflict, BoundsThatCrossAreAConflictOfTwo)
 TEST(Conflict, NamesTheRowsAndBoundsThatMatter)
 {
     // x + y <= 3 against x >= 2 and y >= 2; the other row has nothing to do with it.
-    const LinearForm form = MakeForm({1, 1, 1}, {{{0, 0, 1}, {1, 5}}, {{1, 1, 0}, {-kInf, 3}}},
+    const BoundedForm form = MakeForm({1, 1, 1}, {{{0, 0, 1}, {1, 5}}, {{1, 1, 0}, {-kInf, 3}}},
                                      {{2, 9}, {2, kInf}, {0, kInf}});
     const Conflict conflict = FindConflict(form, Solve(form), Limits{});
     EXPECT_TRUE(conflict.minimal);
@@ -222,7 +222,7 @@ TEST(Conflict, IsInfeasibleAndLosesThatWithAnyMember)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
-        const LinearForm form =
+        const BoundedForm form =
             RandomSmallForm(random, 3, static_cast<Index>(random.Between(1, 4)));
         const Proof proof = Solve(form);
         if (proof.status != ProofStatus::Infeasible)
@@ -245,7 +245,7 @@ TEST(Conflict, IsInfeasibleAndLosesThatWithAnyMember)
 /// Three disjoint contradictions, and a certificate that adds them up: the filter has to part them.
 TEST(Conflict, PartsACertificateThatMixesContradictions)
 {
-    const LinearForm form = MakeForm(
+    const BoundedForm form = MakeForm(
         {0, 0, 0}, {{{1, 0, 0}, {2, kInf}}, {{0, 1, 0}, {3, kInf}}, {{0, 0, 1}, {4, kInf}}},
         {{0, 1}, {0, 1}, {0, 1}});
     Proof proof = Solve(form);

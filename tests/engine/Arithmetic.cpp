@@ -285,7 +285,7 @@ TEST(SparseLu, ReplacesDependentColumnsByLogicals)
 }
 
 /// A form whose columns 0 .. size-1 are a random matrix, to be factorised as a basis.
-LinearForm BasisForm(Random& random, Index size)
+BoundedForm BasisForm(Random& random, Index size)
 {
     std::vector<DenseRow> rows(size);
     for (Index i = 0; i < size; ++i)
@@ -308,7 +308,7 @@ TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
         SCOPED_TRACE(seed);
         Random random(seed);
         const Index size = static_cast<Index>(random.Between(1, 30));
-        LinearForm form = BasisForm(random, size);
+        BoundedForm form = BasisForm(random, size);
         form.numbers = random.OneIn(2) ? Numbers::AsStored : Numbers::AsWritten;
         const ExactForm exact(form);
         std::vector<Index> head(size);
@@ -390,7 +390,7 @@ TEST(PadicLifting, GivesUpWhenTimeIsUp)
     limits.seconds = 0.0;
     Watch watch(limits);
     Random random(11);
-    const LinearForm form = BasisForm(random, 60);
+    const BoundedForm form = BasisForm(random, 60);
     const ExactForm exact(form);
     std::vector<Index> head(60);
     for (Index k = 0; k < 60; ++k)

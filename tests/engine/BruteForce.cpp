@@ -79,7 +79,7 @@ bool Eliminate(Matrix& system)
 class Enumeration
 {
 public:
-    explicit Enumeration(const LinearForm& form) : m_rows(form.rows), m_value(form.Variables())
+    explicit Enumeration(const BoundedForm& form) : m_rows(form.rows), m_value(form.Variables())
     {
         m_matrix.assign(form.rows, std::vector<Fraction>(form.Variables()));
         for (Index j = 0; j < form.columns; ++j)
@@ -205,7 +205,7 @@ private:
 
 }  // namespace
 
-BruteForceResult SolveByEnumeration(const LinearForm& form)
+BruteForceResult SolveByEnumeration(const BoundedForm& form)
 {
     Enumeration solutions(form);
     const std::optional<Fraction> best = solutions.Best();

@@ -31,6 +31,6 @@ struct BruteForceResult
 };
 
 /// All numbers of the form are small integers.
-BruteForceResult SolveByEnumeration(const LinearForm& form);
+BruteForceResult SolveByEnumeration(const BoundedForm& form);
 
 }  // namespace nuv::test

@@ -11,30 +11,30 @@ namespace nuv::test
 namespace
 {
 
-LinearForm OptimalForm()
+BoundedForm OptimalForm()
 {
     return MakeForm({-3, -5, 1},
                     {{{1, 0, 1}, {-kInf, 4}}, {{0, 2, -1}, {-kInf, 12}}, {{3, 2, 0}, {1, 18}}},
                     {{0, kInf}, {0, kInf}, {-1, 7}});
 }
-LinearForm InfeasibleForm()
+BoundedForm InfeasibleForm()
 {
     return MakeForm({1, 1}, {{{1, 1}, {6, kInf}}, {{1, -1}, {-kInf, 1}}, {{-1, 2}, {-kInf, 1}}},
                     {{0, kInf}, {0, 2}});
 }
-LinearForm UnboundedForm()
+BoundedForm UnboundedForm()
 {
     return MakeForm({-1, -2}, {{{1, -1}, {-kInf, 3}}, {{-2, 1}, {-kInf, 4}}});
 }
 
-Proof Solve(const LinearForm& form)
+Proof Solve(const BoundedForm& form)
 {
     return SolveProved(form, nullptr, Limits{});
 }
 
 TEST(Certificate, OptimalIsRefusedOnceAnyPartIsChanged)
 {
-    const LinearForm form = OptimalForm();
+    const BoundedForm form = OptimalForm();
     const Proof proof = Solve(form);
     ASSERT_EQ(proof.status, ProofStatus::Optimal);
     ASSERT_EQ(CheckProof(form, proof), "");
@@ -63,9 +63,9 @@ TEST(Certificate, OptimalIsRefusedOnceAnyPartIsChanged)
 
 TEST(Certificate, OptimalIsRefusedForAnotherForm)
 {
-    const LinearForm form = OptimalForm();
+    const BoundedForm form = OptimalForm();
     const Proof proof = Solve(form);
-    LinearForm other = form;
+    BoundedForm other = form;
     other.cost[1] = -1.0;
     EXPECT_NE(CheckProof(other, proof), "");
     other = form;
@@ -79,7 +79,7 @@ TEST(Certificate, OptimalIsRefusedForAnotherForm)
 
 TEST(Certificate, WrongShapesAreRefused)
 {
-    const LinearForm form = OptimalForm();
+    const BoundedForm form = OptimalForm();
     const Proof proof = Solve(form);
     Proof wrong = proof;
     wrong.primal.numerator.pop_back();
@@ -100,7 +100,7 @@ TEST(Certificate, WrongShapesAreRefused)
 
 TEST(Certificate, FarkasMultipliersAreRefusedOnceWeakened)
 {
-    const LinearForm form = InfeasibleForm();
+    const BoundedForm form = InfeasibleForm();
     const Proof proof = Solve(form);
     ASSERT_EQ(proof.status, ProofStatus::Infeasible);
     ASSERT_EQ(CheckProof(form, proof), "");
@@ -113,7 +113,7 @@ TEST(Certificate, FarkasMultipliersAreRefusedOnceWeakened)
         multiplier = 0;
     EXPECT_EQ(CheckProof(form, wrong), "the multipliers contradict nothing");
     // The same multipliers prove nothing once the form has a feasible point.
-    LinearForm feasible = form;
+    BoundedForm feasible = form;
     feasible.rowLower[0] = 3.0;
     EXPECT_EQ(Solve(feasible).status, ProofStatus::Optimal);
     EXPECT_NE(CheckProof(feasible, proof), "");
@@ -124,7 +124,7 @@ TEST(Certificate, FarkasMultipliersAreRefusedOnceWeakened)
 
 TEST(Certificate, ARayIsRefusedOnceItBendsOrTurns)
 {
-    const LinearForm form = UnboundedForm();
+    const BoundedForm form = UnboundedForm();
     const Proof proof = Solve(form);
     ASSERT_EQ(proof.status, ProofStatus::Unbounded);
     ASSERT_EQ(CheckProof(form, proof), "");
@@ -139,7 +139,7 @@ TEST(Certificate, ARayIsRefusedOnceItBendsOrTurns)
     wrong = proof;
     wrong.primal.numerator[0] = -1;
     EXPECT_NE(CheckProof(form, wrong), "");
-    LinearForm bounded = form;
+    BoundedForm bounded = form;
     bounded.rowUpper[0] = 3.0;
     bounded.columnUpper[0] = 1e6;
     EXPECT_NE(CheckProof(bounded, proof), "");
@@ -148,7 +148,7 @@ TEST(Certificate, ARayIsRefusedOnceItBendsOrTurns)
 /// Wrong verdicts cannot hide behind a right certificate of another kind.
 TEST(Certificate, AVerdictNeedsItsOwnCertificate)
 {
-    for (const LinearForm& form : {OptimalForm(), InfeasibleForm(), UnboundedForm()})
+    for (const BoundedForm& form : {OptimalForm(), InfeasibleForm(), UnboundedForm()})
     {
         const Proof proof = Solve(form);
         ASSERT_TRUE(proof.proved);
@@ -166,7 +166,7 @@ TEST(Limits, NoTimeMeansNoClaim)
 {
     Limits limits;
     limits.seconds = 0.0;
-    const LinearForm form = OptimalForm();
+    const BoundedForm form = OptimalForm();
     const Proof proof = SolveProved(form, nullptr, limits);
     EXPECT_EQ(proof.status, ProofStatus::Stopped);
     EXPECT_FALSE(proof.proved);

@@ -3,10 +3,10 @@
 namespace nuv::test
 {
 
-LinearForm MakeForm(const std::vector<double>& cost, const std::vector<DenseRow>& rows,
+BoundedForm MakeForm(const std::vector<double>& cost, const std::vector<DenseRow>& rows,
                     const std::vector<Interval>& columns)
 {
-    LinearForm form;
+    BoundedForm form;
     form.rows = static_cast<Index>(rows.size());
     form.columns = static_cast<Index>(cost.size());
     form.cost = cost;
@@ -59,7 +59,7 @@ Interval RandomInterval(Random& random)
 
 }  // namespace
 
-LinearForm RandomSmallForm(Random& random, Index rows, Index columns)
+BoundedForm RandomSmallForm(Random& random, Index rows, Index columns)
 {
     std::vector<double> cost(columns);
     for (double& entry : cost)
@@ -78,7 +78,7 @@ LinearForm RandomSmallForm(Random& random, Index rows, Index columns)
     return MakeForm(cost, dense, bounds);
 }
 
-LinearForm RandomSparseForm(Random& random, Index rows, Index columns)
+BoundedForm RandomSparseForm(Random& random, Index rows, Index columns)
 {
     std::vector<double> cost(columns);
     std::vector<double> point(columns);

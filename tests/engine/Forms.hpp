@@ -25,7 +25,7 @@ struct DenseRow
 };
 
 /// minimise cost . x subject to the rows; `columns` may be left out for x >= 0.
-LinearForm MakeForm(const std::vector<double>& cost, const std::vector<DenseRow>& rows,
+BoundedForm MakeForm(const std::vector<double>& cost, const std::vector<DenseRow>& rows,
                     const std::vector<Interval>& columns = {});
 
 /// xorshift64*: the same numbers everywhere.
@@ -55,9 +55,9 @@ private:
 };
 
 /// Integers in [-3, 3], bounds of all kinds, now and then bounds that cross.
-LinearForm RandomSmallForm(Random& random, Index rows, Index columns);
+BoundedForm RandomSmallForm(Random& random, Index rows, Index columns);
 
 /// Sparse, with decimal coefficients, feasible and bounded more often than not.
-LinearForm RandomSparseForm(Random& random, Index rows, Index columns);
+BoundedForm RandomSparseForm(Random& random, Index rows, Index columns);
 
 }  // namespace nuv::test

@@ -16,16 +16,16 @@ namespace nuv::test
 namespace
 {
 
-Proof Solve(const LinearForm& form)
+Proof Solve(const BoundedForm& form)
 {
     return SolveProved(form, nullptr, Limits{});
 }
 
 /// Cuts a tenth off the room above the lower bound of a basic column, which the basis then
 /// violates.
-LinearForm Tightened(const LinearForm& form, const Proof& proof)
+BoundedForm Tightened(const BoundedForm& form, const Proof& proof)
 {
-    LinearForm tight = form;
+    BoundedForm tight = form;
     for (Index j = 0; j < form.columns; ++j)
     {
         const double room = proof.value[j] - form.columnLower[j];
@@ -44,11 +44,11 @@ TEST(DualSimplex, RepairsBoundsThatWereTightened)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
-        const LinearForm form = RandomSparseForm(random, 12, 18);
+        const BoundedForm form = RandomSparseForm(random, 12, 18);
         const Proof loose = Solve(form);
         if (loose.status != ProofStatus::Optimal)
             continue;
-        const LinearForm tight = Tightened(form, loose);
+        const BoundedForm tight = Tightened(form, loose);
         const Proof expected = Solve(tight);
         const ScaledForm scaled(tight);
         SimplexState state(scaled, loose.basis);
@@ -76,7 +76,7 @@ TEST(DualSimplex, RepairsBoundsThatWereTightened)
 /// maximise x + (1 + 2^-50) y, x + y <= 1: in doubles both corners are as good.
 TEST(Refinement, PricesADifferenceBelowTheTolerance)
 {
-    const LinearForm form = MakeForm({-1.0, -1.0 - 0x1p-50}, {{{1, 1}, {-kInf, 1}}});
+    const BoundedForm form = MakeForm({-1.0, -1.0 - 0x1p-50}, {{{1, 1}, {-kInf, 1}}});
     Basis start = SlackBasis(form);
     start.columns[0] = BasisStatus::Basic;
     start.rows[0] = BasisStatus::AtUpper;
@@ -91,7 +91,7 @@ TEST(Refinement, PricesADifferenceBelowTheTolerance)
 /// x = y + 2^-50 at x = 1: y is above its bound 1 - 2^-49 by less than the tolerance.
 TEST(Refinement, RepairsAViolationBelowTheTolerance)
 {
-    const LinearForm form = MakeForm({0, -1, 1}, {{{1, -1, -1}, {0x1p-50, 0x1p-50}}},
+    const BoundedForm form = MakeForm({0, -1, 1}, {{{1, -1, -1}, {0x1p-50, 0x1p-50}}},
                                      {{1, 1}, {0, 1 - 0x1p-49}, {0, 5}});
     Basis start = SlackBasis(form);
     start.columns[1] = BasisStatus::Basic;
@@ -107,7 +107,7 @@ TEST(Refinement, RepairsAViolationBelowTheTolerance)
 /// No variable is violated as doubles see it, so that the elastic form has no column to add.
 TEST(Refinement, FindsAContradictionBelowTheTolerance)
 {
-    const LinearForm form =
+    const BoundedForm form =
         MakeForm({1, 0}, {{{1, 1}, {1 + 0x1p-50, kInf}}, {{1, 1}, {-kInf, 1}}}, {{0, 9}, {0, 9}});
     const Proof proof = Solve(form);
     EXPECT_EQ(proof.status, ProofStatus::Infeasible);
@@ -116,7 +116,7 @@ TEST(Refinement, FindsAContradictionBelowTheTolerance)
 
 TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
 {
-    const LinearForm form =
+    const BoundedForm form =
         MakeForm({1, 1}, {{{1, 1}, {6, kInf}}, {{1, -1}, {-kInf, -1}}}, {{0, 2}, {0, 3}});
     const AuxiliaryForm elastic = ElasticForm(form, SlackBasis(form));
     ASSERT_EQ(elastic.form.Defect(), "");
@@ -133,7 +133,7 @@ TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
 
 TEST(Auxiliary, RaysAreBoundedDirections)
 {
-    const LinearForm form = MakeForm({1, -2}, {{{1, -1}, {-kInf, 3}}});
+    const BoundedForm form = MakeForm({1, -2}, {{{1, -1}, {-kInf, 3}}});
     const AuxiliaryForm rays = RayForm(form, SlackBasis(form));
     ASSERT_EQ(rays.form.Defect(), "");
     const Proof ray = ProveFrom(rays.form, rays.start, Limits{});

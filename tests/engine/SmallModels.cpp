@@ -12,12 +12,12 @@ namespace nuv::test
 namespace
 {
 
-Proof Solve(const LinearForm& form)
+Proof Solve(const BoundedForm& form)
 {
     return SolveProved(form, nullptr, Limits{});
 }
 
-void ExpectVerdict(const LinearForm& form, const BruteForceResult& expected, const Proof& proof)
+void ExpectVerdict(const BoundedForm& form, const BruteForceResult& expected, const Proof& proof)
 {
     ASSERT_TRUE(proof.proved) << CheckProof(form, proof);
     switch (expected.verdict)
@@ -38,7 +38,7 @@ void ExpectVerdict(const LinearForm& form, const BruteForceResult& expected, con
 
 /// Beale's, Kuhn's, Marshall and Suurballe's and Chvatal's examples, on which the largest
 /// coefficient rule cycles, as minimisations.
-std::vector<std::pair<LinearForm, std::string>> CyclingForms()
+std::vector<std::pair<BoundedForm, std::string>> CyclingForms()
 {
     const Interval atMostZero{-kInf, 0.0};
     const Interval atMostOne{-kInf, 1.0};
@@ -64,7 +64,7 @@ std::vector<std::pair<LinearForm, std::string>> CyclingForms()
 
 TEST(Engine, NoRowsAndNoColumnsIsOptimalAtTheConstant)
 {
-    LinearForm form = MakeForm({}, {});
+    BoundedForm form = MakeForm({}, {});
     form.constant = 2.5;
     const Proof proof = Solve(form);
     EXPECT_TRUE(proof.proved);
@@ -103,7 +103,7 @@ TEST(Engine, BoundsThatCrossAreTheProof)
 
 TEST(Engine, WrongDataAreNamedAndNotSolved)
 {
-    LinearForm form = MakeForm({1}, {{{1}, {0, 4}}});
+    BoundedForm form = MakeForm({1}, {{{1}, {0, 4}}});
     form.byColumn.value[0] = kInf;
     form.byRow.value[0] = kInf;
     const Proof proof = Solve(form);
@@ -140,7 +140,7 @@ TEST(Engine, CyclingExamplesEndAtTheirOptimum)
 
 TEST(Engine, ATenthIsWhatTheFormSaysItIs)
 {
-    LinearForm form = MakeForm({1}, {{{1}, {0.1, kInf}}});
+    BoundedForm form = MakeForm({1}, {{{1}, {0.1, kInf}}});
     EXPECT_EQ(ToString(Solve(form).objective), "3602879701896397/36028797018963968");
     form.numbers = Numbers::AsWritten;
     EXPECT_EQ(ToString(Solve(form).objective), "1/10");
@@ -150,7 +150,7 @@ TEST(Engine, ATenthIsWhatTheFormSaysItIs)
 /// other.
 TEST(Engine, RedundantDecimalEquationsContradictEachOtherAsStored)
 {
-    LinearForm form =
+    BoundedForm form =
         MakeForm({1, 1}, {{{0.1, 1}, {1, 1}}, {{0.2, 1}, {1, 1}}, {{0.3, 2}, {2, 2}}});
     form.columnLower[0] = 1.0;
     form.columnLower[1] = -kInf;
@@ -185,7 +185,7 @@ TEST(Engine, AgreesWithEnumerationOnThousandsOfSmallForms)
         Random random(seed);
         const Index rows = static_cast<Index>(random.Between(1, 3));
         const Index columns = static_cast<Index>(random.Between(1, 7 - static_cast<int>(rows)));
-        const LinearForm form = RandomSmallForm(random, rows, columns);
+        const BoundedForm form = RandomSmallForm(random, rows, columns);
         const BruteForceResult expected = SolveByEnumeration(form);
         ++verdicts[static_cast<int>(expected.verdict)];
         ExpectVerdict(form, expected, Solve(form));
@@ -205,7 +205,7 @@ TEST(Engine, AnyStartBasisLeadsToTheSameAnswer)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
-        const LinearForm form = RandomSmallForm(random, 3, 4);
+        const BoundedForm form = RandomSmallForm(random, 3, 4);
         const BruteForceResult expected = SolveByEnumeration(form);
         // Statuses at random: too many or too few basic variables, impossible bounds, singular.
         Basis start;
@@ -228,7 +228,7 @@ TEST(Engine, ProvesSparseFormsWithDecimalsInBothReadings)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
-        LinearForm form = RandomSparseForm(random, 25, 35);
+        BoundedForm form = RandomSparseForm(random, 25, 35);
         for (const Numbers numbers : {Numbers::AsStored, Numbers::AsWritten})
         {
             form.numbers = numbers;
@@ -245,7 +245,7 @@ TEST(Engine, ProvesSparseFormsWithDecimalsInBothReadings)
 TEST(Engine, ASecondRunGivesTheSameBitsAndPivots)
 {
     Random random(7);
-    const LinearForm form = RandomSparseForm(random, 40, 60);
+    const BoundedForm form = RandomSparseForm(random, 40, 60);
     const Proof first = Solve(form);
     const Proof second = Solve(form);
     EXPECT_EQ(first.doublePivots, second.doublePivots);

@@ -102,7 +102,7 @@ double Activity(const nuv::SparseVectors<double>& rows, Index i, std::span<const
     return sum;
 }
 
-bool Satisfies(const nuv::LinearForm& form, std::span<const double> x)
+bool Satisfies(const nuv::BoundedForm& form, std::span<const double> x)
 {
     for (Index i = 0; i < form.rows; ++i)
     {
@@ -121,7 +121,7 @@ bool Satisfies(const nuv::CanonicalForm& form, std::span<const double> y)
     return true;
 }
 
-std::vector<double> PointWithinBounds(const nuv::LinearForm& form, Numbers& numbers)
+std::vector<double> PointWithinBounds(const nuv::BoundedForm& form, Numbers& numbers)
 {
     std::vector<double> x;
     for (Index j = 0; j < form.columns; ++j)
@@ -139,7 +139,7 @@ TEST_P(LoweringOfRandomModels, LiftsEveryPointBackToItself)
     for (std::uint32_t seed = 1; seed <= 2000; ++seed)
     {
         Numbers numbers(seed);
-        const nuv::LinearForm form = nuv::FormOf(RandomModel(numbers));
+        const nuv::BoundedForm form = nuv::FormOf(RandomModel(numbers));
         ASSERT_EQ(form.Defect(), "") << "seed " << seed;
         const nuv::Lowering lowering = nuv::Lower(form, GetParam());
         const std::vector<double> x = PointWithinBounds(form, numbers);
@@ -152,7 +152,7 @@ TEST_P(LoweringOfRandomModels, KeepsFeasibilityAndGain)
     for (std::uint32_t seed = 1; seed <= 2000; ++seed)
     {
         Numbers numbers(seed);
-        const nuv::LinearForm form = nuv::FormOf(RandomModel(numbers));
+        const nuv::BoundedForm form = nuv::FormOf(RandomModel(numbers));
         const nuv::Lowering lowering = nuv::Lower(form, GetParam());
         const std::vector<double> x = PointWithinBounds(form, numbers);
         const std::vector<double> other = PointWithinBounds(form, numbers);
@@ -180,7 +180,7 @@ TEST(Lowering, ScalingChangesExponentsAndNothingElse)
     model.Add(3000.7 * x + 0.001 * y <= 77.77);
     model.Add(0.3 * x + 5e-7 * y <= 0.123);
     model.Maximize(1e6 * x + 0.7 * y);
-    const nuv::LinearForm form = nuv::FormOf(model);
+    const nuv::BoundedForm form = nuv::FormOf(model);
     const nuv::Lowering plain = nuv::Lower(form);
     const nuv::Lowering scaled = nuv::Lower(form, nuv::Scaling::PowersOfTwo);
     const auto mantissas = [](const std::vector<double>& values)

@@ -140,7 +140,7 @@ std::string JsonArray(std::span<const double> numbers)
 }
 
 /// Whether no basic variable is at a bound: then the duals are the only ones.
-bool HasOneDual(const LinearForm& form, const Proof& proof)
+bool HasOneDual(const BoundedForm& form, const Proof& proof)
 {
     for (Index v = 0; v < form.Variables(); ++v)
         if (proof.basis[v] == BasisStatus::Basic &&
@@ -151,7 +151,7 @@ bool HasOneDual(const LinearForm& form, const Proof& proof)
 
 /// Whether no price of a variable that could leave its bound is zero: then the values are the only
 /// ones.
-bool HasOnePoint(const LinearForm& form, const Proof& proof)
+bool HasOnePoint(const BoundedForm& form, const Proof& proof)
 {
     for (Index v = 0; v < form.Variables(); ++v)
         if (proof.basis[v] != BasisStatus::Basic && form.Lower(v) != form.Upper(v) &&
@@ -192,7 +192,7 @@ std::string JsonAnswer(const Model& model, const Solution& solution)
     text.append(solution.proved ? R"(,"proved":true)" : R"(,"proved":false)");
     if (solution.status != SolveStatus::Optimal)
         return text;
-    const LinearForm form = FormOf(model);
+    const BoundedForm form = FormOf(model);
     text.append(R"(,"objective":)").append(JsonNumber(solution.objective));
     text.append(R"(,"values":)").append(JsonArray(solution.values));
     text.append(R"(,"duals":)").append(JsonArray(solution.duals));
