@@ -98,7 +98,8 @@ SparseLu<Field>::Flipped(const SparseVectors<Value>& vectors) const
 /// before k are done vector[order[k]] holds what is left of b there, the unknown follows by the
 /// pivot, and its multiple of vector k is taken from the entries of later steps.
 template <class Field>
-template <typename SparseLu<Field>::Direction direction, typename SparseLu<Field>::Diagonal diagonal>
+template <typename SparseLu<Field>::Direction direction,
+          typename SparseLu<Field>::Diagonal diagonal>
 void SparseLu<Field>::Substitute(const SparseVectors<Value>& vectors,
                                  std::vector<Value>& vector) const
 {

@@ -197,7 +197,8 @@ SparseVectors<Result> Mapped(const SparseVectors<Value>& vectors, const Transfor
     return result;
 }
 
-/// A matrix that can be walked both ways. Invariant: its columns and its rows hold the same entries.
+/// A matrix that can be walked both ways. Invariant: its columns and its rows hold the same
+/// entries.
 template <class Value>
 class SparseMatrix
 {

@@ -17,7 +17,7 @@ class Checker
 public:
     explicit Checker(const BoundedForm& form) : m_form(form)
     {
-        IncludeDenominatorsOf(form.byColumn.value);
+        IncludeDenominatorsOf(form.matrix.Columns().value);
         IncludeDenominatorsOf(form.cost);
         for (const auto* bounds :
              {&form.columnLower, &form.columnUpper, &form.rowLower, &form.rowUpper})
@@ -43,8 +43,8 @@ public:
         {
             if (point[j] == 0)
                 continue;
-            for (std::size_t at = m_form.byColumn.start[j]; at < m_form.byColumn.start[j + 1]; ++at)
-                sums[m_form.byColumn.index[at]] += Scaled(m_form.byColumn.value[at]) * point[j];
+            for (const auto [row, entry] : m_form.matrix.Column(j))
+                sums[row] += Scaled(entry) * point[j];
         }
         return sums;
     }
@@ -53,11 +53,10 @@ public:
     [[nodiscard]] Integer Priced(Index j, const std::vector<Integer>& multipliers) const
     {
         Integer sum(0);
-        for (std::size_t at = m_form.byColumn.start[j]; at < m_form.byColumn.start[j + 1]; ++at)
+        for (const auto [row, entry] : m_form.matrix.Column(j))
         {
-            const Integer& multiplier = multipliers[m_form.byColumn.index[at]];
-            if (multiplier != 0)
-                sum += Scaled(m_form.byColumn.value[at]) * multiplier;
+            if (multipliers[row] != 0)
+                sum += Scaled(entry) * multipliers[row];
         }
         return sum;
     }
@@ -158,7 +157,7 @@ std::string CheckOptimal(const BoundedForm& form, const Checker& checker, const 
     for (Index v = 0; v < form.Variables(); ++v)
     {
         const Integer reduced = form.IsLogical(v)
-                                    ? proof.dual.numerator[v - form.columns]
+                                    ? proof.dual.numerator[form.RowOf(v)]
                                     : checker.Scaled(form.cost[v]) * proof.dual.denominator -
                                           checker.Priced(v, proof.dual.numerator);
         bool onLower = false;
@@ -189,9 +188,9 @@ std::string CheckInfeasible(const BoundedForm& form, const Checker& checker, con
     Integer sum(0);
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        const Integer factor =
-            form.IsLogical(v) ? Integer(proof.dual.numerator[v - form.columns] * checker.Factor())
-                              : Integer(-checker.Priced(v, proof.dual.numerator));
+        const Integer factor = form.IsLogical(v)
+                                   ? Integer(proof.dual.numerator[form.RowOf(v)] * checker.Factor())
+                                   : Integer(-checker.Priced(v, proof.dual.numerator));
         if (factor == 0)
             continue;
         const double bound = factor > 0 ? form.Lower(v) : form.Upper(v);

@@ -1,40 +1,26 @@
 #include "Nuv/Exact/Auxiliary.hpp"
 
 #include "Nuv/SparseSimplex/SimplexState.hpp"
+#include "Nuv/SparseSimplex/Tolerances.hpp"
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 namespace nuv
 {
 namespace
 {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-/// A violation that the simplex in doubles counts.
-constexpr double kViolation = 1e-9;
-
-/// Appends `sign` times the column of `variable`, whose logicals still follow `columns`.
-void AppendColumn(BoundedForm& form, Index columns, Index variable, double sign)
+/// Appends `sign` times the column of `variable` of the original to the columns of the elastic
+/// form.
+void AppendColumn(const BoundedForm& form, Index variable, double sign,
+                  SparseVectors<double>& columns, BoundedForm& elastic)
 {
-    if (variable >= columns)
-    {
-        form.byColumn.Append(variable - columns, -sign);
-    }
-    else
-    {
-        for (std::size_t at = form.byColumn.start[variable]; at < form.byColumn.start[variable + 1];
-             ++at)
-        {
-            const double value = sign * form.byColumn.value[at];
-            form.byColumn.Append(form.byColumn.index[at], value);
-        }
-    }
-    form.byColumn.Close();
-    form.cost.push_back(1.0);
-    form.columnLower.push_back(0.0);
-    form.columnUpper.push_back(kInfinity);
+    form.VisitColumn(variable, [&](Index row, double entry) { columns.Append(row, sign * entry); });
+    columns.Close();
+    elastic.cost.push_back(1.0);
+    elastic.columnLower.push_back(0.0);
+    elastic.columnUpper.push_back(kInfinity);
 }
 
 /// [0, infinity) for a variable with a lower bound only, and so on.
@@ -59,16 +45,17 @@ AuxiliaryForm ElasticForm(const BoundedForm& form, const Basis& basis)
     SimplexState state(scaled, basis);
     state.Refactorise();
     result.start = state.ExportBasis();
+    SparseVectors<double> columns = form.matrix.Columns();
     for (const Index v : state.head)
     {
-        const bool below = state.value[v] < state.lower[v] - kViolation;
-        if (!below && !(state.value[v] > state.upper[v] + kViolation))
+        const bool below = state.value[v] < state.lower[v] - tolerance::kFeasibility;
+        if (!below && !(state.value[v] > state.upper[v] + tolerance::kFeasibility))
             continue;
-        AppendColumn(elastic, form.columns, v, below ? -1.0 : 1.0);
+        AppendColumn(form, v, below ? -1.0 : 1.0, columns, elastic);
         result.start[v] = below ? BasisStatus::AtLower : BasisStatus::AtUpper;
     }
     elastic.columns = static_cast<Index>(elastic.cost.size());
-    elastic.byRow = Transposed(elastic.byColumn, elastic.rows);
+    elastic.matrix = SparseMatrix<double>::FromColumns(std::move(columns), elastic.rows);
     result.start.columns.resize(elastic.columns, BasisStatus::Basic);
     return result;
 }

@@ -14,17 +14,6 @@ namespace nuv
 namespace
 {
 
-/// A variable whose bounds cross, which is a proof of infeasibility of its own.
-Index FindContradiction(const BoundedForm& form)
-{
-    for (Index v = 0; v < form.Variables(); ++v)
-    {
-        if (form.Lower(v) > form.Upper(v))
-            return v;
-    }
-    return kNoIndex;
-}
-
 /// What a basis is worth in doubles, for an outcome that is not proved.
 void Measure(const BoundedForm& form, Proof& proof)
 {
@@ -41,20 +30,16 @@ void Measure(const BoundedForm& form, Proof& proof)
     proof.objectiveValue = form.constant;
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        const double value = state.value[v] * scaled.scale[v];
-        const double reduced = state.reduced[v] / scaled.scale[v] / scaled.costScale;
+        const double value = state.value[v] * scaled.Scale(v);
+        const double reduced = state.reduced[v] / scaled.Scale(v) / scaled.costScale;
         proof.value[v] = value;
         proof.reduced[v] = reduced;
         proof.objectiveValue += form.Cost(v) * value;
         proof.primalViolation =
             std::max({proof.primalViolation, form.Lower(v) - value, value - form.Upper(v)});
-        const BasisStatus status = state.status[v];
-        if (status == BasisStatus::Basic || form.Lower(v) == form.Upper(v))
-            continue;
-        const double wrong = status == BasisStatus::AtLower   ? -reduced
-                             : status == BasisStatus::AtUpper ? reduced
-                                                              : std::fabs(reduced);
-        proof.dualViolation = std::max(proof.dualViolation, wrong);
+        if (!form.IsFixed(v))
+            proof.dualViolation =
+                std::max(proof.dualViolation, DualInfeasibility(state.status[v], reduced));
     }
 }
 
@@ -179,7 +164,7 @@ bool ProveAtSight(const BoundedForm& form, Proof& proof)
     proof.defect = form.Defect();
     if (!proof.defect.empty())
         return true;
-    proof.contradiction = FindContradiction(form);
+    proof.contradiction = FindCrossedBounds(form);
     if (proof.contradiction == kNoIndex)
         return false;
     proof.status = ProofStatus::Infeasible;

@@ -1,5 +1,9 @@
 #include "Nuv/Exact/ExactFactors.hpp"
 
+#include "Nuv/SparseSimplex/BasisFactors.hpp"
+
+#include <utility>
+
 namespace nuv
 {
 namespace
@@ -13,84 +17,48 @@ constexpr std::uint64_t kPrimes[] = {4611686018427387847u, 4611686018427387817u,
 SparseVectors<std::uint64_t> Residues(const SparseVectors<ExactNumber>& columns,
                                       const PrimeField& field)
 {
-    SparseVectors<std::uint64_t> result;
-    result.start = columns.start;
-    result.index = columns.index;
-    result.value.reserve(columns.value.size());
     Scale last;
     std::uint64_t power = field.One();
-    for (const ExactNumber& entry : columns.value)
-    {
-        if (!(entry.scale == last))
-        {
-            last = entry.scale;
-            power = field.PowerOf(last);
-        }
-        result.value.push_back(field.Product(field.FromSigned(entry.mantissa), power));
-    }
-    return result;
+    return Mapped<std::uint64_t>(columns,
+                                 [&](Index, Index, const ExactNumber& entry)
+                                 {
+                                     if (!(entry.scale == last))
+                                     {
+                                         last = entry.scale;
+                                         power = field.PowerOf(last);
+                                     }
+                                     return field.Product(field.FromSigned(entry.mantissa), power);
+                                 });
 }
 
 }  // namespace
 
-SparseVectors<ExactNumber> ExactFactors::BasisColumns(const std::vector<Index>& head) const
-{
-    const BoundedForm& form = m_exact.form;
-    SparseVectors<ExactNumber> columns;
-    for (const Index variable : head)
-    {
-        if (form.IsLogical(variable))
-        {
-            columns.Append(variable - form.columns, {-1, {}});
-        }
-        else
-        {
-            for (std::size_t at = form.byColumn.start[variable];
-                 at < form.byColumn.start[variable + 1]; ++at)
-            {
-                if (m_exact.entries[at].mantissa != 0)
-                    columns.Append(form.byColumn.index[at], m_exact.entries[at]);
-            }
-        }
-        columns.Close();
-    }
-    return columns;
-}
-
 std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
 {
-    const SparseVectors<ExactNumber> columns = BasisColumns(head);
-    std::vector<SparseLu<PrimeField>::Replacement> replacements;
-    std::vector<Index> position;
-    std::size_t fewest = head.size() + 1;
+    const SparseVectors<ExactNumber> columns = Selected(m_exact.byVariable, head);
+    const std::vector<Index> unsorted = head;
+    std::vector<BasisReplacement> fewest;
     for (const std::uint64_t prime : kPrimes)
     {
         auto factors = std::make_unique<SparseLu<PrimeField>>(PrimeField(prime));
-        std::vector<Index> place;
-        auto replaced = factors->Factorise(Residues(columns, factors->GetField()), place);
-        if (replaced.size() < fewest)
+        std::vector<Index> sorted = unsorted;
+        auto replaced = FactoriseBasis(*factors, Residues(columns, factors->GetField()),
+                                       m_exact.form.columns, sorted);
+        if (prime == kPrimes[0] || replaced.size() < fewest.size())
         {
-            fewest = replaced.size();
+            fewest = std::move(replaced);
             m_factors = std::move(factors);
-            replacements = std::move(replaced);
-            position = std::move(place);
+            head = std::move(sorted);
         }
-        if (fewest == 0)
+        if (fewest.empty())
             break;
     }
-    std::vector<Index> sorted(head.size());
-    for (Index k = 0; k < head.size(); ++k)
-        sorted[position[k]] = head[k];
-    std::vector<Index> dropped;
-    for (const auto& replacement : replacements)
-    {
-        dropped.push_back(head[replacement.column]);
-        sorted[replacement.row] = m_exact.form.columns + replacement.row;
-    }
-    head = std::move(sorted);
-    m_columns = BasisColumns(head);
+    m_columns = Selected(m_exact.byVariable, head);
     m_forward.reset();
     m_backward.reset();
+    std::vector<Index> dropped;
+    for (const BasisReplacement& replacement : fewest)
+        dropped.push_back(replacement.dropped);
     return dropped;
 }
 

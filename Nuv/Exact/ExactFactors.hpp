@@ -30,8 +30,6 @@ public:
                                      Watch& watch);
 
 private:
-    [[nodiscard]] SparseVectors<ExactNumber> BasisColumns(const std::vector<Index>& head) const;
-
     const ExactForm& m_exact;
     std::unique_ptr<SparseLu<PrimeField>> m_factors;
     SparseVectors<ExactNumber> m_columns;

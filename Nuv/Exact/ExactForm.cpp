@@ -6,30 +6,28 @@
 namespace nuv
 {
 
-ExactForm::ExactForm(const BoundedForm& linear)
-    : form(linear),
-      entries(linear.byColumn.index.size()),
-      cost(linear.columns),
-      lower(linear.Variables()),
-      upper(linear.Variables()),
-      m_columnScale(linear.columns)
+ExactForm::ExactForm(const BoundedForm& bounded)
+    : form(bounded),
+      byVariable(ColumnsWithLogicals<ExactNumber>(bounded, [&bounded](Index, Index, double entry)
+                                                  { return TakeApart(entry, bounded.numbers); })),
+      cost(bounded.Variables()),
+      lower(bounded.Variables()),
+      upper(bounded.Variables()),
+      m_columnScale(bounded.Variables())
 {
-    for (std::size_t at = 0; at < entries.size(); ++at)
-        entries[at] = TakeApart(form.byColumn.value[at], form.numbers);
-    m_multipliers.reserve(entries.size());
-    m_costs.reserve(form.columns);
-    for (Index j = 0; j < form.columns; ++j)
+    m_costs.reserve(form.Variables());
+    for (Index v = 0; v < form.Variables(); ++v)
     {
-        cost[j] = TakeApart(form.cost[j], form.numbers);
-        Scale scale;
-        scale.LowerTo(cost[j].scale);
-        for (std::size_t at = form.byColumn.start[j]; at < form.byColumn.start[j + 1]; ++at)
-            scale.LowerTo(entries[at].scale);
-        m_columnScale[j] = scale;
-        m_costs.push_back(Divided(cost[j], scale));
-        for (std::size_t at = form.byColumn.start[j]; at < form.byColumn.start[j + 1]; ++at)
-            m_multipliers.push_back(Divided(entries[at], scale));
+        cost[v] = TakeApart(form.Cost(v), form.numbers);
+        Scale& scale = m_columnScale[v];
+        scale.LowerTo(cost[v].scale);
+        for (const auto [row, entry] : byVariable[v])
+            scale.LowerTo(entry.scale);
+        m_costs.push_back(Divided(cost[v], scale));
     }
+    m_multipliers =
+        Mapped<Multiplier>(byVariable, [this](Index variable, Index, const ExactNumber& entry)
+                           { return Divided(entry, m_columnScale[variable]); });
     for (Index v = 0; v < form.Variables(); ++v)
     {
         if (std::isfinite(form.Lower(v)))
@@ -58,15 +56,11 @@ void ExactForm::AddProduct(Integer& sum, const Integer& value, const Multiplier&
 
 Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
 {
-    if (form.IsLogical(variable))
-        return -byRow[variable - form.columns];
     Integer sum(0);
-    for (std::size_t at = form.byColumn.start[variable]; at < form.byColumn.start[variable + 1];
-         ++at)
+    for (const auto [row, multiplier] : m_multipliers[variable])
     {
-        const Integer& value = byRow[form.byColumn.index[at]];
-        if (value != 0)
-            AddProduct(sum, value, m_multipliers[at]);
+        if (byRow[row] != 0)
+            AddProduct(sum, byRow[row], multiplier);
     }
     return sum;
 }
@@ -74,7 +68,7 @@ Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
 Integer ExactForm::ReducedCost(Index variable, const ExactVector& duals, bool withCost) const
 {
     Integer result = -Dot(variable, duals.numerator);
-    if (withCost && !form.IsLogical(variable) && cost[variable].mantissa != 0)
+    if (withCost && cost[variable].mantissa != 0)
         AddProduct(result, duals.denominator, m_costs[variable]);
     return result;
 }

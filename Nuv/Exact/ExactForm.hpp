@@ -1,6 +1,6 @@
 /// The numbers of a linear form in exact terms, taken apart once, and the sums over them that an
-/// exact simplex needs. Column j and its cost share the scale ColumnScale(j): they are integers
-/// times that power; all finite bounds are integers times BoundScale().
+/// exact simplex needs. The column of variable v and its cost share the scale ColumnScale(v): they
+/// are integers times that power; all finite bounds are integers times BoundScale().
 #pragma once
 
 #include "Nuv/Certificate/Certificate.hpp"
@@ -13,27 +13,21 @@ namespace nuv
 class ExactForm
 {
 public:
-    explicit ExactForm(const BoundedForm& linear);
+    explicit ExactForm(const BoundedForm& bounded);
 
     const BoundedForm& form;
-    std::vector<ExactNumber> entries;  ///< alongside form.byColumn
-    std::vector<ExactNumber> cost;     ///< by column
-    std::vector<ExactNumber> lower;    ///< by variable; meaningless where the bound is infinite
+    SparseVectors<ExactNumber> byVariable;  ///< the columns of [A, -I]
+    std::vector<ExactNumber> cost;          ///< by variable
+    std::vector<ExactNumber> lower;  ///< by variable; meaningless where the bound is infinite
     std::vector<ExactNumber> upper;
 
     [[nodiscard]] Scale ColumnScale(Index variable) const noexcept
     {
-        return variable < m_columnScale.size() ? m_columnScale[variable] : Scale{};
+        return m_columnScale[variable];
     }
     [[nodiscard]] Scale BoundScale() const noexcept
     {
         return m_boundScale;
-    }
-
-    /// Entry `at` of the variable's column, a place in form.byColumn, divided by `scale`.
-    [[nodiscard]] Integer ScaledEntry(std::size_t at, Scale scale) const
-    {
-        return Scaled(entries[at], -scale);
     }
 
     /// The product of the variable's column with integers by row, divided by ColumnScale(variable).
@@ -59,8 +53,8 @@ private:
     static void AddProduct(Integer& sum, const Integer& value, const Multiplier& multiplier);
 
     std::vector<Scale> m_columnScale;
-    std::vector<Multiplier> m_multipliers;  ///< entries / ColumnScale
-    std::vector<Multiplier> m_costs;        ///< cost / ColumnScale
+    SparseVectors<Multiplier> m_multipliers;  ///< byVariable / ColumnScale
+    std::vector<Multiplier> m_costs;          ///< cost / ColumnScale
     Scale m_boundScale;
 };
 

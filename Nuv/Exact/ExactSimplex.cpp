@@ -131,11 +131,6 @@ ExactNumber ExactSimplex::NonbasicValue(Index variable) const noexcept
     }
 }
 
-bool ExactSimplex::IsFixed(Index variable) const noexcept
-{
-    return m_form.Lower(variable) == m_form.Upper(variable);
-}
-
 /// B x_B = -N x_N, where the products on the right are summed as integers with one scale.
 bool ExactSimplex::ComputeValues()
 {
@@ -146,7 +141,6 @@ bool ExactSimplex::ComputeValues()
             lowest.LowerTo(m_exact.ColumnScale(v));
     }
     const Scale bounds = m_exact.BoundScale();
-    const Integer unit = PowerOf(-lowest);
     ScaledVector right{std::vector<Integer>(m_form.rows), lowest + bounds};
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
@@ -154,13 +148,8 @@ bool ExactSimplex::ComputeValues()
         if (value.mantissa == 0)
             continue;
         const Integer scaled = Scaled(value, -bounds);
-        if (m_form.IsLogical(v))
-        {
-            right.value[v - m_form.columns] += scaled * unit;
-            continue;
-        }
-        for (std::size_t at = m_form.byColumn.start[v]; at < m_form.byColumn.start[v + 1]; ++at)
-            right.value[m_form.byColumn.index[at]] -= m_exact.ScaledEntry(at, lowest) * scaled;
+        for (const auto [row, entry] : m_exact.byVariable[v])
+            right.value[row] -= Scaled(entry, -lowest) * scaled;
     }
     return m_factors.SolveForward(right, m_values, m_watch);
 }
@@ -176,15 +165,9 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
         return m_factors.SolveBackward(right, m_duals, m_watch);
     }
     for (const Index v : m_head)
-    {
-        if (!m_form.IsLogical(v))
-            right.scale.LowerTo(m_exact.cost[v].scale);
-    }
+        right.scale.LowerTo(m_exact.cost[v].scale);
     for (Index k = 0; k < m_form.rows; ++k)
-    {
-        if (!m_form.IsLogical(m_head[k]))
-            right.value[k] = Scaled(m_exact.cost[m_head[k]], -right.scale);
-    }
+        right.value[k] = Scaled(m_exact.cost[m_head[k]], -right.scale);
     return m_factors.SolveBackward(right, m_duals, m_watch);
 }
 
@@ -214,7 +197,7 @@ bool ExactSimplex::FindViolations()
 int ExactSimplex::ImprovingDirection(Index variable, const Integer& reduced) const
 {
     const int sign = reduced.sign();
-    if (sign == 0 || IsFixed(variable))
+    if (sign == 0 || m_form.IsFixed(variable))
         return 0;
     switch (m_status[variable])
     {

@@ -54,7 +54,6 @@ private:
     [[nodiscard]] bool ComputeDuals(bool phaseOne);
     [[nodiscard]] bool FindViolations();
     [[nodiscard]] ExactNumber NonbasicValue(Index variable) const noexcept;
-    [[nodiscard]] bool IsFixed(Index variable) const noexcept;
     [[nodiscard]] int ImprovingDirection(Index variable, const Integer& reduced) const;
 
     // One pivot of each kind, or many of them in doubles.

@@ -32,14 +32,8 @@ ExactSimplex::Outcome ExactSimplex::PrimalStep(bool phaseOne)
         return Outcome::Stopped;
 
     ScaledVector column{std::vector<Integer>(m_form.rows), m_exact.ColumnScale(m_entering)};
-    if (m_form.IsLogical(m_entering))
-        column.value[m_entering - m_form.columns] = -1;
-    else
-    {
-        for (std::size_t at = m_form.byColumn.start[m_entering];
-             at < m_form.byColumn.start[m_entering + 1]; ++at)
-            column.value[m_form.byColumn.index[at]] = m_exact.ScaledEntry(at, column.scale);
-    }
+    for (const auto [row, entry] : m_exact.byVariable[m_entering])
+        column.value[row] = Scaled(entry, -column.scale);
     if (!m_factors.SolveForward(column, m_column, m_watch))
         return Outcome::Stopped;
 
@@ -64,7 +58,7 @@ Index ExactSimplex::ChooseEntering(bool phaseOne, int& direction) const
     long bestSize = 0;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        if (m_status[v] == BasisStatus::Basic || IsFixed(v))
+        if (m_status[v] == BasisStatus::Basic || m_form.IsFixed(v))
             continue;
         const Integer reduced = m_exact.ReducedCost(v, m_duals, !phaseOne);
         const int improving = ImprovingDirection(v, reduced);
@@ -195,7 +189,7 @@ Index ExactSimplex::ChooseDualEntering(bool toLower, bool& degenerate)
     Integer bestEntry;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        if (m_status[v] == BasisStatus::Basic || IsFixed(v))
+        if (m_status[v] == BasisStatus::Basic || m_form.IsFixed(v))
             continue;
         Integer entry = m_exact.Dot(v, m_row.numerator);
         // The leaving variable changes by -entry per unit of this one.

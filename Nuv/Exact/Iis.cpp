@@ -13,15 +13,13 @@ namespace nuv
 namespace
 {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 /// Bounds that cross exclude each other; but a row without entries, whose activity is zero, needs
 /// no more than the side that excludes zero.
 std::vector<ConflictMember> ContradictionOf(const BoundedForm& form, Index variable)
 {
     if (form.IsLogical(variable))
     {
-        const auto entries = form.byRow.Values(variable - form.columns);
+        const auto entries = form.matrix.Rows().Values(form.RowOf(variable));
         if (std::all_of(entries.begin(), entries.end(), [](double entry) { return entry == 0.0; }))
             return {{variable, !(form.Lower(variable) > 0.0)}};
     }
@@ -37,7 +35,7 @@ std::vector<ConflictMember> SupportOf(const BoundedForm& form, const Proof& proo
     std::vector<ConflictMember> members;
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        const int sign = form.IsLogical(v) ? proof.dual.numerator[v - form.columns].sign()
+        const int sign = form.IsLogical(v) ? proof.dual.numerator[form.RowOf(v)].sign()
                                            : exact.ReducedCost(v, proof.dual, false).sign();
         if (sign != 0)
             members.push_back({v, sign < 0});
@@ -65,15 +63,13 @@ public:
         }
         form.columns = static_cast<Index>(m_columnNames.size());
         form.cost.assign(form.columns, 0.0);
-        form.byColumn = Transposed(form.byRow, form.columns);
-        // Rows in increasing order of columns, as a form wants them.
-        form.byRow = Transposed(form.byColumn, form.rows);
+        form.matrix = SparseMatrix<double>::FromRows(m_rows, form.columns);
     }
 
     /// The variable of the whole form that a variable of this one stands for.
     [[nodiscard]] Index NameOf(Index variable) const
     {
-        return form.IsLogical(variable) ? m_rowNames[variable - form.columns]
+        return form.IsLogical(variable) ? m_rowNames[form.RowOf(variable)]
                                         : m_columnNames[variable];
     }
 
@@ -107,15 +103,15 @@ private:
             m_rowNames.push_back(member.variable);
             form.rowLower.push_back(-kInfinity);
             form.rowUpper.push_back(kInfinity);
-            const Index row = member.variable - whole.columns;
-            for (std::size_t at = whole.byRow.start[row]; at < whole.byRow.start[row + 1]; ++at)
-                form.byRow.Append(ColumnOf(whole.byRow.index[at]), whole.byRow.value[at]);
-            form.byRow.Close();
+            for (const auto [column, entry] : whole.matrix.Row(whole.RowOf(member.variable)))
+                m_rows.Append(ColumnOf(column), entry);
+            m_rows.Close();
             ++form.rows;
         }
         Bound(whole, member, form.rows - 1, form.rowLower, form.rowUpper);
     }
 
+    SparseVectors<double> m_rows;
     std::vector<Index> m_column;
     std::vector<Index> m_columnNames;
     std::vector<Index> m_rowNames;
@@ -134,13 +130,11 @@ bool RankProvesMinimal(const Restriction& restriction)
     {
         if (form.columnLower[j] > -kInfinity || form.columnUpper[j] < kInfinity)
             continue;
-        for (std::size_t at = form.byColumn.start[j]; at < form.byColumn.start[j + 1]; ++at)
+        for (const auto [row, value] : form.matrix.Column(j))
         {
-            const ExactNumber entry = TakeApart(form.byColumn.value[at], form.numbers);
-            if (entry.mantissa != 0)
-                columns.Append(
-                    form.byColumn.index[at],
-                    field.Product(field.FromSigned(entry.mantissa), field.PowerOf(entry.scale)));
+            const ExactNumber entry = TakeApart(value, form.numbers);
+            columns.Append(
+                row, field.Product(field.FromSigned(entry.mantissa), field.PowerOf(entry.scale)));
         }
         columns.Close();
     }

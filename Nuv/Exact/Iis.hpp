@@ -10,13 +10,7 @@
 namespace nuv
 {
 
-/// One side of a row (a logical variable) or one bound of a column.
-struct ConflictMember
-{
-    Index variable = kNoIndex;
-    bool upper = false;
-    bool operator==(const ConflictMember&) const = default;
-};
+using ConflictMember = BoundOfVariable;
 
 struct Conflict
 {

@@ -6,6 +6,7 @@
 #include "Nuv/Algebra/RationalField.hpp"
 #include "Nuv/Algebra/RealField.hpp"
 #include "Nuv/Algebra/SparseLu.hpp"
+#include "Nuv/SparseSimplex/BasisFactors.hpp"
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
 
 #include <algorithm>
@@ -16,8 +17,6 @@ namespace nuv
 {
 namespace
 {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Rationals up to this many rows; beyond, their size would cost more than the digits are worth.
 constexpr Index kMostExactRows = 40;
@@ -32,17 +31,18 @@ struct InDoubles
         : scaled(linear), form(linear), proof(solved)
     {
     }
-    [[nodiscard]] Value Entry(std::size_t at) const
+    /// The columns of [A, -I].
+    [[nodiscard]] SparseVectors<Value> Columns() const
     {
-        return scaled.byColumn.value[at];
+        return scaled.matrix->byVariable;
     }
     [[nodiscard]] Value Solution(Index variable) const
     {
-        return proof.value[variable] / scaled.scale[variable];
+        return proof.value[variable] / scaled.Scale(variable);
     }
     [[nodiscard]] Value Reduced(Index variable) const
     {
-        return proof.reduced[variable] * scaled.scale[variable];
+        return proof.reduced[variable] * scaled.Scale(variable);
     }
     [[nodiscard]] Value Bound(Index variable, bool upper) const
     {
@@ -50,11 +50,11 @@ struct InDoubles
     }
     [[nodiscard]] double ShiftedCost(Index column, Value change) const
     {
-        return form.cost[column] + change / scaled.scale[column];
+        return form.cost[column] + change / scaled.Scale(column);
     }
     [[nodiscard]] double ShiftedSide(Index logical, double side, Value change) const
     {
-        return side + change * scaled.scale[logical];
+        return side + change * scaled.Scale(logical);
     }
     [[nodiscard]] static bool Matters(Value entry)
     {
@@ -79,15 +79,15 @@ struct InRationals
         for (Index i = 0; i < form.rows; ++i)
         {
             Rational activity(0);
-            for (std::size_t at = form.byRow.start[i]; at < form.byRow.start[i + 1]; ++at)
-                activity +=
-                    ToRational(form.byRow.value[at], form.numbers) * value[form.byRow.index[at]];
+            for (const auto [column, entry] : form.matrix.Row(i))
+                activity += ToRational(entry, form.numbers) * value[column];
             value.push_back(activity);
         }
     }
-    [[nodiscard]] Value Entry(std::size_t at) const
+    [[nodiscard]] SparseVectors<Value> Columns() const
     {
-        return ToRational(form.byColumn.value[at], form.numbers);
+        return ColumnsWithLogicals<Rational>(form, [this](Index, Index, double entry)
+                                             { return ToRational(entry, form.numbers); });
     }
     [[nodiscard]] Value Solution(Index variable) const
     {
@@ -95,12 +95,9 @@ struct InRationals
     }
     [[nodiscard]] Value Reduced(Index variable) const
     {
-        if (form.IsLogical(variable))
-            return proof.dual.At(variable - form.columns);
-        Rational reduced = ToRational(form.cost[variable], form.numbers);
-        for (std::size_t at = form.byColumn.start[variable]; at < form.byColumn.start[variable + 1];
-             ++at)
-            reduced -= Entry(at) * proof.dual.At(form.byColumn.index[at]);
+        Rational reduced = ToRational(form.Cost(variable), form.numbers);
+        form.VisitColumn(variable, [&](Index row, double entry)
+                         { reduced -= ToRational(entry, form.numbers) * proof.dual.At(row); });
         return reduced;
     }
     [[nodiscard]] Value Bound(Index variable, bool upper) const
@@ -132,30 +129,16 @@ public:
     using Value = typename Kind::Value;
 
     Ranging(const BoundedForm& form, const Proof& proof)
-        : m_form(form), m_status(proof.basis), m_kind(form, proof)
+        : m_form(form), m_status(proof.basis), m_kind(form, proof), m_columns(m_kind.Columns())
     {
-        SparseVectors<Value> columns;
-        std::vector<Index> basic;
         for (Index v = 0; v < form.Variables(); ++v)
         {
             m_reduced.push_back(m_kind.Reduced(v));
-            if (m_status[v] != BasisStatus::Basic)
-                continue;
-            basic.push_back(v);
-            if (form.IsLogical(v))
-                columns.Append(v - form.columns, Value(-1));
-            else
-            {
-                for (std::size_t at = form.byColumn.start[v]; at < form.byColumn.start[v + 1]; ++at)
-                    columns.Append(form.byColumn.index[at], m_kind.Entry(at));
-            }
-            columns.Close();
+            if (m_status[v] == BasisStatus::Basic)
+                m_head.push_back(v);
         }
-        std::vector<Index> position;
-        (void)m_lu.Factorise(columns, position);  // the basis of a proof is regular
-        m_head.resize(form.rows);
-        for (Index k = 0; k < form.rows; ++k)
-            m_head[position[k]] = basic[k];
+        // The basis of a proof is regular, so nothing is replaced.
+        (void)FactoriseBasis(m_lu, Selected(m_columns, m_head), form.columns, m_head);
     }
 
     [[nodiscard]] Sensitivity Analyse()
@@ -241,15 +224,11 @@ private:
 
     [[nodiscard]] Value TableauEntry(Index variable, const std::vector<Value>& row) const
     {
-        if (m_form.IsLogical(variable))
-            return -row[variable - m_form.columns];
         Value sum(0);
-        for (std::size_t at = m_form.byColumn.start[variable];
-             at < m_form.byColumn.start[variable + 1]; ++at)
+        for (const auto [at, entry] : m_columns[variable])
         {
-            const Value& factor = row[m_form.byColumn.index[at]];
-            if (factor != Value(0))
-                sum += factor * m_kind.Entry(at);
+            if (row[at] != Value(0))
+                sum += row[at] * entry;
         }
         return sum;
     }
@@ -311,6 +290,7 @@ private:
     const BoundedForm& m_form;
     const Basis& m_status;
     Kind m_kind;
+    SparseVectors<Value> m_columns;
     SparseLu<typename Kind::Field> m_lu;
     std::vector<Index> m_head;
     std::vector<Value> m_reduced;

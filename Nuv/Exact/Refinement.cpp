@@ -68,8 +68,8 @@ bool Refinement::MoveBounds(const ExactBasis& basis)
         const double value = basis.status[v] == BasisStatus::AtLower   ? form.Lower(v)
                              : basis.status[v] == BasisStatus::AtUpper ? form.Upper(v)
                                                                        : 0.0;
-        m_scaled.lower[v] = (form.Lower(v) - value) / m_scaled.scale[v];
-        m_scaled.upper[v] = (form.Upper(v) - value) / m_scaled.scale[v];
+        m_scaled.lower[v] = (form.Lower(v) - value) / m_scaled.Scale(v);
+        m_scaled.upper[v] = (form.Upper(v) - value) / m_scaled.Scale(v);
     }
     double worst = 0.0;
     for (Index k = 0; k < form.rows; ++k)
@@ -78,10 +78,10 @@ bool Refinement::MoveBounds(const ExactBasis& basis)
         const Integer& numerator = basis.values.numerator[k];
         if (std::isfinite(form.Lower(v)))
             m_scaled.lower[v] =
-                Distance(m_exact.lower[v], numerator, basis.values.denominator) / m_scaled.scale[v];
+                Distance(m_exact.lower[v], numerator, basis.values.denominator) / m_scaled.Scale(v);
         if (std::isfinite(form.Upper(v)))
             m_scaled.upper[v] =
-                Distance(m_exact.upper[v], numerator, basis.values.denominator) / m_scaled.scale[v];
+                Distance(m_exact.upper[v], numerator, basis.values.denominator) / m_scaled.Scale(v);
         worst = std::max({worst, m_scaled.lower[v], -m_scaled.upper[v]});
     }
     if (worst > 0.0)
@@ -101,14 +101,9 @@ void Refinement::MoveCosts(const ExactBasis& basis)
         m_scaled.cost[v] = 0.0;
         if (basis.status[v] == BasisStatus::Basic)
             continue;
-        m_scaled.cost[v] = m_exact.ReducedCostInDouble(v, basis.duals, true) * m_scaled.scale[v];
-        if (form.Lower(v) == form.Upper(v))
-            continue;
-        const double wrong = basis.status[v] == BasisStatus::AtLower ? -m_scaled.cost[v]
-                             : basis.status[v] == BasisStatus::AtUpper
-                                 ? m_scaled.cost[v]
-                                 : std::fabs(m_scaled.cost[v]);
-        worst = std::max(worst, wrong);
+        m_scaled.cost[v] = m_exact.ReducedCostInDouble(v, basis.duals, true) * m_scaled.Scale(v);
+        if (!form.IsFixed(v))
+            worst = std::max(worst, DualInfeasibility(basis.status[v], m_scaled.cost[v]));
     }
     if (worst > 0.0)
         m_dualZoom = ZoomFor(worst);

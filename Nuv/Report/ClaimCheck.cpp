@@ -17,8 +17,6 @@ namespace
 
 using claim::Court;
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 bool IsComplete(const Claim::Numbers& numbers, std::size_t count)
 {
     return numbers.size() == count &&
@@ -87,27 +85,6 @@ Proof ProofFromBasis(const BoundedForm& form, const Basis& basis, const Limits& 
                : SolveProved(form, &basis, limits);
 }
 
-/// The form with the sides of the conflict alone.
-BoundedForm OnlyConflict(const BoundedForm& form, const std::vector<ConflictMember>& conflict)
-{
-    BoundedForm only = form;
-    for (auto* lower : {&only.columnLower, &only.rowLower})
-        std::ranges::fill(*lower, -kInfinity);
-    for (auto* upper : {&only.columnUpper, &only.rowUpper})
-        std::ranges::fill(*upper, kInfinity);
-    std::ranges::fill(only.cost, 0.0);
-    for (const auto& [variable, isUpper] : conflict)
-    {
-        const bool isRow = form.IsLogical(variable);
-        const Index at = isRow ? variable - form.columns : variable;
-        if (isUpper)
-            (isRow ? only.rowUpper : only.columnUpper)[at] = form.Upper(variable);
-        else
-            (isRow ? only.rowLower : only.columnLower)[at] = form.Lower(variable);
-    }
-    return only;
-}
-
 void Learn(const Proof& proof, Evidence evidence, bool isMaximum, ClaimReport& report)
 {
     report.truth = proof.status;
@@ -126,7 +103,7 @@ void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
     Evidence evidence = Evidence::Certificate;
     if (!proof.proved && claim.status == ClaimedStatus::Infeasible && !claim.conflict.empty())
     {
-        proof = SolveProved(OnlyConflict(form, claim.conflict), nullptr, options.limits);
+        proof = SolveProved(RestrictedTo(form, claim.conflict), nullptr, options.limits);
         evidence = Evidence::Conflict;
         if (proof.proved && proof.status != ProofStatus::Infeasible)
             court.Disagree("claim.conflict",

@@ -68,9 +68,8 @@ std::vector<Measured> Court::Extended(const Claim::Numbers& numbers) const
         if (number == 0)
             continue;
         result[j].Add(number);
-        for (std::size_t at = m_form.byColumn.start[j]; at < m_form.byColumn.start[j + 1]; ++at)
-            result[m_form.columns + m_form.byColumn.index[at]].Add(
-                number * ToRational(m_form.byColumn.value[at]));
+        for (const auto [row, entry] : m_form.matrix.Column(j))
+            result[m_form.Logical(row)].Add(number * ToRational(entry));
     }
     return result;
 }
@@ -87,9 +86,9 @@ std::vector<Measured> Court::Priced(const Claim::Numbers& multipliers, double si
         if (given == 0)
             continue;
         const Rational multiplier = sign < 0.0 ? Rational(-given) : given;
-        result[m_form.columns + i].Add(multiplier);
-        for (std::size_t at = m_form.byRow.start[i]; at < m_form.byRow.start[i + 1]; ++at)
-            result[m_form.byRow.index[at]].Add(-multiplier * ToRational(m_form.byRow.value[at]));
+        result[m_form.Logical(i)].Add(multiplier);
+        for (const auto [column, entry] : m_form.matrix.Row(i))
+            result[column].Add(-multiplier * ToRational(entry));
     }
     return result;
 }

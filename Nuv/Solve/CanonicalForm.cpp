@@ -59,8 +59,8 @@ void AppendRow(const BoundedForm& form, Index i, double sign, double side, Lower
 {
     CanonicalForm& canonical = lowering.form;
     double rhs = sign * side;
-    const std::span<const Index> columns = form.byRow.Indices(i);
-    const std::span<const double> values = form.byRow.Values(i);
+    const std::span<const Index> columns = form.matrix.Rows().Indices(i);
+    const std::span<const double> values = form.matrix.Rows().Values(i);
     for (std::size_t at = 0; at < columns.size(); ++at)
     {
         const ColumnPlan& plan = lowering.columns[columns[at]];

@@ -38,8 +38,8 @@ void LiftPoint(const Model& model, const BoundedForm& form, const Lowering& lowe
         solution.objective += model.Objective()[j] * solution.values[j];
     solution.activities.assign(form.rows, 0.0);
     for (Index i = 0; i < form.rows; ++i)
-        for (std::size_t at = form.byRow.start[i]; at < form.byRow.start[i + 1]; ++at)
-            solution.activities[i] += form.byRow.value[at] * solution.values[form.byRow.index[at]];
+        for (const auto [column, entry] : form.matrix.Row(i))
+            solution.activities[i] += entry * solution.values[column];
 }
 
 }  // namespace
@@ -55,7 +55,7 @@ Solution SolveInFloats(const Model& model, const SolveOptions& options)
     }
     const BoundedForm form = FormOf(model);
     // Bounds that cross have no canonical form, and need none.
-    if (form.Contradicts())
+    if (FindCrossedBounds(form) != kNoIndex)
     {
         solution.status = SolveStatus::Infeasible;
         return solution;

@@ -36,8 +36,9 @@ PathStep VertexBefore(const FloatPivot& pivot, const BoundedForm& form, const Lo
 }
 
 /// @return the basis to go on from, if the stage found one.
-std::optional<Basis> RunFloatStage(const BoundedForm& form, double sign, const SolveOptions& options,
-                                   const SolveClock& clock, Solution& solution)
+std::optional<Basis> RunFloatStage(const BoundedForm& form, double sign,
+                                   const SolveOptions& options, const SolveClock& clock,
+                                   Solution& solution)
 {
     const double start = clock.Seconds();
     const Lowering lowering = Lower(form, options.scaling);
@@ -168,7 +169,7 @@ Solution Solve(const Model& model, const SolveOptions& options)
     BoundedForm form = FormOf(model);
     form.numbers = options.numbers;
     std::optional<Basis> start;
-    if (!form.Contradicts())
+    if (FindCrossedBounds(form) == kNoIndex)
         start = RunFloatStage(form, sign, options, clock, solution);
     solution.proof =
         SolveProved(form, start ? &*start : nullptr, LimitsOf(options, clock, form, sign));

@@ -16,6 +16,22 @@ BasisStatus DefaultNonbasicStatus(double lower, double upper) noexcept
     return hasUpper ? BasisStatus::AtUpper : BasisStatus::Free;
 }
 
+double DualInfeasibility(BasisStatus status, double reduced) noexcept
+{
+    switch (status)
+    {
+    case BasisStatus::AtLower:
+        return -reduced;
+    case BasisStatus::AtUpper:
+        return reduced;
+    case BasisStatus::Free:
+        return std::fabs(reduced);
+    case BasisStatus::Basic:
+        break;
+    }
+    return -kInfinity;
+}
+
 Basis SlackBasis(const BoundedForm& form)
 {
     Basis basis;

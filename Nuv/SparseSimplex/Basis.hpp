@@ -41,6 +41,11 @@ struct Basis
 /// magnitude, or zero.
 [[nodiscard]] BasisStatus DefaultNonbasicStatus(double lower, double upper) noexcept;
 
+/// By how much a variable's reduced cost has the wrong sign: positive if moving the variable off
+/// its bound would improve the objective. Negative if the sign is right; a basic variable cannot be
+/// wrong. For a fixed variable, which cannot move, it means nothing.
+[[nodiscard]] double DualInfeasibility(BasisStatus status, double reduced) noexcept;
+
 /// All logicals basic.
 [[nodiscard]] Basis SlackBasis(const BoundedForm& form);
 

@@ -1,6 +1,7 @@
 /// The checks that let every stage behind this trust its input.
 #include "Nuv/SparseSimplex/BoundedForm.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 namespace nuv
@@ -21,10 +22,9 @@ bool AllFinite(const std::vector<double>& values)
 /// Comparisons with NaN are false, so one test per bound refuses it too.
 bool BoundsAreUsable(const std::vector<double>& lower, const std::vector<double>& upper)
 {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
     for (std::size_t k = 0; k < lower.size(); ++k)
     {
-        if (!(lower[k] < infinity) || !(upper[k] > -infinity))
+        if (!(lower[k] < kInfinity) || !(upper[k] > -kInfinity))
             return false;
     }
     return true;
@@ -63,17 +63,43 @@ std::string BoundedForm::Defect() const
         return "column arrays of the wrong length";
     if (rowLower.size() != rows || rowUpper.size() != rows)
         return "row arrays of the wrong length";
-    if (!EntriesAreOrdered(byColumn, columns, rows))
+    if (!EntriesAreOrdered(matrix.Columns(), columns, rows) || matrix.Rows().Count() != rows)
         return "matrix entries out of range or out of order";
-    const SparseVectors<double> transposed = Transposed(byColumn, rows);
-    if (transposed.start != byRow.start || transposed.index != byRow.index ||
-        transposed.value != byRow.value)
-        return "rows and columns of the matrix disagree";
-    if (!std::isfinite(constant) || !AllFinite(cost) || !AllFinite(byColumn.value))
+    if (!std::isfinite(constant) || !AllFinite(cost) || !AllFinite(matrix.Columns().value))
         return "a coefficient is not finite";
     if (!BoundsAreUsable(columnLower, columnUpper) || !BoundsAreUsable(rowLower, rowUpper))
         return "a bound is NaN or infinite on the wrong side";
     return {};
+}
+
+Index FindCrossedBounds(const BoundedForm& form) noexcept
+{
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        if (form.Lower(v) > form.Upper(v))
+            return v;
+    }
+    return kNoIndex;
+}
+
+BoundedForm RestrictedTo(const BoundedForm& form, std::span<const BoundOfVariable> bounds)
+{
+    BoundedForm restricted = form;
+    std::ranges::fill(restricted.cost, 0.0);
+    for (auto* lower : {&restricted.columnLower, &restricted.rowLower})
+        std::ranges::fill(*lower, -kInfinity);
+    for (auto* upper : {&restricted.columnUpper, &restricted.rowUpper})
+        std::ranges::fill(*upper, kInfinity);
+    for (const auto& [variable, upper] : bounds)
+    {
+        const bool isRow = form.IsLogical(variable);
+        const Index at = isRow ? form.RowOf(variable) : variable;
+        if (upper)
+            (isRow ? restricted.rowUpper : restricted.columnUpper)[at] = form.Upper(variable);
+        else
+            (isRow ? restricted.rowLower : restricted.columnLower)[at] = form.Lower(variable);
+    }
+    return restricted;
 }
 
 }  // namespace nuv

@@ -1,23 +1,27 @@
-/// The computational form of a linear program, which every solving stage works on:
+/// The computational form of a linear program (Maros, Computational Techniques of the Simplex
+/// Method, 2003, section 1.3), which every solving stage works on:
 ///
 ///     minimise  cost . x + constant
 ///     subject to  rowLower <= A x <= rowUpper,  columnLower <= x <= columnUpper,
 ///
 /// with A sparse and all numbers doubles; a bound may be infinite. Row i has a logical variable of
 /// index columns + i whose value is the row's activity, so that the rows read A x - r = 0 and all
-/// restrictions are bounds on columns + rows variables. The logical's column of the matrix is minus
-/// the unit vector. Invariant: byColumn and byRow hold the same entries, each at most once.
+/// restrictions are bounds on columns + rows variables. The columns of all variables are those of
+/// [A, -I].
 #pragma once
 
 #include "Nuv/Algebra/Numbers.hpp"
 #include "Nuv/Algebra/SparseMatrix.hpp"
 
 #include <limits>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace nuv
 {
+
+inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 struct BoundedForm
 {
@@ -30,8 +34,7 @@ struct BoundedForm
     std::vector<double> columnUpper;
     std::vector<double> rowLower;
     std::vector<double> rowUpper;
-    SparseVectors<double> byColumn;
-    SparseVectors<double> byRow;
+    SparseMatrix<double> matrix;  ///< A
 
     [[nodiscard]] Index Variables() const noexcept
     {
@@ -54,19 +57,71 @@ struct BoundedForm
         return variable < columns ? cost[variable] : 0.0;
     }
 
-    /// Whether some lower bound is above its upper one, which no point satisfies.
-    [[nodiscard]] bool Contradicts() const noexcept
+    /// The logical variable of a row, and the row of a logical variable.
+    [[nodiscard]] Index Logical(Index row) const noexcept
     {
-        for (Index v = 0; v < Variables(); ++v)
-            if (Lower(v) > Upper(v))
-                return true;
-        return false;
+        return columns + row;
+    }
+    [[nodiscard]] Index RowOf(Index logical) const noexcept
+    {
+        return logical - columns;
+    }
+    [[nodiscard]] bool IsFixed(Index variable) const noexcept
+    {
+        return Lower(variable) == Upper(variable);
     }
 
-    /// @return what is wrong with the data, empty if nothing is: array lengths, an index out of
-    /// range or out of order in byColumn, byRow that is not byColumn transposed, a number that is
-    /// NaN, an infinite coefficient, a lower bound of +infinity or an upper one of -infinity.
+    /// Calls visit(row, entry) for each entry of the variable's column of [A, -I].
+    template <class Visit>
+    void VisitColumn(Index variable, const Visit& visit) const
+    {
+        if (IsLogical(variable))
+        {
+            visit(RowOf(variable), -1.0);
+            return;
+        }
+        for (const auto [row, entry] : matrix.Column(variable))
+            visit(row, entry);
+    }
+
+    /// @return what is wrong with the data, empty if nothing is: array lengths, a matrix of another
+    /// shape or with entries out of order, a number that is NaN, an infinite coefficient, a lower
+    /// bound of +infinity or an upper one of -infinity.
     [[nodiscard]] std::string Defect() const;
 };
+
+/// The columns of [A, -I], logicals behind those of A. transform(row, entry) makes the values.
+template <class Value, class Transform>
+[[nodiscard]] SparseVectors<Value> ColumnsWithLogicals(const BoundedForm& form,
+                                                       const Transform& transform)
+{
+    SparseVectors<Value> result;
+    result.start.reserve(std::size_t{form.Variables()} + 1);
+    result.index.reserve(form.matrix.EntryCount() + form.rows);
+    result.value.reserve(form.matrix.EntryCount() + form.rows);
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        form.VisitColumn(v, [&](Index row, double entry)
+                         { result.Append(row, transform(v, row, entry)); });
+        result.Close();
+    }
+    return result;
+}
+
+/// @return a variable whose lower bound exceeds its upper one, which no point satisfies; kNoIndex
+/// if there is none.
+[[nodiscard]] Index FindCrossedBounds(const BoundedForm& form) noexcept;
+
+/// One bound of a variable: of a column, or one side of a row by its logical.
+struct BoundOfVariable
+{
+    Index variable = kNoIndex;
+    bool upper = false;
+    bool operator==(const BoundOfVariable&) const = default;
+};
+
+/// The form with these bounds alone and no cost: whether they exclude each other.
+[[nodiscard]] BoundedForm RestrictedTo(const BoundedForm& form,
+                                       std::span<const BoundOfVariable> bounds);
 
 }  // namespace nuv

@@ -1,36 +1,14 @@
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
 
+#include "Nuv/SparseSimplex/Tolerances.hpp"
+
 #include <algorithm>
 #include <cmath>
 
 namespace nuv
 {
-namespace
-{
 
-constexpr double kFeasibility = 1e-9;
-constexpr double kOptimality = 1e-9;
-constexpr double kSmallestPivot = 1e-9;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-/// By how much a nonbasic variable's reduced cost has the wrong sign; negative if it is right.
-double DualInfeasibility(BasisStatus status, double reduced)
-{
-    switch (status)
-    {
-    case BasisStatus::AtLower:
-        return -reduced;
-    case BasisStatus::AtUpper:
-        return reduced;
-    case BasisStatus::Free:
-        return std::fabs(reduced);
-    case BasisStatus::Basic:
-        break;
-    }
-    return -kInfinity;
-}
-
-}  // namespace
+using namespace tolerance;
 
 DualSimplex::DualSimplex(SimplexState& state, Watch& watch, std::uint64_t& pivots)
     : m_state(state), m_watch(watch), m_pivots(pivots)
@@ -133,14 +111,14 @@ bool DualSimplex::Iterate(SimplexVerdict& verdict)
     }
     m_state.SolveColumn(entering, m_column);
     const double accuracy = std::fabs(m_pivotRow.value[entering] - m_column[position]);
-    m_inaccurate = accuracy > 1e-7 * (1.0 + std::fabs(m_column[position]));
-    if ((m_inaccurate || std::fabs(m_column[position]) < 1e-5) && !m_fresh)
+    m_inaccurate = accuracy > kAgreement * (1.0 + std::fabs(m_column[position]));
+    if ((m_inaccurate || std::fabs(m_column[position]) < kTrustedPivot) && !m_fresh)
     {
         m_inaccurate = true;
         return true;
     }
     // With fresh factors, a pivot about which row and column do not agree is none.
-    if (m_inaccurate && accuracy > 0.1 * std::fabs(m_column[position]))
+    if (m_inaccurate && accuracy > kFreshAgreement * std::fabs(m_column[position]))
         return false;
     Pivot(position, entering);
     return true;
@@ -197,18 +175,19 @@ Index DualSimplex::ChooseEntering(double sign) const
     double longest = kInfinity;
     for (const Index v : m_pivotRow.touched)
     {
-        const double help = AdmissiblePivot(v, sign);
-        if (help > kSmallestPivot && !m_state.IsFixed(v))
-            longest = std::min(longest, (std::fabs(m_state.reduced[v]) + kOptimality) / help);
+        const double pivot = AdmissiblePivot(v, sign);
+        if (pivot > kSmallestPivot && !m_state.IsFixed(v))
+            longest = std::min(longest, (std::fabs(m_state.reduced[v]) + kOptimality) / pivot);
     }
     Index best = kNoIndex;
     double largest = kSmallestPivot;
     for (const Index v : m_pivotRow.touched)
     {
-        const double help = AdmissiblePivot(v, sign);
-        if (help <= largest || m_state.IsFixed(v) || std::fabs(m_state.reduced[v]) > longest * help)
+        const double pivot = AdmissiblePivot(v, sign);
+        if (pivot <= largest || m_state.IsFixed(v) ||
+            std::fabs(m_state.reduced[v]) > longest * pivot)
             continue;
-        largest = help;
+        largest = pivot;
         best = v;
     }
     return best;
@@ -255,7 +234,6 @@ void DualSimplex::UpdateReducedCosts(Index entering, Index leaving)
 
 void DualSimplex::UpdateWeights(Index position)
 {
-    constexpr double kLargest = 1e8;
     const double pivot = m_column[position];
     const double weight = m_weight[position];
     for (Index k = 0; k < m_state.form.rows; ++k)
@@ -266,7 +244,7 @@ void DualSimplex::UpdateWeights(Index position)
         m_weight[k] = std::max(m_weight[k], share * share * weight);
     }
     m_weight[position] = std::max(weight / (pivot * pivot), 1.0);
-    if (m_weight[position] > kLargest)
+    if (m_weight[position] > kLargestWeight)
         std::fill(m_weight.begin(), m_weight.end(), 1.0);
 }
 

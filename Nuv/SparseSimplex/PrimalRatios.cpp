@@ -1,20 +1,15 @@
 /// The two ratio tests of the primal simplex: how far the entering variable can go, and which basic
 /// variable it meets there.
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
+#include "Nuv/SparseSimplex/Tolerances.hpp"
 
 #include <algorithm>
 #include <cmath>
 
 namespace nuv
 {
-namespace
-{
 
-constexpr double kTolerance = 1e-9;
-constexpr double kSmallestPivot = 1e-9;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-}  // namespace
+using namespace tolerance;
 
 /// Harris's two passes (Harris 1973): the first finds how far a step may go if every bound gives
 /// way by the tolerance, the second takes the largest pivot within that step.
@@ -32,7 +27,7 @@ PrimalSimplex::Step PrimalSimplex::TestRatiosFeasible(Index entering, double dir
             continue;
         const double room =
             std::max(0.0, rate < 0.0 ? m_state.value[v] - bound : bound - m_state.value[v]);
-        longest = std::min(longest, (room + kTolerance) / std::fabs(rate));
+        longest = std::min(longest, (room + kFeasibility) / std::fabs(rate));
     }
     const double flip = m_state.upper[entering] - m_state.lower[entering];
     if (flip <= longest && flip < kInfinity)
@@ -56,7 +51,7 @@ PrimalSimplex::Step PrimalSimplex::TestRatiosFeasible(Index entering, double dir
         best = {Step::Kind::Pivot, k, std::max(0.0, room / largest),
                 rate < 0.0 ? BasisStatus::AtLower : BasisStatus::AtUpper};
     }
-    if (largest < 1e-5 && !m_fresh)
+    if (largest < kTrustedPivot && !m_fresh)
         best.kind = Step::Kind::Reject;
     return best;
 }
@@ -121,13 +116,13 @@ PrimalSimplex::Step PrimalSimplex::WalkBreakpoints(double slope, double flip)
     double largest = 0.0;
     for (std::size_t at = left; at < m_breakpoints.size(); ++at)
         largest = std::max(largest, m_breakpoints[at].slope);
-    const double wanted = std::min(0.01 * largest, 1e-3);
+    const double wanted = std::min(kPivotShare * largest, kEnoughPivot);
     Step best;
     double bestSlope = 0.0;
     for (std::size_t at = left; at < m_breakpoints.size(); ++at)
     {
         const Breakpoint& point = m_breakpoints[at];
-        if (best.position != kNoIndex && point.at < best.length - kTolerance / point.slope)
+        if (best.position != kNoIndex && point.at < best.length - kFeasibility / point.slope)
             break;
         if (point.slope < std::max(wanted, bestSlope))
             continue;
@@ -135,7 +130,7 @@ PrimalSimplex::Step PrimalSimplex::WalkBreakpoints(double slope, double flip)
         best = {Step::Kind::Pivot, point.position, point.at,
                 point.atUpper ? BasisStatus::AtUpper : BasisStatus::AtLower};
     }
-    if (bestSlope < 1e-5 && !m_fresh)
+    if (bestSlope < kTrustedPivot && !m_fresh)
         best.kind = Step::Kind::Reject;
     return best;
 }

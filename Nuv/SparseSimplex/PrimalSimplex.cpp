@@ -1,19 +1,14 @@
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
 
+#include "Nuv/SparseSimplex/Tolerances.hpp"
+
 #include <algorithm>
 #include <cmath>
 
 namespace nuv
 {
-namespace
-{
 
-constexpr double kFeasibility = 1e-9;
-constexpr double kOptimality = 1e-9;
-constexpr int kMostRelapses = 20;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-}  // namespace
+using namespace tolerance;
 
 PrimalSimplex::PrimalSimplex(SimplexState& state, Watch& watch, std::uint64_t& pivots)
     : m_state(state),
@@ -34,6 +29,7 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
     ResetWeights();
     StartAfresh();
     SimplexVerdict verdict = SimplexVerdict::Numerical;
+    constexpr int kMostRelapses = 20;
     // Values that are not known to the tolerance may go in and out of their bounds for ever.
     while (m_relapses <= kMostRelapses && Iterate(verdict))
     {
@@ -43,13 +39,12 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
 
 void PrimalSimplex::FixEmptyColumns()
 {
-    const SparseVectors<double>& columns = m_state.form.byColumn;
     for (Index v = 0; v < m_state.form.columns; ++v)
     {
         const double cost = m_state.cost[v];
         const double better = cost < 0.0 ? m_state.upper[v] : m_state.lower[v];
         if (cost == 0.0 || std::fabs(better) == kInfinity ||
-            m_state.status[v] == BasisStatus::Basic || columns.start[v] != columns.start[v + 1])
+            m_state.status[v] == BasisStatus::Basic || !m_state.form.Column(v).empty())
             continue;
         m_state.status[v] = cost < 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
         m_state.SetToBound(v);
@@ -104,7 +99,7 @@ double PrimalSimplex::ProgressValue() const
         for (const Index v : state.head)
             sum +=
                 std::max({0.0, state.lower[v] - state.value[v], state.value[v] - state.upper[v]}) *
-                state.form.scale[v];
+                state.form.Scale(v);
         return sum;
     }
     for (Index v = 0; v < state.form.Variables(); ++v)
@@ -134,7 +129,7 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
     const double cost = EnteringCost(entering);
     const double error = std::fabs(cost - m_state.reduced[entering]);
     m_state.reduced[entering] = cost;
-    if (error > 1e-7 * (1.0 + std::fabs(cost)) && !m_fresh)
+    if (error > kAgreement * (1.0 + std::fabs(cost)) && !m_fresh)
     {
         StartAfresh();
         return true;
@@ -209,7 +204,7 @@ Index PrimalSimplex::ChooseEntering() const
             (status == BasisStatus::AtUpper && cost < 0.0))
             continue;
         const double score = cost * cost / m_weight[v];
-        if (score > bestScore && m_state.lower[v] != m_state.upper[v] && m_banned[v] == 0)
+        if (score > bestScore && !m_state.IsFixed(static_cast<Index>(v)) && m_banned[v] == 0)
         {
             bestScore = score;
             best = static_cast<Index>(v);
@@ -256,7 +251,7 @@ void PrimalSimplex::Pivot(Index entering, const Step& step)
                                                                : m_state.upper[leaving];
     if (bound != m_state.value[leaving])
     {
-        if (std::fabs(bound - m_state.value[leaving]) > 1e-12 && !m_phaseOne)
+        if (std::fabs(bound - m_state.value[leaving]) > kSnap && !m_phaseOne)
         {
             bound = m_state.value[leaving];
             m_boundsMoved = true;
@@ -273,7 +268,7 @@ void PrimalSimplex::Pivot(Index entering, const Step& step)
     }
     m_state.Exchange(step.position, entering, step.leavingStatus, m_column);
     const double accuracy = std::fabs(m_pivotRow.value[entering] - m_column[step.position]);
-    m_inaccurate = accuracy > 1e-7 * (1.0 + std::fabs(m_column[step.position]));
+    m_inaccurate = accuracy > kAgreement * (1.0 + std::fabs(m_column[step.position]));
 }
 
 void PrimalSimplex::UpdateReducedCosts(Index entering, Index leaving, double pivot)
@@ -292,7 +287,7 @@ void PrimalSimplex::UpdateReducedCosts(Index entering, Index leaving, double piv
     m_state.reduced[entering] = 0.0;
     m_state.reduced[leaving] = -ratio;
     m_weight[leaving] = std::max(enteringWeight / (pivot * pivot), 1.0);
-    if (m_weight[leaving] > 1e8)
+    if (m_weight[leaving] > kLargestWeight)
         ResetWeights();
 }
 
@@ -338,7 +333,7 @@ void PrimalSimplex::UpdateViolations()
 
 void PrimalSimplex::NoteProgress(double gain)
 {
-    m_stalled = gain > 1e-11 ? 0 : m_stalled + 1;
+    m_stalled = gain > kProgress ? 0 : m_stalled + 1;
     const int patience = 20;
     if (m_stalled > patience && m_perturb)
     {
@@ -361,7 +356,7 @@ void PrimalSimplex::PushBoundsApart()
             if (std::fabs(*bound) == kInfinity)
                 continue;
             const double fraction = static_cast<double>(m_random >> 11) * 0x1p-53;
-            const double push = (1.0 + fraction) * 5e-7 * (1.0 + std::fabs(*bound));
+            const double push = (1.0 + fraction) * kPush * (1.0 + std::fabs(*bound));
             *bound += bound == &m_state.lower[v] ? -push : push;
         }
     }

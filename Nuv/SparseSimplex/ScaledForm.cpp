@@ -1,3 +1,5 @@
+/// Geometric scaling: alternately each row and each column is divided by the geometric mean of its
+/// smallest and its largest entry, rounded to a power of two.
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
 
 #include <algorithm>
@@ -21,14 +23,14 @@ double BalancingPower(double smallest, double largest)
     return std::ldexp(1.0, std::clamp(-(twice / 2), -200, 200));
 }
 
-/// Balances vector k of `vectors`, seen through the scales of the other direction.
-double BalanceOf(const SparseVectors<double>& vectors, Index k, const double* others)
+/// Balances a row or column, seen through the scales of the other direction.
+double BalanceOf(SparseView<double> vector, const double* others)
 {
-    double smallest = std::numeric_limits<double>::infinity();
+    double smallest = kInfinity;
     double largest = 0.0;
-    for (std::size_t at = vectors.start[k]; at < vectors.start[k + 1]; ++at)
+    for (const auto [other, entry] : vector)
     {
-        const double magnitude = std::fabs(vectors.value[at]) * others[vectors.index[at]];
+        const double magnitude = std::fabs(entry) * others[other];
         if (magnitude == 0.0)
             continue;
         smallest = std::min(smallest, magnitude);
@@ -39,42 +41,51 @@ double BalanceOf(const SparseVectors<double>& vectors, Index k, const double* ot
 
 }  // namespace
 
-ScaledForm::ScaledForm(const BoundedForm& form) : rows(form.rows), columns(form.columns)
+ScaledMatrix::ScaledMatrix(const BoundedForm& form)
 {
     ChooseScales(form);
-    Apply(form);
+    byVariable = ColumnsWithLogicals<double>(
+        form, [&](Index variable, Index row, double entry)
+        { return entry * (scale[variable] * scale[form.Logical(row)]); });
+    byRow = Mapped<double>(form.matrix.Rows(), [&](Index row, Index column, double entry)
+                           { return entry * (scale[column] * scale[form.Logical(row)]); });
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        // The logical of a row is the row's activity, which scales with the row.
+        scale[form.Logical(i)] = 1.0 / scale[form.Logical(i)];
+        byVariable.value[byVariable.start[form.Logical(i)]] = -1.0;
+    }
 }
 
 /// After this, scale[j] is the factor of column j and scale[columns + i] that of row i.
-void ScaledForm::ChooseScales(const BoundedForm& form)
+void ScaledMatrix::ChooseScales(const BoundedForm& form)
 {
     constexpr int kPasses = 4;
     scale.assign(form.Variables(), 1.0);
     for (int pass = 0; pass < kPasses; ++pass)
     {
-        for (Index i = 0; i < rows; ++i)
-            scale[columns + i] = BalanceOf(form.byRow, i, scale.data());
-        for (Index j = 0; j < columns; ++j)
-            scale[j] = BalanceOf(form.byColumn, j, scale.data() + columns);
+        for (Index i = 0; i < form.rows; ++i)
+            scale[form.Logical(i)] = BalanceOf(form.matrix.Row(i), scale.data());
+        for (Index j = 0; j < form.columns; ++j)
+            scale[j] = BalanceOf(form.matrix.Column(j), scale.data() + form.columns);
     }
 }
 
-void ScaledForm::Apply(const BoundedForm& form)
+ScaledForm::ScaledForm(const BoundedForm& form)
+    : rows(form.rows), columns(form.columns), matrix(std::make_shared<const ScaledMatrix>(form))
 {
-    byColumn = form.byColumn;
-    for (Index j = 0; j < columns; ++j)
-    {
-        for (std::size_t at = byColumn.start[j]; at < byColumn.start[j + 1]; ++at)
-            byColumn.value[at] *= scale[j] * scale[columns + byColumn.index[at]];
-    }
-    byRow = Transposed(byColumn, rows);
+    SetCost(form);
+    SetBounds(form);
+}
 
+void ScaledForm::SetCost(const BoundedForm& form)
+{
     cost.assign(Variables(), 0.0);
-    double smallest = std::numeric_limits<double>::infinity();
+    double smallest = kInfinity;
     double largest = 0.0;
     for (Index j = 0; j < columns; ++j)
     {
-        cost[j] = form.cost[j] * scale[j];
+        cost[j] = form.cost[j] * Scale(j);
         if (cost[j] == 0.0)
             continue;
         smallest = std::min(smallest, std::fabs(cost[j]));
@@ -83,16 +94,16 @@ void ScaledForm::Apply(const BoundedForm& form)
     costScale = BalancingPower(smallest, largest);
     for (double& entry : cost)
         entry *= costScale;
+}
 
-    // The logical of a row is the row's activity, which scales with the row.
-    for (Index i = 0; i < rows; ++i)
-        scale[columns + i] = 1.0 / scale[columns + i];
+void ScaledForm::SetBounds(const BoundedForm& form)
+{
     lower.resize(Variables());
     upper.resize(Variables());
     for (Index v = 0; v < Variables(); ++v)
     {
-        lower[v] = form.Lower(v) / scale[v];
-        upper[v] = form.Upper(v) / scale[v];
+        lower[v] = form.Lower(v) / Scale(v);
+        upper[v] = form.Upper(v) / Scale(v);
     }
 }
 

@@ -1,40 +1,79 @@
-/// A linear form scaled for double arithmetic: rows, columns and cost are multiplied by powers of
-/// two, chosen by geometric means so that entries lie around one. Powers of two change exponents
-/// only, so a basis means the same before and after, and no bit of the data is lost.
+/// A bounded form scaled for double arithmetic: rows, columns and cost are multiplied by powers of
+/// two, chosen by geometric means so that entries lie around one (Maros 2003, section 5.2). Powers
+/// of two change exponents only, so a basis means the same before and after, and no bit of the data
+/// is lost.
 #pragma once
 
 #include "Nuv/SparseSimplex/BoundedForm.hpp"
 
+#include <memory>
 #include <vector>
 
 namespace nuv
 {
 
+/// The scaled [A, -I]. The factor of a logical is the inverse of its row's, so its column stays
+/// minus the unit vector.
+struct ScaledMatrix
+{
+    explicit ScaledMatrix(const BoundedForm& form);
+
+    SparseVectors<double> byVariable;  ///< the columns of [A, -I]
+    SparseVectors<double> byRow;       ///< the rows of A
+    /// The scaled value of variable v is its value divided by scale[v].
+    std::vector<double> scale;
+
+private:
+    void ChooseScales(const BoundedForm& form);
+};
+
+/// Copies share the matrix, which is what scaling costs; bounds and costs are each copy's own.
 struct ScaledForm
 {
     explicit ScaledForm(const BoundedForm& form);
+
+    /// Takes over the bounds of a form with the same matrix.
+    void SetBounds(const BoundedForm& form);
 
     [[nodiscard]] Index Variables() const noexcept
     {
         return rows + columns;
     }
+    [[nodiscard]] bool IsLogical(Index variable) const noexcept
+    {
+        return variable >= columns;
+    }
+    [[nodiscard]] Index Logical(Index row) const noexcept
+    {
+        return columns + row;
+    }
+    /// The variable's column of [A, -I].
+    [[nodiscard]] SparseView<double> Column(Index variable) const noexcept
+    {
+        return matrix->byVariable[variable];
+    }
+    /// A row of A, without its logical.
+    [[nodiscard]] SparseView<double> Row(Index row) const noexcept
+    {
+        return matrix->byRow[row];
+    }
+    [[nodiscard]] double Scale(Index variable) const noexcept
+    {
+        return matrix->scale[variable];
+    }
 
     Index rows;
     Index columns;
-    SparseVectors<double> byColumn;
-    SparseVectors<double> byRow;
-    // By variable, the logicals behind the columns.
+    std::shared_ptr<const ScaledMatrix> matrix;
+    // By variable.
     std::vector<double> lower;
     std::vector<double> upper;
     std::vector<double> cost;
-    /// The scaled value of variable v is its value divided by scale[v].
-    std::vector<double> scale;
     /// The scaled objective is the objective times this.
     double costScale = 1.0;
 
 private:
-    void ChooseScales(const BoundedForm& form);
-    void Apply(const BoundedForm& form);
+    void SetCost(const BoundedForm& form);
 };
 
 }  // namespace nuv

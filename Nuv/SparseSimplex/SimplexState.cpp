@@ -1,5 +1,7 @@
 #include "Nuv/SparseSimplex/SimplexState.hpp"
 
+#include "Nuv/SparseSimplex/Tolerances.hpp"
+
 #include <cmath>
 
 namespace nuv
@@ -27,37 +29,16 @@ SimplexState::SimplexState(const ScaledForm& scaled, const Basis& start)
 
 void SimplexState::Refactorise()
 {
-    SparseVectors<double> columns;
-    for (const Index variable : head)
+    const std::vector<BasisReplacement> replacements =
+        FactoriseBasis(lu, Selected(form.matrix->byVariable, head), form.columns, head);
+    for (const auto& [dropped, logical] : replacements)
     {
-        if (variable >= form.columns)
-            columns.Append(variable - form.columns, -1.0);
-        else
-        {
-            for (std::size_t at = form.byColumn.start[variable];
-                 at < form.byColumn.start[variable + 1]; ++at)
-                columns.Append(form.byColumn.index[at], form.byColumn.value[at]);
-        }
-        columns.Close();
-    }
-    std::vector<Index> position;
-    const auto replacements = lu.Factorise(columns, position);
-    std::vector<Index> newHead(head.size());
-    for (Index k = 0; k < head.size(); ++k)
-        newHead[position[k]] = head[k];
-    for (const auto& replacement : replacements)
-    {
-        const Index dropped = head[replacement.column];
         status[dropped] = DefaultNonbasicStatus(lower[dropped], upper[dropped]);
         SetToBound(dropped);
         reduced[dropped] = 0.0;
     }
-    for (const auto& replacement : replacements)
-    {
-        newHead[replacement.row] = form.columns + replacement.row;
-        status[form.columns + replacement.row] = BasisStatus::Basic;
-    }
-    head = std::move(newHead);
+    for (const auto& [dropped, logical] : replacements)
+        status[logical] = BasisStatus::Basic;
     ComputeValues();
 }
 
@@ -86,23 +67,17 @@ void SimplexState::ComputeReducedCosts(const std::vector<double>& nonbasicCost,
 {
     std::vector<double> dual = basicCost;
     lu.SolveBackward(dual);
-    for (Index j = 0; j < form.columns; ++j)
+    for (Index v = 0; v < form.Variables(); ++v)
     {
-        if (status[j] == BasisStatus::Basic)
+        if (status[v] == BasisStatus::Basic)
         {
-            reduced[j] = 0.0;
+            reduced[v] = 0.0;
             continue;
         }
-        double sum = nonbasicCost[j];
-        for (std::size_t at = form.byColumn.start[j]; at < form.byColumn.start[j + 1]; ++at)
-            sum -= form.byColumn.value[at] * dual[form.byColumn.index[at]];
-        reduced[j] = sum;
-    }
-    for (Index i = 0; i < form.rows; ++i)
-    {
-        const Index logical = form.columns + i;
-        reduced[logical] =
-            status[logical] == BasisStatus::Basic ? 0.0 : nonbasicCost[logical] + dual[i];
+        double sum = nonbasicCost[v];
+        for (const auto [row, entry] : form.Column(v))
+            sum -= entry * dual[row];
+        reduced[v] = sum;
     }
 }
 
@@ -127,19 +102,19 @@ void SimplexState::PriceRow(const std::vector<double>& row, WorkRow& result) con
     for (Index i = 0; i < form.rows; ++i)
     {
         const double factor = row[i];
-        if (std::fabs(factor) < 1e-14)
+        if (std::fabs(factor) < tolerance::kNegligible)
             continue;
-        result.value[form.columns + i] = -factor;
-        result.touched.push_back(form.columns + i);
-        for (std::size_t at = form.byRow.start[i]; at < form.byRow.start[i + 1]; ++at)
+        result.value[form.Logical(i)] = -factor;
+        result.touched.push_back(form.Logical(i));
+        for (const auto [column, coefficient] : form.Row(i))
         {
-            double& entry = result.value[form.byRow.index[at]];
+            double& entry = result.value[column];
             if (entry == 0.0)
-                result.touched.push_back(form.byRow.index[at]);
-            entry += factor * form.byRow.value[at];
+                result.touched.push_back(column);
+            entry += factor * coefficient;
             // A sum that cancels to zero must not be listed twice.
             if (entry == 0.0)
-                entry = 1e-100;
+                entry = tolerance::kCancelled;
         }
     }
 }
@@ -182,14 +157,8 @@ Basis SimplexState::ExportBasis() const
 
 void SimplexState::AddColumn(Index variable, double factor, std::vector<double>& byRow) const
 {
-    if (variable >= form.columns)
-    {
-        byRow[variable - form.columns] -= factor;
-        return;
-    }
-    for (std::size_t at = form.byColumn.start[variable]; at < form.byColumn.start[variable + 1];
-         ++at)
-        byRow[form.byColumn.index[at]] += factor * form.byColumn.value[at];
+    for (const auto [row, entry] : form.Column(variable))
+        byRow[row] += factor * entry;
 }
 
 }  // namespace nuv

@@ -7,6 +7,7 @@
 #include "Nuv/Algebra/RealField.hpp"
 #include "Nuv/Algebra/SparseLu.hpp"
 #include "Nuv/SparseSimplex/Basis.hpp"
+#include "Nuv/SparseSimplex/BasisFactors.hpp"
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
 
 #include <vector>

@@ -142,15 +142,16 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
         if (proof.status != ProofStatus::Optimal)
             continue;
         BoundedForm padded = form;
+        SparseVectors<double> rows = form.matrix.Rows();
         for (int extra = 0; extra < 60; ++extra)
         {
             padded.rowLower.push_back(-kInf);
             padded.rowUpper.push_back(kInf);
-            padded.byRow.Append(0, 1.0);
-            padded.byRow.Close();
+            rows.Append(0, 1.0);
+            rows.Close();
             ++padded.rows;
         }
-        padded.byColumn = Transposed(padded.byRow, padded.columns);
+        padded.matrix = SparseMatrix<double>::FromRows(rows, padded.columns);
         Basis basis = proof.basis;
         basis.rows.resize(padded.rows, BasisStatus::Basic);
         const Proof same = ProveFrom(padded, basis, Limits{});
@@ -173,30 +174,6 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
     }
 }
 
-/// The form with the bounds of `members` only, but for the one at `left`.
-BoundedForm Restricted(const BoundedForm& form, const std::vector<ConflictMember>& members,
-                      std::size_t left)
-{
-    BoundedForm restricted = form;
-    for (auto* bounds : {&restricted.columnLower, &restricted.rowLower})
-        bounds->assign(bounds->size(), -kInf);
-    for (auto* bounds : {&restricted.columnUpper, &restricted.rowUpper})
-        bounds->assign(bounds->size(), kInf);
-    for (std::size_t k = 0; k < members.size(); ++k)
-    {
-        if (k == left)
-            continue;
-        const Index v = members[k].variable;
-        if (form.IsLogical(v))
-            (members[k].upper ? restricted.rowUpper : restricted.rowLower)[v - form.columns] =
-                members[k].upper ? form.Upper(v) : form.Lower(v);
-        else
-            (members[k].upper ? restricted.columnUpper : restricted.columnLower)[v] =
-                members[k].upper ? form.Upper(v) : form.Lower(v);
-    }
-    return restricted;
-}
-
 TEST(Conflict, BoundsThatCrossAreAConflictOfTwo)
 {
     const BoundedForm form = MakeForm({0, 0}, {{{1, 1}, {0, 1}}}, {{0, 1}, {3, 2}});
@@ -209,7 +186,7 @@ TEST(Conflict, NamesTheRowsAndBoundsThatMatter)
 {
     // x + y <= 3 against x >= 2 and y >= 2; the other row has nothing to do with it.
     const BoundedForm form = MakeForm({1, 1, 1}, {{{0, 0, 1}, {1, 5}}, {{1, 1, 0}, {-kInf, 3}}},
-                                     {{2, 9}, {2, kInf}, {0, kInf}});
+                                      {{2, 9}, {2, kInf}, {0, kInf}});
     const Conflict conflict = FindConflict(form, Solve(form), Limits{});
     EXPECT_TRUE(conflict.minimal);
     EXPECT_EQ(conflict.members, (std::vector<ConflictMember>{{0, false}, {1, false}, {4, true}}));
@@ -230,13 +207,13 @@ TEST(Conflict, IsInfeasibleAndLosesThatWithAnyMember)
         ++infeasible;
         const Conflict conflict = FindConflict(form, proof, Limits{});
         ASSERT_TRUE(conflict.minimal);
-        const std::size_t all = conflict.members.size();
-        ASSERT_EQ(SolveByEnumeration(Restricted(form, conflict.members, all)).verdict,
+        ASSERT_EQ(SolveByEnumeration(RestrictedTo(form, conflict.members)).verdict,
                   Verdict::Infeasible);
-        for (std::size_t left = 0; left < all; ++left)
+        for (std::size_t left = 0; left < conflict.members.size(); ++left)
         {
-            ASSERT_NE(SolveByEnumeration(Restricted(form, conflict.members, left)).verdict,
-                      Verdict::Infeasible);
+            std::vector<ConflictMember> others = conflict.members;
+            others.erase(others.begin() + static_cast<std::ptrdiff_t>(left));
+            ASSERT_NE(SolveByEnumeration(RestrictedTo(form, others)).verdict, Verdict::Infeasible);
         }
     }
     EXPECT_GT(infeasible, ShareOf(500));

@@ -167,16 +167,16 @@ TEST(SparseLu, SolvesBothSidesToRoundingInDoubles)
         std::vector<double> right(size, 0.0);
         for (Index k = 0; k < size; ++k)
         {
-            for (std::size_t at = columns.start[k]; at < columns.start[k + 1]; ++at)
-                right[columns.index[at]] += columns.value[at] * expected[k];
+            for (const auto [row, entry] : columns[k])
+                right[row] += entry * expected[k];
         }
         std::vector<double> solution = right;
         lu.SolveForward(solution);
         std::vector<double> residual = right;
         for (Index k = 0; k < size; ++k)
         {
-            for (std::size_t at = columns.start[k]; at < columns.start[k + 1]; ++at)
-                residual[columns.index[at]] -= columns.value[at] * solution[position[k]];
+            for (const auto [row, entry] : columns[k])
+                residual[row] -= entry * solution[position[k]];
         }
         double largest = 0.0;
         for (const double entry : solution)
@@ -206,8 +206,8 @@ void CheckExactly(const Field& field, Convert convert)
         std::vector<std::vector<Value>> matrix(size, std::vector<Value>(size, field.Zero()));
         for (Index k = 0; k < size; ++k)
         {
-            for (std::size_t at = columns.start[k]; at < columns.start[k + 1]; ++at)
-                matrix[position[k]][columns.index[at]] = columns.value[at];
+            for (const auto [row, entry] : columns[k])
+                matrix[position[k]][row] = entry;
         }
         for (const auto& replacement : replaced)
         {
@@ -325,15 +325,14 @@ TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
                      PowerOf({std::max(-right.scale.two, 0), std::max(-right.scale.five, 0)}));
         const auto entryOf = [&form](Index variable, Index row)
         {
-            if (form.IsLogical(variable))
-                return Rational(variable - form.columns == row ? -1 : 0);
-            for (std::size_t at = form.byColumn.start[variable];
-                 at < form.byColumn.start[variable + 1]; ++at)
-            {
-                if (form.byColumn.index[at] == row)
-                    return ToRational(form.byColumn.value[at], form.numbers);
-            }
-            return Rational(0);
+            Rational found(0);
+            form.VisitColumn(variable,
+                             [&](Index at, double entry)
+                             {
+                                 if (at == row)
+                                     found = ToRational(entry, form.numbers);
+                             });
+            return found;
         };
         ExactVector forward;
         ExactVector backward;

@@ -84,8 +84,8 @@ public:
         m_matrix.assign(form.rows, std::vector<Fraction>(form.Variables()));
         for (Index j = 0; j < form.columns; ++j)
         {
-            for (std::size_t at = form.byColumn.start[j]; at < form.byColumn.start[j + 1]; ++at)
-                m_matrix[form.byColumn.index[at]][j] = FromDouble(form.byColumn.value[at]);
+            for (const auto [row, entry] : form.matrix.Column(j))
+                m_matrix[row][j] = FromDouble(entry);
         }
         for (Index i = 0; i < form.rows; ++i)
             m_matrix[i][form.columns + i] = {-1, 1};

@@ -72,8 +72,9 @@ TEST(Certificate, OptimalIsRefusedForAnotherForm)
     other.rowUpper[2] = 17.0;
     EXPECT_NE(CheckProof(other, proof), "");
     other = form;
-    other.byColumn.value[0] = 2.0;
-    other.byRow = Transposed(other.byColumn, other.rows);
+    SparseVectors<double> entries = other.matrix.Columns();
+    entries.value[0] = 2.0;
+    other.matrix = SparseMatrix<double>::FromColumns(entries, other.rows);
     EXPECT_NE(CheckProof(other, proof), "");
 }
 

@@ -4,12 +4,13 @@ namespace nuv::test
 {
 
 BoundedForm MakeForm(const std::vector<double>& cost, const std::vector<DenseRow>& rows,
-                    const std::vector<Interval>& columns)
+                     const std::vector<Interval>& columns)
 {
     BoundedForm form;
     form.rows = static_cast<Index>(rows.size());
     form.columns = static_cast<Index>(cost.size());
     form.cost = cost;
+    SparseVectors<double> entries;
     for (Index j = 0; j < form.columns; ++j)
     {
         const Interval bounds = columns.empty() ? Interval{} : columns[j];
@@ -18,16 +19,16 @@ BoundedForm MakeForm(const std::vector<double>& cost, const std::vector<DenseRow
         for (Index i = 0; i < form.rows; ++i)
         {
             if (rows[i].coefficients[j] != 0.0)
-                form.byColumn.Append(i, rows[i].coefficients[j]);
+                entries.Append(i, rows[i].coefficients[j]);
         }
-        form.byColumn.Close();
+        entries.Close();
     }
     for (const DenseRow& row : rows)
     {
         form.rowLower.push_back(row.bounds.lower);
         form.rowUpper.push_back(row.bounds.upper);
     }
-    form.byRow = Transposed(form.byColumn, form.rows);
+    form.matrix = SparseMatrix<double>::FromColumns(std::move(entries), form.rows);
     return form;
 }
 

@@ -26,7 +26,7 @@ struct DenseRow
 
 /// minimise cost . x subject to the rows; `columns` may be left out for x >= 0.
 BoundedForm MakeForm(const std::vector<double>& cost, const std::vector<DenseRow>& rows,
-                    const std::vector<Interval>& columns = {});
+                     const std::vector<Interval>& columns = {});
 
 /// xorshift64*: the same numbers everywhere.
 class Random

@@ -66,7 +66,7 @@ TEST(DualSimplex, RepairsBoundsThatWereTightened)
         repaired += pivots > 0 ? 1 : 0;
         double objective = tight.constant;
         for (Index j = 0; j < tight.columns; ++j)
-            objective += tight.cost[j] * state.value[j] * scaled.scale[j];
+            objective += tight.cost[j] * state.value[j] * scaled.Scale(j);
         EXPECT_NEAR(objective, expected.objectiveValue,
                     1e-6 * (1.0 + std::fabs(expected.objectiveValue)));
     }
@@ -92,7 +92,7 @@ TEST(Refinement, PricesADifferenceBelowTheTolerance)
 TEST(Refinement, RepairsAViolationBelowTheTolerance)
 {
     const BoundedForm form = MakeForm({0, -1, 1}, {{{1, -1, -1}, {0x1p-50, 0x1p-50}}},
-                                     {{1, 1}, {0, 1 - 0x1p-49}, {0, 5}});
+                                      {{1, 1}, {0, 1 - 0x1p-49}, {0, 5}});
     Basis start = SlackBasis(form);
     start.columns[1] = BasisStatus::Basic;
     start.rows[0] = BasisStatus::AtLower;

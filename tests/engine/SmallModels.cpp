@@ -103,9 +103,7 @@ TEST(Engine, BoundsThatCrossAreTheProof)
 
 TEST(Engine, WrongDataAreNamedAndNotSolved)
 {
-    BoundedForm form = MakeForm({1}, {{{1}, {0, 4}}});
-    form.byColumn.value[0] = kInf;
-    form.byRow.value[0] = kInf;
+    const BoundedForm form = MakeForm({1}, {{{kInf}, {0, 4}}});
     const Proof proof = Solve(form);
     EXPECT_FALSE(proof.proved);
     EXPECT_EQ(proof.status, ProofStatus::Stopped);

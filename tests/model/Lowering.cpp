@@ -106,7 +106,7 @@ bool Satisfies(const nuv::BoundedForm& form, std::span<const double> x)
 {
     for (Index i = 0; i < form.rows; ++i)
     {
-        const double activity = Activity(form.byRow, i, x);
+        const double activity = Activity(form.matrix.Rows(), i, x);
         if (activity < form.rowLower[i] || activity > form.rowUpper[i])
             return false;
     }

@@ -1,0 +1,58 @@
+/// Every threshold of the simplex in doubles, each with its reason. They apply to the scaled form,
+/// whose entries lie around one. None of them decides a verdict that is reported: what a tolerance
+/// misjudges costs pivots of the exact stage.
+#pragma once
+
+namespace nuv::tolerance
+{
+
+/// A value is within a bound that it misses by no more. Doubles carry 16 digits, a basis that is
+/// solved costs a few of them; and Harris's ratio test lets bounds give way by as much.
+inline constexpr double kFeasibility = 1e-9;
+
+/// A reduced cost of no more has no sign. The same digits are left of it as of a value.
+inline constexpr double kOptimality = 1e-9;
+
+/// An entry of a column or row in terms of the basis that is no larger may be rounding alone, and
+/// is neither a pivot nor a reason to stop a step.
+inline constexpr double kSmallestPivot = 1e-9;
+
+/// A pivot below this is taken only with fresh factors: dividing by it would magnify the rounding
+/// of the updates since.
+inline constexpr double kTrustedPivot = 1e-5;
+
+/// Two computations of one number, by row and by column or updated and anew, may differ by this
+/// share of it (and of one) before the factors are made anew: half of the digits.
+inline constexpr double kAgreement = 1e-7;
+
+/// With fresh factors nothing more can be done for accuracy, so a pivot is refused only if row and
+/// column disagree about it by more than this share.
+inline constexpr double kFreshAgreement = 0.1;
+
+/// Of the pivots met in phase one, one may be chosen that is smaller than the largest by this
+/// factor, but it need not be larger than kEnoughPivot: stopping short costs infeasibility.
+inline constexpr double kPivotShare = 0.01;
+inline constexpr double kEnoughPivot = 1e-3;
+
+/// A leaving variable that misses its bound by less is put on it; by more, the bound comes to the
+/// variable, so that the values of the others stay consistent.
+inline constexpr double kSnap = 1e-12;
+
+/// A pivot that improves the objective by no more stalls.
+inline constexpr double kProgress = 1e-11;
+
+/// Bounds are pushed apart by one to two times this share of their size: far above kFeasibility,
+/// so that a step has a length, and small enough for the dual simplex to take back.
+inline constexpr double kPush = 5e-7;
+
+/// Multipliers below this contribute rounding only, as in the factorisation.
+inline constexpr double kNegligible = 1e-14;
+
+/// Marks a place of a row whose sum is zero as taken; far below everything that is looked at.
+inline constexpr double kCancelled = 1e-100;
+
+/// Devex weights beyond this have lost their reference framework, which is set anew (Forrest and
+/// Goldfarb, Steepest-edge simplex algorithms for linear programming, 1992).
+inline constexpr double kLargestWeight = 1e8;
+
+}  // namespace nuv::tolerance
