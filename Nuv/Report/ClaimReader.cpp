@@ -2,7 +2,7 @@
 #include "Nuv/Report/ClaimReader.hpp"
 
 #include "Nuv/Io/NumberText.hpp"
-#include "Nuv/Report/ClaimNames.hpp"
+#include "Nuv/Report/NamedReader.hpp"
 #include "Nuv/Report/JsonReader.hpp"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 /// What became of a claim, for people and for programs.
 #pragma once
 
-#include "Nuv/Report/ClaimCheck.hpp"
+#include "Nuv/Report/CheckClaim.hpp"
 
 #include <string>
 #include <string_view>

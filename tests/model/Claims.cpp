@@ -1,5 +1,5 @@
 // What a solution file claims, read and judged.
-#include "Nuv/Report/ClaimCheck.hpp"
+#include "Nuv/Report/CheckClaim.hpp"
 #include "Nuv/Report/ClaimReader.hpp"
 #include "Nuv/Report/JsonReport.hpp"
 #include "tests/model/LpText.hpp"

@@ -1,9 +1,9 @@
 // First what the file says of itself, then the truth about the model by the shortest proof that the
 // file allows, then the two against each other.
-#include "Nuv/Report/ClaimCheck.hpp"
+#include "Nuv/Report/CheckClaim.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
-#include "Nuv/Report/ClaimMeasures.hpp"
+#include "Nuv/Report/ClaimChecker.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "Nuv/Report/ClaimMeasures.hpp"
+#include "Nuv/Report/ClaimChecker.hpp"
 
 #include "Nuv/Io/NumberText.hpp"
 

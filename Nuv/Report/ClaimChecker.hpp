@@ -2,7 +2,7 @@
 /// tolerance can be relative. All sums are exact.
 #pragma once
 
-#include "Nuv/Report/ClaimCheck.hpp"
+#include "Nuv/Report/CheckClaim.hpp"
 
 #include <string_view>
 

@@ -1,5 +1,5 @@
 // The JSON of a result, key by key; what is not known is passed over, as the schema may grow.
-#include "Nuv/Report/ClaimNames.hpp"
+#include "Nuv/Report/NamedReader.hpp"
 
 #include "Nuv/Report/ClaimReader.hpp"
 
