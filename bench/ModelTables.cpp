@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/Words.hpp"
 
 namespace bench
 {
@@ -48,7 +48,7 @@ std::string StagesCell(const nuv::Solution& solution)
 
 std::string VerdictCells(const nuv::Solution& solution)
 {
-    return Cell(std::string(nuv::StatusWord(solution.status))) +
+    return Cell(std::string(nuv::WordOf(solution.status))) +
            Cell(solution.proved ? "proved" : "**not proved**");
 }
 

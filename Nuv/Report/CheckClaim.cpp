@@ -15,7 +15,7 @@ namespace nuv
 namespace
 {
 
-using claim::Court;
+using claim::ClaimChecker;
 
 bool IsComplete(const Claim::Numbers& numbers, std::size_t count)
 {
@@ -96,7 +96,7 @@ void Learn(const Proof& proof, Evidence evidence, bool isMaximum, ClaimReport& r
 
 /// Proves the truth about the model by the first way that leads there.
 void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
-               const ClaimOptions& options, Court& court, ClaimReport& report)
+               const ClaimOptions& options, ClaimChecker& checker, ClaimReport& report)
 {
     const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
     Proof proof = ProofInFile(form, model, claim, report.objective);
@@ -106,8 +106,8 @@ void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
         proof = SolveProved(RestrictedTo(form, claim.conflict), nullptr, options.limits);
         evidence = Evidence::Conflict;
         if (proof.proved && proof.status != ProofStatus::Infeasible)
-            court.Disagree("claim.conflict",
-                           "the rows and bounds of the conflict do not exclude each other");
+            checker.Disagree("claim.conflict",
+                             "the rows and bounds of the conflict do not exclude each other");
         proof.proved = proof.status == ProofStatus::Infeasible;
     }
     if (!proof.proved)
@@ -149,26 +149,26 @@ ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOption
     ClaimReport report;
     report.claimed = claim.status;
     const BoundedForm form = FormOf(model);
-    Court court(model, form, options.tolerance, report);
+    ClaimChecker checker(model, form, options.tolerance, report);
     const bool isOptimum = claim.status == ClaimedStatus::Optimal;
     if (isOptimum || claim.status == ClaimedStatus::Feasible ||
         (claim.status == ClaimedStatus::Unbounded && !claim.values.empty()))
-        court.JudgePoint(claim);
+        checker.CheckPoint(claim);
     if (isOptimum && !claim.duals.empty())
-        court.JudgeDuals(claim);
+        checker.CheckDuals(claim);
     if (claim.status == ClaimedStatus::Unbounded && !claim.ray.empty())
-        court.JudgeRay(claim);
+        checker.CheckRay(claim);
     if (claim.status == ClaimedStatus::Infeasible && !claim.farkas.empty())
-        court.JudgeFarkas(claim);
+        checker.CheckFarkas(claim);
     if (claim.status == ClaimedStatus::Feasible)
         report.evidence = Evidence::Values;
     else
     {
-        FindTruth(form, model, claim, options, court, report);
+        FindTruth(form, model, claim, options, checker, report);
         if (report.truth != ProofStatus::Stopped && !IsTrue(claim.status, report.truth))
-            court.Disagree("claim.status", TruthWords(report.truth));
+            checker.Disagree("claim.status", TruthWords(report.truth));
         if (isOptimum && report.truth == ProofStatus::Optimal)
-            court.JudgeOptimum(claim);
+            checker.CheckOptimum(claim);
     }
     report.judgement = report.disagreementCount != 0       ? Judgement::Refuted
                        : report.evidence == Evidence::None ? Judgement::Undecided

@@ -31,13 +31,13 @@ const Rational& NumberAt(const Claim::Numbers& numbers, Index k)
 
 }  // namespace
 
-void Measured::Add(const Rational& term)
+void ScaledSum::Add(const Rational& term)
 {
     sum += term;
     scale = std::max(scale, std::fabs(ToDouble(term)));
 }
 
-double Measured::Above(const Rational& other) const
+double ScaledSum::Above(const Rational& other) const
 {
     if (sum <= other)
         return 0.0;
@@ -46,22 +46,22 @@ double Measured::Above(const Rational& other) const
                     std::numeric_limits<double>::denorm_min());
 }
 
-std::string Court::NameOf(Index variable) const
+std::string ClaimChecker::NameOf(Index variable) const
 {
     return m_form.IsLogical(variable)
                ? fmt::format("row '{}'", m_model.RowName(variable - m_form.columns))
                : fmt::format("variable '{}'", m_model.VariableName(variable));
 }
 
-void Court::Disagree(std::string code, std::string text)
+void ClaimChecker::Disagree(std::string code, std::string text)
 {
     if (++m_report.disagreementCount <= ClaimReport::kMostKept)
         m_report.disagreements.push_back({std::move(code), std::move(text)});
 }
 
-std::vector<Measured> Court::Extended(const Claim::Numbers& numbers) const
+std::vector<ScaledSum> ClaimChecker::Extended(const Claim::Numbers& numbers) const
 {
-    std::vector<Measured> result(m_form.Variables());
+    std::vector<ScaledSum> result(m_form.Variables());
     for (Index j = 0; j < m_form.columns; ++j)
     {
         const Rational& number = NumberAt(numbers, j);
@@ -74,10 +74,10 @@ std::vector<Measured> Court::Extended(const Claim::Numbers& numbers) const
     return result;
 }
 
-std::vector<Measured> Court::Priced(const Claim::Numbers& multipliers, double sign,
-                                    bool withCost) const
+std::vector<ScaledSum> ClaimChecker::Priced(const Claim::Numbers& multipliers, double sign,
+                                            bool withCost) const
 {
-    std::vector<Measured> result(m_form.Variables());
+    std::vector<ScaledSum> result(m_form.Variables());
     for (Index j = 0; withCost && j < m_form.columns; ++j)
         result[j].Add(ToRational(m_form.cost[j]));
     for (Index i = 0; i < m_form.rows; ++i)
@@ -93,9 +93,9 @@ std::vector<Measured> Court::Priced(const Claim::Numbers& multipliers, double si
     return result;
 }
 
-void Court::JudgeBounds(Index variable)
+void ClaimChecker::CheckBounds(Index variable)
 {
-    const Measured& value = m_point[variable];
+    const ScaledSum& value = m_point[variable];
     for (const bool isUpper : {false, true})
     {
         const double bound = isUpper ? m_form.Upper(variable) : m_form.Lower(variable);
@@ -120,51 +120,51 @@ void Court::JudgeBounds(Index variable)
     }
 }
 
-void Court::JudgeStated(const std::optional<Rational>& stated, const Measured& found,
-                        const char* code, std::string_view what)
+void ClaimChecker::CheckStated(const std::optional<Rational>& stated, const ScaledSum& found,
+                               const char* code, std::string_view what)
 {
     if (!stated)
         return;
     const double over = found.Above(*stated);
-    const double under = Measured{*stated, found.scale}.Above(found.sum);
+    const double under = ScaledSum{*stated, found.scale}.Above(found.sum);
     if (IsOff(std::max(over, under)))
         Disagree(code,
                  fmt::format("{} is {}, not {} as stated", what, Text(found.sum), Text(*stated)));
 }
 
-void Court::JudgePoint(const Claim& claim)
+void ClaimChecker::CheckPoint(const Claim& claim)
 {
     m_report.hasPoint = true;
     for (Index j = 0; j < m_form.columns; ++j)
         m_report.unnamed += j >= claim.values.size() || !claim.values[j] ? 1U : 0U;
     m_point = Extended(claim.values);
     for (Index v = 0; v < m_form.Variables(); ++v)
-        JudgeBounds(v);
+        CheckBounds(v);
     for (Index i = 0; i < m_form.rows && !claim.activities.empty(); ++i)
-        JudgeStated(claim.activities[i], m_point[m_form.columns + i], "claim.activity",
+        CheckStated(claim.activities[i], m_point[m_form.columns + i], "claim.activity",
                     "the activity of " + NameOf(m_form.columns + i));
     m_objective.Add(ToRational(m_model.ObjectiveConstant()));
     for (Index j = 0; j < m_form.columns; ++j)
         if (m_point[j].sum != 0)
             m_objective.Add(ToRational(m_model.Objective()[j]) * m_point[j].sum);
     m_report.objective = m_objective.sum;
-    JudgeStated(claim.objective, m_objective, "claim.objective", "the objective of these values");
+    CheckStated(claim.objective, m_objective, "claim.objective", "the objective of these values");
 }
 
-void Court::JudgeDuals(const Claim& claim)
+void ClaimChecker::CheckDuals(const Claim& claim)
 {
     const double sign = SignOf(m_model);
-    std::vector<Measured> reduced = Priced(claim.duals, sign, true);
+    std::vector<ScaledSum> reduced = Priced(claim.duals, sign, true);
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        const Measured& value = m_point[v];
+        const ScaledSum& value = m_point[v];
         const double lower = m_form.Lower(v);
         const double upper = m_form.Upper(v);
         const bool mayFall = std::isinf(lower) || IsOff(value.Above(ToRational(lower)));
         const bool mayRise =
-            std::isinf(upper) || IsOff(Measured{ToRational(upper), value.scale}.Above(value.sum));
+            std::isinf(upper) || IsOff(ScaledSum{ToRational(upper), value.scale}.Above(value.sum));
         const bool wantsToFall = IsOff(reduced[v].Above(0));
-        const bool wantsToRise = IsOff(Measured{0, reduced[v].scale}.Above(reduced[v].sum));
+        const bool wantsToRise = IsOff(ScaledSum{0, reduced[v].scale}.Above(reduced[v].sum));
         if ((wantsToFall && mayFall) || (wantsToRise && mayRise))
             Disagree("claim.dual", fmt::format("by the dual values, the objective would improve if "
                                                "{} were {}",
@@ -173,19 +173,19 @@ void Court::JudgeDuals(const Claim& claim)
         {
             if (sign < 0.0)
                 reduced[v].sum = -reduced[v].sum;
-            JudgeStated(claim.reducedCosts[v], reduced[v], "claim.reduced-cost",
+            CheckStated(claim.reducedCosts[v], reduced[v], "claim.reduced-cost",
                         "by the dual values, the reduced cost of " + NameOf(v));
         }
     }
 }
 
-void Court::JudgeRay(const Claim& claim)
+void ClaimChecker::CheckRay(const Claim& claim)
 {
-    const std::vector<Measured> rates = Extended(claim.ray);
-    Measured gain;
+    const std::vector<ScaledSum> rates = Extended(claim.ray);
+    ScaledSum gain;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        const bool falls = IsOff(Measured{0, rates[v].scale}.Above(rates[v].sum));
+        const bool falls = IsOff(ScaledSum{0, rates[v].scale}.Above(rates[v].sum));
         const bool rises = IsOff(rates[v].Above(0));
         if ((falls && std::isfinite(m_form.Lower(v))) || (rises && std::isfinite(m_form.Upper(v))))
             Disagree("claim.ray", fmt::format("along the ray, {} {} past its bound", NameOf(v),
@@ -197,18 +197,18 @@ void Court::JudgeRay(const Claim& claim)
         Disagree("claim.ray", "along the ray, the objective does not improve");
 }
 
-void Court::JudgeFarkas(const Claim& claim)
+void ClaimChecker::CheckFarkas(const Claim& claim)
 {
-    const std::vector<Measured> factors = Priced(claim.farkas, 1.0, false);
+    const std::vector<ScaledSum> factors = Priced(claim.farkas, 1.0, false);
     Rational sum = 0;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        const Measured& factor = factors[v];
+        const ScaledSum& factor = factors[v];
         if (factor.sum == 0)
             continue;
         const double bound = factor.sum > 0 ? m_form.Lower(v) : m_form.Upper(v);
         const bool matters =
-            IsOff(std::max(factor.Above(0), Measured{0, factor.scale}.Above(factor.sum)));
+            IsOff(std::max(factor.Above(0), ScaledSum{0, factor.scale}.Above(factor.sum)));
         if (std::isfinite(bound))
             sum += factor.sum * ToRational(bound);
         else if (matters)
@@ -220,11 +220,11 @@ void Court::JudgeFarkas(const Claim& claim)
         Disagree("claim.farkas", "the multipliers contradict nothing");
 }
 
-void Court::JudgeOptimum(const Claim& claim)
+void ClaimChecker::CheckOptimum(const Claim& claim)
 {
     const Rational& optimum = m_report.optimum;
     const bool isMaximum = m_model.ObjectiveSense() == Sense::Maximize;
-    const Measured best{optimum, m_objective.scale};
+    const ScaledSum best{optimum, m_objective.scale};
     const double worse = isMaximum ? best.Above(m_objective.sum) : m_objective.Above(optimum);
     const double better = isMaximum ? m_objective.Above(optimum) : best.Above(m_objective.sum);
     // Values that break a bound can be better than any that do not; that was said already.

@@ -1,16 +1,21 @@
-/// The numbers of a claim against the numbers of the model, each with what it is made of, so that a
-/// tolerance can be relative. All sums are exact.
+/// Compares the numbers of a claim with those of the model. All sums are exact; each keeps the size
+/// of its terms, so that a tolerance can be relative.
 #pragma once
 
-#include "Nuv/Report/CheckClaim.hpp"
+#include "Nuv/Model/Model.hpp"
+#include "Nuv/Report/ClaimReport.hpp"
+#include "Nuv/SparseSimplex/BoundedForm.hpp"
 
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace nuv::claim
 {
 
 /// A sum and the largest of its terms' magnitudes, at least 1.
-struct Measured
+struct ScaledSum
 {
     Rational sum = 0;
     double scale = 1.0;
@@ -21,27 +26,27 @@ struct Measured
 };
 
 /// Collects disagreements about one model.
-class Court
+class ClaimChecker
 {
 public:
-    Court(const Model& model, const BoundedForm& form, double tolerance, ClaimReport& report)
+    ClaimChecker(const Model& model, const BoundedForm& form, double tolerance, ClaimReport& report)
         : m_model(model), m_form(form), m_tolerance(tolerance), m_report(report)
     {
     }
 
     /// Values, activities and objective as the claim has them; a variable that it does not name
     /// counts as 0. Fills in what the report says of the point.
-    void JudgePoint(const Claim& claim);
+    void CheckPoint(const Claim& claim);
     /// Duals and reduced costs at that point.
-    void JudgeDuals(const Claim& claim);
-    void JudgeRay(const Claim& claim);
-    void JudgeFarkas(const Claim& claim);
+    void CheckDuals(const Claim& claim);
+    void CheckRay(const Claim& claim);
+    void CheckFarkas(const Claim& claim);
     /// The point's objective and the claimed optimum, once the truth is known.
-    void JudgeOptimum(const Claim& claim);
+    void CheckOptimum(const Claim& claim);
 
     void Disagree(std::string code, std::string text);
 
-    [[nodiscard]] const std::vector<Measured>& Point() const noexcept
+    [[nodiscard]] const std::vector<ScaledSum>& Point() const noexcept
     {
         return m_point;
     }
@@ -54,20 +59,20 @@ private:
         return fraction > m_tolerance;
     }
     /// The numbers, by column, and the sums of all rows over them.
-    [[nodiscard]] std::vector<Measured> Extended(const Claim::Numbers& numbers) const;
+    [[nodiscard]] std::vector<ScaledSum> Extended(const Claim::Numbers& numbers) const;
     /// -Aᵀ y by column and y by row, and with `withCost` the costs added, for the minimisation.
-    [[nodiscard]] std::vector<Measured> Priced(const Claim::Numbers& multipliers, double sign,
-                                               bool withCost) const;
-    void JudgeBounds(Index variable);
-    void JudgeStated(const std::optional<Rational>& stated, const Measured& found, const char* code,
-                     std::string_view what);
+    [[nodiscard]] std::vector<ScaledSum> Priced(const Claim::Numbers& multipliers, double sign,
+                                                bool withCost) const;
+    void CheckBounds(Index variable);
+    void CheckStated(const std::optional<Rational>& stated, const ScaledSum& found,
+                     const char* code, std::string_view what);
 
     const Model& m_model;
     const BoundedForm& m_form;
     double m_tolerance;
     ClaimReport& m_report;
-    std::vector<Measured> m_point;  ///< by variable of the form: columns, then rows
-    Measured m_objective;           ///< in the model's sense
+    std::vector<ScaledSum> m_point;  ///< by variable of the form: columns, then rows
+    ScaledSum m_objective;           ///< in the model's sense
 };
 
 }  // namespace nuv::claim

@@ -1,7 +1,10 @@
 // The JSON of a result, key by key; what is not known is passed over, as the schema may grow.
-#include "Nuv/Report/NamedReader.hpp"
+#include "Nuv/Report/ClaimJson.hpp"
 
 #include "Nuv/Report/ClaimReader.hpp"
+#include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/NamedReader.hpp"
+#include "Nuv/Report/Words.hpp"
 
 #include <fmt/format.h>
 
@@ -33,9 +36,9 @@ private:
     bool ReadSchema(const JsonValue& result)
     {
         const JsonValue* const schema = result.Find("schema");
-        return (schema && schema->text == "nuvlp/result/1") ||
+        return (schema && schema->text == kResultSchema) ||
                m_log.Fail(schema ? schema->at : result.at, "claim.schema",
-                          "the schema is not \"nuvlp/result/1\"",
+                          fmt::format("the schema is not \"{}\"", kResultSchema),
                           "give what nuvlp solve --json wrote");
     }
 
@@ -43,12 +46,9 @@ private:
     {
         const JsonValue* const status = result.Find("status");
         const std::string_view word = status ? std::string_view(status->text) : "";
-        if (word == "optimal")
-            claim.status = ClaimedStatus::Optimal;
-        else if (word == "infeasible")
-            claim.status = ClaimedStatus::Infeasible;
-        else if (word == "unbounded")
-            claim.status = ClaimedStatus::Unbounded;
+        const std::optional<ClaimedStatus> claimed = FromWord<ClaimedStatus>(word);
+        if (claimed)
+            claim.status = *claimed;
         else if (isNeeded)
             return m_log.Fail(status ? status->at : result.at, "claim.status",
                               word.empty() ? std::string("the file states no status")
@@ -185,13 +185,10 @@ private:
         if (!word)
             return true;
         basis.resize(count, BasisStatus::Basic);
-        for (const auto& [text, status] :
-             {std::pair("basic", BasisStatus::Basic), std::pair("lower", BasisStatus::AtLower),
-              std::pair("upper", BasisStatus::AtUpper), std::pair("free", BasisStatus::Free)})
+        const std::optional<BasisStatus> status = FromWord<BasisStatus>(word->text);
+        if (status)
         {
-            if (word->text != text)
-                continue;
-            basis[index] = status;
+            basis[index] = *status;
             return true;
         }
         return m_log.Fail(word->at, "claim.basis", "this is no part of a basis",
@@ -209,8 +206,8 @@ private:
 
 }  // namespace
 
-bool ReadResult(const JsonValue& result, bool needsStatus, const Model& model, DiagnosticLog& log,
-                Claim& claim)
+bool ReadResultJson(const JsonValue& result, bool needsStatus, const Model& model,
+                    DiagnosticLog& log, Claim& claim)
 {
     return ResultReader(model, log).Read(result, needsStatus, claim);
 }

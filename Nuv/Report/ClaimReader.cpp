@@ -2,8 +2,9 @@
 #include "Nuv/Report/ClaimReader.hpp"
 
 #include "Nuv/Io/NumberText.hpp"
-#include "Nuv/Report/NamedReader.hpp"
+#include "Nuv/Report/ClaimJson.hpp"
 #include "Nuv/Report/JsonReader.hpp"
+#include "Nuv/Report/NamedReader.hpp"
 
 #include <fmt/format.h>
 
@@ -92,7 +93,7 @@ bool ReadEither(std::string_view text, const Model& model, bool needsStatus, Dia
     if (!isJson)
         return TextReader(model, log).Read(text, claim);
     const std::optional<JsonValue> value = ReadJson(text, log);
-    return value && ReadResult(*value, needsStatus, model, log, claim);
+    return value && ReadResultJson(*value, needsStatus, model, log, claim);
 }
 
 }  // namespace
@@ -153,14 +154,14 @@ std::optional<Rational> ReadExactNumber(std::string_view text)
     return ToRational(value);
 }
 
-ClaimReading ReadClaim(std::string_view text, const std::string& file, const Model& model,
-                       std::optional<ClaimedStatus> status)
+ClaimReadResult ReadClaim(std::string_view text, const std::string& file, const Model& model,
+                          std::optional<ClaimedStatus> status)
 {
     if (text.starts_with("\xEF\xBB\xBF"))
         text.remove_prefix(3);
     DiagnosticLog log(file, text);
     Claim found;
-    ClaimReading reading;
+    ClaimReadResult reading;
     if (claim::ReadEither(text, model, !status, log, found))
     {
         found.status = status.value_or(found.status);

@@ -15,7 +15,7 @@
 namespace nuv
 {
 
-struct ClaimReading
+struct ClaimReadResult
 {
     /// Empty if there was an error.
     std::optional<Claim> claim;
@@ -24,8 +24,8 @@ struct ClaimReading
 
 /// Reads what `text` says about `model`; `status` replaces what it says of the status, which plain
 /// text says nothing of: without it that is a claim of an optimum.
-[[nodiscard]] ClaimReading ReadClaim(std::string_view text, const std::string& file,
-                                     const Model& model, std::optional<ClaimedStatus> status);
+[[nodiscard]] ClaimReadResult ReadClaim(std::string_view text, const std::string& file,
+                                        const Model& model, std::optional<ClaimedStatus> status);
 
 /// A decimal, as the nearest double, or p/q of integers, exactly.
 /// @return nothing for any other text, infinities and NaN too.

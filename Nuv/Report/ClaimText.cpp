@@ -1,73 +1,49 @@
 #include "Nuv/Report/ClaimText.hpp"
 
 #include "Nuv/Report/TextReport.hpp"
+#include "Nuv/Report/Words.hpp"
 
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Report/JsonWriter.hpp"
 
 #include <fmt/format.h>
 
-namespace nuvlp
+namespace nuv
 {
 namespace
 {
-
-std::string_view Word(nuv::ClaimedStatus status)
-{
-    constexpr std::string_view words[] = {"feasible", "optimal", "infeasible", "unbounded"};
-    return words[static_cast<std::size_t>(status)];
-}
-
-std::string_view Word(nuv::ProofStatus status)
-{
-    constexpr std::string_view words[] = {"optimal", "infeasible", "unbounded", "unknown"};
-    return words[static_cast<std::size_t>(status)];
-}
-
-std::string_view Word(nuv::Judgement judgement)
-{
-    constexpr std::string_view words[] = {"confirmed", "refuted", "undecided"};
-    return words[static_cast<std::size_t>(judgement)];
-}
-
-std::string_view Word(nuv::Evidence evidence)
-{
-    constexpr std::string_view words[] = {"none",  "values",   "certificate",
-                                          "basis", "conflict", "solve"};
-    return words[static_cast<std::size_t>(evidence)];
-}
 
 std::string PivotWords(std::uint64_t pivots)
 {
     return fmt::format("{} {}", pivots, pivots == 1 ? "pivot" : "pivots");
 }
 
-std::string EvidenceWords(const nuv::ClaimReport& report)
+std::string EvidenceWords(const ClaimReport& report)
 {
     switch (report.evidence)
     {
-    case nuv::Evidence::Values:
+    case Evidence::Values:
         return "the values themselves";
-    case nuv::Evidence::Certificate:
+    case Evidence::Certificate:
         return "the certificate in the file, exact as it stands";
-    case nuv::Evidence::Basis:
+    case Evidence::Basis:
         return "from the basis in the file, " + PivotWords(report.pivots);
-    case nuv::Evidence::Conflict:
+    case Evidence::Conflict:
         return "by the conflict in the file, " + PivotWords(report.pivots);
-    case nuv::Evidence::Solve:
+    case Evidence::Solve:
         return "by a solve, " + PivotWords(report.pivots);
-    case nuv::Evidence::None:
+    case Evidence::None:
         break;
     }
     return "none";
 }
 
-std::string PointWords(const nuv::ClaimReport& report)
+std::string PointWords(const ClaimReport& report)
 {
     const std::string text = report.violated.empty()
                                  ? "within all rows and bounds, exactly"
                                  : fmt::format("{} is beyond its bound by {}, nothing by more",
-                                               report.violated, nuv::NumberText(report.violation));
+                                               report.violated, NumberText(report.violation));
     return report.unnamed == 0
                ? text
                : fmt::format("{}; {} without a value, taken for 0", text, report.unnamed);
@@ -75,21 +51,20 @@ std::string PointWords(const nuv::ClaimReport& report)
 
 }  // namespace
 
-std::string ClaimText(const nuv::ClaimReport& report)
+std::string ClaimText(const ClaimReport& report)
 {
-    std::string text = fmt::format("claim      {}\n", Word(report.claimed));
+    std::string text = fmt::format("claim      {}\n", WordOf(report.claimed));
     if (report.hasPoint)
         text += fmt::format("values     {}\nobjective  {}\n", PointWords(report),
-                            nuv::NumberText(nuv::ToDouble(report.objective) + 0.0));
-    if (report.truth == nuv::ProofStatus::Optimal)
-        text +=
-            fmt::format("optimum    {}{}\n", nuv::NumberText(nuv::ToDouble(report.optimum) + 0.0),
-                        ExactWords(nuv::ToString(report.optimum)));
+                            NumberText(ToDouble(report.objective) + 0.0));
+    if (report.truth == ProofStatus::Optimal)
+        text += fmt::format("optimum    {}{}\n", NumberText(ToDouble(report.optimum) + 0.0),
+                            ExactWords(ToString(report.optimum)));
     text += fmt::format("proof      {}\nverdict    {}\n", EvidenceWords(report),
-                        Word(report.judgement));
+                        WordOf(report.judgement));
     if (report.disagreementCount != 0)
         text += '\n';
-    for (const nuv::Disagreement& disagreement : report.disagreements)
+    for (const Disagreement& disagreement : report.disagreements)
         text += disagreement.text + "\n";
     if (report.disagreementCount > report.disagreements.size())
         text +=
@@ -97,27 +72,27 @@ std::string ClaimText(const nuv::ClaimReport& report)
     return text;
 }
 
-std::string ClaimJson(const nuv::ClaimReport& report)
+std::string ClaimJson(const ClaimReport& report)
 {
-    nuv::Json json;
+    Json json;
     json.Open('{').Key("schema").Text(kProofSchema);
-    json.Key("claim").Text(Word(report.claimed));
-    json.Key("verdict").Text(Word(report.judgement));
-    json.Key("truth").Text(Word(report.truth));
-    json.Key("proof").Open('{').Key("by").Text(Word(report.evidence));
+    json.Key("claim").Text(WordOf(report.claimed));
+    json.Key("verdict").Text(WordOf(report.judgement));
+    json.Key("truth").Text(WordOf(report.truth));
+    json.Key("proof").Open('{').Key("by").Text(WordOf(report.evidence));
     json.Key("pivots").Count(report.pivots);
-    if (report.truth == nuv::ProofStatus::Optimal)
-        json.Key("objective").Text(nuv::ToString(report.optimum));
+    if (report.truth == ProofStatus::Optimal)
+        json.Key("objective").Text(ToString(report.optimum));
     json.Close('}');
     if (report.hasPoint)
     {
-        json.Key("objective").Number(nuv::ToDouble(report.objective));
+        json.Key("objective").Number(ToDouble(report.objective));
         json.Key("unnamed").Count(report.unnamed);
         json.Key("violation").Number(report.violation);
         json.Key("violated").Text(report.violated);
     }
     json.Key("disagreements").Open('[');
-    for (const nuv::Disagreement& disagreement : report.disagreements)
+    for (const Disagreement& disagreement : report.disagreements)
     {
         json.Open('{').Key("code").Text(disagreement.code);
         json.Key("text").Text(disagreement.text).Close('}');
@@ -126,4 +101,4 @@ std::string ClaimJson(const nuv::ClaimReport& report)
     return json.Close('}').Finish();
 }
 
-}  // namespace nuvlp
+}  // namespace nuv

@@ -1,19 +1,19 @@
 /// What became of a claim, for people and for programs.
 #pragma once
 
-#include "Nuv/Report/CheckClaim.hpp"
+#include "Nuv/Report/ClaimReport.hpp"
 
 #include <string>
 #include <string_view>
 
-namespace nuvlp
+namespace nuv
 {
 
-[[nodiscard]] std::string ClaimText(const nuv::ClaimReport& report);
+[[nodiscard]] std::string ClaimText(const ClaimReport& report);
 
 inline constexpr std::string_view kProofSchema = "nuvlp/proof/1";
 
 /// One JSON object of the schema kProofSchema.
-[[nodiscard]] std::string ClaimJson(const nuv::ClaimReport& report);
+[[nodiscard]] std::string ClaimJson(const ClaimReport& report);
 
-}  // namespace nuvlp
+}  // namespace nuv

@@ -1,6 +1,7 @@
 #include "Nuv/Report/JsonReport.hpp"
 
 #include "Nuv/Report/JsonWriter.hpp"
+#include "Nuv/Report/Words.hpp"
 
 #include <cmath>
 #include <utility>
@@ -9,22 +10,6 @@ namespace nuv
 {
 namespace
 {
-
-std::string_view BasisWord(BasisStatus status)
-{
-    switch (status)
-    {
-    case BasisStatus::Basic:
-        return "basic";
-    case BasisStatus::AtLower:
-        return "lower";
-    case BasisStatus::AtUpper:
-        return "upper";
-    case BasisStatus::Free:
-        break;
-    }
-    return "free";
-}
 
 void WriteRange(Json& json, std::string_view key, const AllowedRange& range)
 {
@@ -42,7 +27,7 @@ void WriteVariables(Json& json, const Model& model, const Solution& solution)
             json.Key("reduced_cost")
                 .Number(solution.reducedCosts[j])
                 .Key("basis")
-                .Text(BasisWord(solution.proof.basis.columns[j]));
+                .Text(WordOf(solution.proof.basis.columns[j]));
         if (!solution.sensitivity.cost.empty())
             WriteRange(json, "objective_range", solution.sensitivity.cost[j]);
         json.Close('}');
@@ -74,7 +59,7 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
             json.Key("dual")
                 .Number(solution.duals[i])
                 .Key("basis")
-                .Text(BasisWord(solution.proof.basis.rows[i]));
+                .Text(WordOf(solution.proof.basis.rows[i]));
         if (!solution.sensitivity.rowUpper.empty())
             WriteRange(json, "rhs_range", RangeOfRow(model, solution, i));
         json.Close('}');
@@ -159,17 +144,10 @@ void WriteWarnings(Json& json, std::span<const Diagnostic> diagnostics)
     json.Close(']');
 }
 
-std::string_view OutcomeWord(FloatOutcome outcome)
-{
-    constexpr std::string_view words[] = {"optimal", "infeasible", "unbounded", "pivot-limit",
-                                          "cycling", "cancelled",  "skipped"};
-    return words[static_cast<std::size_t>(outcome)];
-}
-
 /// How the first stage ended, and the pivots that a basis took to come back where it did.
 void WriteFloatStage(Json& json, const FloatResult& stage)
 {
-    json.Key("float_stage").Open('{').Key("outcome").Text(OutcomeWord(stage.outcome));
+    json.Key("float_stage").Open('{').Key("outcome").Text(WordOf(stage.outcome));
     if (stage.outcome == FloatOutcome::Cycling)
         json.Key("period").Count(stage.period);
     json.Close('}');
@@ -177,7 +155,7 @@ void WriteFloatStage(Json& json, const FloatResult& stage)
 
 void WriteVerdict(Json& json, const Solution& solution)
 {
-    json.Key("schema").Text(kResultSchema).Key("status").Text(StatusWord(solution.status));
+    json.Key("schema").Text(kResultSchema).Key("status").Text(WordOf(solution.status));
     json.Key("objective");
     if (solution.values.empty() && solution.exactObjective.empty())
         json.Raw("null");
@@ -200,24 +178,6 @@ void WriteVerdict(Json& json, const Solution& solution)
 }
 
 }  // namespace
-
-std::string_view StatusWord(SolveStatus status)
-{
-    switch (status)
-    {
-    case SolveStatus::Optimal:
-        return "optimal";
-    case SolveStatus::Infeasible:
-        return "infeasible";
-    case SolveStatus::Unbounded:
-        return "unbounded";
-    case SolveStatus::Stopped:
-        return "stopped";
-    case SolveStatus::Invalid:
-        break;
-    }
-    return "invalid";
-}
 
 std::string JsonReport(const Model& model, const Solution& solution,
                        std::span<const Diagnostic> diagnostics)

@@ -24,7 +24,4 @@ inline constexpr std::string_view kResultSchema = "nuvlp/result/1";
 [[nodiscard]] std::string ErrorJson(std::string_view schema, const Error& error,
                                     std::span<const Diagnostic> diagnostics);
 
-/// The word for a status: "optimal", "infeasible", "unbounded", "stopped" or "invalid".
-[[nodiscard]] std::string_view StatusWord(SolveStatus status);
-
 }  // namespace nuv

@@ -5,7 +5,6 @@
 #include "Nuv/Io/Diagnostics.hpp"
 #include "Nuv/Model/Model.hpp"
 #include "Nuv/Report/Claim.hpp"
-#include "Nuv/Report/JsonReader.hpp"
 
 #include <optional>
 #include <string_view>
@@ -36,10 +35,5 @@ protected:
     const Model& m_model;
     DiagnosticLog& m_log;
 };
-
-/// Reads the parsed JSON of a result.
-/// @return false after an error.
-[[nodiscard]] bool ReadResult(const JsonValue& result, bool needsStatus, const Model& model,
-                              DiagnosticLog& log, Claim& claim);
 
 }  // namespace nuv::claim

@@ -2,7 +2,7 @@
 // doubles.
 #include "Nuv/Report/TextReport.hpp"
 
-#include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/Words.hpp"
 
 #include <fmt/format.h>
 
@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace nuvlp
+namespace nuv
 {
 namespace
 {
@@ -73,28 +73,28 @@ std::string Number(double value)
     return fmt::format("{}", value + 0.0);
 }
 
-std::string CycleWords(const nuv::FloatResult& stage)
+std::string CycleWords(const FloatResult& stage)
 {
     return fmt::format("basis repeated after {} pivots, a cycle of {}", stage.pivots, stage.period);
 }
 
-std::string StopWords(const nuv::Solution& solution)
+std::string StopWords(const Solution& solution)
 {
-    if (solution.floatStage.outcome == nuv::FloatOutcome::Cycling &&
-        solution.proof.stopReason == nuv::StopReason::None)
+    if (solution.floatStage.outcome == FloatOutcome::Cycling &&
+        solution.proof.stopReason == StopReason::None)
         return ": " + CycleWords(solution.floatStage);
-    if (solution.floatStage.outcome == nuv::FloatOutcome::Skipped &&
-        solution.proof.stopReason == nuv::StopReason::None)
+    if (solution.floatStage.outcome == FloatOutcome::Skipped &&
+        solution.proof.stopReason == StopReason::None)
         return ": the model is empty, too large or beyond single precision";
     switch (solution.proof.stopReason)
     {
-    case nuv::StopReason::TimeLimit:
+    case StopReason::TimeLimit:
         return " by the time limit";
-    case nuv::StopReason::PivotLimit:
+    case StopReason::PivotLimit:
         return " by the pivot limit";
-    case nuv::StopReason::Cancelled:
+    case StopReason::Cancelled:
         return " by an interrupt";
-    case nuv::StopReason::None:
+    case StopReason::None:
         break;
     }
     return "";
@@ -120,18 +120,18 @@ std::string SlackWords(double activity, double lower, double upper)
     return std::isinf(slack) ? "" : Number(slack);
 }
 
-std::string Head(const nuv::Solution& solution)
+std::string Head(const Solution& solution)
 {
-    std::string text = fmt::format("status     {}", nuv::StatusWord(solution.status));
-    if (solution.status == nuv::SolveStatus::Stopped)
+    std::string text = fmt::format("status     {}", WordOf(solution.status));
+    if (solution.status == SolveStatus::Stopped)
         text += StopWords(solution);
     text += '\n';
-    const bool optimal = solution.status == nuv::SolveStatus::Optimal;
+    const bool optimal = solution.status == SolveStatus::Optimal;
     if (optimal || !solution.values.empty())
         text += "objective  " + Number(solution.objective) + "\n";
     text += fmt::format("proof      {}{}\n", solution.proved ? "proved" : "not proved",
                         ExactWords(solution.exactObjective));
-    if (solution.status == nuv::SolveStatus::Stopped && !solution.values.empty())
+    if (solution.status == SolveStatus::Stopped && !solution.values.empty())
     {
         text += fmt::format("violation  {} of a bound, {} of an optimality condition\n",
                             Number(solution.proof.primalViolation),
@@ -140,7 +140,7 @@ std::string Head(const nuv::Solution& solution)
     return text;
 }
 
-std::string Values(const nuv::Model& model, const nuv::Solution& solution)
+std::string Values(const Model& model, const Solution& solution)
 {
     Table variables;
     variables.Add({"variable", "value"});
@@ -176,13 +176,13 @@ std::string NonZeros(std::string title, std::string unit, std::span<const double
 }
 
 /// Rows and bounds that exclude each other, under their names.
-std::string ConflictWords(const nuv::Model& model, const nuv::Conflict& conflict)
+std::string ConflictWords(const Model& model, const Conflict& conflict)
 {
     Table table;
     table.Add({conflict.minimal ? "these exclude each other, none can be left out"
                                 : "these exclude each other, some may be dispensable",
                "side"});
-    for (const nuv::ConflictMember& member : conflict.members)
+    for (const ConflictMember& member : conflict.members)
     {
         const bool isRow = member.variable >= model.VariableCount();
         const std::uint32_t index =
@@ -197,13 +197,13 @@ std::string ConflictWords(const nuv::Model& model, const nuv::Conflict& conflict
     return table.HasLines() ? "\n" + table.Text() : "";
 }
 
-std::string RangeWords(const nuv::AllowedRange& range)
+std::string RangeWords(const AllowedRange& range)
 {
     return Number(range.lower) + " .. " + Number(range.upper);
 }
 
 /// How far the numbers of the model may move before another basis is optimal.
-std::string Ranges(const nuv::Model& model, const nuv::Solution& solution)
+std::string Ranges(const Model& model, const Solution& solution)
 {
     if (solution.sensitivity.cost.empty() && solution.sensitivity.rowUpper.empty())
         return "";
@@ -237,12 +237,12 @@ std::string ExactWords(std::string_view exact)
                                     digits - below, below - 1);
 }
 
-std::string TextReport(const nuv::Model& model, const nuv::Solution& solution, Detail detail)
+std::string TextReport(const Model& model, const Solution& solution, Detail detail)
 {
     std::string text = Head(solution);
     if (detail == Detail::Verdict)
         return text;
-    if (solution.proved && solution.floatStage.outcome == nuv::FloatOutcome::Cycling)
+    if (solution.proved && solution.floatStage.outcome == FloatOutcome::Cycling)
         text += "note       single precision stopped: " + CycleWords(solution.floatStage) + "\n";
     if (solution.values.size() == model.VariableCount() &&
         solution.activities.size() == model.RowCount())
@@ -259,4 +259,4 @@ std::string TextReport(const nuv::Model& model, const nuv::Solution& solution, D
     return text;
 }
 
-}  // namespace nuvlp
+}  // namespace nuv

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace nuvlp
+namespace nuv
 {
 
 enum class Detail
@@ -15,10 +15,9 @@ enum class Detail
     Full,     ///< and the tables
 };
 
-[[nodiscard]] std::string TextReport(const nuv::Model& model, const nuv::Solution& solution,
-                                     Detail detail);
+[[nodiscard]] std::string TextReport(const Model& model, const Solution& solution, Detail detail);
 
 /// ", exactly p/q", shortened to the sizes of p and q where no one would read it; empty for "".
 [[nodiscard]] std::string ExactWords(std::string_view exact);
 
-}  // namespace nuvlp
+}  // namespace nuv

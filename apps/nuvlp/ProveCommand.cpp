@@ -1,17 +1,19 @@
 // nuvlp prove MODEL SOLUTION: checks what a solution file says about a model.
-#include "Nuv/Report/ClaimText.hpp"
 #include "Commands.hpp"
 #include "Input.hpp"
 #include "Interrupts.hpp"
 #include "Output.hpp"
 
 #include "Nuv/Io/TextFile.hpp"
+#include "Nuv/Report/CheckClaim.hpp"
 #include "Nuv/Report/ClaimReader.hpp"
+#include "Nuv/Report/ClaimText.hpp"
+#include "Nuv/Report/Words.hpp"
 
 #include <cstdio>
-#include <map>
 #include <memory>
-#include <optional>
+#include <string>
+#include <vector>
 
 namespace nuvlp
 {
@@ -27,17 +29,6 @@ struct Options
     nuv::ClaimOptions check;
     bool quiet = false;
 };
-
-std::optional<nuv::ClaimedStatus> StatusOf(const std::string& word)
-{
-    static const std::map<std::string, nuv::ClaimedStatus> words = {
-        {"feasible", nuv::ClaimedStatus::Feasible},
-        {"optimal", nuv::ClaimedStatus::Optimal},
-        {"infeasible", nuv::ClaimedStatus::Infeasible},
-        {"unbounded", nuv::ClaimedStatus::Unbounded}};
-    const auto found = words.find(word);
-    return found == words.end() ? std::nullopt : std::optional(found->second);
-}
 
 ExitCode ExitCodeOfJudgement(nuv::Judgement judgement)
 {
@@ -60,31 +51,33 @@ ExitCode Run(const Options& options)
         const nuv::Error error{
             "usage", "only one of model and solution can come from standard input", "", "", 0, 0};
         std::fprintf(stderr, "nuvlp: %s\n", error.text.c_str());
-        return WriteError(options.output, kProofSchema, std::vector{nuv::WithoutPlace(error)},
+        return WriteError(options.output, nuv::kProofSchema, std::vector{nuv::WithoutPlace(error)},
                           ExitCode::Usage);
     }
     const nuv::Reading reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
-        return WriteError(options.output, kProofSchema, reading.diagnostics,
+        return WriteError(options.output, nuv::kProofSchema, reading.diagnostics,
                           ExitCodeOf(reading.GetError()));
     const nuv::Result<std::string> text = nuv::ReadTextFile(options.solution);
     if (!text)
     {
         const std::vector failure{nuv::WithoutPlace(text.GetError())};
         PrintDiagnostics(failure, Show::Errors);
-        return WriteError(options.output, kProofSchema, failure, ExitCodeOf(text.GetError()));
+        return WriteError(options.output, nuv::kProofSchema, failure, ExitCodeOf(text.GetError()));
     }
-    const nuv::ClaimReading claim = nuv::ReadClaim(*text, nuv::DisplayName(options.solution),
-                                                   *reading.model, StatusOf(options.claim));
+    const nuv::ClaimReadResult claim =
+        nuv::ReadClaim(*text, nuv::DisplayName(options.solution), *reading.model,
+                       nuv::FromWord<nuv::ClaimedStatus>(options.claim));
     PrintDiagnostics(claim.diagnostics, Show::Warnings);
     if (!claim.claim)
-        return WriteError(options.output, kProofSchema, claim.diagnostics, ExitCode::BadModel);
+        return WriteError(options.output, nuv::kProofSchema, claim.diagnostics, ExitCode::BadModel);
     CatchInterrupts();
     nuv::ClaimOptions check = options.check;
     check.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
     const nuv::ClaimReport report = nuv::CheckClaim(*reading.model, *claim.claim, check);
-    return WriteTo(options.output.path, options.output.json ? ClaimJson(report) : ClaimText(report),
+    return WriteTo(options.output.path,
+                   options.output.json ? nuv::ClaimJson(report) : nuv::ClaimText(report),
                    ExitCodeOfJudgement(report.judgement));
 }
 
@@ -96,7 +89,7 @@ Verb ProveVerb()
     Verb verb{.name = "prove",
               .text = "Check in exact arithmetic what a solution file claims",
               .run = [options] { return Run(*options); },
-              .schema = std::string(kProofSchema)};
+              .schema = std::string(nuv::kProofSchema)};
     AddModelSource(verb, options->source);
     verb.positionals.push_back(
         {.names = {"SOLUTION"},
@@ -108,7 +101,7 @@ Verb ProveVerb()
          .value = "STATUS",
          .text = "What is to be proved; what the file says, or that it is optimal, if not given",
          .target = &options->claim,
-         .choices = {"feasible", "optimal", "infeasible", "unbounded"}},
+         .choices = nuv::AllWords<nuv::ClaimedStatus>()},
         {.names = {"--tolerance"},
          .value = "FRACTION",
          .text = "How far off a number may be, as a fraction of its size; 0 for not at all",

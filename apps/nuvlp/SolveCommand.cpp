@@ -92,10 +92,10 @@ ExitCode Run(const Options& options)
         PrintDiagnostics(failure, Show::Errors);
         return WriteError(options.output, nuv::kResultSchema, failure, ExitCode::Internal);
     }
-    const Detail detail = options.quiet ? Detail::Verdict : Detail::Full;
+    const nuv::Detail detail = options.quiet ? nuv::Detail::Verdict : nuv::Detail::Full;
     const std::string report = options.output.json
                                    ? nuv::JsonReport(*reading.model, solution, reading.diagnostics)
-                                   : TextReport(*reading.model, solution, detail);
+                                   : nuv::TextReport(*reading.model, solution, detail);
     return WriteTo(options.output.path, report,
                    ExitCodeOfStatus(solution.status, options.exitStatus));
 }

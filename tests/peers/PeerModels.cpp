@@ -11,8 +11,8 @@
 
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/Mps/MpsWriter.hpp"
-#include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Report/JsonWriter.hpp"
+#include "Nuv/Report/Words.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/Solution.hpp"
 
@@ -188,7 +188,7 @@ std::string JsonModel(const Model& model, const std::string& file)
 
 std::string JsonAnswer(const Model& model, const Solution& solution)
 {
-    std::string text = R"("status":)" + JsonString(StatusWord(solution.status));
+    std::string text = R"("status":)" + JsonString(WordOf(solution.status));
     text.append(solution.proved ? R"(,"proved":true)" : R"(,"proved":false)");
     if (solution.status != SolveStatus::Optimal)
         return text;

@@ -1,0 +1,134 @@
+/// The word for each value of the enums that results are made of, in one table each: JSON is
+/// written and read with them, and the text reports and the options of the command use the same.
+#pragma once
+
+#include "Nuv/Report/Claim.hpp"
+#include "Nuv/Report/ClaimReport.hpp"
+#include "Nuv/Solve/Solution.hpp"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nuv
+{
+
+template <class Enum>
+struct Word
+{
+    Enum value;
+    std::string_view text;
+};
+
+/// Has a `table` for each of these enums.
+template <class Enum>
+struct Words;
+
+template <>
+struct Words<SolveStatus>
+{
+    static constexpr Word<SolveStatus> table[] = {
+        {SolveStatus::Optimal, "optimal"},     {SolveStatus::Infeasible, "infeasible"},
+        {SolveStatus::Unbounded, "unbounded"}, {SolveStatus::Stopped, "stopped"},
+        {SolveStatus::Invalid, "invalid"},
+    };
+};
+
+template <>
+struct Words<BasisStatus>
+{
+    static constexpr Word<BasisStatus> table[] = {
+        {BasisStatus::Basic, "basic"},
+        {BasisStatus::AtLower, "lower"},
+        {BasisStatus::AtUpper, "upper"},
+        {BasisStatus::Free, "free"},
+    };
+};
+
+template <>
+struct Words<FloatOutcome>
+{
+    static constexpr Word<FloatOutcome> table[] = {
+        {FloatOutcome::Optimal, "optimal"},     {FloatOutcome::Infeasible, "infeasible"},
+        {FloatOutcome::Unbounded, "unbounded"}, {FloatOutcome::PivotLimit, "pivot-limit"},
+        {FloatOutcome::Cycling, "cycling"},     {FloatOutcome::Cancelled, "cancelled"},
+        {FloatOutcome::Skipped, "skipped"},
+    };
+};
+
+template <>
+struct Words<ClaimedStatus>
+{
+    static constexpr Word<ClaimedStatus> table[] = {
+        {ClaimedStatus::Feasible, "feasible"},
+        {ClaimedStatus::Optimal, "optimal"},
+        {ClaimedStatus::Infeasible, "infeasible"},
+        {ClaimedStatus::Unbounded, "unbounded"},
+    };
+};
+
+template <>
+struct Words<ProofStatus>
+{
+    static constexpr Word<ProofStatus> table[] = {
+        {ProofStatus::Optimal, "optimal"},
+        {ProofStatus::Infeasible, "infeasible"},
+        {ProofStatus::Unbounded, "unbounded"},
+        {ProofStatus::Stopped, "unknown"},
+    };
+};
+
+template <>
+struct Words<Judgement>
+{
+    static constexpr Word<Judgement> table[] = {
+        {Judgement::Confirmed, "confirmed"},
+        {Judgement::Refuted, "refuted"},
+        {Judgement::Undecided, "undecided"},
+    };
+};
+
+template <>
+struct Words<Evidence>
+{
+    static constexpr Word<Evidence> table[] = {
+        {Evidence::None, "none"},
+        {Evidence::Values, "values"},
+        {Evidence::Certificate, "certificate"},
+        {Evidence::Basis, "basis"},
+        {Evidence::Conflict, "conflict"},
+        {Evidence::Solve, "solve"},
+    };
+};
+
+template <class Enum>
+[[nodiscard]] constexpr std::string_view WordOf(Enum value)
+{
+    for (const Word<Enum>& word : Words<Enum>::table)
+        if (word.value == value)
+            return word.text;
+    return {};
+}
+
+/// @return nothing for a word that is not in the table.
+template <class Enum>
+[[nodiscard]] constexpr std::optional<Enum> FromWord(std::string_view text)
+{
+    for (const Word<Enum>& word : Words<Enum>::table)
+        if (word.text == text)
+            return word.value;
+    return std::nullopt;
+}
+
+/// All words of the table, in its order.
+template <class Enum>
+[[nodiscard]] std::vector<std::string> AllWords()
+{
+    std::vector<std::string> words;
+    for (const Word<Enum>& word : Words<Enum>::table)
+        words.emplace_back(word.text);
+    return words;
+}
+
+}  // namespace nuv
