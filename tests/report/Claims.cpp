@@ -27,7 +27,7 @@ const Model& Factory()
 std::string Judged(const Model& model, std::string_view text,
                    std::optional<ClaimedStatus> status = {}, const ClaimOptions& options = {})
 {
-    const ClaimReading reading = ReadClaim(text, "claim", model, status);
+    const ClaimReadResult reading = ReadClaim(text, "claim", model, status);
     if (!reading.claim)
         return reading.diagnostics.front().error.code + " " +
                std::to_string(reading.diagnostics.front().error.line) + ":" +
@@ -49,7 +49,7 @@ std::string Judged(const char* model, std::string_view text,
 
 ClaimReport ReportOf(const Model& model, std::string_view text)
 {
-    const ClaimReading reading = ReadClaim(text, "claim", model, std::nullopt);
+    const ClaimReadResult reading = ReadClaim(text, "claim", model, std::nullopt);
     return CheckClaim(model, reading.claim.value(), {});
 }
 
