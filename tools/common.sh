@@ -1,6 +1,11 @@
 # shellcheck shell=bash
 # Sourced by the scripts at the root: where the project is, and how missing packages come in.
 
+# What the libraries and the command are built from.
+# shellcheck disable=SC2034  # by the scripts that source this one
+build_packages=(cmake g++ ninja-build libboost-dev libcli11-dev libfast-float-dev libfmt-dev libgmp-dev
+    nlohmann-json3-dev zlib1g-dev)
+
 # Installs the packages named that are missing, through apt-get as root or through sudo; anywhere else
 # prints the one line to run and ends with 69 (a service is unavailable).
 need_packages()
