@@ -2,10 +2,10 @@
 // splits the command line; what a value may be, and what is said of a wrong one, stands here.
 #include "Arguments.hpp"
 
-#include "Help.hpp"
 #include "Nearest.hpp"
 #include "Output.hpp"
 
+#include "apps/nuvlp/help/Help.hpp"
 #include "Nuv/Report/JsonReport.hpp"
 
 #include <CLI/CLI.hpp>

@@ -1,7 +1,8 @@
 // nuvlp completion SHELL and nuvlp man: what the command takes, for shells and for man.
 #include "Commands.hpp"
-#include "Completion.hpp"
 #include "Output.hpp"
+
+#include "apps/nuvlp/help/Completion.hpp"
 
 #include <memory>
 #include <string>

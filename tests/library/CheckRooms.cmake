@@ -7,7 +7,7 @@ cmake_minimum_required(VERSION 3.22)
 
 set(max_files 25)
 # Folders that hold more, each with what it may hold; this list only shrinks.
-set(larger Nuv/Templates 28 apps/nuvlp 27 bench 37)
+set(larger Nuv/Templates 28 bench 37)
 file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/rooms.txt lines REGEX "^[^#]")
 set(rooms)
 foreach(line IN LISTS lines)

@@ -1,7 +1,7 @@
 /// Shell completion and the manual, written from the table of arguments.
 #pragma once
 
-#include "Arguments.hpp"
+#include "apps/nuvlp/Arguments.hpp"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 /// What `--help` prints, from the table of arguments.
 #pragma once
 
-#include "Arguments.hpp"
+#include "apps/nuvlp/Arguments.hpp"
 
 #include <string>
 

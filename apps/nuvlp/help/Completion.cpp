@@ -1,6 +1,6 @@
 // Each shell gets the same: verbs, the options of a verb, the words that an option takes, and files
 // where one is expected.
-#include "Completion.hpp"
+#include "apps/nuvlp/help/Completion.hpp"
 
 #include <fmt/format.h>
 

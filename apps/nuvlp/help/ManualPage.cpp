@@ -1,6 +1,6 @@
 // The manual says what --help says, with a few examples.
-#include "Completion.hpp"
-#include "ExitCodes.hpp"
+#include "apps/nuvlp/help/Completion.hpp"
+#include "apps/nuvlp/ExitCodes.hpp"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "Help.hpp"
+#include "apps/nuvlp/help/Help.hpp"
 
 #include <algorithm>
 #include <string_view>
