@@ -44,9 +44,9 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/Problem/Records.cpp
     Nuv/Utils/Simplex/Solve.cpp
     Nuv/Utils/Simplex/StandardForm.cpp
-    Nuv/Utils/Simplex/LiteralRoad.cpp
-    Nuv/Utils/Simplex/ReducedCosts.cpp
-    Nuv/Utils/Simplex/RevisedSimplex.cpp
+    Nuv/Utils/Simplex/DenseIteration.cpp
+    Nuv/Utils/Simplex/Pricing.cpp
+    Nuv/Utils/Simplex/Phases.cpp
     Nuv/Utils/Memory/ScratchAllocator.cpp
     Nuv/Utils/Simplex/Iteration.cpp
     Nuv/Utils/Simplex/Workspace.cpp

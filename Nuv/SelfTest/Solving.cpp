@@ -4,7 +4,7 @@
 #include "Nuv/Corpus/Hash.hpp"
 #include "Nuv/Utils/NuvLinearProgrammingMonitor.h"
 #include "Nuv/Utils/NuvScratchAllocator.h"
-#include "Nuv/Utils/Simplex/RevisedSimplex.h"
+#include "Nuv/Utils/Simplex/Phases.h"
 
 #include <stdlib.h>
 

@@ -47,7 +47,7 @@ file(MAKE_DIRECTORY ${WORK_DIR})
 
 if(KIND STREQUAL "install")
     run(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${WORK_DIR})
-    foreach(internal RevisedSimplex.h Kernels.h NuvElement.hpp)
+    foreach(internal Phases.h Kernels.h NuvElement.hpp)
         file(GLOB_RECURSE found ${WORK_DIR}/include/${internal} ${WORK_DIR}/include/*.inl)
         if(found)
             message(FATAL_ERROR "installed, but not for users: ${found}")

@@ -3,8 +3,8 @@
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/Kernels/Kernels.h"
-#include "Nuv/Utils/Simplex/LiteralRoad.h"
-#include "Nuv/Utils/Simplex/RevisedSimplex.h"
+#include "Nuv/Utils/Simplex/DenseIteration.h"
+#include "Nuv/Utils/Simplex/Phases.h"
 
 namespace nuv
 {

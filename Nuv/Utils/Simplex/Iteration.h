@@ -14,9 +14,9 @@
 #define NUV_UTILS_SIMPLEX_ITERATION_H
 
 #include "Nuv/Utils/Simplex/BasisInversion.h"
-#include "Nuv/Utils/Simplex/LiteralRoad.h"
-#include "Nuv/Utils/Simplex/ReducedCosts.h"
-#include "Nuv/Utils/Simplex/RevisedSimplex.h"
+#include "Nuv/Utils/Simplex/DenseIteration.h"
+#include "Nuv/Utils/Simplex/Pricing.h"
+#include "Nuv/Utils/Simplex/Phases.h"
 
 namespace nuv
 {

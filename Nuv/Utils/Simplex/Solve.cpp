@@ -1,5 +1,5 @@
 // The way through a solve: standard form, Phase I where a right-hand side is negative, Phase II.
-#include "Nuv/Utils/Simplex/RevisedSimplex.h"
+#include "Nuv/Utils/Simplex/Phases.h"
 
 NuvLinearProgrammingResultType NuvLinearProgrammingSolve(NuvLinearProgramming* lp)
 {

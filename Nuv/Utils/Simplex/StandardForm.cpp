@@ -5,7 +5,7 @@
 
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Utils/Kernels/FloatContract.h"
-#include "Nuv/Utils/Simplex/RevisedSimplex.h"
+#include "Nuv/Utils/Simplex/Phases.h"
 
 namespace nuv
 {

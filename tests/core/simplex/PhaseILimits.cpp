@@ -1,7 +1,7 @@
 // Phase I where its artificial column is one too many for 32 bits.
 #include <gtest/gtest.h>
 
-#include "Nuv/Utils/Simplex/RevisedSimplex.h"
+#include "Nuv/Utils/Simplex/Phases.h"
 #include "tests/support/TestAllocator.hpp"
 
 namespace

@@ -5,8 +5,8 @@
 //
 // Invariant: a basic variable's cost here is −infinity, so that it is never chosen. Positions are
 // counted from 1; 0 is none.
-#ifndef NUV_UTILS_SIMPLEX_REDUCEDCOSTS_H
-#define NUV_UTILS_SIMPLEX_REDUCEDCOSTS_H
+#ifndef NUV_UTILS_SIMPLEX_PRICING_H
+#define NUV_UTILS_SIMPLEX_PRICING_H
 
 #include "Nuv/Utils/Kernels/Kernels.h"
 #include "Nuv/Utils/Simplex/Workspace.h"

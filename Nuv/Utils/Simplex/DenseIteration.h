@@ -1,7 +1,7 @@
 // The steps on the road that takes the definition by its word: dense products in the definition's
 // order over all terms, with zeros, infinities and NaNs as they come. Not installed.
-#ifndef NUV_UTILS_SIMPLEX_LITERALROAD_H
-#define NUV_UTILS_SIMPLEX_LITERALROAD_H
+#ifndef NUV_UTILS_SIMPLEX_DENSEITERATION_H
+#define NUV_UTILS_SIMPLEX_DENSEITERATION_H
 
 #include "Nuv/Utils/Simplex/Workspace.h"
 

@@ -1,6 +1,6 @@
 // The solver as the module sees it. Not installed.
-#ifndef NUV_UTILS_SIMPLEX_REVISEDSIMPLEX_H
-#define NUV_UTILS_SIMPLEX_REVISEDSIMPLEX_H
+#ifndef NUV_UTILS_SIMPLEX_PHASES_H
+#define NUV_UTILS_SIMPLEX_PHASES_H
 
 #include "Nuv/Utils/Kernels/Kernels.h"
 #include "Nuv/Utils/NuvLinearProgrammingMonitor.h"

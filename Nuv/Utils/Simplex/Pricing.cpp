@@ -1,6 +1,6 @@
 // Pricing. Every sum over a column of A starts at +0 and runs in increasing row; a price or an
 // element that is 0 adds ±0, as all others are finite, and is left out.
-#include "Nuv/Utils/Simplex/ReducedCosts.h"
+#include "Nuv/Utils/Simplex/Pricing.h"
 
 #include <limits>
 

@@ -1,5 +1,5 @@
 // The literal road.
-#include "Nuv/Utils/Simplex/LiteralRoad.h"
+#include "Nuv/Utils/Simplex/DenseIteration.h"
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/Simplex/Iteration.h"

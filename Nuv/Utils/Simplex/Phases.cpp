@@ -1,7 +1,7 @@
 // Phase I, Phase II and the test between them. No tolerance anywhere: every test compares with
 // exactly 0 or FLT_MAX. What a phase leaves with the allocator is part of its contract; on every
 // other way out it gives back what it took.
-#include "Nuv/Utils/Simplex/RevisedSimplex.h"
+#include "Nuv/Utils/Simplex/Phases.h"
 
 #include <float.h>
 
