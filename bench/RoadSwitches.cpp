@@ -2,7 +2,7 @@
 // inversion by rows of a dense matrix, which the library itself has no use for on finite data.
 #include <vector>
 
-#include "Nuv/Utils/Kernels/Kernels.h"
+#include "Nuv/Utils/Kernels/DenseAlgebra.h"
 #include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/Simplex/BasisInversion.h"
 
@@ -10,7 +10,8 @@ namespace nuv
 {
 Switches switches;
 
-bool InvertDensely(BasisInverse* inverse, const BasisColumns* basis)
+bool InvertDensely(BasisInverse* inverse, const StandardForm* form, const NuvUint* labels,
+                   const NuvFloat32* b)
 {
     const NuvSizeT m = inverse->m;
     std::vector<NuvFloat32> columns(m * m);
@@ -19,10 +20,10 @@ bool InvertDensely(BasisInverse* inverse, const BasisColumns* basis)
     {
         found[i * m + i] = 1.0F;
         for (NuvSizeT k = 0; k != m; ++k)
-            columns[i * m + k] = basis->A[i * basis->numColumns + basis->labels[k] - 1];
+            columns[i * m + k] = ElementOf(form, i, labels[k]);
     }
     (void)ReduceToIdentity(inverse->kernels, columns.data(), found.data(), m);
-    SetToIdentity(inverse);
+    SetToIdentity(inverse, b);
     NuvFloat32 doubt = 0.0F;
     for (NuvUint k = 0; k != m; ++k)
     {

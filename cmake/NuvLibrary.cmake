@@ -30,27 +30,35 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvVersion.h)
 
 set(NUV_CORE_SOURCES
-    Nuv/Utils/Simplex/BasisInverse.cpp
-    Nuv/Utils/Simplex/BasisInversion.cpp
-    Nuv/Utils/Simplex/BasisUpdate.cpp
-    Nuv/Utils/Kernels/Kernels.cpp
     Nuv/Utils/Kernels/Avx2.cpp
     Nuv/Utils/Kernels/Avx512.cpp
     Nuv/Utils/Kernels/Baseline.cpp
+    Nuv/Utils/Kernels/DenseAlgebra.cpp
+    Nuv/Utils/Kernels/Kernels.cpp
     Nuv/Utils/Kernels/Plain.cpp
-    Nuv/Utils/Problem/Object.cpp
+    Nuv/Utils/Memory/ScratchAllocator.cpp
     Nuv/Utils/Problem/Containers.cpp
     Nuv/Utils/Problem/Editing.cpp
+    Nuv/Utils/Problem/Object.cpp
     Nuv/Utils/Problem/Records.cpp
-    Nuv/Utils/Simplex/Solve.cpp
-    Nuv/Utils/Simplex/StandardForm.cpp
+    Nuv/Utils/Problem/String.cpp
+    Nuv/Utils/Simplex/BasisInverse.cpp
+    Nuv/Utils/Simplex/BasisInversion.cpp
+    Nuv/Utils/Simplex/BasisUpdate.cpp
     Nuv/Utils/Simplex/DenseIteration.cpp
-    Nuv/Utils/Simplex/Pricing.cpp
-    Nuv/Utils/Simplex/Phases.cpp
-    Nuv/Utils/Memory/ScratchAllocator.cpp
+    Nuv/Utils/Simplex/DensePricing.cpp
     Nuv/Utils/Simplex/Iteration.cpp
-    Nuv/Utils/Simplex/Workspace.cpp
-    Nuv/Utils/Problem/String.cpp)
+    Nuv/Utils/Simplex/Phases.cpp
+    Nuv/Utils/Simplex/Pricing.cpp
+    Nuv/Utils/Simplex/Solve.cpp
+    Nuv/Utils/Simplex/SparsePricing.cpp
+    Nuv/Utils/Simplex/StandardForm.cpp
+    Nuv/Utils/Simplex/StructuredIteration.cpp
+    Nuv/Utils/Simplex/Workspace.cpp)
+
+# Tests of what functions rely on, for debug builds and sanitizers: see Kernels/Assert.h.
+option(NUV_ASSERTIONS "Test the invariants of the core as it runs" OFF)
+mark_as_advanced(NUV_ASSERTIONS)
 
 # Static, or shared with BUILD_SHARED_LIBS.
 add_library(NuvLinearProgramming ${NUV_CORE_SOURCES})
@@ -75,6 +83,7 @@ set_target_properties(
                # The C compiler links it: whatever would need a C++ runtime fails there.
                LINKER_LANGUAGE C)
 nuv_soname(NuvLinearProgramming)
+target_compile_definitions(NuvLinearProgramming PRIVATE $<$<BOOL:${NUV_ASSERTIONS}>:NUV_ASSERTIONS>)
 nuv_warnings(NuvLinearProgramming)
 nuv_exact_floats(NuvLinearProgramming)
 nuv_no_cxx_runtime(NuvLinearProgramming)
@@ -83,7 +92,7 @@ if(NOT MSVC)
     foreach(set Plain Baseline Avx2 Avx512)
         list(APPEND nuv_loops Nuv/Utils/Kernels/${set}.cpp)
     endforeach()
-    list(APPEND nuv_loops Nuv/Utils/Kernels/Kernels.cpp)
+    list(APPEND nuv_loops Nuv/Utils/Kernels/DenseAlgebra.cpp)
     set_property(
         SOURCE ${nuv_loops} APPEND
         PROPERTY COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo>:-O3>")

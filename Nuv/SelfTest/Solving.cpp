@@ -82,8 +82,8 @@ NuvLinearProgrammingResultType SolveBy(Loops loops, NuvLinearProgramming* lp,
 #if NUV_SELFTEST_CHOOSES_LOOPS
     if (const Kernels* const kernels = KernelsFor(loops))
     {
-        SolveWatch watch = {monitor, 0, kernels};
-        return SolveUnderWatch(lp, &watch);
+        SolveContext context = {monitor, 0, kernels};
+        return SolveInContext(lp, &context);
     }
 #else
     (void)loops;

@@ -9,7 +9,7 @@
 #include <type_traits>
 
 #include "Nuv/Utils/NuvStdCLibInline.h"
-#include "Nuv/Utils/NuvString.h"
+#include "Nuv/Utils/NuvTypes.h"
 
 namespace nuv
 {
@@ -46,35 +46,6 @@ struct Element<T>
     static bool Equal(const T* x, const T* y)
     {
         return *x == *y;
-    }
-};
-
-template <>
-struct Element<NuvString>
-{
-    static bool Construct(NuvString* x, const NuvString* y)
-    {
-        return NuvStringConstructCopy(x, y) != nullptr;
-    }
-
-    static bool ConstructInPlaceOf(NuvString* x, const NuvString* former, const NuvString* y)
-    {
-        return NuvStringAssign(NuvStringConstructDefault(x, former->allocator), y) != nullptr;
-    }
-
-    static bool Assign(NuvString* x, const NuvString* y)
-    {
-        return NuvStringAssign(x, y) != nullptr;
-    }
-
-    static void Destruct(NuvString* x)
-    {
-        NuvStringDestruct(x);
-    }
-
-    static bool Equal(const NuvString* x, const NuvString* y)
-    {
-        return NuvStringEqual(x, y) != NUV_FALSE;
     }
 };
 

@@ -2,6 +2,7 @@
 // it is.
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Templates/NuvTemplateBegin.h"
+#include "Nuv/Utils/Kernels/DenseAlgebra.h"
 
 NUV_SELF* NUV_OP(ConstructDefault)(NUV_SELF* x, NuvAllocator* a)
 {

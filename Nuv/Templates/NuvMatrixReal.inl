@@ -1,6 +1,7 @@
 // What only matrices of real numbers have, defined.
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Templates/NuvTemplateBegin.h"
+#include "Nuv/Utils/Kernels/DenseAlgebra.h"
 
 NuvBool NUV_OP(Subtract)(const NUV_SELF* x, const NUV_SELF* y, NUV_SELF* result)
 {

@@ -1,4 +1,4 @@
-// The choice of the float loops, and what is made of them without regard to the machine.
+// The choice of the float loops.
 #include "Nuv/Utils/Kernels/Kernels.h"
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
@@ -18,38 +18,6 @@ bool MachineHas(InstructionSet set)
         return __builtin_cpu_supports("avx2");
 #endif
     return set == InstructionSet::Plain || set == InstructionSet::Baseline;
-}
-
-/// The magnitude as the pivot search forms it: −0 stays −0, and a NaN stays itself.
-NuvFloat32 Magnitude(NuvFloat32 value)
-{
-    return value < 0.0F ? -value : value;
-}
-
-NuvSizeT FindPivotRow(const NuvFloat32* y, NuvSizeT n, NuvSizeT k, NuvFloat32* magnitude)
-{
-    NuvSizeT pivotRow = k;
-    *magnitude = Magnitude(y[k * n + k]);
-    for (NuvSizeT i = k + 1; i < n; ++i)
-    {
-        const NuvFloat32 candidate = Magnitude(y[i * n + k]);
-        if (candidate > *magnitude)
-        {
-            pivotRow = i;
-            *magnitude = candidate;
-        }
-    }
-    return pivotRow;
-}
-
-void ExchangeRows(NuvFloat32* x, NuvFloat32* y, NuvSizeT n)
-{
-    for (NuvSizeT j = 0; j != n; ++j)
-    {
-        const NuvFloat32 held = x[j];
-        x[j] = y[j];
-        y[j] = held;
-    }
 }
 }  // namespace
 
@@ -78,62 +46,5 @@ const Kernels* KernelsOfThisMachine()
     if (!found && switches.baseline)
         found = KernelsOf(InstructionSet::Baseline);
     return found ? found : PlainKernels();
-}
-
-void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
-              NuvSizeT inner, NuvSizeT cols)
-{
-    KernelsOfThisMachine()->multiply(x, y, result, rows, inner, cols);
-}
-
-void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows, NuvSizeT inner,
-              NuvSizeT cols)
-{
-    for (NuvSizeT i = 0; i != rows; ++i)
-    {
-        NuvUint* const sums = result + i * cols;
-        for (NuvSizeT j = 0; j != cols; ++j)
-            sums[j] = 0;
-        for (NuvSizeT k = 0; k != inner; ++k)
-        {
-            const NuvUint multiplier = x[i * inner + k];
-            const NuvUint* const row = y + k * cols;
-            for (NuvSizeT j = 0; j != cols; ++j)
-                sums[j] = sums[j] + multiplier * row[j];
-        }
-    }
-}
-
-bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
-{
-    for (NuvSizeT k = 0; k != n; ++k)
-    {
-        NuvFloat32 magnitude;
-        const NuvSizeT pivotRow = FindPivotRow(y, n, k, &magnitude);
-        if (magnitude == 0.0F)
-            return false;
-        if (pivotRow != k)
-        {
-            ExchangeRows(y + k * n, y + pivotRow * n, n);
-            ExchangeRows(result + k * n, result + pivotRow * n, n);
-        }
-        const NuvFloat32 pivot = y[k * n + k];
-        kernels->divide(y + k * n, pivot, n);
-        kernels->divide(result + k * n, pivot, n);
-        for (NuvSizeT i = 0; i != n; ++i)
-        {
-            if (i == k)
-                continue;
-            const NuvFloat32 multiplier = y[i * n + k];
-            kernels->subtractMultiple(y + i * n, y + k * n, multiplier, n);
-            kernels->subtractMultiple(result + i * n, result + k * n, multiplier, n);
-        }
-    }
-    return true;
-}
-
-bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
-{
-    return ReduceToIdentity(KernelsOfThisMachine(), y, result, n);
 }
 }  // namespace nuv

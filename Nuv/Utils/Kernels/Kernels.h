@@ -76,6 +76,21 @@ struct Kernels
                              NuvSizeT length);
 };
 
+/// The length of so many elements in whole tiles.
+inline NuvSizeT InTiles(NuvSizeT count)
+{
+    return (count + Kernels::tile - 1) / Kernels::tile * Kernels::tile;
+}
+
+/// The length of an array of `count` floats with its padding: in whole tiles, and never a multiple
+/// of a kilobyte, so that the same rows of neighbouring columns do not compete for the same lines
+/// of a cache.
+inline NuvSizeT PaddedLength(NuvSizeT count)
+{
+    const NuvSizeT length = InTiles(count);
+    return length % (Kernels::tile * Kernels::tile) == 0 ? length + Kernels::tile : length;
+}
+
 enum class InstructionSet
 {
     /// One float at a time: what any compiler makes of the loops for any machine.
@@ -96,21 +111,6 @@ const Kernels* PlainKernels();
 const Kernels* BaselineKernels();
 const Kernels* Avx2Kernels();
 const Kernels* Avx512Kernels();
-
-/// result (rows × cols) = x (rows × inner) · y (inner × cols), each element summed in increasing
-/// index of the inner dimension from 0; result must not be an operand.
-void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
-              NuvSizeT inner, NuvSizeT cols);
-
-/// The same for unsigned integers, modulo 2³².
-void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows, NuvSizeT inner,
-              NuvSizeT cols);
-
-/// Reduces y (n × n) to the identity by Gauss-Jordan elimination with partial pivoting, and does
-/// the same to `result`.
-/// @return false when a pivot column is exactly zero; both then hold the rows reduced so far.
-bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result, NuvSizeT n);
-bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n);
 }  // namespace nuv
 
 #endif

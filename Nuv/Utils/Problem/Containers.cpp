@@ -2,7 +2,6 @@
 #include "Nuv/Utils/NuvLinearProgrammingContainers.h"
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
-#include "Nuv/Utils/Kernels/Kernels.h"
 #include "Nuv/Utils/Problem/Elements.hpp"
 
 // (1-based variable index, coefficient)

@@ -2,6 +2,7 @@
 // allocator, but for what NuvLinearProgrammingSetConstraint copies from a record of the caller's
 // making.
 #include "Nuv/Utils/NuvLinearProgramming.h"
+#include "Nuv/Utils/Problem/Variables.h"
 
 namespace nuv
 {
@@ -14,8 +15,8 @@ NuvVector_NuvPair_NuvString__NuvFloat32* ValuesOf(NuvLinearProgramming* lp)
 
 /// The variable's present entry, or the end when it has no value pair or its name is not in the
 /// map.
-NuvUnordered_NuvString__NuvLinearProgrammingVariableIterator FindVariable(NuvLinearProgramming* lp,
-                                                                          NuvUint variableIndex)
+NuvUnordered_NuvString__NuvLinearProgrammingVariableIterator FindEntry(NuvLinearProgramming* lp,
+                                                                       NuvUint variableIndex)
 {
     if (variableIndex > NuvVector_NuvPair_NuvString__NuvFloat32Size(ValuesOf(lp)))
         return NuvUnordered_NuvString__NuvLinearProgrammingVariableEnd(&lp->variables);
@@ -71,20 +72,26 @@ bool ResolveNames(NuvLinearProgramming* lp, const NuvVector_NuvPair_NuvString__N
 {
     for (const NuvPair_NuvString__NuvFloat32* pair = named->begin; pair != named->end; ++pair)
     {
-        const NuvUnordered_NuvString__NuvLinearProgrammingVariableConstIterator found =
-            NuvUnordered_NuvString__NuvLinearProgrammingVariableFindConst(&lp->variables,
-                                                                          &pair->first);
-        if (found == NuvUnordered_NuvString__NuvLinearProgrammingVariableEndConst(&lp->variables))
+        const NuvLinearProgrammingVariable* const variable = FindVariable(lp, &pair->first);
+        if (!variable)
             return false;
-        const NuvLinearProgrammingVariable* const variable =
-            &NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableConstIteratorContentOf(&found)
-                 ->second;
         const NuvPair_NuvUint__NuvFloat32 term = {variable->index, pair->second};
         (void)NuvVector_NuvPair_NuvUint__NuvFloat32PushBack(indexed, &term);
     }
     return true;
 }
 }  // namespace
+
+const NuvLinearProgrammingVariable* FindVariable(const NuvLinearProgramming* lp,
+                                                 const NuvString* name)
+{
+    const NuvUnordered_NuvString__NuvLinearProgrammingVariableConstIterator found =
+        NuvUnordered_NuvString__NuvLinearProgrammingVariableFindConst(&lp->variables, name);
+    if (found == NuvUnordered_NuvString__NuvLinearProgrammingVariableEndConst(&lp->variables))
+        return nullptr;
+    return &NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableConstIteratorContentOf(&found)
+                ->second;
+}
 }  // namespace nuv
 
 NuvBool NuvLinearProgrammingSetVariableInfo(NuvLinearProgramming* lp, NuvUint variableIndex,
@@ -93,7 +100,7 @@ NuvBool NuvLinearProgrammingSetVariableInfo(NuvLinearProgramming* lp, NuvUint va
     if (variableIndex == 0 || variableIndex > lp->numVars)
         return NUV_FALSE;
     const NuvUnordered_NuvString__NuvLinearProgrammingVariableIterator former =
-        nuv::FindVariable(lp, variableIndex);
+        nuv::FindEntry(lp, variableIndex);
     if (former == NuvUnordered_NuvString__NuvLinearProgrammingVariableEnd(&lp->variables))
         return NUV_TRUE;
     // `name` may be the one stored in the entry that goes.

@@ -1,9 +1,38 @@
-// The two records of a model as elements of containers.
+// Strings and the two records of a model as elements of containers.
 #ifndef NUV_UTILS_PROBLEM_ELEMENTS_HPP
 #define NUV_UTILS_PROBLEM_ELEMENTS_HPP
 
 #include "Nuv/Templates/NuvElement.hpp"
 #include "Nuv/Utils/NuvLinearProgrammingRecords.h"
+
+template <>
+struct nuv::Element<NuvString>
+{
+    static bool Construct(NuvString* x, const NuvString* y)
+    {
+        return NuvStringConstructCopy(x, y) != nullptr;
+    }
+
+    static bool ConstructInPlaceOf(NuvString* x, const NuvString* former, const NuvString* y)
+    {
+        return NuvStringAssign(NuvStringConstructDefault(x, former->allocator), y) != nullptr;
+    }
+
+    static bool Assign(NuvString* x, const NuvString* y)
+    {
+        return NuvStringAssign(x, y) != nullptr;
+    }
+
+    static void Destruct(NuvString* x)
+    {
+        NuvStringDestruct(x);
+    }
+
+    static bool Equal(const NuvString* x, const NuvString* y)
+    {
+        return NuvStringEqual(x, y) != NUV_FALSE;
+    }
+};
 
 template <>
 struct nuv::Element<NuvLinearProgrammingVariable>

@@ -1,9 +1,10 @@
-// The steps on the inverse of the fast road, each with the proof that it gives the bits of the
-// definition: sums over all m terms in increasing index, from +0, and a dense eta matrix.
+// The steps on the inverse of the structured iteration, each with the proof that it gives the bits
+// of the definition: sums over all m terms in increasing index, from +0, and a dense eta matrix.
 #include "Nuv/Utils/Simplex/BasisInverse.h"
 
 #include <initializer_list>
 
+#include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 
@@ -11,25 +12,17 @@ namespace nuv
 {
 namespace
 {
-constexpr NuvUint tile = Kernels::tile;
-
-/// The length of so many elements in whole tiles.
-NuvSizeT InTiles(NuvSizeT count)
+/// The position of the first of the costed rows that is not before `row`.
+NuvUint FindCosted(const CostedRows* costed, NuvUint row)
 {
-    return (count + tile - 1) / tile * tile;
-}
-
-/// The position of the first priced row that is not before `row`.
-NuvUint FindPriced(const PricedRows* priced, NuvUint row)
-{
-    NuvUint position = priced->count;
-    while (position != 0 && priced->rows[position - 1] >= row)
+    NuvUint position = costed->count;
+    while (position != 0 && costed->rows[position - 1] >= row)
         --position;
     return position;
 }
 
 template <class T>
-void MakeRoom(T* array, NuvUint position, NuvUint count)
+void OpenGap(T* array, NuvUint position, NuvUint count)
 {
     NuvMemMove(array + position + 1, array + position, (count - position) * sizeof *array);
 }
@@ -40,23 +33,24 @@ void CloseGap(T* array, NuvUint position, NuvUint count)
     NuvMemMove(array + position, array + position + 1, (count - position - 1) * sizeof *array);
 }
 
-void InsertPriced(PricedRows* priced, NuvUint position, NuvUint row)
+void InsertCosted(CostedRows* costed, NuvUint position, NuvUint row)
 {
-    MakeRoom(priced->rows, position, priced->count);
-    MakeRoom(priced->costs, position, priced->count);
-    MakeRoom(priced->entries, position, priced->count);
-    ++priced->count;
-    priced->rows[position] = row;
-    priced->entries[position] = priced->spare[--priced->numSpare];
+    NUV_ASSERT(costed->numFree != 0 && costed->count != costed->capacity);
+    OpenGap(costed->rows, position, costed->count);
+    OpenGap(costed->costs, position, costed->count);
+    OpenGap(costed->entries, position, costed->count);
+    ++costed->count;
+    costed->rows[position] = row;
+    costed->entries[position] = costed->freeRows[--costed->numFree];
 }
 
-void RemovePriced(PricedRows* priced, NuvUint position)
+void RemoveCosted(CostedRows* costed, NuvUint position)
 {
-    priced->spare[priced->numSpare++] = priced->entries[position];
-    CloseGap(priced->rows, position, priced->count);
-    CloseGap(priced->costs, position, priced->count);
-    CloseGap(priced->entries, position, priced->count);
-    --priced->count;
+    costed->freeRows[costed->numFree++] = costed->entries[position];
+    CloseGap(costed->rows, position, costed->count);
+    CloseGap(costed->costs, position, costed->count);
+    CloseGap(costed->entries, position, costed->count);
+    --costed->count;
 }
 
 /// Lists a column among those that are stored.
@@ -66,10 +60,10 @@ void ListColumn(BasisInverse* x, NuvUint column, NuvUint slot)
     NuvUint position = count;
     while (position != 0 && x->numbers[position - 1] > column)
         --position;
-    MakeRoom(x->elements, position, count);
-    MakeRoom(x->numbers, position, count);
-    MakeRoom(x->slots, position, count);
-    MakeRoom(x->storedB, position, count);
+    OpenGap(x->elements, position, count);
+    OpenGap(x->numbers, position, count);
+    OpenGap(x->slots, position, count);
+    OpenGap(x->storedB, position, count);
     x->elements[position] = x->columns[column];
     x->numbers[position] = column;
     x->slots[position] = slot;
@@ -77,11 +71,12 @@ void ListColumn(BasisInverse* x, NuvUint column, NuvUint slot)
     x->unitB[column] = 0.0F;
 }
 
-/// Takes the entries of `row` for multipliers and leaves zeros in their place. Zero instead of the
-/// old entry v makes the update eta(r) · v out of it: +0 + eta(r) · v is what the definition sums.
-void TakeRow(BasisInverse* x, NuvUint row)
+/// Saves row r of the inverse as the multipliers of the rank-1 update and zeroes it, so that the
+/// update, entry(i) += eta(i) · multiplier, gives eta(r) · v in row r without a special case: the
+/// definition sums +0 + eta(r) · v.
+void ExtractPivotRow(BasisInverse* x, NuvUint row)
 {
-    NuvFloat32* entry = x->room + row;
+    NuvFloat32* entry = x->storage + row;
     for (NuvUint slot = 0; slot != x->numStored; ++slot, entry += x->stride)
     {
         x->multipliersBySlot[slot] = *entry;
@@ -97,16 +92,16 @@ NuvSizeT LengthInUse(const BasisInverse* x)
     return InTiles(x->numStored);
 }
 
-/// Adds an update to the priced rows, and sums the prices of the stored columns.
+/// Adds an update to the costed rows, and sums the prices of the stored columns.
 void SumPrices(BasisInverse* x, const NuvFloat32* update, NuvFloat32* prices)
 {
-    const PricedRows* const priced = &x->priced;
-    const FusedProduct sums = {priced->entries,
+    const CostedRows* const costed = &x->costed;
+    const FusedProduct sums = {costed->entries,
                                nullptr,
-                               priced->count,
-                               priced->eta,
+                               costed->count,
+                               costed->eta,
                                update,
-                               {priced->costs, nullptr, x->pricesBySlot},
+                               {costed->costs, nullptr, x->pricesBySlot},
                                {},
                                LengthInUse(x)};
     x->kernels->updateAndMultiply(&sums);
@@ -114,19 +109,20 @@ void SumPrices(BasisInverse* x, const NuvFloat32* update, NuvFloat32* prices)
         prices[x->columnOfSlot[slot]] = x->pricesBySlot[slot];
 }
 
-/// Brings the priced rows and the prices of the stored columns up to date. The unit columns keep
-/// their prices: an update leaves them as they are but in the row that leaves, and stores that
-/// one's column. Rows without a cost add ±0.
-void UpdatePrices(BasisInverse* x, NuvFloat32* prices)
+/// Brings the costed rows and the prices, π(j) = Σ c(i) · inverse(i, j) over the rows with c(i) ≠
+/// 0, up to date. The unit columns keep their prices, 0: an update leaves them as they are but in
+/// the row that leaves, and stores that one's column.
+void UpdateCostedRows(BasisInverse* x, NuvFloat32* prices)
 {
-    PricedRows* const priced = &x->priced;
-    for (NuvUint k = 0; k != priced->count; ++k)
-        priced->eta[k] = x->eta[priced->rows[k]];
+    CostedRows* const costed = &x->costed;
+    for (NuvUint k = 0; k != costed->count; ++k)
+        costed->eta[k] = x->eta[costed->rows[k]];
     SumPrices(x, x->multipliersBySlot, prices);
 }
 
-/// Takes the factors of the stored columns out of a vector, and leaves those of the unit columns.
-void TakeStored(BasisInverse* x, NuvFloat32* vector)
+/// Moves the elements that are the factors of stored columns out of the vector, and leaves those of
+/// unit columns.
+void SplitVector(BasisInverse* x, NuvFloat32* vector)
 {
     for (NuvUint k = 0; k != x->numStored; ++k)
     {
@@ -137,54 +133,51 @@ void TakeStored(BasisInverse* x, NuvFloat32* vector)
 }
 }  // namespace
 
-NuvSizeT PaddedLength(NuvSizeT count)
-{
-    const NuvSizeT length = InTiles(count);
-    return length / tile % tile == 0 ? length + tile : length;
-}
-
-void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter)
+void PlaceArrays(BasisInverse* x, NuvUint m, NuvUint maxCosted, WorkspaceLayout* layout)
 {
     x->m = m;
     x->stride = PaddedLength(m);
-    cutter->Take(&x->columns, m);
-    cutter->Take(&x->columnOfSlot, m);
-    cutter->Take(&x->priced.rows, maxPriced);
-    cutter->Take(&x->priced.costs, maxPriced);
-    cutter->Take(&x->priced.entries, maxPriced);
-    cutter->Take(&x->priced.eta, maxPriced);
-    cutter->Take(&x->priced.spare, maxPriced);
-    x->priced.numSpare = maxPriced;
-    cutter->Take(&x->elements, m);
-    cutter->Take(&x->numbers, m);
-    cutter->Take(&x->slots, m);
-    for (NuvFloat32** const array : {&x->storedB, &x->unitB, &x->storedVector, &x->eta,
-                                     &x->multipliers, &x->multipliersBySlot, &x->pricesBySlot})
-        cutter->Take(array, x->stride);
-    cutter->Take(&x->room, m * x->stride);
-    cutter->Take(&x->priced.room, maxPriced * x->stride);
+    x->costed.capacity = maxCosted;
+    layout->Place(&x->columns, m);
+    layout->Place(&x->columnOfSlot, m);
+    layout->Place(&x->costed.rows, maxCosted);
+    layout->Place(&x->costed.costs, maxCosted);
+    layout->Place(&x->costed.entries, maxCosted);
+    layout->Place(&x->costed.eta, maxCosted);
+    layout->Place(&x->costed.freeRows, maxCosted);
+    layout->Place(&x->elements, m);
+    layout->Place(&x->numbers, m);
+    layout->Place(&x->slots, m);
+    for (NuvFloat32** const array : {&x->storedB, &x->storedVector, &x->multipliers})
+        layout->Place(array, m);
+    for (NuvFloat32** const array : {&x->unitB, &x->eta, &x->multipliersBySlot, &x->pricesBySlot})
+        layout->Place(array, x->stride);
+    layout->Place(&x->storage, m * x->stride);
+    layout->Place(&x->costed.storage, maxCosted * x->stride);
 }
 
-void SetToIdentity(BasisInverse* x)
+void SetToIdentity(BasisInverse* x, const NuvFloat32* b)
 {
     x->numStored = 0;
     x->isPending = false;
     NuvMemZero(x->columns, x->m * sizeof *x->columns);
-    NuvMemCopy(x->unitB, x->b, x->stride * sizeof *x->unitB);
+    NuvMemCopy(x->unitB, b, x->stride * sizeof *x->unitB);
     NuvMemZero(x->multipliersBySlot, x->stride * sizeof *x->multipliersBySlot);
-    PricedRows* const priced = &x->priced;
-    priced->count = 0;
-    // The rows that are taken first lie first.
-    for (NuvUint k = 0; k != priced->numSpare; ++k)
-        priced->spare[k] = priced->room + (priced->numSpare - 1 - k) * x->stride;
+    CostedRows* const costed = &x->costed;
+    costed->count = 0;
+    costed->numFree = costed->capacity;
+    // The rows that are used first lie first.
+    for (NuvUint k = 0; k != costed->numFree; ++k)
+        costed->freeRows[k] = costed->storage + (costed->numFree - 1 - k) * x->stride;
 }
 
 NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column)
 {
     if (x->columns[column])
         return x->columns[column];
+    NUV_ASSERT(x->numStored != x->m);
     const NuvUint slot = x->numStored++;
-    NuvFloat32* const elements = x->room + slot * x->stride;
+    NuvFloat32* const elements = x->storage + slot * x->stride;
     NuvMemZero(elements, x->stride * sizeof *elements);
     elements[column] = 1.0F;
     x->columns[column] = elements;
@@ -195,6 +188,7 @@ NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column)
 
 NuvFloat32 EntryOf(const BasisInverse* x, NuvUint row, NuvUint column)
 {
+    NUV_ASSERT(!x->isPending);
     if (x->columns[column])
         return x->columns[column][row];
     return row == column ? 1.0F : 0.0F;
@@ -202,33 +196,33 @@ NuvFloat32 EntryOf(const BasisInverse* x, NuvUint row, NuvUint column)
 
 void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost)
 {
-    PricedRows* const priced = &x->priced;
-    const NuvUint position = FindPriced(priced, row);
-    const bool isPriced = position != priced->count && priced->rows[position] == row;
+    CostedRows* const costed = &x->costed;
+    const NuvUint position = FindCosted(costed, row);
+    const bool isCosted = position != costed->count && costed->rows[position] == row;
     if (cost == 0.0F)
     {
-        if (isPriced)
-            RemovePriced(priced, position);
+        if (isCosted)
+            RemoveCosted(costed, position);
         return;
     }
-    if (!isPriced)
-        InsertPriced(priced, position, row);
-    priced->costs[position] = cost;
-    // What is behind is zero since the row was first priced.
-    const NuvSizeT length = isPriced ? LengthInUse(x) : x->stride;
-    NuvMemZero(priced->entries[position], length * sizeof **priced->entries);
+    if (!isCosted)
+        InsertCosted(costed, position, row);
+    costed->costs[position] = cost;
+    // What is behind is zero since the row was first costed.
+    const NuvSizeT length = isCosted ? LengthInUse(x) : x->stride;
+    NuvMemZero(costed->entries[position], length * sizeof **costed->entries);
 }
 
 void ComputePrices(BasisInverse* x, NuvFloat32* prices)
 {
-    const PricedRows* const priced = &x->priced;
+    const CostedRows* const costed = &x->costed;
     NuvMemZero(prices, x->stride * sizeof *prices);
-    // From here on no unit column has a price: it would be the cost of its own row.
-    for (NuvUint k = 0; k != priced->count; ++k)
-        (void)StoreColumn(x, priced->rows[k]);
-    for (NuvUint k = 0; k != priced->count; ++k)
+    // A unit column's price would be the cost of its own row.
+    for (NuvUint k = 0; k != costed->count; ++k)
+        (void)StoreColumn(x, costed->rows[k]);
+    for (NuvUint k = 0; k != costed->count; ++k)
         for (NuvUint slot = 0; slot != x->numStored; ++slot)
-            priced->entries[k][slot] = x->columns[x->columnOfSlot[slot]][priced->rows[k]];
+            costed->entries[k][slot] = x->columns[x->columnOfSlot[slot]][costed->rows[k]];
     SumPrices(x, nullptr, prices);
 }
 
@@ -237,7 +231,7 @@ void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, 
     ColumnProduct other = {};
     if (vector)
     {
-        TakeStored(x, vector);
+        SplitVector(x, vector);
         other = {x->storedVector, vector, result};
     }
     const FusedProduct product = {x->elements,
@@ -266,11 +260,11 @@ bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row)
 
 void Update(BasisInverse* x, NuvUint row, NuvFloat32 cost, NuvFloat32* prices)
 {
+    NUV_ASSERT(!x->isPending);
     (void)StoreColumn(x, row);
-    TakeRow(x, row);
+    ExtractPivotRow(x, row);
     SetCost(x, row, cost);
-    UpdatePrices(x, prices);
-    x->pivotRow = row;
+    UpdateCostedRows(x, prices);
     x->isPending = true;
 }
 }  // namespace nuv

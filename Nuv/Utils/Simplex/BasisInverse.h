@@ -1,8 +1,9 @@
-// The inverse of the basis on the fast road: exact to the bit as long as all of it is finite, at a
-// cost that follows the work done. It is kept column by column, and only columns that differ from
-// unit vectors are kept: at the slack basis none, after a pivot in row r also column r. The rows
-// whose basic variables have a cost are kept a second time as rows, because prices are sums over
-// rows. A pivot brings the rows up to date at once and the columns when they are next walked.
+// The inverse of the basis in the structured iteration: exact to the bit as long as all of it is
+// finite, at a cost that follows the work done. It is kept column by column, and only columns that
+// differ from unit vectors are kept: at the slack basis none, after a pivot in row r also column r.
+// The rows whose basic variables have a cost are kept a second time as rows, because the simplex
+// multipliers (the prices) are sums over rows. A pivot brings these rows up to date at once and the
+// columns when they are next multiplied.
 //
 // Invariant: a column of the inverse is its stored elements + its multiplier · eta while an update
 // is pending, or a unit vector where none are stored. Padding is zero. Not installed.
@@ -17,85 +18,75 @@
 
 namespace nuv
 {
-/// The rows of the inverse whose basic variables have a cost, in increasing row: parallel arrays.
-/// Entries are by slot, the order in which the columns came to be stored.
-struct PricedRows
+/// The rows of the inverse whose basic variables have a cost other than 0, in increasing row:
+/// parallel arrays. Entries are by slot, the order in which the columns came to be stored.
+struct CostedRows
 {
     NuvUint count;
-    NuvUint* rows;
-    NuvFloat32* costs;
-    NuvFloat32** entries;
-    /// eta at these rows.
-    NuvFloat32* eta;
-    /// Room for more of them.
-    NuvUint numSpare;
-    NuvFloat32** spare;
-    NuvFloat32* room;
+    NuvUint capacity;
+    NuvUint* rows;         /// [capacity]
+    NuvFloat32* costs;     /// [capacity]
+    NuvFloat32** entries;  /// [capacity], each [stride]
+    NuvFloat32* eta;       /// [capacity], eta at these rows
+    /// Arrays for more of them.
+    NuvUint numFree;
+    NuvFloat32** freeRows;  /// [capacity], each [stride]
+    NuvFloat32* storage;    /// [capacity × stride]
 };
 
 struct BasisInverse
 {
     const Kernels* kernels;
     NuvUint m;
-    /// The length of arrays of m elements with their padding.
+    /// PaddedLength(m).
     NuvSizeT stride;
-    /// The right-hand sides, padded.
-    const NuvFloat32* b;
 
-    /// By number: where the elements of a stored column are, or null for a unit column.
-    NuvFloat32** columns;
     NuvUint numStored;
-    NuvUint* columnOfSlot;
-    NuvFloat32* room;
-    PricedRows priced;
+    NuvFloat32** columns;   /// [m] by column: its elements, [stride], or null for a unit vector
+    NuvUint* columnOfSlot;  /// [m]
+    NuvFloat32* storage;    /// [m × stride] by slot: the elements
+    CostedRows costed;
 
-    /// The stored columns by increasing number: their elements, numbers, slots and elements of b;
-    /// and the elements of b that belong to unit columns.
-    NuvFloat32** elements;
-    NuvUint* numbers;
-    NuvUint* slots;
-    NuvFloat32* storedB;
-    NuvFloat32* unitB;
-    /// The elements of the other vector that is multiplied, by stored column.
-    NuvFloat32* storedVector;
+    /// The stored columns by increasing number.
+    NuvFloat32** elements;     /// [m], each [stride]
+    NuvUint* numbers;          /// [m]
+    NuvUint* slots;            /// [m]
+    NuvFloat32* storedB;       /// [m] the elements of b in their rows
+    NuvFloat32* storedVector;  /// [m] the same of the other vector that is multiplied
+    /// b without the elements of stored columns.
+    NuvFloat32* unitB;  /// [stride]
 
-    /// The pending update; multipliers by stored column, and again by slot.
+    /// The pending update.
     bool isPending;
-    NuvUint pivotRow;
-    NuvFloat32* eta;
-    NuvFloat32* multipliers;
-    NuvFloat32* multipliersBySlot;
-    NuvFloat32* pricesBySlot;
+    NuvFloat32* eta;                /// [stride]
+    NuvFloat32* multipliers;        /// [m] by stored column
+    NuvFloat32* multipliersBySlot;  /// [stride]
+    NuvFloat32* pricesBySlot;       /// [stride]
 };
 
-/// The length of an array of `count` floats that is walked tile by tile; never a multiple of a
-/// kilobyte, so that the same rows of neighbouring columns do not compete for the same lines of a
-/// cache.
-NuvSizeT PaddedLength(NuvSizeT count);
-
-/// Takes the arrays of an inverse of dimension m, of which `maxPriced` rows may have a cost.
-void LayOut(BasisInverse* x, NuvUint m, NuvUint maxPriced, Cutter* cutter);
-/// Makes it the identity, for the right-hand sides that `b` points to.
-void SetToIdentity(BasisInverse* x);
+/// Places the arrays of an inverse of dimension m, of which `maxCosted` rows may have a cost.
+void PlaceArrays(BasisInverse* x, NuvUint m, NuvUint maxCosted, WorkspaceLayout* layout);
+/// Makes it the identity, for the right-hand sides b [stride].
+void SetToIdentity(BasisInverse* x, const NuvFloat32* b);
 /// Stores a column that was a unit vector.
-/// @return the column, for the caller to change.
+/// @return the column, [stride], for the caller to change.
 NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column);
-/// @return an entry, with no update pending.
+/// @return an entry; no update may be pending.
 NuvFloat32 EntryOf(const BasisInverse* x, NuvUint row, NuvUint column);
 
 /// Tells the cost of the variable that is basic in a row, before any update.
 void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost);
-/// prices = costs · inverse, before any update.
+/// prices [stride] = c_B · inverse, before any update. From here on no unit column has a price.
 void ComputePrices(BasisInverse* x, NuvFloat32* prices);
 
-/// values = inverse · b and, unless vector is null, result = inverse · vector, in one pass that
-/// also adds the pending update to the columns. `vector` is destroyed.
+/// values [stride] = inverse · b and, unless vector is null, result [stride] = inverse · vector, in
+/// one pass that also adds the pending update to the columns. `vector` [stride] is destroyed.
 void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, NuvFloat32* result);
-/// Prepares eta for a pivot in `row` on the direction.
+/// Forms eta for a pivot in `row` on the direction [stride].
 /// @return false when eta is not finite, as for a pivot without a finite reciprocal.
 bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row);
-/// Makes the update of the eta formed last the pending one, and brings the priced rows and the
-/// prices up to date; `cost` is that of the entering variable.
+/// Makes the update by the eta formed last the pending one, and brings the costed rows and the
+/// prices [stride] up to date; `cost` is that of the entering variable.
 void Update(BasisInverse* x, NuvUint row, NuvFloat32 cost, NuvFloat32* prices);
 }  // namespace nuv
 

@@ -4,7 +4,7 @@
 // same order as in the dense elimination.
 //
 // Exactness: a step whose element at the pivot's position is 0 subtracts ±0 from finite numbers,
-// which changes nothing but signs of zeros, and those do not show (see NuvBasisInverse.h). So it
+// which changes nothing but signs of zeros, and those do not show (see BasisInverse.h). So it
 // may be skipped, and a unit column whose 1 is not met stays one. That all numbers are finite is
 // tested on the multipliers of each step and on the result: a number that is not finite never
 // becomes finite again.
@@ -12,17 +12,13 @@
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/Kernels/Switches.h"
+#include "Nuv/Utils/Kernels/DenseAlgebra.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 
 namespace nuv
 {
 namespace
 {
-NuvFloat32 Magnitude(NuvFloat32 value)
-{
-    return value < 0.0F ? -value : value;
-}
-
 /// Takes a column through one step.
 void Apply(const EliminationStep* step, const Kernels* kernels, NuvFloat32* x, NuvSizeT length)
 {
@@ -117,16 +113,13 @@ Found EliminateSlack(Elimination* elimination, const BasisInverse* inverse, NuvU
 }
 
 Found EliminateColumn(Elimination* elimination, const BasisInverse* inverse,
-                      const BasisColumns* basis, NuvUint position)
+                      const StandardForm* form, NuvUint label, NuvUint position)
 {
-    const NuvSizeT column = basis->labels[position] - 1;
-    const NuvSizeT firstSlack = basis->numColumns - inverse->m;
-    if (column >= firstSlack)
-        return EliminateSlack(elimination, inverse, static_cast<NuvUint>(column - firstSlack),
-                              position);
+    if (label > form->n)
+        return EliminateSlack(elimination, inverse, label - form->n - 1, position);
     NuvFloat32* const x = elimination->multipliers + elimination->numMultipliers * inverse->stride;
     for (NuvUint i = 0; i != inverse->m; ++i)
-        x[i] = basis->A[i * basis->numColumns + column];
+        x[i] = ElementOf(form, i, label);
     NuvMemZero(x + inverse->m, (inverse->stride - inverse->m) * sizeof *x);
     ApplyFrom(elimination, 0, inverse->kernels, x, inverse->stride);
     return AppendStep(elimination, inverse, x, position);
@@ -152,18 +145,19 @@ bool EliminateIdentity(const Elimination* elimination, BasisInverse* inverse)
 }
 }  // namespace
 
-bool Invert(BasisInverse* inverse, const BasisColumns* basis, Elimination* elimination)
+bool Invert(BasisInverse* inverse, const StandardForm* form, const NuvUint* labels,
+            const NuvFloat32* b, Elimination* elimination)
 {
 #ifdef NUV_SWITCHES
     if (!switches.columnInversion)
-        return InvertDensely(inverse, basis);
+        return InvertDensely(inverse, form, labels, b);
 #endif
-    SetToIdentity(inverse);
+    SetToIdentity(inverse, b);
     elimination->numSteps = 0;
     elimination->numMultipliers = 0;
     for (NuvUint position = 0; position != inverse->m; ++position)
     {
-        const Found found = EliminateColumn(elimination, inverse, basis, position);
+        const Found found = EliminateColumn(elimination, inverse, form, labels[position], position);
         if (found == Found::NotFinite)
             return false;
         if (found == Found::Singular)

@@ -4,6 +4,7 @@
 #define NUV_UTILS_SIMPLEX_BASISINVERSION_H
 
 #include "Nuv/Utils/Simplex/BasisInverse.h"
+#include "Nuv/Utils/Simplex/StandardForm.h"
 
 namespace nuv
 {
@@ -15,33 +16,27 @@ struct EliminationStep
     NuvUint position;
     NuvUint exchanged;
     NuvFloat32 pivot;
-    const NuvFloat32* multipliers;
+    const NuvFloat32* multipliers;  /// [stride]
 };
 
 struct Elimination
 {
     NuvUint numSteps;
-    EliminationStep* steps;
-    /// Room for the multipliers, `stride` floats for each of up to m steps.
-    NuvFloat32* multipliers;
+    EliminationStep* steps;  /// [m]
     NuvUint numMultipliers;
+    NuvFloat32* multipliers;  /// [m × stride], `stride` for each step that has some
 };
 
-/// Columns of a matrix of m rows whose last m columns are the identity, labelled from 1.
-struct BasisColumns
-{
-    const NuvFloat32* A;
-    NuvSizeT numColumns;
-    const NuvUint* labels;
-};
-
-/// Sets the inverse to that of the basis; when the basis is singular, to what the elimination has
-/// made of the identity by then.
+/// Sets the inverse to that of the basis columns, whose labels are given, for the right-hand sides
+/// b [stride]; when the basis is singular, to what the elimination has made of the identity by
+/// then.
 /// @return false when a number on the way was not finite; the inverse is then of no use.
-bool Invert(BasisInverse* inverse, const BasisColumns* basis, Elimination* elimination);
+bool Invert(BasisInverse* inverse, const StandardForm* form, const NuvUint* labels,
+            const NuvFloat32* b, Elimination* elimination);
 #ifdef NUV_SWITCHES
 /// The same by rows of a dense matrix, for the benchmark, which defines it.
-bool InvertDensely(BasisInverse* inverse, const BasisColumns* basis);
+bool InvertDensely(BasisInverse* inverse, const StandardForm* form, const NuvUint* labels,
+                   const NuvFloat32* b);
 #endif
 }  // namespace nuv
 

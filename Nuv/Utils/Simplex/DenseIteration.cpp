@@ -1,105 +1,112 @@
-// The literal road.
+// The definition, step by step.
 #include "Nuv/Utils/Simplex/DenseIteration.h"
 
+#include "Nuv/Utils/Kernels/DenseAlgebra.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
-#include "Nuv/Utils/Simplex/Iteration.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 
 namespace nuv
 {
 namespace
 {
-NuvSizeT LayOut(LiteralRoad* road, NuvUint m, NuvUint width, void* block)
+NuvSizeT PlaceArrays(DenseIteration* x, const Iteration* it, void* block)
 {
-    Cutter cutter(block);
-    const NuvSizeT square = static_cast<NuvSizeT>(m) * m;
-    cutter.Take(&road->inverse, square);
-    cutter.Take(&road->eta, square);
-    cutter.Take(&road->product, square);
-    cutter.Take(&road->reducedCosts, width);
-    cutter.Take(&road->basicColumns, m);
-    cutter.Take(&road->nonbasicColumns, width);
-    return cutter.BytesNeeded();
+    WorkspaceLayout layout(block);
+    const NuvSizeT square = static_cast<NuvSizeT>(it->m) * it->m;
+    layout.Place(&x->inverse, square);
+    layout.Place(&x->eta, square);
+    layout.Place(&x->product, square);
+    layout.Place(&x->sums, it->numNonbasic);
+    layout.Place(&x->basicColumns, it->m);
+    layout.Place(&x->nonbasicColumns, it->numNonbasic);
+    return layout.BytesNeeded();
 }
 }  // namespace
 
-bool BeginLiteralRoad(Iteration* it)
+bool AllocateArrays(DenseIteration* x, const Iteration* it)
 {
-    LiteralRoad* const road = &it->literal;
-    if (!TakeWorkspace(&road->workspace, it->allocator, LayOut(road, it->m, it->width, nullptr)))
+    if (!AllocateWorkspace(&x->workspace, it->allocator, PlaceArrays(x, it, nullptr)))
         return false;
-    (void)LayOut(road, it->m, it->width, road->workspace.block);
-    it->isLiteral = true;
+    (void)PlaceArrays(x, it, x->workspace.block);
     return true;
 }
 
-void EnterFirstBasisLiterally(Iteration* it)
+void StartFromFirstBasis(DenseIteration* x, const Iteration* it)
 {
-    LiteralRoad* const road = &it->literal;
-    for (NuvUint i = 0; i != it->m; ++i)
-        road->basicColumns[i] = it->costs ? it->basic[i] : SlackOf(it, i);
-    for (NuvUint j = 0; j != it->width; ++j)
-        road->nonbasicColumns[j] = it->costs ? it->independent[j] : j;
-    NuvMemZero(road->inverse, static_cast<NuvSizeT>(it->m) * it->m * sizeof *road->inverse);
+    StartFromLabels(x, it);
+    if (it->phase == Phase::I)
+    {
+        for (NuvUint i = 0; i != it->m; ++i)
+            x->basicColumns[i] = SlackOf(it->form, i);
+        for (NuvUint j = 0; j != it->numNonbasic; ++j)
+            x->nonbasicColumns[j] = j;
+    }
+    NuvMemZero(x->inverse, static_cast<NuvSizeT>(it->m) * it->m * sizeof *x->inverse);
     for (NuvSizeT i = 0; i != it->m; ++i)
     {
         for (NuvSizeT k = 0; k != it->m; ++k)
-            road->product[i * it->m + k] = EntryOfA(it, i, road->basicColumns[k]);
-        road->inverse[i * it->m + i] = 1.0F;
+            x->product[i * it->m + k] = ElementOf(it->form, i, x->basicColumns[k]);
+        x->inverse[i * it->m + i] = 1.0F;
     }
-    (void)ReduceToIdentity(it->kernels, road->product, road->inverse, it->m);
+    (void)ReduceToIdentity(it->kernels, x->product, x->inverse, it->m);
 }
 
-void TakeInverseOver(Iteration* it)
+void StartFromLabels(DenseIteration* x, const Iteration* it)
 {
-    LiteralRoad* const road = &it->literal;
-    NuvMemCopy(road->basicColumns, it->basic, it->m * sizeof *it->basic);
-    NuvMemCopy(road->nonbasicColumns, it->independent, it->width * sizeof *it->independent);
-    for (NuvUint i = 0; i != it->m; ++i)
-        for (NuvUint k = 0; k != it->m; ++k)
-            road->inverse[static_cast<NuvSizeT>(i) * it->m + k] = EntryOf(&it->inverse, i, k);
+    NuvMemCopy(x->basicColumns, it->basic, it->m * sizeof *it->basic);
+    NuvMemCopy(x->nonbasicColumns, it->nonbasic, it->numNonbasic * sizeof *it->nonbasic);
 }
 
-Entering FindLargestLiterally(Iteration* it)
+Entering ChooseEntering(DenseIteration* x, Iteration* it)
 {
-    const LiteralRoad* const road = &it->literal;
-    it->kernels->multiply(it->basicCosts, road->inverse, it->prices, 1, it->m, it->m);
-    NuvMemZero(road->reducedCosts, it->width * sizeof *road->reducedCosts);
+    it->kernels->multiply(it->basicCosts, x->inverse, it->prices, 1, it->m, it->m);
+    NuvMemZero(x->sums, it->numNonbasic * sizeof *x->sums);
     for (NuvSizeT i = 0; i != it->m; ++i)
-        for (NuvUint j = 0; j != it->width; ++j)
-            road->reducedCosts[j] =
-                road->reducedCosts[j] + it->prices[i] * EntryOfA(it, i, road->nonbasicColumns[j]);
+        for (NuvUint j = 0; j != it->numNonbasic; ++j)
+            x->sums[j] = x->sums[j] + it->prices[i] * ElementOf(it->form, i, x->nonbasicColumns[j]);
     Entering best = {0, 0.0F};
-    for (NuvUint j = 0; j != it->width; ++j)
+    for (NuvUint j = 0; j != it->numNonbasic; ++j)
     {
-        const NuvFloat32 reducedCost = CostOf(it, it->independent[j]) - road->reducedCosts[j];
+        const NuvFloat32 reducedCost = CostOf(it, it->nonbasic[j]) - x->sums[j];
         if (reducedCost >= best.reducedCost)
             best = {j, reducedCost};
     }
     return best;
 }
 
-void MultiplyLiterally(const Iteration* it, const NuvFloat32* vector, NuvFloat32* result)
+bool ComputeValuesAndDirection(DenseIteration* x, Iteration* it, const Entering* entering)
 {
-    it->kernels->multiply(it->literal.inverse, vector, result, it->m, it->m, 1);
+    it->kernels->multiply(x->inverse, it->b, it->basicValues, it->m, it->m, 1);
+    if (entering->reducedCost == 0.0F)
+        return true;
+    // By its label: the two agree but in a phase that is called by itself.
+    const NuvUint label = it->nonbasic[entering->position];
+    for (NuvUint i = 0; i != it->m; ++i)
+        it->enteringColumn[i] = ElementOf(it->form, i, label);
+    it->kernels->multiply(x->inverse, it->enteringColumn, it->direction, it->m, it->m, 1);
+    return true;
 }
 
-void ExchangeLiterally(Iteration* it, NuvUint entering, NuvUint leaving)
+bool FormEta(DenseIteration* x, const Iteration* it, NuvUint row)
 {
-    LiteralRoad* const road = &it->literal;
-    const NuvUint label = road->basicColumns[leaving];
-    road->basicColumns[leaving] = road->nonbasicColumns[entering];
-    road->nonbasicColumns[entering] = label;
+    FormEtaMatrix(it->direction, row, it->m, x->eta);
+    return true;
 }
 
-void UpdateLiterally(Iteration* it, NuvUint row)
+void Exchange(DenseIteration* x, Iteration* it, NuvUint position, NuvUint row)
 {
-    LiteralRoad* const road = &it->literal;
-    FormEtaMatrix(it->direction, row, it->m, road->eta);
-    it->kernels->multiply(road->eta, road->inverse, road->product, it->m, it->m, it->m);
-    NuvFloat32* const former = road->inverse;
-    road->inverse = road->product;
-    road->product = former;
+    ExchangeLabels(it, position, row);
+    const NuvUint leaving = x->basicColumns[row];
+    x->basicColumns[row] = x->nonbasicColumns[position];
+    x->nonbasicColumns[position] = leaving;
+}
+
+void Update(DenseIteration* x, Iteration* it, NuvUint)
+{
+    it->kernels->multiply(x->eta, x->inverse, x->product, it->m, it->m, it->m);
+    NuvFloat32* const former = x->inverse;
+    x->inverse = x->product;
+    x->product = former;
 }
 
 void FormEtaMatrix(const NuvFloat32* direction, NuvUint row, NuvUint m, NuvFloat32* eta)

@@ -1,49 +1,51 @@
-// The steps on the road that takes the definition by its word: dense products in the definition's
-// order over all terms, with zeros, infinities and NaNs as they come. Not installed.
+// The iteration as it is defined: dense products in the definition's order over all terms, with
+// zeros, infinities and NaNs as they come. It is the page to read first, and what a solve goes on
+// with where the structured iteration cannot. Not installed.
 #ifndef NUV_UTILS_SIMPLEX_DENSEITERATION_H
 #define NUV_UTILS_SIMPLEX_DENSEITERATION_H
 
-#include "Nuv/Utils/Simplex/Workspace.h"
+#include "Nuv/Utils/Simplex/Iteration.h"
 
 namespace nuv
 {
-struct Entering;
-struct Iteration;
-
-/// Invariant: the inverse (m × m, row after row) is that of the columns that stand in the basis.
-struct LiteralRoad
+/// Invariant: the inverse is that of the basic columns.
+struct DenseIteration
 {
     Workspace workspace;
-    NuvFloat32* inverse;
-    NuvFloat32* eta;
-    NuvFloat32* product;
-    NuvFloat32* reducedCosts;
-    /// Labels of the columns that stand at the positions. A phase that is called by itself may have
-    /// other labels in `basic` and `independent` than columns.
-    NuvUint* basicColumns;
-    NuvUint* nonbasicColumns;
+    NuvFloat32* inverse;  /// [m × m], row after row
+    NuvFloat32* eta;      /// [m × m]
+    NuvFloat32* product;  /// [m × m]
+    NuvFloat32* sums;     /// [numNonbasic]
+    /// The labels of the columns at the rows and positions. A phase that is called by itself may
+    /// have other labels in `basic` and `nonbasic` than columns.
+    NuvUint* basicColumns;     /// [m]
+    NuvUint* nonbasicColumns;  /// [numNonbasic]
 };
 
 /// @return false when storage is refused.
-bool BeginLiteralRoad(Iteration* it);
-/// Makes the columns of the first basis stand, and inverts it. A singular one is not detected, by
-/// contract.
-void EnterFirstBasisLiterally(Iteration* it);
-/// Makes the columns under the labels stand, and takes the inverse over from the fast road.
-void TakeInverseOver(Iteration* it);
+bool AllocateArrays(DenseIteration* x, const Iteration* it);
+/// Takes the columns of the first basis, the slacks' in Phase I and those under the labels in Phase
+/// II, and inverts it. A singular one is not detected, by contract.
+void StartFromFirstBasis(DenseIteration* x, const Iteration* it);
+/// Takes the columns under the labels; the inverse is the caller's to fill in.
+void StartFromLabels(DenseIteration* x, const Iteration* it);
 
-/// reducedCosts = costs − (basicCosts · inverse) · nonbasic columns.
-/// @return the largest that is not below 0, the last one on ties, else a reduced cost of 0.
-Entering FindLargestLiterally(Iteration* it);
-/// result = inverse · vector.
-void MultiplyLiterally(const Iteration* it, const NuvFloat32* vector, NuvFloat32* result);
-/// Exchanges the columns that stand at the entering position and in the leaving row.
-void ExchangeLiterally(Iteration* it, NuvUint entering, NuvUint leaving);
-/// Multiplies the inverse eta matrix of a pivot in `row` onto the inverse.
-void UpdateLiterally(Iteration* it, NuvUint row);
+/// Dantzig's rule: the largest reduced cost c(j) − π · A(j) that is not below 0, the last one on
+/// ties, else a reduced cost of 0; a NaN is passed over.
+Entering ChooseEntering(DenseIteration* x, Iteration* it);
+/// basicValues = inverse · b and, if there is an entering column, direction = inverse · column.
+/// @return true.
+bool ComputeValuesAndDirection(DenseIteration* x, Iteration* it, const Entering* entering);
+/// eta = the matrix of a pivot in `row` on the direction.
+/// @return true.
+bool FormEta(DenseIteration* x, const Iteration* it, NuvUint row);
+/// Exchanges labels, costs and columns.
+void Exchange(DenseIteration* x, Iteration* it, NuvUint position, NuvUint row);
+/// inverse = eta · inverse.
+void Update(DenseIteration* x, Iteration* it, NuvUint row);
 
-/// eta = I − ((direction − e) · eᵀ) · (1 / direction(row)), m × m, each element as the definition
-/// forms it.
+/// eta [m × m] = I − ((direction − e) · eᵀ) · (1 / direction(row)), e being the unit vector of the
+/// row, each element as the definition forms it.
 void FormEtaMatrix(const NuvFloat32* direction, NuvUint row, NuvUint m, NuvFloat32* eta);
 }  // namespace nuv
 

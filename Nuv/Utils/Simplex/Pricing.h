@@ -1,87 +1,59 @@
-// The reduced costs of the nonbasic variables on the fast road, where A is finite and its last m
-// columns are the identity. A slack's needs no product: it is its cost − its row's price. The
-// others are sums over the rows of A, without the rows whose price is 0, or over the non-zeros of
-// each column where those are few. Not installed.
+// Pricing: the reduced costs ĉ(j) = c(j) − π · A(j) of the nonbasic variables in the structured
+// iteration, where A is finite and its last m columns are the identity. A slack's needs no product:
+// it is its cost − its row's price. The others are sums over the rows of A (DensePricing.h), or
+// over the non-zeros of each column where those are few (SparsePricing.h). Not installed.
 //
-// Invariant: a basic variable's cost here is −infinity, so that it is never chosen. Positions are
-// counted from 1; 0 is none.
+// Invariant: a basic variable's cost here is −infinity, so that it is never chosen; its position is
+// that of the time when it was nonbasic.
 #ifndef NUV_UTILS_SIMPLEX_PRICING_H
 #define NUV_UTILS_SIMPLEX_PRICING_H
 
-#include "Nuv/Utils/Kernels/Kernels.h"
-#include "Nuv/Utils/Simplex/Workspace.h"
+#include "Nuv/Utils/Simplex/DensePricing.h"
+#include "Nuv/Utils/Simplex/SparsePricing.h"
 
 namespace nuv
 {
-/// The non-zeros of A's first columns, column after column, and where they stand, row after row.
-struct SparseColumns
-{
-    NuvUint* starts;
-    NuvUint* rows;
-    NuvFloat32* elements;
-
-    NuvUint* rowStarts;
-    NuvUint* columns;
-
-    /// The prices that the sums were formed with.
-    NuvFloat32* prices;
-    NuvUint* changedRows;
-    /// By column, in which turn its sum was last formed; and this turn.
-    NuvUint* turns;
-    NuvUint turn;
-};
-
-struct ReducedCosts
+struct Pricing
 {
     const Kernels* kernels;
-    const NuvFloat32* A;
-    NuvUint m;
-    NuvUint n;
-    NuvSizeT numColumns;
+    const StandardForm* form;
 
-    /// Arrays by column of A, each kind of columns with its padding: the costs, what is subtracted
-    /// from them, the reduced costs, and where the variables stand.
-    NuvSizeT firstSlack;
-    NuvSizeT length;
-    NuvFloat32* costs;
-    NuvFloat32* sums;
-    NuvFloat32* differences;
-    NuvUint* positions;
+    /// Arrays by column of A, each kind of columns with its padding.
+    NuvSizeT firstSlack;      /// PaddedLength(n)
+    NuvSizeT length;          /// firstSlack + PaddedLength(m)
+    NuvFloat32* costs;        /// [length]
+    NuvFloat32* sums;         /// [length] π · A(j)
+    NuvFloat32* differences;  /// [length] the reduced costs
+    NuvUint* positions;       /// [length] among the nonbasic variables, from 0
 
     bool isSparse;
-    SparseColumns sparse;
-    /// By row of A: where it is read, and whether that is a copy with padding, which is made when
-    /// the row is first summed.
-    NuvFloat32** rows;
-    bool* isCopied;
-    NuvFloat32* copies;
-    NuvFloat32** vectors;
-    NuvFloat32* multipliers;
+    DensePricing dense;
+    SparsePricing sparse;
 };
 
-/// Whether a matrix with so many non-zeros is cheaper column by column.
-bool IsSparse(NuvSizeT m, NuvSizeT n, NuvSizeT nonzeros);
-/// Takes the arrays; `copies` is room for m × PaddedLength(n) floats that is not needed when
-/// sparse.
-void LayOut(ReducedCosts* x, NuvUint m, NuvUint n, NuvSizeT nonzeros, Cutter* cutter);
-/// Makes all variables basic, and reads the non-zeros when they are few.
-void BeginReducedCosts(ReducedCosts* x, NuvFloat32* copies);
+/// Places the arrays for a standard form; `rowBuffer` of StartPricing is not among them.
+void PlaceArrays(Pricing* x, const StandardForm* form, WorkspaceLayout* layout);
+/// How many floats StartPricing must be lent.
+NuvSizeT RowBufferLength(const Pricing* x);
+/// Makes all variables basic, without a position.
+void StartPricing(Pricing* x, NuvFloat32* rowBuffer);
 
-/// Notes that a label has its place.
-/// @return false when it had one before.
-bool MarkPlaced(ReducedCosts* x, NuvUint label);
-/// Makes the variable under `label`, from 1, basic, or nonbasic at a position counted from 0.
-void MakeBasic(ReducedCosts* x, NuvUint label);
-void MakeNonbasic(ReducedCosts* x, NuvUint label, NuvFloat32 cost, NuvUint position);
+/// Gives a label that has no place yet one among the basic variables.
+/// @return false when it had one.
+bool PlaceBasic(Pricing* x, NuvUint label);
+/// The same among the nonbasic variables, with its cost.
+bool PlaceNonbasic(Pricing* x, NuvUint label, NuvFloat32 cost, NuvUint position);
+/// Makes the variable under `label` basic, or nonbasic at a position.
+void MakeBasic(Pricing* x, NuvUint label);
+void MakeNonbasic(Pricing* x, NuvUint label, NuvFloat32 cost, NuvUint position);
 
-/// The sums of the slacks: the prices of the rows, for the caller to write.
-NuvFloat32* PricesOf(ReducedCosts* x);
-/// Forms all reduced costs from the prices, of which all but those of the rows given are 0. The
-/// rows increase, and stay among those that are given later.
-/// @return the largest if it is above 0, else 0, and the last of its positions, counted from 1.
-Choice FindLargestReducedCost(ReducedCosts* x, const NuvUint* rows, NuvUint count);
-/// column = the column of A under `label`; padding is left as it is, which is zero.
-void CopyColumn(const ReducedCosts* x, NuvUint label, NuvFloat32* column, NuvSizeT length);
+/// Forms all reduced costs from the prices [PaddedLength(m)]. `rows` lists every row with a price
+/// other than 0, ascending; a row listed once is listed in all later calls, as its price is kept.
+/// @return the largest if it is above 0, else 0, and the last of its positions.
+Choice FindLargestReducedCost(Pricing* x, const NuvFloat32* prices, const NuvUint* rows,
+                              NuvUint count);
+/// column [length] = the column of A under `label`, from 1, with zeros for padding.
+void CopyColumn(const Pricing* x, NuvUint label, NuvFloat32* column, NuvSizeT length);
 }  // namespace nuv
 
 #endif

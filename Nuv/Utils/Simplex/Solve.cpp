@@ -1,5 +1,24 @@
-// The way through a solve: standard form, Phase I where a right-hand side is negative, Phase II.
+// The entries: the whole solve, and each phase by itself.
 #include "Nuv/Utils/Simplex/Phases.h"
+
+namespace nuv
+{
+namespace
+{
+using PhaseFunction = NuvLinearProgrammingResultType (*)(NuvLinearProgramming*, SolveContext*,
+                                                         const StandardForm*);
+
+NuvLinearProgrammingResultType CallPhase(PhaseFunction phase, NuvLinearProgramming* lp,
+                                         NuvSizeT numArtificial)
+{
+    StandardForm form;
+    if (!CanCountElements(lp, numArtificial) || !ReadStandardForm(lp, &form))
+        return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
+    SolveContext context = {nullptr, 0, KernelsOfThisMachine()};
+    return phase(lp, &context, &form);
+}
+}  // namespace
+}  // namespace nuv
 
 NuvLinearProgrammingResultType NuvLinearProgrammingSolve(NuvLinearProgramming* lp)
 {
@@ -9,20 +28,25 @@ NuvLinearProgrammingResultType NuvLinearProgrammingSolve(NuvLinearProgramming* l
 NuvLinearProgrammingResultType
 NuvLinearProgrammingSolveMonitored(NuvLinearProgramming* lp, NuvLinearProgrammingMonitor* monitor)
 {
-    nuv::SolveWatch watch = {monitor, 0, nuv::KernelsOfThisMachine()};
-    return nuv::SolveUnderWatch(lp, &watch);
+    nuv::SolveContext context = {monitor, 0, nuv::KernelsOfThisMachine()};
+    return nuv::SolveInContext(lp, &context);
 }
 
-NuvLinearProgrammingResultType nuv::SolveUnderWatch(NuvLinearProgramming* lp, SolveWatch* watch)
+NuvBool NuvRevisedSimplexIsPhaseIRequired(NuvLinearProgramming* lp)
 {
-    StandardFormFacts facts;
-    if (!PrepareInputs(lp, &facts))
-        return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
-    if (NuvRevisedSimplexIsPhaseIRequired(lp))
-    {
-        const NuvLinearProgrammingResultType result = SolvePhaseI(lp, watch, &facts);
-        if (result != NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
-            return result;
-    }
-    return SolvePhaseII(lp, watch, &facts);
+    const NuvUint rows = lp->b.data && lp->numConstraints <= lp->b.nr ? lp->numConstraints : 0;
+    for (NuvUint i = 0; i != rows; ++i)
+        if (0.0F > NuvMatrix_NuvFloat32At(&lp->b, i, 0))
+            return NUV_TRUE;
+    return NUV_FALSE;
+}
+
+NuvLinearProgrammingResultType NuvRevisedSimplexSolvePhaseI(NuvLinearProgramming* lp)
+{
+    return nuv::CallPhase(nuv::SolvePhaseI, lp, 1);
+}
+
+NuvLinearProgrammingResultType NuvRevisedSimplexSolvePhaseII(NuvLinearProgramming* lp)
+{
+    return nuv::CallPhase(nuv::SolvePhaseII, lp, 0);
 }

@@ -1,11 +1,13 @@
 // The standard form: the model as dense matrices, one slack column per row. With n variables and m
 // constraints, A is m × (n + m) with the identity in its last m columns, and the slack columns are
 // the first basis.
+#include "Nuv/Utils/Simplex/StandardForm.h"
+
 #include <bit>
 
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Utils/Kernels/FloatContract.h"
-#include "Nuv/Utils/Simplex/Phases.h"
+#include "Nuv/Utils/Problem/Variables.h"
 
 namespace nuv
 {
@@ -38,8 +40,8 @@ bool IsFinite(NuvFloat32 value)
     return (std::bit_cast<NuvUint>(value) & exponent) != exponent;
 }
 
-/// What is known about the values stored so far.
-struct Record
+/// What is known of the numbers stored so far.
+struct Tally
 {
     bool isFinite;
     NuvSizeT numCoefficients;
@@ -55,7 +57,7 @@ bool StoreCoefficient(NuvFloat32* row, NuvUint n, NuvUint index, NuvFloat32 coef
 }
 
 bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n,
-                  Record* record)
+                  Tally* tally)
 {
     bool isFinite = true;
     for (const NuvPair_NuvUint__NuvFloat32* term = terms->begin; term != terms->end; ++term)
@@ -64,53 +66,48 @@ bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32
             return false;
         isFinite &= IsFinite(term->second);
     }
-    record->isFinite &= isFinite;
-    record->numCoefficients += NuvVector_NuvPair_NuvUint__NuvFloat32Size(terms);
+    tally->isFinite &= isFinite;
+    tally->numCoefficients += NuvVector_NuvPair_NuvUint__NuvFloat32Size(terms);
     return true;
 }
 
 bool StoreByName(const NuvLinearProgramming* lp,
                  const NuvVector_NuvPair_NuvString__NuvFloat32* terms, NuvFloat32* row,
-                 Record* record)
+                 Tally* tally)
 {
     for (const NuvPair_NuvString__NuvFloat32* term = terms->begin; term != terms->end; ++term)
     {
-        const NuvUnordered_NuvString__NuvLinearProgrammingVariableConstIterator found =
-            NuvUnordered_NuvString__NuvLinearProgrammingVariableFindConst(&lp->variables,
-                                                                          &term->first);
-        if (found == NuvUnordered_NuvString__NuvLinearProgrammingVariableEndConst(&lp->variables))
+        const NuvLinearProgrammingVariable* const variable = FindVariable(lp, &term->first);
+        if (!variable)
             return false;
-        const NuvLinearProgrammingVariable* const variable =
-            &NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableConstIteratorContentOf(&found)
-                 ->second;
         if (!StoreCoefficient(row, lp->numVars, variable->index, term->second))
             return false;
-        record->isFinite &= IsFinite(term->second);
-        ++record->numCoefficients;
+        tally->isFinite &= IsFinite(term->second);
+        ++tally->numCoefficients;
     }
     return true;
 }
 
 bool StoreConstraint(NuvLinearProgramming* lp, const NuvLinearProgrammingConstraint* constraint,
-                     NuvSizeT r, Record* record)
+                     NuvSizeT r, Tally* tally)
 {
     NuvFloat32* const row = RowOf(&lp->A, r);
     const NuvVector_NuvPair_NuvString__NuvFloat32* const named =
         NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(constraint);
     const bool isStored =
-        named ? StoreByName(lp, named, row, record)
+        named ? StoreByName(lp, named, row, tally)
               : StoreByIndex(
                     NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(constraint), row,
-                    lp->numVars, record);
+                    lp->numVars, tally);
     if (!isStored)
         return false;
     lp->b.data[r] = NuvLinearProgrammingConstraintGetRhs(constraint);
-    record->isFinite &= IsFinite(lp->b.data[r]);
+    tally->isFinite &= IsFinite(lp->b.data[r]);
     return true;
 }
 
 /// Makes a row per constraint, in the order in which the map is walked.
-bool StoreConstraints(NuvLinearProgramming* lp, Record* record)
+bool StoreConstraints(NuvLinearProgramming* lp, Tally* tally)
 {
     const NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entries =
         &lp->constraints.l;
@@ -119,7 +116,7 @@ bool StoreConstraints(NuvLinearProgramming* lp, Record* record)
     {
         const NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entry =
             NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(&link);
-        if (!StoreConstraint(lp, &entry->second, r, record))
+        if (!StoreConstraint(lp, &entry->second, r, tally))
             return false;
         ++r;
     }
@@ -139,24 +136,90 @@ bool StoreSlackBasis(NuvLinearProgramming* lp)
         lp->basic.data[i] = lp->numVars + 1 + i;
     return true;
 }
-}  // namespace
-}  // namespace nuv
-
-bool nuv::PrepareInputs(NuvLinearProgramming* lp, StandardFormFacts* facts)
+bool AreLabelsIn(const NuvMatrix_NuvUint* labels, NuvUint columns)
 {
-    const NuvSizeT m = NuvUnordered_NuvUint__NuvLinearProgrammingConstraintSize(&lp->constraints);
-    Record record = {true, 0};
-    if (!ResizeMatrices(lp, m) || !StoreConstraints(lp, &record))
-        return false;
-    facts->nonzeros = record.numCoefficients;
-    if (!StoreByIndex(&lp->objective, lp->c.data, lp->numVars, &record) || !StoreSlackBasis(lp))
-        return false;
-    facts->isExact = record.isFinite;
+    for (NuvUint i = 0; i != labels->nc; ++i)
+        if (labels->data[i] == artificialLabel || labels->data[i] > columns)
+            return false;
     return true;
 }
 
+/// Whether lp's matrices are of one standard form, so that the phases may read them.
+bool HasStandardForm(const NuvLinearProgramming* lp)
+{
+    const NuvSizeT m = lp->numConstraints;
+    const NuvSizeT n = lp->numVars;
+    if (m == 0 || n == 0)
+        return false;
+    const bool hasShapes = lp->A.nr == m && lp->A.nc == n + m && lp->b.nr == m && lp->b.nc == 1 &&
+                           lp->c.nr == n + m && lp->c.nc == 1 && lp->basic.nr == 1 &&
+                           lp->basic.nc == m && lp->independent.nr == 1 && lp->independent.nc == n;
+    return hasShapes && lp->A.data && lp->b.data && lp->c.data && lp->basic.data &&
+           lp->independent.data && AreLabelsIn(&lp->basic, lp->A.nc) &&
+           AreLabelsIn(&lp->independent, lp->A.nc);
+}
+
+bool AreFinite(const NuvFloat32* x, NuvSizeT count)
+{
+    bool areFinite = true;
+    for (NuvSizeT i = 0; i != count; ++i)
+        areFinite &= IsFinite(x[i]);
+    return areFinite;
+}
+
+StandardForm ViewOf(const NuvLinearProgramming* lp)
+{
+    return {lp->numConstraints, lp->numVars, lp->A.data, lp->b.data, lp->c.data, false, 0};
+}
+}  // namespace
+
+bool PrepareInputs(NuvLinearProgramming* lp, StandardForm* form)
+{
+    const NuvSizeT m = NuvUnordered_NuvUint__NuvLinearProgrammingConstraintSize(&lp->constraints);
+    Tally tally = {true, 0};
+    if (!ResizeMatrices(lp, m) || !StoreConstraints(lp, &tally))
+        return false;
+    const NuvSizeT maxNonzeros = tally.numCoefficients;
+    if (!StoreByIndex(&lp->objective, lp->c.data, lp->numVars, &tally) || !StoreSlackBasis(lp))
+        return false;
+    *form = ViewOf(lp);
+    form->isFiniteWithUnitSlacks = tally.isFinite;
+    form->maxNonzeros = maxNonzeros;
+    return true;
+}
+
+bool CanCountElements(const NuvLinearProgramming* lp, NuvSizeT numArtificial)
+{
+    const NuvSizeT m = lp->numConstraints;
+    return m * (numArtificial + lp->numVars + m) <= UINT32_MAX;
+}
+
+bool ReadStandardForm(const NuvLinearProgramming* lp, StandardForm* form)
+{
+    if (!HasStandardForm(lp))
+        return false;
+    *form = ViewOf(lp);
+    const NuvUint m = form->m;
+    const NuvUint n = form->n;
+    const NuvSizeT numColumns = static_cast<NuvSizeT>(n) + m;
+    bool isKnown = AreFinite(form->A, m * numColumns) && AreFinite(form->b, m) &&
+                   AreFinite(form->c, numColumns);
+    for (NuvUint i = 0; i != m; ++i)
+    {
+        const NuvFloat32* const row = RowOf(form, i);
+        for (NuvUint j = 0; j != n; ++j)
+            form->maxNonzeros += row[j] != 0.0F ? 1 : 0;
+        for (NuvUint j = 0; j != m; ++j)
+            isKnown &= row[n + j] == (i == j ? 1.0F : 0.0F);
+        isKnown &= form->c[n + i] == 0.0F;
+    }
+    form->isFiniteWithUnitSlacks = isKnown;
+    return true;
+}
+}  // namespace nuv
+
 NuvBool NuvLinearProgrammingPrepareInputs_(NuvLinearProgramming* lp)
 {
-    nuv::StandardFormFacts facts;
-    return nuv::PrepareInputs(lp, &facts) ? NUV_TRUE : NUV_FALSE;
+    nuv::StandardForm form;
+    return nuv::PrepareInputs(lp, &form) ? NUV_TRUE : NUV_FALSE;
 }

@@ -1,27 +1,29 @@
-// Taking and leaving blocks.
+// The workspace and the retained blocks.
 #include "Nuv/Utils/Simplex/Workspace.h"
 
+#include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Memory/ScratchAllocator.h"
 
 namespace nuv
 {
 namespace
 {
-/// As many as the end of Phase I leaves.
+/// As many as the end of Phase I retains.
 constexpr NuvSizeT maxBlocks = 12;
 }  // namespace
 
-void GiveBack(Workspace* workspace)
+void FreeWorkspace(Workspace* workspace)
 {
     if (workspace->block)
         NuvAllocatorDeallocate(workspace->allocator, workspace->block, workspace->size);
     workspace->block = nullptr;
 }
 
-bool LeaveBehind(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT count)
+bool AllocateRetained(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT count)
 {
     if (IsScratchAllocator(allocator))
         return true;
+    NUV_ASSERT(count <= maxBlocks);
     void* blocks[maxBlocks];
     for (NuvSizeT taken = 0; taken != count; ++taken)
     {

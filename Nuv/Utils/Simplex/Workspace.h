@@ -1,6 +1,6 @@
-// The memory of a solve: one workspace, taken once and cut into arrays, and the blocks that a solve
-// leaves with the allocator by contract. Nothing is ever written to the latter, so that they cost
-// no memory that is in use. Not installed.
+// The memory of a solve: a workspace in one block, which holds all arrays, and the retained blocks,
+// which a solve leaves with the allocator by contract. Nothing is ever written to the latter, so
+// that they cost no memory that is in use. Not installed.
 #ifndef NUV_UTILS_SIMPLEX_WORKSPACE_H
 #define NUV_UTILS_SIMPLEX_WORKSPACE_H
 
@@ -10,12 +10,12 @@
 
 namespace nuv
 {
-/// Cuts arrays out of a block, each on a cache line of its own. Without a block it only counts, so
+/// Places arrays in a block, each on a cache line of its own. Without a block it only counts, so
 /// that one function lays out a workspace and tells its size.
-class Cutter
+class WorkspaceLayout
 {
 public:
-    explicit Cutter(void* block)
+    explicit WorkspaceLayout(void* block)
         : base(static_cast<unsigned char*>(block)), isCounting(!block), size(0)
     {
         if (!isCounting)
@@ -23,13 +23,13 @@ public:
     }
 
     template <class T>
-    void Take(T** array, NuvSizeT count)
+    void Place(T** array, NuvSizeT count)
     {
         *array = isCounting ? nullptr : reinterpret_cast<T*>(base + size);
         size += (count * sizeof(T) + lineSize - 1) / lineSize * lineSize;
     }
 
-    /// What a block needs for all that was taken, wherever it begins.
+    /// What a block needs for all that was placed, wherever it begins.
     NuvSizeT BytesNeeded() const
     {
         return size + lineSize;
@@ -43,7 +43,7 @@ private:
     NuvSizeT size;
 };
 
-/// A block that is given back as a whole.
+/// A block that is freed as a whole.
 struct Workspace
 {
     NuvAllocator* allocator;
@@ -52,18 +52,18 @@ struct Workspace
 };
 
 /// @return false when the block is refused.
-inline bool TakeWorkspace(Workspace* workspace, NuvAllocator* allocator, NuvSizeT size)
+inline bool AllocateWorkspace(Workspace* workspace, NuvAllocator* allocator, NuvSizeT size)
 {
     *workspace = {allocator, NuvAllocatorAllocate(allocator, size), size};
     return workspace->block != nullptr;
 }
 
-void GiveBack(Workspace* workspace);
+void FreeWorkspace(Workspace* workspace);
 
-/// Takes blocks of the sizes and leaves them with the allocator for good; none of a scratch
-/// allocator, which would only give them back.
+/// Allocates blocks of the sizes, which stay with the allocator for good; none from a scratch
+/// allocator, whose owner would only take them back.
 /// @return false when one is refused; none is left then.
-bool LeaveBehind(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT count);
+bool AllocateRetained(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT count);
 }  // namespace nuv
 
 #endif

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "Nuv/Utils/Simplex/Phases.h"
+#include "Nuv/Utils/Simplex/BasisUpdate.h"
 #include "tests/core/matrices/MatrixOperations.hpp"
 #include "tests/support/RefusedAllocations.hpp"
 

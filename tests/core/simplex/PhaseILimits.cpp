@@ -13,12 +13,12 @@ TEST(PhaseI, OneColumnMoreThan32BitsCountIsRefusedBeforeAnythingIsRead)
     TestAllocator allocator;
     NuvLinearProgramming lp;
     ASSERT_EQ(NuvLinearProgrammingConstructDefault(&lp, allocator), &lp);
+    const std::size_t requests = allocator.Requests();
+    nuv::SolveContext context = {nullptr, 0, nuv::KernelsOfThisMachine()};
     lp.numConstraints = 0xFFFF;
     lp.numVars = 2;
-    const std::size_t requests = allocator.Requests();
-    nuv::SolveWatch watch = {nullptr, 0, nuv::KernelsOfThisMachine()};
-    const nuv::StandardFormFacts facts = {false, 0};
-    EXPECT_EQ(nuv::SolvePhaseI(&lp, &watch, &facts), NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput);
+    const nuv::StandardForm form = {};
+    EXPECT_EQ(nuv::SolvePhaseI(&lp, &context, &form), NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput);
     EXPECT_EQ(allocator.Requests(), requests);
     NuvLinearProgrammingDestruct(&lp);
 }

@@ -1,0 +1,93 @@
+// What is made of the float loops without regard to the machine.
+#include "Nuv/Utils/Kernels/DenseAlgebra.h"
+
+#include "Nuv/Utils/Kernels/FloatContract.h"
+
+namespace nuv
+{
+namespace
+{
+NuvSizeT FindPivotRow(const NuvFloat32* y, NuvSizeT n, NuvSizeT k, NuvFloat32* magnitude)
+{
+    NuvSizeT pivotRow = k;
+    *magnitude = Magnitude(y[k * n + k]);
+    for (NuvSizeT i = k + 1; i < n; ++i)
+    {
+        const NuvFloat32 candidate = Magnitude(y[i * n + k]);
+        if (candidate > *magnitude)
+        {
+            pivotRow = i;
+            *magnitude = candidate;
+        }
+    }
+    return pivotRow;
+}
+
+void ExchangeRows(NuvFloat32* x, NuvFloat32* y, NuvSizeT n)
+{
+    for (NuvSizeT j = 0; j != n; ++j)
+    {
+        const NuvFloat32 held = x[j];
+        x[j] = y[j];
+        y[j] = held;
+    }
+}
+}  // namespace
+
+void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
+              NuvSizeT inner, NuvSizeT cols)
+{
+    KernelsOfThisMachine()->multiply(x, y, result, rows, inner, cols);
+}
+
+void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows, NuvSizeT inner,
+              NuvSizeT cols)
+{
+    for (NuvSizeT i = 0; i != rows; ++i)
+    {
+        NuvUint* const sums = result + i * cols;
+        for (NuvSizeT j = 0; j != cols; ++j)
+            sums[j] = 0;
+        for (NuvSizeT k = 0; k != inner; ++k)
+        {
+            const NuvUint multiplier = x[i * inner + k];
+            const NuvUint* const row = y + k * cols;
+            for (NuvSizeT j = 0; j != cols; ++j)
+                sums[j] = sums[j] + multiplier * row[j];
+        }
+    }
+}
+
+bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
+{
+    for (NuvSizeT k = 0; k != n; ++k)
+    {
+        NuvFloat32 magnitude;
+        const NuvSizeT pivotRow = FindPivotRow(y, n, k, &magnitude);
+        if (magnitude == 0.0F)
+            return false;
+        if (pivotRow != k)
+        {
+            ExchangeRows(y + k * n, y + pivotRow * n, n);
+            ExchangeRows(result + k * n, result + pivotRow * n, n);
+        }
+        const NuvFloat32 pivot = y[k * n + k];
+        kernels->divide(y + k * n, pivot, n);
+        kernels->divide(result + k * n, pivot, n);
+        for (NuvSizeT i = 0; i != n; ++i)
+        {
+            if (i == k)
+                continue;
+            const NuvFloat32 multiplier = y[i * n + k];
+            kernels->subtractMultiple(y + i * n, y + k * n, multiplier, n);
+            kernels->subtractMultiple(result + i * n, result + k * n, multiplier, n);
+        }
+    }
+    return true;
+}
+
+bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
+{
+    return ReduceToIdentity(KernelsOfThisMachine(), y, result, n);
+}
+}  // namespace nuv

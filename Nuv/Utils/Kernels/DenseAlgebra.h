@@ -1,0 +1,31 @@
+// Dense products and elimination, made of the float loops. Not installed.
+#ifndef NUV_UTILS_KERNELS_DENSEALGEBRA_H
+#define NUV_UTILS_KERNELS_DENSEALGEBRA_H
+
+#include "Nuv/Utils/Kernels/Kernels.h"
+
+namespace nuv
+{
+/// The magnitude as the search for a pivot forms it: −0 stays −0, and a NaN stays itself.
+inline NuvFloat32 Magnitude(NuvFloat32 value)
+{
+    return value < 0.0F ? -value : value;
+}
+
+/// result (rows × cols) = x (rows × inner) · y (inner × cols), each element summed in increasing
+/// index of the inner dimension from 0; result must not be an operand.
+void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
+              NuvSizeT inner, NuvSizeT cols);
+
+/// The same for unsigned integers, modulo 2³².
+void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows, NuvSizeT inner,
+              NuvSizeT cols);
+
+/// Reduces y (n × n) to the identity by Gauss-Jordan elimination with partial pivoting, and does
+/// the same to `result`.
+/// @return false when a pivot column is exactly zero; both then hold the rows reduced so far.
+bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result, NuvSizeT n);
+bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n);
+}  // namespace nuv
+
+#endif

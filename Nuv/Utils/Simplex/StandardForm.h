@@ -1,0 +1,59 @@
+// The standard form of a model, max cᵀx with A x = b and x ≥ 0, as the phases read it from the
+// model's matrices. Not installed.
+#ifndef NUV_UTILS_SIMPLEX_STANDARDFORM_H
+#define NUV_UTILS_SIMPLEX_STANDARDFORM_H
+
+#include "Nuv/Utils/NuvLinearProgramming.h"
+
+namespace nuv
+{
+/// The label of the artificial variable of Phase I, whose column is −1 in every row. Those of the
+/// columns of A begin with 1.
+inline constexpr NuvUint artificialLabel = 0;
+
+/// The matrices are the model's. In an ordinary solve the last m columns of A are the identity, the
+/// slacks', and the last m costs are 0; in a phase that is called by itself they may be anything.
+struct StandardForm
+{
+    NuvUint m;
+    /// The columns that are not slacks.
+    NuvUint n;
+    const NuvFloat32* A;  /// [m × (n + m)], row after row
+    const NuvFloat32* b;  /// [m]
+    const NuvFloat32* c;  /// [n + m]
+
+    /// All of A, b and c is finite, the last m columns of A are the identity and cost nothing:
+    /// without this, nothing but the definition itself gives the defined results.
+    bool isFiniteWithUnitSlacks;
+    /// At least the number of non-zeros in A's first n columns. Lists of them are made for so many:
+    /// too small a number here would have them written past their ends.
+    NuvSizeT maxNonzeros;
+};
+
+inline const NuvFloat32* RowOf(const StandardForm* form, NuvSizeT row)
+{
+    return form->A + row * (static_cast<NuvSizeT>(form->n) + form->m);
+}
+
+/// The element of the column of a label.
+inline NuvFloat32 ElementOf(const StandardForm* form, NuvSizeT row, NuvUint label)
+{
+    return label == artificialLabel ? -1.0F : RowOf(form, row)[label - 1];
+}
+
+/// The label of a row's slack variable.
+inline NuvUint SlackOf(const StandardForm* form, NuvUint row)
+{
+    return form->n + 1 + row;
+}
+
+/// NuvLinearProgrammingPrepareInputs_, which also tells what it knows about the result.
+bool PrepareInputs(NuvLinearProgramming* lp, StandardForm* form);
+/// Whether 32 bits can count the elements of A with so many artificial columns.
+bool CanCountElements(const NuvLinearProgramming* lp, NuvSizeT numArtificial);
+/// Reads a standard form that may be anyone's, whose elements can be counted.
+/// @return false when lp's matrices are not of one.
+bool ReadStandardForm(const NuvLinearProgramming* lp, StandardForm* form);
+}  // namespace nuv
+
+#endif

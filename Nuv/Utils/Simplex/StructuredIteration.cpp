@@ -1,0 +1,151 @@
+// The steps of the structured iteration.
+#include "Nuv/Utils/Simplex/StructuredIteration.h"
+
+#include "Nuv/Utils/Kernels/Assert.h"
+#include "Nuv/Utils/Kernels/FloatContract.h"
+#include "Nuv/Utils/Kernels/Switches.h"
+
+namespace nuv
+{
+namespace
+{
+bool IsSlackBasis(const Iteration* it)
+{
+    for (NuvUint i = 0; i != it->m; ++i)
+        if (it->basic[i] != SlackOf(it->form, i))
+            return false;
+    return true;
+}
+
+/// Phase I always starts from the slack columns. A caller of Phase I by itself may have left other
+/// labels in `basic`; then labels and columns disagree, and only the dense iteration, which keeps
+/// both, gives the defined result. In Phase II they agree by definition.
+bool LabelsMatchColumns(const Iteration* it)
+{
+    if (it->phase == Phase::II)
+        return true;
+    for (NuvUint j = 0; j != it->numNonbasic; ++j)
+        if (it->nonbasic[j] != j)
+            return false;
+    return IsSlackBasis(it);
+}
+
+/// Tells pricing where each label is.
+/// @return whether each but the artificial variable's has exactly one place.
+bool PlaceLabels(StructuredIteration* x, const Iteration* it)
+{
+    for (NuvUint i = 0; i != it->m; ++i)
+        if (!PlaceBasic(&x->pricing, it->basic[i]))
+            return false;
+    for (NuvUint j = 0; j != it->numNonbasic; ++j)
+    {
+        const NuvUint label = it->nonbasic[j];
+        if (label != artificialLabel && !PlaceNonbasic(&x->pricing, label, CostOf(it, label), j))
+            return false;
+    }
+    return true;
+}
+
+bool InvertBasis(StructuredIteration* x, const Iteration* it)
+{
+    if (IsSlackBasis(it))
+    {
+        SetToIdentity(&x->inverse, it->b);
+        return true;
+    }
+    NUV_ASSERT(it->phase == Phase::II);
+    x->elimination.multipliers = x->rowBuffer;
+    return Invert(&x->inverse, it->form, it->basic, it->b, &x->elimination);
+}
+}  // namespace
+
+void PlaceArrays(StructuredIteration* x, const Iteration* it, WorkspaceLayout* layout)
+{
+    x->inverse.kernels = it->kernels;
+    x->pricing.kernels = it->kernels;
+    layout->Place(&x->elimination.steps, it->m);
+    // Slacks cost nothing: no more basic variables have a cost than there are others, and in Phase
+    // I only the artificial one has.
+    const NuvUint n = it->form->n;
+    const NuvUint maxCosted = it->phase == Phase::I ? 1 : it->m < n ? it->m : n;
+    PlaceArrays(&x->inverse, it->m, maxCosted, layout);
+    PlaceArrays(&x->pricing, it->form, layout);
+    const NuvSizeT forPricing = RowBufferLength(&x->pricing);
+    const NuvSizeT forInversion = it->phase == Phase::I ? 0 : it->m * it->stride;
+    layout->Place(&x->rowBuffer, forInversion > forPricing ? forInversion : forPricing);
+}
+
+bool TryStart(StructuredIteration* x, Iteration* it)
+{
+    if (!switches.structured || !it->form->isFiniteWithUnitSlacks || !LabelsMatchColumns(it) ||
+        !InvertBasis(x, it))
+        return false;
+    // The steps of the inversion are done with, and so is their part of the buffer.
+    StartPricing(&x->pricing, x->rowBuffer);
+    if (!PlaceLabels(x, it))
+        return false;
+    for (NuvUint i = 0; i != it->m; ++i)
+        if (it->basicCosts[i] != 0.0F)
+            SetCost(&x->inverse, i, it->basicCosts[i]);
+    ComputePrices(&x->inverse, it->prices);
+    return true;
+}
+
+Entering ChooseEntering(StructuredIteration* x, Iteration* it)
+{
+    // Rows whose column of the inverse is a unit vector have no price.
+    const Choice largest =
+        FindLargestReducedCost(&x->pricing, it->prices, x->inverse.numbers, x->inverse.numStored);
+    return {largest.number, largest.value};
+}
+
+bool ComputeValuesAndDirection(StructuredIteration* x, Iteration* it, const Entering* entering)
+{
+    NuvFloat32* column = nullptr;
+    if (entering->reducedCost != 0.0F)
+    {
+        column = it->enteringColumn;
+        const NuvUint label = it->nonbasic[entering->position];
+        if (label != artificialLabel)
+            CopyColumn(&x->pricing, label, column, it->stride);
+        else
+            for (NuvUint i = 0; i != it->m; ++i)
+                column[i] = ElementOf(it->form, i, label);
+    }
+    MultiplyByInverse(&x->inverse, it->basicValues, column, it->direction);
+    // Every updated entry of the inverse enters some basic value, so that an overflow there makes
+    // that value infinite or NaN. Prices are tested because pricing skips products with 0, which is
+    // exact for finite prices only.
+    return it->kernels->isFinite(it->basicValues, it->stride) &&
+           it->kernels->isFinite(it->prices, it->stride);
+}
+
+bool FormEta(StructuredIteration* x, const Iteration* it, NuvUint row)
+{
+    return FormEta(&x->inverse, it->direction, row);
+}
+
+void Exchange(StructuredIteration* x, Iteration* it, NuvUint position, NuvUint row)
+{
+    ExchangeLabels(it, position, row);
+    const NuvUint entering = it->basic[row];
+    const NuvUint leaving = it->nonbasic[position];
+    if (entering != artificialLabel)
+        MakeBasic(&x->pricing, entering);
+    if (leaving != artificialLabel)
+        MakeNonbasic(&x->pricing, leaving, CostOf(it, leaving), position);
+}
+
+void Update(StructuredIteration* x, Iteration* it, NuvUint row)
+{
+    Update(&x->inverse, row, it->basicCosts[row], it->prices);
+}
+
+void FallBackToDense(const StructuredIteration* x, const Iteration* it, DenseIteration* dense)
+{
+    StartFromLabels(dense, it);
+    for (NuvUint i = 0; i != it->m; ++i)
+        for (NuvUint k = 0; k != it->m; ++k)
+            dense->inverse[static_cast<NuvSizeT>(i) * it->m + k] = EntryOf(&x->inverse, i, k);
+}
+}  // namespace nuv
