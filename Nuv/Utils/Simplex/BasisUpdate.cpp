@@ -1,6 +1,4 @@
 // The update of the basis inverse as a function of its own, as it is defined, for any numbers.
-#include "Nuv/Utils/Simplex/BasisUpdate.h"
-
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Utils/Kernels/DenseAlgebra.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "Nuv/Utils/Simplex/BasisUpdate.h"
+#include "Nuv/Utils/Simplex/DenseIteration.h"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
 #include "tests/support/Effort.hpp"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Nuv/Utils/Simplex/BasisUpdate.h"
+#include "Nuv/Utils/Simplex/DenseIteration.h"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
 #include "tests/support/Effort.hpp"

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "Nuv/Utils/Simplex/BasisUpdate.h"
+#include "Nuv/Utils/Simplex/DenseIteration.h"
 #include "tests/core/matrices/MatrixOperations.hpp"
 #include "tests/support/RefusedAllocations.hpp"
 
