@@ -67,7 +67,7 @@ void MultiplyBy(Scale scale, ExactVector& vector)
             numerator *= up;
     }
     // The factors brought in, and powers of two from the lifting, may cancel.
-    Reduce(vector, boost::multiprecision::gcd(vector.denominator, PowerOf({64, 0}) * down * up));
+    Reduce(vector, Gcd(vector.denominator, PowerOf({64, 0}) * down * up));
 }
 
 }  // namespace
@@ -116,17 +116,18 @@ std::size_t PadicLifting::AppendEntry(Index equation, const ExactNumber& coeffic
     }
     Integer magnitude = PowerOf({0, left.five}) * std::abs(coefficient.mantissa);
     const std::size_t bits = shift + BitLength(magnitude);
-    const Integer mask((std::int64_t{1} << 62) - 1);
+    constexpr std::uint64_t mask = (std::uint64_t{1} << 62) - 1;
     for (; magnitude != 0; magnitude >>= 62, shift += 62)
     {
-        const std::int64_t word = static_cast<std::int64_t>(Integer(magnitude & mask));
+        const std::int64_t word = static_cast<std::int64_t>(magnitude.LowWord() & mask);
         if (word != 0)
             m_entries.push_back({equation, shift, coefficient.mantissa < 0 ? -word : word});
     }
     return bits;
 }
 
-bool PadicLifting::Solve(const ScaledVector& rightSide, ExactVector& solution, const StopPredicate& stop)
+bool PadicLifting::Solve(const ScaledVector& rightSide, ExactVector& solution,
+                         const StopPredicate& stop)
 {
     LoadResidual(rightSide);
     m_digits.clear();
@@ -164,7 +165,6 @@ void PadicLifting::LoadResidual(const ScaledVector& rightSide)
     }
     m_words = std::max(m_rightBits, m_entryBits + 62) / 64 + 1;
     m_residual.assign(m_size * m_words, 0);
-    const Integer mask(~std::uint64_t{0});
     for (Index i = 0; i < m_size; ++i)
     {
         const bool negative = scaled[i] < 0;
@@ -173,7 +173,7 @@ void PadicLifting::LoadResidual(const ScaledVector& rightSide)
         std::uint64_t carry = negative ? 1 : 0;
         for (std::size_t w = 0; w < m_words && (scaled[i] != 0 || negative); ++w)
         {
-            const std::uint64_t word = static_cast<std::uint64_t>(Integer(scaled[i] & mask));
+            const std::uint64_t word = scaled[i].LowWord();
             scaled[i] >>= 64;
             m_residual[i * m_words + w] = negative ? ~word + carry : word;
             carry = static_cast<std::uint64_t>(carry != 0 && word == 0);

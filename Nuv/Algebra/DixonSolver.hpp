@@ -40,7 +40,8 @@ public:
                  Side side);
 
     /// @return false if `stop` ended it.
-    [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution, const StopPredicate& stop);
+    [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution,
+                             const StopPredicate& stop);
 
 private:
     [[nodiscard]] std::size_t AppendEntry(Index equation, const ExactNumber& coefficient);

@@ -10,7 +10,7 @@ void Reduce(ExactVector& vector, Integer factor)
         if (factor == 1)
             return;
         if (numerator != 0)
-            factor = boost::multiprecision::gcd(factor, numerator);
+            factor = Gcd(factor, numerator);
     }
     vector.denominator /= factor;
     for (Integer& numerator : vector.numerator)

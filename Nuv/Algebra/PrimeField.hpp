@@ -3,7 +3,7 @@
 /// Invariant: a value is less than the prime.
 #pragma once
 
-#include "Nuv/Algebra/Rational.hpp"
+#include "Nuv/Algebra/ExactNumber.hpp"
 #include "Nuv/Algebra/WideProduct.hpp"
 
 #include <cstdint>

@@ -1,77 +1,93 @@
+/// The sums and products keep intermediate numbers small by dividing common factors out before they
+/// are multiplied in (Knuth, The Art of Computer Programming, volume 2, section 4.5.1).
 #include "Nuv/Algebra/Rational.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace nuv
 {
 
-namespace
+Rational::Rational(Integer numerator, Integer denominator)
+    : m_numerator(std::move(numerator)), m_denominator(std::move(denominator))
 {
-
-ExactNumber TakeApartStored(double value) noexcept
-{
-    int exponent = 0;
-    const double fraction = std::frexp(value, &exponent);
-    return {static_cast<std::int64_t>(std::ldexp(fraction, 53)), {exponent - 53, 0}};
+    if (m_denominator.Sign() < 0)
+    {
+        m_numerator.Negate();
+        m_denominator.Negate();
+    }
+    if (m_denominator == 1)
+        return;
+    const Integer divisor = Gcd(m_numerator, m_denominator);
+    if (divisor != 1)
+    {
+        m_numerator /= divisor;
+        m_denominator /= divisor;
+    }
 }
 
-/// The shortest decimal in scientific form has at most 17 digits, so they fit.
-ExactNumber TakeApartWritten(double value) noexcept
+Rational& Rational::operator+=(const Rational& other)
 {
-    char text[32];
-    const std::to_chars_result written =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::scientific);
-    ExactNumber number;
-    bool negative = false;
-    bool fraction = false;
-    int exponent = 0;
-    for (const char* at = text; at != written.ptr; ++at)
-    {
-        if (*at == '-')
-            negative = true;
-        else if (*at == '.')
-            fraction = true;
-        else if (*at == 'e')
-        {
-            const char* digits = at[1] == '+' ? at + 2 : at + 1;
-            int power = 0;
-            (void)std::from_chars(digits, written.ptr, power);  // to_chars wrote it
-            exponent += power;
-            break;
-        }
-        else
-        {
-            number.mantissa = 10 * number.mantissa + (*at - '0');
-            exponent -= fraction ? 1 : 0;
-        }
-    }
-    if (negative)
-        number.mantissa = -number.mantissa;
-    number.scale = {exponent, exponent};
-    while (number.scale.five < 0 && number.mantissa % 5 == 0)
-    {
-        number.mantissa /= 5;
-        ++number.scale.five;
-    }
-    return number;
+    return Add(other, false);
 }
 
-}  // namespace
-
-ExactNumber TakeApart(double value, Numbers numbers) noexcept
+Rational& Rational::operator-=(const Rational& other)
 {
-    if (value == 0.0)
-        return {};
-    ExactNumber number =
-        numbers == Numbers::AsStored ? TakeApartStored(value) : TakeApartWritten(value);
-    for (; (number.mantissa & 0xFF) == 0; number.scale.two += 8)
-        number.mantissa /= 256;
-    for (; (number.mantissa & 1) == 0; ++number.scale.two)
-        number.mantissa /= 2;
-    return number;
+    return Add(other, true);
+}
+
+/// a / (g b) + c / (g d) with b and d coprime is (a d + c b) / (g b d), and of the numerator only g
+/// can share a factor with the denominator: a prime of b divides neither a nor d.
+Rational& Rational::Add(const Rational& other, bool subtract)
+{
+    const Integer divisor = Gcd(m_denominator, other.m_denominator);
+    const Integer otherRest = divisor == 1 ? other.m_denominator : other.m_denominator / divisor;
+    const Integer rest = divisor == 1 ? m_denominator : m_denominator / divisor;
+    Integer sum = m_numerator * otherRest;
+    if (subtract)
+        sum.SubtractProduct(other.m_numerator, rest);
+    else
+        sum.AddProduct(other.m_numerator, rest);
+    const Integer common = divisor == 1 ? Integer(1) : Gcd(sum, divisor);
+    m_denominator *= otherRest;
+    if (common != 1)
+    {
+        sum /= common;
+        m_denominator /= common;
+    }
+    m_numerator = std::move(sum);
+    return *this;
+}
+
+Rational& Rational::operator*=(const Rational& other)
+{
+    const Integer across = Gcd(m_numerator, other.m_denominator);
+    const Integer back = Gcd(other.m_numerator, m_denominator);
+    m_numerator = (m_numerator / across) * (other.m_numerator / back);
+    m_denominator = (m_denominator / back) * (other.m_denominator / across);
+    return *this;
+}
+
+Rational& Rational::operator/=(const Rational& other)
+{
+    Rational inverse;
+    inverse.m_numerator = other.m_denominator;
+    inverse.m_denominator = other.m_numerator;
+    if (inverse.m_denominator.Sign() < 0)
+    {
+        inverse.m_numerator.Negate();
+        inverse.m_denominator.Negate();
+    }
+    return *this *= inverse;
+}
+
+std::strong_ordering operator<=>(const Rational& x, const Rational& y)
+{
+    if (x.m_denominator == y.m_denominator)
+        return x.m_numerator <=> y.m_numerator;
+    return x.m_numerator * y.m_denominator <=> y.m_numerator * x.m_denominator;
 }
 
 Rational ToRational(double value, Numbers numbers)
@@ -83,11 +99,9 @@ Rational ToRational(double value, Numbers numbers)
 
 Integer PowerOf(Scale scale)
 {
-    Integer power = scale.five == 0
-                        ? Integer(1)
-                        : boost::multiprecision::pow(Integer(5), static_cast<unsigned>(scale.five));
+    Integer power = scale.five == 0 ? Integer(1) : Power(5, static_cast<unsigned>(scale.five));
     if (scale.two != 0)
-        power <<= static_cast<unsigned>(scale.two);
+        power <<= static_cast<std::size_t>(scale.two);
     return power;
 }
 
@@ -100,8 +114,7 @@ Integer Scaled(const ExactNumber& number, Scale scale)
 
 double ToDouble(const Rational& value)
 {
-    return QuotientToDouble(boost::multiprecision::numerator(value),
-                            boost::multiprecision::denominator(value));
+    return QuotientToDouble(value.Numerator(), value.Denominator());
 }
 
 double QuotientToDouble(const Integer& numerator, const Integer& denominator)
@@ -109,7 +122,7 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
     if (numerator == 0)
         return 0.0;
     const bool negative = numerator < 0;
-    Integer top = negative ? Integer(-numerator) : numerator;
+    Integer top = Abs(numerator);
     Integer bottom = denominator;
     // A quotient of 54 or 55 bits, made odd if anything is cut off, rounds like the exact one;
     // below the normal range fewer bits are kept, so that only one rounding happens.
@@ -118,13 +131,13 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
         std::numeric_limits<double>::min_exponent - std::numeric_limits<double>::digits - 2;
     const long exponent = std::max(excess - 55, lowest);
     if (exponent < 0)
-        top <<= static_cast<unsigned>(-exponent);
+        top <<= static_cast<std::size_t>(-exponent);
     else
-        bottom <<= static_cast<unsigned>(exponent);
+        bottom <<= static_cast<std::size_t>(exponent);
     Integer quotient;
     Integer remainder;
-    boost::multiprecision::divide_qr(top, bottom, quotient, remainder);
-    std::int64_t bits = static_cast<std::int64_t>(quotient);
+    Divide(top, bottom, quotient, remainder);
+    std::int64_t bits = quotient.ToWord();
     if (remainder != 0)
         bits |= 1;
     // Three or fewer spare bits below the 53: rounding by hand keeps the sticky bit's meaning.
@@ -146,10 +159,9 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
 
 std::string ToString(const Rational& value)
 {
-    const Integer denominator = boost::multiprecision::denominator(value);
-    std::string text = boost::multiprecision::numerator(value).str();
-    if (denominator != 1)
-        text.append("/").append(denominator.str());
+    std::string text = value.Numerator().ToString();
+    if (value.Denominator() != 1)
+        text.append("/").append(value.Denominator().ToString());
     return text;
 }
 
@@ -157,14 +169,13 @@ std::string ToDecimal(const Rational& value, int digits)
 {
     if (value == 0)
         return "0";
-    Integer top = boost::multiprecision::abs(boost::multiprecision::numerator(value));
-    Integer bottom = boost::multiprecision::denominator(value);
+    Integer top = Abs(value.Numerator());
+    Integer bottom = value.Denominator();
     // The estimate of the decimal exponent is at most one too small, never too large.
     const double bits =
         static_cast<double>(BitLength(top)) - static_cast<double>(BitLength(bottom));
     int exponent = static_cast<int>(std::floor((bits - 1.0) * 0.30102999566398119));
-    const auto power = [](int n)
-    { return boost::multiprecision::pow(Integer(10), static_cast<unsigned>(n)); };
+    const auto power = [](int n) { return Power(10, static_cast<unsigned>(n)); };
     (exponent < 0 ? top : bottom) *= power(std::abs(exponent));
     while (top >= bottom * 10)
     {
@@ -183,24 +194,12 @@ std::string ToDecimal(const Rational& value, int digits)
         rounded /= 10;
         ++exponent;
     }
-    const std::string figures = rounded.str();
+    const std::string figures = rounded.ToString();
     std::string text = value < 0 ? "-" : "";
     text.append(figures, 0, 1);
     if (digits > 1)
         text.append(".").append(figures, 1);
     return text.append("e").append(std::to_string(exponent));
-}
-
-std::size_t BitLength(const Integer& value)
-{
-    if (value == 0)
-        return 0;
-    return boost::multiprecision::msb(value < 0 ? Integer(-value) : value) + 1;
-}
-
-std::size_t TrailingZeros(const Integer& value)
-{
-    return boost::multiprecision::lsb(value < 0 ? Integer(-value) : value);
 }
 
 }  // namespace nuv

@@ -1,72 +1,89 @@
-/// Exact numbers: integers and rationals of any size. Over GMP where the build has it
-/// (NUV_USE_GMP), otherwise over Boost's own integers; both give the same numbers and the same
-/// strings.
+/// Rational numbers of any size, and their ways from and to doubles and text.
 #pragma once
 
-#if defined(NUV_USE_GMP)
-#include <boost/multiprecision/gmp.hpp>
-#else
-#include <boost/multiprecision/cpp_int.hpp>
-#endif
+#include "Nuv/Algebra/ExactNumber.hpp"
+#include "Nuv/Algebra/Integer.hpp"
 
-#include "Nuv/Algebra/Numbers.hpp"
-
-#include <cstdint>
+#include <compare>
+#include <concepts>
 #include <string>
+#include <utility>
 
 namespace nuv
 {
 
-#if defined(NUV_USE_GMP)
-using Integer =
-    boost::multiprecision::number<boost::multiprecision::gmp_int, boost::multiprecision::et_off>;
-using Rational = boost::multiprecision::number<boost::multiprecision::gmp_rational,
-                                               boost::multiprecision::et_off>;
-#else
-using Integer = boost::multiprecision::number<boost::multiprecision::cpp_int_backend<>,
-                                              boost::multiprecision::et_off>;
-using Rational = boost::multiprecision::number<
-    boost::multiprecision::rational_adaptor<boost::multiprecision::cpp_int_backend<>>,
-    boost::multiprecision::et_off>;
-#endif
-
-/// A power of two times a power of five.
-struct Scale
+/// Invariant: in lowest terms, the denominator positive.
+class Rational
 {
-    int two = 0;
-    int five = 0;
+public:
+    Rational() = default;
+    template <std::integral Number>
+    Rational(Number value) : m_numerator(value)
+    {
+    }
+    Rational(Integer value) noexcept : m_numerator(std::move(value)) {}
+    /// numerator / denominator, the denominator not zero.
+    Rational(Integer numerator, Integer denominator);
 
-    Scale operator-() const noexcept
+    [[nodiscard]] const Integer& Numerator() const noexcept
     {
-        return {-two, -five};
+        return m_numerator;
     }
-    friend Scale operator+(Scale x, Scale y) noexcept
+    [[nodiscard]] const Integer& Denominator() const noexcept
     {
-        return {x.two + y.two, x.five + y.five};
+        return m_denominator;
     }
-    friend Scale operator-(Scale x, Scale y) noexcept
+    [[nodiscard]] int Sign() const noexcept
     {
-        return x + -y;
+        return m_numerator.Sign();
     }
-    friend bool operator==(Scale, Scale) = default;
-    /// Lowers both exponents to those of `other` where these are lower.
-    void LowerTo(Scale other) noexcept
+
+    Rational& operator+=(const Rational& other);
+    Rational& operator-=(const Rational& other);
+    Rational& operator*=(const Rational& other);
+    /// The other is not zero.
+    Rational& operator/=(const Rational& other);
+
+    friend Rational operator+(Rational x, const Rational& y)
     {
-        two = other.two < two ? other.two : two;
-        five = other.five < five ? other.five : five;
+        return std::move(x += y);
     }
+    friend Rational operator-(Rational x, const Rational& y)
+    {
+        return std::move(x -= y);
+    }
+    friend Rational operator*(Rational x, const Rational& y)
+    {
+        return std::move(x *= y);
+    }
+    friend Rational operator/(Rational x, const Rational& y)
+    {
+        return std::move(x /= y);
+    }
+    friend Rational operator-(Rational x) noexcept
+    {
+        x.m_numerator.Negate();
+        return x;
+    }
+    friend bool operator==(const Rational& x, const Rational& y) noexcept
+    {
+        return x.m_numerator == y.m_numerator && x.m_denominator == y.m_denominator;
+    }
+    friend std::strong_ordering operator<=>(const Rational& x, const Rational& y);
+
+private:
+    Rational& Add(const Rational& other, bool subtract);
+
+    Integer m_numerator;
+    Integer m_denominator = 1;
 };
 
-/// A finite double in exact terms: mantissa * 2^scale.two * 5^scale.five, the mantissa odd. Zero
-/// has the mantissa 0 and the scale {0, 0}.
-struct ExactNumber
+[[nodiscard]] inline Rational Abs(Rational value)
 {
-    std::int64_t mantissa = 0;
-    Scale scale;
-};
+    return value.Sign() < 0 ? -std::move(value) : std::move(value);
+}
 
 /// The number that a finite double stands for.
-[[nodiscard]] ExactNumber TakeApart(double value, Numbers numbers) noexcept;
 [[nodiscard]] Rational ToRational(double value, Numbers numbers = Numbers::AsStored);
 
 /// 2^scale.two * 5^scale.five, neither exponent negative.
@@ -85,11 +102,5 @@ struct ExactNumber
 
 /// The value rounded to `digits` significant decimal digits, as d.ddde<exponent>; for reports.
 [[nodiscard]] std::string ToDecimal(const Rational& value, int digits);
-
-/// Bits of the magnitude; 0 for zero.
-[[nodiscard]] std::size_t BitLength(const Integer& value);
-
-/// Trailing zero bits of the magnitude; the value is not zero.
-[[nodiscard]] std::size_t TrailingZeros(const Integer& value);
 
 }  // namespace nuv

@@ -22,15 +22,15 @@ struct RationalField
     }
     [[nodiscard]] static bool IsZero(const Rational& x)
     {
-        return x == 0;
+        return x.Sign() == 0;
     }
     [[nodiscard]] static bool Negligible(const Rational& x)
     {
-        return x == 0;
+        return x.Sign() == 0;
     }
     [[nodiscard]] static double Magnitude(const Rational& x)
     {
-        return x == 0 ? 0.0 : 1.0;
+        return x.Sign() == 0 ? 0.0 : 1.0;
     }
     [[nodiscard]] static bool Usable(double magnitude) noexcept
     {

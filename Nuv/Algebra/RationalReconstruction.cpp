@@ -32,7 +32,7 @@ void PadicLifting::ExtendPowers(std::size_t count)
     if (m_powers.empty())
     {
         const Integer prime(m_factors.GetField().Prime());
-        m_powers.push_back(boost::multiprecision::pow(prime, kLeaf));
+        m_powers.push_back(Power(prime, kLeaf));
     }
     while ((kLeaf << m_powers.size()) <= count)
         m_powers.push_back(m_powers.back() * m_powers.back());
@@ -121,8 +121,7 @@ bool PadicLifting::Reconstruct(ExactVector& solution, const StopPredicate& stop)
         {
             const std::size_t digits = pass == 2 ? m_steps : DigitsFor(solution.denominator);
             fewest = std::min(fewest, digits);
-            if (!ReconstructOne(k, digits, solution, denominators) ||
-                (k % 16 == 15 && stop()))
+            if (!ReconstructOne(k, digits, solution, denominators) || (k % 16 == 15 && stop()))
                 return false;
         }
         for (Index k = 0; k < m_size; ++k)
@@ -157,8 +156,7 @@ const Integer& PadicLifting::ModulusOf(std::size_t digits)
     if (m_modulusDigits != digits)
     {
         m_modulusDigits = digits;
-        m_modulus = boost::multiprecision::pow(Integer(m_factors.GetField().Prime()),
-                                               static_cast<unsigned>(digits));
+        m_modulus = Power(Integer(m_factors.GetField().Prime()), static_cast<unsigned>(digits));
     }
     return m_modulus;
 }
@@ -223,7 +221,7 @@ bool ReconstructFraction(const Integer& residue, const Integer& modulus, std::si
     Integer next;
     while (remainder1 != 0 && BitLength(cofactor1) <= denominatorBits)
     {
-        boost::multiprecision::divide_qr(remainder0, remainder1, quotient, next);
+        Divide(remainder0, remainder1, quotient, next);
         if (BitLength(quotient) > margin)
         {
             const bool negative = cofactor1 < 0;
@@ -231,10 +229,10 @@ bool ReconstructFraction(const Integer& residue, const Integer& modulus, std::si
             denominator = negative ? Integer(-cofactor1) : cofactor1;
             return true;
         }
-        remainder0.swap(remainder1);
-        remainder1.swap(next);
-        cofactor0 -= quotient * cofactor1;
-        cofactor0.swap(cofactor1);
+        swap(remainder0, remainder1);
+        swap(remainder1, next);
+        cofactor0.SubtractProduct(quotient, cofactor1);
+        swap(cofactor0, cofactor1);
     }
     return false;
 }

@@ -44,7 +44,7 @@ public:
             if (point[j] == 0)
                 continue;
             for (const auto [row, entry] : m_form.matrix.Column(j))
-                sums[row] += Scaled(entry) * point[j];
+                sums[row].AddProduct(Scaled(entry), point[j]);
         }
         return sums;
     }
@@ -56,7 +56,7 @@ public:
         for (const auto [row, entry] : m_form.matrix.Column(j))
         {
             if (multipliers[row] != 0)
-                sum += Scaled(entry) * multipliers[row];
+                sum.AddProduct(Scaled(entry), multipliers[row]);
         }
         return sum;
     }
@@ -65,7 +65,7 @@ public:
     {
         Integer sum(0);
         for (Index j = 0; j < m_form.columns; ++j)
-            sum += Scaled(m_form.cost[j]) * point[j];
+            sum.AddProduct(Scaled(m_form.cost[j]), point[j]);
         return sum;
     }
 
@@ -81,13 +81,13 @@ public:
         onUpper = false;
         if (std::isfinite(lower))
         {
-            const int order = value.compare(Integer(Scaled(lower) * scale));
+            const int order = value.Compare(Integer(Scaled(lower) * scale));
             onLower = order == 0;
             place = order < 0 ? -1 : place;
         }
         if (std::isfinite(upper))
         {
-            const int order = value.compare(Integer(Scaled(upper) * scale));
+            const int order = value.Compare(Integer(Scaled(upper) * scale));
             onUpper = order == 0;
             place = order > 0 ? 1 : place;
         }

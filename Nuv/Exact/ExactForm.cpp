@@ -48,10 +48,10 @@ ExactForm::Multiplier ExactForm::Divided(const ExactNumber& number, Scale scale)
 
 void ExactForm::AddProduct(Integer& sum, const Integer& value, const Multiplier& multiplier)
 {
-    Integer term = value * multiplier.factor;
-    if (multiplier.shift != 0)
-        term <<= multiplier.shift;
-    sum += term;
+    if (multiplier.shift == 0)
+        sum.AddProduct(value, multiplier.factor);
+    else
+        sum += (value * multiplier.factor) << multiplier.shift;
 }
 
 Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
@@ -84,7 +84,7 @@ double ExactForm::ReducedCostInDouble(Index variable, const ExactVector& duals, 
 int CompareToBound(const Integer& numerator, const Integer& denominator, const ExactNumber& bound,
                    double nearby)
 {
-    const int sign = numerator.sign();
+    const int sign = numerator.Sign();
     const int boundSign = bound.mantissa > 0 ? 1 : bound.mantissa < 0 ? -1 : 0;
     if (sign != boundSign)
         return sign < boundSign ? -1 : 1;
@@ -101,7 +101,7 @@ int CompareToBound(const Integer& numerator, const Integer& denominator, const E
     const Scale down{std::max(-bound.scale.two, 0), std::max(-bound.scale.five, 0)};
     const Integer left = numerator * PowerOf(down);
     const Integer right = denominator * Scaled(bound, down);
-    const int order = left.compare(right);
+    const int order = left.Compare(right);
     return order < 0 ? -1 : order > 0 ? 1 : 0;
 }
 

@@ -149,7 +149,7 @@ bool ExactSimplex::ComputeValues()
             continue;
         const Integer scaled = Scaled(value, -bounds);
         for (const auto [row, entry] : m_exact.byVariable[v])
-            right.value[row] -= Scaled(entry, -lowest) * scaled;
+            right.value[row].SubtractProduct(Scaled(entry, -lowest), scaled);
     }
     return m_factors.SolveForward(right, m_values, m_watch);
 }
@@ -196,7 +196,7 @@ bool ExactSimplex::FindViolations()
 /// +1 or -1 if moving a nonbasic variable up or down improves, 0 if it must not or cannot move.
 int ExactSimplex::ImprovingDirection(Index variable, const Integer& reduced) const
 {
-    const int sign = reduced.sign();
+    const int sign = reduced.Sign();
     if (sign == 0 || m_form.IsFixed(variable))
         return 0;
     switch (m_status[variable])

@@ -65,7 +65,7 @@ Rational ExactSimplex::Objective(const ExactVector& point) const
     for (Index j = 0; j < m_form.columns; ++j)
     {
         if (m_exact.cost[j].mantissa != 0 && point.numerator[j] != 0)
-            sum += Scaled(m_exact.cost[j], -lowest) * point.numerator[j];
+            sum.AddProduct(Scaled(m_exact.cost[j], -lowest), point.numerator[j]);
     }
     return Rational(sum, Integer(point.denominator * PowerOf(-lowest))) +
            ToRational(m_form.constant, m_form.numbers);

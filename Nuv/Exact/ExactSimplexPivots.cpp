@@ -94,7 +94,7 @@ ExactSimplex::Blocking ExactSimplex::TestRatios(int direction) const
     Blocking best;
     for (Index k = 0; k < m_form.rows; ++k)
     {
-        const int rate = -direction * m_column.numerator[k].sign();
+        const int rate = -direction * m_column.numerator[k].Sign();
         if (rate == 0 || m_violation[k] == rate)
             continue;
         const Index v = m_head[k];
@@ -103,10 +103,10 @@ ExactSimplex::Blocking ExactSimplex::TestRatios(int direction) const
         if (!std::isfinite(atUpper ? m_form.Upper(v) : m_form.Lower(v)))
             continue;
         const Integer room = RoomTo(k, atUpper);
-        const Integer speed = boost::multiprecision::abs(m_column.numerator[k]);
+        const Integer speed = Abs(m_column.numerator[k]);
         if (best.position != kNoIndex)
         {
-            const int order = Integer(room * best.speed).compare(Integer(best.room * speed));
+            const int order = Integer(room * best.speed).Compare(Integer(best.room * speed));
             const bool preferred =
                 m_degenerate > kPatience ? v < m_head[best.position] : speed > best.speed;
             if (order > 0 || (order == 0 && !preferred))
@@ -193,17 +193,17 @@ Index ExactSimplex::ChooseDualEntering(bool toLower, bool& degenerate)
             continue;
         Integer entry = m_exact.Dot(v, m_row.numerator);
         // The leaving variable changes by -entry per unit of this one.
-        const int wanted = toLower ? -entry.sign() : entry.sign();
+        const int wanted = toLower ? -entry.Sign() : entry.Sign();
         const bool helps = m_status[v] == BasisStatus::Free      ? wanted != 0
                            : m_status[v] == BasisStatus::AtLower ? wanted > 0
                                                                  : wanted < 0;
         if (!helps)
             continue;
-        entry = boost::multiprecision::abs(entry);
-        Integer reduced = boost::multiprecision::abs(m_exact.ReducedCost(v, m_duals, true));
+        entry = Abs(entry);
+        Integer reduced = Abs(m_exact.ReducedCost(v, m_duals, true));
         if (best != kNoIndex)
         {
-            const int order = Integer(reduced * bestEntry).compare(Integer(bestReduced * entry));
+            const int order = Integer(reduced * bestEntry).Compare(Integer(bestReduced * entry));
             const bool larger = SizeOf(entry, m_exact.ColumnScale(v)) >
                                 SizeOf(bestEntry, m_exact.ColumnScale(best));
             if (order > 0 || (order == 0 && (m_degenerate > kPatience || !larger)))

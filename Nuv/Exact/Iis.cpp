@@ -35,8 +35,8 @@ std::vector<ConflictMember> SupportOf(const BoundedForm& form, const Proof& proo
     std::vector<ConflictMember> members;
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        const int sign = form.IsLogical(v) ? proof.dual.numerator[form.RowOf(v)].sign()
-                                           : exact.ReducedCost(v, proof.dual, false).sign();
+        const int sign = form.IsLogical(v) ? proof.dual.numerator[form.RowOf(v)].Sign()
+                                           : exact.ReducedCost(v, proof.dual, false).Sign();
         if (sign != 0)
             members.push_back({v, sign < 0});
     }

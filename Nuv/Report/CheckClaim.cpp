@@ -30,13 +30,12 @@ ExactVector OverOneDenominator(const Claim::Numbers& numbers, std::size_t count,
     result.numerator.resize(count);
     for (const auto& number : numbers)
         if (number)
-            result.denominator = boost::multiprecision::lcm(
-                result.denominator, Integer(boost::multiprecision::denominator(*number)));
+            result.denominator = LeastCommonMultiple(result.denominator, number->Denominator());
     for (std::size_t k = 0; k < numbers.size(); ++k)
         if (numbers[k])
         {
             const Rational scaled = *numbers[k] * Rational(result.denominator);
-            const Integer whole = boost::multiprecision::numerator(scaled);
+            const Integer whole = scaled.Numerator();
             result.numerator[k] = negate ? Integer(-whole) : whole;
         }
     return result;

@@ -10,7 +10,7 @@
 /// [A, -I].
 #pragma once
 
-#include "Nuv/Algebra/Numbers.hpp"
+#include "Nuv/Algebra/ExactNumber.hpp"
 #include "Nuv/Algebra/SparseMatrix.hpp"
 
 #include <limits>

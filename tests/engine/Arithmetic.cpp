@@ -355,16 +355,17 @@ TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
 
 TEST(PadicLifting, TellsFractionsFromTheirResidues)
 {
-    const Integer modulus = boost::multiprecision::pow(Integer(kPrime), 6);
+    const Integer modulus = Power(Integer(kPrime), 6);
     Random random(5);
     for (int round = 0; round < 500; ++round)
     {
         const Integer top = Integer(random.Next() >> 2) * random.Between(-1000, 1000);
         const Integer bottom = Integer(random.Next() >> random.Between(2, 60)) + 1;
-        const Integer divisor = boost::multiprecision::gcd(top, bottom);
+        const Integer divisor = Gcd(top, bottom);
         // The inverse of the denominator by Fermat is not at hand modulo a prime power: lift it.
+        const PrimeField field(kPrime);
         Integer inverse =
-            boost::multiprecision::powm(bottom % kPrime, Integer(kPrime - 2), Integer(kPrime));
+            field.ToSigned(field.Inverse(field.FromSigned((bottom % kPrime).ToWord())));
         for (int lift = 0; lift < 3; ++lift)
             inverse = ((2 - bottom * inverse) * inverse) % modulus;
         Integer numerator;

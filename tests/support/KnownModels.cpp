@@ -24,8 +24,7 @@ std::vector<std::string> SplitAtTabs(const std::string& line)
 
 Rational PowerOfTen(int exponent)
 {
-    const Integer power =
-        boost::multiprecision::pow(Integer(10), static_cast<unsigned>(std::abs(exponent)));
+    const Integer power = Power(Integer(10), static_cast<unsigned>(std::abs(exponent)));
     return exponent < 0 ? Rational(Integer(1), power) : Rational(power);
 }
 
@@ -191,8 +190,8 @@ std::optional<Rational> ParseRational(std::string_view text)
 
 Rational RelativeDistance(const Rational& value, const Rational& known)
 {
-    const Rational distance = boost::multiprecision::abs(Rational(value - known));
-    return known == 0 ? distance : Rational(distance / boost::multiprecision::abs(known));
+    const Rational distance = Abs(Rational(value - known));
+    return known == 0 ? distance : Rational(distance / Abs(known));
 }
 
 }  // namespace nuv::test

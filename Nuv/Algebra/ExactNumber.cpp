@@ -1,0 +1,75 @@
+/// Doubles taken apart, as they are stored or as the shortest decimal says.
+#include "Nuv/Algebra/ExactNumber.hpp"
+
+#include <charconv>
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+ExactNumber TakeApartStored(double value) noexcept
+{
+    int exponent = 0;
+    const double fraction = std::frexp(value, &exponent);
+    return {static_cast<std::int64_t>(std::ldexp(fraction, 53)), {exponent - 53, 0}};
+}
+
+/// The shortest decimal in scientific form has at most 17 digits, so they fit.
+ExactNumber TakeApartWritten(double value) noexcept
+{
+    char text[32];
+    const std::to_chars_result written =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::scientific);
+    ExactNumber number;
+    bool negative = false;
+    bool fraction = false;
+    int exponent = 0;
+    for (const char* at = text; at != written.ptr; ++at)
+    {
+        if (*at == '-')
+            negative = true;
+        else if (*at == '.')
+            fraction = true;
+        else if (*at == 'e')
+        {
+            const char* digits = at[1] == '+' ? at + 2 : at + 1;
+            int power = 0;
+            (void)std::from_chars(digits, written.ptr, power);  // to_chars wrote it
+            exponent += power;
+            break;
+        }
+        else
+        {
+            number.mantissa = 10 * number.mantissa + (*at - '0');
+            exponent -= fraction ? 1 : 0;
+        }
+    }
+    if (negative)
+        number.mantissa = -number.mantissa;
+    number.scale = {exponent, exponent};
+    while (number.scale.five < 0 && number.mantissa % 5 == 0)
+    {
+        number.mantissa /= 5;
+        ++number.scale.five;
+    }
+    return number;
+}
+
+}  // namespace
+
+ExactNumber TakeApart(double value, Numbers numbers) noexcept
+{
+    if (value == 0.0)
+        return {};
+    ExactNumber number =
+        numbers == Numbers::AsStored ? TakeApartStored(value) : TakeApartWritten(value);
+    for (; (number.mantissa & 0xFF) == 0; number.scale.two += 8)
+        number.mantissa /= 256;
+    for (; (number.mantissa & 1) == 0; ++number.scale.two)
+        number.mantissa /= 2;
+    return number;
+}
+
+}  // namespace nuv

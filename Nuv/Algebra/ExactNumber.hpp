@@ -1,0 +1,54 @@
+/// Doubles in exact terms: a whole mantissa times powers of two and five.
+#pragma once
+
+#include <cstdint>
+
+namespace nuv
+{
+
+/// What a double stands for in exact arithmetic.
+enum class Numbers : std::uint8_t
+{
+    AsStored,   ///< itself: 0.1 is 3602879701896397 / 2^55
+    AsWritten,  ///< the shortest decimal that reads back to it: 0.1 is 1/10
+};
+
+/// A power of two times a power of five.
+struct Scale
+{
+    int two = 0;
+    int five = 0;
+
+    Scale operator-() const noexcept
+    {
+        return {-two, -five};
+    }
+    friend Scale operator+(Scale x, Scale y) noexcept
+    {
+        return {x.two + y.two, x.five + y.five};
+    }
+    friend Scale operator-(Scale x, Scale y) noexcept
+    {
+        return x + -y;
+    }
+    friend bool operator==(Scale, Scale) = default;
+    /// Lowers both exponents to those of `other` where these are lower.
+    void LowerTo(Scale other) noexcept
+    {
+        two = other.two < two ? other.two : two;
+        five = other.five < five ? other.five : five;
+    }
+};
+
+/// A finite double in exact terms: mantissa * 2^scale.two * 5^scale.five, the mantissa odd. Zero
+/// has the mantissa 0 and the scale {0, 0}.
+struct ExactNumber
+{
+    std::int64_t mantissa = 0;
+    Scale scale;
+};
+
+/// The number that a finite double stands for.
+[[nodiscard]] ExactNumber TakeApart(double value, Numbers numbers) noexcept;
+
+}  // namespace nuv
