@@ -3,7 +3,7 @@
 //
 //     bench_compare [--quick | --smoke | --case FAMILY ROWS COLUMNS] [--output FILE]
 //
-// The file gets one line per instance and contender, for bench_report. --smoke runs two tiny
+// The file gets one line per instance and contender, for bench/document.py. --smoke runs two tiny
 // instances and fails unless all contenders agree on them.
 #include <algorithm>
 #include <cmath>
@@ -15,6 +15,7 @@
 
 #include "bench/Cases.hpp"
 #include "bench/Contender.hpp"
+#include "bench/JsonLine.hpp"
 #include "bench/Streaming.hpp"
 
 namespace bench
@@ -175,14 +176,24 @@ void Write(const Comparison& found, std::FILE* file)
 {
     const std::optional<double> reference = ReferenceObjective(found);
     for (const Entrant& entrant : found.entrants)
-        std::fprintf(
-            file, "%s\t%zu\t%zu\t%llu\t%.9g\t%s\t%s\t%s\t%s\t%.9g\t%.3g\t%llu\t%.9g\t%.9g\n",
-            NameOf(found.which.family), found.which.rows, found.which.columns,
-            static_cast<unsigned long long>(found.counted.pivots), MedianOf(found.streaming),
-            entrant.contender->name, entrant.contender->setting, entrant.contender->version(),
-            NameOf(entrant.first.verdict), entrant.first.objective, DistanceOf(entrant, reference),
-            static_cast<unsigned long long>(PivotsOf(found, entrant)), MedianOf(entrant.building),
-            MedianOf(entrant.solving));
+    {
+        JsonLine line("compare");
+        line.Add("family", NameOf(found.which.family))
+            .Add("rows", found.which.rows)
+            .Add("columns", found.which.columns)
+            .Add("pivots", found.counted.pivots)
+            .Add("pass", MedianOf(found.streaming))
+            .Add("contender", entrant.contender->name)
+            .Add("setting", entrant.contender->setting)
+            .Add("version", entrant.contender->version())
+            .Add("verdict", NameOf(entrant.first.verdict))
+            .Add("objective", entrant.first.objective)
+            .Add("distance", DistanceOf(entrant, reference))
+            .Add("its_pivots", PivotsOf(found, entrant))
+            .Add("building", MedianOf(entrant.building))
+            .Add("solving", MedianOf(entrant.solving));
+        std::fputs(line.Text().c_str(), file);
+    }
     std::fflush(file);
 }
 

@@ -3,7 +3,7 @@
 //     bench_growth [--quick] [--output FILE]
 //
 // The file gets a line `time`, sweep, m, n, pivots, seconds per pivot, or `memory`, m, n and five
-// figures in bytes, for each size; bench_report fits the exponents.
+// figures in bytes, for each size; bench/document.py fits the exponents.
 #include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,6 +16,7 @@
 #include <string>
 
 #include "bench/Contender.hpp"
+#include "bench/JsonLine.hpp"
 #include "bench/Stopwatch.hpp"
 
 namespace bench
@@ -50,8 +51,9 @@ void MeasureTime(const Size& size, std::FILE* file)
     const double seconds = TimePerPivot(input, 3 * size.m, &pivots);
     std::printf("%s: m = %zu, n = %zu: %llu pivots, %.3f us each\n", size.sweep, size.m, size.n,
                 static_cast<unsigned long long>(pivots), seconds * 1e6);
-    std::fprintf(file, "time\t%s\t%zu\t%zu\t%llu\t%.9g\n", size.sweep, size.m, size.n,
-                 static_cast<unsigned long long>(pivots), seconds);
+    JsonLine line("time");
+    line.Add("sweep", size.sweep).Add("m", size.m).Add("n", size.n).Add("pivots", pivots);
+    std::fputs(line.Add("seconds", seconds).Text().c_str(), file);
 }
 
 /// @return a figure of /proc/self/status in bytes, 0 where there is none.
@@ -110,8 +112,9 @@ void MeasureMemory(const Size& size, std::FILE* file)
     const Peak again = MeasureSolve(&program);
     std::printf("m = %zu, n = %zu: model %.0f KiB, first solve %.0f KiB above it, the next %.0f\n",
                 size.m, size.n, model / 1024.0, first.above / 1024.0, again.above / 1024.0);
-    std::fprintf(file, "memory\t%zu\t%zu\t%.0f\t%.0f\t%.0f\t%.0f\n", size.m, size.n, model,
-                 first.above, first.kept, again.above);
+    JsonLine line("memory");
+    line.Add("m", size.m).Add("n", size.n).Add("model", model).Add("first", first.above);
+    std::fputs(line.Add("kept", first.kept).Add("next", again.above).Text().c_str(), file);
     std::fflush(nullptr);
     _exit(0);
 }

@@ -222,5 +222,5 @@ int main(int count, char** words)
         ++words;
     }
     bench::Register(isQuick);
-    return bench::RunBenchmarks(count, words);
+    return bench::RunBenchmarks("kernels", count, words);
 }

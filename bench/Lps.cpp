@@ -159,5 +159,5 @@ int main(int count, char** words)
     for (const bench::Case& which : bench::cases)
         if (which.isQuick)
             bench::RegisterSteps(which);
-    return bench::RunBenchmarks(count, words);
+    return bench::RunBenchmarks("lps", count, words);
 }

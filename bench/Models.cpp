@@ -1,7 +1,6 @@
-// Solves the models of tests/models whose answers are known, and writes docs/netlib.md's tables.
+// Solves the models of tests/models whose answers are known, and prints a line of JSON for each.
 //
-//     bench_models MODELS              prints the blocks
-//     bench_models MODELS DOCUMENT     rewrites what stands between the document's markers
+//     bench_models MODELS
 //
 // Ends with 1 if a verdict is not the known one or is not proved.
 #include <algorithm>
@@ -13,17 +12,25 @@
 #include <string>
 #include <vector>
 
-#include "bench/Document.hpp"
-#include "bench/Machine.hpp"
-#include "bench/ModelTables.hpp"
+#include "bench/JsonLine.hpp"
 #include "bench/Stopwatch.hpp"
+#include "tests/support/KnownModels.hpp"
 
 #include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Report/Words.hpp"
+#include "Nuv/Solve/Solution.hpp"
 
 namespace bench
 {
 namespace
 {
+struct Run
+{
+    nuv::Solution solution;
+    double seconds = 0.0;       ///< of processor time
+    double proofSeconds = 0.0;  ///< of these, what the stages behind the core and the check take
+};
+
 nuv::SolveOptions OptionsFor(nuv::Numbers numbers)
 {
     nuv::SolveOptions options;
@@ -62,72 +69,108 @@ Run MedianRun(const nuv::Model& model, nuv::Numbers numbers, int times)
     return std::move(*middle);
 }
 
-std::optional<SolvedModel> SolveKnown(const nuv::test::KnownModel& known, int times)
+std::string StagesOf(const nuv::Solution& solution)
+{
+    std::string stages;
+    for (const auto& [hasRun, name] :
+         {std::pair{solution.floatStage.outcome != nuv::FloatOutcome::Skipped, "float"},
+          std::pair{solution.proof.ranDouble, "double"},
+          std::pair{solution.proof.ranExact, "exact"}})
+        if (hasRun)
+            stages += (stages.empty() ? "" : ", ") + std::string(name);
+    return stages;
+}
+
+/// How far the optimum is from the known one, as the table shows it.
+std::string DistanceOf(const nuv::Solution& solution, const nuv::test::KnownModel& known)
+{
+    const std::optional<nuv::Rational> optimum = nuv::test::ParseRational(solution.exactObjective);
+    if (!optimum)
+        return "–";
+    const nuv::Rational distance = nuv::test::RelativeDistance(*optimum, known.optimum);
+    char text[32];
+    (void)std::snprintf(text, sizeof text, distance == 0 ? "0" : "%.0e", nuv::ToDouble(distance));
+    return text;
+}
+
+bool IsAsKnown(const Run& run, const nuv::test::KnownModel& known)
+{
+    return run.solution.status == known.status && run.solution.proved;
+}
+
+/// Prints the line of a model that was solved both ways. Verdict, pivots and time are those of the
+/// numbers as the document has them: as written in textbooks, as stored elsewhere.
+void Print(const char* collection, const nuv::test::KnownModel& known, const nuv::Model& model,
+           const Run& asStored, const Run& asWritten)
+{
+    const bool isTextbook = std::string_view(collection) == "textbook";
+    const Run& shown = isTextbook ? asWritten : asStored;
+    const nuv::Solution& solution = shown.solution;
+    JsonLine line("model");
+    line.Add("collection", collection)
+        .Add("name", known.name)
+        .Add("rows", model.RowCount())
+        .Add("columns", model.VariableCount())
+        .Add("as_known", IsAsKnown(asStored, known) && IsAsKnown(asWritten, known))
+        .Add("status", nuv::WordOf(solution.status))
+        .Add("proved", solution.proved)
+        .Add("stages", StagesOf(solution))
+        .Add("float_pivots", solution.floatStage.pivots)
+        .Add("double_pivots", solution.proof.doublePivots)
+        .Add("exact_pivots", solution.proof.exactPivots)
+        .Add("seconds", shown.seconds)
+        .Add("slowest", std::max(asStored.seconds, asWritten.seconds))
+        .Add("proof", std::max(asStored.proofSeconds, asWritten.proofSeconds))
+        .Add("float_seconds", solution.floatSeconds)
+        .Add("double_seconds", solution.proof.doubleSeconds)
+        .Add("exact_seconds", solution.proof.exactSeconds + solution.proof.checkSeconds)
+        .Add("proof_written", asWritten.proofSeconds)
+        .Add("off_stored", DistanceOf(asStored.solution, known))
+        .Add("off_written", DistanceOf(asWritten.solution, known))
+        .Add("optimum", asWritten.solution.exactObjective);
+    std::cout << line.Text() << std::flush;
+}
+
+/// @return whether the model was read, and is as known.
+bool SolveKnown(const char* collection, const nuv::test::KnownModel& known, int times)
 {
     const nuv::Reading reading = nuv::ReadModelFile(known.path);
     if (!reading.Ok())
     {
         std::cerr << known.path << ": " << reading.GetError().text << '\n';
-        return std::nullopt;
+        return false;
     }
-    SolvedModel solved{known, reading.model->RowCount(), reading.model->VariableCount(), {}, {}};
-    solved.asStored = MedianRun(*reading.model, nuv::Numbers::AsStored, times);
-    solved.asWritten = MedianRun(*reading.model, nuv::Numbers::AsWritten, times);
-    return solved;
+    const Run asStored = MedianRun(*reading.model, nuv::Numbers::AsStored, times);
+    const Run asWritten = MedianRun(*reading.model, nuv::Numbers::AsWritten, times);
+    Print(collection, known, *reading.model, asStored, asWritten);
+    const bool isGood = IsAsKnown(asStored, known) && IsAsKnown(asWritten, known);
+    std::fprintf(stderr, "%-28s %s\n", known.name.c_str(),
+                 isGood ? "as known, proved" : "NOT as known, or not proved");
+    return isGood;
 }
 
-bool SolveAll(const std::vector<nuv::test::KnownModel>& models, int times,
-              std::vector<SolvedModel>* solved)
+bool SolveAll(const char* collection, const std::vector<nuv::test::KnownModel>& models, int times)
 {
     bool areGood = true;
     for (const nuv::test::KnownModel& known : models)
-    {
-        std::optional<SolvedModel> model = SolveKnown(known, times);
-        areGood = areGood && model && model->IsAsKnown();
-        if (!model)
-            continue;
-        std::fprintf(stderr, "%-28s %s\n", known.name.c_str(),
-                     model->IsAsKnown() ? "as known, proved" : "NOT as known, or not proved");
-        solved->push_back(std::move(*model));
-    }
+        areGood = SolveKnown(collection, known, times) && areGood;
     return areGood;
-}
-
-std::string MachineText()
-{
-    return "Measured on " + ProcessorName() + " (" + std::to_string(ProcessorCount()) +
-           " processors), " + SystemName() + ", built by " + CompilerName() + ".\n";
 }
 }  // namespace
 }  // namespace bench
 
 int main(int count, char** words)
 {
-    if (count != 2 && count != 3)
+    if (count != 2)
     {
-        std::cerr << "usage: bench_models MODELS [DOCUMENT]\n";
+        std::cerr << "usage: bench_models MODELS\n";
         return 64;
     }
+    using namespace nuv::test;
     const std::string models = words[1];
-    std::vector<bench::SolvedModel> netlib;
-    std::vector<bench::SolvedModel> infeasible;
-    std::vector<bench::SolvedModel> textbook;
-    bool areGood = bench::SolveAll(nuv::test::KnownNetlibModels(models + "/netlib"), 3, &netlib);
-    areGood &=
-        bench::SolveAll(nuv::test::KnownInfeasibleModels(models + "/infeas"), 3, &infeasible);
+    bool areGood = bench::SolveAll("netlib", KnownNetlibModels(models + "/netlib"), 3);
+    areGood &= bench::SolveAll("infeasible", KnownInfeasibleModels(models + "/infeas"), 3);
     // These take microseconds; the first runs find their memory cold.
-    areGood &= bench::SolveAll(nuv::test::KnownTextbookModels(models + "/textbook"), 51, &textbook);
-
-    const std::vector<bench::Block> blocks = {
-        {"machine", bench::MachineText()},
-        {"summary", bench::SummaryText(netlib, infeasible, textbook)},
-        {"netlib", bench::OptimaTable(netlib)},
-        {"infeasible", bench::InfeasibleTable(infeasible)},
-        {"textbook", bench::TextbookTable(textbook)}};
-    bool isWritten = true;
-    if (count == 3)
-        isWritten = bench::RewriteBlocks(words[2], blocks);
-    else
-        bench::PrintBlocks(blocks);
-    return areGood && isWritten ? EXIT_SUCCESS : EXIT_FAILURE;
+    areGood &= bench::SolveAll("textbook", KnownTextbookModels(models + "/textbook"), 51);
+    return areGood ? EXIT_SUCCESS : EXIT_FAILURE;
 }

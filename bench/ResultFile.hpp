@@ -1,6 +1,5 @@
 // Runs the Google Benchmark programs: their usual output on the screen, and with
-// --benchmark_out=FILE one line per benchmark for bench_report: name, seconds per iteration, and
-// the counters as name=value.
+// --benchmark_out=FILE one line of JSON per benchmark: name, counters, and seconds per iteration.
 #ifndef BENCH_RESULTFILE_HPP
 #define BENCH_RESULTFILE_HPP
 
@@ -10,14 +9,17 @@
 #include <ostream>
 #include <string_view>
 
+#include "bench/JsonLine.hpp"
+
 namespace bench
 {
 class ResultFile : public benchmark::BenchmarkReporter
 {
 public:
+    explicit ResultFile(const char* kindOfLines) : kind(kindOfLines) {}
+
     bool ReportContext(const Context&) override
     {
-        GetOutputStream().precision(9);
         return true;
     }
 
@@ -27,20 +29,24 @@ public:
         {
             if (run.error_occurred || run.iterations == 0)
                 continue;
-            // Time taken by hand counts as real time.
-            const bool isByHand = !run.run_name.time_type.empty();
-            const double seconds = isByHand ? run.real_accumulated_time : run.cpu_accumulated_time;
-            GetOutputStream() << run.run_name.function_name << '\t'
-                              << seconds / static_cast<double>(run.iterations);
+            JsonLine line(kind);
+            line.Add("name", run.run_name.function_name);
             for (const auto& [name, counter] : run.counters)
-                GetOutputStream() << '\t' << name << '=' << counter.value;
-            GetOutputStream() << '\n';
+                line.Add(name, counter.value);
+            // The mean of times taken by hand has the interruptions in it.
+            const auto median = run.counters.find("median");
+            const double mean = run.cpu_accumulated_time / static_cast<double>(run.iterations);
+            line.Add("seconds", median != run.counters.end() ? median->second.value : mean);
+            GetOutputStream() << line.Text();
         }
     }
+
+private:
+    const char* kind;
 };
 
 /// @return the program's exit code.
-inline int RunBenchmarks(int count, char** words)
+inline int RunBenchmarks(const char* kind, int count, char** words)
 {
     bool isFileAsked = false;
     for (int i = 1; i < count; ++i)
@@ -48,7 +54,7 @@ inline int RunBenchmarks(int count, char** words)
     benchmark::Initialize(&count, words);
     if (benchmark::ReportUnrecognizedArguments(count, words))
         return EXIT_FAILURE;
-    ResultFile file;
+    ResultFile file(kind);
     benchmark::RunSpecifiedBenchmarks(nullptr, isFileAsked ? &file : nullptr);
     benchmark::Shutdown();
     return EXIT_SUCCESS;

@@ -1,9 +1,9 @@
 // What each special way of the solver gains: every instance with and without it, in turns in one
 // process. A way that gains less than 5 % everywhere is to be deleted.
 //
-//     bench_roads [--quick] [DOCUMENT]
+//     bench_roads [--quick]
 //
-// prints the table, or writes it into the document. Time is the minimum of the rounds, of a solve
+// prints a line of JSON for each. Time is the minimum of the rounds, of a solve
 // after the first, on a scratch allocator, with one monitor for all. The program ends with 1 unless
 // every pivot, every basic value and the result are the same, to the bit, in all variants.
 #include <algorithm>
@@ -20,8 +20,7 @@
 #include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/NuvLinearProgramming.hpp"
 #include "bench/Cases.hpp"
-#include "bench/Document.hpp"
-#include "bench/Machine.hpp"
+#include "bench/JsonLine.hpp"
 #include "bench/Stopwatch.hpp"
 
 namespace bench
@@ -176,31 +175,10 @@ std::optional<double> Compare(const Case& which, const Instance& instance, const
     return without.seconds / with.seconds;
 }
 
-std::string RatioText(double ratio)
+/// Prints a line for each way on each instance.
+/// @return whether all variants had the same bits.
+bool CompareAll(const Effort& effort, bool isQuick)
 {
-    char text[32];
-    std::snprintf(text, sizeof text, ratio < 9.995 ? "%.2f" : "%.0f", ratio);
-    // What is worth its lines stands out.
-    return ratio >= 1.05 ? "**" + std::string(text) + "**" : text;
-}
-
-std::string TableHead()
-{
-    std::string head = "| instance |";
-    std::string rule = "|---|";
-    for (const Road& road : RoadsFor(cases[0]))
-    {
-        head += ' ' + std::string(road.name) + " |";
-        rule += "--:|";
-    }
-    return head + '\n' + rule + '\n';
-}
-
-/// @return the table; nothing when something differs in a bit.
-std::optional<std::string> CompareAll(const Effort& effort, bool isQuick)
-{
-    std::string table = TableHead();
-    std::vector<double> most(RoadsFor(cases[0]).size(), 0.0);
     bool isSame = true;
     for (const Case& which : cases)
     {
@@ -210,21 +188,16 @@ std::optional<std::string> CompareAll(const Effort& effort, bool isQuick)
         const std::string name = std::string(NameOf(which.family)) + ", " +
                                  std::to_string(which.rows) + " × " + std::to_string(which.columns);
         std::cerr << "with and without: " << name << '\n';
-        table += "| " + name + " |";
-        const std::vector<Road> roads = RoadsFor(which);
-        for (std::size_t k = 0; k != roads.size(); ++k)
+        for (const Road& road : RoadsFor(which))
         {
-            const std::optional<double> ratio = Compare(which, instance, roads[k], effort);
+            const std::optional<double> ratio = Compare(which, instance, road, effort);
             isSame = isSame && ratio;
-            most[k] = std::max(most[k], ratio.value_or(0.0));
-            table += ' ' + (ratio ? RatioText(*ratio) : "differs") + " |";
+            JsonLine line("road");
+            line.Add("instance", name).Add("name", road.name).Add("ratio", ratio.value_or(0.0));
+            std::cout << line.Text() << std::flush;
         }
-        table += '\n';
     }
-    table += "| the most |";
-    for (const double ratio : most)
-        table += ' ' + RatioText(ratio) + " |";
-    return isSame ? std::optional(table + '\n') : std::nullopt;
+    return isSame;
 }
 }  // namespace
 }  // namespace bench
@@ -232,22 +205,11 @@ std::optional<std::string> CompareAll(const Effort& effort, bool isQuick)
 int main(int count, char** words)
 {
     const bool isQuick = count > 1 && std::strcmp(words[1], "--quick") == 0;
-    const int first = isQuick ? 2 : 1;
-    if (count > first + 1)
+    if (count > (isQuick ? 2 : 1))
     {
-        std::cerr << "usage: bench_roads [--quick] [DOCUMENT]\n";
+        std::cerr << "usage: bench_roads [--quick]\n";
         return 64;
     }
     const bench::Effort effort = isQuick ? bench::Effort{0.02, 3} : bench::Effort{0.2, 5};
-    const std::optional<std::string> table = bench::CompareAll(effort, isQuick);
-    if (!table)
-        return EXIT_FAILURE;
-    const std::string text = "Measured on " + bench::ProcessorName() + ", " + bench::SystemName() +
-                             ", built by " + bench::CompilerName() + ".\n\n" + *table;
-    if (count == first)
-    {
-        std::cout << text;
-        return EXIT_SUCCESS;
-    }
-    return bench::RewriteBlocks(words[first], {{"roads", text}}) ? EXIT_SUCCESS : EXIT_FAILURE;
+    return bench::CompareAll(effort, isQuick) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
