@@ -3,8 +3,8 @@
 //
 //     bench_compare [--quick | --smoke | --case FAMILY ROWS COLUMNS] [--output FILE]
 //
-// The file gets one line per instance and contender, for bench/document.py. --smoke runs two tiny
-// instances and fails unless all contenders agree on them.
+// The file gets one line per instance and contender, for bench/report/document.py. --smoke runs two
+// tiny instances and fails unless all contenders agree on them.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -14,9 +14,9 @@
 #include <string>
 
 #include "bench/Cases.hpp"
-#include "bench/Contender.hpp"
+#include "bench/contenders/Contender.hpp"
 #include "bench/JsonLine.hpp"
-#include "bench/Streaming.hpp"
+#include "bench/contenders/Streaming.hpp"
 
 namespace bench
 {

@@ -3,7 +3,7 @@
 //     bench_growth [--quick] [--output FILE]
 //
 // The file gets a line `time`, sweep, m, n, pivots, seconds per pivot, or `memory`, m, n and five
-// figures in bytes, for each size; bench/document.py fits the exponents.
+// figures in bytes, for each size; bench/report/document.py fits the exponents.
 #include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,7 +15,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "bench/Contender.hpp"
+#include "bench/contenders/Contender.hpp"
 #include "bench/JsonLine.hpp"
 #include "bench/Stopwatch.hpp"
 

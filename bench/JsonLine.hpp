@@ -1,4 +1,4 @@
-// A line of JSON: what bench/document.py makes tables of.
+// A line of JSON: what bench/report/document.py makes tables of.
 #ifndef BENCH_JSONLINE_HPP
 #define BENCH_JSONLINE_HPP
 

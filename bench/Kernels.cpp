@@ -4,10 +4,10 @@
 #include <initializer_list>
 #include <string>
 
-#include "bench/Contender.hpp"
+#include "bench/contenders/Contender.hpp"
 #include "bench/ResultFile.hpp"
 #include "bench/Stopwatch.hpp"
-#include "bench/Streaming.hpp"
+#include "bench/contenders/Streaming.hpp"
 
 namespace bench
 {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "bench/Cases.hpp"
-#include "bench/Contender.hpp"
+#include "bench/contenders/Contender.hpp"
 #include "bench/ResultFile.hpp"
 
 namespace bench

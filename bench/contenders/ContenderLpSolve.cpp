@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "bench/Contender.hpp"
+#include "bench/contenders/Contender.hpp"
 
 namespace bench
 {

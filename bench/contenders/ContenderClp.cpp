@@ -1,7 +1,7 @@
 // CLP: its default road (presolving, then the method of its choice) and its primal simplex alone.
 #include <coin/Clp_C_Interface.h>
 
-#include "bench/Contender.hpp"
+#include "bench/contenders/Contender.hpp"
 
 namespace bench
 {

@@ -1,5 +1,5 @@
 // The passes. The lanes are arrays of a fixed length, which every compiler turns into vectors.
-#include "bench/Streaming.hpp"
+#include "bench/contenders/Streaming.hpp"
 
 #include <vector>
 

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
 """Writes what the benchmark programs found, recorded as lines of JSON, into a document and its picture.
 
-    bench/document.py RESULTS                              prints the blocks
-    bench/document.py RESULTS DOCUMENT [PICTURE]           rewrites what stands between the markers
-    bench/document.py --check RESULTS DOCUMENT [PICTURE]   ends with 1 unless they are in step
-    bench/document.py --machine [--quick]                  prints the line that says where it runs
+    bench/report/document.py RESULTS                              prints the blocks
+    bench/report/document.py RESULTS DOCUMENT [PICTURE]           rewrites what stands between the markers
+    bench/report/document.py --check RESULTS DOCUMENT [PICTURE]   ends with 1 unless they are in step
+    bench/report/document.py --machine [--quick]                  prints the line that says where it runs
 
 A block stands between the lines `<!-- measured: NAME -->` and `<!-- end of NAME -->`; all else is left alone.
 """
@@ -236,7 +236,7 @@ def main():
         if not is_check:
             path.write_text(text)
         elif path.read_text() != text:
-            print(f"{path} is not what bench/document.py makes of {paths[0]}")
+            print(f"{path} is not what bench/report/document.py makes of {paths[0]}")
             is_in_step = False
     return 0 if is_in_step else 1
 

@@ -1,5 +1,5 @@
 // This library, the tableaus, and the list of all.
-#include "bench/Contender.hpp"
+#include "bench/contenders/Contender.hpp"
 
 #include <array>
 

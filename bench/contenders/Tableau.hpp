@@ -1,8 +1,8 @@
 // The yardstick: the simplex method as one writes it by hand for a program that needs it today, a
 // dense tableau in double precision under Dantzig's rule, tuned as far as it stays simple (no
 // columns for basic variables, rows with a zero multiplier skipped, vectorised row updates).
-#ifndef BENCH_TABLEAU_HPP
-#define BENCH_TABLEAU_HPP
+#ifndef BENCH_CONTENDERS_TABLEAU_HPP
+#define BENCH_CONTENDERS_TABLEAU_HPP
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // The contenders of the comparison: this library, the hand-written tableau, and the libraries that
 // were found when the benchmarks were configured, each behind the same two timed steps.
-#ifndef BENCH_CONTENDER_HPP
-#define BENCH_CONTENDER_HPP
+#ifndef BENCH_CONTENDERS_CONTENDER_HPP
+#define BENCH_CONTENDERS_CONTENDER_HPP
 
 #include <cstdint>
 #include <span>
@@ -10,7 +10,7 @@
 #include "Nuv/Utils/NuvLinearProgramming.hpp"
 #include "bench/Families.hpp"
 #include "bench/Stopwatch.hpp"
-#include "bench/Tableau.hpp"
+#include "bench/contenders/Tableau.hpp"
 
 namespace bench
 {

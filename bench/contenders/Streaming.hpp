@@ -1,8 +1,8 @@
 // The machine's limit: how fast it can update one array of floats in place and read another, with
 // nothing else to do. A pivot of the revised simplex method cannot be faster than this pass over
 // the inverse (read and written) and the matrix (read), unless it leaves parts of them alone.
-#ifndef BENCH_STREAMING_HPP
-#define BENCH_STREAMING_HPP
+#ifndef BENCH_CONTENDERS_STREAMING_HPP
+#define BENCH_CONTENDERS_STREAMING_HPP
 
 #include <cstddef>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // GLPK: its primal and its dual simplex from the slack basis, without presolving.
 #include <glpk.h>
 
-#include "bench/Contender.hpp"
+#include "bench/contenders/Contender.hpp"
 
 namespace bench
 {

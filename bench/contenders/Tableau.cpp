@@ -4,7 +4,7 @@
 //
 // Invariant: the column of a variable exists exactly while it is nonbasic. A pivot exchanges the
 // entering variable's column for the leaving one's. Compiled twice, as NUV_BENCH_TABLEAU says.
-#include "bench/Tableau.hpp"
+#include "bench/contenders/Tableau.hpp"
 
 #include <cstdlib>
 #include <limits>
