@@ -3,12 +3,15 @@
 #include "Input.hpp"
 #include "Output.hpp"
 
+#include "Nuv/Io/LetterCase.hpp"
 #include "Nuv/Io/Lp/LpWriter.hpp"
-#include "Nuv/Io/ModelFile.hpp"
 #include "Nuv/Io/Mps/MpsWriter.hpp"
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <string>
+#include <utility>
 
 namespace nuvlp
 {
@@ -22,13 +25,21 @@ struct Options
     std::string format;
 };
 
-/// The format asked for, or else the one that the output's name ends with.
-nuv::Writing Write(const nuv::Model& model, const Options& options)
+/// The format asked for, or else the one that the output's name ends with; empty if that tells
+/// none.
+std::string FormatOf(const Options& options)
 {
-    const std::string format =
-        !options.format.empty()
-            ? options.format
-            : (nuv::FormatOf("", options.output) == nuv::ModelFormat::Mps ? "mps" : "lp");
+    if (!options.format.empty())
+        return options.format;
+    const std::string ending = std::filesystem::path(options.output).extension().string();
+    for (const auto& [known, format] : {std::pair(".lp", "lp"), std::pair(".mps", "mps")})
+        if (nuv::EqualsIgnoringCase(ending, known))
+            return format;
+    return {};
+}
+
+nuv::Writing Write(const nuv::Model& model, const std::string& format)
+{
     if (format == "lp")
         return nuv::WriteLp(model);
     return nuv::WriteMps(model, format == "mps-fixed"  ? nuv::MpsForm::Fixed
@@ -36,18 +47,29 @@ nuv::Writing Write(const nuv::Model& model, const Options& options)
                                                        : nuv::MpsForm::ByContent);
 }
 
+/// @return why nothing can be written there; empty if something can.
+std::string Objection(const Options& options, const std::string& format)
+{
+    if (options.output.ends_with(".gz"))
+        return "what is written is not compressed: leave out .gz, and run gzip on it";
+    if (format.empty())
+        return "say which format to write: --to lp, mps, mps-fixed or mps-free";
+    return {};
+}
+
 ExitCode Run(const Options& options)
 {
-    if (options.format.empty() && (options.output.empty() || options.output == "-"))
+    const std::string format = FormatOf(options);
+    const std::string objection = Objection(options, format);
+    if (!objection.empty())
     {
-        std::fputs("nuvlp: say which format to write: --to lp, mps, mps-fixed or mps-free\n",
-                   stderr);
+        std::fprintf(stderr, "nuvlp: %s\n", objection.c_str());
         return ExitCode::Usage;
     }
     const nuv::Reading reading = ReadModel(options.source, Show::Warnings);
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
-    const nuv::Writing writing = Write(*reading.model, options);
+    const nuv::Writing writing = Write(*reading.model, format);
     PrintDiagnostics(writing.diagnostics, Show::Warnings);
     if (!writing.Ok())
         return ExitCode::BadModel;

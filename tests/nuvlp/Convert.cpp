@@ -46,6 +46,12 @@ TEST(ConvertCommand, AsksForAFormatThatItCannotKnow)
     EXPECT_EQ(outcome.err,
               "nuvlp: say which format to write: --to lp, mps, mps-fixed or mps-free\n");
     EXPECT_EQ(RunNuvlp("convert --to xls -", kModel).exitCode, 64);
+    EXPECT_EQ(RunNuvlp("convert -o " + Scratch("model.txt") + " -", kModel).err, outcome.err);
+    const Outcome packed = RunNuvlp("convert -o " + Scratch("model.lp.gz") + " -", kModel);
+    EXPECT_EQ(packed.err,
+              "nuvlp: what is written is not compressed: leave out .gz, and run gzip on it\n");
+    EXPECT_EQ(packed.exitCode, 64);
+    EXPECT_EQ(RunNuvlp("convert -o " + Scratch("MODEL.MPS") + " -", kModel).exitCode, 0);
 }
 
 TEST(ConvertCommand, HasAMessageForEveryKindOfBadInput)
