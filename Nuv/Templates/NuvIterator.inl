@@ -1,5 +1,5 @@
 // What every kind of iterator can do, defined. Besides NUV_ITERATOR and NUV_CONTENT it needs
-// NUV_WALK, how the kind moves.
+// NUV_STEP, how the kind moves.
 #define NUV_ITERATOR_OP(name) NUV_JOIN(NUV_ITERATOR, name)
 
 void NUV_ITERATOR_OP(Destruct)(NUV_ITERATOR*) {}
@@ -40,25 +40,25 @@ NuvBool NUV_ITERATOR_OP(Equal)(const NUV_ITERATOR* a, const NUV_ITERATOR* b)
 
 NuvBool NUV_ITERATOR_OP(Less)(const NUV_ITERATOR* a, const NUV_ITERATOR* b)
 {
-    return nuv::AsNuvBool(NUV_WALK::Less(*a, *b));
+    return nuv::AsNuvBool(NUV_STEP::Less(*a, *b));
 }
 
 NUV_CONTENT* NUV_ITERATOR_OP(ContentOf)(const NUV_ITERATOR* it)
 {
-    return NUV_WALK::Content(*it);
+    return NUV_STEP::Content(*it);
 }
 
 const NUV_ELEMENT* NUV_ITERATOR_OP(ContentOfConst)(const NUV_ITERATOR* it)
 {
-    return NUV_WALK::Content(*it);
+    return NUV_STEP::Content(*it);
 }
 
 void NUV_ITERATOR_OP(Increment)(NUV_ITERATOR* it)
 {
-    *it = NUV_WALK::Next(*it);
+    *it = NUV_STEP::Next(*it);
 }
 
 void NUV_ITERATOR_OP(Decrement)(NUV_ITERATOR* it)
 {
-    *it = NUV_WALK::Previous(*it);
+    *it = NUV_STEP::Previous(*it);
 }

@@ -2,7 +2,7 @@
 #include "Nuv/Templates/NuvElement.hpp"
 #include "Nuv/Templates/NuvRing.hpp"
 #include "Nuv/Templates/NuvTemplateBegin.h"
-#include "Nuv/Templates/NuvWalk.hpp"
+#include "Nuv/Templates/NuvStep.hpp"
 #include "Nuv/Utils/NuvAllocatorInline.h"
 
 #define NUV_LINK NUV_OF_ELEMENT(NuvListNodeBase__)
@@ -10,22 +10,22 @@
 
 #define NUV_ITERATOR NUV_OP(Iterator)
 #define NUV_CONTENT NUV_ELEMENT
-#define NUV_WALK nuv::RingWalk<nuv::Direction::Forward, NUV_NODE>
+#define NUV_STEP nuv::RingStep<nuv::Direction::Forward, NUV_NODE>
 #include "Nuv/Templates/NuvListIterator.inl"
 
 #define NUV_ITERATOR NUV_OP(ConstIterator)
 #define NUV_CONTENT const NUV_ELEMENT
-#define NUV_WALK nuv::RingWalk<nuv::Direction::Forward, NUV_NODE>
+#define NUV_STEP nuv::RingStep<nuv::Direction::Forward, NUV_NODE>
 #include "Nuv/Templates/NuvListIterator.inl"
 
 #define NUV_ITERATOR NUV_OP(ReverseIterator)
 #define NUV_CONTENT NUV_ELEMENT
-#define NUV_WALK nuv::RingWalk<nuv::Direction::Reverse, NUV_NODE>
+#define NUV_STEP nuv::RingStep<nuv::Direction::Reverse, NUV_NODE>
 #include "Nuv/Templates/NuvListIterator.inl"
 
 #define NUV_ITERATOR NUV_OP(ConstReverseIterator)
 #define NUV_CONTENT const NUV_ELEMENT
-#define NUV_WALK nuv::RingWalk<nuv::Direction::Reverse, NUV_NODE>
+#define NUV_STEP nuv::RingStep<nuv::Direction::Reverse, NUV_NODE>
 #include "Nuv/Templates/NuvListIterator.inl"
 
 NUV_SELF* NUV_OP(ConstructDefault)(NUV_SELF* l_, NuvAllocator* a_)

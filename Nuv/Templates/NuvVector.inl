@@ -1,26 +1,26 @@
 // The growable array, defined. A failed copy is reported like a refused block.
 #include "Nuv/Templates/NuvArray.hpp"
 #include "Nuv/Templates/NuvTemplateBegin.h"
-#include "Nuv/Templates/NuvWalk.hpp"
+#include "Nuv/Templates/NuvStep.hpp"
 
 #define NUV_ITERATOR NUV_OP(Iterator)
 #define NUV_CONTENT NUV_ELEMENT
-#define NUV_WALK nuv::ArrayWalk<nuv::Direction::Forward>
+#define NUV_STEP nuv::ArrayStep<nuv::Direction::Forward>
 #include "Nuv/Templates/NuvArrayIterator.inl"
 
 #define NUV_ITERATOR NUV_OP(ConstIterator)
 #define NUV_CONTENT const NUV_ELEMENT
-#define NUV_WALK nuv::ArrayWalk<nuv::Direction::Forward>
+#define NUV_STEP nuv::ArrayStep<nuv::Direction::Forward>
 #include "Nuv/Templates/NuvArrayIterator.inl"
 
 #define NUV_ITERATOR NUV_OP(ReverseIterator)
 #define NUV_CONTENT NUV_ELEMENT
-#define NUV_WALK nuv::ArrayWalk<nuv::Direction::Reverse>
+#define NUV_STEP nuv::ArrayStep<nuv::Direction::Reverse>
 #include "Nuv/Templates/NuvArrayIterator.inl"
 
 #define NUV_ITERATOR NUV_OP(ConstReverseIterator)
 #define NUV_CONTENT const NUV_ELEMENT
-#define NUV_WALK nuv::ArrayWalk<nuv::Direction::Reverse>
+#define NUV_STEP nuv::ArrayStep<nuv::Direction::Reverse>
 #include "Nuv/Templates/NuvArrayIterator.inl"
 
 NUV_SELF* NUV_OP(ConstructDefault)(NUV_SELF* x, NuvAllocator* a)

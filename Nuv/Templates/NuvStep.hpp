@@ -1,7 +1,7 @@
 // How an iterator moves: over an array or around a list's ring, forwards or backwards. The four
 // kinds of a container's iterators differ by these two choices and by const alone.
-#ifndef NUV_TEMPLATES_NUVWALK_HPP
-#define NUV_TEMPLATES_NUVWALK_HPP
+#ifndef NUV_TEMPLATES_NUVSTEP_HPP
+#define NUV_TEMPLATES_NUVSTEP_HPP
 
 #include <stdint.h>
 
@@ -16,7 +16,7 @@ enum class Direction
 };
 
 template <Direction direction>
-struct ArrayWalk
+struct ArrayStep
 {
     template <class T>
     static T* Step(T* position, NuvDistanceT n)
@@ -56,7 +56,7 @@ struct ArrayWalk
 };
 
 template <Direction direction, class Node>
-struct RingWalk
+struct RingStep
 {
     template <class Link>
     static Link* Next(Link* position)
