@@ -70,11 +70,11 @@ Range LanesOver(const FusedProduct& p, Range rows)
 
 /// The factors of the unit columns `first` to `first + count` in the rows at `i`, and 0 in the
 /// other rows there.
-NUV_LANES_INLINE Lanes LoadAmong(const NuvFloat32* factors, NuvSizeT i, NuvUint first,
-                                 NuvUint count)
+NUV_LANES_INLINE Lanes MaskedLoad(const NuvFloat32* factors, NuvSizeT i, NuvUint first,
+                                  NuvUint count)
 {
     const UintLanes rows = CountFrom(static_cast<NuvUint>(i));
-    return rows - first < SpreadUint(count) ? Load(factors + i) : Lanes{};
+    return rows - first < BroadcastUint(count) ? Load(factors + i) : Lanes{};
 }
 
 /// Adds a group to the rows. A unit column adds its factor in its own row, in its turn; in all
@@ -91,9 +91,9 @@ NUV_LANES_INLINE void AddGroup(const FusedProduct& p, const Group<count>& group,
     for (NuvSizeT c = 0; c != count; ++c)
     {
         at[c] = group.columns[c];
-        multipliers[c] = Spread(hasUpdate ? group.multipliers[c] : 0.0F);
-        x[c] = Spread(group.x[c]);
-        y[c] = Spread(hasTwo ? group.y[c] : 0.0F);
+        multipliers[c] = Broadcast(hasUpdate ? group.multipliers[c] : 0.0F);
+        x[c] = Broadcast(group.x[c]);
+        y[c] = Broadcast(hasTwo ? group.y[c] : 0.0F);
     }
     const NuvFloat32* const update = p.update;
     NuvFloat32* const sumsX = p.product.sums;
@@ -110,9 +110,9 @@ NUV_LANES_INLINE void AddGroup(const FusedProduct& p, const Group<count>& group,
                 const NuvUint first =
                     c == 0 ? static_cast<NuvUint>(group.span.first) : group.numbers[c - 1] + 1;
                 const NuvUint units = group.numbers[c] - first;
-                sumX = sumX + LoadAmong(p.product.unitFactors, i, first, units);
+                sumX = sumX + MaskedLoad(p.product.unitFactors, i, first, units);
                 if constexpr (hasTwo)
-                    sumY = sumY + LoadAmong(p.other.unitFactors, i, first, units);
+                    sumY = sumY + MaskedLoad(p.other.unitFactors, i, first, units);
             }
             Lanes elements = Load(at[c] + i);
             if constexpr (hasUpdate)
@@ -145,9 +145,9 @@ void AddUnits(const FusedProduct& p, const ColumnProduct& product, Range units)
     const Range rows = LanesOver(p, units);
     for (NuvSizeT i = rows.first; i != rows.last; i += lanes)
         Store(product.sums + i,
-              Load(product.sums + i) + LoadAmong(product.unitFactors, i,
-                                                 static_cast<NuvUint>(units.first),
-                                                 static_cast<NuvUint>(units.last - units.first)));
+              Load(product.sums + i) + MaskedLoad(product.unitFactors, i,
+                                                  static_cast<NuvUint>(units.first),
+                                                  static_cast<NuvUint>(units.last - units.first)));
 }
 
 /// A product on its way past the columns, and up to which number it has the unit columns.

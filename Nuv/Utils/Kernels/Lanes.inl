@@ -1,4 +1,4 @@
-// Vectors of NUV_LANES floats, so that the loops of NuvKernelLoops.inl are written once: 4, 8 or 16
+// Vectors of NUV_LANES floats, so that the loops of Loops.inl are written once: 4, 8 or 16
 // lanes where the compiler knows vectors, else a single float, which any compiler knows. Operations
 // are those of the elements, lane by lane; no lane ever meets another.
 #include <string.h>
@@ -48,12 +48,12 @@ NUV_LANES_INLINE void Store(NuvFloat32* to, const Lanes& x)
 }
 
 template <class T = Lanes>
-NUV_LANES_INLINE T Spread(NuvFloat32 x)
+NUV_LANES_INLINE T Broadcast(NuvFloat32 x)
 {
     return x - T{};
 }
 
-NUV_LANES_INLINE UintLanes SpreadUint(NuvUint x)
+NUV_LANES_INLINE UintLanes BroadcastUint(NuvUint x)
 {
     return x - UintLanes{};
 }
@@ -94,10 +94,10 @@ NUV_LANES_INLINE auto LanesFrom(const T& x, std::integer_sequence<int, i...>)
 }
 #endif
 
-/// What an operation that cares neither for order nor for grouping makes of all lanes of x: of
-/// vectors that are longer than four lanes it goes on with the halves.
+/// Horizontal reduction of all lanes of x by an associative and commutative operation; of vectors
+/// longer than four lanes it goes on with the halves.
 template <int distance = NUV_LANES / 2, class T, class Operation>
-NUV_LANES_INLINE auto Merge(const T& x, Operation operation)
+NUV_LANES_INLINE auto Reduce(const T& x, Operation operation)
 {
     if constexpr (distance == 0)
     {
@@ -108,8 +108,8 @@ NUV_LANES_INLINE auto Merge(const T& x, Operation operation)
     else
     {
         constexpr std::make_integer_sequence<int, AtLeastFour(distance)> kept;
-        return Merge<distance / 2>(operation(LanesFrom<0>(x, kept), LanesFrom<distance>(x, kept)),
-                                   operation);
+        return Reduce<distance / 2>(operation(LanesFrom<0>(x, kept), LanesFrom<distance>(x, kept)),
+                                    operation);
     }
 }
 
@@ -122,7 +122,7 @@ NUV_LANES_INLINE bool AreZero(const Lanes& x)
     return _mm256_movemask_ps(_mm256_cmp_ps(x, Lanes{}, _CMP_NEQ_UQ)) == 0;
 #else
     return std::bit_cast<NuvFloat32>(
-               Merge(x * x, [](const auto& y, const auto& z) { return y + z; })) == 0.0F;
+               Reduce(x * x, [](const auto& y, const auto& z) { return y + z; })) == 0.0F;
 #endif
 }
 }  // namespace

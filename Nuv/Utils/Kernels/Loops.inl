@@ -15,23 +15,23 @@ constexpr auto smaller = [](const auto& x, const auto& y) { return SmallerOf(x, 
 
 bool IsFinite(const NuvFloat32* x, NuvSizeT length)
 {
-    Lanes doubt = {};
+    Lanes accumulator = {};
     for (NuvSizeT i = 0; i != length; i += lanes)
-        doubt = doubt + Load(x + i) * Spread(0.0F);
-    return AreZero(doubt);
+        accumulator = accumulator + Load(x + i) * Broadcast(0.0F);
+    return AreZero(accumulator);
 }
 
 bool FormEta(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta, NuvSizeT length)
 {
-    const Lanes spread = Spread(reciprocal);
-    Lanes doubt = {};
+    const Lanes broadcast = Broadcast(reciprocal);
+    Lanes accumulator = {};
     for (NuvSizeT i = 0; i != length; i += lanes)
     {
-        const Lanes etaLanes = Spread(0.0F) - Load(direction + i) * spread;
-        doubt = doubt + etaLanes * Spread(0.0F);
+        const Lanes etaLanes = Broadcast(0.0F) - Load(direction + i) * broadcast;
+        accumulator = accumulator + etaLanes * Broadcast(0.0F);
         Store(eta + i, etaLanes);
     }
-    return AreZero(doubt);
+    return AreZero(accumulator);
 }
 
 Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUint* numbers,
@@ -44,43 +44,44 @@ Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUin
         Store(differences + i, difference);
         best = LargerOf(difference, best);
     }
-    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Merge(best, larger));
+    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Reduce(best, larger));
     if (largest == 0.0F)
         return {largest, 0};
     UintLanes last = {};
     for (NuvSizeT i = 0; i != length; i += lanes)
     {
-        const UintLanes found =
-            Load(differences + i) == Spread(largest) ? LoadAs<UintLanes>(numbers + i) : UintLanes{};
+        const UintLanes found = Load(differences + i) == Broadcast(largest)
+                                    ? LoadAs<UintLanes>(numbers + i)
+                                    : UintLanes{};
         last = LargerOf(found, last);
     }
-    return {largest, Merge(last, larger)};
+    return {largest, Reduce(last, larger)};
 }
 
 Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, NuvFloat32* ratios,
                          NuvSizeT length)
 {
-    const Lanes none = Spread(FLT_MAX);
+    const Lanes none = Broadcast(FLT_MAX);
     Lanes best = none;
     for (NuvSizeT i = 0; i != length; i += lanes)
     {
         const Lanes decrease = Load(direction + i);
-        const Lanes ratio = decrease > Spread(0.0F) ? Load(values + i) / decrease : none;
+        const Lanes ratio = decrease > Broadcast(0.0F) ? Load(values + i) / decrease : none;
         Store(ratios + i, ratio);
         best = SmallerOf(ratio, best);
     }
-    const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Merge(best, smaller));
+    const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Reduce(best, smaller));
     if (smallest == FLT_MAX)
         return {smallest, 0};
-    UintLanes first = SpreadUint(UINT32_MAX);
+    UintLanes first = BroadcastUint(UINT32_MAX);
     for (NuvSizeT i = 0; i != length; i += lanes)
     {
-        const UintLanes found = Load(ratios + i) == Spread(smallest)
+        const UintLanes found = Load(ratios + i) == Broadcast(smallest)
                                     ? CountFrom(static_cast<NuvUint>(i))
-                                    : SpreadUint(UINT32_MAX);
+                                    : BroadcastUint(UINT32_MAX);
         first = SmallerOf(found, first);
     }
-    return {smallest, Merge(first, smaller)};
+    return {smallest, Reduce(first, smaller)};
 }
 
 /// The product of `numRows` rows of x with a stripe of y that is `numVectors` vectors wide.
@@ -95,7 +96,7 @@ NUV_LANES_INLINE void MultiplyStripe(const NuvFloat32* x, const NuvFloat32* y, N
         {
             const Vector elements = LoadAs<Vector>(y + k * cols + v * width);
             for (NuvSizeT r = 0; r != numRows; ++r)
-                sums[r][v] = sums[r][v] + Spread<Vector>(x[r * inner + k]) * elements;
+                sums[r][v] = sums[r][v] + Broadcast<Vector>(x[r * inner + k]) * elements;
         }
     for (NuvSizeT r = 0; r != numRows; ++r)
         for (NuvSizeT v = 0; v != numVectors; ++v)
@@ -133,20 +134,20 @@ void MultiplyMatrices(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* resu
 
 void Divide(NuvFloat32* x, NuvFloat32 divisor, NuvSizeT length)
 {
-    const Lanes spread = Spread(divisor);
+    const Lanes broadcast = Broadcast(divisor);
     NuvSizeT i = 0;
     for (; length - i >= lanes; i += lanes)
-        Store(x + i, Load(x + i) / spread);
+        Store(x + i, Load(x + i) / broadcast);
     for (; i != length; ++i)
         x[i] = x[i] / divisor;
 }
 
 void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier, NuvSizeT length)
 {
-    const Lanes spread = Spread(multiplier);
+    const Lanes broadcast = Broadcast(multiplier);
     NuvSizeT i = 0;
     for (; length - i >= lanes; i += lanes)
-        Store(x + i, Load(x + i) - Load(y + i) * spread);
+        Store(x + i, Load(x + i) - Load(y + i) * broadcast);
     for (; i != length; ++i)
         x[i] = x[i] - y[i] * multiplier;
 }
