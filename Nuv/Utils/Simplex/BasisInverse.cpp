@@ -35,22 +35,24 @@ void CloseGap(T* array, NuvUint position, NuvUint count)
 
 void InsertCosted(CostedRows* costed, NuvUint position, NuvUint row)
 {
-    NUV_ASSERT(costed->numFree != 0 && costed->count != costed->capacity);
+    NUV_ASSERT(costed->count != costed->capacity);
+    NuvFloat32* const entries = costed->entries[costed->count];
     OpenGap(costed->rows, position, costed->count);
     OpenGap(costed->costs, position, costed->count);
     OpenGap(costed->entries, position, costed->count);
     ++costed->count;
     costed->rows[position] = row;
-    costed->entries[position] = costed->freeRows[--costed->numFree];
+    costed->entries[position] = entries;
 }
 
 void RemoveCosted(CostedRows* costed, NuvUint position)
 {
-    costed->freeRows[costed->numFree++] = costed->entries[position];
+    NuvFloat32* const entries = costed->entries[position];
     CloseGap(costed->rows, position, costed->count);
     CloseGap(costed->costs, position, costed->count);
     CloseGap(costed->entries, position, costed->count);
     --costed->count;
+    costed->entries[costed->count] = entries;
 }
 
 /// Lists a column among those that are stored.
@@ -144,7 +146,6 @@ void PlaceArrays(BasisInverse* x, NuvUint m, NuvUint maxCosted, WorkspaceLayout*
     layout->Place(&x->costed.costs, maxCosted);
     layout->Place(&x->costed.entries, maxCosted);
     layout->Place(&x->costed.eta, maxCosted);
-    layout->Place(&x->costed.freeRows, maxCosted);
     layout->Place(&x->elements, m);
     layout->Place(&x->numbers, m);
     layout->Place(&x->slots, m);
@@ -165,10 +166,8 @@ void SetToIdentity(BasisInverse* x, const NuvFloat32* b)
     NuvMemZero(x->multipliersBySlot, x->stride * sizeof *x->multipliersBySlot);
     CostedRows* const costed = &x->costed;
     costed->count = 0;
-    costed->numFree = costed->capacity;
-    // The rows that are used first lie first.
-    for (NuvUint k = 0; k != costed->numFree; ++k)
-        costed->freeRows[k] = costed->storage + (costed->numFree - 1 - k) * x->stride;
+    for (NuvUint k = 0; k != costed->capacity; ++k)
+        costed->entries[k] = costed->storage + k * x->stride;
 }
 
 NuvFloat32* StoreColumn(BasisInverse* x, NuvUint column)
@@ -208,7 +207,7 @@ void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost)
     if (!isCosted)
         InsertCosted(costed, position, row);
     costed->costs[position] = cost;
-    // What is behind is zero since the row was first costed.
+    // Entries of later slots are zero since the row was first costed.
     const NuvSizeT length = isCosted ? LengthInUse(x) : x->stride;
     NuvMemZero(costed->entries[position], length * sizeof **costed->entries);
 }

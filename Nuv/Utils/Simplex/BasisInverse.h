@@ -26,12 +26,9 @@ struct CostedRows
     NuvUint capacity;
     NuvUint* rows;         /// [capacity]
     NuvFloat32* costs;     /// [capacity]
-    NuvFloat32** entries;  /// [capacity], each [stride]
+    NuvFloat32** entries;  /// [capacity], each [stride]; those from `count` on are free
     NuvFloat32* eta;       /// [capacity], eta at these rows
-    /// Arrays for more of them.
-    NuvUint numFree;
-    NuvFloat32** freeRows;  /// [capacity], each [stride]
-    NuvFloat32* storage;    /// [capacity × stride]
+    NuvFloat32* storage;   /// [capacity × stride]
 };
 
 struct BasisInverse

@@ -37,7 +37,7 @@ void ApplyFrom(const Elimination* elimination, NuvUint first, const Kernels* ker
 }
 
 /// Follows the 1 of a unit column through the exchanges of rows, until a step has it for its pivot.
-/// @return that step, or the number of steps when there is none; `row` is where the 1 stands then.
+/// @return that step, or the number of steps when there is none; `row` is then that of the 1.
 NuvUint FollowUnit(const Elimination* elimination, NuvUint* row)
 {
     NuvUint k = 0;

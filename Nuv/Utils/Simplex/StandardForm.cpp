@@ -106,7 +106,7 @@ bool StoreConstraint(NuvLinearProgramming* lp, const NuvLinearProgrammingConstra
     return true;
 }
 
-/// Makes a row per constraint, in the order in which the map is walked.
+/// Makes a row per constraint, in the order of the map's entries.
 bool StoreConstraints(NuvLinearProgramming* lp, Tally* tally)
 {
     const NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entries =
