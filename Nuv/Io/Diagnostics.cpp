@@ -3,6 +3,8 @@
 /// everything unprintable replaced.
 #include "Nuv/Io/Diagnostics.hpp"
 
+#include "Nuv/Io/Utf8.hpp"
+
 #include <algorithm>
 #include <cstdint>
 
@@ -22,56 +24,6 @@ bool IsLineEnd(char c) noexcept
     return c == '\n' || c == '\r';
 }
 
-bool IsContinuation(char c) noexcept
-{
-    return (static_cast<unsigned char>(c) & 0xC0u) == 0x80u;
-}
-
-/// One character of UTF-8: its bytes, and what it stands for; 0 for bytes that are no UTF-8, taken
-/// one by one.
-struct Character
-{
-    std::size_t bytes;
-    std::uint32_t code;
-};
-
-Character Decode(std::string_view text) noexcept
-{
-    const auto first = static_cast<unsigned char>(text[0]);
-    if (first < 0x80u)
-        return {1, first};
-    const std::size_t bytes = first >= 0xF0u ? 4 : first >= 0xE0u ? 3 : 2;
-    if (first < 0xC2u || first > 0xF4u || text.size() < bytes)
-        return {1, 0};
-    std::uint32_t code = first & (0xFFu >> (bytes + 1));
-    for (std::size_t i = 1; i < bytes; ++i)
-    {
-        if (!IsContinuation(text[i]))
-            return {1, 0};
-        code = (code << 6) | (static_cast<unsigned char>(text[i]) & 0x3Fu);
-    }
-    return {bytes, code};
-}
-
-/// Columns that a terminal gives to a character: 0 for marks that sit on the one before, 2 for East
-/// Asian and pictures.
-std::size_t Width(std::uint32_t code) noexcept
-{
-    struct Span
-    {
-        std::uint32_t first;
-        std::uint32_t last;
-    };
-    static constexpr Span kZero[] = {{0x0300, 0x036F}, {0x200B, 0x200F}, {0xFE00, 0xFE0F}};
-    static constexpr Span kDouble[] = {{0x1100, 0x115F},   {0x2E80, 0xA4CF},  {0xAC00, 0xD7A3},
-                                       {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},  {0xFF00, 0xFF60},
-                                       {0x1F300, 0x1FAFF}, {0x20000, 0x3FFFD}};
-    const auto holds = [code](const Span& span) { return span.first <= code && code <= span.last; };
-    if (std::any_of(std::begin(kZero), std::end(kZero), holds))
-        return 0;
-    return std::any_of(std::begin(kDouble), std::end(kDouble), holds) ? 2 : 1;
-}
-
 /// Appends one character as it can be printed. @return the columns it takes.
 std::size_t AppendPrintable(std::string& out, std::string_view bytes, std::uint32_t code)
 {
@@ -80,13 +32,13 @@ std::size_t AppendPrintable(std::string& out, std::string_view bytes, std::uint3
         out.append(kTab, ' ');
         return kTab;
     }
-    if (code < 0x20u || code == 0x7Fu || (code >= 0x80u && code < 0xA0u))
+    if (code == Utf8Character::kNoCharacter || code < 0x20u || (code >= 0x7Fu && code < 0xA0u))
     {
         out.append(kReplacement);
         return 1;
     }
     out.append(bytes);
-    return Width(code);
+    return DisplayWidth(code);
 }
 
 struct LineBounds
@@ -133,7 +85,7 @@ void Excerpt(Diagnostic& diagnostic, std::string_view text, std::size_t offset, 
         }
         if (at <= offset)
             diagnostic.caret = columns;
-        const Character character = Decode(text.substr(at, line.end - at));
+        const Utf8Character character = FirstCharacter(text.substr(at, line.end - at));
         columns +=
             AppendPrintable(diagnostic.excerpt, text.substr(at, character.bytes), character.code);
         at += character.bytes;

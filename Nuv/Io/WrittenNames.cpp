@@ -1,5 +1,7 @@
 #include "Nuv/Io/WrittenNames.hpp"
 
+#include "Nuv/Io/Utf8.hpp"
+
 #include "fmt/format.h"
 
 #include <algorithm>
@@ -11,11 +13,6 @@ namespace
 {
 
 constexpr std::size_t kShown = 5;
-
-bool IsContinuation(char c) noexcept
-{
-    return (static_cast<unsigned char>(c) & 0xC0u) == 0x80u;
-}
 
 }  // namespace
 

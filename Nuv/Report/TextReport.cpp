@@ -2,6 +2,7 @@
 // doubles.
 #include "Nuv/Report/TextReport.hpp"
 
+#include "Nuv/Io/Utf8.hpp"
 #include "Nuv/Report/Words.hpp"
 
 #include <fmt/format.h>
@@ -19,12 +20,6 @@ namespace
 
 /// Wider names push their line to the right instead of all the others.
 constexpr std::size_t kWidestColumn = 48;
-
-std::size_t Characters(std::string_view text)
-{
-    const auto first = [](char c) { return (static_cast<unsigned char>(c) & 0xC0u) != 0x80u; };
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), first));
-}
 
 /// The first column is set to the left, the others to the right.
 class Table
@@ -47,14 +42,14 @@ public:
         {
             widths.resize(line.size(), 0);
             for (std::size_t i = 0; i < line.size(); ++i)
-                widths[i] = std::max(widths[i], std::min(Characters(line[i]), kWidestColumn));
+                widths[i] = std::max(widths[i], std::min(DisplayWidth(line[i]), kWidestColumn));
         }
         std::string text;
         for (const std::vector<std::string>& line : m_lines)
         {
             for (std::size_t i = 0; i < line.size(); ++i)
             {
-                const std::size_t had = Characters(line[i]);
+                const std::size_t had = DisplayWidth(line[i]);
                 const std::string blanks(had < widths[i] ? widths[i] - had : 0, ' ');
                 text += i == 0 ? line[i] + blanks : "  " + blanks + line[i];
             }

@@ -67,6 +67,16 @@ TEST(SolveCommand, ReadsStandardInput)
     EXPECT_EQ(outcome.exitCode, 0);
 }
 
+TEST(SolveCommand, AlignsNamesOfAnyScript)
+{
+    const Outcome outcome = RunNuvlp("solve -", "max \u6728\u6750 + \u00e9 st a: \u6728\u6750 <= 4 "
+                                                "b: \u00e9 <= 3 end");
+    EXPECT_NE(
+        outcome.out.find("\nvariable  value\n\u6728\u6750          4\n\u00e9             3\n"),
+        std::string::npos)
+        << outcome.out;
+}
+
 TEST(SolveCommand, AnswersModelsWithoutRowsOrVariables)
 {
     EXPECT_EQ(RunNuvlp("solve -", "max 5 st end").out,

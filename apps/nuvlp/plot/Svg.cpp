@@ -1,5 +1,7 @@
 #include "apps/nuvlp/plot/Svg.hpp"
 
+#include "Nuv/Io/Utf8.hpp"
+
 #include <charconv>
 #include <cmath>
 #include <utility>
@@ -107,10 +109,7 @@ double RoundStep(double span, int count)
 
 double TextWidth(std::string_view text)
 {
-    std::size_t characters = 0;
-    for (const char c : text)
-        characters += (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-    return 7.2 * static_cast<double>(characters);
+    return 7.2 * static_cast<double>(DisplayWidth(text));
 }
 
 Svg::Svg(double width, double height, std::string_view title)
