@@ -2,8 +2,8 @@
 #pragma once
 
 #include "Nuv/SparseSimplex/BoundedForm.hpp"
+#include "tests/support/Random.hpp"
 
-#include <cstdint>
 #include <limits>
 #include <vector>
 
@@ -27,32 +27,6 @@ struct DenseRow
 /// minimise cost . x subject to the rows; `columns` may be left out for x >= 0.
 BoundedForm MakeForm(const std::vector<double>& cost, const std::vector<DenseRow>& rows,
                      const std::vector<Interval>& columns = {});
-
-/// xorshift64*: the same numbers everywhere.
-class Random
-{
-public:
-    explicit Random(std::uint64_t seed) : m_state(seed * 0x9E3779B97F4A7C15u + 1) {}
-    std::uint64_t Next()
-    {
-        m_state ^= m_state >> 12;
-        m_state ^= m_state << 25;
-        m_state ^= m_state >> 27;
-        return m_state * 0x2545F4914F6CDD1Du;
-    }
-    /// Uniform enough in [low, high].
-    int Between(int low, int high)
-    {
-        return low + static_cast<int>((Next() >> 33) % static_cast<std::uint64_t>(high - low + 1));
-    }
-    bool OneIn(int chances)
-    {
-        return Between(1, chances) == 1;
-    }
-
-private:
-    std::uint64_t m_state;
-};
 
 /// Integers in [-3, 3], bounds of all kinds, now and then bounds that cross.
 BoundedForm RandomSmallForm(Random& random, Index rows, Index columns);

@@ -1,0 +1,156 @@
+/// Integers of any size, against machine words where these suffice and against identities
+/// elsewhere.
+#include "Nuv/Algebra/Integer.hpp"
+#include "tests/support/Effort.hpp"
+#include "tests/support/Random.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <utility>
+
+namespace nuv::test
+{
+namespace
+{
+
+std::int64_t Word(Random& random)
+{
+    return static_cast<std::int64_t>(random.Next()) >> random.Between(0, 63);
+}
+
+/// Up to three words long.
+Integer Draw(Random& random)
+{
+    Integer value = Word(random);
+    for (int word = random.Between(0, 2); word > 0; --word)
+        value = (value << 64) + Integer(random.Next());
+    return value;
+}
+
+TEST(Integer, AgreesWithMachineWords)
+{
+    Random random(1);
+    for (int round = 0; round < ShareOf(5000); ++round)
+    {
+        const std::int64_t a = Word(random) / 2;
+        const std::int64_t b = Word(random) / 2;
+        const std::int64_t small = b >> 32;
+        const Integer x = a;
+        const Integer y = b;
+        ASSERT_EQ((x + y).ToWord(), a + b);
+        ASSERT_EQ((x - y).ToWord(), a - b);
+        ASSERT_EQ((Integer(a >> 32) * small).ToWord(), (a >> 32) * small);
+        ASSERT_EQ((Integer(a >> 32) * Integer(small)).ToWord(), (a >> 32) * small);
+        ASSERT_EQ((-x).ToWord(), -a);
+        ASSERT_EQ(x.Sign(), a < 0 ? -1 : a > 0 ? 1 : 0);
+        ASSERT_EQ(x < y, a < b);
+        ASSERT_EQ(x == y, a == b);
+        ASSERT_EQ(x < b, a < b);
+        ASSERT_EQ(x == b, a == b);
+        ASSERT_EQ(x.ToString(), std::to_string(a));
+        if (b != 0)
+        {
+            ASSERT_EQ((x / y).ToWord(), a / b);
+            ASSERT_EQ((x % y).ToWord(), a % b);
+        }
+    }
+}
+
+TEST(Integer, HoldsEveryMachineWord)
+{
+    const std::int64_t least = std::numeric_limits<std::int64_t>::min();
+    const std::uint64_t greatest = std::numeric_limits<std::uint64_t>::max();
+    EXPECT_EQ(Integer(least).ToString(), "-9223372036854775808");
+    EXPECT_EQ(Integer(least).ToWord(), least);
+    EXPECT_EQ(Integer(greatest).ToString(), "18446744073709551615");
+    EXPECT_TRUE(Integer(greatest) > std::numeric_limits<std::int64_t>::max());
+    EXPECT_TRUE(Integer(least) - 1 < least);
+}
+
+TEST(Integer, ObeysTheLawsOfARingBeyondWords)
+{
+    Random random(2);
+    for (int round = 0; round < ShareOf(2000); ++round)
+    {
+        const Integer x = Draw(random);
+        const Integer y = Draw(random);
+        const Integer z = Draw(random);
+        ASSERT_EQ((x + y) * z, x * z + y * z);
+        ASSERT_EQ(x - (x - y), y);
+        Integer sum = z;
+        ASSERT_EQ(sum.AddProduct(x, y), z + x * y);
+        ASSERT_EQ(sum.SubtractProduct(x, y), z);
+        ASSERT_EQ(Integer(x.ToString()), x);
+        ASSERT_EQ(Abs(x).Sign() < 0, false);
+        if (y.Sign() == 0)
+            continue;
+        Integer quotient;
+        Integer remainder;
+        Divide(x, y, quotient, remainder);
+        ASSERT_EQ(quotient * y + remainder, x);
+        ASSERT_TRUE(Abs(remainder) < Abs(y));
+        ASSERT_TRUE(remainder.Sign() == 0 || remainder.Sign() == x.Sign());
+        ASSERT_EQ(x / y, quotient);
+        ASSERT_EQ(x % y, remainder);
+        const Integer divisor = Gcd(x, y);
+        ASSERT_EQ(x % divisor, 0);
+        ASSERT_EQ(y % divisor, 0);
+        ASSERT_EQ(Gcd(x / divisor, y / divisor), 1);
+        ASSERT_EQ(LeastCommonMultiple(x, y) * divisor, x * y);
+    }
+}
+
+TEST(Integer, CountsBits)
+{
+    for (std::size_t bits = 1; bits < 200; ++bits)
+    {
+        const Integer power = Integer(1) << bits;
+        EXPECT_EQ(BitLength(power), bits + 1);
+        EXPECT_EQ(BitLength(-power), bits + 1);
+        EXPECT_EQ(BitLength(power - 1), bits);
+        EXPECT_EQ(TrailingZeros(-power), bits);
+        EXPECT_EQ(power, Power(2, static_cast<unsigned>(bits)));
+        Integer back = power;
+        back >>= bits;
+        EXPECT_EQ(back, 1);
+    }
+    EXPECT_EQ(BitLength(Integer()), 0U);
+    EXPECT_EQ(Power(5, 0), 1);
+}
+
+TEST(Integer, GivesTheLowWordOfItsMagnitude)
+{
+    const Integer high = Integer(3) << 64;
+    EXPECT_EQ((high + 5).LowWord(), 5U);
+    EXPECT_EQ((-high - 5).LowWord(), 5U);
+    EXPECT_EQ(Integer(~std::uint64_t{0}).LowWord(), ~std::uint64_t{0});
+    EXPECT_EQ(Integer().LowWord(), 0U);
+}
+
+TEST(Integer, IsCopiedMovedAndSwapped)
+{
+    const Integer value("123456789012345678901234567890");
+    Integer copy = value;
+    Integer moved = std::move(copy);
+    EXPECT_EQ(moved, value);
+    copy = 7;  // what was moved from may be given a value again
+    EXPECT_EQ(copy, 7);
+    swap(copy, moved);
+    EXPECT_EQ(copy, value);
+    EXPECT_EQ(moved, 7);
+    copy = std::move(moved);
+    EXPECT_EQ(copy, 7);
+    const Integer& self = copy;
+    copy = self;
+    copy += self;
+    copy *= self;
+    EXPECT_EQ(copy, 196);
+    copy -= self;
+    EXPECT_EQ(copy, 0);
+}
+
+}  // namespace
+}  // namespace nuv::test

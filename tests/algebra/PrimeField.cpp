@@ -1,0 +1,46 @@
+/// Residues in Montgomery form, against integers.
+#include "Nuv/Algebra/PrimeField.hpp"
+#include "Nuv/Algebra/Integer.hpp"
+#include "tests/support/Effort.hpp"
+#include "tests/support/Random.hpp"
+
+#include <gtest/gtest.h>
+
+namespace nuv::test
+{
+namespace
+{
+
+constexpr std::uint64_t kPrime = 4611686018427387847u;
+
+TEST(PrimeField, AgreesWithIntegersModuloThePrime)
+{
+    const PrimeField field(kPrime);
+    const Integer prime(kPrime);
+    Random random(2);
+    for (int round = 0; round < ShareOf(5000); ++round)
+    {
+        const std::int64_t a = static_cast<std::int64_t>(random.Next());
+        const std::int64_t b = static_cast<std::int64_t>(random.Next() >> random.Between(0, 60));
+        const PrimeField::Value x = field.FromSigned(a);
+        const PrimeField::Value y = field.FromSigned(b);
+        Integer expected = (Integer(a) * Integer(b)) % prime;
+        if (expected * 2 > prime)
+            expected -= prime;
+        if (expected * 2 < -prime)
+            expected += prime;
+        ASSERT_EQ(Integer(field.ToSigned(field.Product(x, y))), expected);
+        PrimeField::Value difference = x;
+        field.SubtractProduct(difference, y, field.One());
+        ASSERT_EQ(field.Sum(difference, y), x);
+        if (x != 0)
+        {
+            ASSERT_EQ(field.Product(x, field.Inverse(x)), field.One());
+        }
+    }
+    EXPECT_EQ(field.ToSigned(field.PowerOf({3, 2})), 200);
+    EXPECT_EQ(field.Product(field.PowerOf({-7, -3}), field.PowerOf({7, 3})), field.One());
+}
+
+}  // namespace
+}  // namespace nuv::test

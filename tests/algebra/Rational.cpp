@@ -1,0 +1,146 @@
+/// Rationals: lowest terms, order, and the ways from and to doubles and text.
+#include "Nuv/Algebra/Rational.hpp"
+#include "tests/support/Effort.hpp"
+#include "tests/support/Random.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace nuv::test
+{
+namespace
+{
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+Rational Draw(Random& random)
+{
+    const std::int64_t top = static_cast<std::int64_t>(random.Next()) >> random.Between(0, 62);
+    const std::int64_t bottom = static_cast<std::int64_t>(random.Next() >> random.Between(1, 62));
+    return Rational(Integer(top), Integer(bottom + 1));
+}
+
+bool IsInLowestTerms(const Rational& value)
+{
+    return value.Denominator() > 0 && Gcd(value.Numerator(), value.Denominator()) == 1;
+}
+
+TEST(Rational, IsMadeInLowestTermsWithAPositiveDenominator)
+{
+    EXPECT_EQ(ToString(Rational(6, -4)), "-3/2");
+    EXPECT_EQ(ToString(Rational(-6, -4)), "3/2");
+    EXPECT_EQ(ToString(Rational(0, -4)), "0");
+    EXPECT_EQ(Rational(0, -4).Denominator(), 1);
+    EXPECT_EQ(ToString(Rational(8, 4)), "2");
+}
+
+/// The fractions' arithmetic is cross-multiplication; the shorter ways must give the same.
+TEST(Rational, AgreesWithCrossMultiplication)
+{
+    Random random(3);
+    for (int round = 0; round < ShareOf(2000); ++round)
+    {
+        const Rational x = Draw(random);
+        // Now and then denominators that share factors, or the other's inverse.
+        const Rational y = random.OneIn(3)   ? Rational(x.Numerator() + 1, x.Denominator() * 6)
+                           : random.OneIn(9) ? -x
+                                             : Draw(random);
+        const auto& [a, b] = std::pair(x.Numerator(), x.Denominator());
+        const auto& [c, d] = std::pair(y.Numerator(), y.Denominator());
+        ASSERT_EQ(x + y, Rational(a * d + c * b, b * d));
+        ASSERT_EQ(x - y, Rational(a * d - c * b, b * d));
+        ASSERT_EQ(x * y, Rational(a * c, b * d));
+        ASSERT_EQ(x < y, a * d < c * b);
+        ASSERT_TRUE(IsInLowestTerms(x + y) && IsInLowestTerms(x - y) && IsInLowestTerms(x * y));
+        if (y.Sign() != 0)
+        {
+            ASSERT_EQ(x / y, Rational(a * d, b * c));
+            ASSERT_TRUE(IsInLowestTerms(x / y));
+        }
+    }
+}
+
+TEST(Rational, MayBeItsOwnOperand)
+{
+    Rational x(3, 4);
+    x += x;
+    EXPECT_EQ(ToString(x), "3/2");
+    x *= x;
+    EXPECT_EQ(ToString(x), "9/4");
+    x /= x;
+    EXPECT_EQ(ToString(x), "1");
+    x -= x;
+    EXPECT_EQ(ToString(x), "0");
+}
+
+TEST(Rational, TakesDoublesApartExactly)
+{
+    for (const double value : {0.0, 1.0, -1.0, 0.1, 1e300, -1e-300, 5e-324, 1.7976931348623157e308})
+    {
+        const ExactNumber number = TakeApart(value, Numbers::AsStored);
+        EXPECT_EQ(std::ldexp(static_cast<double>(number.mantissa), number.scale.two), value);
+        EXPECT_EQ(number.scale.five, 0);
+        EXPECT_TRUE(value == 0.0 || (number.mantissa & 1) != 0);
+        EXPECT_EQ(ToDouble(ToRational(value)), value);
+    }
+}
+
+TEST(Rational, ReadsDoublesAsTheirShortestDecimal)
+{
+    const auto written = [](double value)
+    { return ToString(ToRational(value, Numbers::AsWritten)); };
+    EXPECT_EQ(written(0.1), "1/10");
+    EXPECT_EQ(written(-0.75), "-3/4");
+    EXPECT_EQ(written(1e22), "10000000000000000000000");
+    EXPECT_EQ(written(120.0), "120");
+    EXPECT_EQ(written(0.33333334), "16666667/50000000");
+    EXPECT_EQ(written(-2.5e-7), "-1/4000000");
+    EXPECT_EQ(written(123456789.123456), "1929012330054/15625");
+    EXPECT_EQ(written(0.0), "0");
+    EXPECT_EQ(written(-0.0), "0");
+}
+
+TEST(Rational, RoundsToTheNearestDoubleTiesToEven)
+{
+    const Rational unit = Rational(1, Integer(1) << 53);  // half a unit in the last place of 1
+    EXPECT_EQ(ToDouble(1 + unit), 1.0);
+    EXPECT_EQ(ToDouble(1 + 3 * unit), 1.0 + 0x1p-51);
+    EXPECT_EQ(ToDouble(1 + unit + Rational(1, Integer(1) << 300)), 1.0 + 0x1p-52);
+    EXPECT_EQ(ToDouble(-1 - unit - Rational(1, Integer(1) << 300)), -1.0 - 0x1p-52);
+    EXPECT_EQ(ToDouble(Rational(1, 3)), 1.0 / 3.0);
+    EXPECT_EQ(ToDouble(Rational(Integer(1) << 1024)), kInf);
+    EXPECT_EQ(ToDouble(Rational(1, Integer(1) << 1074)), 0x1p-1074);
+    EXPECT_EQ(ToDouble(Rational(1, Integer(1) << 1075)), 0.0);
+    EXPECT_EQ(ToDouble(Rational(3, Integer(1) << 1076)), 0x1p-1074);
+    EXPECT_EQ(ToDouble(Rational(1, Integer(1) << 5000)), 0.0);
+}
+
+/// The quotient of two integers below 2^53 is rounded correctly by the machine's own division.
+TEST(Rational, RoundsAsTheMachineDivides)
+{
+    Random random(1);
+    for (int round = 0; round < ShareOf(20000); ++round)
+    {
+        const std::int64_t top = static_cast<std::int64_t>(random.Next() >> random.Between(11, 60));
+        const std::int64_t bottom =
+            static_cast<std::int64_t>(random.Next() >> random.Between(11, 60)) + 1;
+        ASSERT_EQ(ToDouble(Rational(top, bottom)),
+                  static_cast<double>(top) / static_cast<double>(bottom))
+            << top << "/" << bottom;
+    }
+}
+
+TEST(Rational, PrintsDecimalsRounded)
+{
+    EXPECT_EQ(ToDecimal(Rational(1, 3), 5), "3.3333e-1");
+    EXPECT_EQ(ToDecimal(Rational(-2, 3), 5), "-6.6667e-1");
+    EXPECT_EQ(ToDecimal(Rational(99999), 3), "1.00e5");
+    EXPECT_EQ(ToDecimal(Rational(0), 3), "0");
+    EXPECT_EQ(ToDecimal(Rational(7), 1), "7e0");
+    EXPECT_EQ(ToDecimal(Rational(1000), 2), "1.0e3");
+}
+
+}  // namespace
+}  // namespace nuv::test
