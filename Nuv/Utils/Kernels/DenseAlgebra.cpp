@@ -7,20 +7,10 @@ namespace nuv
 {
 namespace
 {
-NuvSizeT FindPivotRow(const NuvFloat32* y, NuvSizeT n, NuvSizeT k, NuvFloat32* magnitude)
+/// The magnitude as the search for a pivot forms it: −0 stays −0, and a NaN stays itself.
+NuvFloat32 Magnitude(NuvFloat32 value)
 {
-    NuvSizeT pivotRow = k;
-    *magnitude = Magnitude(y[k * n + k]);
-    for (NuvSizeT i = k + 1; i < n; ++i)
-    {
-        const NuvFloat32 candidate = Magnitude(y[i * n + k]);
-        if (candidate > *magnitude)
-        {
-            pivotRow = i;
-            *magnitude = candidate;
-        }
-    }
-    return pivotRow;
+    return value < 0.0F ? -value : value;
 }
 
 void ExchangeRows(NuvFloat32* x, NuvFloat32* y, NuvSizeT n)
@@ -58,20 +48,28 @@ void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows
     }
 }
 
+NuvSizeT FindPivotRow(const NuvFloat32* column, NuvSizeT stride, NuvSizeT first, NuvSizeT end)
+{
+    NuvSizeT pivotRow = first;
+    for (NuvSizeT i = first + 1; i < end; ++i)
+        if (Magnitude(column[i * stride]) > Magnitude(column[pivotRow * stride]))
+            pivotRow = i;
+    return pivotRow;
+}
+
 bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
 {
     for (NuvSizeT k = 0; k != n; ++k)
     {
-        NuvFloat32 magnitude;
-        const NuvSizeT pivotRow = FindPivotRow(y, n, k, &magnitude);
-        if (magnitude == 0.0F)
+        const NuvSizeT pivotRow = FindPivotRow(y + k, n, k, n);
+        const NuvFloat32 pivot = y[pivotRow * n + k];
+        if (pivot == 0.0F)
             return false;
         if (pivotRow != k)
         {
             ExchangeRows(y + k * n, y + pivotRow * n, n);
             ExchangeRows(result + k * n, result + pivotRow * n, n);
         }
-        const NuvFloat32 pivot = y[k * n + k];
         kernels->divide(y + k * n, pivot, n);
         kernels->divide(result + k * n, pivot, n);
         for (NuvSizeT i = 0; i != n; ++i)

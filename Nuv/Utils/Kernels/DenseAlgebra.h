@@ -6,12 +6,6 @@
 
 namespace nuv
 {
-/// The magnitude as the search for a pivot forms it: −0 stays −0, and a NaN stays itself.
-inline NuvFloat32 Magnitude(NuvFloat32 value)
-{
-    return value < 0.0F ? -value : value;
-}
-
 /// result (rows × cols) = x (rows × inner) · y (inner × cols), each element summed in increasing
 /// index of the inner dimension from 0; result must not be an operand.
 void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
@@ -20,6 +14,10 @@ void Multiply(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvS
 /// The same for unsigned integers, modulo 2³².
 void Multiply(const NuvUint* x, const NuvUint* y, NuvUint* result, NuvSizeT rows, NuvSizeT inner,
               NuvSizeT cols);
+
+/// @return among the rows from `first` to before `end` the first one of the largest magnitude in a
+/// column whose elements are `stride` apart; a NaN is never larger, nor is anything than a NaN.
+NuvSizeT FindPivotRow(const NuvFloat32* column, NuvSizeT stride, NuvSizeT first, NuvSizeT end);
 
 /// Reduces y (n × n) to the identity by Gauss-Jordan elimination with partial pivoting, and does
 /// the same to `result`.

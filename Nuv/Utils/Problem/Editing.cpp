@@ -80,6 +80,18 @@ bool ResolveNames(NuvLinearProgramming* lp, const NuvVector_NuvPair_NuvString__N
     }
     return true;
 }
+
+/// Sets a constraint that was made for this, and destructs it. One whose coefficients were refused
+/// is an empty row and goes in with the former right-hand side, unreported by contract.
+NuvBool SetOwnConstraint(NuvLinearProgramming* lp, NuvUint constraintId,
+                         NuvLinearProgrammingConstraint* constraint, bool isMade)
+{
+    if (!isMade)
+        constraint->rhs = FormerRhs(lp, constraintId);
+    const NuvBool isSet = NuvLinearProgrammingSetConstraint(lp, constraintId, constraint);
+    NuvLinearProgrammingConstraintDestruct(constraint);
+    return isSet;
+}
 }  // namespace
 
 const NuvLinearProgrammingVariable* FindVariable(const NuvLinearProgramming* lp,
@@ -132,12 +144,9 @@ NuvBool NuvLinearProgrammingSetConstraintByName(
     const NuvVector_NuvPair_NuvString__NuvFloat32* constraintValues, NuvFloat32 rhs)
 {
     NuvLinearProgrammingConstraint constraint;
-    if (!NuvLinearProgrammingConstraintConstruct(&constraint, constraintValues, rhs, lp->alloc))
-        constraint.rhs =
-            nuv::FormerRhs(lp, constraintId);  // an empty row goes in, unreported by contract
-    const NuvBool isSet = NuvLinearProgrammingSetConstraint(lp, constraintId, &constraint);
-    NuvLinearProgrammingConstraintDestruct(&constraint);
-    return isSet;
+    const bool isMade = NuvLinearProgrammingConstraintConstruct(&constraint, constraintValues, rhs,
+                                                                lp->alloc) != nullptr;
+    return nuv::SetOwnConstraint(lp, constraintId, &constraint, isMade);
 }
 
 NuvBool NuvLinearProgrammingSetConstraintByIndex(
@@ -145,13 +154,9 @@ NuvBool NuvLinearProgrammingSetConstraintByIndex(
     const NuvVector_NuvPair_NuvUint__NuvFloat32* constraintValues, NuvFloat32 rhs)
 {
     NuvLinearProgrammingConstraint constraint;
-    if (!NuvLinearProgrammingConstraintConstructIndex(&constraint, constraintValues, rhs,
-                                                      lp->alloc))
-        constraint.rhs =
-            nuv::FormerRhs(lp, constraintId);  // an empty row goes in, unreported by contract
-    const NuvBool isSet = NuvLinearProgrammingSetConstraint(lp, constraintId, &constraint);
-    NuvLinearProgrammingConstraintDestruct(&constraint);
-    return isSet;
+    const bool isMade = NuvLinearProgrammingConstraintConstructIndex(&constraint, constraintValues,
+                                                                     rhs, lp->alloc) != nullptr;
+    return nuv::SetOwnConstraint(lp, constraintId, &constraint, isMade);
 }
 
 NuvBool NuvLinearProgrammingRemoveConstraint(NuvLinearProgramming* lp, NuvUint constraintId)

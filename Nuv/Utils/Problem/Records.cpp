@@ -38,6 +38,17 @@ bool ConstructOn(NuvVector_NuvPair_NuvUint__NuvFloat32* x,
            nullptr;
 }
 
+/// Makes the rest of a constraint whose type is set, `x` being its coefficients.
+template <class Coefficients>
+NuvLinearProgrammingConstraint* ConstructWith(NuvLinearProgrammingConstraint* constraint,
+                                              Coefficients* x, const Coefficients* y,
+                                              NuvFloat32 rhs, NuvAllocator* alloc)
+{
+    const bool isCopied = ConstructOn(x, y, alloc);
+    constraint->rhs = isCopied ? rhs : 0.0F;
+    return isCopied ? constraint : nullptr;
+}
+
 /// Takes the coefficients of `y` by index, reusing those of `x` if it has the same kind.
 bool AssignByIndex(NuvLinearProgrammingConstraint* x, const NuvLinearProgrammingConstraint* y)
 {
@@ -127,11 +138,8 @@ NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstruct(
     NuvAllocator* alloc)
 {
     constraint->type = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME;
-    constraint->rhs = 0.0F;
-    if (!nuv::ConstructOn(&constraint->u.variableCoefficientsByName, variableCoefficients, alloc))
-        return nullptr;
-    constraint->rhs = rhs;
-    return constraint;
+    return nuv::ConstructWith(constraint, &constraint->u.variableCoefficientsByName,
+                              variableCoefficients, rhs, alloc);
 }
 
 NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstructIndex(
@@ -140,11 +148,8 @@ NuvLinearProgrammingConstraint* NuvLinearProgrammingConstraintConstructIndex(
     NuvAllocator* alloc)
 {
     constraint->type = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX;
-    constraint->rhs = 0.0F;
-    if (!nuv::ConstructOn(&constraint->u.variableCoefficientsByIndex, variableCoefficients, alloc))
-        return nullptr;
-    constraint->rhs = rhs;
-    return constraint;
+    return nuv::ConstructWith(constraint, &constraint->u.variableCoefficientsByIndex,
+                              variableCoefficients, rhs, alloc);
 }
 
 NuvLinearProgrammingConstraint*

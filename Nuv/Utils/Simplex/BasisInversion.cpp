@@ -58,15 +58,6 @@ void FillUnit(NuvFloat32* x, NuvUint row, NuvSizeT length)
     x[row] = 1.0F;
 }
 
-NuvUint FindPivotRow(const NuvFloat32* x, NuvUint first, NuvUint m)
-{
-    NuvUint pivotRow = first;
-    for (NuvUint i = first + 1; i < m; ++i)
-        if (Magnitude(x[i]) > Magnitude(x[pivotRow]))
-            pivotRow = i;
-    return pivotRow;
-}
-
 enum class Found
 {
     Step,
@@ -80,7 +71,7 @@ Found AppendStep(Elimination* elimination, const BasisInverse* inverse, NuvFloat
 {
     if (!inverse->kernels->isFinite(x, inverse->stride))
         return Found::NotFinite;
-    const NuvUint pivotRow = FindPivotRow(x, position, inverse->m);
+    const NuvUint pivotRow = static_cast<NuvUint>(FindPivotRow(x, 1, position, inverse->m));
     const NuvFloat32 pivot = x[pivotRow];
     if (pivot == 0.0F)
         return Found::Singular;
