@@ -134,7 +134,7 @@ void Print(const char* collection, const nuv::test::KnownModel& known, const nuv
 /// @return whether the model was read, and is as known.
 bool SolveKnown(const char* collection, const nuv::test::KnownModel& known, int times)
 {
-    const nuv::Reading reading = nuv::ReadModelFile(known.path);
+    const nuv::ReadResult reading = nuv::ReadModelFile(known.path);
     if (!reading.Ok())
     {
         std::cerr << known.path << ": " << reading.GetError().text << '\n';

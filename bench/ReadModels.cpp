@@ -10,6 +10,7 @@
 #include "Nuv/Io/Mps/MpsReader.hpp"
 #include "Nuv/Io/Mps/MpsWriter.hpp"
 #include "Nuv/Io/TextFile.hpp"
+#include "Nuv/Model/ModelBuilder.hpp"
 
 #include <benchmark/benchmark.h>
 
@@ -51,7 +52,7 @@ double Number(std::uint64_t& state)
 nuv::Model Generate(bool isScattered)
 {
     std::uint64_t state = 88172645463325252u;
-    nuv::Model model;
+    nuv::ModelBuilder model;
     for (std::uint32_t row = 0; row < kRows; ++row)
         (void)model.AppendRow(Name('R', row), {-nuv::Infinity, Number(state)});
     std::vector<std::size_t> starts{0};
@@ -74,7 +75,7 @@ nuv::Model Generate(bool isScattered)
         starts.push_back(rows.size());
     }
     model.AssignColumns(starts, rows, entries);
-    return model;
+    return model.Take();
 }
 
 void ReadMps(benchmark::State& state, const Text& text)

@@ -5,6 +5,7 @@
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/Mps/MpsReader.hpp"
 #include "Nuv/Io/Mps/MpsWriter.hpp"
+#include "Nuv/Model/ModelBuilder.hpp"
 #include "tests/model/SameModel.hpp"
 
 #include <gtest/gtest.h>
@@ -19,21 +20,22 @@ namespace
 using namespace nuv;
 
 /// The model with every -0 as 0: the LP format does not keep the sign of a zero.
-Model WithoutSignsOfZero(Model model)
+Model WithoutSignsOfZero(const Model& model)
 {
-    model.SetObjectiveConstant(model.ObjectiveConstant() + 0.0);
+    ModelBuilder builder(model);
+    builder.SetObjectiveConstant(model.ObjectiveConstant() + 0.0);
     for (std::uint32_t column = 0; column < model.VariableCount(); ++column)
     {
-        model.SetObjectiveCoefficient(column, model.Objective()[column] + 0.0);
-        model.SetVariableBounds(
+        builder.SetObjectiveCoefficient(column, model.Objective()[column] + 0.0);
+        builder.SetVariableBounds(
             column, {model.VariableLower()[column] + 0.0, model.VariableUpper()[column] + 0.0});
     }
     for (std::uint32_t row = 0; row < model.RowCount(); ++row)
-        model.SetRowBounds(row, {model.RowLower()[row] + 0.0, model.RowUpper()[row] + 0.0});
-    return model;
+        builder.SetRowBounds(row, {model.RowLower()[row] + 0.0, model.RowUpper()[row] + 0.0});
+    return builder.Take();
 }
 
-std::string TextOf(const Reading& reading)
+std::string TextOf(const ReadResult& reading)
 {
     std::string text;
     for (const Diagnostic& diagnostic : reading.diagnostics)
@@ -43,10 +45,10 @@ std::string TextOf(const Reading& reading)
 
 void ExpectBackFromLp(const Model& model)
 {
-    const Writing writing = WriteLp(model);
+    const WriteResult writing = WriteLp(model);
     if (!writing.Ok())
         return;
-    const Reading back = ReadLp(*writing.text, "back.lp");
+    const ReadResult back = ReadLp(*writing.text, "back.lp");
     ASSERT_TRUE(back.Ok()) << TextOf(back) << *writing.text;
     if (writing.diagnostics.empty())
     {
@@ -58,10 +60,10 @@ void ExpectBackFromLp(const Model& model)
 
 void ExpectBackFromMps(const Model& model)
 {
-    const Writing writing = WriteMps(model);
+    const WriteResult writing = WriteMps(model);
     if (!writing.Ok())
         return;
-    const Reading back = ReadMps(*writing.text, "back.mps");
+    const ReadResult back = ReadMps(*writing.text, "back.mps");
     ASSERT_TRUE(back.Ok()) << TextOf(back) << *writing.text;
     if (writing.diagnostics.empty() && !model.ObjectiveName().empty())
     {
@@ -72,7 +74,7 @@ void ExpectBackFromMps(const Model& model)
 
 }  // namespace
 
-void ExpectRoundTrips(const Reading& reading)
+void ExpectRoundTrips(const ReadResult& reading)
 {
     if (!reading.Ok())
     {

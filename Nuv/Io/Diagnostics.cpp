@@ -159,7 +159,11 @@ Diagnostic WithoutPlace(Error error, Severity severity)
 
 bool DiagnosticLog::Fail(const char* at, std::string code, std::string text, std::string hint)
 {
-    m_hasError = true;
+    if (m_errorPlace != nullptr && m_errorPlace <= at)
+        return false;
+    m_errorPlace = at;
+    std::erase_if(m_diagnostics, [](const Diagnostic& diagnostic)
+                  { return diagnostic.severity == Severity::Error; });
     Report(Severity::Error, at, std::move(code), std::move(text), std::move(hint));
     return false;
 }

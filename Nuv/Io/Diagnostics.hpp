@@ -9,10 +9,11 @@
 ///
 /// How a reader uses it: make one DiagnosticLog over the whole text, report with the byte offset
 /// (or a pointer into the text) where the trouble stands, and hand Take() over with the model. The
-/// first Error ends the reading: nothing is loaded. The log finds line and column itself, so that a
-/// reader which has nothing to say pays nothing for positions; it keeps the source line with each
-/// diagnostic, so that the text may go away; and it keeps the first few of each code and counts the
-/// others, so that a file with a million oddities has a short report.
+/// first Error ends the reading: nothing is loaded. Of two errors, which a reader may meet in any
+/// order, the one that comes first in the text is kept. The log finds line and column itself, so
+/// that a reader which has nothing to say pays nothing for positions; it keeps the source line with
+/// each diagnostic, so that the text may go away; and it keeps the first few of each code and
+/// counts the others, so that a file with a million oddities has a short report.
 #pragma once
 
 #include "Nuv/Model/Error.hpp"
@@ -79,7 +80,7 @@ public:
 
     [[nodiscard]] bool HasError() const noexcept
     {
-        return m_hasError;
+        return m_errorPlace != nullptr;
     }
 
     /// All diagnostics in the order of reporting; where some were only counted, a note says how
@@ -101,7 +102,7 @@ private:
     std::string_view m_text;
     std::vector<Diagnostic> m_diagnostics;
     std::vector<Tally> m_tallies;
-    bool m_hasError = false;
+    const char* m_errorPlace = nullptr;  ///< of the error, if there is one
     // The last place asked for: places mostly come in order, so each line is counted once.
     std::size_t m_knownOffset = 0;
     std::size_t m_knownLine = 1;

@@ -60,25 +60,24 @@ bool OpensLikeLp(std::string_view text) noexcept
 
 ModelFormat FormatOf(std::string_view text, std::string_view path) noexcept
 {
-    if (text.starts_with("\xEF\xBB\xBF"))
-        text.remove_prefix(3);
+    text = WithoutByteOrderMark(text);
     if (OpensLikeMps(text))
         return ModelFormat::Mps;
     return EndsLikeMps(path) && !OpensLikeLp(text) ? ModelFormat::Mps : ModelFormat::Lp;
 }
 
-Reading ReadModel(std::string_view text, const std::string& path, const ReadOptions& options)
+ReadResult ReadModel(std::string_view text, const std::string& path, const ReadOptions& options)
 {
     return FormatOf(text, path) == ModelFormat::Mps ? ReadMps(text, DisplayName(path), options)
                                                     : ReadLp(text, DisplayName(path), options);
 }
 
-Reading ReadModelFile(const std::string& path, const ReadOptions& options)
+ReadResult ReadModelFile(const std::string& path, const ReadOptions& options)
 {
     const Result<std::string> text = ReadTextFile(path);
     if (!text)
     {
-        Reading reading;
+        ReadResult reading;
         reading.diagnostics.push_back(WithoutPlace(text.GetError()));
         return reading;
     }

@@ -1,7 +1,7 @@
 /// A model from a file, in whichever of the formats it is.
 #pragma once
 
-#include "Nuv/Io/Reading.hpp"
+#include "Nuv/Io/ReadResult.hpp"
 
 #include <cstdint>
 #include <string>
@@ -21,11 +21,11 @@ enum class ModelFormat : std::uint8_t
 [[nodiscard]] ModelFormat FormatOf(std::string_view text, std::string_view path) noexcept;
 
 /// Reads a text with the reader for its format; `path` names it.
-[[nodiscard]] Reading ReadModel(std::string_view text, const std::string& path,
-                                const ReadOptions& options = {});
+[[nodiscard]] ReadResult ReadModel(std::string_view text, const std::string& path,
+                                   const ReadOptions& options = {});
 
 /// Reads the file at `path`, or standard input for "-". A file that cannot be read at all is an
 /// error whose code starts with "file."; any other error is about what stands in it.
-[[nodiscard]] Reading ReadModelFile(const std::string& path, const ReadOptions& options = {});
+[[nodiscard]] ReadResult ReadModelFile(const std::string& path, const ReadOptions& options = {});
 
 }  // namespace nuv

@@ -1,5 +1,5 @@
-/// Doubles as text, whatever the locale. All writers share one form, the shortest decimal that reads
-/// back to the same bits; all readers take the nearest double.
+/// Doubles as text, whatever the locale. All writers share one form, the shortest decimal that
+/// reads back to the same bits; all readers take the nearest double.
 #pragma once
 
 #include <charconv>

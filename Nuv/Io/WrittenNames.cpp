@@ -100,7 +100,7 @@ std::string WrittenNames::Mended(std::string_view name) const
     return candidate;
 }
 
-void WrittenNames::Report(Writing& writing, std::string code, std::string_view what) const
+void WrittenNames::Report(WriteResult& writing, std::string code, std::string_view what) const
 {
     if (m_changes.empty())
         return;
@@ -119,7 +119,7 @@ void WrittenNames::Report(Writing& writing, std::string code, std::string_view w
                    "a character that the format does not hold becomes an underscore");
 }
 
-void ReportModelName(Writing& writing, std::string code, std::string_view name,
+void ReportModelName(WriteResult& writing, std::string code, std::string_view name,
                      std::string_view written)
 {
     if (name == written)

@@ -6,7 +6,7 @@
 /// no two written names are equal, and the same names always become the same.
 #pragma once
 
-#include "Nuv/Io/Writing.hpp"
+#include "Nuv/Io/WriteResult.hpp"
 #include "Nuv/Model/Model.hpp"
 #include "Nuv/Model/NameTable.hpp"
 
@@ -34,7 +34,7 @@ struct NameRules
 [[nodiscard]] std::vector<std::string_view> RowNamesOf(const Model& model);
 
 /// Reports a model that is not written under its own name.
-void ReportModelName(Writing& writing, std::string code, std::string_view name,
+void ReportModelName(WriteResult& writing, std::string code, std::string_view name,
                      std::string_view written);
 
 class WrittenNames
@@ -49,7 +49,7 @@ public:
     }
 
     /// Reports which names are not written as they are: the first few, and how many.
-    void Report(Writing& writing, std::string code, std::string_view what) const;
+    void Report(WriteResult& writing, std::string code, std::string_view what) const;
 
 private:
     struct Change

@@ -1,8 +1,8 @@
 /// The handles by which a program speaks of the variables and rows of a model: an index, and where
 /// the model got the thing of that index from. A model that is copied keeps what it has made so far
-/// in common with the copy, so that a handle made before serves both; what either of them adds later
-/// is its own. So a handle of another model is told from one of this model even where its index is
-/// one of this model too.
+/// in common with the copy, so that a handle made before serves both; what either of them adds
+/// later is its own. So a handle of another model is told from one of this model even where its
+/// index is one of this model too.
 #pragma once
 
 #include <algorithm>

@@ -128,7 +128,8 @@ bool Model::SetBounds(Variable variable, Bounds bounds)
     }
     if (!CheckBounds("variable", VariableName(variable.Index()), bounds))
         return false;
-    SetVariableBounds(variable.Index(), bounds);
+    m_variableLower[variable.Index()] = bounds.lower;
+    m_variableUpper[variable.Index()] = bounds.upper;
     return true;
 }
 
@@ -184,69 +185,11 @@ Row Model::AppendRow(std::string_view name, Bounds bounds)
     return RowAt(RowCount() - 1);
 }
 
-std::size_t Model::DropZerosOfLastRow()
+void Model::AppendEntry(std::uint32_t column, double coefficient)
 {
-    const std::size_t before = m_columns.size();
-    std::size_t kept = m_rowStarts[RowCount() - 1];
-    for (std::size_t at = kept; at < before; ++at)
-    {
-        if (m_coefficients[at] == 0.0)
-            continue;
-        m_columns[kept] = m_columns[at];
-        m_coefficients[kept] = m_coefficients[at];
-        ++kept;
-    }
-    m_columns.resize(kept);
-    m_coefficients.resize(kept);
-    m_rowStarts.back() = kept;
-    return before - kept;
-}
-
-void Model::AssignColumns(std::span<const std::size_t> starts, std::span<const std::uint32_t> rows,
-                          std::span<const double> coefficients)
-{
-    // A counting sort by row: it keeps the columns of each row in increasing order.
-    std::fill(m_rowStarts.begin(), m_rowStarts.end(), std::size_t{0});
-    for (const std::uint32_t row : rows)
-        ++m_rowStarts[row + 1];
-    for (std::size_t row = 1; row < m_rowStarts.size(); ++row)
-        m_rowStarts[row] += m_rowStarts[row - 1];
-    m_columns.resize(rows.size());
-    m_coefficients.resize(rows.size());
-    std::vector<std::size_t> next(m_rowStarts.begin(), m_rowStarts.end());
-    for (std::size_t column = 0; column + 1 < starts.size(); ++column)
-    {
-        for (std::size_t at = starts[column]; at < starts[column + 1]; ++at)
-        {
-            const std::size_t to = next[rows[at]]++;
-            m_columns[to] = static_cast<std::uint32_t>(column);
-            m_coefficients[to] = coefficients[at];
-        }
-    }
-}
-
-void Model::NameUnnamedRows()
-{
-    for (std::uint32_t row = 0; row < RowCount(); ++row)
-    {
-        if (!m_rowNames[row].empty())
-            continue;
-        std::string name = "R" + std::to_string(row + 1);
-        while (!m_rowNames.Name(row, name))
-            name += '_';
-    }
-}
-
-void Model::Reserve(std::size_t rows, std::size_t columns, std::size_t entries)
-{
-    m_rowLower.reserve(rows);
-    m_rowUpper.reserve(rows);
-    m_rowStarts.reserve(rows + 1);
-    m_objective.reserve(columns);
-    m_variableLower.reserve(columns);
-    m_variableUpper.reserve(columns);
-    m_columns.reserve(entries);
-    m_coefficients.reserve(entries);
+    m_columns.push_back(column);
+    m_coefficients.push_back(coefficient);
+    m_rowStarts.back() = m_columns.size();
 }
 
 void Model::AppendColumn(Bounds bounds)
@@ -270,8 +213,7 @@ void Model::SetObjective(Sense sense, const Expression& objective)
 
 bool Model::CheckBounds(std::string_view what, std::string_view name, Bounds bounds)
 {
-    return ArePossible(bounds) ||
-           Fail(FaultOf(bounds, std::string(what) + " " + Quoted(name)));
+    return ArePossible(bounds) || Fail(FaultOf(bounds, std::string(what) + " " + Quoted(name)));
 }
 
 bool Model::CheckExpression(std::string_view what, std::string_view name,

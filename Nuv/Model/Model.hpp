@@ -2,11 +2,11 @@
 /// `lower <= a.x <= upper` and bounds `lower <= x <= upper` on each variable, everything named.
 ///
 /// Rows are stored sparsely, one after another, as (column, coefficient) pairs in double precision;
-/// within a row each column occurs at most once. Two ways in: expressions for programs that state
-/// models, and the "for readers" block, which appends without intermediate storage. Both check what
-/// they take in. The first failure is kept (`Failure()`), later calls still work, and no solver
-/// accepts a model that has one: so a program may state a whole model and ask once. Contradictory
-/// bounds are not a failure: such a model is infeasible, which is an answer.
+/// within a row each column occurs at most once. Programs state models by expressions, and what
+/// they state is checked; readers of files use a ModelBuilder. The first failure is kept
+/// (`Failure()`), later calls still work, and no solver accepts a model that has one: so a program
+/// may state a whole model and ask once. Contradictory bounds are not a failure: such a model is
+/// infeasible, which is an answer.
 #pragma once
 
 #include "Nuv/Model/Error.hpp"
@@ -87,7 +87,7 @@ public:
     }
 
     /// The same, or else the first number that is not finite where it has to be, or bound that no
-    /// number can keep: the setters for readers take any.
+    /// number can keep: a ModelBuilder takes any.
     [[nodiscard]] std::optional<Error> FindFault() const;
 
     /// Solves and proves; include Nuv/Solve/Solution.hpp for what comes back.
@@ -206,87 +206,12 @@ public:
         return m_coefficients;
     }
 
-    // For readers -----------------------------------------------------------
-    //
-    // Indices are trusted, numbers are not NaN; finiteness is the reader's to check, since it has
-    // the line to blame.
-
-    /// The column called `name`, appended with default bounds and no objective coefficient if it is
-    /// new.
-    NameTable::Interned InternVariable(std::string_view name)
-    {
-        return InternVariable(name, m_variableNames.PrepareKey(name));
-    }
-    /// The same in two steps; see NameTable.
-    [[nodiscard]] NameTable::Key PrepareVariable(std::string_view name) const noexcept
-    {
-        return m_variableNames.PrepareKey(name);
-    }
-    NameTable::Interned InternVariable(std::string_view name, const NameTable::Key& key)
-    {
-        const NameTable::Interned found = m_variableNames.Intern(name, key);
-        if (found.isNew)
-            AppendColumn({});
-        return found;
-    }
-
-    /// Appends a row without entries. An empty name is filled in by NameUnnamedRows.
-    /// @return an invalid row, and changes nothing, if the name is taken.
-    Row AppendRow(std::string_view name, Bounds bounds);
-
-    /// Appends an entry to the last row; the column is not in it yet.
-    void AppendEntry(std::uint32_t column, double coefficient)
-    {
-        m_columns.push_back(column);
-        m_coefficients.push_back(coefficient);
-        m_rowStarts.back() = m_columns.size();
-    }
-
-    /// Entry `at`, counted over the whole matrix, of the last row: to add a repeated term to.
-    [[nodiscard]] double& EntryOfLastRow(std::size_t at) noexcept
-    {
-        return m_coefficients[at];
-    }
-
-    /// Removes entries of the last row that are zero.
-    /// @return how many there were.
-    std::size_t DropZerosOfLastRow();
-
-    /// Fills all rows, which are empty so far, from a matrix stored by columns: column j is
-    /// [starts[j], starts[j + 1]) of `rows` and `coefficients`.
-    void AssignColumns(std::span<const std::size_t> starts, std::span<const std::uint32_t> rows,
-                       std::span<const double> coefficients);
-
-    /// Gives each row without a name the name R<k> (k its position from 1), or that with
-    /// underscores appended while taken.
-    void NameUnnamedRows();
-
-    void SetSense(Sense sense) noexcept
-    {
-        m_sense = sense;
-    }
-    void SetObjectiveConstant(double constant) noexcept
-    {
-        m_objectiveConstant = constant;
-    }
-    void SetObjectiveCoefficient(std::uint32_t column, double value) noexcept
-    {
-        m_objective[column] = value;
-    }
-    void SetVariableBounds(std::uint32_t column, Bounds bounds) noexcept
-    {
-        m_variableLower[column] = bounds.lower;
-        m_variableUpper[column] = bounds.upper;
-    }
-    void SetRowBounds(std::uint32_t row, Bounds bounds) noexcept
-    {
-        m_rowLower[row] = bounds.lower;
-        m_rowUpper[row] = bounds.upper;
-    }
-    void Reserve(std::size_t rows, std::size_t columns, std::size_t entries);
-
 private:
+    friend class ModelBuilder;
+
     void AppendColumn(Bounds bounds);
+    Row AppendRow(std::string_view name, Bounds bounds);
+    void AppendEntry(std::uint32_t column, double coefficient);
     void SetObjective(Sense sense, const Expression& objective);
     bool CheckBounds(std::string_view what, std::string_view name, Bounds bounds);
     bool CheckExpression(std::string_view what, std::string_view name,

@@ -84,17 +84,17 @@ std::uint32_t NameTable::Find(std::string_view name, const Key& key) const noexc
     return m_slots[Probe(name, key)].index;
 }
 
-NameTable::Interned NameTable::Intern(std::string_view name)
-{
-    return Intern(name, MakeKey(name));
-}
-
 NameTable::Key NameTable::PrepareKey(std::string_view name) const noexcept
 {
     const Key key = MakeKey(name);
     if (!m_slots.empty())
         Prefetch(&m_slots[static_cast<std::size_t>(key.hash) & (m_slots.size() - 1)]);
     return key;
+}
+
+NameTable::Interned NameTable::Intern(std::string_view name)
+{
+    return Intern(name, MakeKey(name));
 }
 
 NameTable::Interned NameTable::Intern(std::string_view name, const Key& key)
@@ -126,17 +126,6 @@ bool NameTable::Name(std::uint32_t index, std::string_view name)
         return false;
     Store(slot, index, name, key);
     return true;
-}
-
-void NameTable::Reserve(std::size_t names, std::size_t characters)
-{
-    m_entries.reserve(names);
-    m_characters.reserve(characters);
-    std::size_t slots = kFewest;
-    while (3 * slots < 4 * names)
-        slots *= 2;
-    if (slots > m_slots.size())
-        Rehash(slots);
 }
 
 void NameTable::Store(Slot& slot, std::uint32_t index, std::string_view name, const Key& key)

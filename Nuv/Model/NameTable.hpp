@@ -61,8 +61,6 @@ public:
     /// @return false, and changes nothing, if another entry has the name or this one has one.
     bool Name(std::uint32_t index, std::string_view name);
 
-    void Reserve(std::size_t names, std::size_t characters);
-
 private:
     struct Entry
     {

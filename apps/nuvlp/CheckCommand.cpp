@@ -85,7 +85,7 @@ std::string Rounding(const nuv::Model& model)
 
 ExitCode Run(const ModelSource& source)
 {
-    const nuv::Reading reading = ReadModel(source, Show::Notes);
+    const nuv::ReadResult reading = ReadModel(source, Show::Notes);
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
     const nuv::Model& model = *reading.model;

@@ -38,7 +38,7 @@ std::string FormatOf(const Options& options)
     return {};
 }
 
-nuv::Writing Write(const nuv::Model& model, const std::string& format)
+nuv::WriteResult Write(const nuv::Model& model, const std::string& format)
 {
     if (format == "lp")
         return nuv::WriteLp(model);
@@ -66,10 +66,10 @@ ExitCode Run(const Options& options)
         std::fprintf(stderr, "nuvlp: %s\n", objection.c_str());
         return ExitCode::Usage;
     }
-    const nuv::Reading reading = ReadModel(options.source, Show::Warnings);
+    const nuv::ReadResult reading = ReadModel(options.source, Show::Warnings);
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
-    const nuv::Writing writing = Write(*reading.model, format);
+    const nuv::WriteResult writing = Write(*reading.model, format);
     PrintDiagnostics(writing.diagnostics, Show::Warnings);
     if (!writing.Ok())
         return ExitCode::BadModel;

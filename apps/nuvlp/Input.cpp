@@ -74,9 +74,9 @@ void AddModelSource(Verb& verb, ModelSource& source)
     });
 }
 
-nuv::Reading ReadModel(const ModelSource& source, Show least)
+nuv::ReadResult ReadModel(const ModelSource& source, Show least)
 {
-    nuv::Reading reading = nuv::ReadModelFile(source.file, source.options);
+    nuv::ReadResult reading = nuv::ReadModelFile(source.file, source.options);
     PrintDiagnostics(reading.diagnostics, least);
     return reading;
 }

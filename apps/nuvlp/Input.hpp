@@ -3,7 +3,7 @@
 
 #include "Arguments.hpp"
 
-#include "Nuv/Io/Reading.hpp"
+#include "Nuv/Io/ReadResult.hpp"
 
 #include <string>
 #include <vector>
@@ -33,7 +33,7 @@ struct ModelSource
 void AddModelSource(Verb& verb, ModelSource& source);
 
 /// Reads the model, and prints what the reader has to say of it.
-[[nodiscard]] nuv::Reading ReadModel(const ModelSource& source, Show least);
+[[nodiscard]] nuv::ReadResult ReadModel(const ModelSource& source, Show least);
 
 /// The exit code for a file that could not be read.
 [[nodiscard]] ExitCode ExitCodeOf(const nuv::Error& error);

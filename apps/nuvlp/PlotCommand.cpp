@@ -22,7 +22,7 @@ struct Options
 
 ExitCode Run(const Options& options)
 {
-    const nuv::Reading reading = ReadModel(options.source, Show::Warnings);
+    const nuv::ReadResult reading = ReadModel(options.source, Show::Warnings);
     if (!reading.Ok())
         return ExitCodeOf(reading.GetError());
     nuv::SolveOptions solve;

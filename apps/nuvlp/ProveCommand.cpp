@@ -54,7 +54,7 @@ ExitCode Run(const Options& options)
         return WriteError(options.output, nuv::kProofSchema, std::vector{nuv::WithoutPlace(error)},
                           ExitCode::Usage);
     }
-    const nuv::Reading reading =
+    const nuv::ReadResult reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
         return WriteError(options.output, nuv::kProofSchema, reading.diagnostics,

@@ -79,7 +79,7 @@ ExitCode ExitCodeOfStatus(nuv::SolveStatus status, bool exitStatus)
 
 ExitCode Run(const Options& options)
 {
-    const nuv::Reading reading =
+    const nuv::ReadResult reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
         return WriteError(options.output, nuv::kResultSchema, reading.diagnostics,

@@ -19,7 +19,7 @@ const std::string kModels = NUV_TEST_MODELS;
 
 Solution SolveAsWritten(const KnownModel& known)
 {
-    const Reading reading = ReadModelFile(known.path);
+    const ReadResult reading = ReadModelFile(known.path);
     if (!reading.Ok())
     {
         ADD_FAILURE() << reading.GetError().text;

@@ -12,7 +12,7 @@ const std::string kSmall = "max 0 + 1 x; R1: -inf <= 1 x <= 4; 0 <= x <= inf";
 
 TEST(LpAccepts, AModelWithoutAnyVariable)
 {
-    const Reading reading = ReadText("min\nst\nend");
+    const ReadResult reading = ReadText("min\nst\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "min 0");
     EXPECT_EQ(Said(reading), "note lp.empty-objective 2:1");
@@ -35,7 +35,7 @@ TEST(LpAccepts, EveryWordForSubjectTo)
 
 TEST(LpAccepts, AMissingEndWithAWarning)
 {
-    const Reading reading = ReadText("max x\nst\n x <= 4\n");
+    const ReadResult reading = ReadText("max x\nst\n x <= 4\n");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), kSmall);
     EXPECT_EQ(Said(reading), "warning lp.no-end 4:1");
@@ -43,7 +43,7 @@ TEST(LpAccepts, AMissingEndWithAWarning)
 
 TEST(LpAccepts, AMissingSubjectToWithAWarning)
 {
-    const Reading reading = ReadText("max x\nbounds\n x <= 4\nend");
+    const ReadResult reading = ReadText("max x\nbounds\n x <= 4\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; 0 <= x <= 4");
     EXPECT_EQ(Said(reading), "warning lp.no-constraints 4:4");
@@ -81,7 +81,7 @@ TEST(LpAccepts, EverySpellingOfTheRelations)
 
 TEST(LpAccepts, AConstantInTheObjective)
 {
-    const Reading reading = ReadText("max\n obj: x + 5\nst\nend");
+    const ReadResult reading = ReadText("max\n obj: x + 5\nst\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 5 + 1 x; 0 <= x <= inf");
     EXPECT_EQ(reading.model->ObjectiveName(), "obj");
@@ -90,7 +90,7 @@ TEST(LpAccepts, AConstantInTheObjective)
 
 TEST(LpAccepts, AConstantInARowMovesToItsBound)
 {
-    const Reading reading = ReadText("max x\nst\nc: x - 3 <= 0\nend");
+    const ReadResult reading = ReadText("max x\nst\nc: x - 3 <= 0\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; c: -inf <= 1 x <= 3; 0 <= x <= inf");
     EXPECT_EQ(Said(reading), "note lp.moved-constant 3:1");
@@ -119,7 +119,7 @@ TEST(LpAccepts, ARangeOverSeveralLines)
 
 TEST(LpAccepts, AVariableTwiceInARowWithANote)
 {
-    const Reading reading = ReadText("max x\nst\n x + 2 x <= 4\nend");
+    const ReadResult reading = ReadText("max x\nst\n x + 2 x <= 4\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; R1: -inf <= 3 x <= 4; 0 <= x <= inf");
     EXPECT_EQ(Said(reading), "note lp.repeated-variable 3:8");
@@ -127,7 +127,7 @@ TEST(LpAccepts, AVariableTwiceInARowWithANote)
 
 TEST(LpAccepts, AVariableTwiceInTheObjectiveWithANote)
 {
-    const Reading reading = ReadText("max x + 2 x\nst\nend");
+    const ReadResult reading = ReadText("max x + 2 x\nst\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 3 x; 0 <= x <= inf");
     EXPECT_EQ(Said(reading), "note lp.repeated-variable 1:11");
@@ -138,7 +138,7 @@ TEST(LpAccepts, ManyRepeatedVariablesWithAShortReport)
     std::string text = "max x\nst\n x";
     for (int i = 0; i < 1000; ++i)
         text += " + x";
-    const Reading reading = ReadText(text + " <= 4\nend");
+    const ReadResult reading = ReadText(text + " <= 4\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(reading.model->RowCoefficients(0)[0], 1001.0);
     ASSERT_EQ(reading.diagnostics.size(), DiagnosticLog::KeptPerCode + 1);
@@ -147,7 +147,7 @@ TEST(LpAccepts, ManyRepeatedVariablesWithAShortReport)
 
 TEST(LpAccepts, CoefficientsThatCancelLeaveNoEntry)
 {
-    const Reading reading = ReadText("max x\nst\n x - x + y <= 4\n 0 x + y <= 5\nend");
+    const ReadResult reading = ReadText("max x\nst\n x - x + y <= 4\n 0 x + y <= 5\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(
         Written(*reading.model),
@@ -164,7 +164,7 @@ TEST(LpAccepts, NumbersGluedToTheirVariables)
 
 TEST(LpAccepts, VariablesThatLookLikeExponentsWithAWarning)
 {
-    const Reading reading = ReadText("max 2 e1 + E12\nst\nend");
+    const ReadResult reading = ReadText("max 2 e1 + E12\nst\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 2 e1 + 1 E12; 0 <= e1 <= inf; 0 <= E12 <= inf");
     EXPECT_EQ(Said(reading), "warning lp.exponent-name 1:7\nwarning lp.exponent-name 1:12");
@@ -172,7 +172,7 @@ TEST(LpAccepts, VariablesThatLookLikeExponentsWithAWarning)
 
 TEST(LpAccepts, AnExponentGluedToANameWithAWarning)
 {
-    const Reading reading = ReadText("max 3e5ast\nst\nend");
+    const ReadResult reading = ReadText("max 3e5ast\nst\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 3e+05 ast; 0 <= ast <= inf");
     EXPECT_EQ(Said(reading), "warning lp.glued-exponent 1:5");
@@ -180,8 +180,9 @@ TEST(LpAccepts, AnExponentGluedToANameWithAWarning)
 
 TEST(LpAccepts, NumbersToTheNearestDouble)
 {
-    const Reading reading = ReadText("max 0.1 a + 9007199254740993 b + 2.2250738585072011e-308 c + "
-                                     "1.7976931348623157e308 d\nst\nend");
+    const ReadResult reading =
+        ReadText("max 0.1 a + 9007199254740993 b + 2.2250738585072011e-308 c + "
+                 "1.7976931348623157e308 d\nst\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(reading.model->Objective()[0], 0.1);
     EXPECT_EQ(reading.model->Objective()[1], 9007199254740992.0);
@@ -210,7 +211,7 @@ TEST(LpAccepts, EverySpellingOfInfinityInBounds)
 
 TEST(LpAccepts, ALargeBoundThatOthersTakeForInfiniteWithAWarning)
 {
-    const Reading reading = ReadText("max x\nst\nbounds\n x <= 1e20\nend");
+    const ReadResult reading = ReadText("max x\nst\nbounds\n x <= 1e20\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; 0 <= x <= 1e+20");
     EXPECT_EQ(Said(reading), "warning lp.large-bound 4:7");
@@ -221,14 +222,14 @@ TEST(LpAccepts, InfinityAtTheEndOfARow)
     EXPECT_EQ(Read("max x\nst\n x <= inf\n -inf <= x + y <= 5\nend"),
               "max 0 + 1 x; R1: -inf <= 1 x <= inf; R2: -inf <= 1 x + 1 y <= 5; 0 <= x <= inf; 0 "
               "<= y <= inf");
-    const Reading reading = ReadText("max x\nst\n x <= 1e30\nend");
+    const ReadResult reading = ReadText("max x\nst\n x <= 1e30\nend");
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; R1: -inf <= 1 x <= inf; 0 <= x <= inf");
     EXPECT_EQ(Said(reading), "warning lp.infinite-number 3:7");
 }
 
 TEST(LpAccepts, ANegativeUpperBoundAloneLeavesTheLowerOneAtZero)
 {
-    const Reading reading = ReadText("max x\nst\nbounds\n x <= -3\nend");
+    const ReadResult reading = ReadText("max x\nst\nbounds\n x <= -3\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; 0 <= x <= -3");
     EXPECT_EQ(Said(reading), "warning lp.negative-upper-bound 4:7");
@@ -236,7 +237,7 @@ TEST(LpAccepts, ANegativeUpperBoundAloneLeavesTheLowerOneAtZero)
 
 TEST(LpAccepts, ANegativeUpperBoundWithALowerOneInAnyOrderInSilence)
 {
-    const Reading reading = ReadText("max x\nst\nbounds\n x <= -3\n x >= -5\nend");
+    const ReadResult reading = ReadText("max x\nst\nbounds\n x <= -3\n x >= -5\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; -5 <= x <= -3");
     EXPECT_EQ(Said(reading), "");
@@ -255,7 +256,7 @@ TEST(LpAccepts, EveryFormOfABound)
 
 TEST(LpAccepts, ABoundSetTwiceWithAWarning)
 {
-    const Reading reading = ReadText("max x\nst\nbounds\n x <= 3\n x <= 4\nend");
+    const ReadResult reading = ReadText("max x\nst\nbounds\n x <= 3\n x <= 4\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; 0 <= x <= 4");
     EXPECT_EQ(Said(reading), "warning lp.bound-redefined 5:7");
@@ -263,7 +264,7 @@ TEST(LpAccepts, ABoundSetTwiceWithAWarning)
 
 TEST(LpAccepts, ABoundThatAddsAVariableWithAWarning)
 {
-    const Reading reading = ReadText("max x\nst\nbounds\n y <= 3\nend");
+    const ReadResult reading = ReadText("max x\nst\nbounds\n y <= 3\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), "max 0 + 1 x; 0 <= x <= inf; 0 <= y <= 3");
     EXPECT_EQ(Said(reading), "warning lp.new-variable 4:2");
@@ -271,7 +272,7 @@ TEST(LpAccepts, ABoundThatAddsAVariableWithAWarning)
 
 TEST(LpAccepts, ContradictionsWithAWarning)
 {
-    const Reading reading = ReadText("max x\nst\n 5 <= x + y <= 3\nbounds\n 5 <= x <= 3\nend");
+    const ReadResult reading = ReadText("max x\nst\n 5 <= x + y <= 3\nbounds\n 5 <= x <= 3\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Said(reading),
               "warning lp.contradictory-row 3:2\nwarning lp.contradictory-bounds 5:12");
@@ -279,7 +280,7 @@ TEST(LpAccepts, ContradictionsWithAWarning)
 
 TEST(LpAccepts, RowsWithoutVariablesWithANote)
 {
-    const Reading reading = ReadText("max x\nst\n 0 <= 5\n zero: = 0\nend");
+    const ReadResult reading = ReadText("max x\nst\n 0 <= 5\n zero: = 0\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model),
               "max 0 + 1 x; R1: -5 <= nothing <= inf; zero: 0 <= nothing <= 0; 0 <= x <= inf");
@@ -288,14 +289,14 @@ TEST(LpAccepts, RowsWithoutVariablesWithANote)
 
 TEST(LpAccepts, ARowWithoutVariablesThatCannotHoldWithAWarning)
 {
-    const Reading reading = ReadText("max x\nst\n c: 0 >= 5\nend");
+    const ReadResult reading = ReadText("max x\nst\n c: 0 >= 5\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Said(reading), "note lp.empty-row 3:2\nwarning lp.contradictory-row 3:2");
 }
 
 TEST(LpAccepts, WordsOfTheFormatAsVariablesWithAWarning)
 {
-    const Reading reading =
+    const ReadResult reading =
         ReadText("max 2 free + 3 st + end\nst\n free + bounds <= 4\n end <= 5\n bounds - x <= 3\n"
                  "bounds\n free free\n end <= 4\n bounds >= 2\nend");
     ASSERT_TRUE(reading.Ok());
@@ -315,7 +316,7 @@ TEST(LpAccepts, AModelOnOneLine)
         "0 <= x <= 3; 0 <= y <= inf";
     EXPECT_EQ(Read("max 3x+2y st R1: x+y<=4 R2: x+3y<=6 bounds x<=3 end"), model);
     EXPECT_EQ(Read("max 3 x + 2 y st x + y <= 4 1 x + 3 y <= 6 bounds x <= 3 end"), model);
-    const Reading reading = ReadText("max 3x+2y st x+y<=4 x+3y<=6 bounds x<=3 end");
+    const ReadResult reading = ReadText("max 3x+2y st x+y<=4 x+3y<=6 bounds x<=3 end");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), model);
     EXPECT_EQ(Said(reading), "warning lp.rows-on-one-line 1:21");
@@ -381,8 +382,9 @@ TEST(LpAccepts, ParenthesesInPairsAndPercentSignsWithin)
 
 TEST(LpAccepts, NamesThatDifferInCaseOnlyWithAWarning)
 {
-    const Reading reading = ReadText("max Tables + tables + chairs\nst\n wood: Tables + TABLES <= 4"
-                                     "\n Wood: chairs <= 5\nend");
+    const ReadResult reading =
+        ReadText("max Tables + tables + chairs\nst\n wood: Tables + TABLES <= 4"
+                 "\n Wood: chairs <= 5\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model),
               "max 0 + 1 Tables + 1 tables + 1 chairs; wood: -inf <= 1 Tables + 1 TABLES <= 4; "
@@ -401,7 +403,7 @@ TEST(LpAccepts, ManyNamesThatDifferInCaseWithAShortReport)
     std::string text = "max 0\nst\n";
     for (int i = 0; i < 100; ++i)
         text += " x" + std::to_string(i) + " + X" + std::to_string(i) + " <= 1\n";
-    const Reading reading = ReadText(text + "end");
+    const ReadResult reading = ReadText(text + "end");
     ASSERT_EQ(reading.diagnostics.size(), DiagnosticLog::KeptPerCode + 1);
     EXPECT_EQ(reading.diagnostics.back().error.text, "90 more like these");
 }
@@ -410,7 +412,7 @@ TEST(LpAccepts, LongNamesWithAWarningAbove255Bytes)
 {
     const std::string allowed(255, 'a');
     EXPECT_EQ(Said(ReadText("max " + allowed + "\nst\nend")), "");
-    const Reading reading = ReadText("max " + allowed + "aaa\nst\nend");
+    const ReadResult reading = ReadText("max " + allowed + "aaa\nst\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(reading.model->VariableName(0), allowed + "aaa");
     EXPECT_EQ(Said(reading), "warning lp.long-name 1:5");
@@ -435,7 +437,7 @@ TEST(LpAccepts, ARowCalledAsTheObjectiveWithAWarning)
 
 TEST(LpAccepts, AColonAfterSubjectToWithAWarning)
 {
-    const Reading reading = ReadText("max x\nsubject to:\n x <= 4\nend");
+    const ReadResult reading = ReadText("max x\nsubject to:\n x <= 4\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model), kSmall);
     EXPECT_EQ(Said(reading), "warning lp.colon-after-section 2:11");
@@ -443,7 +445,7 @@ TEST(LpAccepts, AColonAfterSubjectToWithAWarning)
 
 TEST(LpAccepts, IntegersTakenForContinuousOnRequestWithAWarning)
 {
-    const Reading reading = ReadText(
+    const ReadResult reading = ReadText(
         "max x + y + z\nst\nbounds\n x <= 7\n z <= 9\ngeneral\n x y\nbinary\n z\nend", true);
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(Written(*reading.model),

@@ -74,7 +74,7 @@ constexpr File kFiles[] = {
     {"zimpl_chvatal_diet.lp", "lp.other-dialect 1:1", "lp.other-dialect 1:1"},
 };
 
-std::string Outcome(const Reading& reading, bool sizes)
+std::string Outcome(const ReadResult& reading, bool sizes)
 {
     if (!reading.Ok())
     {
@@ -87,13 +87,13 @@ std::string Outcome(const Reading& reading, bool sizes)
                  : "";
 }
 
-Reading ReadFile(const std::string& path, bool relax)
+ReadResult ReadFile(const std::string& path, bool relax)
 {
     const Result<std::string> text = ReadTextFile(path);
     EXPECT_TRUE(text.Ok()) << path;
     ReadOptions options;
     options.relax = relax;
-    return text.Ok() ? ReadLp(*text, path, options) : Reading();
+    return text.Ok() ? ReadLp(*text, path, options) : ReadResult();
 }
 
 const std::string kModels = NUV_TEST_MODELS;
@@ -128,7 +128,7 @@ TEST(LpFiles, OfTextbooksAreReadInSilenceAsCanonicalModels)
         if (entry.path().extension() != ".lp")
             continue;
         ++count;
-        const Reading reading = ReadFile(entry.path().string(), false);
+        const ReadResult reading = ReadFile(entry.path().string(), false);
         ASSERT_TRUE(reading.Ok()) << entry.path();
         EXPECT_TRUE(reading.diagnostics.empty()) << Render(reading.diagnostics.front());
         const Model& model = *reading.model;
@@ -150,7 +150,7 @@ TEST(LpFiles, CutOffAnywhereAreNeverACrashAndNeverReadAsMoreThanTheyHold)
         ASSERT_TRUE(text.Ok());
         for (std::size_t size = 0; size <= text->size(); ++size)
         {
-            const Reading reading = ReadLp(std::string_view(*text).substr(0, size), name);
+            const ReadResult reading = ReadLp(std::string_view(*text).substr(0, size), name);
             EXPECT_NE(reading.Ok(),
                       std::any_of(reading.diagnostics.begin(), reading.diagnostics.end(),
                                   [](const Diagnostic& diagnostic)

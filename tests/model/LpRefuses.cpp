@@ -26,11 +26,11 @@ class LpRefuses : public testing::TestWithParam<Case>
 
 TEST_P(LpRefuses, WithItsPlaceAndAHint)
 {
-    const Reading reading = ReadText(GetParam().text);
+    const ReadResult reading = ReadText(GetParam().text);
     EXPECT_FALSE(reading.Ok());
     EXPECT_FALSE(reading.model.has_value());
     ASSERT_FALSE(reading.diagnostics.empty());
-    Reading last;
+    ReadResult last;
     last.diagnostics = {reading.diagnostics.back()};
     EXPECT_EQ(Said(last), "error " + GetParam().error) << Render(reading.diagnostics.back());
     EXPECT_EQ(reading.GetError().code, last.GetError().code) << "there is one error";
@@ -161,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(Lp, LpRefuses, testing::ValuesIn(kCases));
 
 TEST(LpRefusesText, ADuplicateNameNamesBothLines)
 {
-    const Reading reading = ReadText("max x\nst\n c1: x <= 4\n c2: x <= 5\n c1: x <= 6\nend");
+    const ReadResult reading = ReadText("max x\nst\n c1: x <= 4\n c2: x <= 5\n c1: x <= 6\nend");
     EXPECT_EQ(reading.GetError().text, "a second row called 'c1'; the first is in line 3");
     EXPECT_EQ(reading.GetError().line, 5u);
 }

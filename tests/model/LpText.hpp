@@ -10,7 +10,7 @@
 namespace nuv::test
 {
 
-inline Reading ReadText(std::string_view text, bool relax = false)
+inline ReadResult ReadText(std::string_view text, bool relax = false)
 {
     ReadOptions options;
     options.relax = relax;
@@ -18,7 +18,7 @@ inline Reading ReadText(std::string_view text, bool relax = false)
 }
 
 /// "error lp.quotient 3:4", one a line, in the order of reporting.
-inline std::string Said(const Reading& reading)
+inline std::string Said(const ReadResult& reading)
 {
     std::string said;
     for (const Diagnostic& diagnostic : reading.diagnostics)
@@ -38,7 +38,7 @@ std::string Written(const Model& model);
 /// The normal form of the text, or what was said if it was refused.
 inline std::string Read(std::string_view text)
 {
-    const Reading reading = ReadText(text);
+    const ReadResult reading = ReadText(text);
     return reading.Ok() ? Written(*reading.model) : Said(reading);
 }
 

@@ -138,7 +138,7 @@ TEST(MpsAccepts, ManyRepeatedBoundsInTimeAndWithAShortReport)
         text += "    " + name + "  c  1\n";
         bounds += " UP BND " + name + " 1\n UP BND " + name + " 2\n";
     }
-    const Reading reading = ReadMpsText(text + bounds + "ENDATA\n");
+    const ReadResult reading = ReadMpsText(text + bounds + "ENDATA\n");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(reading.diagnostics.size(), 12u);
     EXPECT_EQ(reading.diagnostics.back().error.text, "49990 more like these");
@@ -213,9 +213,9 @@ TEST(MpsAccepts, AllDigitsOfARangeThatHasMoreThanADouble)
 {
     const auto end = [](const std::string& range)
     {
-        const Reading reading = ReadMpsText("ROWS\n N  c\n G  g\nCOLUMNS\n    x  g  1\nRHS\n    "
-                                            "RHS  g  -0.1\nRANGES\n    RNG  g  " +
-                                            range + "\nENDATA\n");
+        const ReadResult reading = ReadMpsText("ROWS\n N  c\n G  g\nCOLUMNS\n    x  g  1\nRHS\n    "
+                                               "RHS  g  -0.1\nRANGES\n    RNG  g  " +
+                                               range + "\nENDATA\n");
         return reading.Ok() ? reading.model->RowUpper()[0] : -1.0;
     };
     EXPECT_EQ(end("0.3"), -0.1 + 0.3);

@@ -69,7 +69,7 @@ std::string Damaged(std::string text, std::uint64_t seed)
 /// A model or an error with its place; and a model is one that can be written and read again.
 void Check(const std::string& text, const std::string& what, const ReadOptions& options)
 {
-    const Reading reading = ReadMps(text, what, options);
+    const ReadResult reading = ReadMps(text, what, options);
     if (!reading.Ok())
     {
         const Error& error = reading.GetError();
@@ -80,10 +80,10 @@ void Check(const std::string& text, const std::string& what, const ReadOptions& 
     }
     for (std::size_t at = 0; at + 1 < reading.model->RowStarts().size(); ++at)
         ASSERT_LE(reading.model->RowStarts()[at], reading.model->RowStarts()[at + 1]) << what;
-    const Writing writing = WriteMps(*reading.model);
+    const WriteResult writing = WriteMps(*reading.model);
     if (!writing.Ok())
         return;
-    const Reading again = ReadMps(*writing.text, what);
+    const ReadResult again = ReadMps(*writing.text, what);
     ASSERT_TRUE(again.Ok()) << what << Said(again);
     ASSERT_EQ(again.model->NonzeroCount(), reading.model->NonzeroCount()) << what;
     (void)WriteLp(*reading.model);

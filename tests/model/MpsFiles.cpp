@@ -23,7 +23,7 @@ const std::string kModels = NUV_TEST_MODELS;
 /// "rows columns nonzeros" of a model that was read, or "code line:column" of the error.
 std::string Outcome(const std::string& path, const ReadOptions& options = {})
 {
-    const Reading reading = ReadModelFile(path, options);
+    const ReadResult reading = ReadModelFile(path, options);
     std::ostringstream outcome;
     if (reading.Ok())
     {
@@ -197,7 +197,7 @@ TEST(MpsFiles, NamesWithBlanksAreToldFromTheFile)
 
 TEST(MpsFiles, TheConstantOfE226IsTheNegativeOfItsRightHandSide)
 {
-    const Reading reading = ReadModelFile(kModels + "/netlib/e226.mps");
+    const ReadResult reading = ReadModelFile(kModels + "/netlib/e226.mps");
     EXPECT_EQ(reading.model->ObjectiveConstant(), 7.113);
     ReadOptions plus;
     plus.mpsConstantPlus = true;

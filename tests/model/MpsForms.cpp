@@ -12,7 +12,7 @@ namespace
 using namespace nuv;
 using namespace nuv::test;
 
-Reading ReadAs(std::string_view text, MpsForm form)
+ReadResult ReadAs(std::string_view text, MpsForm form)
 {
     ReadOptions options;
     options.mpsForm = form;
@@ -62,7 +62,7 @@ TEST(MpsForms, AFileInColumnsReadsTheSameBothWays)
 
 TEST(MpsForms, NamesWithBlanksMakeAFileFixed)
 {
-    const Reading reading = ReadMpsText(kBlanks);
+    const ReadResult reading = ReadMpsText(kBlanks);
     EXPECT_EQ(FormOf(reading), "fixed");
     ASSERT_TRUE(reading.Ok()) << Said(reading);
     EXPECT_EQ(Written(*reading.model), "min 0 + 1 x 1; lim 1: -inf <= 2 x 1 <= 4; 0 <= x 1 <= 3");
@@ -71,7 +71,7 @@ TEST(MpsForms, NamesWithBlanksMakeAFileFixed)
 
 TEST(MpsForms, FieldsOutOfTheirColumnsMakeAFileFree)
 {
-    const Reading reading = ReadMpsText(kWords);
+    const ReadResult reading = ReadMpsText(kWords);
     EXPECT_EQ(FormOf(reading), "free");
     ASSERT_TRUE(reading.Ok()) << Said(reading);
     EXPECT_EQ(Written(*reading.model),
@@ -104,7 +104,7 @@ TEST(MpsForms, AFileThatIsBothAndDiffersIsReadAsFixedWithAWarning)
     const std::string text = "ROWS\n N  c\n L  b\nCOLUMNS\n"
                              "    a b 1     c                  2\n"
                              "ENDATA\n";
-    const Reading reading = ReadMpsText(text);
+    const ReadResult reading = ReadMpsText(text);
     EXPECT_EQ(FormOf(reading), "fixed");
     EXPECT_EQ(SaidOf(reading), "warning mps.two-forms 0:0");
     EXPECT_EQ(Written(*reading.model),

@@ -30,7 +30,7 @@ std::string Said8(std::string_view rest, const ReadOptions& options = {})
 /// The text of the error.
 std::string Complaint8(std::string_view rest)
 {
-    const Reading reading = ReadMpsText(kHead + std::string(rest));
+    const ReadResult reading = ReadMpsText(kHead + std::string(rest));
     return reading.Ok() ? "" : reading.GetError().text;
 }
 
@@ -205,7 +205,7 @@ TEST(MpsRefuses, IntegersWhereverTheMarkerStands)
     {
         const std::string opens = std::string(marker) + "'INTORG'\n";
         const std::string text = head + opens + column + std::string(marker) + "'INTEND'\nENDATA\n";
-        const Reading reading = ReadMpsText(text);
+        const ReadResult reading = ReadMpsText(text);
         EXPECT_EQ(SaidOf(reading),
                   "error mps.integer 5:" + std::to_string(opens.find("'INTORG'") + 1));
         EXPECT_EQ(reading.GetError().hint,
@@ -241,7 +241,7 @@ TEST(MpsRefuses, TheFirstErrorOfTheFileAndNoOther)
 
 TEST(MpsRefuses, WithACaretAndAHint)
 {
-    const Reading reading = ReadMpsText(kHead + "    x         dem               1x\n");
+    const ReadResult reading = ReadMpsText(kHead + "    x         dem               1x\n");
     ASSERT_FALSE(reading.Ok());
     EXPECT_EQ(Render(reading.diagnostics.back()),
               "model.mps:8:33: error: '1x' is no number, where 'dem' needs one "

@@ -11,7 +11,7 @@
 namespace nuv::test
 {
 
-inline Reading ReadMpsText(std::string_view text, const ReadOptions& options = {})
+inline ReadResult ReadMpsText(std::string_view text, const ReadOptions& options = {})
 {
     return ReadMps(text, "model.mps", options);
 }
@@ -24,7 +24,7 @@ inline ReadOptions Relaxed()
 }
 
 /// What a reading said, without the note about the form.
-inline std::string SaidOf(Reading reading)
+inline std::string SaidOf(ReadResult reading)
 {
     std::erase_if(reading.diagnostics,
                   [](const Diagnostic& said) { return said.error.code == "mps.form"; });
@@ -32,7 +32,7 @@ inline std::string SaidOf(Reading reading)
 }
 
 /// What the text was read as ("fixed", "free" or "both"), from the note about the form.
-inline std::string FormOf(const Reading& reading)
+inline std::string FormOf(const ReadResult& reading)
 {
     for (const Diagnostic& said : reading.diagnostics)
     {
@@ -48,7 +48,7 @@ inline std::string FormOf(const Reading& reading)
 /// The normal form of the model in the text, or what was said if it was refused.
 inline std::string ModelIn(std::string_view text, const ReadOptions& options = {})
 {
-    const Reading reading = ReadMpsText(text, options);
+    const ReadResult reading = ReadMpsText(text, options);
     return reading.Ok() ? Written(*reading.model) : SaidOf(reading);
 }
 
@@ -59,7 +59,7 @@ inline std::string SaidAbout(std::string_view text, const ReadOptions& options =
 }
 
 /// The text of the first diagnostic with this code.
-inline std::string TextOf(const Reading& reading, std::string_view code)
+inline std::string TextOf(const ReadResult& reading, std::string_view code)
 {
     for (const Diagnostic& said : reading.diagnostics)
     {

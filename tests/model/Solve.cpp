@@ -1,5 +1,6 @@
 // The solve as a whole: its stages agree, signs are as stated, and nothing is claimed without
 // proof.
+#include "Nuv/Model/ModelBuilder.hpp"
 #include "Nuv/Solve/Solution.hpp"
 
 #include <gtest/gtest.h>
@@ -158,8 +159,9 @@ TEST(Solve, ANumberThatIsNoneIsAnErrorWithTheNameOfWhatHasIt)
     nuv::Model model;
     const nuv::Variable x = model.AddVariable("x");
     model.Add("limit", x <= 4);
-    model.SetRowBounds(0, {0.0, std::nan("")});
-    const nuv::Solution solution = model.Solve();
+    nuv::ModelBuilder builder(model);
+    builder.SetRowBounds(0, {0.0, std::nan("")});
+    const nuv::Solution solution = builder.Take().Solve();
     EXPECT_EQ(solution.status, nuv::SolveStatus::Invalid);
     EXPECT_EQ(solution.failure.code, "model.not-a-number");
     EXPECT_EQ(solution.failure.text, "a bound of row 'limit' is not a number");

@@ -1,4 +1,5 @@
 // Stating models in C++: expressions, what they are stored as, and what is refused.
+#include "Nuv/Model/ModelBuilder.hpp"
 #include "tests/model/LpText.hpp"
 
 #include <gtest/gtest.h>
@@ -173,13 +174,15 @@ TEST(Stating, RefusesAVariableOfAnotherModelWhoseIndexIsOneOfThisModel)
     Model other;
     const Variable stranger = other.AddVariable("stranger");
     const std::string refused = "model.unknown-variable: ";
-    EXPECT_EQ(FailureAfter([&](Model& m, Variable)
-                           { EXPECT_FALSE(m.Add("r", stranger <= 1).Valid()); }),
-              refused + "row 'r' uses a variable that is not of this model");
+    EXPECT_EQ(
+        FailureAfter([&](Model& m, Variable) { EXPECT_FALSE(m.Add("r", stranger <= 1).Valid()); }),
+        refused + "row 'r' uses a variable that is not of this model");
     EXPECT_EQ(FailureAfter([&](Model& m, Variable x) { m.Minimize(x + stranger); }),
               refused + "objective uses a variable that is not of this model");
-    EXPECT_EQ(FailureAfter([&](Model& m, Variable)
-                           { EXPECT_FALSE(m.SetBounds(stranger, {0, 1})); }),
+    EXPECT_EQ(FailureAfter(
+                  [&](Model& m, Variable) {
+                      EXPECT_FALSE(m.SetBounds(stranger, {0, 1}));
+                  }),
               refused + "bounds are set for a variable that is not of this model");
 }
 
@@ -243,36 +246,51 @@ std::string FaultAfter(Change change)
     const Variable x = model.AddVariable("x");
     model.Add("row", 2 * x <= 1);
     EXPECT_FALSE(model.FindFault().has_value());
-    change(model);
-    const std::optional<Error> fault = model.FindFault();
+    ModelBuilder builder(model);
+    change(builder);
+    const std::optional<Error> fault = builder.Take().FindFault();
     return fault ? fault->code + ": " + fault->text : "none";
 }
 
-TEST(Stating, FindsWhatTheUncheckedSettersLetThrough)
+TEST(Stating, FindsWhatABuilderLetsThrough)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(FaultAfter([&](Model& m) { m.SetVariableBounds(0, {0, nan}); }),
+    EXPECT_EQ(FaultAfter(
+                  [&](ModelBuilder& m) {
+                      m.SetVariableBounds(0, {0, nan});
+                  }),
               "model.not-a-number: a bound of variable 'x' is not a number");
-    EXPECT_EQ(FaultAfter([&](Model& m) { m.SetRowBounds(0, {nan, 1}); }),
+    EXPECT_EQ(FaultAfter(
+                  [&](ModelBuilder& m) {
+                      m.SetRowBounds(0, {nan, 1});
+                  }),
               "model.not-a-number: a bound of row 'row' is not a number");
-    EXPECT_EQ(FaultAfter([&](Model& m) { m.SetRowBounds(0, {Infinity, Infinity}); }),
+    EXPECT_EQ(FaultAfter(
+                  [&](ModelBuilder& m) {
+                      m.SetRowBounds(0, {Infinity, Infinity});
+                  }),
               "model.impossible-bound: no number can keep the bounds of row 'row'");
-    EXPECT_EQ(FaultAfter([&](Model& m) { m.SetObjectiveCoefficient(0, nan); }),
+    EXPECT_EQ(FaultAfter([&](ModelBuilder& m) { m.SetObjectiveCoefficient(0, nan); }),
               "model.not-finite: the objective at variable 'x' has a coefficient or constant that "
               "is not finite");
-    EXPECT_EQ(
-        FaultAfter([&](Model& m) { m.SetObjectiveConstant(Infinity); }),
-        "model.not-finite: the objective has a coefficient or constant that is not finite");
+    EXPECT_EQ(FaultAfter([&](ModelBuilder& m) { m.SetObjectiveConstant(Infinity); }),
+              "model.not-finite: the objective has a coefficient or constant that is not finite");
     EXPECT_EQ(FaultAfter(
-                  [&](Model& m)
+                  [&](ModelBuilder& m)
                   {
                       (void)m.AppendRow("next", {0, 1});
                       m.AppendEntry(0, nan);
                   }),
               "model.not-finite: row 'next' has a coefficient or constant that is not finite");
-    EXPECT_EQ(FaultAfter([](Model& m) { m.SetVariableBounds(0, {5, 3}); }), "none");
-    EXPECT_EQ(FaultAfter([](Model& m) { (void)m.AddVariable("x"); }),
-              "model.duplicate-variable: there is already a variable called 'x'");
+    EXPECT_EQ(FaultAfter([](ModelBuilder& m) { m.SetVariableBounds(0, {5, 3}); }), "none");
+}
+
+TEST(Stating, ItsFirstFailureIsItsFault)
+{
+    Model model;
+    (void)model.AddVariable("");
+    ASSERT_TRUE(model.FindFault().has_value());
+    EXPECT_EQ(model.FindFault()->code, "model.empty-name");
 }
 
 TEST(Stating, TakesContradictoryBoundsForAModel)
@@ -285,7 +303,7 @@ TEST(Stating, TakesContradictoryBoundsForAModel)
 
 TEST(Stating, FillsRowsFromColumns)
 {
-    Model model;
+    ModelBuilder model;
     for (const char* name : {"x", "y", "z"})
         (void)model.InternVariable(name);
     for (const char* name : {"a", "b"})
@@ -294,8 +312,9 @@ TEST(Stating, FillsRowsFromColumns)
     const std::uint32_t rows[] = {1, 0, 1};
     const double coefficients[] = {3, 4, 5};
     model.AssignColumns(starts, rows, coefficients);
-    EXPECT_EQ(Written(model), "min 0; a: 0 <= 4 x <= 1; b: 0 <= 3 x + 5 z <= 1; 0 <= x <= inf; 0 "
-                              "<= y <= inf; 0 <= z <= inf");
+    EXPECT_EQ(Written(model.Take()),
+              "min 0; a: 0 <= 4 x <= 1; b: 0 <= 3 x + 5 z <= 1; 0 <= x <= inf; 0 "
+              "<= y <= inf; 0 <= z <= inf");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/Mps/MpsReader.hpp"
 #include "Nuv/Io/Mps/MpsWriter.hpp"
+#include "Nuv/Model/ModelBuilder.hpp"
 #include "tests/model/SameModel.hpp"
 
 #include <gtest/gtest.h>
@@ -21,7 +22,7 @@ Model ThroughLp(const Model& model)
     return *ReadLp(*WriteLp(model).text, "m").model;
 }
 
-std::string CodeOf(const Writing& writing)
+std::string CodeOf(const WriteResult& writing)
 {
     return writing.diagnostics.empty() ? "" : writing.diagnostics[0].error.code;
 }
@@ -40,7 +41,7 @@ TEST(WriterFinds, AFixedNameIsNotCutBehindABlank)
 {
     Model model;
     (void)model.AddVariable("seven c and more");
-    const Writing writing = WriteMps(model, MpsForm::Fixed);
+    const WriteResult writing = WriteMps(model, MpsForm::Fixed);
     ReadOptions options;
     options.mpsForm = MpsForm::Fixed;
     EXPECT_EQ(ReadMps(*writing.text, "m", options).model->VariableName(0), "_seven c");
@@ -55,8 +56,9 @@ TEST(WriterFinds, RowsOfAModelWithoutVariablesKeepTheirLimits)
     for (const Bounds bounds : {Bounds{3, Infinity}, Bounds{-Infinity, 4}, Bounds{-5, -5},
                                 Bounds{0, Infinity}, Bounds{-Infinity, 0}})
     {
-        Model model;
-        (void)model.AppendRow("r", bounds);
+        ModelBuilder builder;
+        (void)builder.AppendRow("r", bounds);
+        const Model model = builder.Take();
         EXPECT_EQ(Difference(model, ThroughLp(model)), "") << *WriteLp(model).text;
     }
 }

@@ -27,18 +27,18 @@ const std::uint64_t kModels = ShareOf(4000U);
 /// The model as it comes back from LP text; one that says why not, if it does not.
 Model ThroughLp(const Model& model)
 {
-    const Writing writing = WriteLp(model);
+    const WriteResult writing = WriteLp(model);
     EXPECT_TRUE(writing.Ok());
-    Reading reading = ReadLp(writing.text.value_or(""), "model.lp");
+    ReadResult reading = ReadLp(writing.text.value_or(""), "model.lp");
     EXPECT_TRUE(reading.Ok()) << nuv::test::Said(reading) << "\n" << writing.text.value_or("");
     return reading.Ok() ? std::move(*reading.model) : Model();
 }
 
 Model ThroughMps(const Model& model, MpsForm form = MpsForm::ByContent)
 {
-    const Writing writing = WriteMps(model, form);
+    const WriteResult writing = WriteMps(model, form);
     EXPECT_TRUE(writing.Ok());
-    Reading reading = ReadMps(writing.text.value_or(""), "model.mps");
+    ReadResult reading = ReadMps(writing.text.value_or(""), "model.mps");
     EXPECT_TRUE(reading.Ok()) << nuv::test::Said(reading) << "\n" << writing.text.value_or("");
     return reading.Ok() ? std::move(*reading.model) : Model();
 }
@@ -104,11 +104,11 @@ TEST(Writers, FilesOfTheNetlibSetSurviveBothFormats)
     for (const char* const name : {"afiro", "boeing1", "e226", "forplan", "grow15", "vtp.base"})
     {
         const std::string path = NUV_TEST_MODELS "/netlib/" + std::string(name) + ".mps";
-        const Reading reading = ReadModelFile(path);
+        const ReadResult reading = ReadModelFile(path);
         ASSERT_TRUE(reading.Ok()) << name;
         EXPECT_EQ(Difference(*reading.model, ThroughMps(*reading.model)), "") << name;
-        const Writing lp = WriteLp(*reading.model);
-        const Reading back = ReadLp(*lp.text, "model.lp");
+        const WriteResult lp = WriteLp(*reading.model);
+        const ReadResult back = ReadLp(*lp.text, "model.lp");
         ASSERT_TRUE(back.Ok()) << name << nuv::test::Said(back);
         EXPECT_EQ(back.model->NonzeroCount(), reading.model->NonzeroCount()) << name;
         // The names have changed; once they have, nothing else does.

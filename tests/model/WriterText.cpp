@@ -28,7 +28,7 @@ std::string Held(const std::string& file)
 }
 
 /// "warning code", one a line.
-std::string SaidBy(const Writing& writing)
+std::string SaidBy(const WriteResult& writing)
 {
     std::string said;
     for (const Diagnostic& diagnostic : writing.diagnostics)
@@ -89,7 +89,7 @@ TEST(WrittenText, OfEverythingReadsBack)
     EXPECT_EQ(SaidBy(WriteMps(model)), "");
     EXPECT_EQ(Difference(model, *ReadLp(*WriteLp(model).text, "m").model), "");
     EXPECT_EQ(Difference(model, *ReadMps(*WriteMps(model).text, "m").model), "");
-    const Writing fixed = WriteMps(model, MpsForm::Fixed);
+    const WriteResult fixed = WriteMps(model, MpsForm::Fixed);
     ASSERT_TRUE(fixed.Ok()) << SaidBy(fixed);
     ReadOptions options;
     options.mpsForm = MpsForm::Fixed;
@@ -188,7 +188,7 @@ TEST(WrittenNames, OfTheObjectiveMakeWayForRows)
 {
     Model model = Named({"x", "cost"});
     model.SetObjectiveName("cost");
-    const Writing writing = WriteMps(model);
+    const WriteResult writing = WriteMps(model);
     EXPECT_EQ(SaidBy(writing), "warning mps.renamed-objective");
     EXPECT_EQ(ReadMps(*writing.text, "m").model->ObjectiveName(), "cost_");
     model.SetObjectiveName("");
@@ -206,7 +206,7 @@ TEST(WrittenLimits, ThatAFormatTakesForInfinityAreReported)
                                       "warning lp.infinite-number");
     EXPECT_EQ(SaidBy(WriteMps(model)), "warning mps.infinite-number\nwarning mps.infinite-number\n"
                                        "warning mps.infinite-number");
-    for (const Reading& back :
+    for (const ReadResult& back :
          {ReadLp(*WriteLp(model).text, "m"), ReadMps(*WriteMps(model).text, "m")})
     {
         EXPECT_EQ(back.model->RowUpper()[0], Infinity);
@@ -255,7 +255,7 @@ TEST(WrittenNumbers, ThatDoNotFitFixedMpsAreAnError)
     Model model;
     const Variable x = model.AddVariable("x");
     model.Minimize(-1.23456789012345 * x);
-    const Writing writing = WriteMps(model, MpsForm::Fixed);
+    const WriteResult writing = WriteMps(model, MpsForm::Fixed);
     EXPECT_FALSE(writing.Ok());
     EXPECT_EQ(SaidBy(writing), "error mps.wide-field");
     EXPECT_TRUE(WriteMps(model).Ok());
@@ -277,7 +277,7 @@ TEST(WrittenText, LeavesZerosOutOfRowsOfLpWithANote)
     const Variable x = model.AddVariable("x");
     const Variable y = model.AddVariable("y");
     (void)model.Add("r", 0 * x + y <= 1);
-    const Writing lp = WriteLp(model);
+    const WriteResult lp = WriteLp(model);
     EXPECT_EQ(SaidBy(lp), "note lp.zero-coefficient");
     EXPECT_EQ(ReadLp(*lp.text, "m").model->NonzeroCount(), 1u);
     EXPECT_EQ(ReadMps(*WriteMps(model).text, "m").model->NonzeroCount(), 2u);

@@ -211,7 +211,7 @@ bool WriteAll(const std::string& folder, std::uint64_t count)
         const bool isMps = seed % 2 == 0;
         const Model model = MakeModel(seed, isMps);
         const std::string file = std::to_string(seed) + (isMps ? ".mps" : ".lp");
-        const Writing writing = isMps ? WriteMps(model) : WriteLp(model);
+        const WriteResult writing = isMps ? WriteMps(model) : WriteLp(model);
         if (!writing.Ok())
         {
             std::cerr << file << " cannot be written\n";

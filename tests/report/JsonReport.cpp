@@ -15,7 +15,7 @@ namespace
 
 std::string ReportOf(std::string_view text, const SolveOptions& options = {})
 {
-    const Reading reading = ReadText(text);
+    const ReadResult reading = ReadText(text);
     return JsonReport(*reading.model, Solve(*reading.model, options), reading.diagnostics);
 }
 

@@ -1,24 +1,16 @@
 /// The Bounds section: `3 <= x <= 5`, `x >= 3`, `x = 4`, `x free`, in any order and number; the
 /// last one said of a side holds.
+#include "Nuv/Io/Infinity.hpp"
 #include "Nuv/Io/Lp/LpParser.hpp"
 
 #include <fmt/format.h>
 
-#include <cmath>
-
 namespace nuv::lp
 {
-namespace
-{
-
-/// Programs that take numbers from here on for infinite are common enough to warn.
-constexpr double kInfiniteForSomeFrom = 1e20;
-
-}  // namespace
 
 bool Parser::ParseBounds()
 {
-    m_place = Place::Bounds;
+    m_messages.Enter(Place::Bounds);
     while (m_token.kind != TokenKind::End)
     {
         if (AtSection(true))
@@ -37,8 +29,8 @@ bool Parser::ParseBound()
         Advance();
         return ParseBoundAfterName(name);
     }
-    Value first;
-    if (!ParseValue(first))
+    Limit first;
+    if (!ParseLimit(first))
         return false;
     if (m_token.kind == TokenKind::Name)
     {
@@ -53,9 +45,11 @@ bool Parser::ParseBound()
     if (m_token.kind != TokenKind::Name || IsInfinity(m_token))
         return Unexpected();
     const Token name = m_token;
-    const std::uint32_t column = BoundColumn(name);
+    std::uint32_t column = 0;
+    if (!m_builder.FindBounded(name.text, column))
+        return false;
     Advance();
-    if (m_log.HasError() || !ApplyBound(column, Mirrored(relation), first, name.text))
+    if (!m_builder.SetBound(column, Mirrored(relation), first))
         return false;
     if (!m_token.IsRelation())
         return true;
@@ -66,8 +60,8 @@ bool Parser::ParseBound()
                         "write lower <= variable <= upper");
     }
     Advance();
-    Value second;
-    return ParseValue(second) && ApplyBound(column, relation, second, name.text);
+    Limit second;
+    return ParseLimit(second) && m_builder.SetBound(column, relation, second);
 }
 
 bool Parser::ParseBoundAfterName(const Token& name)
@@ -75,7 +69,7 @@ bool Parser::ParseBoundAfterName(const Token& name)
     if (m_token.kind == TokenKind::Name && EqualsIgnoringCase(m_token.text, "free"))
     {
         Advance();
-        return SetFree(name);
+        return m_builder.SetFree(name.text);
     }
     if (m_token.kind == TokenKind::Colon)
     {
@@ -86,35 +80,34 @@ bool Parser::ParseBoundAfterName(const Token& name)
         return Unexpected();
     const TokenKind relation = m_token.kind;
     Advance();
-    Value value;
-    if (!ParseValue(value))
+    Limit limit;
+    std::uint32_t column = 0;
+    if (!ParseLimit(limit) || !m_builder.FindBounded(name.text, column) ||
+        !m_builder.SetBound(column, relation, limit))
         return false;
-    const std::uint32_t column = BoundColumn(name);
-    if (m_log.HasError() || !ApplyBound(column, relation, value, name.text))
-        return false;
-    return m_token.IsRelation() ? SecondRelation() : true;
+    return m_token.IsRelation() ? m_messages.SecondRelation(m_token) : true;
 }
 
-bool Parser::ParseValue(Value& value)
+bool Parser::ParseLimit(Limit& limit)
 {
-    value.at = m_token.Begin();
+    limit.at = m_token.Begin();
     double sign = 1.0;
     for (; m_token.IsSign(); Advance())
         sign = m_token.kind == TokenKind::Minus ? -sign : sign;
     if (IsInfinity(m_token))
     {
-        value.number = sign * Infinity;
+        limit.value = sign * Infinity;
     }
     else if (m_token.kind == TokenKind::Number)
     {
-        value.number = sign * m_token.value;
+        limit.value = sign * m_token.value;
         if (m_token.value >= kInfiniteFrom)
-            value.number = sign * Infinity;
+            limit.value = sign * Infinity;
         else if (m_token.value >= kInfiniteForSomeFrom)
         {
-            m_log.Warn(value.at, "lp.large-bound",
+            m_log.Warn(limit.at, "lp.large-bound",
                        fmt::format("the bound {} is a number here and infinite for other programs",
-                                   value.number),
+                                   limit.value),
                        "write inf, or a smaller number");
         }
     }
@@ -132,60 +125,6 @@ bool Parser::ParseValue(Value& value)
     if (m_token.kind == TokenKind::Name && m_token.glued)
         return Unexpected();
     return true;
-}
-
-bool Parser::ApplyBound(std::uint32_t column, TokenKind relation, const Value& value,
-                        std::string_view name)
-{
-    const bool setsLower = relation != TokenKind::LessEqual;
-    const bool setsUpper = relation != TokenKind::GreaterEqual;
-    if ((setsLower && value.number == Infinity) || (setsUpper && value.number == -Infinity))
-    {
-        return m_log.Fail(
-            value.at, "lp.impossible-bound",
-            fmt::format("no value of '{}' can keep this bound", name),
-            "an upper bound may be inf and a lower bound -inf, not the other way round");
-    }
-    Bounds bounds = {m_model.VariableLower()[column], m_model.VariableUpper()[column]};
-    BoundPlace& place = m_boundPlaces[column];
-    if ((setsLower && place.lower && bounds.lower != value.number) ||
-        (setsUpper && place.upper && bounds.upper != value.number))
-    {
-        m_log.Warn(value.at, "lp.bound-redefined",
-                   fmt::format("a bound of '{}' is set a second time; this one holds", name),
-                   "take one of them out");
-    }
-    bounds.lower = setsLower ? value.number : bounds.lower;
-    bounds.upper = setsUpper ? value.number : bounds.upper;
-    m_model.SetVariableBounds(column, bounds);
-    place = {value.at, place.lower || setsLower, place.upper || setsUpper};
-    return true;
-}
-
-bool Parser::SetFree(const Token& name)
-{
-    const std::uint32_t column = BoundColumn(name);
-    if (m_log.HasError())
-        return false;
-    return ApplyBound(column, TokenKind::GreaterEqual, {-Infinity, name.Begin()}, name.text) &&
-           ApplyBound(column, TokenKind::LessEqual, {Infinity, name.Begin()}, name.text);
-}
-
-/// The column of a name in Bounds, new or not.
-std::uint32_t Parser::BoundColumn(const Token& name)
-{
-    std::uint32_t column = 0;
-    const std::uint32_t before = m_model.VariableCount();
-    if (InternVariable(name.text, column) && column == before)
-    {
-        m_log.Warn(name.Begin(), "lp.new-variable",
-                   fmt::format("'{}' has a bound but stands in no row and not in the objective",
-                               name.text),
-                   "check its spelling");
-    }
-    if (m_boundPlaces.size() < m_model.VariableCount())
-        m_boundPlaces.resize(m_model.VariableCount());
-    return column;
 }
 
 }  // namespace nuv::lp

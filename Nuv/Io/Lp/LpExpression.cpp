@@ -1,8 +1,5 @@
-/// Sums of terms: the objective and the sides of rows. Terms go straight into the model, repeated
-/// ones into the entry that is there already.
+/// Sums of terms: the objective and the sides of rows.
 #include "Nuv/Io/Lp/LpParser.hpp"
-
-#include "Nuv/Model/Prefetch.hpp"
 
 #include <fmt/format.h>
 
@@ -10,20 +7,13 @@
 
 namespace nuv::lp
 {
-namespace
-{
-
-constexpr std::uint32_t kObjectiveRow = 0xFFFFFFFEu;
-constexpr std::uint32_t kNoRow = 0xFFFFFFFFu;
-
-}  // namespace
 
 bool Parser::ParseObjective()
 {
-    m_place = Place::Objective;
+    m_messages.Enter(Place::Objective);
     Token label;
     if (!AtObjectiveEnd() && TakeLabel(label))
-        m_model.SetObjectiveName(label.text);
+        m_builder.SetObjectiveName(label.text);
     if (m_log.HasError())
         return false;
     if (AtObjectiveEnd())
@@ -37,8 +27,7 @@ bool Parser::ParseObjective()
     Side side;
     if (!ParseSide(side, 1.0, SideKind::Objective))
         return false;
-    m_model.SetObjectiveConstant(side.constant);
-    if (!FlushTerms() || !EndObjective())
+    if (!m_builder.EndObjective(side.constant) || !EndObjective())
         return false;
     if (side.constant != 0.0)
         m_log.Note(side.begin, "lp.objective-constant",
@@ -144,7 +133,17 @@ bool Parser::ParseNumberTerm(Side& side, double factor, double sign, SideKind ki
     Advance();
     if (!NumberTakesName(kind))
         return AddConstant(side, sign * number.value, number.Begin());
-    if (m_token.glued && (m_token.text[0] == ',' || m_token.text[0] == ';'))
+    if (m_token.glued && !CheckGluedName(number))
+        return false;
+    const Token name = m_token;
+    Advance();
+    return AddTerm(side, name, factor * sign * number.value);
+}
+
+/// A name without a blank between the number and it.
+bool Parser::CheckGluedName(const Token& number)
+{
+    if (m_token.text[0] == ',' || m_token.text[0] == ';')
     {
         const bool comma = m_token.text[0] == ',';
         return FailHere(
@@ -153,7 +152,7 @@ bool Parser::ParseNumberTerm(Side& side, double factor, double sign, SideKind ki
             comma ? "numbers have a decimal point and no marks between thousands: 1.5, 1000"
                   : "rows end with their line, without a semicolon");
     }
-    if (m_token.glued && number.text.find_first_of("eE") != std::string_view::npos &&
+    if (number.text.find_first_of("eE") != std::string_view::npos &&
         number.text.find_first_of("+-") == std::string_view::npos)
     {
         m_log.Warn(number.Begin(), "lp.glued-exponent",
@@ -161,9 +160,7 @@ bool Parser::ParseNumberTerm(Side& side, double factor, double sign, SideKind ki
                                number.value, m_token.text),
                    "put a blank between the number and the variable");
     }
-    const Token name = m_token;
-    Advance();
-    return AddTerm(side, name, factor * sign * number.value);
+    return true;
 }
 
 /// Whether the name at m_token is the variable of the number before it, rather than what follows a
@@ -230,88 +227,7 @@ bool Parser::AddTerm(Side& side, const Token& name, double coefficient)
                           "infinity is a bound, not a variable");
     }
     side.hasVariables = true;
-    m_pending.push_back({m_model.PrepareVariable(name.text), name.text, coefficient, 0});
-    return m_pending.size() < kPendingTerms || FlushTerms();
-}
-
-/// Takes the pending terms into the model. Must be called before a row or the objective ends, and
-/// before an error is reported, since the terms may hold one that comes first.
-bool Parser::FlushTerms()
-{
-    for (PendingTerm& term : m_pending)
-    {
-        if (!InternVariable(term.name, term.key, term.column))
-            return false;
-        Prefetch(&m_marks[term.column]);
-    }
-    for (const PendingTerm& term : m_pending)
-    {
-        if (!StoreTerm(term))
-            return false;
-    }
-    m_pending.clear();
-    return true;
-}
-
-bool Parser::StoreTerm(const PendingTerm& term)
-{
-    const bool objective = m_place == Place::Objective;
-    const std::uint32_t row = objective ? kObjectiveRow : m_model.RowCount() - 1;
-    const std::size_t rowStart = objective ? 0 : m_model.RowStarts()[row];
-    const double coefficient = term.coefficient;
-    m_rowHasZeros = m_rowHasZeros || coefficient == 0.0;
-    Mark& mark = m_marks[term.column];
-    if (mark.row != row)
-    {
-        mark = {row, static_cast<std::uint32_t>(m_model.NonzeroCount() - rowStart)};
-        if (objective)
-            m_model.SetObjectiveCoefficient(term.column, coefficient);
-        else
-            m_model.AppendEntry(term.column, coefficient);
-        return true;
-    }
-    const double sum = objective ? m_model.Objective()[term.column] + coefficient
-                                 : m_model.EntryOfLastRow(rowStart + mark.entry) += coefficient;
-    if (objective)
-        m_model.SetObjectiveCoefficient(term.column, sum);
-    m_rowHasZeros = m_rowHasZeros || sum == 0.0;
-    if (!std::isfinite(sum))
-    {
-        return m_log.Fail(
-            term.name.data(), "lp.number-too-large",
-            fmt::format("the coefficients of '{}' add up beyond double precision", term.name),
-            "scale the model");
-    }
-    return NoteRepeat(term.name);
-}
-
-bool Parser::NoteRepeat(std::string_view name)
-{
-    constexpr std::string_view kCode = "lp.repeated-variable";
-    if (m_log.Full(kCode))
-    {
-        m_log.CountOnly(kCode);
-        return true;
-    }
-    m_log.Note(name.data(), std::string(kCode),
-               fmt::format("'{}' stands twice {}: its coefficients are added up", name, Where()));
-    return true;
-}
-
-bool Parser::InternVariable(std::string_view name, std::uint32_t& column)
-{
-    return InternVariable(name, m_model.PrepareVariable(name), column);
-}
-
-bool Parser::InternVariable(std::string_view name, const NameTable::Key& key, std::uint32_t& column)
-{
-    const NameTable::Interned found = m_model.InternVariable(name, key);
-    column = found.index;
-    if (!found.isNew)
-        return true;
-    m_marks.push_back({kNoRow, 0});
-    m_variablePlaces.push_back(name.data());
-    return CheckNewName(name);
+    return m_builder.AddTerm(name.text, coefficient);
 }
 
 }  // namespace nuv::lp

@@ -4,7 +4,7 @@
 /// read to the nearest double, whatever the locale.
 #pragma once
 
-#include "Nuv/Io/Reading.hpp"
+#include "Nuv/Io/ReadResult.hpp"
 
 #include <string_view>
 
@@ -12,7 +12,7 @@ namespace nuv
 {
 
 /// Reads a whole file. `file` is the name that messages give it.
-[[nodiscard]] Reading ReadLp(std::string_view text, std::string_view file,
-                             const ReadOptions& options = {});
+[[nodiscard]] ReadResult ReadLp(std::string_view text, std::string_view file,
+                                const ReadOptions& options = {});
 
 }  // namespace nuv

@@ -21,8 +21,6 @@ namespace
 {
 
 constexpr std::size_t kLineLength = 78;
-/// From here on the format takes a limit for infinity.
-constexpr double kInfiniteFrom = 1e30;
 
 bool IsLetter(char c) noexcept
 {
@@ -63,7 +61,7 @@ bool LpHolds(std::string_view name)
     std::string text = "Minimize\n";
     text.append(name).append("\nSubject To\n").append(name).append(": ").append(name);
     text.append(" >= 1\nEnd\n");
-    const Reading reading = ReadLp(text, "");
+    const ReadResult reading = ReadLp(text, "");
     return reading.Ok() && reading.model->VariableCount() == 1 &&
            reading.model->VariableName(0) == name && reading.model->RowName(0) == name;
 }
@@ -75,7 +73,7 @@ class Writer
 {
 public:
     explicit Writer(const Model& model);
-    Writing Run();
+    WriteResult Run();
 
 private:
     void WriteHead();
@@ -93,17 +91,18 @@ private:
     void WriteConstant(double value, bool isFirst);
     void Append(std::string_view piece);
     void EndLine();
-    /// A limit as the format takes it; reports one that it takes for another.
-    double Limit(double value, bool isLower, std::string_view what, std::string_view name);
+    double Limit(double value, bool isLower, std::string_view what, std::string_view name)
+    {
+        return WrittenLimit(m_result, "lp.infinite-number", value, isLower, what, name);
+    }
 
     const Model& m_model;
     WrittenNames m_columns;
     WrittenNames m_rows;
-    Writing m_writing;
+    WriteResult m_result;
     std::string m_text;
     std::size_t m_lineBegin = 0;
     std::size_t m_zeros = 0;
-    bool m_failed = false;
 };
 
 Writer::Writer(const Model& model)
@@ -111,10 +110,10 @@ Writer::Writer(const Model& model)
 {
 }
 
-Writing Writer::Run()
+WriteResult Writer::Run()
 {
-    m_columns.Report(m_writing, "lp.renamed-variable", "variable");
-    m_rows.Report(m_writing, "lp.renamed-row", "row");
+    m_columns.Report(m_result, "lp.renamed-variable", "variable");
+    m_rows.Report(m_result, "lp.renamed-row", "row");
     WriteHead();
     WriteObjective();
     WriteRows();
@@ -122,13 +121,13 @@ Writing Writer::Run()
     m_text += "End\n";
     if (m_zeros != 0)
     {
-        m_writing.Report(Severity::Note, "lp.zero-coefficient",
-                         fmt::format("{} zero coefficient{} left out of the rows", m_zeros,
-                                     m_zeros == 1 ? " is" : "s are"));
+        m_result.Report(Severity::Note, "lp.zero-coefficient",
+                        fmt::format("{} zero coefficient{} left out of the rows", m_zeros,
+                                    m_zeros == 1 ? " is" : "s are"));
     }
-    if (!m_failed)
-        m_writing.text = std::move(m_text);
-    return std::move(m_writing);
+    if (!m_result.HasError())
+        m_result.text = std::move(m_text);
+    return std::move(m_result);
 }
 
 void Writer::WriteHead()
@@ -138,7 +137,7 @@ void Writer::WriteHead()
     std::replace_if(
         name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
     name.resize(name.find_last_not_of(" \t") + 1);
-    ReportModelName(m_writing, "lp.renamed-model", m_model.Name(), name);
+    ReportModelName(m_result, "lp.renamed-model", m_model.Name(), name);
     if (!name.empty())
         m_text.append("\\Problem name: ").append(name).append("\n\n");
     m_text += m_model.ObjectiveSense() == Sense::Maximize ? "Maximize\n" : "Minimize\n";
@@ -175,7 +174,7 @@ void Writer::WriteObjective()
     if (!name.empty())
     {
         const WrittenNames written({std::string_view(name)}, kRules);
-        written.Report(m_writing, "lp.renamed-objective", "objective");
+        written.Report(m_result, "lp.renamed-objective", "objective");
         m_text.append(" ").append(written[0]).append(":");
     }
     const bool all = !OrderIsNatural();
@@ -260,10 +259,9 @@ void Writer::WriteRowWithoutVariables(std::string_view row, double lower, double
                            relation));
         return EndLine();
     }
-    m_writing.Report(Severity::Error, "lp.no-variable",
-                     fmt::format("row '{}' has two limits or none, and the model no variable", row),
-                     "without variables the format has rows of one limit only");
-    m_failed = true;
+    m_result.Report(Severity::Error, "lp.no-variable",
+                    fmt::format("row '{}' has two limits or none, and the model no variable", row),
+                    "without variables the format has rows of one limit only");
 }
 
 void Writer::WriteBounds()
@@ -338,22 +336,9 @@ void Writer::EndLine()
     m_lineBegin = m_text.size();
 }
 
-double Writer::Limit(double value, bool isLower, std::string_view what, std::string_view name)
-{
-    if (!std::isfinite(value) || std::fabs(value) < kInfiniteFrom)
-        return value;
-    const bool loosens = isLower == (value < 0.0);
-    m_writing.Report(
-        loosens ? Severity::Warning : Severity::Error, "lp.infinite-number",
-        fmt::format("the limit {} of {} '{}' is infinite in this format", value, what, name),
-        "limits are below 1e30, or infinite");
-    m_failed = m_failed || !loosens;
-    return std::copysign(Infinity, value);
-}
-
 }  // namespace
 
-Writing WriteLp(const Model& model)
+WriteResult WriteLp(const Model& model)
 {
     return Writer(model).Run();
 }

@@ -7,12 +7,12 @@
 /// limit of 1e30 and more, which the format takes for infinity. All of it is reported.
 #pragma once
 
-#include "Nuv/Io/Writing.hpp"
+#include "Nuv/Io/WriteResult.hpp"
 #include "Nuv/Model/Model.hpp"
 
 namespace nuv
 {
 
-[[nodiscard]] Writing WriteLp(const Model& model);
+[[nodiscard]] WriteResult WriteLp(const Model& model);
 
 }  // namespace nuv

@@ -1,10 +1,11 @@
 /// BOUNDS, and what follows from bounds that are missing. A variable starts with [0, +inf); each
 /// record sets one side or both, the last one of a side holds.
-#include "Nuv/Io/Mps/MpsParser.hpp"
+#include "Nuv/Io/Infinity.hpp"
+#include "Nuv/Io/Mps/MpsBuilder.hpp"
 
 #include "Nuv/Io/LetterCase.hpp"
 
-#include "fmt/format.h"
+#include <fmt/format.h>
 
 #include <cmath>
 
@@ -13,7 +14,7 @@ namespace nuv::mps
 
 /// What a record of this type sets. Without `needsValue` the sides become infinite, or those of a
 /// binary variable.
-struct Parser::BoundType
+struct Builder::BoundType
 {
     std::string_view name;
     bool setsLower;
@@ -23,7 +24,7 @@ struct Parser::BoundType
     bool semiContinuous;
 };
 
-const Parser::BoundType* Parser::FindBoundType(std::string_view name) noexcept
+const Builder::BoundType* Builder::FindBoundType(std::string_view name) noexcept
 {
     static constexpr BoundType kTypes[] = {
         {"up", false, true, true, false, false},  {"lo", true, false, true, false, false},
@@ -41,62 +42,55 @@ const Parser::BoundType* Parser::FindBoundType(std::string_view name) noexcept
     return nullptr;
 }
 
-bool Parser::BoundNeedsValue(std::string_view type) noexcept
+bool BoundNeedsValue(std::string_view type) noexcept
 {
-    const BoundType* const found = FindBoundType(type);
+    const Builder::BoundType* const found = Builder::FindBoundType(type);
     return found != nullptr && found->needsValue;
 }
 
-bool Parser::ReadBound(const Record& record)
+bool Builder::AddBound(const Record& record)
 {
     const BoundType* const type = FindBoundType(record.type);
     if (type == nullptr)
     {
-        return Fail(record.Begin(), "mps.unknown-bound-type",
-                    fmt::format("'{}' is no type of a bound", record.type),
-                    "bounds are of type LO, UP, FX, FR, MI or PL");
+        return m_messages.Fail(record.Begin(), "mps.unknown-bound-type",
+                               fmt::format("'{}' is no type of a bound", record.type),
+                               "bounds are of type LO, UP, FX, FR, MI or PL");
     }
-    if (!InFirstSet(m_boundSet, record))
+    if (!IsInFirstSet(m_boundSet, record))
         return true;
     const std::string_view name = record.first;
-    const std::optional<Variable> column = m_model.FindVariable(name);
+    const std::optional<Variable> column = Made().FindVariable(name);
     if (!column)
-    {
-        return Fail(
-            name.data(), name.empty() ? "mps.missing-column" : "mps.unknown-column",
-            name.empty()
-                ? std::string("this bound names no column")
-                : fmt::format(
-                      "there is no column called '{}' in COLUMNS, line {}", name,
-                      m_log.LineOf(m_sectionPlaces[static_cast<std::size_t>(Section::Columns)])),
-            "a bound is a type, a set, a column and a value; letter case counts");
-    }
+        return m_messages.UnknownColumn(name);
     if (type->semiContinuous || (type->integer && !m_options.relax))
         return RefuseInteger(*type, record);
-    m_boundPlaces.resize(m_model.VariableCount());
+    m_boundPlaces.resize(Made().VariableCount());
     double value = 0.0;
-    return TakeBoundValue(*type, record, value) &&
-           ApplyBound(*type, column->Index(), value, record);
+    if (!TakeBoundValue(*type, record, value))
+        return false;
+    SetBound(*type, column->Index(), value, record);
+    return true;
 }
 
-bool Parser::RefuseInteger(const BoundType& type, const Record& record)
+bool Builder::RefuseInteger(const BoundType& type, const Record& record)
 {
     if (type.semiContinuous)
     {
-        return Fail(record.Begin(), "mps.semi-continuous",
-                    fmt::format("'{}' is semi-continuous", record.first),
-                    "a linear program has no such variables");
+        return m_messages.Fail(record.Begin(), "mps.semi-continuous",
+                               fmt::format("'{}' is semi-continuous", record.first),
+                               "a linear program has no such variables");
     }
-    return Fail(record.Begin(), "mps.integer",
-                fmt::format("'{}' is an integer variable", record.first),
-                "--relax takes integer variables for continuous ones within their bounds");
+    return m_messages.Fail(
+        record.Begin(), "mps.integer", fmt::format("'{}' is an integer variable", record.first),
+        "--relax takes integer variables for continuous ones within their bounds");
 }
 
-bool Parser::TakeBoundValue(const BoundType& type, const Record& record, double& value)
+bool Builder::TakeBoundValue(const BoundType& type, const Record& record, double& value)
 {
     if (!type.needsValue)
         return true;
-    if (!TakeNumber(record.firstNumber, record.first, value))
+    if (!m_messages.TakeNumber(record.firstNumber, record.first, value))
         return false;
     if (std::fabs(value) >= kInfiniteFrom)
     {
@@ -111,18 +105,19 @@ bool Parser::TakeBoundValue(const BoundType& type, const Record& record, double&
     }
     if ((type.setsLower && value == Infinity) || (type.setsUpper && value == -Infinity))
     {
-        return Fail(record.firstNumber.data(), "mps.impossible-bound",
-                    fmt::format("no value of '{}' can keep this bound", record.first),
-                    "an upper bound may be inf and a lower bound -inf, not the other way");
+        return m_messages.Fail(
+            record.firstNumber.data(), "mps.impossible-bound",
+            fmt::format("no value of '{}' can keep this bound", record.first),
+            "an upper bound may be inf and a lower bound -inf, not the other way");
     }
     return true;
 }
 
-bool Parser::ApplyBound(const BoundType& type, std::uint32_t column, double value,
-                        const Record& record)
+void Builder::SetBound(const BoundType& type, std::uint32_t column, double value,
+                       const Record& record)
 {
     BoundPlaces& places = m_boundPlaces[column];
-    const Bounds before = {m_model.VariableLower()[column], m_model.VariableUpper()[column]};
+    const Bounds before = {Made().VariableLower()[column], Made().VariableUpper()[column]};
     Bounds after = before;
     const bool binary = type.integer && !type.needsValue;
     if (type.setsLower)
@@ -138,11 +133,10 @@ bool Parser::ApplyBound(const BoundType& type, std::uint32_t column, double valu
     if (type.setsUpper)
         places.upper = record.Begin();
     m_firstInteger = type.integer && m_firstInteger == nullptr ? record.Begin() : m_firstInteger;
-    m_model.SetVariableBounds(column, after);
-    return true;
+    m_builder.SetVariableBounds(column, after);
 }
 
-void Parser::NoteSecondBound(const char* before, const Record& record)
+void Builder::NoteSecondBound(const char* before, const Record& record)
 {
     constexpr std::string_view kCode = "mps.bound-redefined";
     if (m_log.Full(kCode))
@@ -153,7 +147,7 @@ void Parser::NoteSecondBound(const char* before, const Record& record)
                "take one of them out");
 }
 
-void Parser::FinishBounds()
+void Builder::FinishBounds()
 {
     FinishIntegers();
     for (std::uint32_t column = 0; column < m_boundPlaces.size(); ++column)
@@ -162,16 +156,16 @@ void Parser::FinishBounds()
 
 /// What other programs read differently: an upper bound that is not positive under a lower bound
 /// that nobody set, and an infinite lower bound without an upper one.
-void Parser::FinishBound(std::uint32_t column)
+void Builder::FinishBound(std::uint32_t column)
 {
     const BoundPlaces& places = m_boundPlaces[column];
-    const std::string_view name = m_model.VariableName(column);
-    const double upper = m_model.VariableUpper()[column];
-    double lower = m_model.VariableLower()[column];
+    const std::string_view name = Made().VariableName(column);
+    const double upper = Made().VariableUpper()[column];
+    double lower = Made().VariableLower()[column];
     if (places.lower == nullptr && places.upper != nullptr && upper < 0.0)
     {
         lower = -Infinity;
-        m_model.SetVariableBounds(column, {lower, upper});
+        m_builder.SetVariableBounds(column, {lower, upper});
         m_log.Warn(places.upper, "mps.negative-upper-bound",
                    fmt::format("'{}' has the upper bound {} and no lower one: that becomes -inf",
                                name, upper),
@@ -199,18 +193,18 @@ void Parser::FinishBound(std::uint32_t column)
     }
 }
 
-void Parser::FinishIntegers()
+void Builder::FinishIntegers()
 {
     if (m_integers.empty() && m_firstInteger == nullptr)
         return;
     std::size_t unbounded = 0;
-    m_boundPlaces.resize(m_model.VariableCount());
+    m_boundPlaces.resize(Made().VariableCount());
     for (const std::uint32_t column : m_integers)
     {
         const BoundPlaces& places = m_boundPlaces[column];
         if (places.lower != nullptr || places.upper != nullptr)
             continue;
-        m_model.SetVariableBounds(column, {0.0, 1.0});
+        m_builder.SetVariableBounds(column, {0.0, 1.0});
         ++unbounded;
     }
     const char* const at = m_integers.empty() ? m_firstInteger : m_columnPlaces[m_integers[0]];

@@ -104,7 +104,7 @@ Words SplitWords(std::string_view line) noexcept
 Record EmptyRecord(const Line& line) noexcept
 {
     const std::string_view none(line.End(), line.End());
-    return {none, none, none, none, none, none};
+    return {line.Begin(), none, none, none, none, none, none};
 }
 
 const char* SplitColumns(const Line& line, Record& record) noexcept
@@ -113,8 +113,13 @@ const char* SplitColumns(const Line& line, Record& record) noexcept
     const std::size_t tab = text.substr(0, kSecondNumber.end).find('\t');
     if (tab != std::string_view::npos)
         return line.Begin() + tab;
-    record = {Cut(text, kType),        Cut(text, kName),   Cut(text, kFirst),
-              Cut(text, kFirstNumber), Cut(text, kSecond), Cut(text, kSecondNumber)};
+    record = {line.Begin(),
+              Cut(text, kType),
+              Cut(text, kName),
+              Cut(text, kFirst),
+              Cut(text, kFirstNumber),
+              Cut(text, kSecond),
+              Cut(text, kSecondNumber)};
     // What a '$' at the start of field 3 or 5 opens is a comment.
     std::size_t comment = text.size();
     if (text.size() > kSecond.begin && text[kSecond.begin] == '$')

@@ -84,6 +84,7 @@ struct Words
 /// A record taken apart. A field that is not there is empty and points at the end of the line.
 struct Record
 {
+    const char* line;               ///< where it starts
     std::string_view type;          ///< 1: of a row or bound
     std::string_view name;          ///< 2: a column; a row in ROWS; a set elsewhere
     std::string_view first;         ///< 3: a row, or a column in BOUNDS

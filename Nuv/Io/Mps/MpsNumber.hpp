@@ -8,11 +8,6 @@
 namespace nuv::mps
 {
 
-/// From here on a bound stands for infinity, as most programs take it.
-inline constexpr double kInfiniteFrom = 1e30;
-/// Programs that take numbers from here on for infinite are common enough to warn.
-inline constexpr double kInfiniteForSomeFrom = 1e20;
-
 enum class NumberFault : std::uint8_t
 {
     None,

@@ -3,48 +3,15 @@
 #include "Nuv/Io/Mps/MpsParser.hpp"
 
 #include "Nuv/Io/LetterCase.hpp"
-#include "Nuv/Io/NamesInOtherCase.hpp"
 
-#include "fmt/format.h"
+#include <fmt/format.h>
 
 #include <optional>
-#include <utility>
 
 namespace nuv::mps
 {
 namespace
 {
-
-struct SectionWord
-{
-    std::string_view word;
-    Section section;
-};
-
-constexpr SectionWord kSections[] = {
-    {"name", Section::Name},          {"objsense", Section::ObjectiveSense},
-    {"rows", Section::Rows},          {"columns", Section::Columns},
-    {"rhs", Section::RightHandSides}, {"ranges", Section::Ranges},
-    {"bounds", Section::Bounds},      {"endata", Section::End},
-    {"quadobj", Section::Refused},    {"qmatrix", Section::Refused},
-    {"qsection", Section::Refused},   {"qcmatrix", Section::Refused},
-    {"sos", Section::Refused},        {"sos1", Section::Refused},
-    {"sos2", Section::Refused},       {"sets", Section::Refused},
-    {"indicators", Section::Refused}, {"csection", Section::Refused},
-    {"gencons", Section::Refused},    {"pwlobj", Section::Refused},
-    {"lazycons", Section::Refused},   {"usercuts", Section::Refused},
-    {"branch", Section::Refused},     {"multiobj", Section::Refused},
-};
-
-Section FindSection(std::string_view word) noexcept
-{
-    for (const SectionWord& known : kSections)
-    {
-        if (EqualsIgnoringCase(word, known.word))
-            return known.section;
-    }
-    return Section::Unknown;
-}
 
 std::optional<Sense> FindSense(std::string_view word) noexcept
 {
@@ -61,26 +28,35 @@ std::optional<Sense> FindSense(std::string_view word) noexcept
     return std::nullopt;
 }
 
-bool IsComment(std::string_view word) noexcept
-{
-    return word.starts_with('$') || word.starts_with('*');
-}
-
 }  // namespace
 
 Parser::Parser(std::string_view text, std::string_view file, const ReadOptions& options,
                MpsForm form)
-    : m_text(text), m_options(options), m_form(form), m_log(file, text), m_lines(text)
+    : m_text(text),
+      m_options(options),
+      m_messages(text, file),
+      m_log(m_messages.Log()),
+      m_builder(m_messages, options),
+      m_records(form, m_builder, m_messages),
+      m_lines(text)
 {
 }
 
-Reading Parser::Run()
+ReadResult Parser::Run()
 {
-    Reading reading;
-    if (ReadLines() && CheckComplete() && Finish())
-        reading.model = std::move(m_model);
-    reading.diagnostics = m_log.Take();
-    return reading;
+    ReadResult result;
+    if (ReadLines() && CheckComplete())
+    {
+        FinishSense();
+        if (m_builder.Finish())
+            result.model = m_builder.Take();
+    }
+    else
+    {
+        (void)m_builder.TakeEntries();  // One that waits may hold an error that comes first.
+    }
+    result.diagnostics = m_log.Take();
+    return result;
 }
 
 bool Parser::ReadLines()
@@ -111,98 +87,110 @@ bool Parser::ReadHeader()
         return ReadObjectiveSense(words.word[0]);
     const Section section = FindSection(words.word[0]);
     if (section == Section::Refused || section == Section::Unknown)
-        return RefuseSection(section, words.word[0]);
-    if (!SettleEntries() || !CheckSense() || !CheckOrder(section))
+        return m_messages.RefuseSection(section, words.word[0], m_section == Section::None);
+    if (!m_builder.TakeEntries() || !CheckSense() || !CheckOrder(section))
         return false;
     m_section = section;
-    m_sectionPlaces[static_cast<std::size_t>(section)] = m_line.Begin();
-    return OpenSection(section, words);
+    m_messages.Enter(section, m_line.Begin());
+    return OpenSection(words);
 }
 
-bool Parser::RefuseSection(Section section, std::string_view word)
+bool Parser::ReadRecord()
 {
-    if (section == Section::Refused)
+    Record record;
+    if (!m_records.Read(m_line, m_section, record))
+        return false;
+    switch (m_section)
     {
-        return Fail(word.data(), "mps.refused-section",
-                    fmt::format("section {} is no part of a linear program", word),
-                    "only rows, columns, ranges and bounds are read; take the section out if "
-                    "the rest is the model");
+    case Section::Rows:
+        return m_builder.AddRow(record);
+    case Section::Columns:
+        return m_builder.AddColumn(record);
+    case Section::RightHandSides:
+        return m_builder.AddRightHandSide(record);
+    case Section::Ranges:
+        return m_builder.AddRange(record);
+    case Section::Bounds:
+        return m_builder.AddBound(record);
+    case Section::ObjectiveSense:
+        return ReadObjectiveSense(SplitWords(m_line.text).word[0]);
+    default:
+        break;
     }
-    if (m_section == Section::None)
-    {
-        return Fail(word.data(), "mps.no-model", "this is not a model in the MPS format",
-                    "an MPS file starts with NAME or ROWS");
-    }
-    return Fail(word.data(), "mps.unknown-section",
-                fmt::format("there is no section called '{}'", word.substr(0, 60)),
-                "a line that belongs to a section starts with a blank");
+    const bool started = m_section != Section::None;
+    return m_messages.Fail(
+        Trimmed(m_line.text).data(), started ? "mps.stray-record" : "mps.no-model",
+        "this line starts with a blank and stands in no section that has records",
+        started ? "a section starts in the first column of its line"
+                : "an MPS file starts with NAME or ROWS in its first column");
 }
 
 /// What a section builds on comes before it, and each comes once.
 bool Parser::CheckOrder(Section section)
 {
-    const auto placeOf = [this](Section of)
-    { return m_sectionPlaces[static_cast<std::size_t>(of)]; };
-    if (const char* const first = placeOf(section))
+    if (const char* const first = m_messages.PlaceOf(section))
     {
-        return Fail(m_line.Begin(), "mps.repeated-section",
-                    fmt::format("a second section {}; the first is in line {}",
-                                SplitWords(m_line.text).word[0], m_log.LineOf(first)),
-                    "put all of its lines under one header");
+        return m_messages.Fail(m_line.Begin(), "mps.repeated-section",
+                               fmt::format("a second section {}; the first is in line {}",
+                                           SplitWords(m_line.text).word[0], m_log.LineOf(first)),
+                               "put all of its lines under one header");
     }
     const bool needsRows = section == Section::Columns || section == Section::RightHandSides ||
                            section == Section::Ranges;
-    if (needsRows && placeOf(Section::Rows) == nullptr)
+    if (needsRows && m_messages.PlaceOf(Section::Rows) == nullptr)
     {
-        return Fail(m_line.Begin(), "mps.section-order", "there is no section ROWS before",
-                    "the sections are NAME, ROWS, COLUMNS, RHS, RANGES, BOUNDS, ENDATA");
+        return m_messages.Fail(m_line.Begin(), "mps.section-order",
+                               "there is no section ROWS before",
+                               "the sections are NAME, ROWS, COLUMNS, RHS, RANGES, BOUNDS, ENDATA");
     }
-    if (section == Section::Bounds && placeOf(Section::Columns) == nullptr)
+    if (section == Section::Bounds && m_messages.PlaceOf(Section::Columns) == nullptr)
     {
-        return Fail(m_line.Begin(), "mps.section-order", "there is no section COLUMNS before",
-                    "the sections are NAME, ROWS, COLUMNS, RHS, RANGES, BOUNDS, ENDATA");
+        return m_messages.Fail(m_line.Begin(), "mps.section-order",
+                               "there is no section COLUMNS before",
+                               "the sections are NAME, ROWS, COLUMNS, RHS, RANGES, BOUNDS, ENDATA");
     }
     return true;
 }
 
-bool Parser::OpenSection(Section section, const Words& words)
+bool Parser::OpenSection(const Words& words)
 {
-    if (section == Section::Name)
+    if (m_section == Section::Name)
     {
         std::string_view name = Trimmed(m_line.text.substr(words.word[0].size()));
         // A mark of the form, as some programs write it.
         if (words.count == 3 && words.word[2] == "FREE")
             name = words.word[1];
-        m_model.SetName(name);
+        m_builder.SetName(name);
         return true;
     }
-    if (words.count == 1 || IsComment(words.word[1]))
+    if (words.count == 1 || words.word[1].starts_with('$') || words.word[1].starts_with('*'))
         return true;
-    if (section == Section::ObjectiveSense)
+    if (m_section == Section::ObjectiveSense)
         return ReadObjectiveSense(words.word[1]);
-    return Fail(words.word[1].data(), "mps.text-after-section",
-                fmt::format("'{}' stands behind {}", words.word[1], words.word[0]),
-                "a line that belongs to a section starts with a blank");
+    return m_messages.Fail(words.word[1].data(), "mps.text-after-section",
+                           fmt::format("'{}' stands behind {}", words.word[1], words.word[0]),
+                           "a line that belongs to a section starts with a blank");
 }
 
 bool Parser::ReadObjectiveSense(std::string_view word)
 {
     if (m_sensePlace != nullptr)
     {
-        return Fail(word.data(), "mps.repeated-sense",
-                    fmt::format("a second sense of the objective; the first is in line {}",
-                                m_log.LineOf(m_sensePlace)),
-                    "OBJSENSE takes one word");
+        return m_messages.Fail(
+            word.data(), "mps.repeated-sense",
+            fmt::format("a second sense of the objective; the first is in line {}",
+                        m_log.LineOf(m_sensePlace)),
+            "OBJSENSE takes one word");
     }
     const std::optional<Sense> sense = FindSense(word);
     if (!sense)
     {
-        return Fail(word.data(), "mps.unknown-sense",
-                    fmt::format("'{}' is no sense of an objective", word),
-                    "OBJSENSE is MAX, MAXIMIZE, MIN or MINIMIZE");
+        return m_messages.Fail(word.data(), "mps.unknown-sense",
+                               fmt::format("'{}' is no sense of an objective", word),
+                               "OBJSENSE is MAX, MAXIMIZE, MIN or MINIMIZE");
     }
     m_sensePlace = word.data();
-    m_model.SetSense(*sense);
+    m_builder.SetSense(*sense);
     return true;
 }
 
@@ -224,35 +212,35 @@ bool Parser::CheckSense()
 {
     if (m_section != Section::ObjectiveSense || m_sensePlace != nullptr)
         return true;
-    return Fail(m_sectionPlaces[static_cast<std::size_t>(Section::ObjectiveSense)],
-                "mps.unknown-sense", "OBJSENSE without a sense",
-                "OBJSENSE is MAX, MAXIMIZE, MIN or MINIMIZE");
+    return m_messages.Fail(m_messages.PlaceOf(Section::ObjectiveSense), "mps.unknown-sense",
+                           "OBJSENSE without a sense",
+                           "OBJSENSE is MAX, MAXIMIZE, MIN or MINIMIZE");
 }
 
 bool Parser::CheckComplete()
 {
-    if (!SettleEntries() || !CheckSense())
+    if (!m_builder.TakeEntries() || !CheckSense())
         return false;
     const char* const begin = m_text.data();
     const bool ended = m_section == Section::End;
     if (m_section == Section::None)
     {
-        return Fail(begin, "mps.no-model", "there is no model in this file",
-                    "an MPS file starts with NAME or ROWS");
+        return m_messages.Fail(begin, "mps.no-model", "there is no model in this file",
+                               "an MPS file starts with NAME or ROWS");
     }
-    if (m_sectionPlaces[static_cast<std::size_t>(Section::Rows)] == nullptr)
+    if (m_messages.PlaceOf(Section::Rows) == nullptr)
     {
-        return Fail(ended ? m_line.Begin() : m_line.End(), "mps.no-rows",
-                    "there is no section ROWS", "check that the file is complete");
+        return m_messages.Fail(ended ? m_line.Begin() : m_line.End(), "mps.no-rows",
+                               "there is no section ROWS", "check that the file is complete");
     }
-    if (m_sectionPlaces[static_cast<std::size_t>(Section::Columns)] == nullptr)
+    if (m_messages.PlaceOf(Section::Columns) == nullptr)
     {
         if (!ended)
         {
-            return Fail(m_line.End(), "mps.no-columns", "the file ends before COLUMNS",
-                        "check that it is complete");
+            return m_messages.Fail(m_line.End(), "mps.no-columns", "the file ends before COLUMNS",
+                                   "check that it is complete");
         }
-        m_log.Warn(m_sectionPlaces[static_cast<std::size_t>(Section::End)], "mps.no-columns",
+        m_log.Warn(m_messages.PlaceOf(Section::End), "mps.no-columns",
                    "the model has no section COLUMNS, and so no variable");
     }
     if (!ended)
@@ -263,33 +251,9 @@ bool Parser::CheckComplete()
     return true;
 }
 
-bool Parser::Fail(const char* at, std::string code, std::string text, std::string hint)
-{
-    if (!SettleEntries())
-        return false;
-    return m_log.Fail(at, std::move(code), std::move(text), std::move(hint));
-}
-
-bool Parser::Finish()
-{
-    FinishSense();
-    if (!m_hasObjective)
-    {
-        m_log.Note(m_sectionPlaces[static_cast<std::size_t>(Section::Rows)], "mps.no-objective",
-                   "there is no row of type N: any feasible point is optimal");
-    }
-    WarnOfNamesInOtherCase(m_log, "mps", "rows", m_rowPlaces,
-                           [this](std::uint32_t at) { return m_rowNames[at]; });
-    WarnOfNamesInOtherCase(m_log, "mps", "columns", m_columnPlaces,
-                           [this](std::uint32_t at) { return m_model.VariableName(at); });
-    FinishColumns();
-    FinishBounds();
-    return FinishRows();
-}
-
 void Parser::FinishSense()
 {
-    if (m_senseComment == nullptr || m_commentedSense == m_model.ObjectiveSense())
+    if (m_senseComment == nullptr || m_commentedSense == m_builder.ObjectiveSense())
         return;
     const std::string_view word = m_commentedSense == Sense::Maximize ? "maximise" : "minimise";
     if (m_sensePlace != nullptr)
@@ -302,7 +266,7 @@ void Parser::FinishSense()
     }
     if (m_options.mpsSenseComment)
     {
-        m_model.SetSense(m_commentedSense);
+        m_builder.SetSense(m_commentedSense);
         m_log.Note(m_senseComment, "mps.sense-comment",
                    fmt::format("the comment is obeyed: {}", word));
         return;

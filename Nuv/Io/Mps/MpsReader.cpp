@@ -15,7 +15,7 @@ namespace
 
 constexpr const char* kBoth = "read as fixed MPS; free MPS reads the same";
 
-Reading WithForm(Reading reading, std::string_view file, std::string text)
+ReadResult WithForm(ReadResult reading, std::string_view file, std::string text)
 {
     Error error;
     error.code = "mps.form";
@@ -26,14 +26,14 @@ Reading WithForm(Reading reading, std::string_view file, std::string text)
     return reading;
 }
 
-Reading ReadByContent(std::string_view text, std::string_view file, const ReadOptions& options)
+ReadResult ReadByContent(std::string_view text, std::string_view file, const ReadOptions& options)
 {
     mps::Parser free(text, file, options, MpsForm::Free);
-    Reading freely = free.Run();
+    ReadResult freely = free.Run();
     if (freely.Ok() && free.FitsColumns())
         return WithForm(std::move(freely), file, kBoth);
     mps::Parser fixed(text, file, options, MpsForm::Fixed);
-    Reading byColumns = fixed.Run();
+    ReadResult byColumns = fixed.Run();
     if (!byColumns.Ok())
     {
         // Of two refusals the one counts that came later: it understood more of the file.
@@ -55,11 +55,9 @@ Reading ReadByContent(std::string_view text, std::string_view file, const ReadOp
 
 }  // namespace
 
-Reading ReadMps(std::string_view text, std::string_view file, const ReadOptions& options)
+ReadResult ReadMps(std::string_view text, std::string_view file, const ReadOptions& options)
 {
-    // A byte-order mark is no part of the first line.
-    if (text.substr(0, 3) == "\xEF\xBB\xBF")
-        text.remove_prefix(3);
+    text = WithoutByteOrderMark(text);
     if (options.mpsForm == MpsForm::ByContent)
         return ReadByContent(text, file, options);
     const bool fixed = options.mpsForm == MpsForm::Fixed;

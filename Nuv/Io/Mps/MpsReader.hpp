@@ -5,7 +5,7 @@
 /// the locale.
 #pragma once
 
-#include "Nuv/Io/Reading.hpp"
+#include "Nuv/Io/ReadResult.hpp"
 
 #include <string_view>
 
@@ -13,7 +13,7 @@ namespace nuv
 {
 
 /// Reads a whole file. `file` is the name that messages give it.
-[[nodiscard]] Reading ReadMps(std::string_view text, std::string_view file,
-                              const ReadOptions& options = {});
+[[nodiscard]] ReadResult ReadMps(std::string_view text, std::string_view file,
+                                 const ReadOptions& options = {});
 
 }  // namespace nuv

@@ -1,63 +1,66 @@
 /// RHS and RANGES: what the rows are compared with. Both only collect; the bounds of rows are made
 /// when the file has been read, since RANGES may come before RHS.
-#include "Nuv/Io/Mps/MpsParser.hpp"
+#include "Nuv/Io/Infinity.hpp"
+#include "Nuv/Io/Mps/MpsBuilder.hpp"
+#include "Nuv/Io/Mps/MpsNumber.hpp"
 
-#include "fmt/format.h"
+#include <fmt/format.h>
 
 #include <cmath>
 
 namespace nuv::mps
 {
 
-bool Parser::ReadRightHandSide(const Record& record)
+bool Builder::AddRightHandSide(const Record& record)
 {
-    if (!InFirstSet(m_rhsSet, record))
+    if (!IsInFirstSet(m_rhsSet, record))
         return true;
     m_rightHandSides.resize(m_types.size(), 0.0);
     m_rhsPlaces.resize(m_rowNames.Size(), nullptr);
-    if (!AddRightHandSide(record.first, record.firstNumber))
+    if (!SetRightHandSide(record.first, record.firstNumber))
         return false;
     if (record.second.empty() && record.secondNumber.empty())
         return true;
-    return AddRightHandSide(record.second, record.secondNumber);
+    return SetRightHandSide(record.second, record.secondNumber);
 }
 
-bool Parser::AddRightHandSide(std::string_view row, std::string_view number)
+bool Builder::SetRightHandSide(std::string_view row, std::string_view number)
 {
     std::uint32_t index = 0;
     double value = 0.0;
     if (!FindRow(row, index) || !OnlyOnce(m_rhsPlaces, index, row, "right-hand side") ||
-        !TakeNumber(number, row, value))
+        !m_messages.TakeNumber(number, row, value))
         return false;
     const std::uint32_t to = m_rowStates[index].to;
     if (to == kDropped)
         return true;
     if (to != kObjective)
-        return SetRightHandSide(to, value, number);
+        return SetSide(to, value, number);
     if (!std::isfinite(value))
     {
-        return Fail(number.data(), "mps.not-finite", "the objective's constant is infinite",
-                    "only bounds may be infinite");
+        return m_messages.Fail(number.data(), "mps.not-finite",
+                               "the objective's constant is infinite",
+                               "only bounds may be infinite");
     }
     SetConstant(row, value);
     return true;
 }
 
-void Parser::SetConstant(std::string_view row, double value)
+void Builder::SetConstant(std::string_view row, double value)
 {
     if (value == 0.0)
         return;
-    m_model.SetObjectiveConstant(m_options.mpsConstantPlus ? value : -value);
+    m_builder.SetObjectiveConstant(m_options.mpsConstantPlus ? value : -value);
     m_log.Note(row.data(), "mps.objective-constant",
                fmt::format("the objective's constant is {}: {} the right-hand side of its row",
-                           m_model.ObjectiveConstant(),
+                           Made().ObjectiveConstant(),
                            m_options.mpsConstantPlus ? "as asked," : "the negative of"),
                m_options.mpsConstantPlus
                    ? ""
                    : "some programs add it; --mps-objective-constant=plus does so");
 }
 
-bool Parser::SetRightHandSide(std::uint32_t row, double value, std::string_view number)
+bool Builder::SetSide(std::uint32_t row, double value, std::string_view number)
 {
     const char type = m_types[row];
     const bool unlimited = type == 'L' ? value > 0.0 : value < 0.0;
@@ -65,37 +68,38 @@ bool Parser::SetRightHandSide(std::uint32_t row, double value, std::string_view 
     {
         m_log.Note(number.data(), "mps.infinite-number",
                    fmt::format("{} is taken for infinity: row '{}' has no limit there", number,
-                               m_model.RowName(row)));
+                               Made().RowName(row)));
         value = std::copysign(Infinity, value);
     }
     else if (std::isinf(value))
     {
-        return Fail(number.data(), "mps.impossible-bound",
-                    fmt::format("no number can keep row '{}' there", m_model.RowName(row)),
-                    "only the limit of an L row may be inf, and that of a G row -inf");
+        return m_messages.Fail(
+            number.data(), "mps.impossible-bound",
+            fmt::format("no number can keep row '{}' there", Made().RowName(row)),
+            "only the limit of an L row may be inf, and that of a G row -inf");
     }
     m_rightHandSides[row] = value;
     return true;
 }
 
-bool Parser::ReadRange(const Record& record)
+bool Builder::AddRange(const Record& record)
 {
-    if (!InFirstSet(m_rangeSet, record))
+    if (!IsInFirstSet(m_rangeSet, record))
         return true;
     m_rangePlaces.resize(m_rowNames.Size(), nullptr);
-    if (!AddRange(record.first, record.firstNumber))
+    if (!SetRange(record.first, record.firstNumber))
         return false;
     if (record.second.empty() && record.secondNumber.empty())
         return true;
-    return AddRange(record.second, record.secondNumber);
+    return SetRange(record.second, record.secondNumber);
 }
 
-bool Parser::AddRange(std::string_view row, std::string_view number)
+bool Builder::SetRange(std::string_view row, std::string_view number)
 {
     std::uint32_t index = 0;
     double value = 0.0;
     if (!FindRow(row, index) || !OnlyOnce(m_rangePlaces, index, row, "range") ||
-        !TakeNumber(number, row, value))
+        !m_messages.TakeNumber(number, row, value))
         return false;
     const std::uint32_t to = m_rowStates[index].to;
     if (to == kObjective || to == kDropped)
@@ -109,21 +113,21 @@ bool Parser::AddRange(std::string_view row, std::string_view number)
     return true;
 }
 
-bool Parser::OnlyOnce(std::vector<const char*>& places, std::uint32_t index, std::string_view row,
-                      std::string_view what)
+bool Builder::OnlyOnce(std::vector<const char*>& places, std::uint32_t index, std::string_view row,
+                       std::string_view what)
 {
     if (places[index] != nullptr)
     {
-        return Fail(row.data(), "mps.repeated-entry",
-                    fmt::format("row '{}' has a second {}; the first is in line {}", row, what,
-                                m_log.LineOf(places[index])),
-                    "take one of them out");
+        return m_messages.Fail(row.data(), "mps.repeated-entry",
+                               fmt::format("row '{}' has a second {}; the first is in line {}", row,
+                                           what, m_log.LineOf(places[index])),
+                               "take one of them out");
     }
     places[index] = row.data();
     return true;
 }
 
-bool Parser::FinishRows()
+bool Builder::FinishRows()
 {
     m_rightHandSides.resize(m_types.size(), 0.0);
     for (std::uint32_t row = 0; row < m_types.size(); ++row)
@@ -133,7 +137,7 @@ bool Parser::FinishRows()
             limits.lower = -Infinity;
         else if (m_types[row] == 'G')
             limits.upper = Infinity;
-        m_model.SetRowBounds(row, limits);
+        m_builder.SetRowBounds(row, limits);
     }
     for (const RangeEntry& range : m_ranges)
     {
@@ -144,7 +148,7 @@ bool Parser::FinishRows()
 }
 
 /// L: [rhs - |R|, rhs]; G: [rhs, rhs + |R|]; E: [rhs, rhs + R], or [rhs + R, rhs] for R < 0.
-bool Parser::FinishRange(const RangeEntry& range)
+bool Builder::FinishRange(const RangeEntry& range)
 {
     const char type = m_types[range.row];
     const bool down = type == 'L' || (type == 'E' && range.value < 0.0);
@@ -155,18 +159,18 @@ bool Parser::FinishRange(const RangeEntry& range)
     {
         m_log.Warn(range.text.data(), "mps.range-without-limit",
                    fmt::format("the range of '{}' is left out: the row has no limit to count from",
-                               m_model.RowName(range.row)),
+                               Made().RowName(range.row)),
                    "give the row a right-hand side");
         return true;
     }
     if (std::isinf(end) && !std::isinf(range.value))
     {
-        return Fail(range.text.data(), "mps.number-too-large",
-                    fmt::format("the range leads '{}' beyond the largest double",
-                                m_model.RowName(range.row)),
-                    "leave it out if the row has no limit there");
+        return m_messages.Fail(range.text.data(), "mps.number-too-large",
+                               fmt::format("the range leads '{}' beyond the largest double",
+                                           Made().RowName(range.row)),
+                               "leave it out if the row has no limit there");
     }
-    m_model.SetRowBounds(range.row, {down ? end : value, down ? value : end});
+    m_builder.SetRowBounds(range.row, {down ? end : value, down ? value : end});
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "Nuv/Io/Mps/MpsRowForm.hpp"
 
 #include "Nuv/Algebra/Rational.hpp"
+#include "Nuv/Io/Infinity.hpp"
 #include "Nuv/Io/Mps/MpsNumber.hpp"
 #include "Nuv/Io/NumberText.hpp"
 

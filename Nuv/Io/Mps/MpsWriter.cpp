@@ -7,6 +7,7 @@
 #include "Nuv/Io/Mps/MpsRowForm.hpp"
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Io/WrittenNames.hpp"
+#include "Nuv/Model/Transposed.hpp"
 
 #include "fmt/format.h"
 
@@ -82,19 +83,21 @@ class Writer
 {
 public:
     Writer(const Model& model, MpsForm form);
-    Writing Run();
+    WriteResult Run();
 
 private:
     void ReportNames();
     void WriteHead();
     void WriteRows();
     bool TakeRow(std::uint32_t row);
-    void TurnMatrix();
     void WriteColumn(std::uint32_t column);
     void WriteRightHandSides();
     void WriteRanges();
     void WriteBound(std::uint32_t column);
-    double Limit(double value, bool isLower, std::string_view what, std::string_view name);
+    double Limit(double value, bool isLower, std::string_view what, std::string_view name)
+    {
+        return WrittenLimit(m_result, "mps.infinite-number", value, isLower, what, name);
+    }
     bool Fail(std::string code, std::string text, std::string hint);
 
     const Model& m_model;
@@ -103,12 +106,9 @@ private:
     WrittenNames m_columns;
     WrittenNames m_rows;
     std::vector<mps::RowForm> m_rowForms;
-    std::vector<std::size_t> m_starts;  ///< the matrix by columns
-    std::vector<std::uint32_t> m_entryRows;
-    std::vector<double> m_entries;
+    CompressedVectors m_matrix;  ///< by columns
     mps::Layout m_layout;
-    Writing m_writing;
-    bool m_failed = false;
+    WriteResult m_result;
 };
 
 Writer::Writer(const Model& model, MpsForm form)
@@ -120,14 +120,15 @@ Writer::Writer(const Model& model, MpsForm form)
 {
 }
 
-Writing Writer::Run()
+WriteResult Writer::Run()
 {
     ReportNames();
     WriteHead();
     WriteRows();
-    if (m_failed)
-        return std::move(m_writing);
-    TurnMatrix();
+    if (m_result.HasError())
+        return std::move(m_result);
+    m_matrix = Transposed(m_model.RowStarts(), m_model.Columns(), m_model.Coefficients(),
+                          m_model.VariableCount());
     m_layout.PutLine("COLUMNS");
     for (std::uint32_t column = 0; column < m_model.VariableCount(); ++column)
         WriteColumn(column);
@@ -144,20 +145,20 @@ Writing Writer::Run()
         Fail("mps.wide-field", fmt::format("{} does not fit into the columns of fixed MPS", misfit),
              "numbers have 12 columns there; write free MPS");
     }
-    if (!m_failed)
-        m_writing.text = m_layout.Take();
-    return std::move(m_writing);
+    if (!m_result.HasError())
+        m_result.text = m_layout.Take();
+    return std::move(m_result);
 }
 
 void Writer::ReportNames()
 {
-    m_columns.Report(m_writing, "mps.renamed-variable", "variable");
-    m_rows.Report(m_writing, "mps.renamed-row", "row");
+    m_columns.Report(m_result, "mps.renamed-variable", "variable");
+    m_rows.Report(m_result, "mps.renamed-row", "row");
     if (m_model.ObjectiveName().empty() || m_model.ObjectiveName() == m_objectiveName)
         return;
-    m_writing.Report(Severity::Warning, "mps.renamed-objective",
-                     fmt::format("the objective is called '{}', since a row is called '{}'",
-                                 m_objectiveName, m_model.ObjectiveName()));
+    m_result.Report(Severity::Warning, "mps.renamed-objective",
+                    fmt::format("the objective is called '{}', since a row is called '{}'",
+                                m_objectiveName, m_model.ObjectiveName()));
 }
 
 void Writer::WriteHead()
@@ -169,7 +170,7 @@ void Writer::WriteHead()
     if (name.ends_with(" FREE"))
         name[name.size() - 5] = '_';
     name = std::string(mps::Trimmed(name));
-    ReportModelName(m_writing, "mps.renamed-model", m_model.Name(), name);
+    ReportModelName(m_result, "mps.renamed-model", m_model.Name(), name);
     m_layout.Name(name);
     if (m_model.ObjectiveSense() == Sense::Maximize)
     {
@@ -210,38 +211,15 @@ bool Writer::TakeRow(std::uint32_t row)
     return true;
 }
 
-void Writer::TurnMatrix()
-{
-    m_starts.assign(m_model.VariableCount() + 1, 0);
-    for (const std::uint32_t column : m_model.Columns())
-        ++m_starts[column + 1];
-    for (std::size_t column = 1; column < m_starts.size(); ++column)
-        m_starts[column] += m_starts[column - 1];
-    m_entryRows.resize(m_model.NonzeroCount());
-    m_entries.resize(m_model.NonzeroCount());
-    std::vector<std::size_t> next = m_starts;
-    for (std::uint32_t row = 0; row < m_model.RowCount(); ++row)
-    {
-        const std::span<const std::uint32_t> columns = m_model.RowColumns(row);
-        const std::span<const double> coefficients = m_model.RowCoefficients(row);
-        for (std::size_t at = 0; at < columns.size(); ++at)
-        {
-            const std::size_t to = next[columns[at]]++;
-            m_entryRows[to] = row;
-            m_entries[to] = coefficients[at];
-        }
-    }
-}
-
 void Writer::WriteColumn(std::uint32_t column)
 {
     const std::string_view name = m_columns[column];
     const double cost = m_model.Objective()[column];
     // A column without any entry is known by its name only if it has one here.
-    if (!IsPlusZero(cost) || m_starts[column] == m_starts[column + 1])
+    if (!IsPlusZero(cost) || m_matrix.starts[column] == m_matrix.starts[column + 1])
         m_layout.Pair(name, m_rows[m_model.RowCount()], NumberText(cost));
-    for (std::size_t at = m_starts[column]; at < m_starts[column + 1]; ++at)
-        m_layout.Pair(name, m_rows[m_entryRows[at]], NumberText(m_entries[at]));
+    for (std::size_t at = m_matrix.starts[column]; at < m_matrix.starts[column + 1]; ++at)
+        m_layout.Pair(name, m_rows[m_matrix.indices[at]], NumberText(m_matrix.values[at]));
     m_layout.EndPairs();
 }
 
@@ -290,37 +268,21 @@ void Writer::WriteBound(std::uint32_t column)
         m_layout.Bound("UP", name, NumberText(upper));
 }
 
-/// A limit as the format takes it; reports one that it takes for another.
-double Writer::Limit(double value, bool isLower, std::string_view what, std::string_view name)
-{
-    if (!std::isfinite(value) || std::fabs(value) < mps::kInfiniteFrom)
-        return value;
-    std::string text =
-        fmt::format("the limit {} of {} '{}' is infinite in this format", value, what, name);
-    const std::string hint = "limits are below 1e30, or infinite";
-    if (isLower == (value < 0.0))
-        m_writing.Report(Severity::Warning, "mps.infinite-number", std::move(text), hint);
-    else
-        Fail("mps.infinite-number", std::move(text), hint);
-    return std::copysign(Infinity, value);
-}
-
 bool Writer::Fail(std::string code, std::string text, std::string hint)
 {
-    m_writing.Report(Severity::Error, std::move(code), std::move(text), std::move(hint));
-    m_failed = true;
+    m_result.Report(Severity::Error, std::move(code), std::move(text), std::move(hint));
     return false;
 }
 
 }  // namespace
 
-Writing WriteMps(const Model& model, MpsForm form)
+WriteResult WriteMps(const Model& model, MpsForm form)
 {
     const bool hasBlank = HasNameWithBlank(RowNames(model, model.ObjectiveName())) ||
                           HasNameWithBlank(VariableNamesOf(model));
     if (form == MpsForm::ByContent && hasBlank)
     {
-        Writing fixed = Writer(model, MpsForm::Fixed).Run();
+        WriteResult fixed = Writer(model, MpsForm::Fixed).Run();
         if (fixed.Ok() && fixed.diagnostics.empty())
             return fixed;
     }

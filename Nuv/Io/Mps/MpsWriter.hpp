@@ -13,14 +13,14 @@
 /// order of the coefficients within a row becomes that of the columns.
 #pragma once
 
-#include "Nuv/Io/Reading.hpp"
-#include "Nuv/Io/Writing.hpp"
+#include "Nuv/Io/ReadResult.hpp"
+#include "Nuv/Io/WriteResult.hpp"
 #include "Nuv/Model/Model.hpp"
 
 namespace nuv
 {
 
 /// ByContent gives what fits: free MPS, unless names hold blanks and all fields fit fixed MPS.
-[[nodiscard]] Writing WriteMps(const Model& model, MpsForm form = MpsForm::ByContent);
+[[nodiscard]] WriteResult WriteMps(const Model& model, MpsForm form = MpsForm::ByContent);
 
 }  // namespace nuv

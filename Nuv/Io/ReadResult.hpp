@@ -6,6 +6,7 @@
 #include "Nuv/Model/Model.hpp"
 
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace nuv
@@ -32,7 +33,7 @@ struct ReadOptions
     bool mpsSenseComment = false;
 };
 
-struct Reading
+struct ReadResult
 {
     /// Empty if there was an error; nothing is loaded by halves.
     std::optional<Model> model;
@@ -54,5 +55,13 @@ struct Reading
         return none;
     }
 };
+
+/// The text behind a byte-order mark, which is no part of the first line.
+[[nodiscard]] inline std::string_view WithoutByteOrderMark(std::string_view text) noexcept
+{
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.remove_prefix(3);
+    return text;
+}
 
 }  // namespace nuv

@@ -4,15 +4,17 @@
 
 #include "Nuv/Io/Diagnostics.hpp"
 
+#include <algorithm>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace nuv
 {
 
-struct Writing
+struct WriteResult
 {
     /// Empty if there was an error.
     std::optional<std::string> text;
@@ -21,6 +23,13 @@ struct Writing
     [[nodiscard]] bool Ok() const noexcept
     {
         return text.has_value();
+    }
+
+    [[nodiscard]] bool HasError() const noexcept
+    {
+        return std::any_of(diagnostics.begin(), diagnostics.end(),
+                           [](const Diagnostic& diagnostic)
+                           { return diagnostic.severity == Severity::Error; });
     }
 
     void Report(Severity severity, std::string code, std::string what, std::string hint = {})
@@ -32,5 +41,10 @@ struct Writing
         diagnostics.push_back(WithoutPlace(std::move(error), severity));
     }
 };
+
+/// The limit of a row or variable as the formats take it, infinite from 1e30 on. One that changes
+/// is reported under `code`: with a warning if it loosens, as an error if no number could keep it.
+[[nodiscard]] double WrittenLimit(WriteResult& result, std::string code, double value, bool isLower,
+                                  std::string_view what, std::string_view name);
 
 }  // namespace nuv
