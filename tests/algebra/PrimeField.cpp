@@ -33,6 +33,7 @@ TEST(PrimeField, AgreesWithIntegersModuloThePrime)
         PrimeField::Value difference = x;
         field.SubtractProduct(difference, y, field.One());
         ASSERT_EQ(field.Sum(difference, y), x);
+        ASSERT_EQ(field.Sum(x, field.Negated(x)), field.Zero());
         if (x != 0)
         {
             ASSERT_EQ(field.Product(x, field.Inverse(x)), field.One());
