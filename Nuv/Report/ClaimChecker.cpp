@@ -23,6 +23,11 @@ double SignOf(const Model& model)
     return model.ObjectiveSense() == Sense::Maximize ? -1.0 : 1.0;
 }
 
+Rational SizeOf(const Rational& value)
+{
+    return value < 0 ? -value : value;
+}
+
 const Rational& NumberAt(const Claim::Numbers& numbers, Index k)
 {
     static const Rational zero = 0;
@@ -34,15 +39,16 @@ const Rational& NumberAt(const Claim::Numbers& numbers, Index k)
 void ScaledSum::Add(const Rational& term)
 {
     sum += term;
-    scale = std::max(scale, std::fabs(ToDouble(term)));
+    scale = std::max(scale, SizeOf(term));
 }
 
 double ScaledSum::Above(const Rational& other) const
 {
     if (sum <= other)
         return 0.0;
-    // What is too small for a double is still not nothing.
-    return std::max(ToDouble(sum - other) / std::max(scale, std::fabs(ToDouble(other))),
+    // In doubles, two numbers beyond them would have no quotient. What is too small for a double is
+    // still not nothing.
+    return std::max(ToDouble((sum - other) / std::max(scale, SizeOf(other))),
                     std::numeric_limits<double>::denorm_min());
 }
 
@@ -102,17 +108,16 @@ void ClaimChecker::CheckBounds(Index variable)
         if (!std::isfinite(bound))
             continue;
         const Rational side = ToRational(bound);
-        const Rational excess = isUpper ? value.sum - side : side - value.sum;
-        if (excess <= 0)
+        const double fraction =
+            isUpper ? value.Above(side) : ScaledSum{side, value.scale}.Above(value.sum);
+        if (fraction == 0.0)
             continue;
-        const double amount = ToDouble(excess);
+        const double amount = ToDouble(isUpper ? value.sum - side : side - value.sum);
         if (amount >= m_report.violation || m_report.violated.empty())
         {
             m_report.violation = amount;
             m_report.violated = NameOf(variable);
         }
-        const double fraction = std::max(amount / std::max(value.scale, std::fabs(bound)),
-                                         std::numeric_limits<double>::denorm_min());
         if (IsOff(fraction))
             Disagree(m_form.IsLogical(variable) ? "claim.row" : "claim.bound",
                      fmt::format("{} is {} {} by {}", NameOf(variable), isUpper ? "above" : "below",

@@ -18,7 +18,7 @@ namespace nuv::claim
 struct ScaledSum
 {
     Rational sum = 0;
-    double scale = 1.0;
+    Rational scale = 1;
 
     void Add(const Rational& term);
     /// How far the sum is above `other`, as a fraction of the scale of both.

@@ -257,6 +257,16 @@ TEST(Claim, OfACertificateIsRefutedWhereItProvesNothing)
     EXPECT_EQ(along("[{\"name\":\"y\",\"value\":1},{\"name\":\"z\",\"value\":1}]"), "claim.ray");
 }
 
+TEST(Claim, IsRefutedByNumbersBeyondDoubles)
+{
+    EXPECT_EQ(Judged(Factory(), "chairs 1e308\n", ClaimedStatus::Feasible), "claim.row claim.row");
+    EXPECT_EQ(Judged(Factory(), "chairs 1e308\n", ClaimedStatus::Feasible, Exactly()),
+              "claim.row claim.row");
+    EXPECT_EQ(Judged(Factory(), Result("\"status\":\"optimal\",\"objective\":\"1" +
+                                       std::string(400, '0') + "/3\"")),
+              "claim.objective claim.not-optimal");
+}
+
 TEST(Claim, IsHeldToItsTolerance)
 {
     EXPECT_EQ(Judged(Factory(), "chairs 21.428571428571427\ntables 51.42857142857143"),
