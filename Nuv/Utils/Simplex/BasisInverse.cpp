@@ -227,20 +227,17 @@ void ComputePrices(BasisInverse* x, NuvFloat32* prices)
 
 void MultiplyByInverse(BasisInverse* x, NuvFloat32* values, NuvFloat32* vector, NuvFloat32* result)
 {
-    ColumnProduct other = {};
+    ColumnProduct withB = {x->storedB, x->unitB, nullptr};
+    withB.sums = values;
+    ColumnProduct withVector = {};
     if (vector)
     {
         SplitVector(x, vector);
-        other = {x->storedVector, vector, result};
+        withVector = {x->storedVector, vector, result};
     }
-    const FusedProduct product = {x->elements,
-                                  x->numbers,
-                                  x->numStored,
-                                  x->multipliers,
-                                  x->isPending ? x->eta : nullptr,
-                                  {x->storedB, x->unitB, values},
-                                  other,
-                                  InTiles(x->m)};
+    const FusedProduct product = {
+        x->elements, x->numbers, x->numStored, x->multipliers, x->isPending ? x->eta : nullptr,
+        withB,       withVector, InTiles(x->m)};
     x->kernels->updateAndMultiply(&product);
     x->isPending = false;
 }

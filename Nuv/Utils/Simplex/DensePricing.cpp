@@ -55,14 +55,10 @@ void SumRows(DensePricing* x, const Kernels* kernels, const NuvFloat32* prices, 
         x->pricesOfRows[numPriced] = prices[i];
         numPriced += prices[i] != 0.0F ? 1 : 0;
     }
-    const FusedProduct product = {x->pricedRows,
-                                  nullptr,
-                                  numPriced,
-                                  nullptr,
-                                  nullptr,
-                                  {x->pricesOfRows, nullptr, sums},
-                                  {},
-                                  PaddedLength(x->n)};
+    ColumnProduct withPrices = {x->pricesOfRows, nullptr, nullptr};
+    withPrices.sums = sums;
+    const FusedProduct product = {x->pricedRows, nullptr,    numPriced, nullptr,
+                                  nullptr,       withPrices, {},        PaddedLength(x->n)};
     kernels->updateAndMultiply(&product);
 }
 
