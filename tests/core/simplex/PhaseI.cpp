@@ -176,7 +176,7 @@ TEST_F(PhaseI, CalledWithoutNeedItBringsTheArtificialVariableInAllTheSame)
 }
 
 // On its way a number becomes infinite, whose products with zeros are then no longer left out.
-TEST_F(PhaseI, ANumberThatIsNotFiniteLeadsToTheLiteralRoad)
+TEST_F(PhaseI, ANumberThatIsNotFiniteLeadsToTheDenseIteration)
 {
     const Problem problem = MakeModel(Family::Overflowing, 34, 23, 8530921421783814847U);
     CoreModel model(problem, allocator);
