@@ -166,7 +166,7 @@ TEST(RefusedScenarios, LivesUnderRefusalsEndWithoutATraceAndCanBeLivedAgain)
     Random random(0x11FE);
     std::size_t runs = 0;
     for (const Family family : Families())
-        for (std::size_t i = 0; i != ShareOf(7U); ++i)
+        for (std::size_t i = 0; i != ShareOf(8U); ++i)
         {
             const std::size_t size = 2 + i % 2;
             SCOPED_TRACE(testing::Message() << NameOf(family) << ' ' << size);
