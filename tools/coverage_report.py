@@ -2,6 +2,7 @@
 tools/coverage-exceptions. Ends with 1 when anything is."""
 import json
 import os
+import re
 import sys
 from collections import defaultdict
 from pathlib import Path
@@ -12,16 +13,18 @@ ROOT = Path(__file__).resolve().parent.parent
 class Exceptions:
     """Lines that may be missing: (file, part of the line's text), each of which must be needed."""
 
-    def __init__(self, path, kind):
+    def __init__(self, path, kind, layer):
         self.parts, self.reasons, self.used = [], 0, set()
-        counts = False
+        counts, is_counted = False, False
         for line in path.read_text().split("\n"):
             if line.startswith(" "):
                 file, text = line.strip().split(": ", 1)
-                self.parts += [(file, text)] if counts else []
+                if counts and layer.match(file):
+                    self.parts.append((file, text))
+                    self.reasons += not is_counted
+                    is_counted = True
             elif line and not line.startswith("#"):
-                counts = kind == "mcdc" or not line.startswith("--mcdc")
-                self.reasons += counts
+                counts, is_counted = kind == "mcdc" or not line.startswith("--mcdc"), False
 
     def allow(self, file, text):
         matching = {part for part in self.parts if part[0] == file and part[1] in text}
@@ -51,7 +54,7 @@ def line_text(file, number):
     return (ROOT / file).read_text().split("\n")[number - 1].strip()
 
 
-def branches(data):
+def branches(data, _layer):
     """(file, line number, what is missing, tally's counts) of gcovr's findings."""
     for file in data["files"]:
         for line in file["lines"]:
@@ -68,13 +71,13 @@ def branches(data):
             yield file["file"], line["line_number"], missing, counts
 
 
-def mcdc(data):
+def mcdc(data, layer):
     """The same of clang's findings. A decision stands in each stamped or inlined copy of its line."""
     decisions = {}
     for unit in data["data"]:
         for file in unit["files"]:
             name = os.path.relpath(file["filename"], ROOT)
-            if name.startswith("Nuv/"):
+            if layer.match(name):
                 for record in file["mcdc_records"]:
                     conditions = record[-1]
                     known = decisions.setdefault((name, *record[:4]), [False] * len(conditions))
@@ -86,11 +89,12 @@ def mcdc(data):
 
 
 def main():
-    kind, path = sys.argv[1:]
-    exceptions = Exceptions(ROOT / "tools/coverage-exceptions", kind)
+    kind, layer, path = sys.argv[1:]
+    layer = re.compile(layer)
+    exceptions = Exceptions(ROOT / "tools/coverage-exceptions", kind, layer)
     files, total, failures, excused = defaultdict(Tally), Tally(), [], 0
     find = branches if kind == "branches" else mcdc
-    for file, number, missing, counts in find(json.loads(Path(path).read_text())):
+    for file, number, missing, counts in find(json.loads(Path(path).read_text()), layer):
         text = line_text(file, number)
         allowed = bool(missing) and exceptions.allow(file, text)
         excused += allowed

@@ -42,6 +42,7 @@ inline NuvSizeT CapacityOf(const Vector* x)
 template <class T>
 inline void DestructRun(T* first, T* last)
 {
+    // same bits: elements that own nothing need not be destroyed
     while (last != first)
         Destruct(--last);
 }
@@ -66,6 +67,7 @@ inline bool ConstructRun(T* destination, NuvSizeT count, Source<T> source)
 {
     for (NuvSizeT i = 0; i != count; ++i)
     {
+        // same bits: copies of elements that own nothing cannot fail
         if (Construct(destination + i, source.At(i)))
             continue;
         DestructRun(destination, destination + i);
@@ -102,6 +104,7 @@ inline bool ConstructExactly(Vector* x, NuvSizeT count, Source<ElementOf<Vector>
     ElementOf<Vector>* const block = AllocateElements<ElementOf<Vector>>(x->allocator, count);
     if (!block)
         return false;
+    // same bits: copies of elements that own nothing cannot fail
     if (!ConstructRun(block, count, source))
     {
         DeallocateElements(x->allocator, block, count);
@@ -135,6 +138,7 @@ inline bool GrowKeeping(Vector* x, NuvSizeT capacity, Source<ElementOf<Vector>>*
 {
     const bool isOwn = PointsInto<ElementOf<Vector>>(source->first, x->begin, x->end);
     const NuvDistanceT index = isOwn ? source->first - x->begin : 0;
+    // same bits: the answer is false on both ways, and after a refusal the source is not used
     if (!Grow(x, capacity))
         return false;
     if (isOwn)
@@ -152,8 +156,11 @@ inline bool ConstructBehindEnd(Vector* x, NuvSizeT index, NuvSizeT count,
     for (NuvSizeT i = 0; i != count; ++i)
     {
         const bool isMade = i < displaced
+                                // same bits: where elements own nothing, a copy in the place of
+                                // another is a copy
                                 ? ConstructInPlaceOf(x->end + i, x->begin + index + i, source.At(i))
                                 : Construct(x->end + i, source.At(i));
+        // same bits: copies of elements that own nothing cannot fail
         if (isMade)
             continue;
         DestructRun(x->end, x->end + i);
@@ -171,6 +178,7 @@ inline bool InsertIntoNewBlock(Vector* x, NuvSizeT index, NuvSizeT count,
     ElementOf<Vector>* const block = AllocateElements<ElementOf<Vector>>(x->allocator, capacity);
     if (!block)
         return false;
+    // same bits: copies of elements that own nothing cannot fail
     if (!ConstructRun(block + index, count, source))
     {
         DeallocateElements(x->allocator, block, capacity);
@@ -193,6 +201,7 @@ inline bool InsertAt(Vector* x, NuvSizeT index, NuvSizeT count, Source<ElementOf
 {
     if (CapacityOf(x) - SizeOf(x) < count)
         return InsertIntoNewBlock(x, index, count, source, capacity);
+    // same bits: copies of elements that own nothing cannot fail
     if (!ConstructBehindEnd(x, index, count, source))
         return false;
     Rotate(x->begin + index, x->end, x->end + count);
@@ -213,6 +222,7 @@ inline NuvSizeT DoubledCapacity(const Vector* x)
 template <class Vector>
 inline NuvSizeT CapacityForMore(const Vector* x, NuvSizeT count)
 {
+    // same bits: at the limit the largest number is what is needed as well
     if (count > UINT64_MAX - SizeOf(x))
         return UINT64_MAX;
     const NuvSizeT needed = SizeOf(x) + count;

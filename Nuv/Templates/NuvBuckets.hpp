@@ -87,6 +87,7 @@ inline Link* SkipEqual(const Map* x, Link* link, const Key* key)
 template <class Map, class Link, class Bucket, class Key>
 inline void LinkEntry(Map* x, Link* entry, Bucket* bucket, Link* pos, const Key* key)
 {
+    // same bits: the key of the entry is `key`, whose place is found again
     if (!Equal(KeyAt(x, entry), key))
     {
         bucket = BucketOf(x, KeyAt(x, entry));
@@ -138,9 +139,13 @@ inline void RebuildBuckets(Map* x)
             bucket->first = link;
             current = bucket;
         }
+        // same bits: the end of the current run is the entry itself, which is moved to before
+        // itself; copies of numbers cannot fail, so that none stands outside its bucket's run
         else if (bucket != current)
         {
             auto* endOfRun = bucket->first;
+            // same bits: copies of numbers cannot fail, so that none stands outside its bucket's
+            // run
             for (NuvSizeT i = 0; i != bucket->count; ++i)
                 endOfRun = endOfRun->next.b;
             Transfer(endOfRun, link, following);

@@ -66,6 +66,7 @@ void NUV_OP(Destruct)(NUV_SELF* l_)
 
 NUV_SELF* NUV_OP(Assign)(NUV_SELF* l_, const NUV_SELF* src_)
 {
+    // same bits: assigning each element to itself changes nothing and asks for nothing
     if (l_ == src_)
         return l_;
     NUV_LINK* to = l_->node.next.b;

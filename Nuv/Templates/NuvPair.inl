@@ -4,8 +4,10 @@
 
 NUV_SELF* NUV_OP(Construct)(NUV_SELF* x, const NUV_FIRST* first, const NUV_SECOND* second)
 {
+    // same bits: copies of elements that own nothing cannot fail
     if (!nuv::Construct(&x->first, first))
         return nullptr;
+    // same bits: copies of elements that own nothing cannot fail
     if (!nuv::Construct(&x->second, second))
     {
         nuv::Destruct(&x->first);
@@ -56,8 +58,10 @@ struct nuv::Element<NUV_SELF>
 
     static bool ConstructInPlaceOf(NUV_SELF* x, const NUV_SELF* former, const NUV_SELF* y)
     {
+        // same bits: copies of elements that own nothing cannot fail
         if (!nuv::ConstructInPlaceOf(&x->first, &former->first, &y->first))
             return false;
+        // same bits: copies of elements that own nothing cannot fail
         if (nuv::ConstructInPlaceOf(&x->second, &former->second, &y->second))
             return true;
         nuv::Destruct(&x->first);
@@ -66,6 +70,7 @@ struct nuv::Element<NUV_SELF>
 
     static bool Assign(NUV_SELF* x, const NUV_SELF* y)
     {
+        // same bits: copies of elements that own nothing cannot fail
         return nuv::Assign(&x->first, &y->first) && nuv::Assign(&x->second, &y->second);
     }
 

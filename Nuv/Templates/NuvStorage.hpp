@@ -40,6 +40,7 @@ inline bool AllocateStorage(Matrix* x)
 template <class Matrix>
 inline void DeallocateStorage(Matrix* x)
 {
+    // same bits: a matrix without rows has no block
     if (x->nr != 0 && x->data)
         NuvAllocatorDeallocate(x->allocator, x->data, BytesOf(x));
     x->data = nullptr;

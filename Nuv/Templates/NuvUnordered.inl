@@ -43,6 +43,7 @@ void NUV_OP(Destruct)(NUV_SELF* x)
 
 NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y)
 {
+    // same bits: the runs of a map assigned to itself are counted anew, and are as they were
     if (x == y)
         return x;
     if (!NUV_LIST_OP(Assign)(&x->l, &y->l) || !NUV_TABLE_OP(Assign)(&x->v, &y->v))
@@ -179,6 +180,7 @@ NUV_OP(Iterator) NUV_OP(Erase)(NUV_SELF* x, NUV_OP(Iterator) pos)
         nuv::BucketCountOf(x) != 0 ? nuv::BucketOf(x, nuv::KeyAt(x, pos)) : nullptr;
     NUV_OP(Iterator) const following = NUV_LIST_OP(Erase)(&x->l, pos);
     --x->size;
+    // same bits: without a bucket this is not reached
     if (bucket)
         nuv::ForgetEntry(x, bucket, pos, following);
     return following;
@@ -230,6 +232,7 @@ NuvBool NUV_OP(Resize)(NUV_SELF* x, NUV_OP(SizeType) n)
     if (nuv::BucketCountOf(x) >= n)
         return NUV_TRUE;
     const NuvSizeT count = nuv::ChooseBucketCount(n);
+    // same bits: the buckets are emptied before they are read
     const NUV_BUCKET empty = {&x->l.node, 0};
     NUV_TABLE table;
     if (count == 0 || !NUV_TABLE_OP(ConstructN)(&table, count, &empty, x->v.allocator))
@@ -246,8 +249,10 @@ void NUV_OP(GetStatistics)(const NUV_SELF* x, NUV_STATISTICS* stats)
     stats->loadingMax = 0;
     for (const NUV_BUCKET* bucket = x->v.begin; bucket != x->v.end; ++bucket)
     {
+        // same bits: an extreme that is met again is the same number
         if (bucket->count < stats->loadingMin)
             stats->loadingMin = bucket->count;
+        // same bits: an extreme that is met again is the same number
         if (bucket->count > stats->loadingMax)
             stats->loadingMax = bucket->count;
     }

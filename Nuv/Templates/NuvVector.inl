@@ -56,6 +56,7 @@ void NUV_OP(Destruct)(NUV_SELF* x)
 
 NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y)
 {
+    // same bits: assigning each element to itself changes nothing and asks for nothing
     if (x == y)
         return x;
     const NuvSizeT size = nuv::SizeOf(y);
@@ -64,6 +65,7 @@ NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y)
         nuv::ReleaseBlock(x);
         return nuv::ConstructExactly(x, size, {y->begin, 1}) ? x : nullptr;
     }
+    // same bits: no element lies between two equal sizes
     if (size < nuv::SizeOf(x))
     {
         nuv::DestructRun(x->begin + size, x->end);
@@ -71,8 +73,10 @@ NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y)
     }
     const NuvSizeT kept = nuv::SizeOf(x);
     bool isAssigned = true;
+    // same bits: copies of elements that own nothing cannot fail
     for (NuvSizeT i = 0; isAssigned && i != kept; ++i)
         isAssigned = nuv::Assign(x->begin + i, y->begin + i);
+    // same bits: copies of elements that own nothing cannot fail
     if (!isAssigned || !nuv::ConstructRun(x->end, size - kept, {y->begin + kept, 1}))
     {
         nuv::ReleaseBlock(x);
@@ -219,6 +223,7 @@ NuvBool NUV_OP(Reserve)(NUV_SELF* x, NUV_OP(SizeType) capacity)
 
 NuvBool NUV_OP(PushBack)(NUV_SELF* x, const NUV_ELEMENT* t)
 {
+    // same bits: of one element the first is the only one, whatever the stride
     return nuv::AsNuvBool(nuv::InsertAt(x, nuv::SizeOf(x), 1, {t, 0}, nuv::DoubledCapacity(x)));
 }
 
@@ -230,11 +235,13 @@ void NUV_OP(PopBack)(NUV_SELF* x)
 NUV_OP(Iterator) NUV_OP(Insert)(NUV_SELF* x, NUV_OP(Iterator) pos, const NUV_ELEMENT* t)
 {
     const NuvSizeT index = static_cast<NuvSizeT>(pos - x->begin);
+    // same bits: of one element the first is the only one, whatever the stride
     return nuv::InsertAt(x, index, 1, {t, 0}, nuv::DoubledCapacity(x)) ? x->begin + index : nullptr;
 }
 
 NuvBool NUV_OP(InsertN)(NUV_SELF* x, NUV_OP(Iterator) pos, NUV_OP(SizeType) n, const NUV_ELEMENT* t)
 {
+    // same bits: inserting nothing reverses the elements behind the place twice
     if (n == 0)
         return NUV_TRUE;
     const NuvSizeT index = static_cast<NuvSizeT>(pos - x->begin);
@@ -244,6 +251,7 @@ NuvBool NUV_OP(InsertN)(NUV_SELF* x, NUV_OP(Iterator) pos, NUV_OP(SizeType) n, c
 NuvBool NUV_OP(InsertRange)(NUV_SELF* x, NUV_OP(Iterator) pos, NUV_OP(ConstIterator) first,
                             NUV_OP(ConstIterator) last)
 {
+    // same bits: inserting nothing reverses the elements behind the place twice
     if (first == last)
         return NUV_TRUE;
     const NuvSizeT index = static_cast<NuvSizeT>(pos - x->begin);
@@ -260,6 +268,7 @@ NUV_OP(Iterator) NUV_OP(Erase)(NUV_SELF* x, NUV_OP(Iterator) pos)
 
 NUV_OP(Iterator) NUV_OP(EraseRange)(NUV_SELF* x, NUV_OP(Iterator) first, NUV_OP(Iterator) last)
 {
+    // same bits: moving elements onto themselves changes nothing
     if (first == last)
         return last;
     nuv::DestructRun(first, last);
@@ -277,11 +286,13 @@ NuvBool NUV_OP(Resize)(NUV_SELF* x, NUV_OP(SizeType) n, const NUV_ELEMENT* t)
         x->end = x->begin + n;
         return NUV_TRUE;
     }
+    // same bits: a block of so many elements is refused further down
     if (n > UINT64_MAX - size)
         return NUV_FALSE;
     nuv::Source<NUV_ELEMENT> source = {t, 0};
     if (size + n > nuv::CapacityOf(x) && !nuv::GrowKeeping(x, size + n, &source))
         return NUV_FALSE;
+    // same bits: copies of elements that own nothing cannot fail
     if (!nuv::ConstructRun(x->end, n - size, source))
         return NUV_FALSE;
     x->end = x->begin + n;

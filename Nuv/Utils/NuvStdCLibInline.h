@@ -10,6 +10,7 @@
 
 static inline void NuvMemCopy(void* destination, const void* source, NuvSizeT size)
 {
+    // same bits: no bytes, nothing to do, whatever the pointers
     if (size != 0)
         memcpy(destination, source, (size_t)size);
 }
@@ -17,17 +18,20 @@ static inline void NuvMemCopy(void* destination, const void* source, NuvSizeT si
 /// Like NuvMemCopy, for blocks that may overlap.
 static inline void NuvMemMove(void* destination, const void* source, NuvSizeT size)
 {
+    // same bits: no bytes, nothing to do, whatever the pointers
     if (size != 0)
         memmove(destination, source, (size_t)size);
 }
 
 static inline NuvBool NuvMemEqual(const void* x, const void* y, NuvSizeT size)
 {
+    // same bits: no bytes, nothing to do, whatever the pointers
     return size == 0 || memcmp(x, y, (size_t)size) == 0 ? NUV_TRUE : NUV_FALSE;
 }
 
 static inline void NuvMemZero(void* memory, NuvSizeT size)
 {
+    // same bits: no bytes, nothing to do, whatever the pointers
     if (size != 0)
         memset(memory, 0, (size_t)size);
 }

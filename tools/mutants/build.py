@@ -1,13 +1,37 @@
-"""The core as a shared library whose objects are replaced one at a time, and its tests, linked once.
+"""A layer as a shared library whose objects are replaced one at a time, and its tests, linked once.
 
 The flags are those of a build tree configured by CMake; all symbols are visible here, because tests
 call functions that are not exported.
 """
 import json
 import os
+import re
 import shlex
 import subprocess
+from dataclasses import dataclass
 from pathlib import Path
+
+
+@dataclass
+class Layer:
+    name: str
+    targets: re.Pattern  # of the objects
+    files: re.Pattern
+    tests: re.Pattern
+    goal: float
+    libraries: tuple  # what the tests need besides, of the build tree
+    flags: tuple
+
+
+CORE = Layer(
+    "core", re.compile(r".*/NuvLinearProgramming\.dir/"), re.compile("Nuv/"), re.compile("test_core_"), 0.95,
+    ("tests/libnuv_test_reference.a", "Nuv/SelfTest/libnuv_selftest_run.a", "Nuv/Corpus/libnuv_corpus.a"), (),
+)  # fmt: skip
+MODEL = Layer(
+    "model", re.compile(r".*/nuv_(algebra|sparse_simplex|certificate|exact)\.dir/"),
+    re.compile("Nuv/(Algebra|SparseSimplex|Certificate|Exact)/"),
+    re.compile("test_(engine|algebra|sparse_simplex|certificate|exact)"), 0.90, (), ("-lgmp",),
+)  # fmt: skip
 
 
 class Unit:
@@ -33,15 +57,16 @@ class Unit:
         self.reads = {file for file in files if file.parts[0] == "Nuv"}
 
 
-class Core:
-    def __init__(self, root, tree, work):
-        self.root, self.tree, self.work = Path(root), Path(tree), Path(work)
+class Library:
+    def __init__(self, layer, root, tree, work):
+        self.layer, self.root, self.tree, self.work = layer, Path(root), Path(tree), Path(work)
         self.work.mkdir(parents=True, exist_ok=True)
         entries = json.loads((self.tree / "compile_commands.json").read_text())
         self.units = [
-            Unit(entry, self.root) for entry in entries if "/NuvLinearProgramming.dir/" in entry["command"]
+            Unit(entry, self.root) for entry in entries if layer.targets.match(entry["command"])
         ]
-        self.files = sorted(set().union(*(unit.reads for unit in self.units)))
+        read = set().union(*(unit.reads for unit in self.units))
+        self.files = sorted(file for file in read if layer.files.match(str(file)))
 
     def compile(self, unit, output, overlay=None, flags=("-c",)):
         """Compiles a unit, reading files from `overlay` first. Answers whether it compiled."""
@@ -61,7 +86,7 @@ class Core:
     def relative(self, path):
         """The name of a file of the core below the root, or None."""
         resolved = os.path.relpath(Path(self.root, path).resolve(), self.root)
-        return Path(resolved) if resolved.startswith("Nuv/") else None
+        return Path(resolved) if self.layer.files.match(resolved) else None
 
     def object_of(self, unit):
         return self.work / f"{unit.name}.o"
@@ -78,8 +103,8 @@ class Core:
         objects = [*map(str, replaced.values())]
         objects += [str(self.object_of(unit)) for unit in self.units if unit.name not in replaced]
         # -Bsymbolic-functions: the library calls itself, as it does with hidden symbols.
-        command = ["cc", "-shared", "-fuse-ld=lld", "-Wl,-Bsymbolic-functions"]
-        command += ["-o", str(directory / "libcore.so"), *objects]
+        command = ["c++" if self.layer.flags else "cc", "-shared", "-fuse-ld=lld", "-Wl,-Bsymbolic-functions"]
+        command += ["-o", str(directory / "libcore.so"), *objects, *self.layer.flags]
         return subprocess.run(command, stderr=subprocess.DEVNULL).returncode == 0
 
     def link_tests(self, names):
@@ -91,10 +116,8 @@ class Core:
                 raise SystemExit(f"{name} is not built")
             program = self.work / name
             command = ["c++", "-fuse-ld=lld", "-o", str(program), *map(str, objects)]
-            for library in ("tests/libnuv_test_reference.a", "Nuv/SelfTest/libnuv_selftest_run.a",
-                            "Nuv/Corpus/libnuv_corpus.a"):
-                command.append(str(self.tree / library))
-            command += [f"-L{self.work}", "-lcore", "-lgtest_main", "-lgtest", "-pthread"]
+            command += [str(self.tree / library) for library in self.layer.libraries]
+            command += [f"-L{self.work}", "-lcore", *self.layer.flags, "-lgtest_main", "-lgtest", "-pthread"]
             subprocess.run(command, check=True)
             programs.append(program)
         return programs

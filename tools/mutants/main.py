@@ -1,14 +1,14 @@
-"""tools/mutation [--sample N] [--seed S] [--kind jumps|operators] [--listed] [--jobs N] [file...]: are
-the core's tests good enough to notice that the core is wrong?
+"""tools/mutation [--model] [--sample N] [--seed S] [--kind jumps|operators] [--marked] [--jobs N] [file...]:
+are the core's tests good enough to notice that the core is wrong?
 
-Makes mutants of the core (of the files named, or of all): each conditional jump of the compiler's output
-taken always and never, each operator and constant of the source replaced by another. Each mutant takes
-the place of one object of a shared library, against which the core's tests run until one fails, crashes
-or exceeds its time. A mutant that no test notices survives and is listed. Mutants that do not compile,
-compile to the same code, or to that of another mutant, are no mutants and are left out of the count.
-Those of tools/mutants/same, which no test can notice, are counted by themselves and not run; with
---listed they alone are run, and none may be noticed. Ends with 1 when fewer than 95 % of the others are
-killed, or when an entry of the list is wrong or fits no mutant.
+Makes mutants of the core (of the files named, or of all; with --model, of the checker and the engine): each
+conditional jump of the compiler's output taken always and never, each operator and constant of the source
+replaced by another. Each mutant takes the place of one object of a shared library, against which the
+layer's tests run until one fails, crashes or exceeds its time. A mutant that no test notices survives and is
+listed. Mutants that do not compile, compile to the same code, or to that of another mutant, are no mutants and
+are left out of the count, as are survivors of a line of which a comment says why its results may be the same
+(tools/mutants/marked.py). With --marked the mutants of such lines alone are run, and a comment of none that
+survives is an error. Ends with 1 when fewer than 95 % are killed (90 % with --model) or a comment is wrong.
 """
 import argparse
 import hashlib
@@ -27,16 +27,14 @@ import build
 import jumps
 import operators
 import places
-from listed import Listed
+from marked import Marked
 from trial import Trial
 
 TREE = ROOT / "build/mutation"
-LIST = ROOT / "tools/mutants/same"
-GOAL = 0.95
 
 
-def prepare():
-    """Configures and builds the tests, and answers their names."""
+def prepare(layer):
+    """Configures and builds the layer's tests, and answers their names."""
     flags = ["-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_C_FLAGS_DEBUG=-O2", "-DCMAKE_CXX_FLAGS_DEBUG=-O2"]
     switches = ["-DNUV_BUILD_TESTS=ON", "-DNUV_BUILD_BENCHMARKS=OFF", "-DNUV_WARNINGS_AS_ERRORS=OFF"]
     command = ["cmake", "-S", ROOT, "-B", TREE, "-G", "Ninja", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON"]
@@ -44,13 +42,12 @@ def prepare():
     listed = subprocess.run(
         ["ninja", "-C", TREE, "-t", "targets", "all"], check=True, capture_output=True, text=True
     ).stdout
-    names = sorted({line.split(":")[0] for line in listed.split("\n") if line.startswith("test_core_")})
+    names = sorted({line.split(":")[0] for line in listed.split("\n") if layer.tests.match(line)})
     subprocess.run(["ninja", "--quiet", "-C", TREE, *names], check=True)
     return names
 
 
-def find(core, kinds, files):
-    where = places.Places(core)
+def find(core, where, kinds, files):
     trees = list(places.trees(core))
     for tree in trees:
         where.add_functions(tree.cursor)
@@ -68,7 +65,7 @@ def find(core, kinds, files):
 def is_of_solver(file):
     """The files that a solve is made of. What a product, an inverse and each loop are has tests of its
     own."""
-    return file.parent.name == "Simplex"
+    return file.parent.name == "Simplex" or file.parts[1] not in ("Templates", "Utils")
 
 
 class Run:
@@ -120,37 +117,39 @@ def describe(mutant):
     return f"{place}\n        {mutant.text}   ({mutant.line}, {mutant.detail})"
 
 
-def report(counts, by_file, num_listed):
+def report(counts, by_file):
     for file in sorted(by_file):
         of = by_file[file]
         print(f"{str(file):50} {of['killed']} of {of['killed'] + of['survives']} killed")
     killed, made = counts["killed"], counts["killed"] + counts["survives"]
     share = killed / made if made else 1.0
     print(
-        f"{killed} of {made} mutants killed, {100 * share:.1f} %; {num_listed} more are of tools/mutants/same; "
-        f"{counts['survives']} survive"
+        f"{killed} of {made} mutants killed, {100 * share:.1f} %; {counts['same']} more are the same, as a "
+        f"comment says; {counts['survives']} survive"
     )
-    return share >= GOAL
+    return share
 
 
-def try_mutants(run, mutants, num_listed):
+def try_mutants(run, mutants, marked, goal):
     counts, by_file = Counter(), {}
     for mutant, outcome in run.outcomes(mutants):
+        if outcome == "survives" and marked.comment_of(mutant):
+            outcome = "same"
         counts[outcome] += 1
         by_file.setdefault(mutant.file, Counter())[outcome] += 1
         if outcome == "survives":
             print(f"survives: {describe(mutant)}", flush=True)
-    return report(counts, by_file, num_listed)
+    return report(counts, by_file) >= goal
 
 
-def try_listed(run, mutants):
-    counts = Counter()
+def try_marked(run, mutants, marked, files):
+    unneeded = marked.comments(files)
     for mutant, outcome in run.outcomes(mutants):
-        counts[outcome] += 1
-        if outcome == "killed":
-            print(f"listed, and noticed: {describe(mutant)}", flush=True)
-    print(f"{counts['survives']} of those listed run as the core does, {counts['killed']} do not")
-    return counts["killed"] == 0
+        if outcome == "survives":
+            unneeded.discard(marked.comment_of(mutant))
+    for file, line in sorted(unneeded):
+        print(f"{file}:{line}: nothing survives here")
+    return not unneeded
 
 
 def arguments():
@@ -158,7 +157,8 @@ def arguments():
     parser.add_argument("--sample", type=int, help="so many mutants, drawn by chance")
     parser.add_argument("--seed", type=int, default=1, help="of the sample")
     parser.add_argument("--kind", choices=("jumps", "operators"), help="one kind of mutants alone")
-    parser.add_argument("--listed", action="store_true", help="the mutants of tools/mutants/same alone")
+    parser.add_argument("--marked", action="store_true", help="the mutants that comments are about, alone")
+    parser.add_argument("--model", action="store_true", help="of the checker and the engine")
     parser.add_argument("--jobs", type=int, default=2, help="so many at a time")
     parser.add_argument("files", nargs="*")
     return parser.parse_args()
@@ -166,30 +166,30 @@ def arguments():
 
 def main():
     given = arguments()
-    names = prepare()
-    core = build.Core(ROOT, TREE, TREE / "mutants")
+    layer = build.MODEL if given.model else build.CORE
+    names = prepare(layer)
+    core = build.Library(layer, ROOT, TREE, TREE / f"mutants-{layer.name}")
     core.compile_all()
     core.link(core.work, {})
     trial = Trial(core.link_tests(names), core.work)
     for test in trial.tests:
         print(f"{test.program.name}: {test.seconds:.2f} s")
     kinds = [given.kind] if given.kind else ["jumps", "operators"]
-    mutants = find(core, kinds, given.files)
+    where = places.Places(core)
+    mutants = find(core, where, kinds, given.files)
     print(f"{len(mutants)} mutants")
-    same = Listed(LIST)
-    listed = {id(mutant) for mutant in mutants if same.has(mutant)}
-    stale = [] if given.kind else same.unused({str(mutant.file) for mutant in mutants})
+    marked = Marked(where.lines)
+    if given.marked:
+        mutants = [mutant for mutant in mutants if marked.comment_of(mutant)]
     if given.sample and given.sample < len(mutants):
         # A smaller sample of the same seed is the beginning of a larger one.
         random.Random(given.seed).shuffle(mutants)
         mutants = mutants[: given.sample]
         print(f"{len(mutants)} of them, seed {given.seed}")
     run = Run(core, trial, given.jobs)
-    chosen = [mutant for mutant in mutants if (id(mutant) in listed) == given.listed]
-    is_good = try_listed(run, chosen) if given.listed else try_mutants(run, chosen, len(mutants) - len(chosen))
-    for entry in stale:
-        print(f"tools/mutants/same: fits no mutant: {entry}")
-    return 0 if is_good and not stale else 1
+    if given.marked:
+        return 0 if try_marked(run, mutants, marked, {mutant.file for mutant in mutants}) else 1
+    return 0 if try_mutants(run, mutants, marked, layer.goal) else 1
 
 
 if __name__ == "__main__":

@@ -65,6 +65,7 @@ bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result,
         const NuvFloat32 pivot = y[pivotRow * n + k];
         if (pivot == 0.0F)
             return false;
+        // same bits: exchanging a row with itself changes nothing
         if (pivotRow != k)
         {
             ExchangeRows(y + k * n, y + pivotRow * n, n);

@@ -69,6 +69,8 @@ NUV_LANES_INLINE UintLanes CountFrom(NuvUint x)
 template <class T>
 NUV_LANES_INLINE T LargerOf(const T& x, const T& y)
 {
+    // same bits: of two equal numbers either will do, but for the sign of a zero, which is not
+    // asked for
     return x > y ? x : y;
 }
 
@@ -76,6 +78,8 @@ NUV_LANES_INLINE T LargerOf(const T& x, const T& y)
 template <class T>
 NUV_LANES_INLINE T SmallerOf(const T& x, const T& y)
 {
+    // same bits: of two equal numbers either will do, but for the sign of a zero, which is not
+    // asked for
     return x < y ? x : y;
 }
 
@@ -122,6 +126,7 @@ NUV_LANES_INLINE bool AreZero(const Lanes& x)
     return _mm256_movemask_ps(_mm256_cmp_ps(x, Lanes{}, _CMP_NEQ_UQ)) == 0;
 #else
     return std::bit_cast<NuvFloat32>(
+               // same bits: the lanes are 0 or NaN
                Reduce(x * x, [](const auto& y, const auto& z) { return y + z; })) == 0.0F;
 #endif
 }

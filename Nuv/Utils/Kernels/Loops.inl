@@ -45,6 +45,7 @@ Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUin
         best = LargerOf(difference, best);
     }
     const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Reduce(best, larger));
+    // same bits: the smallest ratio and the largest difference are no NaN
     if (largest == 0.0F)
         return {largest, 0};
     UintLanes last = {};
@@ -71,6 +72,8 @@ Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, 
         best = SmallerOf(ratio, best);
     }
     const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Reduce(best, smaller));
+    // same bits: the smallest ratio and the largest difference are no NaN; beside FLT_MAX an index
+    // says nothing
     if (smallest == FLT_MAX)
         return {smallest, 0};
     UintLanes first = BroadcastUint(UINT32_MAX);
@@ -108,8 +111,10 @@ void MultiplyRows(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, 
                   NuvSizeT cols)
 {
     NuvSizeT j = 0;
+    // same bits: how many lanes are taken at a time is a choice of time
     for (; cols - j >= 2 * lanes; j += 2 * lanes)
         MultiplyStripe<Lanes, numRows, 2>(x, y + j, result + j, inner, cols);
+    // same bits: how many lanes are taken at a time is a choice of time
     for (; cols - j >= lanes; j += lanes)
         MultiplyStripe<Lanes, numRows, 1>(x, y + j, result + j, inner, cols);
     for (; j != cols; ++j)
@@ -119,6 +124,7 @@ void MultiplyRows(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, 
 void MultiplyMatrices(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, NuvSizeT rows,
                       NuvSizeT inner, NuvSizeT cols)
 {
+    // same bits: sums of nothing come out of the loops as well
     if (inner == 0)
     {
         // Sums of nothing; the operands may be null, from which no address is counted.

@@ -19,6 +19,7 @@ inline bool HasNonzero(const NuvFloat32* x)
     {
         NuvSizeT pairs[count / 2];
         memcpy(pairs, x, sizeof pairs);
+        // same bits: a zero that is taken for another number adds ±0
         NuvSizeT any = 0;
         for (const NuvSizeT pair : pairs)
             any |= pair;

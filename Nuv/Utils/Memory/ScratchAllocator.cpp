@@ -73,6 +73,7 @@ void DeallocateScratch(NuvAllocator* allocator, void* memory, NuvSizeT)
 
 bool HasYounger(const NuvScratchAllocator* x, NuvSizeT mark)
 {
+    // same bits: without a younger block the walk ends at once, and no older block is pinned
     return x->newest && x->newest->number > mark;
 }
 
@@ -168,6 +169,7 @@ NuvScratchAllocator* NuvScratchAllocatorConstruct(NuvScratchAllocator* x, NuvAll
     x->allocator = {nuv::AllocateScratch, nuv::DeallocateScratch, upstream->maxSize, x};
     x->upstream = upstream;
     x->newest = nullptr;
+    // same bits: only the order of the numbers of marks counts
     x->taken = 0;
     x->numBlocks = 0;
     return x;

@@ -52,6 +52,7 @@ struct nuv::Element<NuvLinearProgrammingVariable>
 
     static bool Assign(NuvLinearProgrammingVariable* x, const NuvLinearProgrammingVariable* y)
     {
+        // same bits: nobody asks whether the copy of a record inside a pair succeeded
         return NuvLinearProgrammingVariableAssign(x, y) != nullptr;
     }
 
@@ -79,6 +80,7 @@ struct nuv::Element<NuvLinearProgrammingConstraint>
 
     static bool Assign(NuvLinearProgrammingConstraint* x, const NuvLinearProgrammingConstraint* y)
     {
+        // same bits: nobody asks whether the copy of a record inside a pair succeeded
         return NuvLinearProgrammingConstraintAssign(x, y) != nullptr;
     }
 

@@ -66,9 +66,11 @@ void DestructMatrices(NuvLinearProgramming* lp)
 bool ConstructMaps(NuvLinearProgramming* lp, NuvAllocator* alloc)
 {
     if (!NuvUnordered_NuvString__NuvLinearProgrammingVariableConstruct(
+            // same bits: no and one bucket asked for make two
             &lp->variables, NuvStringHash, 0, alloc, alloc))
         return false;
     if (NuvUnordered_NuvUint__NuvLinearProgrammingConstraintConstruct(
+            // same bits: no and one bucket asked for make two
             &lp->constraints, NuvConstraintIdHash, 0, alloc, alloc))
         return true;
     NuvUnordered_NuvString__NuvLinearProgrammingVariableDestruct(&lp->variables);
@@ -155,6 +157,7 @@ NuvUint NuvLinearProgrammingGetNumConstraints(const NuvLinearProgramming* lp)
 NuvBool NuvLinearProgrammingSetInput(NuvLinearProgramming* lp, const NuvMatrix_NuvFloat32* A,
                                      const NuvMatrix_NuvFloat32* b, const NuvMatrix_NuvFloat32* c)
 {
+    // same bits: a place more is not used
     const NuvMatrix_NuvFloat32 copies[3] = {nuv::CopyOf(A), nuv::CopyOf(b), nuv::CopyOf(c)};
     nuv::Replace(&lp->A, &copies[0]);
     nuv::Replace(&lp->b, &copies[1]);

@@ -14,6 +14,7 @@ namespace
 {
 // What empty strings without a block share. Never written: every write is preceded by a test of
 // `capacity`.
+// same bits: a place more is not used
 const char emptyText[1] = {'\0'};
 
 bool ConstructBytes(NuvString* x, NuvAllocator* allocator, const char* bytes, NuvSizeT size)
@@ -52,6 +53,7 @@ NuvString* NuvStringConstructFormatted(NuvString* x, NuvAllocator* allocator, co
                                        ...)
 {
     NuvStringConstructDefault(x, allocator);
+    // same bits: a text of 31 characters comes out of either way
     char shortText[32];
     va_list arguments;
     va_start(arguments, format);
@@ -67,6 +69,7 @@ NuvString* NuvStringConstructFormatted(NuvString* x, NuvAllocator* allocator, co
     if (!block)
         return nullptr;
     va_start(arguments, format);
+    // same bits: the text has its length, and so its end, before the room is used up
     (void)vsnprintf(block, static_cast<size_t>(size) + 1, format, arguments);
     va_end(arguments);
     x->buf = block;

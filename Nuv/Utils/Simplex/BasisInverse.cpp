@@ -198,6 +198,7 @@ void SetCost(BasisInverse* x, NuvUint row, NuvFloat32 cost)
     CostedRows* const costed = &x->costed;
     const NuvUint position = FindCosted(costed, row);
     const bool isCosted = position != costed->count && costed->rows[position] == row;
+    // same bits: costs are no NaN here
     if (cost == 0.0F)
     {
         if (isCosted)

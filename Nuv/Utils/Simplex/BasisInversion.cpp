@@ -25,6 +25,8 @@ void Apply(const EliminationStep* step, const Kernels* kernels, NuvFloat32* x, N
     const NuvFloat32 element = x[step->exchanged] / step->pivot;
     x[step->exchanged] = x[step->position];
     x[step->position] = element;
+    // same bits: a multiple of ±0 changes finite numbers in signs of zeros alone, which do not
+    // show; what is not finite stays so, and is found later
     if (element != 0.0F && step->multipliers)
         kernels->subtractMultiple(x, step->multipliers, element, length);
 }
@@ -41,9 +43,13 @@ void ApplyFrom(const Elimination* elimination, NuvUint first, const Kernels* ker
 NuvUint FollowUnit(const Elimination* elimination, NuvUint* row)
 {
     NuvUint k = 0;
+    // same bits: a unit column, followed through the exchanges or through all steps, has the same
+    // elements but for signs of zeros, which do not show
     for (; k != elimination->numSteps; ++k)
     {
         const EliminationStep* const step = elimination->steps + k;
+        // same bits: a unit column, followed through the exchanges or through all steps, has the
+        // same elements but for signs of zeros, which do not show
         if (*row == step->exchanged)
             break;
         if (*row == step->position)
@@ -73,6 +79,8 @@ Found AppendStep(Elimination* elimination, const BasisInverse* inverse, NuvFloat
         return Found::NotFinite;
     const NuvUint pivotRow = static_cast<NuvUint>(FindPivotRow(x, 1, position, inverse->m));
     const NuvFloat32 pivot = x[pivotRow];
+    // same bits: a pivot out of a finite column is no NaN; a division by 0 makes numbers that are
+    // not finite, and these lead to the dense iteration
     if (pivot == 0.0F)
         return Found::Singular;
     x[pivotRow] = x[position];
@@ -88,6 +96,8 @@ Found EliminateSlack(Elimination* elimination, const BasisInverse* inverse, NuvU
 {
     NuvUint row = slack;
     const NuvUint first = FollowUnit(elimination, &row);
+    // same bits: a unit column, followed through the exchanges or through all steps, has the same
+    // elements but for signs of zeros, which do not show
     if (first != elimination->numSteps)
     {
         NuvFloat32* const x =
@@ -96,8 +106,11 @@ Found EliminateSlack(Elimination* elimination, const BasisInverse* inverse, NuvU
         ApplyFrom(elimination, first, inverse->kernels, x, inverse->stride);
         return AppendStep(elimination, inverse, x, position);
     }
+    // same bits: only a label that stands twice leads here, and such labels take the dense
+    // iteration
     if (row < position)
         return Found::Singular;
+    // same bits: exchanging a row with itself without multipliers changes nothing
     if (row > position)
         elimination->steps[elimination->numSteps++] = {position, row, 1.0F, nullptr};
     return Found::Step;
@@ -124,6 +137,8 @@ bool EliminateIdentity(const Elimination* elimination, BasisInverse* inverse)
     {
         NuvUint row = column;
         const NuvUint first = FollowUnit(elimination, &row);
+        // same bits: a unit column, followed through the exchanges or through all steps, has the
+        // same elements but for signs of zeros, which do not show
         if (first == elimination->numSteps && row == column)
             continue;
         NuvFloat32* const x = StoreColumn(inverse, column);

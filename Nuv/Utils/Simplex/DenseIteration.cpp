@@ -25,6 +25,8 @@ NuvSizeT PlaceArrays(DenseIteration* x, const Iteration* it, void* block)
 
 bool AllocateArrays(DenseIteration* x, const Iteration* it)
 {
+    // same bits: the answer is false on both ways, and without a block there is nothing to give
+    // back
     if (!AllocateWorkspace(&x->workspace, it->allocator, PlaceArrays(x, it, nullptr)))
         return false;
     (void)PlaceArrays(x, it, x->workspace.block);
@@ -64,6 +66,7 @@ Entering ChooseEntering(DenseIteration* x, Iteration* it)
     for (NuvSizeT i = 0; i != it->m; ++i)
         for (NuvUint j = 0; j != it->numNonbasic; ++j)
             x->sums[j] = x->sums[j] + it->prices[i] * ElementOf(it->form, i, x->nonbasicColumns[j]);
+    // same bits: without an entering column its position is not read
     Entering best = {0, 0.0F};
     for (NuvUint j = 0; j != it->numNonbasic; ++j)
     {

@@ -50,6 +50,7 @@ Leaving ChooseLeaving(Iteration* it)
     const Choice smallest =
         it->kernels->findSmallestRatio(it->basicValues, it->direction, it->ratios, it->stride);
     if (smallest.value == FLT_MAX)
+        // same bits: the row of a leaving variable that does not exist is not read
         return {0, false};
     const bool isArtificial =
         it->artificialRow != it->m && it->ratios[it->artificialRow] == smallest.value;

@@ -29,6 +29,8 @@ NuvUint* ListNonzeros(const NuvFloat32* row, NuvUint n, NuvUint* columns)
         }
         const NuvUint end = n - j >= blankLength ? j + blankLength : n;
         for (; j != end; ++j)
+            // same bits: elements of A are no NaN here, and a price that is one leads to the dense
+            // iteration
             if (row[j] != 0.0F)
                 *columns++ = j;
     }
@@ -74,6 +76,8 @@ void SumColumnsOfRow(SparsePricing* x, const NuvFloat32* prices, NuvUint row, Nu
     for (NuvUint k = x->rowStarts[row]; k != x->rowStarts[row + 1]; ++k)
     {
         const NuvUint j = x->columns[k];
+        // same bits: a column that is summed again has the same sum, a row that is read again the
+        // same non-zeros
         if (x->visits[j] == x->visit)
             continue;
         x->visits[j] = x->visit;
@@ -91,10 +95,14 @@ NuvUint FindChangedRows(SparsePricing* x, const NuvFloat32* prices, const NuvUin
     for (NuvUint k = 0; k != numRows; ++k)
     {
         const NuvUint i = rows[k];
+        // same bits: a column that is summed again has the same sum, a row that is read again the
+        // same non-zeros; elements of A are no NaN here, and a price that is one leads to the dense
+        // iteration
         if (prices[i] == x->prices[i])
             continue;
         x->prices[i] = prices[i];
         x->changedRows[count++] = i;
+        // same bits: how many non-zeros there are chooses between two ways to the same sums
         nonzeros += x->rowStarts[i + 1] - x->rowStarts[i];
     }
     *numChanged = count;
@@ -105,6 +113,7 @@ NuvUint FindChangedRows(SparsePricing* x, const NuvFloat32* prices, const NuvUin
 bool IsSparse(const StandardForm* form)
 {
     // A non-zero by itself costs about as much as a tile of a dense row.
+    // same bits: how many non-zeros there are chooses between two ways to the same sums
     return form->maxNonzeros <= static_cast<NuvSizeT>(form->m) * form->n / Kernels::tile;
 }
 
@@ -144,15 +153,18 @@ void SumColumns(SparsePricing* x, const NuvFloat32* prices, const NuvUint* rows,
     NuvUint numChanged;
     const NuvUint nonzeros = FindChangedRows(x, prices, rows, count, &numChanged);
     // To find columns by rows costs about three times as much as to take them one after the other.
+    // same bits: a dense or a sparse row, a short or a long walk, with the same sums
     if (nonzeros > x->starts[x->n] / 3 || !switches.incrementalSums)
     {
         for (NuvUint j = 0; j != x->n; ++j)
             sums[j] = SumColumn(x, prices, j);
         return;
     }
+    // same bits: stamps that count down differ from each other as well
     if (++x->visit == 0)
     {
         NuvMemZero(x->visits, x->n * sizeof *x->visits);
+        // same bits: any stamp but 0 differs from those that were set to zero
         x->visit = 1;
     }
     // A column in none of whose rows the price has changed keeps its sum: the same terms are

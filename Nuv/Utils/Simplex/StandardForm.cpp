@@ -161,6 +161,7 @@ bool HasStandardForm(const NuvLinearProgramming* lp)
 
 bool AreFinite(const NuvFloat32* x, NuvSizeT count)
 {
+    // same bits: the dense iteration, which this leads to, has the bits of the definition
     bool areFinite = true;
     for (NuvSizeT i = 0; i != count; ++i)
         areFinite &= IsFinite(x[i]);
@@ -180,6 +181,7 @@ bool PrepareInputs(NuvLinearProgramming* lp, StandardForm* form)
     if (!ResizeMatrices(lp, m) || !StoreConstraints(lp, &tally))
         return false;
     const NuvSizeT maxNonzeros = tally.numCoefficients;
+    // same bits: a failed preparation answers false on both ways, and its facts are not used
     if (!StoreByIndex(&lp->objective, lp->c.data, lp->numVars, &tally) || !StoreSlackBasis(lp))
         return false;
     *form = ViewOf(lp);

@@ -24,6 +24,7 @@ bool LabelsMatchColumns(const Iteration* it)
 {
     if (it->phase == Phase::II)
         return true;
+    // same bits: the artificial variable stands at position 0 from the beginning
     for (NuvUint j = 0; j != it->numNonbasic; ++j)
         if (it->nonbasic[j] != j)
             return false;

@@ -9,6 +9,7 @@ namespace nuv
 namespace
 {
 /// As many as the end of Phase I retains.
+// same bits: a place more is not used
 constexpr NuvSizeT maxBlocks = 12;
 }  // namespace
 

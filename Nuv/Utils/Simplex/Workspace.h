@@ -18,6 +18,7 @@ public:
     explicit WorkspaceLayout(void* block)
         : base(static_cast<unsigned char*>(block)), isCounting(!block), size(0)
     {
+        // same bits: a null block is at the beginning of a line
         if (!isCounting)
             base += (lineSize - reinterpret_cast<uintptr_t>(block) % lineSize) % lineSize;
     }
@@ -25,6 +26,8 @@ public:
     template <class T>
     void Place(T** array, NuvSizeT count)
     {
+        // same bits: while the sizes are counted nobody reads the arrays, which are placed a second
+        // time
         *array = isCounting ? nullptr : reinterpret_cast<T*>(base + size);
         size += (count * sizeof(T) + lineSize - 1) / lineSize * lineSize;
     }
