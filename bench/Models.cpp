@@ -35,7 +35,7 @@ nuv::SolveOptions OptionsFor(nuv::Numbers numbers)
 {
     nuv::SolveOptions options;
     options.numbers = numbers;
-    options.seconds = 60.0;
+    options.limits.seconds = 60.0;
     // The time of a proof, without that of the explanation behind it.
     options.conflictSeconds = 0.0;
     return options;

@@ -56,7 +56,7 @@ struct Proof
 
     Basis basis;  ///< the last basis
 
-    // How it was found.
+    // How it was found; the pivots since the control began.
     std::uint64_t doublePivots = 0;
     std::uint64_t exactPivots = 0;
     bool ranDouble = false;

@@ -47,22 +47,20 @@ void Measure(const BoundedForm& form, Proof& proof)
 constexpr int kRefinements = 20;
 
 /// The exact stage from proof.basis. @return what it suspects if it gave up.
-SimplexVerdict RunExact(const BoundedForm& form, int rounds, Watch& watch, Proof& proof)
+SimplexVerdict RunExact(const BoundedForm& form, int rounds, SolveControl& control, Proof& proof)
 {
-    ExactSimplex exact(form, Basis(proof.basis), rounds, watch);
+    ExactSimplex exact(form, Basis(proof.basis), rounds, control);
     return exact.Run(proof);
 }
 
-/// Optimises an auxiliary form from its start, in doubles and then exactly. The pivots are counted
-/// in `outer`.
-Proof Optimise(const AuxiliaryForm& auxiliary, Watch& watch, Proof& outer)
+/// Optimises an auxiliary form from its start, in doubles and then exactly.
+Proof Optimise(const AuxiliaryForm& auxiliary, SolveControl& control)
 {
+    const SolveControl::Aside aside(control);
     Proof proof;
-    DoubleResult result = SolveInDoubles(auxiliary.form, auxiliary.start, watch);
+    DoubleResult result = SolveInDoubles(auxiliary.form, auxiliary.start, control);
     proof.basis = std::move(result.basis);
-    (void)RunExact(auxiliary.form, kRefinements, watch, proof);
-    outer.doublePivots += result.pivots + proof.doublePivots;
-    outer.exactPivots += proof.exactPivots;
+    (void)RunExact(auxiliary.form, kRefinements, control, proof);
     return proof;
 }
 
@@ -77,9 +75,10 @@ std::vector<double> CutColumns(const BoundedForm& form, std::vector<double> byVa
 
 /// @return whether the form is proved infeasible. If it is feasible after all, proof.basis is a
 /// basis near a feasible one, and `point` the point found.
-bool ProveInfeasible(const BoundedForm& form, Watch& watch, Proof& proof, ExactVector& point)
+bool ProveInfeasible(const BoundedForm& form, SolveControl& control, Proof& proof,
+                     ExactVector& point)
 {
-    Proof elastic = Optimise(ElasticForm(form, proof.basis), watch, proof);
+    Proof elastic = Optimise(ElasticForm(form, proof.basis), control);
     // What has no point even so has none without the added columns.
     const bool isEmpty = elastic.status == ProofStatus::Infeasible;
     if (!isEmpty && elastic.status != ProofStatus::Optimal)
@@ -103,12 +102,12 @@ bool ProveInfeasible(const BoundedForm& form, Watch& watch, Proof& proof, ExactV
 /// A point and a direction from it, each found by itself.
 /// @return whether there is a verdict: that the form is unbounded or, for want of a point,
 /// infeasible.
-bool ProveUnbounded(const BoundedForm& form, Watch& watch, Proof& proof)
+bool ProveUnbounded(const BoundedForm& form, SolveControl& control, Proof& proof)
 {
-    Proof ray = Optimise(RayForm(form, proof.basis), watch, proof);
+    Proof ray = Optimise(RayForm(form, proof.basis), control);
     if (ray.status != ProofStatus::Optimal || ray.objective >= 0)
         return false;
-    if (ProveInfeasible(form, watch, proof, proof.primal))
+    if (ProveInfeasible(form, control, proof, proof.primal))
         return true;
     if (proof.primal.numerator.empty())
         return false;
@@ -118,44 +117,54 @@ bool ProveUnbounded(const BoundedForm& form, Watch& watch, Proof& proof)
 }
 
 /// Takes the guess of the stage before for what it is, and follows it until something is proved.
-void Decide(const BoundedForm& form, SimplexVerdict guess, int refinements, Watch& watch,
+void Decide(const BoundedForm& form, SimplexVerdict guess, int refinements, SolveControl& control,
             Proof& proof)
 {
     constexpr int kGuesses = 3;
     for (int round = 0; round < kGuesses; ++round)
     {
+        if (control.IsStopped())
+            return;
         ExactVector unused;
-        if (guess == SimplexVerdict::Infeasible && ProveInfeasible(form, watch, proof, unused))
+        if (guess == SimplexVerdict::Infeasible && ProveInfeasible(form, control, proof, unused))
             return;
-        if (guess == SimplexVerdict::Unbounded && ProveUnbounded(form, watch, proof))
+        if (guess == SimplexVerdict::Unbounded && ProveUnbounded(form, control, proof))
             return;
-        guess = RunExact(form, round + 1 < kGuesses ? refinements : 0, watch, proof);
+        guess = RunExact(form, round + 1 < kGuesses ? refinements : 0, control, proof);
         if (proof.status != ProofStatus::Stopped || guess == SimplexVerdict::Optimal)
             return;
     }
 }
 
-/// The exact stage from proof.basis, its check, and what is left to say if it was stopped.
-void ProveBasis(const BoundedForm& form, SimplexVerdict guess, int refinements, Watch& watch,
-                Proof& proof)
+/// Checks what the exact stage claims, and says what is left to say if it claims nothing.
+void Finish(const BoundedForm& form, double begin, SolveControl& control, Proof& proof)
 {
-    const double begin = watch.Seconds();
+    const double solved = control.Seconds();
     proof.ranExact = true;
-    Decide(form, guess, refinements, watch, proof);
-    const double solved = watch.Seconds();
     proof.exactSeconds = solved - begin;
     if (proof.status != ProofStatus::Stopped)
     {
         proof.proved = CheckProof(form, proof).empty();
-        proof.checkSeconds = watch.Seconds() - solved;
+        proof.checkSeconds = control.Seconds() - solved;
         if (!proof.proved)
             proof.status = ProofStatus::Stopped;
     }
     if (proof.status == ProofStatus::Stopped)
     {
-        proof.stopReason = watch.Reason();
+        proof.stopReason = control.Reason();
         Measure(form, proof);
     }
+    proof.doublePivots = control.Pivots(Stage::Double);
+    proof.exactPivots = control.Pivots(Stage::Exact);
+}
+
+/// The exact stage from proof.basis.
+void ProveBasis(const BoundedForm& form, SimplexVerdict guess, int refinements,
+                SolveControl& control, Proof& proof)
+{
+    const double begin = control.Seconds();
+    Decide(form, guess, refinements, control, proof);
+    Finish(form, begin, control, proof);
 }
 
 /// What needs no solving: bad data and bounds that cross. @return whether that was all.
@@ -174,30 +183,44 @@ bool ProveAtSight(const BoundedForm& form, Proof& proof)
 
 }  // namespace
 
-Proof SolveProved(const BoundedForm& form, const Basis* start, const Limits& limits)
+Proof SolveProved(const BoundedForm& form, const Basis* start, SolveControl& control)
 {
     Proof proof;
     if (ProveAtSight(form, proof))
         return proof;
-    Watch watch(limits);
-    DoubleResult result = SolveInDoubles(form, start != nullptr ? *start : SlackBasis(form), watch);
+    const double begin = control.Seconds();
+    DoubleResult result =
+        SolveInDoubles(form, start != nullptr ? *start : SlackBasis(form), control);
     proof.ranDouble = true;
-    proof.doublePivots = result.pivots;
-    proof.doubleSeconds = watch.Seconds();
+    proof.doubleSeconds = control.Seconds() - begin;
     proof.basis = std::move(result.basis);
-    ProveBasis(form, result.verdict, kRefinements, watch, proof);
+    ProveBasis(form, result.verdict, kRefinements, control, proof);
     return proof;
 }
 
-Proof ProveFrom(const BoundedForm& form, const Basis& start, const Limits& limits)
+Proof ProveFrom(const BoundedForm& form, const Basis& start, SolveControl& control)
 {
     Proof proof;
     if (ProveAtSight(form, proof))
         return proof;
-    Watch watch(limits);
     proof.basis = start;
     FitBasis(form, proof.basis);
-    ProveBasis(form, SimplexVerdict::Optimal, 0, watch, proof);
+    ProveBasis(form, SimplexVerdict::Optimal, 0, control, proof);
+    return proof;
+}
+
+Proof CertifyBasis(const BoundedForm& form, const Basis& basis, SolveControl& control)
+{
+    Proof proof;
+    if (ProveAtSight(form, proof))
+        return proof;
+    const double begin = control.Seconds();
+    proof.basis = basis;
+    FitBasis(form, proof.basis);
+    ExactSimplex exact(form, Basis(proof.basis), 0, control);
+    exact.ForbidPivots();
+    (void)exact.Run(proof);
+    Finish(form, begin, control, proof);
     return proof;
 }
 

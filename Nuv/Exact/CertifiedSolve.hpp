@@ -3,16 +3,21 @@
 #pragma once
 
 #include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
 
 namespace nuv
 {
 
-/// Solves and proves. The proof's status is Stopped if a limit was met first; no other status is
-/// reported without a certificate that CheckProof has accepted.
-[[nodiscard]] Proof SolveProved(const BoundedForm& form, const Basis* start, const Limits& limits);
+/// Solves and proves. The proof's status is Stopped if the control ended it first; no other status
+/// is reported without a certificate that CheckProof has accepted.
+[[nodiscard]] Proof SolveProved(const BoundedForm& form, const Basis* start, SolveControl& control);
 
 /// Only the exact stage, from `start` and without any pivot in doubles: for a caller whose basis is
 /// good already.
-[[nodiscard]] Proof ProveFrom(const BoundedForm& form, const Basis& start, const Limits& limits);
+[[nodiscard]] Proof ProveFrom(const BoundedForm& form, const Basis& start, SolveControl& control);
+
+/// No pivot at all: Optimal if the basis is that, Stopped otherwise.
+[[nodiscard]] Proof CertifyBasis(const BoundedForm& form, const Basis& basis,
+                                 SolveControl& control);
 
 }  // namespace nuv

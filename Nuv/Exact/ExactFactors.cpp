@@ -62,24 +62,26 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
     return dropped;
 }
 
-bool ExactFactors::SolveForward(const ScaledVector& rightSide, ExactVector& solution, Watch& watch)
+bool ExactFactors::SolveForward(const ScaledVector& rightSide, ExactVector& solution,
+                                SolveControl& control)
 {
     if (!m_forward)
     {
         m_forward =
             std::make_unique<PadicLifting>(m_columns, *m_factors, PadicLifting::Side::Forward);
     }
-    return m_forward->Solve(rightSide, solution, [&watch] { return watch.TimeIsUp(); });
+    return m_forward->Solve(rightSide, solution, [&control] { return control.IsStopped(); });
 }
 
-bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& solution, Watch& watch)
+bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& solution,
+                                 SolveControl& control)
 {
     if (!m_backward)
     {
         m_backward = std::make_unique<PadicLifting>(Transposed(m_columns, m_exact.form.rows),
                                                     *m_factors, PadicLifting::Side::Backward);
     }
-    return m_backward->Solve(rightSide, solution, [&watch] { return watch.TimeIsUp(); });
+    return m_backward->Solve(rightSide, solution, [&control] { return control.IsStopped(); });
 }
 
 }  // namespace nuv

@@ -21,13 +21,13 @@ public:
     /// @return the variables that were replaced.
     std::vector<Index> Factorise(std::vector<Index>& head);
 
-    /// Solves B x = b, b by rows, x by positions. @return false if the watch stopped it.
+    /// Solves B x = b, b by rows, x by positions. @return false if the control stopped it.
     [[nodiscard]] bool SolveForward(const ScaledVector& rightSide, ExactVector& solution,
-                                    Watch& watch);
+                                    SolveControl& control);
 
-    /// Solves B' y = c, c by positions, y by rows. @return false if the watch stopped it.
+    /// Solves B' y = c, c by positions, y by rows. @return false if the control stopped it.
     [[nodiscard]] bool SolveBackward(const ScaledVector& rightSide, ExactVector& solution,
-                                     Watch& watch);
+                                     SolveControl& control);
 
 private:
     const ExactForm& m_exact;

@@ -6,8 +6,9 @@
 namespace nuv
 {
 
-ExactSimplex::ExactSimplex(const BoundedForm& form, const Basis& start, int rounds, Watch& watch)
-    : m_form(form), m_watch(watch), m_exact(form), m_factors(m_exact), m_rounds(rounds)
+ExactSimplex::ExactSimplex(const BoundedForm& form, const Basis& start, int rounds,
+                           SolveControl& control)
+    : m_form(form), m_control(control), m_exact(form), m_factors(m_exact), m_rounds(rounds)
 {
     Basis basis = start;
     FitBasis(form, basis);
@@ -25,8 +26,6 @@ SimplexVerdict ExactSimplex::Run(Proof& proof)
     Outcome outcome = Outcome::GoOn;
     while (outcome == Outcome::GoOn)
         outcome = Factorise() ? Step() : Outcome::Stopped;
-    proof.exactPivots += m_pivots;
-    proof.doublePivots += m_refinement ? m_refinement->Pivots() : 0;
     proof.basis.columns.assign(m_status.begin(), m_status.begin() + m_form.columns);
     proof.basis.rows.assign(m_status.begin() + m_form.columns, m_status.end());
     switch (outcome)
@@ -70,6 +69,8 @@ ExactSimplex::Outcome ExactSimplex::Step()
     const bool dualFeasible = ChooseEntering(false, direction) == kNoIndex;
     if (feasible && dualFeasible)
         return Outcome::Optimal;
+    if (!m_mayPivot)
+        return Outcome::Stopped;
     if (m_rounds > 0 && Refine())
         return m_suspicion == SimplexVerdict::Optimal ? Outcome::GoOn : Outcome::Doubtful;
     if (feasible)
@@ -89,7 +90,7 @@ bool ExactSimplex::Refine()
     --m_rounds;
     std::vector<BasisStatus> status;
     const SimplexVerdict verdict =
-        m_refinement->Run({m_status, m_head, m_values, m_duals}, m_watch, status);
+        m_refinement->Run({m_status, m_head, m_values, m_duals}, m_control, status);
     if (verdict == SimplexVerdict::Infeasible || verdict == SimplexVerdict::Unbounded)
         m_suspicion = verdict;
     else if (verdict == SimplexVerdict::Stopped || status == m_status)
@@ -115,7 +116,7 @@ bool ExactSimplex::Factorise()
         m_status[variable] = DefaultNonbasicStatus(m_form.Lower(variable), m_form.Upper(variable));
     for (const Index variable : m_head)
         m_status[variable] = BasisStatus::Basic;
-    return !m_watch.TimeIsUp();
+    return !m_control.IsStopped();
 }
 
 ExactNumber ExactSimplex::NonbasicValue(Index variable) const noexcept
@@ -151,7 +152,7 @@ bool ExactSimplex::ComputeValues()
         for (const auto [row, entry] : m_exact.byVariable[v])
             right.value[row].SubtractProduct(Scaled(entry, -lowest), scaled);
     }
-    return m_factors.SolveForward(right, m_values, m_watch);
+    return m_factors.SolveForward(right, m_values, m_control);
 }
 
 /// B' y = c_B; in phase one c_B is -1 for a violated lower bound and +1 for a violated upper one.
@@ -162,13 +163,13 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
     {
         for (Index k = 0; k < m_form.rows; ++k)
             right.value[k] = static_cast<int>(m_violation[k]);
-        return m_factors.SolveBackward(right, m_duals, m_watch);
+        return m_factors.SolveBackward(right, m_duals, m_control);
     }
     for (const Index v : m_head)
         right.scale.LowerTo(m_exact.cost[v].scale);
     for (Index k = 0; k < m_form.rows; ++k)
         right.value[k] = Scaled(m_exact.cost[m_head[k]], -right.scale);
-    return m_factors.SolveBackward(right, m_duals, m_watch);
+    return m_factors.SolveBackward(right, m_duals, m_control);
 }
 
 bool ExactSimplex::FindViolations()
@@ -223,7 +224,7 @@ void ExactSimplex::Exchange(Index position, Index entering, bool atUpper)
 void ExactSimplex::NoteStep(bool degenerate)
 {
     m_degenerate = degenerate ? m_degenerate + 1 : 0;
-    ++m_pivots;
+    m_control.CountPivot(Stage::Exact);
 }
 
 }  // namespace nuv

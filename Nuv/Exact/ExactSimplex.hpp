@@ -22,10 +22,16 @@ class ExactSimplex
 {
 public:
     /// `rounds`: how often to look for a better basis in doubles.
-    ExactSimplex(const BoundedForm& form, const Basis& start, int rounds, Watch& watch);
+    ExactSimplex(const BoundedForm& form, const Basis& start, int rounds, SolveControl& control);
 
-    /// Runs to a verdict or until the watch stops it, and fills in the proof's status, certificate,
-    /// doubles, basis and pivots. Whether it is proved is for the check to say.
+    /// Ends with the evaluation of the start: Optimal, or else Stopped.
+    void ForbidPivots() noexcept
+    {
+        m_mayPivot = false;
+    }
+
+    /// Runs to a verdict or until the control stops it, and fills in the proof's status,
+    /// certificate, doubles and basis. Whether it is proved is for the check to say.
     /// @return Infeasible or Unbounded if it gave up because the form seems to be that, which is
     /// proved faster in another way; Optimal otherwise.
     SimplexVerdict Run(Proof& proof);
@@ -78,15 +84,15 @@ private:
     [[nodiscard]] Rational Objective(const ExactVector& point) const;
 
     const BoundedForm& m_form;
-    Watch& m_watch;
+    SolveControl& m_control;
     ExactForm m_exact;
     ExactFactors m_factors;
     std::vector<BasisStatus> m_status;
     std::vector<Index> m_head;
     std::optional<Refinement> m_refinement;  ///< made when it is needed
     int m_rounds;
+    bool m_mayPivot = true;
     SimplexVerdict m_suspicion = SimplexVerdict::Optimal;
-    std::uint64_t m_pivots = 0;
     int m_degenerate = 0;
 
     ExactVector m_values;                  ///< of the basic variables, by position

@@ -28,13 +28,13 @@ ExactSimplex::Outcome ExactSimplex::PrimalStep(bool phaseOne)
         m_farkasSign = 0;
         return Outcome::Infeasible;
     }
-    if (m_watch.Stops({Stage::Exact, !phaseOne, m_pivots, std::nan("")}))
+    if (!m_control.MayPivot(Stage::Exact, !phaseOne, std::nan("")))
         return Outcome::Stopped;
 
     ScaledVector column{std::vector<Integer>(m_form.rows), m_exact.ColumnScale(m_entering)};
     for (const auto [row, entry] : m_exact.byVariable[m_entering])
         column.value[row] = Scaled(entry, -column.scale);
-    if (!m_factors.SolveForward(column, m_column, m_watch))
+    if (!m_factors.SolveForward(column, m_column, m_control))
         return Outcome::Stopped;
 
     const Blocking blocking = TestRatios(m_direction);
@@ -133,12 +133,12 @@ bool ExactSimplex::FlipsFirst(Index entering, const Blocking& blocking) const
 
 ExactSimplex::Outcome ExactSimplex::DualStep()
 {
-    if (m_watch.Stops({Stage::Exact, false, m_pivots, std::nan("")}))
+    if (!m_control.MayPivot(Stage::Exact, false, std::nan("")))
         return Outcome::Stopped;
     const Index position = ChooseLeaving();
     ScaledVector unit{std::vector<Integer>(m_form.rows), {}};
     unit.value[position] = 1;
-    if (!m_factors.SolveBackward(unit, m_row, m_watch))
+    if (!m_factors.SolveBackward(unit, m_row, m_control))
         return Outcome::Stopped;
     const bool toLower = m_violation[position] < 0;
     bool degenerate = false;

@@ -149,13 +149,13 @@ bool RankProvesMinimal(const Restriction& restriction)
 
 /// Solves without member `left`; @return whether that is infeasible, and then with `members`
 /// replaced by what its certificate uses.
-bool StillInfeasibleWithout(const BoundedForm& form, std::size_t left, const Limits& limits,
+bool StillInfeasibleWithout(const BoundedForm& form, std::size_t left, SolveControl& control,
                             std::vector<ConflictMember>& members, bool& stopped)
 {
     std::vector<ConflictMember> rest = members;
     rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(left));
     const Restriction restriction(form, rest);
-    const Proof proof = SolveProved(restriction.form, nullptr, limits);
+    const Proof proof = SolveProved(restriction.form, nullptr, control);
     stopped = !proof.proved;
     if (proof.status != ProofStatus::Infeasible)
         return false;
@@ -170,12 +170,12 @@ bool StillInfeasibleWithout(const BoundedForm& form, std::size_t left, const Lim
 
 }  // namespace
 
-Conflict FindConflict(const BoundedForm& form, const Proof& proof, const Limits& limits)
+Conflict FindConflict(const BoundedForm& form, const Proof& proof, SolveControl& control)
 {
+    const SolveControl::Aside aside(control);
     Conflict conflict;
     conflict.members = SupportOf(form, proof);
     conflict.minimal = proof.contradiction != kNoIndex;
-    Watch watch(limits);
     std::vector<ConflictMember> needed;
     while (!conflict.minimal)
     {
@@ -194,11 +194,9 @@ Conflict FindConflict(const BoundedForm& form, const Proof& proof, const Limits&
             conflict.minimal = true;
             break;
         }
-        Limits left = limits;
-        left.seconds = limits.seconds - watch.Seconds();
         const ConflictMember candidate = conflict.members[next];
         bool stopped = false;
-        if (!StillInfeasibleWithout(form, next, left, conflict.members, stopped))
+        if (!StillInfeasibleWithout(form, next, control, conflict.members, stopped))
         {
             if (stopped)
                 break;

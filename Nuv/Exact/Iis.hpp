@@ -15,14 +15,14 @@ using ConflictMember = BoundOfVariable;
 struct Conflict
 {
     std::vector<ConflictMember> members;  ///< by increasing variable
-    /// False if a limit was met first; then the members still exclude each other, but some may be
-    /// dispensable.
+    /// False if the control ended the search; then the members still exclude each other, but some
+    /// may be dispensable.
     bool minimal = false;
 };
 
 /// Starts from what the Farkas certificate of `proof` uses and leaves out members, one at a time,
 /// while the rest stays infeasible (the deletion filter of Chinneck and Dravnieks 1991).
 [[nodiscard]] Conflict FindConflict(const BoundedForm& form, const Proof& proof,
-                                    const Limits& limits);
+                                    SolveControl& control);
 
 }  // namespace nuv

@@ -141,7 +141,7 @@ public:
         (void)FactoriseBasis(m_lu, Selected(m_columns, m_head), form.columns, m_head);
     }
 
-    [[nodiscard]] Sensitivity Analyse()
+    [[nodiscard]] std::optional<Sensitivity> Analyse(SolveControl& control)
     {
         Sensitivity result;
         result.cost.resize(m_form.columns);
@@ -154,11 +154,17 @@ public:
         }
         for (Index k = 0; k < m_form.rows; ++k)
         {
+            if (control.IsStopped())
+                return std::nullopt;
             if (!m_form.IsLogical(m_head[k]))
                 result.cost[m_head[k]] = BasicCost(k);
         }
         for (Index i = 0; i < m_form.rows; ++i)
+        {
+            if (control.IsStopped())
+                return std::nullopt;
             RangeSides(i, result.rowLower[i], result.rowUpper[i]);
+        }
         return result;
     }
 
@@ -298,11 +304,12 @@ private:
 
 }  // namespace
 
-Sensitivity AnalyseSensitivity(const BoundedForm& form, const Proof& proof)
+std::optional<Sensitivity> AnalyseSensitivity(const BoundedForm& form, const Proof& proof,
+                                              SolveControl& control)
 {
     if (form.rows <= kMostExactRows)
-        return Ranging<InRationals>(form, proof).Analyse();
-    return Ranging<InDoubles>(form, proof).Analyse();
+        return Ranging<InRationals>(form, proof).Analyse(control);
+    return Ranging<InDoubles>(form, proof).Analyse(control);
 }
 
 }  // namespace nuv

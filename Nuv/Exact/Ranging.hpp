@@ -4,8 +4,10 @@
 #pragma once
 
 #include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
 
 #include <limits>
+#include <optional>
 #include <vector>
 
 namespace nuv
@@ -28,6 +30,8 @@ struct Sensitivity
 
 /// The ranges at the optimum that `proof` holds: computed in rationals and rounded once for small
 /// models, in doubles from the exact basic solution for large ones.
-[[nodiscard]] Sensitivity AnalyseSensitivity(const BoundedForm& form, const Proof& proof);
+/// @return nothing if the control ended it first.
+[[nodiscard]] std::optional<Sensitivity>
+AnalyseSensitivity(const BoundedForm& form, const Proof& proof, SolveControl& control);
 
 }  // namespace nuv

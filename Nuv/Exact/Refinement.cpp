@@ -27,9 +27,10 @@ void Enlarge(std::vector<double>& numbers, int zoom)
 
 Refinement::Refinement(const ExactForm& exact) : m_exact(exact), m_scaled(exact.form) {}
 
-SimplexVerdict Refinement::Run(const ExactBasis& basis, Watch& watch,
+SimplexVerdict Refinement::Run(const ExactBasis& basis, SolveControl& control,
                                std::vector<BasisStatus>& status)
 {
+    const SolveControl::Aside aside(control);
     const bool violated = MoveBounds(basis);
     MoveCosts(basis);
     Basis start;
@@ -40,11 +41,11 @@ SimplexVerdict Refinement::Run(const ExactBasis& basis, Watch& watch,
     {
         // Reduced costs are right or nearly so, and must not be lost to a first phase that does not
         // look at them.
-        DualSimplex dual(state, watch, m_pivots);
+        DualSimplex dual(state, control);
         (void)dual.Run();  // the primal simplex has the last word
         state.cost = m_scaled.cost;
     }
-    const SimplexVerdict verdict = SolveInDoubles(state, watch, m_pivots);
+    const SimplexVerdict verdict = SolveInDoubles(state, control);
     status = state.status;
     return verdict;
 }

@@ -30,12 +30,8 @@ public:
 
     /// Solves the enlarged program from the basis and writes the one at its end into `status`.
     /// @return what the simplex in doubles says of the enlarged program.
-    SimplexVerdict Run(const ExactBasis& basis, Watch& watch, std::vector<BasisStatus>& status);
-
-    [[nodiscard]] std::uint64_t Pivots() const noexcept
-    {
-        return m_pivots;
-    }
+    SimplexVerdict Run(const ExactBasis& basis, SolveControl& control,
+                       std::vector<BasisStatus>& status);
 
 private:
     [[nodiscard]] bool MoveBounds(const ExactBasis& basis);
@@ -45,7 +41,6 @@ private:
 
     const ExactForm& m_exact;
     ScaledForm m_scaled;
-    std::uint64_t m_pivots = 0;
     /// The last enlargements, as powers of two: a feasible solution is looked at as closely as the
     /// last one that was not.
     int m_primalZoom = 50;

@@ -74,21 +74,16 @@ Proof ProofInFile(const BoundedForm& form, const Model& model, const Claim& clai
 }
 
 /// An optimal basis needs no pivot, and must not lose its way in doubles; any other one does.
-Proof ProofFromBasis(const BoundedForm& form, const Basis& basis, const Limits& limits)
+Proof ProofFromBasis(const BoundedForm& form, const Basis& basis, SolveControl& control)
 {
-    Limits noPivots = limits;
-    noPivots.exactPivots = 0;
-    Proof proof = ProveFrom(form, basis, noPivots);
-    return proof.proved || proof.stopReason != StopReason::PivotLimit
-               ? proof
-               : SolveProved(form, &basis, limits);
+    Proof proof = CertifyBasis(form, basis, control);
+    return proof.proved || control.IsStopped() ? proof : SolveProved(form, &basis, control);
 }
 
 void Learn(const Proof& proof, Evidence evidence, bool isMaximum, ClaimReport& report)
 {
     report.truth = proof.status;
     report.evidence = proof.status == ProofStatus::Stopped ? Evidence::None : evidence;
-    report.pivots += proof.doublePivots + proof.exactPivots;
     report.stopReason = proof.stopReason;
     report.optimum = isMaximum ? Rational(-proof.objective) : proof.objective;
 }
@@ -98,11 +93,12 @@ void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
                const ClaimOptions& options, ClaimChecker& checker, ClaimReport& report)
 {
     const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
+    SolveControl control(options.limits);
     Proof proof = ProofInFile(form, model, claim, report.objective);
     Evidence evidence = Evidence::Certificate;
     if (!proof.proved && claim.status == ClaimedStatus::Infeasible && !claim.conflict.empty())
     {
-        proof = SolveProved(RestrictedTo(form, claim.conflict), nullptr, options.limits);
+        proof = SolveProved(RestrictedTo(form, claim.conflict), nullptr, control);
         evidence = Evidence::Conflict;
         if (proof.proved && proof.status != ProofStatus::Infeasible)
             checker.Disagree("claim.conflict",
@@ -111,11 +107,12 @@ void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
     }
     if (!proof.proved)
     {
-        proof = claim.basis ? ProofFromBasis(form, *claim.basis, options.limits)
-                            : SolveProved(form, nullptr, options.limits);
+        proof = claim.basis ? ProofFromBasis(form, *claim.basis, control)
+                            : SolveProved(form, nullptr, control);
         evidence = claim.basis ? Evidence::Basis : Evidence::Solve;
     }
     Learn(proof, evidence, isMaximum, report);
+    report.pivots = control.Pivots(Stage::Double) + control.Pivots(Stage::Exact);
 }
 
 const char* TruthWords(ProofStatus status)

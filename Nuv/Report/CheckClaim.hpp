@@ -17,7 +17,7 @@ struct ClaimOptions
     /// How far off a number may be, as a fraction of the largest number that it is made of, which
     /// counts as 1 at least. 0 asks for exactness.
     double tolerance = 1e-9;
-    Limits limits;
+    SolveLimits limits;
 };
 
 [[nodiscard]] ClaimReport CheckClaim(const Model& model, const Claim& claim,

@@ -52,7 +52,7 @@ struct Words<FloatOutcome>
     static constexpr Word<FloatOutcome> table[] = {
         {FloatOutcome::Optimal, "optimal"},     {FloatOutcome::Infeasible, "infeasible"},
         {FloatOutcome::Unbounded, "unbounded"}, {FloatOutcome::PivotLimit, "pivot-limit"},
-        {FloatOutcome::Cycling, "cycling"},     {FloatOutcome::Cancelled, "cancelled"},
+        {FloatOutcome::Cycling, "cycling"},     {FloatOutcome::Stopped, "stopped"},
         {FloatOutcome::Skipped, "skipped"},
     };
 };

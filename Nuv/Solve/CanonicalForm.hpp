@@ -11,6 +11,7 @@
 /// the plan is all that lifting needs.
 #pragma once
 
+#include "Nuv/Solve/Scaling.hpp"
 #include "Nuv/SparseSimplex/Basis.hpp"
 #include "Nuv/SparseSimplex/BoundedForm.hpp"
 
@@ -59,12 +60,6 @@ struct Lowering
     CanonicalForm form;
     std::vector<ColumnPlan> columns;
     std::vector<RowPlan> rows;
-};
-
-enum class Scaling : std::uint8_t
-{
-    None,
-    PowersOfTwo,
 };
 
 /// Lowers a form whose bounds do not contradict each other.

@@ -18,7 +18,11 @@ namespace
 class Follower
 {
 public:
-    Follower(const FloatLimits& limits, FloatResult& result) : m_limits(limits), m_result(result) {}
+    Follower(std::uint64_t mostPivots, SolveControl& control,
+             const std::function<void(const FloatPivot&)>& observe, FloatResult& result)
+        : m_mostPivots(mostPivots), m_control(control), m_observe(observe), m_result(result)
+    {
+    }
 
     bool operator()(const NuvLinearProgrammingPivot& pivot)
     {
@@ -26,15 +30,19 @@ public:
         m_result.basicLabels.assign(basic.begin(), basic.end());
         if (Returns(pivot, basic))
             return Stop(FloatOutcome::Cycling);
-        if (m_result.pivots >= m_limits.pivots)
+        if (m_result.pivots >= m_mostPivots)
             return Stop(FloatOutcome::PivotLimit);
-        if (m_limits.keepGoing && !m_limits.keepGoing({pivot.phase,
-                                                       pivot.number,
-                                                       pivot.entering,
-                                                       pivot.leaving,
-                                                       basic,
-                                                       {pivot.values, pivot.numBasic}}))
-            return Stop(FloatOutcome::Cancelled);
+        if (m_observe)
+            m_observe({pivot.phase,
+                       pivot.number,
+                       pivot.entering,
+                       pivot.leaving,
+                       basic,
+                       {pivot.values, pivot.numBasic}});
+        if (!m_control.MayPivot(Stage::SinglePrecision, false, std::nan("")))
+            return Stop(m_control.Reason() == StopReason::PivotLimit ? FloatOutcome::PivotLimit
+                                                                     : FloatOutcome::Stopped);
+        m_control.CountPivot(Stage::SinglePrecision);
         // What the basis is once the pivot is made.
         std::replace(m_result.basicLabels.begin(), m_result.basicLabels.end(), pivot.leaving,
                      pivot.entering);
@@ -67,7 +75,9 @@ private:
         return false;
     }
 
-    const FloatLimits& m_limits;
+    std::uint64_t m_mostPivots;
+    SolveControl& m_control;
+    const std::function<void(const FloatPivot&)>& m_observe;
     FloatResult& m_result;
     std::uint32_t m_phase = 0;
     std::uint64_t m_span = 1;
@@ -129,14 +139,15 @@ FloatOutcome OutcomeOf(Verdict verdict, FloatOutcome stopped)
 
 }  // namespace
 
-FloatResult RunFloatStage(const CanonicalForm& form, const FloatLimits& limits)
+FloatResult RunFloatStage(const CanonicalForm& form, const FloatBudget& budget,
+                          SolveControl& control,
+                          const std::function<void(const FloatPivot&)>& observe)
 {
     FloatResult result;
     if (form.rows == 0 || form.columns == 0 || !IsFinite(form))
         return result;
-    FloatLimits affordable = limits;
-    affordable.pivots = std::min(limits.pivots, AffordablePivots(form, limits.bytes));
-    if (affordable.pivots == 0)
+    const std::uint64_t pivots = std::min(budget.pivots, AffordablePivots(form, budget.bytes));
+    if (pivots == 0)
         return result;
     LinearProgram program(form.columns);
     if (!program || !State(form, program))
@@ -144,7 +155,7 @@ FloatResult RunFloatStage(const CanonicalForm& form, const FloatLimits& limits)
 
     for (Index i = 0; i < form.rows; ++i)
         result.basicLabels.push_back(form.columns + 1 + i);
-    const Verdict verdict = program.Solve(Follower(affordable, result));
+    const Verdict verdict = program.Solve(Follower(pivots, control, observe, result));
     result.outcome = OutcomeOf(verdict, result.outcome);
     if (result.outcome != FloatOutcome::Optimal)
         return result;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Nuv/Solve/CanonicalForm.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
 
 #include <cstdint>
 #include <functional>
@@ -17,9 +18,9 @@ enum class FloatOutcome : std::uint8_t
     Infeasible,
     Unbounded,
     PivotLimit,
-    Cycling,    ///< a basis came back: without a tolerance and a rule against it, for ever
-    Cancelled,  ///< the caller said so
-    Skipped,    ///< not tried: nothing to do, too large, or numbers beyond binary32
+    Cycling,  ///< a basis came back: without a tolerance and a rule against it, for ever
+    Stopped,  ///< by time or by the caller
+    Skipped,  ///< not tried: nothing to do, too large, or numbers beyond binary32
 };
 
 /// A pivot that is about to be made, in terms of the canonical form.
@@ -33,11 +34,11 @@ struct FloatPivot
     std::span<const float> values;
 };
 
-struct FloatLimits
+/// What the stage may take of its own accord, whatever the limits of the solve.
+struct FloatBudget
 {
     std::uint64_t pivots = 0;
     std::size_t bytes = 0;  ///< for the dense matrices and what the solve leaves behind
-    std::function<bool(const FloatPivot&)> keepGoing;
 };
 
 struct FloatResult
@@ -51,6 +52,10 @@ struct FloatResult
     std::uint64_t period = 0;   ///< Cycling: the pivots from a basis back to itself
 };
 
-[[nodiscard]] FloatResult RunFloatStage(const CanonicalForm& form, const FloatLimits& limits);
+/// Runs until a verdict, the budget or the control ends it. `observe`, if set, sees each pivot that
+/// is about to be made, and the one before which the control ends the stage.
+[[nodiscard]] FloatResult RunFloatStage(const CanonicalForm& form, const FloatBudget& budget,
+                                        SolveControl& control,
+                                        const std::function<void(const FloatPivot&)>& observe = {});
 
 }  // namespace nuv

@@ -14,8 +14,8 @@
 #include "Nuv/Model/Error.hpp"
 #include "Nuv/Model/Model.hpp"
 #include "Nuv/Solve/SinglePrecisionStage.hpp"
+#include "Nuv/Solve/SolveOptions.hpp"
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -29,46 +29,6 @@ enum class SolveStatus : std::uint8_t
     Unbounded,
     Stopped,  ///< by a limit or by the caller; what is known is there, none of it proved
     Invalid,  ///< the model has a failure; nothing was tried
-};
-
-/// The stages of a solve, each starting from the basis of the one before.
-enum class SolveStage : std::uint8_t
-{
-    Float,   ///< the core, in single precision
-    Double,  ///< the sparse simplex in double precision
-    Exact,   ///< the check, and where needed the simplex, in rationals
-};
-
-/// Where a solve stands, before a pivot.
-struct SolveProgress
-{
-    SolveStage stage = SolveStage::Float;
-    std::uint64_t pivots = 0;  ///< of this stage
-    double seconds = 0.0;      ///< since the start
-    /// Of the current basis, in the model's sense; the sum of violations while there is no feasible
-    /// basis; NaN where the stage does not know it.
-    double objective = 0.0;
-    bool feasible = false;
-};
-
-struct SolveOptions
-{
-    double seconds = std::numeric_limits<double>::infinity();
-    /// Of the float stage; 0 asks for 50 * (rows + variables) of the lowered model.
-    std::uint64_t floatPivots = 0;
-    std::uint64_t doublePivots = std::numeric_limits<std::uint64_t>::max();
-    std::uint64_t exactPivots = std::numeric_limits<std::uint64_t>::max();
-    bool useFloatStage = true;
-    Scaling scaling = Scaling::None;
-    Numbers numbers = Numbers::AsStored;
-    /// Asked before each pivot if set; returning false stops the solve.
-    std::function<bool(const SolveProgress&)> keepGoing;
-    /// Whether to keep the vertices that the float stage passes through.
-    bool recordPath = false;
-    /// Whether to find how far each cost and each side of a row may move.
-    bool sensitivity = false;
-    /// How long to look for a minimal conflict in an infeasible model, at most.
-    double conflictSeconds = 5.0;
 };
 
 /// A vertex on the way of the float stage.
@@ -102,7 +62,6 @@ struct Solution
 
     /// The certificate itself, for the minimisation form; basis and violations are there too.
     Proof proof;
-    Binary32Report binary32;
     FloatResult floatStage;
     std::vector<PathStep> path;  ///< if it was asked for
     double floatSeconds = 0.0;
@@ -119,7 +78,8 @@ struct Solution
     }
 };
 
-/// Solves and proves. Never calls an answer optimal, infeasible or unbounded without a proof.
+/// Solves and proves. Never calls an answer optimal, infeasible or unbounded without a proof,
+/// unless it was asked for single precision only.
 [[nodiscard]] Solution Solve(const Model& model, const SolveOptions& options = {});
 
 }  // namespace nuv

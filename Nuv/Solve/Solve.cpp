@@ -3,9 +3,7 @@
 #include "Nuv/Exact/CertifiedSolve.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/Solution.hpp"
-#include "Nuv/Solve/StageLimits.hpp"
 
-#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -14,8 +12,10 @@ namespace nuv
 namespace
 {
 
-/// What the float stage may take: beyond it the dense matrices cost more than the sparse stage.
-constexpr std::size_t floatBytes = std::size_t{1} << 28;
+/// What the dense matrices of the core may take where the sparse stage follows, which is faster
+/// than it beyond that, and where nothing follows.
+constexpr std::size_t kBytesToStart = std::size_t{1} << 28;
+constexpr std::size_t kBytesToSolve = std::size_t{1} << 30;
 
 /// Where the float stage stands before a pivot. A basic artificial variable is left out.
 PathStep VertexBefore(const FloatPivot& pivot, const BoundedForm& form, const Lowering& lowering,
@@ -35,48 +35,79 @@ PathStep VertexBefore(const FloatPivot& pivot, const BoundedForm& form, const Lo
     return step;
 }
 
-/// @return the basis to go on from, if the stage found one.
-std::optional<Basis> RunFloatStage(const BoundedForm& form, double sign,
-                                   const SolveOptions& options, const SolveClock& clock,
-                                   Solution& solution)
+FloatResult RunSinglePrecision(const BoundedForm& form, double sign, const Lowering& lowering,
+                               const SolveOptions& options, SolveControl& control,
+                               Solution& solution)
 {
-    const double start = clock.Seconds();
-    const Lowering lowering = Lower(form, options.scaling);
-    solution.binary32 = ReportBinary32(lowering);
-    if (!options.useFloatStage)
+    const CanonicalForm& canonical = lowering.form;
+    const FloatBudget budget{50 * (std::uint64_t{canonical.rows} + canonical.columns),
+                             options.singlePrecisionOnly ? kBytesToSolve : kBytesToStart};
+    if (!options.recordPath)
+        return RunFloatStage(canonical, budget, control);
+    return RunFloatStage(canonical, budget, control,
+                         [&](const FloatPivot& pivot)
+                         { solution.path.push_back(VertexBefore(pivot, form, lowering, sign)); });
+}
+
+/// @return the basis to go on from, if the core found one.
+std::optional<Basis> FindStart(const BoundedForm& form, double sign, const SolveOptions& options,
+                               SolveControl& control, Solution& solution)
+{
+    // Bounds that cross have no canonical form, and need none.
+    if (!options.useSinglePrecision || FindCrossedBounds(form) != kNoIndex)
         return std::nullopt;
-    FloatLimits limits = FloatLimitsOf(options, lowering.form, clock, floatBytes);
-    if (options.recordPath)
-        limits.keepGoing = [&, goesOn = std::move(limits.keepGoing)](const FloatPivot& pivot)
-        {
-            solution.path.push_back(VertexBefore(pivot, form, lowering, sign));
-            return goesOn(pivot);
-        };
-    solution.floatStage = nuv::RunFloatStage(lowering.form, limits);
-    solution.floatSeconds = clock.Seconds() - start;
+    const Lowering lowering = Lower(form, options.scaling);
+    solution.floatStage = RunSinglePrecision(form, sign, lowering, options, control, solution);
+    solution.floatSeconds = control.Seconds();
     if (solution.floatStage.outcome == FloatOutcome::Skipped)
         return std::nullopt;
     return LiftBasis(lowering, solution.floatStage.basicLabels);
 }
 
-Limits LimitsOf(const SolveOptions& options, const SolveClock& clock, const BoundedForm& form,
-                double sign)
+SolveStatus StatusOf(FloatOutcome outcome)
 {
-    Limits limits;
-    limits.seconds = std::fmax(0.0, options.seconds - clock.Seconds());
-    limits.doublePivots = options.doublePivots;
-    limits.exactPivots = options.exactPivots;
-    if (options.keepGoing)
-        limits.keepGoing = [&options, &clock, &form, sign](const Progress& progress)
-        {
-            return options.keepGoing(
-                {progress.stage == Stage::Double ? SolveStage::Double : SolveStage::Exact,
-                 progress.pivots, clock.Seconds(),
-                 progress.feasible ? sign * (progress.objective + form.constant)
-                                   : progress.objective,
-                 progress.feasible});
-        };
-    return limits;
+    switch (outcome)
+    {
+    case FloatOutcome::Optimal:
+        return SolveStatus::Optimal;
+    case FloatOutcome::Infeasible:
+        return SolveStatus::Infeasible;
+    case FloatOutcome::Unbounded:
+        return SolveStatus::Unbounded;
+    default:
+        return SolveStatus::Stopped;
+    }
+}
+
+/// What the core says of the model, believed as it stands.
+void BelieveSinglePrecision(const BoundedForm& form, double sign, const SolveOptions& options,
+                            SolveControl& control, Solution& solution)
+{
+    if (FindCrossedBounds(form) != kNoIndex)
+    {
+        solution.status = SolveStatus::Infeasible;
+        return;
+    }
+    const Lowering lowering = Lower(form, options.scaling);
+    solution.floatStage = RunSinglePrecision(form, sign, lowering, options, control, solution);
+    solution.floatSeconds = control.Seconds();
+    solution.status = StatusOf(solution.floatStage.outcome);
+    solution.proof.stopReason = solution.floatStage.outcome == FloatOutcome::PivotLimit
+                                    ? StopReason::PivotLimit
+                                    : control.Reason();
+    if (solution.status != SolveStatus::Optimal)
+        return;
+    const std::vector<double> canonical(solution.floatStage.values.begin(),
+                                        solution.floatStage.values.end());
+    solution.values = LiftValues(lowering, canonical);
+    double objective = form.constant;
+    for (Index j = 0; j < form.columns; ++j)
+        objective += form.cost[j] * solution.values[j];
+    solution.objective = sign * objective;
+    solution.activities.assign(form.rows, 0.0);
+    for (Index i = 0; i < form.rows; ++i)
+        for (const auto [column, entry] : form.matrix.Row(i))
+            solution.activities[i] += entry * solution.values[column];
 }
 
 SolveStatus StatusOf(ProofStatus status)
@@ -140,25 +171,27 @@ Sensitivity InSense(Sensitivity sensitivity, double sign)
 
 /// What is worth knowing of a proved verdict beyond its proof.
 void Analyse(const BoundedForm& form, double sign, const SolveOptions& options,
-             const SolveClock& clock, Solution& solution)
+             SolveControl& control, Solution& solution)
 {
     if (!solution.proved)
         return;
     if (solution.status == SolveStatus::Optimal && options.sensitivity)
-        solution.sensitivity = InSense(AnalyseSensitivity(form, solution.proof), sign);
-    if (solution.status != SolveStatus::Infeasible)
-        return;
-    Limits limits;
-    limits.seconds =
-        std::fmin(options.conflictSeconds, std::fmax(0.0, options.seconds - clock.Seconds()));
-    solution.conflict = FindConflict(form, solution.proof, limits);
+    {
+        if (std::optional<Sensitivity> found = AnalyseSensitivity(form, solution.proof, control))
+            solution.sensitivity = InSense(std::move(*found), sign);
+    }
+    if (solution.status == SolveStatus::Infeasible)
+    {
+        control.EndWithin(options.conflictSeconds);
+        solution.conflict = FindConflict(form, solution.proof, control);
+    }
 }
 
 }  // namespace
 
 Solution Solve(const Model& model, const SolveOptions& options)
 {
-    const SolveClock clock;
+    SolveControl control(options.limits);
     Solution solution;
     if (std::optional<Error> fault = model.FindFault())
     {
@@ -168,14 +201,17 @@ Solution Solve(const Model& model, const SolveOptions& options)
     const double sign = model.ObjectiveSense() == Sense::Maximize ? -1.0 : 1.0;
     BoundedForm form = FormOf(model);
     form.numbers = options.numbers;
-    std::optional<Basis> start;
-    if (FindCrossedBounds(form) == kNoIndex)
-        start = RunFloatStage(form, sign, options, clock, solution);
-    solution.proof =
-        SolveProved(form, start ? &*start : nullptr, LimitsOf(options, clock, form, sign));
-    Report(form, sign, solution);
-    Analyse(form, sign, options, clock, solution);
-    solution.seconds = clock.Seconds();
+    control.ReportObjectiveAs(sign, form.constant);
+    if (options.singlePrecisionOnly)
+        BelieveSinglePrecision(form, sign, options, control, solution);
+    else
+    {
+        const std::optional<Basis> start = FindStart(form, sign, options, control, solution);
+        solution.proof = SolveProved(form, start ? &*start : nullptr, control);
+        Report(form, sign, solution);
+        Analyse(form, sign, options, control, solution);
+    }
+    solution.seconds = control.Seconds();
     return solution;
 }
 

@@ -18,41 +18,41 @@ void RestoreBounds(SimplexState& state)
 
 /// The violations that true bounds bring back are small and the reduced costs are right: a case
 /// for the dual simplex. It leaves the basis to the primal one where that proves wrong.
-void Repair(SimplexState& state, Watch& watch, std::uint64_t& pivots)
+void Repair(SimplexState& state, SolveControl& control)
 {
-    DualSimplex dual(state, watch, pivots);
+    DualSimplex dual(state, control);
     (void)dual.Run();  // whatever it says, the primal simplex has the last word
     state.cost = state.form.cost;
 }
 
 }  // namespace
 
-DoubleResult SolveInDoubles(const BoundedForm& form, Basis start, Watch& watch)
+DoubleResult SolveInDoubles(const BoundedForm& form, Basis start, SolveControl& control)
 {
     FitBasis(form, start);
     const ScaledForm scaled(form);
     SimplexState state(scaled, start);
     DoubleResult result;
-    result.verdict = SolveInDoubles(state, watch, result.pivots);
+    result.verdict = SolveInDoubles(state, control);
     result.basis = state.ExportBasis();
     return result;
 }
 
-SimplexVerdict SolveInDoubles(SimplexState& state, Watch& watch, std::uint64_t& pivots)
+SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control)
 {
     constexpr int kPerturbedRounds = 3;
     constexpr int kRounds = 6;
     SimplexVerdict verdict = SimplexVerdict::Numerical;
     for (int round = 0; round < kRounds; ++round)
     {
-        PrimalSimplex primal(state, watch, pivots);
+        PrimalSimplex primal(state, control);
         verdict = primal.Run(round < kPerturbedRounds);
         const bool moved = primal.BoundsWereMoved();
         RestoreBounds(state);
         if (!moved || verdict == SimplexVerdict::Stopped)
             break;
         if (verdict == SimplexVerdict::Optimal)
-            Repair(state, watch, pivots);
+            Repair(state, control);
     }
     return verdict;
 }

@@ -6,8 +6,6 @@
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
-#include <cstdint>
-
 namespace nuv
 {
 
@@ -15,13 +13,13 @@ struct DoubleResult
 {
     SimplexVerdict verdict = SimplexVerdict::Numerical;
     Basis basis;
-    std::uint64_t pivots = 0;
 };
 
 /// Solves from `start`, which need not be fitted to the form.
-[[nodiscard]] DoubleResult SolveInDoubles(const BoundedForm& form, Basis start, Watch& watch);
+[[nodiscard]] DoubleResult SolveInDoubles(const BoundedForm& form, Basis start,
+                                          SolveControl& control);
 
 /// The same for a state that stands: its scaled form may be one that no linear form says.
-SimplexVerdict SolveInDoubles(SimplexState& state, Watch& watch, std::uint64_t& pivots);
+SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control);
 
 }  // namespace nuv

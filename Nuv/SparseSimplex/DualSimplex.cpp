@@ -10,8 +10,8 @@ namespace nuv
 
 using namespace tolerance;
 
-DualSimplex::DualSimplex(SimplexState& state, Watch& watch, std::uint64_t& pivots)
-    : m_state(state), m_watch(watch), m_pivots(pivots)
+DualSimplex::DualSimplex(SimplexState& state, SolveControl& control)
+    : m_state(state), m_control(control)
 {
 }
 
@@ -89,7 +89,7 @@ bool DualSimplex::Iterate(SimplexVerdict& verdict)
     }
     if (m_pivotsLeft == 0)
         return false;
-    if (m_watch.Stops({Stage::Double, false, m_pivots, std::nan("")}))
+    if (!m_control.MayPivot(Stage::Double, false, std::nan("")))
     {
         verdict = SimplexVerdict::Stopped;
         return false;
@@ -210,7 +210,7 @@ void DualSimplex::Pivot(Index position, Index entering)
     UpdateWeights(position);
     m_state.Exchange(position, entering, below ? BasisStatus::AtLower : BasisStatus::AtUpper,
                      m_column);
-    ++m_pivots;
+    m_control.CountPivot(Stage::Double);
     --m_pivotsLeft;
     m_fresh = false;
 }

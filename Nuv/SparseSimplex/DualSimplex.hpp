@@ -18,7 +18,7 @@ namespace nuv
 class DualSimplex
 {
 public:
-    DualSimplex(SimplexState& state, Watch& watch, std::uint64_t& pivots);
+    DualSimplex(SimplexState& state, SolveControl& control);
 
     /// Runs on the working bounds and costs until the basis is feasible (Optimal, for the costs as
     /// shifted) or no variable can repair a violation (Infeasible).
@@ -44,8 +44,7 @@ private:
     void UpdateWeights(Index position);
 
     SimplexState& m_state;
-    Watch& m_watch;
-    std::uint64_t& m_pivots;
+    SolveControl& m_control;
     std::uint64_t m_pivotsLeft = 0;
     bool m_shifted = false;
     bool m_fresh = false;       ///< nothing happened since the last refactorisation

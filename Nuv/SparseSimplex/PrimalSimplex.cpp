@@ -10,10 +10,9 @@ namespace nuv
 
 using namespace tolerance;
 
-PrimalSimplex::PrimalSimplex(SimplexState& state, Watch& watch, std::uint64_t& pivots)
+PrimalSimplex::PrimalSimplex(SimplexState& state, SolveControl& control)
     : m_state(state),
-      m_watch(watch),
-      m_pivots(pivots),
+      m_control(control),
       m_violation(state.form.rows, 0),
       m_banned(state.form.Variables(), 0)
 {
@@ -119,8 +118,8 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
     const Index entering = ChooseEntering();
     if (entering == kNoIndex)
         return Conclude(verdict);
-    if (m_watch.Stops({Stage::Double, !m_phaseOne, m_pivots,
-                       m_watch.IsAsked() ? ProgressValue() : std::nan("")}))
+    if (!m_control.MayPivot(Stage::Double, !m_phaseOne,
+                            m_control.AsksForObjective() ? ProgressValue() : std::nan("")))
     {
         verdict = SimplexVerdict::Stopped;
         return false;
@@ -154,7 +153,7 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
         m_banned[entering] = 1;
         return true;
     }
-    ++m_pivots;
+    m_control.CountPivot(Stage::Double);
     Move(entering, direction, step.length);
     NoteProgress(step.length * std::fabs(cost));
     if (step.kind == Step::Kind::Flip)

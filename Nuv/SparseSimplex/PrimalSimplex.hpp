@@ -19,14 +19,14 @@ enum class SimplexVerdict : std::uint8_t
     Optimal,
     Infeasible,
     Unbounded,
-    Stopped,    ///< by the watch
+    Stopped,    ///< by the control
     Numerical,  ///< no progress in doubles from here
 };
 
 class PrimalSimplex
 {
 public:
-    PrimalSimplex(SimplexState& state, Watch& watch, std::uint64_t& pivots);
+    PrimalSimplex(SimplexState& state, SolveControl& control);
 
     /// Runs to a verdict on the working bounds. `perturb` allows pushing bounds.
     SimplexVerdict Run(bool perturb);
@@ -84,8 +84,7 @@ private:
     [[nodiscard]] bool Conclude(SimplexVerdict& verdict);
 
     SimplexState& m_state;
-    Watch& m_watch;
-    std::uint64_t& m_pivots;
+    SolveControl& m_control;
     bool m_perturb = false;
     bool m_boundsMoved = false;
     bool m_fresh = false;       ///< nothing happened since the last refactorisation

@@ -1,40 +1,30 @@
-/// What may end a solve early: time, pivots, or the caller. A Watch is started once per solve and
-/// asked before every pivot by every stage; once it has said stop it keeps saying so.
+/// What may end a solve early, and where the solve stands: limits, clock, progress and cancelling,
+/// in one object for all stages of a solve and for what follows it. The pivots of a stage are
+/// counted over the whole solve, whichever program they are made in. A stop by time or by the
+/// caller is final; a stage whose pivots are used up makes no more of them. The clock says only
+/// whether to go on, never which pivot comes next: a solve that ends before its limits is the same
+/// on any machine.
 #pragma once
 
+#include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <utility>
 
 namespace nuv
 {
 
+/// The stages of a solve, each starting from the basis of the one before.
 enum class Stage : std::uint8_t
 {
-    Double,  ///< the simplex in doubles, also where the exact stage calls it
-    Exact,   ///< check and simplex in rationals
+    SinglePrecision,  ///< the core
+    Double,           ///< the sparse simplex, also where the exact stage calls it
+    Exact,            ///< evaluation of a basis, and simplex, in rationals
 };
-
-/// Where a solve stands, before a pivot.
-struct Progress
-{
-    Stage stage = Stage::Double;
-    bool feasible = false;     ///< whether the current basis is primal feasible
-    std::uint64_t pivots = 0;  ///< of this stage
-    /// Of the current basis, without the form's constant; the sum of violations while infeasible.
-    /// NaN where a stage does not know it, as the exact one, whose numbers are too long for that.
-    double objective = 0.0;
-};
-
-struct Limits
-{
-    double seconds = std::numeric_limits<double>::infinity();
-    std::uint64_t doublePivots = std::numeric_limits<std::uint64_t>::max();
-    std::uint64_t exactPivots = std::numeric_limits<std::uint64_t>::max();
-    /// Called before each pivot if set; returning false stops the solve.
-    std::function<bool(const Progress&)> keepGoing;
-};
+inline constexpr std::size_t kStages = 3;
 
 enum class StopReason : std::uint8_t
 {
@@ -44,63 +34,163 @@ enum class StopReason : std::uint8_t
     Cancelled,
 };
 
-class Watch
+/// Where a solve stands, before a pivot.
+struct Progress
+{
+    Stage stage = Stage::SinglePrecision;
+    std::uint64_t pivots = 0;  ///< of this stage, since the solve began
+    double seconds = 0.0;      ///< since the solve began
+    bool feasible = false;     ///< whether the current basis is primal feasible
+    /// Of the current basis, in the sense and with the constant of the model; the sum of violations
+    /// while that is not feasible. NaN where it is not known: in the single-precision and the exact
+    /// stage, and while another program than the model is solved on the way to a proof.
+    double objective = std::numeric_limits<double>::quiet_NaN();
+};
+
+struct SolveLimits
+{
+    static constexpr std::uint64_t kNoLimit = std::numeric_limits<std::uint64_t>::max();
+
+    double seconds = std::numeric_limits<double>::infinity();
+    std::uint64_t singlePrecisionPivots = kNoLimit;
+    std::uint64_t doublePivots = kNoLimit;
+    std::uint64_t exactPivots = kNoLimit;
+    /// Asked before each pivot, and now and then in what takes long; returning false ends the
+    /// solve.
+    std::function<bool(const Progress&)> keepGoing;
+};
+
+class SolveControl
 {
 public:
-    explicit Watch(const Limits& limits) : m_limits(limits), m_start(Clock::now()) {}
+    /// The clock starts here.
+    explicit SolveControl(SolveLimits limits = {})
+        : m_limits(std::move(limits)), m_start(Clock::now()), m_mostSeconds(m_limits.seconds)
+    {
+    }
+    SolveControl(const SolveControl&) = delete;
+    SolveControl& operator=(const SolveControl&) = delete;
 
     [[nodiscard]] double Seconds() const
     {
         return std::chrono::duration<double>(Clock::now() - m_start).count();
     }
 
-    /// Whether time is up or the caller has called a halt; cheap enough for inner loops.
-    [[nodiscard]] bool TimeIsUp()
+    /// From now on the solve may take so many seconds more, unless its limit comes first.
+    void EndWithin(double seconds)
     {
-        if (m_reason == StopReason::None && m_limits.seconds < kForever &&
-            Seconds() >= m_limits.seconds)
-            m_reason = StopReason::TimeLimit;
-        return m_reason == StopReason::TimeLimit || m_reason == StopReason::Cancelled;
+        m_mostSeconds = std::fmin(m_mostSeconds, Seconds() + seconds);
     }
 
-    /// Whether the pivot that would follow `progress` must not be made.
-    [[nodiscard]] bool Stops(const Progress& progress)
+    /// Whether the solve is over, by time or by the caller. For what takes long between pivots.
+    [[nodiscard]] bool IsStopped()
+    {
+        return TimeIsUp() || !CallerGoesOn();
+    }
+
+    /// Whether the next pivot of a stage may be made; asked before each. `objective` is that of the
+    /// minimisation form without its constant.
+    [[nodiscard]] bool MayPivot(Stage stage, bool feasible, double objective)
     {
         if (TimeIsUp())
-            return true;
-        const std::uint64_t most =
-            progress.stage == Stage::Double ? m_limits.doublePivots : m_limits.exactPivots;
-        if (progress.pivots >= most)
+            return false;
+        if (Pivots(stage) >= Most(stage))
         {
-            m_reason = StopReason::PivotLimit;
-            return true;
+            m_usedUp = true;
+            return false;
         }
-        if (m_limits.keepGoing && !m_limits.keepGoing(progress))
-        {
-            m_reason = StopReason::Cancelled;
-            return true;
-        }
-        return false;
+        const bool known = m_asides == 0;
+        m_progress.stage = stage;
+        m_progress.pivots = Pivots(stage);
+        m_progress.feasible = feasible && known;
+        m_progress.objective = !known     ? std::numeric_limits<double>::quiet_NaN()
+                               : feasible ? m_sign * (objective + m_constant)
+                                          : objective;
+        return CallerGoesOn();
     }
 
-    /// Whether a caller asks where the solve stands.
-    [[nodiscard]] bool IsAsked() const noexcept
+    void CountPivot(Stage stage) noexcept
     {
-        return static_cast<bool>(m_limits.keepGoing);
+        ++m_pivots[static_cast<std::size_t>(stage)];
+    }
+    [[nodiscard]] std::uint64_t Pivots(Stage stage) const noexcept
+    {
+        return m_pivots[static_cast<std::size_t>(stage)];
     }
 
+    /// Whether it is worth knowing the objective before a pivot.
+    [[nodiscard]] bool AsksForObjective() const noexcept
+    {
+        return m_limits.keepGoing && m_asides == 0;
+    }
+    /// How the objective of the form becomes the model's: sign * (objective + constant).
+    void ReportObjectiveAs(double sign, double constant) noexcept
+    {
+        m_sign = sign;
+        m_constant = constant;
+    }
+
+    /// Why something was ended early; PivotLimit if nothing worse happened than that.
     [[nodiscard]] StopReason Reason() const noexcept
     {
-        return m_reason;
+        return m_reason == StopReason::None && m_usedUp ? StopReason::PivotLimit : m_reason;
     }
+
+    /// Stands for as long as another program than the model's is solved.
+    class Aside
+    {
+    public:
+        explicit Aside(SolveControl& control) noexcept : m_control(control)
+        {
+            ++m_control.m_asides;
+        }
+        ~Aside()
+        {
+            --m_control.m_asides;
+        }
+        Aside(const Aside&) = delete;
+        Aside& operator=(const Aside&) = delete;
+
+    private:
+        SolveControl& m_control;
+    };
 
 private:
     using Clock = std::chrono::steady_clock;
-    static constexpr double kForever = std::numeric_limits<double>::infinity();
 
-    const Limits& m_limits;
+    [[nodiscard]] std::uint64_t Most(Stage stage) const noexcept
+    {
+        const std::array<std::uint64_t, kStages> most = {
+            m_limits.singlePrecisionPivots, m_limits.doublePivots, m_limits.exactPivots};
+        return most[static_cast<std::size_t>(stage)];
+    }
+    [[nodiscard]] bool TimeIsUp()
+    {
+        if (m_reason == StopReason::None && std::isfinite(m_mostSeconds) &&
+            Seconds() >= m_mostSeconds)
+            m_reason = StopReason::TimeLimit;
+        return m_reason != StopReason::None;
+    }
+    [[nodiscard]] bool CallerGoesOn()
+    {
+        if (!m_limits.keepGoing)
+            return true;
+        m_progress.seconds = Seconds();
+        if (!m_limits.keepGoing(m_progress))
+            m_reason = StopReason::Cancelled;
+        return m_reason == StopReason::None;
+    }
+
+    SolveLimits m_limits;
     Clock::time_point m_start;
-    StopReason m_reason = StopReason::None;
+    double m_mostSeconds;
+    StopReason m_reason = StopReason::None;  ///< TimeLimit or Cancelled, and then for good
+    bool m_usedUp = false;                   ///< a stage wanted more pivots than it had
+    std::array<std::uint64_t, kStages> m_pivots{};
+    Progress m_progress;
+    double m_sign = 1.0;
+    double m_constant = 0.0;
+    int m_asides = 0;
 };
 
 }  // namespace nuv

@@ -27,9 +27,9 @@ ExitCode Run(const Options& options)
         return ExitCodeOf(reading.GetError());
     nuv::SolveOptions solve;
     solve.recordPath = true;
-    solve.seconds = options.timeLimit;
+    solve.limits.seconds = options.timeLimit;
     CatchInterrupts();
-    solve.keepGoing = [](const nuv::SolveProgress&) { return !IsInterrupted(); };
+    solve.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
     const nuv::Solution solution = nuv::Solve(*reading.model, solve);
     const bool isStopped = solution.status == nuv::SolveStatus::Stopped;
     return WriteTo(options.output, nuv::DrawPicture(*reading.model, solution),

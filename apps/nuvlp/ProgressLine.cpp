@@ -17,7 +17,7 @@ constexpr double kSecondsBetween = 0.1;
 
 }  // namespace
 
-std::string ProgressText(const nuv::SolveProgress& progress, double rate)
+std::string ProgressText(const nuv::Progress& progress, double rate)
 {
     constexpr const char* stages[] = {"single precision", "double precision", "exact"};
     std::string text = fmt::format("{}  {} pivots  {:.0f}/s  {:.1f} s",
@@ -36,7 +36,7 @@ ProgressLine::~ProgressLine()
     Clear();
 }
 
-void ProgressLine::Show(const nuv::SolveProgress& progress)
+void ProgressLine::Show(const nuv::Progress& progress)
 {
     if (!m_isShown)
         return;

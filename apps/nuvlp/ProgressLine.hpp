@@ -19,7 +19,7 @@ public:
     ProgressLine& operator=(const ProgressLine&) = delete;
 
     /// Shows the first state of a solve, and later ones a few times a second.
-    void Show(const nuv::SolveProgress& progress);
+    void Show(const nuv::Progress& progress);
     void Clear();
 
 private:
@@ -27,10 +27,10 @@ private:
     std::size_t m_length = 0;  ///< of the line that stands there
     double m_shownAt = -1.0;   ///< seconds of the solve
     double m_stageSince = 0.0;
-    nuv::SolveStage m_stage = nuv::SolveStage::Float;
+    nuv::Stage m_stage = nuv::Stage::SinglePrecision;
 };
 
 /// "double precision  1234 pivots  220/s  objective 42.5"; `rate` is in pivots a second.
-[[nodiscard]] std::string ProgressText(const nuv::SolveProgress& progress, double rate);
+[[nodiscard]] std::string ProgressText(const nuv::Progress& progress, double rate);
 
 }  // namespace nuvlp

@@ -7,7 +7,6 @@
 #include "Nuv/Report/TextReport.hpp"
 
 #include "Nuv/Report/JsonReport.hpp"
-#include "Nuv/Solve/FloatSolve.hpp"
 #include "Nuv/Solve/Solution.hpp"
 
 #include <limits>
@@ -37,14 +36,14 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
     nuv::SolveOptions solve;
     if (options.maxPivots)
     {
-        solve.useFloatStage = *options.maxPivots != 0;
-        solve.floatPivots = *options.maxPivots;
-        solve.doublePivots = *options.maxPivots;
-        solve.exactPivots = *options.maxPivots;
+        solve.limits.singlePrecisionPivots = *options.maxPivots;
+        solve.limits.doublePivots = *options.maxPivots;
+        solve.limits.exactPivots = *options.maxPivots;
     }
-    solve.seconds = options.timeLimit;
+    solve.limits.seconds = options.timeLimit;
+    solve.singlePrecisionOnly = options.floatOnly;
     solve.sensitivity = options.sensitivity;
-    solve.keepGoing = [&line](const nuv::SolveProgress& progress)
+    solve.limits.keepGoing = [&line](const nuv::Progress& progress)
     {
         line.Show(progress);
         return !IsInterrupted();
@@ -55,8 +54,7 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
 nuv::Solution Solve(const nuv::Model& model, const Options& options)
 {
     ProgressLine line(options.progress);
-    const nuv::SolveOptions solve = SolveOptionsOf(options, line);
-    return options.floatOnly ? nuv::SolveInFloats(model, solve) : nuv::Solve(model, solve);
+    return nuv::Solve(model, SolveOptionsOf(options, line));
 }
 
 ExitCode ExitCodeOfStatus(nuv::SolveStatus status, bool exitStatus)

@@ -1,6 +1,7 @@
 /// Ranges and conflicts mean what they say: checked by moving the data and solving again, and by
 /// enumeration of what is left when a member goes.
 #include "tests/engine/BruteForce.hpp"
+#include "tests/engine/Certified.hpp"
 #include "tests/engine/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
@@ -19,15 +20,14 @@ namespace
 
 Proof Solve(const BoundedForm& form)
 {
-    return SolveProved(form, nullptr, Limits{});
+    return Certified(form);
 }
 
 /// Whether the basis is optimal for the form as it is, without a pivot.
 bool StaysOptimal(const BoundedForm& form, const Basis& basis)
 {
-    Limits limits;
-    limits.exactPivots = 0;
-    const Proof proof = ProveFrom(form, basis, limits);
+    SolveControl control;
+    const Proof proof = CertifyBasis(form, basis, control);
     return proof.proved && proof.status == ProofStatus::Optimal;
 }
 
@@ -62,7 +62,7 @@ TEST(Sensitivity, WyndorGlassAsInTheTextbook)
 {
     const BoundedForm form =
         MakeForm({-3, -5}, {{{1, 0}, {-kInf, 4}}, {{0, 2}, {-kInf, 12}}, {{3, 2}, {-kInf, 18}}});
-    const Sensitivity ranges = AnalyseSensitivity(form, Solve(form));
+    const Sensitivity ranges = RangesOf(form, Solve(form));
     EXPECT_EQ(ranges.cost[0], (AllowedRange{-7.5, 0.0}));
     EXPECT_EQ(ranges.cost[1], (AllowedRange{-kInf, -2.0}));
     EXPECT_EQ(ranges.rowUpper[0], (AllowedRange{2.0, kInf}));
@@ -83,7 +83,7 @@ TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)
         if (proof.status != ProofStatus::Optimal)
             continue;
         ++optimal;
-        const Sensitivity ranges = AnalyseSensitivity(form, proof);
+        const Sensitivity ranges = RangesOf(form, proof);
         for (Index j = 0; j < form.columns; ++j)
         {
             CheckRange(form, proof.basis, ranges.cost[j],
@@ -105,7 +105,7 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
         const Proof proof = Solve(form);
         if (proof.status != ProofStatus::Optimal)
             continue;
-        const Sensitivity ranges = AnalyseSensitivity(form, proof);
+        const Sensitivity ranges = RangesOf(form, proof);
         for (Index i = 0; i < form.rows; ++i)
         {
             const bool equation = form.rowLower[i] == form.rowUpper[i];
@@ -154,10 +154,10 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
         padded.matrix = SparseMatrix<double>::FromRows(rows, padded.columns);
         Basis basis = proof.basis;
         basis.rows.resize(padded.rows, BasisStatus::Basic);
-        const Proof same = ProveFrom(padded, basis, Limits{});
+        const Proof same = CertifiedFrom(padded, basis);
         ASSERT_EQ(same.exactPivots, 0u);
-        const Sensitivity exact = AnalyseSensitivity(form, proof);
-        const Sensitivity doubles = AnalyseSensitivity(padded, same);
+        const Sensitivity exact = RangesOf(form, proof);
+        const Sensitivity doubles = RangesOf(padded, same);
         const auto near = [](double x, double y)
         { return x == y || std::fabs(x - y) < 1e-12 * (1.0 + std::fabs(x)); };
         for (Index j = 0; j < form.columns; ++j)
@@ -177,7 +177,7 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
 TEST(Conflict, BoundsThatCrossAreAConflictOfTwo)
 {
     const BoundedForm form = MakeForm({0, 0}, {{{1, 1}, {0, 1}}}, {{0, 1}, {3, 2}});
-    const Conflict conflict = FindConflict(form, Solve(form), Limits{});
+    const Conflict conflict = ConflictOf(form, Solve(form));
     EXPECT_TRUE(conflict.minimal);
     EXPECT_EQ(conflict.members, (std::vector<ConflictMember>{{1, false}, {1, true}}));
 }
@@ -187,7 +187,7 @@ TEST(Conflict, NamesTheRowsAndBoundsThatMatter)
     // x + y <= 3 against x >= 2 and y >= 2; the other row has nothing to do with it.
     const BoundedForm form = MakeForm({1, 1, 1}, {{{0, 0, 1}, {1, 5}}, {{1, 1, 0}, {-kInf, 3}}},
                                       {{2, 9}, {2, kInf}, {0, kInf}});
-    const Conflict conflict = FindConflict(form, Solve(form), Limits{});
+    const Conflict conflict = ConflictOf(form, Solve(form));
     EXPECT_TRUE(conflict.minimal);
     EXPECT_EQ(conflict.members, (std::vector<ConflictMember>{{0, false}, {1, false}, {4, true}}));
 }
@@ -205,7 +205,7 @@ TEST(Conflict, IsInfeasibleAndLosesThatWithAnyMember)
         if (proof.status != ProofStatus::Infeasible)
             continue;
         ++infeasible;
-        const Conflict conflict = FindConflict(form, proof, Limits{});
+        const Conflict conflict = ConflictOf(form, proof);
         ASSERT_TRUE(conflict.minimal);
         ASSERT_EQ(SolveByEnumeration(RestrictedTo(form, conflict.members)).verdict,
                   Verdict::Infeasible);
@@ -229,12 +229,12 @@ TEST(Conflict, PartsACertificateThatMixesContradictions)
     proof.dual.denominator = 1;
     proof.dual.numerator = {1, 2, 3};
     ASSERT_EQ(CheckProof(form, proof), "");
-    const Conflict conflict = FindConflict(form, proof, Limits{});
+    const Conflict conflict = ConflictOf(form, proof);
     EXPECT_TRUE(conflict.minimal);
     EXPECT_EQ(conflict.members.size(), 2u);
-    Limits none;
+    SolveLimits none;
     none.seconds = 0.0;
-    const Conflict unfinished = FindConflict(form, proof, none);
+    const Conflict unfinished = ConflictOf(form, proof, none);
     EXPECT_FALSE(unfinished.minimal);
     EXPECT_EQ(unfinished.members.size(), 6u);
 }

@@ -43,8 +43,7 @@ BoundedForm BasisForm(Random& random, Index size)
 
 TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
 {
-    Limits limits;
-    Watch watch(limits);
+    SolveControl control;
     for (std::uint64_t seed = 1; seed <= ShareOf(60U); ++seed)
     {
         SCOPED_TRACE(seed);
@@ -78,8 +77,8 @@ TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
         };
         ExactVector forward;
         ExactVector backward;
-        ASSERT_TRUE(factors.SolveForward(right, forward, watch));
-        ASSERT_TRUE(factors.SolveBackward(right, backward, watch));
+        ASSERT_TRUE(factors.SolveForward(right, forward, control));
+        ASSERT_TRUE(factors.SolveBackward(right, backward, control));
         for (Index i = 0; i < size; ++i)
         {
             Rational row = 0;
@@ -128,9 +127,9 @@ TEST(PadicLifting, TellsFractionsFromTheirResidues)
 
 TEST(PadicLifting, GivesUpWhenTimeIsUp)
 {
-    Limits limits;
+    SolveLimits limits;
     limits.seconds = 0.0;
-    Watch watch(limits);
+    SolveControl control(limits);
     Random random(11);
     const BoundedForm form = BasisForm(random, 60);
     const ExactForm exact(form);
@@ -141,7 +140,7 @@ TEST(PadicLifting, GivesUpWhenTimeIsUp)
     (void)factors.Factorise(head);
     ScaledVector right{std::vector<Integer>(60, Integer(1)), {}};
     ExactVector solution;
-    EXPECT_FALSE(factors.SolveForward(right, solution, watch));
+    EXPECT_FALSE(factors.SolveForward(right, solution, control));
 }
 
 }  // namespace

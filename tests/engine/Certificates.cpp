@@ -1,5 +1,5 @@
-/// The independent check refuses every certificate that has been tampered with, and the limits turn
-/// a solve into an outcome that claims nothing.
+/// The independent check refuses every certificate that has been tampered with.
+#include "tests/engine/Certified.hpp"
 #include "tests/engine/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
@@ -29,7 +29,7 @@ BoundedForm UnboundedForm()
 
 Proof Solve(const BoundedForm& form)
 {
-    return SolveProved(form, nullptr, Limits{});
+    return Certified(form);
 }
 
 TEST(Certificate, OptimalIsRefusedOnceAnyPartIsChanged)
@@ -161,59 +161,6 @@ TEST(Certificate, AVerdictNeedsItsOwnCertificate)
             EXPECT_EQ(CheckProof(form, claim).empty(), status == proof.status);
         }
     }
-}
-
-TEST(Limits, NoTimeMeansNoClaim)
-{
-    Limits limits;
-    limits.seconds = 0.0;
-    const BoundedForm form = OptimalForm();
-    const Proof proof = SolveProved(form, nullptr, limits);
-    EXPECT_EQ(proof.status, ProofStatus::Stopped);
-    EXPECT_FALSE(proof.proved);
-    EXPECT_EQ(proof.stopReason, StopReason::TimeLimit);
-    // The slack basis: feasible but for the third row, which wants at least 1 and has 0.
-    EXPECT_EQ(proof.value.size(), 6u);
-    EXPECT_DOUBLE_EQ(proof.primalViolation, 1.0);
-    EXPECT_DOUBLE_EQ(proof.dualViolation, 5.0);
-}
-
-TEST(Limits, WithoutDoublePivotsTheExactStageDoesTheWork)
-{
-    Limits limits;
-    limits.doublePivots = 0;
-    const Proof proof = SolveProved(OptimalForm(), nullptr, limits);
-    EXPECT_TRUE(proof.proved);
-    EXPECT_EQ(proof.status, ProofStatus::Optimal);
-    EXPECT_EQ(proof.doublePivots, 0u);
-    EXPECT_GT(proof.exactPivots, 0u);
-}
-
-TEST(Limits, APivotLimitOnBothStagesStops)
-{
-    Limits limits;
-    limits.doublePivots = 0;
-    limits.exactPivots = 1;
-    const Proof proof = SolveProved(OptimalForm(), nullptr, limits);
-    EXPECT_EQ(proof.status, ProofStatus::Stopped);
-    EXPECT_EQ(proof.stopReason, StopReason::PivotLimit);
-    EXPECT_EQ(proof.exactPivots, 1u);
-}
-
-TEST(Limits, TheCallerIsAskedBeforeEachPivotAndMayStop)
-{
-    std::uint64_t asked = 0;
-    Limits limits;
-    limits.keepGoing = [&asked](const Progress& progress)
-    {
-        EXPECT_EQ(progress.pivots, asked);
-        return ++asked < 3;
-    };
-    Random random(3);
-    const Proof proof = SolveProved(RandomSparseForm(random, 20, 30), nullptr, limits);
-    EXPECT_EQ(proof.status, ProofStatus::Stopped);
-    EXPECT_EQ(proof.stopReason, StopReason::Cancelled);
-    EXPECT_EQ(asked, 3u);
 }
 
 }  // namespace

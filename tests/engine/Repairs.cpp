@@ -1,5 +1,6 @@
 /// What leads from a basis that doubles take for final to one that is: the dual simplex, the look
 /// through the magnifying glass, and the programs whose optima prove that there is none.
+#include "tests/engine/Certified.hpp"
 #include "tests/engine/Forms.hpp"
 
 #include "Nuv/Exact/Auxiliary.hpp"
@@ -18,7 +19,7 @@ namespace
 
 Proof Solve(const BoundedForm& form)
 {
-    return SolveProved(form, nullptr, Limits{});
+    return Certified(form);
 }
 
 /// Cuts a tenth off the room above the lower bound of a basic column, which the basis then
@@ -52,10 +53,8 @@ TEST(DualSimplex, RepairsBoundsThatWereTightened)
         const Proof expected = Solve(tight);
         const ScaledForm scaled(tight);
         SimplexState state(scaled, loose.basis);
-        const Limits limits;
-        Watch watch(limits);
-        std::uint64_t pivots = 0;
-        DualSimplex dual(state, watch, pivots);
+        SolveControl control;
+        DualSimplex dual(state, control);
         const SimplexVerdict verdict = dual.Run();
         if (expected.status == ProofStatus::Infeasible)
         {
@@ -63,7 +62,7 @@ TEST(DualSimplex, RepairsBoundsThatWereTightened)
             continue;
         }
         ASSERT_EQ(verdict, SimplexVerdict::Optimal);
-        repaired += pivots > 0 ? 1 : 0;
+        repaired += control.Pivots(Stage::Double) > 0 ? 1 : 0;
         double objective = tight.constant;
         for (Index j = 0; j < tight.columns; ++j)
             objective += tight.cost[j] * state.value[j] * scaled.Scale(j);
@@ -80,7 +79,7 @@ TEST(Refinement, PricesADifferenceBelowTheTolerance)
     Basis start = SlackBasis(form);
     start.columns[0] = BasisStatus::Basic;
     start.rows[0] = BasisStatus::AtUpper;
-    const Proof proof = SolveProved(form, &start, Limits{});
+    const Proof proof = Certified(form, &start);
     ASSERT_EQ(proof.status, ProofStatus::Optimal);
     EXPECT_TRUE(proof.proved);
     EXPECT_EQ(proof.value[1], 1.0);
@@ -96,7 +95,7 @@ TEST(Refinement, RepairsAViolationBelowTheTolerance)
     Basis start = SlackBasis(form);
     start.columns[1] = BasisStatus::Basic;
     start.rows[0] = BasisStatus::AtLower;
-    const Proof proof = SolveProved(form, &start, Limits{});
+    const Proof proof = Certified(form, &start);
     ASSERT_EQ(proof.status, ProofStatus::Optimal);
     EXPECT_TRUE(proof.proved);
     EXPECT_EQ(proof.value[2], 0x1p-50);
@@ -121,7 +120,7 @@ TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
     const AuxiliaryForm elastic = ElasticForm(form, SlackBasis(form));
     ASSERT_EQ(elastic.form.Defect(), "");
     ASSERT_EQ(elastic.form.columns, 4U);
-    const Proof start = ProveFrom(elastic.form, elastic.start, Limits{});
+    const Proof start = CertifiedFrom(elastic.form, elastic.start);
     ASSERT_EQ(start.status, ProofStatus::Optimal);
     // x = 2 and y = 3 miss the first row by one.
     EXPECT_EQ(start.objective, 1);
@@ -136,7 +135,7 @@ TEST(Auxiliary, RaysAreBoundedDirections)
     const BoundedForm form = MakeForm({1, -2}, {{{1, -1}, {-kInf, 3}}});
     const AuxiliaryForm rays = RayForm(form, SlackBasis(form));
     ASSERT_EQ(rays.form.Defect(), "");
-    const Proof ray = ProveFrom(rays.form, rays.start, Limits{});
+    const Proof ray = CertifiedFrom(rays.form, rays.start);
     ASSERT_EQ(ray.status, ProofStatus::Optimal);
     EXPECT_EQ(ray.objective, -2);
 }

@@ -1,5 +1,6 @@
 /// The engine against answers known from elsewhere: textbooks, and enumeration of all bases.
 #include "tests/engine/BruteForce.hpp"
+#include "tests/engine/Certified.hpp"
 #include "tests/engine/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
@@ -14,7 +15,7 @@ namespace
 
 Proof Solve(const BoundedForm& form)
 {
-    return SolveProved(form, nullptr, Limits{});
+    return Certified(form);
 }
 
 void ExpectVerdict(const BoundedForm& form, const BruteForceResult& expected, const Proof& proof)
@@ -127,7 +128,7 @@ TEST(Engine, CyclingExamplesEndAtTheirOptimum)
     for (auto& [form, optimum] : CyclingForms())
     {
         form.numbers = Numbers::AsWritten;
-        for (const Proof& proof : {Solve(form), ProveFrom(form, SlackBasis(form), Limits{})})
+        for (const Proof& proof : {Solve(form), CertifiedFrom(form, SlackBasis(form))})
         {
             EXPECT_TRUE(proof.proved);
             ASSERT_EQ(proof.status, ProofStatus::Optimal);
@@ -187,7 +188,7 @@ TEST(Engine, AgreesWithEnumerationOnThousandsOfSmallForms)
         const BruteForceResult expected = SolveByEnumeration(form);
         ++verdicts[static_cast<int>(expected.verdict)];
         ExpectVerdict(form, expected, Solve(form));
-        ExpectVerdict(form, expected, ProveFrom(form, SlackBasis(form), Limits{}));
+        ExpectVerdict(form, expected, CertifiedFrom(form, SlackBasis(form)));
         if (HasFatalFailure())
             return;
     }
@@ -213,8 +214,8 @@ TEST(Engine, AnyStartBasisLeadsToTheSameAnswer)
             status = static_cast<BasisStatus>(random.Between(0, 3));
         for (BasisStatus& status : start.rows)
             status = static_cast<BasisStatus>(random.Between(0, 3));
-        ExpectVerdict(form, expected, SolveProved(form, &start, Limits{}));
-        ExpectVerdict(form, expected, ProveFrom(form, start, Limits{}));
+        ExpectVerdict(form, expected, Certified(form, &start));
+        ExpectVerdict(form, expected, CertifiedFrom(form, start));
         if (HasFatalFailure())
             return;
     }
@@ -232,7 +233,7 @@ TEST(Engine, ProvesSparseFormsWithDecimalsInBothReadings)
             form.numbers = numbers;
             const Proof proof = Solve(form);
             ASSERT_TRUE(proof.proved);
-            const Proof cold = ProveFrom(form, SlackBasis(form), Limits{});
+            const Proof cold = CertifiedFrom(form, SlackBasis(form));
             ASSERT_TRUE(cold.proved);
             ASSERT_EQ(proof.status, cold.status);
             ASSERT_EQ(proof.objective, cold.objective);

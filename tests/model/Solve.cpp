@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -138,8 +140,6 @@ TEST(Solve, NumbersBeyondBinary32AreSolvedExactlyInstead)
     model.Maximize(x);
     const nuv::Solution solution = model.Solve();
     EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::Skipped);
-    EXPECT_EQ(solution.binary32.overflowing, 2U);
-    EXPECT_EQ(solution.binary32.row, 1U);
     ASSERT_EQ(solution.status, nuv::SolveStatus::Optimal);
     EXPECT_EQ(solution.objective, 5.0);
 }
@@ -167,17 +167,85 @@ TEST(Solve, ANumberThatIsNoneIsAnErrorWithTheNameOfWhatHasIt)
     EXPECT_EQ(solution.failure.text, "a bound of row 'limit' is not a number");
 }
 
-TEST(Solve, StopsWhenToldTo)
+/// Three models for the core: with an optimum, without a point, without an end.
+std::vector<nuv::Model> OneOfEachVerdict()
 {
-    nuv::Model model;
-    const nuv::Variable x = model.AddVariable("x");
-    model.Add(x <= 1);
-    model.Maximize(x);
-    nuv::SolveOptions options;
-    options.keepGoing = [](const nuv::SolveProgress&) { return false; };
-    const nuv::Solution solution = model.Solve(options);
-    EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::Cancelled);
-    EXPECT_FALSE(solution.status == nuv::SolveStatus::Optimal && !solution.proved);
+    std::vector<nuv::Model> models(3);
+    for (std::size_t k = 0; k < models.size(); ++k)
+    {
+        nuv::Model& model = models[k];
+        const nuv::Variable x = model.AddVariable("x");
+        const nuv::Variable y = model.AddVariable("y");
+        model.Add("a", x - y <= 1);
+        model.Add("b", x + 2 * y >= 2);
+        if (k != 2)
+            model.Add("c", x + y <= (k == 0 ? 5.0 : 0.5));
+        model.Maximize(x + 3 * y);
+    }
+    return models;
+}
+
+TEST(Solve, StopsWhenToldToInSinglePrecision)
+{
+    for (const nuv::Model& model : OneOfEachVerdict())
+    {
+        int asked = 0;
+        nuv::SolveOptions options;
+        options.limits.keepGoing = [&asked](const nuv::Progress& progress)
+        {
+            EXPECT_EQ(progress.stage, nuv::Stage::SinglePrecision);
+            ++asked;
+            return false;
+        };
+        const nuv::Solution solution = model.Solve(options);
+        EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::Stopped);
+        EXPECT_EQ(solution.status, nuv::SolveStatus::Stopped);
+        EXPECT_EQ(solution.proof.stopReason, nuv::StopReason::Cancelled);
+        EXPECT_EQ(asked, 1) << "a stop is final";
+    }
+}
+
+TEST(Solve, StopsWhenToldToInAnyLaterStage)
+{
+    for (const nuv::Stage stage : {nuv::Stage::Double, nuv::Stage::Exact})
+        for (const nuv::Model& model : OneOfEachVerdict())
+        {
+            int asked = 0;
+            nuv::SolveOptions options;
+            options.useSinglePrecision = false;
+            if (stage == nuv::Stage::Exact)
+                options.limits.doublePivots = 0;
+            options.limits.keepGoing = [&](const nuv::Progress& progress)
+            {
+                asked += progress.stage == stage ? 1 : 0;
+                return progress.stage != stage;
+            };
+            const nuv::Solution solution = model.Solve(options);
+            EXPECT_EQ(solution.status, nuv::SolveStatus::Stopped);
+            EXPECT_EQ(solution.proof.stopReason, nuv::StopReason::Cancelled);
+            EXPECT_EQ(asked, 1) << "a stop is final";
+        }
+}
+
+TEST(Solve, APivotLimitOfEveryStageIsOneForTheWholeSolve)
+{
+    for (const nuv::Model& model : OneOfEachVerdict())
+        for (std::uint64_t most = 0; most < 4; ++most)
+        {
+            nuv::SolveOptions options;
+            options.limits.singlePrecisionPivots = most;
+            options.limits.doublePivots = most;
+            options.limits.exactPivots = most;
+            options.limits.keepGoing = [most](const nuv::Progress& progress)
+            {
+                EXPECT_LE(progress.pivots, most);
+                return true;
+            };
+            const nuv::Solution solution = model.Solve(options);
+            EXPECT_LE(solution.floatStage.pivots, most);
+            EXPECT_LE(solution.proof.doublePivots, most);
+            EXPECT_LE(solution.proof.exactPivots, most);
+        }
 }
 
 TEST(Solve, TellsWhereItStands)
@@ -189,9 +257,9 @@ TEST(Solve, TellsWhereItStands)
     model.Add("b", x + 3 * y <= 9);
     model.Maximize(3 * x + 2 * y + 10);
     nuv::SolveOptions options;
-    options.useFloatStage = false;
-    std::vector<nuv::SolveProgress> seen;
-    options.keepGoing = [&seen](const nuv::SolveProgress& progress)
+    options.useSinglePrecision = false;
+    std::vector<nuv::Progress> seen;
+    options.limits.keepGoing = [&seen](const nuv::Progress& progress)
     {
         seen.push_back(progress);
         return true;

@@ -1,7 +1,7 @@
 // The JSON of a result: its shape for each verdict, read back by the strict reader.
 #include "Nuv/Report/JsonReader.hpp"
 #include "Nuv/Report/JsonReport.hpp"
-#include "Nuv/Solve/FloatSolve.hpp"
+#include "Nuv/Solve/Solution.hpp"
 #include "tests/model/LpText.hpp"
 
 #include <gtest/gtest.h>
@@ -55,7 +55,7 @@ TEST(JsonReport, HasTheSameKeysForEveryVerdict)
     const char* const keys = "schema status objective proof pivots float_stage variables rows "
                              "conflict farkas ray warnings";
     SolveOptions stopped;
-    stopped.seconds = 0.0;
+    stopped.limits.seconds = 0.0;
     for (const auto& [json, status] :
          {std::pair(ReportOf("max x st a: x <= 4 end"), "optimal"),
           std::pair(ReportOf("max x st a: x <= 4 b: x >= 5 end"), "infeasible"),
@@ -109,9 +109,9 @@ TEST(JsonReport, HasRangesWhereTheyWereAskedFor)
 TEST(JsonReport, StatesViolationsWhereNothingIsProved)
 {
     SolveOptions options;
-    options.useFloatStage = false;
-    options.doublePivots = 0;
-    options.exactPivots = 0;
+    options.useSinglePrecision = false;
+    options.limits.doublePivots = 0;
+    options.limits.exactPivots = 0;
     const JsonValue value = Parsed(ReportOf("max x st a: x <= 4 b: x >= 1 end", options));
     EXPECT_EQ(Keys(value.Find("proof")), "outcome primal_violation dual_violation");
     EXPECT_EQ(value.Find("proof")->Find("outcome")->text, "not proved");
@@ -121,7 +121,9 @@ TEST(JsonReport, StatesViolationsWhereNothingIsProved)
 TEST(JsonReport, LeavesOutWhatSinglePrecisionDoesNotKnow)
 {
     const Model model = *ReadText("max 3 x + y st a: x + y <= 4 end").model;
-    const JsonValue value = Parsed(JsonReport(model, SolveInFloats(model), {}));
+    SolveOptions options;
+    options.singlePrecisionOnly = true;
+    const JsonValue value = Parsed(JsonReport(model, Solve(model, options), {}));
     EXPECT_EQ(value.Find("proof")->Find("outcome")->text, "not proved");
     EXPECT_EQ(Keys(&value.Find("variables")->items[0]), "name value");
     EXPECT_EQ(Keys(&value.Find("rows")->items[0]), "name activity lower upper slack");

@@ -1,0 +1,15 @@
+/// What may be done to the numbers of a model before the core gets them.
+#pragma once
+
+#include <cstdint>
+
+namespace nuv
+{
+
+enum class Scaling : std::uint8_t
+{
+    None,
+    PowersOfTwo,  ///< of rows and columns, which changes exponents and no other bit
+};
+
+}  // namespace nuv

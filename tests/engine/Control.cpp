@@ -1,0 +1,234 @@
+/// Limits and cancelling: each alone, together, in every stage, and in what follows a verdict.
+#include "tests/engine/Certified.hpp"
+#include "tests/engine/Forms.hpp"
+#include "tests/support/Effort.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv::test
+{
+namespace
+{
+
+BoundedForm OptimalForm()
+{
+    return MakeForm({-3, -5, 1},
+                    {{{1, 0, 1}, {-kInf, 4}}, {{0, 2, -1}, {-kInf, 12}}, {{3, 2, 0}, {1, 18}}},
+                    {{0, kInf}, {0, kInf}, {-1, 7}});
+}
+
+/// Three disjoint contradictions, and a certificate that adds them up.
+Proof MixedContradiction(BoundedForm& form)
+{
+    form = MakeForm({0, 0, 0},
+                    {{{1, 0, 0}, {2, kInf}}, {{0, 1, 0}, {3, kInf}}, {{0, 0, 1}, {4, kInf}}},
+                    {{0, 1}, {0, 1}, {0, 1}});
+    Proof proof = Certified(form);
+    proof.dual.denominator = 1;
+    proof.dual.numerator = {1, 2, 3};
+    return proof;
+}
+
+TEST(SolveControl, NoTimeMeansNoClaim)
+{
+    SolveLimits limits;
+    limits.seconds = 0.0;
+    const BoundedForm form = OptimalForm();
+    const Proof proof = Certified(form, nullptr, limits);
+    EXPECT_EQ(proof.status, ProofStatus::Stopped);
+    EXPECT_FALSE(proof.proved);
+    EXPECT_EQ(proof.stopReason, StopReason::TimeLimit);
+    // The slack basis: feasible but for the third row, which wants at least 1 and has 0.
+    EXPECT_EQ(proof.value.size(), 6u);
+    EXPECT_DOUBLE_EQ(proof.primalViolation, 1.0);
+    EXPECT_DOUBLE_EQ(proof.dualViolation, 5.0);
+}
+
+TEST(SolveControl, WithoutDoublePivotsTheExactStageDoesTheWork)
+{
+    SolveLimits limits;
+    limits.doublePivots = 0;
+    const Proof proof = Certified(OptimalForm(), nullptr, limits);
+    EXPECT_TRUE(proof.proved);
+    EXPECT_EQ(proof.status, ProofStatus::Optimal);
+    EXPECT_EQ(proof.doublePivots, 0u);
+    EXPECT_GT(proof.exactPivots, 0u);
+}
+
+TEST(SolveControl, APivotLimitOnBothStagesStops)
+{
+    SolveLimits limits;
+    limits.doublePivots = 0;
+    limits.exactPivots = 1;
+    const Proof proof = Certified(OptimalForm(), nullptr, limits);
+    EXPECT_EQ(proof.status, ProofStatus::Stopped);
+    EXPECT_EQ(proof.stopReason, StopReason::PivotLimit);
+    EXPECT_EQ(proof.exactPivots, 1u);
+}
+
+TEST(SolveControl, TheCallerIsAskedBeforeEachPivotAndMayStop)
+{
+    std::uint64_t asked = 0;
+    SolveLimits limits;
+    limits.keepGoing = [&asked](const Progress& progress)
+    {
+        EXPECT_EQ(progress.pivots, asked);
+        return ++asked < 3;
+    };
+    Random random(3);
+    const Proof proof = Certified(RandomSparseForm(random, 20, 30), nullptr, limits);
+    EXPECT_EQ(proof.status, ProofStatus::Stopped);
+    EXPECT_EQ(proof.stopReason, StopReason::Cancelled);
+    EXPECT_EQ(asked, 3u);
+}
+
+TEST(SolveControl, APivotLimitLeavesTheTimeLimitInForce)
+{
+    SolveLimits limits;
+    limits.doublePivots = 0;
+    SolveControl control(limits);
+    EXPECT_FALSE(control.MayPivot(Stage::Double, true, 0.0));
+    EXPECT_EQ(control.Reason(), StopReason::PivotLimit);
+    EXPECT_FALSE(control.IsStopped());
+    EXPECT_TRUE(control.MayPivot(Stage::Exact, true, 0.0));
+    control.EndWithin(0.0);
+    EXPECT_TRUE(control.IsStopped());
+    EXPECT_EQ(control.Reason(), StopReason::TimeLimit);
+    EXPECT_FALSE(control.MayPivot(Stage::Exact, true, 0.0));
+}
+
+TEST(SolveControl, TheClockRunsOnInTheExactStageAfterThePivotsOfDoublesAreUsedUp)
+{
+    SolveControl* running = nullptr;
+    SolveLimits limits;
+    limits.doublePivots = 0;
+    limits.keepGoing = [&running](const Progress& progress)
+    {
+        if (progress.stage == Stage::Exact && progress.pivots == 1)
+            running->EndWithin(0.0);
+        return true;
+    };
+    SolveControl control(limits);
+    running = &control;
+    const Proof proof = SolveProved(OptimalForm(), nullptr, control);
+    EXPECT_EQ(proof.status, ProofStatus::Stopped);
+    EXPECT_EQ(proof.stopReason, StopReason::TimeLimit);
+    EXPECT_LE(proof.exactPivots, 2U);
+}
+
+TEST(SolveControl, AStopIsFinalInWhicheverStageItComes)
+{
+    for (const Stage stage : {Stage::Double, Stage::Exact})
+        for (std::uint64_t seed = 1; seed <= ShareOf(60U); ++seed)
+        {
+            SCOPED_TRACE(seed);
+            Random random(seed);
+            const BoundedForm form = RandomSparseForm(random, 12, 18);
+            int asked = 0;
+            bool stopped = false;
+            SolveLimits limits;
+            limits.doublePivots = stage == Stage::Exact ? 3 : SolveLimits::kNoLimit;
+            limits.keepGoing = [&](const Progress& progress)
+            {
+                EXPECT_FALSE(stopped) << "asked again";
+                stopped = progress.stage == stage && ++asked == 2;
+                return !stopped;
+            };
+            const Proof proof = Certified(form, nullptr, limits);
+            EXPECT_EQ(proof.status == ProofStatus::Stopped, stopped);
+            EXPECT_EQ(proof.stopReason, stopped ? StopReason::Cancelled : StopReason::None);
+        }
+}
+
+/// Main program, refinements, elastic program and rays together spend what one of them may.
+TEST(SolveControl, PivotsAreCountedOverTheWholeSolve)
+{
+    int stopped = 0;
+    int proved = 0;
+    for (std::uint64_t seed = 1; seed <= ShareOf(400U); ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const BoundedForm form =
+            RandomSmallForm(random, 4, static_cast<Index>(random.Between(3, 6)));
+        SolveLimits limits;
+        limits.doublePivots = static_cast<std::uint64_t>(random.Between(0, 4));
+        limits.exactPivots = static_cast<std::uint64_t>(random.Between(0, 3));
+        std::uint64_t last[kStages] = {};
+        limits.keepGoing = [&last](const Progress& progress)
+        {
+            std::uint64_t& before = last[static_cast<std::size_t>(progress.stage)];
+            EXPECT_GE(progress.pivots, before) << "pivots ran backwards";
+            before = std::max(before, progress.pivots);
+            return true;
+        };
+        SolveControl control(limits);
+        const Proof proof = SolveProved(form, nullptr, control);
+        EXPECT_LE(control.Pivots(Stage::Double), limits.doublePivots);
+        EXPECT_LE(control.Pivots(Stage::Exact), limits.exactPivots);
+        proved += proof.proved ? 1 : 0;
+        stopped += proof.proved ? 0 : 1;
+        EXPECT_EQ(proof.stopReason, proof.proved ? StopReason::None : StopReason::PivotLimit);
+    }
+    EXPECT_GT(proved, 20);
+    EXPECT_GT(stopped, 20);
+}
+
+TEST(SolveControl, AnotherProgramThanTheModelsHasNoObjectiveToReport)
+{
+    // The elastic program on the way to this proof has an optimum, which is not the model's.
+    const BoundedForm form =
+        MakeForm({1, 1}, {{{1, 1}, {6, kInf}}, {{1, -1}, {-kInf, 1}}, {{-1, 2}, {-kInf, 1}}},
+                 {{0, kInf}, {0, 2}});
+    SolveLimits limits;
+    limits.keepGoing = [](const Progress& progress)
+    {
+        EXPECT_FALSE(progress.feasible && !std::isnan(progress.objective));
+        return true;
+    };
+    EXPECT_EQ(Certified(form, nullptr, limits).status, ProofStatus::Infeasible);
+}
+
+TEST(SolveControl, EndsTheSearchOfAConflict)
+{
+    BoundedForm form;
+    const Proof proof = MixedContradiction(form);
+    ASSERT_EQ(CheckProof(form, proof), "");
+    EXPECT_TRUE(ConflictOf(form, proof).minimal);
+    SolveLimits cancelled;
+    cancelled.keepGoing = [](const Progress&) { return false; };
+    SolveLimits noPivots;
+    noPivots.doublePivots = 0;
+    noPivots.exactPivots = 0;
+    SolveLimits noTime;
+    noTime.seconds = 0.0;
+    for (const SolveLimits& limits : {cancelled, noPivots, noTime})
+    {
+        const Conflict conflict = ConflictOf(form, proof, limits);
+        EXPECT_FALSE(conflict.minimal);
+        EXPECT_EQ(conflict.members.size(), 6U) << "what is left still excludes each other";
+    }
+}
+
+TEST(SolveControl, EndsRanging)
+{
+    const BoundedForm form = OptimalForm();
+    const Proof proof = Certified(form);
+    SolveLimits limits;
+    limits.seconds = 0.0;
+    SolveControl late(limits);
+    EXPECT_FALSE(AnalyseSensitivity(form, proof, late));
+    int asked = 0;
+    SolveLimits twice;
+    twice.keepGoing = [&asked](const Progress&) { return ++asked < 2; };
+    SolveControl cancelled(twice);
+    EXPECT_FALSE(AnalyseSensitivity(form, proof, cancelled));
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(cancelled.Reason(), StopReason::Cancelled);
+}
+
+}  // namespace
+}  // namespace nuv::test
