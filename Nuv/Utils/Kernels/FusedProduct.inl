@@ -1,8 +1,8 @@
 // A rank-1 update of some columns and one or two products with them, in one pass over the columns
-// (the BLAS would say GER and GEMV). A few columns are taken at a time, whose elements lie one
-// behind the other, so that memory is read in order and the sums of a row wait in a register. In
-// the last group the columns that are missing are the last one again with factors of 0, so that
-// there is no other loop for the remainder: 0 · x adds ±0 to a sum from +0, as x is finite.
+// (the BLAS would say GER and GEMV). Eight columns are taken at a time, with narrow vectors four,
+// so that each is read in order and the sums of a row wait in a register; then, of those that are
+// left, half as many at a time, down to one. A unit column adds its factor in its own row, in its
+// turn, so that each sum keeps the order of the full product.
 #include "Nuv/Utils/Kernels/Kernels.h"
 #include "Nuv/Utils/Kernels/Lanes.inl"
 #include "Nuv/Utils/Kernels/Zeros.inl"
@@ -13,6 +13,7 @@ namespace
 {
 /// How many columns are taken at a time: as many as there are registers for.
 constexpr NuvSizeT columnsAtOnce = lanes == 16 ? 8 : 4;
+static_assert((columnsAtOnce & (columnsAtOnce - 1)) == 0, "the remainder is taken by halves");
 
 /// Some rows or columns of a matrix.
 struct Range
