@@ -73,7 +73,7 @@ std::string StagesOf(const nuv::Solution& solution)
 {
     std::string stages;
     for (const auto& [hasRun, name] :
-         {std::pair{solution.floatStage.outcome != nuv::FloatOutcome::Skipped, "float"},
+         {std::pair{!solution.floatStage.basicLabels.empty(), "float"},
           std::pair{solution.proof.ranDouble, "double"},
           std::pair{solution.proof.ranExact, "exact"}})
         if (hasRun)

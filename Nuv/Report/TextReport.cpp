@@ -73,14 +73,33 @@ std::string CycleWords(const FloatResult& stage)
     return fmt::format("basis repeated after {} pivots, a cycle of {}", stage.pivots, stage.period);
 }
 
+/// Why single precision alone came to no verdict.
+std::string SinglePrecisionWords(const FloatResult& stage)
+{
+    switch (stage.outcome)
+    {
+    case FloatOutcome::Cycling:
+        return ": " + CycleWords(stage);
+    case FloatOutcome::PivotBudget:
+        return fmt::format(": no end after {} pivots, 50 for each row and column of the canonical "
+                           "form",
+                           stage.pivots);
+    case FloatOutcome::Memory:
+        return stage.pivots == 0 ? ": too large for the dense matrices of single precision"
+                                 : fmt::format(": the dense matrices of single precision take too "
+                                               "much memory after {} pivots",
+                                               stage.pivots);
+    case FloatOutcome::Empty:
+        return ": there is no row or no variable for single precision to work on";
+    case FloatOutcome::OutOfRange:
+        return ": a number of the model is beyond single precision";
+    default:
+        return "";
+    }
+}
+
 std::string StopWords(const Solution& solution)
 {
-    if (solution.floatStage.outcome == FloatOutcome::Cycling &&
-        solution.proof.stopReason == StopReason::None)
-        return ": " + CycleWords(solution.floatStage);
-    if (solution.floatStage.outcome == FloatOutcome::Skipped &&
-        solution.proof.stopReason == StopReason::None)
-        return ": the model is empty, too large or beyond single precision";
     switch (solution.proof.stopReason)
     {
     case StopReason::TimeLimit:
@@ -92,7 +111,7 @@ std::string StopWords(const Solution& solution)
     case StopReason::None:
         break;
     }
-    return "";
+    return SinglePrecisionWords(solution.floatStage);
 }
 
 std::string BoundWords(double lower, double upper)

@@ -50,9 +50,16 @@ template <>
 struct Words<FloatOutcome>
 {
     static constexpr Word<FloatOutcome> table[] = {
-        {FloatOutcome::Optimal, "optimal"},     {FloatOutcome::Infeasible, "infeasible"},
-        {FloatOutcome::Unbounded, "unbounded"}, {FloatOutcome::PivotLimit, "pivot-limit"},
-        {FloatOutcome::Cycling, "cycling"},     {FloatOutcome::Stopped, "stopped"},
+        {FloatOutcome::Optimal, "optimal"},
+        {FloatOutcome::Infeasible, "infeasible"},
+        {FloatOutcome::Unbounded, "unbounded"},
+        {FloatOutcome::PivotLimit, "pivot-limit"},
+        {FloatOutcome::PivotBudget, "pivot-budget"},
+        {FloatOutcome::Memory, "memory"},
+        {FloatOutcome::Cycling, "cycling"},
+        {FloatOutcome::Stopped, "stopped"},
+        {FloatOutcome::Empty, "empty"},
+        {FloatOutcome::OutOfRange, "out-of-range"},
         {FloatOutcome::Skipped, "skipped"},
     };
 };

@@ -18,9 +18,14 @@ namespace
 class Follower
 {
 public:
-    Follower(std::uint64_t mostPivots, SolveControl& control,
+    /// `beyond` is the outcome where `mostPivots` do not suffice.
+    Follower(std::uint64_t mostPivots, FloatOutcome beyond, SolveControl& control,
              const std::function<void(const FloatPivot&)>& observe, FloatResult& result)
-        : m_mostPivots(mostPivots), m_control(control), m_observe(observe), m_result(result)
+        : m_mostPivots(mostPivots),
+          m_beyond(beyond),
+          m_control(control),
+          m_observe(observe),
+          m_result(result)
     {
     }
 
@@ -31,7 +36,7 @@ public:
         if (Returns(pivot, basic))
             return Stop(FloatOutcome::Cycling);
         if (m_result.pivots >= m_mostPivots)
-            return Stop(FloatOutcome::PivotLimit);
+            return Stop(m_beyond);
         if (m_observe)
             m_observe({pivot.phase,
                        pivot.number,
@@ -76,6 +81,7 @@ private:
     }
 
     std::uint64_t m_mostPivots;
+    FloatOutcome m_beyond;
     SolveControl& m_control;
     const std::function<void(const FloatPivot&)>& m_observe;
     FloatResult& m_result;
@@ -134,7 +140,8 @@ FloatOutcome OutcomeOf(Verdict verdict, FloatOutcome stopped)
     case Verdict::InvalidInput:
         break;
     }
-    return FloatOutcome::Skipped;
+    // The program was stated as the core wants it: storage was refused.
+    return FloatOutcome::Memory;
 }
 
 }  // namespace
@@ -144,18 +151,23 @@ FloatResult RunFloatStage(const CanonicalForm& form, const FloatBudget& budget,
                           const std::function<void(const FloatPivot&)>& observe)
 {
     FloatResult result;
-    if (form.rows == 0 || form.columns == 0 || !IsFinite(form))
+    result.outcome = form.rows == 0 || form.columns == 0 ? FloatOutcome::Empty
+                     : !IsFinite(form)                   ? FloatOutcome::OutOfRange
+                                                         : FloatOutcome::Memory;
+    if (result.outcome != FloatOutcome::Memory)
         return result;
-    const std::uint64_t pivots = std::min(budget.pivots, AffordablePivots(form, budget.bytes));
-    if (pivots == 0)
-        return result;
+    const std::uint64_t affordable = AffordablePivots(form, budget.bytes);
     LinearProgram program(form.columns);
-    if (!program || !State(form, program))
+    if (affordable == 0 || !program || !State(form, program))
         return result;
 
     for (Index i = 0; i < form.rows; ++i)
         result.basicLabels.push_back(form.columns + 1 + i);
-    const Verdict verdict = program.Solve(Follower(pivots, control, observe, result));
+    const bool isBudgetAffordable = budget.pivots <= affordable;
+    const Verdict verdict = program.Solve(
+        Follower(std::min(budget.pivots, affordable),
+                 isBudgetAffordable ? FloatOutcome::PivotBudget : FloatOutcome::Memory, control,
+                 observe, result));
     result.outcome = OutcomeOf(verdict, result.outcome);
     if (result.outcome != FloatOutcome::Optimal)
         return result;

@@ -17,10 +17,14 @@ enum class FloatOutcome : std::uint8_t
     Optimal,
     Infeasible,
     Unbounded,
-    PivotLimit,
-    Cycling,  ///< a basis came back: without a tolerance and a rule against it, for ever
-    Stopped,  ///< by time or by the caller
-    Skipped,  ///< not tried: nothing to do, too large, or numbers beyond binary32
+    PivotLimit,   ///< of the solve
+    PivotBudget,  ///< the stage's own
+    Memory,       ///< the matrices are dense, and each pivot leaves one behind
+    Cycling,      ///< a basis came back: without a tolerance and a rule against it, for ever
+    Stopped,      ///< by time or by the caller
+    Empty,        ///< not tried: there is no row or no column
+    OutOfRange,   ///< not tried: a number is beyond binary32
+    Skipped,      ///< not asked for
 };
 
 /// A pivot that is about to be made, in terms of the canonical form.

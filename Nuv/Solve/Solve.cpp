@@ -59,7 +59,7 @@ std::optional<Basis> FindStart(const BoundedForm& form, double sign, const Solve
     const Lowering lowering = Lower(form, options.scaling);
     solution.floatStage = RunSinglePrecision(form, sign, lowering, options, control, solution);
     solution.floatSeconds = control.Seconds();
-    if (solution.floatStage.outcome == FloatOutcome::Skipped)
+    if (solution.floatStage.basicLabels.empty())
         return std::nullopt;
     return LiftBasis(lowering, solution.floatStage.basicLabels);
 }

@@ -139,7 +139,7 @@ TEST(Solve, NumbersBeyondBinary32AreSolvedExactlyInstead)
     model.Add(1e200 * x <= 5e200);
     model.Maximize(x);
     const nuv::Solution solution = model.Solve();
-    EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::Skipped);
+    EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::OutOfRange);
     ASSERT_EQ(solution.status, nuv::SolveStatus::Optimal);
     EXPECT_EQ(solution.objective, 5.0);
 }

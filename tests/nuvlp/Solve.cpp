@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <csignal>
 #include <filesystem>
 #include <regex>
@@ -166,13 +167,56 @@ TEST(SolveCommand, SolvesInSinglePrecisionAloneIfAsked)
     EXPECT_EQ(RunNuvlp("solve -q --float-only --max-pivots 0 textbook/wyndor.lp").exitCode, 4);
     EXPECT_EQ(RunNuvlp("solve -q --float-only --time-limit 0 textbook/wyndor.lp").out,
               "status     stopped by the time limit\nproof      not proved\n");
-    EXPECT_EQ(RunNuvlp("solve -q --float-only -", "max 1e25 x st 1e15 x <= 1e39 end").out,
-              "status     stopped: the model is empty, too large or beyond single precision\n"
+    EXPECT_EQ(RunNuvlp("solve -q --float-only -", "max 1e39 x + y st x + y <= 4 end").out,
+              "status     stopped: a number of the model is beyond single precision\n"
               "proof      not proved\n");
     EXPECT_EQ(RunNuvlp("solve --float-only textbook/wyndor_unbounded.lp --exit-status").exitCode,
               3);
     EXPECT_EQ(RunNuvlp("solve -q --float-only -", "max x st c: x <= 9 bounds 5 <= x <= 3 end").out,
               "status     infeasible\nproof      not proved\n");
+}
+
+/// The cube of Klee and Minty in 20 dimensions, and rows that only make the matrices larger.
+std::string LongWay(int rows)
+{
+    constexpr int kDimensions = 20;
+    std::string costs;
+    std::string text = " st\n";
+    for (int i = 1; i <= kDimensions; ++i)
+    {
+        costs += " + " + std::to_string(1 << (kDimensions - i)) + " x" + std::to_string(i);
+        for (int j = 1; j < i; ++j)
+            text += " + " + std::to_string(1 << (i - j + 1)) + " x" + std::to_string(j);
+        text += " + x" + std::to_string(i) + " <= " + std::to_string(std::pow(5.0, i)) + "\n";
+    }
+    for (int i = kDimensions; i < rows; ++i)
+        text += " y" + std::to_string(i) + " <= 1\n";
+    return "max" + costs + text + "end\n";
+}
+
+TEST(SolveCommand, SaysWhySinglePrecisionAloneCameToNoEnd)
+{
+    std::string large = "max x0 st\n";
+    for (int i = 0; i < 8000; ++i)
+        large += " x" + std::to_string(i) + " <= 1\n";
+    const std::pair<std::string, const char*> models[] = {
+        {"max 5 st end", "there is no row or no variable for single precision to work on"},
+        {"max 1e39 x + y st x + y <= 4 end", "a number of the model is beyond single precision"},
+        {large + "end", "too large for the dense matrices of single precision"},
+        {LongWay(20), "no end after 2000 pivots, 50 for each row and column of the canonical form"},
+        {LongWay(160),
+         "the dense matrices of single precision take too much memory after 10223 pivots"},
+    };
+    for (const auto& [model, reason] : models)
+    {
+        const Outcome outcome = RunNuvlp("solve --quiet --float-only -", model);
+        EXPECT_EQ(outcome.out,
+                  std::string("status     stopped: ") + reason + "\nproof      not proved\n");
+        EXPECT_EQ(outcome.exitCode, 4) << reason;
+        EXPECT_NE(RunNuvlp("solve --quiet -", model).out.find("\nproof      proved"),
+                  std::string::npos)
+            << reason;
+    }
 }
 
 TEST(SolveCommand, StopsAtThePivotLimitAndTheTimeLimit)
