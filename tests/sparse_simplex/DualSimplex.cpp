@@ -1,0 +1,144 @@
+/// The dual simplex in doubles by itself: reduced costs of the wrong sign, violations repaired, and
+/// those that nothing repairs.
+#include "Nuv/SparseSimplex/DualSimplex.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
+#include "tests/engine/Forms.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+namespace nuv::test
+{
+namespace
+{
+
+struct Dual
+{
+    explicit Dual(const BoundedForm& form, SolveLimits limits = {})
+        : scaled(form), state(scaled, SlackBasis(form)), control(std::move(limits))
+    {
+        DualSimplex dual(state, control);
+        verdict = dual.Run();
+        shifted = dual.CostsWereShifted();
+    }
+    [[nodiscard]] double Value(Index variable) const
+    {
+        return state.value[variable] * scaled.Scale(variable);
+    }
+
+    ScaledForm scaled;
+    SimplexState state;
+    SolveControl control;
+    SimplexVerdict verdict = SimplexVerdict::Stopped;
+    bool shifted = false;
+};
+
+/// minimise x + 2 y with x + y >= 3: x is the cheaper way up, per unit of the row.
+TEST(DualSimplex, ReachesAViolatedRowByTheLeastRatio)
+{
+    const Dual run(MakeForm({1, 2}, {{{1, 1}, {3, kInf}}}));
+    EXPECT_EQ(run.verdict, SimplexVerdict::Optimal);
+    EXPECT_FALSE(run.shifted);
+    EXPECT_EQ(run.control.Pivots(Stage::Double), 1U);
+    EXPECT_EQ(run.Value(0), 3.0);
+    EXPECT_EQ(run.Value(1), 0.0);
+}
+
+TEST(DualSimplex, RepairsAnUpperBoundToo)
+{
+    const Dual run(MakeForm({1, 2}, {{{-1, -1}, {-kInf, -3}}}));
+    EXPECT_EQ(run.verdict, SimplexVerdict::Optimal);
+    EXPECT_EQ(run.Value(0), 3.0);
+    EXPECT_EQ(run.state.status[2], BasisStatus::AtUpper);
+}
+
+TEST(DualSimplex, FlipsABoxedVariableOfWrongReducedCost)
+{
+    const Dual run(MakeForm({-1, 1}, {{{1, 1}, {3, kInf}}}, {{0, 1}, {0, kInf}}));
+    EXPECT_EQ(run.verdict, SimplexVerdict::Optimal);
+    EXPECT_FALSE(run.shifted);
+    EXPECT_EQ(run.control.Pivots(Stage::Double), 1U);
+    EXPECT_EQ(run.state.status[0], BasisStatus::AtUpper);
+    EXPECT_EQ(run.Value(1), 2.0);
+}
+
+TEST(DualSimplex, ShiftsTheCostOfAnyOtherVariable)
+{
+    const BoundedForm form =
+        MakeForm({-1, 1}, {{{1, 1}, {3, kInf}}, {{1, 0}, {-kInf, 9}}}, {{0, kInf}, {0, kInf}});
+    Dual run(form);
+    EXPECT_EQ(run.verdict, SimplexVerdict::Optimal) << "for the costs as shifted";
+    EXPECT_TRUE(run.shifted);
+    EXPECT_NE(run.state.cost, run.scaled.cost);
+    // Feasible, which is what it is for; the primal simplex goes on with the true costs.
+    EXPECT_GE(run.Value(0) + run.Value(1), 3.0);
+    run.state.cost = run.scaled.cost;
+    PrimalSimplex primal(run.state, run.control);
+    EXPECT_EQ(primal.Run(false), SimplexVerdict::Optimal);
+    EXPECT_EQ(run.Value(0), 9.0);
+}
+
+TEST(DualSimplex, FindsThatNoVariableCanRepairAViolation)
+{
+    EXPECT_EQ(Dual(MakeForm({1, 1}, {{{1, 1}, {3, kInf}}}, {{0, 1}, {0, 1}})).verdict,
+              SimplexVerdict::Infeasible);
+    EXPECT_EQ(Dual(MakeForm({1}, {{{-1}, {1, kInf}}})).verdict, SimplexVerdict::Infeasible);
+}
+
+/// A fixed variable has a pivot of any size and cannot move.
+TEST(DualSimplex, NeverEntersAFixedVariable)
+{
+    const Dual run(MakeForm({0, 5}, {{{9, 1}, {3, kInf}}}, {{0, 0}, {0, kInf}}));
+    EXPECT_EQ(run.verdict, SimplexVerdict::Optimal);
+    EXPECT_EQ(run.Value(1), 3.0);
+    EXPECT_EQ(run.state.status[0], BasisStatus::AtLower);
+}
+
+TEST(DualSimplex, AFreeVariableEntersFirst)
+{
+    const Dual run(MakeForm({1, 0}, {{{1, 1}, {3, 4}}}, {{0, kInf}, {-kInf, kInf}}));
+    EXPECT_EQ(run.verdict, SimplexVerdict::Optimal);
+    EXPECT_EQ(run.state.status[1], BasisStatus::Basic);
+    EXPECT_EQ(run.Value(0), 0.0);
+}
+
+TEST(DualSimplex, StopsBeforeThePivotThatIsOneTooMany)
+{
+    SolveLimits limits;
+    limits.doublePivots = 0;
+    const Dual run(MakeForm({1, 2}, {{{1, 1}, {3, kInf}}}), limits);
+    EXPECT_EQ(run.verdict, SimplexVerdict::Stopped);
+    EXPECT_EQ(run.control.Reason(), StopReason::PivotLimit);
+}
+
+/// Both methods together: the bounds that were pushed are taken back.
+TEST(DoubleSimplex, EndsWithinTheTrueBounds)
+{
+    int optima = 0;
+    for (std::uint64_t seed = 1; seed <= 100; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const BoundedForm form = RandomSparseForm(random, 25, 30);
+        const ScaledForm scaled(form);
+        SimplexState state(scaled, SlackBasis(form));
+        SolveControl control;
+        if (SolveInDoubles(state, control) != SimplexVerdict::Optimal)
+            continue;
+        ++optima;
+        EXPECT_EQ(state.lower, scaled.lower);
+        EXPECT_EQ(state.upper, scaled.upper);
+        EXPECT_EQ(state.cost, scaled.cost);
+        for (Index v = 0; v < form.Variables(); ++v)
+        {
+            EXPECT_GE(state.value[v], state.lower[v] - 1e-7);
+            EXPECT_LE(state.value[v], state.upper[v] + 1e-7);
+        }
+    }
+    EXPECT_GT(optima, 20);
+}
+
+}  // namespace
+}  // namespace nuv::test
