@@ -4,8 +4,8 @@
 // was told.
 #include "fuzz/Input.hpp"
 #include "fuzz/Target.hpp"
-#include "tests/engine/BruteForce.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/support/BruteForce.hpp"
+#include "tests/support/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
 

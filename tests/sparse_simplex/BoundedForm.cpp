@@ -1,7 +1,7 @@
 /// The bounded form and bases of it: what counts as wrong, what a restriction keeps, where
 /// variables rest.
 #include "Nuv/SparseSimplex/Basis.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/support/Forms.hpp"
 
 #include <gtest/gtest.h>
 

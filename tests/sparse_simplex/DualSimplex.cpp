@@ -2,7 +2,7 @@
 /// those that nothing repairs.
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/support/Forms.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 /// The primal simplex in doubles by itself: its phases, bound flips, what it does where it stalls,
 /// and what it gives up.
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/support/Forms.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 /// reduced costs and rows that follow from them, each against its definition.
 #include "Nuv/SparseSimplex/SimplexState.hpp"
 #include "Nuv/Algebra/PrimeField.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/support/Forms.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tests/engine/Forms.hpp"
+#include "tests/support/Forms.hpp"
 
 namespace nuv::test
 {

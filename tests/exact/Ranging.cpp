@@ -1,8 +1,8 @@
 /// Ranges and conflicts mean what they say: checked by moving the data and solving again, and by
 /// enumeration of what is left when a member goes.
-#include "tests/engine/BruteForce.hpp"
-#include "tests/engine/Certified.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/support/BruteForce.hpp"
+#include "tests/exact/Certified.hpp"
+#include "tests/support/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
 #include "Nuv/Exact/Iis.hpp"

@@ -1,6 +1,6 @@
 /// Limits and cancelling: each alone, together, in every stage, and in what follows a verdict.
-#include "tests/engine/Certified.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/exact/Certified.hpp"
+#include "tests/support/Forms.hpp"
 #include "tests/support/Effort.hpp"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 /// What leads from a basis that doubles take for final to one that is: the dual simplex, the look
 /// through the magnifying glass, and the programs whose optima prove that there is none.
-#include "tests/engine/Certified.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/exact/Certified.hpp"
+#include "tests/support/Forms.hpp"
 
 #include "Nuv/Exact/Auxiliary.hpp"
 #include "Nuv/Exact/CertifiedSolve.hpp"

@@ -1,4 +1,4 @@
-#include "tests/engine/BruteForce.hpp"
+#include "tests/support/BruteForce.hpp"
 
 #include <cmath>
 #include <limits>

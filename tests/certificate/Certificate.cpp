@@ -1,6 +1,6 @@
 /// The independent check refuses every certificate that has been tampered with.
-#include "tests/engine/Certified.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/exact/Certified.hpp"
+#include "tests/support/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
 

@@ -1,5 +1,5 @@
 /// Exact solutions of linear systems, against a plainer evaluation.
-#include "tests/engine/Forms.hpp"
+#include "tests/support/Forms.hpp"
 
 #include "Nuv/Algebra/DixonSolver.hpp"
 #include "Nuv/Algebra/RationalField.hpp"

@@ -1,7 +1,7 @@
 /// The engine against answers known from elsewhere: textbooks, and enumeration of all bases.
-#include "tests/engine/BruteForce.hpp"
-#include "tests/engine/Certified.hpp"
-#include "tests/engine/Forms.hpp"
+#include "tests/support/BruteForce.hpp"
+#include "tests/exact/Certified.hpp"
+#include "tests/support/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
 #include "tests/support/Effort.hpp"
