@@ -87,7 +87,8 @@ Expression Sum(Numbers& generator, const Model& model, std::uint32_t most)
 {
     Expression sum;
     std::uint32_t column = generator.Below(3);
-    for (std::uint32_t terms = generator.Below(most + 1); terms > 0 && column < model.VariableCount(); --terms)
+    for (std::uint32_t terms = generator.Below(most + 1);
+         terms > 0 && column < model.VariableCount(); --terms)
     {
         sum += generator.Number() * model.VariableAt(column);
         column += 1 + generator.Below(4);

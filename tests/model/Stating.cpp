@@ -1,6 +1,6 @@
 // Stating models in C++: expressions, what they are stored as, and what is refused.
 #include "Nuv/Model/ModelBuilder.hpp"
-#include "tests/model/LpText.hpp"
+#include "tests/model/ModelText.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include "Nuv/Report/CheckClaim.hpp"
 #include "Nuv/Report/ClaimReader.hpp"
 #include "Nuv/Report/JsonReport.hpp"
-#include "tests/model/LpText.hpp"
+#include "tests/io/lp/LpText.hpp"
 
 #include <gtest/gtest.h>
 

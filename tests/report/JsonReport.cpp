@@ -2,7 +2,7 @@
 #include "Nuv/Report/JsonReader.hpp"
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Solve/Solution.hpp"
-#include "tests/model/LpText.hpp"
+#include "tests/io/lp/LpText.hpp"
 
 #include <gtest/gtest.h>
 

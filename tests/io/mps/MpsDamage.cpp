@@ -6,7 +6,7 @@
 #include "Nuv/Io/Mps/MpsWriter.hpp"
 #include "Nuv/Io/TextFile.hpp"
 #include "tests/model/Generator.hpp"
-#include "tests/model/MpsText.hpp"
+#include "tests/io/mps/MpsText.hpp"
 #include "tests/model/SameModel.hpp"
 
 #include <gtest/gtest.h>

@@ -5,7 +5,7 @@
 #include "Nuv/Io/ModelFile.hpp"
 #include "Nuv/Io/Mps/MpsReader.hpp"
 #include "Nuv/Io/Mps/MpsWriter.hpp"
-#include "tests/model/MpsText.hpp"
+#include "tests/io/mps/MpsText.hpp"
 #include "tests/model/RandomModel.hpp"
 #include "tests/model/SameModel.hpp"
 #include "tests/support/Effort.hpp"

@@ -1,6 +1,6 @@
 // What the MPS reader takes, and what it says about it: one test for each thing that programs
 // disagree about.
-#include "tests/model/MpsText.hpp"
+#include "tests/io/mps/MpsText.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Fixed or free: how a file is told apart, and what forcing one of them does.
 #include "Nuv/Io/ModelFile.hpp"
-#include "tests/model/MpsText.hpp"
+#include "tests/io/mps/MpsText.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // What the reader of the CPLEX-LP format refuses: each with its code, its line and its column.
-#include "tests/model/LpText.hpp"
+#include "tests/io/lp/LpText.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 // line that is wrong. The netlib models have their sizes beside them.
 #include "Nuv/Io/ModelFile.hpp"
 #include "Nuv/Io/TextFile.hpp"
-#include "tests/model/MpsText.hpp"
+#include "tests/io/mps/MpsText.hpp"
 
 #include <gtest/gtest.h>
 

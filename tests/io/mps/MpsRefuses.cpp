@@ -1,6 +1,6 @@
 // What the MPS reader refuses, and where: every refusal has one error, its place, a caret and a
 // hint.
-#include "tests/model/MpsText.hpp"
+#include "tests/io/mps/MpsText.hpp"
 
 #include <gtest/gtest.h>
 

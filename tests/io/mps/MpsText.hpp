@@ -3,7 +3,7 @@
 #pragma once
 
 #include "Nuv/Io/Mps/MpsReader.hpp"
-#include "tests/model/LpText.hpp"
+#include "tests/io/lp/LpText.hpp"
 
 #include <string>
 #include <string_view>

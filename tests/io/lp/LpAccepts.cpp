@@ -1,5 +1,5 @@
 // What the reader of the CPLEX-LP format takes, how it understands it, and what it says about it.
-#include "tests/model/LpText.hpp"
+#include "tests/io/lp/LpText.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The normal form that tests compare models in.
-#include "tests/model/LpText.hpp"
+#include "tests/model/ModelText.hpp"
 
 #include <charconv>
 
