@@ -61,11 +61,9 @@ Group<count> GroupAt(const FusedProduct& p, NuvSizeT from)
     return group;
 }
 
-/// The whole vectors of lanes that hold the rows.
-Range LanesOver(const FusedProduct& p, Range rows)
+/// The whole vectors of lanes that hold some rows.
+Range LanesOver(Range rows)
 {
-    if (rows.first >= rows.last)
-        return {p.length, p.length};
     return {rows.first / lanes * lanes, (rows.last + lanes - 1) / lanes * lanes};
 }
 
@@ -134,16 +132,16 @@ NUV_LANES_INLINE void AddGroup(const FusedProduct& p, const Group<count>& group,
 template <bool hasUpdate, bool hasTwo, NuvSizeT count>
 void AddGroup(const FusedProduct& p, const Group<count>& group)
 {
-    const Range units = group.hasUnits ? LanesOver(p, group.span) : Range{p.length, p.length};
+    const Range units = group.hasUnits ? LanesOver(group.span) : Range{p.length, p.length};
     AddGroup<hasUpdate, hasTwo, false>(p, group, {0, units.first});
     AddGroup<hasUpdate, hasTwo, true>(p, group, units);
     AddGroup<hasUpdate, hasTwo, false>(p, group, {units.last, p.length});
 }
 
 /// Adds the unit columns of the range to a product.
-void AddUnits(const FusedProduct& p, const ColumnProduct& product, Range units)
+void AddUnits(const ColumnProduct& product, Range units)
 {
-    const Range rows = LanesOver(p, units);
+    const Range rows = LanesOver(units);
     for (NuvSizeT i = rows.first; i != rows.last; i += lanes)
         Store(product.sums + i,
               Load(product.sums + i) + MaskedLoad(product.unitFactors, i,
@@ -161,7 +159,7 @@ struct Progress
     void CatchUp(const FusedProduct& p, NuvSizeT first, NuvSizeT next)
     {
         if (HasUnits(p) && done < first)
-            AddUnits(p, *product, {done, first});
+            AddUnits(*product, {done, first});
         done = next;
     }
 };

@@ -133,8 +133,8 @@ void Exchange(StructuredIteration* x, Iteration* it, NuvUint position, NuvUint r
     const NuvUint leaving = it->nonbasic[position];
     if (entering != artificialLabel)
         MakeBasic(&x->pricing, entering);
-    if (leaving != artificialLabel)
-        MakeNonbasic(&x->pricing, leaving, CostOf(it, leaving), position);
+    NUV_ASSERT(leaving != artificialLabel);
+    MakeNonbasic(&x->pricing, leaving, CostOf(it, leaving), position);
 }
 
 void Update(StructuredIteration* x, Iteration* it, NuvUint row)

@@ -15,9 +15,7 @@ constexpr NuvSizeT maxBlocks = 12;
 
 void FreeWorkspace(Workspace* workspace)
 {
-    if (workspace->block)
-        NuvAllocatorDeallocate(workspace->allocator, workspace->block, workspace->size);
-    workspace->block = nullptr;
+    NuvAllocatorDeallocate(workspace->allocator, workspace->block, workspace->size);
 }
 
 bool AllocateRetained(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT count)

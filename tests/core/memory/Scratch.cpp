@@ -182,6 +182,12 @@ TEST_F(Scratch, ReleaseTakesBackWhatIsYoungerThanTheMark)
     EXPECT_EQ(NumBlocks(), 1U);
 }
 
+TEST_F(Scratch, ReleaseOfNothingIsNothing)
+{
+    NuvScratchAllocatorRelease(&scratch, NuvScratchAllocatorMark(&scratch), nullptr);
+    EXPECT_EQ(NumBlocks(), 0U);
+}
+
 TEST_F(Scratch, ReleaseOfLargeBlocksLeavesOlderOnes)
 {
     void* const older = Blocks()->allocate(Blocks(), 8);
