@@ -1,0 +1,14 @@
+/// A proof as a certificate that others can check.
+#pragma once
+
+#include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/Model/Model.hpp"
+#include "Nuv/Vipr/Certificate.hpp"
+
+namespace nuv::vipr
+{
+
+/// What `proof`, which passed its check, says of the model in the numbers that it is about.
+[[nodiscard]] Certificate CertificateOf(const Model& model, Numbers numbers, const Proof& proof);
+
+}  // namespace nuv::vipr

@@ -1,0 +1,99 @@
+#include "Nuv/Vipr/Statement.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv::vipr
+{
+namespace
+{
+
+class Stater
+{
+public:
+    Stater(const Model& model, Numbers numbers) : m_model(model), m_numbers(numbers)
+    {
+        m_problem.maximize = model.ObjectiveSense() == Sense::Maximize;
+        for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
+        {
+            m_problem.variables.emplace_back(model.VariableName(j));
+            AddTerm(m_problem.objective, j, model.Objective()[j]);
+        }
+        for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
+            State({"fixed(", "lower(", "upper("}, model.VariableName(j),
+                  {model.VariableLower()[j], model.VariableUpper()[j]}, {{j, Rational(1)}});
+        m_problem.bounds = m_problem.constraints.size();
+        for (std::uint32_t i = 0; i < model.RowCount(); ++i)
+            State({"row(", "least(", "most("}, model.RowName(i),
+                  {model.RowLower()[i], model.RowUpper()[i]}, TermsOfRow(i));
+    }
+
+    Statement Take()
+    {
+        return std::move(m_statement);
+    }
+
+private:
+    struct Labels
+    {
+        std::string_view equal;
+        std::string_view lower;
+        std::string_view upper;
+    };
+
+    void AddTerm(Terms& terms, std::uint32_t column, double coefficient) const
+    {
+        if (coefficient != 0.0)
+            terms.push_back({column, ToRational(coefficient, m_numbers)});
+    }
+
+    [[nodiscard]] Terms TermsOfRow(std::uint32_t row) const
+    {
+        Terms terms;
+        const std::span<const std::uint32_t> columns = m_model.RowColumns(row);
+        const std::span<const double> coefficients = m_model.RowCoefficients(row);
+        for (std::size_t k = 0; k < columns.size(); ++k)
+            AddTerm(terms, columns[k], coefficients[k]);
+        std::ranges::sort(terms, {}, &Term::index);
+        return terms;
+    }
+
+    std::size_t Add(std::string_view label, std::string_view name, Relation relation, double side,
+                    Terms terms)
+    {
+        m_problem.constraints.push_back({std::string(label).append(name).append(")"), relation,
+                                         ToRational(side, m_numbers), std::move(terms)});
+        return m_problem.constraints.size() - 1;
+    }
+
+    void State(const Labels& labels, std::string_view name, Bounds bounds, const Terms& terms)
+    {
+        Sides sides;
+        if (bounds.lower == bounds.upper)
+        {
+            sides.lower = Add(labels.equal, name, Relation::Equal, bounds.lower, terms);
+            sides.upper = sides.lower;
+            m_statement.sides.push_back(sides);
+            return;
+        }
+        if (std::isfinite(bounds.lower))
+            sides.lower = Add(labels.lower, name, Relation::AtLeast, bounds.lower, terms);
+        if (std::isfinite(bounds.upper))
+            sides.upper = Add(labels.upper, name, Relation::AtMost, bounds.upper, terms);
+        m_statement.sides.push_back(sides);
+    }
+
+    const Model& m_model;
+    Numbers m_numbers;
+    Statement m_statement;
+    Problem& m_problem = m_statement.problem;
+};
+
+}  // namespace
+
+Statement StatementOf(const Model& model, Numbers numbers)
+{
+    return Stater(model, numbers).Take();
+}
+
+}  // namespace nuv::vipr
