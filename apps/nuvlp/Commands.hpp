@@ -11,6 +11,7 @@ namespace nuvlp
 [[nodiscard]] Verb ConvertVerb();
 [[nodiscard]] Verb PlotVerb();
 [[nodiscard]] Verb ProveVerb();
+[[nodiscard]] Verb VerifyVerb();
 [[nodiscard]] Verb SelftestVerb();
 /// These two speak of the whole command, which outlives them.
 [[nodiscard]] Verb CompletionVerb(const Command& command);

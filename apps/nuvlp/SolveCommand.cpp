@@ -8,7 +8,10 @@
 
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Solve/Solution.hpp"
+#include "Nuv/Vipr/Certify.hpp"
+#include "Nuv/Vipr/Text.hpp"
 
+#include <cstdio>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -22,6 +25,7 @@ struct Options
 {
     ModelSource source;
     Output output;
+    std::string certificate;
     std::optional<std::uint64_t> maxPivots;
     double timeLimit = std::numeric_limits<double>::infinity();
     bool exitStatus = false;
@@ -43,6 +47,9 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
     solve.limits.seconds = options.timeLimit;
     solve.singlePrecisionOnly = options.floatOnly;
     solve.sensitivity = options.sensitivity;
+    // A certificate is about the numbers that stand in the file.
+    if (!options.certificate.empty())
+        solve.numbers = nuv::Numbers::AsWritten;
     solve.limits.keepGoing = [&line](const nuv::Progress& progress)
     {
         line.Show(progress);
@@ -75,6 +82,21 @@ ExitCode ExitCodeOfStatus(nuv::SolveStatus status, bool exitStatus)
     return ExitCode::Internal;
 }
 
+/// Writes the certificate if it is asked for and something is proved.
+ExitCode WriteCertificate(const std::string& path, const nuv::Model& model, const nuv::Proof& proof,
+                          ExitCode otherwise)
+{
+    if (path.empty())
+        return otherwise;
+    if (!proof.proved)
+    {
+        std::fputs("nuvlp: nothing is proved, so no certificate is written\n", stderr);
+        return otherwise;
+    }
+    using namespace nuv::vipr;
+    return WriteTo(path, Write(CertificateOf(model, nuv::Numbers::AsWritten, proof)), otherwise);
+}
+
 ExitCode Run(const Options& options)
 {
     const nuv::ReadResult reading =
@@ -94,8 +116,11 @@ ExitCode Run(const Options& options)
     const std::string report = options.output.json
                                    ? nuv::JsonReport(*reading.model, solution, reading.diagnostics)
                                    : nuv::TextReport(*reading.model, solution, detail);
-    return WriteTo(options.output.path, report,
-                   ExitCodeOfStatus(solution.status, options.exitStatus));
+    const ExitCode code =
+        WriteTo(options.output.path, report, ExitCodeOfStatus(solution.status, options.exitStatus));
+    return code == ExitCode::CannotWrite
+               ? code
+               : WriteCertificate(options.certificate, *reading.model, solution.proof, code);
 }
 
 }  // namespace
@@ -113,6 +138,10 @@ Verb SolveVerb()
          .value = "RESULT",
          .text = "The file to write to; standard output if not given",
          .target = &options->output.path},
+        {.names = {"--certificate"},
+         .value = "CERTIFICATE",
+         .text = "Write the proof there, in VIPR format, for other programs to check",
+         .target = &options->certificate},
         {.names = {"--max-pivots"},
          .value = "N",
          .text = "Stop a stage of the solve after so many pivots",

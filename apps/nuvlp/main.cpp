@@ -16,6 +16,7 @@ nuvlp::ExitCode Run(int argc, char** argv)
                      nuvlp::ConvertVerb(),
                      nuvlp::PlotVerb(),
                      nuvlp::ProveVerb(),
+                     nuvlp::VerifyVerb(),
                      nuvlp::SelftestVerb(),
                      nuvlp::CompletionVerb(command),
                      nuvlp::ManVerb(command)};

@@ -42,6 +42,7 @@ console() {  # console SOURCE
     local stage=$work/stage
     mkdir -p "$stage"
     ln -sfn "$root/examples" "$stage/examples"
+    ln -sfn "$root/tools" "$stage/tools"
     printf '#!/bin/sh\nexec "%s" solve "$@"\n' "$nuvlp" >"$stage/solve"
     printf '#!/bin/sh\nexec "%s" "$@"\n' "$nuvlp" >"$stage/nuvlp"
     chmod +x "$stage/solve" "$stage/nuvlp"

@@ -1,0 +1,150 @@
+// nuvlp verify MODEL CERTIFICATE: checks, without solving, that a certificate proves its verdict.
+#include "Commands.hpp"
+#include "Input.hpp"
+#include "Output.hpp"
+
+#include "Nuv/Io/NumberText.hpp"
+#include "Nuv/Io/TextFile.hpp"
+#include "Nuv/Report/JsonWriter.hpp"
+#include "Nuv/Vipr/Check.hpp"
+#include "Nuv/Vipr/Statement.hpp"
+#include "Nuv/Vipr/Text.hpp"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <memory>
+
+namespace nuvlp
+{
+namespace
+{
+
+constexpr std::string_view kVerifySchema = "nuvlp/verification/1";
+
+struct Options
+{
+    ModelSource source;
+    std::string certificate;
+    Output output;
+    bool quiet = false;
+};
+
+struct Verification
+{
+    std::string defect;  ///< empty if the certificate holds
+    nuv::vipr::Goal goal = nuv::vipr::Goal::Infeasible;
+    nuv::Rational objective;  ///< Range: the optimum, with the constant
+};
+
+Verification Verify(const nuv::Model& model, const nuv::vipr::Certificate& certificate)
+{
+    constexpr nuv::Numbers numbers = nuv::Numbers::AsWritten;
+    Verification result;
+    result.goal = certificate.goal;
+    if (!nuv::vipr::IsSameProblem(nuv::vipr::StatementOf(model, numbers).problem,
+                                  certificate.problem))
+        result.defect = "the certificate is about another model";
+    else
+        result.defect = nuv::vipr::FindDefect(certificate);
+    if (certificate.lower)
+        result.objective = *certificate.lower + nuv::ToRational(model.ObjectiveConstant(), numbers);
+    return result;
+}
+
+std::string_view StatusWord(nuv::vipr::Goal goal)
+{
+    constexpr std::string_view words[] = {"infeasible", "optimal", "unbounded"};
+    return words[static_cast<std::size_t>(goal)];
+}
+
+std::string VerificationText(const Verification& result)
+{
+    if (!result.defect.empty())
+        return fmt::format("proof      refused: {}\n", result.defect);
+    if (result.goal != nuv::vipr::Goal::Range)
+        return fmt::format("status     {}\nproof      verified\n", StatusWord(result.goal));
+    return fmt::format("status     {}\nobjective  {}\nproof      verified, exactly {}\n",
+                       StatusWord(result.goal), nuv::NumberText(nuv::ToDouble(result.objective)),
+                       nuv::ToString(result.objective));
+}
+
+std::string VerificationJson(const Verification& result)
+{
+    const bool holds = result.defect.empty();
+    nuv::Json json;
+    json.Open('{').Key("schema").Text(kVerifySchema);
+    json.Key("verdict").Text(holds ? "verified" : "refused");
+    if (!holds)
+        json.Key("defect").Text(result.defect);
+    else
+        json.Key("status").Text(StatusWord(result.goal));
+    if (holds && result.goal == nuv::vipr::Goal::Range)
+    {
+        json.Key("objective").Number(nuv::ToDouble(result.objective));
+        json.Key("exact_objective").Text(nuv::ToString(result.objective));
+    }
+    return json.Close('}').Finish();
+}
+
+ExitCode Report(const Options& options, const nuv::Error& error, ExitCode code)
+{
+    const std::vector failure{nuv::WithoutPlace(error)};
+    PrintDiagnostics(failure, Show::Errors);
+    return WriteError(options.output, kVerifySchema, failure, code);
+}
+
+ExitCode Run(const Options& options)
+{
+    if (options.source.file == "-" && options.certificate == "-")
+        return Report(options,
+                      {"usage", "only one of model and certificate can come from standard input",
+                       "", "", 0, 0},
+                      ExitCode::Usage);
+    const nuv::ReadResult reading =
+        ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
+    if (!reading.Ok())
+        return WriteError(options.output, kVerifySchema, reading.diagnostics,
+                          ExitCodeOf(reading.GetError()));
+    const nuv::Result<std::string> text = nuv::ReadTextFile(options.certificate);
+    if (!text)
+        return Report(options, text.GetError(), ExitCodeOf(text.GetError()));
+    const nuv::Result<nuv::vipr::Certificate> certificate =
+        nuv::vipr::Read(*text, nuv::DisplayName(options.certificate));
+    if (!certificate)
+        return Report(options, certificate.GetError(), ExitCode::BadModel);
+    const Verification result = Verify(*reading.model, *certificate);
+    return WriteTo(options.output.path,
+                   options.output.json ? VerificationJson(result) : VerificationText(result),
+                   result.defect.empty() ? ExitCode::Success : ExitCode::Refuted);
+}
+
+}  // namespace
+
+Verb VerifyVerb()
+{
+    const auto options = std::make_shared<Options>();
+    Verb verb{.name = "verify",
+              .text = "Check a certificate without solving",
+              .run = [options] { return Run(*options); },
+              .schema = std::string(kVerifySchema)};
+    AddModelSource(verb, options->source);
+    verb.positionals.push_back({.names = {"CERTIFICATE"},
+                                .value = "CERTIFICATE",
+                                .text = "The certificate, in VIPR format: what solve --certificate "
+                                        "wrote, or another program",
+                                .target = &options->certificate});
+    verb.Add({
+        {.names = {"-o", "--output"},
+         .value = "REPORT",
+         .text = "The file to write to; standard output if not given",
+         .target = &options->output.path},
+        {.names = {"--json"},
+         .text = "Write the report as JSON, for programs",
+         .target = &options->output.json},
+        {.names = {"-q", "--quiet"}, .text = "Print no warnings", .target = &options->quiet},
+    });
+    return verb;
+}
+
+}  // namespace nuvlp
