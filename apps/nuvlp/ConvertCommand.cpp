@@ -6,6 +6,7 @@
 #include "Nuv/Io/LetterCase.hpp"
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/Mps/MpsWriter.hpp"
+#include "Nuv/Io/Smt/SmtWriter.hpp"
 
 #include <cstdio>
 #include <filesystem>
@@ -32,7 +33,8 @@ std::string FormatOf(const Options& options)
     if (!options.format.empty())
         return options.format;
     const std::string ending = std::filesystem::path(options.output).extension().string();
-    for (const auto& [known, format] : {std::pair(".lp", "lp"), std::pair(".mps", "mps")})
+    for (const auto& [known, format] :
+         {std::pair(".lp", "lp"), std::pair(".mps", "mps"), std::pair(".smt2", "smt2")})
         if (nuv::EqualsIgnoringCase(ending, known))
             return format;
     return {};
@@ -42,6 +44,8 @@ nuv::WriteResult Write(const nuv::Model& model, const std::string& format)
 {
     if (format == "lp")
         return nuv::WriteLp(model);
+    if (format == "smt2")
+        return {.text = nuv::WriteSmt(model), .diagnostics = {}};
     return nuv::WriteMps(model, format == "mps-fixed"  ? nuv::MpsForm::Fixed
                                 : format == "mps-free" ? nuv::MpsForm::Free
                                                        : nuv::MpsForm::ByContent);
@@ -53,7 +57,7 @@ std::string Objection(const Options& options, const std::string& format)
     if (options.output.ends_with(".gz"))
         return "what is written is not compressed: leave out .gz, and run gzip on it";
     if (format.empty())
-        return "say which format to write: --to lp, mps, mps-fixed or mps-free";
+        return "say which format to write: --to lp, mps, mps-fixed, mps-free or smt2";
     return {};
 }
 
@@ -94,7 +98,7 @@ Verb ConvertVerb()
          .value = "FORMAT",
          .text = "The format to write; by the end of the output's name if not given",
          .target = &options->format,
-         .choices = {"lp", "mps", "mps-fixed", "mps-free"}},
+         .choices = {"lp", "mps", "mps-fixed", "mps-free", "smt2"}},
     });
     return verb;
 }

@@ -38,13 +38,25 @@ TEST(ConvertCommand, TakesTheFormatFromTheNameOfTheOutput)
     EXPECT_EQ(ReadFile(path), RunNuvlp("convert --to mps -", kModel).out);
 }
 
+TEST(ConvertCommand, WritesSmtLibByTheNameOfTheOutput)
+{
+    const std::string path = Scratch("model.smt2");
+    EXPECT_EQ(RunNuvlp("convert -o " + path + " -", "max x st r: 0.1 x <= 1 end").exitCode, 0);
+    EXPECT_EQ(ReadFile(path), "(set-logic QF_LRA)\n"
+                              "(declare-fun |x| () Real)\n"
+                              "(assert (>= |x| 0.0))\n"
+                              "(assert (<= (* (/ 1.0 10.0) |x|) 1.0))\n"
+                              "(define-fun %objective () Real (* 1.0 |x|))\n"
+                              "(check-sat)\n");
+}
+
 TEST(ConvertCommand, AsksForAFormatThatItCannotKnow)
 {
     const Outcome outcome = RunNuvlp("convert -", kModel);
     EXPECT_EQ(outcome.exitCode, 64);
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.err,
-              "nuvlp: say which format to write: --to lp, mps, mps-fixed or mps-free\n");
+              "nuvlp: say which format to write: --to lp, mps, mps-fixed, mps-free or smt2\n");
     EXPECT_EQ(RunNuvlp("convert --to xls -", kModel).exitCode, 64);
     EXPECT_EQ(RunNuvlp("convert -o " + Scratch("model.txt") + " -", kModel).err, outcome.err);
     const Outcome packed = RunNuvlp("convert -o " + Scratch("model.lp.gz") + " -", kModel);
