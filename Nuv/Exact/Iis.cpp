@@ -6,57 +6,51 @@
 #include "Nuv/Exact/ExactForm.hpp"
 
 #include <algorithm>
-#include <limits>
+#include <cmath>
+#include <utility>
 
 namespace nuv
 {
 namespace
 {
 
-/// Bounds that cross exclude each other; but a row without entries, whose activity is zero, needs
-/// no more than the side that excludes zero.
-std::vector<ConflictMember> ContradictionOf(const BoundedForm& form, Index variable)
+/// What a proof of infeasibility uses of the bounds that somebody stated: a positive factor takes
+/// the lower side, a negative the upper.
+std::vector<IisMember> StatedSupport(const BoundedForm& form, const Proof& proof)
 {
-    if (form.IsLogical(variable))
-    {
-        const auto entries = form.matrix.Rows().Values(form.RowOf(variable));
-        if (std::all_of(entries.begin(), entries.end(), [](double entry) { return entry == 0.0; }))
-            return {{variable, !(form.Lower(variable) > 0.0)}};
-    }
-    return {{variable, false}, {variable, true}};
-}
-
-/// What a Farkas certificate uses: a positive factor takes the lower side, a negative the upper.
-std::vector<ConflictMember> SupportOf(const BoundedForm& form, const Proof& proof)
-{
+    std::vector<IisMember> members;
     if (proof.contradiction != kNoIndex)
-        return ContradictionOf(form, proof.contradiction);
-    const ExactForm exact(form);
-    std::vector<ConflictMember> members;
-    for (Index v = 0; v < form.Variables(); ++v)
+        members = {{proof.contradiction, false}, {proof.contradiction, true}};
+    else
     {
-        const int sign = form.IsLogical(v) ? proof.dual.numerator[form.RowOf(v)].Sign()
-                                           : exact.ReducedCost(v, proof.dual, false).Sign();
-        if (sign != 0)
-            members.push_back({v, sign < 0});
+        const ExactForm exact(form);
+        for (Index v = 0; v < form.Variables(); ++v)
+        {
+            const int sign = form.IsLogical(v) ? proof.dual.numerator[form.RowOf(v)].Sign()
+                                               : exact.ReducedCost(v, proof.dual, false).Sign();
+            if (sign != 0)
+                members.push_back({v, sign < 0});
+        }
     }
+    std::erase_if(members, [&form](const IisMember& member) { return IsDefault(form, member); });
     return members;
 }
 
-/// The form that only `members` restrict, on the rows and columns they touch.
+/// The form that only `members` and the default bounds restrict, on the rows and columns that the
+/// members touch.
 class Restriction
 {
 public:
-    Restriction(const BoundedForm& whole, const std::vector<ConflictMember>& members)
-        : m_column(whole.columns, kNoIndex)
+    Restriction(const BoundedForm& whole, const std::vector<IisMember>& members)
+        : m_whole(whole), m_column(whole.columns, kNoIndex)
     {
         form.numbers = whole.numbers;
-        for (const ConflictMember& member : members)
+        for (const IisMember& member : members)
         {
             if (whole.IsLogical(member.variable))
                 AddRow(whole, member);
         }
-        for (const ConflictMember& member : members)
+        for (const IisMember& member : members)
         {
             if (!whole.IsLogical(member.variable))
                 Bound(whole, member, ColumnOf(member.variable), form.columnLower, form.columnUpper);
@@ -82,12 +76,12 @@ private:
         {
             m_column[column] = static_cast<Index>(m_columnNames.size());
             m_columnNames.push_back(column);
-            form.columnLower.push_back(-kInfinity);
+            form.columnLower.push_back(IsDefault(m_whole, {column, false}) ? 0.0 : -kInfinity);
             form.columnUpper.push_back(kInfinity);
         }
         return m_column[column];
     }
-    static void Bound(const BoundedForm& whole, const ConflictMember& member, Index at,
+    static void Bound(const BoundedForm& whole, const IisMember& member, Index at,
                       std::vector<double>& lower, std::vector<double>& upper)
     {
         if (member.upper)
@@ -95,7 +89,7 @@ private:
         else
             lower[at] = whole.Lower(member.variable);
     }
-    void AddRow(const BoundedForm& whole, const ConflictMember& member)
+    void AddRow(const BoundedForm& whole, const IisMember& member)
     {
         // Both sides of a row, where they contradict each other, are neighbours in the list.
         if (m_rowNames.empty() || m_rowNames.back() != member.variable)
@@ -111,19 +105,22 @@ private:
         Bound(whole, member, form.rows - 1, form.rowLower, form.rowUpper);
     }
 
+    const BoundedForm& m_whole;
     SparseVectors<double> m_rows;
     std::vector<Index> m_column;
     std::vector<Index> m_columnNames;
     std::vector<Index> m_rowNames;
 };
 
-/// Whether the members' coefficient vectors have one linear dependence only. The certificate is one
-/// that needs all of them, so then no part of them contradicts itself. Bounds are unit vectors, so
-/// what counts is the rank of the rows over the columns without a bound; the rank modulo a prime is
-/// never larger than the true one.
-bool RankProvesMinimal(const Restriction& restriction)
+/// Whether the coefficient vectors of the bounds of a form have one linear dependence only. The
+/// certificate is one that needs all members, so then no part of them contradicts itself. Bounds of
+/// columns are unit vectors, so what counts is the rank of the rows over the columns without a
+/// bound; the rank modulo a prime is never larger than the true one. Both bounds of one variable
+/// are a dependence too, but contradict nothing unless they cross.
+bool RankProvesMinimal(const BoundedForm& form)
 {
-    const BoundedForm& form = restriction.form;
+    if (FindCrossedBounds(form) != kNoIndex)
+        return false;
     const PrimeField field(4611686018427387847u);
     SparseVectors<std::uint64_t> columns;
     for (Index j = 0; j < form.columns; ++j)
@@ -132,6 +129,8 @@ bool RankProvesMinimal(const Restriction& restriction)
             continue;
         for (const auto [row, value] : form.matrix.Column(j))
         {
+            if (form.rowLower[row] == -kInfinity && form.rowUpper[row] == kInfinity)
+                continue;
             const ExactNumber entry = TakeApart(value, form.numbers);
             columns.Append(
                 row, field.Product(field.FromSigned(entry.mantissa), field.PowerOf(entry.scale)));
@@ -144,66 +143,117 @@ bool RankProvesMinimal(const Restriction& restriction)
     SparseLu<PrimeField> lu(field);
     std::vector<Index> position;
     const std::size_t rank = size - lu.Factorise(columns, position).size();
-    return rank + 1 == form.rows;
+    const auto bounded = [&form](Index row)
+    { return form.rowLower[row] > -kInfinity || form.rowUpper[row] < kInfinity; };
+    Index rows = 0;
+    for (Index row = 0; row < form.rows; ++row)
+        rows += bounded(row) ? 1 : 0;
+    return rank + 1 == rows;
 }
 
-/// Solves without member `left`; @return whether that is infeasible, and then with `members`
-/// replaced by what its certificate uses.
-bool StillInfeasibleWithout(const BoundedForm& form, std::size_t left, SolveControl& control,
-                            std::vector<ConflictMember>& members, bool& stopped)
+/// The deletion filter. The rows and columns stay what the first members touched, so that each
+/// solve can begin with the basis at the end of the last; a member that is left out loses its
+/// bound.
+class DeletionFilter
 {
-    std::vector<ConflictMember> rest = members;
-    rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(left));
-    const Restriction restriction(form, rest);
-    const Proof proof = SolveProved(restriction.form, nullptr, control);
-    stopped = !proof.proved;
-    if (proof.status != ProofStatus::Infeasible)
-        return false;
-    members = SupportOf(restriction.form, proof);
-    for (ConflictMember& member : members)
-        member.variable = restriction.NameOf(member.variable);
-    std::sort(members.begin(), members.end(),
-              [](const ConflictMember& a, const ConflictMember& b)
-              { return a.variable < b.variable; });
-    return true;
-}
+public:
+    DeletionFilter(const BoundedForm& whole, const std::vector<IisMember>& members,
+                   SolveControl& control)
+        : m_restriction(whole, members),
+          m_form(m_restriction.form),
+          m_control(control),
+          m_basis(SlackBasis(m_form))
+    {
+        for (Index v = 0; v < m_form.Variables(); ++v)
+            for (const bool upper : {false, true})
+                if (std::isfinite(BoundOf({v, upper})) && !IsDefault(m_form, {v, upper}))
+                    m_members.push_back({v, upper});
+    }
+
+    /// @return whether what is left is known to be minimal.
+    [[nodiscard]] bool Run()
+    {
+        std::size_t needed = 0;  // so many at the front, without any of which the others agree
+        bool changed = true;
+        while (needed < m_members.size())
+        {
+            if (changed && (m_members.size() == 1 || RankProvesMinimal(m_form)))
+                return true;
+            changed = false;
+            const IisMember candidate = m_members[needed];
+            const double bound = std::exchange(BoundOf(candidate), Open(candidate));
+            Proof proof = SolveProved(m_form, &m_basis, m_control);
+            if (proof.status != ProofStatus::Infeasible)
+                BoundOf(candidate) = bound;
+            if (!proof.proved)
+                return false;
+            if (proof.status == ProofStatus::Infeasible)
+            {
+                KeepOnly(StatedSupport(m_form, proof));
+                changed = true;
+            }
+            else
+                ++needed;
+            if (proof.basis.columns.size() == m_form.columns)
+                m_basis = std::move(proof.basis);
+        }
+        return true;
+    }
+
+    /// What is left, in terms of the whole form.
+    [[nodiscard]] std::vector<IisMember> Members() const
+    {
+        std::vector<IisMember> members = m_members;
+        for (IisMember& member : members)
+            member.variable = m_restriction.NameOf(member.variable);
+        std::ranges::sort(members, {}, &IisMember::variable);
+        return members;
+    }
+
+private:
+    [[nodiscard]] double& BoundOf(const IisMember& member)
+    {
+        const bool isRow = m_form.IsLogical(member.variable);
+        std::vector<double>& bounds =
+            isRow ? (member.upper ? m_form.rowUpper : m_form.rowLower)
+                  : (member.upper ? m_form.columnUpper : m_form.columnLower);
+        return bounds[isRow ? m_form.RowOf(member.variable) : member.variable];
+    }
+    [[nodiscard]] static double Open(const IisMember& member) noexcept
+    {
+        return member.upper ? kInfinity : -kInfinity;
+    }
+    void KeepOnly(const std::vector<IisMember>& support)
+    {
+        std::erase_if(m_members,
+                      [this, &support](const IisMember& member)
+                      {
+                          const bool drops = std::ranges::find(support, member) == support.end();
+                          if (drops)
+                              BoundOf(member) = Open(member);
+                          return drops;
+                      });
+    }
+
+    Restriction m_restriction;
+    BoundedForm& m_form;
+    SolveControl& m_control;
+    std::vector<IisMember> m_members;
+    Basis m_basis;
+};
 
 }  // namespace
 
-Conflict FindConflict(const BoundedForm& form, const Proof& proof, SolveControl& control)
+Iis FindIis(const BoundedForm& form, const Proof& proof, SolveControl& control)
 {
     const SolveControl::Aside aside(control);
-    Conflict conflict;
-    conflict.members = SupportOf(form, proof);
-    conflict.minimal = proof.contradiction != kNoIndex;
-    std::vector<ConflictMember> needed;
-    while (!conflict.minimal)
-    {
-        if (RankProvesMinimal(Restriction(form, conflict.members)))
-        {
-            conflict.minimal = true;
-            break;
-        }
-        // The first member not yet known to be needed.
-        std::size_t next = 0;
-        while (next < conflict.members.size() &&
-               std::find(needed.begin(), needed.end(), conflict.members[next]) != needed.end())
-            ++next;
-        if (next == conflict.members.size())
-        {
-            conflict.minimal = true;
-            break;
-        }
-        const ConflictMember candidate = conflict.members[next];
-        bool stopped = false;
-        if (!StillInfeasibleWithout(form, next, control, conflict.members, stopped))
-        {
-            if (stopped)
-                break;
-            needed.push_back(candidate);
-        }
-    }
-    return conflict;
+    const std::vector<IisMember> members = StatedSupport(form, proof);
+    // One side of a row may do against default bounds, or against a row without entries.
+    if (proof.contradiction != kNoIndex && !form.IsLogical(proof.contradiction))
+        return {members, true};
+    DeletionFilter filter(form, members, control);
+    const bool minimal = filter.Run();
+    return {filter.Members(), minimal};
 }
 
 }  // namespace nuv

@@ -1,5 +1,7 @@
-/// For an infeasible model, a minimal set of rows and bounds that exclude each other: without any
-/// one of them the others have a common point. Minimality is proved as exactly as infeasibility.
+/// For an infeasible model, an irreducible infeasible subsystem (IIS): rows and bounds that exclude
+/// each other while the others have a common point without any one of them. It is made of what was
+/// stated: a lower bound of zero, which a variable has without anybody saying so, stays in force
+/// and is no member. That it is irreducible is proved as exactly as infeasibility.
 #pragma once
 
 #include "Nuv/Certificate/Certificate.hpp"
@@ -10,11 +12,12 @@
 namespace nuv
 {
 
-using ConflictMember = BoundOfVariable;
+/// One side of a row (a logical variable) or one bound of a column.
+using IisMember = BoundOfVariable;
 
-struct Conflict
+struct Iis
 {
-    std::vector<ConflictMember> members;  ///< by increasing variable
+    std::vector<IisMember> members;  ///< by increasing variable
     /// False if the control ended the search; then the members still exclude each other, but some
     /// may be dispensable.
     bool minimal = false;
@@ -22,7 +25,6 @@ struct Conflict
 
 /// Starts from what the Farkas certificate of `proof` uses and leaves out members, one at a time,
 /// while the rest stays infeasible (the deletion filter of Chinneck and Dravnieks 1991).
-[[nodiscard]] Conflict FindConflict(const BoundedForm& form, const Proof& proof,
-                                    SolveControl& control);
+[[nodiscard]] Iis FindIis(const BoundedForm& form, const Proof& proof, SolveControl& control);
 
 }  // namespace nuv

@@ -40,7 +40,7 @@ struct Claim
     Numbers farkas;
     Numbers ray;
     std::optional<Basis> basis;  ///< if every variable and row has its part in it
-    std::vector<ConflictMember> conflict;
+    std::vector<IisMember> conflict;
 };
 
 }  // namespace nuv

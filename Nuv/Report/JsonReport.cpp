@@ -70,7 +70,7 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
 void WriteConflict(Json& json, const Model& model, const Solution& solution)
 {
     json.Key("conflict").Open('[');
-    for (const ConflictMember& member : solution.conflict.members)
+    for (const IisMember& member : solution.iis.members)
     {
         const bool isRow = member.variable >= model.VariableCount();
         const std::string_view name = isRow ? model.RowName(member.variable - model.VariableCount())

@@ -190,13 +190,13 @@ std::string NonZeros(std::string title, std::string unit, std::span<const double
 }
 
 /// Rows and bounds that exclude each other, under their names.
-std::string ConflictWords(const Model& model, const Conflict& conflict)
+std::string ConflictWords(const Model& model, const Iis& iis)
 {
     Table table;
-    table.Add({conflict.minimal ? "these exclude each other, none can be left out"
+    table.Add({iis.minimal ? "these exclude each other, none can be left out"
                                 : "these exclude each other, some may be dispensable",
                "side"});
-    for (const ConflictMember& member : conflict.members)
+    for (const IisMember& member : iis.members)
     {
         const bool isRow = member.variable >= model.VariableCount();
         const std::uint32_t index =
@@ -264,8 +264,8 @@ std::string TextReport(const Model& model, const Solution& solution, Detail deta
     text += NonZeros("the objective improves for ever along", "direction", solution.ray,
                      [&](std::uint32_t j) { return model.VariableName(j); });
     // The multipliers prove the same of perhaps more rows; two lists would puzzle.
-    if (!solution.conflict.members.empty())
-        text += ConflictWords(model, solution.conflict);
+    if (!solution.iis.members.empty())
+        text += ConflictWords(model, solution.iis);
     else
         text += NonZeros("these rows contradict each other", "multiplier", solution.farkas,
                          [&](std::uint32_t i) { return model.RowName(i); });

@@ -56,7 +56,7 @@ struct Solution
 
     /// Infeasible: rows and bounds that exclude each other, by the index of variables of the form:
     /// columns first, then rows.
-    Conflict conflict;
+    Iis iis;
     /// Optimal, if it was asked for; in the model's own sense.
     Sensitivity sensitivity;
 

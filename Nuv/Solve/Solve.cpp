@@ -182,8 +182,8 @@ void Analyse(const BoundedForm& form, double sign, const SolveOptions& options,
     }
     if (solution.status == SolveStatus::Infeasible)
     {
-        control.EndWithin(options.conflictSeconds);
-        solution.conflict = FindConflict(form, solution.proof, control);
+        control.EndWithin(options.iisSeconds);
+        solution.iis = FindIis(form, solution.proof, control);
     }
 }
 

@@ -24,7 +24,7 @@ struct SolveOptions
     /// Whether to find how far each cost and each side of a row may move.
     bool sensitivity = false;
     /// How long to look for a minimal conflict in an infeasible model, at most.
-    double conflictSeconds = 5.0;
+    double iisSeconds = 5.0;
 };
 
 }  // namespace nuv

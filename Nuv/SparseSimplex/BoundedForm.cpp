@@ -82,12 +82,19 @@ Index FindCrossedBounds(const BoundedForm& form) noexcept
     return kNoIndex;
 }
 
+bool IsDefault(const BoundedForm& form, const BoundOfVariable& bound) noexcept
+{
+    return !bound.upper && !form.IsLogical(bound.variable) &&
+           form.columnLower[bound.variable] == 0.0;
+}
+
 BoundedForm RestrictedTo(const BoundedForm& form, std::span<const BoundOfVariable> bounds)
 {
     BoundedForm restricted = form;
     std::ranges::fill(restricted.cost, 0.0);
-    for (auto* lower : {&restricted.columnLower, &restricted.rowLower})
-        std::ranges::fill(*lower, -kInfinity);
+    for (double& lower : restricted.columnLower)
+        lower = lower == 0.0 ? 0.0 : -kInfinity;
+    std::ranges::fill(restricted.rowLower, -kInfinity);
     for (auto* upper : {&restricted.columnUpper, &restricted.rowUpper})
         std::ranges::fill(*upper, kInfinity);
     for (const auto& [variable, upper] : bounds)

@@ -120,7 +120,10 @@ struct BoundOfVariable
     bool operator==(const BoundOfVariable&) const = default;
 };
 
-/// The form with these bounds alone and no cost: whether they exclude each other.
+/// Whether a bound is the one that a variable has when none is stated: a column's lower bound of 0.
+[[nodiscard]] bool IsDefault(const BoundedForm& form, const BoundOfVariable& bound) noexcept;
+
+/// The form with these and the default bounds alone and no cost: whether they exclude each other.
 [[nodiscard]] BoundedForm RestrictedTo(const BoundedForm& form,
                                        std::span<const BoundOfVariable> bounds);
 

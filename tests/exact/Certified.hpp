@@ -24,11 +24,11 @@ namespace nuv::test
     return ProveFrom(form, start, control);
 }
 
-[[nodiscard]] inline Conflict ConflictOf(const BoundedForm& form, const Proof& proof,
+[[nodiscard]] inline Iis IisOf(const BoundedForm& form, const Proof& proof,
                                          SolveLimits limits = {})
 {
     SolveControl control(std::move(limits));
-    return FindConflict(form, proof, control);
+    return FindIis(form, proof, control);
 }
 
 [[nodiscard]] inline Sensitivity RangesOf(const BoundedForm& form, const Proof& proof)

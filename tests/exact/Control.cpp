@@ -197,7 +197,7 @@ TEST(SolveControl, EndsTheSearchOfAConflict)
     BoundedForm form;
     const Proof proof = MixedContradiction(form);
     ASSERT_EQ(CheckProof(form, proof), "");
-    EXPECT_TRUE(ConflictOf(form, proof).minimal);
+    EXPECT_TRUE(IisOf(form, proof).minimal);
     SolveLimits cancelled;
     cancelled.keepGoing = [](const Progress&) { return false; };
     SolveLimits noPivots;
@@ -207,7 +207,7 @@ TEST(SolveControl, EndsTheSearchOfAConflict)
     noTime.seconds = 0.0;
     for (const SolveLimits& limits : {cancelled, noPivots, noTime})
     {
-        const Conflict conflict = ConflictOf(form, proof, limits);
+        const Iis conflict = IisOf(form, proof, limits);
         EXPECT_FALSE(conflict.minimal);
         EXPECT_EQ(conflict.members.size(), 6U) << "what is left still excludes each other";
     }

@@ -1,11 +1,8 @@
-/// Ranges and conflicts mean what they say: checked by moving the data and solving again, and by
-/// enumeration of what is left when a member goes.
-#include "tests/support/BruteForce.hpp"
+/// Ranges mean what they say: checked by moving the data and solving again.
 #include "tests/exact/Certified.hpp"
 #include "tests/support/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
-#include "Nuv/Exact/Iis.hpp"
 #include "Nuv/Exact/Ranging.hpp"
 #include "tests/support/Effort.hpp"
 
@@ -172,71 +169,6 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
             EXPECT_TRUE(near(exact.rowLower[i].upper, doubles.rowLower[i].upper));
         }
     }
-}
-
-TEST(Conflict, BoundsThatCrossAreAConflictOfTwo)
-{
-    const BoundedForm form = MakeForm({0, 0}, {{{1, 1}, {0, 1}}}, {{0, 1}, {3, 2}});
-    const Conflict conflict = ConflictOf(form, Solve(form));
-    EXPECT_TRUE(conflict.minimal);
-    EXPECT_EQ(conflict.members, (std::vector<ConflictMember>{{1, false}, {1, true}}));
-}
-
-TEST(Conflict, NamesTheRowsAndBoundsThatMatter)
-{
-    // x + y <= 3 against x >= 2 and y >= 2; the other row has nothing to do with it.
-    const BoundedForm form = MakeForm({1, 1, 1}, {{{0, 0, 1}, {1, 5}}, {{1, 1, 0}, {-kInf, 3}}},
-                                      {{2, 9}, {2, kInf}, {0, kInf}});
-    const Conflict conflict = ConflictOf(form, Solve(form));
-    EXPECT_TRUE(conflict.minimal);
-    EXPECT_EQ(conflict.members, (std::vector<ConflictMember>{{0, false}, {1, false}, {4, true}}));
-}
-
-TEST(Conflict, IsInfeasibleAndLosesThatWithAnyMember)
-{
-    int infeasible = 0;
-    for (std::uint64_t seed = 1; seed <= ShareOf(3000U); ++seed)
-    {
-        SCOPED_TRACE(seed);
-        Random random(seed);
-        const BoundedForm form =
-            RandomSmallForm(random, 3, static_cast<Index>(random.Between(1, 4)));
-        const Proof proof = Solve(form);
-        if (proof.status != ProofStatus::Infeasible)
-            continue;
-        ++infeasible;
-        const Conflict conflict = ConflictOf(form, proof);
-        ASSERT_TRUE(conflict.minimal);
-        ASSERT_EQ(SolveByEnumeration(RestrictedTo(form, conflict.members)).verdict,
-                  Verdict::Infeasible);
-        for (std::size_t left = 0; left < conflict.members.size(); ++left)
-        {
-            std::vector<ConflictMember> others = conflict.members;
-            others.erase(others.begin() + static_cast<std::ptrdiff_t>(left));
-            ASSERT_NE(SolveByEnumeration(RestrictedTo(form, others)).verdict, Verdict::Infeasible);
-        }
-    }
-    EXPECT_GT(infeasible, ShareOf(500));
-}
-
-/// Three disjoint contradictions, and a certificate that adds them up: the filter has to part them.
-TEST(Conflict, PartsACertificateThatMixesContradictions)
-{
-    const BoundedForm form = MakeForm(
-        {0, 0, 0}, {{{1, 0, 0}, {2, kInf}}, {{0, 1, 0}, {3, kInf}}, {{0, 0, 1}, {4, kInf}}},
-        {{0, 1}, {0, 1}, {0, 1}});
-    Proof proof = Solve(form);
-    proof.dual.denominator = 1;
-    proof.dual.numerator = {1, 2, 3};
-    ASSERT_EQ(CheckProof(form, proof), "");
-    const Conflict conflict = ConflictOf(form, proof);
-    EXPECT_TRUE(conflict.minimal);
-    EXPECT_EQ(conflict.members.size(), 2u);
-    SolveLimits none;
-    none.seconds = 0.0;
-    const Conflict unfinished = ConflictOf(form, proof, none);
-    EXPECT_FALSE(unfinished.minimal);
-    EXPECT_EQ(unfinished.members.size(), 6u);
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ Solution SolveAsWritten(const KnownModel& known)
     }
     SolveOptions options;
     options.numbers = Numbers::AsWritten;
-    options.conflictSeconds = 0.0;
+    options.iisSeconds = 0.0;
     return reading.model->Solve(options);
 }
 

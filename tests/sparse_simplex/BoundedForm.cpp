@@ -75,14 +75,14 @@ TEST(BoundedForm, FindsTheFirstVariableWhoseBoundsCross)
     EXPECT_EQ(FindCrossedBounds(form), 1U);
 }
 
-TEST(BoundedForm, RestrictedKeepsTheBoundsNamedAndNoCost)
+TEST(BoundedForm, RestrictedKeepsTheBoundsNamedAndTheDefaultOnesAndNoCost)
 {
     const BoundedForm form = TwoRows();
     const BoundedForm restricted =
         RestrictedTo(form, std::vector<BoundOfVariable>{{1, false}, {2, true}, {2, false}});
     EXPECT_EQ(restricted.Defect(), "");
     EXPECT_EQ(restricted.cost, (std::vector<double>{0, 0}));
-    EXPECT_EQ(restricted.columnLower, (std::vector<double>{-kInf, -1}));
+    EXPECT_EQ(restricted.columnLower, (std::vector<double>{0, -1})) << "0 is a default";
     EXPECT_EQ(restricted.columnUpper, (std::vector<double>{kInf, kInf}));
     EXPECT_EQ(restricted.rowLower, (std::vector<double>{1, -kInf}));
     EXPECT_EQ(restricted.rowUpper, (std::vector<double>{8, kInf}));
