@@ -54,9 +54,9 @@ def line_text(file, number):
     return (ROOT / file).read_text().split("\n")[number - 1].strip()
 
 
-def branches(data, _layer):
+def branches(paths, _layer):
     """(file, line number, what is missing, tally's counts) of gcovr's findings."""
-    for file in data["files"]:
+    for file in json.loads(paths[0].read_text())["files"]:
         for line in file["lines"]:
             if line.get("gcovr/noncode"):
                 continue
@@ -71,17 +71,47 @@ def branches(data, _layer):
             yield file["file"], line["line_number"], missing, counts
 
 
-def mcdc(data, layer):
-    """The same of clang's findings. A decision stands in each stamped or inlined copy of its line."""
-    decisions = {}
-    for unit in data["data"]:
+def files_of(path, layer):
+    """(name, findings) of each file of the layer in clang's own format."""
+    for unit in json.loads(path.read_text())["data"]:
         for file in unit["files"]:
             name = os.path.relpath(file["filename"], ROOT)
             if layer.match(name):
-                for record in file["mcdc_records"]:
-                    conditions = record[-1]
-                    known = decisions.setdefault((name, *record[:4]), [False] * len(conditions))
-                    known[:] = [a or b for a, b in zip(known, conditions)]
+                yield name, file
+
+
+def regions(paths, layer):
+    """The same of clang's lines and branches. A branch stands in each stamped copy of its line."""
+    taken = defaultdict(lambda: [0, 0])
+    for name, file in files_of(paths[0], layer):
+        for line, *place, if_true, if_false, _, _, _ in file["branches"]:
+            counts = taken[name, line, *place]
+            counts[:] = [counts[0] + if_true, counts[1] + if_false]
+    by_line = defaultdict(list)
+    for (name, line, *_), counts in taken.items():
+        by_line[name, line] += counts
+    for text in paths[1].read_text().split("end_of_record"):
+        if not (match := re.search(r"^SF:(.*)$", text, re.MULTILINE)):
+            continue
+        name = os.path.relpath(match[1], ROOT)
+        for line, count in re.findall(r"^DA:(\d+),(\d+)", text, re.MULTILINE) if layer.match(name) else ():
+            found = by_line[name, int(line)]
+            ways = sum(way > 0 for way in found)
+            missing = ["not run"] if count == "0" else []
+            if not missing and ways != len(found):
+                missing.append(f"{len(found) - ways} of {len(found)} branches not taken")
+            counts = {"lines": (int(count != "0"), 1), "branches": (ways, len(found))}
+            yield name, int(line), missing, counts
+
+
+def mcdc(paths, layer):
+    """The same of clang's decisions, each of which stands in each stamped or inlined copy of its line."""
+    decisions = {}
+    for name, file in files_of(paths[0], layer):
+        for record in file["mcdc_records"]:
+            conditions = record[-1]
+            known = decisions.setdefault((name, *record[:4]), [False] * len(conditions))
+            known[:] = [a or b for a, b in zip(known, conditions)]
     for (name, line, *_), conditions in sorted(decisions.items()):
         missing = [str(i) for i, seen in enumerate(conditions, 1) if not seen]
         found = [f"condition {', '.join(missing)} of {len(conditions)} not seen to decide"] if missing else []
@@ -89,12 +119,12 @@ def mcdc(data, layer):
 
 
 def main():
-    kind, layer, path = sys.argv[1:]
+    kind, layer, *paths = sys.argv[1:]
     layer = re.compile(layer)
     exceptions = Exceptions(ROOT / "tools/coverage-exceptions", kind, layer)
     files, total, failures, excused = defaultdict(Tally), Tally(), [], 0
-    find = branches if kind == "branches" else mcdc
-    for file, number, missing, counts in find(json.loads(Path(path).read_text()), layer):
+    find = {"branches": branches, "regions": regions, "mcdc": mcdc}[kind]
+    for file, number, missing, counts in find([Path(path) for path in paths], layer):
         text = line_text(file, number)
         allowed = bool(missing) and exceptions.allow(file, text)
         excused += allowed
@@ -109,7 +139,7 @@ def main():
     print(f"{excused} lines excused, for {exceptions.reasons} reasons at most: tools/coverage-exceptions")
     for failure in failures:
         print(failure)
-    stale = exceptions.unused() if kind == "branches" else []
+    stale = exceptions.unused() if kind != "mcdc" else []
     for file, text in stale:
         print(f"tools/coverage-exceptions: no longer needed: {file}: {text}")
     return 1 if failures or stale else 0
