@@ -4,7 +4,7 @@
 #include "Nuv/Io/LetterCase.hpp"
 #include "Nuv/Model/NameTable.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cstdint>

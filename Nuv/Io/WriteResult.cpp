@@ -2,7 +2,7 @@
 
 #include "Nuv/Io/Infinity.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cmath>
 #include <limits>

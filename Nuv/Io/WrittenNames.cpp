@@ -2,7 +2,7 @@
 
 #include "Nuv/Io/Utf8.hpp"
 
-#include "fmt/format.h"
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <utility>

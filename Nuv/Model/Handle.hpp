@@ -5,11 +5,8 @@
 /// index is one of this model too.
 #pragma once
 
-#include <algorithm>
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <utility>
 #include <vector>
 
@@ -122,18 +119,15 @@ private:
         std::uint32_t origin;
     };
 
-    [[nodiscard]] static std::uint32_t NewOrigin() noexcept
-    {
-        static std::atomic<std::uint32_t> last{0};
-        return ++last;
-    }
+    [[nodiscard]] static std::uint32_t NewOrigin() noexcept;
+    /// Of an index below the count: most often of the last stretch, which in most models is the only
+    /// one.
     [[nodiscard]] std::uint32_t OriginOf(std::uint32_t index) const noexcept
     {
-        const auto behind =
-            std::upper_bound(m_stretches.begin(), m_stretches.end(), index,
-                             [](std::uint32_t at, const Stretch& of) { return at < of.begin; });
-        return std::prev(behind)->origin;
+        const Stretch& last = m_stretches.back();
+        return index >= last.begin ? last.origin : OriginOfEarlier(index);
     }
+    [[nodiscard]] std::uint32_t OriginOfEarlier(std::uint32_t index) const noexcept;
 
     std::vector<Stretch> m_stretches;
     std::uint32_t m_count = 0;

@@ -2,7 +2,7 @@
 
 #include "Nuv/Io/NumberText.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>

@@ -6,7 +6,7 @@
 #include "Nuv/Report/NamedReader.hpp"
 #include "Nuv/Report/Words.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <utility>
 

@@ -6,7 +6,7 @@
 #include "Nuv/Report/JsonReader.hpp"
 #include "Nuv/Report/NamedReader.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>

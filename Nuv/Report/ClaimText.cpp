@@ -6,7 +6,7 @@
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Report/JsonWriter.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace nuv
 {

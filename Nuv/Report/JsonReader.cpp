@@ -2,7 +2,7 @@
 // value stands nor, of an integer, how it is written; the bytes that it has taken so far show both.
 #include "Nuv/Report/JsonReader.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>

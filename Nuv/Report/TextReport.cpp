@@ -5,7 +5,7 @@
 #include "Nuv/Io/Utf8.hpp"
 #include "Nuv/Report/Words.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>

@@ -7,7 +7,6 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <functional>
@@ -65,7 +64,7 @@ class SolveControl
 public:
     /// The clock starts here.
     explicit SolveControl(SolveLimits limits = {})
-        : m_limits(std::move(limits)), m_start(Clock::now()), m_mostSeconds(m_limits.seconds)
+        : m_limits(std::move(limits)), m_start(ClockSeconds()), m_mostSeconds(m_limits.seconds)
     {
     }
     SolveControl(const SolveControl&) = delete;
@@ -73,7 +72,7 @@ public:
 
     [[nodiscard]] double Seconds() const
     {
-        return std::chrono::duration<double>(Clock::now() - m_start).count();
+        return ClockSeconds() - m_start;
     }
 
     /// From now on the solve may take so many seconds more, unless its limit comes first.
@@ -156,7 +155,8 @@ public:
     };
 
 private:
-    using Clock = std::chrono::steady_clock;
+    /// Of a clock that never goes back. A double tells microseconds apart for a hundred years.
+    [[nodiscard]] static double ClockSeconds() noexcept;
 
     [[nodiscard]] std::uint64_t Most(Stage stage) const noexcept
     {
@@ -182,7 +182,7 @@ private:
     }
 
     SolveLimits m_limits;
-    Clock::time_point m_start;
+    double m_start;
     double m_mostSeconds;
     StopReason m_reason = StopReason::None;  ///< TimeLimit or Cancelled, and then for good
     bool m_usedUp = false;                   ///< a stage wanted more pivots than it had

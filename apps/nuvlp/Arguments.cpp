@@ -9,7 +9,7 @@
 #include "Nuv/Report/JsonReport.hpp"
 
 #include <CLI/CLI.hpp>
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <charconv>

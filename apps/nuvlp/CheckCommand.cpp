@@ -6,7 +6,7 @@
 #include "Nuv/Solve/CanonicalForm.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "ProgressLine.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>

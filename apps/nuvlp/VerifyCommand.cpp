@@ -10,7 +10,7 @@
 #include "Nuv/Vipr/Statement.hpp"
 #include "Nuv/Vipr/Text.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cstdio>
 #include <memory>

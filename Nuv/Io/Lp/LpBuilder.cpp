@@ -5,7 +5,7 @@
 #include "Nuv/Io/NamesInOtherCase.hpp"
 #include "Nuv/Model/Prefetch.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cmath>
 #include <optional>

@@ -1,7 +1,7 @@
 /// Sums of terms: the objective and the sides of rows.
 #include "Nuv/Io/Lp/LpParser.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cmath>
 

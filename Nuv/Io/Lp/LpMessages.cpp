@@ -2,7 +2,7 @@
 
 #include "Nuv/Io/Lp/LpNames.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 /// one after another.
 #include "Nuv/Io/Lp/LpParser.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace nuv::lp
 {

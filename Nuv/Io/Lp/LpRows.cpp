@@ -3,7 +3,7 @@
 #include "Nuv/Io/Lp/LpNames.hpp"
 #include "Nuv/Io/Lp/LpParser.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace nuv::lp
 {

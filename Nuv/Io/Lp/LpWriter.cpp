@@ -9,7 +9,7 @@
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Io/WrittenNames.hpp"
 
-#include "fmt/format.h"
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <bit>

@@ -2,7 +2,7 @@
 
 #include "Nuv/Io/NamesInOtherCase.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace nuv::mps
 {

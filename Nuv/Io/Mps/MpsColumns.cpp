@@ -3,7 +3,7 @@
 
 #include "Nuv/Model/Prefetch.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cmath>
 

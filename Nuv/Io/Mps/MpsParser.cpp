@@ -4,7 +4,7 @@
 
 #include "Nuv/Io/LetterCase.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <optional>
 

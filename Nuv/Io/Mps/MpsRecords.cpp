@@ -2,7 +2,7 @@
 
 #include "Nuv/Io/Mps/MpsNumber.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include "Nuv/Io/Mps/MpsBuilder.hpp"
 #include "Nuv/Io/Mps/MpsNumber.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cmath>
 

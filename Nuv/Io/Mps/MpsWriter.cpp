@@ -9,7 +9,7 @@
 #include "Nuv/Io/WrittenNames.hpp"
 #include "Nuv/Model/Transposed.hpp"
 
-#include "fmt/format.h"
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <bit>

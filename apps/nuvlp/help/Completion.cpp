@@ -2,7 +2,7 @@
 // where one is expected.
 #include "apps/nuvlp/help/Completion.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <string_view>
 

@@ -2,7 +2,7 @@
 #include "apps/nuvlp/help/Completion.hpp"
 #include "apps/nuvlp/ExitCodes.hpp"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <string_view>
 
