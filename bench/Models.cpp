@@ -31,7 +31,7 @@ struct Run
     double proofSeconds = 0.0;  ///< of these, what the stages behind the core and the check take
 };
 
-nuv::SolveOptions OptionsFor(nuv::Numbers numbers)
+nuv::SolveOptions OptionsFor(nuv::CoefficientMeaning numbers)
 {
     nuv::SolveOptions options;
     options.numbers = numbers;
@@ -49,7 +49,7 @@ double ProofSeconds(const nuv::Proof& proof)
 
 /// The solve of median time out of so many, with the least time of a proof among them: stages are
 /// timed by the clock on the wall, which other programs disturb.
-Run MedianRun(const nuv::Model& model, nuv::Numbers numbers, int times)
+Run MedianRun(const nuv::Model& model, nuv::CoefficientMeaning numbers, int times)
 {
     std::vector<Run> runs;
     double proofSeconds = std::numeric_limits<double>::infinity();
@@ -72,10 +72,9 @@ Run MedianRun(const nuv::Model& model, nuv::Numbers numbers, int times)
 std::string StagesOf(const nuv::Solution& solution)
 {
     std::string stages;
-    for (const auto& [hasRun, name] :
-         {std::pair{!solution.floatStage.basicLabels.empty(), "float"},
-          std::pair{solution.proof.ranDouble, "double"},
-          std::pair{solution.proof.ranExact, "exact"}})
+    for (const auto& [hasRun, name] : {std::pair{!solution.floatStage.basicLabels.empty(), "float"},
+                                       std::pair{solution.proof.ranDouble, "double"},
+                                       std::pair{solution.proof.ranExact, "exact"}})
         if (hasRun)
             stages += (stages.empty() ? "" : ", ") + std::string(name);
     return stages;
@@ -140,8 +139,9 @@ bool SolveKnown(const char* collection, const nuv::test::KnownModel& known, int 
         std::cerr << known.path << ": " << reading.GetError().text << '\n';
         return false;
     }
-    const Run asStored = MedianRun(*reading.model, nuv::Numbers::AsStored, times);
-    const Run asWritten = MedianRun(*reading.model, nuv::Numbers::AsWritten, times);
+    const Run asStored = MedianRun(*reading.model, nuv::CoefficientMeaning::StoredDouble, times);
+    const Run asWritten =
+        MedianRun(*reading.model, nuv::CoefficientMeaning::ShortestDecimal, times);
     Print(collection, known, *reading.model, asStored, asWritten);
     const bool isGood = IsAsKnown(asStored, known) && IsAsKnown(asWritten, known);
     std::fprintf(stderr, "%-28s %s\n", known.name.c_str(),

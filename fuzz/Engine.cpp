@@ -87,7 +87,8 @@ BoundedForm MakeForm(fuzz::Input* input, Kind kind)
         dense.push_back(row);
     }
     BoundedForm form = test::MakeForm(cost, dense, bounds);
-    form.numbers = kind == Kind::Tenths ? Numbers::AsWritten : Numbers::AsStored;
+    form.numbers = kind == Kind::Tenths ? CoefficientMeaning::ShortestDecimal
+                                        : CoefficientMeaning::StoredDouble;
     return form;
 }
 

@@ -1,3 +1,5 @@
+/// The first half of Dixon's method: the matrix in integers, and the digits of the solution, each
+/// from one solve modulo the prime and an exact division of the residual by it.
 #include "Nuv/Algebra/DixonSolver.hpp"
 
 #include <algorithm>
@@ -72,8 +74,8 @@ void MultiplyBy(Scale scale, ExactVector& vector)
 
 }  // namespace
 
-PadicLifting::PadicLifting(const SparseVectors<ExactNumber>& unknowns,
-                           const SparseLu<PrimeField>& factors, Side side)
+DixonSolver::DixonSolver(const SparseVectors<ExactNumber>& unknowns,
+                         const SparseLu<PrimeField>& factors, Side side)
     : m_factors(factors), m_side(side), m_size(unknowns.Count()), m_scale(m_size), m_unscale(m_size)
 {
     for (std::size_t at = 0; at < unknowns.index.size(); ++at)
@@ -105,7 +107,7 @@ PadicLifting::PadicLifting(const SparseVectors<ExactNumber>& unknowns,
 }
 
 /// @return the bits of the coefficient times the equation's scale.
-std::size_t PadicLifting::AppendEntry(Index equation, const ExactNumber& coefficient)
+std::size_t DixonSolver::AppendEntry(Index equation, const ExactNumber& coefficient)
 {
     const Scale left = coefficient.scale + m_scale[equation];
     unsigned shift = static_cast<unsigned>(left.two);
@@ -126,8 +128,8 @@ std::size_t PadicLifting::AppendEntry(Index equation, const ExactNumber& coeffic
     return bits;
 }
 
-bool PadicLifting::Solve(const ScaledVector& rightSide, ExactVector& solution,
-                         const StopPredicate& stop)
+bool DixonSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
+                        const StopPredicate& stop)
 {
     LoadResidual(rightSide);
     m_digits.clear();
@@ -151,7 +153,7 @@ bool PadicLifting::Solve(const ScaledVector& rightSide, ExactVector& solution,
     return true;
 }
 
-void PadicLifting::LoadResidual(const ScaledVector& rightSide)
+void DixonSolver::LoadResidual(const ScaledVector& rightSide)
 {
     // The right side's own scale is left out here and multiplied in at the end of Solve.
     m_rightBits = 0;
@@ -181,7 +183,7 @@ void PadicLifting::LoadResidual(const ScaledVector& rightSide)
     }
 }
 
-std::uint64_t PadicLifting::ResidualModuloPrime(Index equation) const
+std::uint64_t DixonSolver::ResidualModuloPrime(Index equation) const
 {
     const PrimeField& field = m_factors.GetField();
     const std::uint64_t* words = &m_residual[equation * m_words];
@@ -199,7 +201,7 @@ std::uint64_t PadicLifting::ResidualModuloPrime(Index equation) const
     return negative ? field.Negated(field.Sum(sum, 1)) : sum;
 }
 
-void PadicLifting::AppendDigits()
+void DixonSolver::AppendDigits()
 {
     const PrimeField& field = m_factors.GetField();
     m_work.resize(m_size);
@@ -228,7 +230,7 @@ void PadicLifting::AppendDigits()
 
 /// The residual is a multiple of the prime now; dividing modulo 2^64 word by word is exact, and
 /// right for negative numbers too, as the quotient fits.
-void PadicLifting::DivideResidual()
+void DixonSolver::DivideResidual()
 {
     const std::uint64_t prime = m_factors.GetField().Prime();
     const std::uint64_t inverse = m_factors.GetField().InverseModuloWord();

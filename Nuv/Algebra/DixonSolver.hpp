@@ -25,7 +25,7 @@ struct ScaledVector
     Scale scale;
 };
 
-class PadicLifting
+class DixonSolver
 {
 public:
     enum class Side : std::uint8_t
@@ -36,8 +36,8 @@ public:
 
     /// `unknowns` holds for each unknown its coefficients by equation; `factors` are those of the
     /// same matrix.
-    PadicLifting(const SparseVectors<ExactNumber>& unknowns, const SparseLu<PrimeField>& factors,
-                 Side side);
+    DixonSolver(const SparseVectors<ExactNumber>& unknowns, const SparseLu<PrimeField>& factors,
+                Side side);
 
     /// @return false if `stop` ended it.
     [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution,
@@ -97,7 +97,7 @@ private:
 /// The fraction n / d with n congruent to d * residue modulo `modulus`, if there is one with d of
 /// at most `denominatorBits` bits whose |n| * d is smaller than the modulus by 2^margin: it is
 /// unique up to chance of about 2^-margin.
-[[nodiscard]] bool ReconstructFraction(const Integer& residue, const Integer& modulus,
+[[nodiscard]] bool ReconstructRational(const Integer& residue, const Integer& modulus,
                                        std::size_t margin, std::size_t denominatorBits,
                                        Integer& numerator, Integer& denominator);
 

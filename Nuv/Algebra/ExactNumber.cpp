@@ -59,12 +59,12 @@ ExactNumber TakeApartWritten(double value) noexcept
 
 }  // namespace
 
-ExactNumber TakeApart(double value, Numbers numbers) noexcept
+ExactNumber TakeApart(double value, CoefficientMeaning meaning) noexcept
 {
     if (value == 0.0)
         return {};
-    ExactNumber number =
-        numbers == Numbers::AsStored ? TakeApartStored(value) : TakeApartWritten(value);
+    ExactNumber number = meaning == CoefficientMeaning::StoredDouble ? TakeApartStored(value)
+                                                                     : TakeApartWritten(value);
     for (; (number.mantissa & 0xFF) == 0; number.scale.two += 8)
         number.mantissa /= 256;
     for (; (number.mantissa & 1) == 0; ++number.scale.two)

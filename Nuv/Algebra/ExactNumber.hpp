@@ -7,10 +7,10 @@ namespace nuv
 {
 
 /// What a double stands for in exact arithmetic.
-enum class Numbers : std::uint8_t
+enum class CoefficientMeaning : std::uint8_t
 {
-    AsStored,   ///< itself: 0.1 is 3602879701896397 / 2^55
-    AsWritten,  ///< the shortest decimal that reads back to it: 0.1 is 1/10
+    StoredDouble,     ///< itself: 0.1 is 3602879701896397 / 2^55
+    ShortestDecimal,  ///< the shortest decimal that reads back to it: 0.1 is 1/10
 };
 
 /// A power of two times a power of five.
@@ -49,6 +49,6 @@ struct ExactNumber
 };
 
 /// The number that a finite double stands for.
-[[nodiscard]] ExactNumber TakeApart(double value, Numbers numbers) noexcept;
+[[nodiscard]] ExactNumber TakeApart(double value, CoefficientMeaning meaning) noexcept;
 
 }  // namespace nuv

@@ -90,9 +90,9 @@ std::strong_ordering operator<=>(const Rational& x, const Rational& y)
     return x.m_numerator * y.m_denominator <=> y.m_numerator * x.m_denominator;
 }
 
-Rational ToRational(double value, Numbers numbers)
+Rational ToRational(double value, CoefficientMeaning meaning)
 {
-    const ExactNumber number = TakeApart(value, numbers);
+    const ExactNumber number = TakeApart(value, meaning);
     const Scale up{std::max(number.scale.two, 0), std::max(number.scale.five, 0)};
     return Rational(Integer(number.mantissa) * PowerOf(up), PowerOf(up - number.scale));
 }

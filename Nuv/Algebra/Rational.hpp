@@ -84,7 +84,8 @@ private:
 }
 
 /// The number that a finite double stands for.
-[[nodiscard]] Rational ToRational(double value, Numbers numbers = Numbers::AsStored);
+[[nodiscard]] Rational ToRational(double value,
+                                  CoefficientMeaning meaning = CoefficientMeaning::StoredDouble);
 
 /// 2^scale.two * 5^scale.five, neither exponent negative.
 [[nodiscard]] Integer PowerOf(Scale scale);

@@ -1,5 +1,6 @@
-/// The second half of p-adic lifting: from digits to residues, from residues to fractions over one
-/// denominator, and the comparison of sizes that proves them right.
+/// The second half of Dixon's method: from digits to residues, from residues to fractions over one
+/// denominator by rational reconstruction (Wang 1981), and the comparison of sizes that proves them
+/// right.
 #include "Nuv/Algebra/DixonSolver.hpp"
 
 #include <algorithm>
@@ -27,7 +28,7 @@ Integer Symmetric(const Integer& value, const Integer& modulus)
 
 }  // namespace
 
-void PadicLifting::ExtendPowers(std::size_t count)
+void DixonSolver::ExtendPowers(std::size_t count)
 {
     if (m_powers.empty())
     {
@@ -40,7 +41,7 @@ void PadicLifting::ExtendPowers(std::size_t count)
 
 /// The number with the digits digit(first), ..., digit(first + count - 1), by halves.
 template <class Digit>
-Integer PadicLifting::Assemble(const Digit& digit, std::size_t first, std::size_t count) const
+Integer DixonSolver::Assemble(const Digit& digit, std::size_t first, std::size_t count) const
 {
     if (count <= kLeaf)
     {
@@ -64,7 +65,7 @@ Integer PadicLifting::Assemble(const Digit& digit, std::size_t first, std::size_
     return sum + Assemble(digit, first, half);
 }
 
-Integer PadicLifting::AssembleUnknown(Index unknown, std::size_t count) const
+Integer DixonSolver::AssembleUnknown(Index unknown, std::size_t count) const
 {
     return Assemble([this, unknown](std::size_t k) { return m_digits[k * m_size + unknown]; }, 0,
                     count);
@@ -72,7 +73,7 @@ Integer PadicLifting::AssembleUnknown(Index unknown, std::size_t count) const
 
 /// A combination of all unknowns with small pseudo-random coefficients. Its denominator is almost
 /// always the common one, so it alone tells whether there are digits enough.
-Integer PadicLifting::AssembleCombination() const
+Integer DixonSolver::AssembleCombination() const
 {
     const auto digit = [this](std::size_t k)
     {
@@ -94,7 +95,7 @@ Integer PadicLifting::AssembleCombination() const
     return Assemble(digit, 0, m_steps);
 }
 
-bool PadicLifting::Reconstruct(ExactVector& solution, const StopPredicate& stop)
+bool DixonSolver::Reconstruct(ExactVector& solution, const StopPredicate& stop)
 {
     ExtendPowers(m_steps);
     solution.numerator.assign(m_size, Integer(0));
@@ -107,7 +108,7 @@ bool PadicLifting::Reconstruct(ExactVector& solution, const StopPredicate& stop)
     }
     const Integer& modulus = ModulusOf(m_steps);
     Integer combined;
-    if (!ReconstructFraction(Symmetric(AssembleCombination(), modulus), modulus, Margin(),
+    if (!ReconstructRational(Symmetric(AssembleCombination(), modulus), modulus, Margin(),
                              BitLength(modulus), combined, solution.denominator))
         return false;
     m_largestNumerator = BitLength(combined);
@@ -136,14 +137,14 @@ bool PadicLifting::Reconstruct(ExactVector& solution, const StopPredicate& stop)
 }
 
 /// How many bits a candidate must be smaller than its modulus to be believed, for now.
-std::size_t PadicLifting::Margin() const noexcept
+std::size_t DixonSolver::Margin() const noexcept
 {
     return m_entryBits + 4;
 }
 
 /// So many digits that numerators like those seen so far, over this denominator, are proved by
 /// them. That is about half of what finding the denominator took.
-std::size_t PadicLifting::DigitsFor(const Integer& denominator) const
+std::size_t DixonSolver::DigitsFor(const Integer& denominator) const
 {
     const std::size_t bits =
         std::max(BitLength(denominator) + m_rightBits, m_largestNumerator + m_entryBits) +
@@ -151,7 +152,7 @@ std::size_t PadicLifting::DigitsFor(const Integer& denominator) const
     return std::min(m_steps, bits / 61 + 1);
 }
 
-const Integer& PadicLifting::ModulusOf(std::size_t digits)
+const Integer& DixonSolver::ModulusOf(std::size_t digits)
 {
     if (m_modulusDigits != digits)
     {
@@ -163,8 +164,8 @@ const Integer& PadicLifting::ModulusOf(std::size_t digits)
 
 /// Finds one unknown as a fraction over the common denominator so far, which grows by whatever this
 /// one needs beyond it; denominators[k] remembers over what the numerator was found.
-bool PadicLifting::ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution,
-                                  std::vector<Integer>& denominators)
+bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution,
+                                 std::vector<Integer>& denominators)
 {
     const Integer& modulus = ModulusOf(digits);
     const std::size_t modulusBits = BitLength(modulus);
@@ -182,7 +183,7 @@ bool PadicLifting::ReconstructOne(Index unknown, std::size_t digits, ExactVector
     {
         const bool all = digits == m_steps;
         Integer denominator;
-        if (!ReconstructFraction(residue, modulus, Margin(), all ? modulusBits : kSlack, numerator,
+        if (!ReconstructRational(residue, modulus, Margin(), all ? modulusBits : kSlack, numerator,
                                  denominator))
             return !all && ReconstructOne(unknown, m_steps, solution, denominators);
         solution.denominator *= denominator;
@@ -194,7 +195,7 @@ bool PadicLifting::ReconstructOne(Index unknown, std::size_t digits, ExactVector
 
 /// With x = N / D, the integers M N - D b are multiples of the modulus by construction. If their
 /// size is less than it they are zero, and the solution is exact.
-bool PadicLifting::SizesProve(const ExactVector& solution, const Integer& modulus) const
+bool DixonSolver::SizesProve(const ExactVector& solution, const Integer& modulus) const
 {
     std::size_t bits = BitLength(solution.denominator) + m_rightBits;
     for (const Integer& numerator : solution.numerator)
@@ -202,7 +203,7 @@ bool PadicLifting::SizesProve(const ExactVector& solution, const Integer& modulu
     return bits + 2 <= BitLength(modulus);
 }
 
-bool ReconstructFraction(const Integer& residue, const Integer& modulus, std::size_t margin,
+bool ReconstructRational(const Integer& residue, const Integer& modulus, std::size_t margin,
                          std::size_t denominatorBits, Integer& numerator, Integer& denominator)
 {
     // Euclid's remainders and cofactors satisfy r_i = t_i * residue modulo the modulus; the pair

@@ -1,3 +1,4 @@
+/// Markowitz's pivots one by one: find, take the pivot column out, update the columns of its row.
 #include "Nuv/Algebra/SparseElimination.hpp"
 
 #include "Nuv/Algebra/PrimeField.hpp"

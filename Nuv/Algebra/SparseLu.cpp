@@ -1,3 +1,4 @@
+/// Factors from an elimination: its vectors turned so that each solve walks them in one direction.
 #include "Nuv/Algebra/SparseLu.hpp"
 
 #include "Nuv/Algebra/PrimeField.hpp"

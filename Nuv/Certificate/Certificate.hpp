@@ -36,7 +36,7 @@ struct Proof
     /// Whether the certificate below passed CheckProof. True with every status but Stopped.
     bool proved = false;
     StopReason stopReason = StopReason::None;
-    /// If the data are not a linear form: what is wrong with them. Everything else is empty then.
+    /// If the data are not a bounded form: what is wrong with them. Everything else is empty then.
     std::string defect;
 
     // The certificate.

@@ -15,7 +15,7 @@ namespace
 {
 
 /// What a basis is worth in doubles, for an outcome that is not proved.
-void Measure(const BoundedForm& form, Proof& proof)
+void EvaluateInDoubles(const BoundedForm& form, Proof& proof)
 {
     const ScaledForm scaled(form);
     SimplexState state(scaled, proof.basis);
@@ -117,8 +117,8 @@ bool ProveUnbounded(const BoundedForm& form, SolveControl& control, Proof& proof
 }
 
 /// Takes the guess of the stage before for what it is, and follows it until something is proved.
-void Decide(const BoundedForm& form, SimplexVerdict guess, int refinements, SolveControl& control,
-            Proof& proof)
+void ResolveVerdict(const BoundedForm& form, SimplexVerdict guess, int refinements,
+                    SolveControl& control, Proof& proof)
 {
     constexpr int kGuesses = 3;
     for (int round = 0; round < kGuesses; ++round)
@@ -152,7 +152,7 @@ void Finish(const BoundedForm& form, double begin, SolveControl& control, Proof&
     if (proof.status == ProofStatus::Stopped)
     {
         proof.stopReason = control.Reason();
-        Measure(form, proof);
+        EvaluateInDoubles(form, proof);
     }
     proof.doublePivots = control.Pivots(Stage::Double);
     proof.exactPivots = control.Pivots(Stage::Exact);
@@ -163,7 +163,7 @@ void ProveBasis(const BoundedForm& form, SimplexVerdict guess, int refinements,
                 SolveControl& control, Proof& proof)
 {
     const double begin = control.Seconds();
-    Decide(form, guess, refinements, control, proof);
+    ResolveVerdict(form, guess, refinements, control, proof);
     Finish(form, begin, control, proof);
 }
 

@@ -1,5 +1,5 @@
-/// The road from a linear form to a proved answer: the simplex in doubles from a given basis or the
-/// slack basis, then the exact stage from where that one ended, then the independent check.
+/// The road from a bounded form to a proved answer: the simplex in doubles from a given basis or
+/// the slack basis, then the exact stage from where that one ended, then the independent check.
 #pragma once
 
 #include "Nuv/Certificate/Certificate.hpp"

@@ -1,3 +1,4 @@
+/// Factors of a basis modulo a prime, and Dixon's solver over them for either side.
 #include "Nuv/Exact/ExactFactors.hpp"
 
 #include "Nuv/SparseSimplex/BasisFactors.hpp"
@@ -68,7 +69,7 @@ bool ExactFactors::SolveForward(const ScaledVector& rightSide, ExactVector& solu
     if (!m_forward)
     {
         m_forward =
-            std::make_unique<PadicLifting>(m_columns, *m_factors, PadicLifting::Side::Forward);
+            std::make_unique<DixonSolver>(m_columns, *m_factors, DixonSolver::Side::Forward);
     }
     return m_forward->Solve(rightSide, solution, [&control] { return control.IsStopped(); });
 }
@@ -78,8 +79,8 @@ bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& sol
 {
     if (!m_backward)
     {
-        m_backward = std::make_unique<PadicLifting>(Transposed(m_columns, m_exact.form.rows),
-                                                    *m_factors, PadicLifting::Side::Backward);
+        m_backward = std::make_unique<DixonSolver>(Transposed(m_columns, m_exact.form.rows),
+                                                   *m_factors, DixonSolver::Side::Backward);
     }
     return m_backward->Solve(rightSide, solution, [&control] { return control.IsStopped(); });
 }

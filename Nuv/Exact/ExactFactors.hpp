@@ -1,4 +1,4 @@
-/// A basis of a linear form, factorised so that systems with it can be solved exactly.
+/// A basis of a bounded form, factorised so that systems with it can be solved exactly.
 #pragma once
 
 #include "Nuv/Algebra/DixonSolver.hpp"
@@ -33,8 +33,8 @@ private:
     const ExactForm& m_exact;
     std::unique_ptr<SparseLu<PrimeField>> m_factors;
     SparseVectors<ExactNumber> m_columns;
-    std::unique_ptr<PadicLifting> m_forward;
-    std::unique_ptr<PadicLifting> m_backward;
+    std::unique_ptr<DixonSolver> m_forward;
+    std::unique_ptr<DixonSolver> m_backward;
 };
 
 }  // namespace nuv

@@ -1,3 +1,4 @@
+/// Sums over the columns of [A, -I] in integers: each column and its cost are brought to one scale.
 #include "Nuv/Exact/ExactForm.hpp"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-/// The numbers of a linear form in exact terms, taken apart once, and the sums over them that an
+/// The numbers of a bounded form in exact terms, taken apart once, and the sums over them that an
 /// exact simplex needs. The column of variable v and its cost share the scale ColumnScale(v): they
 /// are integers times that power; all finite bounds are integers times BoundScale().
 #pragma once

@@ -1,3 +1,4 @@
+/// The evaluation of a basis, and the choice of what to do about one that is not optimal.
 #include "Nuv/Exact/ExactSimplex.hpp"
 
 #include <algorithm>
@@ -50,11 +51,11 @@ SimplexVerdict ExactSimplex::Run(Proof& proof)
         break;
     case Outcome::GoOn:
     case Outcome::Stopped:
-    case Outcome::Doubtful:
+    case Outcome::NeedsAuxiliaryProof:
         proof.status = ProofStatus::Stopped;
         break;
     }
-    return outcome == Outcome::Doubtful ? m_suspicion : SimplexVerdict::Optimal;
+    return outcome == Outcome::NeedsAuxiliaryProof ? m_hint : SimplexVerdict::Optimal;
 }
 
 /// One look at the basis: a verdict, or the pivot that its feasibility calls for.
@@ -72,7 +73,7 @@ ExactSimplex::Outcome ExactSimplex::Step()
     if (!m_mayPivot)
         return Outcome::Stopped;
     if (m_rounds > 0 && Refine())
-        return m_suspicion == SimplexVerdict::Optimal ? Outcome::GoOn : Outcome::Doubtful;
+        return m_hint == SimplexVerdict::Optimal ? Outcome::GoOn : Outcome::NeedsAuxiliaryProof;
     if (feasible)
         return PrimalStep(false);
     if (dualFeasible)
@@ -92,7 +93,7 @@ bool ExactSimplex::Refine()
     const SimplexVerdict verdict =
         m_refinement->Run({m_status, m_head, m_values, m_duals}, m_control, status);
     if (verdict == SimplexVerdict::Infeasible || verdict == SimplexVerdict::Unbounded)
-        m_suspicion = verdict;
+        m_hint = verdict;
     else if (verdict == SimplexVerdict::Stopped || status == m_status)
     {
         m_rounds = 0;

@@ -1,9 +1,9 @@
-/// The exact stage: evaluates a basis in rational arithmetic and, where it is not final, looks for
-/// a better one in doubles under a magnifying glass (Refinement); where that finds none, it pivots
-/// on exactly until the basis is final. A basis that is dual feasible is continued by the dual
-/// simplex, one that is primal feasible by the primal simplex, any other by the primal simplex on
-/// the sum of violations; each keeps its kind of feasibility. Degenerate pivots in a row switch to
-/// Bland's rule (Bland 1977) until a step has a length, so no basis comes back and the stage ends.
+/// The exact stage. Evaluates a basis in rational arithmetic; if it is not optimal, looks for a
+/// better one in doubles by refinement, and where that finds none pivots itself: by the dual
+/// simplex from a dual feasible basis, by the primal simplex from a primal feasible one, and by the
+/// primal simplex on the sum of violations from any other, each keeping its kind of feasibility.
+/// Degenerate pivots in a row switch to Bland's rule (Bland 1977) until a step has a length, so no
+/// basis comes back and the stage ends.
 #pragma once
 
 #include "Nuv/Certificate/Certificate.hpp"
@@ -44,7 +44,7 @@ private:
         Infeasible,
         Unbounded,
         Stopped,
-        Doubtful,  ///< it is not a verdict about an optimum that should be looked for
+        NeedsAuxiliaryProof,  ///< seems infeasible or unbounded: an auxiliary LP is to prove it
     };
     struct Blocking
     {
@@ -92,7 +92,7 @@ private:
     std::optional<Refinement> m_refinement;  ///< made when it is needed
     int m_rounds;
     bool m_mayPivot = true;
-    SimplexVerdict m_suspicion = SimplexVerdict::Optimal;
+    SimplexVerdict m_hint = SimplexVerdict::Optimal;
     int m_degenerate = 0;
 
     ExactVector m_values;                  ///< of the basic variables, by position

@@ -1,3 +1,5 @@
+/// The shifted and scaled program: bounds 2^s (l - x), 2^s (u - x) and costs 2^t d at the exact
+/// basic solution x and its reduced costs d, rounded once to doubles.
 #include "Nuv/Exact/Refinement.hpp"
 
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"

@@ -1,7 +1,6 @@
-/// Where doubles can see no more, they are given a magnifying glass: the linear program is moved so
-/// that the exact basic solution becomes zero, its violations and wrong reduced costs are enlarged
-/// to about one, and the simplex in doubles goes on from there (Gleixner, Steffy and Wolter,
-/// Iterative refinement for linear programming, 2016). The result is a basis, nothing more.
+/// Iterative refinement (Gleixner, Steffy and Wolter, Iterative refinement for linear programming,
+/// 2016): shifts the program to the exact basic solution, scales its largest violation and its
+/// largest wrong reduced cost to about one, and solves on in doubles. Returns a basis only.
 #pragma once
 
 #include "Nuv/Exact/ExactForm.hpp"

@@ -18,7 +18,7 @@ struct SolveOptions
     /// and nothing is proved.
     bool singlePrecisionOnly = false;
     Scaling scaling = Scaling::None;  ///< of what the core gets
-    Numbers numbers = Numbers::AsStored;
+    CoefficientMeaning numbers = CoefficientMeaning::StoredDouble;
     /// Whether to keep the vertices that the core passes through.
     bool recordPath = false;
     /// Whether to find how far each cost and each side of a row may move.

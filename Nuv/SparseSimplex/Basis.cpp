@@ -1,3 +1,4 @@
+/// Where variables rest, and how any list of statuses becomes a basis.
 #include "Nuv/SparseSimplex/Basis.hpp"
 
 #include <cmath>

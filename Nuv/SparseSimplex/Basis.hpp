@@ -1,4 +1,4 @@
-/// A basis of a linear form: for each column and row whether its variable (for a row, the logical)
+/// A basis of a bounded form: for each column and row whether its variable (for a row, the logical)
 /// is basic or at which bound it rests. This is what one solving stage hands to the next.
 /// Invariant of a fitted basis: as many basic variables as rows, and every nonbasic variable rests
 /// at a finite bound, or at zero if it has none.
@@ -25,7 +25,7 @@ struct Basis
     std::vector<BasisStatus> columns;
     std::vector<BasisStatus> rows;
 
-    /// By the linear form's index of variables: columns first, then the logicals of the rows.
+    /// By the bounded form's index of variables: columns first, then the logicals of the rows.
     [[nodiscard]] BasisStatus& operator[](Index variable) noexcept
     {
         return variable < columns.size() ? columns[variable] : rows[variable - columns.size()];

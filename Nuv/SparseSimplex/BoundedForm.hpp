@@ -1,5 +1,5 @@
 /// The computational form of a linear program (Maros, Computational Techniques of the Simplex
-/// Method, 2003, section 1.3), which every solving stage works on:
+/// Method, 2003, chapter 1), which every solving stage works on:
 ///
 ///     minimise  cost . x + constant
 ///     subject to  rowLower <= A x <= rowUpper,  columnLower <= x <= columnUpper,
@@ -27,7 +27,7 @@ struct BoundedForm
 {
     Index rows = 0;
     Index columns = 0;
-    Numbers numbers = Numbers::AsStored;
+    CoefficientMeaning numbers = CoefficientMeaning::StoredDouble;
     double constant = 0.0;
     std::vector<double> cost;
     std::vector<double> columnLower;

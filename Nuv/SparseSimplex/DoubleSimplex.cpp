@@ -1,3 +1,5 @@
+/// Rounds of the primal simplex, each behind a repair of what the pushed bounds of the last one
+/// left violated.
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 
 #include "Nuv/SparseSimplex/DualSimplex.hpp"

@@ -19,7 +19,7 @@ struct DoubleResult
 [[nodiscard]] DoubleResult SolveInDoubles(const BoundedForm& form, Basis start,
                                           SolveControl& control);
 
-/// The same for a state that stands: its scaled form may be one that no linear form says.
+/// The same for a state that stands: its scaled form may be one that no bounded form states.
 SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control);
 
 }  // namespace nuv

@@ -1,3 +1,6 @@
+/// One pivot of the dual simplex: the leaving variable by its violation, its row of the tableau,
+/// the ratio test over that row, the entering column, and the updates of values, reduced costs and
+/// weights.
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
 
 #include "Nuv/SparseSimplex/Tolerances.hpp"

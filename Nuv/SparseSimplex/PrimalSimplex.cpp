@@ -1,3 +1,5 @@
+/// One step of the primal simplex: the entering variable by its reduced cost, its column, the ratio
+/// test over that column (PrimalRatios.cpp), and the updates; and what happens where it stalls.
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
 
 #include "Nuv/SparseSimplex/Tolerances.hpp"

@@ -1,5 +1,5 @@
 /// A bounded form scaled for double arithmetic: rows, columns and cost are multiplied by powers of
-/// two, chosen by geometric means so that entries lie around one (Maros 2003, section 5.2). Powers
+/// two, chosen by geometric means so that entries lie around one (Maros 2003). Powers
 /// of two change exponents only, so a basis means the same before and after, and no bit of the data
 /// is lost.
 #pragma once

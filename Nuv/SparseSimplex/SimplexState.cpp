@@ -1,3 +1,5 @@
+/// The linear systems of a basis: B x_B = -N x_N for values, B' y = c_B and d = c - [A, -I]' y for
+/// reduced costs, and single columns and rows of the tableau.
 #include "Nuv/SparseSimplex/SimplexState.hpp"
 
 #include "Nuv/SparseSimplex/Tolerances.hpp"

@@ -13,7 +13,7 @@ namespace
 class Certifier
 {
 public:
-    Certifier(const Model& model, Numbers numbers, const Proof& proof)
+    Certifier(const Model& model, CoefficientMeaning numbers, const Proof& proof)
         : m_statement(StatementOf(model, numbers)),
           m_model(model),
           m_numbers(numbers),
@@ -140,14 +140,14 @@ private:
 
     Statement m_statement;
     const Model& m_model;
-    Numbers m_numbers;
+    CoefficientMeaning m_numbers;
     const Proof& m_proof;
     int m_sign;
 };
 
 }  // namespace
 
-Certificate CertificateOf(const Model& model, Numbers numbers, const Proof& proof)
+Certificate CertificateOf(const Model& model, CoefficientMeaning numbers, const Proof& proof)
 {
     return Certifier(model, numbers, proof).Certify();
 }

@@ -9,6 +9,7 @@ namespace nuv::vipr
 {
 
 /// What `proof`, which passed its check, says of the model in the numbers that it is about.
-[[nodiscard]] Certificate CertificateOf(const Model& model, Numbers numbers, const Proof& proof);
+[[nodiscard]] Certificate CertificateOf(const Model& model, CoefficientMeaning numbers,
+                                        const Proof& proof);
 
 }  // namespace nuv::vipr

@@ -11,7 +11,7 @@ namespace
 class Stater
 {
 public:
-    Stater(const Model& model, Numbers numbers) : m_model(model), m_numbers(numbers)
+    Stater(const Model& model, CoefficientMeaning numbers) : m_model(model), m_numbers(numbers)
     {
         m_problem.maximize = model.ObjectiveSense() == Sense::Maximize;
         for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
@@ -84,14 +84,14 @@ private:
     }
 
     const Model& m_model;
-    Numbers m_numbers;
+    CoefficientMeaning m_numbers;
     Statement m_statement;
     Problem& m_problem = m_statement.problem;
 };
 
 }  // namespace
 
-Statement StatementOf(const Model& model, Numbers numbers)
+Statement StatementOf(const Model& model, CoefficientMeaning numbers)
 {
     return Stater(model, numbers).Take();
 }

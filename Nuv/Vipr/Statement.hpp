@@ -23,6 +23,6 @@ struct Statement
     std::vector<Sides> sides;  ///< by variable, then by row
 };
 
-[[nodiscard]] Statement StatementOf(const Model& model, Numbers numbers);
+[[nodiscard]] Statement StatementOf(const Model& model, CoefficientMeaning numbers);
 
 }  // namespace nuv::vipr

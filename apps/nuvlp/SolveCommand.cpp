@@ -49,7 +49,7 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
     solve.sensitivity = options.sensitivity;
     // A certificate is about the numbers that stand in the file.
     if (!options.certificate.empty())
-        solve.numbers = nuv::Numbers::AsWritten;
+        solve.numbers = nuv::CoefficientMeaning::ShortestDecimal;
     solve.limits.keepGoing = [&line](const nuv::Progress& progress)
     {
         line.Show(progress);
@@ -94,7 +94,9 @@ ExitCode WriteCertificate(const std::string& path, const nuv::Model& model, cons
         return otherwise;
     }
     using namespace nuv::vipr;
-    return WriteTo(path, Write(CertificateOf(model, nuv::Numbers::AsWritten, proof)), otherwise);
+    return WriteTo(path,
+                   Write(CertificateOf(model, nuv::CoefficientMeaning::ShortestDecimal, proof)),
+                   otherwise);
 }
 
 ExitCode Run(const Options& options)

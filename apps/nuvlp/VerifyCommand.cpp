@@ -39,7 +39,7 @@ struct Verification
 
 Verification Verify(const nuv::Model& model, const nuv::vipr::Certificate& certificate)
 {
-    constexpr nuv::Numbers numbers = nuv::Numbers::AsWritten;
+    constexpr nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
     Verification result;
     result.goal = certificate.goal;
     if (!nuv::vipr::IsSameProblem(nuv::vipr::StatementOf(model, numbers).problem,

@@ -79,7 +79,7 @@ TEST(Rational, TakesDoublesApartExactly)
 {
     for (const double value : {0.0, 1.0, -1.0, 0.1, 1e300, -1e-300, 5e-324, 1.7976931348623157e308})
     {
-        const ExactNumber number = TakeApart(value, Numbers::AsStored);
+        const ExactNumber number = TakeApart(value, CoefficientMeaning::StoredDouble);
         EXPECT_EQ(std::ldexp(static_cast<double>(number.mantissa), number.scale.two), value);
         EXPECT_EQ(number.scale.five, 0);
         EXPECT_TRUE(value == 0.0 || (number.mantissa & 1) != 0);
@@ -90,7 +90,7 @@ TEST(Rational, TakesDoublesApartExactly)
 TEST(Rational, ReadsDoublesAsTheirShortestDecimal)
 {
     const auto written = [](double value)
-    { return ToString(ToRational(value, Numbers::AsWritten)); };
+    { return ToString(ToRational(value, CoefficientMeaning::ShortestDecimal)); };
     EXPECT_EQ(written(0.1), "1/10");
     EXPECT_EQ(written(-0.75), "-3/4");
     EXPECT_EQ(written(1e22), "10000000000000000000000");

@@ -127,7 +127,7 @@ TEST(Engine, CyclingExamplesEndAtTheirOptimum)
 {
     for (auto& [form, optimum] : CyclingForms())
     {
-        form.numbers = Numbers::AsWritten;
+        form.numbers = CoefficientMeaning::ShortestDecimal;
         for (const Proof& proof : {Solve(form), CertifiedFrom(form, SlackBasis(form))})
         {
             EXPECT_TRUE(proof.proved);
@@ -141,7 +141,7 @@ TEST(Engine, ATenthIsWhatTheFormSaysItIs)
 {
     BoundedForm form = MakeForm({1}, {{{1}, {0.1, kInf}}});
     EXPECT_EQ(ToString(Solve(form).objective), "3602879701896397/36028797018963968");
-    form.numbers = Numbers::AsWritten;
+    form.numbers = CoefficientMeaning::ShortestDecimal;
     EXPECT_EQ(ToString(Solve(form).objective), "1/10");
 }
 
@@ -159,7 +159,7 @@ TEST(Engine, RedundantDecimalEquationsContradictEachOtherAsStored)
     const Proof stored = Solve(form);
     EXPECT_TRUE(stored.proved);
     EXPECT_EQ(stored.status, ProofStatus::Infeasible);
-    form.numbers = Numbers::AsWritten;
+    form.numbers = CoefficientMeaning::ShortestDecimal;
     const Proof written = Solve(form);
     EXPECT_TRUE(written.proved);
     ASSERT_EQ(written.status, ProofStatus::Optimal);
@@ -228,7 +228,8 @@ TEST(Engine, ProvesSparseFormsWithDecimalsInBothReadings)
         SCOPED_TRACE(seed);
         Random random(seed);
         BoundedForm form = RandomSparseForm(random, 25, 35);
-        for (const Numbers numbers : {Numbers::AsStored, Numbers::AsWritten})
+        for (const CoefficientMeaning numbers :
+             {CoefficientMeaning::StoredDouble, CoefficientMeaning::ShortestDecimal})
         {
             form.numbers = numbers;
             const Proof proof = Solve(form);

@@ -41,7 +41,7 @@ BoundedForm BasisForm(Random& random, Index size)
     return MakeForm(std::vector<double>(size, 0.0), rows);
 }
 
-TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
+TEST(DixonSolver, SolvesExactlyInBothReadingsAndBothDirections)
 {
     SolveControl control;
     for (std::uint64_t seed = 1; seed <= ShareOf(60U); ++seed)
@@ -50,7 +50,8 @@ TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
         Random random(seed);
         const Index size = static_cast<Index>(random.Between(1, 30));
         BoundedForm form = BasisForm(random, size);
-        form.numbers = random.OneIn(2) ? Numbers::AsStored : Numbers::AsWritten;
+        form.numbers = random.OneIn(2) ? CoefficientMeaning::StoredDouble
+                                       : CoefficientMeaning::ShortestDecimal;
         const ExactForm exact(form);
         std::vector<Index> head(size);
         for (Index k = 0; k < size; ++k)
@@ -94,7 +95,7 @@ TEST(PadicLifting, SolvesExactlyInBothReadingsAndBothDirections)
     }
 }
 
-TEST(PadicLifting, TellsFractionsFromTheirResidues)
+TEST(DixonSolver, TellsFractionsFromTheirResidues)
 {
     const Integer modulus = Power(Integer(kPrime), 6);
     Random random(5);
@@ -111,7 +112,7 @@ TEST(PadicLifting, TellsFractionsFromTheirResidues)
             inverse = ((2 - bottom * inverse) * inverse) % modulus;
         Integer numerator;
         Integer denominator;
-        ASSERT_TRUE(ReconstructFraction((top * inverse) % modulus, modulus, 60, 372, numerator,
+        ASSERT_TRUE(ReconstructRational((top * inverse) % modulus, modulus, 60, 372, numerator,
                                         denominator));
         ASSERT_EQ(numerator, top / divisor);
         ASSERT_EQ(denominator, bottom / divisor);
@@ -122,10 +123,10 @@ TEST(PadicLifting, TellsFractionsFromTheirResidues)
     Integer residue(0);
     for (int digit = 0; digit < 6; ++digit)
         residue = residue * Integer(kPrime) + Integer(random.Next() >> 3);
-    EXPECT_FALSE(ReconstructFraction(residue, modulus, 60, 372, numerator, denominator));
+    EXPECT_FALSE(ReconstructRational(residue, modulus, 60, 372, numerator, denominator));
 }
 
-TEST(PadicLifting, GivesUpWhenTimeIsUp)
+TEST(DixonSolver, GivesUpWhenTimeIsUp)
 {
     SolveLimits limits;
     limits.seconds = 0.0;

@@ -26,7 +26,7 @@ Solution SolveAsWritten(const KnownModel& known)
         return {};
     }
     SolveOptions options;
-    options.numbers = Numbers::AsWritten;
+    options.numbers = CoefficientMeaning::ShortestDecimal;
     options.iisSeconds = 0.0;
     return reading.model->Solve(options);
 }

@@ -1,4 +1,4 @@
-/// The verdict on a small linear form by enumerating all its basic solutions in fractions. It
+/// The verdict on a small bounded form by enumerating all its basic solutions in fractions. It
 /// shares no code and no idea with the engine: no pivoting, no duals.
 #pragma once
 

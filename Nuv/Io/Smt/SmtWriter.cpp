@@ -14,7 +14,7 @@ namespace
 /// Numbers of QF_LRA are decimals without sign and exponent, and quotients of these.
 std::string NumberOf(double value)
 {
-    const Rational exact = ToRational(std::fabs(value), Numbers::AsWritten);
+    const Rational exact = ToRational(std::fabs(value), CoefficientMeaning::ShortestDecimal);
     std::string text = exact.Numerator().ToString() + ".0";
     if (exact.Denominator() != 1)
         text = "(/ " + text + " " + exact.Denominator().ToString() + ".0)";
