@@ -61,6 +61,24 @@ TEST(Certificate, OptimalIsRefusedOnceAnyPartIsChanged)
     EXPECT_EQ(CheckProof(form, wrong), "the objective is not that of the point");
 }
 
+TEST(Certificate, OnlyBoundsThatCrossContradictEachOther)
+{
+    BoundedForm form = InfeasibleForm();
+    form.columnLower[1] = 3.0;
+    Proof proof;
+    proof.status = ProofStatus::Infeasible;
+    proof.contradiction = 1;
+    EXPECT_EQ(CheckProof(form, proof), "");
+    for (const Index other : {Index{0}, Index{2}, form.Variables(), form.Variables() + 1})
+    {
+        proof.contradiction = other;
+        EXPECT_EQ(CheckProof(form, proof), "the bounds said to contradict each other do not");
+    }
+    proof.contradiction = 1;
+    form.columnLower[1] = 2.0;
+    EXPECT_EQ(CheckProof(form, proof), "the bounds said to contradict each other do not");
+}
+
 TEST(Certificate, OptimalIsRefusedForAnotherForm)
 {
     const BoundedForm form = OptimalForm();

@@ -63,6 +63,47 @@ TEST(BoundedForm, NamesItsDefects)
     EXPECT_EQ(form.Defect(), "a bound is NaN or infinite on the wrong side");
 }
 
+/// What the form says of its matrix after `spoil` has been at the columns.
+template <class Spoil>
+std::string DefectOfMatrix(Spoil spoil)
+{
+    BoundedForm form = TwoRows();
+    SparseVectors<double> columns = form.matrix.Columns();
+    spoil(columns);
+    form.matrix = SparseMatrix<double>::FromColumns(columns, form.rows);
+    return form.Defect();
+}
+
+TEST(BoundedForm, NamesArraysThatAreNotOfItsShape)
+{
+    for (std::vector<double> BoundedForm::*const numbers :
+         {&BoundedForm::columnLower, &BoundedForm::columnUpper})
+    {
+        BoundedForm form = TwoRows();
+        (form.*numbers).push_back(0.0);
+        EXPECT_EQ(form.Defect(), "column arrays of the wrong length");
+    }
+    BoundedForm form = TwoRows();
+    form.rowLower.pop_back();
+    EXPECT_EQ(form.Defect(), "row arrays of the wrong length");
+    form = TwoRows();
+    form.columns = kNoIndex - 2;
+    EXPECT_EQ(form.Defect(), "too many rows and columns");
+    form.columns = kNoIndex - 3;
+    EXPECT_EQ(form.Defect(), "column arrays of the wrong length");
+    form = TwoRows();
+    form.constant = kInf;
+    EXPECT_EQ(form.Defect(), "a coefficient is not finite");
+    form = TwoRows();
+    SparseVectors<double> three = form.matrix.Columns();
+    three.Close();
+    form.matrix = SparseMatrix<double>::FromColumns(three, 2);
+    EXPECT_EQ(form.Defect(), "matrix entries out of range or out of order");
+    EXPECT_EQ(DefectOfMatrix([](auto&) {}), "");
+    EXPECT_EQ(DefectOfMatrix([](auto& columns) { columns.value[2] = kInf; }),
+              "a coefficient is not finite");
+}
+
 TEST(BoundedForm, FindsTheFirstVariableWhoseBoundsCross)
 {
     BoundedForm form = TwoRows();
