@@ -144,7 +144,9 @@ ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOption
 {
     ClaimReport report;
     report.claimed = claim.status;
-    const BoundedForm form = FormOf(model);
+    report.numbers = claim.meaning;
+    BoundedForm form = FormOf(model);
+    form.numbers = claim.meaning;
     ClaimChecker checker(model, form, options.tolerance, report);
     const bool isOptimum = claim.status == ClaimedStatus::Optimal;
     if (isOptimum || claim.status == ClaimedStatus::Feasible ||

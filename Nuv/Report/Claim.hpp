@@ -1,9 +1,9 @@
 /// What a solution file says about a model: a verdict, values, and perhaps a certificate. None of
 /// it is believed; CheckClaim looks.
 ///
-/// Numbers are doubles, as a model file's numbers are: a decimal stands for the nearest one. Only
-/// what is written as a quotient of integers is taken exactly. Signs are those of Solution.hpp, in
-/// the model's own sense.
+/// Its decimals are taken as the model's are: for what they say, or for the double next to it. What
+/// is written as a quotient of integers is that quotient. Signs are those of Solution.hpp, in the
+/// model's own sense.
 #pragma once
 
 #include "Nuv/Algebra/Rational.hpp"
@@ -28,6 +28,8 @@ enum class ClaimedStatus : std::uint8_t
 struct Claim
 {
     ClaimedStatus status = ClaimedStatus::Optimal;
+    nuv::CoefficientMeaning meaning =
+        nuv::CoefficientMeaning::ShortestDecimal;  ///< of the claim's decimals and the model's
     std::optional<Rational> objective;
     std::optional<Rational> exactObjective;  ///< the optimum, said to be exact
     /// By variable or by row, with nothing where the file says nothing; empty if it says nothing at

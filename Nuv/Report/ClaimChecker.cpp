@@ -75,7 +75,7 @@ std::vector<ScaledSum> ClaimChecker::Extended(const Claim::Numbers& numbers) con
             continue;
         result[j].Add(number);
         for (const auto [row, entry] : m_form.matrix.Column(j))
-            result[m_form.Logical(row)].Add(number * ToRational(entry));
+            result[m_form.Logical(row)].Add(number * Exact(entry));
     }
     return result;
 }
@@ -85,7 +85,7 @@ std::vector<ScaledSum> ClaimChecker::Priced(const Claim::Numbers& multipliers, d
 {
     std::vector<ScaledSum> result(m_form.Variables());
     for (Index j = 0; withCost && j < m_form.columns; ++j)
-        result[j].Add(ToRational(m_form.cost[j]));
+        result[j].Add(Exact(m_form.cost[j]));
     for (Index i = 0; i < m_form.rows; ++i)
     {
         const Rational& given = NumberAt(multipliers, i);
@@ -94,7 +94,7 @@ std::vector<ScaledSum> ClaimChecker::Priced(const Claim::Numbers& multipliers, d
         const Rational multiplier = sign < 0.0 ? Rational(-given) : given;
         result[m_form.Logical(i)].Add(multiplier);
         for (const auto [column, entry] : m_form.matrix.Row(i))
-            result[column].Add(-multiplier * ToRational(entry));
+            result[column].Add(-multiplier * Exact(entry));
     }
     return result;
 }
@@ -107,7 +107,7 @@ void ClaimChecker::CheckBounds(Index variable)
         const double bound = isUpper ? m_form.Upper(variable) : m_form.Lower(variable);
         if (!std::isfinite(bound))
             continue;
-        const Rational side = ToRational(bound);
+        const Rational side = Exact(bound);
         const double fraction =
             isUpper ? value.Above(side) : ScaledSum{side, value.scale}.Above(value.sum);
         if (fraction == 0.0)
@@ -148,10 +148,10 @@ void ClaimChecker::CheckPoint(const Claim& claim)
     for (Index i = 0; i < m_form.rows && !claim.activities.empty(); ++i)
         CheckStated(claim.activities[i], m_point[m_form.columns + i], "claim.activity",
                     "the activity of " + NameOf(m_form.columns + i));
-    m_objective.Add(ToRational(m_model.ObjectiveConstant()));
+    m_objective.Add(Exact(m_model.ObjectiveConstant()));
     for (Index j = 0; j < m_form.columns; ++j)
         if (m_point[j].sum != 0)
-            m_objective.Add(ToRational(m_model.Objective()[j]) * m_point[j].sum);
+            m_objective.Add(Exact(m_model.Objective()[j]) * m_point[j].sum);
     m_report.objective = m_objective.sum;
     CheckStated(claim.objective, m_objective, "claim.objective", "the objective of these values");
 }
@@ -165,9 +165,9 @@ void ClaimChecker::CheckDuals(const Claim& claim)
         const ScaledSum& value = m_point[v];
         const double lower = m_form.Lower(v);
         const double upper = m_form.Upper(v);
-        const bool mayFall = std::isinf(lower) || IsOff(value.Above(ToRational(lower)));
+        const bool mayFall = std::isinf(lower) || IsOff(value.Above(Exact(lower)));
         const bool mayRise =
-            std::isinf(upper) || IsOff(ScaledSum{ToRational(upper), value.scale}.Above(value.sum));
+            std::isinf(upper) || IsOff(ScaledSum{Exact(upper), value.scale}.Above(value.sum));
         const bool wantsToFall = IsOff(reduced[v].Above(0));
         const bool wantsToRise = IsOff(ScaledSum{0, reduced[v].scale}.Above(reduced[v].sum));
         if ((wantsToFall && mayFall) || (wantsToRise && mayRise))
@@ -196,7 +196,7 @@ void ClaimChecker::CheckRay(const Claim& claim)
             Disagree("claim.ray", fmt::format("along the ray, {} {} past its bound", NameOf(v),
                                               falls ? "falls" : "rises"));
         if (!m_form.IsLogical(v) && rates[v].sum != 0)
-            gain.Add(-ToRational(m_form.cost[v]) * rates[v].sum);
+            gain.Add(-Exact(m_form.cost[v]) * rates[v].sum);
     }
     if (gain.sum <= 0)
         Disagree("claim.ray", "along the ray, the objective does not improve");
@@ -215,7 +215,7 @@ void ClaimChecker::CheckFarkas(const Claim& claim)
         const bool matters =
             IsOff(std::max(factor.Above(0), ScaledSum{0, factor.scale}.Above(factor.sum)));
         if (std::isfinite(bound))
-            sum += factor.sum * ToRational(bound);
+            sum += factor.sum * Exact(bound);
         else if (matters)
             return Disagree("claim.farkas",
                             fmt::format("the multipliers need {} bound of {}, which has none",

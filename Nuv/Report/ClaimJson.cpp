@@ -20,18 +20,21 @@ class ResultReader : NamedReader
 public:
     using NamedReader::NamedReader;
 
-    bool Read(const JsonValue& result, bool needsStatus, Claim& claim)
+    bool Read(const JsonValue& result, bool needsStatus, bool readsNumbers, Claim& claim)
     {
         if (result.kind != JsonValue::Kind::Object)
             return m_log.Fail(result.at, "claim.schema", "this is no result of a solve",
                               "give what nuvlp solve --json wrote, or lines of: name value");
         return ReadSchema(result) && ReadStatus(result, needsStatus, claim) &&
-               ReadObjectives(result, claim) && ReadVariables(result, claim) &&
-               ReadRows(result, claim) && ReadVectors(result, claim) && ReadConflict(result, claim);
+               ReadMeaning(result, readsNumbers, claim.meaning) && ReadObjectives(result, claim) &&
+               ReadVariables(result, claim) && ReadRows(result, claim) &&
+               ReadVectors(result, claim) && ReadConflict(result, claim);
     }
 
 private:
     using Kind = JsonValue::Kind;
+
+    CoefficientMeaning m_meaning = CoefficientMeaning::ShortestDecimal;
 
     bool ReadSchema(const JsonValue& result)
     {
@@ -55,6 +58,18 @@ private:
                                            : fmt::format("the status '{}' claims nothing", word),
                               "--claim says what is to be proved");
         return true;
+    }
+
+    /// Everything that is read later is taken as this says.
+    bool ReadMeaning(const JsonValue& result, bool isAsked, CoefficientMeaning& meaning)
+    {
+        const JsonValue* const word = isAsked ? result.Find("numbers") : nullptr;
+        const std::optional<CoefficientMeaning> found =
+            word ? FromWord<CoefficientMeaning>(word->text) : std::optional(meaning);
+        if (found)
+            m_meaning = meaning = *found;
+        return found || m_log.Fail(word->at, "claim.numbers", "no numbers are called that",
+                                   "write \"written\" or \"stored\"");
     }
 
     bool ReadObjectives(const JsonValue& result, Claim& claim)
@@ -172,7 +187,7 @@ private:
         if (!value || value->kind == Kind::Null)
             return true;
         if (value->kind == Kind::Number || value->kind == Kind::String)
-            number = ReadExactNumber(value->text);
+            number = ReadExactNumber(value->text, m_meaning);
         return number || m_log.Fail(value->at, "claim.number",
                                     fmt::format("{} is no finite number", KindWords(value->kind)),
                                     "write a number, or a quotient in quotes such as \"3/7\"");
@@ -206,10 +221,10 @@ private:
 
 }  // namespace
 
-bool ReadResultJson(const JsonValue& result, bool needsStatus, const Model& model,
-                    DiagnosticLog& log, Claim& claim)
+bool ReadResultJson(const JsonValue& result, bool needsStatus, bool readsNumbers,
+                    const Model& model, DiagnosticLog& log, Claim& claim)
 {
-    return ResultReader(model, log).Read(result, needsStatus, claim);
+    return ResultReader(model, log).Read(result, needsStatus, readsNumbers, claim);
 }
 
 }  // namespace nuv::claim

@@ -9,9 +9,10 @@
 namespace nuv::claim
 {
 
-/// Reads what the parsed JSON of a result claims.
+/// Reads what the parsed JSON of a result claims: without a status only if none is needed, and with
+/// the numbers that the claim has already if the file's word on them is not asked for.
 /// @return false after an error.
-[[nodiscard]] bool ReadResultJson(const JsonValue& result, bool needsStatus, const Model& model,
-                                  DiagnosticLog& log, Claim& claim);
+[[nodiscard]] bool ReadResultJson(const JsonValue& result, bool needsStatus, bool readsNumbers,
+                                  const Model& model, DiagnosticLog& log, Claim& claim);
 
 }  // namespace nuv::claim

@@ -1,6 +1,7 @@
 // Both formats, by name: every number finds its variable or row, or the file is refused there.
 #include "Nuv/Report/ClaimReader.hpp"
 
+#include "Nuv/Algebra/RationalText.hpp"
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Report/ClaimJson.hpp"
 #include "Nuv/Report/JsonReader.hpp"
@@ -19,8 +20,6 @@ namespace
 {
 
 constexpr std::string_view kBlanks = " \t\r";
-/// Longer integers are no one's solution, and take time with the square of their length.
-constexpr std::size_t kMostDigits = 10'000;
 
 std::string_view Trimmed(std::string_view text)
 {
@@ -28,15 +27,6 @@ std::string_view Trimmed(std::string_view text)
     if (begin == std::string_view::npos)
         return text.substr(0, 0);
     return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
-
-bool IsInteger(std::string_view text)
-{
-    if (text.starts_with('-'))
-        text.remove_prefix(1);
-    // A leading zero would make an octal number of it.
-    return !text.empty() && text.size() <= kMostDigits && (text[0] != '0' || text.size() == 1) &&
-           std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 class TextReader : NamedReader
@@ -73,7 +63,7 @@ private:
         std::string_view name = Trimmed(line.substr(0, gap));
         if (name.ends_with('=') && name.size() > 1)
             name = Trimmed(name.substr(0, name.size() - 1));
-        std::optional<Rational> value = ReadExactNumber(number);
+        std::optional<Rational> value = ReadExactNumber(number, claim.meaning);
         if (!value)
             return m_log.Fail(number.data(), "claim.number",
                               fmt::format("'{}' is no finite number", number.substr(0, 40)),
@@ -84,16 +74,30 @@ private:
     }
 };
 
-bool ReadEither(std::string_view text, const Model& model, bool needsStatus, DiagnosticLog& log,
+/// What the caller knows better than the file.
+struct Given
+{
+    std::optional<ClaimedStatus> status;
+    std::optional<CoefficientMeaning> numbers;
+};
+
+bool ReadEither(std::string_view text, const Model& model, const Given& given, DiagnosticLog& log,
                 Claim& claim)
 {
     const std::size_t first = text.find_first_not_of(" \t\r\n");
     const bool isJson =
         first != std::string_view::npos && (text[first] == '{' || text[first] == '[');
+    claim.meaning = given.numbers.value_or(claim.meaning);
     if (!isJson)
+    {
+        claim.status = given.status.value_or(claim.status);
         return TextReader(model, log).Read(text, claim);
+    }
     const std::optional<JsonValue> value = ReadJson(text, log);
-    return value && ReadResultJson(*value, needsStatus, model, log, claim);
+    if (!value || !ReadResultJson(*value, !given.status, !given.numbers, model, log, claim))
+        return false;
+    claim.status = given.status.value_or(claim.status);
+    return true;
 }
 
 }  // namespace
@@ -131,42 +135,31 @@ bool NamedReader::Set(Claim::Numbers& numbers, What what, std::uint32_t index, R
 
 }  // namespace claim
 
-std::optional<Rational> ReadExactNumber(std::string_view text)
+std::optional<Rational> ReadExactNumber(std::string_view text, CoefficientMeaning numbers)
 {
+    if (text.find('/') != std::string_view::npos)
+        return ReadQuotient(text);
+    std::optional<Rational> exact = ReadDecimal(text);
     if (text.starts_with('+'))
         text.remove_prefix(1);
-    const std::size_t bar = text.find('/');
-    if (bar != std::string_view::npos)
-    {
-        const std::string_view above = text.substr(0, bar);
-        const std::string_view below = text.substr(bar + 1);
-        if (!claim::IsInteger(above) || !claim::IsInteger(below))
-            return std::nullopt;
-        const Integer denominator{std::string(below)};
-        if (denominator == 0)
-            return std::nullopt;
-        return Rational(Integer(std::string(above)), denominator);
-    }
     double value = 0.0;
     const auto [end, error] = ReadDouble(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
         return std::nullopt;
-    return ToRational(value);
+    return numbers == CoefficientMeaning::ShortestDecimal ? exact : ToRational(value);
 }
 
 ClaimReadResult ReadClaim(std::string_view text, const std::string& file, const Model& model,
-                          std::optional<ClaimedStatus> status)
+                          std::optional<ClaimedStatus> status,
+                          std::optional<CoefficientMeaning> numbers)
 {
     if (text.starts_with("\xEF\xBB\xBF"))
         text.remove_prefix(3);
     DiagnosticLog log(file, text);
     Claim found;
     ClaimReadResult reading;
-    if (claim::ReadEither(text, model, !status, log, found))
-    {
-        found.status = status.value_or(found.status);
+    if (claim::ReadEither(text, model, {status, numbers}, log, found))
         reading.claim = std::move(found);
-    }
     reading.diagnostics = log.Take();
     return reading;
 }

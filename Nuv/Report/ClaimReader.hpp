@@ -22,13 +22,16 @@ struct ClaimReadResult
     std::vector<Diagnostic> diagnostics;
 };
 
-/// Reads what `text` says about `model`; `status` replaces what it says of the status, which plain
-/// text says nothing of: without it that is a claim of an optimum.
+/// Reads what `text` says about `model`. `status` replaces what it says of the status, which plain
+/// text says nothing of: without it that is a claim of an optimum. `numbers` replaces what it says
+/// of the numbers that it is about: without it plain text is about those that are written.
 [[nodiscard]] ClaimReadResult ReadClaim(std::string_view text, const std::string& file,
-                                        const Model& model, std::optional<ClaimedStatus> status);
+                                        const Model& model, std::optional<ClaimedStatus> status,
+                                        std::optional<CoefficientMeaning> numbers = std::nullopt);
 
-/// A decimal, as the nearest double, or p/q of integers, exactly.
-/// @return nothing for any other text, infinities and NaN too.
-[[nodiscard]] std::optional<Rational> ReadExactNumber(std::string_view text);
+/// A decimal, for itself or for the nearest double, or p/q of integers.
+/// @return nothing for any other text, and for what is beyond doubles.
+[[nodiscard]] std::optional<Rational> ReadExactNumber(std::string_view text,
+                                                      CoefficientMeaning numbers);
 
 }  // namespace nuv

@@ -42,6 +42,7 @@ struct ClaimReport
 
     Judgement judgement = Judgement::Undecided;
     ClaimedStatus claimed = ClaimedStatus::Optimal;
+    CoefficientMeaning numbers = CoefficientMeaning::ShortestDecimal;  ///< of which it was judged
     /// The first kMostKept of them, and how many there were.
     std::vector<Disagreement> disagreements;
     std::size_t disagreementCount = 0;

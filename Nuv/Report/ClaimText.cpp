@@ -60,8 +60,8 @@ std::string ClaimText(const ClaimReport& report)
     if (report.truth == ProofStatus::Optimal)
         text += fmt::format("optimum    {}{}\n", NumberText(ToDouble(report.optimum) + 0.0),
                             ExactWords(ToString(report.optimum)));
-    text += fmt::format("proof      {}\nverdict    {}\n", EvidenceWords(report),
-                        WordOf(report.judgement));
+    text += fmt::format("numbers    as {}\nproof      {}\nverdict    {}\n", WordOf(report.numbers),
+                        EvidenceWords(report), WordOf(report.judgement));
     if (report.disagreementCount != 0)
         text += '\n';
     for (const Disagreement& disagreement : report.disagreements)
@@ -78,6 +78,7 @@ std::string ClaimJson(const ClaimReport& report)
     json.Open('{').Key("schema").Text(kProofSchema);
     json.Key("claim").Text(WordOf(report.claimed));
     json.Key("verdict").Text(WordOf(report.judgement));
+    json.Key("numbers").Text(WordOf(report.numbers));
     json.Key("truth").Text(WordOf(report.truth));
     json.Key("proof").Open('{').Key("by").Text(WordOf(report.evidence));
     json.Key("pivots").Count(report.pivots);

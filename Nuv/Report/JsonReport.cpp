@@ -161,6 +161,7 @@ void WriteVerdict(Json& json, const Solution& solution)
         json.Raw("null");
     else
         json.Number(solution.objective);
+    json.Key("numbers").Text(WordOf(solution.numbers));
     json.Key("proof").Open('{');
     json.Key("outcome").Text(solution.proved ? "proved" : "not proved");
     if (!solution.exactObjective.empty())

@@ -143,8 +143,9 @@ std::string Head(const Solution& solution)
     const bool optimal = solution.status == SolveStatus::Optimal;
     if (optimal || !solution.values.empty())
         text += "objective  " + Number(solution.objective) + "\n";
-    text += fmt::format("proof      {}{}\n", solution.proved ? "proved" : "not proved",
-                        ExactWords(solution.exactObjective));
+    text += solution.proved ? fmt::format("proof      proved as {}{}\n", WordOf(solution.numbers),
+                                          ExactWords(solution.exactObjective))
+                            : "proof      not proved\n";
     if (solution.status == SolveStatus::Stopped && !solution.values.empty())
     {
         text += fmt::format("violation  {} of a bound, {} of an optimality condition\n",

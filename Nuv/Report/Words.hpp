@@ -47,6 +47,15 @@ struct Words<BasisStatus>
 };
 
 template <>
+struct Words<CoefficientMeaning>
+{
+    static constexpr Word<CoefficientMeaning> table[] = {
+        {CoefficientMeaning::ShortestDecimal, "written"},
+        {CoefficientMeaning::StoredDouble, "stored"},
+    };
+};
+
+template <>
 struct Words<FloatOutcome>
 {
     static constexpr Word<FloatOutcome> table[] = {

@@ -44,6 +44,8 @@ struct Solution
     SolveStatus status = SolveStatus::Invalid;
     /// Whether the verdict is proved: its certificate was checked in exact arithmetic.
     bool proved = false;
+    CoefficientMeaning numbers =
+        CoefficientMeaning::ShortestDecimal;  ///< of which; as it was asked for
     double objective = 0.0;
     std::string exactObjective;  ///< Optimal and proved: "p" or "p/q"
 

@@ -193,6 +193,7 @@ Solution Solve(const Model& model, const SolveOptions& options)
 {
     SolveControl control(options.limits);
     Solution solution;
+    solution.numbers = options.numbers;
     if (std::optional<Error> fault = model.FindFault())
     {
         solution.failure = std::move(*fault);

@@ -18,7 +18,8 @@ struct SolveOptions
     /// and nothing is proved.
     bool singlePrecisionOnly = false;
     Scaling scaling = Scaling::None;  ///< of what the core gets
-    CoefficientMeaning numbers = CoefficientMeaning::StoredDouble;
+    /// Which numbers the answer is about: 0.1 is one tenth, or the double next to it.
+    CoefficientMeaning numbers = CoefficientMeaning::ShortestDecimal;
     /// Whether to keep the vertices that the core passes through.
     bool recordPath = false;
     /// Whether to find how far each cost and each side of a row may move.

@@ -1,9 +1,11 @@
 #include "Input.hpp"
 
 #include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Report/Words.hpp"
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include <unistd.h>
 
@@ -72,6 +74,21 @@ void AddModelSource(Verb& verb, ModelSource& source)
          .text = "Obey a comment *SENSE:Maximize in an MPS file",
          .target = &read.mpsSenseComment},
     });
+}
+
+Option NumbersOption(std::function<void(nuv::CoefficientMeaning)> use)
+{
+    return {.names = {"--numbers"},
+            .value = "WHICH",
+            .text = "What a decimal of the model stands for: itself as it is written, or the "
+                    "nearest double, as it is stored",
+            .target =
+                [use = std::move(use)](const std::string& word)
+            {
+                use(nuv::FromWord<nuv::CoefficientMeaning>(word).value_or(
+                    nuv::CoefficientMeaning::ShortestDecimal));
+            },
+            .choices = nuv::AllWords<nuv::CoefficientMeaning>()};
 }
 
 nuv::ReadResult ReadModel(const ModelSource& source, Show least)

@@ -3,8 +3,10 @@
 
 #include "Arguments.hpp"
 
+#include "Nuv/Algebra/ExactNumber.hpp"
 #include "Nuv/Io/ReadResult.hpp"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,6 +33,9 @@ struct ModelSource
 
 /// Adds FILE and the options that say how to read it; `source` outlives the verb.
 void AddModelSource(Verb& verb, ModelSource& source);
+
+/// --numbers, which says what a decimal of the model stands for.
+[[nodiscard]] Option NumbersOption(std::function<void(nuv::CoefficientMeaning)> use);
 
 /// Reads the model, and prints what the reader has to say of it.
 [[nodiscard]] nuv::ReadResult ReadModel(const ModelSource& source, Show least);

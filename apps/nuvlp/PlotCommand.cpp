@@ -18,6 +18,7 @@ struct Options
     ModelSource source;
     std::string output;
     double timeLimit = 60.0;
+    nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
 };
 
 ExitCode Run(const Options& options)
@@ -27,6 +28,7 @@ ExitCode Run(const Options& options)
         return ExitCodeOf(reading.GetError());
     nuv::SolveOptions solve;
     solve.recordPath = true;
+    solve.numbers = options.numbers;
     solve.limits.seconds = options.timeLimit;
     CatchInterrupts();
     solve.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
@@ -50,6 +52,7 @@ Verb PlotVerb()
          .value = "PICTURE",
          .text = "The picture; standard output if not given",
          .target = &options->output},
+        NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
         {.names = {"--time-limit"},
          .value = "SECONDS",
          .text = "Stop solving after so many seconds",

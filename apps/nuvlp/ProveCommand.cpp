@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,7 @@ struct Options
     std::string solution;
     Output output;
     std::string claim;
+    std::optional<nuv::CoefficientMeaning> numbers;
     nuv::ClaimOptions check;
     bool quiet = false;
 };
@@ -68,7 +70,7 @@ ExitCode Run(const Options& options)
     }
     const nuv::ClaimReadResult claim =
         nuv::ReadClaim(*text, nuv::DisplayName(options.solution), *reading.model,
-                       nuv::FromWord<nuv::ClaimedStatus>(options.claim));
+                       nuv::FromWord<nuv::ClaimedStatus>(options.claim), options.numbers);
     PrintDiagnostics(claim.diagnostics, Show::Warnings);
     if (!claim.claim)
         return WriteError(options.output, nuv::kProofSchema, claim.diagnostics, ExitCode::BadModel);
@@ -102,6 +104,7 @@ Verb ProveVerb()
          .text = "What is to be proved; what the file says, or that it is optimal, if not given",
          .target = &options->claim,
          .choices = nuv::AllWords<nuv::ClaimedStatus>()},
+        NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
         {.names = {"--tolerance"},
          .value = "FRACTION",
          .text = "How far off a number may be, as a fraction of its size; 0 for not at all",

@@ -26,6 +26,7 @@ struct Options
     ModelSource source;
     Output output;
     std::string certificate;
+    nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
     std::optional<std::uint64_t> maxPivots;
     double timeLimit = std::numeric_limits<double>::infinity();
     bool exitStatus = false;
@@ -47,9 +48,7 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
     solve.limits.seconds = options.timeLimit;
     solve.singlePrecisionOnly = options.floatOnly;
     solve.sensitivity = options.sensitivity;
-    // A certificate is about the numbers that stand in the file.
-    if (!options.certificate.empty())
-        solve.numbers = nuv::CoefficientMeaning::ShortestDecimal;
+    solve.numbers = options.numbers;
     solve.limits.keepGoing = [&line](const nuv::Progress& progress)
     {
         line.Show(progress);
@@ -83,10 +82,10 @@ ExitCode ExitCodeOfStatus(nuv::SolveStatus status, bool exitStatus)
 }
 
 /// Writes the certificate if it is asked for and something is proved.
-ExitCode WriteCertificate(const std::string& path, const nuv::Model& model, const nuv::Proof& proof,
+ExitCode WriteCertificate(const Options& options, const nuv::Model& model, const nuv::Proof& proof,
                           ExitCode otherwise)
 {
-    if (path.empty())
+    if (options.certificate.empty())
         return otherwise;
     if (!proof.proved)
     {
@@ -94,8 +93,7 @@ ExitCode WriteCertificate(const std::string& path, const nuv::Model& model, cons
         return otherwise;
     }
     using namespace nuv::vipr;
-    return WriteTo(path,
-                   Write(CertificateOf(model, nuv::CoefficientMeaning::ShortestDecimal, proof)),
+    return WriteTo(options.certificate, Write(CertificateOf(model, options.numbers, proof)),
                    otherwise);
 }
 
@@ -122,7 +120,7 @@ ExitCode Run(const Options& options)
         WriteTo(options.output.path, report, ExitCodeOfStatus(solution.status, options.exitStatus));
     return code == ExitCode::CannotWrite
                ? code
-               : WriteCertificate(options.certificate, *reading.model, solution.proof, code);
+               : WriteCertificate(options, *reading.model, solution.proof, code);
 }
 
 }  // namespace
@@ -144,6 +142,7 @@ Verb SolveVerb()
          .value = "CERTIFICATE",
          .text = "Write the proof there, in VIPR format, for other programs to check",
          .target = &options->certificate},
+        NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
         {.names = {"--max-pivots"},
          .value = "N",
          .text = "Stop a stage of the solve after so many pivots",

@@ -6,6 +6,7 @@
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Io/TextFile.hpp"
 #include "Nuv/Report/JsonWriter.hpp"
+#include "Nuv/Report/Words.hpp"
 #include "Nuv/Vipr/Check.hpp"
 #include "Nuv/Vipr/Statement.hpp"
 #include "Nuv/Vipr/Text.hpp"
@@ -26,21 +27,24 @@ struct Options
 {
     ModelSource source;
     std::string certificate;
+    nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
     Output output;
     bool quiet = false;
 };
 
 struct Verification
 {
+    nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
     std::string defect;  ///< empty if the certificate holds
     nuv::vipr::Goal goal = nuv::vipr::Goal::Infeasible;
     nuv::Rational objective;  ///< Range: the optimum, with the constant
 };
 
-Verification Verify(const nuv::Model& model, const nuv::vipr::Certificate& certificate)
+Verification Verify(const nuv::Model& model, nuv::CoefficientMeaning numbers,
+                    const nuv::vipr::Certificate& certificate)
 {
-    constexpr nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
     Verification result;
+    result.numbers = numbers;
     result.goal = certificate.goal;
     if (!nuv::vipr::IsSameProblem(nuv::vipr::StatementOf(model, numbers).problem,
                                   certificate.problem))
@@ -63,10 +67,11 @@ std::string VerificationText(const Verification& result)
     if (!result.defect.empty())
         return fmt::format("proof      refused: {}\n", result.defect);
     if (result.goal != nuv::vipr::Goal::Range)
-        return fmt::format("status     {}\nproof      verified\n", StatusWord(result.goal));
-    return fmt::format("status     {}\nobjective  {}\nproof      verified, exactly {}\n",
+        return fmt::format("status     {}\nproof      verified as {}\n", StatusWord(result.goal),
+                           nuv::WordOf(result.numbers));
+    return fmt::format("status     {}\nobjective  {}\nproof      verified as {}, exactly {}\n",
                        StatusWord(result.goal), nuv::NumberText(nuv::ToDouble(result.objective)),
-                       nuv::ToString(result.objective));
+                       nuv::WordOf(result.numbers), nuv::ToString(result.objective));
 }
 
 std::string VerificationJson(const Verification& result)
@@ -74,6 +79,7 @@ std::string VerificationJson(const Verification& result)
     const bool holds = result.defect.empty();
     nuv::Json json;
     json.Open('{').Key("schema").Text(kVerifySchema);
+    json.Key("numbers").Text(nuv::WordOf(result.numbers));
     json.Key("verdict").Text(holds ? "verified" : "refused");
     if (!holds)
         json.Key("defect").Text(result.defect);
@@ -113,7 +119,7 @@ ExitCode Run(const Options& options)
         nuv::vipr::Read(*text, nuv::DisplayName(options.certificate));
     if (!certificate)
         return Report(options, certificate.GetError(), ExitCode::BadModel);
-    const Verification result = Verify(*reading.model, *certificate);
+    const Verification result = Verify(*reading.model, options.numbers, *certificate);
     return WriteTo(options.output.path,
                    options.output.json ? VerificationJson(result) : VerificationText(result),
                    result.defect.empty() ? ExitCode::Success : ExitCode::Refuted);
@@ -135,6 +141,7 @@ Verb VerifyVerb()
                                         "wrote, or another program",
                                 .target = &options->certificate});
     verb.Add({
+        NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
         {.names = {"-o", "--output"},
          .value = "REPORT",
          .text = "The file to write to; standard output if not given",

@@ -117,7 +117,8 @@ TEST(OutputFile, MayBeADevice)
     EXPECT_EQ(RunNuvlp("solve -q -o /dev/null textbook/wyndor.lp").exitCode, 0);
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
     const Outcome outcome = RunNuvlp("solve -q -o /dev/fd/1 textbook/wyndor.lp");
-    EXPECT_EQ(outcome.out, "status     optimal\nobjective  36\nproof      proved, exactly 36\n");
+    EXPECT_EQ(outcome.out,
+              "status     optimal\nobjective  36\nproof      proved as written, exactly 36\n");
 }
 
 }  // namespace

@@ -13,7 +13,8 @@ namespace
 TEST(Progress, IsSilentWithoutATerminal)
 {
     const Outcome outcome = RunNuvlp("solve -q --progress textbook/wyndor.lp");
-    EXPECT_EQ(outcome.out, "status     optimal\nobjective  36\nproof      proved, exactly 36\n");
+    EXPECT_EQ(outcome.out,
+              "status     optimal\nobjective  36\nproof      proved as written, exactly 36\n");
     EXPECT_EQ(outcome.err, "");
 }
 

@@ -16,10 +16,11 @@ TEST(ProveCommand, ConfirmsWhatSolveWrote)
     EXPECT_EQ(RunNuvlp("solve --json -o " + result + " " + kFactory).exitCode, 0);
     const Outcome outcome = RunNuvlp("prove " + kFactory + " " + result);
     EXPECT_EQ(outcome.out, "claim      optimal\n"
-                           "values     row 'wood' is beyond its bound by 7.105427357601002e-15, "
+                           "values     row 'wood' is beyond its bound by 4e-15, "
                            "nothing by more\n"
                            "objective  4242.857142857143\n"
                            "optimum    4242.857142857143, exactly 29700/7\n"
+                           "numbers    as written\n"
                            "proof      from the basis in the file, 0 pivots\n"
                            "verdict    confirmed\n");
     EXPECT_EQ(outcome.err, "");
@@ -33,6 +34,7 @@ TEST(ProveCommand, RefutesByName)
                            "values     row 'labour' is beyond its bound by 30, nothing by more\n"
                            "objective  4400\n"
                            "optimum    4242.857142857143, exactly 29700/7\n"
+                           "numbers    as written\n"
                            "proof      by a solve, 2 pivots\n"
                            "verdict    refuted\n"
                            "\n"
@@ -47,10 +49,38 @@ TEST(ProveCommand, ReportsAsJson)
         RunNuvlp("prove --json --claim feasible " + kFactory + " -", "chairs 1/2\n");
     EXPECT_EQ(outcome.out,
               "{\"schema\":\"nuvlp/proof/1\",\"claim\":\"feasible\",\"verdict\":\"confirmed\","
-              "\"truth\":\"unknown\",\"proof\":{\"by\":\"values\",\"pivots\":0},\"objective\":15,"
+              "\"numbers\":\"written\",\"truth\":\"unknown\",\"proof\":{\"by\":\"values\","
+              "\"pivots\":0},\"objective\":15,"
               "\"unnamed\":1,\"violation\":0,\"violated\":\"\",\"disagreements\":[],"
               "\"disagreement_count\":0}\n");
     EXPECT_EQ(outcome.exitCode, 0);
+}
+
+/// 0.7 + 0.2 + 0.1 is 1, the sum of the doubles next to them is less.
+TEST(ProveCommand, ProvesOfTheNumbersThatItIsAskedAbout)
+{
+    const std::string shares = WriteScratch(
+        "shares.lp", "min a st whole: a + b + c = 1 bounds a = 0.7 b = 0.2 c = 0.1 end");
+    const std::string written = Scratch("written.json");
+    const std::string stored = Scratch("stored.json");
+    EXPECT_EQ(RunNuvlp("solve --exit-status --json -o " + written + " " + shares).exitCode, 0);
+    EXPECT_EQ(RunNuvlp("solve --exit-status --numbers stored --json -o " + stored + " " + shares)
+                  .exitCode,
+              2);
+    // The file says which numbers it is about; the option says it louder.
+    const std::string prove = "prove --tolerance 0 " + shares + " ";
+    EXPECT_EQ(RunNuvlp(prove + written).exitCode, 0);
+    EXPECT_EQ(RunNuvlp(prove + stored).exitCode, 0);
+    EXPECT_EQ(RunNuvlp(prove + written + " --numbers stored").exitCode, 5);
+    EXPECT_EQ(RunNuvlp(prove + stored + " --numbers written").exitCode, 5);
+    const std::string point = "a 0.7\nb 0.2\nc 0.1\n";
+    EXPECT_EQ(RunNuvlp(prove + "- --claim feasible", point).exitCode, 0);
+    EXPECT_EQ(RunNuvlp(prove + "- --claim infeasible", point).exitCode, 5);
+    const Outcome feasible = RunNuvlp(prove + "- --claim feasible --numbers stored", point);
+    EXPECT_EQ(feasible.exitCode, 5);
+    EXPECT_NE(feasible.out.find("\nnumbers    as stored\n"), std::string::npos);
+    EXPECT_EQ(RunNuvlp(prove + "- --claim infeasible --numbers stored", point).exitCode, 0);
+    EXPECT_EQ(RunNuvlp(prove + "- --numbers rounded", point).exitCode, 64);
 }
 
 TEST(ProveCommand, SaysWhenTimeRanOut)

@@ -22,7 +22,7 @@ TEST(SolveCommand, PrintsStatusObjectiveAndTables)
     const Outcome outcome = RunNuvlp("solve " + kExamples + "/factory.lp");
     EXPECT_EQ(outcome.out, "status     optimal\n"
                            "objective  4242.857142857143\n"
-                           "proof      proved, exactly 29700/7\n"
+                           "proof      proved as written, exactly 29700/7\n"
                            "\n"
                            "variable               value\n"
                            "chairs    21.428571428571427\n"
@@ -56,7 +56,7 @@ TEST(SolveCommand, ReadsStandardInput)
     const Outcome outcome = RunNuvlp("solve -", "min x + y st a: x + 2 y >= 3 b: 3 x + y >= 4 end");
     EXPECT_EQ(outcome.out, "status     optimal\n"
                            "objective  2\n"
-                           "proof      proved, exactly 2\n"
+                           "proof      proved as written, exactly 2\n"
                            "\n"
                            "variable  value\n"
                            "x             1\n"
@@ -81,10 +81,10 @@ TEST(SolveCommand, AlignsNamesOfAnyScript)
 TEST(SolveCommand, AnswersModelsWithoutRowsOrVariables)
 {
     EXPECT_EQ(RunNuvlp("solve -", "max 5 st end").out,
-              "status     optimal\nobjective  5\nproof      proved, exactly 5\n");
+              "status     optimal\nobjective  5\nproof      proved as written, exactly 5\n");
     EXPECT_EQ(RunNuvlp("solve -", "max x st bounds x <= 4 end").out,
               "status     optimal\nobjective  4\n"
-              "proof      proved, exactly 4\n\n"
+              "proof      proved as written, exactly 4\n\n"
               "variable  value\nx             4\n");
 }
 
@@ -94,7 +94,7 @@ TEST(SolveCommand, SaysInfeasibleWithTheRowsThatContradict)
         RunNuvlp("solve -", "max x st a: x + y >= 5 b: x + y <= 3 c: x <= 7 end");
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.out, "status     infeasible\n"
-                           "proof      proved\n"
+                           "proof      proved as written\n"
                            "\n"
                            "these exclude each other, none can be left out  side\n"
                            "row a                                           >= 5\n"
@@ -121,7 +121,8 @@ TEST(SolveCommand, EndsOnModelsThatCycle)
         const Outcome outcome = RunNuvlp("solve " + model);
         EXPECT_EQ(outcome.exitCode, 0) << name;
         EXPECT_EQ(outcome.out.substr(0, outcome.out.find('\n')), "status     optimal") << name;
-        EXPECT_NE(outcome.out.find("\nproof      proved, exactly "), std::string::npos) << name;
+        EXPECT_NE(outcome.out.find("\nproof      proved as written, exactly "), std::string::npos)
+            << name;
         EXPECT_NE(outcome.out.find("\nnote       single precision stopped: basis repeated after 13 "
                                    "pivots, a cycle of 6\n"),
                   std::string::npos)
@@ -213,7 +214,7 @@ TEST(SolveCommand, SaysWhySinglePrecisionAloneCameToNoEnd)
         EXPECT_EQ(outcome.out,
                   std::string("status     stopped: ") + reason + "\nproof      not proved\n");
         EXPECT_EQ(outcome.exitCode, 4) << reason;
-        EXPECT_NE(RunNuvlp("solve --quiet -", model).out.find("\nproof      proved"),
+        EXPECT_NE(RunNuvlp("solve --quiet -", model).out.find("\nproof      proved as written"),
                   std::string::npos)
             << reason;
     }

@@ -15,16 +15,16 @@ TEST(VerifyCommand, ConfirmsWhatSolveWrote)
     const std::string certificate = Scratch("factory.vipr");
     EXPECT_EQ(RunNuvlp("solve --quiet --certificate " + certificate + " " + kFactory).out,
               "status     optimal\nobjective  4242.857142857143\n"
-              "proof      proved, exactly 29700/7\n");
+              "proof      proved as written, exactly 29700/7\n");
     const Outcome text = RunNuvlp("verify " + kFactory + " " + certificate);
     EXPECT_EQ(text.out, "status     optimal\nobjective  4242.857142857143\n"
-                        "proof      verified, exactly 29700/7\n");
+                        "proof      verified as written, exactly 29700/7\n");
     EXPECT_EQ(text.err, "");
     EXPECT_EQ(text.exitCode, 0);
-    EXPECT_EQ(
-        RunNuvlp("verify --json " + kFactory + " " + certificate).out,
-        "{\"schema\":\"nuvlp/verification/1\",\"verdict\":\"verified\",\"status\":\"optimal\","
-        "\"objective\":4242.857142857143,\"exact_objective\":\"29700/7\"}\n");
+    EXPECT_EQ(RunNuvlp("verify --json " + kFactory + " " + certificate).out,
+              "{\"schema\":\"nuvlp/verification/"
+              "1\",\"numbers\":\"written\",\"verdict\":\"verified\",\"status\":\"optimal\","
+              "\"objective\":4242.857142857143,\"exact_objective\":\"29700/7\"}\n");
 }
 
 TEST(VerifyCommand, AddsTheConstantOfTheObjective)
@@ -34,7 +34,7 @@ TEST(VerifyCommand, AddsTheConstantOfTheObjective)
     (void)RunNuvlp("solve --certificate " + certificate + " " + model);
     EXPECT_EQ(RunNuvlp("verify " + model + " " + certificate).out,
               "status     optimal\nobjective  2.8333333333333335\n"
-              "proof      verified, exactly 17/6\n")
+              "proof      verified as written, exactly 17/6\n")
         << "decimals are these decimals";
 }
 
@@ -45,9 +45,23 @@ TEST(VerifyCommand, RefusesTheCertificateOfAnotherModel)
     const Outcome outcome = RunNuvlp("verify - " + certificate, "max x st r: x <= 5 end");
     EXPECT_EQ(outcome.out, "proof      refused: the certificate is about another model\n");
     EXPECT_EQ(outcome.exitCode, 5);
-    EXPECT_EQ(RunNuvlp("verify --json - " + certificate, "min x st r: x <= 4 end").out,
-              "{\"schema\":\"nuvlp/verification/1\",\"verdict\":\"refused\","
-              "\"defect\":\"the certificate is about another model\"}\n");
+    EXPECT_EQ(
+        RunNuvlp("verify --json - " + certificate, "min x st r: x <= 4 end").out,
+        "{\"schema\":\"nuvlp/verification/1\",\"numbers\":\"written\",\"verdict\":\"refused\","
+        "\"defect\":\"the certificate is about another model\"}\n");
+}
+
+TEST(VerifyCommand, IsAboutTheNumbersThatItIsAskedAbout)
+{
+    const std::string model = WriteScratch("tenth.lp", "max x st c: 10 x <= 0.1 end");
+    const std::string certificate = Scratch("tenth.vipr");
+    EXPECT_EQ(
+        RunNuvlp("solve --quiet --numbers stored --certificate " + certificate + " " + model).out,
+        "status     optimal\nobjective  0.01\nproof      proved as stored, exactly "
+        "3602879701896397/360287970189639680\n");
+    EXPECT_EQ(RunNuvlp("verify --numbers stored " + model + " " + certificate).exitCode, 0);
+    EXPECT_EQ(RunNuvlp("verify " + model + " " + certificate).out,
+              "proof      refused: the certificate is about another model\n");
 }
 
 TEST(VerifyCommand, TellsItsErrorsApart)

@@ -65,16 +65,27 @@ ClaimOptions Exactly()
     return options;
 }
 
-TEST(ExactNumber, IsADoubleOrAQuotient)
+TEST(ExactNumber, IsADecimalOrAQuotient)
 {
-    EXPECT_EQ(ReadExactNumber("3").value(), 3);
-    EXPECT_EQ(ReadExactNumber("+2.5e-1").value(), Rational(1, 4));
-    EXPECT_EQ(ReadExactNumber("-6/4").value(), Rational(-3, 2));
-    EXPECT_EQ(ReadExactNumber("0.1").value(), ToRational(0.1));
-    EXPECT_EQ(ReadExactNumber("1/10").value(), Rational(1, 10));
+    for (const CoefficientMeaning numbers :
+         {CoefficientMeaning::ShortestDecimal, CoefficientMeaning::StoredDouble})
+    {
+        EXPECT_EQ(ReadExactNumber("3", numbers).value(), 3);
+        EXPECT_EQ(ReadExactNumber("+2.5e-1", numbers).value(), Rational(1, 4));
+        EXPECT_EQ(ReadExactNumber("-6/4", numbers).value(), Rational(-3, 2));
+        EXPECT_EQ(ReadExactNumber("1/10", numbers).value(), Rational(1, 10));
+    }
+    EXPECT_EQ(ReadExactNumber("0.1", CoefficientMeaning::ShortestDecimal).value(), Rational(1, 10));
+    EXPECT_EQ(ReadExactNumber("0.1", CoefficientMeaning::StoredDouble).value(), ToRational(0.1));
+    EXPECT_EQ(ReadExactNumber("9007199254740993", CoefficientMeaning::ShortestDecimal).value(),
+              Rational(Integer("9007199254740993")));
+    EXPECT_EQ(ReadExactNumber("9007199254740993", CoefficientMeaning::StoredDouble).value(),
+              Rational(Integer("9007199254740992")));
     for (const char* wrong : {"", "x", "inf", "nan", "1e999", "1/0", "1/", "/2", "1/2/3", "1.5/2",
                               "0x10", "010/3", "1 ", "--1"})
-        EXPECT_FALSE(ReadExactNumber(wrong)) << wrong;
+        for (const CoefficientMeaning numbers :
+             {CoefficientMeaning::ShortestDecimal, CoefficientMeaning::StoredDouble})
+            EXPECT_FALSE(ReadExactNumber(wrong, numbers)) << wrong;
 }
 
 TEST(TextClaim, HasANameAndAValueInEachLine)
@@ -117,6 +128,23 @@ TEST(JsonClaim, IsRefusedWithItsPlace)
     EXPECT_EQ(
         Judged(Factory(), Result("\"status\":\"infeasible\",\"conflict\":[{\"row\":\"wood\"}]")),
         "claim.conflict 1:62");
+}
+
+TEST(JsonClaim, SaysWhichNumbersItIsAbout)
+{
+    const char* const model = "min x st c: 10 x >= 1 end";
+    const std::string rest = "\"status\":\"optimal\",\"variables\":[{\"name\":\"x\",\"value\":";
+    // The double next to a tenth is above it.
+    for (const char* const numbers : {"", "\"numbers\":\"written\","})
+    {
+        EXPECT_EQ(Judged(model, Result(numbers + rest + "0.1}]"), {}, Exactly()), "confirmed");
+        EXPECT_EQ(Judged(model, Result(numbers + rest + "\"1/10\"}]"), {}, Exactly()), "confirmed");
+    }
+    const std::string stored = "\"numbers\":\"stored\",";
+    EXPECT_EQ(Judged(model, Result(stored + rest + "0.1}]"), {}, Exactly()), "claim.not-optimal");
+    EXPECT_EQ(Judged(model, Result(stored + rest + "\"1/10\"}]"), {}, Exactly()), "confirmed");
+    EXPECT_EQ(Judged(model, Result("\"status\":\"optimal\",\"numbers\":\"best\"")),
+              "claim.numbers 1:57");
 }
 
 TEST(Claim, OfTheSolverItselfIsConfirmed)

@@ -40,6 +40,7 @@ TEST(JsonReport, IsOneObjectInOneLine)
 {
     EXPECT_EQ(ReportOf("max 3 x + y st a: x + y <= 4 end"),
               "{\"schema\":\"nuvlp/result/1\",\"status\":\"optimal\",\"objective\":12,"
+              "\"numbers\":\"written\","
               "\"proof\":{\"outcome\":\"proved\",\"objective\":\"12\"},"
               "\"pivots\":{\"float\":1,\"double\":0,\"exact\":0},"
               "\"float_stage\":{\"outcome\":\"optimal\"},"
@@ -52,8 +53,9 @@ TEST(JsonReport, IsOneObjectInOneLine)
 
 TEST(JsonReport, HasTheSameKeysForEveryVerdict)
 {
-    const char* const keys = "schema status objective proof pivots float_stage variables rows "
-                             "conflict farkas ray warnings";
+    const char* const keys =
+        "schema status objective numbers proof pivots float_stage variables rows "
+        "conflict farkas ray warnings";
     SolveOptions stopped;
     stopped.limits.seconds = 0.0;
     for (const auto& [json, status] :

@@ -248,6 +248,26 @@ TEST(Solve, APivotLimitOfEveryStageIsOneForTheWholeSolve)
         }
 }
 
+TEST(Solve, TakesNumbersForTheDecimalsThatTheyLookLike)
+{
+    nuv::Model model;
+    const nuv::Variable a = model.AddVariable("a", {0.7, 0.7});
+    const nuv::Variable b = model.AddVariable("b", {0.2, 0.2});
+    const nuv::Variable c = model.AddVariable("c", {0.1, 0.1});
+    model.Add(a + b + c == 1);
+    model.Minimize(a + 0.1 * c);
+    const nuv::Solution written = model.Solve();
+    EXPECT_EQ(written.status, nuv::SolveStatus::Optimal);
+    EXPECT_EQ(written.numbers, nuv::CoefficientMeaning::ShortestDecimal);
+    EXPECT_EQ(written.exactObjective, "71/100");
+    nuv::SolveOptions options;
+    options.numbers = nuv::CoefficientMeaning::StoredDouble;
+    const nuv::Solution stored = model.Solve(options);
+    EXPECT_EQ(stored.status, nuv::SolveStatus::Infeasible);
+    EXPECT_EQ(stored.numbers, nuv::CoefficientMeaning::StoredDouble);
+    EXPECT_TRUE(stored.proved);
+}
+
 TEST(Solve, TellsWhereItStands)
 {
     nuv::Model model;

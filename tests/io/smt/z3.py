@@ -23,15 +23,14 @@ def smt(fraction):
 
 def expected(nuvlp, model, maximise):
     """The verdict, and pairs of an assertion and what z3 is to say of it."""
-    # With a certificate, wherever it goes, decimals are taken as they stand, as in what is converted.
-    report = run(nuvlp, 'solve', '--quiet', '--certificate', '/dev/null', model)
+    report = run(nuvlp, 'solve', '--quiet', model)
     better = '>' if maximise else '<'
     if 'infeasible' in report:
         return 'infeasible', [('true', 'unsat')]
     if 'unbounded' in report:
         far = FAR if maximise else f'(- {FAR})'
         return 'unbounded', [('true', 'sat'), (f'({better} %objective {far})', 'sat')]
-    value = smt(re.search(r'proved, exactly (\S+)', report)[1])
+    value = smt(re.search(r'proved as written, exactly (\S+)', report)[1])
     return 'optimal', [('true', 'sat'), (f'(= %objective {value})', 'sat'),
                        (f'({better} %objective {value})', 'unsat')]
 
