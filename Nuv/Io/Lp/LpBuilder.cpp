@@ -1,5 +1,6 @@
 #include "Nuv/Io/Lp/LpBuilder.hpp"
 
+#include "Nuv/Io/DecimalSum.hpp"
 #include "Nuv/Io/Infinity.hpp"
 #include "Nuv/Io/Lp/LpNames.hpp"
 #include "Nuv/Io/NamesInOtherCase.hpp"
@@ -90,13 +91,14 @@ bool Builder::AddRepeated(const Term& term)
     double sum = 0.0;
     if (row == kObjectiveRow)
     {
-        sum = Made().Objective()[term.column] + term.coefficient;
+        sum = SumOfDecimals(Made().Objective()[term.column], term.coefficient);
         m_builder.SetObjectiveCoefficient(term.column, sum);
     }
     else
     {
-        sum = m_builder.EntryOfLastRow(Made().RowStarts()[row] + m_marks[term.column].entry) +=
-            term.coefficient;
+        double& entry =
+            m_builder.EntryOfLastRow(Made().RowStarts()[row] + m_marks[term.column].entry);
+        sum = entry = SumOfDecimals(entry, term.coefficient);
     }
     m_rowHasZeros = m_rowHasZeros || sum == 0.0;
     if (!std::isfinite(sum))
@@ -155,7 +157,7 @@ bool Builder::SetLimit(TokenKind relation, const Limit& limit, double bodyConsta
     double value = 0.0;
     if (!LimitOf(relation, limit, value))
         return false;
-    const double moved = value - bodyConstant;
+    const double moved = SumOfDecimals(value, -bodyConstant);
     if (std::isfinite(value) && !std::isfinite(moved))
     {
         return m_log.Fail(limit.at, "lp.number-too-large",

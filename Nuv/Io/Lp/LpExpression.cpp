@@ -1,4 +1,5 @@
 /// Sums of terms: the objective and the sides of rows.
+#include "Nuv/Io/DecimalSum.hpp"
 #include "Nuv/Io/Lp/LpParser.hpp"
 
 #include <fmt/core.h>
@@ -202,7 +203,7 @@ bool Parser::SectionAfterObjectiveConstant(const Keyword& keyword) const
 
 bool Parser::AddConstant(Side& side, double value, const char* at)
 {
-    side.constant += value;
+    side.constant = SumOfDecimals(side.constant, value);
     if (std::isfinite(side.constant))
         return true;
     return m_log.Fail(at, "lp.number-too-large",

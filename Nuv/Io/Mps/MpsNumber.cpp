@@ -3,6 +3,7 @@
 #include "Nuv/Io/Mps/MpsNumber.hpp"
 
 #include "Nuv/Algebra/Rational.hpp"
+#include "Nuv/Io/DecimalSum.hpp"
 #include "Nuv/Io/NumberText.hpp"
 
 #include <charconv>
@@ -132,7 +133,7 @@ double EndOfRange(double rightHandSide, double range, std::string_view text, boo
     const std::optional<Decimal> decimal =
         std::isfinite(range) && std::isfinite(rightHandSide) ? LongDecimal(text) : std::nullopt;
     if (!decimal)
-        return sum ? rightHandSide + range : rightHandSide - range;
+        return SumOfDecimals(rightHandSide, sum ? range : -range);
     Rational exact = Exactly(*decimal);
     if (std::signbit(range) == sum)
         exact = -exact;

@@ -25,10 +25,11 @@ struct Number
 
 [[nodiscard]] Number ReadNumber(std::string_view text) noexcept;
 
-/// rightHandSide - range or, with `sum`, rightHandSide + range: in double precision, unless `text`,
-/// which is what `range` was read from, has more digits than a double holds; then the nearest
-/// double to the result with all of them. Not every pair of doubles is the sum of two doubles that
-/// short decimals can name, so a writer of ranges needs the longer ones.
+/// rightHandSide - range or, with `sum`, rightHandSide + range: of the decimals that they look
+/// like, unless `text`, which is what `range` was read from, has more digits than a double holds;
+/// then the nearest double to the double plus or minus all of them. Not every pair of doubles is
+/// the sum of two doubles that short decimals can name, so a writer of ranges needs the longer
+/// ones.
 [[nodiscard]] double EndOfRange(double rightHandSide, double range, std::string_view text,
                                 bool sum);
 

@@ -1,6 +1,7 @@
 #include "Nuv/Io/Mps/MpsRowForm.hpp"
 
 #include "Nuv/Algebra/Rational.hpp"
+#include "Nuv/Io/DecimalSum.hpp"
 #include "Nuv/Io/Infinity.hpp"
 #include "Nuv/Io/Mps/MpsNumber.hpp"
 #include "Nuv/Io/NumberText.hpp"
@@ -24,11 +25,12 @@ bool SameBits(double left, double right) noexcept
 /// The range that leads from one end to the other, as text; empty if no double does.
 std::string ShortRange(double from, double to, bool up)
 {
-    const double width = up ? to - from : from - to;
+    const double width = up ? SumOfDecimals(to, -from) : SumOfDecimals(from, -to);
     for (const double range : {width, std::nextafter(width, 0.0), std::nextafter(width, kInfinity)})
     {
-        if (SameBits(up ? from + range : from - range, to))
-            return NumberText(range);
+        std::string text = NumberText(range);
+        if (SameBits(EndOfRange(from, range, text, up), to))
+            return text;
     }
     return {};
 }

@@ -133,6 +133,15 @@ TEST(LpAccepts, AVariableTwiceInTheObjectiveWithANote)
     EXPECT_EQ(Said(reading), "note lp.repeated-variable 1:11");
 }
 
+/// 0.1 + 0.2 and 1 - 0.9 are other doubles than 0.3 and 0.1.
+TEST(LpAccepts, SumsAsThoseOfTheDecimals)
+{
+    EXPECT_EQ(Read("max 0.1 x + 0.2 x + 0.1 + 0.2\nst\n 0.1 x + 0.2 x + 0.9 <= 1\nend"),
+              "max 0.3 + 0.3 x; R1: -inf <= 0.3 x <= 0.1; 0 <= x <= inf");
+    EXPECT_EQ(Read("max x\nst\n 0.3 x + 0.1 <= 0.2 x + 0.3 + 0.1\nend"),
+              "max 0 + 1 x; R1: -inf <= 0.1 x <= 0.3; 0 <= x <= inf");
+}
+
 TEST(LpAccepts, ManyRepeatedVariablesWithAShortReport)
 {
     std::string text = "max x\nst\n x";

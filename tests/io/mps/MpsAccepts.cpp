@@ -208,7 +208,7 @@ TEST(MpsAccepts, RangesBeforeRightHandSides)
     EXPECT_EQ(ModelIn(text), SmallIs("0", "6,10", "0,inf", "0,inf", "0,inf"));
 }
 
-/// What -0.1 and a range of 0.3 end at: in doubles not quite at 0.2.
+/// What -0.1 and a range of 0.3 end at: at 0.2, although the sum of the doubles is less.
 TEST(MpsAccepts, AllDigitsOfARangeThatHasMoreThanADouble)
 {
     const auto end = [](const std::string& range)
@@ -218,13 +218,15 @@ TEST(MpsAccepts, AllDigitsOfARangeThatHasMoreThanADouble)
                                                range + "\nENDATA\n");
         return reading.Ok() ? reading.model->RowUpper()[0] : -1.0;
     };
-    EXPECT_EQ(end("0.3"), -0.1 + 0.3);
-    EXPECT_NE(end("0.3"), 0.2);
+    EXPECT_EQ(end("0.3"), 0.2);
+    EXPECT_NE(end("0.3"), -0.1 + 0.3);
+    // The double next to this range is 0.3.
+    EXPECT_EQ(end("0.299999999999999962"), 0.19999999999999996);
     EXPECT_EQ(end("0.300000000000000017"), 0.2);
     EXPECT_EQ(end("3.00000000000000017d-1"), 0.2);
     EXPECT_EQ(end("-30000000000000001.7e-17"), 0.2);
     // Beyond all proportion it is the double that counts.
-    EXPECT_EQ(end("0.3" + std::string(100, '0') + "1"), -0.1 + 0.3);
+    EXPECT_EQ(end("0.299999999999999962" + std::string(100, '0') + "1"), 0.2);
 }
 
 TEST(MpsAccepts, ARangeOfTheObjectiveWithAWarning)
