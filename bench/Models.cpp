@@ -42,9 +42,10 @@ nuv::SolveOptions OptionsFor(nuv::CoefficientMeaning numbers)
 }
 
 /// Everything that is not the core's: the stages behind it and the check.
-double ProofSeconds(const nuv::Proof& proof)
+double ProofSeconds(const nuv::Solution& solution)
 {
-    return proof.doubleSeconds + proof.exactSeconds + proof.checkSeconds;
+    return solution.stages[nuv::Stage::Double].seconds +
+           solution.stages[nuv::Stage::Exact].seconds + solution.checkSeconds;
 }
 
 /// The solve of median time out of so many, with the least time of a proof among them: stages are
@@ -59,7 +60,7 @@ Run MedianRun(const nuv::Model& model, nuv::CoefficientMeaning numbers, int time
         Run run;
         run.solution = nuv::Solve(model, OptionsFor(numbers));
         run.seconds = watch.Seconds();
-        proofSeconds = std::min(proofSeconds, ProofSeconds(run.solution.proof));
+        proofSeconds = std::min(proofSeconds, ProofSeconds(run.solution));
         runs.push_back(std::move(run));
     }
     const auto middle = runs.begin() + times / 2;
@@ -73,8 +74,8 @@ std::string StagesOf(const nuv::Solution& solution)
 {
     std::string stages;
     for (const auto& [hasRun, name] : {std::pair{!solution.floatStage.basicLabels.empty(), "float"},
-                                       std::pair{solution.proof.ranDouble, "double"},
-                                       std::pair{solution.proof.ranExact, "exact"}})
+                                       std::pair{solution.stages[nuv::Stage::Double].ran, "double"},
+                                       std::pair{solution.stages[nuv::Stage::Exact].ran, "exact"}})
         if (hasRun)
             stages += (stages.empty() ? "" : ", ") + std::string(name);
     return stages;
@@ -115,14 +116,14 @@ void Print(const char* collection, const nuv::test::KnownModel& known, const nuv
         .Add("proved", solution.proved)
         .Add("stages", StagesOf(solution))
         .Add("float_pivots", solution.floatStage.pivots)
-        .Add("double_pivots", solution.proof.doublePivots)
-        .Add("exact_pivots", solution.proof.exactPivots)
+        .Add("double_pivots", solution.stages[nuv::Stage::Double].pivots)
+        .Add("exact_pivots", solution.stages[nuv::Stage::Exact].pivots)
         .Add("seconds", shown.seconds)
         .Add("slowest", std::max(asStored.seconds, asWritten.seconds))
         .Add("proof", std::max(asStored.proofSeconds, asWritten.proofSeconds))
-        .Add("float_seconds", solution.floatSeconds)
-        .Add("double_seconds", solution.proof.doubleSeconds)
-        .Add("exact_seconds", solution.proof.exactSeconds + solution.proof.checkSeconds)
+        .Add("float_seconds", solution.stages[nuv::Stage::SinglePrecision].seconds)
+        .Add("double_seconds", solution.stages[nuv::Stage::Double].seconds)
+        .Add("exact_seconds", solution.stages[nuv::Stage::Exact].seconds + solution.checkSeconds)
         .Add("proof_written", asWritten.proofSeconds)
         .Add("off_stored", DistanceOf(asStored.solution, known))
         .Add("off_written", DistanceOf(asWritten.solution, known))

@@ -18,11 +18,11 @@ namespace
 struct KnownModel
 {
     nuv::Model model;
-    nuv::ProofStatus truth;
+    nuv::Status truth;
     nuv::Rational optimum;
 };
 
-KnownModel Known(std::string_view text, nuv::ProofStatus truth, nuv::Rational optimum)
+KnownModel Known(std::string_view text, nuv::Status truth, nuv::Rational optimum)
 {
     return {nuv::ReadLp(text, "model.lp").model.value(), truth, std::move(optimum)};
 }
@@ -31,30 +31,30 @@ const std::vector<KnownModel>& KnownModels()
 {
     static const std::vector<KnownModel> models = {
         Known("max 30 x + 70 y st a: 2 x + 5 y <= 300 b: 4 x + 3 y <= 240 end",
-              nuv::ProofStatus::Optimal, nuv::Rational(29700, 7)),
+              nuv::Status::Optimal, nuv::Rational(29700, 7)),
         // On a + b = 4 the objective is 8 + x, and row b keeps x from 1 to 5.5.
         Known("min 3 x + 2 y st a: x + y = 4 b: -2 <= x - y <= 7 bounds y free end",
-              nuv::ProofStatus::Optimal, 9),
-        Known("max x + y st a: x + y >= 5 b: x + 3 y <= 3 end", nuv::ProofStatus::Infeasible, 0),
-        Known("max x + y st a: x - y <= 3 b: x >= 1 end", nuv::ProofStatus::Unbounded, 0),
+              nuv::Status::Optimal, 9),
+        Known("max x + y st a: x + y >= 5 b: x + 3 y <= 3 end", nuv::Status::Infeasible, 0),
+        Known("max x + y st a: x - y <= 3 b: x >= 1 end", nuv::Status::Unbounded, 0),
     };
     return models;
 }
 
-bool IsTrue(nuv::ClaimedStatus claimed, nuv::ProofStatus truth)
+bool IsTrue(nuv::ClaimedStatus claimed, nuv::Status truth)
 {
     switch (claimed)
     {
     case nuv::ClaimedStatus::Optimal:
-        return truth == nuv::ProofStatus::Optimal;
+        return truth == nuv::Status::Optimal;
     case nuv::ClaimedStatus::Infeasible:
-        return truth == nuv::ProofStatus::Infeasible;
+        return truth == nuv::Status::Infeasible;
     case nuv::ClaimedStatus::Unbounded:
-        return truth == nuv::ProofStatus::Unbounded;
+        return truth == nuv::Status::Unbounded;
     case nuv::ClaimedStatus::Feasible:
         break;
     }
-    return truth != nuv::ProofStatus::Infeasible;
+    return truth != nuv::Status::Infeasible;
 }
 
 void ExpectSound(const KnownModel& known, const nuv::Claim& claim, double tolerance)
@@ -66,7 +66,7 @@ void ExpectSound(const KnownModel& known, const nuv::Claim& claim, double tolera
     EXPECT_NE(report.judgement, nuv::Judgement::Undecided) << "no limit was set";
     EXPECT_TRUE(!isConfirmed || IsTrue(claim.status, known.truth));
     EXPECT_TRUE(claim.status == nuv::ClaimedStatus::Feasible || report.truth == known.truth);
-    EXPECT_TRUE(report.truth != nuv::ProofStatus::Optimal || report.optimum == known.optimum);
+    EXPECT_TRUE(report.truth != nuv::Status::Optimal || report.optimum == known.optimum);
     if (isConfirmed && tolerance == 0.0 && report.hasPoint)
     {
         EXPECT_EQ(report.violated, "");

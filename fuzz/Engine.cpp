@@ -101,56 +101,57 @@ Basis AnyBasis(fuzz::Input* input, const BoundedForm& form)
     return basis;
 }
 
-void ExpectSame(const Proof& proof, const Proof& other)
+void ExpectSame(const CertifiedResult& proof, const CertifiedResult& other)
 {
-    EXPECT_TRUE(other.proved);
-    ASSERT_EQ(proof.status, other.status);
-    EXPECT_EQ(proof.objective, other.objective);
+    EXPECT_TRUE(other.record.proved);
+    ASSERT_EQ(proof.certificate.status, other.certificate.status);
+    EXPECT_EQ(proof.certificate.objective, other.certificate.objective);
 }
 
-void ExpectAsEnumerated(const BoundedForm& form, const Proof& proof)
+void ExpectAsEnumerated(const BoundedForm& form, const CertifiedResult& proof)
 {
     const test::BruteForceResult expected = test::SolveByEnumeration(form);
     switch (expected.verdict)
     {
     case test::Verdict::Optimal:
-        ASSERT_EQ(proof.status, ProofStatus::Optimal);
-        EXPECT_EQ(proof.objective,
+        ASSERT_EQ(proof.certificate.status, Status::Optimal);
+        EXPECT_EQ(proof.certificate.objective,
                   Rational(expected.objective.numerator, expected.objective.denominator));
         break;
     case test::Verdict::Infeasible:
-        EXPECT_EQ(proof.status, ProofStatus::Infeasible);
+        EXPECT_EQ(proof.certificate.status, Status::Infeasible);
         break;
     case test::Verdict::Unbounded:
-        EXPECT_EQ(proof.status, ProofStatus::Unbounded);
+        EXPECT_EQ(proof.certificate.status, Status::Unbounded);
         break;
     }
 }
 
 /// The doubles beside the fractions are the fractions, rounded.
-void ExpectValuesBesidePoint(const BoundedForm& form, const Proof& proof)
+void ExpectValuesBesidePoint(const BoundedForm& form, const CertifiedResult& proof)
 {
-    if (proof.status != ProofStatus::Optimal)
+    if (proof.certificate.status != Status::Optimal)
         return;
     for (Index j = 0; j != form.columns; ++j)
     {
-        const double exact = ToDouble(proof.primal.At(j));
-        EXPECT_NEAR(proof.value[j], exact, 1e-12 * std::fabs(exact));
+        const double exact = ToDouble(proof.certificate.primal.At(j));
+        EXPECT_NEAR(proof.record.value[j], exact, 1e-12 * std::fabs(exact));
     }
 }
 
 /// Nothing that is not so passes the checker.
-void ExpectRefused(const BoundedForm& form, const Proof& proof)
+void ExpectRefused(const BoundedForm& form, const CertifiedResult& proof)
 {
-    Proof other = proof;
-    other.objective += 1;
-    EXPECT_EQ(CheckProof(form, other).empty(), proof.status != ProofStatus::Optimal);
-    for (const ProofStatus status :
-         {ProofStatus::Optimal, ProofStatus::Infeasible, ProofStatus::Unbounded})
+    CertifiedResult other = proof;
+    other.certificate.objective += 1;
+    EXPECT_EQ(CheckCertificate(form, other.certificate).empty(),
+              proof.certificate.status != Status::Optimal);
+    for (const Status status : {Status::Optimal, Status::Infeasible, Status::Unbounded})
     {
         other = proof;
-        other.status = status;
-        EXPECT_EQ(CheckProof(form, other).empty(), status == proof.status);
+        other.certificate.status = status;
+        EXPECT_EQ(CheckCertificate(form, other.certificate).empty(),
+                  status == proof.certificate.status);
     }
 }
 }  // namespace
@@ -165,11 +166,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     limits.doublePivots = 100000;
     limits.exactPivots = 100000;
     SolveControl control(limits);
-    const Proof proof = SolveProved(form, nullptr, control);
-    EXPECT_TRUE(proof.proved);
-    EXPECT_EQ(CheckProof(form, proof), "");
-    ExpectSame(proof, ProveFrom(form, SlackBasis(form), control));
-    ExpectSame(proof, ProveFrom(form, AnyBasis(&input, form), control));
+    const CertifiedResult proof = SolveCertified(form, nullptr, control);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(CheckCertificate(form, proof.certificate), "");
+    ExpectSame(proof, SolveExactly(form, SlackBasis(form), control));
+    ExpectSame(proof, SolveExactly(form, AnyBasis(&input, form), control));
     ExpectValuesBesidePoint(form, proof);
     ExpectRefused(form, proof);
     if (kind == Kind::Integers)

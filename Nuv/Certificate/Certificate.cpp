@@ -146,51 +146,54 @@ std::string CheckFeasible(const BoundedForm& form, const Checker& checker, const
 
 /// Feasible, and every reduced cost that is not zero belongs to a variable at the bound that its
 /// sign names: then no feasible point is better.
-std::string CheckOptimal(const BoundedForm& form, const Checker& checker, const Proof& proof)
+std::string CheckOptimal(const BoundedForm& form, const Checker& checker,
+                         const Certificate& certificate)
 {
-    std::string defect = CheckFeasible(form, checker, proof.primal);
+    std::string defect = CheckFeasible(form, checker, certificate.primal);
     if (!defect.empty())
         return defect;
-    if (!HasShape(proof.dual, form.rows))
+    if (!HasShape(certificate.dual, form.rows))
         return "the duals have the wrong length";
-    const std::vector<Integer> values = AllValues(form, checker, proof.primal.numerator);
+    const std::vector<Integer> values = AllValues(form, checker, certificate.primal.numerator);
     for (Index v = 0; v < form.Variables(); ++v)
     {
         const Integer reduced = form.IsLogical(v)
-                                    ? proof.dual.numerator[form.RowOf(v)]
-                                    : checker.Scaled(form.cost[v]) * proof.dual.denominator -
-                                          checker.Priced(v, proof.dual.numerator);
+                                    ? certificate.dual.numerator[form.RowOf(v)]
+                                    : checker.Scaled(form.cost[v]) * certificate.dual.denominator -
+                                          checker.Priced(v, certificate.dual.numerator);
         bool onLower = false;
         bool onUpper = false;
-        (void)checker.Locate(v, values[v], proof.primal.denominator, onLower, onUpper);
+        (void)checker.Locate(v, values[v], certificate.primal.denominator, onLower, onUpper);
         if ((reduced > 0 && !onLower) || (reduced < 0 && !onUpper))
             return "the reduced cost of variable " + std::to_string(v) + " has the wrong sign";
     }
-    const Rational cost(checker.CostOf(proof.primal.numerator),
-                        Integer(proof.primal.denominator * checker.Factor()));
-    if (proof.objective != cost + ToRational(form.constant, form.numbers))
+    const Rational cost(checker.CostOf(certificate.primal.numerator),
+                        Integer(certificate.primal.denominator * checker.Factor()));
+    if (certificate.objective != cost + ToRational(form.constant, form.numbers))
         return "the objective is not that of the point";
     return {};
 }
 
 /// The sum that no feasible point could let be positive, see the convention in the header.
-std::string CheckInfeasible(const BoundedForm& form, const Checker& checker, const Proof& proof)
+std::string CheckInfeasible(const BoundedForm& form, const Checker& checker,
+                            const Certificate& certificate)
 {
-    if (proof.contradiction != kNoIndex)
+    if (certificate.contradiction != kNoIndex)
     {
-        return proof.contradiction < form.Variables() &&
-                       form.Lower(proof.contradiction) > form.Upper(proof.contradiction)
+        return certificate.contradiction < form.Variables() &&
+                       form.Lower(certificate.contradiction) > form.Upper(certificate.contradiction)
                    ? ""
                    : "the bounds said to contradict each other do not";
     }
-    if (!HasShape(proof.dual, form.rows))
+    if (!HasShape(certificate.dual, form.rows))
         return "the multipliers have the wrong length";
     Integer sum(0);
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        const Integer factor = form.IsLogical(v)
-                                   ? Integer(proof.dual.numerator[form.RowOf(v)] * checker.Factor())
-                                   : Integer(-checker.Priced(v, proof.dual.numerator));
+        const Integer factor =
+            form.IsLogical(v)
+                ? Integer(certificate.dual.numerator[form.RowOf(v)] * checker.Factor())
+                : Integer(-checker.Priced(v, certificate.dual.numerator));
         if (factor == 0)
             continue;
         const double bound = factor > 0 ? form.Lower(v) : form.Upper(v);
@@ -202,37 +205,39 @@ std::string CheckInfeasible(const BoundedForm& form, const Checker& checker, con
 }
 
 /// A feasible point and a direction that keeps to all bounds for ever and improves.
-std::string CheckUnbounded(const BoundedForm& form, const Checker& checker, const Proof& proof)
+std::string CheckUnbounded(const BoundedForm& form, const Checker& checker,
+                           const Certificate& certificate)
 {
-    std::string defect = CheckFeasible(form, checker, proof.primal);
+    std::string defect = CheckFeasible(form, checker, certificate.primal);
     if (!defect.empty())
         return defect;
-    if (!HasShape(proof.ray, form.columns))
+    if (!HasShape(certificate.ray, form.columns))
         return "the ray has the wrong length";
-    const std::vector<Integer> rates = AllValues(form, checker, proof.ray.numerator);
+    const std::vector<Integer> rates = AllValues(form, checker, certificate.ray.numerator);
     for (Index v = 0; v < form.Variables(); ++v)
     {
         if ((rates[v] < 0 && std::isfinite(form.Lower(v))) ||
             (rates[v] > 0 && std::isfinite(form.Upper(v))))
             return "the ray runs into a bound of variable " + std::to_string(v);
     }
-    return checker.CostOf(proof.ray.numerator) < 0 ? "" : "the ray does not improve";
+    return checker.CostOf(certificate.ray.numerator) < 0 ? "" : "the ray does not improve";
 }
 
 }  // namespace
 
-std::string CheckProof(const BoundedForm& form, const Proof& proof)
+std::string CheckCertificate(const BoundedForm& form, const Certificate& certificate)
 {
     const Checker checker(form);
-    switch (proof.status)
+    switch (certificate.status)
     {
-    case ProofStatus::Optimal:
-        return CheckOptimal(form, checker, proof);
-    case ProofStatus::Infeasible:
-        return CheckInfeasible(form, checker, proof);
-    case ProofStatus::Unbounded:
-        return CheckUnbounded(form, checker, proof);
-    case ProofStatus::Stopped:
+    case Status::Optimal:
+        return CheckOptimal(form, checker, certificate);
+    case Status::Infeasible:
+        return CheckInfeasible(form, checker, certificate);
+    case Status::Unbounded:
+        return CheckUnbounded(form, checker, certificate);
+    case Status::Stopped:
+    case Status::Invalid:
         break;
     }
     return "nothing is claimed";

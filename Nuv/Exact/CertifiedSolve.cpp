@@ -15,53 +15,54 @@ namespace
 {
 
 /// What a basis is worth in doubles, for an outcome that is not proved.
-void EvaluateInDoubles(const BoundedForm& form, Proof& proof)
+void EvaluateInDoubles(const BoundedForm& form, SolveRecord& record)
 {
     const ScaledForm scaled(form);
-    SimplexState state(scaled, proof.basis);
+    SimplexState state(scaled, record.basis);
     state.Refactorise();
     std::vector<double> basicCost(form.rows);
     for (Index k = 0; k < form.rows; ++k)
         basicCost[k] = state.cost[state.head[k]];
     state.ComputeReducedCosts(state.cost, basicCost);
-    proof.basis = state.ExportBasis();
-    proof.value.resize(form.Variables());
-    proof.reduced.resize(form.Variables());
-    proof.objectiveValue = form.constant;
+    record.basis = state.ExportBasis();
+    record.value.resize(form.Variables());
+    record.reduced.resize(form.Variables());
+    record.objectiveValue = form.constant;
     for (Index v = 0; v < form.Variables(); ++v)
     {
         const double value = state.value[v] * scaled.Scale(v);
         const double reduced = state.reduced[v] / scaled.Scale(v) / scaled.costScale;
-        proof.value[v] = value;
-        proof.reduced[v] = reduced;
-        proof.objectiveValue += form.Cost(v) * value;
-        proof.primalViolation =
-            std::max({proof.primalViolation, form.Lower(v) - value, value - form.Upper(v)});
+        record.value[v] = value;
+        record.reduced[v] = reduced;
+        record.objectiveValue += form.Cost(v) * value;
+        record.primalViolation =
+            std::max({record.primalViolation, form.Lower(v) - value, value - form.Upper(v)});
         if (!form.IsFixed(v))
-            proof.dualViolation =
-                std::max(proof.dualViolation, DualInfeasibility(state.status[v], reduced));
+            record.dualViolation =
+                std::max(record.dualViolation, DualInfeasibility(state.status[v], reduced));
     }
 }
 
 /// How often the exact stage looks for a better basis in doubles before it pivots itself.
 constexpr int kRefinements = 20;
 
-/// The exact stage from proof.basis. @return what it suspects if it gave up.
-SimplexVerdict RunExact(const BoundedForm& form, int rounds, SolveControl& control, Proof& proof)
+/// The exact stage from the basis of the record. @return what it suspects if it gave up.
+SimplexVerdict RunExact(const BoundedForm& form, int rounds, SolveControl& control,
+                        CertifiedResult& result)
 {
-    ExactSimplex exact(form, Basis(proof.basis), rounds, control);
-    return exact.Run(proof);
+    ExactSimplex exact(form, Basis(result.record.basis), rounds, control);
+    return exact.Run(result);
 }
 
 /// Optimises an auxiliary form from its start, in doubles and then exactly.
-Proof Optimise(const AuxiliaryForm& auxiliary, SolveControl& control)
+CertifiedResult Optimise(const AuxiliaryForm& auxiliary, SolveControl& control)
 {
     const SolveControl::Aside aside(control);
-    Proof proof;
-    DoubleResult result = SolveInDoubles(auxiliary.form, auxiliary.start, control);
-    proof.basis = std::move(result.basis);
-    (void)RunExact(auxiliary.form, kRefinements, control, proof);
-    return proof;
+    CertifiedResult result;
+    DoubleResult doubles = SolveInDoubles(auxiliary.form, auxiliary.start, control);
+    result.record.basis = std::move(doubles.basis);
+    (void)RunExact(auxiliary.form, kRefinements, control, result);
+    return result;
 }
 
 /// Takes the numbers of the original's columns and rows out of those of an auxiliary form, whose
@@ -73,52 +74,52 @@ std::vector<double> CutColumns(const BoundedForm& form, std::vector<double> byVa
     return byVariable;
 }
 
-/// @return whether the form is proved infeasible. If it is feasible after all, proof.basis is a
-/// basis near a feasible one, and `point` the point found.
-bool ProveInfeasible(const BoundedForm& form, SolveControl& control, Proof& proof,
+/// @return whether the form is proved infeasible. If it is feasible after all, that of the record
+/// is a basis near a feasible one, and `point` the point found.
+bool ProveInfeasible(const BoundedForm& form, SolveControl& control, CertifiedResult& result,
                      ExactVector& point)
 {
-    Proof elastic = Optimise(ElasticForm(form, proof.basis), control);
+    CertifiedResult elastic = Optimise(ElasticForm(form, result.record.basis), control);
     // What has no point even so has none without the added columns.
-    const bool isEmpty = elastic.status == ProofStatus::Infeasible;
-    if (!isEmpty && elastic.status != ProofStatus::Optimal)
+    const bool isEmpty = elastic.certificate.status == Status::Infeasible;
+    if (!isEmpty && elastic.certificate.status != Status::Optimal)
         return false;
-    proof.value = CutColumns(form, std::move(elastic.value));
-    if (!isEmpty && elastic.objective == 0)
+    result.record.value = CutColumns(form, std::move(elastic.record.value));
+    if (!isEmpty && elastic.certificate.objective == 0)
     {
-        point = std::move(elastic.primal);
+        point = std::move(elastic.certificate.primal);
         point.numerator.resize(form.columns);
-        elastic.basis.columns.resize(form.columns);
-        proof.basis = std::move(elastic.basis);
-        FitBasis(form, proof.basis);
+        elastic.record.basis.columns.resize(form.columns);
+        result.record.basis = std::move(elastic.record.basis);
+        FitBasis(form, result.record.basis);
         return false;
     }
-    proof.status = ProofStatus::Infeasible;
-    proof.dual = std::move(elastic.dual);
-    proof.reduced = CutColumns(form, std::move(elastic.reduced));
+    result.certificate.status = Status::Infeasible;
+    result.certificate.dual = std::move(elastic.certificate.dual);
+    result.record.reduced = CutColumns(form, std::move(elastic.record.reduced));
     return true;
 }
 
 /// A point and a direction from it, each found by itself.
 /// @return whether there is a verdict: that the form is unbounded or, for want of a point,
 /// infeasible.
-bool ProveUnbounded(const BoundedForm& form, SolveControl& control, Proof& proof)
+bool ProveUnbounded(const BoundedForm& form, SolveControl& control, CertifiedResult& result)
 {
-    Proof ray = Optimise(RayForm(form, proof.basis), control);
-    if (ray.status != ProofStatus::Optimal || ray.objective >= 0)
+    CertifiedResult ray = Optimise(RayForm(form, result.record.basis), control);
+    if (ray.certificate.status != Status::Optimal || ray.certificate.objective >= 0)
         return false;
-    if (ProveInfeasible(form, control, proof, proof.primal))
+    if (ProveInfeasible(form, control, result, result.certificate.primal))
         return true;
-    if (proof.primal.numerator.empty())
+    if (result.certificate.primal.numerator.empty())
         return false;
-    proof.status = ProofStatus::Unbounded;
-    proof.ray = std::move(ray.primal);
+    result.certificate.status = Status::Unbounded;
+    result.certificate.ray = std::move(ray.certificate.primal);
     return true;
 }
 
 /// Takes the guess of the stage before for what it is, and follows it until something is proved.
 void ResolveVerdict(const BoundedForm& form, SimplexVerdict guess, int refinements,
-                    SolveControl& control, Proof& proof)
+                    SolveControl& control, CertifiedResult& result)
 {
     constexpr int kGuesses = 3;
     for (int round = 0; round < kGuesses; ++round)
@@ -126,102 +127,105 @@ void ResolveVerdict(const BoundedForm& form, SimplexVerdict guess, int refinemen
         if (control.IsStopped())
             return;
         ExactVector unused;
-        if (guess == SimplexVerdict::Infeasible && ProveInfeasible(form, control, proof, unused))
+        if (guess == SimplexVerdict::Infeasible && ProveInfeasible(form, control, result, unused))
             return;
-        if (guess == SimplexVerdict::Unbounded && ProveUnbounded(form, control, proof))
+        if (guess == SimplexVerdict::Unbounded && ProveUnbounded(form, control, result))
             return;
-        guess = RunExact(form, round + 1 < kGuesses ? refinements : 0, control, proof);
-        if (proof.status != ProofStatus::Stopped || guess == SimplexVerdict::Optimal)
+        guess = RunExact(form, round + 1 < kGuesses ? refinements : 0, control, result);
+        if (result.certificate.status != Status::Stopped || guess == SimplexVerdict::Optimal)
             return;
     }
 }
 
 /// Checks what the exact stage claims, and says what is left to say if it claims nothing.
-void Finish(const BoundedForm& form, double begin, SolveControl& control, Proof& proof)
+void Finish(const BoundedForm& form, double begin, SolveControl& control, CertifiedResult& result)
 {
     const double solved = control.Seconds();
-    proof.ranExact = true;
-    proof.exactSeconds = solved - begin;
-    if (proof.status != ProofStatus::Stopped)
+    result.record.stages[Stage::Exact].ran = true;
+    result.record.stages[Stage::Exact].seconds = solved - begin;
+    if (result.certificate.status != Status::Stopped)
     {
-        proof.proved = CheckProof(form, proof).empty();
-        proof.checkSeconds = control.Seconds() - solved;
-        if (!proof.proved)
-            proof.status = ProofStatus::Stopped;
+        result.record.proved = CheckCertificate(form, result.certificate).empty();
+        result.record.checkSeconds = control.Seconds() - solved;
+        if (!result.record.proved)
+            result.certificate.status = Status::Stopped;
     }
-    if (proof.status == ProofStatus::Stopped)
+    if (result.certificate.status == Status::Stopped)
     {
-        proof.stopReason = control.Reason();
-        EvaluateInDoubles(form, proof);
+        result.record.stopReason = control.Reason();
+        EvaluateInDoubles(form, result.record);
     }
-    proof.doublePivots = control.Pivots(Stage::Double);
-    proof.exactPivots = control.Pivots(Stage::Exact);
+    result.record.stages[Stage::Double].pivots = control.Pivots(Stage::Double);
+    result.record.stages[Stage::Exact].pivots = control.Pivots(Stage::Exact);
 }
 
-/// The exact stage from proof.basis.
+/// The exact stage from the basis of the record.
 void ProveBasis(const BoundedForm& form, SimplexVerdict guess, int refinements,
-                SolveControl& control, Proof& proof)
+                SolveControl& control, CertifiedResult& result)
 {
     const double begin = control.Seconds();
-    ResolveVerdict(form, guess, refinements, control, proof);
-    Finish(form, begin, control, proof);
+    ResolveVerdict(form, guess, refinements, control, result);
+    Finish(form, begin, control, result);
 }
 
 /// What needs no solving: bad data and bounds that cross. @return whether that was all.
-bool ProveAtSight(const BoundedForm& form, Proof& proof)
+bool ProveAtSight(const BoundedForm& form, CertifiedResult& result)
 {
-    proof.defect = form.Defect();
-    if (!proof.defect.empty())
+    result.record.defect = form.Defect();
+    if (!result.record.defect.empty())
+    {
+        result.certificate.status = Status::Invalid;
         return true;
-    proof.contradiction = FindCrossedBounds(form);
-    if (proof.contradiction == kNoIndex)
+    }
+    result.certificate.contradiction = FindCrossedBounds(form);
+    if (result.certificate.contradiction == kNoIndex)
         return false;
-    proof.status = ProofStatus::Infeasible;
-    proof.proved = CheckProof(form, proof).empty();
+    result.certificate.status = Status::Infeasible;
+    result.record.proved = CheckCertificate(form, result.certificate).empty();
     return true;
 }
 
 }  // namespace
 
-Proof SolveProved(const BoundedForm& form, const Basis* start, SolveControl& control)
+CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, SolveControl& control)
 {
-    Proof proof;
-    if (ProveAtSight(form, proof))
-        return proof;
+    CertifiedResult result;
+    if (ProveAtSight(form, result))
+        return result;
     const double begin = control.Seconds();
-    DoubleResult result =
+    DoubleResult doubles =
         SolveInDoubles(form, start != nullptr ? *start : SlackBasis(form), control);
-    proof.ranDouble = true;
-    proof.doubleSeconds = control.Seconds() - begin;
-    proof.basis = std::move(result.basis);
-    ProveBasis(form, result.verdict, kRefinements, control, proof);
-    return proof;
+    result.record.stages[Stage::Double].ran = true;
+    result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
+    result.record.basis = std::move(doubles.basis);
+    ProveBasis(form, doubles.verdict, kRefinements, control, result);
+    return result;
 }
 
-Proof ProveFrom(const BoundedForm& form, const Basis& start, SolveControl& control)
+CertifiedResult SolveExactly(const BoundedForm& form, const Basis& start, SolveControl& control)
 {
-    Proof proof;
-    if (ProveAtSight(form, proof))
-        return proof;
-    proof.basis = start;
-    FitBasis(form, proof.basis);
-    ProveBasis(form, SimplexVerdict::Optimal, 0, control, proof);
-    return proof;
+    CertifiedResult result;
+    if (ProveAtSight(form, result))
+        return result;
+    result.record.basis = start;
+    FitBasis(form, result.record.basis);
+    ProveBasis(form, SimplexVerdict::Optimal, 0, control, result);
+    return result;
 }
 
-Proof CertifyBasis(const BoundedForm& form, const Basis& basis, SolveControl& control)
+CertifiedResult CertifyBasis(const BoundedForm& form, const Basis& basis, SolveControl& control)
 {
-    Proof proof;
-    if (ProveAtSight(form, proof))
-        return proof;
+    CertifiedResult result;
+    if (ProveAtSight(form, result))
+        return result;
     const double begin = control.Seconds();
-    proof.basis = basis;
-    FitBasis(form, proof.basis);
-    ExactSimplex exact(form, Basis(proof.basis), 0, control);
+    result.record.basis = basis;
+    FitBasis(form, result.record.basis);
+    ExactSimplex exact(form, Basis(result.record.basis), 0, control);
     exact.ForbidPivots();
-    (void)exact.Run(proof);
-    Finish(form, begin, control, proof);
-    return proof;
+    (void)exact.Run(result);
+    Finish(form, begin, control, result);
+    return result;
 }
 
 }  // namespace nuv

@@ -2,22 +2,24 @@
 /// the slack basis, then the exact stage from where that one ended, then the independent check.
 #pragma once
 
-#include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/Exact/CertifiedResult.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
 namespace nuv
 {
 
 /// Solves and proves. The proof's status is Stopped if the control ended it first; no other status
-/// is reported without a certificate that CheckProof has accepted.
-[[nodiscard]] Proof SolveProved(const BoundedForm& form, const Basis* start, SolveControl& control);
+/// is reported without a certificate that CheckCertificate has accepted.
+[[nodiscard]] CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start,
+                                             SolveControl& control);
 
 /// Only the exact stage, from `start` and without any pivot in doubles: for a caller whose basis is
 /// good already.
-[[nodiscard]] Proof ProveFrom(const BoundedForm& form, const Basis& start, SolveControl& control);
+[[nodiscard]] CertifiedResult SolveExactly(const BoundedForm& form, const Basis& start,
+                                           SolveControl& control);
 
 /// No pivot at all: Optimal if the basis is that, Stopped otherwise.
-[[nodiscard]] Proof CertifyBasis(const BoundedForm& form, const Basis& basis,
-                                 SolveControl& control);
+[[nodiscard]] CertifiedResult CertifyBasis(const BoundedForm& form, const Basis& basis,
+                                           SolveControl& control);
 
 }  // namespace nuv

@@ -22,37 +22,37 @@ ExactSimplex::ExactSimplex(const BoundedForm& form, const Basis& start, int roun
     }
 }
 
-SimplexVerdict ExactSimplex::Run(Proof& proof)
+SimplexVerdict ExactSimplex::Run(CertifiedResult& proof)
 {
     Outcome outcome = Outcome::GoOn;
     while (outcome == Outcome::GoOn)
         outcome = Factorise() ? Step() : Outcome::Stopped;
-    proof.basis.columns.assign(m_status.begin(), m_status.begin() + m_form.columns);
-    proof.basis.rows.assign(m_status.begin() + m_form.columns, m_status.end());
+    proof.record.basis.columns.assign(m_status.begin(), m_status.begin() + m_form.columns);
+    proof.record.basis.rows.assign(m_status.begin() + m_form.columns, m_status.end());
     switch (outcome)
     {
     case Outcome::Optimal:
-        proof.status = ProofStatus::Optimal;
-        WritePoint(proof.primal);
-        proof.dual = m_duals;
-        proof.objective = Objective(proof.primal);
+        proof.certificate.status = Status::Optimal;
+        WritePoint(proof.certificate.primal);
+        proof.certificate.dual = m_duals;
+        proof.certificate.objective = Objective(proof.certificate.primal);
         WriteDoubles(proof);
         break;
     case Outcome::Infeasible:
-        proof.status = ProofStatus::Infeasible;
-        WriteFarkas(proof.dual);
+        proof.certificate.status = Status::Infeasible;
+        WriteFarkas(proof.certificate.dual);
         WriteDoubles(proof);
         break;
     case Outcome::Unbounded:
-        proof.status = ProofStatus::Unbounded;
-        WritePoint(proof.primal);
-        WriteRay(proof.ray);
+        proof.certificate.status = Status::Unbounded;
+        WritePoint(proof.certificate.primal);
+        WriteRay(proof.certificate.ray);
         WriteDoubles(proof);
         break;
     case Outcome::GoOn:
     case Outcome::Stopped:
     case Outcome::NeedsAuxiliaryProof:
-        proof.status = ProofStatus::Stopped;
+        proof.certificate.status = Status::Stopped;
         break;
     }
     return outcome == Outcome::NeedsAuxiliaryProof ? m_hint : SimplexVerdict::Optimal;

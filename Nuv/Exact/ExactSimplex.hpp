@@ -6,7 +6,7 @@
 /// basis comes back and the stage ends.
 #pragma once
 
-#include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/Exact/CertifiedResult.hpp"
 #include "Nuv/Exact/ExactFactors.hpp"
 #include "Nuv/Exact/ExactForm.hpp"
 #include "Nuv/Exact/Refinement.hpp"
@@ -34,7 +34,7 @@ public:
     /// certificate, doubles and basis. Whether it is proved is for the check to say.
     /// @return Infeasible or Unbounded if it gave up because the form seems to be that, which is
     /// proved faster in another way; Optimal otherwise.
-    SimplexVerdict Run(Proof& proof);
+    SimplexVerdict Run(CertifiedResult& proof);
 
 private:
     enum class Outcome : std::uint8_t
@@ -80,7 +80,7 @@ private:
     void WritePoint(ExactVector& point) const;
     void WriteRay(ExactVector& ray) const;
     void WriteFarkas(ExactVector& multipliers) const;
-    void WriteDoubles(Proof& proof) const;
+    void WriteDoubles(CertifiedResult& proof) const;
     [[nodiscard]] Rational Objective(const ExactVector& point) const;
 
     const BoundedForm& m_form;

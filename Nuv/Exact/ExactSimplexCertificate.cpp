@@ -71,30 +71,30 @@ Rational ExactSimplex::Objective(const ExactVector& point) const
            ToRational(m_form.constant, m_form.numbers);
 }
 
-void ExactSimplex::WriteDoubles(Proof& proof) const
+void ExactSimplex::WriteDoubles(CertifiedResult& proof) const
 {
-    proof.value.assign(m_form.Variables(), 0.0);
-    proof.reduced.assign(m_form.Variables(), 0.0);
+    proof.record.value.assign(m_form.Variables(), 0.0);
+    proof.record.reduced.assign(m_form.Variables(), 0.0);
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
         if (m_status[v] == BasisStatus::AtLower)
-            proof.value[v] = m_form.Lower(v);
+            proof.record.value[v] = m_form.Lower(v);
         else if (m_status[v] == BasisStatus::AtUpper)
-            proof.value[v] = m_form.Upper(v);
+            proof.record.value[v] = m_form.Upper(v);
     }
     for (Index k = 0; k < m_form.rows; ++k)
-        proof.value[m_head[k]] = m_values.Approximately(k);
-    if (proof.status == ProofStatus::Unbounded)
+        proof.record.value[m_head[k]] = m_values.Approximately(k);
+    if (proof.certificate.status == Status::Unbounded)
         return;
-    const bool optimal = proof.status == ProofStatus::Optimal;
+    const bool optimal = proof.certificate.status == Status::Optimal;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
         if (optimal && m_status[v] == BasisStatus::Basic)
             continue;
-        proof.reduced[v] = m_exact.ReducedCostInDouble(v, proof.dual, optimal);
+        proof.record.reduced[v] = m_exact.ReducedCostInDouble(v, proof.certificate.dual, optimal);
     }
     if (optimal)
-        proof.objectiveValue = ToDouble(proof.objective);
+        proof.record.objectiveValue = ToDouble(proof.certificate.objective);
 }
 
 }  // namespace nuv

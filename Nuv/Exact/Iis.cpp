@@ -16,23 +16,25 @@ namespace
 
 /// What a proof of infeasibility uses of the bounds that somebody stated: a positive factor takes
 /// the lower side, a negative the upper.
-std::vector<IisMember> StatedSupport(const BoundedForm& form, const Proof& proof)
+std::vector<BoundOfVariable> StatedSupport(const BoundedForm& form, const Certificate& certificate)
 {
-    std::vector<IisMember> members;
-    if (proof.contradiction != kNoIndex)
-        members = {{proof.contradiction, false}, {proof.contradiction, true}};
+    std::vector<BoundOfVariable> members;
+    if (certificate.contradiction != kNoIndex)
+        members = {{certificate.contradiction, false}, {certificate.contradiction, true}};
     else
     {
         const ExactForm exact(form);
         for (Index v = 0; v < form.Variables(); ++v)
         {
-            const int sign = form.IsLogical(v) ? proof.dual.numerator[form.RowOf(v)].Sign()
-                                               : exact.ReducedCost(v, proof.dual, false).Sign();
+            const int sign = form.IsLogical(v)
+                                 ? certificate.dual.numerator[form.RowOf(v)].Sign()
+                                 : exact.ReducedCost(v, certificate.dual, false).Sign();
             if (sign != 0)
                 members.push_back({v, sign < 0});
         }
     }
-    std::erase_if(members, [&form](const IisMember& member) { return IsDefault(form, member); });
+    std::erase_if(members,
+                  [&form](const BoundOfVariable& member) { return IsDefault(form, member); });
     return members;
 }
 
@@ -41,16 +43,16 @@ std::vector<IisMember> StatedSupport(const BoundedForm& form, const Proof& proof
 class Restriction
 {
 public:
-    Restriction(const BoundedForm& whole, const std::vector<IisMember>& members)
+    Restriction(const BoundedForm& whole, const std::vector<BoundOfVariable>& members)
         : m_whole(whole), m_column(whole.columns, kNoIndex)
     {
         form.numbers = whole.numbers;
-        for (const IisMember& member : members)
+        for (const BoundOfVariable& member : members)
         {
             if (whole.IsLogical(member.variable))
                 AddRow(whole, member);
         }
-        for (const IisMember& member : members)
+        for (const BoundOfVariable& member : members)
         {
             if (!whole.IsLogical(member.variable))
                 Bound(whole, member, ColumnOf(member.variable), form.columnLower, form.columnUpper);
@@ -81,7 +83,7 @@ private:
         }
         return m_column[column];
     }
-    static void Bound(const BoundedForm& whole, const IisMember& member, Index at,
+    static void Bound(const BoundedForm& whole, const BoundOfVariable& member, Index at,
                       std::vector<double>& lower, std::vector<double>& upper)
     {
         if (member.upper)
@@ -89,7 +91,7 @@ private:
         else
             lower[at] = whole.Lower(member.variable);
     }
-    void AddRow(const BoundedForm& whole, const IisMember& member)
+    void AddRow(const BoundedForm& whole, const BoundOfVariable& member)
     {
         // Both sides of a row, where they contradict each other, are neighbours in the list.
         if (m_rowNames.empty() || m_rowNames.back() != member.variable)
@@ -157,7 +159,7 @@ bool RankProvesMinimal(const BoundedForm& form)
 class DeletionFilter
 {
 public:
-    DeletionFilter(const BoundedForm& whole, const std::vector<IisMember>& members,
+    DeletionFilter(const BoundedForm& whole, const std::vector<BoundOfVariable>& members,
                    SolveControl& control)
         : m_restriction(whole, members),
           m_form(m_restriction.form),
@@ -180,38 +182,38 @@ public:
             if (changed && (m_members.size() == 1 || RankProvesMinimal(m_form)))
                 return true;
             changed = false;
-            const IisMember candidate = m_members[needed];
+            const BoundOfVariable candidate = m_members[needed];
             const double bound = std::exchange(BoundOf(candidate), Open(candidate));
-            Proof proof = SolveProved(m_form, &m_basis, m_control);
-            if (proof.status != ProofStatus::Infeasible)
+            CertifiedResult proof = SolveCertified(m_form, &m_basis, m_control);
+            if (proof.certificate.status != Status::Infeasible)
                 BoundOf(candidate) = bound;
-            if (!proof.proved)
+            if (!proof.record.proved)
                 return false;
-            if (proof.status == ProofStatus::Infeasible)
+            if (proof.certificate.status == Status::Infeasible)
             {
-                KeepOnly(StatedSupport(m_form, proof));
+                KeepOnly(StatedSupport(m_form, proof.certificate));
                 changed = true;
             }
             else
                 ++needed;
-            if (proof.basis.columns.size() == m_form.columns)
-                m_basis = std::move(proof.basis);
+            if (proof.record.basis.columns.size() == m_form.columns)
+                m_basis = std::move(proof.record.basis);
         }
         return true;
     }
 
     /// What is left, in terms of the whole form.
-    [[nodiscard]] std::vector<IisMember> Members() const
+    [[nodiscard]] std::vector<BoundOfVariable> Members() const
     {
-        std::vector<IisMember> members = m_members;
-        for (IisMember& member : members)
+        std::vector<BoundOfVariable> members = m_members;
+        for (BoundOfVariable& member : members)
             member.variable = m_restriction.NameOf(member.variable);
-        std::ranges::sort(members, {}, &IisMember::variable);
+        std::ranges::sort(members, {}, &BoundOfVariable::variable);
         return members;
     }
 
 private:
-    [[nodiscard]] double& BoundOf(const IisMember& member)
+    [[nodiscard]] double& BoundOf(const BoundOfVariable& member)
     {
         const bool isRow = m_form.IsLogical(member.variable);
         std::vector<double>& bounds =
@@ -219,14 +221,14 @@ private:
                   : (member.upper ? m_form.columnUpper : m_form.columnLower);
         return bounds[isRow ? m_form.RowOf(member.variable) : member.variable];
     }
-    [[nodiscard]] static double Open(const IisMember& member) noexcept
+    [[nodiscard]] static double Open(const BoundOfVariable& member) noexcept
     {
         return member.upper ? kInfinity : -kInfinity;
     }
-    void KeepOnly(const std::vector<IisMember>& support)
+    void KeepOnly(const std::vector<BoundOfVariable>& support)
     {
         std::erase_if(m_members,
-                      [this, &support](const IisMember& member)
+                      [this, &support](const BoundOfVariable& member)
                       {
                           const bool drops = std::ranges::find(support, member) == support.end();
                           if (drops)
@@ -238,18 +240,19 @@ private:
     Restriction m_restriction;
     BoundedForm& m_form;
     SolveControl& m_control;
-    std::vector<IisMember> m_members;
+    std::vector<BoundOfVariable> m_members;
     Basis m_basis;
 };
 
 }  // namespace
 
-Iis FindIis(const BoundedForm& form, const Proof& proof, SolveControl& control)
+InfeasibleBounds FindIis(const BoundedForm& form, const Certificate& certificate,
+                         SolveControl& control)
 {
     const SolveControl::Aside aside(control);
-    const std::vector<IisMember> members = StatedSupport(form, proof);
+    const std::vector<BoundOfVariable> members = StatedSupport(form, certificate);
     // One side of a row may do against default bounds, or against a row without entries.
-    if (proof.contradiction != kNoIndex && !form.IsLogical(proof.contradiction))
+    if (certificate.contradiction != kNoIndex && !form.IsLogical(certificate.contradiction))
         return {members, true};
     DeletionFilter filter(form, members, control);
     const bool minimal = filter.Run();

@@ -12,19 +12,17 @@
 namespace nuv
 {
 
-/// One side of a row (a logical variable) or one bound of a column.
-using IisMember = BoundOfVariable;
-
-struct Iis
+struct InfeasibleBounds
 {
-    std::vector<IisMember> members;  ///< by increasing variable
+    std::vector<BoundOfVariable> members;  ///< by increasing variable
     /// False if the control ended the search; then the members still exclude each other, but some
     /// may be dispensable.
     bool minimal = false;
 };
 
-/// Starts from what the Farkas certificate of `proof` uses and leaves out members, one at a time,
-/// while the rest stays infeasible (the deletion filter of Chinneck and Dravnieks 1991).
-[[nodiscard]] Iis FindIis(const BoundedForm& form, const Proof& proof, SolveControl& control);
+/// Starts from what the Farkas certificate of `certificate` uses and leaves out members, one at a
+/// time, while the rest stays infeasible (the deletion filter of Chinneck and Dravnieks 1991).
+[[nodiscard]] InfeasibleBounds FindIis(const BoundedForm& form, const Certificate& certificate,
+                                       SolveControl& control);
 
 }  // namespace nuv

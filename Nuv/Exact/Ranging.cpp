@@ -27,8 +27,8 @@ struct InDoubles
     using Field = RealField;
     using Value = double;
 
-    InDoubles(const BoundedForm& linear, const Proof& solved)
-        : scaled(linear), form(linear), proof(solved)
+    InDoubles(const BoundedForm& linear, const CertifiedResult& solved)
+        : scaled(linear), form(linear), result(solved)
     {
     }
     /// The columns of [A, -I].
@@ -38,11 +38,11 @@ struct InDoubles
     }
     [[nodiscard]] Value Solution(Index variable) const
     {
-        return proof.value[variable] / scaled.Scale(variable);
+        return result.record.value[variable] / scaled.Scale(variable);
     }
     [[nodiscard]] Value Reduced(Index variable) const
     {
-        return proof.reduced[variable] * scaled.Scale(variable);
+        return result.record.reduced[variable] * scaled.Scale(variable);
     }
     [[nodiscard]] Value Bound(Index variable, bool upper) const
     {
@@ -63,7 +63,7 @@ struct InDoubles
 
     ScaledForm scaled;
     const BoundedForm& form;
-    const Proof& proof;
+    const CertifiedResult& result;
 };
 
 struct InRationals
@@ -71,11 +71,12 @@ struct InRationals
     using Field = RationalField;
     using Value = Rational;
 
-    InRationals(const BoundedForm& linear, const Proof& solved) : form(linear), proof(solved)
+    InRationals(const BoundedForm& linear, const CertifiedResult& solved)
+        : form(linear), result(solved)
     {
         value.reserve(form.Variables());
         for (Index j = 0; j < form.columns; ++j)
-            value.push_back(proof.primal.At(j));
+            value.push_back(result.certificate.primal.At(j));
         for (Index i = 0; i < form.rows; ++i)
         {
             Rational activity(0);
@@ -96,8 +97,9 @@ struct InRationals
     [[nodiscard]] Value Reduced(Index variable) const
     {
         Rational reduced = ToRational(form.Cost(variable), form.numbers);
-        form.VisitColumn(variable, [&](Index row, double entry)
-                         { reduced -= ToRational(entry, form.numbers) * proof.dual.At(row); });
+        form.VisitColumn(
+            variable, [&](Index row, double entry)
+            { reduced -= ToRational(entry, form.numbers) * result.certificate.dual.At(row); });
         return reduced;
     }
     [[nodiscard]] Value Bound(Index variable, bool upper) const
@@ -118,7 +120,7 @@ struct InRationals
     }
 
     const BoundedForm& form;
-    const Proof& proof;
+    const CertifiedResult& result;
     std::vector<Rational> value;
 };
 
@@ -128,8 +130,11 @@ class Ranging
 public:
     using Value = typename Kind::Value;
 
-    Ranging(const BoundedForm& form, const Proof& proof)
-        : m_form(form), m_status(proof.basis), m_kind(form, proof), m_columns(m_kind.Columns())
+    Ranging(const BoundedForm& form, const CertifiedResult& result)
+        : m_form(form),
+          m_status(result.record.basis),
+          m_kind(form, result),
+          m_columns(m_kind.Columns())
     {
         for (Index v = 0; v < form.Variables(); ++v)
         {
@@ -304,12 +309,12 @@ private:
 
 }  // namespace
 
-std::optional<Sensitivity> AnalyseSensitivity(const BoundedForm& form, const Proof& proof,
-                                              SolveControl& control)
+std::optional<Sensitivity> AnalyseSensitivity(const BoundedForm& form,
+                                              const CertifiedResult& result, SolveControl& control)
 {
     if (form.rows <= kMostExactRows)
-        return Ranging<InRationals>(form, proof).Analyse(control);
-    return Ranging<InDoubles>(form, proof).Analyse(control);
+        return Ranging<InRationals>(form, result).Analyse(control);
+    return Ranging<InDoubles>(form, result).Analyse(control);
 }
 
 }  // namespace nuv

@@ -3,35 +3,19 @@
 /// optimal basis may have wider ones.
 #pragma once
 
-#include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/Exact/CertifiedResult.hpp"
+#include "Nuv/Exact/Sensitivity.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
-#include <limits>
 #include <optional>
-#include <vector>
 
 namespace nuv
 {
 
-struct AllowedRange
-{
-    double lower = -std::numeric_limits<double>::infinity();
-    double upper = std::numeric_limits<double>::infinity();
-    bool operator==(const AllowedRange&) const = default;
-};
-
-struct Sensitivity
-{
-    std::vector<AllowedRange> cost;      ///< by column: of its cost
-    std::vector<AllowedRange> rowLower;  ///< by row: of its lower side
-    /// By row: of its upper side. The sides of an equation move together.
-    std::vector<AllowedRange> rowUpper;
-};
-
-/// The ranges at the optimum that `proof` holds: computed in rationals and rounded once for small
+/// The ranges at the optimum that `result` holds: computed in rationals and rounded once for small
 /// models, in doubles from the exact basic solution for large ones.
 /// @return nothing if the control ended it first.
 [[nodiscard]] std::optional<Sensitivity>
-AnalyseSensitivity(const BoundedForm& form, const Proof& proof, SolveControl& control);
+AnalyseSensitivity(const BoundedForm& form, const CertifiedResult& result, SolveControl& control);
 
 }  // namespace nuv

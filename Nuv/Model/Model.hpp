@@ -119,6 +119,15 @@ public:
     {
         return m_rows.Contain(row);
     }
+    /// The same for what outlives the model.
+    [[nodiscard]] const HandleOrigins& VariableOrigins() const noexcept
+    {
+        return m_variables;
+    }
+    [[nodiscard]] const HandleOrigins& RowOrigins() const noexcept
+    {
+        return m_rows;
+    }
 
     [[nodiscard]] std::uint32_t VariableCount() const noexcept
     {

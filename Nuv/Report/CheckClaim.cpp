@@ -43,49 +43,52 @@ ExactVector OverOneDenominator(const Claim::Numbers& numbers, std::size_t count,
 
 /// What the file's numbers prove as they stand.
 /// @return Stopped if that is nothing.
-Proof ProofInFile(const BoundedForm& form, const Model& model, const Claim& claim,
-                  const Rational& objective)
+CertifiedResult ProofInFile(const BoundedForm& form, const Model& model, const Claim& claim,
+                            const Rational& objective)
 {
     const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
-    Proof proof;
+    CertifiedResult proof;
     if (claim.status == ClaimedStatus::Optimal && IsComplete(claim.duals, form.rows))
     {
-        proof.status = ProofStatus::Optimal;
-        proof.objective = isMaximum ? Rational(-objective) : objective;
-        proof.primal = OverOneDenominator(claim.values, form.columns, false);
-        proof.dual = OverOneDenominator(claim.duals, form.rows, isMaximum);
+        proof.certificate.status = Status::Optimal;
+        proof.certificate.objective = isMaximum ? Rational(-objective) : objective;
+        proof.certificate.primal = OverOneDenominator(claim.values, form.columns, false);
+        proof.certificate.dual = OverOneDenominator(claim.duals, form.rows, isMaximum);
     }
     else if (claim.status == ClaimedStatus::Infeasible && !claim.farkas.empty())
     {
-        proof.status = ProofStatus::Infeasible;
-        proof.dual = OverOneDenominator(claim.farkas, form.rows, false);
+        proof.certificate.status = Status::Infeasible;
+        proof.certificate.dual = OverOneDenominator(claim.farkas, form.rows, false);
     }
     else if (claim.status == ClaimedStatus::Unbounded && !claim.ray.empty() &&
              IsComplete(claim.values, form.columns))
     {
-        proof.status = ProofStatus::Unbounded;
-        proof.primal = OverOneDenominator(claim.values, form.columns, false);
-        proof.ray = OverOneDenominator(claim.ray, form.columns, false);
+        proof.certificate.status = Status::Unbounded;
+        proof.certificate.primal = OverOneDenominator(claim.values, form.columns, false);
+        proof.certificate.ray = OverOneDenominator(claim.ray, form.columns, false);
     }
-    proof.proved = proof.status != ProofStatus::Stopped && CheckProof(form, proof).empty();
-    if (!proof.proved)
-        proof.status = ProofStatus::Stopped;
+    proof.record.proved = proof.certificate.status != Status::Stopped &&
+                          CheckCertificate(form, proof.certificate).empty();
+    if (!proof.record.proved)
+        proof.certificate.status = Status::Stopped;
     return proof;
 }
 
 /// An optimal basis needs no pivot, and must not lose its way in doubles; any other one does.
-Proof ProofFromBasis(const BoundedForm& form, const Basis& basis, SolveControl& control)
+CertifiedResult ProofFromBasis(const BoundedForm& form, const Basis& basis, SolveControl& control)
 {
-    Proof proof = CertifyBasis(form, basis, control);
-    return proof.proved || control.IsStopped() ? proof : SolveProved(form, &basis, control);
+    CertifiedResult proof = CertifyBasis(form, basis, control);
+    return proof.record.proved || control.IsStopped() ? proof
+                                                      : SolveCertified(form, &basis, control);
 }
 
-void Learn(const Proof& proof, Evidence evidence, bool isMaximum, ClaimReport& report)
+void Learn(const CertifiedResult& proof, Evidence evidence, bool isMaximum, ClaimReport& report)
 {
-    report.truth = proof.status;
-    report.evidence = proof.status == ProofStatus::Stopped ? Evidence::None : evidence;
-    report.stopReason = proof.stopReason;
-    report.optimum = isMaximum ? Rational(-proof.objective) : proof.objective;
+    report.truth = proof.certificate.status;
+    report.evidence = proof.certificate.status == Status::Stopped ? Evidence::None : evidence;
+    report.stopReason = proof.record.stopReason;
+    report.optimum =
+        isMaximum ? Rational(-proof.certificate.objective) : proof.certificate.objective;
 }
 
 /// Proves the truth about the model by the first way that leads there.
@@ -94,48 +97,50 @@ void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
 {
     const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
     SolveControl control(options.limits);
-    Proof proof = ProofInFile(form, model, claim, report.objective);
+    CertifiedResult proof = ProofInFile(form, model, claim, report.objective);
     Evidence evidence = Evidence::Certificate;
-    if (!proof.proved && claim.status == ClaimedStatus::Infeasible && !claim.conflict.empty())
+    if (!proof.record.proved && claim.status == ClaimedStatus::Infeasible &&
+        !claim.conflict.empty())
     {
-        proof = SolveProved(RestrictedTo(form, claim.conflict), nullptr, control);
+        proof = SolveCertified(RestrictedTo(form, claim.conflict), nullptr, control);
         evidence = Evidence::Conflict;
-        if (proof.proved && proof.status != ProofStatus::Infeasible)
+        if (proof.record.proved && proof.certificate.status != Status::Infeasible)
             checker.Disagree("claim.conflict",
                              "the rows and bounds of the conflict do not exclude each other");
-        proof.proved = proof.status == ProofStatus::Infeasible;
+        proof.record.proved = proof.certificate.status == Status::Infeasible;
     }
-    if (!proof.proved)
+    if (!proof.record.proved)
     {
         proof = claim.basis ? ProofFromBasis(form, *claim.basis, control)
-                            : SolveProved(form, nullptr, control);
+                            : SolveCertified(form, nullptr, control);
         evidence = claim.basis ? Evidence::Basis : Evidence::Solve;
     }
     Learn(proof, evidence, isMaximum, report);
     report.pivots = control.Pivots(Stage::Double) + control.Pivots(Stage::Exact);
 }
 
-const char* TruthWords(ProofStatus status)
+const char* TruthWords(Status status)
 {
     switch (status)
     {
-    case ProofStatus::Optimal:
+    case Status::Optimal:
         return "the model has an optimum";
-    case ProofStatus::Infeasible:
+    case Status::Infeasible:
         return "the model is infeasible";
-    case ProofStatus::Unbounded:
+    case Status::Unbounded:
         return "the model is unbounded";
-    case ProofStatus::Stopped:
+    case Status::Stopped:
+    case Status::Invalid:
         break;
     }
     return "";
 }
 
-bool IsTrue(ClaimedStatus claimed, ProofStatus truth)
+bool IsTrue(ClaimedStatus claimed, Status truth)
 {
-    return (claimed == ClaimedStatus::Optimal && truth == ProofStatus::Optimal) ||
-           (claimed == ClaimedStatus::Infeasible && truth == ProofStatus::Infeasible) ||
-           (claimed == ClaimedStatus::Unbounded && truth == ProofStatus::Unbounded);
+    return (claimed == ClaimedStatus::Optimal && truth == Status::Optimal) ||
+           (claimed == ClaimedStatus::Infeasible && truth == Status::Infeasible) ||
+           (claimed == ClaimedStatus::Unbounded && truth == Status::Unbounded);
 }
 
 }  // namespace
@@ -163,9 +168,9 @@ ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOption
     else
     {
         FindTruth(form, model, claim, options, checker, report);
-        if (report.truth != ProofStatus::Stopped && !IsTrue(claim.status, report.truth))
+        if (report.truth != Status::Stopped && !IsTrue(claim.status, report.truth))
             checker.Disagree("claim.status", TruthWords(report.truth));
-        if (isOptimum && report.truth == ProofStatus::Optimal)
+        if (isOptimum && report.truth == Status::Optimal)
             checker.CheckOptimum(claim);
     }
     report.judgement = report.disagreementCount != 0       ? Judgement::Refuted

@@ -42,7 +42,7 @@ struct Claim
     Numbers farkas;
     Numbers ray;
     std::optional<Basis> basis;  ///< if every variable and row has its part in it
-    std::vector<IisMember> conflict;
+    std::vector<BoundOfVariable> conflict;
 };
 
 }  // namespace nuv

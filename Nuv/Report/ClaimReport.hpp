@@ -55,7 +55,7 @@ struct ClaimReport
     Rational objective = 0;  ///< of the point, in the model's sense
 
     // The truth.
-    ProofStatus truth = ProofStatus::Stopped;
+    Status truth = Status::Stopped;
     Evidence evidence = Evidence::None;
     Rational optimum = 0;      ///< if that is Optimal
     std::uint64_t pivots = 0;  ///< that its proof took

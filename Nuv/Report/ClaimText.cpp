@@ -57,7 +57,7 @@ std::string ClaimText(const ClaimReport& report)
     if (report.hasPoint)
         text += fmt::format("values     {}\nobjective  {}\n", PointWords(report),
                             NumberText(ToDouble(report.objective) + 0.0));
-    if (report.truth == ProofStatus::Optimal)
+    if (report.truth == Status::Optimal)
         text += fmt::format("optimum    {}{}\n", NumberText(ToDouble(report.optimum) + 0.0),
                             ExactWords(ToString(report.optimum)));
     text += fmt::format("numbers    as {}\nproof      {}\nverdict    {}\n", WordOf(report.numbers),
@@ -79,10 +79,10 @@ std::string ClaimJson(const ClaimReport& report)
     json.Key("claim").Text(WordOf(report.claimed));
     json.Key("verdict").Text(WordOf(report.judgement));
     json.Key("numbers").Text(WordOf(report.numbers));
-    json.Key("truth").Text(WordOf(report.truth));
+    json.Key("truth").Text(report.truth == Status::Stopped ? "unknown" : WordOf(report.truth));
     json.Key("proof").Open('{').Key("by").Text(WordOf(report.evidence));
     json.Key("pivots").Count(report.pivots);
-    if (report.truth == ProofStatus::Optimal)
+    if (report.truth == Status::Optimal)
         json.Key("objective").Text(ToString(report.optimum));
     json.Close('}');
     if (report.hasPoint)

@@ -1,5 +1,6 @@
 #include "Nuv/Report/JsonReport.hpp"
 
+#include "Nuv/Certificate/Certificate.hpp"
 #include "Nuv/Report/JsonWriter.hpp"
 #include "Nuv/Report/Words.hpp"
 
@@ -27,7 +28,7 @@ void WriteVariables(Json& json, const Model& model, const Solution& solution)
             json.Key("reduced_cost")
                 .Number(solution.reducedCosts[j])
                 .Key("basis")
-                .Text(WordOf(solution.proof.basis.columns[j]));
+                .Text(WordOf(solution.basis.columns[j]));
         if (!solution.sensitivity.cost.empty())
             WriteRange(json, "objective_range", solution.sensitivity.cost[j]);
         json.Close('}');
@@ -39,7 +40,7 @@ void WriteVariables(Json& json, const Model& model, const Solution& solution)
 const AllowedRange& RangeOfRow(const Model& model, const Solution& solution, std::uint32_t i)
 {
     const bool isLower =
-        solution.proof.basis.rows[i] == BasisStatus::AtLower || !std::isfinite(model.RowUpper()[i]);
+        solution.basis.rows[i] == BasisStatus::AtLower || !std::isfinite(model.RowUpper()[i]);
     return isLower ? solution.sensitivity.rowLower[i] : solution.sensitivity.rowUpper[i];
 }
 
@@ -59,7 +60,7 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
             json.Key("dual")
                 .Number(solution.duals[i])
                 .Key("basis")
-                .Text(WordOf(solution.proof.basis.rows[i]));
+                .Text(WordOf(solution.basis.rows[i]));
         if (!solution.sensitivity.rowUpper.empty())
             WriteRange(json, "rhs_range", RangeOfRow(model, solution, i));
         json.Close('}');
@@ -67,15 +68,20 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
     json.Close(']');
 }
 
+std::string_view NameOf(const Model& model, const IisMember& member)
+{
+    if (const Row* const row = std::get_if<Row>(&member.of))
+        return model.RowName(row->Index());
+    return model.VariableName(std::get<Variable>(member.of).Index());
+}
+
 void WriteConflict(Json& json, const Model& model, const Solution& solution)
 {
     json.Key("conflict").Open('[');
     for (const IisMember& member : solution.iis.members)
     {
-        const bool isRow = member.variable >= model.VariableCount();
-        const std::string_view name = isRow ? model.RowName(member.variable - model.VariableCount())
-                                            : model.VariableName(member.variable);
-        json.Open('{').Key(isRow ? "row" : "variable").Text(name);
+        const Row* const row = std::get_if<Row>(&member.of);
+        json.Open('{').Key(row ? "row" : "variable").Text(NameOf(model, member));
         json.Key("side").Text(member.upper ? "upper" : "lower").Close('}');
     }
     json.Close(']');
@@ -85,9 +91,9 @@ void WriteConflict(Json& json, const Model& model, const Solution& solution)
 void WriteFarkas(Json& json, const Model& model, const Solution& solution)
 {
     json.Key("farkas").Open('[');
-    const bool isProved = solution.status == SolveStatus::Infeasible && solution.proved;
-    const ExactVector& multipliers = solution.proof.dual;
-    for (std::uint32_t i = 0; isProved && i < multipliers.numerator.size(); ++i)
+    const bool isProved = solution.status == Status::Infeasible && solution.proved;
+    const ExactVector multipliers = isProved ? solution.certificate->dual : ExactVector{};
+    for (std::uint32_t i = 0; i < multipliers.numerator.size(); ++i)
         if (multipliers.numerator[i] != 0)
             json.Open('{')
                 .Key("name")
@@ -166,15 +172,15 @@ void WriteVerdict(Json& json, const Solution& solution)
     json.Key("outcome").Text(solution.proved ? "proved" : "not proved");
     if (!solution.exactObjective.empty())
         json.Key("objective").Text(solution.exactObjective);
-    if (solution.status == SolveStatus::Stopped)
+    if (solution.status == Status::Stopped)
         json.Key("primal_violation")
-            .Number(solution.proof.primalViolation)
+            .Number(solution.primalViolation)
             .Key("dual_violation")
-            .Number(solution.proof.dualViolation);
+            .Number(solution.dualViolation);
     json.Close('}').Key("pivots").Open('{');
     json.Key("float").Count(solution.floatStage.pivots);
-    json.Key("double").Count(solution.proof.doublePivots);
-    json.Key("exact").Count(solution.proof.exactPivots).Close('}');
+    json.Key("double").Count(solution.stages[Stage::Double].pivots);
+    json.Key("exact").Count(solution.stages[Stage::Exact].pivots).Close('}');
     WriteFloatStage(json, solution.floatStage);
 }
 

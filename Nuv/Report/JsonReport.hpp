@@ -1,7 +1,7 @@
 /// A solution as programs read it: one JSON object of the schema kResultSchema. Numbers are the
 /// shortest decimals that read back to the same bits, infinities are null, exact values are strings
 /// "p/q", names are UTF-8 whatever bytes the file had. The Farkas multipliers are those of
-/// Proof.hpp, which no sense of the objective turns round.
+/// Certificate.hpp, which no sense of the objective turns round.
 #pragma once
 
 #include "Nuv/Io/Diagnostics.hpp"

@@ -100,7 +100,7 @@ std::string SinglePrecisionWords(const FloatResult& stage)
 
 std::string StopWords(const Solution& solution)
 {
-    switch (solution.proof.stopReason)
+    switch (solution.stopReason)
     {
     case StopReason::TimeLimit:
         return " by the time limit";
@@ -137,20 +137,19 @@ std::string SlackWords(double activity, double lower, double upper)
 std::string Head(const Solution& solution)
 {
     std::string text = fmt::format("status     {}", WordOf(solution.status));
-    if (solution.status == SolveStatus::Stopped)
+    if (solution.status == Status::Stopped)
         text += StopWords(solution);
     text += '\n';
-    const bool optimal = solution.status == SolveStatus::Optimal;
+    const bool optimal = solution.status == Status::Optimal;
     if (optimal || !solution.values.empty())
         text += "objective  " + Number(solution.objective) + "\n";
     text += solution.proved ? fmt::format("proof      proved as {}{}\n", WordOf(solution.numbers),
                                           ExactWords(solution.exactObjective))
                             : "proof      not proved\n";
-    if (solution.status == SolveStatus::Stopped && !solution.values.empty())
+    if (solution.status == Status::Stopped && !solution.values.empty())
     {
         text += fmt::format("violation  {} of a bound, {} of an optimality condition\n",
-                            Number(solution.proof.primalViolation),
-                            Number(solution.proof.dualViolation));
+                            Number(solution.primalViolation), Number(solution.dualViolation));
     }
     return text;
 }
@@ -195,13 +194,13 @@ std::string ConflictWords(const Model& model, const Iis& iis)
 {
     Table table;
     table.Add({iis.minimal ? "these exclude each other, none can be left out"
-                                : "these exclude each other, some may be dispensable",
+                           : "these exclude each other, some may be dispensable",
                "side"});
     for (const IisMember& member : iis.members)
     {
-        const bool isRow = member.variable >= model.VariableCount();
-        const std::uint32_t index =
-            isRow ? member.variable - model.VariableCount() : member.variable;
+        const Row* const row = std::get_if<Row>(&member.of);
+        const bool isRow = row != nullptr;
+        const std::uint32_t index = isRow ? row->Index() : std::get<Variable>(member.of).Index();
         const std::span<const double> sides =
             isRow ? (member.upper ? model.RowUpper() : model.RowLower())
                   : (member.upper ? model.VariableUpper() : model.VariableLower());

@@ -26,12 +26,12 @@ template <class Enum>
 struct Words;
 
 template <>
-struct Words<SolveStatus>
+struct Words<Status>
 {
-    static constexpr Word<SolveStatus> table[] = {
-        {SolveStatus::Optimal, "optimal"},     {SolveStatus::Infeasible, "infeasible"},
-        {SolveStatus::Unbounded, "unbounded"}, {SolveStatus::Stopped, "stopped"},
-        {SolveStatus::Invalid, "invalid"},
+    static constexpr Word<Status> table[] = {
+        {Status::Optimal, "optimal"},     {Status::Infeasible, "infeasible"},
+        {Status::Unbounded, "unbounded"}, {Status::Stopped, "stopped"},
+        {Status::Invalid, "invalid"},
     };
 };
 
@@ -81,17 +81,6 @@ struct Words<ClaimedStatus>
         {ClaimedStatus::Optimal, "optimal"},
         {ClaimedStatus::Infeasible, "infeasible"},
         {ClaimedStatus::Unbounded, "unbounded"},
-    };
-};
-
-template <>
-struct Words<ProofStatus>
-{
-    static constexpr Word<ProofStatus> table[] = {
-        {ProofStatus::Optimal, "optimal"},
-        {ProofStatus::Infeasible, "infeasible"},
-        {ProofStatus::Unbounded, "unbounded"},
-        {ProofStatus::Stopped, "unknown"},
     };
 };
 

@@ -1,37 +1,51 @@
-/// What is known of a model after a solve: the verdict and its proof, values and prices in the
+/// What is known of a model after a solve: the verdict and how sure it is, values and prices in the
 /// model's own sense, and how the answer was found.
 ///
 /// Signs: a dual value is what the objective gains per unit by which the row's active side moves
 /// up, a reduced cost what it gains per unit by which the variable is moved up, both in the model's
 /// own sense. So in a maximisation a binding `<=` row has a dual >= 0 and a variable that rests at
 /// its lower bound a reduced cost <= 0; in a minimisation both are the other way round. The arrays
-/// are by variable or by row, and empty where the status has nothing to say.
+/// are by variable or by row, and empty where the status has nothing to say; a number that is asked
+/// for by handle is NaN then, and where the handle is of another model.
 #pragma once
 
-#include "Nuv/Certificate/Certificate.hpp"
-#include "Nuv/Exact/Iis.hpp"
-#include "Nuv/Exact/Ranging.hpp"
+#include "Nuv/Certificate/Status.hpp"
+#include "Nuv/Exact/Sensitivity.hpp"
+#include "Nuv/Exact/StageRecord.hpp"
 #include "Nuv/Model/Error.hpp"
 #include "Nuv/Model/Model.hpp"
 #include "Nuv/Solve/SinglePrecisionStage.hpp"
 #include "Nuv/Solve/SolveOptions.hpp"
+#include "Nuv/SparseSimplex/Basis.hpp"
 
+#include <limits>
+#include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace nuv
 {
 
-enum class SolveStatus : std::uint8_t
+struct Certificate;
+
+/// One side of a row, or one bound of a variable.
+struct IisMember
 {
-    Optimal,
-    Infeasible,
-    Unbounded,
-    Stopped,  ///< by a limit or by the caller; what is known is there, none of it proved
-    Invalid,  ///< the model has a failure; nothing was tried
+    std::variant<Variable, Row> of;
+    bool upper = false;
 };
 
-/// A vertex on the way of the float stage.
+/// An irreducible infeasible subsystem: rows and bounds that exclude each other. A lower bound of
+/// zero, which a variable has when nothing is said, stays in force and is no member.
+struct Iis
+{
+    std::vector<IisMember> members;  ///< variables first, both as the model has them
+    /// Whether the others agree without any one of them; if not, the search was ended early.
+    bool minimal = false;
+};
+
+/// A vertex on the way of the core.
 struct PathStep
 {
     std::uint32_t phase = 0;  ///< in which it was left
@@ -41,42 +55,84 @@ struct PathStep
 
 struct Solution
 {
-    SolveStatus status = SolveStatus::Invalid;
+    static constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
+
+    Status status = Status::Invalid;
     /// Whether the verdict is proved: its certificate was checked in exact arithmetic.
     bool proved = false;
-    CoefficientMeaning numbers =
-        CoefficientMeaning::ShortestDecimal;  ///< of which; as it was asked for
-    double objective = 0.0;
+    /// Which numbers the answer is about; as it was asked for.
+    CoefficientMeaning numbers = CoefficientMeaning::ShortestDecimal;
+    /// Why the solve ended without a verdict, or what came after the verdict without a result.
+    StopReason stopReason = StopReason::None;
+    Error failure;  ///< Invalid
+
+    double objective = kUnknown;
     std::string exactObjective;  ///< Optimal and proved: "p" or "p/q"
 
     std::vector<double> values;
     std::vector<double> reducedCosts;
     std::vector<double> activities;
+    std::vector<double> slacks;  ///< to the nearer side; negative outside, infinite without sides
     std::vector<double> duals;
     std::vector<double> ray;     ///< Unbounded: a direction by variable that improves for ever
     std::vector<double> farkas;  ///< Infeasible: a multiplier by row; their combination contradicts
+    double primalViolation = 0.0;  ///< Stopped: by how much `values` leave a bound, at most
+    double dualViolation = 0.0;    ///< Stopped: how far a reduced cost is on the wrong side of 0
 
-    /// Infeasible: rows and bounds that exclude each other, by the index of variables of the form:
-    /// columns first, then rows.
-    Iis iis;
-    /// Optimal, if it was asked for; in the model's own sense.
-    Sensitivity sensitivity;
+    Basis basis;              ///< the last one
+    Iis iis;                  ///< Infeasible
+    Sensitivity sensitivity;  ///< Optimal, if it was asked for
 
-    /// The certificate itself, for the minimisation form; basis and violations are there too.
-    Proof proof;
     FloatResult floatStage;
     std::vector<PathStep> path;  ///< if it was asked for
-    double floatSeconds = 0.0;
+    StageRecords stages;
+    double checkSeconds = 0.0;
     double seconds = 0.0;
-    Error failure;  ///< Invalid
+
+    /// What proves the verdict, for the minimisation form of the model; include
+    /// Nuv/Certificate/Certificate.hpp to read it. Null without a proof.
+    std::shared_ptr<const Certificate> certificate;
 
     [[nodiscard]] double Value(Variable variable) const noexcept
     {
-        return variable.Index() < values.size() ? values[variable.Index()] : 0.0;
+        return Of(values, variable, variables);
+    }
+    [[nodiscard]] double ReducedCost(Variable variable) const noexcept
+    {
+        return Of(reducedCosts, variable, variables);
+    }
+    [[nodiscard]] double Ray(Variable variable) const noexcept
+    {
+        return Of(ray, variable, variables);
+    }
+    [[nodiscard]] double Activity(Row row) const noexcept
+    {
+        return Of(activities, row, rows);
+    }
+    [[nodiscard]] double Slack(Row row) const noexcept
+    {
+        return Of(slacks, row, rows);
     }
     [[nodiscard]] double Dual(Row row) const noexcept
     {
-        return row.Index() < duals.size() ? duals[row.Index()] : 0.0;
+        return Of(duals, row, rows);
+    }
+    [[nodiscard]] double Farkas(Row row) const noexcept
+    {
+        return Of(farkas, row, rows);
+    }
+
+    /// Whose handles the model knew when it was solved.
+    HandleOrigins variables;
+    HandleOrigins rows;
+
+private:
+    template <class Kind>
+    [[nodiscard]] static double Of(const std::vector<double>& numbers, Handle<Kind> handle,
+                                   const HandleOrigins& known) noexcept
+    {
+        return handle.Index() < numbers.size() && known.Contain(handle) ? numbers[handle.Index()]
+                                                                        : kUnknown;
     }
 };
 

@@ -13,11 +13,11 @@ namespace
 class Certifier
 {
 public:
-    Certifier(const Model& model, CoefficientMeaning numbers, const Proof& proof)
+    Certifier(const Model& model, CoefficientMeaning numbers, const nuv::Certificate& claim)
         : m_statement(StatementOf(model, numbers)),
           m_model(model),
           m_numbers(numbers),
-          m_proof(proof),
+          m_claim(claim),
           m_sign(model.ObjectiveSense() == Sense::Maximize ? -1 : 1)
     {
     }
@@ -26,20 +26,21 @@ public:
     {
         Certificate certificate;
         certificate.problem = m_statement.problem;
-        switch (m_proof.status)
+        switch (m_claim.status)
         {
-        case ProofStatus::Optimal:
+        case Status::Optimal:
             CertifyOptimal(certificate);
             break;
-        case ProofStatus::Infeasible:
+        case Status::Infeasible:
             CertifyInfeasible(certificate);
             break;
-        case ProofStatus::Unbounded:
+        case Status::Unbounded:
             certificate.goal = Goal::Unbounded;
-            certificate.points.push_back(TermsOf(m_proof.primal));
-            certificate.rays.push_back(TermsOf(m_proof.ray));
+            certificate.points.push_back(TermsOf(m_claim.primal));
+            certificate.rays.push_back(TermsOf(m_claim.ray));
             break;
-        case ProofStatus::Stopped:
+        case Status::Stopped:
+        case Status::Invalid:
             break;
         }
         return certificate;
@@ -64,10 +65,10 @@ private:
         const std::size_t columns = problem.variables.size();
         if (withCost)
             for (const Term& term : problem.objective)
-                multipliers[term.index] = term.value * Rational(m_proof.dual.denominator * m_sign);
+                multipliers[term.index] = term.value * Rational(m_claim.dual.denominator * m_sign);
         for (std::uint32_t i = 0; i < m_model.RowCount(); ++i)
         {
-            const Rational dual(m_proof.dual.numerator[i]);
+            const Rational dual(m_claim.dual.numerator[i]);
             multipliers[columns + i] = dual;
             if (dual == 0)
                 continue;
@@ -98,18 +99,18 @@ private:
     void CertifyOptimal(Certificate& certificate) const
     {
         const Rational constant = ToRational(m_model.ObjectiveConstant(), m_numbers);
-        const Rational value = m_proof.objective * Rational(m_sign) - constant;
+        const Rational value = m_claim.objective * Rational(m_sign) - constant;
         certificate.goal = Goal::Range;
         certificate.lower = value;
         certificate.upper = value;
-        certificate.points.push_back(TermsOf(m_proof.primal));
+        certificate.points.push_back(TermsOf(m_claim.primal));
         Derivation bound;
         bound.constraint.label = "bound";
         bound.constraint.relation = m_sign < 0 ? Relation::AtMost : Relation::AtLeast;
         bound.constraint.side = value;
         bound.constraint.terms = certificate.problem.objective;
         bound.multipliers =
-            AtSides(Multipliers(true), Rational(Integer(m_sign), m_proof.dual.denominator));
+            AtSides(Multipliers(true), Rational(Integer(m_sign), m_claim.dual.denominator));
         certificate.derivations.push_back(std::move(bound));
     }
 
@@ -121,7 +122,7 @@ private:
         contradiction.constraint.relation = Relation::AtLeast;
         contradiction.constraint.side = 1;
         contradiction.multipliers =
-            m_proof.contradiction != kNoIndex ? CrossedBounds() : AtSides(Multipliers(false), 1);
+            m_claim.contradiction != kNoIndex ? CrossedBounds() : AtSides(Multipliers(false), 1);
         // Divided by the sum of the sides, the combination is 0 >= 1.
         Rational sum = 0;
         for (const Term& term : contradiction.multipliers)
@@ -134,22 +135,23 @@ private:
     /// lower <= v <= upper < lower.
     [[nodiscard]] Terms CrossedBounds() const
     {
-        const Sides& sides = m_statement.sides[m_proof.contradiction];
+        const Sides& sides = m_statement.sides[m_claim.contradiction];
         return {{sides.lower, Rational(1)}, {sides.upper, Rational(-1)}};
     }
 
     Statement m_statement;
     const Model& m_model;
     CoefficientMeaning m_numbers;
-    const Proof& m_proof;
+    const nuv::Certificate& m_claim;
     int m_sign;
 };
 
 }  // namespace
 
-Certificate CertificateOf(const Model& model, CoefficientMeaning numbers, const Proof& proof)
+Certificate CertificateOf(const Model& model, CoefficientMeaning numbers,
+                          const nuv::Certificate& claim)
 {
-    return Certifier(model, numbers, proof).Certify();
+    return Certifier(model, numbers, claim).Certify();
 }
 
 }  // namespace nuv::vipr

@@ -8,8 +8,8 @@
 namespace nuv::vipr
 {
 
-/// What `proof`, which passed its check, says of the model in the numbers that it is about.
+/// What `claim`, which passed its check, says of the model in the numbers that it is about.
 [[nodiscard]] Certificate CertificateOf(const Model& model, CoefficientMeaning numbers,
-                                        const Proof& proof);
+                                        const nuv::Certificate& claim);
 
 }  // namespace nuv::vipr

@@ -33,7 +33,7 @@ ExitCode Run(const Options& options)
     CatchInterrupts();
     solve.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
     const nuv::Solution solution = nuv::Solve(*reading.model, solve);
-    const bool isStopped = solution.status == nuv::SolveStatus::Stopped;
+    const bool isStopped = solution.status == nuv::Status::Stopped;
     return WriteTo(options.output, nuv::DrawPicture(*reading.model, solution),
                    isStopped ? ExitCode::Stopped : ExitCode::Success);
 }

@@ -63,37 +63,38 @@ nuv::Solution Solve(const nuv::Model& model, const Options& options)
     return nuv::Solve(model, SolveOptionsOf(options, line));
 }
 
-ExitCode ExitCodeOfStatus(nuv::SolveStatus status, bool exitStatus)
+ExitCode ExitCodeOfStatus(nuv::Status status, bool exitStatus)
 {
     switch (status)
     {
-    case nuv::SolveStatus::Optimal:
+    case nuv::Status::Optimal:
         return ExitCode::Success;
-    case nuv::SolveStatus::Infeasible:
+    case nuv::Status::Infeasible:
         return exitStatus ? ExitCode::Infeasible : ExitCode::Success;
-    case nuv::SolveStatus::Unbounded:
+    case nuv::Status::Unbounded:
         return exitStatus ? ExitCode::Unbounded : ExitCode::Success;
-    case nuv::SolveStatus::Stopped:
+    case nuv::Status::Stopped:
         return ExitCode::Stopped;
-    case nuv::SolveStatus::Invalid:
+    case nuv::Status::Invalid:
         break;
     }
     return ExitCode::Internal;
 }
 
 /// Writes the certificate if it is asked for and something is proved.
-ExitCode WriteCertificate(const Options& options, const nuv::Model& model, const nuv::Proof& proof,
-                          ExitCode otherwise)
+ExitCode WriteCertificate(const Options& options, const nuv::Model& model,
+                          const nuv::Solution& solution, ExitCode otherwise)
 {
     if (options.certificate.empty())
         return otherwise;
-    if (!proof.proved)
+    if (!solution.certificate)
     {
         std::fputs("nuvlp: nothing is proved, so no certificate is written\n", stderr);
         return otherwise;
     }
     using namespace nuv::vipr;
-    return WriteTo(options.certificate, Write(CertificateOf(model, options.numbers, proof)),
+    return WriteTo(options.certificate,
+                   Write(CertificateOf(model, solution.numbers, *solution.certificate)),
                    otherwise);
 }
 
@@ -106,7 +107,7 @@ ExitCode Run(const Options& options)
                           ExitCodeOf(reading.GetError()));
     CatchInterrupts();
     const nuv::Solution solution = Solve(*reading.model, options);
-    if (solution.status == nuv::SolveStatus::Invalid)
+    if (solution.status == nuv::Status::Invalid)
     {
         const std::vector failure{nuv::WithoutPlace(solution.failure)};
         PrintDiagnostics(failure, Show::Errors);
@@ -120,7 +121,7 @@ ExitCode Run(const Options& options)
         WriteTo(options.output.path, report, ExitCodeOfStatus(solution.status, options.exitStatus));
     return code == ExitCode::CannotWrite
                ? code
-               : WriteCertificate(options, *reading.model, solution.proof, code);
+               : WriteCertificate(options, *reading.model, solution, code);
 }
 
 }  // namespace

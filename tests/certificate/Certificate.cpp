@@ -27,7 +27,7 @@ BoundedForm UnboundedForm()
     return MakeForm({-1, -2}, {{{1, -1}, {-kInf, 3}}, {{-2, 1}, {-kInf, 4}}});
 }
 
-Proof Solve(const BoundedForm& form)
+CertifiedResult Solve(const BoundedForm& form)
 {
     return Certified(form);
 }
@@ -35,133 +35,133 @@ Proof Solve(const BoundedForm& form)
 TEST(Certificate, OptimalIsRefusedOnceAnyPartIsChanged)
 {
     const BoundedForm form = OptimalForm();
-    const Proof proof = Solve(form);
-    ASSERT_EQ(proof.status, ProofStatus::Optimal);
-    ASSERT_EQ(CheckProof(form, proof), "");
+    const CertifiedResult proof = Solve(form);
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    ASSERT_EQ(CheckCertificate(form, proof.certificate), "");
     for (Index j = 0; j < form.columns; ++j)
     {
         for (const int change : {-1, 1})
         {
-            Proof wrong = proof;
-            wrong.primal.numerator[j] += change;
-            EXPECT_NE(CheckProof(form, wrong), "") << j << " " << change;
+            CertifiedResult wrong = proof;
+            wrong.certificate.primal.numerator[j] += change;
+            EXPECT_NE(CheckCertificate(form, wrong.certificate), "") << j << " " << change;
         }
     }
     for (Index i = 0; i < form.rows; ++i)
     {
         for (const int change : {-1, 1})
         {
-            Proof wrong = proof;
-            wrong.dual.numerator[i] += change;
-            EXPECT_NE(CheckProof(form, wrong), "") << i << " " << change;
+            CertifiedResult wrong = proof;
+            wrong.certificate.dual.numerator[i] += change;
+            EXPECT_NE(CheckCertificate(form, wrong.certificate), "") << i << " " << change;
         }
     }
-    Proof wrong = proof;
-    wrong.objective += Rational(1, 1000000000);
-    EXPECT_EQ(CheckProof(form, wrong), "the objective is not that of the point");
+    CertifiedResult wrong = proof;
+    wrong.certificate.objective += Rational(1, 1000000000);
+    EXPECT_EQ(CheckCertificate(form, wrong.certificate), "the objective is not that of the point");
 }
 
 TEST(Certificate, OnlyBoundsThatCrossContradictEachOther)
 {
     BoundedForm form = InfeasibleForm();
     form.columnLower[1] = 3.0;
-    Proof proof;
-    proof.status = ProofStatus::Infeasible;
-    proof.contradiction = 1;
-    EXPECT_EQ(CheckProof(form, proof), "");
+    Certificate certificate;
+    certificate.status = Status::Infeasible;
+    certificate.contradiction = 1;
+    EXPECT_EQ(CheckCertificate(form, certificate), "");
     for (const Index other : {Index{0}, Index{2}, form.Variables(), form.Variables() + 1})
     {
-        proof.contradiction = other;
-        EXPECT_EQ(CheckProof(form, proof), "the bounds said to contradict each other do not");
+        certificate.contradiction = other;
+        EXPECT_EQ(CheckCertificate(form, certificate), "the bounds said to contradict each other do not");
     }
-    proof.contradiction = 1;
+    certificate.contradiction = 1;
     form.columnLower[1] = 2.0;
-    EXPECT_EQ(CheckProof(form, proof), "the bounds said to contradict each other do not");
+    EXPECT_EQ(CheckCertificate(form, certificate), "the bounds said to contradict each other do not");
 }
 
 TEST(Certificate, OptimalIsRefusedForAnotherForm)
 {
     const BoundedForm form = OptimalForm();
-    const Proof proof = Solve(form);
+    const CertifiedResult proof = Solve(form);
     BoundedForm other = form;
     other.cost[1] = -1.0;
-    EXPECT_NE(CheckProof(other, proof), "");
+    EXPECT_NE(CheckCertificate(other, proof.certificate), "");
     other = form;
     other.rowUpper[2] = 17.0;
-    EXPECT_NE(CheckProof(other, proof), "");
+    EXPECT_NE(CheckCertificate(other, proof.certificate), "");
     other = form;
     SparseVectors<double> entries = other.matrix.Columns();
     entries.value[0] = 2.0;
     other.matrix = SparseMatrix<double>::FromColumns(entries, other.rows);
-    EXPECT_NE(CheckProof(other, proof), "");
+    EXPECT_NE(CheckCertificate(other, proof.certificate), "");
 }
 
 TEST(Certificate, WrongShapesAreRefused)
 {
     const BoundedForm form = OptimalForm();
-    const Proof proof = Solve(form);
-    Proof wrong = proof;
-    wrong.primal.numerator.pop_back();
-    EXPECT_NE(CheckProof(form, wrong), "");
+    const CertifiedResult proof = Solve(form);
+    CertifiedResult wrong = proof;
+    wrong.certificate.primal.numerator.pop_back();
+    EXPECT_NE(CheckCertificate(form, wrong.certificate), "");
     wrong = proof;
-    wrong.dual.numerator.emplace_back(0);
-    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong.certificate.dual.numerator.emplace_back(0);
+    EXPECT_NE(CheckCertificate(form, wrong.certificate), "");
     wrong = proof;
-    wrong.primal.denominator = 0;
-    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong.certificate.primal.denominator = 0;
+    EXPECT_NE(CheckCertificate(form, wrong.certificate), "");
     wrong = proof;
-    wrong.dual.denominator = -wrong.dual.denominator;
-    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong.certificate.dual.denominator = -wrong.certificate.dual.denominator;
+    EXPECT_NE(CheckCertificate(form, wrong.certificate), "");
     wrong = proof;
-    wrong.status = ProofStatus::Stopped;
-    EXPECT_EQ(CheckProof(form, wrong), "nothing is claimed");
+    wrong.certificate.status = Status::Stopped;
+    EXPECT_EQ(CheckCertificate(form, wrong.certificate), "nothing is claimed");
 }
 
 TEST(Certificate, FarkasMultipliersAreRefusedOnceWeakened)
 {
     const BoundedForm form = InfeasibleForm();
-    const Proof proof = Solve(form);
-    ASSERT_EQ(proof.status, ProofStatus::Infeasible);
-    ASSERT_EQ(CheckProof(form, proof), "");
-    Proof wrong = proof;
-    for (Integer& multiplier : wrong.dual.numerator)
+    const CertifiedResult proof = Solve(form);
+    ASSERT_EQ(proof.certificate.status, Status::Infeasible);
+    ASSERT_EQ(CheckCertificate(form, proof.certificate), "");
+    CertifiedResult wrong = proof;
+    for (Integer& multiplier : wrong.certificate.dual.numerator)
         multiplier = -multiplier;
-    EXPECT_NE(CheckProof(form, wrong), "");
+    EXPECT_NE(CheckCertificate(form, wrong.certificate), "");
     wrong = proof;
-    for (Integer& multiplier : wrong.dual.numerator)
+    for (Integer& multiplier : wrong.certificate.dual.numerator)
         multiplier = 0;
-    EXPECT_EQ(CheckProof(form, wrong), "the multipliers contradict nothing");
+    EXPECT_EQ(CheckCertificate(form, wrong.certificate), "the multipliers contradict nothing");
     // The same multipliers prove nothing once the form has a feasible point.
     BoundedForm feasible = form;
     feasible.rowLower[0] = 3.0;
-    EXPECT_EQ(Solve(feasible).status, ProofStatus::Optimal);
-    EXPECT_NE(CheckProof(feasible, proof), "");
+    EXPECT_EQ(Solve(feasible).certificate.status, Status::Optimal);
+    EXPECT_NE(CheckCertificate(feasible, proof.certificate), "");
     wrong = proof;
-    wrong.contradiction = 0;
-    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong.certificate.contradiction = 0;
+    EXPECT_NE(CheckCertificate(form, wrong.certificate), "");
 }
 
 TEST(Certificate, ARayIsRefusedOnceItBendsOrTurns)
 {
     const BoundedForm form = UnboundedForm();
-    const Proof proof = Solve(form);
-    ASSERT_EQ(proof.status, ProofStatus::Unbounded);
-    ASSERT_EQ(CheckProof(form, proof), "");
-    Proof wrong = proof;
-    for (Integer& entry : wrong.ray.numerator)
+    const CertifiedResult proof = Solve(form);
+    ASSERT_EQ(proof.certificate.status, Status::Unbounded);
+    ASSERT_EQ(CheckCertificate(form, proof.certificate), "");
+    CertifiedResult wrong = proof;
+    for (Integer& entry : wrong.certificate.ray.numerator)
         entry = -entry;
-    EXPECT_NE(CheckProof(form, wrong), "");
+    EXPECT_NE(CheckCertificate(form, wrong.certificate), "");
     wrong = proof;
-    for (Integer& entry : wrong.ray.numerator)
+    for (Integer& entry : wrong.certificate.ray.numerator)
         entry = 0;
-    EXPECT_EQ(CheckProof(form, wrong), "the ray does not improve");
+    EXPECT_EQ(CheckCertificate(form, wrong.certificate), "the ray does not improve");
     wrong = proof;
-    wrong.primal.numerator[0] = -1;
-    EXPECT_NE(CheckProof(form, wrong), "");
+    wrong.certificate.primal.numerator[0] = -1;
+    EXPECT_NE(CheckCertificate(form, wrong.certificate), "");
     BoundedForm bounded = form;
     bounded.rowUpper[0] = 3.0;
     bounded.columnUpper[0] = 1e6;
-    EXPECT_NE(CheckProof(bounded, proof), "");
+    EXPECT_NE(CheckCertificate(bounded, proof.certificate), "");
 }
 
 /// Wrong verdicts cannot hide behind a right certificate of another kind.
@@ -169,14 +169,14 @@ TEST(Certificate, AVerdictNeedsItsOwnCertificate)
 {
     for (const BoundedForm& form : {OptimalForm(), InfeasibleForm(), UnboundedForm()})
     {
-        const Proof proof = Solve(form);
-        ASSERT_TRUE(proof.proved);
-        for (const ProofStatus status :
-             {ProofStatus::Optimal, ProofStatus::Infeasible, ProofStatus::Unbounded})
+        const CertifiedResult proof = Solve(form);
+        ASSERT_TRUE(proof.record.proved);
+        for (const Status status : {Status::Optimal, Status::Infeasible, Status::Unbounded})
         {
-            Proof claim = proof;
-            claim.status = status;
-            EXPECT_EQ(CheckProof(form, claim).empty(), status == proof.status);
+            CertifiedResult claim = proof;
+            claim.certificate.status = status;
+            EXPECT_EQ(CheckCertificate(form, claim.certificate).empty(),
+                      status == proof.certificate.status);
         }
     }
 }

@@ -11,27 +11,27 @@
 namespace nuv::test
 {
 
-[[nodiscard]] inline Proof Certified(const BoundedForm& form, const Basis* start = nullptr,
-                                     SolveLimits limits = {})
+[[nodiscard]] inline CertifiedResult
+Certified(const BoundedForm& form, const Basis* start = nullptr, SolveLimits limits = {})
 {
     SolveControl control(std::move(limits));
-    return SolveProved(form, start, control);
+    return SolveCertified(form, start, control);
 }
 
-[[nodiscard]] inline Proof CertifiedFrom(const BoundedForm& form, const Basis& start)
+[[nodiscard]] inline CertifiedResult CertifiedFrom(const BoundedForm& form, const Basis& start)
 {
     SolveControl control;
-    return ProveFrom(form, start, control);
+    return SolveExactly(form, start, control);
 }
 
-[[nodiscard]] inline Iis IisOf(const BoundedForm& form, const Proof& proof,
-                                         SolveLimits limits = {})
+[[nodiscard]] inline InfeasibleBounds IisOf(const BoundedForm& form, const CertifiedResult& proof,
+                                            SolveLimits limits = {})
 {
     SolveControl control(std::move(limits));
-    return FindIis(form, proof, control);
+    return FindIis(form, proof.certificate, control);
 }
 
-[[nodiscard]] inline Sensitivity RangesOf(const BoundedForm& form, const Proof& proof)
+[[nodiscard]] inline Sensitivity RangesOf(const BoundedForm& form, const CertifiedResult& proof)
 {
     SolveControl control;
     return AnalyseSensitivity(form, proof, control).value();

@@ -13,26 +13,27 @@ namespace nuv::test
 namespace
 {
 
-Proof Solve(const BoundedForm& form)
+CertifiedResult Solve(const BoundedForm& form)
 {
     return Certified(form);
 }
 
-void ExpectVerdict(const BoundedForm& form, const BruteForceResult& expected, const Proof& proof)
+void ExpectVerdict(const BoundedForm& form, const BruteForceResult& expected,
+                   const CertifiedResult& proof)
 {
-    ASSERT_TRUE(proof.proved) << CheckProof(form, proof);
+    ASSERT_TRUE(proof.record.proved) << CheckCertificate(form, proof.certificate);
     switch (expected.verdict)
     {
     case Verdict::Optimal:
-        ASSERT_EQ(proof.status, ProofStatus::Optimal);
-        ASSERT_EQ(proof.objective,
+        ASSERT_EQ(proof.certificate.status, Status::Optimal);
+        ASSERT_EQ(proof.certificate.objective,
                   Rational(expected.objective.numerator, expected.objective.denominator));
         break;
     case Verdict::Infeasible:
-        ASSERT_EQ(proof.status, ProofStatus::Infeasible);
+        ASSERT_EQ(proof.certificate.status, Status::Infeasible);
         break;
     case Verdict::Unbounded:
-        ASSERT_EQ(proof.status, ProofStatus::Unbounded);
+        ASSERT_EQ(proof.certificate.status, Status::Unbounded);
         break;
     }
 }
@@ -67,60 +68,61 @@ TEST(Engine, NoRowsAndNoColumnsIsOptimalAtTheConstant)
 {
     BoundedForm form = MakeForm({}, {});
     form.constant = 2.5;
-    const Proof proof = Solve(form);
-    EXPECT_TRUE(proof.proved);
-    EXPECT_EQ(ToString(proof.objective), "5/2");
+    const CertifiedResult proof = Solve(form);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(ToString(proof.certificate.objective), "5/2");
 }
 
 TEST(Engine, WithoutRowsEachColumnGoesToItsBetterBound)
 {
-    const Proof proof = Solve(MakeForm({1, -1, 0}, {}, {{-2, 3}, {-2, 3}, {-kInf, kInf}}));
-    ASSERT_EQ(proof.status, ProofStatus::Optimal);
-    EXPECT_EQ(ToString(proof.objective), "-5");
+    const CertifiedResult proof =
+        Solve(MakeForm({1, -1, 0}, {}, {{-2, 3}, {-2, 3}, {-kInf, kInf}}));
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_EQ(ToString(proof.certificate.objective), "-5");
 }
 
 TEST(Engine, WithoutRowsAFreeColumnWithCostIsUnbounded)
 {
-    const Proof proof = Solve(MakeForm({1}, {}, {{-kInf, 4}}));
-    EXPECT_EQ(proof.status, ProofStatus::Unbounded);
-    EXPECT_TRUE(proof.proved);
+    const CertifiedResult proof = Solve(MakeForm({1}, {}, {{-kInf, 4}}));
+    EXPECT_EQ(proof.certificate.status, Status::Unbounded);
+    EXPECT_TRUE(proof.record.proved);
 }
 
 TEST(Engine, WithoutColumnsARowThatExcludesZeroIsInfeasible)
 {
-    EXPECT_EQ(Solve(MakeForm({}, {{{}, {-1, 1}}})).status, ProofStatus::Optimal);
-    const Proof proof = Solve(MakeForm({}, {{{}, {1, 2}}}));
-    EXPECT_EQ(proof.status, ProofStatus::Infeasible);
-    EXPECT_TRUE(proof.proved);
+    EXPECT_EQ(Solve(MakeForm({}, {{{}, {-1, 1}}})).certificate.status, Status::Optimal);
+    const CertifiedResult proof = Solve(MakeForm({}, {{{}, {1, 2}}}));
+    EXPECT_EQ(proof.certificate.status, Status::Infeasible);
+    EXPECT_TRUE(proof.record.proved);
 }
 
 TEST(Engine, BoundsThatCrossAreTheProof)
 {
-    const Proof proof = Solve(MakeForm({1}, {{{1}, {5, 4}}}));
-    EXPECT_EQ(proof.status, ProofStatus::Infeasible);
-    EXPECT_TRUE(proof.proved);
-    EXPECT_EQ(proof.contradiction, 1u);
+    const CertifiedResult proof = Solve(MakeForm({1}, {{{1}, {5, 4}}}));
+    EXPECT_EQ(proof.certificate.status, Status::Infeasible);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(proof.certificate.contradiction, 1u);
 }
 
 TEST(Engine, WrongDataAreNamedAndNotSolved)
 {
     const BoundedForm form = MakeForm({1}, {{{kInf}, {0, 4}}});
-    const Proof proof = Solve(form);
-    EXPECT_FALSE(proof.proved);
-    EXPECT_EQ(proof.status, ProofStatus::Stopped);
-    EXPECT_EQ(proof.defect, "a coefficient is not finite");
+    const CertifiedResult proof = Solve(form);
+    EXPECT_FALSE(proof.record.proved);
+    EXPECT_EQ(proof.certificate.status, Status::Invalid);
+    EXPECT_EQ(proof.record.defect, "a coefficient is not finite");
 }
 
 TEST(Engine, WyndorGlassWithDualsByHand)
 {
-    const Proof proof = Solve(
+    const CertifiedResult proof = Solve(
         MakeForm({-3, -5}, {{{1, 0}, {-kInf, 4}}, {{0, 2}, {-kInf, 12}}, {{3, 2}, {-kInf, 18}}}));
-    ASSERT_EQ(proof.status, ProofStatus::Optimal);
-    EXPECT_EQ(ToString(proof.objective), "-36");
-    EXPECT_EQ(proof.value, (std::vector<double>{2, 6, 2, 12, 18}));
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_EQ(ToString(proof.certificate.objective), "-36");
+    EXPECT_EQ(proof.record.value, (std::vector<double>{2, 6, 2, 12, 18}));
     // Upper sides hold, so the duals of the minimisation are not positive.
-    EXPECT_EQ(proof.reduced, (std::vector<double>{0, 0, 0, -1.5, -1}));
-    EXPECT_EQ(ToString(proof.dual.At(1)), "-3/2");
+    EXPECT_EQ(proof.record.reduced, (std::vector<double>{0, 0, 0, -1.5, -1}));
+    EXPECT_EQ(ToString(proof.certificate.dual.At(1)), "-3/2");
 }
 
 TEST(Engine, CyclingExamplesEndAtTheirOptimum)
@@ -128,11 +130,11 @@ TEST(Engine, CyclingExamplesEndAtTheirOptimum)
     for (auto& [form, optimum] : CyclingForms())
     {
         form.numbers = CoefficientMeaning::ShortestDecimal;
-        for (const Proof& proof : {Solve(form), CertifiedFrom(form, SlackBasis(form))})
+        for (const CertifiedResult& proof : {Solve(form), CertifiedFrom(form, SlackBasis(form))})
         {
-            EXPECT_TRUE(proof.proved);
-            ASSERT_EQ(proof.status, ProofStatus::Optimal);
-            EXPECT_EQ(ToString(proof.objective), optimum);
+            EXPECT_TRUE(proof.record.proved);
+            ASSERT_EQ(proof.certificate.status, Status::Optimal);
+            EXPECT_EQ(ToString(proof.certificate.objective), optimum);
         }
     }
 }
@@ -140,9 +142,9 @@ TEST(Engine, CyclingExamplesEndAtTheirOptimum)
 TEST(Engine, ATenthIsWhatTheFormSaysItIs)
 {
     BoundedForm form = MakeForm({1}, {{{1}, {0.1, kInf}}});
-    EXPECT_EQ(ToString(Solve(form).objective), "3602879701896397/36028797018963968");
+    EXPECT_EQ(ToString(Solve(form).certificate.objective), "3602879701896397/36028797018963968");
     form.numbers = CoefficientMeaning::ShortestDecimal;
-    EXPECT_EQ(ToString(Solve(form).objective), "1/10");
+    EXPECT_EQ(ToString(Solve(form).certificate.objective), "1/10");
 }
 
 /// 0.1 + 0.2 is 0.3 in decimals and is not in doubles, so as stored the equations exclude each
@@ -156,22 +158,22 @@ TEST(Engine, RedundantDecimalEquationsContradictEachOtherAsStored)
     form.rowLower[0] = form.rowUpper[0] = 1.1;
     form.rowLower[1] = form.rowUpper[1] = 1.2;
     form.rowLower[2] = form.rowUpper[2] = 2.3;
-    const Proof stored = Solve(form);
-    EXPECT_TRUE(stored.proved);
-    EXPECT_EQ(stored.status, ProofStatus::Infeasible);
+    const CertifiedResult stored = Solve(form);
+    EXPECT_TRUE(stored.record.proved);
+    EXPECT_EQ(stored.certificate.status, Status::Infeasible);
     form.numbers = CoefficientMeaning::ShortestDecimal;
-    const Proof written = Solve(form);
-    EXPECT_TRUE(written.proved);
-    ASSERT_EQ(written.status, ProofStatus::Optimal);
-    EXPECT_EQ(ToString(written.objective), "2");
+    const CertifiedResult written = Solve(form);
+    EXPECT_TRUE(written.record.proved);
+    ASSERT_EQ(written.certificate.status, Status::Optimal);
+    EXPECT_EQ(ToString(written.certificate.objective), "2");
 }
 
 TEST(Engine, NumbersOfExtremeSizeAreExact)
 {
-    const Proof proof = Solve(MakeForm({1e300, 1e-300}, {{{1e-308, 1e308}, {1, kInf}}}));
-    ASSERT_EQ(proof.status, ProofStatus::Optimal);
-    EXPECT_TRUE(proof.proved);
-    EXPECT_NEAR(proof.value[1], 1e-308, 1e-320);
+    const CertifiedResult proof = Solve(MakeForm({1e300, 1e-300}, {{{1e-308, 1e308}, {1, kInf}}}));
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_NEAR(proof.record.value[1], 1e-308, 1e-320);
 }
 
 TEST(Engine, AgreesWithEnumerationOnThousandsOfSmallForms)
@@ -232,12 +234,12 @@ TEST(Engine, ProvesSparseFormsWithDecimalsInBothReadings)
              {CoefficientMeaning::StoredDouble, CoefficientMeaning::ShortestDecimal})
         {
             form.numbers = numbers;
-            const Proof proof = Solve(form);
-            ASSERT_TRUE(proof.proved);
-            const Proof cold = CertifiedFrom(form, SlackBasis(form));
-            ASSERT_TRUE(cold.proved);
-            ASSERT_EQ(proof.status, cold.status);
-            ASSERT_EQ(proof.objective, cold.objective);
+            const CertifiedResult proof = Solve(form);
+            ASSERT_TRUE(proof.record.proved);
+            const CertifiedResult cold = CertifiedFrom(form, SlackBasis(form));
+            ASSERT_TRUE(cold.record.proved);
+            ASSERT_EQ(proof.certificate.status, cold.certificate.status);
+            ASSERT_EQ(proof.certificate.objective, cold.certificate.objective);
         }
     }
 }
@@ -246,13 +248,14 @@ TEST(Engine, ASecondRunGivesTheSameBitsAndPivots)
 {
     Random random(7);
     const BoundedForm form = RandomSparseForm(random, 40, 60);
-    const Proof first = Solve(form);
-    const Proof second = Solve(form);
-    EXPECT_EQ(first.doublePivots, second.doublePivots);
-    EXPECT_EQ(first.exactPivots, second.exactPivots);
-    EXPECT_EQ(first.basis, second.basis);
-    EXPECT_EQ(first.value, second.value);
-    EXPECT_EQ(first.reduced, second.reduced);
+    const CertifiedResult first = Solve(form);
+    const CertifiedResult second = Solve(form);
+    EXPECT_EQ(first.record.stages[Stage::Double].pivots,
+              second.record.stages[Stage::Double].pivots);
+    EXPECT_EQ(first.record.stages[Stage::Exact].pivots, second.record.stages[Stage::Exact].pivots);
+    EXPECT_EQ(first.record.basis, second.record.basis);
+    EXPECT_EQ(first.record.value, second.record.value);
+    EXPECT_EQ(first.record.reduced, second.record.reduced);
 }
 
 }  // namespace

@@ -21,14 +21,14 @@ BoundedForm OptimalForm()
 }
 
 /// Three disjoint contradictions, and a certificate that adds them up.
-Proof MixedContradiction(BoundedForm& form)
+CertifiedResult MixedContradiction(BoundedForm& form)
 {
     form = MakeForm({0, 0, 0},
                     {{{1, 0, 0}, {2, kInf}}, {{0, 1, 0}, {3, kInf}}, {{0, 0, 1}, {4, kInf}}},
                     {{0, 1}, {0, 1}, {0, 1}});
-    Proof proof = Certified(form);
-    proof.dual.denominator = 1;
-    proof.dual.numerator = {1, 2, 3};
+    CertifiedResult proof = Certified(form);
+    proof.certificate.dual.denominator = 1;
+    proof.certificate.dual.numerator = {1, 2, 3};
     return proof;
 }
 
@@ -37,25 +37,25 @@ TEST(SolveControl, NoTimeMeansNoClaim)
     SolveLimits limits;
     limits.seconds = 0.0;
     const BoundedForm form = OptimalForm();
-    const Proof proof = Certified(form, nullptr, limits);
-    EXPECT_EQ(proof.status, ProofStatus::Stopped);
-    EXPECT_FALSE(proof.proved);
-    EXPECT_EQ(proof.stopReason, StopReason::TimeLimit);
+    const CertifiedResult proof = Certified(form, nullptr, limits);
+    EXPECT_EQ(proof.certificate.status, Status::Stopped);
+    EXPECT_FALSE(proof.record.proved);
+    EXPECT_EQ(proof.record.stopReason, StopReason::TimeLimit);
     // The slack basis: feasible but for the third row, which wants at least 1 and has 0.
-    EXPECT_EQ(proof.value.size(), 6u);
-    EXPECT_DOUBLE_EQ(proof.primalViolation, 1.0);
-    EXPECT_DOUBLE_EQ(proof.dualViolation, 5.0);
+    EXPECT_EQ(proof.record.value.size(), 6u);
+    EXPECT_DOUBLE_EQ(proof.record.primalViolation, 1.0);
+    EXPECT_DOUBLE_EQ(proof.record.dualViolation, 5.0);
 }
 
 TEST(SolveControl, WithoutDoublePivotsTheExactStageDoesTheWork)
 {
     SolveLimits limits;
     limits.doublePivots = 0;
-    const Proof proof = Certified(OptimalForm(), nullptr, limits);
-    EXPECT_TRUE(proof.proved);
-    EXPECT_EQ(proof.status, ProofStatus::Optimal);
-    EXPECT_EQ(proof.doublePivots, 0u);
-    EXPECT_GT(proof.exactPivots, 0u);
+    const CertifiedResult proof = Certified(OptimalForm(), nullptr, limits);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_EQ(proof.record.stages[Stage::Double].pivots, 0u);
+    EXPECT_GT(proof.record.stages[Stage::Exact].pivots, 0u);
 }
 
 TEST(SolveControl, APivotLimitOnBothStagesStops)
@@ -63,10 +63,10 @@ TEST(SolveControl, APivotLimitOnBothStagesStops)
     SolveLimits limits;
     limits.doublePivots = 0;
     limits.exactPivots = 1;
-    const Proof proof = Certified(OptimalForm(), nullptr, limits);
-    EXPECT_EQ(proof.status, ProofStatus::Stopped);
-    EXPECT_EQ(proof.stopReason, StopReason::PivotLimit);
-    EXPECT_EQ(proof.exactPivots, 1u);
+    const CertifiedResult proof = Certified(OptimalForm(), nullptr, limits);
+    EXPECT_EQ(proof.certificate.status, Status::Stopped);
+    EXPECT_EQ(proof.record.stopReason, StopReason::PivotLimit);
+    EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 1u);
 }
 
 TEST(SolveControl, TheCallerIsAskedBeforeEachPivotAndMayStop)
@@ -79,9 +79,9 @@ TEST(SolveControl, TheCallerIsAskedBeforeEachPivotAndMayStop)
         return ++asked < 3;
     };
     Random random(3);
-    const Proof proof = Certified(RandomSparseForm(random, 20, 30), nullptr, limits);
-    EXPECT_EQ(proof.status, ProofStatus::Stopped);
-    EXPECT_EQ(proof.stopReason, StopReason::Cancelled);
+    const CertifiedResult proof = Certified(RandomSparseForm(random, 20, 30), nullptr, limits);
+    EXPECT_EQ(proof.certificate.status, Status::Stopped);
+    EXPECT_EQ(proof.record.stopReason, StopReason::Cancelled);
     EXPECT_EQ(asked, 3u);
 }
 
@@ -113,10 +113,10 @@ TEST(SolveControl, TheClockRunsOnInTheExactStageAfterThePivotsOfDoublesAreUsedUp
     };
     SolveControl control(limits);
     running = &control;
-    const Proof proof = SolveProved(OptimalForm(), nullptr, control);
-    EXPECT_EQ(proof.status, ProofStatus::Stopped);
-    EXPECT_EQ(proof.stopReason, StopReason::TimeLimit);
-    EXPECT_LE(proof.exactPivots, 2U);
+    const CertifiedResult proof = SolveCertified(OptimalForm(), nullptr, control);
+    EXPECT_EQ(proof.certificate.status, Status::Stopped);
+    EXPECT_EQ(proof.record.stopReason, StopReason::TimeLimit);
+    EXPECT_LE(proof.record.stages[Stage::Exact].pivots, 2U);
 }
 
 TEST(SolveControl, AStopIsFinalInWhicheverStageItComes)
@@ -137,9 +137,9 @@ TEST(SolveControl, AStopIsFinalInWhicheverStageItComes)
                 stopped = progress.stage == stage && ++asked == 2;
                 return !stopped;
             };
-            const Proof proof = Certified(form, nullptr, limits);
-            EXPECT_EQ(proof.status == ProofStatus::Stopped, stopped);
-            EXPECT_EQ(proof.stopReason, stopped ? StopReason::Cancelled : StopReason::None);
+            const CertifiedResult proof = Certified(form, nullptr, limits);
+            EXPECT_EQ(proof.certificate.status == Status::Stopped, stopped);
+            EXPECT_EQ(proof.record.stopReason, stopped ? StopReason::Cancelled : StopReason::None);
         }
 }
 
@@ -166,12 +166,13 @@ TEST(SolveControl, PivotsAreCountedOverTheWholeSolve)
             return true;
         };
         SolveControl control(limits);
-        const Proof proof = SolveProved(form, nullptr, control);
+        const CertifiedResult proof = SolveCertified(form, nullptr, control);
         EXPECT_LE(control.Pivots(Stage::Double), limits.doublePivots);
         EXPECT_LE(control.Pivots(Stage::Exact), limits.exactPivots);
-        proved += proof.proved ? 1 : 0;
-        stopped += proof.proved ? 0 : 1;
-        EXPECT_EQ(proof.stopReason, proof.proved ? StopReason::None : StopReason::PivotLimit);
+        proved += proof.record.proved ? 1 : 0;
+        stopped += proof.record.proved ? 0 : 1;
+        EXPECT_EQ(proof.record.stopReason,
+                  proof.record.proved ? StopReason::None : StopReason::PivotLimit);
     }
     EXPECT_GT(proved, ShareOf(60));
     EXPECT_GT(stopped, ShareOf(60));
@@ -189,14 +190,14 @@ TEST(SolveControl, AnotherProgramThanTheModelsHasNoObjectiveToReport)
         EXPECT_FALSE(progress.feasible && !std::isnan(progress.objective));
         return true;
     };
-    EXPECT_EQ(Certified(form, nullptr, limits).status, ProofStatus::Infeasible);
+    EXPECT_EQ(Certified(form, nullptr, limits).certificate.status, Status::Infeasible);
 }
 
 TEST(SolveControl, EndsTheSearchOfAConflict)
 {
     BoundedForm form;
-    const Proof proof = MixedContradiction(form);
-    ASSERT_EQ(CheckProof(form, proof), "");
+    const CertifiedResult proof = MixedContradiction(form);
+    ASSERT_EQ(CheckCertificate(form, proof.certificate), "");
     EXPECT_TRUE(IisOf(form, proof).minimal);
     SolveLimits cancelled;
     cancelled.keepGoing = [](const Progress&) { return false; };
@@ -207,16 +208,16 @@ TEST(SolveControl, EndsTheSearchOfAConflict)
     noTime.seconds = 0.0;
     for (const SolveLimits& limits : {cancelled, noPivots, noTime})
     {
-        const Iis conflict = IisOf(form, proof, limits);
-        EXPECT_FALSE(conflict.minimal);
-        EXPECT_EQ(conflict.members.size(), 6U) << "what is left still excludes each other";
+        const InfeasibleBounds iis = IisOf(form, proof, limits);
+        EXPECT_FALSE(iis.minimal);
+        EXPECT_EQ(iis.members.size(), 6U) << "what is left still excludes each other";
     }
 }
 
 TEST(SolveControl, EndsRanging)
 {
     const BoundedForm form = OptimalForm();
-    const Proof proof = Certified(form);
+    const CertifiedResult proof = Certified(form);
     SolveLimits limits;
     limits.seconds = 0.0;
     SolveControl late(limits);

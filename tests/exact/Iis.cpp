@@ -17,9 +17,9 @@ namespace
 TEST(Iis, BoundsThatCrossAreAnIisOfTwo)
 {
     const BoundedForm form = MakeForm({0, 0}, {{{1, 1}, {0, 1}}}, {{0, 1}, {3, 2}});
-    const Iis iis = IisOf(form, Certified(form));
+    const InfeasibleBounds iis = IisOf(form, Certified(form));
     EXPECT_TRUE(iis.minimal);
-    EXPECT_EQ(iis.members, (std::vector<IisMember>{{1, false}, {1, true}}));
+    EXPECT_EQ(iis.members, (std::vector<BoundOfVariable>{{1, false}, {1, true}}));
 }
 
 TEST(Iis, NamesTheRowsAndBoundsThatMatter)
@@ -27,9 +27,9 @@ TEST(Iis, NamesTheRowsAndBoundsThatMatter)
     // x + y <= 3 against x >= 2 and y >= 2; the other row has nothing to do with it.
     const BoundedForm form = MakeForm({1, 1, 1}, {{{0, 0, 1}, {1, 5}}, {{1, 1, 0}, {-kInf, 3}}},
                                       {{2, 9}, {2, kInf}, {0, kInf}});
-    const Iis iis = IisOf(form, Certified(form));
+    const InfeasibleBounds iis = IisOf(form, Certified(form));
     EXPECT_TRUE(iis.minimal);
-    EXPECT_EQ(iis.members, (std::vector<IisMember>{{0, false}, {1, false}, {4, true}}));
+    EXPECT_EQ(iis.members, (std::vector<BoundOfVariable>{{0, false}, {1, false}, {4, true}}));
 }
 
 TEST(Iis, IsInfeasibleAndLosesThatWithAnyMember)
@@ -41,16 +41,16 @@ TEST(Iis, IsInfeasibleAndLosesThatWithAnyMember)
         Random random(seed);
         const BoundedForm form =
             RandomSmallForm(random, 3, static_cast<Index>(random.Between(1, 4)));
-        const Proof proof = Certified(form);
-        if (proof.status != ProofStatus::Infeasible)
+        const CertifiedResult proof = Certified(form);
+        if (proof.certificate.status != Status::Infeasible)
             continue;
         ++infeasible;
-        const Iis iis = IisOf(form, proof);
+        const InfeasibleBounds iis = IisOf(form, proof);
         ASSERT_TRUE(iis.minimal);
         ASSERT_EQ(SolveByEnumeration(RestrictedTo(form, iis.members)).verdict, Verdict::Infeasible);
         for (std::size_t left = 0; left < iis.members.size(); ++left)
         {
-            std::vector<IisMember> others = iis.members;
+            std::vector<BoundOfVariable> others = iis.members;
             others.erase(others.begin() + static_cast<std::ptrdiff_t>(left));
             ASSERT_NE(SolveByEnumeration(RestrictedTo(form, others)).verdict, Verdict::Infeasible);
         }
@@ -76,9 +76,9 @@ TEST(Iis, LeavesDefaultBoundsInForceAndNamesNone)
         rows.push_back(row);
     }
     const BoundedForm form = MakeForm(std::vector<double>(kSources * kSinks, 1.0), rows);
-    const Iis iis = IisOf(form, Certified(form));
+    const InfeasibleBounds iis = IisOf(form, Certified(form));
     EXPECT_TRUE(iis.minimal);
-    std::vector<IisMember> expected;
+    std::vector<BoundOfVariable> expected;
     for (Index i = 0; i < kSources; ++i)
         expected.push_back({form.columns + i, true});
     expected.push_back({form.columns + kSources + 7, false});
@@ -88,9 +88,9 @@ TEST(Iis, LeavesDefaultBoundsInForceAndNamesNone)
 TEST(Iis, OfABoundAgainstTheDefaultOneIsThatBound)
 {
     const BoundedForm form = MakeForm({0}, {{{1}, {-kInf, 4}}}, {{0, -1}});
-    const Iis iis = IisOf(form, Certified(form));
+    const InfeasibleBounds iis = IisOf(form, Certified(form));
     EXPECT_TRUE(iis.minimal);
-    EXPECT_EQ(iis.members, (std::vector<IisMember>{{0, true}}));
+    EXPECT_EQ(iis.members, (std::vector<BoundOfVariable>{{0, true}}));
 }
 
 /// Three disjoint contradictions, and a certificate that adds them up: the filter has to part them.
@@ -99,16 +99,16 @@ TEST(Iis, PartsACertificateThatMixesContradictions)
     const BoundedForm form = MakeForm(
         {0, 0, 0}, {{{1, 0, 0}, {2, kInf}}, {{0, 1, 0}, {3, kInf}}, {{0, 0, 1}, {4, kInf}}},
         {{0, 1}, {0, 1}, {0, 1}});
-    Proof proof = Certified(form);
-    proof.dual.denominator = 1;
-    proof.dual.numerator = {1, 2, 3};
-    ASSERT_EQ(CheckProof(form, proof), "");
-    const Iis iis = IisOf(form, proof);
+    CertifiedResult proof = Certified(form);
+    proof.certificate.dual.denominator = 1;
+    proof.certificate.dual.numerator = {1, 2, 3};
+    ASSERT_EQ(CheckCertificate(form, proof.certificate), "");
+    const InfeasibleBounds iis = IisOf(form, proof);
     EXPECT_TRUE(iis.minimal);
     EXPECT_EQ(iis.members.size(), 2u);
     SolveLimits none;
     none.seconds = 0.0;
-    const Iis unfinished = IisOf(form, proof, none);
+    const InfeasibleBounds unfinished = IisOf(form, proof, none);
     EXPECT_FALSE(unfinished.minimal);
     EXPECT_EQ(unfinished.members.size(), 6u);
 }

@@ -15,7 +15,7 @@ namespace nuv::test
 namespace
 {
 
-Proof Solve(const BoundedForm& form)
+CertifiedResult Solve(const BoundedForm& form)
 {
     return Certified(form);
 }
@@ -24,8 +24,8 @@ Proof Solve(const BoundedForm& form)
 bool StaysOptimal(const BoundedForm& form, const Basis& basis)
 {
     SolveControl control;
-    const Proof proof = CertifyBasis(form, basis, control);
-    return proof.proved && proof.status == ProofStatus::Optimal;
+    const CertifiedResult proof = CertifyBasis(form, basis, control);
+    return proof.record.proved && proof.certificate.status == Status::Optimal;
 }
 
 constexpr double kStep = 0x1p-20;
@@ -76,14 +76,14 @@ TEST(Sensitivity, CostRangesEndWhereTheBasisStopsBeingOptimal)
         SCOPED_TRACE(seed);
         Random random(seed);
         const BoundedForm form = RandomSmallForm(random, 3, 4);
-        const Proof proof = Solve(form);
-        if (proof.status != ProofStatus::Optimal)
+        const CertifiedResult proof = Solve(form);
+        if (proof.certificate.status != Status::Optimal)
             continue;
         ++optimal;
         const Sensitivity ranges = RangesOf(form, proof);
         for (Index j = 0; j < form.columns; ++j)
         {
-            CheckRange(form, proof.basis, ranges.cost[j],
+            CheckRange(form, proof.record.basis, ranges.cost[j],
                        [j](BoundedForm& moved, double to) { moved.cost[j] = to; });
         }
         if (HasFailure())
@@ -99,8 +99,8 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
         SCOPED_TRACE(seed);
         Random random(seed);
         const BoundedForm form = RandomSmallForm(random, 3, 4);
-        const Proof proof = Solve(form);
-        if (proof.status != ProofStatus::Optimal)
+        const CertifiedResult proof = Solve(form);
+        if (proof.certificate.status != Status::Optimal)
             continue;
         const Sensitivity ranges = RangesOf(form, proof);
         for (Index i = 0; i < form.rows; ++i)
@@ -108,7 +108,7 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
             const bool equation = form.rowLower[i] == form.rowUpper[i];
             if (std::isfinite(form.rowUpper[i]))
             {
-                CheckRange(form, proof.basis, ranges.rowUpper[i],
+                CheckRange(form, proof.record.basis, ranges.rowUpper[i],
                            [i, equation](BoundedForm& moved, double to)
                            {
                                moved.rowUpper[i] = to;
@@ -118,7 +118,7 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
             }
             if (std::isfinite(form.rowLower[i]) && !equation)
             {
-                CheckRange(form, proof.basis, ranges.rowLower[i],
+                CheckRange(form, proof.record.basis, ranges.rowLower[i],
                            [i](BoundedForm& moved, double to) { moved.rowLower[i] = to; });
             }
         }
@@ -135,8 +135,8 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
         SCOPED_TRACE(seed);
         Random random(seed);
         const BoundedForm form = RandomSmallForm(random, 3, 4);
-        const Proof proof = Solve(form);
-        if (proof.status != ProofStatus::Optimal)
+        const CertifiedResult proof = Solve(form);
+        if (proof.certificate.status != Status::Optimal)
             continue;
         BoundedForm padded = form;
         SparseVectors<double> rows = form.matrix.Rows();
@@ -149,10 +149,10 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
             ++padded.rows;
         }
         padded.matrix = SparseMatrix<double>::FromRows(rows, padded.columns);
-        Basis basis = proof.basis;
+        Basis basis = proof.record.basis;
         basis.rows.resize(padded.rows, BasisStatus::Basic);
-        const Proof same = CertifiedFrom(padded, basis);
-        ASSERT_EQ(same.exactPivots, 0u);
+        const CertifiedResult same = CertifiedFrom(padded, basis);
+        ASSERT_EQ(same.record.stages[Stage::Exact].pivots, 0u);
         const Sensitivity exact = RangesOf(form, proof);
         const Sensitivity doubles = RangesOf(padded, same);
         const auto near = [](double x, double y)

@@ -17,22 +17,23 @@ namespace nuv::test
 namespace
 {
 
-Proof Solve(const BoundedForm& form)
+CertifiedResult Solve(const BoundedForm& form)
 {
     return Certified(form);
 }
 
 /// Cuts a tenth off the room above the lower bound of a basic column, which the basis then
 /// violates.
-BoundedForm Tightened(const BoundedForm& form, const Proof& proof)
+BoundedForm Tightened(const BoundedForm& form, const CertifiedResult& proof)
 {
     BoundedForm tight = form;
     for (Index j = 0; j < form.columns; ++j)
     {
-        const double room = proof.value[j] - form.columnLower[j];
-        if (proof.basis.columns[j] != BasisStatus::Basic || !std::isfinite(room) || room < 1e-3)
+        const double room = proof.record.value[j] - form.columnLower[j];
+        if (proof.record.basis.columns[j] != BasisStatus::Basic || !std::isfinite(room) ||
+            room < 1e-3)
             continue;
-        tight.columnUpper[j] = proof.value[j] - 0.1 * room;
+        tight.columnUpper[j] = proof.record.value[j] - 0.1 * room;
         break;
     }
     return tight;
@@ -46,17 +47,17 @@ TEST(DualSimplex, RepairsBoundsThatWereTightened)
         SCOPED_TRACE(seed);
         Random random(seed);
         const BoundedForm form = RandomSparseForm(random, 12, 18);
-        const Proof loose = Solve(form);
-        if (loose.status != ProofStatus::Optimal)
+        const CertifiedResult loose = Solve(form);
+        if (loose.certificate.status != Status::Optimal)
             continue;
         const BoundedForm tight = Tightened(form, loose);
-        const Proof expected = Solve(tight);
+        const CertifiedResult expected = Solve(tight);
         const ScaledForm scaled(tight);
-        SimplexState state(scaled, loose.basis);
+        SimplexState state(scaled, loose.record.basis);
         SolveControl control;
         DualSimplex dual(state, control);
         const SimplexVerdict verdict = dual.Run();
-        if (expected.status == ProofStatus::Infeasible)
+        if (expected.certificate.status == Status::Infeasible)
         {
             EXPECT_EQ(verdict, SimplexVerdict::Infeasible);
             continue;
@@ -66,8 +67,8 @@ TEST(DualSimplex, RepairsBoundsThatWereTightened)
         double objective = tight.constant;
         for (Index j = 0; j < tight.columns; ++j)
             objective += tight.cost[j] * state.value[j] * scaled.Scale(j);
-        EXPECT_NEAR(objective, expected.objectiveValue,
-                    1e-6 * (1.0 + std::fabs(expected.objectiveValue)));
+        EXPECT_NEAR(objective, expected.record.objectiveValue,
+                    1e-6 * (1.0 + std::fabs(expected.record.objectiveValue)));
     }
     EXPECT_GT(repaired, 10);
 }
@@ -79,12 +80,12 @@ TEST(Refinement, PricesADifferenceBelowTheTolerance)
     Basis start = SlackBasis(form);
     start.columns[0] = BasisStatus::Basic;
     start.rows[0] = BasisStatus::AtUpper;
-    const Proof proof = Certified(form, &start);
-    ASSERT_EQ(proof.status, ProofStatus::Optimal);
-    EXPECT_TRUE(proof.proved);
-    EXPECT_EQ(proof.value[1], 1.0);
-    EXPECT_EQ(proof.doublePivots, 1U);
-    EXPECT_EQ(proof.exactPivots, 0U);
+    const CertifiedResult proof = Certified(form, &start);
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(proof.record.value[1], 1.0);
+    EXPECT_EQ(proof.record.stages[Stage::Double].pivots, 1U);
+    EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
 }
 
 /// x = y + 2^-50 at x = 1: y is above its bound 1 - 2^-49 by less than the tolerance.
@@ -95,12 +96,12 @@ TEST(Refinement, RepairsAViolationBelowTheTolerance)
     Basis start = SlackBasis(form);
     start.columns[1] = BasisStatus::Basic;
     start.rows[0] = BasisStatus::AtLower;
-    const Proof proof = Certified(form, &start);
-    ASSERT_EQ(proof.status, ProofStatus::Optimal);
-    EXPECT_TRUE(proof.proved);
-    EXPECT_EQ(proof.value[2], 0x1p-50);
-    EXPECT_EQ(proof.doublePivots, 1U);
-    EXPECT_EQ(proof.exactPivots, 0U);
+    const CertifiedResult proof = Certified(form, &start);
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(proof.record.value[2], 0x1p-50);
+    EXPECT_EQ(proof.record.stages[Stage::Double].pivots, 1U);
+    EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
 }
 
 /// No variable is violated as doubles see it, so that the elastic form has no column to add.
@@ -108,9 +109,9 @@ TEST(Refinement, FindsAContradictionBelowTheTolerance)
 {
     const BoundedForm form =
         MakeForm({1, 0}, {{{1, 1}, {1 + 0x1p-50, kInf}}, {{1, 1}, {-kInf, 1}}}, {{0, 9}, {0, 9}});
-    const Proof proof = Solve(form);
-    EXPECT_EQ(proof.status, ProofStatus::Infeasible);
-    EXPECT_TRUE(proof.proved);
+    const CertifiedResult proof = Solve(form);
+    EXPECT_EQ(proof.certificate.status, Status::Infeasible);
+    EXPECT_TRUE(proof.record.proved);
 }
 
 TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
@@ -120,14 +121,14 @@ TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
     const AuxiliaryForm elastic = ElasticForm(form, SlackBasis(form));
     ASSERT_EQ(elastic.form.Defect(), "");
     ASSERT_EQ(elastic.form.columns, 4U);
-    const Proof start = CertifiedFrom(elastic.form, elastic.start);
-    ASSERT_EQ(start.status, ProofStatus::Optimal);
+    const CertifiedResult start = CertifiedFrom(elastic.form, elastic.start);
+    ASSERT_EQ(start.certificate.status, Status::Optimal);
     // x = 2 and y = 3 miss the first row by one.
-    EXPECT_EQ(start.objective, 1);
-    Proof farkas;
-    farkas.status = ProofStatus::Infeasible;
-    farkas.dual = start.dual;
-    EXPECT_EQ(CheckProof(form, farkas), "");
+    EXPECT_EQ(start.certificate.objective, 1);
+    CertifiedResult farkas;
+    farkas.certificate.status = Status::Infeasible;
+    farkas.certificate.dual = start.certificate.dual;
+    EXPECT_EQ(CheckCertificate(form, farkas.certificate), "");
 }
 
 TEST(Auxiliary, RaysAreBoundedDirections)
@@ -135,9 +136,9 @@ TEST(Auxiliary, RaysAreBoundedDirections)
     const BoundedForm form = MakeForm({1, -2}, {{{1, -1}, {-kInf, 3}}});
     const AuxiliaryForm rays = RayForm(form, SlackBasis(form));
     ASSERT_EQ(rays.form.Defect(), "");
-    const Proof ray = CertifiedFrom(rays.form, rays.start);
-    ASSERT_EQ(ray.status, ProofStatus::Optimal);
-    EXPECT_EQ(ray.objective, -2);
+    const CertifiedResult ray = CertifiedFrom(rays.form, rays.start);
+    ASSERT_EQ(ray.certificate.status, Status::Optimal);
+    EXPECT_EQ(ray.certificate.objective, -2);
 }
 
 }  // namespace

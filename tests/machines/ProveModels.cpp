@@ -1,5 +1,6 @@
-// A program for any machine: reads models as text, solves them and expects each verdict to be proved, the
-// optimum as the fraction that it is. It rests on the model layer and the standard library alone.
+// A program for any machine: reads models as text, solves them and expects each verdict to be
+// proved, the optimum as the fraction that it is. It rests on the model layer and the standard
+// library alone.
 #include "Nuv/Io/Lp/LpReader.hpp"
 #include "Nuv/Solve/Solution.hpp"
 
@@ -13,7 +14,7 @@ struct Known
 {
     std::string_view name;
     std::string_view text;
-    nuv::SolveStatus status;
+    nuv::Status status;
     std::string_view optimum;
 };
 
@@ -21,21 +22,20 @@ constexpr Known kModels[] = {
     {"factory",
      "Maximize\n profit: 30 chairs + 70 tables\nSubject To\n"
      " wood: 2 chairs + 5 tables <= 300\n labour: 4 chairs + 3 tables <= 240\nEnd\n",
-     nuv::SolveStatus::Optimal, "29700/7"},
+     nuv::Status::Optimal, "29700/7"},
     {"blending",
      "Minimize\n price: 310 a + 275 b + 360 c + 240 d + 295 e\nSubject To\n"
      " tonne: a + b + c + d + e = 1\n lead: 20 <= 10 a + 10 b + 40 c + 60 d + 30 e <= 30\n"
      " zinc: 10 a + 30 b + 50 c + 30 d + 30 e = 30\nBounds\n b <= 0.25\n d <= 0.5\nEnd\n",
-     nuv::SolveStatus::Optimal, "1685/6"},
+     nuv::Status::Optimal, "1685/6"},
     {"beyond doubles",
      "Maximize\n sum: x + y + z\nSubject To\n a: 9007199254740991 x + y <= 3\n"
      " b: x + 9007199254740991 y <= 5\n c: 3 z - x <= 1\nEnd\n",
-     nuv::SolveStatus::Optimal,
-     "10141204801825863359471296708601/30423614405477498880521435873280"},
+     nuv::Status::Optimal, "10141204801825863359471296708601/30423614405477498880521435873280"},
     {"contradiction", "Minimize\n x\nSubject To\n a: x + y <= 1\n b: x + y >= 2\nEnd\n",
-     nuv::SolveStatus::Infeasible, ""},
+     nuv::Status::Infeasible, ""},
     {"ray", "Maximize\n x + y\nSubject To\n a: x - y <= 1\n b: y - x <= 1\nEnd\n",
-     nuv::SolveStatus::Unbounded, ""},
+     nuv::Status::Unbounded, ""},
 };
 
 bool IsAsKnown(const Known& known)

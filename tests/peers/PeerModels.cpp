@@ -139,23 +139,36 @@ std::string JsonArray(std::span<const double> numbers)
     return text + "]";
 }
 
+/// By the form's variables: columns, then rows.
+double ValueOf(const Solution& solution, Index variable)
+{
+    const auto columns = static_cast<Index>(solution.values.size());
+    return variable < columns ? solution.values[variable] : solution.activities[variable - columns];
+}
+double ReducedOf(const Solution& solution, Index variable)
+{
+    const auto columns = static_cast<Index>(solution.values.size());
+    return variable < columns ? solution.reducedCosts[variable]
+                              : solution.duals[variable - columns];
+}
+
 /// Whether no basic variable is at a bound: then the duals are the only ones.
-bool HasOneDual(const BoundedForm& form, const Proof& proof)
+bool HasOneDual(const BoundedForm& form, const Solution& solution)
 {
     for (Index v = 0; v < form.Variables(); ++v)
-        if (proof.basis[v] == BasisStatus::Basic &&
-            (proof.value[v] == form.Lower(v) || proof.value[v] == form.Upper(v)))
+        if (solution.basis[v] == BasisStatus::Basic &&
+            (ValueOf(solution, v) == form.Lower(v) || ValueOf(solution, v) == form.Upper(v)))
             return false;
     return true;
 }
 
 /// Whether no price of a variable that could leave its bound is zero: then the values are the only
 /// ones.
-bool HasOnePoint(const BoundedForm& form, const Proof& proof)
+bool HasOnePoint(const BoundedForm& form, const Solution& solution)
 {
     for (Index v = 0; v < form.Variables(); ++v)
-        if (proof.basis[v] != BasisStatus::Basic && form.Lower(v) != form.Upper(v) &&
-            proof.reduced[v] == 0.0)
+        if (solution.basis[v] != BasisStatus::Basic && form.Lower(v) != form.Upper(v) &&
+            ReducedOf(solution, v) == 0.0)
             return false;
     return true;
 }
@@ -190,7 +203,7 @@ std::string JsonAnswer(const Model& model, const Solution& solution)
 {
     std::string text = R"("status":)" + JsonString(WordOf(solution.status));
     text.append(solution.proved ? R"(,"proved":true)" : R"(,"proved":false)");
-    if (solution.status != SolveStatus::Optimal)
+    if (solution.status != Status::Optimal)
         return text;
     const BoundedForm form = FormOf(model);
     text.append(R"(,"objective":)").append(JsonNumber(solution.objective));
@@ -198,8 +211,8 @@ std::string JsonAnswer(const Model& model, const Solution& solution)
     text.append(R"(,"duals":)").append(JsonArray(solution.duals));
     text.append(R"(,"reduced_costs":)").append(JsonArray(solution.reducedCosts));
     text.append(R"(,"one_point":)");
-    text.append(HasOnePoint(form, solution.proof) ? "true" : "false");
-    text.append(R"(,"one_dual":)").append(HasOneDual(form, solution.proof) ? "true" : "false");
+    text.append(HasOnePoint(form, solution) ? "true" : "false");
+    text.append(R"(,"one_dual":)").append(HasOneDual(form, solution) ? "true" : "false");
     return text;
 }
 

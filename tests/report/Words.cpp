@@ -15,8 +15,7 @@ class EnumWords : public testing::Test
 {
 };
 
-using Enums = testing::Types<SolveStatus, BasisStatus, FloatOutcome, ClaimedStatus, ProofStatus,
-                             Judgement, Evidence>;
+using Enums = testing::Types<Status, BasisStatus, FloatOutcome, ClaimedStatus, Judgement, Evidence>;
 TYPED_TEST_SUITE(EnumWords, Enums);
 
 TYPED_TEST(EnumWords, LeadFromEachValueToAWordAndBack)

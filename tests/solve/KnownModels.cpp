@@ -37,7 +37,7 @@ void ExpectKnownAnswer(const KnownModel& known)
     const Solution solution = SolveAsWritten(known);
     EXPECT_EQ(solution.status, known.status);
     EXPECT_TRUE(solution.proved);
-    if (known.status != SolveStatus::Optimal)
+    if (known.status != Status::Optimal)
         return;
     const std::optional<Rational> optimum = ParseRational(solution.exactObjective);
     ASSERT_TRUE(optimum.has_value());

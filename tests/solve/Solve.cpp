@@ -24,7 +24,7 @@ TEST(Solve, ReadsLikeMathematics)
     const nuv::Row labour = factory.Add("labour", 4 * chairs + 3 * tables <= 240);
     factory.Maximize(30 * chairs + 70 * tables);
     const nuv::Solution plan = factory.Solve();
-    ASSERT_EQ(plan.status, nuv::SolveStatus::Optimal);
+    ASSERT_EQ(plan.status, nuv::Status::Optimal);
     EXPECT_TRUE(plan.proved);
     EXPECT_EQ(plan.exactObjective, "3700");
     EXPECT_EQ(plan.objective, 3700.0);
@@ -53,7 +53,7 @@ double OptimumFor(double rhs, bool maximise)
         model.Minimize(3 * x + 4 * y);
     }
     const nuv::Solution solution = model.Solve();
-    EXPECT_EQ(solution.status, nuv::SolveStatus::Optimal);
+    EXPECT_EQ(solution.status, nuv::Status::Optimal);
     EXPECT_EQ(solution.duals.size(), 1U);
     EXPECT_EQ(solution.duals[0], maximise ? 3.0 : 2.0);
     return solution.objective;
@@ -74,7 +74,7 @@ TEST(Solve, MinimisesWithEquationsRangesAndFreeVariables)
     model.Add("band", nuv::Range(-2, x - y, 6));
     model.Minimize(x + 3 * y + 10);
     const nuv::Solution solution = model.Solve();
-    ASSERT_EQ(solution.status, nuv::SolveStatus::Optimal);
+    ASSERT_EQ(solution.status, nuv::Status::Optimal);
     EXPECT_TRUE(solution.proved);
     EXPECT_EQ(solution.exactObjective, "6");
     EXPECT_EQ(solution.values, (std::vector<double>{3.5, -2.5}));
@@ -87,7 +87,7 @@ TEST(Solve, ProvesInfeasibilityByMultipliers)
     model.Add(x >= 2);
     model.Add(x <= 1);
     const nuv::Solution solution = model.Solve();
-    ASSERT_EQ(solution.status, nuv::SolveStatus::Infeasible);
+    ASSERT_EQ(solution.status, nuv::Status::Infeasible);
     EXPECT_TRUE(solution.proved);
     ASSERT_EQ(solution.farkas.size(), 2U);
     EXPECT_GT(solution.farkas[0], 0.0);
@@ -102,7 +102,7 @@ TEST(Solve, ProvesUnboundednessByARay)
     model.Add(x - y <= 1);
     model.Maximize(x + y);
     const nuv::Solution solution = model.Solve();
-    ASSERT_EQ(solution.status, nuv::SolveStatus::Unbounded);
+    ASSERT_EQ(solution.status, nuv::Status::Unbounded);
     EXPECT_TRUE(solution.proved);
     ASSERT_EQ(solution.ray.size(), 2U);
     EXPECT_GT(solution.ray[0] + solution.ray[1], 0.0);
@@ -114,21 +114,21 @@ TEST(Solve, ContradictoryBoundsAreAVerdict)
     nuv::Model model;
     model.AddVariable("x", {3.0, 2.0});
     const nuv::Solution solution = model.Solve();
-    EXPECT_EQ(solution.status, nuv::SolveStatus::Infeasible);
+    EXPECT_EQ(solution.status, nuv::Status::Infeasible);
     EXPECT_TRUE(solution.proved);
 }
 
 TEST(Solve, AModelWithoutRowsOrVariablesHasAnAnswer)
 {
     nuv::Model empty;
-    EXPECT_EQ(empty.Solve().status, nuv::SolveStatus::Optimal);
+    EXPECT_EQ(empty.Solve().status, nuv::Status::Optimal);
     nuv::Model noRows;
     const nuv::Variable x = noRows.AddVariable("x", {0, 7});
     noRows.Maximize(2 * x + 1);
     EXPECT_EQ(noRows.Solve().exactObjective, "15");
     nuv::Model noVariables;
     noVariables.Add(nuv::Expression(0) <= 5);
-    EXPECT_EQ(noVariables.Solve().status, nuv::SolveStatus::Optimal);
+    EXPECT_EQ(noVariables.Solve().status, nuv::Status::Optimal);
 }
 
 TEST(Solve, NumbersBeyondBinary32AreSolvedExactlyInstead)
@@ -140,7 +140,7 @@ TEST(Solve, NumbersBeyondBinary32AreSolvedExactlyInstead)
     model.Maximize(x);
     const nuv::Solution solution = model.Solve();
     EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::OutOfRange);
-    ASSERT_EQ(solution.status, nuv::SolveStatus::Optimal);
+    ASSERT_EQ(solution.status, nuv::Status::Optimal);
     EXPECT_EQ(solution.objective, 5.0);
 }
 
@@ -150,7 +150,7 @@ TEST(Solve, AFaultyModelIsNotTried)
     model.AddVariable("x");
     model.AddVariable("x");
     const nuv::Solution solution = model.Solve();
-    EXPECT_EQ(solution.status, nuv::SolveStatus::Invalid);
+    EXPECT_EQ(solution.status, nuv::Status::Invalid);
     EXPECT_FALSE(solution.failure.text.empty());
 }
 
@@ -162,7 +162,7 @@ TEST(Solve, ANumberThatIsNoneIsAnErrorWithTheNameOfWhatHasIt)
     nuv::ModelBuilder builder(model);
     builder.SetRowBounds(0, {0.0, std::nan("")});
     const nuv::Solution solution = builder.Take().Solve();
-    EXPECT_EQ(solution.status, nuv::SolveStatus::Invalid);
+    EXPECT_EQ(solution.status, nuv::Status::Invalid);
     EXPECT_EQ(solution.failure.code, "model.not-a-number");
     EXPECT_EQ(solution.failure.text, "a bound of row 'limit' is not a number");
 }
@@ -199,8 +199,8 @@ TEST(Solve, StopsWhenToldToInSinglePrecision)
         };
         const nuv::Solution solution = model.Solve(options);
         EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::Stopped);
-        EXPECT_EQ(solution.status, nuv::SolveStatus::Stopped);
-        EXPECT_EQ(solution.proof.stopReason, nuv::StopReason::Cancelled);
+        EXPECT_EQ(solution.status, nuv::Status::Stopped);
+        EXPECT_EQ(solution.stopReason, nuv::StopReason::Cancelled);
         EXPECT_EQ(asked, 1) << "a stop is final";
     }
 }
@@ -221,8 +221,8 @@ TEST(Solve, StopsWhenToldToInAnyLaterStage)
                 return progress.stage != stage;
             };
             const nuv::Solution solution = model.Solve(options);
-            EXPECT_EQ(solution.status, nuv::SolveStatus::Stopped);
-            EXPECT_EQ(solution.proof.stopReason, nuv::StopReason::Cancelled);
+            EXPECT_EQ(solution.status, nuv::Status::Stopped);
+            EXPECT_EQ(solution.stopReason, nuv::StopReason::Cancelled);
             EXPECT_EQ(asked, 1) << "a stop is final";
         }
 }
@@ -243,8 +243,8 @@ TEST(Solve, APivotLimitOfEveryStageIsOneForTheWholeSolve)
             };
             const nuv::Solution solution = model.Solve(options);
             EXPECT_LE(solution.floatStage.pivots, most);
-            EXPECT_LE(solution.proof.doublePivots, most);
-            EXPECT_LE(solution.proof.exactPivots, most);
+            EXPECT_LE(solution.stages[nuv::Stage::Double].pivots, most);
+            EXPECT_LE(solution.stages[nuv::Stage::Exact].pivots, most);
         }
 }
 
@@ -257,13 +257,13 @@ TEST(Solve, TakesNumbersForTheDecimalsThatTheyLookLike)
     model.Add(a + b + c == 1);
     model.Minimize(a + 0.1 * c);
     const nuv::Solution written = model.Solve();
-    EXPECT_EQ(written.status, nuv::SolveStatus::Optimal);
+    EXPECT_EQ(written.status, nuv::Status::Optimal);
     EXPECT_EQ(written.numbers, nuv::CoefficientMeaning::ShortestDecimal);
     EXPECT_EQ(written.exactObjective, "71/100");
     nuv::SolveOptions options;
     options.numbers = nuv::CoefficientMeaning::StoredDouble;
     const nuv::Solution stored = model.Solve(options);
-    EXPECT_EQ(stored.status, nuv::SolveStatus::Infeasible);
+    EXPECT_EQ(stored.status, nuv::Status::Infeasible);
     EXPECT_EQ(stored.numbers, nuv::CoefficientMeaning::StoredDouble);
     EXPECT_TRUE(stored.proved);
 }
@@ -302,9 +302,11 @@ TEST(Solve, ColumnsOfNoRowCostNoPivots)
         objective += model.AddVariable("x" + std::to_string(j));
     model.Maximize(objective);
     const nuv::Solution solution = model.Solve();
-    EXPECT_EQ(solution.status, nuv::SolveStatus::Unbounded);
+    EXPECT_EQ(solution.status, nuv::Status::Unbounded);
     EXPECT_TRUE(solution.proved);
-    EXPECT_LT(solution.proof.doublePivots + solution.proof.exactPivots, 100U);
+    EXPECT_LT(solution.stages[nuv::Stage::Double].pivots +
+                  solution.stages[nuv::Stage::Exact].pivots,
+              100U);
 }
 
 }  // namespace

@@ -133,7 +133,7 @@ std::vector<KnownModel> KnownNetlibModels(const std::string& folder)
             continue;
         // The last digit is off by one at most.
         const bool isExact = !fields[Exact].empty();
-        KnownModel model{fields[Name], folder + "/" + fields[File], SolveStatus::Optimal,
+        KnownModel model{fields[Name], folder + "/" + fields[File], Status::Optimal,
                          ParseRational(isExact ? fields[Exact] : fields[Rounded]).value(),
                          PowerOfTen(isExact ? -31 : -10)};
         model.optimum += ParseRational(fields[Constant]).value();
@@ -151,7 +151,7 @@ std::vector<KnownModel> KnownInfeasibleModels(const std::string& folder)
 {
     std::vector<KnownModel> models;
     for (const std::filesystem::path& path : FilesIn(folder, ".mps"))
-        models.push_back({StemOf(path), path.string(), SolveStatus::Infeasible, 0, 0});
+        models.push_back({StemOf(path), path.string(), Status::Infeasible, 0, 0});
     return models;
 }
 
@@ -161,11 +161,11 @@ std::vector<KnownModel> KnownTextbookModels(const std::string& folder)
     for (const std::filesystem::path& path : FilesIn(folder, ".lp"))
     {
         const std::string answer = PublishedAnswer(path);
-        KnownModel model{StemOf(path), path.string(), SolveStatus::Optimal, 0, 0};
+        KnownModel model{StemOf(path), path.string(), Status::Optimal, 0, 0};
         if (answer == "unbounded")
-            model.status = SolveStatus::Unbounded;
+            model.status = Status::Unbounded;
         else if (answer == "infeasible")
-            model.status = SolveStatus::Infeasible;
+            model.status = Status::Infeasible;
         else
             model.optimum = ParseRational(answer).value();
         models.push_back(std::move(model));

@@ -17,7 +17,7 @@ struct KnownModel
 {
     std::string name;  ///< the file's, without its ending
     std::string path;
-    SolveStatus status = SolveStatus::Optimal;
+    Status status = Status::Optimal;
     Rational optimum = 0;  ///< Optimal: with the objective's constant
     /// How far the optimum that was published may be from the true one, being rounded; relative.
     Rational error = 0;

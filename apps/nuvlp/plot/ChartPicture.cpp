@@ -57,7 +57,7 @@ std::vector<double> ObjectivesOf(const Solution& solution)
     std::vector<double> objectives;
     for (const PathStep& step : solution.path)
         objectives.push_back(step.objective);
-    if (solution.status == SolveStatus::Optimal)
+    if (solution.status == Status::Optimal)
         objectives.push_back(solution.objective);
     return objectives;
 }
@@ -148,7 +148,7 @@ std::string DrawCharts(const Model& model, const Solution& solution)
 {
     std::vector<Bar> slacks;
     std::vector<Bar> duals;
-    if (solution.status == SolveStatus::Optimal)
+    if (solution.status == Status::Optimal)
     {
         slacks = ChooseBars(
             model, [&](std::uint32_t i) { return SlackOf(model, solution, i); },

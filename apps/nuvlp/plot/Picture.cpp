@@ -11,15 +11,15 @@ std::string Headline(const Solution& solution)
     const std::string proof = solution.proved ? ", proved" : ", not proved";
     switch (solution.status)
     {
-    case SolveStatus::Optimal:
+    case Status::Optimal:
         return "optimal: " + ShortNumber(solution.objective) + proof;
-    case SolveStatus::Infeasible:
+    case Status::Infeasible:
         return "infeasible" + proof;
-    case SolveStatus::Unbounded:
+    case Status::Unbounded:
         return "unbounded" + proof;
-    case SolveStatus::Stopped:
+    case Status::Stopped:
         return "stopped before a verdict";
-    case SolveStatus::Invalid:
+    case Status::Invalid:
         break;
     }
     return "not a valid model";

@@ -368,13 +368,13 @@ std::string DrawPlane(const Model& model, const Solution& solution)
             svg.Line(plane.name.empty() ? "bound" : "line", lines.back().from, lines.back().to);
         }
     Labels labels(lines);
-    if (solution.status == SolveStatus::Optimal)
+    if (solution.status == Status::Optimal)
         DrawObjective(svg, window, model, {solution.values[0], solution.values[1]});
     DrawPath(svg, window, solution, labels);
     for (std::size_t k = 0; k < lines.size(); ++k)
         if (!names[k].empty())
             labels.Place(svg, "name", names[k], lines[k]);
-    if (solution.status == SolveStatus::Optimal)
+    if (solution.status == Status::Optimal)
         svg.Circle("best", window.OnPage({solution.values[0], solution.values[1]}), 6.0);
     return svg.Finish();
 }

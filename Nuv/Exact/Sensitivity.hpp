@@ -1,0 +1,25 @@
+/// How far the numbers of a model may move, one at a time.
+#pragma once
+
+#include <limits>
+#include <vector>
+
+namespace nuv
+{
+
+struct AllowedRange
+{
+    double lower = -std::numeric_limits<double>::infinity();
+    double upper = std::numeric_limits<double>::infinity();
+    bool operator==(const AllowedRange&) const = default;
+};
+
+struct Sensitivity
+{
+    std::vector<AllowedRange> cost;      ///< by column: of its cost
+    std::vector<AllowedRange> rowLower;  ///< by row: of its lower side
+    /// By row: of its upper side. The sides of an equation move together.
+    std::vector<AllowedRange> rowUpper;
+};
+
+}  // namespace nuv

@@ -1,0 +1,36 @@
+/// What each stage of a solve did.
+#pragma once
+
+#include "Nuv/SparseSimplex/SolveControl.hpp"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace nuv
+{
+
+struct StageRecord
+{
+    bool ran = false;
+    std::uint64_t pivots = 0;  ///< wherever they were made, in auxiliary programs too
+    double seconds = 0.0;
+};
+
+class StageRecords
+{
+public:
+    [[nodiscard]] StageRecord& operator[](Stage stage) noexcept
+    {
+        return m_records[static_cast<std::size_t>(stage)];
+    }
+    [[nodiscard]] const StageRecord& operator[](Stage stage) const noexcept
+    {
+        return m_records[static_cast<std::size_t>(stage)];
+    }
+
+private:
+    std::array<StageRecord, kStages> m_records;
+};
+
+}  // namespace nuv

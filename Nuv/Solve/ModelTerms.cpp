@@ -1,0 +1,93 @@
+#include "Nuv/Solve/ModelTerms.hpp"
+
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+std::vector<double> Approximations(const ExactVector& vector)
+{
+    std::vector<double> result;
+    for (Index k = 0; k < vector.numerator.size(); ++k)
+        result.push_back(vector.Approximately(k));
+    return result;
+}
+
+/// A point with its prices: of an optimum, or of the basis at which the solve was stopped.
+void SayPoint(const BoundedForm& form, double sign, const SolveRecord& record, Solution& solution)
+{
+    solution.objective = sign * record.objectiveValue + 0.0;
+    solution.primalViolation = record.primalViolation;
+    solution.dualViolation = record.dualViolation;
+    const auto columns = static_cast<std::ptrdiff_t>(form.columns);
+    solution.values.assign(record.value.begin(), record.value.begin() + columns);
+    solution.activities.assign(record.value.begin() + columns, record.value.end());
+    solution.slacks = SlacksOf(form, solution.activities);
+    for (Index v = 0; v < form.Variables(); ++v)
+        (v < form.columns ? solution.reducedCosts : solution.duals)
+            .push_back(sign * record.reduced[v] + 0.0);
+}
+
+}  // namespace
+
+void SayOfModel(const BoundedForm& form, double sign, const CertifiedResult& result,
+                Solution& solution)
+{
+    const Certificate& certificate = result.certificate;
+    const SolveRecord& record = result.record;
+    solution.status = certificate.status;
+    solution.proved = record.proved;
+    solution.stopReason = record.stopReason;
+    if (certificate.status == Status::Invalid)
+        solution.failure = {"model.defect", record.defect, "", "", 0, 0};
+    if (certificate.status == Status::Unbounded)
+        solution.ray = Approximations(certificate.ray);
+    if (certificate.status == Status::Infeasible)
+        solution.farkas = Approximations(certificate.dual);
+    const bool hasPoint =
+        certificate.status == Status::Optimal || certificate.status == Status::Stopped;
+    if (hasPoint && record.value.size() == form.Variables())
+        SayPoint(form, sign, record, solution);
+    if (certificate.status == Status::Optimal)
+        solution.exactObjective =
+            ToString(sign < 0.0 ? Rational(-certificate.objective) : certificate.objective);
+    for (const Stage stage : {Stage::Double, Stage::Exact})
+        solution.stages[stage] = record.stages[stage];
+    solution.checkSeconds = record.checkSeconds;
+    solution.basis = record.basis;
+}
+
+std::vector<double> SlacksOf(const BoundedForm& form, const std::vector<double>& activities)
+{
+    std::vector<double> slacks;
+    for (Index i = 0; i < form.rows; ++i)
+        slacks.push_back(
+            std::fmin(form.rowUpper[i] - activities[i], activities[i] - form.rowLower[i]) + 0.0);
+    return slacks;
+}
+
+Sensitivity InSense(Sensitivity sensitivity, double sign)
+{
+    if (sign < 0.0)
+        for (AllowedRange& range : sensitivity.cost)
+            range = {-range.upper, -range.lower};
+    return sensitivity;
+}
+
+Iis ByHandle(const Model& model, const InfeasibleBounds& bounds)
+{
+    Iis iis{{}, bounds.minimal};
+    for (const BoundOfVariable& member : bounds.members)
+    {
+        const Index columns = model.VariableCount();
+        if (member.variable < columns)
+            iis.members.push_back({model.VariableAt(member.variable), member.upper});
+        else
+            iis.members.push_back({model.RowAt(member.variable - columns), member.upper});
+    }
+    return iis;
+}
+
+}  // namespace nuv
