@@ -34,15 +34,15 @@ void TurnIntoDirections(std::vector<double>& lower, std::vector<double>& upper, 
 
 }  // namespace
 
-AuxiliaryForm ElasticForm(const BoundedForm& form, const Basis& basis)
+AuxiliaryForm ElasticForm(ScalableForm& original, const Basis& basis)
 {
+    const BoundedForm& form = original.Form();
     AuxiliaryForm result{form, basis};
     BoundedForm& elastic = result.form;
     elastic.constant = 0.0;
     std::fill(elastic.cost.begin(), elastic.cost.end(), 0.0);
 
-    const ScaledForm scaled(form);
-    SimplexState state(scaled, basis);
+    SimplexState state(original.Scaled(), basis);
     state.Refactorise();
     result.start = state.ExportBasis();
     SparseVectors<double> columns = form.matrix.Columns();

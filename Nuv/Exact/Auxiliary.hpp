@@ -4,6 +4,7 @@
 
 #include "Nuv/SparseSimplex/Basis.hpp"
 #include "Nuv/SparseSimplex/BoundedForm.hpp"
+#include "Nuv/SparseSimplex/ScaledForm.hpp"
 
 namespace nuv
 {
@@ -18,7 +19,7 @@ struct AuxiliaryForm
 /// which the variable may violate it at a cost of one. The basis is made feasible by these columns.
 /// If the optimum is positive its duals are Farkas multipliers of the original, otherwise its
 /// columns hold a feasible point.
-[[nodiscard]] AuxiliaryForm ElasticForm(const BoundedForm& form, const Basis& basis);
+[[nodiscard]] AuxiliaryForm ElasticForm(ScalableForm& original, const Basis& basis);
 
 /// The directions that never leave the bounds of the original, columns within [-1, 1]. If the
 /// optimum is negative its columns are a direction that improves for ever, otherwise there is none.

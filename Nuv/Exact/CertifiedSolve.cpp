@@ -15,9 +15,10 @@ namespace
 {
 
 /// What a basis is worth in doubles, for an outcome that is not proved.
-void EvaluateInDoubles(const BoundedForm& form, SolveRecord& record)
+void EvaluateInDoubles(ScalableForm& scalable, SolveRecord& record)
 {
-    const ScaledForm scaled(form);
+    const BoundedForm& form = scalable.Form();
+    const ScaledForm& scaled = scalable.Scaled();
     SimplexState state(scaled, record.basis);
     state.Refactorise();
     std::vector<double> basicCost(form.rows);
@@ -47,7 +48,7 @@ void EvaluateInDoubles(const BoundedForm& form, SolveRecord& record)
 constexpr int kRefinements = 20;
 
 /// The exact stage from the basis of the record. @return what it suspects if it gave up.
-SimplexVerdict RunExact(const BoundedForm& form, int rounds, SolveControl& control,
+SimplexVerdict RunExact(ScalableForm& form, int rounds, SolveControl& control,
                         CertifiedResult& result)
 {
     ExactSimplex exact(form, Basis(result.record.basis), rounds, control);
@@ -55,14 +56,31 @@ SimplexVerdict RunExact(const BoundedForm& form, int rounds, SolveControl& contr
 }
 
 /// Optimises an auxiliary form from its start, in doubles and then exactly.
-CertifiedResult Optimise(const AuxiliaryForm& auxiliary, SolveControl& control)
+CertifiedResult Optimise(ScalableForm& auxiliary, const Basis& start, SolveControl& control)
 {
     const SolveControl::Aside aside(control);
     CertifiedResult result;
-    DoubleResult doubles = SolveInDoubles(auxiliary.form, auxiliary.start, control);
+    DoubleResult doubles = SolveInDoubles(auxiliary, start, control);
     result.record.basis = std::move(doubles.basis);
-    (void)RunExact(auxiliary.form, kRefinements, control, result);
+    (void)RunExact(auxiliary, kRefinements, control, result);
     return result;
+}
+
+CertifiedResult OptimiseElastic(ScalableForm& form, const Basis& basis, SolveControl& control)
+{
+    const AuxiliaryForm elastic = ElasticForm(form, basis);
+    ScalableForm auxiliary(elastic.form);
+    return Optimise(auxiliary, elastic.start, control);
+}
+
+/// The matrix and the cost are the original's, so their scales are too.
+CertifiedResult OptimiseRay(ScalableForm& form, const Basis& basis, SolveControl& control)
+{
+    const AuxiliaryForm ray = RayForm(form.Form(), basis);
+    ScaledForm scaled = form.Scaled();
+    scaled.SetBounds(ray.form);
+    ScalableForm auxiliary(ray.form, std::move(scaled));
+    return Optimise(auxiliary, ray.start, control);
 }
 
 /// Takes the numbers of the original's columns and rows out of those of an auxiliary form, whose
@@ -76,10 +94,11 @@ std::vector<double> CutColumns(const BoundedForm& form, std::vector<double> byVa
 
 /// @return whether the form is proved infeasible. If it is feasible after all, that of the record
 /// is a basis near a feasible one, and `point` the point found.
-bool ProveInfeasible(const BoundedForm& form, SolveControl& control, CertifiedResult& result,
+bool ProveInfeasible(ScalableForm& scalable, SolveControl& control, CertifiedResult& result,
                      ExactVector& point)
 {
-    CertifiedResult elastic = Optimise(ElasticForm(form, result.record.basis), control);
+    const BoundedForm& form = scalable.Form();
+    CertifiedResult elastic = OptimiseElastic(scalable, result.record.basis, control);
     // What has no point even so has none without the added columns.
     const bool isEmpty = elastic.certificate.status == Status::Infeasible;
     if (!isEmpty && elastic.certificate.status != Status::Optimal)
@@ -103,9 +122,9 @@ bool ProveInfeasible(const BoundedForm& form, SolveControl& control, CertifiedRe
 /// A point and a direction from it, each found by itself.
 /// @return whether there is a verdict: that the form is unbounded or, for want of a point,
 /// infeasible.
-bool ProveUnbounded(const BoundedForm& form, SolveControl& control, CertifiedResult& result)
+bool ProveUnbounded(ScalableForm& form, SolveControl& control, CertifiedResult& result)
 {
-    CertifiedResult ray = Optimise(RayForm(form, result.record.basis), control);
+    CertifiedResult ray = OptimiseRay(form, result.record.basis, control);
     if (ray.certificate.status != Status::Optimal || ray.certificate.objective >= 0)
         return false;
     if (ProveInfeasible(form, control, result, result.certificate.primal))
@@ -118,7 +137,7 @@ bool ProveUnbounded(const BoundedForm& form, SolveControl& control, CertifiedRes
 }
 
 /// Takes the guess of the stage before for what it is, and follows it until something is proved.
-void ResolveVerdict(const BoundedForm& form, SimplexVerdict guess, int refinements,
+void ResolveVerdict(ScalableForm& form, SimplexVerdict guess, int refinements,
                     SolveControl& control, CertifiedResult& result)
 {
     constexpr int kGuesses = 3;
@@ -138,14 +157,14 @@ void ResolveVerdict(const BoundedForm& form, SimplexVerdict guess, int refinemen
 }
 
 /// Checks what the exact stage claims, and says what is left to say if it claims nothing.
-void Finish(const BoundedForm& form, double begin, SolveControl& control, CertifiedResult& result)
+void Finish(ScalableForm& form, double begin, SolveControl& control, CertifiedResult& result)
 {
     const double solved = control.Seconds();
     result.record.stages[Stage::Exact].ran = true;
     result.record.stages[Stage::Exact].seconds = solved - begin;
     if (result.certificate.status != Status::Stopped)
     {
-        result.record.proved = CheckCertificate(form, result.certificate).empty();
+        result.record.proved = CheckCertificate(form.Form(), result.certificate).empty();
         result.record.checkSeconds = control.Seconds() - solved;
         if (!result.record.proved)
             result.certificate.status = Status::Stopped;
@@ -160,8 +179,8 @@ void Finish(const BoundedForm& form, double begin, SolveControl& control, Certif
 }
 
 /// The exact stage from the basis of the record.
-void ProveBasis(const BoundedForm& form, SimplexVerdict guess, int refinements,
-                SolveControl& control, CertifiedResult& result)
+void ProveBasis(ScalableForm& form, SimplexVerdict guess, int refinements, SolveControl& control,
+                CertifiedResult& result)
 {
     const double begin = control.Seconds();
     ResolveVerdict(form, guess, refinements, control, result);
@@ -193,12 +212,13 @@ CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, Solv
     if (ProveAtSight(form, result))
         return result;
     const double begin = control.Seconds();
+    ScalableForm scalable(form);
     DoubleResult doubles =
-        SolveInDoubles(form, start != nullptr ? *start : SlackBasis(form), control);
+        SolveInDoubles(scalable, start != nullptr ? *start : SlackBasis(form), control);
     result.record.stages[Stage::Double].ran = true;
     result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
     result.record.basis = std::move(doubles.basis);
-    ProveBasis(form, doubles.verdict, kRefinements, control, result);
+    ProveBasis(scalable, doubles.verdict, kRefinements, control, result);
     return result;
 }
 
@@ -209,7 +229,8 @@ CertifiedResult SolveExactly(const BoundedForm& form, const Basis& start, SolveC
         return result;
     result.record.basis = start;
     FitBasis(form, result.record.basis);
-    ProveBasis(form, SimplexVerdict::Optimal, 0, control, result);
+    ScalableForm scalable(form);
+    ProveBasis(scalable, SimplexVerdict::Optimal, 0, control, result);
     return result;
 }
 
@@ -221,10 +242,11 @@ CertifiedResult CertifyBasis(const BoundedForm& form, const Basis& basis, SolveC
     const double begin = control.Seconds();
     result.record.basis = basis;
     FitBasis(form, result.record.basis);
-    ExactSimplex exact(form, Basis(result.record.basis), 0, control);
+    ScalableForm scalable(form);
+    ExactSimplex exact(scalable, Basis(result.record.basis), 0, control);
     exact.ForbidPivots();
     (void)exact.Run(result);
-    Finish(form, begin, control, result);
+    Finish(scalable, begin, control, result);
     return result;
 }
 

@@ -7,14 +7,19 @@
 namespace nuv
 {
 
-ExactSimplex::ExactSimplex(const BoundedForm& form, const Basis& start, int rounds,
+ExactSimplex::ExactSimplex(ScalableForm& form, const Basis& start, int rounds,
                            SolveControl& control)
-    : m_form(form), m_control(control), m_exact(form), m_factors(m_exact), m_rounds(rounds)
+    : m_scalable(form),
+      m_form(form.Form()),
+      m_control(control),
+      m_exact(m_form),
+      m_factors(m_exact),
+      m_rounds(rounds)
 {
     Basis basis = start;
-    FitBasis(form, basis);
-    m_status.resize(form.Variables());
-    for (Index v = 0; v < form.Variables(); ++v)
+    FitBasis(m_form, basis);
+    m_status.resize(m_form.Variables());
+    for (Index v = 0; v < m_form.Variables(); ++v)
     {
         m_status[v] = basis[v];
         if (m_status[v] == BasisStatus::Basic)
@@ -87,7 +92,7 @@ ExactSimplex::Outcome ExactSimplex::Step()
 bool ExactSimplex::Refine()
 {
     if (!m_refinement)
-        m_refinement.emplace(m_exact);
+        m_refinement.emplace(m_exact, m_scalable.Scaled());
     --m_rounds;
     std::vector<BasisStatus> status;
     const SimplexVerdict verdict =

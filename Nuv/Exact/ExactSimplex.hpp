@@ -22,7 +22,7 @@ class ExactSimplex
 {
 public:
     /// `rounds`: how often to look for a better basis in doubles.
-    ExactSimplex(const BoundedForm& form, const Basis& start, int rounds, SolveControl& control);
+    ExactSimplex(ScalableForm& form, const Basis& start, int rounds, SolveControl& control);
 
     /// Ends with the evaluation of the start: Optimal, or else Stopped.
     void ForbidPivots() noexcept
@@ -83,6 +83,7 @@ private:
     void WriteDoubles(CertifiedResult& proof) const;
     [[nodiscard]] Rational Objective(const ExactVector& point) const;
 
+    ScalableForm& m_scalable;
     const BoundedForm& m_form;
     SolveControl& m_control;
     ExactForm m_exact;

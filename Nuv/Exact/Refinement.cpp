@@ -27,7 +27,10 @@ void Enlarge(std::vector<double>& numbers, int zoom)
 
 }  // namespace
 
-Refinement::Refinement(const ExactForm& exact) : m_exact(exact), m_scaled(exact.form) {}
+Refinement::Refinement(const ExactForm& exact, const ScaledForm& scaled)
+    : m_exact(exact), m_scaled(scaled)
+{
+}
 
 SimplexVerdict Refinement::Run(const ExactBasis& basis, SolveControl& control,
                                std::vector<BasisStatus>& status)

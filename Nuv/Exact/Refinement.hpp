@@ -25,7 +25,8 @@ struct ExactBasis
 class Refinement
 {
 public:
-    explicit Refinement(const ExactForm& exact);
+    /// `scaled` is the same form scaled, of which a copy is shifted.
+    Refinement(const ExactForm& exact, const ScaledForm& scaled);
 
     /// Solves the enlarged program from the basis and writes the one at its end into `status`.
     /// @return what the simplex in doubles says of the enlarged program.

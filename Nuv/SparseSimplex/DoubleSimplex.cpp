@@ -29,11 +29,10 @@ void Repair(SimplexState& state, SolveControl& control)
 
 }  // namespace
 
-DoubleResult SolveInDoubles(const BoundedForm& form, Basis start, SolveControl& control)
+DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& control)
 {
-    FitBasis(form, start);
-    const ScaledForm scaled(form);
-    SimplexState state(scaled, start);
+    FitBasis(form.Form(), start);
+    SimplexState state(form.Scaled(), start);
     DoubleResult result;
     result.verdict = SolveInDoubles(state, control);
     result.basis = state.ExportBasis();

@@ -16,8 +16,7 @@ struct DoubleResult
 };
 
 /// Solves from `start`, which need not be fitted to the form.
-[[nodiscard]] DoubleResult SolveInDoubles(const BoundedForm& form, Basis start,
-                                          SolveControl& control);
+[[nodiscard]] DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& control);
 
 /// The same for a state that stands: its scaled form may be one that no bounded form states.
 SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control);

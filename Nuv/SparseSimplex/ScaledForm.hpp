@@ -7,6 +7,8 @@
 #include "Nuv/SparseSimplex/BoundedForm.hpp"
 
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace nuv
@@ -74,6 +76,33 @@ struct ScaledForm
 
 private:
     void SetCost(const BoundedForm& form);
+};
+
+/// A form, scaled when that is first wanted: the stages of a solve share it.
+class ScalableForm
+{
+public:
+    /// Refers to the form.
+    explicit ScalableForm(const BoundedForm& form) : m_form(form) {}
+    /// The same for a form that was scaled already.
+    ScalableForm(const BoundedForm& form, ScaledForm scaled)
+        : m_form(form), m_scaled(std::move(scaled))
+    {
+    }
+    [[nodiscard]] const BoundedForm& Form() const noexcept
+    {
+        return m_form;
+    }
+    [[nodiscard]] const ScaledForm& Scaled()
+    {
+        if (!m_scaled)
+            m_scaled.emplace(m_form);
+        return *m_scaled;
+    }
+
+private:
+    const BoundedForm& m_form;
+    std::optional<ScaledForm> m_scaled;
 };
 
 }  // namespace nuv

@@ -118,7 +118,8 @@ TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
 {
     const BoundedForm form =
         MakeForm({1, 1}, {{{1, 1}, {6, kInf}}, {{1, -1}, {-kInf, -1}}}, {{0, 2}, {0, 3}});
-    const AuxiliaryForm elastic = ElasticForm(form, SlackBasis(form));
+    ScalableForm scalable(form);
+    const AuxiliaryForm elastic = ElasticForm(scalable, SlackBasis(form));
     ASSERT_EQ(elastic.form.Defect(), "");
     ASSERT_EQ(elastic.form.columns, 4U);
     const CertifiedResult start = CertifiedFrom(elastic.form, elastic.start);
@@ -129,6 +130,25 @@ TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
     farkas.certificate.status = Status::Infeasible;
     farkas.certificate.dual = start.certificate.dual;
     EXPECT_EQ(CheckCertificate(form, farkas.certificate), "");
+}
+
+/// The scales of a form depend on its matrix and cost alone, which the form of rays shares: what
+/// the proof of unboundedness takes over is what scaling that form anew would give.
+TEST(Auxiliary, RaysAreScaledAsTheirOriginal)
+{
+    Random random(4);
+    const BoundedForm form = RandomSparseForm(random, 9, 12);
+    const AuxiliaryForm rays = RayForm(form, SlackBasis(form));
+    ScaledForm taken(form);
+    taken.SetBounds(rays.form);
+
+    const ScaledForm anew(rays.form);
+    EXPECT_EQ(taken.matrix->byVariable, anew.matrix->byVariable);
+    EXPECT_EQ(taken.matrix->scale, anew.matrix->scale);
+    EXPECT_EQ(taken.lower, anew.lower);
+    EXPECT_EQ(taken.upper, anew.upper);
+    EXPECT_EQ(taken.cost, anew.cost);
+    EXPECT_EQ(taken.costScale, anew.costScale);
 }
 
 TEST(Auxiliary, RaysAreBoundedDirections)

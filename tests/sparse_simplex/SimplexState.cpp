@@ -104,6 +104,19 @@ TEST(ScaledForm, CopiesShareTheMatrixAndTakeBoundsOfTheirOwn)
     EXPECT_NE(copy.upper[2], scaled.upper[2]);
 }
 
+TEST(ScalableForm, IsScaledOnceAndOnlyIfWanted)
+{
+    Random random(3);
+    const BoundedForm form = BadlyScaled(random, 5, 5);
+    ScalableForm scalable(form);
+    EXPECT_EQ(&scalable.Form(), &form);
+    const ScaledForm& first = scalable.Scaled();
+    EXPECT_EQ(&scalable.Scaled(), &first);
+    EXPECT_EQ(first.matrix->scale, ScaledForm(form).matrix->scale);
+    ScalableForm given(form, first);
+    EXPECT_EQ(given.Scaled().matrix, first.matrix);
+}
+
 /// A random basis: some columns made basic, made to fit.
 Basis SomeBasis(Random& random, const BoundedForm& form)
 {
