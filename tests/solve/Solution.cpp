@@ -1,0 +1,182 @@
+// What a solution says, by handle, and what it does not say: a number that is not known is NaN.
+#include "Nuv/Solve/Solution.hpp"
+
+#include "Nuv/Certificate/Certificate.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <variant>
+
+namespace nuv::test
+{
+namespace
+{
+
+/// maximise x + 2 y: x + y <= 4, x - y >= -2, x in [0, 3].
+class Optimum : public testing::Test
+{
+protected:
+    Optimum()
+    {
+        x = model.AddVariable("x", {0, 3});
+        y = model.AddVariable("y");
+        sum = model.Add("sum", x + y <= 4);
+        difference = model.Add("difference", x - y >= -2);
+        loose = model.Add("loose", Range(-1, x + y, 10));
+        model.Maximize(x + 2 * y);
+    }
+
+    Model model;
+    Variable x;
+    Variable y;
+    Row sum;
+    Row difference;
+    Row loose;
+};
+
+TEST_F(Optimum, IsSaidByHandleInTheSenseOfTheModel)
+{
+    const Solution solution = model.Solve();
+    ASSERT_EQ(solution.status, Status::Optimal);
+    EXPECT_EQ(solution.stopReason, StopReason::None);
+    EXPECT_EQ(solution.objective, 7.0);
+    EXPECT_EQ(solution.Value(x), 1.0);
+    EXPECT_EQ(solution.Value(y), 3.0);
+    EXPECT_EQ(solution.ReducedCost(x), 0.0);
+    EXPECT_EQ(solution.Activity(sum), 4.0);
+    EXPECT_EQ(solution.Activity(difference), -2.0);
+    EXPECT_EQ(solution.Slack(sum), 0.0);
+    EXPECT_EQ(solution.Slack(loose), 5.0);
+    EXPECT_EQ(solution.Dual(sum), 1.5) << "what one more of the right-hand side is worth";
+    EXPECT_EQ(solution.Dual(difference), -0.5);
+    EXPECT_EQ(solution.basis.rows[loose.Index()], BasisStatus::Basic);
+    EXPECT_TRUE(std::isnan(solution.Ray(x)));
+    EXPECT_TRUE(std::isnan(solution.Farkas(sum)));
+}
+
+TEST_F(Optimum, HasNoNumberForAHandleThatTheSolvedModelDidNotKnow)
+{
+    const Solution solution = model.Solve();
+    Model other;
+    const Variable foreign = other.AddVariable("x");
+    const Row foreignRow = other.Add("sum", foreign <= 1);
+    EXPECT_TRUE(std::isnan(solution.Value(foreign)));
+    EXPECT_TRUE(std::isnan(solution.ReducedCost(foreign)));
+    EXPECT_TRUE(std::isnan(solution.Activity(foreignRow)));
+    EXPECT_TRUE(std::isnan(solution.Dual(foreignRow)));
+    EXPECT_TRUE(std::isnan(solution.Value(Variable())));
+    const Variable later = model.AddVariable("later");
+    EXPECT_TRUE(std::isnan(solution.Value(later)));
+    EXPECT_EQ(solution.Value(x), 1.0) << "what the model knew then is known";
+}
+
+TEST_F(Optimum, HasNoNumberOfASolveThatDidNotBegin)
+{
+    ASSERT_FALSE(model.SetBounds(x, {std::nan(""), 1}));
+    const Solution solution = model.Solve();
+    EXPECT_EQ(solution.status, Status::Invalid);
+    EXPECT_FALSE(solution.failure.text.empty());
+    EXPECT_TRUE(std::isnan(solution.objective));
+    EXPECT_TRUE(std::isnan(solution.Value(x)));
+    EXPECT_TRUE(std::isnan(solution.Dual(sum)));
+    EXPECT_EQ(solution.certificate, nullptr);
+}
+
+TEST_F(Optimum, IsLeftWithoutDualsBySinglePrecision)
+{
+    SolveOptions options;
+    options.singlePrecisionOnly = true;
+    const Solution solution = model.Solve(options);
+    EXPECT_EQ(solution.status, Status::Optimal);
+    EXPECT_FALSE(solution.proved);
+    EXPECT_EQ(solution.certificate, nullptr);
+    EXPECT_EQ(solution.Value(y), 3.0);
+    EXPECT_EQ(solution.Slack(loose), 5.0);
+    EXPECT_TRUE(std::isnan(solution.Dual(sum)));
+    EXPECT_TRUE(std::isnan(solution.ReducedCost(x)));
+}
+
+TEST_F(Optimum, IsKnownAlsoWhereRangingWasEnded)
+{
+    int asked = 0;
+    SolveOptions options;
+    options.limits.keepGoing = [&asked](const Progress&)
+    {
+        ++asked;
+        return true;
+    };
+    EXPECT_EQ(model.Solve(options).stopReason, StopReason::None);
+    // The next question comes from ranging.
+    options.sensitivity = true;
+    options.limits.keepGoing = [&asked](const Progress&) { return asked-- > 0; };
+    const Solution solution = model.Solve(options);
+    EXPECT_EQ(solution.status, Status::Optimal);
+    EXPECT_TRUE(solution.proved);
+    EXPECT_EQ(solution.Value(y), 3.0);
+    EXPECT_TRUE(solution.sensitivity.cost.empty());
+    EXPECT_EQ(solution.stopReason, StopReason::Cancelled);
+}
+
+TEST(Infeasible, NamesRowsAndBoundsByHandle)
+{
+    Model model;
+    const Variable x = model.AddVariable("x", {2, Infinity});
+    const Variable y = model.AddVariable("y");
+    const Row a = model.Add("a", x + y <= 1);
+    model.Add("b", x - y <= 7);
+    model.Minimize(x);
+    const Solution solution = model.Solve();
+    ASSERT_EQ(solution.status, Status::Infeasible);
+    EXPECT_TRUE(std::isnan(solution.objective));
+    EXPECT_TRUE(std::isnan(solution.Value(x)));
+    EXPECT_LT(solution.Farkas(a), 0.0);
+    EXPECT_TRUE(solution.iis.minimal);
+    ASSERT_EQ(solution.iis.members.size(), 2U) << "y >= 0 is no member: nobody stated it";
+    EXPECT_TRUE(Same(std::get<Variable>(solution.iis.members[0].of), x));
+    EXPECT_FALSE(solution.iis.members[0].upper);
+    EXPECT_TRUE(Same(std::get<Row>(solution.iis.members[1].of), a));
+    EXPECT_TRUE(solution.iis.members[1].upper);
+}
+
+TEST(Infeasible, IsProvedAlsoWhereTheSearchOfAnIisWasEnded)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    const Variable y = model.AddVariable("y");
+    const Variable u = model.AddVariable("u");
+    const Variable v = model.AddVariable("v");
+    model.Add("source", x + y <= 1);
+    model.Add("other source", u + v <= 1);
+    model.Add("sink", x + u >= 3);
+    model.Add("other sink", y + v >= 1);
+    SolveOptions options;
+    options.iisSeconds = 0.0;
+    const Solution cut = model.Solve(options);
+    EXPECT_EQ(cut.status, Status::Infeasible);
+    EXPECT_TRUE(cut.proved);
+    EXPECT_FALSE(cut.iis.minimal);
+    EXPECT_EQ(cut.stopReason, StopReason::TimeLimit);
+    const Solution whole = model.Solve();
+    EXPECT_TRUE(whole.iis.minimal);
+    EXPECT_EQ(whole.iis.members.size(), 3U);
+    EXPECT_EQ(whole.stopReason, StopReason::None);
+}
+
+TEST(Unbounded, HasARayByHandleAndNoObjective)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    const Variable y = model.AddVariable("y");
+    model.Add("a", x - y <= 3);
+    model.Maximize(x);
+    const Solution solution = model.Solve();
+    ASSERT_EQ(solution.status, Status::Unbounded);
+    EXPECT_GT(solution.Ray(x), 0.0);
+    EXPECT_GE(solution.Ray(y), solution.Ray(x));
+    EXPECT_TRUE(std::isnan(solution.objective));
+    EXPECT_NE(solution.certificate, nullptr);
+}
+
+}  // namespace
+}  // namespace nuv::test
