@@ -1,4 +1,5 @@
-/// What handles need seldom: a new origin, and the origin of an index that is not of the last stretch.
+/// What handles need seldom: a new origin, and the origin of an index that is not of the last
+/// stretch.
 #include "Nuv/Model/Handle.hpp"
 
 #include <algorithm>

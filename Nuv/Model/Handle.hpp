@@ -120,8 +120,8 @@ private:
     };
 
     [[nodiscard]] static std::uint32_t NewOrigin() noexcept;
-    /// Of an index below the count: most often of the last stretch, which in most models is the only
-    /// one.
+    /// Of an index below the count: most often of the last stretch, which in most models is the
+    /// only one.
     [[nodiscard]] std::uint32_t OriginOf(std::uint32_t index) const noexcept
     {
         const Stretch& last = m_stretches.back();

@@ -1,6 +1,6 @@
 /// @file
-/// The version of these headers, for the preprocessor and as text. Before 1.0 a minor version may change
-/// the interface; a patch never does.
+/// The version of these headers, for the preprocessor and as text. Before 1.0 a minor version may
+/// change the interface; a patch never does.
 #ifndef NUV_UTILS_NUVVERSION_H
 #define NUV_UTILS_NUVVERSION_H
 

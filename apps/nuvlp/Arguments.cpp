@@ -228,8 +228,8 @@ ExitCode RunVerb(const Command& command, const Verb& verb, int argc, char** argv
 
 bool Option::TakesFile() const
 {
-    constexpr std::string_view files[] = {"FILE",     "MODEL",  "PICTURE",
-                                          "SOLUTION", "RESULT", "REPORT", "CERTIFICATE"};
+    constexpr std::string_view files[] = {"FILE",   "MODEL",  "PICTURE",    "SOLUTION",
+                                          "RESULT", "REPORT", "CERTIFICATE"};
     return std::ranges::find(files, value) != std::end(files);
 }
 

@@ -94,8 +94,7 @@ ExitCode WriteCertificate(const Options& options, const nuv::Model& model,
     }
     using namespace nuv::vipr;
     return WriteTo(options.certificate,
-                   Write(CertificateOf(model, solution.numbers, *solution.certificate)),
-                   otherwise);
+                   Write(CertificateOf(model, solution.numbers, *solution.certificate)), otherwise);
 }
 
 ExitCode Run(const Options& options)

@@ -72,11 +72,13 @@ TEST(Certificate, OnlyBoundsThatCrossContradictEachOther)
     for (const Index other : {Index{0}, Index{2}, form.Variables(), form.Variables() + 1})
     {
         certificate.contradiction = other;
-        EXPECT_EQ(CheckCertificate(form, certificate), "the bounds said to contradict each other do not");
+        EXPECT_EQ(CheckCertificate(form, certificate),
+                  "the bounds said to contradict each other do not");
     }
     certificate.contradiction = 1;
     form.columnLower[1] = 2.0;
-    EXPECT_EQ(CheckCertificate(form, certificate), "the bounds said to contradict each other do not");
+    EXPECT_EQ(CheckCertificate(form, certificate),
+              "the bounds said to contradict each other do not");
 }
 
 TEST(Certificate, OptimalIsRefusedForAnotherForm)

@@ -1,5 +1,6 @@
-// What the C++ library for WebAssembly leaves to whoever builds without exceptions: a throw ends the program.
-// The compiler's own runtime was built with guards of the stack, and asks for them by these names.
+// What the C++ library for WebAssembly leaves to whoever builds without exceptions: a throw ends
+// the program. The compiler's own runtime was built with guards of the stack, and asks for them by
+// these names.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -20,7 +21,8 @@ extern "C"
         std::abort();
     }
 
-    [[noreturn]] void __cxa_throw(void* /*thrown*/, std::type_info* /*type*/, void (*/*destroy*/)(void*))
+    [[noreturn]] void __cxa_throw(void* /*thrown*/, std::type_info* /*type*/,
+                                  void (* /*destroy*/)(void*))
     {
         std::abort();
     }

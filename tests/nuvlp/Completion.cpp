@@ -152,9 +152,9 @@ TEST(Help, SaysWhatIsWrongWithACallAndWhatToWrite)
         {"solve --json=yes a.lp", "--json takes no value\n" + solve},
         {"solve -o a -o b a.lp", "--output is given twice\n" + solve},
         {"solve --sensitivity --float-only a.lp", "--sensitivity excludes --float-only\n" + solve},
-        {"convert --to mpsfixed a.lp",
-         "--to takes lp, mps, mps-fixed, mps-free or smt2, not 'mpsfixed'; did you mean mps-fixed?\n" +
-             convert},
+        {"convert --to mpsfixed a.lp", "--to takes lp, mps, mps-fixed, mps-free or smt2, not "
+                                       "'mpsfixed'; did you mean mps-fixed?\n" +
+                                           convert},
     };
     for (const auto& [call, said] : calls)
     {
