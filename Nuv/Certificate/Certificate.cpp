@@ -55,6 +55,7 @@ public:
         Integer sum(0);
         for (const auto [row, entry] : m_form.matrix.Column(j))
         {
+            // same bits: a multiplier of 0 adds nothing
             if (multipliers[row] != 0)
                 sum.AddProduct(Scaled(entry), multipliers[row]);
         }
@@ -83,12 +84,14 @@ public:
         {
             const int order = value.Compare(Integer(Scaled(lower) * scale));
             onLower = order == 0;
+            // same bits: only whether the place is 0 is asked
             place = order < 0 ? -1 : place;
         }
         if (std::isfinite(upper))
         {
             const int order = value.Compare(Integer(Scaled(upper) * scale));
             onUpper = order == 0;
+            // same bits: only whether the place is 0 is asked
             place = order > 0 ? 1 : place;
         }
         return place;
