@@ -41,6 +41,7 @@ public:
         std::vector<Integer> sums(m_form.rows, Integer(0));
         for (Index j = 0; j < m_form.columns; ++j)
         {
+            // same bits: a coordinate of 0 adds nothing
             if (point[j] == 0)
                 continue;
             for (const auto [row, entry] : m_form.matrix.Column(j))
