@@ -18,14 +18,14 @@ ExactVector Vector(const std::vector<int>& numerators, int denominator = 1)
     return vector;
 }
 
-Proof Optimum(const ExactVector& point, const ExactVector& duals, const Rational& objective)
+Certificate Optimum(const ExactVector& point, const ExactVector& duals, const Rational& objective)
 {
-    Proof proof;
-    proof.status = ProofStatus::Optimal;
-    proof.primal = point;
-    proof.dual = duals;
-    proof.objective = objective;
-    return proof;
+    Certificate certificate;
+    certificate.status = Status::Optimal;
+    certificate.primal = point;
+    certificate.dual = duals;
+    certificate.objective = objective;
+    return certificate;
 }
 
 /// x in [0, 3], y in [1, 4], x + y in [2, 6].
@@ -47,11 +47,11 @@ TEST(HandMade, EveryVariableOfThePointIsHeldToBothItsBounds)
          {Case{{1, 1}, ""}, Case{{3, 3}, ""}, Case{{0, 4}, ""}, Case{{4, 1}, outside + "0"},
           Case{{-1, 4}, outside + "0"}, Case{{2, 0}, outside + "1"}, Case{{1, 5}, outside + "1"},
           Case{{0, 1}, outside + "2"}, Case{{3, 4}, outside + "2"}})
-        EXPECT_EQ(CheckProof(Box({0, 0}), Optimum(Vector(point), Vector({0}), 0)), message)
+        EXPECT_EQ(CheckCertificate(Box({0, 0}), Optimum(Vector(point), Vector({0}), 0)), message)
             << point[0] << ' ' << point[1];
     // By less than any double tells.
-    EXPECT_EQ(CheckProof(Box({0, 0}),
-                         Optimum(Vector({999999999, 1000000000}, 1000000000), Vector({0}), 0)),
+    EXPECT_EQ(CheckCertificate(Box({0, 0}), Optimum(Vector({999999999, 1000000000}, 1000000000),
+                                                    Vector({0}), 0)),
               outside + "2");
 }
 
@@ -64,27 +64,28 @@ TEST(HandMade, EveryReducedCostBelongsToTheBoundThatItsSignNames)
     for (const int side : {-1, 1})
     {
         const ExactVector inside = Vector({1, 2});
-        EXPECT_EQ(CheckProof(Box({1.0 * side, 0}), Optimum(inside, Vector({0}), side)),
+        EXPECT_EQ(CheckCertificate(Box({1.0 * side, 0}), Optimum(inside, Vector({0}), side)),
                   wrong + "0" + sign);
-        EXPECT_EQ(CheckProof(Box({0, 1.0 * side}), Optimum(inside, Vector({0}), 2 * side)),
+        EXPECT_EQ(CheckCertificate(Box({0, 1.0 * side}), Optimum(inside, Vector({0}), 2 * side)),
                   wrong + "1" + sign);
-        EXPECT_EQ(
-            CheckProof(Box({1.0 * side, 1.0 * side}), Optimum(inside, Vector({side}), 3 * side)),
-            wrong + "2" + sign);
+        EXPECT_EQ(CheckCertificate(Box({1.0 * side, 1.0 * side}),
+                                   Optimum(inside, Vector({side}), 3 * side)),
+                  wrong + "2" + sign);
     }
     // At the lower bounds of x and y, and at the upper bound of y.
     const ExactVector low = Vector({2, 1});
-    EXPECT_EQ(CheckProof(Box({0, 1}), Optimum(low, Vector({0}), 1)), "");
-    EXPECT_EQ(CheckProof(Box({0, -1}), Optimum(low, Vector({0}), -1)), wrong + "1" + sign);
+    EXPECT_EQ(CheckCertificate(Box({0, 1}), Optimum(low, Vector({0}), 1)), "");
+    EXPECT_EQ(CheckCertificate(Box({0, -1}), Optimum(low, Vector({0}), -1)), wrong + "1" + sign);
     const ExactVector high = Vector({1, 4});
-    EXPECT_EQ(CheckProof(Box({0, -1}), Optimum(high, Vector({0}), -4)), "");
-    EXPECT_EQ(CheckProof(Box({0, 1}), Optimum(high, Vector({0}), 4)), wrong + "1" + sign);
+    EXPECT_EQ(CheckCertificate(Box({0, -1}), Optimum(high, Vector({0}), -4)), "");
+    EXPECT_EQ(CheckCertificate(Box({0, 1}), Optimum(high, Vector({0}), 4)), wrong + "1" + sign);
     // At the row's own bounds.
-    EXPECT_EQ(CheckProof(Box({1, 1}), Optimum(Vector({1, 1}), Vector({1}), 2)), "");
-    EXPECT_EQ(CheckProof(Box({-1, -1}), Optimum(Vector({1, 1}), Vector({-1}), -2)),
+    EXPECT_EQ(CheckCertificate(Box({1, 1}), Optimum(Vector({1, 1}), Vector({1}), 2)), "");
+    EXPECT_EQ(CheckCertificate(Box({-1, -1}), Optimum(Vector({1, 1}), Vector({-1}), -2)),
               wrong + "2" + sign);
-    EXPECT_EQ(CheckProof(Box({-1, -1}), Optimum(Vector({3, 3}), Vector({-1}), -6)), "");
-    EXPECT_EQ(CheckProof(Box({1, 1}), Optimum(Vector({3, 3}), Vector({1}), 6)), wrong + "2" + sign);
+    EXPECT_EQ(CheckCertificate(Box({-1, -1}), Optimum(Vector({3, 3}), Vector({-1}), -6)), "");
+    EXPECT_EQ(CheckCertificate(Box({1, 1}), Optimum(Vector({3, 3}), Vector({1}), 6)),
+              wrong + "2" + sign);
 }
 
 TEST(HandMade, WhatHasNoBoundHasNoReducedCost)
@@ -92,11 +93,12 @@ TEST(HandMade, WhatHasNoBoundHasNoReducedCost)
     for (const double cost : {-1.0, 1.0})
         for (const Interval& bounds :
              {Interval{-kInf, kInf}, Interval{-kInf, 1}, Interval{-1, kInf}})
-            EXPECT_EQ(
-                CheckProof(MakeForm({cost}, {}, {bounds}), Optimum(Vector({0}), Vector({}), 0)),
-                "the reduced cost of variable 0 has the wrong sign");
-    EXPECT_EQ(CheckProof(MakeForm({0}, {}, {{-kInf, kInf}}), Optimum(Vector({0}), Vector({}), 0)),
-              "");
+            EXPECT_EQ(CheckCertificate(MakeForm({cost}, {}, {bounds}),
+                                       Optimum(Vector({0}), Vector({}), 0)),
+                      "the reduced cost of variable 0 has the wrong sign");
+    EXPECT_EQ(
+        CheckCertificate(MakeForm({0}, {}, {{-kInf, kInf}}), Optimum(Vector({0}), Vector({}), 0)),
+        "");
 }
 
 TEST(HandMade, TheObjectiveIsThatOfThePointWithTheConstant)
@@ -104,21 +106,22 @@ TEST(HandMade, TheObjectiveIsThatOfThePointWithTheConstant)
     BoundedForm form = Box({2, 3});
     form.constant = 0.5;
     const ExactVector point = Vector({1, 1});
-    EXPECT_EQ(CheckProof(form, Optimum(point, Vector({2}), Rational(11, 2))), "");
-    EXPECT_EQ(CheckProof(form, Optimum(point, Vector({2}), 5)),
+    EXPECT_EQ(CheckCertificate(form, Optimum(point, Vector({2}), Rational(11, 2))), "");
+    EXPECT_EQ(CheckCertificate(form, Optimum(point, Vector({2}), 5)),
               "the objective is not that of the point");
     // The same as halves.
-    EXPECT_EQ(CheckProof(form, Optimum(Vector({2, 2}, 2), Vector({6}, 3), Rational(11, 2))), "");
+    EXPECT_EQ(CheckCertificate(form, Optimum(Vector({2, 2}, 2), Vector({6}, 3), Rational(11, 2))),
+              "");
 }
 
 TEST(HandMade, MultipliersNeedTheBoundsThatTheirSignsName)
 {
-    Proof proof;
-    proof.status = ProofStatus::Infeasible;
-    proof.dual = Vector({1});
+    Certificate certificate;
+    certificate.status = Status::Infeasible;
+    certificate.dual = Vector({1});
     // x + y >= 7 with x and y at most 3.
-    const auto check = [&proof](const Interval& row, const Interval& x, const Interval& y) {
-        return CheckProof(MakeForm({0, 0}, {{{1, 1}, row}}, {x, y}), proof);
+    const auto check = [&certificate](const Interval& row, const Interval& x, const Interval& y) {
+        return CheckCertificate(MakeForm({0, 0}, {{{1, 1}, row}}, {x, y}), certificate);
     };
     const std::string lacking = "the multipliers need a bound that variable ";
     EXPECT_EQ(check({7, kInf}, {0, 3}, {0, 3}), "");
@@ -127,13 +130,13 @@ TEST(HandMade, MultipliersNeedTheBoundsThatTheirSignsName)
     EXPECT_EQ(check({7, kInf}, {0, 3}, {0, kInf}), lacking + "1 lacks");
     EXPECT_EQ(check({-kInf, 7}, {0, 3}, {0, 3}), lacking + "2 lacks");
     // x + y <= 1 with x and y at least 1.
-    proof.dual = Vector({-1});
+    certificate.dual = Vector({-1});
     EXPECT_EQ(check({0, 1}, {1, kInf}, {1, kInf}), "");
     EXPECT_EQ(check({0, 2}, {1, kInf}, {1, kInf}), "the multipliers contradict nothing");
     EXPECT_EQ(check({0, 1}, {-kInf, 3}, {1, kInf}), lacking + "0 lacks");
     EXPECT_EQ(check({0, 1}, {1, kInf}, {-kInf, 3}), lacking + "1 lacks");
     EXPECT_EQ(check({0, kInf}, {1, kInf}, {1, kInf}), lacking + "2 lacks");
-    proof.dual = Vector({1, 1});
+    certificate.dual = Vector({1, 1});
     EXPECT_EQ(check({7, kInf}, {0, 3}, {0, 3}), "the multipliers have the wrong length");
 }
 
@@ -142,12 +145,12 @@ TEST(HandMade, ARayKeepsToEveryBoundForEver)
     // x >= 0, y in [0, 1], x - y <= 5 or free: x may grow while y stands still.
     const auto check = [](const std::vector<int>& ray, double rowUpper)
     {
-        Proof proof;
-        proof.status = ProofStatus::Unbounded;
-        proof.primal = Vector({0, 0});
-        proof.ray = Vector(ray);
-        return CheckProof(MakeForm({-1, 1}, {{{1, -1}, {-kInf, rowUpper}}}, {{0, kInf}, {0, 1}}),
-                          proof);
+        Certificate certificate;
+        certificate.status = Status::Unbounded;
+        certificate.primal = Vector({0, 0});
+        certificate.ray = Vector(ray);
+        return CheckCertificate(
+            MakeForm({-1, 1}, {{{1, -1}, {-kInf, rowUpper}}}, {{0, kInf}, {0, 1}}), certificate);
     };
     const std::string runs = "the ray runs into a bound of variable ";
     EXPECT_EQ(check({1, 0}, kInf), "");
