@@ -69,9 +69,10 @@ TEST(Rational, MayBeItsOwnOperand)
     EXPECT_EQ(ToString(x), "3/2");
     x *= x;
     EXPECT_EQ(ToString(x), "9/4");
-    x /= x;
+    const Rational& same = x;
+    x /= same;
     EXPECT_EQ(ToString(x), "1");
-    x -= x;
+    x -= same;
     EXPECT_EQ(ToString(x), "0");
 }
 
