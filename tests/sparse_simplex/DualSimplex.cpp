@@ -64,6 +64,15 @@ TEST(DualSimplex, FlipsABoxedVariableOfWrongReducedCost)
     EXPECT_EQ(run.Value(1), 2.0);
 }
 
+/// The row is satisfied once x is at its other bound, and no variable has to enter.
+TEST(DualSimplex, KnowsTheValuesThatAFlipChanges)
+{
+    const Dual run(MakeForm({-1, 1}, {{{1, 1}, {1, kInf}}}, {{0, 1}, {0, kInf}}));
+    EXPECT_EQ(run.verdict, SimplexVerdict::Optimal);
+    EXPECT_EQ(run.control.Pivots(Stage::Double), 0U);
+    EXPECT_EQ(run.Value(2), 1.0);
+}
+
 TEST(DualSimplex, ShiftsTheCostOfAnyOtherVariable)
 {
     const BoundedForm form =
@@ -113,7 +122,28 @@ TEST(DualSimplex, StopsBeforeThePivotThatIsOneTooMany)
     EXPECT_EQ(run.control.Reason(), StopReason::PivotLimit);
 }
 
-/// Both methods together: the bounds that were pushed are taken back.
+/// Where the primal method pushed bounds apart, they are taken back and what is violated repaired.
+TEST(DoubleSimplex, TakesBackTheBoundsThatItPushed)
+{
+    const BoundedForm form = DegenerateCone(60);
+    const ScaledForm scaled(form);
+    SimplexState state(scaled, SlackBasis(form));
+    SolveControl control;
+    EXPECT_EQ(SolveInDoubles(state, control), SimplexVerdict::Optimal);
+    EXPECT_EQ(state.lower, scaled.lower);
+    EXPECT_EQ(state.upper, scaled.upper);
+    EXPECT_EQ(state.cost, scaled.cost);
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        if (state.status[v] == BasisStatus::AtLower)
+        {
+            EXPECT_EQ(state.value[v], scaled.lower[v]);
+        }
+        EXPECT_GE(state.value[v], state.lower[v] - 1e-8);
+        EXPECT_LE(state.value[v], state.upper[v] + 1e-8);
+    }
+}
+
 TEST(DoubleSimplex, EndsWithinTheTrueBounds)
 {
     int optima = 0;

@@ -149,27 +149,9 @@ TEST(PrimalSimplex, EndsAtTheSameOptimumFromAnyBasis)
     EXPECT_GT(compared, 30);
 }
 
-/// A cone cut off at a distance: all rows but the last are tight at its apex, where the slack basis
-/// starts, so that most pivots lead nowhere.
-BoundedForm Cone(Index size)
-{
-    Random random(5);
-    std::vector<double> cost;
-    std::vector<DenseRow> rows(std::size_t{size} + 1, {{}, {-kInf, 0}});
-    for (Index j = 0; j < size; ++j)
-    {
-        cost.push_back(-random.Between(1, 9));
-        for (Index i = 0; i < size; ++i)
-            rows[i].coefficients.push_back(random.OneIn(3) ? random.Between(-5, 4) : 0);
-        rows[size].coefficients.push_back(1.0);
-    }
-    rows[size].bounds.upper = 100.0;
-    return MakeForm(cost, rows);
-}
-
 TEST(PrimalSimplex, PushesBoundsApartWhereItStallsAndOnlyIfItMay)
 {
-    const BoundedForm form = Cone(60);
+    const BoundedForm form = DegenerateCone(60);
     const Primal strict(form, false);
     EXPECT_EQ(strict.verdict, SimplexVerdict::Optimal);
     EXPECT_FALSE(strict.moved);
@@ -221,7 +203,7 @@ TEST(PrimalSimplex, BansAColumnThatHasNoPivot)
 
 TEST(PrimalSimplex, StopsBeforeThePivotThatIsOneTooMany)
 {
-    const BoundedForm form = Cone(20);
+    const BoundedForm form = DegenerateCone(20);
     SolveLimits limits;
     limits.doublePivots = 5;
     SolveControl control(limits);

@@ -114,4 +114,20 @@ BoundedForm RandomSparseForm(Random& random, Index rows, Index columns)
     return MakeForm(cost, dense, bounds);
 }
 
+BoundedForm DegenerateCone(Index size)
+{
+    Random random(5);
+    std::vector<double> cost;
+    std::vector<DenseRow> rows(std::size_t{size} + 1, {{}, {-kInf, 0}});
+    for (Index j = 0; j < size; ++j)
+    {
+        cost.push_back(-random.Between(1, 9));
+        for (Index i = 0; i < size; ++i)
+            rows[i].coefficients.push_back(random.OneIn(3) ? random.Between(-5, 4) : 0);
+        rows[size].coefficients.push_back(1.0);
+    }
+    rows[size].bounds.upper = 100.0;
+    return MakeForm(cost, rows);
+}
+
 }  // namespace nuv::test

@@ -34,4 +34,8 @@ BoundedForm RandomSmallForm(Random& random, Index rows, Index columns);
 /// Sparse, with decimal coefficients, feasible and bounded more often than not.
 BoundedForm RandomSparseForm(Random& random, Index rows, Index columns);
 
+/// A cone cut off at a distance: all rows but the last are tight at its apex, where the slack basis
+/// starts, so that most pivots lead nowhere.
+BoundedForm DegenerateCone(Index size);
+
 }  // namespace nuv::test
