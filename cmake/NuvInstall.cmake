@@ -9,10 +9,13 @@ install(
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-foreach(header IN LISTS NUV_PUBLIC_HEADERS)
-    get_filename_component(folder ${header} DIRECTORY)
-    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
-endforeach()
+function(nuv_install_headers)
+    foreach(header IN LISTS ARGV)
+        get_filename_component(folder ${header} DIRECTORY)
+        install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
+    endforeach()
+endfunction()
+nuv_install_headers(${NUV_PUBLIC_HEADERS})
 install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(EXPORT NuvTargets NAMESPACE Nuv:: DESTINATION ${nuv_package_directory})
 
@@ -42,7 +45,8 @@ if(IS_ABSOLUTE ${CMAKE_INSTALL_INCLUDEDIR})
 else()
     set(nuv_pkgconfig_includedir "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
 endif()
-configure_file(
-    cmake/nuv-linear-programming.pc.in ${PROJECT_BINARY_DIR}/nuv-linear-programming.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/nuv-linear-programming.pc
-        DESTINATION ${nuv_pkgconfig_directory})
+function(nuv_install_pkgconfig name)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${nuv_pkgconfig_directory})
+endfunction()
+nuv_install_pkgconfig(nuv-linear-programming)

@@ -1,7 +1,9 @@
 # Builds and runs one user's project: cmake -DKIND=... -D... -P Consume.cmake
 #
-# KIND       install: puts the library into the empty PREFIX; pkgconfig, package: use what lies there;
+# KIND       install: puts the libraries into the empty PREFIX; pkgconfig, package: use what lies there;
 #            subdirectory: takes SOURCE_DIR in; configured: configures SOURCE_DIR itself, the core alone
+#            model_pkgconfig, model_package, model_subdirectory: the same for the model layer;
+#            model_shared: links the shared library LIBRARY
 # The rest   BINARY_DIR (the library's build), WORK_DIR (wiped), the compilers and flags of that build
 cmake_minimum_required(VERSION 3.22)
 
@@ -22,6 +24,34 @@ function(expect_answer program)
     if(NOT output STREQUAL "16 at (4, 2)\n")
         message(FATAL_ERROR "expected 16 at (4, 2)")
     endif()
+endfunction()
+
+function(expect_plan program)
+    run(${program})
+    if(NOT output STREQUAL "29700/7 with 21.4286 and 51.4286\n")
+        message(FATAL_ERROR "expected 29700/7 with 21.4286 and 51.4286")
+    endif()
+endfunction()
+
+# Compiles a program with what pkg-config says of the package, in a copy of the prefix: nothing in it may
+# remember where it was installed.
+function(build_by_pkgconfig package compiler flags program)
+    set(moved ${WORK_DIR}/moved)
+    file(COPY ${PREFIX}/ DESTINATION ${moved})
+    file(GLOB_RECURSE packages ${moved}/${package}.pc)
+    list(LENGTH packages count)
+    if(NOT count EQUAL 1)
+        message(FATAL_ERROR "one pkg-config file expected, found: ${packages}")
+    endif()
+    cmake_path(GET packages PARENT_PATH directory)
+    set(ENV{PKG_CONFIG_PATH} ${directory})
+    run(${PKG_CONFIG} --cflags ${package})
+    separate_arguments(compile_flags UNIX_COMMAND "${flags} ${output}")
+    run(${PKG_CONFIG} --libs ${package})
+    separate_arguments(link_flags UNIX_COMMAND "${output}")
+    cmake_path(GET directory PARENT_PATH libraries)
+    run(${compiler} -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror ${compile_flags} ${program} -o
+        ${WORK_DIR}/consumer ${link_flags} -Wl,-rpath,${libraries})
 endfunction()
 
 # The program and the libraries that it names itself; what a sanitizer's runtime needs is its own.
@@ -54,24 +84,9 @@ if(KIND STREQUAL "install")
         endif()
     endforeach()
 elseif(KIND STREQUAL "pkgconfig")
-    # The tree is moved first: nothing in it may remember where it was installed.
-    set(moved ${WORK_DIR}/moved)
-    file(COPY ${PREFIX}/ DESTINATION ${moved})
-    file(GLOB_RECURSE packages ${moved}/nuv-linear-programming.pc)
-    list(LENGTH packages count)
-    if(NOT count EQUAL 1)
-        message(FATAL_ERROR "one pkg-config file expected, found: ${packages}")
-    endif()
-    cmake_path(GET packages PARENT_PATH directory)
-    set(ENV{PKG_CONFIG_PATH} ${directory})
-    run(${PKG_CONFIG} --cflags nuv-linear-programming)
-    separate_arguments(compile_flags UNIX_COMMAND "${C_FLAGS} ${output}")
-    run(${PKG_CONFIG} --libs nuv-linear-programming)
-    separate_arguments(link_flags UNIX_COMMAND "${output}")
-    cmake_path(GET directory PARENT_PATH libraries)
-    run(${C_COMPILER} -std=c11 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
-        ${compile_flags} ${CMAKE_CURRENT_LIST_DIR}/pkgconfig/main.c -o ${WORK_DIR}/consumer
-        ${link_flags} -Wl,-rpath,${libraries})
+    build_by_pkgconfig(
+        nuv-linear-programming ${C_COMPILER} "-std=c11 ${C_FLAGS}"
+        ${CMAKE_CURRENT_LIST_DIR}/pkgconfig/main.c)
     expect_no_cxx_runtime(${WORK_DIR}/consumer)
     expect_answer(${WORK_DIR}/consumer)
 elseif(KIND STREQUAL "package")
@@ -81,6 +96,30 @@ elseif(KIND STREQUAL "subdirectory")
     build_project(${CMAKE_CURRENT_LIST_DIR}/subdirectory -DNUV_SOURCE_DIR=${SOURCE_DIR})
     expect_no_cxx_runtime(${WORK_DIR}/consumer)
     expect_answer(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "model_pkgconfig")
+    build_by_pkgconfig(
+        nuv-model ${CXX_COMPILER} "-std=c++20 ${CXX_FLAGS}" ${CMAKE_CURRENT_LIST_DIR}/model/main.cpp)
+    expect_plan(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "model_package")
+    build_project(${CMAKE_CURRENT_LIST_DIR}/model -DCMAKE_PREFIX_PATH=${PREFIX})
+    expect_plan(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "model_subdirectory")
+    build_project(${CMAKE_CURRENT_LIST_DIR}/model -DNUV_SOURCE_DIR=${SOURCE_DIR})
+    expect_plan(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "model_shared")
+    # It exports what the program needs, and no name that is not the project's own.
+    cmake_path(GET LIBRARY PARENT_PATH directory)
+    separate_arguments(compile_flags UNIX_COMMAND "${CXX_FLAGS}")
+    run(${CXX_COMPILER} -std=c++20 ${compile_flags} -I${PREFIX}/include
+        ${CMAKE_CURRENT_LIST_DIR}/model/main.cpp -o ${WORK_DIR}/consumer ${LIBRARY} -Wl,-rpath,${directory})
+    expect_plan(${WORK_DIR}/consumer)
+    run(${NM} --dynamic --defined-only --demangle ${LIBRARY})
+    string(REGEX MATCHALL "[^\n]+" symbols "${output}")
+    list(FILTER symbols EXCLUDE REGEX " (nuv::|[a-z ]* for nuv::|NUV)")
+    if(symbols)
+        list(JOIN symbols "\n  " symbols)
+        message(FATAL_ERROR "exported, but not the project's own:\n  ${symbols}")
+    endif()
 elseif(KIND STREQUAL "configured")
     # For whoever builds it, without our presets. Nothing is found, whatever is looked for.
     run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR} -G ${GENERATOR}

@@ -52,6 +52,13 @@ add_test(
             -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/headers "-DC_COMPILERS=${nuv_c_compilers}"
             "-DCXX_COMPILERS=${nuv_cxx_compilers}" -P ${nuv_checks}/CompileHeaders.cmake)
 
+# The model layer as a shared library, of the same objects.
+add_library(nuv_model_shared SHARED ${nuv_model_objects})
+set_target_properties(nuv_model_shared PROPERTIES LINKER_LANGUAGE CXX)
+target_link_libraries(nuv_model_shared PRIVATE nuv_shared)
+nuv_link_model(nuv_model_shared)
+nuv_soname(nuv_model_shared)
+
 # Users' projects, built against what lies in an empty prefix after `cmake --install`.
 find_program(NUV_PKG_CONFIG NAMES pkg-config pkgconf REQUIRED)
 function(nuv_consumer_test name kind work_dir)
@@ -62,15 +69,24 @@ function(nuv_consumer_test name kind work_dir)
                 -DGENERATOR=${CMAKE_GENERATOR} -DC_COMPILER=${CMAKE_C_COMPILER}
                 -DCXX_COMPILER=${CMAKE_CXX_COMPILER} "-DC_FLAGS=${CMAKE_C_FLAGS}"
                 "-DCXX_FLAGS=${CMAKE_CXX_FLAGS}" -DREADELF=${CMAKE_READELF}
-                -DPKG_CONFIG=${NUV_PKG_CONFIG} -P ${nuv_consume})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+                -DPKG_CONFIG=${NUV_PKG_CONFIG} -DNM=${CMAKE_NM}
+                -DLIBRARY=$<TARGET_FILE:nuv_model_shared> -P ${nuv_consume})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
 nuv_consumer_test(install install ${nuv_prefix})
 nuv_consumer_test(consumer_pkgconfig pkgconfig ${CMAKE_CURRENT_BINARY_DIR}/consumer_pkgconfig)
 nuv_consumer_test(consumer_package package ${CMAKE_CURRENT_BINARY_DIR}/consumer_package)
 nuv_consumer_test(consumer_subdirectory subdirectory ${CMAKE_CURRENT_BINARY_DIR}/consumer_subdirectory)
 nuv_consumer_test(core_configured configured ${CMAKE_CURRENT_BINARY_DIR}/core_configured)
+nuv_consumer_test(consumer_model_pkgconfig model_pkgconfig ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_pkgconfig)
+nuv_consumer_test(consumer_model_package model_package ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_package)
+nuv_consumer_test(consumer_model_shared model_shared ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_shared)
+# It compiles the whole layer once more; ./test --quick leaves it out.
+nuv_consumer_test(
+    consumer_model_subdirectory model_subdirectory ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_subdirectory)
+set_tests_properties(consumer_model_subdirectory PROPERTIES LABELS slow)
 set_tests_properties(install PROPERTIES FIXTURES_SETUP installed_library)
 set_tests_properties(
-    installed_headers consumer_pkgconfig consumer_package
+    installed_headers consumer_pkgconfig consumer_package consumer_model_pkgconfig consumer_model_package
+    consumer_model_shared
     PROPERTIES FIXTURES_REQUIRED installed_library)
