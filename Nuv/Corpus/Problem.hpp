@@ -26,7 +26,7 @@ struct Problem
 
     [[nodiscard]] float* Row(uint32_t i) const
     {
-        return A + size_t{i} * columns;
+        return &A[size_t{i} * columns];
     }
 };
 

@@ -41,7 +41,8 @@ NuvBool Record(NuvLinearProgrammingMonitor* monitor, const NuvLinearProgrammingP
     Recorder* const recorder = static_cast<Recorder*>(monitor->userData);
     if (recorder->pivots == recorder->maxPivots)
         return NUV_FALSE;
-    uint32_t* const labels = recorder->labels + size_t{3} * recorder->pivots++;
+    uint32_t* const labels = &recorder->labels[size_t{3} * recorder->pivots];
+    ++recorder->pivots;
     labels[0] = pivot->phase;
     labels[1] = pivot->entering;
     labels[2] = pivot->leaving;

@@ -1,5 +1,5 @@
-// A user's program on the model layer: states a model, writes it, reads what it wrote and solves both. It must
-// find the same optimum exactly.
+// A user's program on the model layer: states a model, writes it, reads what it wrote and solves
+// both. It must find the same optimum exactly.
 #include "Nuv/Io/Lp/LpReader.hpp"
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Model/Model.hpp"
@@ -28,7 +28,9 @@ int main()
         return EXIT_FAILURE;
     }
     const nuv::Solution again = nuv::Solve(*reading.model);
-    std::cout << plan.exactObjective << " with " << plan.Value(chairs) << " and " << plan.Value(tables) << '\n';
-    return plan.proved && again.proved && again.exactObjective == plan.exactObjective ? EXIT_SUCCESS
-                                                                                      : EXIT_FAILURE;
+    std::cout << plan.exactObjective << " with " << plan.Value(chairs) << " and "
+              << plan.Value(tables) << '\n';
+    return plan.proved && again.proved && again.exactObjective == plan.exactObjective
+               ? EXIT_SUCCESS
+               : EXIT_FAILURE;
 }
