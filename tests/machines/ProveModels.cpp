@@ -40,7 +40,7 @@ constexpr Known kModels[] = {
 
 bool IsAsKnown(const Known& known)
 {
-    const nuv::Reading reading = nuv::ReadLp(known.text, known.name);
+    const nuv::ReadResult reading = nuv::ReadLp(known.text, known.name);
     if (!reading.Ok())
     {
         std::printf("%.*s: %s\n", static_cast<int>(known.name.size()), known.name.data(),
