@@ -1,4 +1,4 @@
-/// The road from a bounded form to a proved answer: the simplex in doubles from a given basis or
+/// From a bounded form to a proved answer: the simplex in doubles from a given basis or
 /// the slack basis, then the exact stage from where that one ended, then the independent check.
 #pragma once
 

@@ -1,4 +1,4 @@
-// The road of a solve: the core on the canonical form, then doubles, then rationals, each from the
+// Stages of a solve: the core on the canonical form, then doubles, then rationals, each from the
 // basis of the stage before. The first stage only has to be quick; the last one decides.
 #include "Nuv/Exact/CertifiedSolve.hpp"
 #include "Nuv/Exact/Iis.hpp"

@@ -1,4 +1,4 @@
-// CLP: its default road (presolving, then the method of its choice) and its primal simplex alone.
+// CLP: its default (presolving, then the method of its choice) and its primal simplex alone.
 #include <coin/Clp_C_Interface.h>
 
 #include "bench/contenders/Contender.hpp"

@@ -199,8 +199,8 @@ TEST_P(AgainstNaive, BasisUpdateHasTheSameBits)
     }
 }
 
-/// One value that is not finite, in an otherwise ordinary update: the road taken for finite data
-/// must not be taken for this.
+/// One value that is not finite, in an otherwise ordinary update: the evaluation for finite data
+/// must not be used for it.
 TEST_P(AgainstNaive, BasisUpdateWithOneOddValueHasTheSameBits)
 {
     allocator.AcceptLeftBlocks();
