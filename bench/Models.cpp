@@ -73,9 +73,10 @@ Run MedianRun(const nuv::Model& model, nuv::CoefficientMeaning numbers, int time
 std::string StagesOf(const nuv::Solution& solution)
 {
     std::string stages;
-    for (const auto& [hasRun, name] : {std::pair{!solution.floatStage.basicLabels.empty(), "float"},
-                                       std::pair{solution.stages[nuv::Stage::Double].ran, "double"},
-                                       std::pair{solution.stages[nuv::Stage::Exact].ran, "exact"}})
+    for (const auto& [hasRun, name] :
+         {std::pair{!solution.singlePrecision.basicLabels.empty(), "float"},
+          std::pair{solution.stages[nuv::Stage::Double].ran, "double"},
+          std::pair{solution.stages[nuv::Stage::Exact].ran, "exact"}})
         if (hasRun)
             stages += (stages.empty() ? "" : ", ") + std::string(name);
     return stages;
@@ -115,7 +116,7 @@ void Print(const char* collection, const nuv::test::KnownModel& known, const nuv
         .Add("status", nuv::WordOf(solution.status))
         .Add("proved", solution.proved)
         .Add("stages", StagesOf(solution))
-        .Add("float_pivots", solution.floatStage.pivots)
+        .Add("float_pivots", solution.singlePrecision.pivots)
         .Add("double_pivots", solution.stages[nuv::Stage::Double].pivots)
         .Add("exact_pivots", solution.stages[nuv::Stage::Exact].pivots)
         .Add("seconds", shown.seconds)

@@ -151,10 +151,10 @@ void WriteWarnings(Json& json, std::span<const Diagnostic> diagnostics)
 }
 
 /// How the first stage ended, and the pivots that a basis took to come back where it did.
-void WriteFloatStage(Json& json, const FloatResult& stage)
+void WriteSinglePrecisionStage(Json& json, const SinglePrecisionResult& stage)
 {
     json.Key("float_stage").Open('{').Key("outcome").Text(WordOf(stage.outcome));
-    if (stage.outcome == FloatOutcome::Cycling)
+    if (stage.outcome == SinglePrecisionOutcome::Cycling)
         json.Key("period").Count(stage.period);
     json.Close('}');
 }
@@ -178,10 +178,10 @@ void WriteVerdict(Json& json, const Solution& solution)
             .Key("dual_violation")
             .Number(solution.dualViolation);
     json.Close('}').Key("pivots").Open('{');
-    json.Key("float").Count(solution.floatStage.pivots);
+    json.Key("float").Count(solution.singlePrecision.pivots);
     json.Key("double").Count(solution.stages[Stage::Double].pivots);
     json.Key("exact").Count(solution.stages[Stage::Exact].pivots).Close('}');
-    WriteFloatStage(json, solution.floatStage);
+    WriteSinglePrecisionStage(json, solution.singlePrecision);
 }
 
 }  // namespace

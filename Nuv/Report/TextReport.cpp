@@ -68,30 +68,30 @@ std::string Number(double value)
     return fmt::format("{}", value + 0.0);
 }
 
-std::string CycleWords(const FloatResult& stage)
+std::string CycleWords(const SinglePrecisionResult& stage)
 {
     return fmt::format("basis repeated after {} pivots, a cycle of {}", stage.pivots, stage.period);
 }
 
 /// Why single precision alone came to no verdict.
-std::string SinglePrecisionWords(const FloatResult& stage)
+std::string SinglePrecisionWords(const SinglePrecisionResult& stage)
 {
     switch (stage.outcome)
     {
-    case FloatOutcome::Cycling:
+    case SinglePrecisionOutcome::Cycling:
         return ": " + CycleWords(stage);
-    case FloatOutcome::PivotBudget:
+    case SinglePrecisionOutcome::PivotBudget:
         return fmt::format(": no end after {} pivots, 50 for each row and column of the canonical "
                            "form",
                            stage.pivots);
-    case FloatOutcome::Memory:
+    case SinglePrecisionOutcome::Memory:
         return stage.pivots == 0 ? ": too large for the dense matrices of single precision"
                                  : fmt::format(": the dense matrices of single precision take too "
                                                "much memory after {} pivots",
                                                stage.pivots);
-    case FloatOutcome::Empty:
+    case SinglePrecisionOutcome::Empty:
         return ": there is no row or no variable for single precision to work on";
-    case FloatOutcome::OutOfRange:
+    case SinglePrecisionOutcome::OutOfRange:
         return ": a number of the model is beyond single precision";
     default:
         return "";
@@ -111,7 +111,7 @@ std::string StopWords(const Solution& solution)
     case StopReason::None:
         break;
     }
-    return SinglePrecisionWords(solution.floatStage);
+    return SinglePrecisionWords(solution.singlePrecision);
 }
 
 std::string BoundWords(double lower, double upper)
@@ -256,8 +256,9 @@ std::string TextReport(const Model& model, const Solution& solution, Detail deta
     std::string text = Head(solution);
     if (detail == Detail::Verdict)
         return text;
-    if (solution.proved && solution.floatStage.outcome == FloatOutcome::Cycling)
-        text += "note       single precision stopped: " + CycleWords(solution.floatStage) + "\n";
+    if (solution.proved && solution.singlePrecision.outcome == SinglePrecisionOutcome::Cycling)
+        text +=
+            "note       single precision stopped: " + CycleWords(solution.singlePrecision) + "\n";
     if (solution.values.size() == model.VariableCount() &&
         solution.activities.size() == model.RowCount())
         text += Values(model, solution);

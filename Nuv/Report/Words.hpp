@@ -56,20 +56,20 @@ struct Words<CoefficientMeaning>
 };
 
 template <>
-struct Words<FloatOutcome>
+struct Words<SinglePrecisionOutcome>
 {
-    static constexpr Word<FloatOutcome> table[] = {
-        {FloatOutcome::Optimal, "optimal"},
-        {FloatOutcome::Infeasible, "infeasible"},
-        {FloatOutcome::Unbounded, "unbounded"},
-        {FloatOutcome::PivotLimit, "pivot-limit"},
-        {FloatOutcome::PivotBudget, "pivot-budget"},
-        {FloatOutcome::Memory, "memory"},
-        {FloatOutcome::Cycling, "cycling"},
-        {FloatOutcome::Stopped, "stopped"},
-        {FloatOutcome::Empty, "empty"},
-        {FloatOutcome::OutOfRange, "out-of-range"},
-        {FloatOutcome::Skipped, "skipped"},
+    static constexpr Word<SinglePrecisionOutcome> table[] = {
+        {SinglePrecisionOutcome::Optimal, "optimal"},
+        {SinglePrecisionOutcome::Infeasible, "infeasible"},
+        {SinglePrecisionOutcome::Unbounded, "unbounded"},
+        {SinglePrecisionOutcome::PivotLimit, "pivot-limit"},
+        {SinglePrecisionOutcome::PivotBudget, "pivot-budget"},
+        {SinglePrecisionOutcome::Memory, "memory"},
+        {SinglePrecisionOutcome::Cycling, "cycling"},
+        {SinglePrecisionOutcome::Stopped, "stopped"},
+        {SinglePrecisionOutcome::Empty, "empty"},
+        {SinglePrecisionOutcome::OutOfRange, "out-of-range"},
+        {SinglePrecisionOutcome::Skipped, "skipped"},
     };
 };
 

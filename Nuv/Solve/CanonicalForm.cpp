@@ -1,4 +1,4 @@
-// The steps of lowering, in the order in which they are made: plans first, then the rows that
+// The steps to the canonical form, in the order in which they are made: plans first, then the rows that
 // follow from them, scaling last.
 #include "Nuv/Solve/CanonicalForm.hpp"
 
@@ -35,9 +35,9 @@ ColumnPlan PlanColumn(double lower, double upper)
 }
 
 /// Plans every variable and gives it its columns with their costs, for maximisation.
-void PlanColumns(const BoundedForm& form, Lowering& lowering)
+void PlanColumns(const BoundedForm& form, Canonicalisation& canonicalised)
 {
-    CanonicalForm& canonical = lowering.form;
+    CanonicalForm& canonical = canonicalised.form;
     for (Index j = 0; j < form.columns; ++j)
     {
         ColumnPlan plan = PlanColumn(form.columnLower[j], form.columnUpper[j]);
@@ -49,21 +49,22 @@ void PlanColumns(const BoundedForm& form, Lowering& lowering)
             if (plan.kind == ColumnKind::Split)
                 canonical.cost.push_back(-gain);
         }
-        lowering.columns.push_back(plan);
+        canonicalised.columns.push_back(plan);
     }
     canonical.columns = static_cast<Index>(canonical.cost.size());
 }
 
 /// Appends the entries of `sign` times row i, and what the offsets take from its right-hand side.
-void AppendRow(const BoundedForm& form, Index i, double sign, double side, Lowering& lowering)
+void AppendRow(const BoundedForm& form, Index i, double sign, double side,
+               Canonicalisation& canonicalised)
 {
-    CanonicalForm& canonical = lowering.form;
+    CanonicalForm& canonical = canonicalised.form;
     double rhs = sign * side;
     const std::span<const Index> columns = form.matrix.Rows().Indices(i);
     const std::span<const double> values = form.matrix.Rows().Values(i);
     for (std::size_t at = 0; at < columns.size(); ++at)
     {
-        const ColumnPlan& plan = lowering.columns[columns[at]];
+        const ColumnPlan& plan = canonicalised.columns[columns[at]];
         const double value = sign * values[at];
         if (plan.offset != 0.0)
             rhs -= value * plan.offset;
@@ -77,32 +78,32 @@ void AppendRow(const BoundedForm& form, Index i, double sign, double side, Lower
     canonical.rhs.push_back(rhs);
 }
 
-void LowerRows(const BoundedForm& form, Lowering& lowering)
+void AppendRows(const BoundedForm& form, Canonicalisation& canonicalised)
 {
     for (Index i = 0; i < form.rows; ++i)
     {
         RowPlan plan;
         if (std::isfinite(form.rowUpper[i]))
         {
-            plan.upperRow = static_cast<Index>(lowering.form.rhs.size());
-            AppendRow(form, i, 1.0, form.rowUpper[i], lowering);
+            plan.upperRow = static_cast<Index>(canonicalised.form.rhs.size());
+            AppendRow(form, i, 1.0, form.rowUpper[i], canonicalised);
         }
         if (std::isfinite(form.rowLower[i]))
         {
-            plan.lowerRow = static_cast<Index>(lowering.form.rhs.size());
-            AppendRow(form, i, -1.0, form.rowLower[i], lowering);
+            plan.lowerRow = static_cast<Index>(canonicalised.form.rhs.size());
+            AppendRow(form, i, -1.0, form.rowLower[i], canonicalised);
         }
-        lowering.rows.push_back(plan);
+        canonicalised.rows.push_back(plan);
     }
 }
 
 /// A variable between two bounds: y <= upper - lower.
-void AppendBoundRows(const BoundedForm& form, Lowering& lowering)
+void AppendBoundRows(const BoundedForm& form, Canonicalisation& canonicalised)
 {
-    CanonicalForm& canonical = lowering.form;
+    CanonicalForm& canonical = canonicalised.form;
     for (Index j = 0; j < form.columns; ++j)
     {
-        ColumnPlan& plan = lowering.columns[j];
+        ColumnPlan& plan = canonicalised.columns[j];
         if (plan.kind != ColumnKind::Shifted || !std::isfinite(form.columnUpper[j]))
             continue;
         plan.boundRow = static_cast<Index>(canonical.rhs.size());
@@ -138,9 +139,9 @@ struct Range
 };
 
 /// Scales rows, then columns, so that magnitudes lie around 1; every factor is a power of two.
-void ScaleByPowersOfTwo(Lowering& lowering)
+void ScaleByPowersOfTwo(Canonicalisation& canonicalised)
 {
-    CanonicalForm& form = lowering.form;
+    CanonicalForm& form = canonicalised.form;
     std::vector<Range> columnRanges(form.columns);
     for (Index i = 0; i < form.rows; ++i)
     {
@@ -156,7 +157,7 @@ void ScaleByPowersOfTwo(Lowering& lowering)
         }
     }
     std::vector<int> exponents(form.columns);
-    for (ColumnPlan& plan : lowering.columns)
+    for (ColumnPlan& plan : canonicalised.columns)
     {
         if (plan.kind == ColumnKind::Fixed)
             continue;
@@ -200,21 +201,21 @@ struct Origins
     std::vector<Index> columns;
     std::vector<Index> boundedColumns;  ///< by canonical row: the variable that it bounds
 
-    explicit Origins(const Lowering& lowering)
-        : rows(lowering.form.rows, kNoIndex),
-          columns(lowering.form.columns, kNoIndex),
-          boundedColumns(lowering.form.rows, kNoIndex)
+    explicit Origins(const Canonicalisation& canonicalised)
+        : rows(canonicalised.form.rows, kNoIndex),
+          columns(canonicalised.form.columns, kNoIndex),
+          boundedColumns(canonicalised.form.rows, kNoIndex)
     {
-        for (Index i = 0; i < lowering.rows.size(); ++i)
+        for (Index i = 0; i < canonicalised.rows.size(); ++i)
         {
-            if (lowering.rows[i].upperRow != kNoIndex)
-                rows[lowering.rows[i].upperRow] = i;
-            if (lowering.rows[i].lowerRow != kNoIndex)
-                rows[lowering.rows[i].lowerRow] = i;
+            if (canonicalised.rows[i].upperRow != kNoIndex)
+                rows[canonicalised.rows[i].upperRow] = i;
+            if (canonicalised.rows[i].lowerRow != kNoIndex)
+                rows[canonicalised.rows[i].lowerRow] = i;
         }
-        for (Index j = 0; j < lowering.columns.size(); ++j)
+        for (Index j = 0; j < canonicalised.columns.size(); ++j)
         {
-            const ColumnPlan& plan = lowering.columns[j];
+            const ColumnPlan& plan = canonicalised.columns[j];
             if (plan.kind != ColumnKind::Fixed)
                 columns[plan.column] = j;
             if (plan.kind == ColumnKind::Split)
@@ -225,8 +226,8 @@ struct Origins
     }
 };
 
-BasisStatus LiftColumn(const ColumnPlan& plan, std::span<const std::uint8_t> isBasic,
-                       Index slackOffset)
+BasisStatus FromCanonicalColumn(const ColumnPlan& plan, std::span<const std::uint8_t> isBasic,
+                                Index slackOffset)
 {
     switch (plan.kind)
     {
@@ -249,23 +250,24 @@ BasisStatus LiftColumn(const ColumnPlan& plan, std::span<const std::uint8_t> isB
 
 }  // namespace
 
-Lowering Lower(const BoundedForm& form, Scaling scaling)
+Canonicalisation ToCanonicalForm(const BoundedForm& form, Scaling scaling)
 {
-    Lowering lowering;
-    PlanColumns(form, lowering);
-    LowerRows(form, lowering);
-    AppendBoundRows(form, lowering);
-    lowering.form.rows = static_cast<Index>(lowering.form.rhs.size());
+    Canonicalisation canonicalised;
+    PlanColumns(form, canonicalised);
+    AppendRows(form, canonicalised);
+    AppendBoundRows(form, canonicalised);
+    canonicalised.form.rows = static_cast<Index>(canonicalised.form.rhs.size());
     if (scaling == Scaling::PowersOfTwo)
-        ScaleByPowersOfTwo(lowering);
-    return lowering;
+        ScaleByPowersOfTwo(canonicalised);
+    return canonicalised;
 }
 
-std::vector<double> LiftValues(const Lowering& lowering, std::span<const double> y)
+std::vector<double> FromCanonicalPoint(const Canonicalisation& canonicalised,
+                                       std::span<const double> y)
 {
     std::vector<double> x;
-    x.reserve(lowering.columns.size());
-    for (const ColumnPlan& plan : lowering.columns)
+    x.reserve(canonicalised.columns.size());
+    for (const ColumnPlan& plan : canonicalised.columns)
     {
         if (plan.kind == ColumnKind::Fixed)
         {
@@ -280,19 +282,19 @@ std::vector<double> LiftValues(const Lowering& lowering, std::span<const double>
     return x;
 }
 
-Basis LiftBasis(const Lowering& lowering, std::span<const Index> basicLabels)
+Basis FromCanonicalBasis(const Canonicalisation& canonicalised, std::span<const Index> basicLabels)
 {
-    const std::size_t count = std::size_t{lowering.form.columns} + lowering.form.rows;
+    const std::size_t count = std::size_t{canonicalised.form.columns} + canonicalised.form.rows;
     std::vector<std::uint8_t> isBasic(count, 0);
     for (const Index label : basicLabels)
         if (label != 0 && label <= count)
             isBasic[label - 1] = 1;
-    const Index slackOffset = lowering.form.columns;
+    const Index slackOffset = canonicalised.form.columns;
 
     Basis basis;
-    for (const ColumnPlan& plan : lowering.columns)
-        basis.columns.push_back(LiftColumn(plan, isBasic, slackOffset));
-    for (const RowPlan& plan : lowering.rows)
+    for (const ColumnPlan& plan : canonicalised.columns)
+        basis.columns.push_back(FromCanonicalColumn(plan, isBasic, slackOffset));
+    for (const RowPlan& plan : canonicalised.rows)
     {
         const auto isTight = [&](Index row)
         { return row != kNoIndex && !isBasic[slackOffset + row]; };
@@ -303,10 +305,10 @@ Basis LiftBasis(const Lowering& lowering, std::span<const Index> basicLabels)
     return basis;
 }
 
-Binary32Report ReportBinary32(const Lowering& lowering)
+Binary32Report ReportBinary32(const Canonicalisation& canonicalised)
 {
-    const CanonicalForm& form = lowering.form;
-    const Origins origins(lowering);
+    const CanonicalForm& form = canonicalised.form;
+    const Origins origins(canonicalised);
     Binary32Report report;
     for (Index j = 0; j < form.columns; ++j)
         Include(report, form.cost[j], kNoIndex, origins.columns[j]);

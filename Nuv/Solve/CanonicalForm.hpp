@@ -8,7 +8,7 @@
 /// y'), a fixed one is put in; a row with two sides becomes two rows, a free one none; a variable
 /// with two bounds gets a row of its own. Optionally rows and columns are scaled by powers of two,
 /// which changes exponents and no other bit. Invariant: every variable of the model has a plan, and
-/// the plan is all that lifting needs.
+/// the plan is all that the way back needs.
 #pragma once
 
 #include "Nuv/Solve/Scaling.hpp"
@@ -55,7 +55,7 @@ struct RowPlan
     Index lowerRow = kNoIndex;  ///< -a . y <= -lower
 };
 
-struct Lowering
+struct Canonicalisation
 {
     CanonicalForm form;
     std::vector<ColumnPlan> columns;
@@ -63,14 +63,17 @@ struct Lowering
 };
 
 /// Lowers a form whose bounds do not contradict each other.
-[[nodiscard]] Lowering Lower(const BoundedForm& form, Scaling scaling = Scaling::None);
+[[nodiscard]] Canonicalisation ToCanonicalForm(const BoundedForm& form,
+                                               Scaling scaling = Scaling::None);
 
 /// @return x for the canonical y.
-[[nodiscard]] std::vector<double> LiftValues(const Lowering& lowering, std::span<const double> y);
+[[nodiscard]] std::vector<double> FromCanonicalPoint(const Canonicalisation& canonicalised,
+                                                     std::span<const double> y);
 
 /// @return the basis of the general form that a canonical basis stands for. Labels count from 1:
 /// columns first, then the rows' slacks.
-[[nodiscard]] Basis LiftBasis(const Lowering& lowering, std::span<const Index> basicLabels);
+[[nodiscard]] Basis FromCanonicalBasis(const Canonicalisation& canonicalised,
+                                       std::span<const Index> basicLabels);
 
 /// What rounding to binary32 does to the numbers of a canonical form.
 struct Binary32Report
@@ -85,6 +88,6 @@ struct Binary32Report
     Index column = kNoIndex;
 };
 
-[[nodiscard]] Binary32Report ReportBinary32(const Lowering& lowering);
+[[nodiscard]] Binary32Report ReportBinary32(const Canonicalisation& canonicalised);
 
 }  // namespace nuv

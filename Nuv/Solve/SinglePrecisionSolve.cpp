@@ -13,16 +13,16 @@ constexpr std::size_t kBytesToStart = std::size_t{1} << 28;
 constexpr std::size_t kBytesToSolve = std::size_t{1} << 30;
 
 /// Where the float stage stands before a pivot. A basic artificial variable is left out.
-PathStep VertexBefore(const FloatPivot& pivot, const BoundedForm& form, const Lowering& lowering,
-                      double sign)
+PathStep VertexBefore(const SinglePrecisionPivot& pivot, const BoundedForm& form,
+                      const Canonicalisation& canonicalised, double sign)
 {
-    std::vector<double> canonical(lowering.form.columns, 0.0);
+    std::vector<double> canonical(canonicalised.form.columns, 0.0);
     for (std::size_t i = 0; i < pivot.basic.size(); ++i)
-        if (pivot.basic[i] != 0 && pivot.basic[i] <= lowering.form.columns)
+        if (pivot.basic[i] != 0 && pivot.basic[i] <= canonicalised.form.columns)
             canonical[pivot.basic[i] - 1] = static_cast<double>(pivot.values[i]);
     PathStep step;
     step.phase = pivot.phase;
-    step.values = LiftValues(lowering, canonical);
+    step.values = FromCanonicalPoint(canonicalised, canonical);
     double objective = form.constant;
     for (Index j = 0; j < form.columns; ++j)
         objective += form.cost[j] * step.values[j];
@@ -30,35 +30,37 @@ PathStep VertexBefore(const FloatPivot& pivot, const BoundedForm& form, const Lo
     return step;
 }
 
-FloatResult RunSinglePrecision(const BoundedForm& form, double sign, const Lowering& lowering,
-                               const SolveOptions& options, SolveControl& control,
-                               Solution& solution)
+SinglePrecisionResult RunSinglePrecision(const BoundedForm& form, double sign,
+                                         const Canonicalisation& canonicalised,
+                                         const SolveOptions& options, SolveControl& control,
+                                         Solution& solution)
 {
-    const CanonicalForm& canonical = lowering.form;
-    const FloatBudget budget{50 * (std::uint64_t{canonical.rows} + canonical.columns),
-                             options.singlePrecisionOnly ? kBytesToSolve : kBytesToStart};
+    const CanonicalForm& canonical = canonicalised.form;
+    const SinglePrecisionBudget budget{50 * (std::uint64_t{canonical.rows} + canonical.columns),
+                                       options.singlePrecisionOnly ? kBytesToSolve : kBytesToStart};
     if (!options.recordPath)
-        return RunFloatStage(canonical, budget, control);
-    return RunFloatStage(canonical, budget, control,
-                         [&](const FloatPivot& pivot)
-                         { solution.path.push_back(VertexBefore(pivot, form, lowering, sign)); });
+        return RunSinglePrecisionStage(canonical, budget, control);
+    return RunSinglePrecisionStage(
+        canonical, budget, control,
+        [&](const SinglePrecisionPivot& pivot)
+        { solution.path.push_back(VertexBefore(pivot, form, canonicalised, sign)); });
 }
 
 void Record(const SolveControl& control, Solution& solution)
 {
-    solution.stages[Stage::SinglePrecision] = {!solution.floatStage.basicLabels.empty(),
-                                               solution.floatStage.pivots, control.Seconds()};
+    solution.stages[Stage::SinglePrecision] = {!solution.singlePrecision.basicLabels.empty(),
+                                               solution.singlePrecision.pivots, control.Seconds()};
 }
 
-Status StatusOf(FloatOutcome outcome)
+Status StatusOf(SinglePrecisionOutcome outcome)
 {
     switch (outcome)
     {
-    case FloatOutcome::Optimal:
+    case SinglePrecisionOutcome::Optimal:
         return Status::Optimal;
-    case FloatOutcome::Infeasible:
+    case SinglePrecisionOutcome::Infeasible:
         return Status::Infeasible;
-    case FloatOutcome::Unbounded:
+    case SinglePrecisionOutcome::Unbounded:
         return Status::Unbounded;
     default:
         return Status::Stopped;
@@ -73,12 +75,13 @@ std::optional<Basis> FindStart(const BoundedForm& form, double sign, const Solve
     // Bounds that cross have no canonical form, and need none.
     if (!options.useSinglePrecision || FindCrossedBounds(form) != kNoIndex)
         return std::nullopt;
-    const Lowering lowering = Lower(form, options.scaling);
-    solution.floatStage = RunSinglePrecision(form, sign, lowering, options, control, solution);
+    const Canonicalisation canonicalised = ToCanonicalForm(form, options.scaling);
+    solution.singlePrecision =
+        RunSinglePrecision(form, sign, canonicalised, options, control, solution);
     Record(control, solution);
-    if (solution.floatStage.basicLabels.empty())
+    if (solution.singlePrecision.basicLabels.empty())
         return std::nullopt;
-    return LiftBasis(lowering, solution.floatStage.basicLabels);
+    return FromCanonicalBasis(canonicalised, solution.singlePrecision.basicLabels);
 }
 
 void BelieveSinglePrecision(const BoundedForm& form, double sign, const SolveOptions& options,
@@ -89,18 +92,19 @@ void BelieveSinglePrecision(const BoundedForm& form, double sign, const SolveOpt
         solution.status = Status::Infeasible;
         return;
     }
-    const Lowering lowering = Lower(form, options.scaling);
-    solution.floatStage = RunSinglePrecision(form, sign, lowering, options, control, solution);
+    const Canonicalisation canonicalised = ToCanonicalForm(form, options.scaling);
+    solution.singlePrecision =
+        RunSinglePrecision(form, sign, canonicalised, options, control, solution);
     Record(control, solution);
-    solution.status = StatusOf(solution.floatStage.outcome);
-    solution.stopReason = solution.floatStage.outcome == FloatOutcome::PivotLimit
+    solution.status = StatusOf(solution.singlePrecision.outcome);
+    solution.stopReason = solution.singlePrecision.outcome == SinglePrecisionOutcome::PivotLimit
                               ? StopReason::PivotLimit
                               : control.Reason();
     if (solution.status != Status::Optimal)
         return;
-    const std::vector<double> canonical(solution.floatStage.values.begin(),
-                                        solution.floatStage.values.end());
-    solution.values = LiftValues(lowering, canonical);
+    const std::vector<double> canonical(solution.singlePrecision.values.begin(),
+                                        solution.singlePrecision.values.end());
+    solution.values = FromCanonicalPoint(canonicalised, canonical);
     double objective = form.constant;
     for (Index j = 0; j < form.columns; ++j)
         objective += form.cost[j] * solution.values[j];

@@ -19,8 +19,9 @@ class Follower
 {
 public:
     /// `beyond` is the outcome where `mostPivots` do not suffice.
-    Follower(std::uint64_t mostPivots, FloatOutcome beyond, SolveControl& control,
-             const std::function<void(const FloatPivot&)>& observe, FloatResult& result)
+    Follower(std::uint64_t mostPivots, SinglePrecisionOutcome beyond, SolveControl& control,
+             const std::function<void(const SinglePrecisionPivot&)>& observe,
+             SinglePrecisionResult& result)
         : m_mostPivots(mostPivots),
           m_beyond(beyond),
           m_control(control),
@@ -34,7 +35,7 @@ public:
         const std::span<const Index> basic(pivot.basic, pivot.numBasic);
         m_result.basicLabels.assign(basic.begin(), basic.end());
         if (Returns(pivot, basic))
-            return Stop(FloatOutcome::Cycling);
+            return Stop(SinglePrecisionOutcome::Cycling);
         if (m_result.pivots >= m_mostPivots)
             return Stop(m_beyond);
         if (m_observe)
@@ -45,8 +46,9 @@ public:
                        basic,
                        {pivot.values, pivot.numBasic}});
         if (!m_control.MayPivot(Stage::SinglePrecision, false, std::nan("")))
-            return Stop(m_control.Reason() == StopReason::PivotLimit ? FloatOutcome::PivotLimit
-                                                                     : FloatOutcome::Stopped);
+            return Stop(m_control.Reason() == StopReason::PivotLimit
+                            ? SinglePrecisionOutcome::PivotLimit
+                            : SinglePrecisionOutcome::Stopped);
         m_control.CountPivot(Stage::SinglePrecision);
         // What the basis is once the pivot is made.
         std::replace(m_result.basicLabels.begin(), m_result.basicLabels.end(), pivot.leaving,
@@ -56,7 +58,7 @@ public:
     }
 
 private:
-    bool Stop(FloatOutcome outcome)
+    bool Stop(SinglePrecisionOutcome outcome)
     {
         m_result.outcome = outcome;
         return false;
@@ -81,10 +83,10 @@ private:
     }
 
     std::uint64_t m_mostPivots;
-    FloatOutcome m_beyond;
+    SinglePrecisionOutcome m_beyond;
     SolveControl& m_control;
-    const std::function<void(const FloatPivot&)>& m_observe;
-    FloatResult& m_result;
+    const std::function<void(const SinglePrecisionPivot&)>& m_observe;
+    SinglePrecisionResult& m_result;
     std::uint32_t m_phase = 0;
     std::uint64_t m_span = 1;
     std::uint64_t m_rememberedAt = 0;
@@ -125,36 +127,37 @@ bool State(const CanonicalForm& form, LinearProgram& program)
     return program.SetObjective(terms);
 }
 
-FloatOutcome OutcomeOf(Verdict verdict, FloatOutcome stopped)
+SinglePrecisionOutcome OutcomeOf(Verdict verdict, SinglePrecisionOutcome stopped)
 {
     switch (verdict)
     {
     case Verdict::Ok:
-        return FloatOutcome::Optimal;
+        return SinglePrecisionOutcome::Optimal;
     case Verdict::Infeasible:
-        return FloatOutcome::Infeasible;
+        return SinglePrecisionOutcome::Infeasible;
     case Verdict::Unbounded:
-        return FloatOutcome::Unbounded;
+        return SinglePrecisionOutcome::Unbounded;
     case Verdict::Stopped:
         return stopped;
     case Verdict::InvalidInput:
         break;
     }
     // The program was stated as the core wants it: storage was refused.
-    return FloatOutcome::Memory;
+    return SinglePrecisionOutcome::Memory;
 }
 
 }  // namespace
 
-FloatResult RunFloatStage(const CanonicalForm& form, const FloatBudget& budget,
-                          SolveControl& control,
-                          const std::function<void(const FloatPivot&)>& observe)
+SinglePrecisionResult
+RunSinglePrecisionStage(const CanonicalForm& form, const SinglePrecisionBudget& budget,
+                        SolveControl& control,
+                        const std::function<void(const SinglePrecisionPivot&)>& observe)
 {
-    FloatResult result;
-    result.outcome = form.rows == 0 || form.columns == 0 ? FloatOutcome::Empty
-                     : !IsFinite(form)                   ? FloatOutcome::OutOfRange
-                                                         : FloatOutcome::Memory;
-    if (result.outcome != FloatOutcome::Memory)
+    SinglePrecisionResult result;
+    result.outcome = form.rows == 0 || form.columns == 0 ? SinglePrecisionOutcome::Empty
+                     : !IsFinite(form)                   ? SinglePrecisionOutcome::OutOfRange
+                                                         : SinglePrecisionOutcome::Memory;
+    if (result.outcome != SinglePrecisionOutcome::Memory)
         return result;
     const std::uint64_t affordable = AffordablePivots(form, budget.bytes);
     LinearProgram program(form.columns);
@@ -164,12 +167,12 @@ FloatResult RunFloatStage(const CanonicalForm& form, const FloatBudget& budget,
     for (Index i = 0; i < form.rows; ++i)
         result.basicLabels.push_back(form.columns + 1 + i);
     const bool isBudgetAffordable = budget.pivots <= affordable;
-    const Verdict verdict = program.Solve(
-        Follower(std::min(budget.pivots, affordable),
-                 isBudgetAffordable ? FloatOutcome::PivotBudget : FloatOutcome::Memory, control,
-                 observe, result));
+    const Verdict verdict = program.Solve(Follower(
+        std::min(budget.pivots, affordable),
+        isBudgetAffordable ? SinglePrecisionOutcome::PivotBudget : SinglePrecisionOutcome::Memory,
+        control, observe, result));
     result.outcome = OutcomeOf(verdict, result.outcome);
-    if (result.outcome != FloatOutcome::Optimal)
+    if (result.outcome != SinglePrecisionOutcome::Optimal)
         return result;
     result.objective = program.Objective();
     for (Index j = 0; j < form.columns; ++j)

@@ -12,7 +12,7 @@
 namespace nuv
 {
 
-enum class FloatOutcome : std::uint8_t
+enum class SinglePrecisionOutcome : std::uint8_t
 {
     Optimal,
     Infeasible,
@@ -28,7 +28,7 @@ enum class FloatOutcome : std::uint8_t
 };
 
 /// A pivot that is about to be made, in terms of the canonical form.
-struct FloatPivot
+struct SinglePrecisionPivot
 {
     std::uint32_t phase = 0;
     std::uint64_t number = 0;
@@ -39,15 +39,15 @@ struct FloatPivot
 };
 
 /// What the stage may take of its own accord, whatever the limits of the solve.
-struct FloatBudget
+struct SinglePrecisionBudget
 {
     std::uint64_t pivots = 0;
     std::size_t bytes = 0;  ///< for the dense matrices and what the solve leaves behind
 };
 
-struct FloatResult
+struct SinglePrecisionResult
 {
-    FloatOutcome outcome = FloatOutcome::Skipped;
+    SinglePrecisionOutcome outcome = SinglePrecisionOutcome::Skipped;
     std::uint64_t pivots = 0;
     /// The labels of the last basis, by row; from 1: columns, then slacks; 0 is the artificial one.
     std::vector<Index> basicLabels;
@@ -58,8 +58,9 @@ struct FloatResult
 
 /// Runs until a verdict, the budget or the control ends it. `observe`, if set, sees each pivot that
 /// is about to be made, and the one before which the control ends the stage.
-[[nodiscard]] FloatResult RunFloatStage(const CanonicalForm& form, const FloatBudget& budget,
-                                        SolveControl& control,
-                                        const std::function<void(const FloatPivot&)>& observe = {});
+[[nodiscard]] SinglePrecisionResult
+RunSinglePrecisionStage(const CanonicalForm& form, const SinglePrecisionBudget& budget,
+                        SolveControl& control,
+                        const std::function<void(const SinglePrecisionPivot&)>& observe = {});
 
 }  // namespace nuv

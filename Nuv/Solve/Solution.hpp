@@ -83,7 +83,7 @@ struct Solution
     Iis iis;                  ///< Infeasible
     Sensitivity sensitivity;  ///< Optimal, if it was asked for
 
-    FloatResult floatStage;
+    SinglePrecisionResult singlePrecision;
     std::vector<PathStep> path;  ///< if it was asked for
     StageRecords stages;
     double checkSeconds = 0.0;

@@ -65,13 +65,13 @@ std::string Scales(const nuv::Model& model)
 
 std::string Rounding(const nuv::Model& model)
 {
-    const nuv::Lowering lowering = nuv::Lower(nuv::FormOf(model));
-    const nuv::Binary32Report report = nuv::ReportBinary32(lowering);
+    const nuv::Canonicalisation canonicalised = nuv::ToCanonicalForm(nuv::FormOf(model));
+    const nuv::Binary32Report report = nuv::ReportBinary32(canonicalised);
     std::string text =
         fmt::format("\nin single precision\n  canonical form   {} rows, {} columns\n"
                     "  not exact        {} of {} numbers, by at most {} of their size\n",
-                    lowering.form.rows, lowering.form.columns, report.inexact, report.numbers,
-                    report.largestRelativeChange);
+                    canonicalised.form.rows, canonicalised.form.columns, report.inexact,
+                    report.numbers, report.largestRelativeChange);
     if (report.overflowing != 0)
         text += fmt::format(
             "  too large        {} numbers, the first {}{}\n", report.overflowing,

@@ -15,7 +15,8 @@ class EnumWords : public testing::Test
 {
 };
 
-using Enums = testing::Types<Status, BasisStatus, FloatOutcome, ClaimedStatus, Judgement, Evidence>;
+using Enums =
+    testing::Types<Status, BasisStatus, SinglePrecisionOutcome, ClaimedStatus, Judgement, Evidence>;
 TYPED_TEST_SUITE(EnumWords, Enums);
 
 TYPED_TEST(EnumWords, LeadFromEachValueToAWordAndBack)

@@ -1,4 +1,5 @@
-// Lowering and lifting: one is the other's inverse, and neither changes what a point satisfies.
+// To the canonical form and back: one is the other's inverse, and neither changes what a point
+// satisfies.
 #include "Nuv/Solve/CanonicalForm.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 
@@ -78,12 +79,13 @@ nuv::Model RandomModel(Numbers& numbers)
 }
 
 /// A canonical point for x; x lies within its bounds.
-std::vector<double> LowerPoint(const nuv::Lowering& lowering, std::span<const double> x)
+std::vector<double> LowerPoint(const nuv::Canonicalisation& canonicalised,
+                               std::span<const double> x)
 {
-    std::vector<double> y(lowering.form.columns, 0.0);
+    std::vector<double> y(canonicalised.form.columns, 0.0);
     for (Index j = 0; j < x.size(); ++j)
     {
-        const nuv::ColumnPlan& plan = lowering.columns[j];
+        const nuv::ColumnPlan& plan = canonicalised.columns[j];
         if (plan.kind == ColumnKind::Fixed)
             continue;
         const double value =
@@ -130,49 +132,50 @@ std::vector<double> PointWithinBounds(const nuv::BoundedForm& form, Numbers& num
     return x;
 }
 
-class LoweringOfRandomModels : public testing::TestWithParam<nuv::Scaling>
+class CanonicalFormOfRandomModels : public testing::TestWithParam<nuv::Scaling>
 {
 };
 
-TEST_P(LoweringOfRandomModels, LiftsEveryPointBackToItself)
+TEST_P(CanonicalFormOfRandomModels, TakesEveryPointBackToItself)
 {
     for (std::uint32_t seed = 1; seed <= 2000; ++seed)
     {
         Numbers numbers(seed);
         const nuv::BoundedForm form = nuv::FormOf(RandomModel(numbers));
         ASSERT_EQ(form.Defect(), "") << "seed " << seed;
-        const nuv::Lowering lowering = nuv::Lower(form, GetParam());
+        const nuv::Canonicalisation canonicalised = nuv::ToCanonicalForm(form, GetParam());
         const std::vector<double> x = PointWithinBounds(form, numbers);
-        EXPECT_EQ(nuv::LiftValues(lowering, LowerPoint(lowering, x)), x) << "seed " << seed;
+        EXPECT_EQ(nuv::FromCanonicalPoint(canonicalised, LowerPoint(canonicalised, x)), x)
+            << "seed " << seed;
     }
 }
 
-TEST_P(LoweringOfRandomModels, KeepsFeasibilityAndGain)
+TEST_P(CanonicalFormOfRandomModels, KeepsFeasibilityAndGain)
 {
     for (std::uint32_t seed = 1; seed <= 2000; ++seed)
     {
         Numbers numbers(seed);
         const nuv::BoundedForm form = nuv::FormOf(RandomModel(numbers));
-        const nuv::Lowering lowering = nuv::Lower(form, GetParam());
+        const nuv::Canonicalisation canonicalised = nuv::ToCanonicalForm(form, GetParam());
         const std::vector<double> x = PointWithinBounds(form, numbers);
         const std::vector<double> other = PointWithinBounds(form, numbers);
-        const std::vector<double> y = LowerPoint(lowering, x);
-        const std::vector<double> otherY = LowerPoint(lowering, other);
-        EXPECT_EQ(Satisfies(lowering.form, y), Satisfies(form, x)) << "seed " << seed;
+        const std::vector<double> y = LowerPoint(canonicalised, x);
+        const std::vector<double> otherY = LowerPoint(canonicalised, other);
+        EXPECT_EQ(Satisfies(canonicalised.form, y), Satisfies(form, x)) << "seed " << seed;
         double loss = 0.0;
         for (Index j = 0; j < form.columns; ++j)
             loss += form.cost[j] * (other[j] - x[j]);
         double gain = 0.0;
-        for (Index j = 0; j < lowering.form.columns; ++j)
-            gain += lowering.form.cost[j] * (otherY[j] - y[j]);
+        for (Index j = 0; j < canonicalised.form.columns; ++j)
+            gain += canonicalised.form.cost[j] * (otherY[j] - y[j]);
         EXPECT_EQ(gain, -loss) << "seed " << seed;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scalings, LoweringOfRandomModels,
+INSTANTIATE_TEST_SUITE_P(Scalings, CanonicalFormOfRandomModels,
                          testing::Values(nuv::Scaling::None, nuv::Scaling::PowersOfTwo));
 
-TEST(Lowering, ScalingChangesExponentsAndNothingElse)
+TEST(CanonicalForm, ScalingChangesExponentsAndNothingElse)
 {
     nuv::Model model;
     const nuv::Variable x = model.AddVariable("x");
@@ -181,8 +184,8 @@ TEST(Lowering, ScalingChangesExponentsAndNothingElse)
     model.Add(0.3 * x + 5e-7 * y <= 0.123);
     model.Maximize(1e6 * x + 0.7 * y);
     const nuv::BoundedForm form = nuv::FormOf(model);
-    const nuv::Lowering plain = nuv::Lower(form);
-    const nuv::Lowering scaled = nuv::Lower(form, nuv::Scaling::PowersOfTwo);
+    const nuv::Canonicalisation plain = nuv::ToCanonicalForm(form);
+    const nuv::Canonicalisation scaled = nuv::ToCanonicalForm(form, nuv::Scaling::PowersOfTwo);
     const auto mantissas = [](const std::vector<double>& values)
     {
         std::vector<std::uint64_t> bits;
@@ -196,7 +199,7 @@ TEST(Lowering, ScalingChangesExponentsAndNothingElse)
     EXPECT_NE(plain.form.byRow.value, scaled.form.byRow.value);
 }
 
-TEST(Lowering, EachKindOfVariableAndRowHasItsShape)
+TEST(CanonicalForm, EachKindOfVariableAndRowHasItsShape)
 {
     nuv::Model model;
     const nuv::Variable shifted = model.AddVariable("shifted", {-3.0, infinity});
@@ -206,42 +209,42 @@ TEST(Lowering, EachKindOfVariableAndRowHasItsShape)
     const nuv::Variable fixed = model.AddVariable("fixed", {2.0, 2.0});
     model.Add(nuv::Range(1.0, shifted + boxed + mirrored + free + fixed, 9.0));
     model.Minimize(shifted);
-    const nuv::Lowering lowering = nuv::Lower(nuv::FormOf(model));
-    EXPECT_EQ(lowering.columns[0].kind, ColumnKind::Shifted);
-    EXPECT_EQ(lowering.columns[1].kind, ColumnKind::Shifted);
-    EXPECT_EQ(lowering.columns[2].kind, ColumnKind::Mirrored);
-    EXPECT_EQ(lowering.columns[3].kind, ColumnKind::Split);
-    EXPECT_EQ(lowering.columns[4].kind, ColumnKind::Fixed);
-    EXPECT_EQ(lowering.form.columns, 5U);
+    const nuv::Canonicalisation canonicalised = nuv::ToCanonicalForm(nuv::FormOf(model));
+    EXPECT_EQ(canonicalised.columns[0].kind, ColumnKind::Shifted);
+    EXPECT_EQ(canonicalised.columns[1].kind, ColumnKind::Shifted);
+    EXPECT_EQ(canonicalised.columns[2].kind, ColumnKind::Mirrored);
+    EXPECT_EQ(canonicalised.columns[3].kind, ColumnKind::Split);
+    EXPECT_EQ(canonicalised.columns[4].kind, ColumnKind::Fixed);
+    EXPECT_EQ(canonicalised.form.columns, 5U);
     // shifted + boxed - mirrored + free - free' <= 9 + 3 - 1 - 5 - 2, the same negated, and the
     // box.
-    EXPECT_EQ(lowering.form.rhs, (std::vector<double>{4.0, 4.0, 3.0}));
-    EXPECT_EQ(lowering.form.byRow.value,
+    EXPECT_EQ(canonicalised.form.rhs, (std::vector<double>{4.0, 4.0, 3.0}));
+    EXPECT_EQ(canonicalised.form.byRow.value,
               (std::vector<double>{1, 1, -1, 1, -1, -1, -1, 1, -1, 1, 1}));
-    EXPECT_EQ(lowering.form.cost, (std::vector<double>{-1, 0, 0, 0, 0}));
+    EXPECT_EQ(canonicalised.form.cost, (std::vector<double>{-1, 0, 0, 0, 0}));
 }
 
-TEST(Lowering, ABasisIsLiftedToWhereEachVariableRests)
+TEST(CanonicalForm, ABasisIsTakenBackToWhereEachVariableRests)
 {
     nuv::Model model;
     const nuv::Variable boxed = model.AddVariable("boxed", {1.0, 4.0});
     const nuv::Variable mirrored = model.AddVariable("mirrored", {-infinity, 5.0});
     model.Add(nuv::Range(1.0, boxed + mirrored, 9.0));
-    const nuv::Lowering lowering = nuv::Lower(nuv::FormOf(model));
+    const nuv::Canonicalisation canonicalised = nuv::ToCanonicalForm(nuv::FormOf(model));
     // Columns: 1 boxed, 2 mirrored; slacks: 3 upper side, 4 lower side, 5 boxed's upper bound.
     using enum nuv::BasisStatus;
-    const nuv::Basis slack = nuv::LiftBasis(lowering, std::vector<Index>{3, 4, 5});
+    const nuv::Basis slack = nuv::FromCanonicalBasis(canonicalised, std::vector<Index>{3, 4, 5});
     EXPECT_EQ(slack.columns, (std::vector{AtLower, AtUpper}));
     EXPECT_EQ(slack.rows, (std::vector{Basic}));
-    const nuv::Basis atUpper = nuv::LiftBasis(lowering, std::vector<Index>{3, 4, 1});
+    const nuv::Basis atUpper = nuv::FromCanonicalBasis(canonicalised, std::vector<Index>{3, 4, 1});
     EXPECT_EQ(atUpper.columns, (std::vector{AtUpper, AtUpper}));
     EXPECT_EQ(atUpper.rows, (std::vector{Basic}));
-    const nuv::Basis tight = nuv::LiftBasis(lowering, std::vector<Index>{2, 4, 5});
+    const nuv::Basis tight = nuv::FromCanonicalBasis(canonicalised, std::vector<Index>{2, 4, 5});
     EXPECT_EQ(tight.columns, (std::vector{AtLower, Basic}));
     EXPECT_EQ(tight.rows, (std::vector{AtUpper}));
 }
 
-TEST(Lowering, ReportsWhatBinary32CannotHold)
+TEST(CanonicalForm, ReportsWhatBinary32CannotHold)
 {
     nuv::Model model;
     const nuv::Variable x = model.AddVariable("x");
@@ -249,7 +252,8 @@ TEST(Lowering, ReportsWhatBinary32CannotHold)
     model.Add(0.5 * x + 0.1 * y <= 3.0);
     model.Add(x + 1e300 * y <= 16777217.0);
     model.Maximize(x + y);
-    const nuv::Binary32Report report = nuv::ReportBinary32(nuv::Lower(nuv::FormOf(model)));
+    const nuv::Binary32Report report =
+        nuv::ReportBinary32(nuv::ToCanonicalForm(nuv::FormOf(model)));
     EXPECT_EQ(report.numbers, 8U);
     EXPECT_EQ(report.inexact, 3U);
     EXPECT_EQ(report.overflowing, 1U);

@@ -139,7 +139,7 @@ TEST(Solve, NumbersBeyondBinary32AreSolvedExactlyInstead)
     model.Add(1e200 * x <= 5e200);
     model.Maximize(x);
     const nuv::Solution solution = model.Solve();
-    EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::OutOfRange);
+    EXPECT_EQ(solution.singlePrecision.outcome, nuv::SinglePrecisionOutcome::OutOfRange);
     ASSERT_EQ(solution.status, nuv::Status::Optimal);
     EXPECT_EQ(solution.objective, 5.0);
 }
@@ -198,7 +198,7 @@ TEST(Solve, StopsWhenToldToInSinglePrecision)
             return false;
         };
         const nuv::Solution solution = model.Solve(options);
-        EXPECT_EQ(solution.floatStage.outcome, nuv::FloatOutcome::Stopped);
+        EXPECT_EQ(solution.singlePrecision.outcome, nuv::SinglePrecisionOutcome::Stopped);
         EXPECT_EQ(solution.status, nuv::Status::Stopped);
         EXPECT_EQ(solution.stopReason, nuv::StopReason::Cancelled);
         EXPECT_EQ(asked, 1) << "a stop is final";
@@ -242,7 +242,7 @@ TEST(Solve, APivotLimitOfEveryStageIsOneForTheWholeSolve)
                 return true;
             };
             const nuv::Solution solution = model.Solve(options);
-            EXPECT_LE(solution.floatStage.pivots, most);
+            EXPECT_LE(solution.singlePrecision.pivots, most);
             EXPECT_LE(solution.stages[nuv::Stage::Double].pivots, most);
             EXPECT_LE(solution.stages[nuv::Stage::Exact].pivots, most);
         }
