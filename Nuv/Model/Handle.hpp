@@ -2,7 +2,8 @@
 /// the model got the thing of that index from. A model that is copied keeps what it has made so far
 /// in common with the copy, so that a handle made before serves both; what either of them adds
 /// later is its own. So a handle of another model is told from one of this model even where its
-/// index is one of this model too.
+/// index is one of this model too. What is removed takes its handle with it; the handles of all
+/// others stay good, although their places in the arrays of the model change (HandleOrigins::Find).
 #pragma once
 
 #include <cstddef>
@@ -24,6 +25,8 @@ public:
 
     Handle() = default;
 
+    /// Which of the model's variables or rows this was when it was made. As long as nothing is
+    /// removed that is its place in arrays by variable or row too; Model::IndexOf always knows it.
     [[nodiscard]] std::uint32_t Index() const noexcept
     {
         return m_index;
@@ -64,52 +67,85 @@ struct SameHandle
     }
 };
 
-/// The origins of one model's variables, or of its rows. Every index belongs to one stretch of
-/// indices, and every stretch has a number that no other in the program has (but for 2^32 stretches
-/// having been opened in between); a copy opens a stretch of its own when it first adds something.
+/// The origins of one model's variables, or of its rows, and where they stand now. Every index of a
+/// handle belongs to one stretch of indices, and every stretch has a number that no other in the
+/// program has (but for 2^32 stretches having been opened in between); a copy opens a stretch of
+/// its own when it first adds something. An index is never given twice, so after a removal the
+/// indices run ahead of the places; until then both are the same and neither is stored.
 class HandleOrigins
 {
 public:
     HandleOrigins() = default;
     HandleOrigins(const HandleOrigins& other)
-        : m_stretches(other.m_stretches), m_count(other.m_count)
+        : m_stretches(other.m_stretches),
+          m_count(other.m_count),
+          m_made(other.m_made),
+          m_indexAt(other.m_indexAt),
+          m_placeOf(other.m_placeOf)
     {
     }
     HandleOrigins(HandleOrigins&& other) noexcept
         : m_stretches(std::exchange(other.m_stretches, {})),
           m_count(std::exchange(other.m_count, 0)),
-          m_isOpen(std::exchange(other.m_isOpen, false))
+          m_made(std::exchange(other.m_made, 0)),
+          m_isOpen(std::exchange(other.m_isOpen, false)),
+          m_indexAt(std::exchange(other.m_indexAt, {})),
+          m_placeOf(std::exchange(other.m_placeOf, {}))
     {
     }
     HandleOrigins& operator=(HandleOrigins other) noexcept
     {
         m_stretches.swap(other.m_stretches);
         m_count = other.m_count;
+        m_made = other.m_made;
         m_isOpen = other.m_isOpen;
+        m_indexAt.swap(other.m_indexAt);
+        m_placeOf.swap(other.m_placeOf);
         return *this;
     }
     ~HandleOrigins() = default;
 
-    /// One more index.
+    /// One more place, the last.
     void Add()
     {
         if (!m_isOpen)
-            m_stretches.push_back({m_count, NewOrigin()});
+            m_stretches.push_back({m_made, NewOrigin()});
         m_isOpen = true;
+        if (m_count != m_made)
+        {
+            m_indexAt.push_back(m_made);
+            m_placeOf.push_back(m_count);
+        }
         ++m_count;
+        ++m_made;
     }
 
-    /// The handle of an index; not valid if there is no such index.
+    /// Takes the places away that are marked, one mark by place; the others move up.
+    void Remove(const std::vector<bool>& marked);
+
+    /// The handle of what stands at a place; not valid if there is no such place.
     template <class Kind>
-    [[nodiscard]] Handle<Kind> Make(std::uint32_t index) const noexcept
+    [[nodiscard]] Handle<Kind> Make(std::uint32_t place) const noexcept
     {
-        return index < m_count ? Handle<Kind>(OriginOf(index), index) : Handle<Kind>();
+        if (place >= m_count)
+            return {};
+        const std::uint32_t index = m_count == m_made ? place : m_indexAt[place];
+        return Handle<Kind>(OriginOf(index), index);
+    }
+
+    /// The place of what the handle stands for; NoIndex if that is not here, or no longer.
+    template <class Kind>
+    [[nodiscard]] std::uint32_t Find(const Handle<Kind>& handle) const noexcept
+    {
+        if (handle.m_index >= m_made || OriginOf(handle.m_index) != handle.m_origin)
+            return Handle<Kind>::NoIndex;
+        return m_count == m_made ? handle.m_index : m_placeOf[handle.m_index];
     }
 
     template <class Kind>
     [[nodiscard]] bool Contain(const Handle<Kind>& handle) const noexcept
     {
-        return Same(handle, Make<Kind>(handle.m_index)) && handle.Valid();
+        return Find(handle) != Handle<Kind>::NoIndex;
     }
 
 private:
@@ -120,7 +156,7 @@ private:
     };
 
     [[nodiscard]] static std::uint32_t NewOrigin() noexcept;
-    /// Of an index below the count: most often of the last stretch, which in most models is the
+    /// Of an index that was given: most often of the last stretch, which in most models is the
     /// only one.
     [[nodiscard]] std::uint32_t OriginOf(std::uint32_t index) const noexcept
     {
@@ -130,8 +166,12 @@ private:
     [[nodiscard]] std::uint32_t OriginOfEarlier(std::uint32_t index) const noexcept;
 
     std::vector<Stretch> m_stretches;
-    std::uint32_t m_count = 0;
-    bool m_isOpen = false;  ///< the last stretch is this object's own
+    std::uint32_t m_count = 0;  ///< of places
+    std::uint32_t m_made = 0;   ///< of indices
+    bool m_isOpen = false;      ///< the last stretch is this object's own
+    // Empty as long as every index is a place.
+    std::vector<std::uint32_t> m_indexAt;  ///< by place
+    std::vector<std::uint32_t> m_placeOf;  ///< by index; NoIndex of what was removed
 };
 
 }  // namespace nuv

@@ -2,50 +2,16 @@
 /// changes nothing but Failure().
 #include "Nuv/Model/Model.hpp"
 
+#include "Nuv/Model/ModelErrors.hpp"
+
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace nuv
 {
 namespace
 {
-
-std::string Quoted(std::string_view name)
-{
-    std::string quoted = "'";
-    quoted.append(name).append("'");
-    return quoted;
-}
-
-Error MakeError(std::string code, std::string text, std::string hint)
-{
-    return {std::move(code), std::move(text), std::move(hint), {}, 0, 0};
-}
-
-/// Whether bounds are numbers and there is one on the right side of each; false for NaN too.
-bool ArePossible(Bounds bounds) noexcept
-{
-    return bounds.lower < Infinity && bounds.upper > -Infinity;
-}
-
-/// What is wrong with bounds of `subject` that are not possible.
-Error FaultOf(Bounds bounds, const std::string& subject)
-{
-    if (std::isnan(bounds.lower) || std::isnan(bounds.upper))
-    {
-        return MakeError("model.not-a-number", "a bound of " + subject + " is not a number",
-                         "check the arithmetic that made it");
-    }
-    return MakeError("model.impossible-bound", "no number can keep the bounds of " + subject,
-                     "a lower bound is finite or -Infinity, an upper bound finite or Infinity");
-}
-
-Error NotFinite(const std::string& subject)
-{
-    return MakeError("model.not-finite",
-                     subject + " has a coefficient or constant that is not finite",
-                     "only bounds may be infinite");
-}
 
 bool AreFinite(std::span<const double> numbers) noexcept
 {
@@ -57,20 +23,7 @@ bool AreFinite(std::span<const double> numbers) noexcept
 
 Variable Model::AddVariable(std::string_view name, Bounds bounds)
 {
-    if (name.empty())
-    {
-        Fail(MakeError("model.empty-name", "a variable needs a name",
-                       "pass a name that is not empty"));
-        return {};
-    }
-    if (m_variableNames.Find(name) != NameTable::None)
-    {
-        Fail(MakeError("model.duplicate-variable",
-                       "there is already a variable called " + Quoted(name),
-                       "give each variable a name of its own"));
-        return {};
-    }
-    if (!CheckBounds("variable", name, bounds))
+    if (!CheckNewVariable(name, bounds))
         return {};
     const std::uint32_t column = m_variableNames.Intern(name).index;
     AppendColumn(bounds);
@@ -96,16 +49,17 @@ Row Model::Add(std::string_view name, const Constraint& constraint)
                        "give each row a name of its own"));
         return {};
     }
-    std::vector<Term> terms = constraint.expression.Terms();
+    std::vector<std::pair<std::uint32_t, double>> terms;
+    for (const Term& term : constraint.expression.Terms())
+        terms.emplace_back(IndexOf(term.variable), term.coefficient);
     std::stable_sort(terms.begin(), terms.end(),
-                     [](const Term& a, const Term& b)
-                     { return a.variable.Index() < b.variable.Index(); });
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
     for (std::size_t i = 0; i < terms.size(); ++i)
     {
-        if (i > 0 && terms[i].variable.Index() == terms[i - 1].variable.Index())
-            m_coefficients.back() += terms[i].coefficient;
+        if (i > 0 && terms[i].first == terms[i - 1].first)
+            m_coefficients.back() += terms[i].second;
         else
-            AppendEntry(terms[i].variable.Index(), terms[i].coefficient);
+            AppendEntry(terms[i].first, terms[i].second);
     }
     return row;
 }
@@ -116,21 +70,6 @@ Row Model::Add(const Constraint& constraint)
     while (m_rowNames.Find(name) != NameTable::None)
         name += '_';
     return Add(name, constraint);
-}
-
-bool Model::SetBounds(Variable variable, Bounds bounds)
-{
-    if (!Owns(variable))
-    {
-        return Fail(MakeError("model.unknown-variable",
-                              "bounds are set for a variable that is not of this model",
-                              "use the handle that AddVariable of this model returned"));
-    }
-    if (!CheckBounds("variable", VariableName(variable.Index()), bounds))
-        return false;
-    m_variableLower[variable.Index()] = bounds.lower;
-    m_variableUpper[variable.Index()] = bounds.upper;
-    return true;
 }
 
 std::optional<Error> Model::FindFault() const
@@ -208,7 +147,23 @@ void Model::SetObjective(Sense sense, const Expression& objective)
     m_objectiveConstant = objective.Constant();
     std::fill(m_objective.begin(), m_objective.end(), 0.0);
     for (const Term& term : objective.Terms())
-        m_objective[term.variable.Index()] += term.coefficient;
+        m_objective[IndexOf(term.variable)] += term.coefficient;
+}
+
+bool Model::CheckNewVariable(std::string_view name, Bounds bounds)
+{
+    if (name.empty())
+    {
+        return Fail(MakeError("model.empty-name", "a variable needs a name",
+                              "pass a name that is not empty"));
+    }
+    if (m_variableNames.Find(name) != NameTable::None)
+    {
+        return Fail(MakeError("model.duplicate-variable",
+                              "there is already a variable called " + Quoted(name),
+                              "give each variable a name of its own"));
+    }
+    return CheckBounds("variable", name, bounds);
 }
 
 bool Model::CheckBounds(std::string_view what, std::string_view name, Bounds bounds)

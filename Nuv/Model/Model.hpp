@@ -15,6 +15,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <span>
 #include <string>
@@ -35,6 +36,13 @@ struct Bounds
 {
     double lower = 0.0;
     double upper = Infinity;
+};
+
+/// A coefficient of a column that is added: the row where it stands.
+struct ColumnTerm
+{
+    Row row;
+    double coefficient;
 };
 
 struct Solution;
@@ -67,9 +75,44 @@ public:
         SetObjective(Sense::Minimize, objective);
     }
 
-    /// @return false, with Failure() set, if the variable is not of this model or a bound is no
-    /// number.
+    /// A variable with its cost and its coefficients in rows that exist; terms of the same row are
+    /// added up.
+    /// @return an invalid handle, with Failure() set, where AddVariable gives one, or if a row is
+    /// not of this model or a number is not finite.
+    Variable AddColumn(std::string_view name, double cost, Bounds bounds,
+                       std::span<const ColumnTerm> terms);
+    Variable AddColumn(std::string_view name, double cost, Bounds bounds,
+                       std::initializer_list<ColumnTerm> terms)
+    {
+        return AddColumn(name, cost, bounds, std::span(terms.begin(), terms.size()));
+    }
+
+    // Editing it ------------------------------------------------------------
+    //
+    // Each returns false, with Failure() set and nothing else changed, if a variable or row is not
+    // of this model (any more) or a number is no number or infinite where it must not be.
+
     bool SetBounds(Variable variable, Bounds bounds);
+    /// Of the row's activity.
+    bool SetBounds(Row row, Bounds bounds);
+    /// In the model's own sense.
+    bool SetCost(Variable variable, double cost);
+    /// A coefficient of 0 takes the entry out of the row.
+    bool SetCoefficient(Row row, Variable variable, double coefficient);
+
+    /// Takes rows or variables out, these with all their coefficients, and their names with them.
+    /// Handles of what is removed are refused from then on, all others stay good; but places in
+    /// arrays by variable or row move up (IndexOf). Many at once cost as much as one.
+    bool Remove(Row row)
+    {
+        return Remove(std::span(&row, 1));
+    }
+    bool Remove(Variable variable)
+    {
+        return Remove(std::span(&variable, 1));
+    }
+    bool Remove(std::span<const Row> rows);
+    bool Remove(std::span<const Variable> variables);
 
     void SetName(std::string_view name)
     {
@@ -99,7 +142,7 @@ public:
     [[nodiscard]] std::optional<Variable> FindVariable(std::string_view name) const noexcept;
     [[nodiscard]] std::optional<Row> FindRow(std::string_view name) const noexcept;
 
-    /// The variable or row of an index; not valid if there is none.
+    /// The variable or row at a place in the arrays below; not valid if there is none.
     [[nodiscard]] Variable VariableAt(std::uint32_t column) const noexcept
     {
         return m_variables.Make<VariableKind>(column);
@@ -107,6 +150,16 @@ public:
     [[nodiscard]] Row RowAt(std::uint32_t row) const noexcept
     {
         return m_rows.Make<RowKind>(row);
+    }
+
+    /// The place of a variable or row in the arrays below; NoIndex if it is not of this model.
+    [[nodiscard]] std::uint32_t IndexOf(Variable variable) const noexcept
+    {
+        return m_variables.Find(variable);
+    }
+    [[nodiscard]] std::uint32_t IndexOf(Row row) const noexcept
+    {
+        return m_rows.Find(row);
     }
 
     /// Whether a handle is valid and of this model, or was of the model that this one is a copy of
@@ -219,12 +272,19 @@ private:
     friend class ModelBuilder;
 
     void AppendColumn(Bounds bounds);
+    [[nodiscard]] bool CheckNewVariable(std::string_view name, Bounds bounds);
     Row AppendRow(std::string_view name, Bounds bounds);
     void AppendEntry(std::uint32_t column, double coefficient);
     void SetObjective(Sense sense, const Expression& objective);
     bool CheckBounds(std::string_view what, std::string_view name, Bounds bounds);
     bool CheckExpression(std::string_view what, std::string_view name,
                          const Expression& expression);
+    /// The place of what is to be edited; NoIndex, with Failure() set, if it is not of this model.
+    [[nodiscard]] std::uint32_t Locate(std::string_view edit, Variable variable);
+    [[nodiscard]] std::uint32_t Locate(std::string_view edit, Row row);
+    void InsertColumn(std::uint32_t column, std::span<const ColumnTerm> byRow);
+    void RemoveRowsOfEntries(const std::vector<bool>& marked);
+    void RemoveColumnsOfEntries(const std::vector<bool>& marked);
     bool Fail(Error error);
 
     std::string m_name;

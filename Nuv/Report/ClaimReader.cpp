@@ -107,14 +107,14 @@ std::optional<std::uint32_t> NamedReader::Find(What what, std::string_view name,
     if (what == What::Variable)
     {
         if (const std::optional<Variable> variable = m_model.FindVariable(name))
-            return variable->Index();
+            return m_model.IndexOf(*variable);
         (void)m_log.Fail(at, "claim.unknown-variable",
                          fmt::format("the model has no variable '{}'", name),
                          "is this the solution of another model?");
         return std::nullopt;
     }
     if (const std::optional<Row> row = m_model.FindRow(name))
-        return row->Index();
+        return m_model.IndexOf(*row);
     (void)m_log.Fail(at, "claim.unknown-row", fmt::format("the model has no row '{}'", name),
                      "is this the solution of another model?");
     return std::nullopt;

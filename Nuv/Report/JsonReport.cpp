@@ -71,8 +71,8 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
 std::string_view NameOf(const Model& model, const IisMember& member)
 {
     if (const Row* const row = std::get_if<Row>(&member.of))
-        return model.RowName(row->Index());
-    return model.VariableName(std::get<Variable>(member.of).Index());
+        return model.RowName(model.IndexOf(*row));
+    return model.VariableName(model.IndexOf(std::get<Variable>(member.of)));
 }
 
 void WriteConflict(Json& json, const Model& model, const Solution& solution)

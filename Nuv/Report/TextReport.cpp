@@ -200,7 +200,8 @@ std::string ConflictWords(const Model& model, const Iis& iis)
     {
         const Row* const row = std::get_if<Row>(&member.of);
         const bool isRow = row != nullptr;
-        const std::uint32_t index = isRow ? row->Index() : std::get<Variable>(member.of).Index();
+        const std::uint32_t index =
+            isRow ? model.IndexOf(*row) : model.IndexOf(std::get<Variable>(member.of));
         const std::span<const double> sides =
             isRow ? (member.upper ? model.RowUpper() : model.RowLower())
                   : (member.upper ? model.VariableUpper() : model.VariableLower());

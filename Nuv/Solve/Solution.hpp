@@ -131,8 +131,8 @@ private:
     [[nodiscard]] static double Of(const std::vector<double>& numbers, Handle<Kind> handle,
                                    const HandleOrigins& known) noexcept
     {
-        return handle.Index() < numbers.size() && known.Contain(handle) ? numbers[handle.Index()]
-                                                                        : kUnknown;
+        const std::uint32_t at = known.Find(handle);
+        return at < numbers.size() ? numbers[at] : kUnknown;
     }
 };
 

@@ -1,0 +1,286 @@
+/// Changing a model that stands. Entries are stored by rows without gaps, so what adds an entry in
+/// the middle or takes some out moves those behind it: one pass, however many it concerns.
+#include "Nuv/Model/Model.hpp"
+#include "Nuv/Model/ModelErrors.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace nuv
+{
+namespace
+{
+
+/// A name table without the entries that are marked.
+NameTable Without(const NameTable& names, const std::vector<bool>& marked)
+{
+    NameTable kept;
+    for (std::uint32_t index = 0; index < names.Size(); ++index)
+    {
+        if (marked[index])
+            continue;
+        if (names[index].empty())
+            (void)kept.AddUnnamed();
+        else
+            (void)kept.Intern(names[index]);
+    }
+    return kept;
+}
+
+void RemoveMarked(std::vector<double>& numbers, const std::vector<bool>& marked)
+{
+    std::size_t kept = 0;
+    for (std::size_t at = 0; at < numbers.size(); ++at)
+    {
+        if (!marked[at])
+            numbers[kept++] = numbers[at];
+    }
+    numbers.resize(kept);
+}
+
+}  // namespace
+
+Variable Model::AddColumn(std::string_view name, double cost, Bounds bounds,
+                          std::span<const ColumnTerm> terms)
+{
+    if (!CheckNewVariable(name, bounds))
+        return {};
+    const std::string subject = "variable " + Quoted(name);
+    bool finite = std::isfinite(cost);
+    std::vector<ColumnTerm> byRow;
+    for (const ColumnTerm& term : terms)
+    {
+        if (!Owns(term.row))
+        {
+            Fail(MakeError("model.unknown-row", subject + " has a row that is not of this model",
+                           "use handles of rows of this model that were not removed"));
+            return {};
+        }
+        finite = finite && std::isfinite(term.coefficient);
+        byRow.push_back(term);
+    }
+    if (!finite)
+    {
+        Fail(NotFinite(subject));
+        return {};
+    }
+    std::stable_sort(byRow.begin(), byRow.end(),
+                     [this](const ColumnTerm& a, const ColumnTerm& b)
+                     { return IndexOf(a.row) < IndexOf(b.row); });
+    const Variable variable = AddVariable(name, bounds);
+    m_objective.back() = cost;
+    InsertColumn(VariableCount() - 1, byRow);
+    return variable;
+}
+
+/// Moves the rows up from the last to the first, each behind its place in the end, so that nothing
+/// is overwritten before it has moved.
+void Model::InsertColumn(std::uint32_t column, std::span<const ColumnTerm> byRow)
+{
+    std::vector<std::pair<std::uint32_t, double>> entries;
+    for (const ColumnTerm& term : byRow)
+    {
+        const std::uint32_t row = IndexOf(term.row);
+        if (!entries.empty() && entries.back().first == row)
+            entries.back().second += term.coefficient;
+        else
+            entries.emplace_back(row, term.coefficient);
+    }
+    std::size_t from = m_columns.size();
+    std::size_t to = from + entries.size();
+    m_columns.resize(to);
+    m_coefficients.resize(to);
+    std::uint32_t end = RowCount();
+    for (std::size_t left = entries.size(); left-- > 0;)
+    {
+        const auto& [row, coefficient] = entries[left];
+        const std::size_t moved = from - m_rowStarts[std::size_t{row} + 1];
+        std::copy_backward(m_columns.begin() + static_cast<std::ptrdiff_t>(from - moved),
+                           m_columns.begin() + static_cast<std::ptrdiff_t>(from),
+                           m_columns.begin() + static_cast<std::ptrdiff_t>(to));
+        std::copy_backward(m_coefficients.begin() + static_cast<std::ptrdiff_t>(from - moved),
+                           m_coefficients.begin() + static_cast<std::ptrdiff_t>(from),
+                           m_coefficients.begin() + static_cast<std::ptrdiff_t>(to));
+        from -= moved;
+        to -= moved;
+        m_columns[--to] = column;
+        m_coefficients[to] = coefficient;
+        for (; end > row; --end)
+            m_rowStarts[end] += left + 1;
+    }
+}
+
+bool Model::SetBounds(Variable variable, Bounds bounds)
+{
+    const std::uint32_t column = Locate("bounds are set for", variable);
+    if (column == Variable::NoIndex || !CheckBounds("variable", VariableName(column), bounds))
+        return false;
+    m_variableLower[column] = bounds.lower;
+    m_variableUpper[column] = bounds.upper;
+    return true;
+}
+
+bool Model::SetBounds(Row row, Bounds bounds)
+{
+    const std::uint32_t at = Locate("bounds are set for", row);
+    if (at == Row::NoIndex || !CheckBounds("row", RowName(at), bounds))
+        return false;
+    m_rowLower[at] = bounds.lower;
+    m_rowUpper[at] = bounds.upper;
+    return true;
+}
+
+bool Model::SetCost(Variable variable, double cost)
+{
+    const std::uint32_t column = Locate("a cost is set for", variable);
+    if (column == Variable::NoIndex)
+        return false;
+    if (!std::isfinite(cost))
+        return Fail(NotFinite("the objective at variable " + Quoted(VariableName(column))));
+    m_objective[column] = cost;
+    return true;
+}
+
+bool Model::SetCoefficient(Row row, Variable variable, double coefficient)
+{
+    const std::uint32_t at = Locate("a coefficient is set for", row);
+    const std::uint32_t column = Locate("a coefficient is set for", variable);
+    if (at == Row::NoIndex || column == Variable::NoIndex)
+        return false;
+    if (!std::isfinite(coefficient))
+        return Fail(NotFinite("row " + Quoted(RowName(at))));
+    const auto begin = m_columns.begin() + static_cast<std::ptrdiff_t>(m_rowStarts[at]);
+    const auto end = m_columns.begin() + static_cast<std::ptrdiff_t>(m_rowStarts[at + 1]);
+    const auto found = std::find(begin, end, column);
+    const auto value = m_coefficients.begin() + (found - m_columns.begin());
+    if (found != end && coefficient != 0.0)
+    {
+        *value = coefficient;
+        return true;
+    }
+    if (found == end && coefficient == 0.0)
+        return true;
+    const bool isNew = found == end;
+    if (isNew)
+    {
+        m_coefficients.insert(value, coefficient);
+        m_columns.insert(found, column);
+    }
+    else
+    {
+        m_coefficients.erase(value);
+        m_columns.erase(found);
+    }
+    for (std::size_t behind = std::size_t{at} + 1; behind < m_rowStarts.size(); ++behind)
+        m_rowStarts[behind] = isNew ? m_rowStarts[behind] + 1 : m_rowStarts[behind] - 1;
+    return true;
+}
+
+bool Model::Remove(std::span<const Row> rows)
+{
+    std::vector<bool> marked(RowCount(), false);
+    for (const Row row : rows)
+    {
+        const std::uint32_t at = Locate("a removal is asked for", row);
+        if (at == Row::NoIndex)
+            return false;
+        marked[at] = true;
+    }
+    RemoveRowsOfEntries(marked);
+    RemoveMarked(m_rowLower, marked);
+    RemoveMarked(m_rowUpper, marked);
+    m_rowNames = Without(m_rowNames, marked);
+    m_rows.Remove(marked);
+    return true;
+}
+
+bool Model::Remove(std::span<const Variable> variables)
+{
+    std::vector<bool> marked(VariableCount(), false);
+    for (const Variable variable : variables)
+    {
+        const std::uint32_t column = Locate("a removal is asked for", variable);
+        if (column == Variable::NoIndex)
+            return false;
+        marked[column] = true;
+    }
+    RemoveColumnsOfEntries(marked);
+    RemoveMarked(m_objective, marked);
+    RemoveMarked(m_variableLower, marked);
+    RemoveMarked(m_variableUpper, marked);
+    m_variableNames = Without(m_variableNames, marked);
+    m_variables.Remove(marked);
+    return true;
+}
+
+void Model::RemoveRowsOfEntries(const std::vector<bool>& marked)
+{
+    std::size_t kept = 0;
+    std::size_t at = 0;
+    std::uint32_t newRow = 0;
+    for (std::uint32_t row = 0; row < RowCount(); ++row)
+    {
+        const std::size_t end = m_rowStarts[std::size_t{row} + 1];
+        for (; at < end; ++at)
+        {
+            if (marked[row])
+                continue;
+            m_columns[kept] = m_columns[at];
+            m_coefficients[kept++] = m_coefficients[at];
+        }
+        if (!marked[row])
+            m_rowStarts[++newRow] = kept;
+    }
+    m_columns.resize(kept);
+    m_coefficients.resize(kept);
+    m_rowStarts.resize(std::size_t{newRow} + 1);
+}
+
+void Model::RemoveColumnsOfEntries(const std::vector<bool>& marked)
+{
+    std::vector<std::uint32_t> newColumn;
+    std::uint32_t count = 0;
+    for (const bool isRemoved : marked)
+        newColumn.push_back(isRemoved ? count : count++);
+    std::size_t kept = 0;
+    std::size_t at = 0;
+    for (std::uint32_t row = 0; row < RowCount(); ++row)
+    {
+        for (; at < m_rowStarts[std::size_t{row} + 1]; ++at)
+        {
+            if (marked[m_columns[at]])
+                continue;
+            m_columns[kept] = newColumn[m_columns[at]];
+            m_coefficients[kept++] = m_coefficients[at];
+        }
+        m_rowStarts[std::size_t{row} + 1] = kept;
+    }
+    m_columns.resize(kept);
+    m_coefficients.resize(kept);
+}
+
+std::uint32_t Model::Locate(std::string_view edit, Variable variable)
+{
+    const std::uint32_t column = IndexOf(variable);
+    if (column == Variable::NoIndex)
+    {
+        Fail(MakeError("model.unknown-variable",
+                       std::string(edit) + " a variable that is not of this model",
+                       "use handles of variables of this model that were not removed"));
+    }
+    return column;
+}
+
+std::uint32_t Model::Locate(std::string_view edit, Row row)
+{
+    const std::uint32_t at = IndexOf(row);
+    if (at == Row::NoIndex)
+    {
+        Fail(MakeError("model.unknown-row", std::string(edit) + " a row that is not of this model",
+                       "use handles of rows of this model that were not removed"));
+    }
+    return at;
+}
+
+}  // namespace nuv
