@@ -1,10 +1,14 @@
 /// Linear expressions and constraints as people write them: `2 * chairs + 5 * tables <= 300`. An
 /// expression is a list of terms and a constant; a term may repeat a variable, the model adds such
-/// terms up when it takes the expression in.
+/// terms up when it takes the expression in. Coefficients are computed in doubles as they are
+/// written: `x / 3` has the double next to one third. What is not finite, and a variable that is of
+/// no model, is refused by the model that gets the expression.
 #pragma once
 
 #include "Nuv/Model/Handle.hpp"
 
+#include <cstddef>
+#include <initializer_list>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -14,18 +18,62 @@ namespace nuv
 
 inline constexpr double Infinity = std::numeric_limits<double>::infinity();
 
+/// A coefficient and its variable: what `2 * x` is, without storage of its own.
 struct Term
 {
     Variable variable;
-    double coefficient;
+    double coefficient = 1.0;
 };
 
+inline Term operator*(double factor, Variable variable) noexcept
+{
+    return {variable, factor};
+}
+inline Term operator*(Variable variable, double factor) noexcept
+{
+    return {variable, factor};
+}
+inline Term operator/(Variable variable, double divisor) noexcept
+{
+    return {variable, 1.0 / divisor};
+}
+inline Term operator+(Variable variable) noexcept
+{
+    return {variable, 1.0};
+}
+inline Term operator-(Variable variable) noexcept
+{
+    return {variable, -1.0};
+}
+inline Term operator*(double factor, Term term) noexcept
+{
+    return {term.variable, factor * term.coefficient};
+}
+inline Term operator*(Term term, double factor) noexcept
+{
+    return {term.variable, term.coefficient * factor};
+}
+inline Term operator/(Term term, double divisor) noexcept
+{
+    return {term.variable, term.coefficient / divisor};
+}
+inline Term operator+(Term term) noexcept
+{
+    return term;
+}
+inline Term operator-(Term term) noexcept
+{
+    return {term.variable, -term.coefficient};
+}
+
+/// A sum of terms and a constant.
 class Expression
 {
 public:
     Expression() = default;
     Expression(double constant) : m_constant(constant) {}
     Expression(Variable variable) : m_terms{{variable, 1.0}} {}
+    Expression(Term term) : m_terms{term} {}
 
     [[nodiscard]] const std::vector<Term>& Terms() const noexcept
     {
@@ -36,6 +84,34 @@ public:
         return m_constant;
     }
 
+    /// Adds `coefficient * variable`.
+    Expression& Add(double coefficient, Variable variable)
+    {
+        m_terms.push_back({variable, coefficient});
+        return *this;
+    }
+    /// Takes room for so many terms in all, for whoever knows how many will come.
+    void Reserve(std::size_t terms)
+    {
+        m_terms.reserve(terms);
+    }
+
+    Expression& operator+=(Term term)
+    {
+        return Add(term.coefficient, term.variable);
+    }
+    Expression& operator-=(Term term)
+    {
+        return Add(-term.coefficient, term.variable);
+    }
+    Expression& operator+=(Variable variable)
+    {
+        return Add(1.0, variable);
+    }
+    Expression& operator-=(Variable variable)
+    {
+        return Add(-1.0, variable);
+    }
     Expression& operator+=(const Expression& other)
     {
         Append(other, 1.0);
@@ -51,6 +127,13 @@ public:
         for (Term& term : m_terms)
             term.coefficient *= factor;
         m_constant *= factor;
+        return *this;
+    }
+    Expression& operator/=(double divisor)
+    {
+        for (Term& term : m_terms)
+            term.coefficient /= divisor;
+        m_constant /= divisor;
         return *this;
     }
 
@@ -82,6 +165,30 @@ inline Expression operator-(Expression left, const Expression& right)
     left -= right;
     return left;
 }
+inline Expression operator+(Expression left, Term right)
+{
+    left += right;
+    return left;
+}
+inline Expression operator-(Expression left, Term right)
+{
+    left -= right;
+    return left;
+}
+inline Expression operator+(Expression left, Variable right)
+{
+    left += right;
+    return left;
+}
+inline Expression operator-(Expression left, Variable right)
+{
+    left -= right;
+    return left;
+}
+inline Expression operator+(Expression expression)
+{
+    return expression;
+}
 inline Expression operator-(Expression expression)
 {
     expression *= -1.0;
@@ -98,6 +205,62 @@ inline Expression operator*(Expression expression, double factor)
     return expression;
 }
 
+inline Expression operator/(Expression expression, double divisor)
+{
+    expression /= divisor;
+    return expression;
+}
+
+/// The sum of the items of a range: variables, terms, expressions or numbers.
+template <class Items>
+[[nodiscard]] Expression Sum(Items&& items)
+{
+    Expression sum;
+    for (auto&& item : items)
+        sum += item;
+    return sum;
+}
+[[nodiscard]] inline Expression Sum(std::initializer_list<Variable> variables)
+{
+    return Sum<const std::initializer_list<Variable>&>(variables);
+}
+
+/// The sum of `of(item)` over the items of a range.
+template <class Items, class Function>
+[[nodiscard]] Expression Sum(Items&& items, Function&& of)
+{
+    Expression sum;
+    for (auto&& item : items)
+        sum += of(item);
+    return sum;
+}
+
+/// The sum of coefficients[k] * variables[k]. No model takes what two ranges of different lengths
+/// give: it has a variable of no model, or a coefficient that is no number.
+template <class Coefficients, class Variables>
+[[nodiscard]] Expression Dot(const Coefficients& coefficients, const Variables& variables)
+{
+    Expression sum;
+    auto variable = std::begin(variables);
+    const auto last = std::end(variables);
+    for (const double coefficient : coefficients)
+        sum.Add(coefficient, variable == last ? Variable() : *variable++);
+    for (; variable != last; ++variable)
+        sum.Add(std::numeric_limits<double>::quiet_NaN(), *variable);
+    return sum;
+}
+template <class Variables>
+[[nodiscard]] Expression Dot(std::initializer_list<double> coefficients, const Variables& variables)
+{
+    return Dot<std::initializer_list<double>, Variables>(coefficients, variables);
+}
+[[nodiscard]] inline Expression Dot(std::initializer_list<double> coefficients,
+                                    std::initializer_list<Variable> variables)
+{
+    return Dot<std::initializer_list<double>, std::initializer_list<Variable>>(coefficients,
+                                                                               variables);
+}
+
 /// lower <= expression <= upper. The constant of the expression counts with its terms.
 struct Constraint
 {
@@ -107,21 +270,23 @@ struct Constraint
 };
 
 // A constant on the left changes sides, so that `5 >= x` is stored as x <= 5 and not as -x >= -5.
-inline Constraint operator<=(const Expression& left, const Expression& right)
+inline Constraint operator<=(Expression left, const Expression& right)
 {
     if (left.Terms().empty())
         return {right - left, 0.0, Infinity};
-    return {left - right, -Infinity, 0.0};
+    return {std::move(left -= right), -Infinity, 0.0};
 }
-inline Constraint operator>=(const Expression& left, const Expression& right)
+inline Constraint operator>=(Expression left, const Expression& right)
 {
     if (left.Terms().empty())
         return {right - left, -Infinity, 0.0};
-    return {left - right, 0.0, Infinity};
+    return {std::move(left -= right), 0.0, Infinity};
 }
-inline Constraint operator==(const Expression& left, const Expression& right)
+inline Constraint operator==(Expression left, const Expression& right)
 {
-    return {left.Terms().empty() ? right - left : left - right, 0.0, 0.0};
+    if (left.Terms().empty())
+        return {right - left, 0.0, 0.0};
+    return {std::move(left -= right), 0.0, 0.0};
 }
 
 /// lower <= expression <= upper; C++ has no chained comparison that could say so.

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -16,7 +17,8 @@ namespace nuv
 
 /// A variable (`Variable`) or row (`Row`) of one model. A handle that a model could not make is not
 /// valid, and using it is an error of the model. Since `==` between variables states an equation,
-/// handles are compared by Same.
+/// handles are compared by Same; they have a hash and an equality for containers, so that
+/// `std::unordered_map<Variable, double>` is one.
 template <class Kind>
 class Handle
 {
@@ -54,18 +56,6 @@ private:
 
 using Variable = Handle<struct VariableKind>;
 using Row = Handle<struct RowKind>;
-
-/// Same as the equality of a container: `std::unordered_map<Variable, double, std::hash<Variable>,
-/// SameHandle>`.
-struct SameHandle
-{
-    template <class Kind>
-    [[nodiscard]] bool operator()(const Handle<Kind>& left,
-                                  const Handle<Kind>& right) const noexcept
-    {
-        return Same(left, right);
-    }
-};
 
 /// The origins of one model's variables, or of its rows, and where they stand now. Every index of a
 /// handle belongs to one stretch of indices, and every stretch has a number that no other in the
@@ -182,5 +172,15 @@ struct std::hash<nuv::Handle<Kind>>
     [[nodiscard]] std::size_t operator()(const nuv::Handle<Kind>& handle) const noexcept
     {
         return std::hash<std::uint64_t>()(std::uint64_t{handle.m_origin} << 32 | handle.m_index);
+    }
+};
+
+template <class Kind>
+struct std::equal_to<nuv::Handle<Kind>>
+{
+    [[nodiscard]] bool operator()(const nuv::Handle<Kind>& left,
+                                  const nuv::Handle<Kind>& right) const noexcept
+    {
+        return Same(left, right);
     }
 };

@@ -21,16 +21,39 @@ bool AreFinite(std::span<const double> numbers) noexcept
 
 }  // namespace
 
-Variable Model::AddVariable(std::string_view name, Bounds bounds)
+Variable Model::AddVariable(Bounds bounds)
+{
+    return AddNamedVariable(m_variableNames.MakeName('x'), bounds, true);
+}
+
+std::vector<Variable> Model::AddVariables(std::size_t count, Bounds bounds)
+{
+    std::vector<Variable> variables(count);
+    for (Variable& variable : variables)
+        variable = AddVariable(bounds);
+    return variables;
+}
+
+Variable Model::AddNamedVariable(std::string_view name, Bounds bounds, bool isMade)
 {
     if (!CheckNewVariable(name, bounds))
         return {};
-    const std::uint32_t column = m_variableNames.Intern(name).index;
+    (void)m_variableNames.Add(name, isMade);
     AppendColumn(bounds);
-    return VariableAt(column);
+    return VariableAt(VariableCount() - 1);
 }
 
 Row Model::Add(std::string_view name, const Constraint& constraint)
+{
+    return AddNamedRow(name, constraint, false);
+}
+
+Row Model::Add(const Constraint& constraint)
+{
+    return AddNamedRow(m_rowNames.MakeName('R'), constraint, true);
+}
+
+Row Model::AddNamedRow(std::string_view name, const Constraint& constraint, bool isMade)
 {
     if (name.empty())
     {
@@ -42,15 +65,21 @@ Row Model::Add(std::string_view name, const Constraint& constraint)
     const Bounds bounds = {constraint.lower - constant, constraint.upper - constant};
     if (!CheckExpression("row", name, constraint.expression) || !CheckBounds("row", name, bounds))
         return {};
-    const Row row = AppendRow(name, bounds);
+    const Row row = AppendRow(name, bounds, isMade);
     if (!row.Valid())
     {
         Fail(MakeError("model.duplicate-row", "there is already a row called " + Quoted(name),
                        "give each row a name of its own"));
         return {};
     }
+    AppendTerms(constraint.expression.Terms());
+    return row;
+}
+
+void Model::AppendTerms(std::span<const Term> added)
+{
     std::vector<std::pair<std::uint32_t, double>> terms;
-    for (const Term& term : constraint.expression.Terms())
+    for (const Term& term : added)
         terms.emplace_back(IndexOf(term.variable), term.coefficient);
     std::stable_sort(terms.begin(), terms.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
@@ -61,15 +90,6 @@ Row Model::Add(std::string_view name, const Constraint& constraint)
         else
             AppendEntry(terms[i].first, terms[i].second);
     }
-    return row;
-}
-
-Row Model::Add(const Constraint& constraint)
-{
-    std::string name = "R" + std::to_string(RowCount() + 1);
-    while (m_rowNames.Find(name) != NameTable::None)
-        name += '_';
-    return Add(name, constraint);
 }
 
 std::optional<Error> Model::FindFault() const
@@ -111,11 +131,11 @@ std::optional<Row> Model::FindRow(std::string_view name) const noexcept
     return row == NameTable::None ? std::nullopt : std::optional(RowAt(row));
 }
 
-Row Model::AppendRow(std::string_view name, Bounds bounds)
+Row Model::AppendRow(std::string_view name, Bounds bounds, bool isMade)
 {
     if (name.empty())
         (void)m_rowNames.AddUnnamed();
-    else if (!m_rowNames.Intern(name).isNew)
+    else if (m_rowNames.Add(name, isMade) == NameTable::None)
         return {};
     m_rows.Add();
     m_rowLower.push_back(bounds.lower);
@@ -155,9 +175,10 @@ bool Model::CheckNewVariable(std::string_view name, Bounds bounds)
     if (name.empty())
     {
         return Fail(MakeError("model.empty-name", "a variable needs a name",
-                              "pass a name that is not empty"));
+                              "leave the name out to have one made"));
     }
-    if (m_variableNames.Find(name) != NameTable::None)
+    const std::uint32_t taken = m_variableNames.Find(name);
+    if (taken != NameTable::None && !m_variableNames.IsMade(taken))
     {
         return Fail(MakeError("model.duplicate-variable",
                               "there is already a variable called " + Quoted(name),

@@ -1,5 +1,7 @@
 /// The general linear program: minimise or maximise a linear objective with a constant, under rows
-/// `lower <= a.x <= upper` and bounds `lower <= x <= upper` on each variable, everything named.
+/// `lower <= a.x <= upper` and bounds `lower <= x <= upper` on each variable, everything named. The
+/// k-th variable is called x<k> and the k-th row R<k> if no name is given, with underscores behind
+/// where that name is given to another, be it later.
 ///
 /// Rows are stored sparsely, one after another, as (column, coefficient) pairs in double precision;
 /// within a row each column occurs at most once. Programs state models by expressions, and what
@@ -20,6 +22,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace nuv
@@ -55,7 +58,17 @@ public:
 
     /// @return an invalid handle, with Failure() set, if the name is empty or taken or a bound is
     /// no number.
-    Variable AddVariable(std::string_view name, Bounds bounds = {});
+    template <class Name>
+    requires std::is_convertible_v<const Name&, std::string_view>
+        Variable AddVariable(const Name& name, Bounds bounds = {})
+    {
+        return AddNamedVariable(name, bounds);
+    }
+    /// The same under a name made for it: `AddVariable()`, `AddVariable({0, 40})`.
+    Variable AddVariable(Bounds bounds = {});
+    /// So many variables with the same bounds, under names made for them; none of them valid if the
+    /// bounds are refused.
+    std::vector<Variable> AddVariables(std::size_t count, Bounds bounds = {});
 
     /// Takes in `constraint`: terms of the same variable are added up, the constant moves to the
     /// bounds.
@@ -63,7 +76,7 @@ public:
     /// of this model or a number is not finite.
     Row Add(std::string_view name, const Constraint& constraint);
 
-    /// The same, with the name R<k> for the k-th row.
+    /// The same under a name made for it.
     Row Add(const Constraint& constraint);
 
     void Maximize(const Expression& objective)
@@ -271,9 +284,13 @@ public:
 private:
     friend class ModelBuilder;
 
+    Variable AddNamedVariable(std::string_view name, Bounds bounds, bool isMade = false);
+    Row AddNamedRow(std::string_view name, const Constraint& constraint, bool isMade);
     void AppendColumn(Bounds bounds);
     [[nodiscard]] bool CheckNewVariable(std::string_view name, Bounds bounds);
-    Row AppendRow(std::string_view name, Bounds bounds);
+    Row AppendRow(std::string_view name, Bounds bounds, bool isMade = false);
+    /// To the last row, those of one variable added up.
+    void AppendTerms(std::span<const Term> added);
     void AppendEntry(std::uint32_t column, double coefficient);
     void SetObjective(Sense sense, const Expression& objective);
     bool CheckBounds(std::string_view what, std::string_view name, Bounds bounds);

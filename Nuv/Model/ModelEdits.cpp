@@ -23,7 +23,7 @@ NameTable Without(const NameTable& names, const std::vector<bool>& marked)
         if (names[index].empty())
             (void)kept.AddUnnamed();
         else
-            (void)kept.Intern(names[index]);
+            (void)kept.Add(names[index], names.IsMade(index));
     }
     return kept;
 }

@@ -108,6 +108,38 @@ NameTable::Interned NameTable::Intern(std::string_view name, const Key& key)
     return {index, true};
 }
 
+std::string NameTable::MakeName(char letter) const
+{
+    std::string name = letter + std::to_string(Size() + 1);
+    while (Find(name) != None)
+        name += '_';
+    return name;
+}
+
+std::uint32_t NameTable::Add(std::string_view name, bool isMade)
+{
+    const auto [found, isNew] = Intern(name);
+    const std::uint32_t index = isNew ? found : Size();
+    if (!isNew)
+    {
+        if (!IsMade(found))
+            return None;
+        // The new entry takes the characters and the slot of the name over.
+        m_entries.push_back(m_entries[found]);
+        m_slots[Probe(name, MakeKey(name))].index = index;
+        m_entries[found] = {0, 0};
+        std::string other = std::string(name) + '_';
+        while (!Name(found, other))
+            other += '_';
+    }
+    if (isMade)
+    {
+        m_isMade.resize(index + 1);
+        m_isMade[index] = true;
+    }
+    return index;
+}
+
 std::uint32_t NameTable::AddUnnamed()
 {
     const std::uint32_t index = Size();

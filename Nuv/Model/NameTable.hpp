@@ -1,6 +1,7 @@
 /// The names of a model's rows or columns: an index for each name and a name for each index, both
 /// in constant time. All names lie in one block of characters, so that a million of them cost three
-/// allocations, not a million. Invariant: a name that is not empty belongs to at most one index.
+/// allocations, not a million. A name was given, or made where none was given; a made one makes
+/// room for one that is given. Invariant: a name that is not empty belongs to at most one index.
 #pragma once
 
 #include <cstddef>
@@ -54,6 +55,20 @@ public:
     Interned Intern(std::string_view name, const Key& key);
     [[nodiscard]] std::uint32_t Find(std::string_view name, const Key& key) const noexcept;
 
+    /// A letter and the position that the next entry will have, from 1, with as many underscores
+    /// behind as it takes to be a new name.
+    [[nodiscard]] std::string MakeName(char letter) const;
+
+    [[nodiscard]] bool IsMade(std::uint32_t index) const noexcept
+    {
+        return index < m_isMade.size() && m_isMade[index];
+    }
+
+    /// Appends an entry called `name`, which is not empty. An entry whose name was made gets
+    /// another if this is its name.
+    /// @return the index, or None, and changes nothing, if the name was given to another.
+    std::uint32_t Add(std::string_view name, bool isMade = false);
+
     /// Appends an entry that has no name yet.
     std::uint32_t AddUnnamed();
 
@@ -90,6 +105,7 @@ private:
 
     std::string m_characters;
     std::vector<Entry> m_entries;
+    std::vector<bool> m_isMade;  ///< by index, as far as the last made name
     std::vector<Slot> m_slots;
     std::size_t m_used = 0;
 };

@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
 #include <optional>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace nuv
 {
@@ -67,13 +70,117 @@ TEST(Stating, AddsTheTermsOfAVariableUp)
               "min 0 + 2 x + 1 y; R1: -inf <= -3 x + -0.5 y <= 1; 0 <= x <= inf; 0 <= y <= inf");
 }
 
-TEST(Stating, NamesRowsByTheirPositionIfAskedTo)
+TEST(Stating, ATermIsOfOneVariableAndHasNoStorage)
 {
+    static_assert(std::is_trivially_copyable_v<Term>);
     Model model;
     const Variable x = model.AddVariable("x");
-    model.Add("R2", x <= 1);
-    const Row row = model.Add(x <= 2);
-    EXPECT_EQ(model.RowName(row.Index()), "R2_");
+    static_assert(std::is_same_v<decltype(2 * x), Term>);
+    for (const Term& term : {2 * x, x * 2, x / 0.5, 4 * (x / 2), +(2 * x), -(x * -2), -x * -2,
+                             0.5 * (2 * (2 * x)), (4 * x) / 2, (1 * x) * 2})
+    {
+        EXPECT_TRUE(Same(term.variable, x));
+        EXPECT_EQ(term.coefficient, 2.0);
+    }
+    EXPECT_EQ((x / 3).coefficient, 1.0 / 3.0);
+}
+
+TEST(Stating, SumsOfTermsVariablesAndNumbersInAnyOrder)
+{
+    Model model;
+    const Variable x = model.AddVariable("x"), y = model.AddVariable("y");
+    model.Add("a", 2 * x + y <= 1);
+    model.Add("b", x + 2 * y <= 1);
+    model.Add("c", x - y <= 1);
+    model.Add("d", 2 * x - 3 * y <= 1);
+    model.Add("e", 1 + 2 * x - y <= 1);
+    model.Add("f", 3 - x - 1 <= 1);
+    model.Add("g", +(x + y) <= 1);
+    model.Add("h", (4 * x + 2 * y + 6) / 2 <= 1);
+    Expression sum = 7;
+    sum += x;
+    sum -= 2 * y;
+    sum += 3;
+    sum -= x;
+    sum.Add(5, y).Add(-4, x);
+    model.Add("i", sum <= 1);
+    model.Add("j", sum == y);
+    EXPECT_EQ(Written(model), "min 0; a: -inf <= 2 x + 1 y <= 1; b: -inf <= 1 x + 2 y <= 1; "
+                              "c: -inf <= 1 x + -1 y <= 1; d: -inf <= 2 x + -3 y <= 1; "
+                              "e: -inf <= 2 x + -1 y <= 0; f: -inf <= -1 x <= -1; "
+                              "g: -inf <= 1 x + 1 y <= 1; h: -inf <= 2 x + 1 y <= -2; "
+                              "i: -inf <= -4 x + 3 y <= -9; j: -10 <= -4 x + 2 y <= -10; "
+                              "0 <= x <= inf; 0 <= y <= inf");
+}
+
+TEST(Stating, SumAndDotTakeAnyRange)
+{
+    Model model;
+    const Variable x = model.AddVariable("x"), y = model.AddVariable("y");
+    const std::vector<Variable> both = {x, y};
+    const std::array<double, 2> cost = {2, 5};
+    model.Add("a", Sum(both) <= 1);
+    model.Add("b", Sum({x, y}) <= 1);
+    model.Add("c", Sum(both, [](Variable v) { return 3 * v; }) <= 1);
+    model.Add("d", Sum(std::vector<Expression>{x + y, 2 * x - 1, Expression(y)}) <= 1);
+    model.Add("e", Sum(std::vector<double>{1, 2}) + x <= 4);
+    model.Add("f", Dot(cost, both) <= 1);
+    model.Add("g", Dot({2, 5}, both) <= 1);
+    model.Add("h", Dot({2, 5}, {x, y}) <= 1);
+    model.Add("i", Dot(std::vector<int>{2, 5}, both) <= Sum(std::vector<Variable>{}));
+    EXPECT_EQ(Written(model),
+              "min 0; a: -inf <= 1 x + 1 y <= 1; b: -inf <= 1 x + 1 y <= 1; "
+              "c: -inf <= 3 x + 3 y <= 1; d: -inf <= 3 x + 2 y <= 2; e: -inf <= 1 x <= 1; "
+              "f: -inf <= 2 x + 5 y <= 1; g: -inf <= 2 x + 5 y <= 1; h: -inf <= 2 x + 5 y <= 1; "
+              "i: -inf <= 2 x + 5 y <= 0; 0 <= x <= inf; 0 <= y <= inf");
+}
+
+TEST(Stating, NamesWhatIsNotNamedByItsPosition)
+{
+    Model model;
+    const Variable first = model.AddVariable();
+    const Variable second = model.AddVariable({-1, 2});
+    model.AddVariable("y");
+    const std::vector<Variable> more = model.AddVariables(2, {0, 1});
+    model.Add(Sum(more) <= 1);
+    model.Add("mine", first <= second);
+    model.Add(first >= 0);
+    EXPECT_EQ(Written(model), "min 0; R1: -inf <= 1 x4 + 1 x5 <= 1; mine: -inf <= 1 x1 + -1 x2 <= "
+                              "0; R3: 0 <= 1 x1 <= inf; 0 <= x1 <= inf; -1 <= x2 <= 2; 0 <= y <= "
+                              "inf; 0 <= x4 <= 1; 0 <= x5 <= 1");
+    EXPECT_TRUE(Same(*model.FindVariable("x4"), more[0]));
+    EXPECT_FALSE(model.Failure().has_value());
+}
+
+TEST(Stating, AMadeNameMakesRoomForAGivenOne)
+{
+    Model model;
+    model.AddVariable("x2");
+    const Variable made = model.AddVariable();
+    EXPECT_EQ(model.VariableName(made.Index()), "x2_");
+    const Variable given = model.AddVariable("x2_");
+    EXPECT_EQ(model.VariableName(given.Index()), "x2_");
+    EXPECT_EQ(model.VariableName(made.Index()), "x2__");
+    EXPECT_TRUE(Same(*model.FindVariable("x2_"), given));
+    EXPECT_TRUE(Same(*model.FindVariable("x2__"), made));
+    EXPECT_FALSE(model.AddVariable("x2").Valid()) << "given names stay";
+
+    const std::vector<Variable> more = model.AddVariables(3);
+    EXPECT_TRUE(model.Remove(more[0]));
+    EXPECT_EQ(model.VariableName(model.IndexOf(more[2])), "x6");
+    EXPECT_EQ(model.VariableName(model.IndexOf(model.AddVariable())), "x6_");
+    const Variable column = model.AddColumn("x6", 1, {0, 1}, {});
+    EXPECT_TRUE(Same(*model.FindVariable("x6"), column));
+    EXPECT_EQ(model.VariableName(model.IndexOf(more[2])), "x6__");
+
+    const Row madeRow = model.Add(made <= 1);
+    const Row givenRow = model.Add("R1", made <= 2);
+    EXPECT_EQ(model.RowName(madeRow.Index()), "R1_");
+    EXPECT_EQ(model.RowName(givenRow.Index()), "R1");
+    for (int i = 0; i < 100; ++i)
+        model.Add("a name beyond sixteen bytes " + std::to_string(i), made <= i);
+    EXPECT_TRUE(Same(*model.FindRow("R1"), givenRow));
+    EXPECT_TRUE(Same(*model.FindRow("R1_"), madeRow));
 }
 
 TEST(Stating, FindsByName)
@@ -117,6 +224,11 @@ TEST(Stating, RefusesWithTheNameAndKeepsTheFirstFailure)
               "model.empty-name: a variable needs a name");
     EXPECT_EQ(FailureAfter(
                   [&](Model& m, Variable) {
+                      EXPECT_FALSE(m.AddVariables(2, {0, nan})[1].Valid());
+                  }),
+              "model.not-a-number: a bound of variable 'x2' is not a number");
+    EXPECT_EQ(FailureAfter(
+                  [&](Model& m, Variable) {
                       EXPECT_FALSE(m.AddVariable("y", {nan, 1}).Valid());
                   }),
               "model.not-a-number: a bound of variable 'y' is not a number");
@@ -141,6 +253,18 @@ TEST(Stating, RefusesWithTheNameAndKeepsTheFirstFailure)
                       EXPECT_FALSE(m.SetBounds(Variable(), {0, 1}));
                   }),
               "model.unknown-variable: bounds are set for a variable that is not of this model");
+    EXPECT_EQ(FailureAfter(
+                  [](Model& m, Variable x) {
+                      m.Minimize(Dot({1, 2}, std::vector{x}));
+                  }),
+              "model.unknown-variable: objective uses a variable that is not of this model");
+    EXPECT_EQ(FailureAfter(
+                  [](Model& m, Variable x) {
+                      m.Minimize(Dot({1}, {x, x}));
+                  }),
+              "model.not-finite: objective has a coefficient or constant that is not finite");
+    EXPECT_EQ(FailureAfter([](Model& m, Variable x) { m.Minimize((x + 1) / 0); }),
+              "model.not-finite: objective has a coefficient or constant that is not finite");
     EXPECT_EQ(FailureAfter(
                   [](Model& m, Variable x)
                   {
@@ -228,7 +352,7 @@ TEST(Stating, HandlesAreComparedAndHashed)
     EXPECT_FALSE(Same(x, other.AddVariable("x")));
     EXPECT_TRUE(Same(second, *model.FindRow("R2")));
     EXPECT_FALSE(Same(first, second));
-    std::unordered_map<Variable, int, std::hash<Variable>, SameHandle> count;
+    std::unordered_map<Variable, int> count;
     ++count[x];
     ++count[y];
     ++count[model.VariableAt(1)];
