@@ -8,6 +8,7 @@ longer means what it meant is refused by both, with the same exit code, and so i
 
 Ends with 77, which is no failure, where Python is older than 3.10."""
 import contextlib
+import hashlib
 import importlib.machinery
 import importlib.util
 import io
@@ -336,7 +337,7 @@ def damage_one(task):
             continue
         theirs, ours, said, printed = checkers.judge(model, damage)
         if theirs not in REFUSED or ours != theirs:
-            keep = checkers.folder / f'{model.name}-{len(problems)}.vipr'
+            keep = Path(f'{model.name}-{hashlib.sha256(damage).hexdigest()[:8]}.vipr').absolute()
             keep.write_bytes(damage)
             problems.append(f'{keep}: nuvlp {theirs}, {said.strip()[:200]}; script {ours}, {printed.strip()[:200]}')
         else:
@@ -428,4 +429,8 @@ if __name__ == '__main__':
         print('Skipped: this Python is older than 3.10')
         sys.exit(77)
     modes = {'confirm': confirm, 'damage': damage}
-    sys.exit(modes[sys.argv[1]](sys.argv[2], Path(sys.argv[3]), Path(sys.argv[4])))
+    with tempfile.TemporaryDirectory() as folder:
+        # The folders of all processes stand in it, and go with it.
+        os.environ['TMPDIR'] = tempfile.tempdir = folder
+        status = modes[sys.argv[1]](sys.argv[2], Path(sys.argv[3]), Path(sys.argv[4]))
+    sys.exit(status)
