@@ -75,7 +75,7 @@ void ExpectSound(const KnownModel& known, const nuv::Claim& claim, double tolera
     }
     EXPECT_EQ(report.disagreementCount == 0, isConfirmed);
     EXPECT_FALSE(nuv::ClaimText(report).empty());
-    EXPECT_TRUE(nuv::ClaimJson(report).ends_with("}\n"));
+    EXPECT_TRUE(nuv::ClaimJson(known.model, report).ends_with("}\n"));
 }
 
 }  // namespace

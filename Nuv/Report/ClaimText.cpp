@@ -4,7 +4,7 @@
 #include "Nuv/Report/Words.hpp"
 
 #include "Nuv/Io/NumberText.hpp"
-#include "Nuv/Report/JsonWriter.hpp"
+#include "Nuv/Report/JsonReport.hpp"
 
 #include <fmt/core.h>
 
@@ -72,10 +72,10 @@ std::string ClaimText(const ClaimReport& report)
     return text;
 }
 
-std::string ClaimJson(const ClaimReport& report)
+std::string ClaimJson(const Model& model, const ClaimReport& report)
 {
-    Json json;
-    json.Open('{').Key("schema").Text(kProofSchema);
+    Json json = OpenReport(kProofSchema);
+    WriteModel(json, model);
     json.Key("claim").Text(WordOf(report.claimed));
     json.Key("verdict").Text(WordOf(report.judgement));
     json.Key("numbers").Text(WordOf(report.numbers));

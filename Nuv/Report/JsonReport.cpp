@@ -3,6 +3,7 @@
 #include "Nuv/Certificate/Certificate.hpp"
 #include "Nuv/Report/JsonWriter.hpp"
 #include "Nuv/Report/Words.hpp"
+#include "Nuv/Utils/NuvVersion.h"
 
 #include <cmath>
 #include <utility>
@@ -104,6 +105,23 @@ void WriteFarkas(Json& json, const Model& model, const Solution& solution)
     json.Close(']');
 }
 
+/// The point from which the ray starts, by the variables that are not 0 there.
+void WritePoint(Json& json, const Model& model, const Solution& solution)
+{
+    json.Key("point").Open('[');
+    const bool isProved = solution.status == Status::Unbounded && solution.proved;
+    const ExactVector point = isProved ? solution.certificate->primal : ExactVector{};
+    for (std::uint32_t j = 0; j < point.numerator.size(); ++j)
+        if (point.numerator[j] != 0)
+            json.Open('{')
+                .Key("name")
+                .Text(model.VariableName(j))
+                .Key("value")
+                .Number(ToDouble(point.At(j)))
+                .Close('}');
+    json.Close(']');
+}
+
 void WriteRay(Json& json, const Model& model, const Solution& solution)
 {
     json.Key("ray").Open('[');
@@ -129,39 +147,50 @@ void WritePlace(Json& json, const Error& error)
     }
 }
 
-void WriteTextOrNull(Json& json, std::string_view key, std::string_view text)
+void WriteError(Json& json, const Error& error)
 {
-    json.Key(key);
-    text.empty() ? json.Raw("null") : json.Text(text);
+    json.Key("code").Text(error.code).Key("text").Text(error.text);
+    WriteTextOrNull(json, "hint", error.hint);
+    WriteTextOrNull(json, "file", error.file);
+    WritePlace(json, error);
 }
 
-void WriteWarnings(Json& json, std::span<const Diagnostic> diagnostics)
+/// To the microsecond, which is more than a clock tells.
+void WriteSeconds(Json& json, double seconds)
 {
-    json.Key("warnings").Open('[');
-    for (const Diagnostic& diagnostic : diagnostics)
-    {
-        if (diagnostic.severity != Severity::Warning)
-            continue;
-        json.Open('{');
-        WritePlace(json, diagnostic.error);
-        json.Key("code").Text(diagnostic.error.code);
-        json.Key("text").Text(diagnostic.error.text).Close('}');
-    }
-    json.Close(']');
+    json.Key("seconds").Number(std::round(seconds * 1e6) / 1e6);
 }
 
-/// How the first stage ended, and the pivots that a basis took to come back where it did.
-void WriteSinglePrecisionStage(Json& json, const SinglePrecisionResult& stage)
+void WriteStage(Json& json, std::string_view key, const StageRecord& stage)
 {
-    json.Key("float_stage").Open('{').Key("outcome").Text(WordOf(stage.outcome));
-    if (stage.outcome == SinglePrecisionOutcome::Cycling)
-        json.Key("period").Count(stage.period);
+    json.Key(key).Open('{').Key("ran").Raw(stage.ran ? "true" : "false");
+    json.Key("pivots").Count(stage.pivots);
+    WriteSeconds(json, stage.seconds);
+}
+
+/// Of the first stage also how it ended, and the pivots that a basis took to come back where it
+/// did.
+void WriteStages(Json& json, const Solution& solution)
+{
+    json.Key("stages").Open('{');
+    WriteStage(json, "single_precision", solution.stages[Stage::SinglePrecision]);
+    json.Key("outcome").Text(WordOf(solution.singlePrecision.outcome));
+    if (solution.singlePrecision.outcome == SinglePrecisionOutcome::Cycling)
+        json.Key("period").Count(solution.singlePrecision.period);
     json.Close('}');
+    WriteStage(json, "double_precision", solution.stages[Stage::Double]);
+    json.Close('}');
+    WriteStage(json, "exact", solution.stages[Stage::Exact]);
+    json.Close('}').Key("check").Open('{').Key("ran").Raw(solution.proved ? "true" : "false");
+    WriteSeconds(json, solution.checkSeconds);
+    json.Close('}').Close('}');
 }
 
 void WriteVerdict(Json& json, const Solution& solution)
 {
-    json.Key("schema").Text(kResultSchema).Key("status").Text(WordOf(solution.status));
+    json.Key("status").Text(WordOf(solution.status));
+    WriteTextOrNull(json, "stop_reason",
+                    solution.stopReason == StopReason::None ? "" : WordOf(solution.stopReason));
     json.Key("objective");
     if (solution.values.empty() && solution.exactObjective.empty())
         json.Raw("null");
@@ -177,40 +206,73 @@ void WriteVerdict(Json& json, const Solution& solution)
             .Number(solution.primalViolation)
             .Key("dual_violation")
             .Number(solution.dualViolation);
-    json.Close('}').Key("pivots").Open('{');
-    json.Key("float").Count(solution.singlePrecision.pivots);
-    json.Key("double").Count(solution.stages[Stage::Double].pivots);
-    json.Key("exact").Count(solution.stages[Stage::Exact].pivots).Close('}');
-    WriteSinglePrecisionStage(json, solution.singlePrecision);
+    json.Close('}');
+    WriteSeconds(json, solution.seconds);
+    WriteStages(json, solution);
 }
 
 }  // namespace
 
+Json OpenReport(std::string_view schema)
+{
+    Json json;
+    json.Open('{').Key("schema").Text(schema).Key("version").Text(NUV_VERSION);
+    return json;
+}
+
+void WriteModel(Json& json, const Model& model)
+{
+    json.Key("model").Open('{');
+    WriteTextOrNull(json, "name", model.Name());
+    json.Key("sense").Text(WordOf(model.ObjectiveSense()));
+    json.Key("rows").Count(model.RowCount()).Key("variables").Count(model.VariableCount());
+    json.Key("nonzeros").Count(model.NonzeroCount()).Close('}');
+}
+
+void WriteTextOrNull(Json& json, std::string_view key, std::string_view text)
+{
+    json.Key(key);
+    text.empty() ? json.Raw("null") : json.Text(text);
+}
+
+void WriteDiagnostics(Json& json, std::string_view key, std::span<const Diagnostic> diagnostics,
+                      Severity least)
+{
+    json.Key(key).Open('[');
+    for (const Diagnostic& diagnostic : diagnostics)
+        // The error that ended the reading is the result itself.
+        if (diagnostic.severity != Severity::Error && diagnostic.severity <= least)
+        {
+            json.Open('{').Key("severity").Text(SeverityName(diagnostic.severity));
+            WriteError(json, diagnostic.error);
+            json.Close('}');
+        }
+    json.Close(']');
+}
+
 std::string JsonReport(const Model& model, const Solution& solution,
                        std::span<const Diagnostic> diagnostics)
 {
-    Json json;
-    json.Open('{');
+    Json json = OpenReport(kResultSchema);
+    WriteModel(json, model);
     WriteVerdict(json, solution);
     WriteVariables(json, model, solution);
     WriteRows(json, model, solution);
     WriteConflict(json, model, solution);
     WriteFarkas(json, model, solution);
+    WritePoint(json, model, solution);
     WriteRay(json, model, solution);
-    WriteWarnings(json, diagnostics);
+    WriteDiagnostics(json, "warnings", diagnostics, Severity::Warning);
     return json.Close('}').Finish();
 }
 
 std::string ErrorJson(std::string_view schema, const Error& error,
                       std::span<const Diagnostic> diagnostics)
 {
-    Json json;
-    json.Open('{').Key("schema").Text(schema).Key("status").Text("error");
-    json.Key("code").Text(error.code).Key("text").Text(error.text);
-    WriteTextOrNull(json, "hint", error.hint);
-    WriteTextOrNull(json, "file", error.file);
-    WritePlace(json, error);
-    WriteWarnings(json, diagnostics);
+    Json json = OpenReport(schema);
+    json.Key("status").Text("error");
+    WriteError(json, error);
+    WriteDiagnostics(json, "warnings", diagnostics, Severity::Warning);
     return json.Close('}').Finish();
 }
 

@@ -1,10 +1,12 @@
-/// A solution as programs read it: one JSON object of the schema kResultSchema. Numbers are the
-/// shortest decimals that read back to the same bits, infinities are null, exact values are strings
-/// "p/q", names are UTF-8 whatever bytes the file had. The Farkas multipliers are those of
-/// Certificate.hpp, which no sense of the objective turns round.
+/// A solution as programs read it: one JSON object of the schema kResultSchema, and what the
+/// objects of all schemas have in common. Numbers are the shortest decimals that read back to the
+/// same bits, infinities are null, exact values are strings "p/q", names are UTF-8 whatever bytes
+/// the file had. The Farkas multipliers are those of Certificate.hpp, which no sense of the
+/// objective turns round. docs/json.md tells what each key means, docs/schemas holds the schemas.
 #pragma once
 
 #include "Nuv/Io/Diagnostics.hpp"
+#include "Nuv/Report/JsonWriter.hpp"
 #include "Nuv/Solve/Solution.hpp"
 
 #include <span>
@@ -18,6 +20,19 @@ inline constexpr std::string_view kResultSchema = "nuvlp/result/1";
 
 [[nodiscard]] std::string JsonReport(const Model& model, const Solution& solution,
                                      std::span<const Diagnostic> diagnostics);
+
+/// The beginning of an object: its schema and the version of this library.
+[[nodiscard]] Json OpenReport(std::string_view schema);
+
+/// "model": name, sense and size.
+void WriteModel(Json& json, const Model& model);
+
+/// A key with a text, or with null for an empty one.
+void WriteTextOrNull(Json& json, std::string_view key, std::string_view text);
+
+/// The array `key` of what a reader or writer had to say, where it is at least as grave as `least`.
+void WriteDiagnostics(Json& json, std::string_view key, std::span<const Diagnostic> diagnostics,
+                      Severity least);
 
 /// The result where an error took its place: an object of the same schema with the status "error",
 /// then code, text, hint, file, line and column, null where there is none, and the warnings.

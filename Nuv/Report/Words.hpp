@@ -36,6 +36,26 @@ struct Words<Status>
 };
 
 template <>
+struct Words<StopReason>
+{
+    static constexpr Word<StopReason> table[] = {
+        {StopReason::None, "none"},
+        {StopReason::TimeLimit, "time-limit"},
+        {StopReason::PivotLimit, "pivot-limit"},
+        {StopReason::Cancelled, "interrupt"},
+    };
+};
+
+template <>
+struct Words<Sense>
+{
+    static constexpr Word<Sense> table[] = {
+        {Sense::Minimize, "minimise"},
+        {Sense::Maximize, "maximise"},
+    };
+};
+
+template <>
 struct Words<BasisStatus>
 {
     static constexpr Word<BasisStatus> table[] = {

@@ -12,7 +12,7 @@ namespace
 constexpr std::size_t kBytesToStart = std::size_t{1} << 28;
 constexpr std::size_t kBytesToSolve = std::size_t{1} << 30;
 
-/// Where the float stage stands before a pivot. A basic artificial variable is left out.
+/// Where the single-precision stage stands before a pivot. A basic artificial variable is left out.
 PathStep VertexBefore(const SinglePrecisionPivot& pivot, const BoundedForm& form,
                       const Canonicalisation& canonicalised, double sign)
 {

@@ -3,6 +3,8 @@
 #include "Input.hpp"
 #include "Output.hpp"
 
+#include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/Words.hpp"
 #include "Nuv/Solve/CanonicalForm.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 
@@ -16,6 +18,14 @@ namespace nuvlp
 {
 namespace
 {
+
+constexpr std::string_view kCheckSchema = "nuvlp/check/1";
+
+struct Options
+{
+    ModelSource source;
+    Output output;
+};
 
 struct Magnitudes
 {
@@ -46,32 +56,41 @@ Magnitudes MagnitudesOf(const Spans&... spans)
     return magnitudes;
 }
 
-std::string Sizes(const nuv::Model& model)
+/// What is looked at.
+struct Findings
 {
-    return fmt::format("rows         {}\nvariables    {}\nnonzeros     {}\nsense        {}\n",
-                       model.RowCount(), model.VariableCount(), model.NonzeroCount(),
-                       model.ObjectiveSense() == nuv::Sense::Maximize ? "maximise" : "minimise");
-}
+    explicit Findings(const nuv::Model& model)
+        : objective(MagnitudesOf(model.Objective())),
+          coefficients(MagnitudesOf(model.Coefficients())),
+          sides(MagnitudesOf(model.RowLower(), model.RowUpper())),
+          bounds(MagnitudesOf(model.VariableLower(), model.VariableUpper())),
+          canonicalised(nuv::ToCanonicalForm(nuv::FormOf(model))),
+          rounding(nuv::ReportBinary32(canonicalised))
+    {
+    }
 
-std::string Scales(const nuv::Model& model)
-{
-    return fmt::format("\nmagnitudes\n  objective     {}\n  coefficients  {}\n  row sides     {}\n "
-                       " bounds        {}\n",
-                       MagnitudesOf(model.Objective()).Words(),
-                       MagnitudesOf(model.Coefficients()).Words(),
-                       MagnitudesOf(model.RowLower(), model.RowUpper()).Words(),
-                       MagnitudesOf(model.VariableLower(), model.VariableUpper()).Words());
-}
+    Magnitudes objective;
+    Magnitudes coefficients;
+    Magnitudes sides;
+    Magnitudes bounds;
+    nuv::Canonicalisation canonicalised;
+    nuv::Binary32Report rounding;
+};
 
-std::string Rounding(const nuv::Model& model)
+std::string CheckText(const nuv::Model& model, const Findings& found)
 {
-    const nuv::Canonicalisation canonicalised = nuv::ToCanonicalForm(nuv::FormOf(model));
-    const nuv::Binary32Report report = nuv::ReportBinary32(canonicalised);
-    std::string text =
-        fmt::format("\nin single precision\n  canonical form   {} rows, {} columns\n"
-                    "  not exact        {} of {} numbers, by at most {} of their size\n",
-                    canonicalised.form.rows, canonicalised.form.columns, report.inexact,
-                    report.numbers, report.largestRelativeChange);
+    const nuv::Binary32Report& report = found.rounding;
+    std::string text = fmt::format(
+        "rows         {}\nvariables    {}\nnonzeros     {}\nsense        {}\n", model.RowCount(),
+        model.VariableCount(), model.NonzeroCount(), nuv::WordOf(model.ObjectiveSense()));
+    text += fmt::format("\nmagnitudes\n  objective     {}\n  coefficients  {}\n"
+                        "  row sides     {}\n  bounds        {}\n",
+                        found.objective.Words(), found.coefficients.Words(), found.sides.Words(),
+                        found.bounds.Words());
+    text += fmt::format("\nin single precision\n  canonical form   {} rows, {} columns\n"
+                        "  not exact        {} of {} numbers, by at most {} of their size\n",
+                        found.canonicalised.form.rows, found.canonicalised.form.columns,
+                        report.inexact, report.numbers, report.largestRelativeChange);
     if (report.overflowing != 0)
         text += fmt::format(
             "  too large        {} numbers, the first {}{}\n", report.overflowing,
@@ -83,24 +102,79 @@ std::string Rounding(const nuv::Model& model)
     return text;
 }
 
-ExitCode Run(const ModelSource& source)
+void WriteMagnitudes(nuv::Json& json, std::string_view key, const Magnitudes& magnitudes)
 {
-    const nuv::ReadResult reading = ReadModel(source, Show::Notes);
+    json.Key(key);
+    if (magnitudes.largest == 0.0)
+        json.Raw("null");
+    else
+        json.Open('[').Number(magnitudes.smallest).Number(magnitudes.largest).Close(']');
+}
+
+void WriteRounding(nuv::Json& json, const nuv::Model& model, const Findings& found)
+{
+    const nuv::Binary32Report& report = found.rounding;
+    json.Key("single_precision").Open('{');
+    json.Key("rows").Count(found.canonicalised.form.rows);
+    json.Key("columns").Count(found.canonicalised.form.columns);
+    json.Key("numbers").Count(report.numbers).Key("inexact").Count(report.inexact);
+    json.Key("largest_relative_change").Number(report.largestRelativeChange);
+    json.Key("overflowing").Count(report.overflowing);
+    if (report.overflowing != 0)
+    {
+        json.Key("first_overflow").Open('{');
+        nuv::WriteTextOrNull(json, "row",
+                             report.row == nuv::kNoIndex ? "" : model.RowName(report.row));
+        nuv::WriteTextOrNull(json, "variable",
+                             report.column == nuv::kNoIndex ? ""
+                                                            : model.VariableName(report.column));
+        json.Close('}');
+    }
+    json.Close('}');
+}
+
+std::string CheckJson(const nuv::Model& model, const Findings& found,
+                      const std::vector<nuv::Diagnostic>& diagnostics)
+{
+    nuv::Json json = nuv::OpenReport(kCheckSchema);
+    nuv::WriteModel(json, model);
+    json.Key("magnitudes").Open('{');
+    WriteMagnitudes(json, "objective", found.objective);
+    WriteMagnitudes(json, "coefficients", found.coefficients);
+    WriteMagnitudes(json, "row_sides", found.sides);
+    WriteMagnitudes(json, "bounds", found.bounds);
+    json.Close('}');
+    WriteRounding(json, model, found);
+    nuv::WriteDiagnostics(json, "remarks", diagnostics, nuv::Severity::Note);
+    return json.Close('}').Finish();
+}
+
+ExitCode Run(const Options& options)
+{
+    const nuv::ReadResult reading = ReadModel(options.source, Show::Notes);
     if (!reading.Ok())
-        return ExitCodeOf(reading.GetError());
+        return WriteError(options.output, kCheckSchema, reading.diagnostics,
+                          ExitCodeOf(reading.GetError()));
     const nuv::Model& model = *reading.model;
-    return WriteOutput(Sizes(model) + Scales(model) + Rounding(model), ExitCode::Success);
+    const Findings found(model);
+    return WriteOutput(options.output.json ? CheckJson(model, found, reading.diagnostics)
+                                           : CheckText(model, found),
+                       ExitCode::Success);
 }
 
 }  // namespace
 
 Verb CheckVerb()
 {
-    const auto source = std::make_shared<ModelSource>();
-    Verb verb{.name = "check", .text = "Say what is odd about a model file", .run = [source] {
-                  return Run(*source);
-              }};
-    AddModelSource(verb, *source);
+    const auto options = std::make_shared<Options>();
+    Verb verb{.name = "check",
+              .text = "Say what is odd about a model file",
+              .run = [options] { return Run(*options); },
+              .schema = std::string(kCheckSchema)};
+    AddModelSource(verb, options->source);
+    verb.Add({{.names = {"--json"},
+               .text = "Write what is found as JSON, for programs",
+               .target = &options->output.json}});
     return verb;
 }
 

@@ -7,23 +7,28 @@
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/Mps/MpsWriter.hpp"
 #include "Nuv/Io/Smt/SmtWriter.hpp"
+#include "Nuv/Report/JsonReport.hpp"
 
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace nuvlp
 {
 namespace
 {
 
+constexpr std::string_view kConvertSchema = "nuvlp/conversion/1";
+
 struct Options
 {
     ModelSource source;
     std::string output;
     std::string format;
+    bool json = false;
 };
 
 /// The format asked for, or else the one that the output's name ends with; empty if that tells
@@ -58,26 +63,55 @@ std::string Objection(const Options& options, const std::string& format)
         return "what is written is not compressed: leave out .gz, and run gzip on it";
     if (format.empty())
         return "say which format to write: --to lp, mps, mps-fixed, mps-free or smt2";
+    if (options.json && (options.output.empty() || options.output == "-"))
+        return "--json writes to standard output: name a file for the model, -o MODEL";
     return {};
+}
+
+/// What was written, and what cannot be said in the format.
+std::string ConversionJson(const nuv::Model& model, const std::string& format,
+                           std::vector<nuv::Diagnostic> remarks,
+                           const std::vector<nuv::Diagnostic>& ofWriter)
+{
+    nuv::Json json = nuv::OpenReport(kConvertSchema);
+    nuv::WriteModel(json, model);
+    json.Key("format").Text(format);
+    remarks.insert(remarks.end(), ofWriter.begin(), ofWriter.end());
+    nuv::WriteDiagnostics(json, "warnings", remarks, nuv::Severity::Warning);
+    return json.Close('}').Finish();
 }
 
 ExitCode Run(const Options& options)
 {
+    const Output report{"", options.json};
     const std::string format = FormatOf(options);
     const std::string objection = Objection(options, format);
     if (!objection.empty())
     {
         std::fprintf(stderr, "nuvlp: %s\n", objection.c_str());
-        return ExitCode::Usage;
+        const nuv::Error error{"usage", objection, "", "", 0, 0};
+        return WriteError(report, kConvertSchema, std::vector{nuv::WithoutPlace(error)},
+                          ExitCode::Usage);
     }
     const nuv::ReadResult reading = ReadModel(options.source, Show::Warnings);
     if (!reading.Ok())
-        return ExitCodeOf(reading.GetError());
+        return WriteError(report, kConvertSchema, reading.diagnostics,
+                          ExitCodeOf(reading.GetError()));
     const nuv::WriteResult writing = Write(*reading.model, format);
     PrintDiagnostics(writing.diagnostics, Show::Warnings);
     if (!writing.Ok())
-        return ExitCode::BadModel;
-    return WriteTo(options.output, *writing.text, ExitCode::Success);
+        return WriteError(report, kConvertSchema, writing.diagnostics, ExitCode::BadModel);
+    const ExitCode code = WriteTo(options.output, *writing.text, ExitCode::Success);
+    if (code != ExitCode::Success)
+    {
+        const nuv::Error error{
+            "file.unwritable", "the model cannot be written there", "", options.output, 0, 0};
+        return WriteError(report, kConvertSchema, std::vector{nuv::WithoutPlace(error)}, code);
+    }
+    return !options.json ? code
+                         : WriteOutput(ConversionJson(*reading.model, format, reading.diagnostics,
+                                                      writing.diagnostics),
+                                       code);
 }
 
 }  // namespace
@@ -85,9 +119,10 @@ ExitCode Run(const Options& options)
 Verb ConvertVerb()
 {
     const auto options = std::make_shared<Options>();
-    Verb verb{.name = "convert", .text = "Write a model in another format", .run = [options] {
-                  return Run(*options);
-              }};
+    Verb verb{.name = "convert",
+              .text = "Write a model in another format",
+              .run = [options] { return Run(*options); },
+              .schema = std::string(kConvertSchema)};
     AddModelSource(verb, options->source);
     verb.Add({
         {.names = {"-o", "--output"},
@@ -99,6 +134,9 @@ Verb ConvertVerb()
          .text = "The format to write; by the end of the output's name if not given",
          .target = &options->format,
          .choices = {"lp", "mps", "mps-fixed", "mps-free", "smt2"}},
+        {.names = {"--json"},
+         .text = "Say as JSON what was written, or why nothing was",
+         .target = &options->json},
     });
     return verb;
 }

@@ -79,7 +79,8 @@ ExitCode Run(const Options& options)
     check.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
     const nuv::ClaimReport report = nuv::CheckClaim(*reading.model, *claim.claim, check);
     return WriteTo(options.output.path,
-                   options.output.json ? nuv::ClaimJson(report) : nuv::ClaimText(report),
+                   options.output.json ? nuv::ClaimJson(*reading.model, report)
+                                       : nuv::ClaimText(report),
                    ExitCodeOfJudgement(report.judgement));
 }
 

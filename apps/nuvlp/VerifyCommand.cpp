@@ -5,7 +5,7 @@
 
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Io/TextFile.hpp"
-#include "Nuv/Report/JsonWriter.hpp"
+#include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Report/Words.hpp"
 #include "Nuv/Vipr/Check.hpp"
 #include "Nuv/Vipr/Statement.hpp"
@@ -74,11 +74,11 @@ std::string VerificationText(const Verification& result)
                        nuv::WordOf(result.numbers), nuv::ToString(result.objective));
 }
 
-std::string VerificationJson(const Verification& result)
+std::string VerificationJson(const nuv::Model& model, const Verification& result)
 {
     const bool holds = result.defect.empty();
-    nuv::Json json;
-    json.Open('{').Key("schema").Text(kVerifySchema);
+    nuv::Json json = nuv::OpenReport(kVerifySchema);
+    nuv::WriteModel(json, model);
     json.Key("numbers").Text(nuv::WordOf(result.numbers));
     json.Key("verdict").Text(holds ? "verified" : "refused");
     if (!holds)
@@ -121,7 +121,8 @@ ExitCode Run(const Options& options)
         return Report(options, certificate.GetError(), ExitCode::BadModel);
     const Verification result = Verify(*reading.model, options.numbers, *certificate);
     return WriteTo(options.output.path,
-                   options.output.json ? VerificationJson(result) : VerificationText(result),
+                   options.output.json ? VerificationJson(*reading.model, result)
+                                       : VerificationText(result),
                    result.defect.empty() ? ExitCode::Success : ExitCode::Refuted);
 }
 

@@ -51,6 +51,10 @@ console() {  # console SOURCE
         [[ $line == '$ '* ]] && (cd "$stage" && PATH="$stage:$PATH" bash -c "${line#\$ }" 2>&1)
     done < <(grep '^\$ ' "$1") >"$1.printed"
     check "block $(basename "$1")" "$1" "$1.printed"
+    if grep '^{"schema"' "$1.printed" >"$1.json" && ! "$root/tests/report/validate.py" "$root/docs/schemas" --lines <"$1.json"; then
+        echo "$document: block $(basename "$1") prints JSON that is not as its schema says"
+        failed=$((failed + 1))
+    fi
 }
 
 # Each may carry flags.

@@ -1,4 +1,5 @@
 // nuvlp check, from outside: what is odd about a file, without solving it.
+#include "Nuv/Utils/NuvVersion.h"
 #include "tests/nuvlp/Run.hpp"
 
 #include <gtest/gtest.h>
@@ -30,6 +31,27 @@ TEST(CheckCommand, PrintsSizesMagnitudesAndRounding)
               "their size\n");
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST(CheckCommand, ReportsAsJson)
+{
+    const Outcome outcome =
+        RunNuvlp("check --json -", "max 3 x + x\nst\n a: x + 1e40 y <= 3\n b: x - y <= 7\nend\n");
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find("\"remarks\"")),
+              "{\"schema\":\"nuvlp/check/1\",\"version\":\"" NUV_VERSION "\","
+              "\"model\":{\"name\":null,\"sense\":\"maximise\",\"rows\":2,\"variables\":2,"
+              "\"nonzeros\":4},\"magnitudes\":{\"objective\":[4,4],\"coefficients\":[1,1e+40],"
+              "\"row_sides\":[3,7],\"bounds\":null},\"single_precision\":{\"rows\":2,\"columns\":2,"
+              "\"numbers\":7,\"inexact\":1,\"largest_relative_change\":0,\"overflowing\":1,"
+              "\"first_overflow\":{\"row\":\"a\",\"variable\":\"y\"}},");
+    EXPECT_NE(outcome.out.find("{\"severity\":\"note\",\"code\":\"lp.repeated-variable\","),
+              std::string::npos)
+        << outcome.out;
+    EXPECT_EQ(outcome.exitCode, 0);
+    const Outcome bad = RunNuvlp("check --json -", "x");
+    EXPECT_NE(bad.out.find("\"status\":\"error\",\"code\":\"lp.no-objective\""), std::string::npos)
+        << bad.out;
+    EXPECT_EQ(bad.exitCode, 65);
 }
 
 TEST(CheckCommand, ShowsNotesToo)

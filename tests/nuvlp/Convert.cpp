@@ -1,9 +1,11 @@
 // nuvlp convert and what all verbs do with their output files: there in full or not at all.
+#include "Nuv/Utils/NuvVersion.h"
 #include "tests/nuvlp/Run.hpp"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 
 namespace nuvlp::test
 {
@@ -64,6 +66,32 @@ TEST(ConvertCommand, AsksForAFormatThatItCannotKnow)
               "nuvlp: what is written is not compressed: leave out .gz, and run gzip on it\n");
     EXPECT_EQ(packed.exitCode, 64);
     EXPECT_EQ(RunNuvlp("convert -o " + Scratch("MODEL.MPS") + " -", kModel).exitCode, 0);
+}
+
+TEST(ConvertCommand, ReportsAsJson)
+{
+    const std::string file = Scratch("reported.mps");
+    const Outcome outcome = RunNuvlp("convert --json -o " + file + " -",
+                                     "max x\nst\n c: x <= 4\nbounds\n x <= -3\nend\n");
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find(",\"text\"")),
+              "{\"schema\":\"nuvlp/conversion/1\",\"version\":\"" NUV_VERSION "\","
+              "\"model\":{\"name\":null,\"sense\":\"maximise\",\"rows\":1,\"variables\":1,"
+              "\"nonzeros\":1},\"format\":\"mps\",\"warnings\":[{\"severity\":\"warning\","
+              "\"code\":\"lp.negative-upper-bound\"");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_NE(ReadFile(file), "");
+    for (const auto& [arguments, code, exitCode] :
+         {std::tuple("-o " + file + " none.lp", "file.missing", 66),
+          std::tuple(std::string("--to lp textbook/wyndor.lp"), "usage", 64),
+          std::tuple(std::string("-o no/such/place.lp textbook/wyndor.lp"), "file.unwritable", 73),
+          std::tuple("-o " + file + " --too lp a.lp", "usage", 64)})
+    {
+        const Outcome bad = RunNuvlp("convert --json " + arguments);
+        EXPECT_NE(bad.out.find(std::string("\"status\":\"error\",\"code\":\"") + code + "\""),
+                  std::string::npos)
+            << arguments << bad.out;
+        EXPECT_EQ(bad.exitCode, exitCode) << arguments;
+    }
 }
 
 TEST(ConvertCommand, HasAMessageForEveryKindOfBadInput)

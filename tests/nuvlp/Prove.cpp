@@ -1,4 +1,5 @@
 // nuvlp prove, from outside: files in, a verdict and an exit code out.
+#include "Nuv/Utils/NuvVersion.h"
 #include "tests/nuvlp/Run.hpp"
 
 #include <gtest/gtest.h>
@@ -48,7 +49,10 @@ TEST(ProveCommand, ReportsAsJson)
     const Outcome outcome =
         RunNuvlp("prove --json --claim feasible " + kFactory + " -", "chairs 1/2\n");
     EXPECT_EQ(outcome.out,
-              "{\"schema\":\"nuvlp/proof/1\",\"claim\":\"feasible\",\"verdict\":\"confirmed\","
+              "{\"schema\":\"nuvlp/proof/1\",\"version\":\"" NUV_VERSION
+              "\",\"model\":{\"name\":null,"
+              "\"sense\":\"maximise\",\"rows\":2,\"variables\":2,\"nonzeros\":4},\"claim\":"
+              "\"feasible\",\"verdict\":\"confirmed\","
               "\"numbers\":\"written\",\"truth\":\"unknown\",\"proof\":{\"by\":\"values\","
               "\"pivots\":0},\"objective\":15,"
               "\"unnamed\":1,\"violation\":0,\"violated\":\"\",\"disagreements\":[],"
@@ -95,7 +99,7 @@ TEST(ProveCommand, WritesErrorsAsResultsForPrograms)
 {
     const Outcome unknown = RunNuvlp("prove --json " + kFactory + " -", "chair 3\n");
     EXPECT_EQ(unknown.out,
-              "{\"schema\":\"nuvlp/proof/1\",\"status\":\"error\","
+              "{\"schema\":\"nuvlp/proof/1\",\"version\":\"" NUV_VERSION "\",\"status\":\"error\","
               "\"code\":\"claim.unknown-variable\",\"text\":\"the model has no variable 'chair'\","
               "\"hint\":\"is this the solution of another model?\",\"file\":\"<stdin>\","
               "\"line\":1,\"column\":1,\"warnings\":[]}\n");

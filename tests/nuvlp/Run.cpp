@@ -1,6 +1,8 @@
 // The shell does the redirection, as it does for users.
 #include "tests/nuvlp/Run.hpp"
 
+#include "tests/report/JsonSchema.hpp"
+
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -74,10 +76,28 @@ std::string CommandLine(const std::string& arguments)
            Scratch("stdout") + "' 2>'" + Scratch("stderr") + "' " + arguments;
 }
 
-Outcome OutcomeOf(int status)
+/// What stands in the file that is named for the output.
+std::string OutputText(const std::string& arguments)
 {
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(Scratch("stdout")),
-            ReadFile(Scratch("stderr"))};
+    for (const std::string option : {" -o ", " --output "})
+        if (const std::size_t at = arguments.find(option); at != std::string::npos)
+        {
+            const std::size_t begin = at + option.size();
+            const std::string path = arguments.substr(begin, arguments.find(' ', begin) - begin);
+            return std::filesystem::is_regular_file(path) ? ReadFile(path) : "";
+        }
+    return {};
+}
+
+/// All JSON of the command that a test may see comes by here.
+Outcome OutcomeOf(const std::string& arguments, int status)
+{
+    Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(Scratch("stdout")),
+                    ReadFile(Scratch("stderr"))};
+    for (const std::string& text : {outcome.out, OutputText(arguments)})
+        if (text.starts_with('{'))
+            nuv::test::ExpectValid(text);
+    return outcome;
 }
 
 /// Whether a process is the command, no longer the shell, and has a handler for a signal, which
@@ -95,7 +115,7 @@ bool Handles(pid_t process, int signal)
 Outcome RunNuvlp(const std::string& arguments, const std::string& input)
 {
     (void)WriteScratch("stdin", input);
-    return OutcomeOf(std::system(CommandLine(arguments).c_str()));
+    return OutcomeOf(arguments, std::system(CommandLine(arguments).c_str()));
 }
 
 Outcome InterruptNuvlp(const std::string& arguments, int signal)
@@ -115,12 +135,12 @@ Outcome InterruptNuvlp(const std::string& arguments, int signal)
     {
         // One that never handles it ends by itself.
         if (waitpid(child, &status, WNOHANG) == child)
-            return OutcomeOf(status);
+            return OutcomeOf(arguments, status);
         (void)usleep(1000);
     }
     (void)::kill(child, signal);
     (void)waitpid(child, &status, 0);
-    return OutcomeOf(status);
+    return OutcomeOf(arguments, status);
 }
 
 }  // namespace nuvlp::test

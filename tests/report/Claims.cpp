@@ -1,8 +1,10 @@
 // What a solution file claims, read and judged.
 #include "Nuv/Report/CheckClaim.hpp"
 #include "Nuv/Report/ClaimReader.hpp"
+#include "Nuv/Report/ClaimText.hpp"
 #include "Nuv/Report/JsonReport.hpp"
 #include "tests/io/lp/LpText.hpp"
+#include "tests/report/JsonSchema.hpp"
 
 #include <gtest/gtest.h>
 
@@ -33,6 +35,7 @@ std::string Judged(const Model& model, std::string_view text,
                std::to_string(reading.diagnostics.front().error.line) + ":" +
                std::to_string(reading.diagnostics.front().error.column);
     const ClaimReport report = CheckClaim(model, *reading.claim, options);
+    ExpectValid(ClaimJson(model, report));
     if (report.judgement != Judgement::Refuted)
         return report.judgement == Judgement::Confirmed ? "confirmed" : "undecided";
     std::string codes;
@@ -50,7 +53,9 @@ std::string Judged(const char* model, std::string_view text,
 ClaimReport ReportOf(const Model& model, std::string_view text)
 {
     const ClaimReadResult reading = ReadClaim(text, "claim", model, std::nullopt);
-    return CheckClaim(model, reading.claim.value(), {});
+    ClaimReport report = CheckClaim(model, reading.claim.value(), {});
+    ExpectValid(ClaimJson(model, report));
+    return report;
 }
 
 std::string Result(std::string_view rest)

@@ -2,10 +2,13 @@
 #include "Nuv/Report/JsonReader.hpp"
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Solve/Solution.hpp"
+#include "Nuv/Utils/NuvVersion.h"
 #include "tests/io/lp/LpText.hpp"
+#include "tests/report/JsonSchema.hpp"
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 
 namespace nuv::test
@@ -16,7 +19,16 @@ namespace
 std::string ReportOf(std::string_view text, const SolveOptions& options = {})
 {
     const ReadResult reading = ReadText(text);
-    return JsonReport(*reading.model, Solve(*reading.model, options), reading.diagnostics);
+    std::string json =
+        JsonReport(*reading.model, Solve(*reading.model, options), reading.diagnostics);
+    ExpectValid(json);
+    return json;
+}
+
+/// With 0 for what a clock tells.
+std::string WithoutTimes(const std::string& json)
+{
+    return std::regex_replace(json, std::regex("\"seconds\":[^,}]+"), "\"seconds\":0");
 }
 
 JsonValue Parsed(const std::string& json)
@@ -38,24 +50,29 @@ std::string Keys(const JsonValue* object)
 
 TEST(JsonReport, IsOneObjectInOneLine)
 {
-    EXPECT_EQ(ReportOf("max 3 x + y st a: x + y <= 4 end"),
-              "{\"schema\":\"nuvlp/result/1\",\"status\":\"optimal\",\"objective\":12,"
+    EXPECT_EQ(WithoutTimes(ReportOf("max 3 x + y st a: x + y <= 4 end")),
+              "{\"schema\":\"nuvlp/result/1\",\"version\":\"" NUV_VERSION "\","
+              "\"model\":{\"name\":null,\"sense\":\"maximise\",\"rows\":1,\"variables\":2,"
+              "\"nonzeros\":2},\"status\":\"optimal\",\"stop_reason\":null,\"objective\":12,"
               "\"numbers\":\"written\","
-              "\"proof\":{\"outcome\":\"proved\",\"objective\":\"12\"},"
-              "\"pivots\":{\"float\":1,\"double\":0,\"exact\":0},"
-              "\"float_stage\":{\"outcome\":\"optimal\"},"
+              "\"proof\":{\"outcome\":\"proved\",\"objective\":\"12\"},\"seconds\":0,\"stages\":{"
+              "\"single_precision\":{\"ran\":true,\"pivots\":1,\"seconds\":0,"
+              "\"outcome\":\"optimal\"},"
+              "\"double_precision\":{\"ran\":true,\"pivots\":0,\"seconds\":0},"
+              "\"exact\":{\"ran\":true,\"pivots\":0,\"seconds\":0},"
+              "\"check\":{\"ran\":true,\"seconds\":0}},"
               "\"variables\":[{\"name\":\"x\",\"value\":4,\"reduced_cost\":0,\"basis\":\"basic\"},"
               "{\"name\":\"y\",\"value\":0,\"reduced_cost\":-2,\"basis\":\"lower\"}],"
               "\"rows\":[{\"name\":\"a\",\"activity\":4,\"lower\":null,\"upper\":4,\"slack\":0,"
               "\"dual\":3,\"basis\":\"upper\"}],"
-              "\"conflict\":[],\"farkas\":[],\"ray\":[],\"warnings\":[]}\n");
+              "\"conflict\":[],\"farkas\":[],\"point\":[],\"ray\":[],\"warnings\":[]}\n");
 }
 
 TEST(JsonReport, HasTheSameKeysForEveryVerdict)
 {
     const char* const keys =
-        "schema status objective numbers proof pivots float_stage variables rows "
-        "conflict farkas ray warnings";
+        "schema version model status stop_reason objective numbers proof seconds stages variables "
+        "rows conflict farkas point ray warnings";
     SolveOptions stopped;
     stopped.limits.seconds = 0.0;
     for (const auto& [json, status] :
@@ -92,6 +109,44 @@ TEST(JsonReport, NamesTheDirectionThatImproves)
     EXPECT_FALSE(value.Find("ray")->items.empty());
 }
 
+/// x - y = 3 is kept by the point, x = y by the ray.
+TEST(JsonReport, NamesAPointWhereTheRayStarts)
+{
+    const JsonValue value = Parsed(ReportOf("max x st a: x - y = 3 b: z <= 3 bounds y >= 0.5 end"));
+    double x = 0.0;
+    double y = 0.0;
+    for (const JsonValue& entry : value.Find("point")->items)
+        (entry.Find("name")->text == "x" ? x : y) = std::stod(entry.Find("value")->text);
+    EXPECT_EQ(x - y, 3.0);
+    EXPECT_GE(y, 0.5);
+    EXPECT_EQ(value.Find("ray")->items.size(), 2U);
+}
+
+TEST(JsonReport, SaysWhatEndedTheSolve)
+{
+    SolveOptions options;
+    options.limits.seconds = 0.0;
+    EXPECT_EQ(Parsed(ReportOf("max x st a: x <= 4 end", options)).Find("stop_reason")->text,
+              "time-limit");
+    options.limits.seconds = 1e6;
+    options.limits.keepGoing = [](const Progress&) { return false; };
+    EXPECT_EQ(Parsed(ReportOf("max x st a: x <= 4 end", options)).Find("stop_reason")->text,
+              "interrupt");
+}
+
+TEST(JsonReport, TellsOfTheStagesThatRan)
+{
+    SolveOptions options;
+    options.useSinglePrecision = false;
+    const JsonValue value = Parsed(ReportOf("max x st a: x <= 4 end", options));
+    const JsonValue& stages = *value.Find("stages");
+    EXPECT_EQ(Keys(&stages), "single_precision double_precision exact check");
+    EXPECT_EQ(Keys(stages.Find("exact")), "ran pivots seconds");
+    EXPECT_EQ(stages.Find("single_precision")->Find("outcome")->text, "skipped");
+    EXPECT_EQ(stages.Find("single_precision")->Find("pivots")->text, "0");
+    EXPECT_EQ(stages.Find("double_precision")->Find("pivots")->text, "1");
+}
+
 TEST(JsonReport, HasRangesWhereTheyWereAskedFor)
 {
     SolveOptions options;
@@ -125,7 +180,9 @@ TEST(JsonReport, LeavesOutWhatSinglePrecisionDoesNotKnow)
     const Model model = *ReadText("max 3 x + y st a: x + y <= 4 end").model;
     SolveOptions options;
     options.singlePrecisionOnly = true;
-    const JsonValue value = Parsed(JsonReport(model, Solve(model, options), {}));
+    const std::string json = JsonReport(model, Solve(model, options), {});
+    ExpectValid(json);
+    const JsonValue value = Parsed(json);
     EXPECT_EQ(value.Find("proof")->Find("outcome")->text, "not proved");
     EXPECT_EQ(Keys(&value.Find("variables")->items[0]), "name value");
     EXPECT_EQ(Keys(&value.Find("rows")->items[0]), "name activity lower upper slack");
@@ -136,7 +193,7 @@ TEST(JsonReport, CarriesTheWarningsOfTheReader)
     const JsonValue value = Parsed(ReportOf("max x\nst\n x <= 4\nbounds\n x <= -3\nend"));
     const JsonValue* const warnings = value.Find("warnings");
     ASSERT_EQ(warnings->items.size(), 1U);
-    EXPECT_EQ(Keys(&warnings->items[0]), "line column code text");
+    EXPECT_EQ(Keys(&warnings->items[0]), "severity code text hint file line column");
     EXPECT_EQ(warnings->items[0].Find("line")->text, "5");
     EXPECT_EQ(warnings->items[0].Find("column")->text, "7");
     EXPECT_EQ(warnings->items[0].Find("code")->text, "lp.negative-upper-bound");
