@@ -1,6 +1,5 @@
 // The instances of the comparison, in the order of its table.
-#ifndef BENCH_CASES_HPP
-#define BENCH_CASES_HPP
+#pragma once
 
 #include <array>
 
@@ -61,5 +60,3 @@ inline constexpr std::array cases = {
     Case{Family::NonDegenerate, 1000, 200, false},
 };
 }  // namespace bench
-
-#endif

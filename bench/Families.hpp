@@ -1,6 +1,5 @@
 // The corpus' models of the benchmarks in vectors, dense and sparse.
-#ifndef BENCH_FAMILIES_HPP
-#define BENCH_FAMILIES_HPP
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -45,5 +44,3 @@ Instance MakeInstance(Family family, std::size_t rows, std::size_t columns, std:
 NonZeros RowsOf(const Instance& instance);
 NonZeros ColumnsOf(const Instance& instance);
 }  // namespace bench
-
-#endif

@@ -1,6 +1,5 @@
 // A line of JSON: what bench/report/document.py makes tables of.
-#ifndef BENCH_JSONLINE_HPP
-#define BENCH_JSONLINE_HPP
+#pragma once
 
 #include <cmath>
 #include <concepts>
@@ -60,5 +59,3 @@ private:
     std::string text;
 };
 }  // namespace bench
-
-#endif

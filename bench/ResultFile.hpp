@@ -1,7 +1,6 @@
 // Runs the Google Benchmark programs: their usual output on the screen, and with
 // --benchmark_out=FILE one line of JSON per benchmark: name, counters, and seconds per iteration.
-#ifndef BENCH_RESULTFILE_HPP
-#define BENCH_RESULTFILE_HPP
+#pragma once
 
 #include <benchmark/benchmark.h>
 
@@ -60,5 +59,3 @@ inline int RunBenchmarks(const char* kind, int count, char** words)
     return EXIT_SUCCESS;
 }
 }  // namespace bench
-
-#endif

@@ -5,8 +5,7 @@
 // clock costs a system call, though. What is shorter than twenty microseconds is read off the
 // monotonic clock, many times over, and the median passes over the samples in which the thread was
 // interrupted.
-#ifndef BENCH_STOPWATCH_HPP
-#define BENCH_STOPWATCH_HPP
+#pragma once
 
 #include <algorithm>
 #include <array>
@@ -83,5 +82,3 @@ private:
     }
 };
 }  // namespace bench
-
-#endif

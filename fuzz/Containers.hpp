@@ -1,7 +1,6 @@
 // What the steps of the three kinds of container share: numbers of operations and places out of the
 // input, and the request of the allocator that is refused during a step.
-#ifndef FUZZ_CONTAINERS_HPP
-#define FUZZ_CONTAINERS_HPP
+#pragma once
 
 #include "fuzz/Input.hpp"
 #include "tests/support/TestAllocator.hpp"
@@ -56,5 +55,3 @@ void RunVectorSteps(Input* input, bool hasNames);
 void RunListSteps(Input* input, bool hasNames);
 void RunMapSteps(Input* input, bool hasNames);
 }  // namespace fuzz
-
-#endif

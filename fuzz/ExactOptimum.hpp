@@ -1,6 +1,5 @@
 // The simplex method in integers, for models so small that nothing can overflow.
-#ifndef FUZZ_EXACTOPTIMUM_HPP
-#define FUZZ_EXACTOPTIMUM_HPP
+#pragma once
 
 #include "tests/reference/NaiveSimplex.hpp"
 
@@ -23,5 +22,3 @@ struct ExactOptimum
 /// and below 2^32 in that of the objective.
 ExactOptimum SolveExactly(const reference::Problem& problem);
 }  // namespace fuzz
-
-#endif

@@ -1,7 +1,6 @@
 // The fuzzer's bytes, read as decisions. Bytes that are not there are 0, so that every input means
 // something and a shorter one means less.
-#ifndef FUZZ_INPUT_HPP
-#define FUZZ_INPUT_HPP
+#pragma once
 
 #include <bit>
 #include <cstddef>
@@ -53,5 +52,3 @@ private:
     std::size_t left;
 };
 }  // namespace fuzz
-
-#endif

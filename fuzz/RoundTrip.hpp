@@ -1,6 +1,5 @@
 // What the two reader targets promise of a text that could be read.
-#ifndef FUZZ_ROUNDTRIP_HPP
-#define FUZZ_ROUNDTRIP_HPP
+#pragma once
 
 #include "Nuv/Io/ReadResult.hpp"
 
@@ -11,5 +10,3 @@ namespace fuzz
 /// reading without a model has an error instead.
 void ExpectRoundTrips(const nuv::ReadResult& reading);
 }  // namespace fuzz
-
-#endif

@@ -1,7 +1,6 @@
 // What every target includes: the entry that the fuzzer and the replay call, and the promise that
 // one broken expectation of GoogleTest ends the process, as a crash does.
-#ifndef FUZZ_TARGET_HPP
-#define FUZZ_TARGET_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -12,5 +11,3 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 /// Called once before the first input.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
-
-#endif

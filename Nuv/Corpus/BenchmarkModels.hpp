@@ -4,8 +4,7 @@
 // Invariant: a family, a shape and a seed give the same numbers on every machine, and every number
 // is an integer that binary32 holds exactly, so that solvers in single and double precision are
 // asked the same question.
-#ifndef NUV_CORPUS_BENCHMARKMODELS_HPP
-#define NUV_CORPUS_BENCHMARKMODELS_HPP
+#pragma once
 
 #include "Nuv/Corpus/Problem.hpp"
 
@@ -39,5 +38,3 @@ const char* NameOf(BenchmarkFamily family);
 /// Makes a model of exactly `p`'s rows and columns, which are at least 2 of each.
 void MakeBenchmarkModel(BenchmarkFamily family, uint64_t seed, Problem* p);
 }  // namespace nuv::corpus
-
-#endif

@@ -2,8 +2,7 @@
 // that their solves have on every machine.
 //
 // Invariant: the same bits on every machine; see Random.hpp.
-#ifndef NUV_CORPUS_FAMILIES_HPP
-#define NUV_CORPUS_FAMILIES_HPP
+#pragma once
 
 #include "Nuv/Corpus/Problem.hpp"
 #include "Nuv/Corpus/Random.hpp"
@@ -70,5 +69,3 @@ const Golden& GoldenAt(uint32_t index);
 /// @return the hash recorded under that name, or 0, which no solve hashes to.
 uint64_t GoldenHash(const char* name);
 }  // namespace nuv::corpus
-
-#endif

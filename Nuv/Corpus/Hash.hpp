@@ -1,6 +1,5 @@
 // The hash of whatever a solve tells.
-#ifndef NUV_CORPUS_HASH_HPP
-#define NUV_CORPUS_HASH_HPP
+#pragma once
 
 #include "Nuv/Corpus/Random.hpp"
 
@@ -39,5 +38,3 @@ private:
     uint64_t state = 14695981039346656037U;
 };
 }  // namespace nuv::corpus
-
-#endif

@@ -1,6 +1,5 @@
 // What the makers of models share, and those that the table of families lists.
-#ifndef NUV_CORPUS_MAKERS_HPP
-#define NUV_CORPUS_MAKERS_HPP
+#pragma once
 
 #include "Nuv/Corpus/Problem.hpp"
 #include "Nuv/Corpus/Random.hpp"
@@ -85,5 +84,3 @@ void MakeOverflowing(Problem* p, Random* random);
 void MakeSubnormal(Problem* p, Random* random);
 void MakeSpecialValues(Problem* p, Random* random);
 }  // namespace nuv::corpus
-
-#endif

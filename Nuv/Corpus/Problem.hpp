@@ -1,6 +1,5 @@
 // A model as the corpus makes it: max cᵀx, A x ≤ b, x ≥ 0.
-#ifndef NUV_CORPUS_PROBLEM_HPP
-#define NUV_CORPUS_PROBLEM_HPP
+#pragma once
 
 #include <stddef.h>
 #include <stdint.h>
@@ -47,5 +46,3 @@ void Fill(Problem* p, DrawA drawA, DrawB drawB, DrawC drawC)
     Fill(p->c, p->columns, drawC);
 }
 }  // namespace nuv::corpus
-
-#endif

@@ -2,8 +2,7 @@
 //
 // Invariant: integer arithmetic alone, but for Symmetric and Positive with a float's limit, so that
 // a machine that rounds or flushes in its own way still draws the same.
-#ifndef NUV_CORPUS_RANDOM_HPP
-#define NUV_CORPUS_RANDOM_HPP
+#pragma once
 
 #include <bit>
 
@@ -162,5 +161,3 @@ inline float Negated(float value)
     return FloatOfBits(BitsOf(value) ^ 0x80000000U);
 }
 }  // namespace nuv::corpus
-
-#endif

@@ -3,8 +3,7 @@
 //
 // Invariant: a family, a size and a seed give the same bits on every machine whose floats are as
 // the library asks; floats are made from integers by exact or single rounded steps.
-#ifndef NUV_CORPUS_RANDOMMODELS_HPP
-#define NUV_CORPUS_RANDOMMODELS_HPP
+#pragma once
 
 #include "Nuv/Corpus/Problem.hpp"
 #include "Nuv/Corpus/Random.hpp"
@@ -51,5 +50,3 @@ void MakeRandomModel(RandomFamily family, uint64_t seed, Problem* p);
 /// a reciprocal, the largest finite numbers, ±infinity, NaN.
 float SpecialValue(Random* random);
 }  // namespace nuv::corpus
-
-#endif

@@ -9,8 +9,7 @@
 // (with -fno-exceptions -fno-rtti -fno-threadsafe-statics it needs no C++ runtime; on 32-bit x86
 // add -msse2 -mfpmath=sse; -mavx2 and the like belong to the sources Nuv/Utils/Kernels/Avx*.cpp
 // alone).
-#ifndef NUV_SELFTEST_SELFTEST_HPP
-#define NUV_SELFTEST_SELFTEST_HPP
+#pragma once
 
 #include <stdint.h>
 #include <stdio.h>
@@ -97,5 +96,3 @@ uint64_t HashOfNamed(corpus::Model* model, Loops loops);
 /// Prints the table of hashes, Nuv/Corpus/Golden.inl, as it is here.
 void PrintHashes(Loops loops, FILE* out);
 }  // namespace nuv::selftest
-
-#endif

@@ -1,6 +1,5 @@
 // One model of the corpus, solved by the core, and hashes of what the solve tells.
-#ifndef NUV_SELFTEST_SOLVING_HPP
-#define NUV_SELFTEST_SOLVING_HPP
+#pragma once
 
 #include "Nuv/Corpus/Problem.hpp"
 #include "Nuv/SelfTest/SelfTest.hpp"
@@ -28,5 +27,3 @@ struct Outcome
 /// Solves, and stops before one pivot more than `maxPivots`, which is at most `pivotLimit`.
 Outcome Solve(const corpus::Problem& problem, Loops loops, uint32_t maxPivots = pivotLimit);
 }  // namespace nuv::selftest
-
-#endif

@@ -1,8 +1,7 @@
 // What the growable arrays share below their operations: blocks, runs of elements, and insertion.
 // Written for any record of the shape {allocator, begin, end, endBuf}. Invariant: elements are
 // [begin, end) of the block [begin, endBuf).
-#ifndef NUV_TEMPLATES_NUVARRAY_HPP
-#define NUV_TEMPLATES_NUVARRAY_HPP
+#pragma once
 
 #include "Nuv/Templates/NuvElement.hpp"
 #include "Nuv/Utils/NuvAllocatorInline.h"
@@ -231,5 +230,3 @@ inline NuvSizeT CapacityForMore(const Vector* x, NuvSizeT count)
     return doubled > needed ? doubled : needed;
 }
 }  // namespace nuv
-
-#endif

@@ -2,8 +2,7 @@
 // runs together. Written for any record of the shape {size, hash, l, v}. Invariant: the entries of
 // a bucket are `count` links of `l` from `first` on, and an empty bucket's `first` is the end of
 // `l`. A map whose table was refused has no buckets and finds nothing.
-#ifndef NUV_TEMPLATES_NUVBUCKETS_HPP
-#define NUV_TEMPLATES_NUVBUCKETS_HPP
+#pragma once
 
 #include "Nuv/Templates/NuvArray.hpp"
 #include "Nuv/Templates/NuvRing.hpp"
@@ -181,5 +180,3 @@ inline void Rehash(Map* x)
     }
 }
 }  // namespace nuv
-
-#endif

@@ -1,8 +1,7 @@
 // What a container asks of its elements: a specialisation of nuv::Element per element type, reached
 // through the functions below. Elements are records of C: moving one bit by bit to another place,
 // and forgetting the old place, is always allowed (Relocate); copying one may need memory.
-#ifndef NUV_TEMPLATES_NUVELEMENT_HPP
-#define NUV_TEMPLATES_NUVELEMENT_HPP
+#pragma once
 
 #include <stdint.h>
 
@@ -133,5 +132,3 @@ inline NuvBool AsNuvBool(bool value)
     return value ? NUV_TRUE : NUV_FALSE;
 }
 }  // namespace nuv
-
-#endif

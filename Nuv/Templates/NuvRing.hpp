@@ -1,7 +1,6 @@
 // Rings of links, as the lists and the maps weave them. Invariant: every link's neighbours point
 // back at it.
-#ifndef NUV_TEMPLATES_NUVRING_HPP
-#define NUV_TEMPLATES_NUVRING_HPP
+#pragma once
 
 namespace nuv
 {
@@ -53,5 +52,3 @@ inline void ExchangeRings(Link* a, Link* b)
     TransferAll(b, &held);
 }
 }  // namespace nuv
-
-#endif

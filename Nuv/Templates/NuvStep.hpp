@@ -1,7 +1,6 @@
 // How an iterator moves: over an array or around a list's ring, forwards or backwards. The four
 // kinds of a container's iterators differ by these two choices and by const alone.
-#ifndef NUV_TEMPLATES_NUVSTEP_HPP
-#define NUV_TEMPLATES_NUVSTEP_HPP
+#pragma once
 
 #include <stdint.h>
 
@@ -90,5 +89,3 @@ struct RingStep
     }
 };
 }  // namespace nuv
-
-#endif

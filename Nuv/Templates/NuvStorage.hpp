@@ -1,7 +1,6 @@
 // The block of a matrix: its size and its state, for any record of the shape {allocator, nr, nc,
 // data}.
-#ifndef NUV_TEMPLATES_NUVSTORAGE_HPP
-#define NUV_TEMPLATES_NUVSTORAGE_HPP
+#pragma once
 
 #include "Nuv/Templates/NuvElement.hpp"
 #include "Nuv/Utils/NuvAllocatorInline.h"
@@ -64,5 +63,3 @@ inline bool HasOneZeroDimension(NuvUint rows, NuvUint cols)
     return (rows == 0) != (cols == 0);
 }
 }  // namespace nuv
-
-#endif

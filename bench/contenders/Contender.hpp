@@ -1,7 +1,6 @@
 // The contenders of the comparison: this library, the hand-written tableau, and the libraries that
 // were found when the benchmarks were configured, each behind the same two timed steps.
-#ifndef BENCH_CONTENDERS_CONTENDER_HPP
-#define BENCH_CONTENDERS_CONTENDER_HPP
+#pragma once
 
 #include <cstdint>
 #include <span>
@@ -87,5 +86,3 @@ Run RunClpPrimal(const Input& input, const Conditions& conditions);
 Run RunLpSolveDefault(const Input& input, const Conditions& conditions);
 Run RunLpSolvePrimal(const Input& input, const Conditions& conditions);
 }  // namespace bench
-
-#endif

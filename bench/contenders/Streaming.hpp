@@ -1,8 +1,7 @@
 // The machine's limit: how fast it can update one array of floats in place and read another, with
 // nothing else to do. A pivot of the revised simplex method cannot be faster than this pass over
 // the inverse (read and written) and the matrix (read), unless it leaves parts of them alone.
-#ifndef BENCH_CONTENDERS_STREAMING_HPP
-#define BENCH_CONTENDERS_STREAMING_HPP
+#pragma once
 
 #include <cstddef>
 #include <cstdlib>
@@ -53,5 +52,3 @@ inline StreamingPass PivotPass(std::size_t m, std::size_t n)
     return {m * m, m * n};
 }
 }  // namespace bench
-
-#endif

@@ -1,8 +1,7 @@
 // The yardstick: the simplex method as one writes it by hand for a program that needs it today, a
 // dense tableau in double precision under Dantzig's rule, tuned as far as it stays simple (no
 // columns for basic variables, rows with a zero multiplier skipped, vectorised row updates).
-#ifndef BENCH_CONTENDERS_TABLEAU_HPP
-#define BENCH_CONTENDERS_TABLEAU_HPP
+#pragma once
 
 #include <cstdint>
 
@@ -35,5 +34,3 @@ TableauResult SolveByTableau(const Instance& instance, std::uint64_t maxPivots);
 /// The same source, compiled for the machine that builds it.
 TableauResult SolveByNativeTableau(const Instance& instance, std::uint64_t maxPivots);
 }  // namespace bench
-
-#endif

@@ -3,8 +3,7 @@
 // yardstick's own types.
 //
 // Invariant: the model holds every coefficient that is not +0, each with its bits.
-#ifndef TESTS_REFERENCE_CORESOLVE_HPP
-#define TESTS_REFERENCE_CORESOLVE_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -76,5 +75,3 @@ std::string Difference(const Solution& expected, const Solution& found);
 std::string DifferenceOfResults(const Solution& expected, const Solution& found);
 std::string Difference(const Matrix& expected, const NuvMatrix_NuvFloat32& found);
 }  // namespace reference
-
-#endif

@@ -4,8 +4,7 @@
 //
 // Invariant: every value is a float, every product is rounded before it is added, every sum starts
 // at +0 and runs in increasing index. Compile with -ffp-contract=off.
-#ifndef TESTS_REFERENCE_NAIVESIMPLEX_HPP
-#define TESTS_REFERENCE_NAIVESIMPLEX_HPP
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -113,5 +112,3 @@ Solution Solve(const Problem& problem, std::size_t maxPivots = unlimited);
 void SolvePhaseI(StandardForm* form, Solution* solution, std::size_t maxPivots = unlimited);
 void SolvePhaseII(const StandardForm& form, Solution* solution, std::size_t maxPivots = unlimited);
 }  // namespace reference
-
-#endif

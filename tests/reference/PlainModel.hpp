@@ -1,7 +1,6 @@
 // What a model of the library should hold after a sequence of edits, in the standard library's
 // types and without a thought for memory.
-#ifndef TESTS_REFERENCE_PLAINMODEL_HPP
-#define TESTS_REFERENCE_PLAINMODEL_HPP
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -50,5 +49,3 @@ private:
     bool Enter(const PlainRow& row, std::vector<float>* coefficients) const;
 };
 }  // namespace reference
-
-#endif

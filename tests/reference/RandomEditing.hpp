@@ -1,6 +1,5 @@
 // Long random sequences of edits on one model of the library, beside the plain model.
-#ifndef TESTS_REFERENCE_RANDOMEDITING_HPP
-#define TESTS_REFERENCE_RANDOMEDITING_HPP
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -15,5 +14,3 @@ namespace reference
 /// @return the first difference, or "".
 std::string EditAtRandom(std::uint64_t steps, std::uint64_t seed, NuvAllocator* allocator);
 }  // namespace reference
-
-#endif

@@ -1,6 +1,5 @@
 // The corpus' random models in the yardstick's types.
-#ifndef TESTS_REFERENCE_RANDOMMODELS_HPP
-#define TESTS_REFERENCE_RANDOMMODELS_HPP
+#pragma once
 
 #include <algorithm>
 #include <vector>
@@ -51,5 +50,3 @@ inline Problem MakeModel(Family family, std::size_t rows, std::size_t columns, s
     return ProblemOf(p);
 }
 }  // namespace reference
-
-#endif

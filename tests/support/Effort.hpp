@@ -1,7 +1,6 @@
 // How much a test of random cases does. Under tools that slow a program down many times, the
 // environment asks for a share of it: NUV_TEST_SHARE=10 for every tenth case.
-#ifndef TESTS_SUPPORT_EFFORT_HPP
-#define TESTS_SUPPORT_EFFORT_HPP
+#pragma once
 
 #include <cstdlib>
 
@@ -16,5 +15,3 @@ Count ShareOf(Count count)
     const Count part = count / static_cast<Count>(divisor);
     return part > Count(1) ? part : Count(1);
 }
-
-#endif

@@ -1,8 +1,7 @@
 // Numbered elements: for every element type of the containers, how a test makes element number i,
 // and how it reads the number back. The number goes into every field, so that a field that was lost
 // or mixed up is noticed: such an element has the number -1.
-#ifndef TESTS_SUPPORT_ELEMENTS_HPP
-#define TESTS_SUPPORT_ELEMENTS_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -277,5 +276,3 @@ public:
 
     T value;
 };
-
-#endif

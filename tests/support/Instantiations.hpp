@@ -1,7 +1,6 @@
 // Every instantiation of the containers, each as a type that binds the operations' common names to
 // its own, so that a typed test is written once and runs for all.
-#ifndef TESTS_SUPPORT_INSTANTIATIONS_HPP
-#define TESTS_SUPPORT_INSTANTIATIONS_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -129,5 +128,3 @@ struct KindsOf<Container, Others...>
 using VectorIteratorTypes = KindsOf<IndexAndFloatVector, NameAndFloatVector, VariableBucketVector,
                                     ConstraintBucketVector>::Types;
 using ListIteratorTypes = KindsOf<VariableList, ConstraintList>::Types;
-
-#endif

@@ -1,8 +1,7 @@
 // Short ways to make what the library's functions take: names and arrays of coefficients. Each
 // object here owns its record for the length of a scope. Without an allocator they lie on the heap,
 // where a test's own allocator neither counts nor refuses them.
-#ifndef TESTS_SUPPORT_NAMES_HPP
-#define TESTS_SUPPORT_NAMES_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -148,5 +147,3 @@ inline NamedCoefficients::Terms TermsOf(const NamedCoefficients::Vector& vector)
         terms.emplace_back(TextOf(pair->first), pair->second);
     return terms;
 }
-
-#endif

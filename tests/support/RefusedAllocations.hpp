@@ -1,8 +1,7 @@
 // Runs a test's body once for each request that it makes of its allocator, with that request
 // refused: alone, and together with all later ones. The last run of each mode is the first that has
 // nothing refused, so that every request of the body has had its turn.
-#ifndef TESTS_SUPPORT_REFUSEDALLOCATIONS_HPP
-#define TESTS_SUPPORT_REFUSEDALLOCATIONS_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -75,5 +74,3 @@ void ForEachRefusedAllocation(Body&& body)
             ADD_FAILURE() << "no request could be refused";
     }
 }
-
-#endif

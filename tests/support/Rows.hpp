@@ -1,6 +1,5 @@
 // The rows of a model, as its map of constraints holds them.
-#ifndef TESTS_SUPPORT_ROWS_HPP
-#define TESTS_SUPPORT_ROWS_HPP
+#pragma once
 
 #include "Nuv/Utils/NuvLinearProgramming.h"
 
@@ -14,5 +13,3 @@ inline const NuvLinearProgrammingConstraint* FindRow(const NuvLinearProgramming&
     return &NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(&found)
                 ->second;
 }
-
-#endif

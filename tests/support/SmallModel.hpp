@@ -1,7 +1,6 @@
 // A model that a test makes, edits and solves in a few words. It destructs its record at the end of
 // its scope; what solves leave behind stays with the allocator.
-#ifndef TESTS_SUPPORT_SMALLMODEL_HPP
-#define TESTS_SUPPORT_SMALLMODEL_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -129,5 +128,3 @@ auto ElementsOf(const Matrix& x)
 {
     return std::vector(x.data, x.data + static_cast<std::size_t>(x.nr) * x.nc);
 }
-
-#endif

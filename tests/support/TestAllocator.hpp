@@ -5,8 +5,7 @@
 // block, and blocks still out when the allocator's life ends.
 //
 // Invariant: 'blocks' holds exactly the blocks that were given out and not taken back.
-#ifndef TESTS_SUPPORT_TESTALLOCATOR_HPP
-#define TESTS_SUPPORT_TESTALLOCATOR_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -315,5 +314,3 @@ private:
     int spared = 0;
     bool leftBlocksAccepted = false;
 };
-
-#endif

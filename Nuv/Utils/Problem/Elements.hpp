@@ -1,6 +1,5 @@
 // Strings and the two records of a model as elements of containers.
-#ifndef NUV_UTILS_PROBLEM_ELEMENTS_HPP
-#define NUV_UTILS_PROBLEM_ELEMENTS_HPP
+#pragma once
 
 #include "Nuv/Templates/NuvElement.hpp"
 #include "Nuv/Utils/NuvLinearProgrammingRecords.h"
@@ -89,5 +88,3 @@ struct nuv::Element<NuvLinearProgrammingConstraint>
         NuvLinearProgrammingConstraintDestruct(x);
     }
 };
-
-#endif

@@ -1,7 +1,6 @@
 // What the tests of the lists share: a list that a test holds, its elements as numbers, and the
 // invariant.
-#ifndef TESTS_CORE_CONTAINERS_LISTSUPPORT_HPP
-#define TESTS_CORE_CONTAINERS_LISTSUPPORT_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -110,5 +109,3 @@ class ListTest : public ::testing::Test
 protected:
     TestAllocator allocator;
 };
-
-#endif

@@ -1,7 +1,6 @@
 // What the tests of the maps share: a map that a test holds, its entries as pairs of numbers, hash
 // functions that collide in different ways, and the invariant.
-#ifndef TESTS_CORE_CONTAINERS_UNORDEREDSUPPORT_HPP
-#define TESTS_CORE_CONTAINERS_UNORDEREDSUPPORT_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -274,5 +273,3 @@ protected:
     TestAllocator nodes;
     TestAllocator buckets;
 };
-
-#endif

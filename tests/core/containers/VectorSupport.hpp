@@ -1,7 +1,6 @@
 // What the tests of the growable arrays share: an array that a test holds, its elements as numbers,
 // and the invariant.
-#ifndef TESTS_CORE_CONTAINERS_VECTORSUPPORT_HPP
-#define TESTS_CORE_CONTAINERS_VECTORSUPPORT_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -106,5 +105,3 @@ class VectorTest : public ::testing::Test
 protected:
     TestAllocator allocator;
 };
-
-#endif

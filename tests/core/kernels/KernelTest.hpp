@@ -1,6 +1,5 @@
 // What the tests of the float loops share: the instruction sets, and random numbers.
-#ifndef TESTS_CORE_KERNELS_KERNELTEST_HPP
-#define TESTS_CORE_KERNELS_KERNELTEST_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -56,5 +55,3 @@ protected:
     Random random{0x1A4E5};
     const Kernels* kernels = nullptr;
 };
-
-#endif

@@ -1,6 +1,5 @@
 // The operations of both matrix types under common names, so that a typed test is written once.
-#ifndef TESTS_CORE_MATRICES_MATRIXOPERATIONS_HPP
-#define TESTS_CORE_MATRICES_MATRIXOPERATIONS_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -146,5 +145,3 @@ std::vector<Element> ElementsOf(std::initializer_list<int> values)
         elements.push_back(static_cast<Element>(value));
     return elements;
 }
-
-#endif

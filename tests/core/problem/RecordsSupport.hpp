@@ -1,6 +1,5 @@
 // What the tests of the two records share: records that a test holds, and what a constraint holds.
-#ifndef TESTS_CORE_PROBLEM_RECORDSSUPPORT_HPP
-#define TESTS_CORE_PROBLEM_RECORDSSUPPORT_HPP
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -90,5 +89,3 @@ inline void ExpectHolds(const Constraint& x, const NamedTerms& terms, NuvFloat32
               NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME);
     EXPECT_EQ(NuvLinearProgrammingConstraintGetRhs(&x), rhs);
 }
-
-#endif
