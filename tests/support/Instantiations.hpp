@@ -12,59 +12,59 @@
 #define NUV_SELF NuvPair_NuvUint__NuvFloat32
 #define NUV_FIRST NuvUint
 #define NUV_SECOND NuvFloat32
-#include "tests/support/PairOperations.hpp"
+#include "tests/support/PairOperations.inl"
 
 #define NUV_TEST_NAME NameAndFloatPair
 #define NUV_SELF NuvPair_NuvString__NuvFloat32
 #define NUV_FIRST NuvString
 #define NUV_SECOND NuvFloat32
-#include "tests/support/PairOperations.hpp"
+#include "tests/support/PairOperations.inl"
 
 #define NUV_TEST_NAME NameAndVariablePair
 #define NUV_SELF NuvPair_NuvString__NuvLinearProgrammingVariable
 #define NUV_FIRST NuvString
 #define NUV_SECOND NuvLinearProgrammingVariable
-#include "tests/support/PairOperations.hpp"
+#include "tests/support/PairOperations.inl"
 
 #define NUV_TEST_NAME NumberAndConstraintPair
 #define NUV_SELF NuvPair_NuvUint__NuvLinearProgrammingConstraint
 #define NUV_FIRST NuvUint
 #define NUV_SECOND NuvLinearProgrammingConstraint
-#include "tests/support/PairOperations.hpp"
+#include "tests/support/PairOperations.inl"
 
 // Growable arrays -------------------------------------------------------------------------------
 
 #define NUV_TEST_NAME IndexAndFloatVector
 #define NUV_SELF NuvVector_NuvPair_NuvUint__NuvFloat32
 #define NUV_ELEMENT NuvPair_NuvUint__NuvFloat32
-#include "tests/support/VectorOperations.hpp"
+#include "tests/support/VectorOperations.inl"
 
 #define NUV_TEST_NAME NameAndFloatVector
 #define NUV_SELF NuvVector_NuvPair_NuvString__NuvFloat32
 #define NUV_ELEMENT NuvPair_NuvString__NuvFloat32
-#include "tests/support/VectorOperations.hpp"
+#include "tests/support/VectorOperations.inl"
 
 #define NUV_TEST_NAME VariableBucketVector
 #define NUV_SELF NuvVector_NuvUnorderedBucket_NuvString__NuvLinearProgrammingVariable
 #define NUV_ELEMENT NuvUnorderedBucket_NuvString__NuvLinearProgrammingVariable
-#include "tests/support/VectorOperations.hpp"
+#include "tests/support/VectorOperations.inl"
 
 #define NUV_TEST_NAME ConstraintBucketVector
 #define NUV_SELF NuvVector_NuvUnorderedBucket_NuvUint__NuvLinearProgrammingConstraint
 #define NUV_ELEMENT NuvUnorderedBucket_NuvUint__NuvLinearProgrammingConstraint
-#include "tests/support/VectorOperations.hpp"
+#include "tests/support/VectorOperations.inl"
 
 // Lists -----------------------------------------------------------------------------------------
 
 #define NUV_TEST_NAME VariableList
 #define NUV_SELF NuvList_NuvPair_NuvString__NuvLinearProgrammingVariable
 #define NUV_ELEMENT NuvPair_NuvString__NuvLinearProgrammingVariable
-#include "tests/support/ListOperations.hpp"
+#include "tests/support/ListOperations.inl"
 
 #define NUV_TEST_NAME ConstraintList
 #define NUV_SELF NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraint
 #define NUV_ELEMENT NuvPair_NuvUint__NuvLinearProgrammingConstraint
-#include "tests/support/ListOperations.hpp"
+#include "tests/support/ListOperations.inl"
 
 // Maps ------------------------------------------------------------------------------------------
 
@@ -72,13 +72,13 @@
 #define NUV_TEST_LIST VariableList
 #define NUV_KEY NuvString
 #define NUV_VALUE NuvLinearProgrammingVariable
-#include "tests/support/UnorderedOperations.hpp"
+#include "tests/support/UnorderedOperations.inl"
 
 #define NUV_TEST_NAME ConstraintMap
 #define NUV_TEST_LIST ConstraintList
 #define NUV_KEY NuvUint
 #define NUV_VALUE NuvLinearProgrammingConstraint
-#include "tests/support/UnorderedOperations.hpp"
+#include "tests/support/UnorderedOperations.inl"
 
 // Typed tests over them -------------------------------------------------------------------------
 

@@ -61,28 +61,28 @@ struct NUV_TEST_NAME
     struct ForwardKind
     {
         static constexpr bool isReverse = false;
-#include "tests/support/ListIteratorOperations.hpp"
+#include "tests/support/ListIteratorOperations.inl"
     };
 
 #define NUV_KIND ConstIterator
     struct ConstForwardKind
     {
         static constexpr bool isReverse = false;
-#include "tests/support/ListIteratorOperations.hpp"
+#include "tests/support/ListIteratorOperations.inl"
     };
 
 #define NUV_KIND ReverseIterator
     struct ReverseKind
     {
         static constexpr bool isReverse = true;
-#include "tests/support/ListIteratorOperations.hpp"
+#include "tests/support/ListIteratorOperations.inl"
     };
 
 #define NUV_KIND ConstReverseIterator
     struct ConstReverseKind
     {
         static constexpr bool isReverse = true;
-#include "tests/support/ListIteratorOperations.hpp"
+#include "tests/support/ListIteratorOperations.inl"
     };
 };
 

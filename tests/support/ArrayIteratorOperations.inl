@@ -1,6 +1,6 @@
 // What every kind of iterator of the growable array can do, as members of the struct that includes
 // this.
-#include "tests/support/IteratorOperations.hpp"
+#include "tests/support/IteratorOperations.inl"
 using DifferenceType = NUV_KIND_OP(DifferenceType);
 static constexpr auto At = NUV_KIND_OP(At);
 static constexpr auto IncrementN = NUV_KIND_OP(IncrementN);
