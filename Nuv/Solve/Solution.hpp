@@ -20,6 +20,7 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -79,7 +80,7 @@ struct Solution
     double primalViolation = 0.0;  ///< Stopped: by how much `values` leave a bound, at most
     double dualViolation = 0.0;    ///< Stopped: how far a reduced cost is on the wrong side of 0
 
-    Basis basis;              ///< the last one
+    Basis basis;              ///< the last one; SolveOptions::start takes it
     Iis iis;                  ///< Infeasible
     Sensitivity sensitivity;  ///< Optimal, if it was asked for
 
@@ -122,11 +123,27 @@ struct Solution
         return Of(farkas, row, rows);
     }
 
+    /// Basic, or where it rests in `basis`; nothing if there is no basis.
+    [[nodiscard]] std::optional<BasisStatus> BasisStatusOf(Variable variable) const noexcept
+    {
+        return Of(basis.columns, variables.Find(variable));
+    }
+    /// The same of a row: AtLower and AtUpper are the sides at which its activity is.
+    [[nodiscard]] std::optional<BasisStatus> BasisStatusOf(Row row) const noexcept
+    {
+        return Of(basis.rows, rows.Find(row));
+    }
+
     /// Whose handles the model knew when it was solved.
     HandleOrigins variables;
     HandleOrigins rows;
 
 private:
+    [[nodiscard]] static std::optional<BasisStatus> Of(const std::vector<BasisStatus>& status,
+                                                       std::uint32_t at) noexcept
+    {
+        return at < status.size() ? std::optional(status[at]) : std::nullopt;
+    }
     template <class Kind>
     [[nodiscard]] static double Of(const std::vector<double>& numbers, Handle<Kind> handle,
                                    const HandleOrigins& known) noexcept

@@ -7,6 +7,7 @@
 #include "Nuv/Solve/ModelTerms.hpp"
 #include "Nuv/Solve/SinglePrecisionSolve.hpp"
 #include "Nuv/Solve/Solution.hpp"
+#include "Nuv/SparseSimplex/StartBasis.hpp"
 
 #include <memory>
 #include <optional>
@@ -16,6 +17,17 @@ namespace nuv
 {
 namespace
 {
+
+/// The basis that the sparse simplex starts from, if there is a better one than that of the slacks.
+std::optional<Basis> StartOf(const BoundedForm& form, double sign, const SolveOptions& options,
+                             SolveControl& control, Solution& solution)
+{
+    if (options.start)
+        return options.start;
+    if (!options.startValues.empty())
+        return BasisNear(form, options.startValues);
+    return FindStart(form, sign, options, control, solution);
+}
 
 /// What is worth knowing of a proved verdict beyond its proof.
 void Analyse(const Model& model, const BoundedForm& form, double sign, const SolveOptions& options,
@@ -61,7 +73,7 @@ Solution Solve(const Model& model, const SolveOptions& options)
         BelieveSinglePrecision(form, sign, options, control, solution);
     else
     {
-        const std::optional<Basis> start = FindStart(form, sign, options, control, solution);
+        const std::optional<Basis> start = StartOf(form, sign, options, control, solution);
         CertifiedResult result = SolveCertified(form, start ? &*start : nullptr, control);
         SayOfModel(form, sign, result, solution);
         Analyse(model, form, sign, options, result, control, solution);

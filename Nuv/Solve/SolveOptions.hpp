@@ -3,7 +3,11 @@
 
 #include "Nuv/Algebra/ExactNumber.hpp"
 #include "Nuv/Solve/Scaling.hpp"
+#include "Nuv/SparseSimplex/Basis.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
+
+#include <optional>
+#include <vector>
 
 namespace nuv
 {
@@ -12,6 +16,14 @@ struct SolveOptions
 {
     /// For all stages together, the search of a conflict and ranging included.
     SolveLimits limits;
+    /// Where the simplex starts, by the model's places of variables and rows: the basis of an
+    /// earlier solution, or any other. What does not fit the model is made to: surplus basic
+    /// variables leave, missing ones are filled up, impossible resting places are corrected. The
+    /// core does not look for a start then.
+    std::optional<Basis> start;
+    /// The same by values, one for each variable, NaN where none is known: the simplex starts from
+    /// a basis near them. A start by basis comes first.
+    std::vector<double> startValues;
     /// Whether the core looks for the basis that the sparse simplex starts from.
     bool useSinglePrecision = true;
     /// Whether to believe the core as it stands: there are neither duals nor reduced costs then,
