@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace nuv
 {
@@ -14,5 +15,23 @@ enum class Status : std::uint8_t
     Stopped,  ///< by a limit or by the caller: nothing is claimed
     Invalid,  ///< the data are none of a linear program: nothing was tried
 };
+
+[[nodiscard]] constexpr std::string_view WordOf(Status status) noexcept
+{
+    switch (status)
+    {
+    case Status::Optimal:
+        return "optimal";
+    case Status::Infeasible:
+        return "infeasible";
+    case Status::Unbounded:
+        return "unbounded";
+    case Status::Stopped:
+        return "stopped";
+    case Status::Invalid:
+        break;
+    }
+    return "invalid";
+}
 
 }  // namespace nuv

@@ -44,6 +44,29 @@ void EvaluateInDoubles(ScalableForm& scalable, SolveRecord& record)
     }
 }
 
+std::string AfterPivots(const SolveControl& control, Stage stage)
+{
+    return " after " + std::to_string(control.Pivots(stage)) + " pivots";
+}
+
+std::string_view WordOf(SimplexVerdict verdict)
+{
+    switch (verdict)
+    {
+    case SimplexVerdict::Optimal:
+        return "optimal";
+    case SimplexVerdict::Infeasible:
+        return "infeasible";
+    case SimplexVerdict::Unbounded:
+        return "unbounded";
+    case SimplexVerdict::Stopped:
+        return "stopped";
+    case SimplexVerdict::Numerical:
+        break;
+    }
+    return "no further";
+}
+
 /// How often the exact stage looks for a better basis in doubles before it pivots itself.
 constexpr int kRefinements = 20;
 
@@ -176,6 +199,10 @@ void Finish(ScalableForm& form, double begin, SolveControl& control, CertifiedRe
     }
     result.record.stages[Stage::Double].pivots = control.Pivots(Stage::Double);
     result.record.stages[Stage::Exact].pivots = control.Pivots(Stage::Exact);
+    control.Log("exact", (result.record.proved
+                              ? "proved " + std::string(nuv::WordOf(result.certificate.status))
+                              : "nothing proved") +
+                             AfterPivots(control, Stage::Exact));
 }
 
 /// The exact stage from the basis of the record.
@@ -218,6 +245,8 @@ CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, Solv
     result.record.stages[Stage::Double].ran = true;
     result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
     result.record.basis = std::move(doubles.basis);
+    control.Log("doubles",
+                std::string(WordOf(doubles.verdict)) + AfterPivots(control, Stage::Double));
     ProveBasis(scalable, doubles.verdict, kRefinements, control, result);
     return result;
 }

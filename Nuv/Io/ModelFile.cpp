@@ -5,27 +5,31 @@
 #include "Nuv/Io/LetterCase.hpp"
 #include "Nuv/Io/Lp/LpKeywords.hpp"
 #include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/Mps/MpsLine.hpp"
 #include "Nuv/Io/Mps/MpsReader.hpp"
+#include "Nuv/Io/Mps/MpsWriter.hpp"
 #include "Nuv/Io/TextFile.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace nuv
 {
 namespace
 {
 
+bool EndsWith(std::string_view path, std::string_view ending) noexcept
+{
+    return path.size() >= ending.size() &&
+           EqualsIgnoringCase(path.substr(path.size() - ending.size()), ending);
+}
+
 bool EndsLikeMps(std::string_view path) noexcept
 {
-    const auto endsWith = [&](std::string_view ending)
-    {
-        return path.size() >= ending.size() &&
-               EqualsIgnoringCase(path.substr(path.size() - ending.size()), ending);
-    };
-    if (endsWith(".gz"))
+    if (EndsWith(path, ".gz"))
         path.remove_suffix(3);
-    return endsWith(".mps") || endsWith(".sif") || endsWith(".qps");
+    return EndsWith(path, ".mps") || EndsWith(path, ".sif") || EndsWith(path, ".qps");
 }
 
 /// Whether the text opens the way an MPS file does: with a comment or a section in the first
@@ -82,6 +86,27 @@ ReadResult ReadModelFile(const std::string& path, const ReadOptions& options)
         return reading;
     }
     return ReadModel(*text, path, options);
+}
+
+WriteResult WriteModel(const Model& model, std::string_view path)
+{
+    return EndsWith(path, ".mps") ? WriteMps(model) : WriteLp(model);
+}
+
+Result<Model> Model::Read(const std::string& path)
+{
+    ReadResult reading = ReadModelFile(path);
+    if (!reading.Ok())
+        return reading.GetError();
+    return std::move(*reading.model);
+}
+
+std::optional<Error> Model::Write(const std::string& path) const
+{
+    if (m_failure)
+        return m_failure;
+    const WriteResult writing = WriteModel(*this, path);
+    return writing.Ok() ? WriteTextFile(path, *writing.text) : writing.GetError();
 }
 
 }  // namespace nuv

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Nuv/Io/ReadResult.hpp"
+#include "Nuv/Io/WriteResult.hpp"
 
 #include <cstdint>
 #include <string>
@@ -27,5 +28,8 @@ enum class ModelFormat : std::uint8_t
 /// Reads the file at `path`, or standard input for "-". A file that cannot be read at all is an
 /// error whose code starts with "file."; any other error is about what stands in it.
 [[nodiscard]] ReadResult ReadModelFile(const std::string& path, const ReadOptions& options = {});
+
+/// Writes in the format that the end of `path` stands for: MPS for .mps, LP for all others.
+[[nodiscard]] WriteResult WriteModel(const Model& model, std::string_view path);
 
 }  // namespace nuv

@@ -1,4 +1,5 @@
-/// Reading in large pieces, and unpacking with zlib where the first two bytes ask for it.
+/// Reading in large pieces, writing in one, and unpacking with zlib where the first two bytes ask
+/// for it.
 #include "Nuv/Io/TextFile.hpp"
 
 #define ZLIB_CONST
@@ -172,6 +173,26 @@ Result<std::string> ReadTextFile(const std::string& path)
     Result<std::string> bytes = ReadAll(opened ? opened.get() : stdin, path);
     const bool packed = bytes && std::string_view(*bytes).starts_with("\x1F\x8B");
     return packed ? Unpack(*bytes, path) : std::move(bytes);
+}
+
+std::optional<Error> WriteTextFile(const std::string& path, std::string_view text)
+{
+    errno = 0;
+    std::FILE* const file = path == "-" ? stdout : std::fopen(path.c_str(), "wb");
+    bool isWritten = file != nullptr &&
+                     std::fwrite(text.data(), 1, text.size(), file) == text.size() &&
+                     std::fflush(file) == 0;
+    // Closing can fail too, where the disk is full.
+    if (file != nullptr && file != stdout)
+        isWritten = std::fclose(file) == 0 && isWritten;
+    if (isWritten)
+        return std::nullopt;
+    return Error{"file.unwritable",
+                 std::string("the file cannot be written: ") + std::strerror(errno),
+                 "check the path, its folder and the room on the disk",
+                 path == "-" ? "<stdout>" : path,
+                 0,
+                 0};
 }
 
 }  // namespace nuv

@@ -3,7 +3,9 @@
 
 #include "Nuv/Model/Error.hpp"
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace nuv
 {
@@ -13,6 +15,10 @@ namespace nuv
 /// @return the text, or an error whose code is file.missing, file.directory, file.permission,
 /// file.unreadable, file.damaged (gzip) or file.too-large (beyond 4 GiB, unpacked).
 [[nodiscard]] Result<std::string> ReadTextFile(const std::string& path);
+
+/// Writes the file at `path` anew, or to standard output for "-".
+/// @return nothing, or an error with the code file.unwritable and the reason.
+[[nodiscard]] std::optional<Error> WriteTextFile(const std::string& path, std::string_view text);
 
 /// The name that messages give `path`: itself, or <stdin> for "-".
 [[nodiscard]] std::string DisplayName(const std::string& path);

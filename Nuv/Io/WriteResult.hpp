@@ -25,11 +25,17 @@ struct WriteResult
         return text.has_value();
     }
 
+    /// The first error, of which there is one unless Ok().
+    [[nodiscard]] const Error& GetError() const noexcept
+    {
+        const auto found = std::find_if(diagnostics.begin(), diagnostics.end(), IsError);
+        static const Error none;
+        return found == diagnostics.end() ? none : found->error;
+    }
+
     [[nodiscard]] bool HasError() const noexcept
     {
-        return std::any_of(diagnostics.begin(), diagnostics.end(),
-                           [](const Diagnostic& diagnostic)
-                           { return diagnostic.severity == Severity::Error; });
+        return std::any_of(diagnostics.begin(), diagnostics.end(), IsError);
     }
 
     void Report(Severity severity, std::string code, std::string what, std::string hint = {})
@@ -39,6 +45,12 @@ struct WriteResult
         error.text = std::move(what);
         error.hint = std::move(hint);
         diagnostics.push_back(WithoutPlace(std::move(error), severity));
+    }
+
+private:
+    [[nodiscard]] static bool IsError(const Diagnostic& diagnostic) noexcept
+    {
+        return diagnostic.severity == Severity::Error;
     }
 };
 

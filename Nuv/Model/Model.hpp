@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <iosfwd>
 #include <optional>
 #include <span>
 #include <string>
@@ -145,6 +146,18 @@ public:
     /// The same, or else the first number that is not finite where it has to be, or bound that no
     /// number can keep: a ModelBuilder takes any.
     [[nodiscard]] std::optional<Error> FindFault() const;
+
+    /// The model of a file, in CPLEX-LP or MPS format, plain or gzip; "-" is standard input. What
+    /// is odd about the file, ReadModelFile in Nuv/Io/ModelFile.hpp tells too.
+    /// @return the first error if there is one: with its line and column, or with a code that
+    /// begins with "file." if the file cannot be read.
+    [[nodiscard]] static Result<Model> Read(const std::string& path);
+
+    /// Writes the model to a file, as MPS if the path ends in .mps, else as CPLEX-LP. What the
+    /// format does not hold, such as blanks in names, is changed as WriteMps and WriteLp say.
+    /// @return nothing, or Failure(), or why the format cannot hold the model or the file is not
+    /// written.
+    [[nodiscard]] std::optional<Error> Write(const std::string& path) const;
 
     /// Solves and proves; include Nuv/Solve/Solution.hpp for what comes back.
     [[nodiscard]] Solution Solve() const;
@@ -325,5 +338,8 @@ private:
 
     std::optional<Error> m_failure;
 };
+
+/// Writes ToLp of the model; include Nuv/Io/Lp/LpWriter.hpp for the text itself.
+std::ostream& operator<<(std::ostream& out, const Model& model);
 
 }  // namespace nuv

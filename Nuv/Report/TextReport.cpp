@@ -73,47 +73,6 @@ std::string CycleWords(const SinglePrecisionResult& stage)
     return fmt::format("basis repeated after {} pivots, a cycle of {}", stage.pivots, stage.period);
 }
 
-/// Why single precision alone came to no verdict.
-std::string SinglePrecisionWords(const SinglePrecisionResult& stage)
-{
-    switch (stage.outcome)
-    {
-    case SinglePrecisionOutcome::Cycling:
-        return ": " + CycleWords(stage);
-    case SinglePrecisionOutcome::PivotBudget:
-        return fmt::format(": no end after {} pivots, 50 for each row and column of the canonical "
-                           "form",
-                           stage.pivots);
-    case SinglePrecisionOutcome::Memory:
-        return stage.pivots == 0 ? ": too large for the dense matrices of single precision"
-                                 : fmt::format(": the dense matrices of single precision take too "
-                                               "much memory after {} pivots",
-                                               stage.pivots);
-    case SinglePrecisionOutcome::Empty:
-        return ": there is no row or no variable for single precision to work on";
-    case SinglePrecisionOutcome::OutOfRange:
-        return ": a number of the model is beyond single precision";
-    default:
-        return "";
-    }
-}
-
-std::string StopWords(const Solution& solution)
-{
-    switch (solution.stopReason)
-    {
-    case StopReason::TimeLimit:
-        return " by the time limit";
-    case StopReason::PivotLimit:
-        return " by the pivot limit";
-    case StopReason::Cancelled:
-        return " by an interrupt";
-    case StopReason::None:
-        break;
-    }
-    return SinglePrecisionWords(solution.singlePrecision);
-}
-
 std::string BoundWords(double lower, double upper)
 {
     if (lower == upper)
@@ -136,10 +95,7 @@ std::string SlackWords(double activity, double lower, double upper)
 
 std::string Head(const Solution& solution)
 {
-    std::string text = fmt::format("status     {}", WordOf(solution.status));
-    if (solution.status == Status::Stopped)
-        text += StopWords(solution);
-    text += '\n';
+    std::string text = fmt::format("status     {}\n", solution.Outcome());
     const bool optimal = solution.status == Status::Optimal;
     if (optimal || !solution.values.empty())
         text += "objective  " + Number(solution.objective) + "\n";

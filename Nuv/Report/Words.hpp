@@ -29,9 +29,11 @@ template <>
 struct Words<Status>
 {
     static constexpr Word<Status> table[] = {
-        {Status::Optimal, "optimal"},     {Status::Infeasible, "infeasible"},
-        {Status::Unbounded, "unbounded"}, {Status::Stopped, "stopped"},
-        {Status::Invalid, "invalid"},
+        {Status::Optimal, WordOf(Status::Optimal)},
+        {Status::Infeasible, WordOf(Status::Infeasible)},
+        {Status::Unbounded, WordOf(Status::Unbounded)},
+        {Status::Stopped, WordOf(Status::Stopped)},
+        {Status::Invalid, WordOf(Status::Invalid)},
     };
 };
 

@@ -2,6 +2,8 @@
 
 #include "Nuv/Solve/ModelTerms.hpp"
 
+#include <string>
+
 namespace nuv
 {
 namespace
@@ -46,12 +48,6 @@ SinglePrecisionResult RunSinglePrecision(const BoundedForm& form, double sign,
         { solution.path.push_back(VertexBefore(pivot, form, canonicalised, sign)); });
 }
 
-void Record(const SolveControl& control, Solution& solution)
-{
-    solution.stages[Stage::SinglePrecision] = {!solution.singlePrecision.basicLabels.empty(),
-                                               solution.singlePrecision.pivots, control.Seconds()};
-}
-
 Status StatusOf(SinglePrecisionOutcome outcome)
 {
     switch (outcome)
@@ -65,6 +61,16 @@ Status StatusOf(SinglePrecisionOutcome outcome)
     default:
         return Status::Stopped;
     }
+}
+
+void Record(const SolveControl& control, Solution& solution)
+{
+    solution.stages[Stage::SinglePrecision] = {!solution.singlePrecision.basicLabels.empty(),
+                                               solution.singlePrecision.pivots, control.Seconds()};
+    const Status found = StatusOf(solution.singlePrecision.outcome);
+    control.Log("single precision",
+                (found == Status::Stopped ? "no verdict" : std::string(WordOf(found))) + " after " +
+                    std::to_string(solution.singlePrecision.pivots) + " pivots");
 }
 
 }  // namespace

@@ -94,6 +94,10 @@ struct Solution
     /// Nuv/Certificate/Certificate.hpp to read it. Null without a proof.
     std::shared_ptr<const Certificate> certificate;
 
+    /// What the solve came to, in words: "optimal", "stopped by the time limit", "invalid: row 'r'
+    /// has a coefficient or constant that is not finite".
+    [[nodiscard]] std::string Outcome() const;
+
     [[nodiscard]] double Value(Variable variable) const noexcept
     {
         return Of(values, variable, variables);
@@ -152,6 +156,16 @@ private:
         return at < numbers.size() ? numbers[at] : kUnknown;
     }
 };
+
+/// The value of an expression at the values of the solution, as doubles add up; NaN if one of them
+/// is not known.
+[[nodiscard]] inline double Evaluate(const Expression& expression, const Solution& solution)
+{
+    double sum = expression.Constant();
+    for (const Term& term : expression.Terms())
+        sum += term.coefficient * solution.Value(term.variable);
+    return sum;
+}
 
 /// Solves and proves. Never calls an answer optimal, infeasible or unbounded without a proof,
 /// unless it was asked for single precision only.

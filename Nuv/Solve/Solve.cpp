@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace nuv
@@ -37,10 +38,12 @@ void Analyse(const Model& model, const BoundedForm& form, double sign, const Sol
         return;
     if (result.certificate.status == Status::Optimal && options.sensitivity)
     {
-        if (std::optional<Sensitivity> found = AnalyseSensitivity(form, result, control))
+        std::optional<Sensitivity> found = AnalyseSensitivity(form, result, control);
+        if (found)
             solution.sensitivity = InSense(std::move(*found), sign);
         else
             solution.stopReason = control.Reason();
+        control.Log("ranging", found ? "done" : "ended early");
     }
     if (result.certificate.status == Status::Infeasible)
     {
@@ -48,6 +51,9 @@ void Analyse(const Model& model, const BoundedForm& form, double sign, const Sol
         solution.iis = ByHandle(model, FindIis(form, result.certificate, control));
         if (!solution.iis.minimal)
             solution.stopReason = control.Reason();
+        control.Log("infeasible subsystem", std::to_string(solution.iis.members.size()) +
+                                                " members, " +
+                                                (solution.iis.minimal ? "minimal" : "ended early"));
     }
 }
 
@@ -69,6 +75,8 @@ Solution Solve(const Model& model, const SolveOptions& options)
     BoundedForm form = FormOf(model);
     form.numbers = options.numbers;
     control.ReportObjectiveAs(sign, form.constant);
+    control.Log("model", std::to_string(form.rows) + " rows, " + std::to_string(form.columns) +
+                             " variables, " + std::to_string(model.NonzeroCount()) + " entries");
     if (options.singlePrecisionOnly)
         BelieveSinglePrecision(form, sign, options, control, solution);
     else

@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace nuv
@@ -57,6 +59,8 @@ struct SolveLimits
     /// Asked before each pivot, and now and then in what takes long; returning false ends the
     /// solve.
     std::function<bool(const Progress&)> keepGoing;
+    /// Told in a line, without a line feed, what each stage came to.
+    std::function<void(std::string_view)> log;
 };
 
 class SolveControl
@@ -128,6 +132,10 @@ public:
         m_sign = sign;
         m_constant = constant;
     }
+
+    /// Tells the caller of the solve "<stage>: <what it came to>, <seconds> s", unless another
+    /// program than the model's is being solved.
+    void Log(std::string_view stage, const std::string& came) const;
 
     /// Why something was ended early; PivotLimit if nothing worse happened than that.
     [[nodiscard]] StopReason Reason() const noexcept

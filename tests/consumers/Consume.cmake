@@ -28,8 +28,11 @@ endfunction()
 
 function(expect_plan program)
     run(${program})
-    if(NOT output STREQUAL "29700/7 with 21.4286 and 51.4286\n")
-        message(FATAL_ERROR "expected 29700/7 with 21.4286 and 51.4286")
+    set(model "Maximize\n 30 chairs + 70 tables\nSubject To\n wood: 2 chairs + 5 tables <= 300\n")
+    string(APPEND model " labour: 4 chairs + 3 tables <= 240\nEnd\n")
+    set(answer "optimal: 29700/7 with 21.4286 and 51.4286\n")
+    if(NOT output STREQUAL "${model}${answer}")
+        message(FATAL_ERROR "expected ${model}${answer}")
     endif()
 endfunction()
 

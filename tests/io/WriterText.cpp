@@ -13,6 +13,11 @@
 
 #include <string>
 
+#include <filesystem>
+#include <sstream>
+
+#include <unistd.h>
+
 namespace
 {
 
@@ -298,6 +303,60 @@ TEST(WrittenText, HasLinesOfBoundedLength)
         EXPECT_LE(end - begin, 80u);
         begin = end + 1;
     }
+}
+
+TEST(Model, PrintsItselfAsLp)
+{
+    Model model;
+    const Variable x = model.AddVariable();
+    model.Add(3 * x + model.AddVariable() <= 4);
+    model.Maximize(2 * x);
+    EXPECT_EQ(ToLp(model), *WriteLp(model).text);
+    std::ostringstream out;
+    out << model;
+    EXPECT_EQ(out.str(), ToLp(model));
+    model.Add("beyond", x >= 1e31);
+    EXPECT_EQ(ToLp(model).substr(0, 2), "\\ ") << ToLp(model);
+    EXPECT_NE(ToLp(model).find("beyond"), std::string::npos);
+}
+
+TEST(Model, IsWrittenToAFileAndReadFromIt)
+{
+    Model model;
+    const Variable x = model.AddVariable("x", {-1, 5});
+    model.Add("row", x + 2 * model.AddVariable("y") >= 4);
+    model.Minimize(x);
+    model.SetObjectiveName("obj");
+    const std::filesystem::path folder = std::filesystem::temp_directory_path();
+    const std::string path = folder / ("nuv-model-" + std::to_string(getpid()));
+    for (const std::string ending : {".lp", ".mps", ".MPS", ""})
+    {
+        SCOPED_TRACE(ending);
+        ASSERT_FALSE(model.Write(path + ending).has_value());
+        const Result<Model> read = Model::Read(path + ending);
+        const Result<std::string> text = ReadTextFile(path + ending);
+        std::filesystem::remove(path + ending);
+        ASSERT_TRUE(read.Ok()) << read.GetError().text;
+        EXPECT_EQ(*WriteLp(*read).text, *WriteLp(model).text);
+        EXPECT_EQ(text->find("ROWS") != std::string::npos, ending.size() == 4);
+    }
+}
+
+TEST(Model, SaysWhyItIsNeitherWrittenNorRead)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    const std::optional<Error> nowhere = model.Write("/nowhere/at all.lp");
+    ASSERT_TRUE(nowhere.has_value());
+    EXPECT_EQ(nowhere->code, "file.unwritable");
+    EXPECT_EQ(nowhere->file, "/nowhere/at all.lp");
+    EXPECT_NE(nowhere->text.find("No such file"), std::string::npos) << nowhere->text;
+    EXPECT_EQ(model.Write("/dev/full")->code, "file.unwritable");
+    model.Add("beyond", x >= 1e31);
+    EXPECT_EQ(model.Write("/nowhere/at all.lp")->code, "lp.infinite-number");
+    model.AddVariable("x");
+    EXPECT_EQ(model.Write("/nowhere/at all.lp")->code, "model.duplicate-variable");
+    EXPECT_EQ(Model::Read("/nowhere/at all.lp").GetError().code, "file.missing");
 }
 
 }  // namespace

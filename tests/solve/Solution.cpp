@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
+#include <string_view>
 #include <variant>
+#include <vector>
 
 namespace nuv::test
 {
@@ -53,6 +56,37 @@ TEST_F(Optimum, IsSaidByHandleInTheSenseOfTheModel)
     EXPECT_EQ(solution.basis.rows[loose.Index()], BasisStatus::Basic);
     EXPECT_TRUE(std::isnan(solution.Ray(x)));
     EXPECT_TRUE(std::isnan(solution.Farkas(sum)));
+}
+
+TEST_F(Optimum, GivesExpressionsTheirValue)
+{
+    const Solution solution = model.Solve();
+    EXPECT_EQ(Evaluate(x + 2 * y, solution), solution.objective);
+    EXPECT_EQ(Evaluate(3 * x - y / 2 + 4, solution), 5.5);
+    EXPECT_EQ(Evaluate(7, Solution()), 7.0);
+    EXPECT_TRUE(std::isnan(Evaluate(x + 1, Solution())));
+}
+
+TEST_F(Optimum, IsToldStageByStage)
+{
+    std::vector<std::string> told;
+    SolveOptions options;
+    options.sensitivity = true;
+    options.limits.log = [&told](std::string_view line)
+    { told.emplace_back(line.substr(0, line.rfind(','))); };
+    EXPECT_EQ(model.Solve(options).Outcome(), "optimal");
+    EXPECT_EQ(told, (std::vector<std::string>{
+                        "model: 3 rows, 2 variables, 6 entries",
+                        "single precision: optimal after 2 pivots",
+                        "doubles: optimal after 0 pivots",
+                        "exact: proved optimal after 0 pivots",
+                        "ranging: done",
+                    }));
+    told.clear();
+    model.Add("against", x + y >= 11);
+    EXPECT_EQ(model.Solve(options).Outcome(), "infeasible");
+    EXPECT_EQ(told.back(), "infeasible subsystem: 2 members, minimal") << "and none of its solves";
+    EXPECT_LT(told.size(), 6u);
 }
 
 TEST_F(Optimum, HasNoNumberForAHandleThatTheSolvedModelDidNotKnow)
@@ -157,10 +191,36 @@ TEST(Infeasible, IsProvedAlsoWhereTheSearchOfAnIisWasEnded)
     EXPECT_TRUE(cut.proved);
     EXPECT_FALSE(cut.iis.minimal);
     EXPECT_EQ(cut.stopReason, StopReason::TimeLimit);
+    EXPECT_EQ(cut.Outcome(), "infeasible");
     const Solution whole = model.Solve();
     EXPECT_TRUE(whole.iis.minimal);
     EXPECT_EQ(whole.iis.members.size(), 3U);
     EXPECT_EQ(whole.stopReason, StopReason::None);
+}
+
+TEST_F(Optimum, SaysInWordsWhatEndedIt)
+{
+    const auto outcome = [this](auto change)
+    {
+        SolveOptions options;
+        change(options);
+        return model.Solve(options).Outcome();
+    };
+    EXPECT_EQ(outcome([](SolveOptions& o) { o.limits.seconds = 0; }), "stopped by the time limit");
+    EXPECT_EQ(outcome([](SolveOptions& o)
+                      { o.limits.keepGoing = [](const Progress&) { return false; }; }),
+              "stopped by an interrupt");
+    EXPECT_EQ(outcome(
+                  [](SolveOptions& o)
+                  {
+                      o.useSinglePrecision = false;
+                      o.limits.doublePivots = 0;
+                      o.limits.exactPivots = 0;
+                  }),
+              "stopped by the pivot limit");
+    model.Minimize(std::nan("") * x);
+    EXPECT_EQ(outcome([](SolveOptions&) {}),
+              "invalid: objective has a coefficient or constant that is not finite");
 }
 
 TEST(Unbounded, HasARayByHandleAndNoObjective)

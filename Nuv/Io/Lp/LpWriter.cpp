@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <ostream>
+#include <utility>
 
 namespace nuv
 {
@@ -341,6 +343,17 @@ void Writer::EndLine()
 WriteResult WriteLp(const Model& model)
 {
     return Writer(model).Run();
+}
+
+std::string ToLp(const Model& model)
+{
+    WriteResult writing = WriteLp(model);
+    return writing.Ok() ? std::move(*writing.text) : "\\ " + writing.GetError().text + '\n';
+}
+
+std::ostream& operator<<(std::ostream& out, const Model& model)
+{
+    return out << ToLp(model);
 }
 
 }  // namespace nuv

@@ -10,9 +10,15 @@
 #include "Nuv/Io/WriteResult.hpp"
 #include "Nuv/Model/Model.hpp"
 
+#include <string>
+
 namespace nuv
 {
 
 [[nodiscard]] WriteResult WriteLp(const Model& model);
+
+/// The text alone, to look at a model; a comment that says why, for one that the format cannot
+/// hold.
+[[nodiscard]] std::string ToLp(const Model& model);
 
 }  // namespace nuv

@@ -18,6 +18,8 @@ int main()
     factory.Maximize(30 * chairs + 70 * tables);
     const nuv::Solution plan = nuv::Solve(factory);
 
+    if (nuv::Evaluate(nuv::Dot({30, 70}, {chairs, tables}), plan) != plan.objective)
+        return EXIT_FAILURE;
     const nuv::WriteResult written = nuv::WriteLp(factory);
     if (!written.text)
         return EXIT_FAILURE;
@@ -28,7 +30,7 @@ int main()
         return EXIT_FAILURE;
     }
     const nuv::Solution again = nuv::Solve(*reading.model);
-    std::cout << plan.exactObjective << " with " << plan.Value(chairs) << " and "
+    std::cout << factory << plan.Outcome() << ": " << plan.exactObjective << " with " << plan.Value(chairs) << " and "
               << plan.Value(tables) << '\n';
     return plan.proved && again.proved && again.exactObjective == plan.exactObjective
                ? EXIT_SUCCESS
