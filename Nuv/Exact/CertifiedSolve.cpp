@@ -163,7 +163,7 @@ void ResolveVerdict(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerd
                     int refinements, SolveControl& control, CertifiedResult& result)
 {
     constexpr int kGuesses = 3;
-    for (int round = 0; round < kGuesses; ++round)
+    for (int round = 1;; ++round)
     {
         if (control.IsStopped())
             return;
@@ -172,7 +172,8 @@ void ResolveVerdict(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerd
             return;
         if (guess == SimplexVerdict::Unbounded && ProveUnbounded(form, control, result))
             return;
-        guess = RunExact(form, evaluation, round + 1 < kGuesses ? refinements : 0, control, result);
+        // Without refinements, in the end, nothing is guessed.
+        guess = RunExact(form, evaluation, round < kGuesses ? refinements : 0, control, result);
         if (result.certificate.status != Status::Stopped || guess == SimplexVerdict::Optimal)
             return;
     }

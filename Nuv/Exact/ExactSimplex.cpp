@@ -240,24 +240,15 @@ bool ExactSimplex::FindViolations()
     return any;
 }
 
-/// +1 or -1 if moving a nonbasic variable with a reduced cost of this sign up or down improves, 0
-/// if it must not or cannot move.
+/// +1 or -1 if moving a nonbasic variable that is not fixed up or down improves, 0 if neither does:
+/// by the sign of its reduced cost.
 int ExactSimplex::ImprovingDirection(Index variable, int sign) const
 {
-    if (sign == 0 || m_form.IsFixed(variable))
-        return 0;
-    switch (m_status[variable])
-    {
-    case BasisStatus::AtLower:
+    if (m_status[variable] == BasisStatus::AtLower)
         return sign < 0 ? 1 : 0;
-    case BasisStatus::AtUpper:
+    if (m_status[variable] == BasisStatus::AtUpper)
         return sign > 0 ? -1 : 0;
-    case BasisStatus::Free:
-        return -sign;
-    case BasisStatus::Basic:
-        break;
-    }
-    return 0;
+    return -sign;
 }
 
 void ExactSimplex::Exchange(Index position, Index entering, bool atUpper)
