@@ -122,7 +122,8 @@ std::size_t DixonSolver::AppendEntry(Index equation, const ExactNumber& coeffici
     for (; magnitude != 0; magnitude >>= 62, shift += 62)
     {
         const std::int64_t word = static_cast<std::int64_t>(magnitude.LowWord() & mask);
-        m_entries.push_back({equation, shift, coefficient.mantissa < 0 ? -word : word});
+        if (word != 0)
+            m_entries.push_back({equation, shift, coefficient.mantissa < 0 ? -word : word});
     }
     return bits;
 }

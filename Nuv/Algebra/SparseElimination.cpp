@@ -15,25 +15,163 @@ template <class Field>
 SparseElimination<Field>::SparseElimination(const Field& field, const SparseVectors<Value>& columns)
     : m_field(field),
       m_size(columns.Count()),
-      m_columns(m_size),
-      m_rows(m_size),
-      m_largest(m_size, -1.0),
-      m_columnCounts(m_size),
-      m_rowCounts(m_size),
-      m_multiplier(m_size, field.Zero()),
-      m_stamp(m_size, 0)
+      m_matrix(columns),
+      m_byRow(Transposed(columns, m_size)),
+      m_columnLeft(m_size),
+      m_rowLeft(m_size),
+      m_columnDone(m_size, false),
+      m_rowDone(m_size, false),
+      m_columnCounts(0),
+      m_rowCounts(0)
 {
-    std::vector<Index> counts(m_size, 0);
-    for (const Index row : columns.index)
-        ++counts[row];
-    for (Index row = 0; row < m_size; ++row)
-        m_rows[row].reserve(counts[row]);
+    for (Index k = 0; k < m_size; ++k)
+    {
+        m_columnLeft[k] = static_cast<Index>(columns[k].size());
+        m_rowLeft[k] = static_cast<Index>(m_byRow[k].size());
+    }
+    pivotRow.reserve(m_size);
+    pivotColumn.reserve(m_size);
+    pivotValue.reserve(m_size);
+    lower.start.reserve(std::size_t{m_size} + 1);
+    upper.start.reserve(std::size_t{m_size} + 1);
+    upper.index.reserve(columns.index.size());
+    upper.value.reserve(columns.index.size());
+}
+
+template <class Field>
+void SparseElimination<Field>::Run()
+{
+    TakeSingletonColumns();
+    TakeSingletonRows();
+    if (pivotRow.size() == m_size)
+        return;
+    LoadNucleus();
+    for (Pivot pivot = FindPivot(); pivot.row != kNoIndex; pivot = FindPivot())
+        Eliminate(pivot.row, pivot.column);
+}
+
+template <class Field>
+void SparseElimination<Field>::NotePivot(Index row, Index column, const Value& value)
+{
+    pivotRow.push_back(row);
+    pivotColumn.push_back(column);
+    pivotValue.push_back(value);
+    m_rowDone[row] = true;
+    m_columnDone[column] = true;
+}
+
+/// A column with one entry left in active rows pivots there without multipliers, and its row leaves
+/// the other columns. Columns that come down to one entry by that follow.
+template <class Field>
+void SparseElimination<Field>::TakeSingletonColumns()
+{
+    std::vector<Index> queue;
     for (Index column = 0; column < m_size; ++column)
     {
-        m_columns[column].reserve(columns[column].size());
-        for (const auto [row, value] : columns[column])
+        if (m_columnLeft[column] == 1)
+            queue.push_back(column);
+    }
+    for (std::size_t next = 0; next < queue.size(); ++next)
+    {
+        const Index column = queue[next];
+        Index row = kNoIndex;
+        const Value* pivot = nullptr;
+        for (const auto [at, value] : m_matrix[column])
         {
-            if (m_field.IsZero(value))
+            if (m_rowDone[at])
+                continue;
+            row = at;
+            pivot = &value;
+        }
+        // Another singleton of the same row came first, or the entry is too small: the nucleus
+        // finds a pivot for this column or drops it.
+        if (row == kNoIndex || !m_field.Usable(m_field.Magnitude(*pivot)))
+            continue;
+        NotePivot(row, column, *pivot);
+        for (const auto [other, value] : m_byRow[row])
+        {
+            if (m_columnDone[other])
+                continue;
+            upper.Append(other, value);
+            if (--m_columnLeft[other] == 1)
+                queue.push_back(other);
+        }
+        upper.Close();
+        lower.Close();
+    }
+    for (Index row = 0; row < m_size; ++row)
+    {
+        if (m_rowDone[row])
+            continue;
+        for (const auto [column, value] : m_byRow[row])
+            m_rowLeft[row] -= m_columnDone[column] ? 1 : 0;
+    }
+}
+
+/// A row with one entry left in active columns pivots there: the other entries of the column become
+/// multipliers, which find nothing to change in other columns.
+template <class Field>
+void SparseElimination<Field>::TakeSingletonRows()
+{
+    std::vector<Index> queue;
+    for (Index row = 0; row < m_size; ++row)
+    {
+        if (!m_rowDone[row] && m_rowLeft[row] == 1)
+            queue.push_back(row);
+    }
+    for (std::size_t next = 0; next < queue.size(); ++next)
+    {
+        const Index row = queue[next];
+        Index column = kNoIndex;
+        const Value* pivot = nullptr;
+        for (const auto [at, value] : m_byRow[row])
+        {
+            if (m_columnDone[at])
+                continue;
+            column = at;
+            pivot = &value;
+        }
+        if (column == kNoIndex || !m_field.Usable(m_field.Magnitude(*pivot)))
+            continue;
+        const Value inverse = m_field.Inverse(*pivot);
+        NotePivot(row, column, *pivot);
+        for (const auto [other, value] : m_matrix[column])
+        {
+            if (m_rowDone[other])
+                continue;
+            lower.Append(other, m_field.Product(value, inverse));
+            if (--m_rowLeft[other] == 1)
+                queue.push_back(other);
+        }
+        upper.Close();
+        lower.Close();
+    }
+}
+
+template <class Field>
+void SparseElimination<Field>::LoadNucleus()
+{
+    m_nucleus = m_size - static_cast<Index>(pivotRow.size());
+    m_columns.resize(m_size);
+    m_rows.resize(m_size);
+    m_largest.assign(m_size, -1.0);
+    m_columnCounts = CountLists(m_size);
+    m_rowCounts = CountLists(m_size);
+    m_multiplier.assign(m_size, m_field.Zero());
+    m_stamp.assign(m_size, 0);
+    for (Index row = 0; row < m_size; ++row)
+    {
+        if (!m_rowDone[row])
+            m_rows[row].reserve(m_rowLeft[row]);
+    }
+    for (Index column = 0; column < m_size; ++column)
+    {
+        if (m_columnDone[column])
+            continue;
+        m_columns[column].reserve(m_columnLeft[column]);
+        for (const auto [row, value] : m_matrix[column])
+        {
+            if (m_rowDone[row] || m_field.IsZero(value))
                 continue;
             m_columns[column].push_back({row, value});
             m_rows[row].push_back(column);
@@ -41,16 +179,11 @@ SparseElimination<Field>::SparseElimination(const Field& field, const SparseVect
     }
     for (Index k = 0; k < m_size; ++k)
     {
-        m_columnCounts.Place(k, m_columns[k].size());
-        m_rowCounts.Place(k, m_rows[k].size());
+        if (!m_columnDone[k])
+            m_columnCounts.Place(k, m_columns[k].size());
+        if (!m_rowDone[k])
+            m_rowCounts.Place(k, m_rows[k].size());
     }
-}
-
-template <class Field>
-void SparseElimination<Field>::Run()
-{
-    for (Pivot pivot = FindPivot(); pivot.row != kNoIndex; pivot = FindPivot())
-        Eliminate(pivot.row, pivot.column);
 }
 
 /// Looks at rows and columns from the shortest on and stops when nothing cheaper can follow, or

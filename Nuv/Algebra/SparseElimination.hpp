@@ -1,7 +1,8 @@
-/// The elimination behind SparseLu: Gaussian elimination on the active part of a sparse matrix with
-/// Markowitz pivoting (Markowitz 1957; the search over few short rows and columns is Zlatev's).
-/// Invariant: the active part is held twice, values by columns and the mere pattern by rows, and
-/// each unfinished row and column is in the list of its count.
+/// The elimination behind the LU factors: Gaussian elimination of a sparse matrix. Columns, then
+/// rows, of one entry are pivots that change nothing else and are taken from flat arrays; what is
+/// left, the nucleus, goes by Markowitz pivoting (Markowitz 1957; the search over few short rows
+/// and columns is Zlatev's). Invariant: the nucleus is held twice, values by columns and the mere
+/// pattern by rows, and each unfinished row and column is in the list of its count.
 #pragma once
 
 #include "Nuv/Algebra/SparseMatrix.hpp"
@@ -69,10 +70,17 @@ class SparseElimination
 public:
     using Value = typename Field::Value;
 
+    /// Refers to both.
     SparseElimination(const Field& field, const SparseVectors<Value>& columns);
 
     /// Eliminates until no pivot is left.
     void Run();
+
+    /// The order of the nucleus: what is left once the singletons are taken.
+    [[nodiscard]] Index NucleusSize() const noexcept
+    {
+        return m_nucleus;
+    }
 
     // What has been eliminated, one step per pivot: its row, column and value, the multipliers by
     // row, and the rest of the pivot row by column.
@@ -95,6 +103,10 @@ private:
         double cost = std::numeric_limits<double>::infinity();
     };
 
+    void TakeSingletonColumns();
+    void TakeSingletonRows();
+    void NotePivot(Index row, Index column, const Value& value);
+    void LoadNucleus();
     [[nodiscard]] Pivot FindPivot();
     void ConsiderColumn(Index column, Pivot& best);
     void ConsiderRow(Index row, Pivot& best);
@@ -108,6 +120,15 @@ private:
 
     const Field& m_field;
     Index m_size;
+    Index m_nucleus = 0;
+    const SparseVectors<Value>& m_matrix;
+    // While singletons are taken: the matrix by rows, how many active entries are left, and which
+    // rows and columns have pivoted.
+    SparseVectors<Value> m_byRow;
+    std::vector<Index> m_columnLeft;
+    std::vector<Index> m_rowLeft;
+    std::vector<bool> m_columnDone;
+    std::vector<bool> m_rowDone;
     std::vector<std::vector<Entry>> m_columns;
     std::vector<std::vector<Index>> m_rows;
     // Largest magnitude of a column, negative where it is not known.
