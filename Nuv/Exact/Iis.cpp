@@ -196,7 +196,8 @@ public:
             }
             else
                 ++needed;
-            m_basis = std::move(proof.record.basis);
+            if (proof.record.basis.columns.size() == m_form.columns)
+                m_basis = std::move(proof.record.basis);
         }
         return true;
     }

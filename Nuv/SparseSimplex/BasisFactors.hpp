@@ -2,7 +2,7 @@
 /// its columns are brought into pivot order, and what stands in for columns that depend on others.
 #pragma once
 
-#include "Nuv/Algebra/SparseLu.hpp"
+#include "Nuv/Algebra/SparseMatrix.hpp"
 
 #include <vector>
 
@@ -21,9 +21,8 @@ struct BasisReplacement
 /// Sorts `head` by position: variable head[k] is the unknown k of SolveForward from then on. The
 /// logical of row i is the variable firstLogical + i.
 /// @return what was replaced because the matrix is singular; nothing if it is not.
-template <class Field>
-std::vector<BasisReplacement> FactoriseBasis(SparseLu<Field>& lu,
-                                             const SparseVectors<typename Field::Value>& columns,
+template <class Lu, class Value>
+std::vector<BasisReplacement> FactoriseBasis(Lu& lu, const SparseVectors<Value>& columns,
                                              Index firstLogical, std::vector<Index>& head)
 {
     std::vector<Index> position;

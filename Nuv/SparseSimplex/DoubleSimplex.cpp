@@ -1,8 +1,11 @@
-/// Rounds of the primal simplex, each behind a repair of what the pushed bounds of the last one
-/// left violated.
+/// The dual simplex from any basis, then rounds of the primal one with the true costs, each behind
+/// a repair of what the pushed bounds of the last one left violated.
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
+#include "Nuv/SparseSimplex/Tolerances.hpp"
+
+#include <algorithm>
 
 namespace nuv
 {
@@ -27,6 +30,28 @@ void Repair(SimplexState& state, SolveControl& control)
     state.cost = state.form.cost;
 }
 
+/// Whether the basic variables are within their bounds: a case for the primal simplex at once.
+bool IsFeasible(const SimplexState& state)
+{
+    return std::ranges::all_of(
+        state.head,
+        [&state](Index v)
+        {
+            return state.value[v] >= state.lower[v] - tolerance::kFeasibility &&
+                   state.value[v] <= state.upper[v] + tolerance::kFeasibility;
+        });
+}
+
+/// From any basis to one that is feasible, for costs that may be others; those of the form come
+/// back at the end.
+SimplexVerdict RunDual(SimplexState& state, SolveControl& control)
+{
+    DualSimplex dual(state, control);
+    const SimplexVerdict verdict = dual.Run(DualSimplex::Start::Perturbed);
+    state.cost = state.form.cost;
+    return verdict;
+}
+
 }  // namespace
 
 DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& control)
@@ -43,14 +68,17 @@ SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control)
 {
     constexpr int kPerturbedRounds = 3;
     constexpr int kRounds = 6;
-    SimplexVerdict verdict = SimplexVerdict::Numerical;
-    for (int round = 0; round < kRounds; ++round)
+    state.Refactorise();
+    SimplexVerdict verdict = SimplexVerdict::Optimal;
+    if (!IsFeasible(state))
+        verdict = RunDual(state, control);
+    for (int round = 0; round < kRounds && verdict != SimplexVerdict::Stopped; ++round)
     {
         PrimalSimplex primal(state, control);
         verdict = primal.Run(round < kPerturbedRounds);
         const bool moved = primal.BoundsWereMoved();
         RestoreBounds(state);
-        if (!moved || verdict == SimplexVerdict::Stopped)
+        if (!moved)
             break;
         if (verdict == SimplexVerdict::Optimal)
             Repair(state, control);

@@ -1,6 +1,6 @@
 /// One pivot of the dual simplex: the leaving variable by its violation, its row of the tableau,
 /// the ratio test over that row, the entering column, and the updates of values, reduced costs and
-/// weights.
+/// weights. What precedes the pivots is in DualStart.cpp.
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
 
 #include "Nuv/SparseSimplex/Tolerances.hpp"
@@ -13,66 +13,14 @@ namespace nuv
 
 using namespace tolerance;
 
-DualSimplex::DualSimplex(SimplexState& state, SolveControl& control)
-    : m_state(state), m_control(control)
+SimplexVerdict DualSimplex::RunPhase()
 {
-}
-
-SimplexVerdict DualSimplex::Run()
-{
-    // A start that needs more is not nearly optimal, and nothing here breaks a tie for good.
-    m_pivotsLeft = 1000 + 2 * std::uint64_t{m_state.form.rows};
-    m_weight.assign(m_state.form.rows, 1.0);
     StartAfresh();
     SimplexVerdict verdict = SimplexVerdict::Numerical;
     while (Iterate(verdict))
     {
     }
     return verdict;
-}
-
-void DualSimplex::StartAfresh()
-{
-    m_state.Refactorise();
-    std::vector<double> basicCost(m_state.form.rows);
-    for (Index k = 0; k < m_state.form.rows; ++k)
-        basicCost[k] = m_state.cost[m_state.head[k]];
-    m_state.ComputeReducedCosts(m_state.cost, basicCost);
-    MakeDualFeasible();
-    m_fresh = true;
-    m_inaccurate = false;
-}
-
-void DualSimplex::MakeDualFeasible()
-{
-    bool flipped = false;
-    for (Index v = 0; v < m_state.form.Variables(); ++v)
-    {
-        if (m_state.IsFixed(v) || DualInfeasibility(m_state.status[v], m_state.reduced[v]) <= 0.0)
-            continue;
-        const bool boxed = m_state.lower[v] > -kInfinity && m_state.upper[v] < kInfinity;
-        if (boxed && std::fabs(m_state.reduced[v]) > kOptimality)
-        {
-            m_state.status[v] = m_state.status[v] == BasisStatus::AtLower ? BasisStatus::AtUpper
-                                                                          : BasisStatus::AtLower;
-            m_state.SetToBound(v);
-            flipped = true;
-        }
-        else
-        {
-            Shift(v);
-        }
-    }
-    if (flipped)
-        m_state.ComputeValues();
-}
-
-/// Makes the reduced cost of a nonbasic variable zero, which concerns no other.
-void DualSimplex::Shift(Index variable)
-{
-    m_state.cost[variable] -= m_state.reduced[variable];
-    m_state.reduced[variable] = 0.0;
-    m_shifted = true;
 }
 
 bool DualSimplex::Iterate(SimplexVerdict& verdict)
@@ -92,16 +40,22 @@ bool DualSimplex::Iterate(SimplexVerdict& verdict)
     }
     if (m_pivotsLeft == 0)
         return false;
-    if (!m_control.MayPivot(Stage::Double, false, std::nan("")))
+    if (!m_control.MayPivot(Stage::Double, false,
+                            m_control.AsksForObjective() && !m_boxed ? m_state.SumOfViolations()
+                                                                     : std::nan("")))
     {
         verdict = SimplexVerdict::Stopped;
         return false;
     }
     m_state.SolveUnitRow(position, m_row);
+    if (!WeightIsRight(position))
+        return true;
     m_state.PriceRow(m_row, m_pivotRow);
     const Index leaving = m_state.head[position];
-    const bool below = m_state.value[leaving] < m_state.lower[leaving];
-    const Index entering = ChooseEntering(below ? -1.0 : 1.0);
+    const double below = m_state.lower[leaving] - m_state.value[leaving];
+    const double above = m_state.value[leaving] - m_state.upper[leaving];
+    const Index entering =
+        m_ratioTest.Choose(m_pivotRow, below > above ? -1.0 : 1.0, std::max(below, above));
     if (entering == kNoIndex)
     {
         if (m_fresh)
@@ -113,112 +67,110 @@ bool DualSimplex::Iterate(SimplexVerdict& verdict)
         return true;
     }
     m_state.SolveColumn(entering, m_column);
-    const double accuracy = std::fabs(m_pivotRow.value[entering] - m_column[position]);
-    m_inaccurate = accuracy > kAgreement * (1.0 + std::fabs(m_column[position]));
-    if ((m_inaccurate || std::fabs(m_column[position]) < kTrustedPivot) && !m_fresh)
+    const double pivot = m_column.value[position];
+    const double accuracy = std::fabs(m_pivotRow.value[entering] - pivot);
+    m_inaccurate = accuracy > kAgreement * (1.0 + std::fabs(pivot));
+    if ((m_inaccurate || std::fabs(pivot) < kTrustedPivot) && !m_fresh)
     {
         m_inaccurate = true;
         return true;
     }
     // With fresh factors, a pivot about which row and column do not agree is none.
-    if (m_inaccurate && accuracy > kFreshAgreement * std::fabs(m_column[position]))
+    if (m_inaccurate && accuracy > kFreshAgreement * std::fabs(pivot))
         return false;
     Pivot(position, entering);
     return true;
 }
 
-double DualSimplex::Violation(Index position) const
-{
-    const Index v = m_state.head[position];
-    return std::max(m_state.lower[v] - m_state.value[v], m_state.value[v] - m_state.upper[v]);
-}
-
+/// The violation per unit of the dual step's length in the space of all variables.
 Index DualSimplex::ChooseLeaving() const
 {
     Index best = kNoIndex;
     double bestScore = 0.0;
-    for (Index k = 0; k < m_state.form.rows; ++k)
+    for (std::size_t k = 0; k < m_squaredViolation.size(); ++k)
     {
-        const double violation = Violation(k);
-        if (violation <= kFeasibility)
-            continue;
-        const double score = violation * violation / m_weight[k];
-        if (score > bestScore)
+        if (m_squaredViolation[k] > bestScore * m_weight[k])
         {
-            bestScore = score;
-            best = k;
+            bestScore = m_squaredViolation[k] / m_weight[k];
+            best = static_cast<Index>(k);
         }
     }
     return best;
 }
 
-/// The size of the pivot if moving the variable off its bound moves the leaving one towards its
-/// own, otherwise zero. The leaving variable must grow if the sign is negative.
-double DualSimplex::AdmissiblePivot(Index variable, double sign) const
+/// The row of the inverse is at hand now, and with it the weight that updates only follow.
+/// @return whether that was near enough for the choice to stand.
+bool DualSimplex::WeightIsRight(Index position)
 {
-    const double entry = sign * m_pivotRow.value[variable];
-    switch (m_state.status[variable])
-    {
-    case BasisStatus::AtLower:
-        return std::max(entry, 0.0);
-    case BasisStatus::AtUpper:
-        return std::max(-entry, 0.0);
-    case BasisStatus::Free:
-        return std::fabs(entry);
-    case BasisStatus::Basic:
-        break;
-    }
-    return 0.0;
+    double weight = 0.0;
+    for (const Index i : m_row.touched)
+        weight += m_row.value[i] * m_row.value[i];
+    const bool right = m_weight[position] >= kWeightShare * weight;
+    m_weight[position] = weight;
+    return right;
 }
 
-/// The first pass finds how far the duals may go if every reduced cost may pass zero by the
-/// tolerance, the second takes the largest pivot that is met by then.
-Index DualSimplex::ChooseEntering(double sign) const
+void DualSimplex::NoteViolation(Index position)
 {
-    double longest = kInfinity;
-    for (const Index v : m_pivotRow.touched)
+    const Index v = m_state.head[position];
+    const double violation =
+        std::max(m_state.lower[v] - m_state.value[v], m_state.value[v] - m_state.upper[v]);
+    m_squaredViolation[position] = violation > kFeasibility ? violation * violation : 0.0;
+}
+
+void DualSimplex::NoteViolations()
+{
+    m_squaredViolation.resize(m_state.form.rows);
+    for (Index k = 0; k < m_state.form.rows; ++k)
+        NoteViolation(k);
+}
+
+/// Takes boxed variables to their other bounds, and the basic ones where these take them.
+void DualSimplex::Flip(const std::vector<Index>& flips)
+{
+    if (flips.empty())
+        return;
+    m_flipped.Reset(m_state.form.rows);
+    for (const Index v : flips)
     {
-        const double pivot = AdmissiblePivot(v, sign);
-        if (pivot > kSmallestPivot && !m_state.IsFixed(v))
-            longest = std::min(longest, (std::fabs(m_state.reduced[v]) + kOptimality) / pivot);
+        const double before = m_state.value[v];
+        m_state.status[v] =
+            m_state.status[v] == BasisStatus::AtLower ? BasisStatus::AtUpper : BasisStatus::AtLower;
+        m_state.SetToBound(v);
+        m_state.AddColumn(v, before - m_state.value[v], m_flipped);
     }
-    Index best = kNoIndex;
-    double largest = kSmallestPivot;
-    for (const Index v : m_pivotRow.touched)
+    m_state.lu.SolveForward(m_flipped);
+    for (const Index k : m_flipped.touched)
     {
-        const double pivot = AdmissiblePivot(v, sign);
-        if (pivot <= largest || m_state.IsFixed(v) ||
-            std::fabs(m_state.reduced[v]) > longest * pivot)
-            continue;
-        largest = pivot;
-        best = v;
+        m_state.value[m_state.head[k]] += m_flipped.value[k];
+        NoteViolation(k);
     }
-    return best;
 }
 
 void DualSimplex::Pivot(Index position, Index entering)
 {
     const Index leaving = m_state.head[position];
     const bool below = m_state.value[leaving] < m_state.lower[leaving];
+    Flip(m_ratioTest.Flips());
     const double bound = below ? m_state.lower[leaving] : m_state.upper[leaving];
-    const double step = (m_state.value[leaving] - bound) / m_column[position];
-    for (Index k = 0; k < m_state.form.rows; ++k)
-    {
-        if (m_column[k] != 0.0)
-            m_state.value[m_state.head[k]] -= step * m_column[k];
-    }
+    const double pivot = m_column.value[position];
+    const double step = (m_state.value[leaving] - bound) / pivot;
+    for (const Index k : m_column.touched)
+        m_state.value[m_state.head[k]] -= step * m_column.value[k];
     m_state.value[entering] += step;
     m_state.value[leaving] = bound;
     UpdateReducedCosts(entering, leaving);
     UpdateWeights(position);
     m_state.Exchange(position, entering, below ? BasisStatus::AtLower : BasisStatus::AtUpper,
-                     m_column);
+                     pivot);
+    for (const Index k : m_column.touched)
+        NoteViolation(k);
     m_control.CountPivot(Stage::Double);
     --m_pivotsLeft;
     m_fresh = false;
 }
 
-/// What the second pass let past zero is shifted back to it.
+/// What passed zero without a bound to go to is shifted back to it.
 void DualSimplex::UpdateReducedCosts(Index entering, Index leaving)
 {
     const double ratio = m_state.reduced[entering] / m_pivotRow.value[entering];
@@ -227,28 +179,30 @@ void DualSimplex::UpdateReducedCosts(Index entering, Index leaving)
         if (m_state.status[v] == BasisStatus::Basic)
             continue;
         m_state.reduced[v] -= ratio * m_pivotRow.value[v];
-        if (v != entering && !m_state.IsFixed(v) &&
-            DualInfeasibility(m_state.status[v], m_state.reduced[v]) > 0.0)
+        if (v != entering && DualInfeasibility(m_state.status[v], m_state.reduced[v]) > 0.0 &&
+            !m_state.IsFixed(v))
             Shift(v);
     }
     m_state.reduced[entering] = 0.0;
     m_state.reduced[leaving] = -ratio;
 }
 
+/// With rows r of the inverse and the entering column a, row k becomes r_k - (a_k / a_p) r_p, whose
+/// square needs the products r_k . r_p: one more solve gives them all.
 void DualSimplex::UpdateWeights(Index position)
 {
-    const double pivot = m_column[position];
+    const double pivot = m_column.value[position];
     const double weight = m_weight[position];
-    for (Index k = 0; k < m_state.form.rows; ++k)
+    m_state.lu.SolveForward(m_row);
+    for (const Index k : m_column.touched)
     {
-        if (m_column[k] == 0.0 || k == position)
+        if (k == position)
             continue;
-        const double share = m_column[k] / pivot;
-        m_weight[k] = std::max(m_weight[k], share * share * weight);
+        const double share = m_column.value[k] / pivot;
+        const double updated = m_weight[k] + share * (share * weight - 2.0 * m_row.value[k]);
+        m_weight[k] = std::max(updated, kSmallestWeight + share * share * weight * kSmallestWeight);
     }
-    m_weight[position] = std::max(weight / (pivot * pivot), 1.0);
-    if (m_weight[position] > kLargestWeight)
-        std::fill(m_weight.begin(), m_weight.end(), 1.0);
+    m_weight[position] = std::max(weight / (pivot * pivot), kSmallestWeight);
 }
 
 }  // namespace nuv

@@ -1,10 +1,14 @@
-/// The bounded-variable dual simplex in doubles, for bases that are dual feasible or nearly so:
-/// dual devex prices, and a ratio test of two passes as Harris's. Reduced costs of the wrong sign
-/// are no obstacle: a variable with two bounds goes to the other one, the cost of any other is
-/// shifted until its reduced cost is zero. The caller takes the shifts back and lets the primal
-/// simplex, for which the basis is feasible then, do the rest.
+/// The bounded-variable dual simplex in doubles (Koberstein, The dual simplex method, techniques
+/// for a fast and stable implementation, 2005): steepest-edge prices (Forrest and Goldfarb 1992), a
+/// ratio test that passes the bounds of boxed variables while the dual objective still grows
+/// (Fourer 1994) and takes Harris's largest pivot where it ends, and costs that may be perturbed.
+/// Reduced costs of the wrong sign are no obstacle: a variable with two bounds goes to the other
+/// one; of the others a first phase looks for a basis that is right for them, and what it leaves is
+/// shifted to zero. The caller takes shifts and perturbation back and lets the primal simplex, for
+/// which the basis is feasible then, do the rest.
 #pragma once
 
+#include "Nuv/SparseSimplex/DualRatioTest.hpp"
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
 #include "Nuv/SparseSimplex/SimplexState.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
@@ -20,9 +24,16 @@ class DualSimplex
 public:
     DualSimplex(SimplexState& state, SolveControl& control);
 
+    /// What Run may do about reduced costs before its first pivot.
+    enum class Start : std::uint8_t
+    {
+        AsItIs,     ///< wrong ones are shifted: for a basis that is nearly dual feasible
+        Perturbed,  ///< perturbs costs against ties, and runs a first phase where it is called for
+    };
+
     /// Runs on the working bounds and costs until the basis is feasible (Optimal, for the costs as
     /// shifted) or no variable can repair a violation (Infeasible).
-    SimplexVerdict Run();
+    SimplexVerdict Run(Start start = Start::AsItIs);
 
     /// Whether working costs differ from what they were.
     [[nodiscard]] bool CostsWereShifted() const noexcept
@@ -31,14 +42,20 @@ public:
     }
 
 private:
+    SimplexVerdict RunPhase();
+    void RunPhaseOne();
     void StartAfresh();
+    void ComputeReducedCosts();
+    void PerturbCosts();
+    [[nodiscard]] bool WantsPhaseOne() const;
     void MakeDualFeasible();
     void Shift(Index variable);
     [[nodiscard]] bool Iterate(SimplexVerdict& verdict);
     [[nodiscard]] Index ChooseLeaving() const;
-    [[nodiscard]] double Violation(Index position) const;
-    [[nodiscard]] double AdmissiblePivot(Index variable, double sign) const;
-    [[nodiscard]] Index ChooseEntering(double sign) const;
+    [[nodiscard]] bool WeightIsRight(Index position);
+    void NoteViolation(Index position);
+    void NoteViolations();
+    void Flip(const std::vector<Index>& flips);
     void Pivot(Index position, Index entering);
     void UpdateReducedCosts(Index entering, Index leaving);
     void UpdateWeights(Index position);
@@ -47,12 +64,16 @@ private:
     SolveControl& m_control;
     std::uint64_t m_pivotsLeft = 0;
     bool m_shifted = false;
+    bool m_boxed = false;       ///< in the first phase, whose bounds are not those of the program
     bool m_fresh = false;       ///< nothing happened since the last refactorisation
     bool m_inaccurate = false;  ///< the last pivot's row and column disagreed about it
-    std::vector<double> m_weight;
-    std::vector<double> m_row;
-    std::vector<double> m_column;
-    WorkRow m_pivotRow;
+    DualRatioTest m_ratioTest;
+    std::vector<double> m_weight;            ///< by position: |row of the inverse|^2
+    std::vector<double> m_squaredViolation;  ///< by position, zero within the tolerance
+    WorkVector m_row;
+    WorkVector m_column;
+    WorkVector m_flipped;
+    WorkVector m_pivotRow;
 };
 
 }  // namespace nuv

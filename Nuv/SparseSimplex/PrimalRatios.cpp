@@ -16,9 +16,9 @@ using namespace tolerance;
 PrimalSimplex::Step PrimalSimplex::TestRatiosFeasible(Index entering, double direction) const
 {
     double longest = kInfinity;
-    for (Index k = 0; k < m_state.form.rows; ++k)
+    for (const Index k : m_column.touched)
     {
-        const double rate = -direction * m_column[k];
+        const double rate = -direction * m_column.value[k];
         if (std::fabs(rate) <= kSmallestPivot)
             continue;
         const Index v = m_state.head[k];
@@ -37,9 +37,9 @@ PrimalSimplex::Step PrimalSimplex::TestRatiosFeasible(Index entering, double dir
 
     Step best;
     double largest = 0.0;
-    for (Index k = 0; k < m_state.form.rows; ++k)
+    for (const Index k : m_column.touched)
     {
-        const double rate = -direction * m_column[k];
+        const double rate = -direction * m_column.value[k];
         if (std::fabs(rate) <= std::max(kSmallestPivot, largest))
             continue;
         const Index v = m_state.head[k];
@@ -68,9 +68,9 @@ PrimalSimplex::Step PrimalSimplex::TestRatiosInfeasible(Index entering, double d
 void PrimalSimplex::CollectBreakpoints(double direction)
 {
     m_breakpoints.clear();
-    for (Index k = 0; k < m_state.form.rows; ++k)
+    for (const Index k : m_column.touched)
     {
-        const double rate = -direction * m_column[k];
+        const double rate = -direction * m_column.value[k];
         const double speed = std::fabs(rate);
         if (speed <= kSmallestPivot)
             continue;

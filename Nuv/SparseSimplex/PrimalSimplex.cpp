@@ -78,31 +78,30 @@ void PrimalSimplex::StartAfresh()
 
 bool PrimalSimplex::FindViolations()
 {
-    bool any = false;
+    m_violated = 0;
     for (Index k = 0; k < m_state.form.rows; ++k)
     {
-        const Index v = m_state.head[k];
-        const double value = m_state.value[v];
-        m_violation[k] = static_cast<signed char>(value < m_state.lower[v] - kFeasibility   ? -1
-                                                  : value > m_state.upper[v] + kFeasibility ? 1
-                                                                                            : 0);
-        any = any || m_violation[k] != 0;
+        m_violation[k] = static_cast<signed char>(ViolationOf(k));
+        m_violated += m_violation[k] != 0 ? 1 : 0;
     }
-    return any;
+    return m_violated > 0;
+}
+
+int PrimalSimplex::ViolationOf(Index position) const
+{
+    const Index v = m_state.head[position];
+    const double value = m_state.value[v];
+    return value < m_state.lower[v] - kFeasibility   ? -1
+           : value > m_state.upper[v] + kFeasibility ? 1
+                                                     : 0;
 }
 
 double PrimalSimplex::ProgressValue() const
 {
     const SimplexState& state = m_state;
-    double sum = 0.0;
     if (m_phaseOne)
-    {
-        for (const Index v : state.head)
-            sum +=
-                std::max({0.0, state.lower[v] - state.value[v], state.value[v] - state.upper[v]}) *
-                state.form.Scale(v);
-        return sum;
-    }
+        return state.SumOfViolations();
+    double sum = 0.0;
     for (Index v = 0; v < state.form.Variables(); ++v)
         sum += state.cost[v] * state.value[v];
     return sum / state.form.costScale;
@@ -218,13 +217,9 @@ Index PrimalSimplex::ChooseEntering() const
 double PrimalSimplex::EnteringCost(Index entering) const
 {
     double cost = m_phaseOne ? 0.0 : m_state.cost[entering];
-    for (Index k = 0; k < m_state.form.rows; ++k)
-    {
-        if (m_column[k] == 0.0)
-            continue;
-        cost -= m_column[k] *
+    for (const Index k : m_column.touched)
+        cost -= m_column.value[k] *
                 (m_phaseOne ? static_cast<double>(m_violation[k]) : m_state.cost[m_state.head[k]]);
-    }
     return cost;
 }
 
@@ -233,11 +228,8 @@ void PrimalSimplex::Move(Index entering, double direction, double length)
     if (length == 0.0)
         return;
     const double step = direction * length;
-    for (Index k = 0; k < m_state.form.rows; ++k)
-    {
-        if (m_column[k] != 0.0)
-            m_state.value[m_state.head[k]] -= step * m_column[k];
-    }
+    for (const Index k : m_column.touched)
+        m_state.value[m_state.head[k]] -= step * m_column.value[k];
     m_state.value[entering] += step;
 }
 
@@ -260,16 +252,18 @@ void PrimalSimplex::Pivot(Index entering, const Step& step)
         else
             m_state.value[leaving] = bound;
     }
-    UpdateReducedCosts(entering, leaving, m_column[step.position]);
+    UpdateReducedCosts(entering, leaving, m_column.value[step.position]);
     if (m_phaseOne)
     {
         // At rest it is within its bounds, so it no longer has a phase-one cost.
         m_state.reduced[leaving] -= static_cast<double>(m_violation[step.position]);
+        m_violated -= m_violation[step.position] != 0 ? 1 : 0;
         m_violation[step.position] = 0;
     }
-    m_state.Exchange(step.position, entering, step.leavingStatus, m_column);
-    const double accuracy = std::fabs(m_pivotRow.value[entering] - m_column[step.position]);
-    m_inaccurate = accuracy > kAgreement * (1.0 + std::fabs(m_column[step.position]));
+    const double pivot = m_column.value[step.position];
+    m_state.Exchange(step.position, entering, step.leavingStatus, pivot);
+    const double accuracy = std::fabs(m_pivotRow.value[entering] - pivot);
+    m_inaccurate = accuracy > kAgreement * (1.0 + std::fabs(pivot));
 }
 
 void PrimalSimplex::UpdateReducedCosts(Index entering, Index leaving, double pivot)
@@ -293,35 +287,27 @@ void PrimalSimplex::UpdateReducedCosts(Index entering, Index leaving, double piv
 }
 
 /// Basic variables that came within their bounds, or passed them, change the phase-one costs, and
-/// with them the reduced costs.
+/// with them the reduced costs. Only those of the last column have moved.
 void PrimalSimplex::UpdateViolations()
 {
-    m_change.assign(m_state.form.rows, 0.0);
-    bool changed = false;
-    bool any = false;
-    for (Index k = 0; k < m_state.form.rows; ++k)
+    m_change.Reset(m_state.form.rows);
+    for (const Index k : m_column.touched)
     {
-        const Index v = m_state.head[k];
-        const double value = m_state.value[v];
-        const int now = value < m_state.lower[v] - kFeasibility   ? -1
-                        : value > m_state.upper[v] + kFeasibility ? 1
-                                                                  : 0;
-        any = any || now != 0;
-        if (now != m_violation[k])
-        {
-            m_change[k] = static_cast<double>(now - m_violation[k]);
-            m_violation[k] = static_cast<signed char>(now);
-            changed = true;
-        }
+        const int now = ViolationOf(k);
+        if (now == m_violation[k])
+            continue;
+        m_violated += (now != 0 ? 1 : 0) - (m_violation[k] != 0 ? 1 : 0);
+        m_change.Set(k, static_cast<double>(now - m_violation[k]));
+        m_violation[k] = static_cast<signed char>(now);
     }
-    if (!any)
+    if (m_violated == 0)
     {
         m_phaseOne = false;
         StartAfresh();
         ResetWeights();
         return;
     }
-    if (!changed)
+    if (m_change.touched.empty())
         return;
     m_state.lu.SolveBackward(m_change);
     m_state.PriceRow(m_change, m_pivotRow);

@@ -78,6 +78,7 @@ private:
     void Pivot(Index entering, const Step& step);
     void UpdateReducedCosts(Index entering, Index leaving, double pivot);
     void UpdateViolations();
+    [[nodiscard]] int ViolationOf(Index position) const;
     void NoteProgress(double gain);
     void PushBoundsApart();
     [[nodiscard]] bool Iterate(SimplexVerdict& verdict);
@@ -96,11 +97,12 @@ private:
     std::vector<signed char> m_violation;  ///< by position: -1 below, +1 above, 0 within bounds
     std::vector<double> m_weight;
     std::vector<signed char> m_banned;
-    std::vector<double> m_column;
-    std::vector<double> m_row;
-    std::vector<double> m_change;
+    Index m_violated = 0;  ///< how many basic variables are
+    WorkVector m_column;
+    WorkVector m_row;
+    WorkVector m_change;
     std::vector<Breakpoint> m_breakpoints;
-    WorkRow m_pivotRow;
+    WorkVector m_pivotRow;
 };
 
 }  // namespace nuv

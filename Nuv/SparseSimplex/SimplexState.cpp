@@ -2,8 +2,10 @@
 /// reduced costs, and single columns and rows of the tableau.
 #include "Nuv/SparseSimplex/SimplexState.hpp"
 
+#include "Nuv/SparseSimplex/BasisFactors.hpp"
 #include "Nuv/SparseSimplex/Tolerances.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 namespace nuv
@@ -16,8 +18,7 @@ SimplexState::SimplexState(const ScaledForm& scaled, const Basis& start)
       cost(scaled.cost),
       value(scaled.Variables(), 0.0),
       reduced(scaled.Variables(), 0.0),
-      status(scaled.Variables(), BasisStatus::Basic),
-      m_work(scaled.rows, 0.0)
+      status(scaled.Variables(), BasisStatus::Basic)
 {
     for (Index v = 0; v < form.Variables(); ++v)
     {
@@ -41,19 +42,20 @@ void SimplexState::Refactorise()
     }
     for (const auto& [dropped, logical] : replacements)
         status[logical] = BasisStatus::Basic;
+    m_inaccurate = false;
     ComputeValues();
 }
 
 bool SimplexState::WantsRefactorisation() const noexcept
 {
     constexpr Index kMostUpdates = 100;
-    return lu.Updates() >= kMostUpdates ||
+    return m_inaccurate || lu.Updates() >= kMostUpdates ||
            (lu.Updates() >= 20 && lu.UpdateEntries() > 3 * lu.FactorEntries());
 }
 
 void SimplexState::ComputeValues()
 {
-    m_work.assign(form.rows, 0.0);
+    m_work.Reset(form.rows);
     for (Index v = 0; v < form.Variables(); ++v)
     {
         if (status[v] != BasisStatus::Basic && value[v] != 0.0)
@@ -61,13 +63,19 @@ void SimplexState::ComputeValues()
     }
     lu.SolveForward(m_work);
     for (Index k = 0; k < form.rows; ++k)
-        value[head[k]] = m_work[k];
+        value[head[k]] = m_work.value[k];
 }
 
 void SimplexState::ComputeReducedCosts(const std::vector<double>& nonbasicCost,
                                        const std::vector<double>& basicCost)
 {
-    std::vector<double> dual = basicCost;
+    WorkVector& dual = m_work;
+    dual.Reset(form.rows);
+    for (Index k = 0; k < form.rows; ++k)
+    {
+        if (basicCost[k] != 0.0)
+            dual.Set(k, basicCost[k]);
+    }
     lu.SolveBackward(dual);
     for (Index v = 0; v < form.Variables(); ++v)
     {
@@ -78,53 +86,71 @@ void SimplexState::ComputeReducedCosts(const std::vector<double>& nonbasicCost,
         }
         double sum = nonbasicCost[v];
         for (const auto [row, entry] : form.Column(v))
-            sum -= entry * dual[row];
+            sum -= entry * dual.value[row];
         reduced[v] = sum;
     }
 }
 
-void SimplexState::SolveColumn(Index variable, std::vector<double>& byPosition) const
+void SimplexState::SolveColumn(Index variable, WorkVector& byPosition)
 {
-    byPosition.assign(form.rows, 0.0);
+    byPosition.Reset(form.rows);
     AddColumn(variable, 1.0, byPosition);
-    lu.SolveForward(byPosition);
+    lu.SolveEntering(byPosition);
 }
 
-void SimplexState::SolveUnitRow(Index position, std::vector<double>& byRow) const
+void SimplexState::SolveUnitRow(Index position, WorkVector& byRow)
 {
-    byRow.assign(form.rows, 0.0);
-    byRow[position] = 1.0;
-    lu.SolveBackward(byRow);
+    lu.SolveUnitBackward(position, byRow);
 }
 
-void SimplexState::PriceRow(const std::vector<double>& row, WorkRow& result) const
+void SimplexState::PriceRow(const WorkVector& row, WorkVector& result) const
 {
-    result.value.resize(form.Variables(), 0.0);
-    result.Clear();
-    for (Index i = 0; i < form.rows; ++i)
+    // A dense row meets nearly every entry of the matrix anyway, and sums over columns need no
+    // list of what they touch.
+    constexpr std::size_t kDense = 4;
+    result.Reset(form.Variables());
+    if (row.touched.size() * kDense > form.rows)
+        PriceByColumns(row, result);
+    else
+        PriceByRows(row, result);
+}
+
+void SimplexState::PriceByRows(const WorkVector& row, WorkVector& result) const
+{
+    for (const Index i : row.touched)
     {
-        const double factor = row[i];
+        const double factor = row.value[i];
         if (std::fabs(factor) < tolerance::kNegligible)
             continue;
-        result.value[form.Logical(i)] = -factor;
-        result.touched.push_back(form.Logical(i));
+        if (status[form.Logical(i)] != BasisStatus::Basic)
+            result.Set(form.Logical(i), -factor);
         for (const auto [column, coefficient] : form.Row(i))
-        {
-            double& entry = result.value[column];
-            if (entry == 0.0)
-                result.touched.push_back(column);
-            entry += factor * coefficient;
-            // A sum that cancels to zero must not be listed twice.
-            if (entry == 0.0)
-                entry = tolerance::kCancelled;
-        }
+            result.Add(column, factor * coefficient);
     }
 }
 
-void SimplexState::Exchange(Index position, Index entering, BasisStatus leavingStatus,
-                            const std::vector<double>& column)
+void SimplexState::PriceByColumns(const WorkVector& row, WorkVector& result) const
 {
-    lu.Update(position, column);
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        if (status[j] == BasisStatus::Basic)
+            continue;
+        double sum = 0.0;
+        for (const auto [i, entry] : form.Column(j))
+            sum += entry * row.value[i];
+        if (std::fabs(sum) >= tolerance::kNegligible)
+            result.Set(j, sum);
+    }
+    for (const Index i : row.touched)
+    {
+        if (status[form.Logical(i)] != BasisStatus::Basic)
+            result.Set(form.Logical(i), -row.value[i]);
+    }
+}
+
+void SimplexState::Exchange(Index position, Index entering, BasisStatus leavingStatus, double pivot)
+{
+    m_inaccurate = lu.Update(position, pivot) > tolerance::kAgreement;
     const Index leaving = head[position];
     status[leaving] = leavingStatus;
     status[entering] = BasisStatus::Basic;
@@ -157,10 +183,18 @@ Basis SimplexState::ExportBasis() const
     return basis;
 }
 
-void SimplexState::AddColumn(Index variable, double factor, std::vector<double>& byRow) const
+double SimplexState::SumOfViolations() const
+{
+    double sum = 0.0;
+    for (const Index v : head)
+        sum += std::max({0.0, lower[v] - value[v], value[v] - upper[v]}) * form.Scale(v);
+    return sum;
+}
+
+void SimplexState::AddColumn(Index variable, double factor, WorkVector& byRow) const
 {
     for (const auto [row, entry] : form.Column(variable))
-        byRow[row] += factor * entry;
+        byRow.Add(row, factor * entry);
 }
 
 }  // namespace nuv

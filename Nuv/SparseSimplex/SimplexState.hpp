@@ -4,31 +4,14 @@
 /// basic ones satisfy A x - r = 0 up to rounding since the last refactorisation.
 #pragma once
 
-#include "Nuv/Algebra/RealField.hpp"
-#include "Nuv/Algebra/SparseLu.hpp"
 #include "Nuv/SparseSimplex/Basis.hpp"
-#include "Nuv/SparseSimplex/BasisFactors.hpp"
+#include "Nuv/SparseSimplex/Factors/BasisLu.hpp"
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
 
 #include <vector>
 
 namespace nuv
 {
-
-/// A dense vector that remembers where it may be nonzero, so that clearing it costs what filling it
-/// did.
-struct WorkRow
-{
-    std::vector<double> value;
-    std::vector<Index> touched;
-
-    void Clear()
-    {
-        for (const Index at : touched)
-            value[at] = 0.0;
-        touched.clear();
-    }
-};
 
 class SimplexState
 {
@@ -49,24 +32,29 @@ public:
     void ComputeReducedCosts(const std::vector<double>& nonbasicCost,
                              const std::vector<double>& basicCost);
 
-    /// The column of `variable` in terms of the basis.
-    void SolveColumn(Index variable, std::vector<double>& byPosition) const;
+    /// The column of `variable`, which may enter by the next Exchange, in terms of the basis.
+    void SolveColumn(Index variable, WorkVector& byPosition);
 
     /// Row `position` of the basis inverse.
-    void SolveUnitRow(Index position, std::vector<double>& byRow) const;
+    void SolveUnitRow(Index position, WorkVector& byRow);
 
     /// row' A for all variables, the logicals' entries being minus those of `row`.
-    void PriceRow(const std::vector<double>& row, WorkRow& result) const;
+    void PriceRow(const WorkVector& row, WorkVector& result) const;
 
     /// Exchanges the basic variable at `position`, which comes to rest with `leavingStatus`, for
-    /// `entering`, whose SolveColumn is `column`.
-    void Exchange(Index position, Index entering, BasisStatus leavingStatus,
-                  const std::vector<double>& column);
+    /// `entering`, the variable of the last SolveColumn, whose entry at the position is `pivot`.
+    void Exchange(Index position, Index entering, BasisStatus leavingStatus, double pivot);
+
+    /// Adds factor times the column of `variable`.
+    void AddColumn(Index variable, double factor, WorkVector& byRow) const;
 
     /// Puts a nonbasic variable on the bound its status names.
     void SetToBound(Index variable) noexcept;
 
     [[nodiscard]] Basis ExportBasis() const;
+
+    /// By how much the basic variables miss their bounds together, in units of the form.
+    [[nodiscard]] double SumOfViolations() const;
 
     [[nodiscard]] bool IsFixed(Index variable) const noexcept
     {
@@ -81,13 +69,14 @@ public:
     std::vector<double> reduced;
     std::vector<BasisStatus> status;
     std::vector<Index> head;  ///< the basic variable at each position
-    SparseLu<RealField> lu;
+    BasisLu lu;
 
 private:
-    /// Adds factor times the column of `variable`.
-    void AddColumn(Index variable, double factor, std::vector<double>& byRow) const;
+    void PriceByRows(const WorkVector& row, WorkVector& result) const;
+    void PriceByColumns(const WorkVector& row, WorkVector& result) const;
 
-    std::vector<double> m_work;
+    WorkVector m_work;
+    bool m_inaccurate = false;  ///< the last exchange left factors that disagree with its pivot
 };
 
 }  // namespace nuv

@@ -44,7 +44,8 @@ struct Progress
     bool feasible = false;     ///< whether the current basis is primal feasible
     /// Of the current basis, in the sense and with the constant of the model; the sum of violations
     /// while that is not feasible. NaN where it is not known: in the single-precision and the exact
-    /// stage, and while another program than the model is solved on the way to a proof.
+    /// stage, in the first phase of the dual simplex, while another program than the model is
+    /// solved on the way to a proof, and where SolveLimits::reportObjective forgoes it.
     double objective = std::numeric_limits<double>::quiet_NaN();
 };
 
@@ -56,6 +57,8 @@ struct SolveLimits
     std::uint64_t singlePrecisionPivots = kNoLimit;
     std::uint64_t doublePivots = kNoLimit;
     std::uint64_t exactPivots = kNoLimit;
+    /// Whether Progress::objective is wanted, which costs a walk over all variables per pivot.
+    bool reportObjective = true;
     /// Asked before each pivot, and now and then in what takes long; returning false ends the
     /// solve.
     std::function<bool(const Progress&)> keepGoing;
@@ -124,7 +127,7 @@ public:
     /// Whether it is worth knowing the objective before a pivot.
     [[nodiscard]] bool AsksForObjective() const noexcept
     {
-        return m_limits.keepGoing && m_asides == 0;
+        return m_limits.keepGoing && m_limits.reportObjective && m_asides == 0;
     }
     /// How the objective of the form becomes the model's: sign * (objective + constant).
     void ReportObjectiveAs(double sign, double constant) noexcept

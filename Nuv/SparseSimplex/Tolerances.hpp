@@ -55,4 +55,27 @@ inline constexpr double kCancelled = 1e-100;
 /// Goldfarb, Steepest-edge simplex algorithms for linear programming, 1992).
 inline constexpr double kLargestWeight = 1e8;
 
+/// In the dual ratio test a reduced cost may pass zero by this much for the sake of a larger pivot;
+/// what passed is shifted back.
+inline constexpr double kDualSlack = 1e-9;
+
+/// A pivot of the dual simplex is safe from this size on, or from this share of the largest at
+/// hand.
+inline constexpr double kSafePivot = 1.0;
+inline constexpr double kSafePivotShare = 0.1;
+
+/// Costs are perturbed by one to two times this share of their size.
+inline constexpr double kCostPush = 5e-7;
+
+/// A steepest-edge weight that was believed to be less than this share of what it is has misled the
+/// choice of the leaving variable.
+inline constexpr double kWeightShare = 0.25;
+
+/// Rounding may bring an updated weight to zero or below, which no row of an inverse has.
+inline constexpr double kSmallestWeight = 1e-4;
+
+/// The box of a free variable in the first phase of the dual simplex, next to which that of others,
+/// of one, is small: a reduced cost of a free variable is wrong unless it is zero.
+inline constexpr double kFreeBox = 1000.0;
+
 }  // namespace nuv::tolerance

@@ -49,6 +49,7 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
     solve.singlePrecisionOnly = options.floatOnly;
     solve.sensitivity = options.sensitivity;
     solve.numbers = options.numbers;
+    solve.limits.reportObjective = options.progress;
     solve.limits.keepGoing = [&line](const nuv::Progress& progress)
     {
         line.Show(progress);

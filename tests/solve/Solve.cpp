@@ -268,14 +268,18 @@ TEST(Solve, TakesNumbersForTheDecimalsThatTheyLookLike)
     EXPECT_TRUE(stored.proved);
 }
 
-TEST(Solve, TellsWhereItStands)
+/// 3 x + 2 y + 10 with x + y >= least and more: the progress of its solve.
+std::vector<nuv::Progress> Follow(double least, nuv::Sense sense, nuv::Solution& solution)
 {
     nuv::Model model;
     const nuv::Variable x = model.AddVariable("x", {0, 4});
     const nuv::Variable y = model.AddVariable("y");
-    model.Add("a", x + y >= 2);
+    model.Add("a", x + y >= least);
     model.Add("b", x + 3 * y <= 9);
-    model.Maximize(3 * x + 2 * y + 10);
+    if (sense == nuv::Sense::Maximize)
+        model.Maximize(3 * x + 2 * y + 10);
+    else
+        model.Minimize(3 * x + 2 * y + 10);
     nuv::SolveOptions options;
     options.useSinglePrecision = false;
     std::vector<nuv::Progress> seen;
@@ -284,13 +288,29 @@ TEST(Solve, TellsWhereItStands)
         seen.push_back(progress);
         return true;
     };
-    const nuv::Solution solution = model.Solve(options);
+    solution = model.Solve(options);
+    return seen;
+}
+
+TEST(Solve, TellsWhereItStandsWhileFeasible)
+{
+    nuv::Solution solution;
+    const std::vector<nuv::Progress> seen = Follow(0, nuv::Sense::Maximize, solution);
     ASSERT_GE(seen.size(), 2U);
-    EXPECT_FALSE(seen.front().feasible);
-    EXPECT_NEAR(seen.front().objective, 2.0, 1e-3) << "row a lacks 2";
-    EXPECT_TRUE(seen.back().feasible);
+    EXPECT_TRUE(seen.front().feasible);
+    EXPECT_EQ(seen.front().objective, 10.0);
     EXPECT_GT(seen.back().objective, 10.0);
     EXPECT_LT(seen.back().objective, solution.objective);
+}
+
+TEST(Solve, TellsHowFarItIsFromFeasible)
+{
+    nuv::Solution solution;
+    const std::vector<nuv::Progress> seen = Follow(2, nuv::Sense::Minimize, solution);
+    ASSERT_GE(seen.size(), 1U);
+    EXPECT_FALSE(seen.front().feasible);
+    EXPECT_NEAR(seen.front().objective, 2.0, 1e-3) << "row a lacks 2";
+    EXPECT_EQ(solution.objective, 14.0);
 }
 
 /// Thousands of columns that no row uses take no pivot each.

@@ -170,5 +170,53 @@ TEST(DoubleSimplex, EndsWithinTheTrueBounds)
     EXPECT_GT(optima, 20);
 }
 
+/// minimise -x - y with x + y <= 4, x - y >= -2, x + 3 y >= 3: no bound above keeps x and y, so the
+/// slack basis is right neither way.
+TEST(DualSimplex, FindsADualFeasibleBasisInAFirstPhase)
+{
+    const BoundedForm form =
+        MakeForm({-1, -1}, {{{1, 1}, {-kInf, 4}}, {{1, -1}, {-2, kInf}}, {{1, 3}, {3, kInf}}});
+    const ScaledForm scaled(form);
+    SimplexState state(scaled, SlackBasis(form));
+    SolveControl control;
+    DualSimplex dual(state, control);
+    ASSERT_EQ(dual.Run(DualSimplex::Start::Perturbed), SimplexVerdict::Optimal);
+    // The perturbation is far smaller than the costs, so the basis is optimal for these too.
+    double objective = 0.0;
+    for (Index v = 0; v < form.columns; ++v)
+        objective += form.cost[v] * state.value[v] * scaled.Scale(v);
+    EXPECT_NEAR(objective, -4.0, 1e-9);
+    state.cost = scaled.cost;
+    PrimalSimplex primal(state, control);
+    const std::uint64_t before = control.Pivots(Stage::Double);
+    EXPECT_EQ(primal.Run(false), SimplexVerdict::Optimal);
+    EXPECT_LE(control.Pivots(Stage::Double), before + 1);
+}
+
+/// The costs that a perturbed run leaves behind differ from the form's, by little.
+TEST(DualSimplex, PerturbsCostsByLittleAndTheSameWayEachTime)
+{
+    const BoundedForm form = MakeForm({1, 2, 0}, {{{1, 1, 1}, {3, kInf}}}, {{0, kInf}, {0, 5}, {}});
+    const ScaledForm scaled(form);
+    std::vector<std::vector<double>> costs;
+    for (int run = 0; run < 2; ++run)
+    {
+        SimplexState state(scaled, SlackBasis(form));
+        SolveLimits limits;
+        limits.doublePivots = 0;
+        SolveControl control(limits);
+        DualSimplex dual(state, control);
+        (void)dual.Run(DualSimplex::Start::Perturbed);
+        EXPECT_TRUE(dual.CostsWereShifted());
+        costs.push_back(state.cost);
+    }
+    EXPECT_EQ(costs[0], costs[1]);
+    for (Index v = 0; v < 2; ++v)
+    {
+        EXPECT_GT(costs[0][v], scaled.cost[v]);
+        EXPECT_LT(costs[0][v], scaled.cost[v] + 1e-4);
+    }
+}
+
 }  // namespace
 }  // namespace nuv::test

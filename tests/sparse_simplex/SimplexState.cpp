@@ -2,10 +2,13 @@
 /// reduced costs and rows that follow from them, each against its definition.
 #include "Nuv/SparseSimplex/SimplexState.hpp"
 #include "Nuv/Algebra/PrimeField.hpp"
+#include "Nuv/Algebra/SparseLu.hpp"
+#include "Nuv/SparseSimplex/BasisFactors.hpp"
 #include "tests/support/Forms.hpp"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -173,9 +176,9 @@ TEST(SimplexState, ReducedCostsAndRowsAreThoseOfTheDefinition)
         for (const Index v : state.head)
             basicCost.push_back(state.cost[v]);
         state.ComputeReducedCosts(state.cost, basicCost);
-        WorkRow row;
-        std::vector<double> inverseRow;
-        std::vector<double> column;
+        WorkVector row;
+        WorkVector inverseRow;
+        WorkVector column;
         for (Index v = 0; v < form.Variables(); ++v)
         {
             if (state.status[v] == BasisStatus::Basic)
@@ -187,31 +190,55 @@ TEST(SimplexState, ReducedCostsAndRowsAreThoseOfTheDefinition)
             state.SolveColumn(v, column);
             double expected = state.cost[v];
             for (Index k = 0; k < form.rows; ++k)
-                expected -= basicCost[k] * column[k];
+                expected -= basicCost[k] * column.value[k];
             EXPECT_NEAR(state.reduced[v], expected, 1e-8 * (1.0 + std::fabs(expected)));
             for (Index k = 0; k < form.rows; k += 5)
             {
                 state.SolveUnitRow(k, inverseRow);
                 state.PriceRow(inverseRow, row);
-                EXPECT_NEAR(row.value[v], column[k], 1e-8 * (1.0 + std::fabs(column[k])));
+                EXPECT_NEAR(row.value[v], column.value[k],
+                            1e-8 * (1.0 + std::fabs(column.value[k])));
             }
         }
     }
 }
 
-/// Entries that cancel are listed once, and nothing is left behind for the next row.
+/// A vector by rows with ones at these places.
+WorkVector Ones(Index size, const std::vector<Index>& places)
+{
+    WorkVector vector;
+    vector.Reset(size);
+    for (const Index at : places)
+        vector.Set(at, 1.0);
+    return vector;
+}
+
+/// Entries that cancel are listed once, and nothing is left behind for the next row. The last rows
+/// are there so that one row is few of them, which goes by rows, and five are many.
 TEST(SimplexState, APricedRowListsEachPlaceOnce)
 {
-    const BoundedForm form = MakeForm({0, 0}, {{{1, 1}, {}}, {{-1, 1}, {}}, {{1, 0}, {}}});
+    std::vector<DenseRow> rows = {{{1, 1}, {}}, {{-1, 1}, {}}, {{1, 0}, {}}};
+    rows.resize(12, {{0, 0}, {}});
+    const BoundedForm form = MakeForm({0, 0}, rows);
     const ScaledForm scaled(form);
-    SimplexState state(scaled, SlackBasis(form));
-    WorkRow row;
-    state.PriceRow({1.0, 1.0, 1.0}, row);
-    std::vector<int> times(form.Variables(), 0);
-    for (const Index v : row.touched)
-        ++times[v];
-    EXPECT_EQ(times, (std::vector<int>{1, 1, 1, 1, 1}));
-    state.PriceRow({0.0, 0.0, 2.0}, row);
+    Basis start = SlackBasis(form);
+    // No column is basic, and of the logicals only those that follow.
+    std::fill(start.rows.begin(), start.rows.begin() + 3, BasisStatus::Free);
+    SimplexState state(scaled, start);
+    WorkVector row;
+    for (const std::vector<Index>& places :
+         {std::vector<Index>{0, 1, 2}, std::vector<Index>{0, 1, 2, 10, 11}})
+    {
+        state.PriceRow(Ones(form.rows, places), row);
+        std::vector<int> times(5, 0);
+        for (const Index v : row.touched)
+            ++times.at(v);
+        EXPECT_EQ(times, (std::vector<int>{1, 1, 1, 1, 1}));
+        EXPECT_EQ(row.value[0], 1.0);
+        EXPECT_EQ(row.value[1], 2.0);
+        EXPECT_EQ(row.value[form.Logical(1)], -1.0);
+    }
+    state.PriceRow(Ones(form.rows, {2}), row);
     EXPECT_EQ(row.value[1], 0.0);
     EXPECT_EQ(row.touched.size(), 2U);
 }
@@ -225,7 +252,7 @@ TEST(FactoriseBasis, ReplacesDependentColumnsAlikeOverEachField)
         ColumnsWithLogicals<double>(form, [](Index, Index, double entry) { return entry; });
     const std::vector<Index> start = {0, 1, 2};
     std::vector<Index> head = start;
-    SparseLu<RealField> doubles;
+    BasisLu doubles;
     const auto replaced = FactoriseBasis(doubles, Selected(columns, head), form.columns, head);
     ASSERT_EQ(replaced.size(), 1U);
     EXPECT_TRUE(replaced[0].dropped == 0 || replaced[0].dropped == 1);

@@ -7,6 +7,8 @@
 
 namespace nuv
 {
+namespace
+{
 NuvSizeT PlaceArrays(DenseIteration* x, const Iteration* it, void* block)
 {
     WorkspaceLayout layout(block);
@@ -19,6 +21,7 @@ NuvSizeT PlaceArrays(DenseIteration* x, const Iteration* it, void* block)
     layout.Place(&x->nonbasicColumns, it->numNonbasic);
     return layout.BytesNeeded();
 }
+}  // namespace
 
 bool AllocateArrays(DenseIteration* x, const Iteration* it)
 {

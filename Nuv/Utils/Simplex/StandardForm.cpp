@@ -170,14 +170,7 @@ bool AreFinite(const NuvFloat32* x, NuvSizeT count)
 
 StandardForm ViewOf(const NuvLinearProgramming* lp)
 {
-    return {lp->numConstraints,
-            lp->numVars,
-            lp->A.data,
-            lp->b.data,
-            lp->c.data,
-            false,
-            0,
-            static_cast<NuvSizeT>(lp->numVars) + lp->numConstraints};
+    return {lp->numConstraints, lp->numVars, lp->A.data, lp->b.data, lp->c.data, false, 0};
 }
 }  // namespace
 

@@ -1,0 +1,198 @@
+/// Storage of a triangular factor and substitution over it.
+#include "Nuv/SparseSimplex/Factors/Triangle.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace nuv
+{
+
+void Triangle::Load(const SparseVectors<double>& vectors, std::span<const Index> order)
+{
+    m_range.assign(order.size(), {});
+    m_index = vectors.index;
+    m_value = vectors.value;
+    m_entries = vectors.index.size();
+    for (Index k = 0; k < vectors.Count(); ++k)
+    {
+        const std::size_t size = vectors.start[k + 1] - vectors.start[k];
+        m_range[order[k]] = {vectors.start[k], size, size};
+    }
+}
+
+void Triangle::LoadTransposed(const Triangle& other)
+{
+    m_range.assign(other.Count(), {});
+    m_entries = other.m_entries;
+    for (Index k = 0; k < other.Count(); ++k)
+    {
+        for (const Index at : other.Indices(k))
+            ++m_range[at].room;
+    }
+    std::size_t end = 0;
+    for (Range& range : m_range)
+    {
+        range.begin = end;
+        end += range.room;
+    }
+    m_index.resize(end);
+    m_value.resize(end);
+    for (Index k = 0; k < other.Count(); ++k)
+    {
+        for (const auto [at, entry] : other[k])
+        {
+            Range& range = m_range[at];
+            m_index[range.begin + range.size] = k;
+            m_value[range.begin + range.size] = entry;
+            ++range.size;
+        }
+    }
+}
+
+void Triangle::Append(Index number, Index at, double entry)
+{
+    Range& range = m_range[number];
+    if (range.size == range.room)
+        MoveToEnd(range);
+    m_index[range.begin + range.size] = at;
+    m_value[range.begin + range.size] = entry;
+    ++range.size;
+    ++m_entries;
+}
+
+void Triangle::MoveToEnd(Range& range)
+{
+    const std::size_t begin = m_index.size();
+    const std::size_t room = 2 * range.size + 4;
+    m_index.resize(begin + room);
+    m_value.resize(begin + room);
+    for (std::size_t k = 0; k < range.size; ++k)
+    {
+        m_index[begin + k] = m_index[range.begin + k];
+        m_value[begin + k] = m_value[range.begin + k];
+    }
+    range = {begin, range.size, room};
+}
+
+void Triangle::Remove(Index number, Index at) noexcept
+{
+    Range& range = m_range[number];
+    std::size_t place = range.begin;
+    while (m_index[place] != at)
+        ++place;
+    --range.size;
+    m_index[place] = m_index[range.begin + range.size];
+    m_value[place] = m_value[range.begin + range.size];
+    --m_entries;
+}
+
+void Triangle::Empty(Index number) noexcept
+{
+    m_entries -= m_range[number].size;
+    m_range[number].size = 0;
+}
+
+void ReachSearch::Resize(Index size)
+{
+    m_mark.assign(size, 0);
+    m_epoch = 0;
+}
+
+bool ReachSearch::Run(const Triangle& triangle, std::span<const Index> start)
+{
+    // A share of all numbers, and of the edges for long vectors, beyond which the walk along all
+    // steps is no slower.
+    const std::size_t most = m_mark.size() / 10;
+    m_order.clear();
+    if (start.size() > most)
+        return false;
+    if (++m_epoch == 0)
+    {
+        std::fill(m_mark.begin(), m_mark.end(), 0U);
+        m_epoch = 1;
+    }
+    for (const Index root : start)
+    {
+        if (m_mark[root] == m_epoch)
+            continue;
+        m_mark[root] = m_epoch;
+        m_stack.push_back({root, 0});
+        while (!m_stack.empty())
+        {
+            Frame& frame = m_stack.back();
+            const std::span<const Index> successors = triangle.Indices(frame.number);
+            while (frame.next < successors.size() && m_mark[successors[frame.next]] == m_epoch)
+                ++frame.next;
+            if (frame.next < successors.size())
+            {
+                const Index number = successors[frame.next++];
+                m_mark[number] = m_epoch;
+                m_stack.push_back({number, 0});
+                continue;
+            }
+            m_order.push_back(frame.number);
+            m_stack.pop_back();
+            if (m_order.size() > most)
+            {
+                m_stack.clear();
+                return false;
+            }
+        }
+    }
+    std::reverse(m_order.begin(), m_order.end());
+    return true;
+}
+
+namespace
+{
+
+/// One step: the unknown by its pivot, and its multiple taken from what is left of later steps.
+inline void Eliminate(const Triangle& triangle, Index number, const double* pivot,
+                      WorkVector& vector)
+{
+    double& unknown = vector.value[number];
+    if (unknown == 0.0)
+        return;
+    if (std::fabs(unknown) < tolerance::kNegligible)
+    {
+        unknown = 0.0;
+        return;
+    }
+    vector.touched.push_back(number);
+    if (pivot != nullptr)
+        unknown /= pivot[number];
+    const double factor = unknown;
+    for (const auto [at, entry] : triangle[number])
+        vector.value[at] -= entry * factor;
+}
+
+}  // namespace
+
+void Substitute(const Triangle& triangle, std::span<const Index> order, Direction direction,
+                const double* pivot, ReachSearch& search, WorkVector& vector)
+{
+    if (vector.touched.empty())
+        return;
+    if (search.Run(triangle, vector.touched))
+    {
+        vector.touched.clear();
+        for (const Index number : search.Order())
+            Eliminate(triangle, number, pivot, vector);
+        return;
+    }
+    vector.touched.clear();
+    if (direction == Direction::FirstToLast)
+    {
+        for (const Index number : order)
+            if (number != kNoIndex)
+                Eliminate(triangle, number, pivot, vector);
+    }
+    else
+    {
+        for (std::size_t step = order.size(); step-- > 0;)
+            if (order[step] != kNoIndex)
+                Eliminate(triangle, order[step], pivot, vector);
+    }
+}
+
+}  // namespace nuv
