@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 
 namespace nuv
 {
@@ -30,7 +31,29 @@ public:
     {
     }
 
-    bool operator()(const NuvLinearProgrammingPivot& pivot)
+    /// The core, through which no exception can pass, is ended instead; see Rethrow.
+    bool operator()(const NuvLinearProgrammingPivot& pivot) noexcept
+    {
+        try
+        {
+            return Follow(pivot);
+        }
+        catch (...)
+        {
+            m_thrown = std::current_exception();
+            return false;
+        }
+    }
+
+    /// Throws what the caller's functions, or a lack of memory, have thrown within the core.
+    void Rethrow() const
+    {
+        if (m_thrown)
+            std::rethrow_exception(m_thrown);
+    }
+
+private:
+    bool Follow(const NuvLinearProgrammingPivot& pivot)
     {
         const std::span<const Index> basic(pivot.basic, pivot.numBasic);
         m_result.basicLabels.assign(basic.begin(), basic.end());
@@ -57,7 +80,6 @@ public:
         return true;
     }
 
-private:
     bool Stop(SinglePrecisionOutcome outcome)
     {
         m_result.outcome = outcome;
@@ -91,6 +113,7 @@ private:
     std::uint64_t m_span = 1;
     std::uint64_t m_rememberedAt = 0;
     std::vector<Index> m_remembered;
+    std::exception_ptr m_thrown;
 };
 
 bool IsFinite(const CanonicalForm& form)
@@ -167,10 +190,12 @@ RunSinglePrecisionStage(const CanonicalForm& form, const SinglePrecisionBudget& 
     for (Index i = 0; i < form.rows; ++i)
         result.basicLabels.push_back(form.columns + 1 + i);
     const bool isBudgetAffordable = budget.pivots <= affordable;
-    const Verdict verdict = program.Solve(Follower(
-        std::min(budget.pivots, affordable),
-        isBudgetAffordable ? SinglePrecisionOutcome::PivotBudget : SinglePrecisionOutcome::Memory,
-        control, observe, result));
+    Follower follower(std::min(budget.pivots, affordable),
+                      isBudgetAffordable ? SinglePrecisionOutcome::PivotBudget
+                                         : SinglePrecisionOutcome::Memory,
+                      control, observe, result);
+    const Verdict verdict = program.Solve(follower);
+    follower.Rethrow();
     result.outcome = OutcomeOf(verdict, result.outcome);
     if (result.outcome != SinglePrecisionOutcome::Optimal)
         return result;
