@@ -154,6 +154,31 @@ Result<std::string> Unpack(const std::string& packed, const std::string& path)
     }
 }
 
+bool WritePlain(const std::string& path, std::string_view text)
+{
+    std::FILE* const file = path == "-" ? stdout : std::fopen(path.c_str(), "wb");
+    const bool isWritten = file != nullptr &&
+                           std::fwrite(text.data(), 1, text.size(), file) == text.size() &&
+                           std::fflush(file) == 0;
+    // Closing can fail too, where the disk is full.
+    return (file == nullptr || file == stdout || std::fclose(file) == 0) && isWritten;
+}
+
+bool WritePacked(const std::string& path, std::string_view text)
+{
+    const gzFile file = gzopen(path.c_str(), "wb");
+    if (!file)
+        return false;
+    bool isWritten = true;
+    while (isWritten && !text.empty())
+    {
+        const auto size = static_cast<unsigned>(std::min(text.size(), kPiece));
+        isWritten = gzwrite(file, text.data(), size) == static_cast<int>(size);
+        text.remove_prefix(size);
+    }
+    return gzclose(file) == Z_OK && isWritten;
+}
+
 }  // namespace
 
 std::string DisplayName(const std::string& path)
@@ -171,21 +196,19 @@ Result<std::string> ReadTextFile(const std::string& path)
             return OpeningError(path, errno);
     }
     Result<std::string> bytes = ReadAll(opened ? opened.get() : stdin, path);
-    const bool packed = bytes && std::string_view(*bytes).starts_with("\x1F\x8B");
-    return packed ? Unpack(*bytes, path) : std::move(bytes);
+    return bytes ? Unpacked(std::move(*bytes), path) : std::move(bytes);
+}
+
+Result<std::string> Unpacked(std::string bytes, const std::string& path)
+{
+    const bool isPacked = std::string_view(bytes).starts_with("\x1F\x8B");
+    return isPacked ? Unpack(bytes, path) : Result<std::string>(std::move(bytes));
 }
 
 std::optional<Error> WriteTextFile(const std::string& path, std::string_view text)
 {
     errno = 0;
-    std::FILE* const file = path == "-" ? stdout : std::fopen(path.c_str(), "wb");
-    bool isWritten = file != nullptr &&
-                     std::fwrite(text.data(), 1, text.size(), file) == text.size() &&
-                     std::fflush(file) == 0;
-    // Closing can fail too, where the disk is full.
-    if (file != nullptr && file != stdout)
-        isWritten = std::fclose(file) == 0 && isWritten;
-    if (isWritten)
+    if (path.ends_with(".gz") ? WritePacked(path, text) : WritePlain(path, text))
         return std::nullopt;
     return Error{"file.unwritable",
                  std::string("the file cannot be written: ") + std::strerror(errno),

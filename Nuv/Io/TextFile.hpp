@@ -16,7 +16,10 @@ namespace nuv
 /// file.unreadable, file.damaged (gzip) or file.too-large (beyond 4 GiB, unpacked).
 [[nodiscard]] Result<std::string> ReadTextFile(const std::string& path);
 
-/// Writes the file at `path` anew, or to standard output for "-".
+/// The bytes of such a file, unpacked if they are packed; `path` names it in errors.
+[[nodiscard]] Result<std::string> Unpacked(std::string bytes, const std::string& path);
+
+/// Writes the file at `path` anew, gzipped if its name ends with .gz, or to standard output for "-".
 /// @return nothing, or an error with the code file.unwritable and the reason.
 [[nodiscard]] std::optional<Error> WriteTextFile(const std::string& path, std::string_view text);
 
