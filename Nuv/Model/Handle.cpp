@@ -44,4 +44,20 @@ void HandleOrigins::Remove(const std::vector<bool>& marked)
     m_count = kept;
 }
 
+void HandleOrigins::TakeBack(std::uint32_t count) noexcept
+{
+    const bool isStored = m_count != m_made;
+    m_made -= m_count - count;
+    m_count = count;
+    if (isStored)
+    {
+        m_indexAt.resize(m_count);
+        m_placeOf.resize(m_made);
+    }
+    // What is added from now on has another origin.
+    m_isOpen = false;
+    while (!m_stretches.empty() && m_stretches.back().begin >= m_made)
+        m_stretches.pop_back();
+}
+
 }  // namespace nuv

@@ -113,6 +113,10 @@ public:
     /// Takes the places away that are marked, one mark by place; the others move up.
     void Remove(const std::vector<bool>& marked);
 
+    /// Takes back the last places, all but `count`, which were added since anything was removed.
+    /// Their handles are refused from then on.
+    void TakeBack(std::uint32_t count) noexcept;
+
     /// The handle of what stands at a place; not valid if there is no such place.
     template <class Kind>
     [[nodiscard]] Handle<Kind> Make(std::uint32_t place) const noexcept

@@ -111,6 +111,12 @@ public:
     bool SetBounds(Row row, Bounds bounds);
     /// In the model's own sense.
     bool SetCost(Variable variable, double cost);
+    bool SetObjectiveConstant(double constant);
+    /// Turns the objective round, its numbers unchanged.
+    void SetSense(Sense sense) noexcept
+    {
+        m_sense = sense;
+    }
     /// A coefficient of 0 takes the entry out of the row.
     bool SetCoefficient(Row row, Variable variable, double coefficient);
 
@@ -295,6 +301,7 @@ public:
     }
 
 private:
+    friend class BulkEditor;
     friend class ModelBuilder;
 
     Variable AddNamedVariable(std::string_view name, Bounds bounds, bool isMade = false);

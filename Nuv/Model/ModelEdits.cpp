@@ -142,6 +142,14 @@ bool Model::SetCost(Variable variable, double cost)
     return true;
 }
 
+bool Model::SetObjectiveConstant(double constant)
+{
+    if (!std::isfinite(constant))
+        return Fail(NotFinite("the objective"));
+    m_objectiveConstant = constant;
+    return true;
+}
+
 bool Model::SetCoefficient(Row row, Variable variable, double coefficient)
 {
     const std::uint32_t at = Locate("a coefficient is set for", row);

@@ -160,6 +160,19 @@ bool NameTable::Name(std::uint32_t index, std::string_view name)
     return true;
 }
 
+void NameTable::Truncate(std::uint32_t size, std::size_t characters) noexcept
+{
+    if (size == Size())
+        return;
+    m_entries.resize(size);
+    m_characters.resize(characters);
+    m_used = 0;
+    for (const Entry& entry : m_entries)
+        m_used += entry.length != 0;
+    // As many slots as before: what is assigned needs no storage.
+    Rehash(m_slots.size());
+}
+
 void NameTable::Store(Slot& slot, std::uint32_t index, std::string_view name, const Key& key)
 {
     m_entries[index] = {m_characters.size(), name.size()};

@@ -76,6 +76,15 @@ public:
     /// @return false, and changes nothing, if another entry has the name or this one has one.
     bool Name(std::uint32_t index, std::string_view name);
 
+    /// How many characters all names have.
+    [[nodiscard]] std::size_t CharacterCount() const noexcept
+    {
+        return m_characters.size();
+    }
+    /// Forgets the entries from `size` on. The names of the others have been the first
+    /// `characters`, all of them given before any name of those.
+    void Truncate(std::uint32_t size, std::size_t characters) noexcept;
+
 private:
     struct Entry
     {
