@@ -1,6 +1,7 @@
 # The model layer as those have it who install it: the objects of its rooms in one library, static or shared
 # as the core's is, and the headers that a program reaches. In this tree Nuv::Model is the rooms themselves.
-set(NUV_MODEL_ROOMS nuv_algebra nuv_model nuv_io nuv_sparse_simplex nuv_certificate nuv_exact nuv_solve)
+set(NUV_MODEL_ROOMS nuv_algebra nuv_model nuv_io nuv_sparse_simplex nuv_certificate nuv_vipr nuv_exact nuv_solve
+                    nuv_report nuv_c_interface)
 
 # Those that users include, and those that these include: neither Boost nor GMP is among them.
 set(NUV_MODEL_HEADERS
@@ -22,6 +23,11 @@ set(NUV_MODEL_HEADERS
     Nuv/Model/Handle.hpp
     Nuv/Model/Model.hpp
     Nuv/Model/NameTable.hpp
+    Nuv/Model/NuvModel.h
+    Nuv/Model/NuvModelTypes.h
+    Nuv/Model/NuvSolution.h
+    Nuv/Report/JsonReport.hpp
+    Nuv/Report/TextReport.hpp
     Nuv/Solve/CanonicalForm.hpp
     Nuv/Solve/Scaling.hpp
     Nuv/Solve/SinglePrecisionStage.hpp
@@ -38,6 +44,10 @@ endforeach()
 find_package(fmt REQUIRED)
 find_package(ZLIB REQUIRED)
 
+# The version of the C interface is that of the soname.
+nuv_soname_version(nuv_model_interface)
+configure_file(abi/model.map.in ${PROJECT_BINARY_DIR}/model.map @ONLY)
+
 # The libraries that the rooms' sources use; a program that links the static library links them too.
 function(nuv_link_model target)
     target_link_libraries(${target} PRIVATE fmt::fmt ZLIB::ZLIB)
@@ -48,8 +58,8 @@ function(nuv_link_model target)
     get_target_property(type ${target} TYPE)
     if(type STREQUAL SHARED_LIBRARY AND NOT MSVC AND NOT APPLE)
         target_link_options(
-            ${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/abi/model.map -Wl,--no-undefined)
-        set_property(TARGET ${target} PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/abi/model.map)
+            ${target} PRIVATE -Wl,--version-script=${PROJECT_BINARY_DIR}/model.map -Wl,--no-undefined)
+        set_property(TARGET ${target} PROPERTY LINK_DEPENDS ${PROJECT_BINARY_DIR}/model.map)
     endif()
 endfunction()
 

@@ -90,7 +90,7 @@ ReadResult ReadModelFile(const std::string& path, const ReadOptions& options)
 
 WriteResult WriteModel(const Model& model, std::string_view path)
 {
-    return EndsWith(path, ".mps") ? WriteMps(model) : WriteLp(model);
+    return FormatOf({}, path) == ModelFormat::Mps ? WriteMps(model) : WriteLp(model);
 }
 
 Result<Model> Model::Read(const std::string& path)

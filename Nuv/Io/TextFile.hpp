@@ -19,7 +19,8 @@ namespace nuv
 /// The bytes of such a file, unpacked if they are packed; `path` names it in errors.
 [[nodiscard]] Result<std::string> Unpacked(std::string bytes, const std::string& path);
 
-/// Writes the file at `path` anew, gzipped if its name ends with .gz, or to standard output for "-".
+/// Writes the file at `path` anew, gzipped if its name ends with .gz, or to standard output for
+/// "-".
 /// @return nothing, or an error with the code file.unwritable and the reason.
 [[nodiscard]] std::optional<Error> WriteTextFile(const std::string& path, std::string_view text);
 

@@ -1,41 +1,46 @@
 #include "Nuv/Model/BulkEditor.hpp"
 
-#include <string>
+#include <utility>
 
 namespace nuv
 {
-namespace
-{
 
-void NameUnnamed(NameTable& names, std::uint32_t from, const char* prefix)
+BulkEditor::Names::Names(NameTable& names, char letter) noexcept
+    : m_names(names), m_letter(letter), m_size(names.Size()), m_characters(names.CharacterCount())
 {
-    for (std::uint32_t index = from; index < names.Size(); ++index)
-    {
-        if (!names[index].empty())
-            continue;
-        std::string name = prefix + std::to_string(index + 1);
-        while (!names.Name(index, name))
-            name += '_';
-    }
 }
 
-}  // namespace
+bool BulkEditor::Names::Append(std::string_view name)
+{
+    if (name.empty())
+        return m_names.Add(m_names.MakeName(m_letter), true) != NameTable::None;
+    const std::uint32_t taken = m_names.Find(name);
+    // A made name of an entry that was there before gives way, which nothing but a copy takes back.
+    if (taken < m_size && m_names.IsMade(taken) && !m_before)
+        m_before = m_names;
+    return m_names.Add(name) != NameTable::None;
+}
+
+void BulkEditor::Names::TakeBack() noexcept
+{
+    if (m_before)
+        m_names = std::move(*m_before);
+    m_names.Truncate(m_size, m_characters);
+}
 
 BulkEditor::BulkEditor(Model& model) noexcept
     : m_model(model),
       m_columns(model.VariableCount()),
       m_rows(model.RowCount()),
       m_entries(model.NonzeroCount()),
-      m_columnCharacters(model.m_variableNames.CharacterCount()),
-      m_rowCharacters(model.m_rowNames.CharacterCount())
+      m_columnNames(model.m_variableNames, 'x'),
+      m_rowNames(model.m_rowNames, 'R')
 {
 }
 
 bool BulkEditor::AppendColumn(std::string_view name, Bounds bounds, double cost)
 {
-    if (name.empty())
-        (void)m_model.m_variableNames.AddUnnamed();
-    else if (!m_model.m_variableNames.Intern(name).isNew)
+    if (!m_columnNames.Append(name))
         return false;
     m_model.AppendColumn(bounds);
     m_model.m_objective.back() = cost;
@@ -46,8 +51,9 @@ bool BulkEditor::AppendRow(std::string_view name, Bounds bounds,
                            std::span<const std::uint32_t> columns,
                            std::span<const double> coefficients)
 {
-    if (!m_model.AppendRow(name, bounds).Valid())
+    if (!m_rowNames.Append(name))
         return false;
+    m_model.AppendUnnamedRow(bounds);
     m_model.m_columns.insert(m_model.m_columns.end(), columns.begin(), columns.end());
     m_model.m_coefficients.insert(m_model.m_coefficients.end(), coefficients.begin(),
                                   coefficients.end());
@@ -55,23 +61,16 @@ bool BulkEditor::AppendRow(std::string_view name, Bounds bounds,
     return true;
 }
 
-void BulkEditor::Commit()
-{
-    NameUnnamed(m_model.m_variableNames, m_columns, "x");
-    NameUnnamed(m_model.m_rowNames, m_rows, "R");
-    m_isCommitted = true;
-}
-
 void BulkEditor::TakeBack() noexcept
 {
     // Nothing becomes longer, so nothing is allocated, wherever the appending broke off.
+    m_columnNames.TakeBack();
+    m_rowNames.TakeBack();
     m_model.m_variables.TakeBack(m_columns);
-    m_model.m_variableNames.Truncate(m_columns, m_columnCharacters);
     m_model.m_objective.resize(m_columns);
     m_model.m_variableLower.resize(m_columns);
     m_model.m_variableUpper.resize(m_columns);
     m_model.m_rows.TakeBack(m_rows);
-    m_model.m_rowNames.Truncate(m_rows, m_rowCharacters);
     m_model.m_rowLower.resize(m_rows);
     m_model.m_rowUpper.resize(m_rows);
     m_model.m_rowStarts.resize(std::size_t{m_rows} + 1);

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -24,26 +25,44 @@ public:
             TakeBack();
     }
 
-    /// An empty name is filled in by Commit: x<k> for the k-th column, R<k> for the k-th row, with
-    /// underscores behind it while that is taken.
-    /// @return false, and appends nothing, if the name is taken.
+    /// An empty name is filled in as Model::AddVariable() does.
+    /// @return false, and appends nothing, if the name was given to another.
     [[nodiscard]] bool AppendColumn(std::string_view name, Bounds bounds, double cost);
     /// The same for a row, whose entries are in different columns of the model.
     [[nodiscard]] bool AppendRow(std::string_view name, Bounds bounds,
                                  std::span<const std::uint32_t> columns,
                                  std::span<const double> coefficients);
 
-    void Commit();
+    void Commit() noexcept
+    {
+        m_isCommitted = true;
+    }
 
 private:
+    /// The names of a model, and what they were if one of them had to give way.
+    class Names
+    {
+    public:
+        Names(NameTable& names, char letter) noexcept;
+        [[nodiscard]] bool Append(std::string_view name);
+        void TakeBack() noexcept;
+
+    private:
+        NameTable& m_names;
+        char m_letter;
+        std::uint32_t m_size;
+        std::size_t m_characters;
+        std::optional<NameTable> m_before;
+    };
+
     void TakeBack() noexcept;
 
     Model& m_model;
     std::uint32_t m_columns;
     std::uint32_t m_rows;
     std::size_t m_entries;
-    std::size_t m_columnCharacters;
-    std::size_t m_rowCharacters;
+    Names m_columnNames;
+    Names m_rowNames;
     bool m_isCommitted = false;
 };
 

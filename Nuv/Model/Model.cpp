@@ -137,11 +137,16 @@ Row Model::AppendRow(std::string_view name, Bounds bounds, bool isMade)
         (void)m_rowNames.AddUnnamed();
     else if (m_rowNames.Add(name, isMade) == NameTable::None)
         return {};
+    AppendUnnamedRow(bounds);
+    return RowAt(RowCount() - 1);
+}
+
+void Model::AppendUnnamedRow(Bounds bounds)
+{
     m_rows.Add();
     m_rowLower.push_back(bounds.lower);
     m_rowUpper.push_back(bounds.upper);
     m_rowStarts.push_back(m_columns.size());
-    return RowAt(RowCount() - 1);
 }
 
 void Model::AppendEntry(std::uint32_t column, double coefficient)

@@ -309,6 +309,7 @@ private:
     void AppendColumn(Bounds bounds);
     [[nodiscard]] bool CheckNewVariable(std::string_view name, Bounds bounds);
     Row AppendRow(std::string_view name, Bounds bounds, bool isMade = false);
+    void AppendUnnamedRow(Bounds bounds);
     /// To the last row, those of one variable added up.
     void AppendTerms(std::span<const Term> added);
     void AppendEntry(std::uint32_t column, double coefficient);

@@ -166,6 +166,8 @@ void NameTable::Truncate(std::uint32_t size, std::size_t characters) noexcept
         return;
     m_entries.resize(size);
     m_characters.resize(characters);
+    if (m_isMade.size() > size)
+        m_isMade.resize(size);
     m_used = 0;
     for (const Entry& entry : m_entries)
         m_used += entry.length != 0;

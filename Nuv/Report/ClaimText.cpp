@@ -5,6 +5,7 @@
 
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/JsonWriter.hpp"
 
 #include <fmt/core.h>
 

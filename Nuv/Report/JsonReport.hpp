@@ -6,7 +6,6 @@
 #pragma once
 
 #include "Nuv/Io/Diagnostics.hpp"
-#include "Nuv/Report/JsonWriter.hpp"
 #include "Nuv/Solve/Solution.hpp"
 
 #include <span>
@@ -15,6 +14,8 @@
 
 namespace nuv
 {
+
+class Json;
 
 inline constexpr std::string_view kResultSchema = "nuvlp/result/1";
 

@@ -4,6 +4,7 @@
 #include "Output.hpp"
 
 #include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/JsonWriter.hpp"
 #include "Nuv/Report/Words.hpp"
 #include "Nuv/Solve/CanonicalForm.hpp"
 #include "Nuv/Solve/ModelForm.hpp"

@@ -8,6 +8,7 @@
 #include "Nuv/Io/Mps/MpsWriter.hpp"
 #include "Nuv/Io/Smt/SmtWriter.hpp"
 #include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/JsonWriter.hpp"
 
 #include <cstdio>
 #include <filesystem>

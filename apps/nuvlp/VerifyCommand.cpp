@@ -6,6 +6,7 @@
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Io/TextFile.hpp"
 #include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/JsonWriter.hpp"
 #include "Nuv/Report/Words.hpp"
 #include "Nuv/Vipr/Check.hpp"
 #include "Nuv/Vipr/Statement.hpp"

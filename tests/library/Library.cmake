@@ -16,7 +16,7 @@ endif()
 add_test(
     NAME exported_functions
     COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIBRARY=$<TARGET_FILE:nuv_shared>
-            "-DPROMISES=${PROJECT_SOURCE_DIR}/abi/exports.txt;${PROJECT_SOURCE_DIR}/abi/additions.txt" -P
+            "-DPROMISES=${PROJECT_SOURCE_DIR}/abi/exports.txt;${PROJECT_SOURCE_DIR}/abi/additions.txt" -DFEWEST=800 -P
             ${nuv_checks}/CompareExports.cmake)
 add_test(
     NAME version
@@ -58,6 +58,12 @@ set_target_properties(nuv_model_shared PROPERTIES LINKER_LANGUAGE CXX)
 target_link_libraries(nuv_model_shared PRIVATE nuv_shared)
 nuv_link_model(nuv_model_shared)
 nuv_soname(nuv_model_shared)
+add_test(
+    NAME exported_functions_model
+    COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIBRARY=$<TARGET_FILE:nuv_model_shared>
+            -DPROMISES=${PROJECT_SOURCE_DIR}/abi/model-exports.txt -DFEWEST=50
+            "-DHEADERS=${PROJECT_SOURCE_DIR}/Nuv/Model/NuvModelTypes.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvModel.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvSolution.h"
+            -P ${nuv_checks}/CompareExports.cmake)
 
 # Users' projects, built against what lies in an empty prefix after `cmake --install`.
 find_program(NUV_PKG_CONFIG NAMES pkg-config pkgconf REQUIRED)

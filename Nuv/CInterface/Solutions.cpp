@@ -1,0 +1,266 @@
+// What a solution holds, as arrays and exact numbers.
+#include "Nuv/CInterface/Records.hpp"
+
+#include "Nuv/Certificate/Certificate.hpp"
+
+namespace nuv::c
+{
+namespace
+{
+
+/// The array that `of` picks from a solution, or null where it is empty.
+template <class Pick>
+auto ArrayOf(const NuvSolution* handle, std::uint32_t* count, const Pick& of) noexcept
+    -> decltype(of(*handle).data())
+{
+    if (count)
+        *count = 0;
+    if (!IsHandle(handle) || of(*handle).empty())
+        return nullptr;
+    if (count)
+        *count = static_cast<std::uint32_t>(of(*handle).size());
+    return of(*handle).data();
+}
+
+const std::uint8_t* StatusesOf(const NuvSolution* handle, std::uint32_t* count,
+                               std::vector<BasisStatus> Basis::*part) noexcept
+{
+    // Bytes all the same.
+    static_assert(sizeof(BasisStatus) == 1 &&
+                  static_cast<int>(BasisStatus::Free) == NUV_BASISSTATUS_Free);
+    return reinterpret_cast<const std::uint8_t*>(ArrayOf(
+        handle, count, [part](const NuvSolution& held) -> const auto& {
+            return held.solution.basis.*part;
+        }));
+}
+
+/// The vector of the proof that holds the numbers of a kind, and the sign that turns them into the
+/// model's sense.
+struct ExactNumbers
+{
+    const ExactVector* vector = nullptr;
+    int sign = 1;
+};
+
+ExactNumbers NumbersOf(const NuvSolution& handle, std::uint32_t kind)
+{
+    if (!handle.solution.certificate)
+        return {};
+    const nuv::Certificate& proof = *handle.solution.certificate;
+    const bool isMaximised = handle.model->ObjectiveSense() == Sense::Maximize;
+    switch (kind)
+    {
+    case NUV_EXACT_Values:
+        if (proof.status == Status::Optimal)
+            return {&proof.primal};
+        break;
+    case NUV_EXACT_Duals:
+        if (proof.status == Status::Optimal)
+            return {&proof.dual, isMaximised ? -1 : 1};
+        break;
+    case NUV_EXACT_Ray:
+        if (proof.status == Status::Unbounded)
+            return {&proof.ray};
+        break;
+    case NUV_EXACT_Farkas:
+        if (proof.status == Status::Infeasible)
+            return {&proof.dual};
+        break;
+    default:
+        break;
+    }
+    return {};
+}
+
+std::string TextOf(const ExactNumbers& numbers, Index at)
+{
+    const Rational number = numbers.vector->At(at);
+    return ToString(numbers.sign < 0 ? -number : number);
+}
+
+/// @return nothing where there is no such number.
+std::string ExactText(const NuvSolution& handle, std::uint32_t kind, std::uint32_t index)
+{
+    if (kind == NUV_EXACT_Objective)
+        return index == 0 ? handle.solution.exactObjective : std::string();
+    const ExactNumbers numbers = NumbersOf(handle, kind);
+    if (!numbers.vector || index >= numbers.vector->numerator.size())
+        return {};
+    return TextOf(numbers, index);
+}
+
+}  // namespace
+}  // namespace nuv::c
+
+using namespace nuv::c;
+
+void NuvSolutionDestruct(NuvSolution* solution)
+{
+    Destruct(solution);
+}
+
+NuvModelResult NuvSolutionGetInfo(const NuvSolution* solution, NuvSolutionInfo* info)
+{
+    return Guarded(nullptr,
+                   [&]
+                   {
+                       const NuvSolution& handle = Checked(solution);
+                       const nuv::Solution& held = handle.solution;
+                       NuvSolutionInfo filled{};
+                       filled.status = static_cast<uint32_t>(held.status);
+                       filled.proved = held.proved ? 1 : 0;
+                       filled.stopReason = static_cast<uint32_t>(held.stopReason);
+                       filled.numbers = held.numbers == nuv::CoefficientMeaning::StoredDouble
+                                            ? NUV_NUMBERS_Stored
+                                            : NUV_NUMBERS_Written;
+                       filled.numColumns = handle.model->VariableCount();
+                       filled.numRows = handle.model->RowCount();
+                       filled.numIisMembers = static_cast<uint32_t>(handle.iis.size());
+                       filled.iisMinimal = held.iis.minimal ? 1 : 0;
+                       filled.objective = NuvSolutionGetObjective(solution);
+                       filled.primalViolation = held.primalViolation;
+                       filled.dualViolation = held.dualViolation;
+                       filled.seconds = held.seconds;
+                       filled.checkSeconds = held.checkSeconds;
+                       filled.singlePrecisionPivots = held.singlePrecision.pivots;
+                       filled.doublePivots = held.stages[nuv::Stage::Double].pivots;
+                       filled.exactPivots = held.stages[nuv::Stage::Exact].pivots;
+                       FillIn(info, "info", filled);
+                   });
+}
+
+int32_t NuvSolutionGetStatus(const NuvSolution* solution)
+{
+    return IsHandle(solution) ? static_cast<int32_t>(solution->solution.status) : -1;
+}
+
+int32_t NuvSolutionIsProved(const NuvSolution* solution)
+{
+    return IsHandle(solution) && solution->solution.proved ? 1 : 0;
+}
+
+double NuvSolutionGetObjective(const NuvSolution* solution)
+{
+    return IsHandle(solution) ? solution->solution.objective : nuv::Solution::kUnknown;
+}
+
+const double* NuvSolutionGetValues(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count,
+        [](const NuvSolution& held) -> const auto& { return held.solution.values; });
+}
+
+const double* NuvSolutionGetReducedCosts(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count,
+        [](const NuvSolution& held) -> const auto& { return held.solution.reducedCosts; });
+}
+
+const double* NuvSolutionGetActivities(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count,
+        [](const NuvSolution& held) -> const auto& { return held.solution.activities; });
+}
+
+const double* NuvSolutionGetSlacks(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count,
+        [](const NuvSolution& held) -> const auto& { return held.solution.slacks; });
+}
+
+const double* NuvSolutionGetDuals(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count,
+        [](const NuvSolution& held) -> const auto& { return held.solution.duals; });
+}
+
+const double* NuvSolutionGetRay(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count, [](const NuvSolution& held) -> const auto& { return held.solution.ray; });
+}
+
+const double* NuvSolutionGetFarkas(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count,
+        [](const NuvSolution& held) -> const auto& { return held.solution.farkas; });
+}
+
+const double* NuvSolutionGetCostRanges(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count, [](const NuvSolution& held) -> const auto& { return held.costRanges; });
+}
+
+const double* NuvSolutionGetRowLowerRanges(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count,
+        [](const NuvSolution& held) -> const auto& { return held.rowLowerRanges; });
+}
+
+const double* NuvSolutionGetRowUpperRanges(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count,
+        [](const NuvSolution& held) -> const auto& { return held.rowUpperRanges; });
+}
+
+const uint8_t* NuvSolutionGetColumnBasis(const NuvSolution* solution, uint32_t* count)
+{
+    return StatusesOf(solution, count, &nuv::Basis::columns);
+}
+
+const uint8_t* NuvSolutionGetRowBasis(const NuvSolution* solution, uint32_t* count)
+{
+    return StatusesOf(solution, count, &nuv::Basis::rows);
+}
+
+const NuvIisMember* NuvSolutionGetIis(const NuvSolution* solution, uint32_t* count)
+{
+    return ArrayOf(
+        solution, count, [](const NuvSolution& held) -> const auto& { return held.iis; });
+}
+
+uint64_t NuvSolutionGetExact(const NuvSolution* solution, uint32_t kind, uint32_t index,
+                             char* buffer, uint64_t size)
+{
+    uint64_t needed = 0;
+    (void)Guarded(nullptr,
+                  [&]
+                  {
+                      const std::string text = ExactText(Checked(solution), kind, index);
+                      if (!text.empty())
+                          needed = CopyText(text, buffer, size);
+                  });
+    return needed;
+}
+
+NuvModelResult NuvSolutionMakeExact(const NuvSolution* solution, uint32_t kind, NuvText** numbers)
+{
+    return Guarded(nullptr,
+                   [&]
+                   {
+                       Given(numbers, "numbers") = nullptr;
+                       const NuvSolution& handle = Checked(solution);
+                       RequireOneOf(kind, 5, "kind of exact numbers");
+                       std::string text;
+                       if (kind == NUV_EXACT_Objective)
+                           text = handle.solution.exactObjective;
+                       const ExactNumbers exact = NumbersOf(handle, kind);
+                       if (text.empty() && !exact.vector)
+                           Fail(NUV_MODELRESULT_NotKnown, "c.not-known", "there are none");
+                       if (!text.empty())
+                           text.push_back('\0');
+                       for (nuv::Index at = 0; exact.vector && at < exact.vector->numerator.size();
+                            ++at)
+                           text.append(TextOf(exact, at)).push_back('\0');
+                       MakeText(numbers, std::move(text));
+                   });
+}

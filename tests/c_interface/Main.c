@@ -1,0 +1,15 @@
+/* The C interface of the model layer, from C. */
+#include "Check.h"
+
+int main(void)
+{
+    TestModels();
+    TestRandomModels();
+    TestFiles();
+    TestSolutions();
+    TestRandomSolutions();
+    TestWrongArguments();
+    TestRandomCalls();
+    printf("%d checks, %d failed\n", checks, failures);
+    return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
