@@ -16,6 +16,7 @@ enum class Status : std::uint8_t
     Invalid,  ///< the data are none of a linear program: nothing was tried
 };
 
+/// @return the word for it in texts and results; empty for what is no status.
 [[nodiscard]] constexpr std::string_view WordOf(Status status) noexcept
 {
     switch (status)
@@ -29,9 +30,9 @@ enum class Status : std::uint8_t
     case Status::Stopped:
         return "stopped";
     case Status::Invalid:
-        break;
+        return "invalid";
     }
-    return "invalid";
+    return {};
 }
 
 }  // namespace nuv
