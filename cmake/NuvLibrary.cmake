@@ -19,6 +19,7 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvBaseTypes.h
     Nuv/Utils/NuvLinearProgramming.h
     Nuv/Utils/NuvLinearProgramming.hpp
+    Nuv/Utils/NuvLinearProgrammingBatch.h
     Nuv/Utils/NuvLinearProgrammingContainers.h
     Nuv/Utils/NuvLinearProgrammingInline.h
     Nuv/Utils/NuvLinearProgrammingMonitor.h
@@ -30,6 +31,14 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvVersion.h)
 
 set(NUV_CORE_SOURCES
+    Nuv/Utils/Batch/Batch.cpp
+    Nuv/Utils/Batch/BatchProblem.cpp
+    Nuv/Utils/Batch/LaneQueue.cpp
+    Nuv/Utils/Batch/LanesAvx2.cpp
+    Nuv/Utils/Batch/LanesAvx512.cpp
+    Nuv/Utils/Batch/LanesBaseline.cpp
+    Nuv/Utils/Batch/LanesPlain.cpp
+    Nuv/Utils/Batch/SingleSolve.cpp
     Nuv/Utils/Kernels/Avx2.cpp
     Nuv/Utils/Kernels/Avx512.cpp
     Nuv/Utils/Kernels/Baseline.cpp
@@ -90,9 +99,9 @@ nuv_no_cxx_runtime(NuvLinearProgramming)
 if(NOT MSVC)
     # Full optimisation of the inner loops, also where a user's own flags for a release stop at -O2.
     foreach(set Plain Baseline Avx2 Avx512)
-        list(APPEND nuv_loops Nuv/Utils/Kernels/${set}.cpp)
+        list(APPEND nuv_loops Nuv/Utils/Kernels/${set}.cpp Nuv/Utils/Batch/Lanes${set}.cpp)
     endforeach()
-    list(APPEND nuv_loops Nuv/Utils/Kernels/DenseAlgebra.cpp)
+    list(APPEND nuv_loops Nuv/Utils/Kernels/DenseAlgebra.cpp Nuv/Utils/Batch/LaneQueue.cpp)
     set_property(
         SOURCE ${nuv_loops} APPEND
         PROPERTY COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo>:-O3>")
@@ -101,7 +110,7 @@ endif()
 # The loops once more for wider vectors, to be chosen at run time; on another compiler or processor
 # these sources are compiled as they are and offer nothing.
 include(CheckCXXSourceCompiles)
-function(nuv_loops_for source flags macro)
+function(nuv_loops_for set flags macro)
     set(CMAKE_REQUIRED_FLAGS "${flags}")
     check_cxx_source_compiles(
         "#if !defined(${macro}) || !(defined(__x86_64__) || defined(__i386__))
@@ -111,9 +120,10 @@ function(nuv_loops_for source flags macro)
         NUV_HAS${macro})
     if(NUV_HAS${macro})
         separate_arguments(options UNIX_COMMAND "${flags}")
-        set_property(SOURCE ${source} APPEND PROPERTY COMPILE_OPTIONS ${options})
+        set_property(
+            SOURCE Nuv/Utils/Kernels/${set}.cpp Nuv/Utils/Batch/Lanes${set}.cpp APPEND
+            PROPERTY COMPILE_OPTIONS ${options})
     endif()
 endfunction()
-nuv_loops_for(Nuv/Utils/Kernels/Avx2.cpp "-mavx2" __AVX2__)
-nuv_loops_for(
-    Nuv/Utils/Kernels/Avx512.cpp "-mavx512f -mavx512bw -mavx512dq -mavx512vl" __AVX512VL__)
+nuv_loops_for(Avx2 "-mavx2" __AVX2__)
+nuv_loops_for(Avx512 "-mavx512f -mavx512bw -mavx512dq -mavx512vl" __AVX512VL__)

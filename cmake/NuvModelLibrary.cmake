@@ -33,6 +33,7 @@ set(NUV_MODEL_HEADERS
     Nuv/Solve/SinglePrecisionStage.hpp
     Nuv/Solve/Solution.hpp
     Nuv/Solve/SolveOptions.hpp
+    Nuv/Solve/Solver.hpp
     Nuv/SparseSimplex/Basis.hpp
     Nuv/SparseSimplex/BoundedForm.hpp
     Nuv/SparseSimplex/SolveControl.hpp)

@@ -122,8 +122,7 @@ std::size_t DixonSolver::AppendEntry(Index equation, const ExactNumber& coeffici
     for (; magnitude != 0; magnitude >>= 62, shift += 62)
     {
         const std::int64_t word = static_cast<std::int64_t>(magnitude.LowWord() & mask);
-        if (word != 0)
-            m_entries.push_back({equation, shift, coefficient.mantissa < 0 ? -word : word});
+        m_entries.push_back({equation, shift, coefficient.mantissa < 0 ? -word : word});
     }
     return bits;
 }

@@ -26,13 +26,13 @@ ExactNumber TakeApartWritten(double value) noexcept
     bool negative = false;
     bool fraction = false;
     int exponent = 0;
-    for (const char* at = text; at != written.ptr; ++at)
+    for (const char* at = text;; ++at)
     {
         if (*at == '-')
             negative = true;
         else if (*at == '.')
             fraction = true;
-        else if (*at == 'e')
+        else if (*at == 'e')  // which scientific form has, and ends with
         {
             const char* digits = at[1] == '+' ? at + 2 : at + 1;
             int power = 0;

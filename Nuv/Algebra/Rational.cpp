@@ -124,7 +124,7 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
     const bool negative = numerator < 0;
     Integer top = Abs(numerator);
     Integer bottom = denominator;
-    // A quotient of 54 or 55 bits, made odd if anything is cut off, rounds like the exact one;
+    // A quotient of 55 or 56 bits, made odd if anything is cut off, rounds like the exact one;
     // below the normal range fewer bits are kept, so that only one rounding happens.
     const long excess = static_cast<long>(BitLength(top)) - static_cast<long>(BitLength(bottom));
     const long lowest =
@@ -140,16 +140,17 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
     std::int64_t bits = quotient.ToWord();
     if (remainder != 0)
         bits |= 1;
-    // Three or fewer spare bits below the 53: rounding by hand keeps the sticky bit's meaning.
+    // Two or three spare bits below the 53, at most two below the normal range: rounding by hand
+    // keeps the sticky bit's meaning.
     int spare = 0;
     while ((bits >> spare) >= (std::int64_t{1} << 53))
         ++spare;
     if (exponent == lowest)
         spare = std::max(spare, 2);
-    const std::int64_t half = spare == 0 ? 0 : std::int64_t{1} << (spare - 1);
+    const std::int64_t half = std::int64_t{1} << (spare - 1);
     std::int64_t kept = bits >> spare;
     const std::int64_t rest = bits - (kept << spare);
-    if (rest > half || (spare > 0 && rest == half && (kept & 1) != 0))
+    if (rest > half || (rest == half && (kept & 1) != 0))
         ++kept;
     const double magnitude =
         exponent > 2000 ? std::numeric_limits<double>::infinity()
@@ -181,11 +182,6 @@ std::string ToDecimal(const Rational& value, int digits)
     {
         bottom *= 10;
         ++exponent;
-    }
-    while (top < bottom)
-    {
-        top *= 10;
-        --exponent;
     }
     top *= power(digits - 1) * 2;
     Integer rounded = (top + bottom) / (bottom * 2);

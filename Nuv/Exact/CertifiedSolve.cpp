@@ -1,6 +1,7 @@
 #include "Nuv/Exact/CertifiedSolve.hpp"
 
 #include "Nuv/Exact/Auxiliary.hpp"
+#include "Nuv/Exact/CertifiedStages.hpp"
 #include "Nuv/Exact/ExactSimplex.hpp"
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/SparseSimplex/SimplexState.hpp"
@@ -67,14 +68,11 @@ std::string_view WordOf(SimplexVerdict verdict)
     return "no further";
 }
 
-/// How often the exact stage looks for a better basis in doubles before it pivots itself.
-constexpr int kRefinements = 20;
-
 /// The exact stage from the basis of the record. @return what it suspects if it gave up.
-SimplexVerdict RunExact(ScalableForm& form, int rounds, SolveControl& control,
-                        CertifiedResult& result)
+SimplexVerdict RunExact(ScalableForm& form, ExactEvaluation& evaluation, int rounds,
+                        SolveControl& control, CertifiedResult& result)
 {
-    ExactSimplex exact(form, Basis(result.record.basis), rounds, control);
+    ExactSimplex exact(form, evaluation, Basis(result.record.basis), rounds, control);
     return exact.Run(result);
 }
 
@@ -85,7 +83,8 @@ CertifiedResult Optimise(ScalableForm& auxiliary, const Basis& start, SolveContr
     CertifiedResult result;
     DoubleResult doubles = SolveInDoubles(auxiliary, start, control);
     result.record.basis = std::move(doubles.basis);
-    (void)RunExact(auxiliary, kRefinements, control, result);
+    ExactEvaluation evaluation(auxiliary.Form());
+    (void)RunExact(auxiliary, evaluation, kRefinements, control, result);
     return result;
 }
 
@@ -160,11 +159,11 @@ bool ProveUnbounded(ScalableForm& form, SolveControl& control, CertifiedResult& 
 }
 
 /// Takes the guess of the stage before for what it is, and follows it until something is proved.
-void ResolveVerdict(ScalableForm& form, SimplexVerdict guess, int refinements,
-                    SolveControl& control, CertifiedResult& result)
+void ResolveVerdict(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,
+                    int refinements, SolveControl& control, CertifiedResult& result)
 {
     constexpr int kGuesses = 3;
-    for (int round = 0; round < kGuesses; ++round)
+    for (int round = 1;; ++round)
     {
         if (control.IsStopped())
             return;
@@ -173,13 +172,15 @@ void ResolveVerdict(ScalableForm& form, SimplexVerdict guess, int refinements,
             return;
         if (guess == SimplexVerdict::Unbounded && ProveUnbounded(form, control, result))
             return;
-        guess = RunExact(form, round + 1 < kGuesses ? refinements : 0, control, result);
+        // Without refinements, in the end, nothing is guessed.
+        guess = RunExact(form, evaluation, round < kGuesses ? refinements : 0, control, result);
         if (result.certificate.status != Status::Stopped || guess == SimplexVerdict::Optimal)
             return;
     }
 }
 
-/// Checks what the exact stage claims, and says what is left to say if it claims nothing.
+}  // namespace
+
 void Finish(ScalableForm& form, double begin, SolveControl& control, CertifiedResult& result)
 {
     const double solved = control.Seconds();
@@ -205,16 +206,14 @@ void Finish(ScalableForm& form, double begin, SolveControl& control, CertifiedRe
                              AfterPivots(control, Stage::Exact));
 }
 
-/// The exact stage from the basis of the record.
-void ProveBasis(ScalableForm& form, SimplexVerdict guess, int refinements, SolveControl& control,
-                CertifiedResult& result)
+void ProveBasis(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,
+                int refinements, SolveControl& control, CertifiedResult& result)
 {
     const double begin = control.Seconds();
-    ResolveVerdict(form, guess, refinements, control, result);
+    ResolveVerdict(form, evaluation, guess, refinements, control, result);
     Finish(form, begin, control, result);
 }
 
-/// What needs no solving: bad data and bounds that cross. @return whether that was all.
 bool ProveAtSight(const BoundedForm& form, CertifiedResult& result)
 {
     result.record.defect = form.Defect();
@@ -231,7 +230,10 @@ bool ProveAtSight(const BoundedForm& form, CertifiedResult& result)
     return true;
 }
 
-}  // namespace
+void LogDoubles(SimplexVerdict verdict, SolveControl& control)
+{
+    control.Log("doubles", std::string(WordOf(verdict)) + AfterPivots(control, Stage::Double));
+}
 
 CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, SolveControl& control)
 {
@@ -245,9 +247,9 @@ CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, Solv
     result.record.stages[Stage::Double].ran = true;
     result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
     result.record.basis = std::move(doubles.basis);
-    control.Log("doubles",
-                std::string(WordOf(doubles.verdict)) + AfterPivots(control, Stage::Double));
-    ProveBasis(scalable, doubles.verdict, kRefinements, control, result);
+    LogDoubles(doubles.verdict, control);
+    ExactEvaluation evaluation(form);
+    ProveBasis(scalable, evaluation, doubles.verdict, kRefinements, control, result);
     return result;
 }
 
@@ -259,7 +261,8 @@ CertifiedResult SolveExactly(const BoundedForm& form, const Basis& start, SolveC
     result.record.basis = start;
     FitBasis(form, result.record.basis);
     ScalableForm scalable(form);
-    ProveBasis(scalable, SimplexVerdict::Optimal, 0, control, result);
+    ExactEvaluation evaluation(form);
+    ProveBasis(scalable, evaluation, SimplexVerdict::Optimal, 0, control, result);
     return result;
 }
 
@@ -272,7 +275,8 @@ CertifiedResult CertifyBasis(const BoundedForm& form, const Basis& basis, SolveC
     result.record.basis = basis;
     FitBasis(form, result.record.basis);
     ScalableForm scalable(form);
-    ExactSimplex exact(scalable, Basis(result.record.basis), 0, control);
+    ExactEvaluation evaluation(form);
+    ExactSimplex exact(scalable, evaluation, Basis(result.record.basis), 0, control);
     exact.ForbidPivots();
     (void)exact.Run(result);
     Finish(scalable, begin, control, result);

@@ -30,14 +30,18 @@ ExactForm::ExactForm(const BoundedForm& bounded)
         Mapped<Multiplier>(byVariable, [this](Index variable, Index, const ExactNumber& entry)
                            { return Divided(entry, m_columnScale[variable]); });
     for (Index v = 0; v < form.Variables(); ++v)
-    {
-        if (std::isfinite(form.Lower(v)))
-            lower[v] = TakeApart(form.Lower(v), form.numbers);
-        if (std::isfinite(form.Upper(v)))
-            upper[v] = TakeApart(form.Upper(v), form.numbers);
-        m_boundScale.LowerTo(lower[v].scale);
-        m_boundScale.LowerTo(upper[v].scale);
-    }
+        TakeBounds(v);
+}
+
+void ExactForm::TakeBounds(Index variable)
+{
+    if (std::isfinite(form.Lower(variable)))
+        lower[variable] = TakeApart(form.Lower(variable), form.numbers);
+    if (std::isfinite(form.Upper(variable)))
+        upper[variable] = TakeApart(form.Upper(variable), form.numbers);
+    // A scale that is lower than need be is right too.
+    m_boundScale.LowerTo(lower[variable].scale);
+    m_boundScale.LowerTo(upper[variable].scale);
 }
 
 ExactForm::Multiplier ExactForm::Divided(const ExactNumber& number, Scale scale)

@@ -15,6 +15,9 @@ class ExactForm
 public:
     explicit ExactForm(const BoundedForm& bounded);
 
+    /// Takes over the bounds of a variable, when the form has other ones.
+    void TakeBounds(Index variable);
+
     const BoundedForm& form;
     SparseVectors<ExactNumber> byVariable;  ///< the columns of [A, -I]
     std::vector<ExactNumber> cost;          ///< by variable

@@ -7,14 +7,17 @@
 namespace nuv
 {
 
-ExactSimplex::ExactSimplex(ScalableForm& form, const Basis& start, int rounds,
-                           SolveControl& control)
+ExactSimplex::ExactSimplex(ScalableForm& form, ExactEvaluation& evaluation, const Basis& start,
+                           int rounds, SolveControl& control)
     : m_scalable(form),
       m_form(form.Form()),
       m_control(control),
-      m_exact(m_form),
-      m_factors(m_exact),
-      m_rounds(rounds)
+      m_evaluation(evaluation),
+      m_exact(*evaluation.exact),
+      m_factors(evaluation.factors),
+      m_rounds(rounds),
+      m_values(evaluation.values),
+      m_duals(evaluation.duals)
 {
     Basis basis = start;
     FitBasis(m_form, basis);
@@ -71,8 +74,7 @@ ExactSimplex::Outcome ExactSimplex::Step()
     const bool feasible = !FindViolations();
     if (!ComputeDuals(false))
         return Outcome::Stopped;
-    int direction = 0;
-    const bool dualFeasible = ChooseEntering(false, direction) == kNoIndex;
+    const bool dualFeasible = IsDualFeasible();
     if (feasible && dualFeasible)
         return Outcome::Optimal;
     if (!m_mayPivot)
@@ -114,14 +116,27 @@ bool ExactSimplex::Refine()
     return true;
 }
 
-/// Factorises; a singular basis is repaired, what was dropped from it rests at a bound.
+/// Factorises, unless the factors stand; a singular basis is repaired, what was dropped from it
+/// rests at a bound.
 bool ExactSimplex::Factorise()
 {
+    std::vector<bool> isBasic(m_form.Variables(), false);
+    for (const Index variable : m_head)
+        isBasic[variable] = true;
+    // Both are lists of as many different variables.
+    if (m_evaluation.head.size() == m_head.size() && !m_head.empty() &&
+        std::ranges::all_of(m_evaluation.head, [&](Index variable) { return isBasic[variable]; }))
+    {
+        m_head = m_evaluation.head;
+        return !m_control.IsStopped();
+    }
+    m_evaluation.Forget();
     const std::vector<Index> dropped = m_factors.Factorise(m_head);
     for (const Index variable : dropped)
         m_status[variable] = DefaultNonbasicStatus(m_form.Lower(variable), m_form.Upper(variable));
     for (const Index variable : m_head)
         m_status[variable] = BasisStatus::Basic;
+    m_evaluation.head = m_head;
     return !m_control.IsStopped();
 }
 
@@ -141,6 +156,8 @@ ExactNumber ExactSimplex::NonbasicValue(Index variable) const noexcept
 /// B x_B = -N x_N, where the products on the right are summed as integers with one scale.
 bool ExactSimplex::ComputeValues()
 {
+    if (m_evaluation.hasValues && m_evaluation.resting == m_status)
+        return true;
     Scale lowest;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
@@ -158,12 +175,18 @@ bool ExactSimplex::ComputeValues()
         for (const auto [row, entry] : m_exact.byVariable[v])
             right.value[row].SubtractProduct(Scaled(entry, -lowest), scaled);
     }
-    return m_factors.SolveForward(right, m_values, m_control);
+    m_evaluation.hasValues = m_factors.SolveForward(right, m_values, m_control);
+    m_evaluation.resting = m_status;
+    return m_evaluation.hasValues;
 }
 
 /// B' y = c_B; in phase one c_B is -1 for a violated lower bound and +1 for a violated upper one.
 bool ExactSimplex::ComputeDuals(bool phaseOne)
 {
+    if (m_evaluation.hasDuals && !phaseOne)
+        return true;
+    m_evaluation.hasDuals = false;
+    m_evaluation.reducedSign.assign(m_form.Variables(), ExactEvaluation::kSignUnknown);
     ScaledVector right{std::vector<Integer>(m_form.rows), {}};
     if (phaseOne)
     {
@@ -175,7 +198,24 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
         right.scale.LowerTo(m_exact.cost[v].scale);
     for (Index k = 0; k < m_form.rows; ++k)
         right.value[k] = Scaled(m_exact.cost[m_head[k]], -right.scale);
-    return m_factors.SolveBackward(right, m_duals, m_control);
+    m_evaluation.hasDuals = m_factors.SolveBackward(right, m_duals, m_control);
+    return m_evaluation.hasDuals;
+}
+
+/// Of the true cost: whether no nonbasic variable improves it.
+bool ExactSimplex::IsDualFeasible()
+{
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        if (m_status[v] == BasisStatus::Basic || m_form.IsFixed(v))
+            continue;
+        signed char& sign = m_evaluation.reducedSign[v];
+        if (sign == ExactEvaluation::kSignUnknown)
+            sign = static_cast<signed char>(m_exact.ReducedCost(v, m_duals, true).Sign());
+        if (ImprovingDirection(v, sign) != 0)
+            return false;
+    }
+    return true;
 }
 
 bool ExactSimplex::FindViolations()
@@ -200,28 +240,20 @@ bool ExactSimplex::FindViolations()
     return any;
 }
 
-/// +1 or -1 if moving a nonbasic variable up or down improves, 0 if it must not or cannot move.
-int ExactSimplex::ImprovingDirection(Index variable, const Integer& reduced) const
+/// +1 or -1 if moving a nonbasic variable that is not fixed up or down improves, 0 if neither does:
+/// by the sign of its reduced cost.
+int ExactSimplex::ImprovingDirection(Index variable, int sign) const
 {
-    const int sign = reduced.Sign();
-    if (sign == 0 || m_form.IsFixed(variable))
-        return 0;
-    switch (m_status[variable])
-    {
-    case BasisStatus::AtLower:
+    if (m_status[variable] == BasisStatus::AtLower)
         return sign < 0 ? 1 : 0;
-    case BasisStatus::AtUpper:
+    if (m_status[variable] == BasisStatus::AtUpper)
         return sign > 0 ? -1 : 0;
-    case BasisStatus::Free:
-        return -sign;
-    case BasisStatus::Basic:
-        break;
-    }
-    return 0;
+    return -sign;
 }
 
 void ExactSimplex::Exchange(Index position, Index entering, bool atUpper)
 {
+    m_evaluation.Forget();
     m_status[m_head[position]] = atUpper ? BasisStatus::AtUpper : BasisStatus::AtLower;
     m_status[entering] = BasisStatus::Basic;
     m_head[position] = entering;

@@ -7,8 +7,7 @@
 #pragma once
 
 #include "Nuv/Exact/CertifiedResult.hpp"
-#include "Nuv/Exact/ExactFactors.hpp"
-#include "Nuv/Exact/ExactForm.hpp"
+#include "Nuv/Exact/ExactEvaluation.hpp"
 #include "Nuv/Exact/Refinement.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
@@ -21,8 +20,10 @@ namespace nuv
 class ExactSimplex
 {
 public:
-    /// `rounds`: how often to look for a better basis in doubles.
-    ExactSimplex(ScalableForm& form, const Basis& start, int rounds, SolveControl& control);
+    /// `rounds`: how often to look for a better basis in doubles. `evaluation`, of the same form,
+    /// spares what it knows if it is of the start, and is of the last basis afterwards.
+    ExactSimplex(ScalableForm& form, ExactEvaluation& evaluation, const Basis& start, int rounds,
+                 SolveControl& control);
 
     /// Ends with the evaluation of the start: Optimal, or else Stopped.
     void ForbidPivots() noexcept
@@ -59,8 +60,9 @@ private:
     [[nodiscard]] bool ComputeValues();
     [[nodiscard]] bool ComputeDuals(bool phaseOne);
     [[nodiscard]] bool FindViolations();
+    [[nodiscard]] bool IsDualFeasible();
     [[nodiscard]] ExactNumber NonbasicValue(Index variable) const noexcept;
-    [[nodiscard]] int ImprovingDirection(Index variable, const Integer& reduced) const;
+    [[nodiscard]] int ImprovingDirection(Index variable, int sign) const;
 
     // One pivot of each kind, or many of them in doubles.
     [[nodiscard]] Outcome Step();
@@ -86,18 +88,19 @@ private:
     ScalableForm& m_scalable;
     const BoundedForm& m_form;
     SolveControl& m_control;
-    ExactForm m_exact;
-    ExactFactors m_factors;
+    ExactEvaluation& m_evaluation;
+    const ExactForm& m_exact;
+    ExactFactors& m_factors;
     std::vector<BasisStatus> m_status;
-    std::vector<Index> m_head;
+    std::vector<Index> m_head;  ///< sorted by position, if that of the evaluation is the same
     std::optional<Refinement> m_refinement;  ///< made when it is needed
     int m_rounds;
     bool m_mayPivot = true;
     SimplexVerdict m_hint = SimplexVerdict::Optimal;
     int m_degenerate = 0;
 
-    ExactVector m_values;                  ///< of the basic variables, by position
-    ExactVector m_duals;                   ///< of the true cost, or of the violations, by row
+    ExactVector& m_values;                 ///< of the basic variables, by position
+    ExactVector& m_duals;                  ///< of the true cost, or of the violations, by row
     std::vector<signed char> m_violation;  ///< by position: -1 below, +1 above
     ExactVector m_column;                  ///< the entering column by position
     ExactVector m_row;                     ///< the row of the inverse behind a Farkas certificate

@@ -61,7 +61,7 @@ Index ExactSimplex::ChooseEntering(bool phaseOne, int& direction) const
         if (m_status[v] == BasisStatus::Basic || m_form.IsFixed(v))
             continue;
         const Integer reduced = m_exact.ReducedCost(v, m_duals, !phaseOne);
-        const int improving = ImprovingDirection(v, reduced);
+        const int improving = ImprovingDirection(v, reduced.Sign());
         if (improving == 0)
             continue;
         const long size = SizeOf(reduced, m_exact.ColumnScale(v));

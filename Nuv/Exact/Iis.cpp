@@ -196,8 +196,7 @@ public:
             }
             else
                 ++needed;
-            if (proof.record.basis.columns.size() == m_form.columns)
-                m_basis = std::move(proof.record.basis);
+            m_basis = std::move(proof.record.basis);
         }
         return true;
     }

@@ -252,7 +252,7 @@ private:
         lower = {-kInfinity, activity};
         upper = {activity, kInfinity};
         const bool equation = m_form.rowLower[row] == m_form.rowUpper[row];
-        if (m_status[logical] == BasisStatus::Basic)
+        if (m_status[logical] == BasisStatus::Basic || m_status[logical] == BasisStatus::Free)
         {
             if (equation)
                 lower = upper = {activity, activity};
@@ -292,8 +292,6 @@ private:
         const Index logical = m_form.columns + row;
         const bool atUpper = m_status[logical] == BasisStatus::AtUpper;
         const double side = atUpper ? m_form.rowUpper[row] : m_form.rowLower[row];
-        if (m_status[logical] == BasisStatus::Free)
-            return {};
         return {changes.down ? m_kind.ShiftedSide(logical, side, *changes.down) : -kInfinity,
                 changes.up ? m_kind.ShiftedSide(logical, side, *changes.up) : kInfinity};
     }

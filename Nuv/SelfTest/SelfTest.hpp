@@ -7,8 +7,8 @@
 //     g++ -std=c++20 -O2 -ffp-contract=off -I. Nuv/{Corpus,SelfTest,Utils/*}/*.cpp -o nuv_selftest
 //
 // (with -fno-exceptions -fno-rtti -fno-threadsafe-statics it needs no C++ runtime; on 32-bit x86
-// add -msse2 -mfpmath=sse; -mavx2 and the like belong to the sources Nuv/Utils/Kernels/Avx*.cpp
-// alone).
+// add -msse2 -mfpmath=sse; -mavx2 and the like belong to the sources named after them, such as
+// Nuv/Utils/Kernels/Avx2.cpp, alone).
 #pragma once
 
 #include <stdint.h>

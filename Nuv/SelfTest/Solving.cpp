@@ -2,6 +2,7 @@
 
 #include "Nuv/Corpus/Families.hpp"
 #include "Nuv/Corpus/Hash.hpp"
+#include "Nuv/SelfTest/Batches.hpp"
 #include "Nuv/Utils/NuvLinearProgrammingMonitor.h"
 #include "Nuv/Utils/NuvScratchAllocator.h"
 #include "Nuv/Utils/Simplex/Phases.h"
@@ -83,7 +84,7 @@ NuvLinearProgrammingResultType SolveBy(Loops loops, NuvLinearProgramming* lp,
 #if NUV_SELFTEST_CHOOSES_LOOPS
     if (const Kernels* const kernels = KernelsFor(loops))
     {
-        SolveContext context = {monitor, 0, kernels};
+        SolveContext context = {monitor, 0, kernels, nullptr};
         return SolveInContext(lp, &context);
     }
 #else
@@ -135,6 +136,9 @@ Outcome Solve(const Problem& problem, Loops loops, uint32_t maxPivots)
         outcome.status = static_cast<uint32_t>(SolveBy(loops, &lp, &monitor));
         outcome.pivots = recorder.pivots;
         AddResults(&lp, recorder, &outcome);
+        if (!IsSameInBatch(&lp, {outcome.status, recorder.pivots, recorder.labels, maxPivots},
+                           loops))
+            outcome.hash = outcome.hashOfAnswer = 0;
     }
     NuvScratchAllocatorDestruct(&scratch);  // all that the model holds lies there
     return outcome;

@@ -24,6 +24,7 @@ struct Outcome
     uint64_t hashOfAnswer;
 };
 
-/// Solves, and stops before one pivot more than `maxPivots`, which is at most `pivotLimit`.
+/// Solves, and stops before one pivot more than `maxPivots`, which is at most `pivotLimit`. Where
+/// the same problem in a batch gives other bits, the hashes are 0.
 Outcome Solve(const corpus::Problem& problem, Loops loops, uint32_t maxPivots = pivotLimit);
 }  // namespace nuv::selftest

@@ -7,6 +7,7 @@
 #include "Nuv/Solve/ModelTerms.hpp"
 #include "Nuv/Solve/SinglePrecisionSolve.hpp"
 #include "Nuv/Solve/Solution.hpp"
+#include "Nuv/Solve/SolveSteps.hpp"
 #include "Nuv/SparseSimplex/StartBasis.hpp"
 
 #include <memory>
@@ -18,17 +19,6 @@ namespace nuv
 {
 namespace
 {
-
-/// The basis that the sparse simplex starts from, if there is a better one than that of the slacks.
-std::optional<Basis> StartOf(const BoundedForm& form, double sign, const SolveOptions& options,
-                             SolveControl& control, Solution& solution)
-{
-    if (options.start)
-        return options.start;
-    if (!options.startValues.empty())
-        return BasisNear(form, options.startValues);
-    return FindStart(form, sign, options, control, solution);
-}
 
 /// What is worth knowing of a proved verdict beyond its proof.
 void Analyse(const Model& model, const BoundedForm& form, double sign, const SolveOptions& options,
@@ -59,19 +49,44 @@ void Analyse(const Model& model, const BoundedForm& form, double sign, const Sol
 
 }  // namespace
 
-Solution Solve(const Model& model, const SolveOptions& options)
+Solution BlankSolution(const Model& model, const SolveOptions& options)
 {
-    SolveControl control(options.limits);
     Solution solution;
     solution.numbers = options.numbers;
     solution.variables = model.VariableOrigins();
     solution.rows = model.RowOrigins();
     if (std::optional<Error> fault = model.FindFault())
-    {
         solution.failure = std::move(*fault);
+    return solution;
+}
+
+std::optional<Basis> StartOf(const BoundedForm& form, double sign, const SolveOptions& options,
+                             SolveControl& control, Solution& solution)
+{
+    if (options.start)
+        return options.start;
+    if (!options.startValues.empty())
+        return BasisNear(form, options.startValues);
+    return FindStart(form, sign, options, control, solution);
+}
+
+void Conclude(const Model& model, const BoundedForm& form, const SolveOptions& options,
+              const std::shared_ptr<const CertifiedResult>& result, SolveControl& control,
+              Solution& solution)
+{
+    SayOfModel(form, SignOf(model), *result, solution);
+    Analyse(model, form, SignOf(model), options, *result, control, solution);
+    if (solution.proved)
+        solution.certificate = {result, &result->certificate};
+}
+
+Solution Solve(const Model& model, const SolveOptions& options)
+{
+    SolveControl control(options.limits);
+    Solution solution = BlankSolution(model, options);
+    if (!solution.failure.code.empty())
         return solution;
-    }
-    const double sign = model.ObjectiveSense() == Sense::Maximize ? -1.0 : 1.0;
+    const double sign = SignOf(model);
     BoundedForm form = FormOf(model);
     form.numbers = options.numbers;
     control.ReportObjectiveAs(sign, form.constant);
@@ -82,12 +97,10 @@ Solution Solve(const Model& model, const SolveOptions& options)
     else
     {
         const std::optional<Basis> start = StartOf(form, sign, options, control, solution);
-        CertifiedResult result = SolveCertified(form, start ? &*start : nullptr, control);
-        SayOfModel(form, sign, result, solution);
-        Analyse(model, form, sign, options, result, control, solution);
-        if (solution.proved)
-            solution.certificate =
-                std::make_shared<const Certificate>(std::move(result.certificate));
+        Conclude(model, form, options,
+                 std::make_shared<const CertifiedResult>(
+                     SolveCertified(form, start ? &*start : nullptr, control)),
+                 control, solution);
     }
     solution.seconds = control.Seconds();
     return solution;

@@ -101,10 +101,13 @@ void ScaledForm::SetBounds(const BoundedForm& form)
     lower.resize(Variables());
     upper.resize(Variables());
     for (Index v = 0; v < Variables(); ++v)
-    {
-        lower[v] = form.Lower(v) / Scale(v);
-        upper[v] = form.Upper(v) / Scale(v);
-    }
+        SetBounds(form, v);
+}
+
+void ScaledForm::SetBounds(const BoundedForm& form, Index variable)
+{
+    lower[variable] = form.Lower(variable) / Scale(variable);
+    upper[variable] = form.Upper(variable) / Scale(variable);
 }
 
 }  // namespace nuv

@@ -34,8 +34,11 @@ struct ScaledForm
 {
     explicit ScaledForm(const BoundedForm& form);
 
-    /// Takes over the bounds of a form with the same matrix.
+    /// Takes over the bounds of a form with the same matrix, or those of one variable.
     void SetBounds(const BoundedForm& form);
+    void SetBounds(const BoundedForm& form, Index variable);
+    /// Takes over the costs.
+    void SetCost(const BoundedForm& form);
 
     [[nodiscard]] Index Variables() const noexcept
     {
@@ -73,9 +76,6 @@ struct ScaledForm
     std::vector<double> cost;
     /// The scaled objective is the objective times this.
     double costScale = 1.0;
-
-private:
-    void SetCost(const BoundedForm& form);
 };
 
 /// A form, scaled when that is first wanted: the stages of a solve share it.
@@ -98,6 +98,11 @@ public:
         if (!m_scaled)
             m_scaled.emplace(m_form);
         return *m_scaled;
+    }
+    /// For one that edits the form: what is scaled already, or null.
+    [[nodiscard]] ScaledForm* Made() noexcept
+    {
+        return m_scaled ? &*m_scaled : nullptr;
     }
 
 private:

@@ -111,6 +111,7 @@ TEST(Integer, CountsBits)
         EXPECT_EQ(BitLength(power), bits + 1);
         EXPECT_EQ(BitLength(-power), bits + 1);
         EXPECT_EQ(BitLength(power - 1), bits);
+        EXPECT_EQ(TrailingZeros(power), bits);
         EXPECT_EQ(TrailingZeros(-power), bits);
         EXPECT_EQ(power, Power(2, static_cast<unsigned>(bits)));
         Integer back = power;

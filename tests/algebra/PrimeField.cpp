@@ -43,5 +43,13 @@ TEST(PrimeField, AgreesWithIntegersModuloThePrime)
     EXPECT_EQ(field.Product(field.PowerOf({-7, -3}), field.PowerOf({7, 3})), field.One());
 }
 
+TEST(PrimeField, KnowsZero)
+{
+    const PrimeField field(kPrime);
+    EXPECT_EQ(field.Negated(field.Zero()), field.Zero());
+    EXPECT_EQ(PrimeField::Magnitude(field.Zero()), 0.0);
+    EXPECT_EQ(PrimeField::Magnitude(field.One()), 1.0);
+}
+
 }  // namespace
 }  // namespace nuv::test

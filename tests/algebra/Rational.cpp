@@ -1,5 +1,7 @@
 /// Rationals: lowest terms, order, and the ways from and to doubles and text.
 #include "Nuv/Algebra/Rational.hpp"
+
+#include "Nuv/Algebra/RationalField.hpp"
 #include "tests/support/Effort.hpp"
 #include "tests/support/Random.hpp"
 
@@ -141,6 +143,19 @@ TEST(Rational, PrintsDecimalsRounded)
     EXPECT_EQ(ToDecimal(Rational(0), 3), "0");
     EXPECT_EQ(ToDecimal(Rational(7), 1), "7e0");
     EXPECT_EQ(ToDecimal(Rational(1000), 2), "1.0e3");
+}
+
+TEST(Rational, HasAMagnitudeOfNothingOrOneToThePivoting)
+{
+    EXPECT_EQ(RationalField::Magnitude(Rational(0)), 0.0);
+    EXPECT_EQ(RationalField::Magnitude(Rational(-1, 7)), 1.0);
+}
+
+TEST(Scale, IsAPairOfExponents)
+{
+    EXPECT_TRUE((Scale{1, 2} == Scale{1, 2}));
+    EXPECT_FALSE((Scale{1, 2} == Scale{1, 3}));
+    EXPECT_FALSE((Scale{1, 2} == Scale{0, 2}));
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ TEST(ReadDecimal, RefusesWhatIsNone)
 {
     for (const char* text :
          {"", ".", "-", "e1", "1e", "1e+", "1e+-2", "--1", "+-1", "1 ", " 1", "0x10", "1.2.3",
-          "inf", "nan", "1/2", "1e10001", "1e99999999999999999999"})
+          "inf", "nan", "1/2", "1e10001", "1e99999999999999999999", "1e5x"})
         EXPECT_EQ(Decimal(text), "nothing") << text;
     EXPECT_EQ(Decimal(std::string(10'001, '1')), "nothing");
 }

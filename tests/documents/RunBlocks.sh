@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# RunBlocks.sh DOCUMENT ROOT LIBRARY NUVLP: compiles and runs the code blocks of a document and compares what they print.
-#   ```c and ```cpp    a whole program; it must compile without a warning and print the ```text block that follows it
+# RunBlocks.sh DOCUMENT ROOT LIBRARY NUVLP [LIBRARY...]: compiles and runs the code blocks of a document and compares what they print.
+#   ```c and ```cpp    a whole program; it must compile without a warning and print the ```text block that follows it;
+#                      C++ is linked with the further libraries too
 #   ```console         lines `$ command` from the root of the tree, each followed by what it prints; ./solve stands for the
 #                      built command
 set -uo pipefail
 document=$1 root=$2 library=$3 nuvlp=$4
+further=("${@:5}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 run=0 failed=0
@@ -24,17 +26,18 @@ check() {  # check NAME EXPECTED PRINTED
     fi
 }
 
-program() {  # program SOURCE COMPILER...
+program() {  # program SOURCE LIBRARIES COMPILER...
     local source=$1 name expected
-    shift
+    local -n libraries=$2
+    shift 2
     name=${source%.*}
     expected=$(printf '%s/%03d.text' "$work" $((10#$(basename "$name") + 1)))
-    if ! "$@" -Wall -Wextra -Wpedantic -Werror -I "$root" "$source" "$library" -o "$name.run"; then
+    if ! "$@" -Wall -Wextra -Wpedantic -Werror -I "$root" "$source" "${libraries[@]}" -o "$name.run"; then
         echo "$document: block $(basename "$source") does not compile"
         run=$((run + 1)) failed=$((failed + 1))
         return
     fi
-    "$name.run" >"$name.printed"
+    (cd "$root" && "$name.run") >"$name.printed"
     check "block $(basename "$source")" "$expected" "$name.printed"
 }
 
@@ -57,11 +60,12 @@ console() {  # console SOURCE
     fi
 }
 
+core=("$library") all=("${further[@]}" "$library")
 # Each may carry flags.
 read -ra c_compiler <<<"${CC:-cc}"
 read -ra cpp_compiler <<<"${CXX:-c++}"
-for block in "$work"/*.c; do [[ -e $block ]] && program "$block" "${c_compiler[@]}" -std=c11; done
-for block in "$work"/*.cpp; do [[ -e $block ]] && program "$block" "${cpp_compiler[@]}" -std=c++20; done
+for block in "$work"/*.c; do [[ -e $block ]] && program "$block" core "${c_compiler[@]}" -std=c11; done
+for block in "$work"/*.cpp; do [[ -e $block ]] && program "$block" all "${cpp_compiler[@]}" -std=c++20; done
 for block in "$work"/*.console; do [[ -e $block ]] && console "$block"; done
 [[ $run -gt 0 ]] || { echo "$document: no block was run"; exit 1; }
 echo "$document: $run blocks run, $failed failed"

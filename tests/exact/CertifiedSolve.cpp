@@ -258,5 +258,28 @@ TEST(Engine, ASecondRunGivesTheSameBitsAndPivots)
     EXPECT_EQ(first.record.reduced, second.record.reduced);
 }
 
+/// Primal steps from the apex of a cone have no length, and without costs no dual step has one:
+/// more of them in a row than the exact simplex has patience for.
+TEST(Engine, EndsWherePivotsHaveNoLength)
+{
+    const BoundedForm cone = DegenerateCone(40);
+    const CertifiedResult primal = CertifiedFrom(cone, SlackBasis(cone));
+    EXPECT_TRUE(primal.record.proved);
+    EXPECT_EQ(primal.certificate.objective, Certified(cone).certificate.objective);
+    EXPECT_GT(primal.record.stages[Stage::Exact].pivots, 30U);
+
+    // Each row wants its sum above 1; nothing costs anything.
+    Random random(7);
+    std::vector<DenseRow> rows(40, {{}, {1, kInf}});
+    for (DenseRow& row : rows)
+        for (int j = 0; j < 40; ++j)
+            row.coefficients.push_back(random.Between(-2, 3));
+    const BoundedForm covering = MakeForm(std::vector<double>(40, 0.0), rows);
+    const CertifiedResult dual = CertifiedFrom(covering, SlackBasis(covering));
+    EXPECT_TRUE(dual.record.proved);
+    EXPECT_EQ(dual.certificate.status, Certified(covering).certificate.status);
+    EXPECT_GT(dual.record.stages[Stage::Exact].pivots, 30U);
+}
+
 }  // namespace
 }  // namespace nuv::test

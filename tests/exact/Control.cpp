@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 
 namespace nuv::test
 {
@@ -49,6 +50,7 @@ TEST(SolveControl, NoTimeMeansNoClaim)
 TEST(SolveControl, WithoutDoublePivotsTheExactStageDoesTheWork)
 {
     SolveLimits limits;
+    limits.seconds = 1e6;
     limits.doublePivots = 0;
     const CertifiedResult proof = Certified(OptimalForm(), nullptr, limits);
     EXPECT_TRUE(proof.record.proved);
@@ -140,6 +142,36 @@ TEST(SolveControl, AStopIsFinalInWhicheverStageItComes)
             EXPECT_EQ(proof.certificate.status == Status::Stopped, stopped);
             EXPECT_EQ(proof.record.stopReason, stopped ? StopReason::Cancelled : StopReason::None);
         }
+}
+
+/// In the exact stage it may come before a pivot, between two digits of a solution, and after any
+/// try to reconstruct one.
+TEST(SolveControl, AStopIsFinalAtWhicheverQuestionItComes)
+{
+    int stops = 0;
+    for (std::uint64_t seed = 1; seed <= 2; ++seed)
+    {
+        Random random(seed);
+        const BoundedForm form = RandomSparseForm(random, 6, 9);
+        int last = 1;
+        for (bool isStopped = true; isStopped; ++last)
+        {
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", question " + std::to_string(last));
+            int asked = 0;
+            SolveLimits limits;
+            limits.keepGoing = [&](const Progress&) { return ++asked < last; };
+            SolveControl control(limits);
+            const CertifiedResult proof = SolveExactly(form, SlackBasis(form), control);
+            ASSERT_LE(asked, last) << "asked again";
+            isStopped = asked == last;
+            EXPECT_EQ(proof.certificate.status == Status::Stopped, isStopped);
+            EXPECT_EQ(proof.record.proved, !isStopped);
+            EXPECT_EQ(proof.record.stopReason,
+                      isStopped ? StopReason::Cancelled : StopReason::None);
+            stops += isStopped ? 1 : 0;
+        }
+    }
+    EXPECT_GT(stops, 40);
 }
 
 /// Main program, refinements, elastic program and rays together spend what one of them may.
@@ -238,6 +270,22 @@ TEST(SolveControl, EndsRanging)
     EXPECT_FALSE(AnalyseSensitivity(form, proof, cancelled));
     EXPECT_EQ(asked, 2);
     EXPECT_EQ(cancelled.Reason(), StopReason::Cancelled);
+}
+
+TEST(SolveControl, EndsRangingAtAnyRow)
+{
+    const BoundedForm form = OptimalForm();
+    const CertifiedResult proof = Certified(form);
+    // Once a row for the costs, once a row for the sides.
+    for (int last = 1; last <= 7; ++last)
+    {
+        int asked = 0;
+        SolveLimits limits;
+        limits.keepGoing = [&](const Progress&) { return ++asked < last; };
+        SolveControl control(limits);
+        EXPECT_EQ(AnalyseSensitivity(form, proof, control).has_value(), last == 7);
+        EXPECT_EQ(asked, std::min(last, 6));
+    }
 }
 
 }  // namespace

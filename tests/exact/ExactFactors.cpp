@@ -10,9 +10,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdlib>
+#include <set>
 
 namespace nuv::test
 {
@@ -124,6 +126,8 @@ TEST(DixonSolver, TellsFractionsFromTheirResidues)
     for (int digit = 0; digit < 6; ++digit)
         residue = residue * Integer(kPrime) + Integer(random.Next() >> 3);
     EXPECT_FALSE(ReconstructRational(residue, modulus, 60, 372, numerator, denominator));
+    EXPECT_FALSE(ReconstructRational(residue, modulus, 60, 100, numerator, denominator))
+        << "no denominator of so few bits";
 }
 
 TEST(DixonSolver, GivesUpWhenTimeIsUp)
@@ -142,6 +146,66 @@ TEST(DixonSolver, GivesUpWhenTimeIsUp)
     ScaledVector right{std::vector<Integer>(60, Integer(1)), {}};
     ExactVector solution;
     EXPECT_FALSE(factors.SolveForward(right, solution, control));
+    // Or at any later question, between digits or between unknowns.
+    bool isStopped = true;
+    int last = 1;
+    for (; isStopped; ++last)
+    {
+        int asked = 0;
+        limits.seconds = 1e6;
+        limits.keepGoing = [&](const Progress&) { return ++asked < last; };
+        SolveControl asking(limits);
+        isStopped = !factors.SolveForward(right, solution, asking);
+        EXPECT_EQ(isStopped, asked == last);
+    }
+    EXPECT_GT(last, 10);
+}
+
+/// Each digit of a solution has some 62 bits, and a carry may run through all words of what is
+/// left.
+TEST(DixonSolver, TakesRightSidesOfManyWords)
+{
+    SolveControl control;
+    for (unsigned power = 0; power <= 60; ++power)
+    {
+        SCOPED_TRACE(power);
+        // x = -7^4p and 3 y - x = 1 - 2^14p
+        const BoundedForm form = MakeForm({0, 0}, {{{1, 0}, {0, 0}}, {{-1, 3}, {0, 0}}});
+        const ExactForm exact(form);
+        std::vector<Index> head{0, 1};
+        ExactFactors factors(exact);
+        ASSERT_TRUE(factors.Factorise(head).empty());
+        const Integer x = -Power(7, 4 * power);
+        const Integer right = 1 - Power(2, 14 * power);
+        ExactVector solution;
+        ASSERT_TRUE(factors.SolveForward({{x, right}, {}}, solution, control));
+        const Index first = head[0] == 0 ? 0 : 1;
+        EXPECT_EQ(solution.At(first), Rational(x));
+        EXPECT_EQ(solution.At(1 - first), Rational(x + right, 3));
+    }
+}
+
+/// The determinant 2^62 - 57 is the first of the primes: modulo it the matrix is singular.
+TEST(ExactFactors, TakesAnotherPrimeWhereOneDividesTheDeterminant)
+{
+    SolveControl control;
+    const BoundedForm form =
+        MakeForm({0, 0}, {{{0x1p31, 1}, {0, 0}}, {{57, 0x1p31}, {0, 0}}, {{1, 0}, {0, 0}}});
+    const ExactForm exact(form);
+    std::vector<Index> head{0, 1, 4};
+    ExactFactors factors(exact);
+    EXPECT_TRUE(factors.Factorise(head).empty());
+    EXPECT_EQ(std::set<Index>(head.begin(), head.end()), (std::set<Index>{0, 1, 4}));
+    ExactVector solution;
+    ASSERT_TRUE(
+        factors.SolveForward({{Integer(1), Integer(0), Integer(0)}, {}}, solution, control));
+    const auto second = std::ranges::find(head, Index{1}) - head.begin();
+    EXPECT_EQ(solution.At(static_cast<Index>(second)), Rational(-57, Integer(kPrime)));
+    // 1, 1 twice is singular modulo all of them.
+    const BoundedForm twice = MakeForm({0, 0}, {{{1, 1}, {0, 0}}, {{1, 1}, {0, 0}}});
+    const ExactForm singular(twice);
+    std::vector<Index> both{0, 1};
+    EXPECT_EQ(ExactFactors(singular).Factorise(both).size(), 1U);
 }
 
 }  // namespace

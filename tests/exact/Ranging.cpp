@@ -171,5 +171,31 @@ TEST(Sensitivity, DoublesAgreeWithRationals)
     }
 }
 
+/// Of two equal equations one holds the basis, and may not move without the other; a row without
+/// sides has none to move, whether it is in the basis or not.
+TEST(Sensitivity, KnowsRowsThatCannotMove)
+{
+    const BoundedForm twice =
+        MakeForm({1, 2}, {{{1, 1}, {4, 4}}, {{1, 1}, {4, 4}}, {{1, -1}, {-kInf, kInf}}});
+    const CertifiedResult proof = Solve(twice);
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    const Sensitivity ranges = RangesOf(twice, proof);
+    const Index idle = proof.record.basis.rows[0] == BasisStatus::Basic ? 0 : 1;
+    EXPECT_EQ(ranges.rowUpper[idle], (AllowedRange{4.0, 4.0}));
+    EXPECT_EQ(ranges.rowLower[idle], (AllowedRange{4.0, 4.0}));
+    EXPECT_EQ(ranges.rowUpper[2], (AllowedRange{4.0, kInf}));
+    EXPECT_EQ(ranges.rowLower[2], (AllowedRange{-kInf, 4.0}));
+
+    const BoundedForm open = MakeForm({1, 0}, {{{1, -1}, {-kInf, kInf}}}, {{0, 5}, {0, 5}});
+    Basis basis = SlackBasis(open);
+    basis.columns[1] = BasisStatus::Basic;
+    basis.rows[0] = BasisStatus::Free;
+    const CertifiedResult kept = CertifiedFrom(open, basis);
+    ASSERT_EQ(kept.record.basis.rows[0], BasisStatus::Free);
+    ASSERT_EQ(kept.certificate.status, Status::Optimal);
+    EXPECT_EQ(RangesOf(open, kept).rowUpper[0], (AllowedRange{0.0, kInf}));
+    EXPECT_EQ(RangesOf(open, kept).rowLower[0], (AllowedRange{-kInf, 0.0}));
+}
+
 }  // namespace
 }  // namespace nuv::test

@@ -161,5 +161,63 @@ TEST(Auxiliary, RaysAreBoundedDirections)
     EXPECT_EQ(ray.certificate.objective, -2);
 }
 
+/// The same with limits on the pivots in doubles, which run out in one step or the next on the way:
+/// what the elastic program finds out by itself is taken for the model's too.
+TEST(Refinement, FindsAContradictionWithWhateverPivotsAreLeft)
+{
+    const BoundedForm contradicting =
+        MakeForm({1, 0, 0}, {{{1, 1, 0}, {1 + 0x1p-50, kInf}}, {{1, 1, 0}, {-kInf, 1}}},
+                 {{0, 9}, {0, 9}, {0, kInf}});
+    BoundedForm unboundedBesides = contradicting;
+    unboundedBesides.cost[2] = -1;
+    for (const BoundedForm& form : {contradicting, unboundedBesides})
+        for (std::uint64_t pivots = 0; pivots < 12; ++pivots)
+        {
+            SCOPED_TRACE(pivots);
+            SolveLimits limits;
+            limits.doublePivots = pivots;
+            const CertifiedResult proof = Certified(form, nullptr, limits);
+            EXPECT_EQ(proof.certificate.status, Status::Infeasible);
+            EXPECT_TRUE(proof.record.proved);
+        }
+}
+
+/// Along x = y the objective falls by 2^-50 a step: to doubles it stands still.
+TEST(Refinement, FindsADirectionBelowTheTolerance)
+{
+    const CertifiedResult proof = Solve(MakeForm({1, -1 - 0x1p-50}, {{{1, -1}, {0, 0}}}));
+    EXPECT_EQ(proof.certificate.status, Status::Unbounded);
+    EXPECT_TRUE(proof.record.proved);
+}
+
+/// x is limited by the tiny entry alone, which scaling cannot enlarge and doubles take for nothing.
+TEST(Refinement, FindsALimitThatDoublesDoNotSee)
+{
+    std::vector<DenseRow> rows(6, {{1, 1, 1, 1, 1, -1}, {-kInf, 5}});
+    rows[0] = {{1, 1, 1, 1, 1, 1e-13}, {-kInf, 1}};
+    BoundedForm form = MakeForm({0, 0, 0, 0, 0, -1}, rows);
+    form.numbers = CoefficientMeaning::ShortestDecimal;
+    const CertifiedResult proof = Solve(form);
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(ToString(proof.certificate.objective), "-10000000000000");
+}
+
+/// y is better than x by 2^-50 a unit and z better than y by 2^-90: each look sees the next step.
+TEST(Refinement, LooksTwiceWhereOneStepHidesBehindAnother)
+{
+    const BoundedForm form =
+        MakeForm({-1, -1 - 0x1p-50, -1 - 0x1p-50, -0x1p-90},
+                 {{{1, 1, 1, 0}, {-kInf, 1}}, {{0, 0, 1, -1}, {0, 0}}, {{1, 1, 1, 1}, {-kInf, 9}}});
+    Basis start = SlackBasis(form);
+    start.columns[0] = BasisStatus::Basic;
+    start.rows[0] = BasisStatus::AtUpper;
+    const CertifiedResult proof = Certified(form, &start);
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(proof.record.value[2], 1.0);
+    EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
+}
+
 }  // namespace
 }  // namespace nuv::test

@@ -4,6 +4,7 @@
 
 #include "Nuv/Model/Model.hpp"
 
+#include <cstdint>
 #include <random>
 #include <string>
 
@@ -17,6 +18,12 @@ namespace nuv::test
     const double whole = least + static_cast<int>(random() % width);
     const unsigned kind = random() % 16;
     return kind == 0 ? whole / 10 : kind < 4 ? whole / 2 : whole;
+}
+
+/// A number below `count`; 0 if there is none.
+[[nodiscard]] inline std::uint32_t Pick(std::mt19937& random, std::uint32_t count)
+{
+    return count == 0 ? 0 : static_cast<std::uint32_t>(random() % count);
 }
 
 /// Bounds of any kind, seldom crossed ones.

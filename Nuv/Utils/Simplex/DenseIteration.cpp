@@ -7,8 +7,6 @@
 
 namespace nuv
 {
-namespace
-{
 NuvSizeT PlaceArrays(DenseIteration* x, const Iteration* it, void* block)
 {
     WorkspaceLayout layout(block);
@@ -21,7 +19,6 @@ NuvSizeT PlaceArrays(DenseIteration* x, const Iteration* it, void* block)
     layout.Place(&x->nonbasicColumns, it->numNonbasic);
     return layout.BytesNeeded();
 }
-}  // namespace
 
 bool AllocateArrays(DenseIteration* x, const Iteration* it)
 {

@@ -22,6 +22,9 @@ struct DenseIteration
     NuvUint* nonbasicColumns;  /// [numNonbasic]
 };
 
+/// Places the arrays in a block, or in none.
+/// @return the bytes that it needs.
+NuvSizeT PlaceArrays(DenseIteration* x, const Iteration* it, void* block);
 /// @return false when storage is refused.
 bool AllocateArrays(DenseIteration* x, const Iteration* it);
 /// Takes the columns of the first basis, the slacks' in Phase I and those under the labels in Phase

@@ -5,6 +5,8 @@
 
 #include <float.h>
 
+#include <initializer_list>
+
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 #include "Nuv/Utils/Simplex/StructuredIteration.h"
@@ -30,12 +32,18 @@ struct PhaseRules
 Result FinishFeasible(Iteration* it, NuvLinearProgramming* lp, const Entering* entering,
                       const Leaving* leaving);
 
+/// Leaves blocks with the allocator of a model; a solve without one leaves none.
+bool Retain(const Iteration* it, const NuvSizeT* sizes, NuvSizeT count)
+{
+    return it->context->taker || AllocateRetained(it->allocator, sizes, count);
+}
+
 /// What a pivot retains: four blocks of m floats and one of m × m.
 bool RetainPivotBlocks(const Iteration* it)
 {
     const NuvSizeT vector = it->m * sizeof(NuvFloat32);
     const NuvSizeT sizes[] = {vector, vector, vector, vector, vector * it->m};
-    return AllocateRetained(it->allocator, sizes, 5);
+    return Retain(it, sizes, 5);
 }
 
 /// The simplex method. `Steps` is a DenseIteration or a StructuredIteration.
@@ -149,7 +157,7 @@ bool RetainPhaseIBlocks(const Iteration* it, NuvSizeT numVectors)
                               vector,
                               vector,
                               vector};
-    return AllocateRetained(it->allocator, sizes, 8 + numVectors);
+    return Retain(it, sizes, 8 + numVectors);
 }
 
 /// No reduced cost is positive while the artificial variable is still basic.
@@ -191,9 +199,15 @@ Result FinishOptimal(const Iteration* it, NuvLinearProgramming* lp)
 {
     const NuvSizeT vector = it->m * sizeof(NuvFloat32);
     const NuvSizeT sizes[] = {vector, vector * it->m};
-    if (!AllocateRetained(it->allocator, sizes, 2))
+    if (!Retain(it, sizes, 2))
         return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     lp->objectiveValue = ComputeObjective(it);
+    if (AnswerTaker* const taker = it->context->taker)
+    {
+        const Optimum optimum = {lp->objectiveValue, it->basic, it->basicValues, it->prices};
+        taker->take(taker, &optimum);
+        return NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
+    }
     const NuvSizeT numValues = NuvVector_NuvPair_NuvString__NuvFloat32Size(&lp->variableValues);
     for (NuvUint i = 0; i != it->m; ++i)
     {
@@ -231,14 +245,39 @@ NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, SolveConte
 NuvLinearProgrammingResultType SolveInContext(NuvLinearProgramming* lp, SolveContext* context)
 {
     StandardForm form;
-    if (!PrepareInputs(lp, &form))
-        return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
+    return PrepareInputs(lp, &form) ? SolveForm(lp, context, &form)
+                                    : NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
+}
+
+NuvLinearProgrammingResultType SolveForm(NuvLinearProgramming* lp, SolveContext* context,
+                                         const StandardForm* form)
+{
     if (NuvRevisedSimplexIsPhaseIRequired(lp))
     {
-        const NuvLinearProgrammingResultType result = SolvePhaseI(lp, context, &form);
+        const NuvLinearProgrammingResultType result = SolvePhaseI(lp, context, form);
         if (result != NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
             return result;
     }
-    return SolvePhaseII(lp, context, &form);
+    return SolvePhaseII(lp, context, form);
+}
+
+NuvSizeT BytesOfPhases(const StandardForm* form)
+{
+    SolveContext context = {nullptr, 0, nullptr, nullptr};
+    StandardForm shape = *form;
+    NuvSizeT most = 0;
+    for (const Phase phase : {Phase::I, Phase::II})
+        // Dense pricing, and sparse pricing of as many non-zeros as it is for.
+        for (const NuvSizeT part : {NuvSizeT{1}, Kernels::tile})
+        {
+            Iteration it;
+            StructuredIteration structured;
+            DenseIteration dense;
+            shape.maxNonzeros = static_cast<NuvSizeT>(form->m) * form->n / part;
+            const NuvSizeT bytes = PlaceArrays(&it, &structured, &context, &shape, phase, nullptr) +
+                                   PlaceArrays(&dense, &it, nullptr);
+            most = bytes > most ? bytes : most;
+        }
+    return most;
 }
 }  // namespace nuv

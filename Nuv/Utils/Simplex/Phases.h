@@ -17,6 +17,12 @@ NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, SolveConte
                                             const StandardForm* form);
 /// The whole solve.
 NuvLinearProgrammingResultType SolveInContext(NuvLinearProgramming* lp, SolveContext* context);
+/// The whole solve of a standard form that lp's matrices hold already.
+NuvLinearProgrammingResultType SolveForm(NuvLinearProgramming* lp, SolveContext* context,
+                                         const StandardForm* form);
+/// At least what either phase needs of its allocator at any time, for any data of the form's shape,
+/// if it leaves no blocks; allocated and freed in the order of a stack.
+NuvSizeT BytesOfPhases(const StandardForm* form);
 }  // namespace nuv
 
 #endif

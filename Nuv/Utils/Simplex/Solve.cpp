@@ -14,7 +14,7 @@ NuvLinearProgrammingResultType CallPhase(PhaseFunction phase, NuvLinearProgrammi
     StandardForm form;
     if (!CanCountElements(lp, numArtificial) || !ReadStandardForm(lp, &form))
         return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
-    SolveContext context = {nullptr, 0, KernelsOfThisMachine()};
+    SolveContext context = {nullptr, 0, KernelsOfThisMachine(), nullptr};
     return phase(lp, &context, &form);
 }
 }  // namespace
@@ -28,7 +28,7 @@ NuvLinearProgrammingResultType NuvLinearProgrammingSolve(NuvLinearProgramming* l
 NuvLinearProgrammingResultType
 NuvLinearProgrammingSolveMonitored(NuvLinearProgramming* lp, NuvLinearProgrammingMonitor* monitor)
 {
-    nuv::SolveContext context = {monitor, 0, nuv::KernelsOfThisMachine()};
+    nuv::SolveContext context = {monitor, 0, nuv::KernelsOfThisMachine(), nullptr};
     return nuv::SolveInContext(lp, &context);
 }
 

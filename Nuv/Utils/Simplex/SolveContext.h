@@ -7,6 +7,21 @@
 
 namespace nuv
 {
+/// An optimum as a solve has it; the arrays are the solve's.
+struct Optimum
+{
+    NuvFloat32 objective;
+    const NuvUint* basic;      /// [m] labels
+    const NuvFloat32* values;  /// [m] of the basic variables
+    const NuvFloat32* prices;  /// [m]
+};
+
+/// Where the optimum goes of a solve without a model.
+struct AnswerTaker
+{
+    void (*take)(AnswerTaker* taker, const Optimum* optimum);
+};
+
 struct SolveContext
 {
     /// Told of each pivot; null for nobody.
@@ -14,6 +29,9 @@ struct SolveContext
     /// How many pivots were made, in both phases.
     NuvUint pivots;
     const Kernels* kernels;
+    /// Told of the optimum in place of the model, or null. Such a solve leaves no blocks with its
+    /// allocator.
+    AnswerTaker* taker;
 };
 }  // namespace nuv
 

@@ -170,7 +170,14 @@ bool AreFinite(const NuvFloat32* x, NuvSizeT count)
 
 StandardForm ViewOf(const NuvLinearProgramming* lp)
 {
-    return {lp->numConstraints, lp->numVars, lp->A.data, lp->b.data, lp->c.data, false, 0};
+    return {lp->numConstraints,
+            lp->numVars,
+            lp->A.data,
+            lp->b.data,
+            lp->c.data,
+            false,
+            0,
+            static_cast<NuvSizeT>(lp->numVars) + lp->numConstraints};
 }
 }  // namespace
 

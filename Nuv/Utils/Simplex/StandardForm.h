@@ -18,7 +18,7 @@ struct StandardForm
     NuvUint m;
     /// The columns that are not slacks.
     NuvUint n;
-    const NuvFloat32* A;  /// [m × (n + m)], row after row
+    const NuvFloat32* A;  /// [m × (n + m)], row after row, or without the slacks: see rowLength
     const NuvFloat32* b;  /// [m]
     const NuvFloat32* c;  /// [n + m]
 
@@ -28,11 +28,13 @@ struct StandardForm
     /// At least the number of non-zeros in A's first n columns. Lists of them are made for so many:
     /// too small a number here would have them written past their ends.
     NuvSizeT maxNonzeros;
+    /// From a row of A to the next: n + m, or n of a form whose slacks nobody reads.
+    NuvSizeT rowLength;
 };
 
 inline const NuvFloat32* RowOf(const StandardForm* form, NuvSizeT row)
 {
-    return form->A + row * (static_cast<NuvSizeT>(form->n) + form->m);
+    return form->A + row * form->rowLength;
 }
 
 /// The element of the column of a label.

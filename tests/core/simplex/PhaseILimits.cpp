@@ -14,7 +14,7 @@ TEST(PhaseI, OneColumnMoreThan32BitsCountIsRefusedBeforeAnythingIsRead)
     NuvLinearProgramming lp;
     ASSERT_EQ(NuvLinearProgrammingConstructDefault(&lp, allocator), &lp);
     const std::size_t requests = allocator.Requests();
-    nuv::SolveContext context = {nullptr, 0, nuv::KernelsOfThisMachine()};
+    nuv::SolveContext context = {nullptr, 0, nuv::KernelsOfThisMachine(), nullptr};
     lp.numConstraints = 0xFFFF;
     lp.numVars = 2;
     const nuv::StandardForm form = {};

@@ -1,0 +1,219 @@
+/// Solving again. Three ways, the cheapest first that does: the last certificate may prove the
+/// verdict still; the last basis may be optimal still, which needs no more than the exact numbers
+/// that the changes have made unknown; or the simplex goes on from it, the dual one where the basis
+/// lost its feasibility, the primal one where it did not.
+#include "Nuv/Exact/CertifiedSession.hpp"
+
+#include "Nuv/Exact/CertifiedStages.hpp"
+#include "Nuv/Exact/ExactSimplex.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
+#include "Nuv/SparseSimplex/DualSimplex.hpp"
+#include "Nuv/SparseSimplex/SimplexState.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace nuv
+{
+namespace
+{
+
+/// A basis whose values in doubles miss their bounds by more, or its reduced costs their signs, in
+/// the scaled form, is not worth an exact look.
+constexpr double kWorthALook = 1e-6;
+
+bool IsFeasible(const SimplexState& state)
+{
+    return std::ranges::all_of(state.head,
+                               [&](Index v)
+                               {
+                                   return state.value[v] >= state.lower[v] - kWorthALook &&
+                                          state.value[v] <= state.upper[v] + kWorthALook;
+                               });
+}
+
+void ComputeReducedCosts(SimplexState& state)
+{
+    std::vector<double> basicCost(state.head.size());
+    for (Index k = 0; k < state.head.size(); ++k)
+        basicCost[k] = state.cost[state.head[k]];
+    state.ComputeReducedCosts(state.cost, basicCost);
+}
+
+bool IsDualFeasible(const SimplexState& state)
+{
+    for (Index v = 0; v < state.form.Variables(); ++v)
+    {
+        if (!state.IsFixed(v) && DualInfeasibility(state.status[v], state.reduced[v]) > kWorthALook)
+            return false;
+    }
+    return true;
+}
+
+bool IsBasisOf(const ExactEvaluation& evaluation, const Basis& basis)
+{
+    return !evaluation.head.empty() &&
+           std::ranges::all_of(evaluation.head,
+                               [&](Index v) { return basis[v] == BasisStatus::Basic; });
+}
+
+}  // namespace
+
+CertifiedSession::CertifiedSession(BoundedForm form, std::optional<Basis> start)
+    : m_form(std::move(form)), m_scalable(m_form), m_basis(std::move(start))
+{
+}
+
+void CertifiedSession::SetBounds(Index variable, double lower, double upper)
+{
+    const bool isRow = m_form.IsLogical(variable);
+    const Index at = isRow ? m_form.RowOf(variable) : variable;
+    const bool lowerMoves = m_form.Lower(variable) != lower;
+    const bool upperMoves = m_form.Upper(variable) != upper;
+    (isRow ? m_form.rowLower : m_form.columnLower)[at] = lower;
+    (isRow ? m_form.rowUpper : m_form.columnUpper)[at] = upper;
+    if (ScaledForm* const scaled = m_scalable.Made())
+        scaled->SetBounds(m_form, variable);
+    if (!m_evaluation)
+        return;
+    m_evaluation->exact->TakeBounds(variable);
+    if (!m_evaluation->hasValues)
+        return;
+    // Where it rests at the other bound, and where it is basic, no value depends on this one.
+    const BasisStatus status = m_evaluation->resting[variable];
+    if ((lowerMoves && status == BasisStatus::AtLower) ||
+        (upperMoves && status == BasisStatus::AtUpper))
+        m_evaluation->hasValues = false;
+}
+
+void CertifiedSession::SetCost(Index column, double cost)
+{
+    if (m_form.cost[column] == cost)
+        return;
+    m_form.cost[column] = cost;
+    m_newCosts.push_back(column);
+}
+
+void CertifiedSession::SetConstant(double constant) noexcept
+{
+    m_form.constant = constant;
+}
+
+void CertifiedSession::StartFrom(const Basis& start)
+{
+    m_basis = start;
+}
+
+/// The duals depend on the costs of basic variables, the reduced cost of a nonbasic one on its own.
+void CertifiedSession::TakeCosts()
+{
+    if (m_newCosts.empty())
+        return;
+    if (ScaledForm* const scaled = m_scalable.Made())
+        scaled->SetCost(m_form);
+    if (m_evaluation)
+    {
+        m_evaluation->exact.emplace(m_form);
+        for (const Index column : m_newCosts)
+        {
+            if (std::ranges::find(m_evaluation->head, column) != m_evaluation->head.end())
+                m_evaluation->hasDuals = false;
+            else if (m_evaluation->hasDuals)
+                m_evaluation->reducedSign[column] = ExactEvaluation::kSignUnknown;
+        }
+    }
+    m_newCosts.clear();
+}
+
+std::shared_ptr<const CertifiedResult> CertifiedSession::Solve(SolveControl& control)
+{
+    const auto result = std::make_shared<CertifiedResult>();
+    const std::shared_ptr<const CertifiedResult> last = std::exchange(m_last, nullptr);
+    TakeCosts();
+    if (ProveAtSight(m_form, *result))
+        return result;
+    if (!m_basis)
+        m_basis = SlackBasis(m_form);
+    FitBasis(m_form, *m_basis);
+    result->record.basis = *m_basis;
+    if (last == nullptr || !StillHolds(*last, *result))
+    {
+        if (!LookAtBasis(control, *result))
+        {
+            const SimplexVerdict guess = SolveInDoubles(control, *result);
+            if (!m_evaluation)
+                m_evaluation.emplace(m_form);
+            ProveBasis(m_scalable, *m_evaluation, guess, kRefinements, control, *result);
+        }
+    }
+    m_basis = result->record.basis;
+    m_last = result;
+    return result;
+}
+
+/// That there is no point, or no optimum, may follow from the same numbers still. An optimum does
+/// not come this way: the basis says more of it.
+bool CertifiedSession::StillHolds(const CertifiedResult& last, CertifiedResult& result) const
+{
+    const Status status = last.certificate.status;
+    if (!last.record.proved || (status != Status::Infeasible && status != Status::Unbounded) ||
+        !CheckCertificate(m_form, last.certificate).empty())
+        return false;
+    result = last;
+    result.record.basis = *m_basis;
+    result.record.stages = {};
+    return true;
+}
+
+/// Whether the basis seems to be optimal, as far as it is not known.
+bool CertifiedSession::IsWorthALook()
+{
+    if (!m_evaluation || !IsBasisOf(*m_evaluation, *m_basis))
+        return false;
+    const bool hasValues = m_evaluation->hasValues;
+    if (hasValues && m_evaluation->hasDuals)
+        return true;
+    SimplexState state(m_scalable.Scaled(), *m_basis);
+    state.Refactorise();
+    if (!IsFeasible(state))
+        return false;
+    if (m_evaluation->hasDuals)
+        return true;
+    ComputeReducedCosts(state);
+    return IsDualFeasible(state);
+}
+
+bool CertifiedSession::LookAtBasis(SolveControl& control, CertifiedResult& result)
+{
+    if (!IsWorthALook())
+        return false;
+    const double begin = control.Seconds();
+    ExactSimplex exact(m_scalable, *m_evaluation, *m_basis, 0, control);
+    exact.ForbidPivots();
+    (void)exact.Run(result);
+    if (result.certificate.status == Status::Stopped && !control.IsStopped())
+        return false;
+    Finish(m_scalable, begin, control, result);
+    return true;
+}
+
+SimplexVerdict CertifiedSession::SolveInDoubles(SolveControl& control, CertifiedResult& result)
+{
+    const double begin = control.Seconds();
+    SimplexState state(m_scalable.Scaled(), *m_basis);
+    state.Refactorise();
+    if (!IsFeasible(state))
+    {
+        DualSimplex dual(state, control);
+        (void)dual.Run();  // the primal simplex has the last word
+        state.cost = state.form.cost;
+    }
+    const SimplexVerdict verdict = nuv::SolveInDoubles(state, control);
+    result.record.basis = state.ExportBasis();
+    result.record.stages[Stage::Double].ran = true;
+    result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
+    LogDoubles(verdict, control);
+    return verdict;
+}
+
+}  // namespace nuv

@@ -1,0 +1,63 @@
+/// Certified solves of a form that changes in between, each starting from what the last one left:
+/// its basis, the scaled form, and of that basis the exact factors, values and duals as far as the
+/// changes leave them true. What is proved is checked as after any other solve, so a kept number
+/// that is wrong would cost time and not truth.
+#pragma once
+
+#include "Nuv/Exact/CertifiedResult.hpp"
+#include "Nuv/Exact/ExactEvaluation.hpp"
+#include "Nuv/SparseSimplex/PrimalSimplex.hpp"
+#include "Nuv/SparseSimplex/ScaledForm.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace nuv
+{
+
+class CertifiedSession
+{
+public:
+    /// `start`, if there is one, is made to fit.
+    CertifiedSession(BoundedForm form, std::optional<Basis> start);
+    CertifiedSession(const CertifiedSession&) = delete;
+    CertifiedSession& operator=(const CertifiedSession&) = delete;
+
+    [[nodiscard]] const BoundedForm& Form() const noexcept
+    {
+        return m_form;
+    }
+    /// Of the last solve, or the start; nothing before both.
+    [[nodiscard]] const std::optional<Basis>& LastBasis() const noexcept
+    {
+        return m_basis;
+    }
+
+    void SetBounds(Index variable, double lower, double upper);
+    void SetCost(Index column, double cost);
+    void SetConstant(double constant) noexcept;
+    /// The next solve starts there.
+    void StartFrom(const Basis& start);
+
+    /// Solves, and proves with the strength of SolveCertified. The result is never changed
+    /// afterwards.
+    [[nodiscard]] std::shared_ptr<const CertifiedResult> Solve(SolveControl& control);
+
+private:
+    void TakeCosts();
+    [[nodiscard]] bool StillHolds(const CertifiedResult& last, CertifiedResult& result) const;
+    [[nodiscard]] bool IsWorthALook();
+    [[nodiscard]] bool LookAtBasis(SolveControl& control, CertifiedResult& result);
+    [[nodiscard]] SimplexVerdict SolveInDoubles(SolveControl& control, CertifiedResult& result);
+
+    BoundedForm m_form;
+    ScalableForm m_scalable;
+    std::optional<ExactEvaluation> m_evaluation;
+    std::optional<Basis> m_basis;
+    std::shared_ptr<const CertifiedResult> m_last;
+    std::vector<Index> m_newCosts;  ///< columns whose cost has changed since the last solve
+};
+
+}  // namespace nuv

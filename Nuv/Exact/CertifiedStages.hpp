@@ -1,0 +1,31 @@
+/// The stages of a certified solve one by one, for what solves once and for what solves again.
+#pragma once
+
+#include "Nuv/Exact/CertifiedResult.hpp"
+#include "Nuv/Exact/ExactEvaluation.hpp"
+#include "Nuv/SparseSimplex/PrimalSimplex.hpp"
+#include "Nuv/SparseSimplex/ScaledForm.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
+
+namespace nuv
+{
+
+/// How often the exact stage looks for a better basis in doubles before it pivots itself.
+inline constexpr int kRefinements = 20;
+
+/// What needs no solving: bad data and bounds that cross. @return whether that was all.
+[[nodiscard]] bool ProveAtSight(const BoundedForm& form, CertifiedResult& result);
+
+/// What the simplex in doubles came to.
+void LogDoubles(SimplexVerdict verdict, SolveControl& control);
+
+/// The exact stage from the basis of the record, the guess being what the stage before says of it;
+/// then Finish.
+void ProveBasis(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,
+                int refinements, SolveControl& control, CertifiedResult& result);
+
+/// Checks what the exact stage, which began at that second, claims; and says what is left to say if
+/// it claims nothing.
+void Finish(ScalableForm& form, double begin, SolveControl& control, CertifiedResult& result);
+
+}  // namespace nuv

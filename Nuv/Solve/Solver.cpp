@@ -1,0 +1,267 @@
+/// Keeps a model and the session on its form in step. An edit of a bound or a cost goes to both;
+/// one of the matrix ends the session on the form, of which the basis stays, by the places that the
+/// model has then.
+#include "Nuv/Solve/Solver.hpp"
+
+#include "Nuv/Exact/CertifiedSession.hpp"
+#include "Nuv/Solve/ModelForm.hpp"
+#include "Nuv/Solve/SolveSteps.hpp"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace nuv
+{
+
+struct Solver::State
+{
+    State(Model ofUser, SolveOptions given) : model(std::move(ofUser)), options(std::move(given)) {}
+
+    /// Ends the session on the form; its basis waits for the next one.
+    void EndSession()
+    {
+        if (!session)
+            return;
+        if (session->LastBasis())
+            basis = session->LastBasis();
+        session.reset();
+    }
+    void NoteRow();
+    void NoteVariable(Variable variable);
+    void TakeObjective();
+    void OpenSession(SolveControl& control, Solution& solution);
+
+    Model model;
+    SolveOptions options;
+    std::unique_ptr<CertifiedSession> session;
+    std::optional<Basis> basis;  ///< where there is no session
+};
+
+namespace
+{
+
+/// The statuses of what stays, when `removed` are taken out of the model.
+template <class Item>
+void RemoveStatuses(const Model& model, std::span<const Item> removed,
+                    std::vector<BasisStatus>& statuses)
+{
+    std::vector<bool> isRemoved(statuses.size(), false);
+    for (const Item item : removed)
+    {
+        if (model.IndexOf(item) < isRemoved.size())
+            isRemoved[model.IndexOf(item)] = true;
+    }
+    std::size_t kept = 0;
+    for (std::size_t at = 0; at < statuses.size(); ++at)
+    {
+        if (!isRemoved[at])
+            statuses[kept++] = statuses[at];
+    }
+    statuses.resize(kept);
+}
+
+}  // namespace
+
+/// The logical of a new row is basic: the rest of the basis stays what it was.
+void Solver::State::NoteRow()
+{
+    EndSession();
+    if (basis)
+        basis->rows.push_back(BasisStatus::Basic);
+}
+
+void Solver::State::NoteVariable(Variable variable)
+{
+    if (!variable.Valid())
+        return;
+    EndSession();
+    if (basis)
+        basis->columns.push_back(
+            DefaultNonbasicStatus(model.VariableLower().back(), model.VariableUpper().back()));
+}
+
+void Solver::State::TakeObjective()
+{
+    if (!session)
+        return;
+    const double sign = SignOf(model);
+    for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
+        session->SetCost(j, sign * model.Objective()[j]);
+    session->SetConstant(sign * model.ObjectiveConstant());
+}
+
+/// A session on the form as it is, from the basis that is known or else as a first solve has it.
+void Solver::State::OpenSession(SolveControl& control, Solution& solution)
+{
+    BoundedForm form = FormOf(model);
+    form.numbers = options.numbers;
+    control.ReportObjectiveAs(SignOf(model), form.constant);
+    if (options.start || !options.startValues.empty() || !basis)
+        basis = StartOf(form, SignOf(model), options, control, solution);
+    session = std::make_unique<CertifiedSession>(std::move(form), std::move(basis));
+    basis.reset();
+}
+
+Solver::Solver(Model model, SolveOptions options)
+    : m_state(std::make_unique<State>(std::move(model), std::move(options)))
+{
+}
+
+Solver::Solver(Solver&& other) noexcept = default;
+Solver& Solver::operator=(Solver&& other) noexcept = default;
+Solver::~Solver() = default;
+
+const Model& Solver::GetModel() const noexcept
+{
+    return m_state->model;
+}
+
+Model Solver::Take()
+{
+    m_state->session.reset();
+    m_state->basis.reset();
+    return std::exchange(m_state->model, Model());
+}
+
+const SolveOptions& Solver::Options() const noexcept
+{
+    return m_state->options;
+}
+
+void Solver::SetOptions(SolveOptions options)
+{
+    if (options.numbers != m_state->options.numbers)
+        m_state->EndSession();
+    m_state->options = std::move(options);
+}
+
+Solution Solver::Solve()
+{
+    State& state = *m_state;
+    if (state.options.singlePrecisionOnly)
+        return nuv::Solve(state.model, state.options);
+    SolveControl control(state.options.limits);
+    Solution solution = BlankSolution(state.model, state.options);
+    if (!solution.failure.code.empty())
+        return solution;
+    if (state.options.start || !state.options.startValues.empty())
+        state.EndSession();
+    if (!state.session)
+        state.OpenSession(control, solution);
+    state.options.start.reset();
+    state.options.startValues.clear();
+    control.ReportObjectiveAs(SignOf(state.model), state.session->Form().constant);
+    Conclude(state.model, state.session->Form(), state.options, state.session->Solve(control),
+             control, solution);
+    solution.seconds = control.Seconds();
+    return solution;
+}
+
+Variable Solver::AddVariable(Bounds bounds)
+{
+    const Variable variable = m_state->model.AddVariable(bounds);
+    m_state->NoteVariable(variable);
+    return variable;
+}
+
+Variable Solver::AddColumn(std::string_view name, double cost, Bounds bounds,
+                           std::span<const ColumnTerm> terms)
+{
+    const Variable variable = m_state->model.AddColumn(name, cost, bounds, terms);
+    m_state->NoteVariable(variable);
+    return variable;
+}
+
+Row Solver::Add(std::string_view name, const Constraint& constraint)
+{
+    const Row row = m_state->model.Add(name, constraint);
+    if (row.Valid())
+        m_state->NoteRow();
+    return row;
+}
+
+Row Solver::Add(const Constraint& constraint)
+{
+    const Row row = m_state->model.Add(constraint);
+    if (row.Valid())
+        m_state->NoteRow();
+    return row;
+}
+
+void Solver::Maximize(const Expression& objective)
+{
+    m_state->model.Maximize(objective);
+    m_state->TakeObjective();
+}
+
+void Solver::Minimize(const Expression& objective)
+{
+    m_state->model.Minimize(objective);
+    m_state->TakeObjective();
+}
+
+bool Solver::SetBounds(Variable variable, Bounds bounds)
+{
+    State& state = *m_state;
+    if (!state.model.SetBounds(variable, bounds))
+        return false;
+    if (state.session)
+        state.session->SetBounds(state.model.IndexOf(variable), bounds.lower, bounds.upper);
+    return true;
+}
+
+bool Solver::SetBounds(Row row, Bounds bounds)
+{
+    State& state = *m_state;
+    if (!state.model.SetBounds(row, bounds))
+        return false;
+    if (state.session)
+        state.session->SetBounds(state.model.VariableCount() + state.model.IndexOf(row),
+                                 bounds.lower, bounds.upper);
+    return true;
+}
+
+bool Solver::SetCost(Variable variable, double cost)
+{
+    State& state = *m_state;
+    if (!state.model.SetCost(variable, cost))
+        return false;
+    if (state.session)
+        state.session->SetCost(state.model.IndexOf(variable), SignOf(state.model) * cost);
+    return true;
+}
+
+bool Solver::SetCoefficient(Row row, Variable variable, double coefficient)
+{
+    if (!m_state->model.SetCoefficient(row, variable, coefficient))
+        return false;
+    m_state->EndSession();
+    return true;
+}
+
+bool Solver::Remove(std::span<const Row> rows)
+{
+    m_state->EndSession();
+    std::optional<Basis> basis = m_state->basis;
+    if (basis)
+        RemoveStatuses(m_state->model, rows, basis->rows);
+    if (!m_state->model.Remove(rows))
+        return false;
+    m_state->basis = std::move(basis);
+    return true;
+}
+
+bool Solver::Remove(std::span<const Variable> variables)
+{
+    m_state->EndSession();
+    std::optional<Basis> basis = m_state->basis;
+    if (basis)
+        RemoveStatuses(m_state->model, variables, basis->columns);
+    if (!m_state->model.Remove(variables))
+        return false;
+    m_state->basis = std::move(basis);
+    return true;
+}
+
+}  // namespace nuv

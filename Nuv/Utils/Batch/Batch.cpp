@@ -1,0 +1,113 @@
+// The entries, and the choice of the way.
+#include "Nuv/Utils/Batch/Batch.h"
+
+#include "Nuv/Utils/Batch/LaneQueue.h"
+
+namespace nuv
+{
+namespace
+{
+struct Plan
+{
+    SingleSolve single;
+    LaneQueue lanes;
+};
+
+NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const BatchWay* way,
+                     void* workspace)
+{
+    WorkspaceLayout layout(workspace);
+    plan->single.batch = batch;
+    plan->single.kernels = way->kernels;
+    plan->single.trace = way->trace;
+    PlaceArrays(&plan->single, &layout);
+    if (way->lanes)
+    {
+        plan->lanes.batch = batch;
+        plan->lanes.loops = way->lanes;
+        plan->lanes.single = &plan->single;
+        PlaceArrays(&plan->lanes, &layout);
+    }
+    return layout.BytesNeeded();
+}
+
+constexpr InstructionSet widestFirst[] = {InstructionSet::Avx512, InstructionSet::Avx2,
+                                          InstructionSet::Baseline};
+
+/// Up to how many rows the lanes are faster than one problem after the other; docs/performance.md
+/// has the figures. A lane does all the products of its problem, those with zeros too.
+NuvUint MostRows(NuvUint lanes)
+{
+    return lanes >= 8 ? 64 : 20;
+}
+}  // namespace
+
+const LaneLoops* LanesOf(InstructionSet set)
+{
+    if (!KernelsOf(set))
+        return nullptr;
+    switch (set)
+    {
+    case InstructionSet::Avx512:
+        return Avx512Lanes();
+    case InstructionSet::Avx2:
+        return Avx2Lanes();
+    case InstructionSet::Baseline:
+        return BaselineLanes();
+    default:
+        return PlainLanes();
+    }
+}
+
+BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
+{
+    BatchWay way = {KernelsOfThisMachine(), nullptr, nullptr};
+    for (const InstructionSet set : widestFirst)
+        if (!way.lanes)
+            way.lanes = LanesOf(set);
+    if (way.lanes && (!FitsLanes(batch) || batch->numConstraints > MostRows(way.lanes->lanes)))
+        way.lanes = nullptr;
+    return way;
+}
+
+NuvSizeT WorkspaceSize(const NuvLinearProgrammingBatch* batch, const BatchWay* way)
+{
+    Plan plan;
+    return PlaceArrays(&plan, batch, way, nullptr);
+}
+
+void SolveRange(const NuvLinearProgrammingBatch* batch, const BatchWay* way, NuvSizeT first,
+                NuvSizeT last, void* workspace)
+{
+    Plan plan;
+    (void)PlaceArrays(&plan, batch, way, workspace);
+    Start(&plan.single);
+    if (way->lanes)
+        return SolveRange(&plan.lanes, first, last);
+    for (NuvSizeT problem = first; problem != last; ++problem)
+        Solve(&plan.single, problem);
+}
+}  // namespace nuv
+
+NuvSizeT NuvLinearProgrammingBatchWorkspaceSize(const NuvLinearProgrammingBatch* batch)
+{
+    if (!nuv::HasShape(batch))
+        return 0;
+    const nuv::BatchWay way = nuv::WayOf(batch);
+    return nuv::WorkspaceSize(batch, &way);
+}
+
+NuvBool NuvLinearProgrammingBatchSolve(const NuvLinearProgrammingBatch* batch, void* workspace)
+{
+    return NuvLinearProgrammingBatchSolveRange(batch, 0, batch->count, workspace);
+}
+
+NuvBool NuvLinearProgrammingBatchSolveRange(const NuvLinearProgrammingBatch* batch, NuvSizeT first,
+                                            NuvSizeT last, void* workspace)
+{
+    if (!nuv::HasShape(batch))
+        return NUV_FALSE;
+    const nuv::BatchWay way = nuv::WayOf(batch);
+    nuv::SolveRange(batch, &way, first, last, workspace);
+    return NUV_TRUE;
+}

@@ -1,0 +1,4 @@
+// Problems in lanes in plain C++, for any compiler and any machine: one problem at a time.
+#define NUV_LANES 1
+#define NUV_LANE_LOOPS PlainLanes
+#include "Nuv/Utils/Batch/LaneStep.inl"

@@ -1,0 +1,39 @@
+// One problem of a batch by itself, solved as a model of its own would be, in memory that is given.
+// Not installed.
+#ifndef NUV_UTILS_BATCH_SINGLESOLVE_H
+#define NUV_UTILS_BATCH_SINGLESOLVE_H
+
+#include "Nuv/Utils/Batch/BatchProblem.h"
+#include "Nuv/Utils/Simplex/StandardForm.h"
+#include "Nuv/Utils/Simplex/Workspace.h"
+
+namespace nuv
+{
+struct Kernels;
+
+struct SingleSolve
+{
+    const NuvLinearProgrammingBatch* batch;
+    const Kernels* kernels;
+    BatchTrace* trace;
+    NuvFloat32* A;         /// [m × (n + m)]
+    NuvFloat32* b;         /// [m]
+    NuvFloat32* c;         /// [n + m]
+    NuvUint* basic;        /// [m]
+    NuvUint* independent;  /// [n]
+    /// What the phases allocate from, as from a stack.
+    NuvSizeT memorySize;
+    unsigned char* memory;
+};
+
+/// Whether 32 bits can count the elements, and there are any.
+bool HasShape(const NuvLinearProgrammingBatch* batch);
+
+void PlaceArrays(SingleSolve* x, WorkspaceLayout* layout);
+/// Lays down what is the same for all problems: the slacks.
+void Start(SingleSolve* x);
+/// Solves a problem, and writes its answers.
+void Solve(SingleSolve* x, NuvSizeT problem);
+}  // namespace nuv
+
+#endif

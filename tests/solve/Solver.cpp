@@ -1,0 +1,294 @@
+// Sessions: whatever is edited, the answer is that of a solve that knows nothing of the session.
+#include "Nuv/Solve/Solver.hpp"
+
+#include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Solve/ModelForm.hpp"
+#include "tests/solve/Edits.hpp"
+#include "tests/support/Effort.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace nuv::test
+{
+namespace
+{
+
+/// Compares with a solve from nothing, and checks the certificate against a form made afresh.
+void ExpectAsCold(const Solution& warm, const Model& model, const SolveOptions& options)
+{
+    const Solution cold = nuv::Solve(model, options);
+    ASSERT_NE(cold.status, Status::Stopped);
+    EXPECT_EQ(warm.status, cold.status);
+    EXPECT_EQ(warm.proved, cold.proved);
+    EXPECT_EQ(warm.exactObjective, cold.exactObjective);
+    EXPECT_EQ(warm.values.size(), cold.values.size());
+    EXPECT_EQ(warm.duals.size(), cold.duals.size());
+    if (warm.status == Status::Optimal)
+    {
+        EXPECT_EQ(warm.objective, cold.objective);
+    }
+    ASSERT_NE(warm.certificate, nullptr);
+    BoundedForm form = FormOf(model);
+    form.numbers = options.numbers;
+    EXPECT_EQ(CheckCertificate(form, *warm.certificate), "");
+}
+
+TEST(Solver, AnySequenceOfEditsIsAnsweredAsColdSolvesAre)
+{
+    constexpr unsigned kSteps = 60;
+    const unsigned sequences = ShareOf(400u);
+    std::array<int, 3> seen{};
+    for (unsigned seed = 1; seed <= sequences; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        EditedSession session(seed);
+        bool hasBasis = false;
+        for (unsigned step = 0; step < kSteps; ++step)
+        {
+            SCOPED_TRACE(step);
+            const Solution warm = session.solver.Solve();
+            ExpectAsCold(warm, session.solver.GetModel(), EditedSession::QuietOptions());
+            if (HasFailure())
+                return;
+            ++seen[static_cast<std::size_t>(warm.status)];
+            EXPECT_FALSE(hasBasis && warm.stages[Stage::SinglePrecision].ran);
+            hasBasis = hasBasis || !warm.basis.columns.empty();
+            session.Edit();
+        }
+    }
+    for (const int count : seen)
+        EXPECT_GT(count, static_cast<int>(sequences)) << "each verdict is common";
+}
+
+/// Random changes of one number at a time of a model with many.
+void EditNetlib(const std::string& name, int steps)
+{
+    const ReadResult reading = ReadModelFile(NUV_TEST_MODELS "/netlib/" + name + ".mps");
+    ASSERT_TRUE(reading.Ok());
+    SolveOptions options = EditedSession::QuietOptions();
+    options.useSinglePrecision = false;
+    Solver solver(*reading.model, options);
+    std::mt19937 random(static_cast<unsigned>(name.size()));
+    for (int step = 0; step < steps; ++step)
+    {
+        SCOPED_TRACE(name + ", step " + std::to_string(step));
+        ExpectAsCold(solver.Solve(), solver.GetModel(), options);
+        if (testing::Test::HasFailure())
+            return;
+        const Model& model = solver.GetModel();
+        const Variable x = model.VariableAt(Pick(random, model.VariableCount()));
+        const Row row = model.RowAt(Pick(random, model.RowCount()));
+        const std::uint32_t j = model.IndexOf(x);
+        const std::uint32_t i = model.IndexOf(row);
+        const double factor = 0.5 + static_cast<double>(random() % 16) / 16;
+        switch (random() % 6)
+        {
+        case 0:
+            EXPECT_TRUE(solver.SetCost(x, model.Objective()[j] * factor));
+            break;
+        case 1:
+            EXPECT_TRUE(solver.SetBounds(x, {model.VariableLower()[j], 100 * factor}));
+            break;
+        case 2:
+            EXPECT_TRUE(solver.SetCoefficient(row, x, factor));
+            break;
+        case 3:
+            EXPECT_TRUE(solver.Add(Range(-Infinity, x, 50 * factor)).Valid());
+            break;
+        default:
+            EXPECT_TRUE(solver.SetBounds(
+                row, {model.RowLower()[i] * factor, model.RowUpper()[i] * factor}));
+            break;
+        }
+    }
+}
+
+TEST(Solver, EditsOfNetlibModels)
+{
+    for (const char* const name :
+         {"afiro", "sc50a", "blend", "adlittle", "scagr7", "share1b", "stocfor1", "vtp.base"})
+        EditNetlib(name, ShareOf(40));
+    EditNetlib("e226", ShareOf(10));
+    EditNetlib("bore3d", ShareOf(10));
+}
+
+/// The exact objectives and verdicts of one sequence of edits.
+std::string Answers(unsigned seed)
+{
+    std::string answers;
+    EditedSession session(seed);
+    for (int step = 0; step < 40; ++step)
+    {
+        const Solution solution = session.solver.Solve();
+        answers += std::to_string(static_cast<int>(solution.status)) + solution.exactObjective;
+        answers += solution.proved ? "," : "?";
+        session.Edit();
+    }
+    return answers;
+}
+
+TEST(Solver, SessionsInThreadsDoNotDisturbEachOther)
+{
+    constexpr std::size_t kThreads = 6;
+    std::array<std::string, kThreads> answers;
+    std::array<std::thread, kThreads> threads;
+    for (std::size_t k = 0; k < kThreads; ++k)
+    {
+        threads[k] = std::thread(
+            [&answers, k]
+            {
+                for (unsigned seed = 0; seed < 5; ++seed)
+                    answers[k] += Answers(seed + static_cast<unsigned>(k) % 3);
+            });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (std::size_t k = 0; k < kThreads; ++k)
+    {
+        std::string alone;
+        for (unsigned seed = 0; seed < 5; ++seed)
+            alone += Answers(seed + static_cast<unsigned>(k) % 3);
+        EXPECT_EQ(answers[k], alone);
+    }
+}
+
+class Factory : public testing::Test
+{
+protected:
+    Factory()
+    {
+        model.Add("wood", 2 * chairs + 5 * tables <= 300);
+        model.Add("labour", 4 * chairs + 3 * tables <= 240);
+        model.Maximize(30 * chairs + 70 * tables);
+    }
+
+    Model model;
+    Variable chairs = model.AddVariable("chairs");
+    Variable tables = model.AddVariable("tables", {0, 40});
+};
+
+TEST_F(Factory, AChangeThatConcernsNothingBasicNeedsNoPivot)
+{
+    Solver solver(model);
+    EXPECT_EQ(solver.Solve().exactObjective, "3700");
+    const Row wood = *solver.GetModel().FindRow("wood");
+    EXPECT_TRUE(solver.SetBounds(wood, {-Infinity, 340}));
+    const Solution second = solver.Solve();
+    EXPECT_EQ(second.exactObjective, "3700");
+    EXPECT_EQ(second.stages[Stage::Double].pivots, 0u);
+    EXPECT_EQ(second.stages[Stage::Exact].pivots, 0u);
+    EXPECT_FALSE(second.stages[Stage::Double].ran);
+    EXPECT_FALSE(second.stages[Stage::SinglePrecision].ran);
+    EXPECT_EQ(second.Slack(wood), 80.0);
+    EXPECT_TRUE(second.proved);
+}
+
+TEST_F(Factory, MovesAndGivesItsModelBack)
+{
+    Solver solver(std::move(model));
+    EXPECT_EQ(solver.Solve().exactObjective, "3700");
+    Solver moved = std::move(solver);
+    EXPECT_TRUE(moved.SetCost(chairs, 31));
+    EXPECT_EQ(moved.Solve().exactObjective, "3730");
+    Solver other{Model()};
+    other = std::move(moved);
+    EXPECT_TRUE(other.Remove(tables));
+    const Solution last = other.Solve();
+    EXPECT_EQ(last.exactObjective, "1860");
+    EXPECT_EQ(last.Value(chairs), 60.0);
+    EXPECT_TRUE(std::isnan(last.Value(tables)));
+    const Model taken = other.Take();
+    EXPECT_EQ(taken.VariableCount(), 1u);
+    EXPECT_EQ(other.GetModel().VariableCount(), 0u);
+    EXPECT_EQ(other.Solve().exactObjective, "0");
+}
+
+TEST_F(Factory, ARefusedEditIsAFailureOfTheModel)
+{
+    Solver solver(model);
+    EXPECT_FALSE(solver.SetCost(Variable(), 1));
+    EXPECT_FALSE(solver.Remove(Row()));
+    EXPECT_FALSE(solver.AddVariable("chairs").Valid());
+    const Solution solution = solver.Solve();
+    EXPECT_EQ(solution.status, Status::Invalid);
+    EXPECT_EQ(solution.failure.code, "model.unknown-variable");
+}
+
+TEST_F(Factory, ALimitEndsOneSolveAndTheNextGoesOn)
+{
+    SolveOptions options;
+    options.useSinglePrecision = false;
+    options.limits.doublePivots = 1;
+    options.limits.exactPivots = 0;
+    Solver solver(model, options);
+    const Solution first = solver.Solve();
+    EXPECT_EQ(first.status, Status::Stopped);
+    EXPECT_EQ(first.stopReason, StopReason::PivotLimit);
+    solver.SetOptions({});
+    const Solution second = solver.Solve();
+    EXPECT_EQ(second.exactObjective, "3700");
+    EXPECT_TRUE(second.proved);
+}
+
+TEST_F(Factory, StartsWhereItIsTold)
+{
+    Solver solver(model);
+    const Solution first = solver.Solve();
+    SolveOptions options;
+    options.start.emplace();  // everything at its lower bound
+    options.start->columns.assign(2, BasisStatus::AtLower);
+    options.start->rows.assign(2, BasisStatus::Basic);
+    solver.SetOptions(options);
+    const Solution again = solver.Solve();
+    EXPECT_GT(again.stages[Stage::Double].pivots, 0u);
+    EXPECT_EQ(again.exactObjective, first.exactObjective);
+    EXPECT_EQ(solver.Solve().stages[Stage::Double].pivots, 0u) << "the start was for one solve";
+}
+
+TEST_F(Factory, OtherNumbersAreAnotherProblem)
+{
+    Solver solver(model);
+    EXPECT_TRUE(solver.SetCost(chairs, 0.1));
+    EXPECT_EQ(solver.Solve().exactObjective, "2803");
+    SolveOptions options;
+    options.numbers = CoefficientMeaning::StoredDouble;
+    solver.SetOptions(options);
+    const Solution stored = solver.Solve();
+    ExpectAsCold(stored, solver.GetModel(), options);
+    EXPECT_NE(stored.exactObjective, "2803");
+}
+
+TEST_F(Factory, InfeasibleAndUnboundedAndBack)
+{
+    Solver solver(model);
+    const Row labour = *solver.GetModel().FindRow("labour");
+    const Row wood = *solver.GetModel().FindRow("wood");
+    EXPECT_EQ(solver.Solve().exactObjective, "3700");
+    EXPECT_TRUE(solver.SetBounds(wood, {270, Infinity}));
+    const Solution none = solver.Solve();
+    EXPECT_EQ(none.status, Status::Infeasible);
+    EXPECT_TRUE(none.proved);
+    EXPECT_TRUE(none.iis.minimal);
+    EXPECT_TRUE(solver.SetBounds(wood, {271, Infinity}));
+    const Solution still = solver.Solve();
+    EXPECT_EQ(still.status, Status::Infeasible);
+    EXPECT_FALSE(still.stages[Stage::Double].ran) << "the same multipliers prove it";
+    EXPECT_TRUE(solver.SetBounds(labour, {-Infinity, Infinity}));
+    EXPECT_EQ(solver.Solve().status, Status::Unbounded);
+    EXPECT_TRUE(solver.SetCost(tables, 71));
+    const Solution up = solver.Solve();
+    EXPECT_EQ(up.status, Status::Unbounded);
+    EXPECT_FALSE(up.stages[Stage::Double].ran) << "the same ray proves it";
+    EXPECT_TRUE(solver.SetBounds(wood, {-Infinity, 300}));
+    EXPECT_TRUE(solver.SetBounds(labour, {-Infinity, 240}));
+    EXPECT_EQ(solver.Solve().exactObjective, "3740");
+}
+
+}  // namespace
+}  // namespace nuv::test
