@@ -38,7 +38,8 @@ void DualRatioTest::Collect(const WorkVector& pivotRow, double sign)
             pivot = -pivot;
         else if (status == BasisStatus::Free)
             pivot = std::fabs(pivot);
-        if (pivot > kSmallestPivot && !m_state.IsFixed(v))
+        if (pivot > kSmallestPivot && !m_state.IsFixed(v) && std::isfinite(pivot) &&
+            std::isfinite(m_state.reduced[v]))
             m_candidates.push_back({v, pivot, std::fabs(m_state.reduced[v])});
     }
 }
@@ -59,12 +60,13 @@ double DualRatioTest::ShortestStep(std::size_t begin, std::size_t end) const
     return step;
 }
 
-/// Brings those that reach zero within the step to the front. @return their end.
+/// Brings those that reach zero within the step to the front. Divided as the step is: what made the
+/// shortest step is then always among them, however its quotient was rounded. @return their end.
 std::size_t DualRatioTest::MoveToFront(std::size_t begin, std::size_t end, double step)
 {
     for (std::size_t k = begin; k < end; ++k)
     {
-        if (m_candidates[k].distance <= step * m_candidates[k].pivot)
+        if (m_candidates[k].distance / m_candidates[k].pivot <= step)
             std::swap(m_candidates[begin++], m_candidates[k]);
     }
     return begin;
@@ -76,7 +78,7 @@ std::size_t DualRatioTest::Reachable(double violation)
 {
     const std::size_t count = m_candidates.size();
     std::size_t end = 0;
-    while (end < count && violation >= 0.0)
+    while (end < count && !(violation < 0.0))
     {
         const std::size_t begin = end;
         end = MoveToFront(begin, count, 10.0 * ShortestStep(begin, count));
@@ -89,7 +91,7 @@ std::size_t DualRatioTest::Reachable(double violation)
 void DualRatioTest::Group(std::size_t end, double violation)
 {
     m_groupEnd.clear();
-    for (std::size_t begin = 0; begin < end && violation >= 0.0;)
+    for (std::size_t begin = 0; begin < end && !(violation < 0.0);)
     {
         const std::size_t next = MoveToFront(begin, end, ShortestStep(begin, end));
         for (std::size_t k = begin; k < next; ++k)

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <vector>
 
 namespace nuv::test
@@ -91,6 +93,24 @@ TEST(DualRatioTest, LeavesOutWhatMovesTheWrongWay)
     EXPECT_EQ(RatioTest({{-1, 0, kInf, BasisStatus::Free}}, 1).entering, 0U);
     EXPECT_EQ(RatioTest({{1, 0, 0}}, 1).entering, kNoIndex) << "a fixed variable";
     EXPECT_EQ(RatioTest({{1, 0, kInf, BasisStatus::Basic}}, 1).entering, kNoIndex);
+}
+
+/// Such quotients are rounded down, and the tolerance is too small to make up for it.
+TEST(DualRatioTest, EndsHoweverQuotientsAreRounded)
+{
+    for (double pivot = 1.0; pivot < 50.0; ++pivot)
+    {
+        const double distance = std::nextafter(1e18, 2e18);
+        EXPECT_EQ(RatioTest({{pivot, distance, 1e-30}, {1, 1e19, kInf}}, 1).entering, 1U) << pivot;
+    }
+}
+
+TEST(DualRatioTest, LeavesOutWhatIsNoNumber)
+{
+    constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(RatioTest({{1, notANumber, 1}, {1, 3, kInf}}, 1).entering, 1U);
+    EXPECT_EQ(RatioTest({{1, kInf, 1}, {kInf, 1, 1}, {1, 3, kInf}}, 1).entering, 2U);
+    EXPECT_EQ(RatioTest({{1, 3, kInf}}, notANumber).entering, 0U);
 }
 
 }  // namespace
