@@ -29,6 +29,7 @@ set(NUV_MODEL_HEADERS
     Nuv/Report/JsonReport.hpp
     Nuv/Report/TextReport.hpp
     Nuv/Solve/CanonicalForm.hpp
+    Nuv/Solve/Repair.hpp
     Nuv/Solve/Scaling.hpp
     Nuv/Solve/SinglePrecisionStage.hpp
     Nuv/Solve/Solution.hpp

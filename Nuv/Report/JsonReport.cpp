@@ -69,11 +69,14 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
     json.Close(']');
 }
 
-std::string_view NameOf(const Model& model, const IisMember& member)
+/// "row" or "variable" with its name, and its side.
+void WriteSide(Json& json, const Model& model, const std::variant<Variable, Row>& of, bool upper)
 {
-    if (const Row* const row = std::get_if<Row>(&member.of))
-        return model.RowName(model.IndexOf(*row));
-    return model.VariableName(model.IndexOf(std::get<Variable>(member.of)));
+    if (const Row* const row = std::get_if<Row>(&of))
+        json.Key("row").Text(model.RowName(model.IndexOf(*row)));
+    else
+        json.Key("variable").Text(model.VariableName(model.IndexOf(std::get<Variable>(of))));
+    json.Key("side").Text(upper ? "upper" : "lower");
 }
 
 void WriteConflict(Json& json, const Model& model, const Solution& solution)
@@ -81,11 +84,31 @@ void WriteConflict(Json& json, const Model& model, const Solution& solution)
     json.Key("conflict").Open('[');
     for (const IisMember& member : solution.iis.members)
     {
-        const Row* const row = std::get_if<Row>(&member.of);
-        json.Open('{').Key(row ? "row" : "variable").Text(NameOf(model, member));
-        json.Key("side").Text(member.upper ? "upper" : "lower").Close('}');
+        json.Open('{');
+        WriteSide(json, model, member.of, member.upper);
+        json.Close('}');
     }
     json.Close(']');
+}
+
+void WriteChanges(Json& json, const Model& model, const RepairResult& repair)
+{
+    json.Key("changes").Open('[');
+    for (const RepairChange& change : repair.changes)
+    {
+        json.Open('{');
+        WriteSide(json, model, change.of, change.upper);
+        json.Key("from").Number(change.from).Key("to").Number(change.to);
+        json.Key("exact_to").Text(change.exactTo);
+        json.Key("amount").Number(change.amount);
+        json.Key("exact_amount").Text(change.exactAmount).Close('}');
+    }
+    json.Close(']');
+}
+
+void WriteStopReason(Json& json, StopReason reason)
+{
+    WriteTextOrNull(json, "stop_reason", reason == StopReason::None ? "" : WordOf(reason));
 }
 
 /// The multipliers of the infeasibility proof, exact, by the rows that have one.
@@ -189,8 +212,7 @@ void WriteStages(Json& json, const Solution& solution)
 void WriteVerdict(Json& json, const Solution& solution)
 {
     json.Key("status").Text(WordOf(solution.status));
-    WriteTextOrNull(json, "stop_reason",
-                    solution.stopReason == StopReason::None ? "" : WordOf(solution.stopReason));
+    WriteStopReason(json, solution.stopReason);
     json.Key("objective");
     if (solution.values.empty() && solution.exactObjective.empty())
         json.Raw("null");
@@ -248,6 +270,25 @@ void WriteDiagnostics(Json& json, std::string_view key, std::span<const Diagnost
             json.Close('}');
         }
     json.Close(']');
+}
+
+std::string RepairJson(const Model& model, const RepairResult& repair,
+                       std::span<const Diagnostic> diagnostics)
+{
+    Json json = OpenReport(kRepairSchema);
+    WriteModel(json, model);
+    json.Key("status").Text(repair.status != Status::Optimal ? WordOf(repair.status)
+                            : repair.changes.empty()         ? "feasible"
+                                                             : "repaired");
+    WriteStopReason(json, repair.stopReason);
+    json.Key("numbers").Text(WordOf(repair.numbers));
+    json.Key("proof").Open('{').Key("outcome");
+    json.Text(repair.proved ? "proved" : "not proved").Close('}');
+    if (repair.status == Status::Optimal)
+        json.Key("total").Number(repair.total).Key("exact_total").Text(repair.exactTotal);
+    WriteChanges(json, model, repair);
+    WriteDiagnostics(json, "warnings", diagnostics, Severity::Warning);
+    return json.Close('}').Finish();
 }
 
 std::string JsonReport(const Model& model, const Solution& solution,

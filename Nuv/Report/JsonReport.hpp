@@ -6,6 +6,7 @@
 #pragma once
 
 #include "Nuv/Io/Diagnostics.hpp"
+#include "Nuv/Solve/Repair.hpp"
 #include "Nuv/Solve/Solution.hpp"
 
 #include <span>
@@ -20,6 +21,11 @@ class Json;
 inline constexpr std::string_view kResultSchema = "nuvlp/result/1";
 
 [[nodiscard]] std::string JsonReport(const Model& model, const Solution& solution,
+                                     std::span<const Diagnostic> diagnostics);
+
+inline constexpr std::string_view kRepairSchema = "nuvlp/repair/1";
+
+[[nodiscard]] std::string RepairJson(const Model& model, const RepairResult& repair,
                                      std::span<const Diagnostic> diagnostics);
 
 /// The beginning of an object: its schema and the version of this library.

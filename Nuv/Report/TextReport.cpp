@@ -145,6 +145,16 @@ std::string NonZeros(std::string title, std::string unit, std::span<const double
     return table.HasLines() ? "\n" + table.Text() : "";
 }
 
+/// "row need" or "variable x".
+std::string NameOf(const Model& model, const std::variant<Variable, Row>& of)
+{
+    const Row* const row = std::get_if<Row>(&of);
+    return row != nullptr
+               ? "row " + std::string(model.RowName(model.IndexOf(*row)))
+               : "variable " +
+                     std::string(model.VariableName(model.IndexOf(std::get<Variable>(of))));
+}
+
 /// Rows and bounds that exclude each other, under their names.
 std::string ConflictWords(const Model& model, const Iis& iis)
 {
@@ -161,9 +171,8 @@ std::string ConflictWords(const Model& model, const Iis& iis)
         const std::span<const double> sides =
             isRow ? (member.upper ? model.RowUpper() : model.RowLower())
                   : (member.upper ? model.VariableUpper() : model.VariableLower());
-        const std::string name(isRow ? model.RowName(index) : model.VariableName(index));
-        table.Add({(isRow ? "row " : "variable ") + name,
-                   (member.upper ? "<= " : ">= ") + Number(sides[index])});
+        table.Add(
+            {NameOf(model, member.of), (member.upper ? "<= " : ">= ") + Number(sides[index])});
     }
     return table.HasLines() ? "\n" + table.Text() : "";
 }
@@ -206,6 +215,27 @@ std::string ExactWords(std::string_view exact)
     return below == 0 ? fmt::format(", exactly an integer of {} digits", digits)
                       : fmt::format(", exactly a quotient of {} by {} digits, which --json prints",
                                     digits - below, below - 1);
+}
+
+std::string RepairText(const Model& model, const RepairResult& repair)
+{
+    std::string text = fmt::format("status     {}\n", Outcome(repair));
+    if (repair.status == Status::Optimal && !repair.changes.empty())
+        text += "change     " + Number(repair.total) + "\n";
+    text += repair.proved ? fmt::format("proof      proved as {}{}\n", WordOf(repair.numbers),
+                                        ExactWords(repair.changes.empty() ? "" : repair.exactTotal))
+                          : "proof      not proved\n";
+    Table table;
+    table.Add({"what has to move", "from", "to", "by"});
+    for (const RepairChange& change : repair.changes)
+    {
+        constexpr std::size_t kLongest = 20;
+        const std::string side = change.upper ? "<= " : ">= ";
+        const bool isShort = change.exactAmount.size() <= kLongest;
+        table.Add({NameOf(model, change.of), side + Number(change.from), side + Number(change.to),
+                   isShort ? change.exactAmount : Number(change.amount)});
+    }
+    return table.HasLines() ? text + "\n" + table.Text() : text;
 }
 
 std::string TextReport(const Model& model, const Solution& solution, Detail detail)

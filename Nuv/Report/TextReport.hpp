@@ -1,6 +1,7 @@
 /// A solution as people read it.
 #pragma once
 
+#include "Nuv/Solve/Repair.hpp"
 #include "Nuv/Solve/Solution.hpp"
 
 #include <string>
@@ -14,6 +15,9 @@ enum class Detail
     Verdict,  ///< status and objective
     Full,     ///< and the tables
 };
+
+/// What a repair came to, and each change by name.
+[[nodiscard]] std::string RepairText(const Model& model, const RepairResult& repair);
 
 [[nodiscard]] std::string TextReport(const Model& model, const Solution& solution, Detail detail);
 

@@ -104,6 +104,16 @@ void AddOption(CLI::App& app, const Option& option)
         names.append(names.empty() ? "" : ",").append(name);
     if (option.value.empty())
         app.add_flag_callback(names, [&option] { TakeFlag(option); })->disable_flag_override();
+    else if (option.repeats)
+        app.add_option_function<std::vector<std::string>>(
+               names,
+               [&option](const std::vector<std::string>& texts)
+               {
+                   for (const std::string& text : texts)
+                       TakeValue(option, text);
+               })
+            ->type_name(option.value)
+            ->allow_extra_args(false);
     else
         app.add_option_function<std::string>(names, [&option](const std::string& text)
                                              { TakeValue(option, text); })

@@ -29,6 +29,7 @@ struct Option
     std::vector<std::string> choices = {};  ///< if it takes one of these words only
     std::string standard = {};              ///< what holds without it, if that is worth saying
     std::string excludes = {};              ///< an option that contradicts it
+    bool repeats = false;                   ///< may be given more than once
 
     [[nodiscard]] bool TakesFile() const;
 };

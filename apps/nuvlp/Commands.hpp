@@ -12,6 +12,7 @@ namespace nuvlp
 [[nodiscard]] Verb PlotVerb();
 [[nodiscard]] Verb ProveVerb();
 [[nodiscard]] Verb VerifyVerb();
+[[nodiscard]] Verb RepairVerb();
 [[nodiscard]] Verb SelftestVerb();
 /// These two speak of the whole command, which outlives them.
 [[nodiscard]] Verb CompletionVerb(const Command& command);

@@ -3,11 +3,14 @@
 #include "tests/support/KnownModels.hpp"
 
 #include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Solve/Repair.hpp"
 
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <span>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace nuv::test
@@ -66,6 +69,42 @@ TEST(KnownModels, ModelsKnownToBeInfeasibleAreProvedToBe)
     ASSERT_EQ(models.size(), 10U);
     for (const KnownModel& known : models)
         ExpectKnownAnswer(known);
+}
+
+TEST(KnownModels, ModelsKnownToBeInfeasibleAreFeasibleWithTheirRepair)
+{
+    for (const KnownModel& known : KnownInfeasibleModels(kModels + "/infeas"))
+    {
+        SCOPED_TRACE(known.name);
+        const ReadResult reading = ReadModelFile(known.path);
+        const RepairResult repair = Repair(*reading.model);
+        EXPECT_TRUE(repair.proved);
+        EXPECT_FALSE(repair.changes.empty());
+        ASSERT_TRUE(repair.model.has_value());
+        const Solution solution = repair.model->Solve();
+        EXPECT_TRUE(solution.proved);
+        EXPECT_TRUE(solution.status == Status::Optimal || solution.status == Status::Unbounded);
+        // Half of the change is not enough.
+        Model half = *reading.model;
+        for (const RepairChange& change : repair.changes)
+        {
+            const double amount = 0.5 * change.amount;
+            const auto shrink =
+                [&](std::span<const double> lower, std::span<const double> upper, auto handle)
+            {
+                const std::uint32_t at = half.IndexOf(handle);
+                half.SetBounds(handle, change.upper ? Bounds{lower[at], upper[at] + amount}
+                                                    : Bounds{lower[at] - amount, upper[at]});
+            };
+            if (const Row* row = std::get_if<Row>(&change.of))
+                shrink(half.RowLower(), half.RowUpper(), *row);
+            else
+                shrink(half.VariableLower(), half.VariableUpper(), std::get<Variable>(change.of));
+        }
+        SolveOptions options;
+        options.iisSeconds = 0.0;
+        EXPECT_EQ(half.Solve(options).status, Status::Infeasible);
+    }
 }
 
 }  // namespace

@@ -1,0 +1,150 @@
+// The elastic program has the columns of the form and, for each bound that may move, one more by
+// which its variable passes it at the bound's weight:
+//
+//     v = y + above - below,   y within the bounds,   minimise sum of weights * (above + below)
+//
+// A column of the form has its own column again, with the sign of the passing; a row's logical has
+// a unit column. Bounds that cross, lower > upper, leave no y: both together have to move by at
+// least lower - upper, and any value between them costs just that if both may move at one weight.
+// So y gets [upper, lower] and the constant weight * (lower - upper) is left out; where only one
+// of them may move, y is fixed at the other.
+#include "Nuv/Exact/FeasibilityRepair.hpp"
+
+#include "Nuv/Exact/CertifiedSolve.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace nuv
+{
+namespace
+{
+
+class ElasticProgram
+{
+public:
+    ElasticProgram(const BoundedForm& original, const std::vector<double>& weights)
+        : form(original),
+          m_original(original),
+          m_weights(weights),
+          m_below(original.Variables(), kNoIndex),
+          m_above(original.Variables(), kNoIndex)
+    {
+        form.constant = 0.0;
+        std::fill(form.cost.begin(), form.cost.end(), 0.0);
+        SparseVectors<double> columns = original.matrix.Columns();
+        for (Index v = 0; v < original.Variables(); ++v)
+            Relax(v, columns);
+        form.columns = static_cast<Index>(form.cost.size());
+        form.matrix = SparseMatrix<double>::FromColumns(std::move(columns), form.rows);
+    }
+
+    /// What the bounds of a variable have to change by at a point of the elastic program.
+    void AppendChanges(Index v, const ExactVector& point, std::vector<BoundChange>& changes) const
+    {
+        const double lower = m_original.Lower(v);
+        const double upper = m_original.Upper(v);
+        Rational below = PassedBy(m_below[v], point);
+        Rational above = PassedBy(m_above[v], point);
+        if (lower > upper)
+        {
+            const Rational value = ValueOf(v, point);
+            below = std::max(ToRational(lower, form.numbers) - value, Rational(0));
+            above = std::max(value - ToRational(upper, form.numbers), Rational(0));
+        }
+        if (below.Sign() > 0)
+            changes.push_back({{v, false}, std::move(below)});
+        if (above.Sign() > 0)
+            changes.push_back({{v, true}, std::move(above)});
+    }
+
+    BoundedForm form;
+
+private:
+    [[nodiscard]] bool MayMove(const BoundOfVariable& bound) const
+    {
+        const double value =
+            bound.upper ? m_original.Upper(bound.variable) : m_original.Lower(bound.variable);
+        return std::isfinite(value) && std::isfinite(m_weights[bound.variable]) &&
+               !IsDefault(m_original, bound);
+    }
+
+    void Relax(Index v, SparseVectors<double>& columns)
+    {
+        const bool lowerMoves = MayMove({v, false});
+        const bool upperMoves = MayMove({v, true});
+        const double lower = m_original.Lower(v);
+        const double upper = m_original.Upper(v);
+        if (lower > upper)
+        {
+            SetBounds(v, upperMoves && !lowerMoves ? lower : upper,
+                      lowerMoves && !upperMoves ? upper : lower);
+            // Neither may move: the bounds stay crossed, and that is the proof.
+            if (!lowerMoves && !upperMoves)
+                SetBounds(v, lower, upper);
+        }
+        if (lowerMoves)
+            m_below[v] = AppendColumn(v, -1.0, columns);
+        if (upperMoves)
+            m_above[v] = AppendColumn(v, 1.0, columns);
+    }
+
+    void SetBounds(Index v, double lower, double upper)
+    {
+        const bool isRow = m_original.IsLogical(v);
+        const Index at = isRow ? m_original.RowOf(v) : v;
+        (isRow ? form.rowLower : form.columnLower)[at] = lower;
+        (isRow ? form.rowUpper : form.columnUpper)[at] = upper;
+    }
+
+    Index AppendColumn(Index v, double sign, SparseVectors<double>& columns)
+    {
+        m_original.VisitColumn(v,
+                               [&](Index row, double entry) { columns.Append(row, sign * entry); });
+        columns.Close();
+        form.cost.push_back(m_weights[v]);
+        form.columnLower.push_back(0.0);
+        form.columnUpper.push_back(kInfinity);
+        return static_cast<Index>(form.cost.size()) - 1;
+    }
+
+    [[nodiscard]] static Rational PassedBy(Index column, const ExactVector& point)
+    {
+        return column == kNoIndex ? Rational(0) : point.At(column);
+    }
+
+    [[nodiscard]] Rational ValueOf(Index v, const ExactVector& point) const
+    {
+        if (!m_original.IsLogical(v))
+            return point.At(v) + PassedBy(m_above[v], point) - PassedBy(m_below[v], point);
+        Rational activity = 0;
+        for (const auto [column, entry] : m_original.matrix.Row(m_original.RowOf(v)))
+            activity += ToRational(entry, form.numbers) * ValueOf(column, point);
+        return activity;
+    }
+
+    const BoundedForm& m_original;
+    const std::vector<double>& m_weights;
+    std::vector<Index> m_below;  ///< by variable: the column by which it passes its lower bound
+    std::vector<Index> m_above;  ///< the same of its upper bound
+};
+
+}  // namespace
+
+FeasibilityRepair FindRepair(const BoundedForm& form, const std::vector<double>& weights,
+                             SolveControl& control)
+{
+    const ElasticProgram program(form, weights);
+    FeasibilityRepair repair;
+    repair.elastic = SolveCertified(program.form, nullptr, control);
+    if (repair.elastic.certificate.status != Status::Optimal)
+        return repair;
+    for (Index v = 0; v < form.Variables(); ++v)
+        program.AppendChanges(v, repair.elastic.certificate.primal, repair.changes);
+    for (const BoundChange& change : repair.changes)
+        repair.total += ToRational(weights[change.bound.variable], form.numbers) * change.amount;
+    return repair;
+}
+
+}  // namespace nuv

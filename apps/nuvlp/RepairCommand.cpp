@@ -1,0 +1,191 @@
+// nuvlp repair FILE: the least change of sides and bounds that makes an infeasible model feasible.
+#include "Commands.hpp"
+#include "Input.hpp"
+#include "Interrupts.hpp"
+#include "Output.hpp"
+
+#include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Report/JsonReport.hpp"
+#include "Nuv/Report/TextReport.hpp"
+#include "Nuv/Solve/Repair.hpp"
+
+#include <fmt/core.h>
+
+#include <charconv>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace nuvlp
+{
+namespace
+{
+
+struct Options
+{
+    ModelSource source;
+    Output output;
+    std::string repaired;
+    nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
+    std::vector<std::string> weights;  ///< NAME=W
+    std::vector<std::string> kept;     ///< NAME
+    std::optional<std::uint64_t> maxPivots;
+    double timeLimit = std::numeric_limits<double>::infinity();
+    bool exitStatus = false;
+    bool quiet = false;
+};
+
+nuv::Error UsageError(std::string text, std::string hint)
+{
+    return {"usage", std::move(text), std::move(hint), "", 0, 0};
+}
+
+/// Gives the row and the variable of a name, of which there is one at least, a weight.
+std::optional<nuv::Error> Weigh(const nuv::Model& model, const std::string& name, double weight,
+                                nuv::RepairOptions& repair)
+{
+    const std::optional<nuv::Variable> variable = model.FindVariable(name);
+    const std::optional<nuv::Row> row = model.FindRow(name);
+    if (!variable && !row)
+        return UsageError(fmt::format("the model has no row and no variable '{}'", name),
+                          "names count in their letter case");
+    if (variable)
+        repair.weights.push_back({*variable, weight});
+    if (row)
+        repair.weights.push_back({*row, weight});
+    return std::nullopt;
+}
+
+/// "NAME=W"; the name may have a = of its own.
+std::optional<nuv::Error> WeighAsSaid(const nuv::Model& model, const std::string& said,
+                                      nuv::RepairOptions& repair)
+{
+    const std::size_t sign = said.rfind('=');
+    double weight = 0.0;
+    const char* const end = said.data() + said.size();
+    if (sign == std::string::npos ||
+        std::from_chars(said.data() + sign + 1, end, weight).ptr != end || !(weight > 0.0) ||
+        weight > std::numeric_limits<double>::max())
+        return UsageError(
+            fmt::format("--weight takes NAME=W with a positive number, not '{}'", said),
+            "--keep NAME says that something stays");
+    return Weigh(model, said.substr(0, sign), weight, repair);
+}
+
+nuv::Result<nuv::RepairOptions> RepairOptionsOf(const nuv::Model& model, const Options& options)
+{
+    nuv::RepairOptions repair;
+    repair.numbers = options.numbers;
+    repair.limits.seconds = options.timeLimit;
+    if (options.maxPivots)
+        repair.limits.doublePivots = repair.limits.exactPivots = *options.maxPivots;
+    repair.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
+    for (const std::string& said : options.weights)
+        if (std::optional<nuv::Error> error = WeighAsSaid(model, said, repair))
+            return *error;
+    for (const std::string& name : options.kept)
+        if (std::optional<nuv::Error> error = Weigh(model, name, nuv::Infinity, repair))
+            return *error;
+    return repair;
+}
+
+ExitCode Report(const Options& options, const nuv::Error& error, ExitCode code)
+{
+    const std::vector failure{nuv::WithoutPlace(error)};
+    PrintDiagnostics(failure, Show::Errors);
+    return WriteError(options.output, nuv::kRepairSchema, failure, code);
+}
+
+ExitCode ExitCodeOfStatus(const nuv::RepairResult& repair, bool exitStatus)
+{
+    if (repair.status == nuv::Status::Optimal)
+        return ExitCode::Success;
+    if (repair.status == nuv::Status::Infeasible)
+        return exitStatus ? ExitCode::Infeasible : ExitCode::Success;
+    return ExitCode::Stopped;
+}
+
+/// Writes the repaired model if it is asked for and there is one.
+ExitCode WriteRepaired(const Options& options, const nuv::RepairResult& repair, ExitCode otherwise)
+{
+    if (options.repaired.empty() || !repair.model)
+        return otherwise;
+    const nuv::WriteResult writing = nuv::WriteModel(*repair.model, options.repaired);
+    PrintDiagnostics(writing.diagnostics, Show::Warnings);
+    return writing.Ok() ? WriteTo(options.repaired, *writing.text, otherwise) : ExitCode::BadModel;
+}
+
+ExitCode Run(const Options& options)
+{
+    const nuv::ReadResult reading =
+        ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
+    if (!reading.Ok())
+        return WriteError(options.output, nuv::kRepairSchema, reading.diagnostics,
+                          ExitCodeOf(reading.GetError()));
+    const nuv::Model& model = *reading.model;
+    const nuv::Result<nuv::RepairOptions> asked = RepairOptionsOf(model, options);
+    if (!asked)
+        return Report(options, asked.GetError(), ExitCode::Usage);
+    CatchInterrupts();
+    const nuv::RepairResult repair = nuv::Repair(model, *asked);
+    if (repair.status == nuv::Status::Invalid)
+        return Report(options, repair.failure, ExitCode::Internal);
+    const ExitCode code =
+        WriteTo(options.output.path,
+                options.output.json ? nuv::RepairJson(model, repair, reading.diagnostics)
+                                    : nuv::RepairText(model, repair),
+                ExitCodeOfStatus(repair, options.exitStatus));
+    return code == ExitCode::CannotWrite ? code : WriteRepaired(options, repair, code);
+}
+
+}  // namespace
+
+Verb RepairVerb()
+{
+    const auto options = std::make_shared<Options>();
+    Verb verb{.name = "repair",
+              .text = "Find the least change that makes an infeasible model feasible",
+              .run = [options] { return Run(*options); },
+              .schema = std::string(nuv::kRepairSchema)};
+    AddModelSource(verb, options->source);
+    verb.Add({
+        {.names = {"--weight"},
+         .value = "NAME=W",
+         .text = "Count each unit of change of this row or variable W times; as often as needed",
+         .target = [options](const std::string& text) { options->weights.push_back(text); },
+         .repeats = true},
+        {.names = {"--keep"},
+         .value = "NAME",
+         .text = "Leave this row or variable as it is; as often as needed",
+         .target = [options](const std::string& text) { options->kept.push_back(text); },
+         .repeats = true},
+        {.names = {"--write"},
+         .value = "MODEL",
+         .text = "Write the repaired model there, as MPS if the name ends in .mps, else as LP",
+         .target = &options->repaired},
+        {.names = {"-o", "--output"},
+         .value = "RESULT",
+         .text = "The file to write to; standard output if not given",
+         .target = &options->output.path},
+        NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
+        {.names = {"--max-pivots"},
+         .value = "N",
+         .text = "Stop a stage of the solve after so many pivots",
+         .target = &options->maxPivots},
+        {.names = {"--time-limit"},
+         .value = "SECONDS",
+         .text = "Stop after so many seconds",
+         .target = &options->timeLimit},
+        {.names = {"--exit-status"},
+         .text = "Exit with 2 if what has to stay excludes itself",
+         .target = &options->exitStatus},
+        {.names = {"-q", "--quiet"}, .text = "Print no warnings", .target = &options->quiet},
+        {.names = {"--json"},
+         .text = "Write the result as JSON, for programs",
+         .target = &options->output.json},
+    });
+    return verb;
+}
+
+}  // namespace nuvlp
