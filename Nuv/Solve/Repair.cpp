@@ -1,7 +1,7 @@
 // From the changes of the form to those of the model, and the model with them.
 #include "Nuv/Solve/Repair.hpp"
 
-#include "Nuv/Exact/FeasibilityRepair.hpp"
+#include "Nuv/Solve/FeasibilityRepair.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/Solution.hpp"
 

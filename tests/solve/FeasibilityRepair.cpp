@@ -3,7 +3,7 @@
 #include "tests/support/Effort.hpp"
 #include "tests/support/Forms.hpp"
 
-#include "Nuv/Exact/FeasibilityRepair.hpp"
+#include "Nuv/Solve/FeasibilityRepair.hpp"
 
 #include <gtest/gtest.h>
 

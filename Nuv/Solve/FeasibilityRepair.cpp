@@ -8,7 +8,7 @@
 // least lower - upper, and any value between them costs just that if both may move at one weight.
 // So y gets [upper, lower] and the constant weight * (lower - upper) is left out; where only one
 // of them may move, y is fixed at the other.
-#include "Nuv/Exact/FeasibilityRepair.hpp"
+#include "Nuv/Solve/FeasibilityRepair.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
 
