@@ -60,7 +60,7 @@ bool IsBasisOf(const ExactEvaluation& evaluation, const Basis& basis)
 }  // namespace
 
 CertifiedSession::CertifiedSession(BoundedForm form, std::optional<Basis> start)
-    : m_form(std::move(form)), m_scalable(m_form), m_basis(std::move(start))
+    : m_form(std::move(form)), m_scalable(m_form), m_check(m_form), m_basis(std::move(start))
 {
 }
 
@@ -74,6 +74,7 @@ void CertifiedSession::SetBounds(Index variable, double lower, double upper)
     (isRow ? m_form.rowUpper : m_form.columnUpper)[at] = upper;
     if (ScaledForm* const scaled = m_scalable.Made())
         scaled->SetBounds(m_form, variable);
+    m_check.TakeBounds(variable);
     if (!m_evaluation)
         return;
     m_evaluation->exact->TakeBounds(variable);
@@ -94,9 +95,10 @@ void CertifiedSession::SetCost(Index column, double cost)
     m_newCosts.push_back(column);
 }
 
-void CertifiedSession::SetConstant(double constant) noexcept
+void CertifiedSession::SetConstant(double constant)
 {
     m_form.constant = constant;
+    m_check.TakeCosts();
 }
 
 void CertifiedSession::StartFrom(const Basis& start)
@@ -111,9 +113,11 @@ void CertifiedSession::TakeCosts()
         return;
     if (ScaledForm* const scaled = m_scalable.Made())
         scaled->SetCost(m_form);
+    m_check.TakeCosts();
     if (m_evaluation)
     {
         m_evaluation->exact.emplace(m_form);
+        m_evaluation->reducedInDouble.clear();
         for (const Index column : m_newCosts)
         {
             if (std::ranges::find(m_evaluation->head, column) != m_evaluation->head.end())
@@ -143,7 +147,7 @@ std::shared_ptr<const CertifiedResult> CertifiedSession::Solve(SolveControl& con
             const SimplexVerdict guess = SolveInDoubles(control, *result);
             if (!m_evaluation)
                 m_evaluation.emplace(m_form);
-            ProveBasis(m_scalable, *m_evaluation, guess, kRefinements, control, *result);
+            ProveBasis(m_scalable, *m_evaluation, guess, kRefinements, &m_check, control, *result);
         }
     }
     m_basis = result->record.basis;
@@ -193,7 +197,7 @@ bool CertifiedSession::LookAtBasis(SolveControl& control, CertifiedResult& resul
     (void)exact.Run(result);
     if (result.certificate.status == Status::Stopped && !control.IsStopped())
         return false;
-    Finish(m_scalable, begin, control, result);
+    Finish(m_scalable, begin, &m_check, control, result);
     return true;
 }
 

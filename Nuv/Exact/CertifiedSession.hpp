@@ -4,6 +4,7 @@
 /// that is wrong would cost time and not truth.
 #pragma once
 
+#include "Nuv/Certificate/RepeatedCheck.hpp"
 #include "Nuv/Exact/CertifiedResult.hpp"
 #include "Nuv/Exact/ExactEvaluation.hpp"
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
@@ -37,7 +38,7 @@ public:
 
     void SetBounds(Index variable, double lower, double upper);
     void SetCost(Index column, double cost);
-    void SetConstant(double constant) noexcept;
+    void SetConstant(double constant);
     /// The next solve starts there.
     void StartFrom(const Basis& start);
 
@@ -54,6 +55,7 @@ private:
 
     BoundedForm m_form;
     ScalableForm m_scalable;
+    RepeatedCheck m_check;
     std::optional<ExactEvaluation> m_evaluation;
     std::optional<Basis> m_basis;
     std::shared_ptr<const CertifiedResult> m_last;

@@ -181,14 +181,18 @@ void ResolveVerdict(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerd
 
 }  // namespace
 
-void Finish(ScalableForm& form, double begin, SolveControl& control, CertifiedResult& result)
+void Finish(ScalableForm& form, double begin, RepeatedCheck* check, SolveControl& control,
+            CertifiedResult& result)
 {
     const double solved = control.Seconds();
     result.record.stages[Stage::Exact].ran = true;
     result.record.stages[Stage::Exact].seconds = solved - begin;
     if (result.certificate.status != Status::Stopped)
     {
-        result.record.proved = CheckCertificate(form.Form(), result.certificate).empty();
+        const std::string defect = check != nullptr
+                                       ? check->Check(result.certificate)
+                                       : CheckCertificate(form.Form(), result.certificate);
+        result.record.proved = defect.empty();
         result.record.checkSeconds = control.Seconds() - solved;
         if (!result.record.proved)
             result.certificate.status = Status::Stopped;
@@ -207,11 +211,12 @@ void Finish(ScalableForm& form, double begin, SolveControl& control, CertifiedRe
 }
 
 void ProveBasis(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,
-                int refinements, SolveControl& control, CertifiedResult& result)
+                int refinements, RepeatedCheck* check, SolveControl& control,
+                CertifiedResult& result)
 {
     const double begin = control.Seconds();
     ResolveVerdict(form, evaluation, guess, refinements, control, result);
-    Finish(form, begin, control, result);
+    Finish(form, begin, check, control, result);
 }
 
 bool ProveAtSight(const BoundedForm& form, CertifiedResult& result)
@@ -249,7 +254,7 @@ CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, Solv
     result.record.basis = std::move(doubles.basis);
     LogDoubles(doubles.verdict, control);
     ExactEvaluation evaluation(form);
-    ProveBasis(scalable, evaluation, doubles.verdict, kRefinements, control, result);
+    ProveBasis(scalable, evaluation, doubles.verdict, kRefinements, nullptr, control, result);
     return result;
 }
 
@@ -262,7 +267,7 @@ CertifiedResult SolveExactly(const BoundedForm& form, const Basis& start, SolveC
     FitBasis(form, result.record.basis);
     ScalableForm scalable(form);
     ExactEvaluation evaluation(form);
-    ProveBasis(scalable, evaluation, SimplexVerdict::Optimal, 0, control, result);
+    ProveBasis(scalable, evaluation, SimplexVerdict::Optimal, 0, nullptr, control, result);
     return result;
 }
 
@@ -279,7 +284,7 @@ CertifiedResult CertifyBasis(const BoundedForm& form, const Basis& basis, SolveC
     ExactSimplex exact(scalable, evaluation, Basis(result.record.basis), 0, control);
     exact.ForbidPivots();
     (void)exact.Run(result);
-    Finish(scalable, begin, control, result);
+    Finish(scalable, begin, nullptr, control, result);
     return result;
 }
 

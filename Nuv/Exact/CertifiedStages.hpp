@@ -1,6 +1,7 @@
 /// The stages of a certified solve one by one, for what solves once and for what solves again.
 #pragma once
 
+#include "Nuv/Certificate/RepeatedCheck.hpp"
 #include "Nuv/Exact/CertifiedResult.hpp"
 #include "Nuv/Exact/ExactEvaluation.hpp"
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
@@ -22,10 +23,12 @@ void LogDoubles(SimplexVerdict verdict, SolveControl& control);
 /// The exact stage from the basis of the record, the guess being what the stage before says of it;
 /// then Finish.
 void ProveBasis(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,
-                int refinements, SolveControl& control, CertifiedResult& result);
+                int refinements, RepeatedCheck* check, SolveControl& control,
+                CertifiedResult& result);
 
 /// Checks what the exact stage, which began at that second, claims; and says what is left to say if
-/// it claims nothing.
-void Finish(ScalableForm& form, double begin, SolveControl& control, CertifiedResult& result);
+/// it claims nothing. `check` is that of the form, or null for a form that is checked once.
+void Finish(ScalableForm& form, double begin, RepeatedCheck* check, SolveControl& control,
+            CertifiedResult& result);
 
 }  // namespace nuv

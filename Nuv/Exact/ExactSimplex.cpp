@@ -177,6 +177,7 @@ bool ExactSimplex::ComputeValues()
     }
     m_evaluation.hasValues = m_factors.SolveForward(right, m_values, m_control);
     m_evaluation.resting = m_status;
+    m_evaluation.valueInDouble.clear();
     return m_evaluation.hasValues;
 }
 
@@ -187,6 +188,7 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
         return true;
     m_evaluation.hasDuals = false;
     m_evaluation.reducedSign.assign(m_form.Variables(), ExactEvaluation::kSignUnknown);
+    m_evaluation.reducedInDouble.clear();
     ScaledVector right{std::vector<Integer>(m_form.rows), {}};
     if (phaseOne)
     {

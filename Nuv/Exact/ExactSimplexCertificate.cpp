@@ -82,19 +82,25 @@ void ExactSimplex::WriteDoubles(CertifiedResult& proof) const
         else if (m_status[v] == BasisStatus::AtUpper)
             proof.record.value[v] = m_form.Upper(v);
     }
+    std::vector<double>& values = m_evaluation.valueInDouble;
+    for (Index k = static_cast<Index>(values.size()); k < m_form.rows; ++k)
+        values.push_back(m_values.Approximately(k));
     for (Index k = 0; k < m_form.rows; ++k)
-        proof.record.value[m_head[k]] = m_values.Approximately(k);
-    if (proof.certificate.status == Status::Unbounded)
-        return;
-    const bool optimal = proof.certificate.status == Status::Optimal;
-    for (Index v = 0; v < m_form.Variables(); ++v)
+        proof.record.value[m_head[k]] = values[k];
+    if (proof.certificate.status == Status::Infeasible)
     {
-        if (optimal && m_status[v] == BasisStatus::Basic)
-            continue;
-        proof.record.reduced[v] = m_exact.ReducedCostInDouble(v, proof.certificate.dual, optimal);
+        for (Index v = 0; v < m_form.Variables(); ++v)
+            proof.record.reduced[v] = m_exact.ReducedCostInDouble(v, proof.certificate.dual, false);
     }
-    if (optimal)
-        proof.record.objectiveValue = ToDouble(proof.certificate.objective);
+    if (proof.certificate.status != Status::Optimal)
+        return;
+    std::vector<double>& reduced = m_evaluation.reducedInDouble;
+    for (Index v = static_cast<Index>(reduced.size()); v < m_form.Variables(); ++v)
+        reduced.push_back(m_status[v] == BasisStatus::Basic
+                              ? 0.0
+                              : m_exact.ReducedCostInDouble(v, proof.certificate.dual, true));
+    proof.record.reduced = reduced;
+    proof.record.objectiveValue = ToDouble(proof.certificate.objective);
 }
 
 }  // namespace nuv
