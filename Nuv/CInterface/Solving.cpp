@@ -1,18 +1,14 @@
 #include "Nuv/CInterface/Solving.hpp"
 
 #include "Nuv/CInterface/Records.hpp"
-#include "Nuv/Io/NumberText.hpp"
-#include "Nuv/Report/Words.hpp"
 
-#include <cmath>
-#include <limits>
+#include <optional>
+#include <string_view>
 
 namespace nuv::c
 {
 namespace
 {
-
-constexpr double kSecondsBetweenLines = 1.0;
 
 NuvSolveOptions Defaults()
 {
@@ -26,6 +22,27 @@ NuvSolveOptions Defaults()
     defaults.doublePivots = options.limits.doublePivots;
     defaults.exactPivots = options.limits.exactPivots;
     return defaults;
+}
+
+/// A basis out of two arrays of NUV_BASISSTATUS_..., if there is one.
+std::optional<Basis> StartOf(const NuvSolveOptions& given)
+{
+    const auto take = [](const std::uint8_t* statuses, std::uint32_t count)
+    {
+        Require(statuses || count == 0, "a start is null, but has a length");
+        std::vector<BasisStatus> taken;
+        for (std::uint32_t k = 0; k < count; ++k)
+        {
+            RequireOneOf(statuses[k], NUV_BASISSTATUS_Free + 1, "status in a basis");
+            taken.push_back(static_cast<BasisStatus>(statuses[k]));
+        }
+        return taken;
+    };
+    Basis basis{take(given.startColumnBasis, given.numStartColumns),
+                take(given.startRowBasis, given.numStartRows)};
+    if (basis.columns.empty() && basis.rows.empty())
+        return std::nullopt;
+    return basis;
 }
 
 SolveOptions OptionsOf(const NuvSolveOptions& given)
@@ -43,6 +60,10 @@ SolveOptions OptionsOf(const NuvSolveOptions& given)
     options.limits.singlePrecisionPivots = given.singlePrecisionPivots;
     options.limits.doublePivots = given.doublePivots;
     options.limits.exactPivots = given.exactPivots;
+    Require(given.startValues || given.numStartValues == 0, "a start is null, but has a length");
+    if (given.numStartValues != 0)
+        options.startValues.assign(given.startValues, given.startValues + given.numStartValues);
+    options.start = StartOf(given);
     return options;
 }
 
@@ -68,17 +89,6 @@ std::vector<NuvIisMember> MembersOf(const Model& model, const Iis& iis)
     return members;
 }
 
-const char* NameOf(Stage stage)
-{
-    constexpr const char* names[] = {"single precision", "double", "exact"};
-    return names[static_cast<std::size_t>(stage)];
-}
-
-std::string Seconds(double seconds)
-{
-    return NumberText(std::round(seconds * 100.0) / 100.0) + " s";
-}
-
 }  // namespace
 
 CoefficientMeaning MeaningOf(std::uint32_t numbers)
@@ -91,26 +101,17 @@ CoefficientMeaning MeaningOf(std::uint32_t numbers)
 Solving::Solving(const NuvSolveOptions* options)
     : m_given(options ? TakeIn(options, "options") : Defaults()), m_options(OptionsOf(m_given))
 {
-    if (m_given.progress || m_given.log)
+    m_options.limits.reportObjective = m_given.progress != nullptr;
+    if (m_given.progress)
         m_options.limits.keepGoing = [this](const Progress& progress)
         { return KeepGoing(progress); };
+    if (m_given.log)
+        m_options.limits.log = [this](std::string_view line)
+        { m_given.log(m_given.userData, std::string(line).c_str()); };
 }
 
-bool Solving::KeepGoing(const Progress& progress)
+bool Solving::KeepGoing(const Progress& progress) const
 {
-    if (m_given.log && (progress.stage != m_stage || progress.seconds >= m_nextLog))
-    {
-        m_stage = progress.stage;
-        m_nextLog = progress.seconds + kSecondsBetweenLines;
-        std::string line = NameOf(progress.stage);
-        line += ": " + std::to_string(progress.pivots) + " pivots, " + Seconds(progress.seconds);
-        if (!std::isnan(progress.objective))
-            line += (progress.feasible ? ", objective " : ", infeasible by ") +
-                    NumberText(progress.objective);
-        Log(line);
-    }
-    if (!m_given.progress)
-        return true;
     const NuvProgress told = {sizeof(NuvProgress),
                               static_cast<std::uint32_t>(progress.stage),
                               progress.pivots,
@@ -121,14 +122,8 @@ bool Solving::KeepGoing(const Progress& progress)
     return m_given.progress(m_given.userData, &told) != 0;
 }
 
-void Solving::Log(const std::string& line) const
-{
-    if (m_given.log)
-        m_given.log(m_given.userData, line.c_str());
-}
-
 std::unique_ptr<NuvSolution> Solving::Deliver(std::shared_ptr<const Model> model,
-                                              Solution solution) const
+                                              const Model& solved, Solution solution) const
 {
     if (solution.status == Status::Invalid)
         Fail(NUV_MODELRESULT_InvalidModel, std::move(solution.failure));
@@ -138,12 +133,9 @@ std::unique_ptr<NuvSolution> Solving::Deliver(std::shared_ptr<const Model> model
     handle->costRanges = Flat(solution.sensitivity.cost);
     handle->rowLowerRanges = Flat(solution.sensitivity.rowLower);
     handle->rowUpperRanges = Flat(solution.sensitivity.rowUpper);
-    handle->iis = MembersOf(*model, solution.iis);
+    handle->iis = MembersOf(solved, solution.iis);
     handle->model = std::move(model);
     handle->solution = std::move(solution);
-    std::string line(WordOf(handle->solution.status));
-    line += handle->solution.proved ? ", proved" : ", not proved";
-    Log(line + ", " + Seconds(handle->solution.seconds));
     return handle;
 }
 
@@ -159,13 +151,14 @@ NuvModelResult NuvSolveOptionsInit(NuvSolveOptions* options, uint32_t size)
 NuvModelResult NuvModelSolve(const NuvModel* model, const NuvSolveOptions* options,
                              NuvSolution** solution, NuvDiagnostics* diagnostics)
 {
-    return Guarded(diagnostics,
-                   [&]
-                   {
-                       Given(solution, "solution") = nullptr;
-                       const std::shared_ptr<const nuv::Model> held = Checked(model).model;
-                       const Solving solving(options);
-                       *solution =
-                           solving.Deliver(held, nuv::Solve(*held, solving.Options())).release();
-                   });
+    return Guarded(
+        diagnostics,
+        [&]
+        {
+            Given(solution, "solution") = nullptr;
+            const std::shared_ptr<const nuv::Model> held = Checked(model).model;
+            const Solving solving(options);
+            *solution =
+                solving.Deliver(held, *held, nuv::Solve(*held, solving.Options())).release();
+        });
 }

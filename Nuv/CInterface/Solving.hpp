@@ -22,18 +22,16 @@ public:
         return m_options;
     }
 
-    /// The solution as a handle, logged. Fails with InvalidModel where the solve had none.
-    [[nodiscard]] std::unique_ptr<NuvSolution> Deliver(std::shared_ptr<const Model> model,
-                                                       Solution solution) const;
+    /// The solution as a handle. `solved` is what has its handles, of which `model` is a copy.
+    /// Fails with InvalidModel where the solve had none.
+    [[nodiscard]] std::unique_ptr<NuvSolution>
+    Deliver(std::shared_ptr<const Model> model, const Model& solved, Solution solution) const;
 
 private:
-    [[nodiscard]] bool KeepGoing(const Progress& progress);
-    void Log(const std::string& line) const;
+    [[nodiscard]] bool KeepGoing(const Progress& progress) const;
 
     NuvSolveOptions m_given;
     SolveOptions m_options;
-    Stage m_stage = Stage::SinglePrecision;
-    double m_nextLog = 0.0;  ///< seconds since the solve began
 };
 
 [[nodiscard]] CoefficientMeaning MeaningOf(std::uint32_t numbers);

@@ -29,6 +29,8 @@
 typedef struct NuvModel NuvModel;
 /// What a solve found.
 typedef struct NuvSolution NuvSolution;
+/// A session: what a solve leaves for the next one.
+typedef struct NuvSolver NuvSolver;
 /// What a call had to say beside its result.
 typedef struct NuvDiagnostics NuvDiagnostics;
 /// A text that the library has made.

@@ -81,8 +81,7 @@ typedef struct NuvProgress
 /// @return not 0 to go on, 0 to end the solve.
 typedef int32_t (*NuvProgressCallback)(void* userData, const NuvProgress* progress);
 
-/// Called with a line for people, without its line feed: as a stage begins, once a second, and at
-/// the end.
+/// Told in a line for people, without its line feed, what each stage came to.
 typedef void (*NuvLogCallback)(void* userData, const char* line);
 
 typedef struct NuvSolveOptions
@@ -108,6 +107,18 @@ typedef struct NuvSolveOptions
     uint64_t singlePrecisionPivots;
     uint64_t doublePivots;
     uint64_t exactPivots;
+    /// Where the simplex starts, or null: NUV_BASISSTATUS_... of each column and each row, as an
+    /// earlier solution has them. What does not fit the model is made to.
+    const uint8_t* startColumnBasis;
+    const uint8_t* startRowBasis;
+    /// The same by values of the columns, NaN where none is known; a basis comes first.
+    const double* startValues;
+    /// The lengths of these three.
+    uint32_t numStartColumns;
+    uint32_t numStartRows;
+    uint32_t numStartValues;
+    /// Zero.
+    uint32_t reserved;
     /// Null for none.
     NuvProgressCallback progress;
     /// Null for none.
@@ -187,6 +198,21 @@ NUV_MODEL_API NuvModelResult NuvSolveOptionsInit(NuvSolveOptions* options, uint3
 /// optimum, and so is a solve that a limit has stopped.
 NUV_MODEL_API NuvModelResult NuvModelSolve(const NuvModel* model, const NuvSolveOptions* options,
                                            NuvSolution** solution, NuvDiagnostics* diagnostics);
+
+/// Makes a session without a model.
+/// @return null if there is no memory.
+NUV_MODEL_API NuvSolver* NuvSolverConstruct(void);
+
+/// Gives it back; a null is nothing. Its solutions stay.
+NUV_MODEL_API void NuvSolverDestruct(NuvSolver* solver);
+
+/// Solves and proves as NuvModelSolve does, with the same verdict and the same optimum, from what
+/// the last solve of this session left. Where the model is that of the last solve but for costs
+/// and bounds, the basis, its factors and its exact numbers serve again; where columns or rows of
+/// it have come, gone or changed, the basis does. Any other model starts afresh.
+NUV_MODEL_API NuvModelResult NuvSolverSolve(NuvSolver* solver, const NuvModel* model,
+                                            const NuvSolveOptions* options, NuvSolution** solution,
+                                            NuvDiagnostics* diagnostics);
 
 /// Gives it back; a null is nothing.
 NUV_MODEL_API void NuvSolutionDestruct(NuvSolution* solution);

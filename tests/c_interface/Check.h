@@ -55,6 +55,8 @@ void TestRandomModels(void);
 void TestFiles(void);
 void TestSolutions(void);
 void TestRandomSolutions(void);
+void TestSessions(void);
+void TestStarts(void);
 void TestWrongArguments(void);
 void TestRandomCalls(void);
 

@@ -8,6 +8,8 @@ int main(void)
     TestFiles();
     TestSolutions();
     TestRandomSolutions();
+    TestSessions();
+    TestStarts();
     TestWrongArguments();
     TestRandomCalls();
     printf("%d checks, %d failed\n", checks, failures);

@@ -117,6 +117,26 @@ static void SolveText(NuvModel* model, const char* text, NuvDiagnostics* diagnos
     NuvTextDestruct(again);
 }
 
+/* In a session that goes on after a solve has found no memory. */
+static void SolveTwice(NuvModel* model, NuvDiagnostics* diagnostics)
+{
+    NuvSolver* solver = NuvSolverConstruct();
+    NuvSolution* solution;
+    const double upper = 2.5;
+    if (!solver)
+        return;
+    if (Done(NuvSolverSolve(solver, model, NULL, &solution, diagnostics)))
+        NuvSolutionDestruct(solution);
+    if (NuvModelGetNumRows(model) != 0)
+        (void)Done(NuvModelSetRowBounds(model, 1, NULL, NULL, &upper, diagnostics));
+    if (Done(NuvSolverSolve(solver, model, NULL, &solution, diagnostics)))
+    {
+        CHECK(NuvSolutionIsProved(solution));
+        NuvSolutionDestruct(solution);
+    }
+    NuvSolverDestruct(solver);
+}
+
 static void Session(void)
 {
     NuvModel* model = NuvModelConstruct();
@@ -143,6 +163,8 @@ static void Session(void)
             diagnostics && NuvDiagnosticsMakeText(diagnostics, &text) == NUV_MODELRESULT_Ok)
             NuvTextDestruct(text);
     }
+    if (model)
+        SolveTwice(model, diagnostics);
     NuvModelDestruct(copy);
     NuvModelDestruct(model);
     NuvDiagnosticsDestruct(diagnostics);
