@@ -19,6 +19,12 @@ nuv_install_headers(${NUV_PUBLIC_HEADERS})
 install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(EXPORT NuvTargets NAMESPACE Nuv:: DESTINATION ${nuv_package_directory})
 
+# What a C linker has to be told where it links a static library of C++.
+if(APPLE OR CMAKE_CXX_FLAGS MATCHES "-stdlib=libc\\+\\+")
+    set(nuv_cxx_runtime c++)
+else()
+    set(nuv_cxx_runtime stdc++)
+endif()
 configure_package_config_file(
     cmake/NuvConfig.cmake.in ${PROJECT_BINARY_DIR}/NuvConfig.cmake
     INSTALL_DESTINATION ${nuv_package_directory}

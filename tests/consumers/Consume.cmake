@@ -3,7 +3,7 @@
 # KIND       install: puts the libraries into the empty PREFIX; pkgconfig, package: use what lies there;
 #            subdirectory: takes SOURCE_DIR in; configured: configures SOURCE_DIR itself, the core alone
 #            model_pkgconfig, model_package, model_subdirectory: the same for the model layer;
-#            model_shared: links the shared library LIBRARY
+#            model_shared: links the shared library LIBRARY; model_c_...: the same from C
 # The rest   BINARY_DIR (the library's build), WORK_DIR (wiped), the compilers and flags of that build
 cmake_minimum_required(VERSION 3.22)
 
@@ -33,6 +33,14 @@ function(expect_plan program)
     set(answer "optimal: 29700/7 with 21.4286 and 51.4286\n")
     if(NOT output STREQUAL "${model}${answer}")
         message(FATAL_ERROR "expected ${model}${answer}")
+    endif()
+endfunction()
+
+function(expect_factory program)
+    run(${program})
+    file(READ ${SOURCE_DIR}/examples/printed/factory.txt printed)
+    if(NOT output STREQUAL printed)
+        message(FATAL_ERROR "expected\n${printed}")
     endif()
 endfunction()
 
@@ -106,6 +114,21 @@ elseif(KIND STREQUAL "model_pkgconfig")
 elseif(KIND STREQUAL "model_package")
     build_project(${CMAKE_CURRENT_LIST_DIR}/model -DCMAKE_PREFIX_PATH=${PREFIX})
     expect_plan(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "model_c_pkgconfig")
+    build_by_pkgconfig(nuv-model ${C_COMPILER} "-std=c11 ${C_FLAGS}" ${SOURCE_DIR}/examples/factory.c)
+    expect_factory(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "model_c_package")
+    build_project(
+        ${CMAKE_CURRENT_LIST_DIR}/model_c -DCMAKE_PREFIX_PATH=${PREFIX}
+        -DNUV_CONSUMER=${SOURCE_DIR}/examples/factory.c)
+    expect_factory(${WORK_DIR}/consumer)
+elseif(KIND STREQUAL "model_c_shared")
+    # A C compiler links it, and no C++ runtime is named on the way.
+    cmake_path(GET LIBRARY PARENT_PATH directory)
+    separate_arguments(compile_flags UNIX_COMMAND "${C_FLAGS}")
+    run(${C_COMPILER} -std=c11 ${compile_flags} -I${PREFIX}/include ${SOURCE_DIR}/examples/factory.c -o
+        ${WORK_DIR}/consumer ${LIBRARY} -Wl,-rpath,${directory})
+    expect_factory(${WORK_DIR}/consumer)
 elseif(KIND STREQUAL "model_subdirectory")
     build_project(${CMAKE_CURRENT_LIST_DIR}/model -DNUV_SOURCE_DIR=${SOURCE_DIR})
     expect_plan(${WORK_DIR}/consumer)

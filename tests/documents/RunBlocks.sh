@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # RunBlocks.sh DOCUMENT ROOT LIBRARY NUVLP [LIBRARY...]: compiles and runs the code blocks of a document and compares what they print.
 #   ```c and ```cpp    a whole program; it must compile without a warning and print the ```text block that follows it;
-#                      C++ is linked with the further libraries too
+#                      C++, and C on the model layer, is linked with the further libraries too
 #   ```console         lines `$ command` from the root of the tree, each followed by what it prints; ./solve stands for the
 #                      built command
 set -uo pipefail
@@ -60,11 +60,16 @@ console() {  # console SOURCE
     fi
 }
 
-core=("$library") all=("${further[@]}" "$library")
+core=("$library") all=("${further[@]}" "$library") from_c=("${all[@]}" -lstdc++ -lm)
 # Each may carry flags.
 read -ra c_compiler <<<"${CC:-cc}"
 read -ra cpp_compiler <<<"${CXX:-c++}"
-for block in "$work"/*.c; do [[ -e $block ]] && program "$block" core "${c_compiler[@]}" -std=c11; done
+for block in "$work"/*.c; do
+    [[ -e $block ]] || continue
+    libraries=core
+    grep -q '"Nuv/Model/' "$block" && libraries=from_c
+    program "$block" $libraries "${c_compiler[@]}" -std=c11
+done
 for block in "$work"/*.cpp; do [[ -e $block ]] && program "$block" all "${cpp_compiler[@]}" -std=c++20; done
 for block in "$work"/*.console; do [[ -e $block ]] && console "$block"; done
 [[ $run -gt 0 ]] || { echo "$document: no block was run"; exit 1; }

@@ -87,6 +87,11 @@ nuv_consumer_test(core_configured configured ${CMAKE_CURRENT_BINARY_DIR}/core_co
 nuv_consumer_test(consumer_model_pkgconfig model_pkgconfig ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_pkgconfig)
 nuv_consumer_test(consumer_model_package model_package ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_package)
 nuv_consumer_test(consumer_model_shared model_shared ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_shared)
+foreach(kind pkgconfig package shared)
+    nuv_consumer_test(
+        consumer_model_c_${kind} model_c_${kind} ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_c_${kind})
+    set_tests_properties(consumer_model_c_${kind} PROPERTIES FIXTURES_REQUIRED installed_library)
+endforeach()
 # It compiles the whole layer once more; ./test --quick leaves it out.
 nuv_consumer_test(
     consumer_model_subdirectory model_subdirectory ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_subdirectory)
