@@ -24,11 +24,6 @@ void Spread(const NuvFloat32* from, NuvSizeT count, NuvFloat32* to, NuvSizeT lan
         to[k * lanes] = from[k];
 }
 
-NuvUint KeyOf(NuvUint position, NuvUint column)
-{
-    return position << 16U | column;
-}
-
 /// The row of the most negative right-hand side, the first one on ties, or m without one.
 NuvUint MostNegativeRow(const NuvFloat32* b, NuvUint m)
 {
@@ -46,42 +41,23 @@ NuvUint MostNegativeRow(const NuvFloat32* b, NuvUint m)
     return isNegative ? row : m;
 }
 
-/// The slack basis of Phase II.
+/// Has the next step begin with the slack basis of Phase II.
 void StartPhaseII(LaneQueue* x, NuvUint lane)
 {
     LaneState* const s = &x->state;
-    const NuvSizeT lanes = s->lanes;
-    Spread(DataOf(x->batch, x->problems[lane]).c, s->n, s->costs + lane, lanes);
-    for (NuvUint j = 0; j != s->n; ++j)
-        s->keys[j * lanes + lane] = KeyOf(j, j);
-    for (NuvUint i = 0; i != s->m; ++i)
-    {
-        s->costs[(s->n + i) * lanes + lane] = basicCost;
-        s->basic[i * lanes + lane] = s->n + i;
-        s->basicCosts[i * lanes + lane] = 0.0F;
-    }
+    Spread(DataOf(x->batch, x->problems[lane]).c, s->n, s->costs + lane, s->lanes);
     s->artificialRows[lane] = s->m;
     s->isKept[lane] = 0;
     s->hasFresh = true;
 }
 
-/// The basis after the forced pivot: the artificial variable in place of a row's slack, which
-/// stands at position 0 now.
+/// Has the next step begin with the basis after the forced pivot of Phase I.
 void StartPhaseI(LaneQueue* x, NuvUint lane, NuvUint row)
 {
-    StartPhaseII(x, lane);
     LaneState* const s = &x->state;
-    const NuvSizeT lanes = s->lanes;
-    for (NuvUint j = 0; j != s->n; ++j)
-    {
-        s->costs[j * lanes + lane] = 0.0F;
-        s->keys[j * lanes + lane] = KeyOf(j + 1, j);
-    }
-    s->costs[(s->n + row) * lanes + lane] = 0.0F;
-    s->keys[(s->n + row) * lanes + lane] = KeyOf(0, s->n + row);
-    s->basic[row * lanes + lane] = artificialColumn;
-    s->basicCosts[row * lanes + lane] = -1.0F;
     s->artificialRows[lane] = row;
+    s->isKept[lane] = 0;
+    s->hasFresh = true;
     ++s->pivots[lane];
     ++x->numPhaseI;
     if (BatchTrace* const trace = x->single->trace)
@@ -145,7 +121,7 @@ void TakeFeasibleLabels(LaneQueue* x, NuvUint lane)
             continue;
         *cost = j < s->n ? c[j] : 0.0F;
         if (*key >> 16U > position)
-            *key -= KeyOf(1, 0);
+            *key -= 1U << 16U;
     }
     for (NuvUint i = 0; i != s->m; ++i)
     {
@@ -280,16 +256,17 @@ void PlaceArrays(LaneQueue* x, WorkspaceLayout* layout)
     const NuvSizeT n = s->n;
     // One array for all.
     NuvFloat32* arrays = nullptr;
-    const NuvSizeT elements = m * m + (s->sharedA ? 0 : m * n) + 2 * (n + m) + 9 * m;
+    const NuvSizeT elements = m * m + (s->sharedA ? 0 : m * n) + 3 * (n + m) + 10 * m;
     x->length = elements * lanes;
     layout->Place(&arrays, x->length);
     TakeFrom(&arrays, m * m * lanes, &s->inverse);
     TakeFrom(&arrays, s->sharedA ? 0 : m * n * lanes, &s->A);
     TakeFrom(&arrays, (n + m) * lanes, &s->costs);
     TakeFrom(&arrays, (n + m) * lanes, &s->keys);
+    TakeFrom(&arrays, (n + m) * lanes, &s->reducedCosts);
     TakeFrom(&arrays, m * lanes, &s->basic);
     for (NuvFloat32** const array : {&s->b, &s->basicCosts, &s->prices, &s->values, &s->column,
-                                     &s->direction, &s->eta, &s->multipliers})
+                                     &s->direction, &s->ratios, &s->eta, &s->multipliers})
         TakeFrom(&arrays, m * lanes, array);
     x->inverse.kernels = x->single->kernels;
     PlaceArrays(&x->inverse, s->m, 0, layout);

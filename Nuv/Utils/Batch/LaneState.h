@@ -45,19 +45,21 @@ struct LaneState
     /// [n + m] by column, while it is nonbasic: its position in the high half, itself in the low
     /// one, so that of equal reduced costs the larger key is the one that enters.
     NuvUint* keys;
-    NuvUint* basic;           /// [m] columns by row
-    NuvFloat32* basicCosts;   /// [m]
-    NuvFloat32* prices;       /// [m]
-    NuvFloat32* values;       /// [m] of the basic variables
-    NuvFloat32* column;       /// [m] the entering one
-    NuvFloat32* direction;    /// [m]
-    NuvFloat32* eta;          /// [m] of the pending update
-    NuvFloat32* multipliers;  /// [m] of the pending update: the former row of the leaving variable
+    NuvFloat32* reducedCosts;  /// [n + m]
+    NuvUint* basic;            /// [m] columns by row
+    NuvFloat32* basicCosts;    /// [m]
+    NuvFloat32* prices;        /// [m]
+    NuvFloat32* values;        /// [m] of the basic variables
+    NuvFloat32* column;        /// [m] the entering one
+    NuvFloat32* direction;     /// [m]
+    NuvFloat32* ratios;        /// [m] values / direction, or FLT_MAX
+    NuvFloat32* eta;           /// [m] of the pending update
+    NuvFloat32* multipliers;   /// [m] of the pending update: the former row of the leaving variable
 
     // By lane. Truth values have all bits alike.
     /// The row of the pending update, or m.
     alignas(64) NuvUint rows[maxLanes];
-    /// Whether the inverse goes on being used; where not, the next step makes it the identity's.
+    /// Whether the basis goes on; where not, the next step starts from the slacks' or Phase I's.
     alignas(64) NuvUint isKept[maxLanes];
     /// Where the artificial variable is basic, or m.
     alignas(64) NuvUint artificialRows[maxLanes];

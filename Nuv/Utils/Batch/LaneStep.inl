@@ -18,8 +18,36 @@ namespace nuv
 {
 namespace
 {
-/// How many columns or rows are taken at a time: as many as there are registers for.
+/// How many columns or rows are taken at a time at most: as many as there are registers for.
 constexpr NuvSizeT atOnce = lanes == 16 ? 8 : 4;
+
+/// Elements are picked by going over all of them, up to so many; by their index beyond.
+constexpr NuvUint mostPassed = lanes == 16 ? 16 : 4;
+
+/// Calls `operation.template Do<count>(first)` over 0 … length in blocks as equal as can be.
+template <NuvSizeT count, class Operation>
+NUV_LANES_INLINE void DoBlock(NuvSizeT size, NuvSizeT first, Operation* operation)
+{
+    if constexpr (count != 1)
+        if (size < count)
+            return DoBlock<count - 1>(size, first, operation);
+    operation->template Do<count>(first);
+}
+
+template <class Operation>
+NUV_LANES_INLINE void DoInBlocks(NuvSizeT length, Operation* operation)
+{
+    const NuvSizeT numBlocks = (length + atOnce - 1) / atOnce;
+    const NuvSizeT size = length / numBlocks;
+    const NuvSizeT numLonger = length - size * numBlocks;
+    NuvSizeT first = 0;
+    for (NuvSizeT block = 0; block != numBlocks; ++block)
+    {
+        const NuvSizeT count = size + (block < numLonger ? 1 : 0);
+        DoBlock<atOnce>(count, first, operation);
+        first += count;
+    }
+}
 
 /// Adds the pending update to some columns of the inverse and sums their prices, and their
 /// products with b to the values. Where the inverse is not kept it becomes 0: the update of a fresh
@@ -61,19 +89,60 @@ NUV_LANES_INLINE void UpdateColumns(const LaneState* s, NuvSizeT first)
         Store(s->prices + (first + c) * lanes, prices[c]);
 }
 
-template <NuvSizeT count>
-void UpdateFrom(const LaneState* s, NuvSizeT first)
+struct Update
 {
-    for (; s->m - first >= count; first += count)
+    const LaneState* s;
+
+    template <NuvSizeT count>
+    NUV_LANES_INLINE void Do(NuvSizeT first) const
+    {
         UpdateColumns<count>(s, first);
-    if constexpr (count != 1)
-        UpdateFrom<count / 2>(s, first);
+    }
+};
+
+/// The first basis of fresh lanes: the slacks'. In Phase I it is that after the forced pivot, in
+/// which the artificial variable stands in the place of the slack of row r, and that at position 0.
+void StartLabels(const LaneState* s)
+{
+    const Mask isFresh = Not(MaskOf(s->isKept));
+    const Lanes basicCost = Broadcast(-std::numeric_limits<NuvFloat32>::infinity());
+    for (NuvUint j = 0; j != s->n; ++j)
+    {
+        NuvUint* const keys = s->keys + j * lanes;
+        StoreUint(keys, Select(isFresh, BroadcastUint(j << 16U | j), LoadUint(keys)));
+    }
+    for (NuvUint i = 0; i != s->m; ++i)
+    {
+        NuvFloat32* const cost = s->costs + (s->n + i) * lanes;
+        Store(cost, Select(isFresh, basicCost, Load(cost)));
+        NuvUint* const basic = s->basic + i * lanes;
+        StoreUint(basic, Select(isFresh, BroadcastUint(s->n + i), LoadUint(basic)));
+        NuvFloat32* const basicCosts = s->basicCosts + i * lanes;
+        Store(basicCosts, Select(isFresh, Lanes{}, Load(basicCosts)));
+    }
 }
 
-/// Makes the inverse of fresh lanes the identity, or that after the forced pivot of Phase I: in row
-/// r the artificial variable is basic, and column r is −1 throughout. Then B⁻¹b is b − b(r), and
-/// −b(r) in row r, and of the prices only that of row r is not 0: (−1) · (−1).
-void StartFresh(LaneState* s)
+void StartLabelsOfPhaseI(const LaneState* s, NuvSizeT lane)
+{
+    const NuvUint r = s->artificialRows[lane];
+    for (NuvUint j = 0; j != s->n; ++j)
+    {
+        s->costs[j * lanes + lane] = 0.0F;
+        s->keys[j * lanes + lane] = (j + 1) << 16U | j;
+    }
+    s->costs[(s->n + r) * lanes + lane] = 0.0F;
+    s->keys[(s->n + r) * lanes + lane] = s->n + r;
+    s->basic[r * lanes + lane] = artificialColumn;
+    s->basicCosts[r * lanes + lane] = -1.0F;
+}
+
+bool IsFreshInPhaseI(const LaneState* s, NuvSizeT lane)
+{
+    return !s->isKept[lane] && s->artificialRows[lane] != s->m;
+}
+
+/// Makes the inverse of fresh lanes the identity.
+void StartInverse(const LaneState* s)
 {
     const Mask isFresh = Not(MaskOf(s->isKept));
     for (NuvSizeT i = 0; i != s->m; ++i)
@@ -83,20 +152,44 @@ void StartFresh(LaneState* s)
         NuvFloat32* const value = s->values + i * lanes;
         Store(value, Select(isFresh, Load(s->b + i * lanes), Load(value)));
     }
-    for (NuvSizeT lane = 0; lane != lanes; ++lane)
+}
+
+/// After the forced pivot of Phase I column r of the inverse is −1 throughout. B⁻¹b is b − b(r),
+/// and −b(r) in row r, and of the prices only that of row r is not 0: (−1) · (−1).
+void StartInverseOfPhaseI(const LaneState* s, NuvSizeT lane)
+{
+    const NuvSizeT r = s->artificialRows[lane];
+    const NuvFloat32 most = s->b[r * lanes + lane];
+    for (NuvSizeT i = 0; i != s->m; ++i)
     {
-        const NuvSizeT r = s->artificialRows[lane];
-        if (s->isKept[lane] || r == s->m)
-            continue;
-        const NuvFloat32 most = s->b[r * lanes + lane];
-        for (NuvSizeT i = 0; i != s->m; ++i)
-        {
-            s->inverse[(i * s->m + r) * lanes + lane] = -1.0F;
-            NuvFloat32* const value = s->values + i * lanes + lane;
-            *value = i == r ? -most : *value - most;
-        }
-        s->prices[r * lanes + lane] = 1.0F;
+        s->inverse[(i * s->m + r) * lanes + lane] = -1.0F;
+        NuvFloat32* const value = s->values + i * lanes + lane;
+        *value = i == r ? -most : *value - most;
     }
+    s->prices[r * lanes + lane] = 1.0F;
+}
+
+/// Brings the inverse, the prices and the values up to date.
+void UpdateAll(LaneState* s)
+{
+    const bool hasFresh = s->hasFresh;
+    if (hasFresh)
+    {
+        StartLabels(s);
+        for (NuvSizeT lane = 0; lane != lanes && s->hasPhaseI; ++lane)
+            if (IsFreshInPhaseI(s, lane))
+                StartLabelsOfPhaseI(s, lane);
+    }
+    Update update = {s};
+    DoInBlocks(s->m, &update);
+    if (!hasFresh)
+        return;
+    StartInverse(s);
+    for (NuvSizeT lane = 0; lane != lanes && s->hasPhaseI; ++lane)
+        if (IsFreshInPhaseI(s, lane))
+            StartInverseOfPhaseI(s, lane);
+    s->hasFresh = false;
+    StoreUint(s->isKept, BroadcastUint(UINT32_MAX));
 }
 
 Mask AreValuesAndPricesFinite(const LaneState* s)
@@ -114,18 +207,10 @@ struct Best
 {
     Lanes reducedCost;
     UintLanes key;
-
-    NUV_LANES_INLINE void Meet(const Lanes& other, const UintLanes& otherKey)
-    {
-        const Mask isTied = And(IsEqual(other, reducedCost), IsLarger(otherKey, key));
-        const Mask isBetter = Or(IsLarger(other, reducedCost), isTied);
-        reducedCost = Select(isBetter, other, reducedCost);
-        key = Select(isBetter, otherKey, key);
-    }
 };
 
 template <bool isShared, NuvSizeT count>
-NUV_LANES_INLINE void PriceColumns(const LaneState* s, NuvSizeT first, Best* best)
+NUV_LANES_INLINE void PriceColumns(const LaneState* s, NuvSizeT first, Lanes* largest)
 {
     Lanes sums[count] = {};
     const NuvSizeT n = s->n;
@@ -140,59 +225,139 @@ NUV_LANES_INLINE void PriceColumns(const LaneState* s, NuvSizeT first, Best* bes
         }
     }
     for (NuvSizeT c = 0; c != count; ++c)
-        best->Meet(Load(s->costs + (first + c) * lanes) - sums[c],
-                   LoadUint(s->keys + (first + c) * lanes));
+    {
+        const Lanes difference = Load(s->costs + (first + c) * lanes) - sums[c];
+        Store(s->reducedCosts + (first + c) * lanes, difference);
+        *largest = LargerOf(difference, *largest);
+    }
 }
 
-template <bool isShared, NuvSizeT count>
-NUV_LANES_INLINE void PriceFrom(const LaneState* s, NuvSizeT first, Best* best)
+template <bool isShared>
+struct PriceAll
 {
-    for (; s->n - first >= count; first += count)
-        PriceColumns<isShared, count>(s, first, best);
-    if constexpr (count != 1)
-        PriceFrom<isShared, count / 2>(s, first, best);
-}
+    const LaneState* s;
+    Lanes* largest;
+
+    template <NuvSizeT count>
+    NUV_LANES_INLINE void Do(NuvSizeT first) const
+    {
+        PriceColumns<isShared, count>(s, first, largest);
+    }
+};
 
 /// Dantzig's rule over variables and slacks, whose reduced cost is the cost less the row's price.
 Best ChooseEntering(const LaneState* s)
 {
-    Best best = {Lanes{}, UintLanes{}};
+    Lanes largest = {};
+    PriceAll<true> shared = {s, &largest};
+    PriceAll<false> own = {s, &largest};
     if (s->sharedA)
-        PriceFrom<true, atOnce>(s, 0, &best);
+        DoInBlocks(s->n, &shared);
     else
-        PriceFrom<false, atOnce>(s, 0, &best);
+        DoInBlocks(s->n, &own);
+    NuvFloat32* const ofSlacks = s->reducedCosts + static_cast<NuvSizeT>(s->n) * lanes;
     for (NuvSizeT i = 0; i != s->m; ++i)
-        best.Meet(Load(s->costs + (s->n + i) * lanes) - Load(s->prices + i * lanes),
-                  LoadUint(s->keys + (s->n + i) * lanes));
-    return best;
+    {
+        const Lanes difference = Load(s->costs + (s->n + i) * lanes) - Load(s->prices + i * lanes);
+        Store(ofSlacks + i * lanes, difference);
+        largest = LargerOf(difference, largest);
+    }
+    UintLanes key = {};
+    for (NuvSizeT j = 0; j != static_cast<NuvSizeT>(s->n) + s->m; ++j)
+    {
+        const Mask isIt = IsEqual(Load(s->reducedCosts + j * lanes), largest);
+        key = LargerOf(Select(isIt, LoadUint(s->keys + j * lanes), UintLanes{}), key);
+    }
+    return {largest, key};
 }
 
-/// The column of [A I] that enters in each lane.
-void CopyColumns(const LaneState* s, const UintLanes& entering)
+/// The column that enters in each lane, of A if there is one.
+struct Entering
 {
-    const Mask isSlack = IsLarger(entering, BroadcastUint(s->n - 1));
-    const UintLanes column = Select(isSlack, UintLanes{}, entering);
-    const UintLanes slackRow = Select(isSlack, entering - s->n, BroadcastUint(s->m));
-    UintLanes index = s->sharedA ? column : column * static_cast<NuvUint>(lanes) + CountFrom(0);
+    UintLanes column;
+    Mask isSlack;
+    /// The column of A, or 0.
+    UintLanes inA;
+    /// The slack's row, or m.
+    UintLanes slackRow;
+};
+
+Entering EnteringOf(const LaneState* s, const UintLanes& column)
+{
+    const Mask isSlack = IsLarger(column, BroadcastUint(s->n - 1));
+    return {column, isSlack, Select(isSlack, UintLanes{}, column),
+            Select(isSlack, column - s->n, BroadcastUint(s->m))};
+}
+
+/// Some rows of the entering columns, by going over all columns of A.
+template <bool isShared>
+struct PassColumns
+{
+    const LaneState* s;
+    const Entering* entering;
+
+    template <NuvSizeT count>
+    NUV_LANES_INLINE void Do(NuvSizeT first) const
+    {
+        Lanes elements[count];
+        for (NuvSizeT c = 0; c != count; ++c)
+            elements[c] =
+                Select(IsEqual(entering->slackRow, BroadcastUint(static_cast<NuvUint>(first + c))),
+                       Broadcast(1.0F), Lanes{});
+        for (NuvUint j = 0; j != s->n; ++j)
+        {
+            const Mask isIt = IsEqual(entering->column, BroadcastUint(j));
+            for (NuvSizeT c = 0; c != count; ++c)
+            {
+                const NuvSizeT at = (first + c) * s->n + j;
+                const Lanes a = isShared ? Broadcast(s->sharedA[at]) : Load(s->A + at * lanes);
+                elements[c] = Select(isIt, a, elements[c]);
+            }
+        }
+        for (NuvSizeT c = 0; c != count; ++c)
+            Store(s->column + (first + c) * lanes, elements[c]);
+    }
+};
+
+void GatherColumns(const LaneState* s, const Entering& entering)
+{
+    UintLanes index =
+        s->sharedA ? entering.inA : entering.inA * static_cast<NuvUint>(lanes) + CountFrom(0);
     const NuvFloat32* const base = s->sharedA ? s->sharedA : s->A;
     const NuvUint rowLength = s->sharedA ? s->n : s->n * static_cast<NuvUint>(lanes);
     for (NuvUint i = 0; i != s->m; ++i, index = index + rowLength)
     {
-        const Lanes unit = Select(IsEqual(slackRow, BroadcastUint(i)), Broadcast(1.0F), Lanes{});
-        Store(s->column + i * lanes, Select(isSlack, unit, Gather(base, index)));
+        const Lanes unit =
+            Select(IsEqual(entering.slackRow, BroadcastUint(i)), Broadcast(1.0F), Lanes{});
+        Store(s->column + i * lanes, Select(entering.isSlack, unit, Gather(base, index)));
     }
 }
 
-/// The smallest ratio and its row, the first one on ties.
+/// The column of [A I] that enters in each lane.
+void CopyColumns(const LaneState* s, const Entering& entering)
+{
+    PassColumns<true> shared = {s, &entering};
+    PassColumns<false> own = {s, &entering};
+    if (s->n > mostPassed)
+        GatherColumns(s, entering);
+    else if (s->sharedA)
+        DoInBlocks(s->m, &shared);
+    else
+        DoInBlocks(s->m, &own);
+}
+
+/// The smallest ratio, the element of the direction that makes it and its row, the first one on
+/// ties.
 struct Smallest
 {
     Lanes ratio;
+    Lanes pivot;
     UintLanes row;
 };
 
 /// Some rows of the direction, and their ratios.
 template <NuvSizeT count>
-NUV_LANES_INLINE void TestRows(const LaneState* s, NuvSizeT first, Smallest* smallest)
+NUV_LANES_INLINE void TestRows(const LaneState* s, NuvSizeT first, Lanes* smallest)
 {
     Lanes sums[count] = {};
     const NuvFloat32* const rows = s->inverse + first * s->m * lanes;
@@ -210,44 +375,52 @@ NUV_LANES_INLINE void TestRows(const LaneState* s, NuvSizeT first, Smallest* sma
         const Mask isFalling = IsLarger(sums[c], Lanes{});
         const Lanes divisor = Select(isFalling, sums[c], Broadcast(1.0F));
         const Lanes ratio = Select(isFalling, Load(s->values + i * lanes) / divisor, none);
-        const Mask isSmaller = IsLarger(smallest->ratio, ratio);
-        smallest->ratio = Select(isSmaller, ratio, smallest->ratio);
-        smallest->row = Select(isSmaller, BroadcastUint(static_cast<NuvUint>(i)), smallest->row);
+        Store(s->ratios + i * lanes, ratio);
+        *smallest = SmallerOf(ratio, *smallest);
     }
 }
 
-template <NuvSizeT count>
-NUV_LANES_INLINE void TestFrom(const LaneState* s, NuvSizeT first, Smallest* smallest)
+struct TestAll
 {
-    for (; s->m - first >= count; first += count)
+    const LaneState* s;
+    Lanes* smallest;
+
+    template <NuvSizeT count>
+    NUV_LANES_INLINE void Do(NuvSizeT first) const
+    {
         TestRows<count>(s, first, smallest);
-    if constexpr (count != 1)
-        TestFrom<count / 2>(s, first, smallest);
-}
+    }
+};
 
 /// The ratio test; in Phase I the artificial variable goes before others of the same ratio.
 Smallest ChooseLeaving(const LaneState* s)
 {
-    Smallest smallest = {Broadcast(FLT_MAX), UintLanes{}};
-    TestFrom<atOnce>(s, 0, &smallest);
+    Lanes least = Broadcast(FLT_MAX);
+    TestAll test = {s, &least};
+    DoInBlocks(s->m, &test);
+    Smallest smallest = {least, Broadcast(1.0F), UintLanes{}};
+    for (NuvUint i = s->m; i-- != 0;)
+    {
+        const Mask isIt = IsEqual(Load(s->ratios + i * lanes), least);
+        smallest.row = Select(isIt, BroadcastUint(i), smallest.row);
+        smallest.pivot = Select(isIt, Load(s->direction + i * lanes), smallest.pivot);
+    }
     if (!s->hasPhaseI)
         return smallest;
     const UintLanes artificialRows = LoadUint(s->artificialRows);
     const Mask isPhaseI = Not(IsEqual(artificialRows, BroadcastUint(s->m)));
     const UintLanes row = Select(isPhaseI, artificialRows, UintLanes{});
     const Lanes direction = Pick(s->direction, row);
-    const Mask isFalling = And(isPhaseI, IsLarger(direction, Lanes{}));
-    const Lanes ratio = Pick(s->values, row) / Select(isFalling, direction, Broadcast(1.0F));
-    const Mask isTied = And(isFalling, IsEqual(ratio, smallest.ratio));
+    const Mask isTied = And(isPhaseI, IsEqual(Pick(s->ratios, row), least));
     smallest.row = Select(isTied, row, smallest.row);
+    smallest.pivot = Select(isTied, direction, smallest.pivot);
     return smallest;
 }
 
 /// eta = 0 − d · p, and 1 − (d(r) − 1) · p in the row r that leaves, with p = 1 / d(r).
 /// @return where it is finite; see FormEta in BasisInverse.cpp.
-Mask FormEta(const LaneState* s, const UintLanes& rows)
+Mask FormEta(const LaneState* s, const UintLanes& rows, const Lanes& pivot)
 {
-    const Lanes pivot = Pick(s->direction, rows);
     const Lanes reciprocal = Broadcast(1.0F) / pivot;
     const Lanes inRow = Broadcast(1.0F) - (pivot - Broadcast(1.0F)) * reciprocal;
     Lanes accumulator = {};
@@ -260,39 +433,85 @@ Mask FormEta(const LaneState* s, const UintLanes& rows)
     return IsEqual(accumulator, Lanes{});
 }
 
-/// Saves the row of the inverse that leaves, and makes the update pending where `isMade`.
+/// Some elements of the row of the inverse that leaves, by going over all rows.
+struct PassRows
+{
+    const LaneState* s;
+    UintLanes rows;
+
+    template <NuvSizeT count>
+    NUV_LANES_INLINE void Do(NuvSizeT first) const
+    {
+        Lanes elements[count] = {};
+        for (NuvUint i = 0; i != s->m; ++i)
+        {
+            const Mask isIt = IsEqual(rows, BroadcastUint(i));
+            const NuvFloat32* const row =
+                s->inverse + (static_cast<NuvSizeT>(i) * s->m + first) * lanes;
+            for (NuvSizeT c = 0; c != count; ++c)
+                elements[c] = Select(isIt, Load(row + c * lanes), elements[c]);
+        }
+        for (NuvSizeT c = 0; c != count; ++c)
+            Store(s->multipliers + (first + c) * lanes, elements[c]);
+    }
+};
+
+/// Saves the row of the inverse that leaves and makes the update pending in the lanes with rows
+/// below m; in others it adds 0.
 void MakePending(LaneState* s, const UintLanes& rows, Mask isMade)
 {
-    UintLanes index = rows * static_cast<NuvUint>(s->m * lanes) + CountFrom(0);
+    StoreUint(s->rows, rows);
+    if (s->m <= mostPassed)
+    {
+        PassRows pass = {s, rows};
+        DoInBlocks(s->m, &pass);
+    }
+    UintLanes index =
+        Select(isMade, rows, UintLanes{}) * static_cast<NuvUint>(s->m * lanes) + CountFrom(0);
     for (NuvUint k = 0; k != s->m; ++k, index = index + static_cast<NuvUint>(lanes))
     {
-        Store(s->multipliers + k * lanes, Select(isMade, Gather(s->inverse, index), Lanes{}));
         NuvFloat32* const eta = s->eta + k * lanes;
         Store(eta, Select(isMade, Load(eta), Lanes{}));
+        if (s->m > mostPassed)
+            Store(s->multipliers + k * lanes, Select(isMade, Gather(s->inverse, index), Lanes{}));
     }
-    StoreUint(s->rows, Select(isMade, rows, BroadcastUint(s->m)));
 }
 
-/// Exchanges the entering column with that of the leaving row.
-void Exchange(LaneState* s, NuvUint isMade, const NuvUint* keys)
+/// Exchanges the entering column with that of the leaving row, in the lanes with rows below m.
+void Exchange(LaneState* s, const UintLanes& rows, const UintLanes& key, Mask isMade)
 {
-    for (NuvSizeT lane = 0; lane != lanes; ++lane)
+    // In other lanes none of the two exists.
+    const UintLanes none = BroadcastUint(UINT32_MAX);
+    const UintLanes entering = Select(isMade, key & maxKeyPart, none);
+    Lanes enteringCost = {};
+    for (NuvUint j = 0; j != s->n; ++j)
+        enteringCost =
+            Select(IsEqual(entering, BroadcastUint(j)), Load(s->costs + j * lanes), enteringCost);
+    UintLanes leaving = none;
+    Lanes leavingCost = {};
+    for (NuvUint i = 0; i != s->m; ++i)
     {
-        if (((isMade >> lane) & 1U) == 0)
-            continue;
-        const NuvSizeT row = s->rows[lane] * lanes + lane;
-        const NuvUint entering = s->entering[lane];
-        const NuvUint leaving = s->basic[row];
-        const NuvFloat32 cost = s->basicCosts[row];
-        NuvFloat32* const enteringCost = s->costs + entering * lanes + lane;
-        s->basic[row] = entering;
-        s->basicCosts[row] = *enteringCost;
-        *enteringCost = -std::numeric_limits<NuvFloat32>::infinity();
-        s->leaving[lane] = leaving;
-        s->costs[leaving * lanes + lane] = cost;
-        s->keys[leaving * lanes + lane] = (keys[lane] & ~maxKeyPart) | leaving;
-        ++s->pivots[lane];
+        const Mask isIt = IsEqual(rows, BroadcastUint(i));
+        NuvUint* const basic = s->basic + i * lanes;
+        NuvFloat32* const cost = s->basicCosts + i * lanes;
+        leaving = Select(isIt, LoadUint(basic), leaving);
+        leavingCost = Select(isIt, Load(cost), leavingCost);
+        StoreUint(basic, Select(isIt, entering, LoadUint(basic)));
+        Store(cost, Select(isIt, enteringCost, Load(cost)));
     }
+    const UintLanes leavingKey = (key & ~maxKeyPart) | leaving;
+    const Lanes basicCost = Broadcast(-std::numeric_limits<NuvFloat32>::infinity());
+    for (NuvUint j = 0; j != s->n + s->m; ++j)
+    {
+        const Mask enters = IsEqual(entering, BroadcastUint(j));
+        const Mask leaves = IsEqual(leaving, BroadcastUint(j));
+        NuvFloat32* const cost = s->costs + j * lanes;
+        NuvUint* const keys = s->keys + j * lanes;
+        Store(cost, Select(leaves, leavingCost, Select(enters, basicCost, Load(cost))));
+        StoreUint(keys, Select(leaves, leavingKey, LoadUint(keys)));
+    }
+    StoreUint(s->leaving, leaving);
+    StoreUint(s->pivots, Select(isMade, LoadUint(s->pivots) + 1, LoadUint(s->pivots)));
 }
 
 /// Where `mask`, the end unless there is one already.
@@ -304,31 +523,24 @@ NUV_LANES_INLINE void EndWhere(Mask mask, LaneEnd end, UintLanes* ends)
 
 NuvUint Step(LaneState* s)
 {
-    UpdateFrom<atOnce>(s, 0);
-    if (s->hasFresh)
-        StartFresh(s);
-    s->hasFresh = false;
-    StoreUint(s->isKept, BroadcastUint(UINT32_MAX));
+    UpdateAll(s);
     UintLanes ends = {};
     EndWhere(Not(AreValuesAndPricesFinite(s)), LaneEnd::NotFinite, &ends);
     const Best best = ChooseEntering(s);
     EndWhere(Not(IsLarger(best.reducedCost, Lanes{})), LaneEnd::Optimal, &ends);
-    const UintLanes entering = best.key & maxKeyPart;
+    const Entering entering = EnteringOf(s, best.key & maxKeyPart);
     CopyColumns(s, entering);
     const Smallest smallest = ChooseLeaving(s);
     EndWhere(IsEqual(smallest.ratio, Broadcast(FLT_MAX)), LaneEnd::Unbounded, &ends);
-    EndWhere(Not(FormEta(s, smallest.row)), LaneEnd::NotFinite, &ends);
+    EndWhere(Not(FormEta(s, smallest.row, smallest.pivot)), LaneEnd::NotFinite, &ends);
     EndWhere(IsEqual(LoadUint(s->pivots), BroadcastUint(s->pivotLimit)), LaneEnd::Stopped, &ends);
     EndWhere(IsEqual(smallest.row, LoadUint(s->artificialRows)), LaneEnd::Feasible, &ends);
     const Mask isMade = And(MaskOf(s->isActive), IsEqual(ends, UintLanes{}));
-    NuvUint keys[lanes];
-    StoreUint(keys, best.key);
-    StoreUint(s->entering, entering);
+    StoreUint(s->entering, entering.column);
     StoreUint(s->ends, ends);
-    MakePending(s, smallest.row, isMade);
-    Exchange(s, BitsOf(isMade), keys);
-    // The row in which Phase I would end.
-    StoreUint(s->leaving, Select(isMade, LoadUint(s->leaving), smallest.row));
+    const UintLanes rows = Select(isMade, smallest.row, BroadcastUint(s->m));
+    MakePending(s, rows, isMade);
+    Exchange(s, rows, best.key, isMade);
     return BitsOf(And(MaskOf(s->isActive), Not(isMade)));
 }
 
