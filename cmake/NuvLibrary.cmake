@@ -46,6 +46,7 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/Kernels/Kernels.cpp
     Nuv/Utils/Kernels/Plain.cpp
     Nuv/Utils/Memory/ScratchAllocator.cpp
+    Nuv/Utils/Memory/Workspace.cpp
     Nuv/Utils/Problem/Containers.cpp
     Nuv/Utils/Problem/Editing.cpp
     Nuv/Utils/Problem/Object.cpp
@@ -62,8 +63,7 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/Simplex/Solve.cpp
     Nuv/Utils/Simplex/SparsePricing.cpp
     Nuv/Utils/Simplex/StandardForm.cpp
-    Nuv/Utils/Simplex/StructuredIteration.cpp
-    Nuv/Utils/Simplex/Workspace.cpp)
+    Nuv/Utils/Simplex/StructuredIteration.cpp)
 
 # Tests of what functions rely on, for debug builds and sanitizers: see Kernels/Assert.h.
 option(NUV_ASSERTIONS "Test the invariants of the core as it runs" OFF)

@@ -14,7 +14,7 @@
 #define NUV_UTILS_SIMPLEX_BASISINVERSE_H
 
 #include "Nuv/Utils/Kernels/Kernels.h"
-#include "Nuv/Utils/Simplex/Workspace.h"
+#include "Nuv/Utils/Memory/Workspace.h"
 
 namespace nuv
 {

@@ -5,7 +5,7 @@
 
 #include "Nuv/Utils/Kernels/Kernels.h"
 #include "Nuv/Utils/Simplex/StandardForm.h"
-#include "Nuv/Utils/Simplex/Workspace.h"
+#include "Nuv/Utils/Memory/Workspace.h"
 
 namespace nuv
 {

@@ -19,7 +19,7 @@
 
 #include "Nuv/Utils/Simplex/SolveContext.h"
 #include "Nuv/Utils/Simplex/StandardForm.h"
-#include "Nuv/Utils/Simplex/Workspace.h"
+#include "Nuv/Utils/Memory/Workspace.h"
 
 namespace nuv
 {

@@ -1,8 +1,8 @@
 // The memory of a solve: a workspace in one block, which holds all arrays, and the retained blocks,
 // which a solve leaves with the allocator by contract. Nothing is ever written to the latter, so
 // that they cost no memory that is in use. Not installed.
-#ifndef NUV_UTILS_SIMPLEX_WORKSPACE_H
-#define NUV_UTILS_SIMPLEX_WORKSPACE_H
+#ifndef NUV_UTILS_MEMORY_WORKSPACE_H
+#define NUV_UTILS_MEMORY_WORKSPACE_H
 
 #include <stdint.h>
 

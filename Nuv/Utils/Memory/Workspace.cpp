@@ -1,5 +1,5 @@
 // The workspace and the retained blocks.
-#include "Nuv/Utils/Simplex/Workspace.h"
+#include "Nuv/Utils/Memory/Workspace.h"
 
 #include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Memory/ScratchAllocator.h"
