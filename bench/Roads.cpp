@@ -58,6 +58,7 @@ std::vector<Road> RoadsFor(const Case& which)
     constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
     return {
         {"structured", {}, Without({&S::structured}), which.rows > manyRows ? fewPivots : all},
+        {"few rows", {}, Without({&S::few}), all},
         {"AVX-512", {}, Without({&S::avx512}), all},
         {"AVX2", Without({&S::avx512}), Without({&S::avx512, &S::avx2}), all},
         {"baseline", Without({&S::avx512, &S::avx2}), Without({&S::avx512, &S::avx2, &S::baseline}),

@@ -60,6 +60,7 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/Simplex/Iteration.cpp
     Nuv/Utils/Simplex/Phases.cpp
     Nuv/Utils/Simplex/Pricing.cpp
+    Nuv/Utils/Simplex/SmallIteration.cpp
     Nuv/Utils/Simplex/Solve.cpp
     Nuv/Utils/Simplex/SparsePricing.cpp
     Nuv/Utils/Simplex/StandardForm.cpp

@@ -37,6 +37,26 @@ struct FusedProduct
     NuvSizeT length;
 };
 
+/// A rank-1 update of all lines, rows or columns, of a dense matrix, and a combination or two of
+/// the lines as they are then:
+///     line(l) = line(l) without element `cleared` + multipliers[l] · update   unless update is
+///     null, sumsX = Σ x[l] · line(l), and the same for y unless it is null,
+/// each sum from +0, in increasing number of the lines.
+struct DenseUpdate
+{
+    NuvFloat32* lines;  /// [count × length], one after the other
+    NuvSizeT count;
+    NuvSizeT length;
+    const NuvFloat32* multipliers;  /// [count]
+    const NuvFloat32* update;       /// [length], or null
+    /// An element that counts as 0 before the update; `length` for none.
+    NuvUint cleared;
+    const NuvFloat32* x;  /// [count]
+    NuvFloat32* sumsX;    /// [length]
+    const NuvFloat32* y;  /// [count], or null
+    NuvFloat32* sumsY;    /// [length]
+};
+
 /// A number that was looked for, and where it was found.
 struct Choice
 {
@@ -51,6 +71,7 @@ struct Kernels
     static constexpr NuvSizeT tile = 16;
 
     void (*updateAndMultiply)(const FusedProduct* product);
+    void (*updateDensely)(const DenseUpdate* update);
     /// eta = 0 − direction · reciprocal.
     /// @return whether all of eta is finite.
     bool (*formEta)(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta,

@@ -4,6 +4,8 @@
 #include "Nuv/Utils/Kernels/Kernels.h"
 #include "Nuv/Utils/Kernels/FusedProduct.inl"
 
+#include "Nuv/Utils/Kernels/DenseUpdate.inl"
+
 namespace nuv
 {
 namespace
@@ -158,8 +160,9 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kernels = {UpdateAndMultiply, FormEta,          IsFinite, FindLargest,
-                             FindSmallestRatio, MultiplyMatrices, Divide,   SubtractMultiple};
+constexpr Kernels kernels = {UpdateAndMultiply, UpdateDensely, FormEta,
+                             IsFinite,          FindLargest,   FindSmallestRatio,
+                             MultiplyMatrices,  Divide,        SubtractMultiple};
 }  // namespace
 
 const Kernels* NUV_KERNELS()

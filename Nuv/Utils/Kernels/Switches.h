@@ -11,6 +11,8 @@ struct Switches
 {
     /// The sparse inverse and the reduced costs of Simplex/, against the definition.
     bool structured = true;
+    /// The dense inverse of few rows, against the sparse one.
+    bool few = true;
     /// The instruction sets beyond the plain loops.
     bool avx512 = true;
     bool avx2 = true;

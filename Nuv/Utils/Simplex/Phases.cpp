@@ -9,7 +9,7 @@
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
-#include "Nuv/Utils/Simplex/StructuredIteration.h"
+#include "Nuv/Utils/Simplex/SmallIteration.h"
 
 namespace nuv
 {
@@ -46,7 +46,7 @@ bool RetainPivotBlocks(const Iteration* it)
     return Retain(it, sizes, 5);
 }
 
-/// The simplex method. `Steps` is a DenseIteration or a StructuredIteration.
+/// The simplex method. `Steps` is a DenseIteration, a StructuredIteration or a SmallIteration.
 /// @return false when the dense iteration is to take over; nothing is decided then.
 template <class Steps>
 bool Iterate(Steps* steps, Iteration* it, const PhaseRules* rules, NuvLinearProgramming* lp,
@@ -92,16 +92,17 @@ bool Iterate(Steps* steps, Iteration* it, const PhaseRules* rules, NuvLinearProg
     }
 }
 
-/// Goes on with the dense iteration: from the structured one's inverse, or from the first basis.
-Result IterateDensely(const StructuredIteration* structured, Iteration* it, const PhaseRules* rules,
+/// Goes on with the dense iteration: from another's inverse, or from the first basis.
+template <class Steps>
+Result IterateDensely(const Steps* former, Iteration* it, const PhaseRules* rules,
                       NuvLinearProgramming* lp)
 {
     Result result = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     DenseIteration dense;
     if (!AllocateArrays(&dense, it))
         return result;
-    if (structured)
-        FallBackToDense(structured, it, &dense);
+    if (former)
+        FallBackToDense(former, it, &dense);
     else
         StartFromFirstBasis(&dense, it);
     (void)Iterate(&dense, it, rules, lp, &result);
@@ -109,33 +110,42 @@ Result IterateDensely(const StructuredIteration* structured, Iteration* it, cons
     return result;
 }
 
-NuvSizeT PlaceArrays(Iteration* it, StructuredIteration* structured, SolveContext* context,
-                     const StandardForm* form, Phase phase, void* block)
+template <class Steps>
+NuvSizeT PlaceArrays(Iteration* it, Steps* steps, SolveContext* context, const StandardForm* form,
+                     Phase phase, void* block)
 {
     WorkspaceLayout layout(block);
     PlaceArrays(it, context, form, phase, &layout);
-    PlaceArrays(structured, it, &layout);
+    PlaceArrays(steps, it, &layout);
     return layout.BytesNeeded();
+}
+
+template <class Steps>
+Result SolvePhaseBy(const PhaseRules* rules, NuvLinearProgramming* lp, SolveContext* context,
+                    const StandardForm* form)
+{
+    Result result = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
+    Iteration it;
+    Steps steps;
+    Workspace workspace;
+    const NuvSizeT size = PlaceArrays(&it, &steps, context, form, rules->phase, nullptr);
+    if (!AllocateWorkspace(&workspace, lp->alloc, size))
+        return result;
+    (void)PlaceArrays(&it, &steps, context, form, rules->phase, workspace.block);
+    Initialise(&it, lp);
+    if (!TryStart(&steps, &it))
+        result = IterateDensely<Steps>(nullptr, &it, rules, lp);
+    else if (!Iterate(&steps, &it, rules, lp, &result))
+        result = IterateDensely(&steps, &it, rules, lp);
+    FreeWorkspace(&workspace);
+    return result;
 }
 
 Result SolvePhase(const PhaseRules* rules, NuvLinearProgramming* lp, SolveContext* context,
                   const StandardForm* form)
 {
-    Result result = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
-    Iteration it;
-    StructuredIteration structured;
-    Workspace workspace;
-    const NuvSizeT size = PlaceArrays(&it, &structured, context, form, rules->phase, nullptr);
-    if (!AllocateWorkspace(&workspace, lp->alloc, size))
-        return result;
-    (void)PlaceArrays(&it, &structured, context, form, rules->phase, workspace.block);
-    Initialise(&it, lp);
-    if (!TryStart(&structured, &it))
-        result = IterateDensely(nullptr, &it, rules, lp);
-    else if (!Iterate(&structured, &it, rules, lp, &result))
-        result = IterateDensely(&structured, &it, rules, lp);
-    FreeWorkspace(&workspace);
-    return result;
+    return IsSmall(form) ? SolvePhaseBy<SmallIteration>(rules, lp, context, form)
+                         : SolvePhaseBy<StructuredIteration>(rules, lp, context, form);
 }
 
 // Phase I -----------------------------------------------------------------------------------------
@@ -272,11 +282,16 @@ NuvSizeT BytesOfPhases(const StandardForm* form)
         {
             Iteration it;
             StructuredIteration structured;
+            SmallIteration small;
             DenseIteration dense;
             shape.maxNonzeros = static_cast<NuvSizeT>(form->m) * form->n / part;
-            const NuvSizeT bytes = PlaceArrays(&it, &structured, &context, &shape, phase, nullptr) +
-                                   PlaceArrays(&dense, &it, nullptr);
-            most = bytes > most ? bytes : most;
+            for (const NuvSizeT bytes :
+                 {PlaceArrays(&it, &small, &context, &shape, phase, nullptr),
+                  PlaceArrays(&it, &structured, &context, &shape, phase, nullptr)})
+            {
+                const NuvSizeT all = bytes + PlaceArrays(&dense, &it, nullptr);
+                most = all > most ? all : most;
+            }
         }
     return most;
 }

@@ -7,8 +7,6 @@
 
 namespace nuv
 {
-namespace
-{
 bool IsSlackBasis(const Iteration* it)
 {
     for (NuvUint i = 0; i != it->m; ++i)
@@ -17,9 +15,6 @@ bool IsSlackBasis(const Iteration* it)
     return true;
 }
 
-/// Phase I always starts from the slack columns. A caller of Phase I by itself may have left other
-/// labels in `basic`; then labels and columns disagree, and only the dense iteration, which keeps
-/// both, gives the defined result. In Phase II they agree by definition.
 bool LabelsMatchColumns(const Iteration* it)
 {
     if (it->phase == Phase::II)
@@ -31,22 +26,22 @@ bool LabelsMatchColumns(const Iteration* it)
     return IsSlackBasis(it);
 }
 
-/// Tells pricing where each label is.
-/// @return whether each but the artificial variable's has exactly one place.
-bool PlaceLabels(StructuredIteration* x, const Iteration* it)
+bool PlaceLabels(Pricing* pricing, const Iteration* it)
 {
     for (NuvUint i = 0; i != it->m; ++i)
-        if (!PlaceBasic(&x->pricing, it->basic[i]))
+        if (!PlaceBasic(pricing, it->basic[i]))
             return false;
     for (NuvUint j = 0; j != it->numNonbasic; ++j)
     {
         const NuvUint label = it->nonbasic[j];
-        if (label != artificialLabel && !PlaceNonbasic(&x->pricing, label, CostOf(it, label), j))
+        if (label != artificialLabel && !PlaceNonbasic(pricing, label, CostOf(it, label), j))
             return false;
     }
     return true;
 }
 
+namespace
+{
 bool InvertBasis(StructuredIteration* x, const Iteration* it)
 {
     if (IsSlackBasis(it))
@@ -83,7 +78,7 @@ bool TryStart(StructuredIteration* x, Iteration* it)
         return false;
     // The steps of the inversion are done with, and so is their part of the buffer.
     StartPricing(&x->pricing, x->rowBuffer);
-    if (!PlaceLabels(x, it))
+    if (!PlaceLabels(&x->pricing, it))
         return false;
     for (NuvUint i = 0; i != it->m; ++i)
         if (it->basicCosts[i] != 0.0F)
@@ -126,15 +121,20 @@ bool FormEta(StructuredIteration* x, const Iteration* it, NuvUint row)
     return FormEta(&x->inverse, it->direction, row);
 }
 
-void Exchange(StructuredIteration* x, Iteration* it, NuvUint position, NuvUint row)
+void Exchange(Pricing* pricing, Iteration* it, NuvUint position, NuvUint row)
 {
     ExchangeLabels(it, position, row);
     const NuvUint entering = it->basic[row];
     const NuvUint leaving = it->nonbasic[position];
     if (entering != artificialLabel)
-        MakeBasic(&x->pricing, entering);
+        MakeBasic(pricing, entering);
     NUV_ASSERT(leaving != artificialLabel);
-    MakeNonbasic(&x->pricing, leaving, CostOf(it, leaving), position);
+    MakeNonbasic(pricing, leaving, CostOf(it, leaving), position);
+}
+
+void Exchange(StructuredIteration* x, Iteration* it, NuvUint position, NuvUint row)
+{
+    Exchange(&x->pricing, it, position, row);
 }
 
 void Update(StructuredIteration* x, Iteration* it, NuvUint row)

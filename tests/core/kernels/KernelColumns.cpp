@@ -216,4 +216,60 @@ TEST_P(KernelColumnsAgainstPlainLoops, AnOverflowOfTheUpdateShowsInTheSumWhateve
             EXPECT_EQ(data.sumsX[6], 0.0F);
         }
 }
+
+/// The lines' sums for one element, and the updated lines, one number after the other.
+void UpdateByHand(const nuv::DenseUpdate& p, Floats* lines, Floats* sumsX, Floats* sumsY)
+{
+    for (std::size_t i = 0; i != p.length; ++i)
+    {
+        (*sumsX)[i] = (*sumsY)[i] = 0.0F;
+        for (std::size_t l = 0; l != p.count; ++l)
+        {
+            float* const element = &(*lines)[l * p.length + i];
+            if (p.update)
+            {
+                const float product = p.multipliers[l] * p.update[i];
+                *element = (i == p.cleared ? 0.0F : *element) + product;
+            }
+            (*sumsX)[i] += p.x[l] * *element;
+            if (p.y)
+                (*sumsY)[i] += p.y[l] * *element;
+        }
+    }
+}
+
+TEST_P(KernelColumnsAgainstPlainLoops, AllLinesAreUpdatedAndCombined)
+{
+    for (int i = 0; i != ShareOf(800) && !HasFailure(); ++i)
+    {
+        const std::size_t count = random.Below(12);
+        const std::size_t length = Tiles(7);
+        const bool isWild = i % 4 == 0;
+        Floats lines = Vector(count * length, isWild);
+        const Floats multipliers = Vector(count, isWild);
+        const Floats update = Vector(length, isWild);
+        const Floats x = Vector(count, isWild);
+        const Floats y = Vector(count, isWild);
+        Floats sumsX(length, 7.0F);
+        Floats sumsY(length, 7.0F);
+        const nuv::DenseUpdate p = {lines.data(),
+                                    count,
+                                    length,
+                                    multipliers.data(),
+                                    i % 3 == 0 ? nullptr : update.data(),
+                                    random.Below(static_cast<std::uint32_t>(length) + 1),
+                                    x.data(),
+                                    sumsX.data(),
+                                    i % 5 == 0 ? nullptr : y.data(),
+                                    sumsY.data()};
+        Floats expectedLines = lines;
+        Floats expectedX(length);
+        Floats expectedY(length);
+        UpdateByHand(p, &expectedLines, &expectedX, &expectedY);
+        kernels->updateDensely(&p);
+        EXPECT_TRUE(IsSame(expectedLines, lines));
+        EXPECT_TRUE(IsSame(expectedX, sumsX));
+        EXPECT_TRUE(!p.y || IsSame(expectedY, sumsY));
+    }
+}
 }  // namespace
