@@ -20,10 +20,13 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvLinearProgramming.h
     Nuv/Utils/NuvLinearProgramming.hpp
     Nuv/Utils/NuvLinearProgrammingBatch.h
+    Nuv/Utils/NuvLinearProgrammingBatch.hpp
     Nuv/Utils/NuvLinearProgrammingContainers.h
     Nuv/Utils/NuvLinearProgrammingInline.h
+    Nuv/Utils/NuvLinearProgrammingMeasure.h
     Nuv/Utils/NuvLinearProgrammingMonitor.h
     Nuv/Utils/NuvLinearProgrammingRecords.h
+    Nuv/Utils/NuvPivotLimit.h
     Nuv/Utils/NuvScratchAllocator.h
     Nuv/Utils/NuvStdCLibInline.h
     Nuv/Utils/NuvString.h
@@ -49,7 +52,9 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/Memory/Workspace.cpp
     Nuv/Utils/Problem/Containers.cpp
     Nuv/Utils/Problem/Editing.cpp
+    Nuv/Utils/Problem/Measure.cpp
     Nuv/Utils/Problem/Object.cpp
+    Nuv/Utils/Problem/PivotLimit.cpp
     Nuv/Utils/Problem/Records.cpp
     Nuv/Utils/Problem/String.cpp
     Nuv/Utils/Simplex/BasisInverse.cpp

@@ -77,7 +77,8 @@ NUV_API NuvLinearProgramming* NuvLinearProgrammingConstructDefault(NuvLinearProg
 NUV_API NuvLinearProgramming* NuvLinearProgrammingConstruct(NuvLinearProgramming* lp,
                                                             NuvUint numVars, NuvAllocator* alloc);
 
-/// Gives everything back; `lp` may be constructed again.
+/// Gives back what the model holds, but not the blocks that its solves have left; `lp` may be
+/// constructed again.
 NUV_API void NuvLinearProgrammingDestruct(NuvLinearProgramming* lp);
 
 /// Replaces all variables by `numVars` new ones, "X1", "X2", ...; constraints and objective stay.
@@ -132,8 +133,9 @@ NUV_API void NuvLinearProgrammingSetObjectiveByIndex(
     NuvLinearProgramming* lp, const NuvVector_NuvPair_NuvUint__NuvFloat32* objectiveValues);
 
 /// Solves the model. Every call starts from the slack basis; results of an earlier call stay until
-/// they are overwritten. The solve leaves blocks with the allocator, as the library's documentation
-/// of storage lists them.
+/// they are overwritten. Nothing limits the number of pivots: a degenerate model may cycle for
+/// ever, and each pivot leaves m × (m + 4) floats with the allocator, which Destruct does not give
+/// back. A NuvPivotLimit ends such a solve, and a NuvScratchAllocator takes the blocks back.
 /// @return Ok, Unbounded or Infeasible; InvalidInput when the model has no row or no variable, a
 /// name or index is unknown, or storage for m × (n + m) floats is refused.
 NUV_API NuvLinearProgrammingResultType NuvLinearProgrammingSolve(NuvLinearProgramming* lp);

@@ -19,6 +19,7 @@
 
 #include "Nuv/Utils/NuvLinearProgramming.h"
 #include "Nuv/Utils/NuvLinearProgrammingMonitor.h"
+#include "Nuv/Utils/NuvPivotLimit.h"
 #include "Nuv/Utils/NuvScratchAllocator.h"
 
 namespace nuv
@@ -163,9 +164,18 @@ public:
             { return NuvLinearProgrammingSetObjective(&state->lp, objective) != NUV_FALSE; });
     }
 
+    /// Solves within 100 × (m + n) pivots.
     Verdict Solve() noexcept
     {
-        return SolveMonitored(nullptr);
+        const NuvSizeT limit = (NuvSizeT{NumVariables()} + NumConstraints()) * 100;
+        return SolveWithin(limit < UINT32_MAX ? static_cast<NuvUint>(limit) : UINT32_MAX);
+    }
+
+    /// Solves; a solve that wants more pivots, or goes round in a circle, is Stopped.
+    Verdict SolveWithin(NuvUint pivotLimit) noexcept
+    {
+        NuvPivotLimit limit;
+        return SolveMonitored(NuvPivotLimitConstruct(&limit, pivotLimit));
     }
 
     /// Solves, and calls `beforePivot(const NuvLinearProgrammingPivot&)` before each pivot; it

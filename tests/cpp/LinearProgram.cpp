@@ -186,4 +186,21 @@ TEST(LinearProgram, IsFalseWithoutMemoryAndAfterAMove)
     refused = std::move(second);
     EXPECT_EQ(refused.Objective(), 36.0F);
 }
+
+/// Goes round in six pivots (Chvátal, Linear Programming, chapter 3).
+TEST(LinearProgram, StopsWhereItWouldNotEnd)
+{
+    nuv::LinearProgram program(4);
+    program.SetConstraint(1, {{1, 0.5F}, {2, -5.5F}, {3, -2.5F}, {4, 9.0F}}, 0.0F);
+    program.SetConstraint(2, {{1, 0.5F}, {2, -1.5F}, {3, -0.5F}, {4, 1.0F}}, 0.0F);
+    program.SetObjective({{1, 10.0F}, {2, -57.0F}, {3, -9.0F}, {4, -24.0F}});
+    EXPECT_EQ(program.Solve(), nuv::Verdict::Stopped);
+}
+
+TEST(LinearProgram, StopsAtTheLimitThatIsGiven)
+{
+    nuv::LinearProgram program = Wyndor();
+    EXPECT_EQ(program.SolveWithin(1), nuv::Verdict::Stopped);
+    EXPECT_EQ(program.SolveWithin(2), nuv::Verdict::Ok);
+}
 }  // namespace

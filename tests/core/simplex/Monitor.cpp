@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "Nuv/Utils/NuvPivotLimit.h"
 #include "tests/support/SmallModel.hpp"
 #include "tests/reference/CoreSolve.hpp"
 #include "tests/reference/RandomModels.hpp"
@@ -182,5 +183,42 @@ TEST_F(Monitor, AnotherModelCanBeSolvedFromTheCallback)
               NUV_LINEARPROGRAMMINGRESULTTYPE_Ok);
     EXPECT_EQ(outer.lp.objectiveValue, 5.0F);
     EXPECT_EQ(inner.lp.objectiveValue, 36.0F);
+}
+
+// The ready monitor ------------------------------------------------------------------------------
+
+TEST_F(Monitor, PivotLimitEndsASolveThatMakesOneMore)
+{
+    CoreModel model(TwoPhases(), allocator);
+    NuvPivotLimit limit;
+    NuvLinearProgrammingMonitor* const monitor = NuvPivotLimitConstruct(&limit, 3);
+    EXPECT_EQ(NuvLinearProgrammingSolveMonitored(&model.lp, monitor),
+              NUV_LINEARPROGRAMMINGRESULTTYPE_Ok);
+    EXPECT_EQ(limit.pivots, 3U);
+    (void)NuvPivotLimitConstruct(&limit, 2);
+    EXPECT_EQ(NuvLinearProgrammingSolveMonitored(&model.lp, monitor),
+              NUV_LINEARPROGRAMMINGRESULTTYPE_Stopped);
+    EXPECT_EQ(limit.pivots, 2U);
+    EXPECT_FALSE(limit.hasCycled);
+}
+
+/// Chvátal's model, which goes round in six pivots (Linear Programming, chapter 3).
+TEST_F(Monitor, PivotLimitFindsACircleSoon)
+{
+    CoreModel cycling(
+        {2, 4, {0.5F, -5.5F, -2.5F, 9, 0.5F, -1.5F, -0.5F, 1}, {0, 0}, {10, -57, -9, -24}},
+        allocator);
+    NuvPivotLimit limit;
+    NuvLinearProgrammingMonitor* const monitor = NuvPivotLimitConstruct(&limit, 100000);
+    EXPECT_EQ(NuvLinearProgrammingSolveMonitored(&cycling.lp, monitor),
+              NUV_LINEARPROGRAMMINGRESULTTYPE_Stopped);
+    EXPECT_TRUE(limit.hasCycled);
+    EXPECT_LT(limit.pivots, 200U);
+    // The next solve begins anew.
+    CoreModel other(TwoPhases(), allocator);
+    EXPECT_EQ(NuvLinearProgrammingSolveMonitored(&other.lp, monitor),
+              NUV_LINEARPROGRAMMINGRESULTTYPE_Ok);
+    EXPECT_FALSE(limit.hasCycled);
+    EXPECT_EQ(limit.pivots, 3U);
 }
 }  // namespace
