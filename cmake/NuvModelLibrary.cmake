@@ -1,6 +1,6 @@
 # The model layer as those have it who install it: the objects of its rooms in one library, static or shared
 # as the core's is, and the headers that a program reaches. In this tree Nuv::Model is the rooms themselves.
-set(NUV_MODEL_ROOMS nuv_algebra nuv_model nuv_io nuv_sparse_simplex nuv_certificate nuv_vipr nuv_exact nuv_solve
+set(NUV_MODEL_ROOMS nuv_algebra nuv_model nuv_io nuv_sparse_simplex nuv_basis_file nuv_certificate nuv_vipr nuv_exact nuv_solve
                     nuv_report nuv_c_interface)
 
 # Those that users include, and those that these include: neither Boost nor GMP is among them.
@@ -10,6 +10,8 @@ set(NUV_MODEL_HEADERS
     Nuv/Certificate/Status.hpp
     Nuv/Exact/Sensitivity.hpp
     Nuv/Exact/StageRecord.hpp
+    Nuv/Io/Basis/MpsBasisReader.hpp
+    Nuv/Io/Basis/MpsBasisWriter.hpp
     Nuv/Io/Diagnostics.hpp
     Nuv/Io/Lp/LpReader.hpp
     Nuv/Io/Lp/LpWriter.hpp

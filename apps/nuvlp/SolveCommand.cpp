@@ -6,15 +6,20 @@
 #include "ProgressLine.hpp"
 #include "Nuv/Report/TextReport.hpp"
 
+#include "Nuv/Io/Basis/MpsBasisReader.hpp"
+#include "Nuv/Io/Basis/MpsBasisWriter.hpp"
+#include "Nuv/Io/TextFile.hpp"
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Solve/Solution.hpp"
 #include "Nuv/Vipr/Certify.hpp"
 #include "Nuv/Vipr/Text.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace nuvlp
 {
@@ -26,6 +31,8 @@ struct Options
     ModelSource source;
     Output output;
     std::string certificate;
+    std::string basisIn;
+    std::string basisOut;
     nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
     std::optional<std::uint64_t> maxPivots;
     double timeLimit = std::numeric_limits<double>::infinity();
@@ -58,10 +65,46 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
     return solve;
 }
 
-nuv::Solution Solve(const nuv::Model& model, const Options& options)
+nuv::Solution Solve(const nuv::Model& model, std::optional<nuv::Basis> start,
+                    const Options& options)
 {
     ProgressLine line(options.progress);
-    return nuv::Solve(model, SolveOptionsOf(options, line));
+    nuv::SolveOptions solve = SolveOptionsOf(options, line);
+    solve.start = std::move(start);
+    return nuv::Solve(model, solve);
+}
+
+/// The basis to start from, and what its reader has to say of it, which is printed.
+nuv::BasisReadResult ReadBasis(const Options& options, const nuv::Model& model)
+{
+    nuv::BasisReadResult result;
+    if (options.basisIn.empty())
+        return result;
+    const nuv::Result<std::string> text = nuv::ReadTextFile(options.basisIn);
+    if (text)
+        result = nuv::ReadMpsBasis(*text, nuv::DisplayName(options.basisIn), model);
+    else
+        result.diagnostics = {nuv::WithoutPlace(text.GetError())};
+    PrintDiagnostics(result.diagnostics, options.quiet ? Show::Errors : Show::Warnings);
+    return result;
+}
+
+/// Writes the last basis if it is asked for and there is one.
+ExitCode WriteBasis(const Options& options, const nuv::Model& model, const nuv::Solution& solution,
+                    ExitCode otherwise)
+{
+    if (options.basisOut.empty() || otherwise == ExitCode::CannotWrite)
+        return otherwise;
+    const nuv::Result<std::string> text = nuv::WriteMpsBasis(model, solution.basis);
+    if (text)
+        return WriteTo(options.basisOut, *text, otherwise);
+    if (text.GetError().code == "basis.none")
+    {
+        std::fputs("nuvlp: there is no basis, so none is written\n", stderr);
+        return otherwise;
+    }
+    PrintDiagnostics({nuv::WithoutPlace(text.GetError())}, Show::Errors);
+    return ExitCode::CannotWrite;
 }
 
 ExitCode ExitCodeOfStatus(nuv::Status status, bool exitStatus)
@@ -105,8 +148,16 @@ ExitCode Run(const Options& options)
     if (!reading.Ok())
         return WriteError(options.output, nuv::kResultSchema, reading.diagnostics,
                           ExitCodeOf(reading.GetError()));
+    nuv::BasisReadResult start = ReadBasis(options, *reading.model);
+    if (!options.basisIn.empty() && !start.basis)
+    {
+        const auto error =
+            std::ranges::find(start.diagnostics, nuv::Severity::Error, &nuv::Diagnostic::severity);
+        return WriteError(options.output, nuv::kResultSchema, start.diagnostics,
+                          ExitCodeOf(error->error));
+    }
     CatchInterrupts();
-    const nuv::Solution solution = Solve(*reading.model, options);
+    const nuv::Solution solution = Solve(*reading.model, std::move(start.basis), options);
     if (solution.status == nuv::Status::Invalid)
     {
         const std::vector failure{nuv::WithoutPlace(solution.failure)};
@@ -121,7 +172,8 @@ ExitCode Run(const Options& options)
         WriteTo(options.output.path, report, ExitCodeOfStatus(solution.status, options.exitStatus));
     return code == ExitCode::CannotWrite
                ? code
-               : WriteCertificate(options, *reading.model, solution, code);
+               : WriteBasis(options, *reading.model, solution,
+                            WriteCertificate(options, *reading.model, solution, code));
 }
 
 }  // namespace
@@ -143,6 +195,14 @@ Verb SolveVerb()
          .value = "CERTIFICATE",
          .text = "Write the proof there, in VIPR format, for other programs to check",
          .target = &options->certificate},
+        {.names = {"--basis-in"},
+         .value = "BASIS",
+         .text = "Start from the basis in this file, in MPS basis format",
+         .target = &options->basisIn},
+        {.names = {"--basis-out"},
+         .value = "BASIS",
+         .text = "Write the last basis there, in MPS basis format",
+         .target = &options->basisOut},
         NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
         {.names = {"--max-pivots"},
          .value = "N",
