@@ -5,7 +5,7 @@ set(nuv_prefix ${CMAKE_CURRENT_BINARY_DIR}/prefix)
 
 # The objects of the library, linked as a shared one whatever kind this build makes.
 add_library(nuv_shared SHARED $<TARGET_OBJECTS:NuvLinearProgramming>)
-set_target_properties(nuv_shared PROPERTIES LINKER_LANGUAGE C)
+set_target_properties(nuv_shared PROPERTIES LINKER_LANGUAGE C OUTPUT_NAME NuvLinearProgramming)
 nuv_soname(nuv_shared)
 
 # Undefined symbols would otherwise show only when somebody links the shared library.
@@ -54,7 +54,7 @@ add_test(
 
 # The model layer as a shared library, of the same objects.
 add_library(nuv_model_shared SHARED ${nuv_model_objects})
-set_target_properties(nuv_model_shared PROPERTIES LINKER_LANGUAGE CXX)
+set_target_properties(nuv_model_shared PROPERTIES LINKER_LANGUAGE CXX OUTPUT_NAME NuvModel)
 target_link_libraries(nuv_model_shared PRIVATE nuv_shared)
 nuv_link_model(nuv_model_shared)
 nuv_soname(nuv_model_shared)

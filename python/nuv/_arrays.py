@@ -1,0 +1,156 @@
+"""Arguments as the arrays that the library reads; what is wrong with one is said by its name."""
+
+from __future__ import annotations
+
+from decimal import Decimal
+from fractions import Fraction
+from typing import Any, NamedTuple, Union
+
+import numpy as np
+import numpy.typing as npt
+
+from ._interface import ffi
+
+Doubles = npt.NDArray[np.float64]
+Number = Union[int, float, Fraction, Decimal, str]
+
+#: Of magnitudes up to this, every integer is a double.
+_INTEGERS = 2**53
+
+
+def written(value: float) -> Fraction:
+    """The number that a double is written as: 0.1 is one tenth."""
+    return Fraction(repr(float(value)))
+
+
+def as_double(value: Any, name: str, stored: bool = False) -> float:
+    """The double that stands for a number, which must be that number and not merely near it.
+
+    A double stands for what it is written as, or for itself where numbers are taken as stored.
+    """
+    kind = type(value)
+    if kind is float or kind is int and -_INTEGERS <= value <= _INTEGERS:
+        return float(value)
+    if isinstance(value, (float, np.floating)):
+        return float(value)
+    if isinstance(value, (int, np.integer, Fraction, Decimal, str)):
+        try:
+            exact = Fraction(int(value) if isinstance(value, np.integer) else value)
+            nearest = float(exact)
+        except (ValueError, ZeroDivisionError, OverflowError):
+            return _as_special(value, name)
+        if (Fraction(nearest) if stored else written(nearest)) != exact:
+            raise ValueError(f"{name}: {value} is not what a double stands for, and would be rounded")
+        return nearest
+    raise TypeError(f"{name}: a {kind.__name__} is no number")
+
+
+def _as_special(value: Any, name: str) -> float:
+    """Infinity and NaN have no fraction."""
+    if isinstance(value, Decimal) and not value.is_finite():
+        return float(value)
+    text = str(value)
+    if text.lower().lstrip("+-") in ("inf", "infinity"):
+        return float(text)
+    raise ValueError(f"{name}: {text[:40]!r} is no number that a double holds")
+
+
+def doubles(value: Any, name: str, stored: bool = False) -> Doubles:
+    """An array of any shape, of doubles that lie row after row; a copy only where it has to be."""
+    try:
+        array = np.asarray(value)
+    except ValueError as error:
+        raise ValueError(f"{name}: the rows differ in length") from error
+    kind = array.dtype.kind
+    if kind == "f" and array.dtype.itemsize <= 8 or kind == "b":
+        return np.ascontiguousarray(array, np.float64).reshape(array.shape)
+    if kind in "iu":
+        if array.size == 0 or -_INTEGERS <= array.min() and array.max() <= _INTEGERS:
+            return array.astype(np.float64)
+    elif kind not in "OUf":
+        raise TypeError(f"{name}: numbers are needed, not {array.dtype}")
+    if any(isinstance(item, (list, tuple, np.ndarray)) for item in array.flat):
+        raise ValueError(f"{name}: the rows differ in length")
+    numbers = [as_double(item, name, stored) for item in array.astype(object).flat]
+    return np.array(numbers, np.float64).reshape(array.shape)
+
+
+def vector(value: Any, name: str, size: int, stored: bool = False) -> Doubles:
+    """A vector of `size` doubles; a single number stands for all of them."""
+    array = doubles(value, name, stored)
+    if array.ndim == 0:
+        return np.full(size, float(array))
+    array = array.reshape(-1) if array.size == max(array.shape, default=0) else array
+    if array.ndim != 1 or array.size != size:
+        raise ValueError(f"{name}: {size} numbers are needed, in one dimension, not {array.shape}")
+    return array
+
+
+def finite(array: Doubles, name: str) -> Doubles:
+    """The array, if it has neither NaN nor infinity."""
+    if not np.isfinite(array).all():
+        raise ValueError(f"{name}: must not contain inf, nan, or None")
+    return array
+
+
+class Rows(NamedTuple):
+    """A matrix by rows, or by columns, as NuvModelArrays takes it."""
+
+    shape: tuple[int, int]
+    starts: npt.NDArray[np.uint64]
+    indices: npt.NDArray[np.uint32]
+    values: Doubles
+    by_columns: bool = False
+
+
+def matrix(value: Any, name: str, columns: int | None, stored: bool = False,
+           either: bool = False) -> Rows:
+    """A matrix given as nested lists, an array, or what scipy.sparse has, with that many columns.
+
+    It comes by rows, or with `either` by columns where it is stored by columns.
+    """
+    if hasattr(value, "tocsr") and hasattr(value, "shape"):
+        return _sparse(value, name, columns, stored, either)
+    array = doubles(value, name, stored)
+    if array.size == 0 and array.ndim < 2:
+        array = array.reshape(0, columns or 0)
+    if array.ndim != 2 or columns is not None and array.shape[1] != columns:
+        wanted = "two dimensions" if columns is None else f"two dimensions and {columns} columns"
+        raise ValueError(f"{name}: {wanted} are needed, not the shape {array.shape}")
+    finite(array, name)
+    occupied = array != 0
+    at = np.flatnonzero(occupied)
+    starts = np.zeros(array.shape[0] + 1, np.uint64)
+    np.cumsum(np.count_nonzero(occupied, axis=1), out=starts[1:])
+    indices = (at % array.shape[1]).astype(np.uint32) if at.size else np.zeros(0, np.uint32)
+    return Rows((array.shape[0], array.shape[1]), starts, indices, array.reshape(-1)[at])
+
+
+def _sparse(value: Any, name: str, columns: int | None, stored: bool, either: bool) -> Rows:
+    if len(value.shape) != 2 or columns is not None and value.shape[1] != columns:
+        raise ValueError(f"{name}: {columns} columns are needed, not the shape {value.shape}")
+    by_columns = either and getattr(value, "format", "") == "csc"
+    packed = value if by_columns else value.tocsr()
+    if not packed.has_canonical_format:
+        packed = packed.copy()
+        packed.sum_duplicates()
+    indices = packed.indices.astype(np.uint32) if packed.indices.dtype.itemsize != 4 else \
+        packed.indices.view(np.uint32)
+    return Rows((int(value.shape[0]), int(value.shape[1])), packed.indptr.astype(np.uint64),
+                np.ascontiguousarray(indices), finite(doubles(packed.data, name, stored), name),
+                by_columns)
+
+
+def stacked(upper: Rows, lower: Rows) -> Rows:
+    """Two matrices by rows, one above the other."""
+    return Rows((upper.shape[0] + lower.shape[0], upper.shape[1]),
+                np.concatenate((upper.starts, lower.starts[1:] + upper.starts[-1])),
+                np.concatenate((upper.indices, lower.indices)),
+                np.concatenate((upper.values, lower.values)))
+
+
+def pointer(array: npt.NDArray[Any] | None, element: str) -> Any:
+    """Where an array lies, for a call during which it stays."""
+    if array is None or array.size == 0:
+        return ffi.NULL
+    return ffi.cast(f"{element}*", array.ctypes.data)

@@ -1,0 +1,220 @@
+"""linprog: the arguments and the result of scipy.optimize.linprog, and a proof with it."""
+
+from __future__ import annotations
+
+import math
+import warnings
+from fractions import Fraction
+from typing import Any, NamedTuple, Optional
+
+import numpy as np
+
+from ._arrays import Doubles, Rows, as_double, finite, matrix, stacked, vector, written
+from ._handle import from_arrays
+from ._record import Record
+from ._result import ConflictMember, Exact, LinprogResult, Marginals
+from ._solve import NUMBERS, Options, solve
+
+_METHODS = ("highs", "highs-ds", "highs-ipm", "simplex", "revised simplex", "interior-point")
+#: Options of scipy's solvers that ask for another algorithm or another tolerance.
+_WITHOUT_MEANING = frozenset((
+    "presolve", "autoscale", "rr", "rr_method", "tol", "bland", "pivot", "sparse", "cholesky",
+    "sym_pos", "lstsq", "ip", "pc", "alpha0", "beta", "permc_spec", "maxupdate", "mast",
+    "dual_feasibility_tolerance", "primal_feasibility_tolerance", "ipm_optimality_tolerance",
+    "simplex_dual_edge_weight_strategy", "mip_rel_gap"))
+_STATUS = {"optimal": 0, "stopped": 1, "infeasible": 2, "unbounded": 3}
+_MESSAGE = {
+    "optimal": "An optimum was found",
+    "stopped": "A limit was reached",
+    "infeasible": "The problem is infeasible",
+    "unbounded": "The problem is unbounded",
+}
+
+
+class _Problem(NamedTuple):
+    """The arguments as arrays: rows of A_ub, then those of A_eq."""
+
+    c: Doubles
+    rows: Rows
+    num_ub: int
+    row_lower: Doubles
+    b: Doubles
+    lower: Doubles
+    upper: Doubles
+    stored: bool
+
+
+def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: Any = None,
+            bounds: Any = None, method: str = "highs", callback: None = None,
+            options: Optional[dict[str, Any]] = None, x0: Any = None, integrality: Any = None, *,
+            numbers: str = "written") -> LinprogResult:
+    """Minimise ``c @ x`` subject to ``A_ub @ x <= b_ub``, ``A_eq @ x == b_eq`` and bounds.
+
+    Arguments and result are those of ``scipy.optimize.linprog``: bounds are from 0 to infinity where
+    none are given, a matrix may be sparse, and `method` may be any of its names, which all stand
+    for the one method here. Numbers may also be fractions, decimals or texts such as ``"2/5"`` as
+    long as doubles hold them. Of `options`, ``maxiter``, ``time_limit`` (seconds) and ``disp`` have
+    a meaning. With ``numbers="written"`` 0.1 is one tenth, with ``"stored"`` it is the double.
+
+    The result has in addition ``proved``, ``proof``, ``exact``, ``conflict`` and ``certificate``.
+
+    >>> import nuv
+    >>> plan = nuv.linprog([-30, -70], [[2, 5], [4, 3]], [300, 240])
+    >>> plan.exact.fun, plan.proof
+    (Fraction(-29700, 7), 'proved as written, exactly -29700/7')
+    """
+    if numbers not in NUMBERS:
+        raise ValueError(f"numbers: 'written' or 'stored' is needed, not {numbers!r}")
+    if method not in _METHODS:
+        raise ValueError(f"method: one of {', '.join(_METHODS)} is needed, not {method!r}")
+    if callback is not None:
+        raise NotImplementedError("callback: is not called here; nuv.Model.solve has progress=")
+    if integrality is not None and np.any(np.asarray(integrality) != 0):
+        raise NotImplementedError("integrality: all variables are continuous here")
+    if x0 is not None:
+        warnings.warn("x0: is not used", UserWarning, stacklevel=2)
+    problem = _problem(c, A_ub, b_ub, A_eq, b_eq, bounds, numbers == "stored")
+    wanted = _options(options or {}, numbers)
+    crossed = np.flatnonzero(problem.lower > problem.upper)
+    if crossed.size:
+        return _contradiction(int(crossed[0]))
+    model = from_arrays(problem.c, problem.rows, problem.row_lower, problem.b, problem.lower,
+                        problem.upper)
+    handle, failure = solve(model, wanted)
+    if failure is not None:
+        raise failure
+    return _result(Record(handle), problem)
+
+
+def _problem(c: Any, A_ub: Any, b_ub: Any, A_eq: Any, b_eq: Any, bounds: Any,
+             stored: bool) -> _Problem:
+    costs = np.asarray(c)
+    size = costs.size
+    if size == 0 or costs.ndim > 1 and max(costs.shape) != size:
+        raise ValueError("c: one dimension and at least one number are needed")
+    costs = finite(vector(costs.reshape(-1), "c", size, stored), "c")
+    upper_rows, upper_sides = _rows(A_ub, b_ub, "ub", size, stored)
+    equal_rows, equal_sides = _rows(A_eq, b_eq, "eq", size, stored)
+    lower, upper = _bounds(bounds, size, stored)
+    sides = np.concatenate((upper_sides, equal_sides))
+    row_lower = sides.copy()
+    row_lower[:upper_sides.size] = -math.inf
+    return _Problem(costs, stacked(upper_rows, equal_rows), upper_sides.size, row_lower, sides,
+                    lower, upper, stored)
+
+
+def _rows(A: Any, b: Any, which: str, columns: int, stored: bool) -> tuple[Rows, Doubles]:
+    rows = matrix([] if A is None else A, f"A_{which}", columns, stored)
+    if A is None and b is not None and np.size(b) != 0:
+        raise ValueError(f"b_{which}: is given without A_{which}")
+    if b is None and rows.shape[0] != 0:
+        raise ValueError(f"A_{which}: is given without b_{which}")
+    # A number alone is the side of a single row, as scipy has it, and not of all rows.
+    sides = vector(np.atleast_1d(np.asarray([] if b is None else b)), f"b_{which}", rows.shape[0],
+                   stored)
+    return rows, finite(sides, f"b_{which}")
+
+
+def _bounds(bounds: Any, size: int, stored: bool) -> tuple[Doubles, Doubles]:
+    """None, one pair for all, or a pair for each variable; None in a pair is no bound."""
+    lower, upper = np.zeros(size), np.full(size, math.inf)
+    if bounds is None or np.size(np.asarray(bounds, object)) == 0:
+        return lower, upper
+    if hasattr(bounds, "lb") and hasattr(bounds, "ub"):
+        return (vector(bounds.lb, "bounds", size, stored), vector(bounds.ub, "bounds", size, stored))
+    try:
+        pairs = np.array([list(pair) if np.iterable(pair) and not isinstance(pair, str) else pair
+                          for pair in bounds], object)
+    except (TypeError, ValueError) as error:
+        raise ValueError("bounds: pairs of a lower and an upper bound are needed") from error
+    if pairs.shape in ((2,), (1, 2)):
+        pairs = np.broadcast_to(pairs.reshape(1, 2), (size, 2))
+    if pairs.shape != (size, 2):
+        raise ValueError(f"bounds: a pair, or {size} pairs, are needed, not the shape {pairs.shape}")
+    for k, (low, high) in enumerate(pairs):
+        lower[k] = -math.inf if low is None else as_double(low, "bounds", stored)
+        upper[k] = math.inf if high is None else as_double(high, "bounds", stored)
+    if np.isnan(lower).any() or np.isnan(upper).any():
+        raise ValueError("bounds: must not contain nan")
+    if (lower == math.inf).any() or (upper == -math.inf).any():
+        raise ValueError("bounds: no number is above infinity or below minus infinity")
+    return lower, upper
+
+
+def _options(given: dict[str, Any], numbers: str) -> Options:
+    unknown = sorted(set(given) - _WITHOUT_MEANING - {"maxiter", "time_limit", "disp"})
+    if unknown:
+        warnings.warn(f"options: unknown are {', '.join(unknown)}", UserWarning, stacklevel=3)
+    limit, seconds = given.get("maxiter"), given.get("time_limit")
+    return Options(numbers=numbers, pivots=None if limit is None else limit,
+                   seconds=math.inf if seconds is None else seconds,
+                   log=print if given.get("disp") else None)
+
+
+def _contradiction(column: int) -> LinprogResult:
+    """The bounds of a variable exclude each other, which needs no solve."""
+    conflict = [ConflictMember("bounds", column, "lower"), ConflictMember("bounds", column, "upper")]
+    return LinprogResult._without_point(
+        2, f"The problem is infeasible; the lower bound of variable {column} is above its upper "
+        "bound.", 0, True, "proved: a lower bound above an upper bound", conflict)
+
+
+def _result(found: Record, problem: _Problem) -> LinprogResult:
+    message = f"{_MESSAGE[found.status]}; {found.proof_line()}."
+    status, x = _STATUS[found.status], found.array("Values")
+    if found.status != "optimal" or x is None:
+        conflict = [_member(member, problem.num_ub) for member in found.conflict()]
+        result = LinprogResult._without_point(status, message, found.pivots, found.proved,
+                                              found.proof_line(), conflict)
+        if found.status == "stopped" and x is not None:
+            result["x"], result["fun"] = x.copy(), found.info["objective"]
+        return result._with_record(found)
+    num_ub = problem.num_ub
+    activities, duals = _of(found, "Activities"), _of(found, "Duals")
+    reduced = _of(found, "ReducedCosts")
+    residual = problem.b - activities
+    return LinprogResult(
+        x=x.copy(), fun=float(found.info["objective"]), slack=residual[:num_ub],
+        con=residual[num_ub:], status=status, success=True, message=message, nit=found.pivots,
+        crossover_nit=0, ineqlin=Marginals(residual[:num_ub], duals[:num_ub]),
+        eqlin=Marginals(residual[num_ub:], duals[num_ub:]),
+        lower=Marginals(x - problem.lower, np.maximum(reduced, 0.0)),
+        upper=Marginals(problem.upper - x, np.minimum(reduced, 0.0)), proved=found.proved,
+        proof=found.proof_line(), conflict=[])._with_record(
+            found, lambda: _exact(found, problem))
+
+
+def _of(found: Record, name: str) -> Doubles:
+    array = found.array(name)
+    # Adding zero takes the sign from a zero.
+    return np.zeros(0) if array is None else array + 0.0
+
+
+def _member(member: tuple[int, bool, bool], num_ub: int) -> ConflictMember:
+    index, is_row, is_upper = member
+    side = "upper" if is_upper else "lower"
+    if not is_row:
+        return ConflictMember("bounds", index, side)
+    return ConflictMember("A_ub", index, side) if index < num_ub else \
+        ConflictMember("A_eq", index - num_ub, side)
+
+
+def _exact(found: Record, problem: _Problem) -> Optional[Exact]:
+    """The optimum in fractions; the reduced costs are c - A^T y of the numbers meant."""
+    fun, x, duals = found.exact("Objective"), found.exact("Values"), found.exact("Duals")
+    if fun is None or x is None or duals is None:
+        return None
+
+    def meant(value: float) -> Fraction:
+        return Fraction(value) if problem.stored else written(value)
+
+    reduced = [meant(cost) for cost in problem.c.tolist()]
+    starts, rows = problem.rows.starts.tolist(), problem.rows
+    for row, dual in enumerate(duals):
+        if dual != 0:
+            part = slice(starts[row], starts[row + 1])
+            for column, value in zip(rows.indices[part].tolist(), rows.values[part].tolist()):
+                reduced[column] -= dual * meant(value)
+    zero = Fraction(0)
+    return Exact(fun[0], x, duals[:problem.num_ub], duals[problem.num_ub:],
+                 [max(cost, zero) for cost in reduced], [min(cost, zero) for cost in reduced])

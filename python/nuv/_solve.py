@@ -1,0 +1,120 @@
+"""One solve: its options, the way out by Ctrl-C, and the callbacks for progress and the log."""
+
+from __future__ import annotations
+
+import math
+import threading
+from typing import Any, Callable, NamedTuple, Optional
+
+from ._interface import ffi
+from ._library import check, diagnostics, lib, owned
+
+NUMBERS = {"written": lib.NUV_NUMBERS_Written, "stored": lib.NUV_NUMBERS_Stored}
+_STAGES = ("single precision", "double", "exact")
+
+
+class Progress(NamedTuple):
+    """Where a solve stands."""
+
+    stage: str
+    pivots: int
+    seconds: float
+    #: Of the current basis; the sum of violations while that is not feasible, NaN if not known.
+    objective: float
+    feasible: bool
+
+
+class Options(NamedTuple):
+    """What a solve may be told."""
+
+    numbers: str = "written"
+    seconds: float = math.inf
+    pivots: Optional[int] = None
+    scale: bool = False
+    ranging: bool = False
+    conflict_seconds: Optional[float] = None
+    progress: Optional[Callable[[Progress], Optional[bool]]] = None
+    log: Optional[Callable[[str], None]] = None
+
+
+class _Call:
+    """What the callbacks of one solve share; an exception in them ends the solve."""
+
+    def __init__(self, options: Options) -> None:
+        self.options = options
+        self.failure: BaseException | None = None
+
+
+def _fail(kind: Any, failure: BaseException, traceback: Any) -> None:
+    """Keeps what was raised in a callback: Ctrl-C may come at any of its instructions."""
+    user_data = traceback.tb_frame.f_locals.get("user_data") if traceback else None
+    if user_data is not None:
+        call = ffi.from_handle(user_data)
+        call.failure = call.failure or failure
+
+
+@ffi.callback("int32_t(void*, const NuvProgress*)", error=0, onerror=_fail)  # type: ignore[misc]
+def _progress(user_data: Any, told: Any) -> int:
+    # Signals are seen between the instructions of this function, if it is on the main thread.
+    call = ffi.from_handle(user_data)
+    if call.failure is not None:
+        return 0
+    if call.options.progress is None:
+        return 1
+    answer = call.options.progress(Progress(_STAGES[told.stage], told.pivots, told.seconds,
+                                            told.objective, told.feasible != 0))
+    return 0 if answer is False else 1
+
+
+@ffi.callback("void(void*, const char*)", onerror=_fail)  # type: ignore[misc]
+def _log(user_data: Any, line: Any) -> None:
+    call = ffi.from_handle(user_data)
+    if call.options.log is not None and call.failure is None:
+        call.options.log(ffi.string(line).decode("utf-8", "replace"))
+
+
+def solve(model: Any, options: Options) -> tuple[Any, Optional[BaseException]]:
+    """Solves without the interpreter's lock.
+
+    Returns the solution's handle, and the exception, such as KeyboardInterrupt, that ended it.
+    """
+    given = ffi.new("NuvSolveOptions*")
+    check(lib.NuvSolveOptionsInit(given, ffi.sizeof("NuvSolveOptions")))
+    given.numbers = _one_of(options.numbers)
+    given.seconds = _seconds(options.seconds, "time_limit")
+    given.scale = bool(options.scale)
+    given.sensitivity = bool(options.ranging)
+    if options.conflict_seconds is not None:
+        given.iisSeconds = _seconds(options.conflict_seconds, "conflict_seconds")
+    if options.pivots is not None:
+        if not isinstance(options.pivots, int) or not 0 <= options.pivots < 2**64:
+            raise ValueError("pivot_limit: a whole number from 0 is needed")
+        given.singlePrecisionPivots = given.doublePivots = given.exactPivots = options.pivots
+    call = _Call(options)
+    user_data = ffi.new_handle(call)
+    given.userData = user_data
+    # Python sees signals on its main thread alone: elsewhere the call would only cost.
+    if options.progress is not None or threading.current_thread() is threading.main_thread():
+        given.progress = _progress
+    if options.log is not None:
+        given.log = _log
+    made = ffi.new("NuvSolution**")
+    told = diagnostics()
+    check(lib.NuvModelSolve(model, given, made, told), told)
+    return owned(made[0], lib.NuvSolutionDestruct), call.failure
+
+
+def _one_of(numbers: str) -> int:
+    if numbers not in NUMBERS:
+        raise ValueError(f"numbers: 'written' or 'stored' is needed, not {numbers!r}")
+    return int(NUMBERS[numbers])
+
+
+def _seconds(value: Any, name: str) -> float:
+    try:
+        seconds = float(value)
+    except (TypeError, ValueError):
+        raise TypeError(f"{name}: a number of seconds is needed, not {value!r}") from None
+    if not seconds >= 0:
+        raise ValueError(f"{name}: must not be negative or NaN")
+    return seconds
