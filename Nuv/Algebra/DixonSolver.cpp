@@ -58,10 +58,10 @@ std::size_t BitsOf(std::size_t number) noexcept
     return bits;
 }
 
-void MultiplyBy(Scale scale, ExactVector& vector)
+void MultiplyBy(Scale scale, const Integer& divisor, ExactVector& vector)
 {
     const Integer up = PowerOf({std::max(scale.two, 0), std::max(scale.five, 0)});
-    const Integer down = PowerOf({std::max(-scale.two, 0), std::max(-scale.five, 0)});
+    const Integer down = PowerOf({std::max(-scale.two, 0), std::max(-scale.five, 0)}) * divisor;
     vector.denominator *= down;
     if (up != 1)
     {
@@ -148,7 +148,7 @@ bool DixonSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
             return false;
         attempt = m_steps + 1 + m_steps / 3;
     }
-    MultiplyBy(rightSide.scale, solution);
+    MultiplyBy(rightSide.scale, rightSide.divisor, solution);
     return true;
 }
 

@@ -18,11 +18,12 @@ namespace nuv
 /// Asked now and then by what takes long; true ends it.
 using StopPredicate = std::function<bool()>;
 
-/// Integers times a common scale.
+/// Integers times a common scale, divided by a positive integer.
 struct ScaledVector
 {
     std::vector<Integer> value;
     Scale scale;
+    Integer divisor = 1;
 };
 
 class DixonSolver
@@ -34,8 +35,8 @@ public:
         Backward,  ///< B' y = c
     };
 
-    /// `unknowns` holds for each unknown its coefficients by equation; `factors` are those of the
-    /// same matrix.
+    /// `unknowns` holds for each unknown its coefficients by equation, of which several at one
+    /// place count as their sum; `factors` are those of the same matrix.
     DixonSolver(const SparseVectors<ExactNumber>& unknowns, const SparseLu<PrimeField>& factors,
                 Side side);
 

@@ -92,4 +92,47 @@ std::optional<Rational> ReadQuotient(std::string_view text)
     return Rational(negative ? Integer(-*above) : *above, *below);
 }
 
+std::optional<Rational> ReadRational(std::string_view text)
+{
+    return text.find('/') == std::string_view::npos ? ReadDecimal(text) : ReadQuotient(text);
+}
+
+Rational ToRational(double value, const std::string* text)
+{
+    const std::optional<Rational> number = text != nullptr ? ReadRational(*text) : std::nullopt;
+    return number ? *number : ToRational(value, CoefficientMeaning::ShortestDecimal);
+}
+
+std::optional<std::string> ToFullDecimal(const Rational& value)
+{
+    // Multiplied by 10^places it is an integer, if any power of ten makes it one.
+    const Integer& denominator = value.Denominator();
+    const auto twos = static_cast<long>(TrailingZeros(denominator));
+    long fives = 0;
+    Integer rest = denominator / Power(2, static_cast<unsigned>(twos));
+    for (Integer quotient, remainder; rest != 1; ++fives)
+    {
+        Divide(rest, 5, quotient, remainder);
+        if (remainder != 0)
+            return std::nullopt;
+        swap(rest, quotient);
+    }
+    const long places = std::max(twos, fives);
+    const Integer whole =
+        Abs(value.Numerator()) * (Power(10, static_cast<unsigned>(places)) / denominator);
+    std::string digits = whole.ToString();
+    const auto zeros = std::ssize(digits) - 1 - static_cast<long>(digits.find_last_not_of('0'));
+    std::string text = value.Sign() < 0 ? "-" : "";
+    if (places == 0 && zeros > 20)
+        return text + digits.substr(0, digits.size() - static_cast<std::size_t>(zeros)) + "e" +
+               std::to_string(zeros);
+    if (places > std::ssize(digits) + 20)
+        return text + digits + "e-" + std::to_string(places);
+    if (places >= std::ssize(digits))
+        digits.insert(0, static_cast<std::size_t>(places + 1) - digits.size(), '0');
+    if (places > 0)
+        digits.insert(digits.size() - static_cast<std::size_t>(places), ".");
+    return text + digits;
+}
+
 }  // namespace nuv

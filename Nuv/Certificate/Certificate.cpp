@@ -23,12 +23,38 @@ public:
              {&form.columnLower, &form.columnUpper, &form.rowLower, &form.rowUpper})
             IncludeDenominatorsOf(*bounds);
         m_factor = PowerOf(m_scale);
+        for (const auto& [place, number] : form.exact)
+            m_factor = LeastCommonMultiple(m_factor, number.Denominator());
+        m_rest = m_factor / PowerOf(m_scale);
     }
 
-    /// number * Factor().
-    [[nodiscard]] Integer Scaled(double number) const
+    // Numbers of the form times Factor(); bounds are finite.
+    [[nodiscard]] Integer Entry(Index row, Index column, double entry) const
     {
-        return nuv::Scaled(TakeApart(number, m_form.numbers), m_scale);
+        return Scaled({FormPlace::Of::Entry, row, column}, entry);
+    }
+    [[nodiscard]] Integer Cost(Index column) const
+    {
+        return Scaled({FormPlace::Of::Cost, column}, m_form.cost[column]);
+    }
+    [[nodiscard]] Integer Lower(Index variable) const
+    {
+        return m_form.IsLogical(variable)
+                   ? Scaled({FormPlace::Of::RowLower, m_form.RowOf(variable)},
+                            m_form.Lower(variable))
+                   : Scaled({FormPlace::Of::ColumnLower, variable}, m_form.Lower(variable));
+    }
+    [[nodiscard]] Integer Upper(Index variable) const
+    {
+        return m_form.IsLogical(variable)
+                   ? Scaled({FormPlace::Of::RowUpper, m_form.RowOf(variable)},
+                            m_form.Upper(variable))
+                   : Scaled({FormPlace::Of::ColumnUpper, variable}, m_form.Upper(variable));
+    }
+    [[nodiscard]] Rational Constant() const
+    {
+        const Rational* const exact = m_form.exact.Find({FormPlace::Of::Constant});
+        return exact != nullptr ? *exact : ToRational(m_form.constant, m_form.numbers);
     }
     [[nodiscard]] const Integer& Factor() const noexcept
     {
@@ -45,7 +71,7 @@ public:
             if (point[j] == 0)
                 continue;
             for (const auto [row, entry] : m_form.matrix.Column(j))
-                sums[row].AddProduct(Scaled(entry), point[j]);
+                sums[row].AddProduct(Entry(row, j, entry), point[j]);
         }
         return sums;
     }
@@ -58,7 +84,7 @@ public:
         {
             // same bits: a multiplier of 0 adds nothing
             if (multipliers[row] != 0)
-                sum.AddProduct(Scaled(entry), multipliers[row]);
+                sum.AddProduct(Entry(row, j, entry), multipliers[row]);
         }
         return sum;
     }
@@ -67,7 +93,7 @@ public:
     {
         Integer sum(0);
         for (Index j = 0; j < m_form.columns; ++j)
-            sum.AddProduct(Scaled(m_form.cost[j]), point[j]);
+            sum.AddProduct(Cost(j), point[j]);
         return sum;
     }
 
@@ -76,21 +102,19 @@ public:
     [[nodiscard]] int Locate(Index variable, const Integer& value, const Integer& scale,
                              bool& onLower, bool& onUpper) const
     {
-        const double lower = m_form.Lower(variable);
-        const double upper = m_form.Upper(variable);
         int place = 0;
         onLower = false;
         onUpper = false;
-        if (std::isfinite(lower))
+        if (std::isfinite(m_form.Lower(variable)))
         {
-            const int order = value.Compare(Integer(Scaled(lower) * scale));
+            const int order = value.Compare(Integer(Lower(variable) * scale));
             onLower = order == 0;
             // same bits: only whether the place is 0 is asked
             place = order < 0 ? -1 : place;
         }
-        if (std::isfinite(upper))
+        if (std::isfinite(m_form.Upper(variable)))
         {
-            const int order = value.Compare(Integer(Scaled(upper) * scale));
+            const int order = value.Compare(Integer(Upper(variable) * scale));
             onUpper = order == 0;
             // same bits: only whether the place is 0 is asked
             place = order > 0 ? 1 : place;
@@ -109,10 +133,20 @@ private:
             m_scale = {std::max(m_scale.two, -scale.two), std::max(m_scale.five, -scale.five)};
         }
     }
+    /// The number at a place, where the double says `number`, times Factor().
+    [[nodiscard]] Integer Scaled(const FormPlace& place, double number) const
+    {
+        if (m_form.exact.Empty())
+            return nuv::Scaled(TakeApart(number, m_form.numbers), m_scale);
+        if (const Rational* const exact = m_form.exact.Find(place))
+            return exact->Numerator() * (m_factor / exact->Denominator());
+        return nuv::Scaled(TakeApart(number, m_form.numbers), m_scale) * m_rest;
+    }
 
     const BoundedForm& m_form;
     Scale m_scale;
     Integer m_factor;
+    Integer m_rest;  ///< of the factor: what only the exact numbers beside the doubles need
 };
 
 /// The value of every variable at the point, times Factor() * denominator.
@@ -163,7 +197,7 @@ std::string CheckOptimal(const BoundedForm& form, const Checker& checker,
     {
         const Integer reduced = form.IsLogical(v)
                                     ? certificate.dual.numerator[form.RowOf(v)]
-                                    : checker.Scaled(form.cost[v]) * certificate.dual.denominator -
+                                    : checker.Cost(v) * certificate.dual.denominator -
                                           checker.Priced(v, certificate.dual.numerator);
         bool onLower = false;
         bool onUpper = false;
@@ -173,9 +207,16 @@ std::string CheckOptimal(const BoundedForm& form, const Checker& checker,
     }
     const Rational cost(checker.CostOf(certificate.primal.numerator),
                         Integer(certificate.primal.denominator * checker.Factor()));
-    if (certificate.objective != cost + ToRational(form.constant, form.numbers))
+    if (certificate.objective != cost + checker.Constant())
         return "the objective is not that of the point";
     return {};
+}
+
+/// Whether both bounds are there and the lower one is above the upper.
+bool Cross(const BoundedForm& form, const Checker& checker, Index variable)
+{
+    return std::isfinite(form.Lower(variable)) && std::isfinite(form.Upper(variable)) &&
+           checker.Lower(variable) > checker.Upper(variable);
 }
 
 /// The sum that no feasible point could let be positive, see the convention in the header.
@@ -185,7 +226,7 @@ std::string CheckInfeasible(const BoundedForm& form, const Checker& checker,
     if (certificate.contradiction != kNoIndex)
     {
         return certificate.contradiction < form.Variables() &&
-                       form.Lower(certificate.contradiction) > form.Upper(certificate.contradiction)
+                       Cross(form, checker, certificate.contradiction)
                    ? ""
                    : "the bounds said to contradict each other do not";
     }
@@ -200,10 +241,9 @@ std::string CheckInfeasible(const BoundedForm& form, const Checker& checker,
                 : Integer(-checker.Priced(v, certificate.dual.numerator));
         if (factor == 0)
             continue;
-        const double bound = factor > 0 ? form.Lower(v) : form.Upper(v);
-        if (!std::isfinite(bound))
+        if (!std::isfinite(factor > 0 ? form.Lower(v) : form.Upper(v)))
             return "the multipliers need a bound that variable " + std::to_string(v) + " lacks";
-        sum += factor * checker.Scaled(bound);
+        sum += factor * (factor > 0 ? checker.Lower(v) : checker.Upper(v));
     }
     return sum > 0 ? "" : "the multipliers contradict nothing";
 }

@@ -16,7 +16,16 @@ namespace
 void AppendColumn(const BoundedForm& form, Index variable, double sign,
                   SparseVectors<double>& columns, BoundedForm& elastic)
 {
-    form.VisitColumn(variable, [&](Index row, double entry) { columns.Append(row, sign * entry); });
+    form.VisitColumn(
+        variable,
+        [&](Index row, double entry)
+        {
+            columns.Append(row, sign * entry);
+            const Rational* exact = form.exact.Find({FormPlace::Of::Entry, row, variable});
+            if (exact != nullptr)
+                elastic.exact.Set({FormPlace::Of::Entry, row, columns.Count()},
+                                  sign < 0.0 ? Rational(-*exact) : *exact);
+        });
     columns.Close();
     elastic.cost.push_back(1.0);
     elastic.columnLower.push_back(0.0);
@@ -40,6 +49,7 @@ AuxiliaryForm ElasticForm(ScalableForm& original, const Basis& basis)
     AuxiliaryForm result{form, basis};
     BoundedForm& elastic = result.form;
     elastic.constant = 0.0;
+    elastic.exact.EraseObjective();
     std::fill(elastic.cost.begin(), elastic.cost.end(), 0.0);
 
     SimplexState state(original.Scaled(), basis);
@@ -63,6 +73,8 @@ AuxiliaryForm ElasticForm(ScalableForm& original, const Basis& basis)
 AuxiliaryForm RayForm(const BoundedForm& form, const Basis& basis)
 {
     AuxiliaryForm result{form, basis};
+    result.form.exact.Erase({FormPlace::Of::Constant});
+    result.form.exact.EraseBounds();
     result.form.constant = 0.0;
     TurnIntoDirections(result.form.columnLower, result.form.columnUpper, 1.0);
     TurnIntoDirections(result.form.rowLower, result.form.rowUpper, kInfinity);

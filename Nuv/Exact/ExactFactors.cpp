@@ -15,23 +15,6 @@ namespace
 constexpr std::uint64_t kPrimes[] = {4611686018427387847u, 4611686018427387817u,
                                      4611686018427387787u};
 
-SparseVectors<std::uint64_t> Residues(const SparseVectors<ExactNumber>& columns,
-                                      const PrimeField& field)
-{
-    Scale last;
-    std::uint64_t power = field.One();
-    return Mapped<std::uint64_t>(columns,
-                                 [&](Index, Index, const ExactNumber& entry)
-                                 {
-                                     if (!(entry.scale == last))
-                                     {
-                                         last = entry.scale;
-                                         power = field.PowerOf(last);
-                                     }
-                                     return field.Product(field.FromSigned(entry.mantissa), power);
-                                 });
-}
-
 }  // namespace
 
 std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
@@ -55,6 +38,8 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
             break;
     }
     m_columns = Selected(m_exact.byVariable, head);
+    if (!m_exact.HasNoQuotient())
+        m_head = head;
     m_forward.reset();
     m_backward.reset();
     std::vector<Index> dropped;
@@ -71,7 +56,12 @@ bool ExactFactors::SolveForward(const ScaledVector& rightSide, ExactVector& solu
         m_forward =
             std::make_unique<DixonSolver>(m_columns, *m_factors, DixonSolver::Side::Forward);
     }
-    return m_forward->Solve(rightSide, solution, [&control] { return control.IsStopped(); });
+    if (!m_forward->Solve(rightSide, solution, [&control] { return control.IsStopped(); }))
+        return false;
+    // Unknown k was solved for with its column times the divisor, and so came out divided by it.
+    for (Index k = 0; k < m_head.size(); ++k)
+        solution.numerator[k] *= m_exact.ColumnDivisor(m_head[k]);
+    return true;
 }
 
 bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& solution,
@@ -82,7 +72,43 @@ bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& sol
         m_backward = std::make_unique<DixonSolver>(Transposed(m_columns, m_exact.form.rows),
                                                    *m_factors, DixonSolver::Side::Backward);
     }
-    return m_backward->Solve(rightSide, solution, [&control] { return control.IsStopped(); });
+    const auto stop = [&control] { return control.IsStopped(); };
+    if (m_head.empty())
+        return m_backward->Solve(rightSide, solution, stop);
+    // Equation k, that of column k, has been multiplied by its divisor.
+    ScaledVector scaled = rightSide;
+    for (Index k = 0; k < m_head.size(); ++k)
+        scaled.value[k] *= m_exact.ColumnDivisor(m_head[k]);
+    return m_backward->Solve(scaled, solution, stop);
+}
+
+SparseVectors<std::uint64_t> Residues(const SparseVectors<ExactNumber>& columns,
+                                      const PrimeField& field)
+{
+    SparseVectors<std::uint64_t> residues;
+    residues.start.reserve(columns.start.size());
+    residues.index.reserve(columns.index.size());
+    residues.value.reserve(columns.index.size());
+    Scale last;
+    std::uint64_t power = field.One();
+    for (Index k = 0; k < columns.Count(); ++k)
+    {
+        for (const auto [row, entry] : columns[k])
+        {
+            if (!(entry.scale == last))
+            {
+                last = entry.scale;
+                power = field.PowerOf(last);
+            }
+            const std::uint64_t residue = field.Product(field.FromSigned(entry.mantissa), power);
+            if (residues.index.size() > residues.start.back() && residues.index.back() == row)
+                residues.value.back() = field.Sum(residues.value.back(), residue);
+            else
+                residues.Append(row, residue);
+        }
+        residues.Close();
+    }
+    return residues;
 }
 
 }  // namespace nuv

@@ -32,9 +32,14 @@ public:
 private:
     const ExactForm& m_exact;
     std::unique_ptr<SparseLu<PrimeField>> m_factors;
-    SparseVectors<ExactNumber> m_columns;
+    SparseVectors<ExactNumber> m_columns;  ///< times their divisors
+    std::vector<Index> m_head;             ///< by position; empty while no column has a divisor
     std::unique_ptr<DixonSolver> m_forward;
     std::unique_ptr<DixonSolver> m_backward;
 };
+
+/// The columns modulo a prime, entries at one place added up.
+[[nodiscard]] SparseVectors<std::uint64_t> Residues(const SparseVectors<ExactNumber>& columns,
+                                                    const PrimeField& field);
 
 }  // namespace nuv

@@ -6,42 +6,123 @@
 
 namespace nuv
 {
+namespace
+{
+
+/// How often two and five divide a positive number.
+Scale PowersIn(const Integer& number)
+{
+    if (number == 1)
+        return {};
+    Scale powers{static_cast<int>(TrailingZeros(number)), 0};
+    Integer rest = number / PowerOf(powers);
+    for (Integer quotient, remainder; rest != 1; ++powers.five)
+    {
+        Divide(rest, 5, quotient, remainder);
+        if (remainder != 0)
+            break;
+        swap(rest, quotient);
+    }
+    return powers;
+}
+
+}  // namespace
 
 ExactForm::ExactForm(const BoundedForm& bounded)
     : form(bounded),
-      byVariable(ColumnsWithLogicals<ExactNumber>(bounded, [&bounded](Index, Index, double entry)
-                                                  { return TakeApart(entry, bounded.numbers); })),
       cost(bounded.Variables()),
       lower(bounded.Variables()),
       upper(bounded.Variables()),
       m_columnScale(bounded.Variables())
 {
+    byVariable.start.reserve(std::size_t{form.Variables()} + 1);
+    byVariable.index.reserve(form.matrix.EntryCount() + form.rows);
+    byVariable.value.reserve(form.matrix.EntryCount() + form.rows);
     m_costs.reserve(form.Variables());
     for (Index v = 0; v < form.Variables(); ++v)
-    {
-        cost[v] = TakeApart(form.Cost(v), form.numbers);
-        Scale& scale = m_columnScale[v];
-        scale.LowerTo(cost[v].scale);
-        for (const auto [row, entry] : byVariable[v])
-            scale.LowerTo(entry.scale);
-        m_costs.push_back(Divided(cost[v], scale));
-    }
+        TakeColumn(v);
     m_multipliers =
         Mapped<Multiplier>(byVariable, [this](Index variable, Index, const ExactNumber& entry)
                            { return Divided(entry, m_columnScale[variable]); });
+    for (const auto& [variable, divisor] : m_columnDivisor)
+        m_columnDivisors = LeastCommonMultiple(m_columnDivisors, divisor);
+    m_boundDivisor = m_columnDivisors;
     for (Index v = 0; v < form.Variables(); ++v)
         TakeBounds(v);
 }
 
+void ExactForm::TakeColumn(Index variable)
+{
+    const Integer divisor = DivisorOf(variable);
+    form.VisitColumn(variable,
+                     [&](Index row, double entry)
+                     {
+                         if (form.exact.Empty())
+                             byVariable.Append(row, TakeApart(entry, form.numbers));
+                         else
+                             AppendWords(row, form.ExactEntry(row, variable, entry) * divisor);
+                     });
+    byVariable.Close();
+    cost[variable] = form.ExactCost(variable);
+    const Rational scaledCost = divisor == 1 ? cost[variable] : cost[variable] * divisor;
+    Scale& scale = m_columnScale[variable];
+    scale.LowerTo(-PowersIn(scaledCost.Denominator()));
+    for (const auto [row, entry] : byVariable[variable])
+        scale.LowerTo(entry.scale);
+    m_costs.push_back(scaledCost.Numerator() * (PowerOf(-scale) / scaledCost.Denominator()));
+    if (divisor != 1)
+        m_columnDivisor.emplace(variable, divisor);
+}
+
+/// What the column and its cost are to be multiplied by to have denominators of twos and fives
+/// alone.
+Integer ExactForm::DivisorOf(Index variable) const
+{
+    Integer divisor(1);
+    if (form.exact.Empty())
+        return divisor;
+    form.VisitColumn(variable, [&](Index row, double entry)
+                     { IncludeDenominator(form.ExactEntry(row, variable, entry), divisor); });
+    IncludeDenominator(form.ExactCost(variable), divisor);
+    return divisor / PowerOf(PowersIn(divisor));
+}
+
+/// A number whose denominator has no prime but two and five, as words of 62 bits.
+void ExactForm::AppendWords(Index row, const Rational& number)
+{
+    constexpr std::uint64_t mask = (std::uint64_t{1} << 62) - 1;
+    Integer rest = Abs(number.Numerator());
+    for (Scale scale = -PowersIn(number.Denominator()); rest != 0; rest >>= 62, scale.two += 62)
+    {
+        ExactNumber word{static_cast<std::int64_t>(rest.LowWord() & mask), scale};
+        if (word.mantissa == 0)
+            continue;
+        for (; (word.mantissa & 1) == 0; ++word.scale.two)
+            word.mantissa /= 2;
+        word.mantissa = number.Sign() < 0 ? -word.mantissa : word.mantissa;
+        byVariable.Append(row, word);
+    }
+}
+
 void ExactForm::TakeBounds(Index variable)
 {
-    if (std::isfinite(form.Lower(variable)))
-        lower[variable] = TakeApart(form.Lower(variable), form.numbers);
-    if (std::isfinite(form.Upper(variable)))
-        upper[variable] = TakeApart(form.Upper(variable), form.numbers);
-    // A scale that is lower than need be is right too.
-    m_boundScale.LowerTo(lower[variable].scale);
-    m_boundScale.LowerTo(upper[variable].scale);
+    lower[variable] = std::isfinite(form.Lower(variable)) ? form.ExactLower(variable) : Rational();
+    upper[variable] = std::isfinite(form.Upper(variable)) ? form.ExactUpper(variable) : Rational();
+    // A divisor that is larger than need be is right too. Divided by the divisor of its column, a
+    // resting value is an integer over this as well.
+    for (const Rational& bound : {lower[variable], upper[variable]})
+    {
+        if (bound.Denominator() != 1)
+            m_boundDivisor =
+                LeastCommonMultiple(m_boundDivisor, bound.Denominator() * m_columnDivisors);
+    }
+}
+
+Integer ExactForm::ScaledBound(const Rational& bound) const
+{
+    if (bound.Denominator() == 1)
+        return bound.Numerator() * m_boundDivisor;
+    return bound.Numerator() * (m_boundDivisor / bound.Denominator());
 }
 
 ExactForm::Multiplier ExactForm::Divided(const ExactNumber& number, Scale scale)
@@ -73,24 +154,32 @@ Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
 Integer ExactForm::ReducedCost(Index variable, const ExactVector& duals, bool withCost) const
 {
     Integer result = -Dot(variable, duals.numerator);
-    if (withCost && cost[variable].mantissa != 0)
-        AddProduct(result, duals.denominator, m_costs[variable]);
+    if (withCost && cost[variable].Sign() != 0)
+        result.AddProduct(duals.denominator, m_costs[variable]);
     return result;
 }
 
 double ExactForm::ReducedCostInDouble(Index variable, const ExactVector& duals, bool withCost) const
 {
     const Scale scale = ColumnScale(variable);  // neither exponent is positive
-    const Integer denominator = duals.denominator * PowerOf({0, -scale.five});
+    Integer denominator = duals.denominator * PowerOf({0, -scale.five});
+    if (!HasNoQuotient())
+        denominator *= ColumnDivisor(variable);
     return std::ldexp(QuotientToDouble(ReducedCost(variable, duals, withCost), denominator),
                       scale.two);
 }
 
-int CompareToBound(const Integer& numerator, const Integer& denominator, const ExactNumber& bound,
+void IncludeDenominator(const Rational& number, Integer& divisor)
+{
+    if (number.Denominator() != 1 && divisor != number.Denominator())
+        divisor = LeastCommonMultiple(divisor, number.Denominator());
+}
+
+int CompareToBound(const Integer& numerator, const Integer& denominator, const Rational& bound,
                    double nearby)
 {
     const int sign = numerator.Sign();
-    const int boundSign = bound.mantissa > 0 ? 1 : bound.mantissa < 0 ? -1 : 0;
+    const int boundSign = bound.Sign();
     if (sign != boundSign)
         return sign < boundSign ? -1 : 1;
     if (sign == 0)
@@ -103,9 +192,8 @@ int CompareToBound(const Integer& numerator, const Integer& denominator, const E
         return sign;
     if (size + 1 < boundSize - 1)
         return -sign;
-    const Scale down{std::max(-bound.scale.two, 0), std::max(-bound.scale.five, 0)};
-    const Integer left = numerator * PowerOf(down);
-    const Integer right = denominator * Scaled(bound, down);
+    const Integer left = numerator * bound.Denominator();
+    const Integer right = denominator * bound.Numerator();
     const int order = left.Compare(right);
     return order < 0 ? -1 : order > 0 ? 1 : 0;
 }

@@ -1,10 +1,12 @@
 /// The numbers of a bounded form in exact terms, taken apart once, and the sums over them that an
-/// exact simplex needs. The column of variable v and its cost share the scale ColumnScale(v): they
-/// are integers times that power; all finite bounds are integers times BoundScale().
+/// exact simplex needs. The column of variable v and its cost are integers times ColumnScale(v) /
+/// ColumnDivisor(v), the divisor being 1 but for quotients; all finite bounds are integers divided
+/// by BoundDivisor(), which is a multiple of each divisor of a column.
 #pragma once
 
 #include "Nuv/Certificate/Certificate.hpp"
 
+#include <map>
 #include <vector>
 
 namespace nuv
@@ -19,25 +21,40 @@ public:
     void TakeBounds(Index variable);
 
     const BoundedForm& form;
-    SparseVectors<ExactNumber> byVariable;  ///< the columns of [A, -I]
-    std::vector<ExactNumber> cost;          ///< by variable
-    std::vector<ExactNumber> lower;  ///< by variable; meaningless where the bound is infinite
-    std::vector<ExactNumber> upper;
+    /// The columns of [A, -I] times their divisors. An entry is the sum of those at its place,
+    /// which follow each other: mostly one, more where it is too long for one.
+    SparseVectors<ExactNumber> byVariable;
+    std::vector<Rational> cost;   ///< by variable
+    std::vector<Rational> lower;  ///< by variable; 0 where the bound is infinite
+    std::vector<Rational> upper;
 
     [[nodiscard]] Scale ColumnScale(Index variable) const noexcept
     {
         return m_columnScale[variable];
     }
-    [[nodiscard]] Scale BoundScale() const noexcept
+    [[nodiscard]] const Integer& ColumnDivisor(Index variable) const
     {
-        return m_boundScale;
+        const auto found = m_columnDivisor.find(variable);
+        return found == m_columnDivisor.end() ? m_one : found->second;
     }
+    /// Whether every column has the divisor 1.
+    [[nodiscard]] bool HasNoQuotient() const noexcept
+    {
+        return m_columnDivisor.empty();
+    }
+    [[nodiscard]] const Integer& BoundDivisor() const noexcept
+    {
+        return m_boundDivisor;
+    }
+    /// bound * BoundDivisor(), for a bound of this form.
+    [[nodiscard]] Integer ScaledBound(const Rational& bound) const;
 
-    /// The product of the variable's column with integers by row, divided by ColumnScale(variable).
+    /// The product of the variable's column with integers by row, times ColumnDivisor(variable) /
+    /// ColumnScale(variable).
     [[nodiscard]] Integer Dot(Index variable, const std::vector<Integer>& byRow) const;
 
-    /// (cost * duals.denominator - column . duals.numerator) / ColumnScale(variable): the reduced
-    /// cost, but for positive factors. The cost counts only if `withCost`.
+    /// The same of cost * duals.denominator - column . duals.numerator: the reduced cost, but for
+    /// positive factors. The cost counts only if `withCost`.
     [[nodiscard]] Integer ReducedCost(Index variable, const ExactVector& duals,
                                       bool withCost) const;
 
@@ -52,18 +69,27 @@ private:
         Integer factor;
         unsigned shift;
     };
+    void TakeColumn(Index variable);
+    [[nodiscard]] Integer DivisorOf(Index variable) const;
+    void AppendWords(Index row, const Rational& number);
     [[nodiscard]] static Multiplier Divided(const ExactNumber& number, Scale scale);
     static void AddProduct(Integer& sum, const Integer& value, const Multiplier& multiplier);
 
     std::vector<Scale> m_columnScale;
-    SparseVectors<Multiplier> m_multipliers;  ///< byVariable / ColumnScale
-    std::vector<Multiplier> m_costs;          ///< cost / ColumnScale
-    Scale m_boundScale;
+    std::map<Index, Integer> m_columnDivisor;  ///< those that are not 1
+    SparseVectors<Multiplier> m_multipliers;   ///< byVariable / ColumnScale
+    std::vector<Integer> m_costs;              ///< cost * ColumnDivisor / ColumnScale
+    Integer m_columnDivisors = 1;              ///< their least common multiple
+    Integer m_boundDivisor = 1;
+    Integer m_one = 1;
 };
+
+/// Makes `divisor` a multiple of the number's denominator, the least that is one of itself too.
+void IncludeDenominator(const Rational& number, Integer& divisor);
 
 /// The sign of numerator / denominator - bound, the denominator positive. `nearby` is the bound in
 /// double, which decides where sizes differ.
 [[nodiscard]] int CompareToBound(const Integer& numerator, const Integer& denominator,
-                                 const ExactNumber& bound, double nearby);
+                                 const Rational& bound, double nearby);
 
 }  // namespace nuv

@@ -140,8 +140,9 @@ bool ExactSimplex::Factorise()
     return !m_control.IsStopped();
 }
 
-ExactNumber ExactSimplex::NonbasicValue(Index variable) const noexcept
+const Rational& ExactSimplex::NonbasicValue(Index variable) const noexcept
 {
+    static const Rational zero;
     switch (m_status[variable])
     {
     case BasisStatus::AtLower:
@@ -149,7 +150,7 @@ ExactNumber ExactSimplex::NonbasicValue(Index variable) const noexcept
     case BasisStatus::AtUpper:
         return m_exact.upper[variable];
     default:
-        return {};
+        return zero;
     }
 }
 
@@ -161,17 +162,18 @@ bool ExactSimplex::ComputeValues()
     Scale lowest;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        if (NonbasicValue(v).mantissa != 0)
+        if (NonbasicValue(v).Sign() != 0)
             lowest.LowerTo(m_exact.ColumnScale(v));
     }
-    const Scale bounds = m_exact.BoundScale();
-    ScaledVector right{std::vector<Integer>(m_form.rows), lowest + bounds};
+    ScaledVector right{std::vector<Integer>(m_form.rows), lowest, m_exact.BoundDivisor()};
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        const ExactNumber value = NonbasicValue(v);
-        if (value.mantissa == 0)
+        const Rational& value = NonbasicValue(v);
+        if (value.Sign() == 0)
             continue;
-        const Integer scaled = Scaled(value, -bounds);
+        Integer scaled = m_exact.ScaledBound(value);
+        if (!m_exact.HasNoQuotient())
+            scaled /= m_exact.ColumnDivisor(v);
         for (const auto [row, entry] : m_exact.byVariable[v])
             right.value[row].SubtractProduct(Scaled(entry, -lowest), scaled);
     }
@@ -189,7 +191,7 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
     m_evaluation.hasDuals = false;
     m_evaluation.reducedSign.assign(m_form.Variables(), ExactEvaluation::kSignUnknown);
     m_evaluation.reducedInDouble.clear();
-    ScaledVector right{std::vector<Integer>(m_form.rows), {}};
+    ScaledVector right{std::vector<Integer>(m_form.rows), {}, 1};
     if (phaseOne)
     {
         for (Index k = 0; k < m_form.rows; ++k)
@@ -197,9 +199,13 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
         return m_factors.SolveBackward(right, m_duals, m_control);
     }
     for (const Index v : m_head)
-        right.scale.LowerTo(m_exact.cost[v].scale);
+        IncludeDenominator(m_exact.cost[v], right.divisor);
     for (Index k = 0; k < m_form.rows; ++k)
-        right.value[k] = Scaled(m_exact.cost[m_head[k]], -right.scale);
+    {
+        const Rational& cost = m_exact.cost[m_head[k]];
+        if (cost.Sign() != 0)
+            right.value[k] = cost.Numerator() * (right.divisor / cost.Denominator());
+    }
     m_evaluation.hasDuals = m_factors.SolveBackward(right, m_duals, m_control);
     return m_evaluation.hasDuals;
 }

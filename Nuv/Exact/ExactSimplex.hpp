@@ -61,7 +61,7 @@ private:
     [[nodiscard]] bool ComputeDuals(bool phaseOne);
     [[nodiscard]] bool FindViolations();
     [[nodiscard]] bool IsDualFeasible();
-    [[nodiscard]] ExactNumber NonbasicValue(Index variable) const noexcept;
+    [[nodiscard]] const Rational& NonbasicValue(Index variable) const noexcept;
     [[nodiscard]] int ImprovingDirection(Index variable, int sign) const;
 
     // One pivot of each kind, or many of them in doubles.

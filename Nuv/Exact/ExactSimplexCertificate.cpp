@@ -7,18 +7,17 @@
 namespace nuv
 {
 
-/// All columns over one denominator. The resting values need the bounds' scale besides the
+/// All columns over one denominator. The resting values need the bounds' divisor besides the
 /// denominator of the basic ones.
 void ExactSimplex::WritePoint(ExactVector& point) const
 {
-    const Scale scale = -m_exact.BoundScale();
-    const Integer factor = PowerOf(scale);
+    const Integer& factor = m_exact.BoundDivisor();
     point.denominator = m_values.denominator * factor;
     point.numerator.assign(m_form.columns, Integer(0));
     for (Index j = 0; j < m_form.columns; ++j)
     {
-        if (NonbasicValue(j).mantissa != 0)
-            point.numerator[j] = Scaled(NonbasicValue(j), scale) * m_values.denominator;
+        if (NonbasicValue(j).Sign() != 0)
+            point.numerator[j] = m_exact.ScaledBound(NonbasicValue(j)) * m_values.denominator;
     }
     for (Index k = 0; k < m_form.rows; ++k)
     {
@@ -58,17 +57,17 @@ void ExactSimplex::WriteFarkas(ExactVector& multipliers) const
 
 Rational ExactSimplex::Objective(const ExactVector& point) const
 {
-    Scale lowest;
-    for (const ExactNumber& cost : m_exact.cost)
-        lowest.LowerTo(cost.scale);
+    Integer divisor(1);
+    for (const Rational& cost : m_exact.cost)
+        IncludeDenominator(cost, divisor);
     Integer sum(0);
     for (Index j = 0; j < m_form.columns; ++j)
     {
-        if (m_exact.cost[j].mantissa != 0 && point.numerator[j] != 0)
-            sum.AddProduct(Scaled(m_exact.cost[j], -lowest), point.numerator[j]);
+        const Rational& cost = m_exact.cost[j];
+        if (cost.Sign() != 0 && point.numerator[j] != 0)
+            sum.AddProduct(cost.Numerator() * (divisor / cost.Denominator()), point.numerator[j]);
     }
-    return Rational(sum, Integer(point.denominator * PowerOf(-lowest))) +
-           ToRational(m_form.constant, m_form.numbers);
+    return Rational(sum, Integer(point.denominator * divisor)) + m_form.ExactConstant();
 }
 
 void ExactSimplex::WriteDoubles(CertifiedResult& proof) const

@@ -31,9 +31,10 @@ ExactSimplex::Outcome ExactSimplex::PrimalStep(bool phaseOne)
     if (!m_control.MayPivot(Stage::Exact, !phaseOne, std::nan("")))
         return Outcome::Stopped;
 
-    ScaledVector column{std::vector<Integer>(m_form.rows), m_exact.ColumnScale(m_entering)};
+    ScaledVector column{std::vector<Integer>(m_form.rows), m_exact.ColumnScale(m_entering),
+                        m_exact.ColumnDivisor(m_entering)};
     for (const auto [row, entry] : m_exact.byVariable[m_entering])
-        column.value[row] = Scaled(entry, -column.scale);
+        column.value[row] += Scaled(entry, -column.scale);
     if (!m_factors.SolveForward(column, m_column, m_control))
         return Outcome::Stopped;
 
@@ -80,9 +81,9 @@ Index ExactSimplex::ChooseEntering(bool phaseOne, int& direction) const
 Integer ExactSimplex::RoomTo(Index position, bool atUpper) const
 {
     const Index v = m_head[position];
-    const Scale scale = m_exact.BoundScale();
-    Integer room = m_values.numerator[position] * PowerOf(-scale);
-    room -= Scaled(atUpper ? m_exact.upper[v] : m_exact.lower[v], -scale) * m_values.denominator;
+    Integer room = m_values.numerator[position] * m_exact.BoundDivisor();
+    room.SubtractProduct(m_exact.ScaledBound(atUpper ? m_exact.upper[v] : m_exact.lower[v]),
+                         m_values.denominator);
     return room < 0 ? Integer(-room) : room;
 }
 
@@ -124,9 +125,8 @@ bool ExactSimplex::FlipsFirst(Index entering, const Blocking& blocking) const
         return false;
     if (blocking.position == kNoIndex)
         return true;
-    const Scale scale = -m_exact.BoundScale();
     const Integer width =
-        Scaled(m_exact.upper[entering], scale) - Scaled(m_exact.lower[entering], scale);
+        m_exact.ScaledBound(m_exact.upper[entering]) - m_exact.ScaledBound(m_exact.lower[entering]);
     return Integer(width * m_values.denominator * blocking.speed) <=
            Integer(blocking.room * m_column.denominator);
 }
@@ -136,7 +136,7 @@ ExactSimplex::Outcome ExactSimplex::DualStep()
     if (!m_control.MayPivot(Stage::Exact, false, std::nan("")))
         return Outcome::Stopped;
     const Index position = ChooseLeaving();
-    ScaledVector unit{std::vector<Integer>(m_form.rows), {}};
+    ScaledVector unit{std::vector<Integer>(m_form.rows), {}, 1};
     unit.value[position] = 1;
     if (!m_factors.SolveBackward(unit, m_row, m_control))
         return Outcome::Stopped;

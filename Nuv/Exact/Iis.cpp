@@ -3,6 +3,7 @@
 #include "Nuv/Algebra/PrimeField.hpp"
 #include "Nuv/Algebra/SparseLu.hpp"
 #include "Nuv/Exact/CertifiedSolve.hpp"
+#include "Nuv/Exact/ExactFactors.hpp"
 #include "Nuv/Exact/ExactForm.hpp"
 
 #include <algorithm>
@@ -80,6 +81,10 @@ private:
             m_columnNames.push_back(column);
             form.columnLower.push_back(IsDefault(m_whole, {column, false}) ? 0.0 : -kInfinity);
             form.columnUpper.push_back(kInfinity);
+            Copy({FormPlace::Of::ColumnLower, column},
+                 {FormPlace::Of::ColumnLower, m_column[column]});
+            Copy({FormPlace::Of::ColumnUpper, column},
+                 {FormPlace::Of::ColumnUpper, m_column[column]});
         }
         return m_column[column];
     }
@@ -99,12 +104,26 @@ private:
             m_rowNames.push_back(member.variable);
             form.rowLower.push_back(-kInfinity);
             form.rowUpper.push_back(kInfinity);
-            for (const auto [column, entry] : whole.matrix.Row(whole.RowOf(member.variable)))
+            const Index row = whole.RowOf(member.variable);
+            for (const auto [column, entry] : whole.matrix.Row(row))
+            {
                 m_rows.Append(ColumnOf(column), entry);
+                Copy({FormPlace::Of::Entry, row, column},
+                     {FormPlace::Of::Entry, form.rows, m_column[column]});
+            }
             m_rows.Close();
+            Copy({FormPlace::Of::RowLower, row}, {FormPlace::Of::RowLower, form.rows});
+            Copy({FormPlace::Of::RowUpper, row}, {FormPlace::Of::RowUpper, form.rows});
             ++form.rows;
         }
         Bound(whole, member, form.rows - 1, form.rowLower, form.rowUpper);
+    }
+
+    /// A bound may be infinite here, where its exact number counts for nothing.
+    void Copy(const FormPlace& from, const FormPlace& to)
+    {
+        if (const Rational* exact = m_whole.exact.Find(from))
+            form.exact.Set(to, *exact);
     }
 
     const BoundedForm& m_whole;
@@ -124,18 +143,17 @@ bool RankProvesMinimal(const BoundedForm& form)
     if (FindCrossedBounds(form) != kNoIndex)
         return false;
     const PrimeField field(4611686018427387847u);
+    // A column times its divisor does as well as itself.
+    const SparseVectors<std::uint64_t> residues = Residues(ExactForm(form).byVariable, field);
     SparseVectors<std::uint64_t> columns;
     for (Index j = 0; j < form.columns; ++j)
     {
         if (form.columnLower[j] > -kInfinity || form.columnUpper[j] < kInfinity)
             continue;
-        for (const auto [row, value] : form.matrix.Column(j))
+        for (const auto [row, value] : residues[j])
         {
-            if (form.rowLower[row] == -kInfinity && form.rowUpper[row] == kInfinity)
-                continue;
-            const ExactNumber entry = TakeApart(value, form.numbers);
-            columns.Append(
-                row, field.Product(field.FromSigned(entry.mantissa), field.PowerOf(entry.scale)));
+            if (form.rowLower[row] > -kInfinity || form.rowUpper[row] < kInfinity)
+                columns.Append(row, value);
         }
         columns.Close();
     }

@@ -52,9 +52,13 @@ struct InDoubles
     {
         return form.cost[column] + change / scaled.Scale(column);
     }
-    [[nodiscard]] double ShiftedSide(Index logical, double side, Value change) const
+    [[nodiscard]] double ShiftedSide(Index logical, bool upper, Value change) const
     {
-        return side + change * scaled.Scale(logical);
+        return (upper ? form.Upper(logical) : form.Lower(logical)) + change * scaled.Scale(logical);
+    }
+    [[nodiscard]] double SolutionInDouble(Index variable) const
+    {
+        return Solution(variable) * scaled.Scale(variable);
     }
     [[nodiscard]] static bool Matters(Value entry)
     {
@@ -81,14 +85,14 @@ struct InRationals
         {
             Rational activity(0);
             for (const auto [column, entry] : form.matrix.Row(i))
-                activity += ToRational(entry, form.numbers) * value[column];
+                activity += form.ExactEntry(i, column, entry) * value[column];
             value.push_back(activity);
         }
     }
     [[nodiscard]] SparseVectors<Value> Columns() const
     {
-        return ColumnsWithLogicals<Rational>(form, [this](Index, Index, double entry)
-                                             { return ToRational(entry, form.numbers); });
+        return ColumnsWithLogicals<Rational>(form, [this](Index variable, Index row, double entry)
+                                             { return form.ExactEntry(row, variable, entry); });
     }
     [[nodiscard]] Value Solution(Index variable) const
     {
@@ -96,23 +100,29 @@ struct InRationals
     }
     [[nodiscard]] Value Reduced(Index variable) const
     {
-        Rational reduced = ToRational(form.Cost(variable), form.numbers);
-        form.VisitColumn(
-            variable, [&](Index row, double entry)
-            { reduced -= ToRational(entry, form.numbers) * result.certificate.dual.At(row); });
+        Rational reduced = form.ExactCost(variable);
+        form.VisitColumn(variable,
+                         [&](Index row, double entry) {
+                             reduced -= form.ExactEntry(row, variable, entry) *
+                                        result.certificate.dual.At(row);
+                         });
         return reduced;
     }
     [[nodiscard]] Value Bound(Index variable, bool upper) const
     {
-        return ToRational(upper ? form.Upper(variable) : form.Lower(variable), form.numbers);
+        return upper ? form.ExactUpper(variable) : form.ExactLower(variable);
     }
     [[nodiscard]] double ShiftedCost(Index column, const Value& change) const
     {
-        return ToDouble(ToRational(form.cost[column], form.numbers) + change);
+        return ToDouble(form.ExactCost(column) + change);
     }
-    [[nodiscard]] double ShiftedSide(Index, double side, const Value& change) const
+    [[nodiscard]] double ShiftedSide(Index logical, bool upper, const Value& change) const
     {
-        return ToDouble(ToRational(side, form.numbers) + change);
+        return ToDouble(Bound(logical, upper) + change);
+    }
+    [[nodiscard]] double SolutionInDouble(Index variable) const
+    {
+        return ToDouble(value[variable]);
     }
     [[nodiscard]] static bool Matters(const Value& entry)
     {
@@ -195,7 +205,7 @@ private:
     {
         const Value zeroReduced = -m_reduced[column];
         const double end = m_kind.ShiftedCost(column, zeroReduced);
-        if (m_form.columnLower[column] == m_form.columnUpper[column])
+        if (m_form.IsFixed(column))
             return {};
         switch (m_status[column])
         {
@@ -218,7 +228,7 @@ private:
         Changes changes;
         for (Index v = 0; v < m_form.Variables(); ++v)
         {
-            if (m_status[v] == BasisStatus::Basic || m_form.Lower(v) == m_form.Upper(v))
+            if (m_status[v] == BasisStatus::Basic || m_form.IsFixed(v))
                 continue;
             const Value entry = TableauEntry(v, row);
             if (!Kind::Matters(entry))
@@ -248,10 +258,10 @@ private:
     void RangeSides(Index row, AllowedRange& lower, AllowedRange& upper) const
     {
         const Index logical = m_form.columns + row;
-        const double activity = m_kind.ShiftedSide(logical, 0.0, m_kind.Solution(logical));
+        const double activity = m_kind.SolutionInDouble(logical);
         lower = {-kInfinity, activity};
         upper = {activity, kInfinity};
-        const bool equation = m_form.rowLower[row] == m_form.rowUpper[row];
+        const bool equation = m_form.IsFixed(logical);
         if (m_status[logical] == BasisStatus::Basic || m_status[logical] == BasisStatus::Free)
         {
             if (equation)
@@ -291,9 +301,8 @@ private:
         }
         const Index logical = m_form.columns + row;
         const bool atUpper = m_status[logical] == BasisStatus::AtUpper;
-        const double side = atUpper ? m_form.rowUpper[row] : m_form.rowLower[row];
-        return {changes.down ? m_kind.ShiftedSide(logical, side, *changes.down) : -kInfinity,
-                changes.up ? m_kind.ShiftedSide(logical, side, *changes.up) : kInfinity};
+        return {changes.down ? m_kind.ShiftedSide(logical, atUpper, *changes.down) : -kInfinity,
+                changes.up ? m_kind.ShiftedSide(logical, atUpper, *changes.up) : kInfinity};
     }
 
     const BoundedForm& m_form;

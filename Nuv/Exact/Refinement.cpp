@@ -56,13 +56,12 @@ SimplexVerdict Refinement::Run(const ExactBasis& basis, SolveControl& control,
 }
 
 /// bound - value for a basic variable, from integers: what is left of a cancellation is exact.
-double Refinement::Distance(const ExactNumber& bound, const Integer& numerator,
-                            const Integer& denominator) const
+double Refinement::Distance(const Rational& bound, const Integer& numerator,
+                            const Integer& denominator)
 {
-    const Scale scale = -m_exact.BoundScale();
-    const Integer power = PowerOf(scale);
-    const Integer difference = Scaled(bound, scale) * denominator - numerator * power;
-    return QuotientToDouble(difference, Integer(denominator * power));
+    Integer difference = bound.Numerator() * denominator;
+    difference.SubtractProduct(numerator, bound.Denominator());
+    return QuotientToDouble(difference, Integer(denominator * bound.Denominator()));
 }
 
 /// @return whether a bound is violated.

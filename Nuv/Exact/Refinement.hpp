@@ -36,8 +36,8 @@ public:
 private:
     [[nodiscard]] bool MoveBounds(const ExactBasis& basis);
     void MoveCosts(const ExactBasis& basis);
-    [[nodiscard]] double Distance(const ExactNumber& bound, const Integer& numerator,
-                                  const Integer& denominator) const;
+    [[nodiscard]] static double Distance(const Rational& bound, const Integer& numerator,
+                                         const Integer& denominator);
 
     const ExactForm& m_exact;
     ScaledForm m_scaled;

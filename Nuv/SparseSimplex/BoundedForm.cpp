@@ -72,11 +72,49 @@ std::string BoundedForm::Defect() const
     return {};
 }
 
-Index FindCrossedBounds(const BoundedForm& form) noexcept
+Rational BoundedForm::Exactly(const FormPlace& place, double number) const
+{
+    const Rational* const found = exact.Empty() ? nullptr : exact.Find(place);
+    return found != nullptr ? *found : ToRational(number, numbers);
+}
+
+Rational BoundedForm::ExactLower(Index variable) const
+{
+    return IsLogical(variable)
+               ? Exactly({FormPlace::Of::RowLower, RowOf(variable)}, Lower(variable))
+               : Exactly({FormPlace::Of::ColumnLower, variable}, Lower(variable));
+}
+
+Rational BoundedForm::ExactUpper(Index variable) const
+{
+    return IsLogical(variable)
+               ? Exactly({FormPlace::Of::RowUpper, RowOf(variable)}, Upper(variable))
+               : Exactly({FormPlace::Of::ColumnUpper, variable}, Upper(variable));
+}
+
+Rational BoundedForm::ExactCost(Index variable) const
+{
+    return IsLogical(variable) ? Rational(0)
+                               : Exactly({FormPlace::Of::Cost, variable}, cost[variable]);
+}
+
+Rational BoundedForm::ExactConstant() const
+{
+    return Exactly({FormPlace::Of::Constant}, constant);
+}
+
+Rational BoundedForm::ExactEntry(Index row, Index variable, double entry) const
+{
+    return Exactly({FormPlace::Of::Entry, row, variable}, entry);
+}
+
+Index FindCrossedBounds(const BoundedForm& form)
 {
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        if (form.Lower(v) > form.Upper(v))
+        const bool isClear =
+            form.exact.Empty() || std::isinf(form.Lower(v)) || std::isinf(form.Upper(v));
+        if (isClear ? form.Lower(v) > form.Upper(v) : form.ExactLower(v) > form.ExactUpper(v))
             return v;
     }
     return kNoIndex;
@@ -91,6 +129,7 @@ bool IsDefault(const BoundedForm& form, const BoundOfVariable& bound) noexcept
 BoundedForm RestrictedTo(const BoundedForm& form, std::span<const BoundOfVariable> bounds)
 {
     BoundedForm restricted = form;
+    restricted.exact.EraseObjective();
     std::ranges::fill(restricted.cost, 0.0);
     for (double& lower : restricted.columnLower)
         lower = lower == 0.0 ? 0.0 : -kInfinity;

@@ -8,10 +8,15 @@
 /// index columns + i whose value is the row's activity, so that the rows read A x - r = 0 and all
 /// restrictions are bounds on columns + rows variables. The columns of all variables are those of
 /// [A, -I].
+///
+/// What a number is in exact terms is said by `exact` where that has an entry, and by the double
+/// and `numbers` everywhere else; an entry for an infinite bound counts for nothing.
 #pragma once
 
 #include "Nuv/Algebra/ExactNumber.hpp"
+#include "Nuv/Algebra/Rational.hpp"
 #include "Nuv/Algebra/SparseMatrix.hpp"
+#include "Nuv/SparseSimplex/ExactTable.hpp"
 
 #include <limits>
 #include <span>
@@ -35,6 +40,7 @@ struct BoundedForm
     std::vector<double> rowLower;
     std::vector<double> rowUpper;
     SparseMatrix<double> matrix;  ///< A
+    ExactTable exact;
 
     [[nodiscard]] Index Variables() const noexcept
     {
@@ -66,10 +72,20 @@ struct BoundedForm
     {
         return logical - columns;
     }
-    [[nodiscard]] bool IsFixed(Index variable) const noexcept
+    /// Two numbers may be next to one double, so doubles alone cannot tell.
+    [[nodiscard]] bool IsFixed(Index variable) const
     {
-        return Lower(variable) == Upper(variable);
+        return Lower(variable) == Upper(variable) &&
+               (exact.Empty() || ExactLower(variable) == ExactUpper(variable));
     }
+
+    // The numbers themselves; a bound is finite.
+    [[nodiscard]] Rational ExactLower(Index variable) const;
+    [[nodiscard]] Rational ExactUpper(Index variable) const;
+    [[nodiscard]] Rational ExactCost(Index variable) const;
+    [[nodiscard]] Rational ExactConstant() const;
+    /// `entry` of the variable's column of [A, -I].
+    [[nodiscard]] Rational ExactEntry(Index row, Index variable, double entry) const;
 
     /// Calls visit(row, entry) for each entry of the variable's column of [A, -I].
     template <class Visit>
@@ -88,6 +104,9 @@ struct BoundedForm
     /// shape or with entries out of order, a number that is NaN, an infinite coefficient, a lower
     /// bound of +infinity or an upper one of -infinity.
     [[nodiscard]] std::string Defect() const;
+
+private:
+    [[nodiscard]] Rational Exactly(const FormPlace& place, double number) const;
 };
 
 /// The columns of [A, -I], logicals behind those of A. transform(row, entry) makes the values.
@@ -110,7 +129,7 @@ template <class Value, class Transform>
 
 /// @return a variable whose lower bound exceeds its upper one, which no point satisfies; kNoIndex
 /// if there is none.
-[[nodiscard]] Index FindCrossedBounds(const BoundedForm& form) noexcept;
+[[nodiscard]] Index FindCrossedBounds(const BoundedForm& form);
 
 /// One bound of a variable: of a column, or one side of a row by its logical.
 struct BoundOfVariable
