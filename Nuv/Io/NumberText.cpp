@@ -5,19 +5,45 @@
 #include <fast_float/fast_float.h>
 
 #include <algorithm>
-#include <cmath>
 #endif
+
+#include <cmath>
+#include <string_view>
 
 namespace nuv
 {
+
+namespace
+{
+
+/// From here on integers may have more digits than the shortest decimal, and std::to_chars writes
+/// them all where that takes no more room.
+constexpr double kEveryInteger = 9007199254740992.0;
+
+}  // namespace
 
 void AppendNumber(std::string& text, double value)
 {
     // The longest shortest decimal, -2.2250738585072014e-308, has 24 characters.
     char characters[32];
-    const std::to_chars_result written =
-        std::to_chars(characters, characters + sizeof characters, value);
-    text.append(characters, written.ptr);
+    char* const end = characters + sizeof characters;
+    const std::to_chars_result written = std::to_chars(characters, end, value);
+    const std::string_view plain(characters, static_cast<std::size_t>(written.ptr - characters));
+    text.append(plain);
+    if (std::fabs(value) < kEveryInteger || !std::isfinite(value) ||
+        plain.find('e') != std::string_view::npos)
+        return;
+    // The same length with zeros for the digits that mean nothing.
+    const std::size_t length = plain.size() - (value < 0.0 ? 1 : 0);
+    const std::size_t begin = text.size() - length;
+    const std::to_chars_result shortest =
+        std::to_chars(characters, end, std::fabs(value), std::chars_format::scientific);
+    std::size_t at = begin;
+    for (const char* digit = characters; digit != shortest.ptr && *digit != 'e'; ++digit)
+        if (*digit != '.')
+            text[at++] = *digit;
+    for (; at < text.size(); ++at)
+        text[at] = '0';
 }
 
 std::string NumberText(double value)

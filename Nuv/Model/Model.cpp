@@ -169,6 +169,7 @@ void Model::SetObjective(Sense sense, const Expression& objective)
     if (!CheckExpression("objective", m_objectiveName, objective))
         return;
     m_sense = sense;
+    m_exact.EraseObjective();
     m_objectiveConstant = objective.Constant();
     std::fill(m_objective.begin(), m_objective.end(), 0.0);
     for (const Term& term : objective.Terms())

@@ -4,14 +4,16 @@
 /// where that name is given to another, be it later.
 ///
 /// Rows are stored sparsely, one after another, as (column, coefficient) pairs in double precision;
-/// within a row each column occurs at most once. Programs state models by expressions, and what
-/// they state is checked; readers of files use a ModelBuilder. The first failure is kept
+/// within a row each column occurs at most once. A number that its double does not say, of more
+/// digits or a quotient, is kept in full beside it (Exact()). Programs state models by expressions,
+/// and what they state is checked; readers of files use a ModelBuilder. The first failure is kept
 /// (`Failure()`), later calls still work, and no solver accepts a model that has one: so a program
 /// may state a whole model and ask once. Contradictory bounds are not a failure: such a model is
 /// infeasible, which is an answer.
 #pragma once
 
 #include "Nuv/Model/Error.hpp"
+#include "Nuv/Model/ExactNumbers.hpp"
 #include "Nuv/Model/Expression.hpp"
 #include "Nuv/Model/NameTable.hpp"
 
@@ -275,6 +277,12 @@ public:
         return m_rowUpper;
     }
 
+    /// What the numbers are that their doubles do not say.
+    [[nodiscard]] const ExactNumbers& Exact() const noexcept
+    {
+        return m_exact;
+    }
+
     /// The columns of a row and, at the same places, their coefficients.
     [[nodiscard]] std::span<const std::uint32_t> RowColumns(std::uint32_t row) const noexcept
     {
@@ -343,6 +351,7 @@ private:
     std::vector<std::size_t> m_rowStarts{0};
     std::vector<std::uint32_t> m_columns;
     std::vector<double> m_coefficients;
+    ExactNumbers m_exact;
 
     std::optional<Error> m_failure;
 };

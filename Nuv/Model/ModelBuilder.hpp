@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -113,6 +114,17 @@ public:
     /// [starts[j], starts[j + 1]) of `rows` and `coefficients`.
     void AssignColumns(std::span<const std::size_t> starts, std::span<const std::uint32_t> rows,
                        std::span<const double> coefficients);
+
+    /// Says what a number is that its double, which is set by itself, is only near to; or that the
+    /// double says it after all. Setting a double again leaves what was said of it.
+    void SetExact(const NumberPlace& place, std::string text)
+    {
+        m_model.m_exact.Set(place, std::move(text));
+    }
+    void EraseExact(const NumberPlace& place)
+    {
+        m_model.m_exact.Erase(place);
+    }
 
     /// Gives each row without a name the name R<k> (k its position from 1), or that with
     /// underscores appended while taken.

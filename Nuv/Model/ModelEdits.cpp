@@ -118,6 +118,8 @@ bool Model::SetBounds(Variable variable, Bounds bounds)
         return false;
     m_variableLower[column] = bounds.lower;
     m_variableUpper[column] = bounds.upper;
+    m_exact.Erase({NumberPlace::Of::VariableLower, column});
+    m_exact.Erase({NumberPlace::Of::VariableUpper, column});
     return true;
 }
 
@@ -128,6 +130,8 @@ bool Model::SetBounds(Row row, Bounds bounds)
         return false;
     m_rowLower[at] = bounds.lower;
     m_rowUpper[at] = bounds.upper;
+    m_exact.Erase({NumberPlace::Of::RowLower, at});
+    m_exact.Erase({NumberPlace::Of::RowUpper, at});
     return true;
 }
 
@@ -139,6 +143,7 @@ bool Model::SetCost(Variable variable, double cost)
     if (!std::isfinite(cost))
         return Fail(NotFinite("the objective at variable " + Quoted(VariableName(column))));
     m_objective[column] = cost;
+    m_exact.Erase({NumberPlace::Of::Objective, column});
     return true;
 }
 
@@ -158,6 +163,7 @@ bool Model::SetCoefficient(Row row, Variable variable, double coefficient)
         return false;
     if (!std::isfinite(coefficient))
         return Fail(NotFinite("row " + Quoted(RowName(at))));
+    m_exact.Erase({NumberPlace::Of::Entry, at, column});
     const auto begin = m_columns.begin() + static_cast<std::ptrdiff_t>(m_rowStarts[at]);
     const auto end = m_columns.begin() + static_cast<std::ptrdiff_t>(m_rowStarts[at + 1]);
     const auto found = std::find(begin, end, column);
@@ -198,6 +204,7 @@ bool Model::Remove(std::span<const Row> rows)
     RemoveRowsOfEntries(marked);
     RemoveMarked(m_rowLower, marked);
     RemoveMarked(m_rowUpper, marked);
+    m_exact.RemoveRows(marked);
     m_rowNames = Without(m_rowNames, marked);
     m_rows.Remove(marked);
     return true;
@@ -217,6 +224,7 @@ bool Model::Remove(std::span<const Variable> variables)
     RemoveMarked(m_objective, marked);
     RemoveMarked(m_variableLower, marked);
     RemoveMarked(m_variableUpper, marked);
+    m_exact.RemoveVariables(marked);
     m_variableNames = Without(m_variableNames, marked);
     m_variables.Remove(marked);
     return true;

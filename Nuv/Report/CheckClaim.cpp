@@ -150,8 +150,7 @@ ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOption
     ClaimReport report;
     report.claimed = claim.status;
     report.numbers = claim.meaning;
-    BoundedForm form = FormOf(model);
-    form.numbers = claim.meaning;
+    const BoundedForm form = FormOf(model, claim.meaning);
     ClaimChecker checker(model, form, options.tolerance, report);
     const bool isOptimum = claim.status == ClaimedStatus::Optimal;
     if (isOptimum || claim.status == ClaimedStatus::Feasible ||

@@ -75,7 +75,7 @@ std::vector<ScaledSum> ClaimChecker::Extended(const Claim::Numbers& numbers) con
             continue;
         result[j].Add(number);
         for (const auto [row, entry] : m_form.matrix.Column(j))
-            result[m_form.Logical(row)].Add(number * Exact(entry));
+            result[m_form.Logical(row)].Add(number * m_form.ExactEntry(row, j, entry));
     }
     return result;
 }
@@ -85,7 +85,7 @@ std::vector<ScaledSum> ClaimChecker::Priced(const Claim::Numbers& multipliers, d
 {
     std::vector<ScaledSum> result(m_form.Variables());
     for (Index j = 0; withCost && j < m_form.columns; ++j)
-        result[j].Add(Exact(m_form.cost[j]));
+        result[j].Add(m_form.ExactCost(j));
     for (Index i = 0; i < m_form.rows; ++i)
     {
         const Rational& given = NumberAt(multipliers, i);
@@ -94,7 +94,7 @@ std::vector<ScaledSum> ClaimChecker::Priced(const Claim::Numbers& multipliers, d
         const Rational multiplier = sign < 0.0 ? Rational(-given) : given;
         result[m_form.Logical(i)].Add(multiplier);
         for (const auto [column, entry] : m_form.matrix.Row(i))
-            result[column].Add(-multiplier * Exact(entry));
+            result[column].Add(-multiplier * m_form.ExactEntry(i, column, entry));
     }
     return result;
 }
@@ -107,7 +107,7 @@ void ClaimChecker::CheckBounds(Index variable)
         const double bound = isUpper ? m_form.Upper(variable) : m_form.Lower(variable);
         if (!std::isfinite(bound))
             continue;
-        const Rational side = Exact(bound);
+        const Rational side = isUpper ? m_form.ExactUpper(variable) : m_form.ExactLower(variable);
         const double fraction =
             isUpper ? value.Above(side) : ScaledSum{side, value.scale}.Above(value.sum);
         if (fraction == 0.0)
@@ -148,10 +148,12 @@ void ClaimChecker::CheckPoint(const Claim& claim)
     for (Index i = 0; i < m_form.rows && !claim.activities.empty(); ++i)
         CheckStated(claim.activities[i], m_point[m_form.columns + i], "claim.activity",
                     "the activity of " + NameOf(m_form.columns + i));
-    m_objective.Add(Exact(m_model.ObjectiveConstant()));
+    // The form minimises; in the model's sense both turn their signs.
+    const Rational sign = SignOf(m_model) < 0.0 ? -1 : 1;
+    m_objective.Add(sign * m_form.ExactConstant());
     for (Index j = 0; j < m_form.columns; ++j)
         if (m_point[j].sum != 0)
-            m_objective.Add(Exact(m_model.Objective()[j]) * m_point[j].sum);
+            m_objective.Add(sign * m_form.ExactCost(j) * m_point[j].sum);
     m_report.objective = m_objective.sum;
     CheckStated(claim.objective, m_objective, "claim.objective", "the objective of these values");
 }
@@ -163,11 +165,10 @@ void ClaimChecker::CheckDuals(const Claim& claim)
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
         const ScaledSum& value = m_point[v];
-        const double lower = m_form.Lower(v);
-        const double upper = m_form.Upper(v);
-        const bool mayFall = std::isinf(lower) || IsOff(value.Above(Exact(lower)));
-        const bool mayRise =
-            std::isinf(upper) || IsOff(ScaledSum{Exact(upper), value.scale}.Above(value.sum));
+        const bool mayFall =
+            std::isinf(m_form.Lower(v)) || IsOff(value.Above(m_form.ExactLower(v)));
+        const bool mayRise = std::isinf(m_form.Upper(v)) ||
+                             IsOff(ScaledSum{m_form.ExactUpper(v), value.scale}.Above(value.sum));
         const bool wantsToFall = IsOff(reduced[v].Above(0));
         const bool wantsToRise = IsOff(ScaledSum{0, reduced[v].scale}.Above(reduced[v].sum));
         if ((wantsToFall && mayFall) || (wantsToRise && mayRise))
@@ -196,7 +197,7 @@ void ClaimChecker::CheckRay(const Claim& claim)
             Disagree("claim.ray", fmt::format("along the ray, {} {} past its bound", NameOf(v),
                                               falls ? "falls" : "rises"));
         if (!m_form.IsLogical(v) && rates[v].sum != 0)
-            gain.Add(-Exact(m_form.cost[v]) * rates[v].sum);
+            gain.Add(-m_form.ExactCost(v) * rates[v].sum);
     }
     if (gain.sum <= 0)
         Disagree("claim.ray", "along the ray, the objective does not improve");
@@ -215,7 +216,7 @@ void ClaimChecker::CheckFarkas(const Claim& claim)
         const bool matters =
             IsOff(std::max(factor.Above(0), ScaledSum{0, factor.scale}.Above(factor.sum)));
         if (std::isfinite(bound))
-            sum += factor.sum * Exact(bound);
+            sum += factor.sum * (factor.sum > 0 ? m_form.ExactLower(v) : m_form.ExactUpper(v));
         else if (matters)
             return Disagree("claim.farkas",
                             fmt::format("the multipliers need {} bound of {}, which has none",

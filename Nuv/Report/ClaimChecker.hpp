@@ -54,11 +54,6 @@ public:
 private:
     /// "row 'wood'" or "variable 'x'".
     [[nodiscard]] std::string NameOf(Index variable) const;
-    /// What a finite number of the model stands for.
-    [[nodiscard]] Rational Exact(double value) const
-    {
-        return ToRational(value, m_form.numbers);
-    }
     [[nodiscard]] bool IsOff(double fraction) const
     {
         return fraction > m_tolerance;

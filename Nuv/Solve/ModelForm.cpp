@@ -1,5 +1,10 @@
 #include "Nuv/Solve/ModelForm.hpp"
 
+#include "Nuv/Algebra/RationalText.hpp"
+
+#include <optional>
+#include <utility>
+
 namespace nuv
 {
 namespace
@@ -25,12 +30,48 @@ SparseVectors<double> NonzerosByRow(const Model& model)
     return rows;
 }
 
+FormPlace PlaceInForm(const NumberPlace& place)
+{
+    switch (place.of)
+    {
+    case NumberPlace::Of::ObjectiveConstant:
+        break;
+    case NumberPlace::Of::Objective:
+        return {FormPlace::Of::Cost, place.at};
+    case NumberPlace::Of::VariableLower:
+        return {FormPlace::Of::ColumnLower, place.at};
+    case NumberPlace::Of::VariableUpper:
+        return {FormPlace::Of::ColumnUpper, place.at};
+    case NumberPlace::Of::RowLower:
+        return {FormPlace::Of::RowLower, place.at};
+    case NumberPlace::Of::RowUpper:
+        return {FormPlace::Of::RowUpper, place.at};
+    case NumberPlace::Of::Entry:
+        return {FormPlace::Of::Entry, place.at, place.column};
+    }
+    return {FormPlace::Of::Constant};
+}
+
+void TakeExactNumbers(const Model& model, bool negatesObjective, ExactTable& table)
+{
+    for (const auto& [place, text] : model.Exact())
+    {
+        std::optional<Rational> number = ReadRational(text);
+        if (!number)
+            continue;
+        if (negatesObjective && place.of <= NumberPlace::Of::Objective)
+            number = -*number;
+        table.Set(PlaceInForm(place), std::move(*number));
+    }
+}
+
 }  // namespace
 
-BoundedForm FormOf(const Model& model)
+BoundedForm FormOf(const Model& model, CoefficientMeaning numbers)
 {
     const double sign = model.ObjectiveSense() == Sense::Maximize ? -1.0 : 1.0;
     BoundedForm form;
+    form.numbers = numbers;
     form.rows = model.RowCount();
     form.columns = model.VariableCount();
     form.constant = sign * model.ObjectiveConstant();
@@ -41,6 +82,8 @@ BoundedForm FormOf(const Model& model)
     form.rowLower.assign(model.RowLower().begin(), model.RowLower().end());
     form.rowUpper.assign(model.RowUpper().begin(), model.RowUpper().end());
     form.matrix = SparseMatrix<double>::FromRows(NonzerosByRow(model), form.columns);
+    if (numbers == CoefficientMeaning::ShortestDecimal)
+        TakeExactNumbers(model, sign < 0.0, form.exact);
     return form;
 }
 

@@ -7,7 +7,9 @@
 namespace nuv
 {
 
-/// @return the form; a model to be maximised has its costs and constant negated.
-[[nodiscard]] BoundedForm FormOf(const Model& model);
+/// @return the form; a model to be maximised has its costs and constant negated. With stored
+/// doubles what the model says beside its doubles is left out.
+[[nodiscard]] BoundedForm FormOf(const Model& model,
+                                 CoefficientMeaning numbers = CoefficientMeaning::StoredDouble);
 
 }  // namespace nuv

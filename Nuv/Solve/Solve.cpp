@@ -87,8 +87,7 @@ Solution Solve(const Model& model, const SolveOptions& options)
     if (!solution.failure.code.empty())
         return solution;
     const double sign = SignOf(model);
-    BoundedForm form = FormOf(model);
-    form.numbers = options.numbers;
+    const BoundedForm form = FormOf(model, options.numbers);
     control.ReportObjectiveAs(sign, form.constant);
     control.Log("model", std::to_string(form.rows) + " rows, " + std::to_string(form.columns) +
                              " variables, " + std::to_string(model.NonzeroCount()) + " entries");

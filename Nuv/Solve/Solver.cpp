@@ -27,6 +27,14 @@ struct Solver::State
             basis = session->LastBasis();
         session.reset();
     }
+    /// Whether there is a session that an edit of a bound or a cost is to be passed on to. One on
+    /// a form with numbers beside its doubles ends instead: the next form takes over what is left.
+    [[nodiscard]] bool EditsDoubles()
+    {
+        if (session && !session->Form().exact.Empty())
+            EndSession();
+        return session != nullptr;
+    }
     void NoteRow();
     void NoteVariable(Variable variable);
     void TakeObjective();
@@ -83,7 +91,7 @@ void Solver::State::NoteVariable(Variable variable)
 
 void Solver::State::TakeObjective()
 {
-    if (!session)
+    if (!EditsDoubles())
         return;
     const double sign = SignOf(model);
     for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
@@ -94,8 +102,7 @@ void Solver::State::TakeObjective()
 /// A session on the form as it is, from the basis that is known or else as a first solve has it.
 void Solver::State::OpenSession(SolveControl& control, Solution& solution)
 {
-    BoundedForm form = FormOf(model);
-    form.numbers = options.numbers;
+    BoundedForm form = FormOf(model, options.numbers);
     control.ReportObjectiveAs(SignOf(model), form.constant);
     if (options.start || !options.startValues.empty() || !basis)
         basis = StartOf(form, SignOf(model), options, control, solution);
@@ -206,7 +213,7 @@ bool Solver::SetBounds(Variable variable, Bounds bounds)
     State& state = *m_state;
     if (!state.model.SetBounds(variable, bounds))
         return false;
-    if (state.session)
+    if (state.EditsDoubles())
         state.session->SetBounds(state.model.IndexOf(variable), bounds.lower, bounds.upper);
     return true;
 }
@@ -216,7 +223,7 @@ bool Solver::SetBounds(Row row, Bounds bounds)
     State& state = *m_state;
     if (!state.model.SetBounds(row, bounds))
         return false;
-    if (state.session)
+    if (state.EditsDoubles())
         state.session->SetBounds(state.model.VariableCount() + state.model.IndexOf(row),
                                  bounds.lower, bounds.upper);
     return true;
@@ -227,7 +234,7 @@ bool Solver::SetCost(Variable variable, double cost)
     State& state = *m_state;
     if (!state.model.SetCost(variable, cost))
         return false;
-    if (state.session)
+    if (state.EditsDoubles())
         state.session->SetCost(state.model.IndexOf(variable), SignOf(state.model) * cost);
     return true;
 }

@@ -75,7 +75,9 @@ private:
             const std::span<const std::uint32_t> indices = m_model.RowColumns(i);
             for (std::size_t k = 0; k < indices.size(); ++k)
                 multipliers[indices[k]] -=
-                    ToRational(m_model.RowCoefficients(i)[k], m_numbers) * dual;
+                    NumberAt(m_model, m_numbers, {NumberPlace::Of::Entry, i, indices[k]},
+                             m_model.RowCoefficients(i)[k]) *
+                    dual;
         }
         return multipliers;
     }
@@ -98,7 +100,8 @@ private:
 
     void CertifyOptimal(Certificate& certificate) const
     {
-        const Rational constant = ToRational(m_model.ObjectiveConstant(), m_numbers);
+        const Rational constant = NumberAt(m_model, m_numbers, {NumberPlace::Of::ObjectiveConstant},
+                                           m_model.ObjectiveConstant());
         const Rational value = m_claim.objective * Rational(m_sign) - constant;
         certificate.goal = Goal::Range;
         certificate.lower = value;

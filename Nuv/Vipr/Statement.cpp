@@ -1,7 +1,10 @@
 #include "Nuv/Vipr/Statement.hpp"
 
+#include "Nuv/Algebra/RationalText.hpp"
+
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace nuv::vipr
 {
@@ -17,15 +20,18 @@ public:
         for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
         {
             m_problem.variables.emplace_back(model.VariableName(j));
-            AddTerm(m_problem.objective, j, model.Objective()[j]);
+            AddTerm(m_problem.objective, j, {NumberPlace::Of::Objective, j}, model.Objective()[j]);
         }
         for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
             State({"fixed(", "lower(", "upper("}, model.VariableName(j),
-                  {model.VariableLower()[j], model.VariableUpper()[j]}, {{j, Rational(1)}});
+                  SideAt({NumberPlace::Of::VariableLower, j}, model.VariableLower()[j]),
+                  SideAt({NumberPlace::Of::VariableUpper, j}, model.VariableUpper()[j]),
+                  {{j, Rational(1)}});
         m_problem.bounds = m_problem.constraints.size();
         for (std::uint32_t i = 0; i < model.RowCount(); ++i)
             State({"row(", "least(", "most("}, model.RowName(i),
-                  {model.RowLower()[i], model.RowUpper()[i]}, TermsOfRow(i));
+                  SideAt({NumberPlace::Of::RowLower, i}, model.RowLower()[i]),
+                  SideAt({NumberPlace::Of::RowUpper, i}, model.RowUpper()[i]), TermsOfRow(i));
     }
 
     Statement Take()
@@ -41,10 +47,19 @@ private:
         std::string_view upper;
     };
 
-    void AddTerm(Terms& terms, std::uint32_t column, double coefficient) const
+    void AddTerm(Terms& terms, std::uint32_t column, const NumberPlace& place,
+                 double coefficient) const
     {
         if (coefficient != 0.0)
-            terms.push_back({column, ToRational(coefficient, m_numbers)});
+            terms.push_back({column, NumberAt(m_model, m_numbers, place, coefficient)});
+    }
+
+    /// Nothing for an infinite side.
+    [[nodiscard]] std::optional<Rational> SideAt(const NumberPlace& place, double side) const
+    {
+        if (!std::isfinite(side))
+            return std::nullopt;
+        return NumberAt(m_model, m_numbers, place, side);
     }
 
     [[nodiscard]] Terms TermsOfRow(std::uint32_t row) const
@@ -53,33 +68,34 @@ private:
         const std::span<const std::uint32_t> columns = m_model.RowColumns(row);
         const std::span<const double> coefficients = m_model.RowCoefficients(row);
         for (std::size_t k = 0; k < columns.size(); ++k)
-            AddTerm(terms, columns[k], coefficients[k]);
+            AddTerm(terms, columns[k], {NumberPlace::Of::Entry, row, columns[k]}, coefficients[k]);
         std::ranges::sort(terms, {}, &Term::index);
         return terms;
     }
 
-    std::size_t Add(std::string_view label, std::string_view name, Relation relation, double side,
-                    Terms terms)
+    std::size_t Add(std::string_view label, std::string_view name, Relation relation,
+                    const Rational& side, Terms terms)
     {
-        m_problem.constraints.push_back({std::string(label).append(name).append(")"), relation,
-                                         ToRational(side, m_numbers), std::move(terms)});
+        m_problem.constraints.push_back(
+            {std::string(label).append(name).append(")"), relation, side, std::move(terms)});
         return m_problem.constraints.size() - 1;
     }
 
-    void State(const Labels& labels, std::string_view name, Bounds bounds, const Terms& terms)
+    void State(const Labels& labels, std::string_view name, const std::optional<Rational>& lower,
+               const std::optional<Rational>& upper, const Terms& terms)
     {
         Sides sides;
-        if (bounds.lower == bounds.upper)
+        if (lower && lower == upper)
         {
-            sides.lower = Add(labels.equal, name, Relation::Equal, bounds.lower, terms);
+            sides.lower = Add(labels.equal, name, Relation::Equal, *lower, terms);
             sides.upper = sides.lower;
             m_statement.sides.push_back(sides);
             return;
         }
-        if (std::isfinite(bounds.lower))
-            sides.lower = Add(labels.lower, name, Relation::AtLeast, bounds.lower, terms);
-        if (std::isfinite(bounds.upper))
-            sides.upper = Add(labels.upper, name, Relation::AtMost, bounds.upper, terms);
+        if (lower)
+            sides.lower = Add(labels.lower, name, Relation::AtLeast, *lower, terms);
+        if (upper)
+            sides.upper = Add(labels.upper, name, Relation::AtMost, *upper, terms);
         m_statement.sides.push_back(sides);
     }
 
@@ -90,6 +106,14 @@ private:
 };
 
 }  // namespace
+
+Rational NumberAt(const Model& model, CoefficientMeaning numbers, const NumberPlace& place,
+                  double value)
+{
+    return numbers == CoefficientMeaning::StoredDouble
+               ? ToRational(value)
+               : ToRational(value, model.Exact().Find(place));
+}
 
 Statement StatementOf(const Model& model, CoefficientMeaning numbers)
 {

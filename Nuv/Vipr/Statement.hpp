@@ -23,6 +23,10 @@ struct Statement
     std::vector<Sides> sides;  ///< by variable, then by row
 };
 
+/// The number at a place of a model, whose double is `value`.
+[[nodiscard]] Rational NumberAt(const Model& model, CoefficientMeaning numbers,
+                                const NumberPlace& place, double value);
+
 [[nodiscard]] Statement StatementOf(const Model& model, CoefficientMeaning numbers);
 
 }  // namespace nuv::vipr

@@ -53,7 +53,10 @@ Verification Verify(const nuv::Model& model, nuv::CoefficientMeaning numbers,
     else
         result.defect = nuv::vipr::FindDefect(certificate);
     if (certificate.lower)
-        result.objective = *certificate.lower + nuv::ToRational(model.ObjectiveConstant(), numbers);
+        result.objective =
+            *certificate.lower + nuv::vipr::NumberAt(model, numbers,
+                                                     {nuv::NumberPlace::Of::ObjectiveConstant},
+                                                     model.ObjectiveConstant());
     return result;
 }
 

@@ -79,7 +79,9 @@ std::string Difference(const Model& left, const Model& right)
         return "lower bounds";
     if (!SameBits(left.VariableUpper(), right.VariableUpper()))
         return "upper bounds";
-    return RowDifference(left, right);
+    if (std::string difference = RowDifference(left, right); !difference.empty())
+        return difference;
+    return left.Exact() == right.Exact() ? "" : "exact numbers";
 }
 
 }  // namespace nuv::test

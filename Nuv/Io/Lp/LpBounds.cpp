@@ -96,18 +96,18 @@ bool Parser::ParseLimit(Limit& limit)
         sign = m_token.kind == TokenKind::Minus ? -sign : sign;
     if (IsInfinity(m_token))
     {
-        limit.value = sign * Infinity;
+        limit.number = sign * Infinity;
     }
     else if (m_token.kind == TokenKind::Number)
     {
-        limit.value = sign * m_token.value;
+        limit.number = NumberOf(m_token, sign);
         if (m_token.value >= kInfiniteFrom)
-            limit.value = sign * Infinity;
+            limit.number = sign * Infinity;
         else if (m_token.value >= kInfiniteForSomeFrom)
         {
             m_log.Warn(limit.at, "lp.large-bound",
                        fmt::format("the bound {} is a number here and infinite for other programs",
-                                   limit.value),
+                                   NumberText(limit.number)),
                        "write inf, or a smaller number");
         }
     }

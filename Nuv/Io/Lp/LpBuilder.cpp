@@ -1,6 +1,5 @@
 #include "Nuv/Io/Lp/LpBuilder.hpp"
 
-#include "Nuv/Io/DecimalSum.hpp"
 #include "Nuv/Io/Infinity.hpp"
 #include "Nuv/Io/Lp/LpNames.hpp"
 #include "Nuv/Io/NamesInOtherCase.hpp"
@@ -40,15 +39,16 @@ bool Builder::BeginRow(std::string_view label, const char* at)
                       "give each row a name of its own");
 }
 
-bool Builder::EndObjective(double constant)
+bool Builder::EndObjective(const FileNumber& constant)
 {
-    m_builder.SetObjectiveConstant(constant);
+    m_builder.SetObjectiveConstant(constant.value);
+    Keep(m_builder, {NumberPlace::Of::ObjectiveConstant}, constant);
     return TakeTerms();
 }
 
-bool Builder::AddTerm(std::string_view name, double coefficient)
+bool Builder::AddTerm(std::string_view name, FileNumber coefficient)
 {
-    m_terms.push_back({m_builder.PrepareVariable(name), name, coefficient, 0});
+    m_terms.push_back({m_builder.PrepareVariable(name), name, std::move(coefficient), 0});
     return m_terms.size() < kTermsTogether || TakeTerms();
 }
 
@@ -69,7 +69,8 @@ bool Builder::TakeTerms()
 
 bool Builder::TakeTerm(const Term& term)
 {
-    m_rowHasZeros = m_rowHasZeros || term.coefficient == 0.0;
+    const double coefficient = term.coefficient.value;
+    m_rowHasZeros = m_rowHasZeros || coefficient == 0.0;
     const std::uint32_t row = LastRow();
     Mark& mark = m_marks[term.column];
     if (mark.row == row)
@@ -77,31 +78,32 @@ bool Builder::TakeTerm(const Term& term)
     mark.row = row;
     if (row == kObjectiveRow)
     {
-        m_builder.SetObjectiveCoefficient(term.column, term.coefficient);
+        m_builder.SetObjectiveCoefficient(term.column, coefficient);
+        Keep(m_builder, {NumberPlace::Of::Objective, term.column}, term.coefficient);
         return true;
     }
     mark.entry = static_cast<std::uint32_t>(Made().NonzeroCount() - Made().RowStarts()[row]);
-    m_builder.AppendEntry(term.column, term.coefficient);
+    m_builder.AppendEntry(term.column, coefficient);
+    Keep(m_builder, {NumberPlace::Of::Entry, row, term.column}, term.coefficient);
     return true;
 }
 
 bool Builder::AddRepeated(const Term& term)
 {
     const std::uint32_t row = LastRow();
-    double sum = 0.0;
-    if (row == kObjectiveRow)
-    {
-        sum = SumOfDecimals(Made().Objective()[term.column], term.coefficient);
-        m_builder.SetObjectiveCoefficient(term.column, sum);
-    }
+    const bool isObjective = row == kObjectiveRow;
+    const NumberPlace place = isObjective ? NumberPlace{NumberPlace::Of::Objective, term.column}
+                                          : NumberPlace{NumberPlace::Of::Entry, row, term.column};
+    const std::size_t at = isObjective ? 0 : Made().RowStarts()[row] + m_marks[term.column].entry;
+    const double before = isObjective ? Made().Objective()[term.column] : Made().Coefficients()[at];
+    const FileNumber sum = NumberAt(Made(), place, before) + term.coefficient;
+    if (isObjective)
+        m_builder.SetObjectiveCoefficient(term.column, sum.value);
     else
-    {
-        double& entry =
-            m_builder.EntryOfLastRow(Made().RowStarts()[row] + m_marks[term.column].entry);
-        sum = entry = SumOfDecimals(entry, term.coefficient);
-    }
-    m_rowHasZeros = m_rowHasZeros || sum == 0.0;
-    if (!std::isfinite(sum))
+        m_builder.EntryOfLastRow(at) = sum.value;
+    Keep(m_builder, place, sum);
+    m_rowHasZeros = m_rowHasZeros || sum.value == 0.0;
+    if (!std::isfinite(sum.value))
     {
         return m_log.Fail(
             term.name.data(), "lp.number-too-large",
@@ -135,14 +137,16 @@ bool Builder::InternVariable(std::string_view name, const NameTable::Key& key,
 }
 
 /// The value of a row's limit; numbers that stand for infinity become it.
-bool Builder::LimitOf(TokenKind relation, const Limit& limit, double& value)
+bool Builder::LimitOf(TokenKind relation, const Limit& limit, FileNumber& number)
 {
-    value = limit.value;
+    double value = limit.number.value;
+    number = limit.number;
     if (std::isfinite(value) && std::fabs(value) >= kInfiniteFrom && relation != TokenKind::Equal)
     {
         m_log.Warn(limit.at, "lp.infinite-number", fmt::format("{} is taken for infinity", value),
                    "write inf, or a smaller number");
         value = std::copysign(Infinity, value);
+        number = value;
     }
     const bool unlimited =
         relation == TokenKind::LessEqual ? value == Infinity : value == -Infinity;
@@ -152,13 +156,13 @@ bool Builder::LimitOf(TokenKind relation, const Limit& limit, double& value)
                       "an upper bound may be inf and a lower bound -inf, not the other way round");
 }
 
-bool Builder::SetLimit(TokenKind relation, const Limit& limit, double bodyConstant)
+bool Builder::SetLimit(TokenKind relation, const Limit& limit, const FileNumber& bodyConstant)
 {
-    double value = 0.0;
-    if (!LimitOf(relation, limit, value))
+    FileNumber number;
+    if (!LimitOf(relation, limit, number))
         return false;
-    const double moved = SumOfDecimals(value, -bodyConstant);
-    if (std::isfinite(value) && !std::isfinite(moved))
+    const FileNumber moved = number + -bodyConstant;
+    if (std::isfinite(number.value) && !std::isfinite(moved.value))
     {
         return m_log.Fail(limit.at, "lp.number-too-large",
                           "the constants add up beyond double precision", "scale the row");
@@ -166,14 +170,20 @@ bool Builder::SetLimit(TokenKind relation, const Limit& limit, double bodyConsta
     const std::uint32_t row = LastRow();
     Bounds bounds = {Made().RowLower()[row], Made().RowUpper()[row]};
     if (relation != TokenKind::LessEqual)
-        bounds.lower = moved;
+    {
+        bounds.lower = moved.value;
+        Keep(m_builder, {NumberPlace::Of::RowLower, row}, moved);
+    }
     if (relation != TokenKind::GreaterEqual)
-        bounds.upper = moved;
+    {
+        bounds.upper = moved.value;
+        Keep(m_builder, {NumberPlace::Of::RowUpper, row}, moved);
+    }
     m_builder.SetRowBounds(row, bounds);
     return true;
 }
 
-bool Builder::EndRow(double bodyConstant)
+bool Builder::EndRow(const FileNumber& bodyConstant)
 {
     if (!TakeTerms())
         return false;
@@ -190,11 +200,11 @@ bool Builder::EndRow(double bodyConstant)
     {
         m_log.Note(at, "lp.empty-row", fmt::format("there is no variable {}", m_messages.Where()));
     }
-    else if (bodyConstant != 0.0)
+    else if (bodyConstant.value != 0.0)
     {
         m_log.Note(at, "lp.moved-constant",
-                   fmt::format("the constant {} {} is moved to the other side", bodyConstant,
-                               m_messages.Where()));
+                   fmt::format("the constant {} {} is moved to the other side",
+                               NumberText(bodyConstant), m_messages.Where()));
     }
     CheckRow(at);
     return true;
@@ -239,26 +249,31 @@ bool Builder::SetBound(std::uint32_t column, TokenKind relation, const Limit& li
 {
     const bool setsLower = relation != TokenKind::LessEqual;
     const bool setsUpper = relation != TokenKind::GreaterEqual;
-    if ((setsLower && limit.value == Infinity) || (setsUpper && limit.value == -Infinity))
+    const double value = limit.number.value;
+    if ((setsLower && value == Infinity) || (setsUpper && value == -Infinity))
     {
         return m_log.Fail(
             limit.at, "lp.impossible-bound",
             fmt::format("no value of '{}' can keep this bound", Made().VariableName(column)),
             "an upper bound may be inf and a lower bound -inf, not the other way round");
     }
-    Bounds bounds = {Made().VariableLower()[column], Made().VariableUpper()[column]};
+    const FileNumber lower = LowerOf(Made(), Made().VariableAt(column));
+    const FileNumber upper = UpperOf(Made(), Made().VariableAt(column));
     BoundPlace& place = m_boundPlaces[column];
-    if ((setsLower && place.lower && bounds.lower != limit.value) ||
-        (setsUpper && place.upper && bounds.upper != limit.value))
+    if ((setsLower && place.lower && !(lower == limit.number)) ||
+        (setsUpper && place.upper && !(upper == limit.number)))
     {
         m_log.Warn(limit.at, "lp.bound-redefined",
                    fmt::format("a bound of '{}' is set a second time; this one holds",
                                Made().VariableName(column)),
                    "take one of them out");
     }
-    bounds.lower = setsLower ? limit.value : bounds.lower;
-    bounds.upper = setsUpper ? limit.value : bounds.upper;
-    m_builder.SetVariableBounds(column, bounds);
+    if (setsLower)
+        Keep(m_builder, {NumberPlace::Of::VariableLower, column}, limit.number);
+    if (setsUpper)
+        Keep(m_builder, {NumberPlace::Of::VariableUpper, column}, limit.number);
+    m_builder.SetVariableBounds(column,
+                                {setsLower ? value : lower.value, setsUpper ? value : upper.value});
     place = {limit.at, place.lower || setsLower, place.upper || setsUpper};
     return true;
 }
@@ -300,6 +315,8 @@ void Builder::SetBinary(std::uint32_t column, std::string_view name)
                    "take one of them out");
     }
     m_builder.SetVariableBounds(column, {0.0, 1.0});
+    Keep(m_builder, {NumberPlace::Of::VariableLower, column}, 0.0);
+    Keep(m_builder, {NumberPlace::Of::VariableUpper, column}, 1.0);
 }
 
 Model Builder::Finish()

@@ -1,10 +1,10 @@
 /// Sums of terms: the objective and the sides of rows.
-#include "Nuv/Io/DecimalSum.hpp"
 #include "Nuv/Io/Lp/LpParser.hpp"
 
 #include <fmt/core.h>
 
 #include <cmath>
+#include <utility>
 
 namespace nuv::lp
 {
@@ -30,9 +30,9 @@ bool Parser::ParseObjective()
         return false;
     if (!m_builder.EndObjective(side.constant) || !EndObjective())
         return false;
-    if (side.constant != 0.0)
+    if (side.constant.value != 0.0)
         m_log.Note(side.begin, "lp.objective-constant",
-                   fmt::format("the objective has the constant {}", side.constant));
+                   fmt::format("the objective has the constant {}", NumberText(side.constant)));
     return true;
 }
 
@@ -133,12 +133,21 @@ bool Parser::ParseNumberTerm(Side& side, double factor, double sign, SideKind ki
     const Token number = m_token;
     Advance();
     if (!NumberTakesName(kind))
-        return AddConstant(side, sign * number.value, number.Begin());
+        return AddConstant(side, NumberOf(number, sign), number.Begin());
     if (m_token.glued && !CheckGluedName(number))
         return false;
     const Token name = m_token;
     Advance();
-    return AddTerm(side, name, factor * sign * number.value);
+    return AddTerm(side, name, NumberOf(number, factor * sign));
+}
+
+/// The number, which has been found to be one, times 1 or -1.
+FileNumber Parser::NumberOf(const Token& number, double sign)
+{
+    if (number.text.find('/') != std::string_view::npos)
+        m_messages.NoteQuotient(number);
+    const FileNumber value(number.text, number.value);
+    return sign < 0.0 ? -value : value;
 }
 
 /// A name without a blank between the number and it.
@@ -201,10 +210,10 @@ bool Parser::SectionAfterObjectiveConstant(const Keyword& keyword) const
     return true;
 }
 
-bool Parser::AddConstant(Side& side, double value, const char* at)
+bool Parser::AddConstant(Side& side, const FileNumber& number, const char* at)
 {
-    side.constant = SumOfDecimals(side.constant, value);
-    if (std::isfinite(side.constant))
+    side.constant = side.constant + number;
+    if (std::isfinite(side.constant.value))
         return true;
     return m_log.Fail(at, "lp.number-too-large",
                       "the sum of the constants is beyond double precision", "scale the model");
@@ -219,7 +228,7 @@ bool Parser::AddInfinity(Side& side, double sign, SideKind kind)
     return true;
 }
 
-bool Parser::AddTerm(Side& side, const Token& name, double coefficient)
+bool Parser::AddTerm(Side& side, const Token& name, FileNumber coefficient)
 {
     if (IsInfinity(name))
     {
@@ -228,7 +237,7 @@ bool Parser::AddTerm(Side& side, const Token& name, double coefficient)
                           "infinity is a bound, not a variable");
     }
     side.hasVariables = true;
-    return m_builder.AddTerm(name.text, coefficient);
+    return m_builder.AddTerm(name.text, std::move(coefficient));
 }
 
 }  // namespace nuv::lp

@@ -3,7 +3,10 @@
 
 #include "Nuv/Io/NumberText.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstddef>
 
 namespace nuv::lp
 {
@@ -40,6 +43,34 @@ constexpr std::array<std::uint8_t, 256> kClasses = MakeClasses();
 bool Is(char c, ByteClass kind) noexcept
 {
     return (kClasses[static_cast<unsigned char>(c)] & kind) != 0;
+}
+
+/// An integer, nearly: digits * 10^places.
+struct Leading
+{
+    double digits;
+    std::ptrdiff_t places;
+};
+
+Leading LeadingDigits(const char* first, const char* last) noexcept
+{
+    constexpr std::ptrdiff_t most = 18;
+    first = std::find_if(first, last, [](char c) { return c != '0'; });
+    const char* const end = std::min(first + std::min(most, last - first), last);
+    Leading leading{0.0, last - end};
+    for (; first != end; ++first)
+        leading.digits = 10.0 * leading.digits + (*first - '0');
+    return leading;
+}
+
+/// value * 10^places, nearly; infinite or zero where that is beyond doubles.
+double TimesPowerOfTen(double value, std::ptrdiff_t places) noexcept
+{
+    for (; places > 0 && std::isfinite(value); --places)
+        value *= 10.0;
+    for (; places < 0 && value != 0.0; ++places)
+        value /= 10.0;
+    return value;
 }
 
 }  // namespace
@@ -102,10 +133,30 @@ Token Lexer::Next() noexcept
 void Lexer::ReadNumber(Token& token) noexcept
 {
     token.kind = TokenKind::Number;
+    const char* const begin = m_at;
     const std::from_chars_result result = ReadDouble(m_at, m_end, token.value);
     if (result.ec != std::errc{})
         token.kind = TokenKind::Range;
     m_at = result.ptr;
+    if (m_at != m_end && *m_at == '/')
+        ReadDivisor(begin, token);
+}
+
+/// Takes `/q` behind an integer.
+void Lexer::ReadDivisor(const char* begin, Token& token) noexcept
+{
+    const auto isDigit = [](char c) { return Is(c, kDigit); };
+    const char* const first = m_at + 1;
+    const char* const last = std::find_if_not(first, m_end, isDigit);
+    if (first == last || *first == '0' || !std::all_of(begin, m_at, isDigit))
+        return;
+    // Either integer may be beyond doubles where their quotient is not.
+    const Leading top = LeadingDigits(begin, m_at);
+    const Leading bottom = LeadingDigits(first, last);
+    token.value = TimesPowerOfTen(top.digits / bottom.digits, top.places - bottom.places);
+    const bool isThere = std::isfinite(token.value) && (token.value != 0.0 || top.digits == 0.0);
+    token.kind = isThere ? TokenKind::Number : TokenKind::Range;
+    m_at = last;
 }
 
 void Lexer::ReadSign(Token& token) noexcept

@@ -4,8 +4,9 @@
 ///
 /// A name starts with a letter, a byte of a longer UTF-8 character or one of !"#$%&(),.;?@_'`{}~|
 /// and goes on with those, digits and '/'. A number starts with a digit, or with a point before a
-/// digit. Comments run from a backslash to the end of the line. Whether a word is the first of its
-/// line is kept, since the format needs it where a right-hand side ends.
+/// digit; two integers with '/' between them and no blanks are one too, the quotient. Comments run
+/// from a backslash to the end of the line. Whether a word is the first of its line is kept, since
+/// the format needs it where a right-hand side ends.
 #pragma once
 
 #include "Nuv/Io/LetterCase.hpp"
@@ -40,7 +41,7 @@ struct Token
     bool firstOfLine = false;
     bool glued = false;  ///< nothing stands between this word and the one before
     std::string_view text;
-    double value = 0.0;  ///< of a Number
+    double value = 0.0;  ///< of a Number, of a quotient nearly
 
     [[nodiscard]] const char* Begin() const noexcept
     {
@@ -88,6 +89,7 @@ public:
 private:
     void SkipBlanks(Token& token) noexcept;
     void ReadNumber(Token& token) noexcept;
+    void ReadDivisor(const char* begin, Token& token) noexcept;
     void ReadSign(Token& token) noexcept;
 
     const char* m_at;

@@ -107,7 +107,7 @@ bool Messages::UnexpectedSign(const Token& token)
             return Fail(token, word == "*" ? "lp.product" : "lp.quotient",
                         fmt::format("'{}' {}", word, Where()),
                         word == "*" ? "a coefficient stands before its variable without a sign: 2 x"
-                                    : "write the coefficient as one number: 0.5 x for 1/2 x");
+                                    : "a quotient is two integers without blanks: 1/2 x");
         }
         return Fail(token, "lp.quadratic",
                     fmt::format("'{}' {}: quadratic terms are refused", word, Where()),
@@ -235,6 +235,17 @@ bool Messages::NotAModel(const Token& token, Section section)
         token, "lp.no-objective",
         fmt::format("a model starts with Maximize or Minimize, not with '{}'", word.substr(0, 40)),
         "if this is not an LP file, name it after its kind");
+}
+
+void Messages::NoteQuotient(const Token& number)
+{
+    constexpr std::string_view kCode = "lp.kept-quotient";
+    if (m_log.Full(kCode))
+        return m_log.CountOnly(kCode);
+    m_log.Note(number.Begin(), std::string(kCode),
+               fmt::format("{} is kept as this quotient; other programs do not read such numbers",
+                           number.text),
+               "multiply the row or the objective by the divisor for them");
 }
 
 }  // namespace nuv::lp

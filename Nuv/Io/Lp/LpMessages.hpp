@@ -49,6 +49,9 @@ public:
     {
         return m_place;
     }
+    /// That not every program reads such a number.
+    void NoteQuotient(const Token& number);
+
     /// "in Bounds", "in row 'wood'".
     [[nodiscard]] std::string Where() const;
 

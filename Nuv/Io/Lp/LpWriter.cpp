@@ -2,11 +2,11 @@
 /// met.
 #include "Nuv/Io/Lp/LpWriter.hpp"
 
+#include "Nuv/Io/FileNumber.hpp"
 #include "Nuv/Io/LetterCase.hpp"
 #include "Nuv/Io/Lp/LpKeywords.hpp"
 #include "Nuv/Io/Lp/LpNames.hpp"
 #include "Nuv/Io/Lp/LpReader.hpp"
-#include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Io/WrittenNames.hpp"
 
 #include <fmt/core.h>
@@ -83,19 +83,24 @@ private:
     void WriteRows();
     void WriteRow(std::uint32_t row);
     void WriteBody(std::uint32_t row);
-    void WriteRowWithoutVariables(std::string_view row, double lower, double upper);
+    void WriteRowWithoutVariables(std::string_view row, const FileNumber& lower,
+                                  const FileNumber& upper);
     void WriteBounds();
     void WriteBound(std::uint32_t column);
 
     [[nodiscard]] bool OrderIsNatural() const;
     /// Appends a term to the current line, or to a new one where that would be too long.
-    void WriteTerm(double coefficient, std::string_view name, bool isFirst);
-    void WriteConstant(double value, bool isFirst);
+    void WriteTerm(const FileNumber& coefficient, std::string_view name, bool isFirst);
+    void WriteConstant(const FileNumber& value, bool isFirst);
     void Append(std::string_view piece);
     void EndLine();
-    double Limit(double value, bool isLower, std::string_view what, std::string_view name)
+    /// The number at a place, but for one that no reader takes for finite there.
+    FileNumber Limit(const FileNumber& limit, bool isLower, std::string_view what,
+                     std::string_view name)
     {
-        return WrittenLimit(m_result, "lp.infinite-number", value, isLower, what, name);
+        const double written =
+            WrittenLimit(m_result, "lp.infinite-number", limit.value, isLower, what, name);
+        return std::isinf(written) ? FileNumber(written) : limit;
     }
 
     const Model& m_model;
@@ -186,11 +191,11 @@ void Writer::WriteObjective()
         const double coefficient = m_model.Objective()[column];
         if (coefficient == 0.0 && !all)
             continue;
-        WriteTerm(coefficient, m_columns[column], isFirst);
+        WriteTerm(CostOf(m_model, column), m_columns[column], isFirst);
         isFirst = false;
     }
     if (m_model.ObjectiveConstant() != 0.0)
-        WriteConstant(m_model.ObjectiveConstant(), isFirst);
+        WriteConstant(ConstantOf(m_model), isFirst);
     EndLine();
 }
 
@@ -204,9 +209,9 @@ void Writer::WriteRows()
 void Writer::WriteRow(std::uint32_t row)
 {
     const std::string_view name = m_rows[row];
-    double lower = m_model.RowLower()[row];
-    double upper = m_model.RowUpper()[row];
-    const bool isEquation = lower == upper && std::isfinite(lower);
+    FileNumber lower = LowerOf(m_model, m_model.RowAt(row));
+    FileNumber upper = UpperOf(m_model, m_model.RowAt(row));
+    const bool isEquation = lower == upper && std::isfinite(lower.value);
     if (!isEquation)
     {
         lower = Limit(lower, true, "row", name);
@@ -216,13 +221,13 @@ void Writer::WriteRow(std::uint32_t row)
     m_text.append(" ").append(name).append(":");
     if (m_model.VariableCount() == 0)
         return WriteRowWithoutVariables(name, lower, upper);
-    const bool isRange = !isEquation && std::isfinite(lower) && std::isfinite(upper);
+    const bool isRange = !isEquation && std::isfinite(lower.value) && std::isfinite(upper.value);
     if (isRange)
         Append(" " + NumberText(lower + 0.0) + " <=");
     WriteBody(row);
     if (isEquation)
         Append(" = " + NumberText(lower + 0.0));
-    else if (isRange || std::isfinite(upper))
+    else if (isRange || std::isfinite(upper.value))
         Append(" <= " + NumberText(upper + 0.0));
     else
         Append(" >= " + NumberText(lower + 0.0));
@@ -241,7 +246,8 @@ void Writer::WriteBody(std::uint32_t row)
             ++m_zeros;
             continue;
         }
-        WriteTerm(coefficients[at], m_columns[columns[at]], isFirst);
+        WriteTerm(NumberAt(m_model, {NumberPlace::Of::Entry, row, columns[at]}, coefficients[at]),
+                  m_columns[columns[at]], isFirst);
         isFirst = false;
     }
     // A row needs a variable between its limits; one without any has the first of the model.
@@ -251,14 +257,15 @@ void Writer::WriteBody(std::uint32_t row)
 
 /// `5 >= 0` is a row with an upper limit, but neither `1 <= 0 <= 5` nor `0 >= -inf` is one. The
 /// limit comes first, since a constant in front of a relation is what the reader takes for it.
-void Writer::WriteRowWithoutVariables(std::string_view row, double lower, double upper)
+void Writer::WriteRowWithoutVariables(std::string_view row, const FileNumber& lower,
+                                      const FileNumber& upper)
 {
-    const bool isEquation = lower == upper && std::isfinite(lower);
-    if (isEquation || std::isfinite(lower) != std::isfinite(upper))
+    const bool hasLower = std::isfinite(lower.value);
+    const bool isEquation = lower == upper && hasLower;
+    if (isEquation || hasLower != std::isfinite(upper.value))
     {
-        const std::string_view relation = isEquation ? "=" : std::isfinite(lower) ? "<=" : ">=";
-        Append(fmt::format(" {} {} 0", NumberText((std::isfinite(lower) ? lower : upper) + 0.0),
-                           relation));
+        const std::string_view relation = isEquation ? "=" : hasLower ? "<=" : ">=";
+        Append(fmt::format(" {} {} 0", NumberText((hasLower ? lower : upper) + 0.0), relation));
         return EndLine();
     }
     m_result.Report(Severity::Error, "lp.no-variable",
@@ -280,44 +287,43 @@ void Writer::WriteBounds()
 void Writer::WriteBound(std::uint32_t column)
 {
     const std::string_view name = m_columns[column];
-    const double lower = Limit(m_model.VariableLower()[column], true, "variable", name);
-    const double upper = Limit(m_model.VariableUpper()[column], false, "variable", name);
+    const FileNumber lower =
+        Limit(LowerOf(m_model, m_model.VariableAt(column)), true, "variable", name);
+    const FileNumber upper =
+        Limit(UpperOf(m_model, m_model.VariableAt(column)), false, "variable", name);
     const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
-    const bool hasDefaultLower = bits(lower) == 0;
+    const bool hasDefaultLower = bits(lower.value) == 0;
     m_lineBegin = m_text.size();
-    if (hasDefaultLower && upper == Infinity)
+    if (hasDefaultLower && upper.value == Infinity)
         return;
     m_text += ' ';
-    if (lower == -Infinity && upper == Infinity)
+    if (lower.value == -Infinity && upper.value == Infinity)
         m_text.append(name).append(" free");
-    else if (bits(lower) == bits(upper))
+    else if (lower == upper && bits(lower.value) == bits(upper.value))
         m_text.append(name).append(" = ").append(NumberText(lower));
-    else if (upper == Infinity)
+    else if (upper.value == Infinity)
         m_text.append(name).append(" >= ").append(NumberText(lower));
-    else if (hasDefaultLower && upper > 0.0)
+    else if (hasDefaultLower && upper.value > 0.0)
         m_text.append(name).append(" <= ").append(NumberText(upper));
     else
         m_text.append(NumberText(lower) + " <= ").append(name).append(" <= " + NumberText(upper));
     EndLine();
 }
 
-void Writer::WriteTerm(double coefficient, std::string_view name, bool isFirst)
+void Writer::WriteTerm(const FileNumber& coefficient, std::string_view name, bool isFirst)
 {
-    const bool isNegative = std::signbit(coefficient);
+    const bool isNegative = std::signbit(coefficient.value);
     std::string term = isNegative ? " - " : isFirst ? " " : " + ";
-    const double magnitude = std::fabs(coefficient);
-    if (magnitude != 1.0)
-    {
-        AppendNumber(term, magnitude);
-        term += ' ';
-    }
+    if (coefficient.exact || std::fabs(coefficient.value) != 1.0)
+        term.append(NumberText(isNegative ? -coefficient : coefficient)).append(" ");
     term.append(name);
     Append(term);
 }
 
-void Writer::WriteConstant(double value, bool isFirst)
+void Writer::WriteConstant(const FileNumber& value, bool isFirst)
 {
-    Append((std::signbit(value) ? " - " : isFirst ? " " : " + ") + NumberText(std::fabs(value)));
+    const bool isNegative = std::signbit(value.value);
+    Append((isNegative ? " - " : isFirst ? " " : " + ") + NumberText(isNegative ? -value : value));
 }
 
 void Writer::Append(std::string_view piece)

@@ -66,10 +66,10 @@ bool Builder::AddBound(const Record& record)
     if (type->semiContinuous || (type->integer && !m_options.relax))
         return RefuseInteger(*type, record);
     m_boundPlaces.resize(Made().VariableCount());
-    double value = 0.0;
-    if (!TakeBoundValue(*type, record, value))
+    FileNumber number;
+    if (!TakeBoundValue(*type, record, number))
         return false;
-    SetBound(*type, column->Index(), value, record);
+    SetBound(*type, column->Index(), number, record);
     return true;
 }
 
@@ -86,15 +86,16 @@ bool Builder::RefuseInteger(const BoundType& type, const Record& record)
         "--relax takes integer variables for continuous ones within their bounds");
 }
 
-bool Builder::TakeBoundValue(const BoundType& type, const Record& record, double& value)
+bool Builder::TakeBoundValue(const BoundType& type, const Record& record, FileNumber& number)
 {
     if (!type.needsValue)
         return true;
-    if (!m_messages.TakeNumber(record.firstNumber, record.first, value))
+    if (!m_messages.TakeNumber(record.firstNumber, record.first, number))
         return false;
+    const double value = number.value;
     if (std::fabs(value) >= kInfiniteFrom)
     {
-        value = std::copysign(Infinity, value);
+        number = std::copysign(Infinity, value);
     }
     else if (std::fabs(value) >= kInfiniteForSomeFrom)
     {
@@ -103,7 +104,8 @@ bool Builder::TakeBoundValue(const BoundType& type, const Record& record, double
                                record.firstNumber),
                    "leave the bound out, or take a smaller number");
     }
-    if ((type.setsLower && value == Infinity) || (type.setsUpper && value == -Infinity))
+    if ((type.setsLower && number.value == Infinity) ||
+        (type.setsUpper && number.value == -Infinity))
     {
         return m_messages.Fail(
             record.firstNumber.data(), "mps.impossible-bound",
@@ -113,27 +115,36 @@ bool Builder::TakeBoundValue(const BoundType& type, const Record& record, double
     return true;
 }
 
-void Builder::SetBound(const BoundType& type, std::uint32_t column, double value,
+void Builder::StoreBounds(std::uint32_t column, const FileNumber& lower, const FileNumber& upper)
+{
+    m_builder.SetVariableBounds(column, {lower.value, upper.value});
+    Keep(m_builder, {NumberPlace::Of::VariableLower, column}, lower);
+    Keep(m_builder, {NumberPlace::Of::VariableUpper, column}, upper);
+}
+
+void Builder::SetBound(const BoundType& type, std::uint32_t column, const FileNumber& number,
                        const Record& record)
 {
     BoundPlaces& places = m_boundPlaces[column];
-    const Bounds before = {Made().VariableLower()[column], Made().VariableUpper()[column]};
-    Bounds after = before;
+    const FileNumber lowerBefore = LowerOf(Made(), Made().VariableAt(column));
+    const FileNumber upperBefore = UpperOf(Made(), Made().VariableAt(column));
+    FileNumber lower = lowerBefore;
+    FileNumber upper = upperBefore;
     const bool binary = type.integer && !type.needsValue;
     if (type.setsLower)
-        after.lower = type.needsValue ? value : binary ? 0.0 : -Infinity;
+        lower = type.needsValue ? number : FileNumber(binary ? 0.0 : -Infinity);
     if (type.setsUpper)
-        after.upper = type.needsValue ? value : binary ? 1.0 : Infinity;
-    if (type.setsLower && places.lower != nullptr && after.lower != before.lower)
+        upper = type.needsValue ? number : FileNumber(binary ? 1.0 : Infinity);
+    if (type.setsLower && places.lower != nullptr && !(lower == lowerBefore))
         NoteSecondBound(places.lower, record);
-    else if (type.setsUpper && places.upper != nullptr && after.upper != before.upper)
+    else if (type.setsUpper && places.upper != nullptr && !(upper == upperBefore))
         NoteSecondBound(places.upper, record);
     if (type.setsLower)
         places.lower = record.Begin();
     if (type.setsUpper)
         places.upper = record.Begin();
     m_firstInteger = type.integer && m_firstInteger == nullptr ? record.Begin() : m_firstInteger;
-    m_builder.SetVariableBounds(column, after);
+    StoreBounds(column, lower, upper);
 }
 
 void Builder::NoteSecondBound(const char* before, const Record& record)

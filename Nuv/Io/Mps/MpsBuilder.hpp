@@ -8,6 +8,7 @@
 /// an error when it returns false.
 #pragma once
 
+#include "Nuv/Io/FileNumber.hpp"
 #include "Nuv/Io/Mps/MpsLine.hpp"
 #include "Nuv/Io/Mps/MpsMessages.hpp"
 #include "Nuv/Io/ReadResult.hpp"
@@ -93,7 +94,7 @@ private:
     struct RangeEntry
     {
         std::uint32_t row;
-        double value;
+        FileNumber number;
         std::string_view text;
     };
 
@@ -131,24 +132,27 @@ private:
     bool AddMarker(const Record& record);
     bool AddEntry(std::string_view row, std::string_view number);
     bool TakeEntry(const Entry& entry);
-    bool AddCoefficient(const Entry& entry, double value);
+    bool AddCoefficient(const Entry& entry, const FileNumber& number);
     bool FindRow(std::string_view name, std::uint32_t& index);
     void FinishColumns();
 
     // RHS and RANGES: MpsRightHandSides.cpp.
-    bool SetRightHandSide(std::string_view row, std::string_view number);
-    void SetConstant(std::string_view row, double value);
-    bool SetSide(std::uint32_t row, double value, std::string_view number);
-    bool SetRange(std::string_view row, std::string_view number);
+    bool SetRightHandSide(std::string_view row, std::string_view text);
+    void SetConstant(std::string_view row, const FileNumber& number);
+    bool SetSide(std::uint32_t row, FileNumber number, std::string_view text);
+    bool SetRange(std::string_view row, std::string_view text);
     bool OnlyOnce(std::vector<const char*>& places, std::uint32_t index, std::string_view row,
                   std::string_view what);
     bool FinishRows();
     bool FinishRange(const RangeEntry& range);
+    void StoreSides(std::uint32_t row, const FileNumber& lower, const FileNumber& upper);
 
     // BOUNDS: MpsBounds.cpp.
-    bool TakeBoundValue(const BoundType& type, const Record& record, double& value);
+    bool TakeBoundValue(const BoundType& type, const Record& record, FileNumber& number);
     bool RefuseInteger(const BoundType& type, const Record& record);
-    void SetBound(const BoundType& type, std::uint32_t column, double value, const Record& record);
+    void SetBound(const BoundType& type, std::uint32_t column, const FileNumber& number,
+                  const Record& record);
+    void StoreBounds(std::uint32_t column, const FileNumber& lower, const FileNumber& upper);
     void NoteSecondBound(const char* before, const Record& record);
     void FinishBounds();
     void FinishBound(std::uint32_t column);
@@ -166,7 +170,7 @@ private:
     std::vector<const char*> m_rhsPlaces;
     std::vector<const char*> m_rangePlaces;
     std::vector<char> m_types;  ///< of the model's rows: L, G or E
-    std::vector<double> m_rightHandSides;
+    std::vector<FileNumber> m_rightHandSides;
     std::vector<RangeEntry> m_ranges;
     bool m_hasObjective = false;
 

@@ -175,13 +175,14 @@ bool Builder::TakeEntry(const Entry& entry)
             "take one of them out, or write their sum");
     }
     row.lastEntry = entry.name.data();
-    double value = 0.0;
-    return m_messages.TakeNumber(entry.number, entry.name, value) && AddCoefficient(entry, value);
+    FileNumber number;
+    return m_messages.TakeNumber(entry.number, entry.name, number) && AddCoefficient(entry, number);
 }
 
-bool Builder::AddCoefficient(const Entry& entry, double value)
+bool Builder::AddCoefficient(const Entry& entry, const FileNumber& number)
 {
     const char* const at = entry.number.data();
+    const double value = number.value;
     if (!std::isfinite(value))
     {
         return m_messages.Fail(
@@ -193,6 +194,7 @@ bool Builder::AddCoefficient(const Entry& entry, double value)
     if (to == kObjective)
     {
         m_builder.SetObjectiveCoefficient(entry.column, value);
+        Keep(m_builder, {NumberPlace::Of::Objective, entry.column}, number);
         return true;
     }
     if (to == kDropped)
@@ -201,6 +203,7 @@ bool Builder::AddCoefficient(const Entry& entry, double value)
         m_firstZero = m_zeros++ == 0 ? at : m_firstZero;
     while (m_starts.size() <= entry.column)
         m_starts.push_back(m_entries.size());
+    Keep(m_builder, {NumberPlace::Of::Entry, to, entry.column}, number);
     m_entryRows.push_back(to);
     m_entries.push_back(value);
     return true;

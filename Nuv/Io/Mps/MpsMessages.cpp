@@ -50,13 +50,13 @@ bool Messages::UnknownColumn(std::string_view name)
                 "a bound is a type, a set, a column and a value; letter case counts");
 }
 
-bool Messages::TakeNumber(std::string_view text, std::string_view of, double& value)
+bool Messages::TakeNumber(std::string_view text, std::string_view of, FileNumber& number)
 {
-    const Number number = ReadNumber(text);
-    value = number.value;
-    switch (number.fault)
+    const Number read = ReadNumber(text);
+    switch (read.fault)
     {
     case NumberFault::None:
+        number = ExactNumberOf(text, read.value);
         return true;
     case NumberFault::Undefined:
         return Fail(text.data(), "mps.not-finite",

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Nuv/Io/Diagnostics.hpp"
+#include "Nuv/Io/FileNumber.hpp"
 #include "Nuv/Io/Mps/MpsLine.hpp"
 #include "Nuv/Io/Mps/MpsSection.hpp"
 
@@ -48,7 +49,7 @@ public:
     bool UnknownColumn(std::string_view name);
 
     /// Takes a number that may be infinite. `of` is what it belongs to.
-    bool TakeNumber(std::string_view text, std::string_view of, double& value);
+    bool TakeNumber(std::string_view text, std::string_view of, FileNumber& number);
     /// Checks the name of a row or column, where it is met first.
     bool CheckName(std::string_view name, std::string_view what);
 

@@ -1,6 +1,9 @@
 /// Numbers as MPS files write them: an optional sign, digits with an optional point, an exponent
-/// after e, E, d or D; infinity and nan in the words of C. Every number is the nearest double.
+/// after e, E, d or D; infinity and nan in the words of C. Each is read as the nearest double, and
+/// where that does not say it, kept in full beside it.
 #pragma once
+
+#include "Nuv/Io/FileNumber.hpp"
 
 #include <cstdint>
 #include <string_view>
@@ -25,12 +28,7 @@ struct Number
 
 [[nodiscard]] Number ReadNumber(std::string_view text) noexcept;
 
-/// rightHandSide - range or, with `sum`, rightHandSide + range: of the decimals that they look
-/// like, unless `text`, which is what `range` was read from, has more digits than a double holds;
-/// then the nearest double to the double plus or minus all of them. Not every pair of doubles is
-/// the sum of two doubles that short decimals can name, so a writer of ranges needs the longer
-/// ones.
-[[nodiscard]] double EndOfRange(double rightHandSide, double range, std::string_view text,
-                                bool sum);
+/// The number that `text`, which ReadNumber took, is exactly; `nearest` is what that gave.
+[[nodiscard]] FileNumber ExactNumberOf(std::string_view text, double nearest);
 
 }  // namespace nuv::mps

@@ -2,11 +2,11 @@
 /// when the file has been read, since RANGES may come before RHS.
 #include "Nuv/Io/Infinity.hpp"
 #include "Nuv/Io/Mps/MpsBuilder.hpp"
-#include "Nuv/Io/Mps/MpsNumber.hpp"
 
 #include <fmt/core.h>
 
 #include <cmath>
+#include <utility>
 
 namespace nuv::mps
 {
@@ -15,7 +15,7 @@ bool Builder::AddRightHandSide(const Record& record)
 {
     if (!IsInFirstSet(m_rhsSet, record))
         return true;
-    m_rightHandSides.resize(m_types.size(), 0.0);
+    m_rightHandSides.resize(m_types.size());
     m_rhsPlaces.resize(m_rowNames.Size(), nullptr);
     if (!SetRightHandSide(record.first, record.firstNumber))
         return false;
@@ -24,61 +24,64 @@ bool Builder::AddRightHandSide(const Record& record)
     return SetRightHandSide(record.second, record.secondNumber);
 }
 
-bool Builder::SetRightHandSide(std::string_view row, std::string_view number)
+bool Builder::SetRightHandSide(std::string_view row, std::string_view text)
 {
     std::uint32_t index = 0;
-    double value = 0.0;
+    FileNumber number;
     if (!FindRow(row, index) || !OnlyOnce(m_rhsPlaces, index, row, "right-hand side") ||
-        !m_messages.TakeNumber(number, row, value))
+        !m_messages.TakeNumber(text, row, number))
         return false;
     const std::uint32_t to = m_rowStates[index].to;
     if (to == kDropped)
         return true;
     if (to != kObjective)
-        return SetSide(to, value, number);
-    if (!std::isfinite(value))
+        return SetSide(to, std::move(number), text);
+    if (!std::isfinite(number.value))
     {
-        return m_messages.Fail(number.data(), "mps.not-finite",
+        return m_messages.Fail(text.data(), "mps.not-finite",
                                "the objective's constant is infinite",
                                "only bounds may be infinite");
     }
-    SetConstant(row, value);
+    SetConstant(row, number);
     return true;
 }
 
-void Builder::SetConstant(std::string_view row, double value)
+void Builder::SetConstant(std::string_view row, const FileNumber& number)
 {
-    if (value == 0.0)
+    if (number.value == 0.0)
         return;
-    m_builder.SetObjectiveConstant(m_options.mpsConstantPlus ? value : -value);
+    const FileNumber constant = m_options.mpsConstantPlus ? number : -number;
+    m_builder.SetObjectiveConstant(constant.value);
+    Keep(m_builder, {NumberPlace::Of::ObjectiveConstant}, constant);
     m_log.Note(row.data(), "mps.objective-constant",
                fmt::format("the objective's constant is {}: {} the right-hand side of its row",
-                           Made().ObjectiveConstant(),
+                           NumberText(constant),
                            m_options.mpsConstantPlus ? "as asked," : "the negative of"),
                m_options.mpsConstantPlus
                    ? ""
                    : "some programs add it; --mps-objective-constant=plus does so");
 }
 
-bool Builder::SetSide(std::uint32_t row, double value, std::string_view number)
+bool Builder::SetSide(std::uint32_t row, FileNumber number, std::string_view text)
 {
     const char type = m_types[row];
+    const double value = number.value;
     const bool unlimited = type == 'L' ? value > 0.0 : value < 0.0;
     if (std::fabs(value) >= kInfiniteFrom && type != 'E' && unlimited)
     {
-        m_log.Note(number.data(), "mps.infinite-number",
-                   fmt::format("{} is taken for infinity: row '{}' has no limit there", number,
+        m_log.Note(text.data(), "mps.infinite-number",
+                   fmt::format("{} is taken for infinity: row '{}' has no limit there", text,
                                Made().RowName(row)));
-        value = std::copysign(Infinity, value);
+        number = std::copysign(Infinity, value);
     }
     else if (std::isinf(value))
     {
         return m_messages.Fail(
-            number.data(), "mps.impossible-bound",
+            text.data(), "mps.impossible-bound",
             fmt::format("no number can keep row '{}' there", Made().RowName(row)),
             "only the limit of an L row may be inf, and that of a G row -inf");
     }
-    m_rightHandSides[row] = value;
+    m_rightHandSides[row] = std::move(number);
     return true;
 }
 
@@ -94,12 +97,12 @@ bool Builder::AddRange(const Record& record)
     return SetRange(record.second, record.secondNumber);
 }
 
-bool Builder::SetRange(std::string_view row, std::string_view number)
+bool Builder::SetRange(std::string_view row, std::string_view text)
 {
     std::uint32_t index = 0;
-    double value = 0.0;
+    FileNumber number;
     if (!FindRow(row, index) || !OnlyOnce(m_rangePlaces, index, row, "range") ||
-        !m_messages.TakeNumber(number, row, value))
+        !m_messages.TakeNumber(text, row, number))
         return false;
     const std::uint32_t to = m_rowStates[index].to;
     if (to == kObjective || to == kDropped)
@@ -109,7 +112,7 @@ bool Builder::SetRange(std::string_view row, std::string_view number)
                    "take it out");
         return true;
     }
-    m_ranges.push_back({to, value, number});
+    m_ranges.push_back({to, std::move(number), text});
     return true;
 }
 
@@ -129,15 +132,12 @@ bool Builder::OnlyOnce(std::vector<const char*>& places, std::uint32_t index, st
 
 bool Builder::FinishRows()
 {
-    m_rightHandSides.resize(m_types.size(), 0.0);
+    m_rightHandSides.resize(m_types.size());
     for (std::uint32_t row = 0; row < m_types.size(); ++row)
     {
-        Bounds limits = {m_rightHandSides[row], m_rightHandSides[row]};
-        if (m_types[row] == 'L')
-            limits.lower = -Infinity;
-        else if (m_types[row] == 'G')
-            limits.upper = Infinity;
-        m_builder.SetRowBounds(row, limits);
+        const FileNumber& side = m_rightHandSides[row];
+        StoreSides(row, m_types[row] == 'L' ? FileNumber(-Infinity) : side,
+                   m_types[row] == 'G' ? FileNumber(Infinity) : side);
     }
     for (const RangeEntry& range : m_ranges)
     {
@@ -147,15 +147,23 @@ bool Builder::FinishRows()
     return true;
 }
 
+void Builder::StoreSides(std::uint32_t row, const FileNumber& lower, const FileNumber& upper)
+{
+    m_builder.SetRowBounds(row, {lower.value, upper.value});
+    Keep(m_builder, {NumberPlace::Of::RowLower, row}, lower);
+    Keep(m_builder, {NumberPlace::Of::RowUpper, row}, upper);
+}
+
 /// L: [rhs - |R|, rhs]; G: [rhs, rhs + |R|]; E: [rhs, rhs + R], or [rhs + R, rhs] for R < 0.
 bool Builder::FinishRange(const RangeEntry& range)
 {
     const char type = m_types[range.row];
-    const bool down = type == 'L' || (type == 'E' && range.value < 0.0);
-    const double value = m_rightHandSides[range.row];
-    const double end = EndOfRange(value, std::fabs(range.value), range.text, !down);
+    const bool isNegative = std::signbit(range.number.value);
+    const bool down = type == 'L' || (type == 'E' && range.number.value < 0.0);
+    const FileNumber& side = m_rightHandSides[range.row];
+    const FileNumber end = side + (down == isNegative ? range.number : -range.number);
     // From a row without limit no range leads back.
-    if (std::isinf(value))
+    if (std::isinf(side.value))
     {
         m_log.Warn(range.text.data(), "mps.range-without-limit",
                    fmt::format("the range of '{}' is left out: the row has no limit to count from",
@@ -163,14 +171,14 @@ bool Builder::FinishRange(const RangeEntry& range)
                    "give the row a right-hand side");
         return true;
     }
-    if (std::isinf(end) && !std::isinf(range.value))
+    if (std::isinf(end.value) && !std::isinf(range.number.value))
     {
         return m_messages.Fail(range.text.data(), "mps.number-too-large",
                                fmt::format("the range leads '{}' beyond the largest double",
                                            Made().RowName(range.row)),
                                "leave it out if the row has no limit there");
     }
-    m_builder.SetRowBounds(range.row, {down ? end : value, down ? value : end});
+    StoreSides(range.row, down ? end : side, down ? side : end);
     return true;
 }
 

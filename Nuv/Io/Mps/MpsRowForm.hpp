@@ -1,6 +1,8 @@
 /// How MPS states the limits of a row: a type, a right-hand side and perhaps a range.
 #pragma once
 
+#include "Nuv/Io/FileNumber.hpp"
+
 #include <string>
 
 namespace nuv::mps
@@ -9,13 +11,13 @@ namespace nuv::mps
 struct RowForm
 {
     char type = 'E';
-    double rightHandSide = 0.0;
+    FileNumber rightHandSide;
     std::string range;  ///< as it is written; empty if there is none
 };
 
-/// The form that reads back as these limits, bit for bit; lower <= upper, and if both are finite,
-/// upper - lower is. A row without limits is a G row with -1e30, which every program takes for
-/// infinite.
-[[nodiscard]] RowForm FormOf(double lower, double upper);
+/// The form that reads back as these limits, exactly; lower <= upper, and if both are finite, both
+/// and upper - lower are decimals. A row without limits is a G row with -1e30, which every program
+/// takes for infinite.
+[[nodiscard]] RowForm FormOf(const FileNumber& lower, const FileNumber& upper);
 
 }  // namespace nuv::mps

@@ -3,9 +3,7 @@
 
 #include "Nuv/Io/Mps/MpsLayout.hpp"
 #include "Nuv/Io/Mps/MpsLine.hpp"
-#include "Nuv/Io/Mps/MpsNumber.hpp"
 #include "Nuv/Io/Mps/MpsRowForm.hpp"
-#include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Io/WrittenNames.hpp"
 #include "Nuv/Model/Transposed.hpp"
 
@@ -94,10 +92,15 @@ private:
     void WriteRightHandSides();
     void WriteRanges();
     void WriteBound(std::uint32_t column);
-    double Limit(double value, bool isLower, std::string_view what, std::string_view name)
+    /// The number at a place, but for one that no reader takes for finite there.
+    FileNumber Limit(const FileNumber& limit, bool isLower, std::string_view what,
+                     std::string_view name)
     {
-        return WrittenLimit(m_result, "mps.infinite-number", value, isLower, what, name);
+        const double written =
+            WrittenLimit(m_result, "mps.infinite-number", limit.value, isLower, what, name);
+        return std::isinf(written) ? FileNumber(written) : limit;
     }
+    [[nodiscard]] std::string TextOf(const FileNumber& number, std::string_view name);
     bool Fail(std::string code, std::string text, std::string hint);
 
     const Model& m_model;
@@ -193,20 +196,26 @@ void Writer::WriteRows()
 
 bool Writer::TakeRow(std::uint32_t row)
 {
-    double lower = m_model.RowLower()[row];
-    double upper = m_model.RowUpper()[row];
+    FileNumber lower = LowerOf(m_model, m_model.RowAt(row));
+    FileNumber upper = UpperOf(m_model, m_model.RowAt(row));
     const std::string_view name = m_model.RowName(row);
-    if (lower > upper)
+    if (lower.value > upper.value ||
+        (lower.value == upper.value && lower.Exactly() > upper.Exactly()))
     {
         return Fail("mps.contradictory-row",
-                    fmt::format("MPS cannot state {} <= '{}' <= {}", lower, name, upper),
+                    fmt::format("MPS cannot state {} <= '{}' <= {}", NumberText(lower), name,
+                                NumberText(upper)),
                     "this row alone makes the model infeasible; the LP format can state it");
     }
     // Only the limits that lead away from zero: the others are read as the numbers they are.
-    if (lower != upper && lower < 0.0)
+    const bool isEquation = lower == upper;
+    if (!isEquation && lower.value < 0.0)
         lower = Limit(lower, true, "row", name);
-    if (lower != upper && upper > 0.0)
+    if (!isEquation && upper.value > 0.0)
         upper = Limit(upper, false, "row", name);
+    // Said of the sides themselves, a range between them being the sum of both.
+    (void)TextOf(lower, name);
+    (void)TextOf(upper, name);
     m_rowForms.push_back(mps::FormOf(lower, upper));
     return true;
 }
@@ -215,11 +224,19 @@ void Writer::WriteColumn(std::uint32_t column)
 {
     const std::string_view name = m_columns[column];
     const double cost = m_model.Objective()[column];
+    const std::string_view known = m_model.VariableName(column);
     // A column without any entry is known by its name only if it has one here.
     if (!IsPlusZero(cost) || m_matrix.starts[column] == m_matrix.starts[column + 1])
-        m_layout.Pair(name, m_rows[m_model.RowCount()], NumberText(cost));
+    {
+        m_layout.Pair(name, m_rows[m_model.RowCount()], TextOf(CostOf(m_model, column), known));
+    }
     for (std::size_t at = m_matrix.starts[column]; at < m_matrix.starts[column + 1]; ++at)
-        m_layout.Pair(name, m_rows[m_matrix.indices[at]], NumberText(m_matrix.values[at]));
+    {
+        const std::uint32_t row = m_matrix.indices[at];
+        const NumberPlace place = {NumberPlace::Of::Entry, row, column};
+        m_layout.Pair(name, m_rows[row],
+                      TextOf(NumberAt(m_model, place, m_matrix.values[at]), known));
+    }
     m_layout.EndPairs();
 }
 
@@ -228,12 +245,15 @@ void Writer::WriteRightHandSides()
     m_layout.BeginSection("RHS");
     const double constant = m_model.ObjectiveConstant();
     if (constant != 0.0)
-        m_layout.Pair("RHS", m_rows[m_model.RowCount()], NumberText(-constant));
+    {
+        m_layout.Pair("RHS", m_rows[m_model.RowCount()],
+                      TextOf(-ConstantOf(m_model), "the objective"));
+    }
     for (std::uint32_t row = 0; row < m_rowForms.size(); ++row)
     {
-        const double value = m_rowForms[row].rightHandSide;
-        if (!IsPlusZero(value))
-            m_layout.Pair("RHS", m_rows[row], NumberText(value));
+        const FileNumber& side = m_rowForms[row].rightHandSide;
+        if (!IsPlusZero(side.value))
+            m_layout.Pair("RHS", m_rows[row], NumberText(side));
     }
     m_layout.EndSection();
 }
@@ -252,20 +272,33 @@ void Writer::WriteRanges()
 void Writer::WriteBound(std::uint32_t column)
 {
     const std::string_view name = m_columns[column];
-    const double lower = Limit(m_model.VariableLower()[column], true, "variable", name);
-    const double upper = Limit(m_model.VariableUpper()[column], false, "variable", name);
-    if (lower == -Infinity && upper == Infinity)
+    const std::string_view known = m_model.VariableName(column);
+    const FileNumber lower =
+        Limit(LowerOf(m_model, m_model.VariableAt(column)), true, "variable", name);
+    const FileNumber upper =
+        Limit(UpperOf(m_model, m_model.VariableAt(column)), false, "variable", name);
+    if (lower.value == -Infinity && upper.value == Infinity)
         return m_layout.Bound("FR", name);
-    if (std::bit_cast<std::uint64_t>(lower) == std::bit_cast<std::uint64_t>(upper))
-        return m_layout.Bound("FX", name, NumberText(lower));
+    if (lower == upper && std::signbit(lower.value) == std::signbit(upper.value))
+        return m_layout.Bound("FX", name, TextOf(lower, known));
     // An upper bound that is not positive would change a lower one that is not written.
-    const bool needsLower = !IsPlusZero(lower) || !(upper > 0.0);
-    if (lower == -Infinity)
+    const bool needsLower = !IsPlusZero(lower.value) || !(upper.value > 0.0);
+    if (lower.value == -Infinity)
         m_layout.Bound("MI", name);
     else if (needsLower)
-        m_layout.Bound("LO", name, NumberText(lower));
-    if (upper != Infinity)
-        m_layout.Bound("UP", name, NumberText(upper));
+        m_layout.Bound("LO", name, TextOf(lower, known));
+    if (upper.value != Infinity)
+        m_layout.Bound("UP", name, TextOf(upper, known));
+}
+
+/// The number in full, of variable or row `name`; MPS has decimals only.
+std::string Writer::TextOf(const FileNumber& number, std::string_view name)
+{
+    std::string text = NumberText(number);
+    if (text.find('/') != std::string::npos)
+        Fail("mps.quotient", fmt::format("MPS has no number {}, which '{}' has", text, name),
+             "no decimal is this quotient; the LP format can state it");
+    return text;
 }
 
 bool Writer::Fail(std::string code, std::string text, std::string hint)

@@ -1,6 +1,6 @@
 #include "Nuv/Io/Smt/SmtWriter.hpp"
 
-#include "Nuv/Algebra/Rational.hpp"
+#include "Nuv/Io/FileNumber.hpp"
 
 #include <cmath>
 #include <string_view>
@@ -12,13 +12,13 @@ namespace
 {
 
 /// Numbers of QF_LRA are decimals without sign and exponent, and quotients of these.
-std::string NumberOf(double value)
+std::string TextOf(const FileNumber& number)
 {
-    const Rational exact = ToRational(std::fabs(value), CoefficientMeaning::ShortestDecimal);
-    std::string text = exact.Numerator().ToString() + ".0";
+    const Rational exact = number.Exactly();
+    std::string text = Abs(exact.Numerator()).ToString() + ".0";
     if (exact.Denominator() != 1)
         text = "(/ " + text + " " + exact.Denominator().ToString() + ".0)";
-    return value < 0.0 ? "(- " + text + ")" : text;
+    return exact.Sign() < 0 ? "(- " + text + ")" : text;
 }
 
 std::string SymbolOf(std::string_view name)
@@ -51,32 +51,34 @@ public:
         for (const std::string& symbol : m_symbols)
             m_text += "(declare-fun " + symbol + " () Real)\n";
         for (std::uint32_t j = 0; j < m_model.VariableCount(); ++j)
-            Assert(m_symbols[j], m_model.VariableLower()[j], m_model.VariableUpper()[j]);
+            Assert(m_symbols[j], LowerOf(m_model, m_model.VariableAt(j)),
+                   UpperOf(m_model, m_model.VariableAt(j)));
         for (std::uint32_t i = 0; i < m_model.RowCount(); ++i)
-            Assert(SumOfRow(i), m_model.RowLower()[i], m_model.RowUpper()[i]);
+            Assert(SumOfRow(i), LowerOf(m_model, m_model.RowAt(i)),
+                   UpperOf(m_model, m_model.RowAt(i)));
         m_text += "(define-fun %objective () Real " + Objective() + ")\n(check-sat)\n";
         return std::move(m_text);
     }
 
 private:
-    void Assert(const std::string& sum, double lower, double upper)
+    void Assert(const std::string& sum, const FileNumber& lower, const FileNumber& upper)
     {
         if (lower == upper)
             return AssertOne("=", sum, lower);
-        if (std::isfinite(lower))
+        if (std::isfinite(lower.value))
             AssertOne(">=", sum, lower);
-        if (std::isfinite(upper))
+        if (std::isfinite(upper.value))
             AssertOne("<=", sum, upper);
     }
-    void AssertOne(const char* relation, const std::string& sum, double side)
+    void AssertOne(const char* relation, const std::string& sum, const FileNumber& side)
     {
         m_text.append("(assert (").append(relation).append(" ").append(sum).append(" ");
-        m_text.append(NumberOf(side)).append("))\n");
+        m_text.append(TextOf(side)).append("))\n");
     }
 
-    [[nodiscard]] std::string Term(std::uint32_t column, double coefficient) const
+    [[nodiscard]] std::string Term(std::uint32_t column, const FileNumber& coefficient) const
     {
-        return "(* " + NumberOf(coefficient) + " " + m_symbols[column] + ")";
+        return "(* " + TextOf(coefficient) + " " + m_symbols[column] + ")";
     }
 
     /// The sum of terms, of which there may be one or none.
@@ -94,7 +96,11 @@ private:
     {
         std::vector<std::string> terms;
         for (std::size_t k = 0; k < m_model.RowColumns(row).size(); ++k)
-            terms.push_back(Term(m_model.RowColumns(row)[k], m_model.RowCoefficients(row)[k]));
+        {
+            const std::uint32_t column = m_model.RowColumns(row)[k];
+            terms.push_back(Term(column, NumberAt(m_model, {NumberPlace::Of::Entry, row, column},
+                                                  m_model.RowCoefficients(row)[k])));
+        }
         return SumOf(terms);
     }
 
@@ -103,9 +109,9 @@ private:
         std::vector<std::string> terms;
         for (std::uint32_t j = 0; j < m_model.VariableCount(); ++j)
             if (m_model.Objective()[j] != 0.0)
-                terms.push_back(Term(j, m_model.Objective()[j]));
+                terms.push_back(Term(j, CostOf(m_model, j)));
         if (m_model.ObjectiveConstant() != 0.0)
-            terms.push_back(NumberOf(m_model.ObjectiveConstant()));
+            terms.push_back(TextOf(ConstantOf(m_model)));
         return SumOf(terms);
     }
 

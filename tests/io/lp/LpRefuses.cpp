@@ -85,7 +85,9 @@ const Case kCases[] = {
     {"a term after infinity", "max x\nst\n x <= inf + 4\nend", "lp.infinite-term 3:13"},
     {"infinity with a coefficient", "max x\nst\n 2 inf <= 4\nend", "lp.infinite-term 3:4"},
     // Terms.
-    {"a quotient", "max x\nst\n 1/2 x <= 4\nend", "lp.quotient 3:3"},
+    {"a quotient of a decimal", "max x\nst\n 1.5/2 x <= 4\nend", "lp.quotient 3:5"},
+    {"a quotient with blanks", "max x\nst\n 1 / 2 x <= 4\nend", "lp.quotient 3:4"},
+    {"a quotient by zero", "max x\nst\n 1/0 x <= 4\nend", "lp.quotient 3:3"},
     {"a quotient of a variable", "max x\nst\n x/2 <= 4\nend", "lp.quotient 3:2"},
     {"a product", "max x\nst\n 2 * x <= 4\nend", "lp.product 3:4"},
     {"two variables side by side", "max x\nst\n x y <= 4\nend", "lp.missing-sign 3:4"},
