@@ -2,6 +2,7 @@
 """z3.py NUVLP MODELS: asks z3, of the textbook models in SMT-LIB as nuvlp has converted them, what nuvlp says
 of the models: whether there is a feasible point, whether one has the optimum, and whether one is better. Ends
 with 77, which is no failure, where z3 is not installed."""
+import json
 import re
 import shutil
 import subprocess
@@ -23,14 +24,14 @@ def smt(fraction):
 
 def expected(nuvlp, model, maximise):
     """The verdict, and pairs of an assertion and what z3 is to say of it."""
-    report = run(nuvlp, 'solve', '--quiet', model)
+    report = json.loads(run(nuvlp, 'solve', '--json', model))
     better = '>' if maximise else '<'
-    if 'infeasible' in report:
+    if report['status'] == 'infeasible':
         return 'infeasible', [('true', 'unsat')]
-    if 'unbounded' in report:
+    if report['status'] == 'unbounded':
         far = FAR if maximise else f'(- {FAR})'
         return 'unbounded', [('true', 'sat'), (f'({better} %objective {far})', 'sat')]
-    value = smt(re.search(r'proved as written, exactly (\S+)', report)[1])
+    value = smt(report['proof']['objective'])
     return 'optimal', [('true', 'sat'), (f'(= %objective {value})', 'sat'),
                        (f'({better} %objective {value})', 'unsat')]
 
