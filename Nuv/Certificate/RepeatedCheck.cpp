@@ -52,7 +52,7 @@ void RepeatedCheck::TakeCosts()
 
 std::string RepeatedCheck::Check(const Certificate& certificate)
 {
-    if (certificate.status != Status::Optimal)
+    if (certificate.status != Status::Optimal || !m_form.exact.Empty())
         return CheckCertificate(m_form, certificate);
     if (!m_hasNumbers)
         TakeNumbers();

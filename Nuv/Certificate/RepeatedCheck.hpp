@@ -2,7 +2,8 @@
 /// It says what CheckCertificate says, and shares as little with the solvers; but it keeps the form
 /// in integers, and of an optimum the conditions that hold already: those of a point that is the
 /// same number for number are compared with the bounds that have changed alone, and the signs of
-/// reduced costs stay with the duals that they come from.
+/// reduced costs stay with the duals that they come from. A form with numbers that its doubles do
+/// not say is checked anew each time.
 #pragma once
 
 #include "Nuv/Certificate/Certificate.hpp"

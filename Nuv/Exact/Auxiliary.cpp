@@ -16,17 +16,7 @@ namespace
 void AppendColumn(const BoundedForm& form, Index variable, double sign,
                   SparseVectors<double>& columns, BoundedForm& elastic)
 {
-    form.VisitColumn(
-        variable,
-        [&](Index row, double entry)
-        {
-            columns.Append(row, sign * entry);
-            const Rational* exact = form.exact.Find({FormPlace::Of::Entry, row, variable});
-            if (exact != nullptr)
-                elastic.exact.Set({FormPlace::Of::Entry, row, columns.Count()},
-                                  sign < 0.0 ? Rational(-*exact) : *exact);
-        });
-    columns.Close();
+    AppendColumnOf(form, variable, sign, columns, elastic.exact);
     elastic.cost.push_back(1.0);
     elastic.columnLower.push_back(0.0);
     elastic.columnUpper.push_back(kInfinity);

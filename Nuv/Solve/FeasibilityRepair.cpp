@@ -32,6 +32,7 @@ public:
           m_above(original.Variables(), kNoIndex)
     {
         form.constant = 0.0;
+        form.exact.EraseObjective();
         std::fill(form.cost.begin(), form.cost.end(), 0.0);
         SparseVectors<double> columns = original.matrix.Columns();
         for (Index v = 0; v < original.Variables(); ++v)
@@ -43,15 +44,13 @@ public:
     /// What the bounds of a variable have to change by at a point of the elastic program.
     void AppendChanges(Index v, const ExactVector& point, std::vector<BoundChange>& changes) const
     {
-        const double lower = m_original.Lower(v);
-        const double upper = m_original.Upper(v);
         Rational below = PassedBy(m_below[v], point);
         Rational above = PassedBy(m_above[v], point);
-        if (lower > upper)
+        if (BoundsCross(m_original, v))
         {
             const Rational value = ValueOf(v, point);
-            below = std::max(ToRational(lower, form.numbers) - value, Rational(0));
-            above = std::max(value - ToRational(upper, form.numbers), Rational(0));
+            below = std::max(m_original.ExactLower(v) - value, Rational(0));
+            above = std::max(value - m_original.ExactUpper(v), Rational(0));
         }
         if (below.Sign() > 0)
             changes.push_back({{v, false}, std::move(below)});
@@ -74,35 +73,38 @@ private:
     {
         const bool lowerMoves = MayMove({v, false});
         const bool upperMoves = MayMove({v, true});
-        const double lower = m_original.Lower(v);
-        const double upper = m_original.Upper(v);
-        if (lower > upper)
-        {
-            SetBounds(v, upperMoves && !lowerMoves ? lower : upper,
-                      lowerMoves && !upperMoves ? upper : lower);
-            // Neither may move: the bounds stay crossed, and that is the proof.
-            if (!lowerMoves && !upperMoves)
-                SetBounds(v, lower, upper);
-        }
+        // If neither may move the bounds stay crossed, and that is the proof.
+        if (BoundsCross(m_original, v) && (lowerMoves || upperMoves))
+            TakeBounds(v, lowerMoves, lowerMoves && !upperMoves);
         if (lowerMoves)
             m_below[v] = AppendColumn(v, -1.0, columns);
         if (upperMoves)
             m_above[v] = AppendColumn(v, 1.0, columns);
     }
 
-    void SetBounds(Index v, double lower, double upper)
+    /// Makes each bound one of the original's two.
+    void TakeBounds(Index v, bool lowerFromUpper, bool upperFromUpper)
     {
         const bool isRow = m_original.IsLogical(v);
         const Index at = isRow ? m_original.RowOf(v) : v;
-        (isRow ? form.rowLower : form.columnLower)[at] = lower;
-        (isRow ? form.rowUpper : form.columnUpper)[at] = upper;
+        const FormPlace places[] = {
+            {isRow ? FormPlace::Of::RowLower : FormPlace::Of::ColumnLower, at},
+            {isRow ? FormPlace::Of::RowUpper : FormPlace::Of::ColumnUpper, at}};
+        double* const bounds[] = {&(isRow ? form.rowLower : form.columnLower)[at],
+                                  &(isRow ? form.rowUpper : form.columnUpper)[at]};
+        const bool fromUpper[] = {lowerFromUpper, upperFromUpper};
+        for (const std::size_t to : {0, 1})
+        {
+            *bounds[to] = fromUpper[to] ? m_original.Upper(v) : m_original.Lower(v);
+            form.exact.Erase(places[to]);
+            if (const Rational* exact = m_original.exact.Find(places[fromUpper[to] ? 1 : 0]))
+                form.exact.Set(places[to], *exact);
+        }
     }
 
     Index AppendColumn(Index v, double sign, SparseVectors<double>& columns)
     {
-        m_original.VisitColumn(v,
-                               [&](Index row, double entry) { columns.Append(row, sign * entry); });
-        columns.Close();
+        AppendColumnOf(m_original, v, sign, columns, form.exact);
         form.cost.push_back(m_weights[v]);
         form.columnLower.push_back(0.0);
         form.columnUpper.push_back(kInfinity);
@@ -120,7 +122,8 @@ private:
             return point.At(v) + PassedBy(m_above[v], point) - PassedBy(m_below[v], point);
         Rational activity = 0;
         for (const auto [column, entry] : m_original.matrix.Row(m_original.RowOf(v)))
-            activity += ToRational(entry, form.numbers) * ValueOf(column, point);
+            activity +=
+                m_original.ExactEntry(m_original.RowOf(v), column, entry) * ValueOf(column, point);
         return activity;
     }
 

@@ -1,6 +1,7 @@
 // From the changes of the form to those of the model, and the model with them.
 #include "Nuv/Solve/Repair.hpp"
 
+#include "Nuv/Model/ModelBuilder.hpp"
 #include "Nuv/Solve/FeasibilityRepair.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/Solution.hpp"
@@ -71,7 +72,7 @@ public:
     {
         const auto& [v, upper] = change.bound;
         const double from = upper ? m_form.Upper(v) : m_form.Lower(v);
-        const Rational side = ToRational(from, m_form.numbers);
+        const Rational side = upper ? m_form.ExactUpper(v) : m_form.ExactLower(v);
         const Rational to = upper ? side + change.amount : side - change.amount;
         RepairChange result;
         if (m_form.IsLogical(v))
@@ -98,12 +99,29 @@ public:
                                          repaired.RowUpper()[m_form.RowOf(v)]}
                                 : Bounds{repaired.VariableLower()[v], repaired.VariableUpper()[v]};
             (change.upper ? bounds.upper : bounds.lower) = change.to;
+            const NumberPlace other = PlaceOfBound(v, !change.upper);
+            const std::string* const text = repaired.Exact().Find(other);
+            const std::string kept = text != nullptr ? *text : "";
             std::visit([&](auto handle) { (void)repaired.SetBounds(handle, bounds); }, change.of);
+            if (!kept.empty())
+            {
+                ModelBuilder builder(std::move(repaired));
+                builder.SetExact(other, kept);
+                repaired = builder.Take();
+            }
         }
         return repaired;
     }
 
 private:
+    [[nodiscard]] NumberPlace PlaceOfBound(Index v, bool upper) const
+    {
+        using Of = NumberPlace::Of;
+        if (m_form.IsLogical(v))
+            return {upper ? Of::RowUpper : Of::RowLower, m_form.RowOf(v)};
+        return {upper ? Of::VariableUpper : Of::VariableLower, v};
+    }
+
     const Model& m_model;
     const BoundedForm& m_form;
 };
@@ -141,8 +159,7 @@ RepairResult Repair(const Model& model, const RepairOptions& options)
     if (!result.failure.code.empty())
         return result;
     SolveControl control(options.limits);
-    BoundedForm form = FormOf(model);
-    form.numbers = options.numbers;
+    const BoundedForm form = FormOf(model, options.numbers);
     const FeasibilityRepair repair = FindRepair(form, *weights, control);
     result.status = repair.elastic.certificate.status;
     result.proved = repair.elastic.record.proved;

@@ -108,13 +108,36 @@ Rational BoundedForm::ExactEntry(Index row, Index variable, double entry) const
     return Exactly({FormPlace::Of::Entry, row, variable}, entry);
 }
 
+bool BoundsCross(const BoundedForm& form, Index variable)
+{
+    const double lower = form.Lower(variable);
+    const double upper = form.Upper(variable);
+    if (form.exact.Empty() || std::isinf(lower) || std::isinf(upper))
+        return lower > upper;
+    return form.ExactLower(variable) > form.ExactUpper(variable);
+}
+
+void AppendColumnOf(const BoundedForm& form, Index variable, double sign,
+                    SparseVectors<double>& columns, ExactTable& exact)
+{
+    form.VisitColumn(
+        variable,
+        [&](Index row, double entry)
+        {
+            columns.Append(row, sign * entry);
+            const Rational* const number = form.exact.Find({FormPlace::Of::Entry, row, variable});
+            if (number != nullptr)
+                exact.Set({FormPlace::Of::Entry, row, columns.Count()},
+                          sign < 0.0 ? Rational(-*number) : *number);
+        });
+    columns.Close();
+}
+
 Index FindCrossedBounds(const BoundedForm& form)
 {
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        const bool isClear =
-            form.exact.Empty() || std::isinf(form.Lower(v)) || std::isinf(form.Upper(v));
-        if (isClear ? form.Lower(v) > form.Upper(v) : form.ExactLower(v) > form.ExactUpper(v))
+        if (BoundsCross(form, v))
             return v;
     }
     return kNoIndex;

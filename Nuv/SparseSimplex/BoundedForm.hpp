@@ -127,6 +127,14 @@ template <class Value, class Transform>
     return result;
 }
 
+/// Whether the lower bound of a variable exceeds its upper one.
+[[nodiscard]] bool BoundsCross(const BoundedForm& form, Index variable);
+
+/// Appends `sign` times the column of a variable of [A, -I] to the columns of another form, whose
+/// exact numbers are `exact`.
+void AppendColumnOf(const BoundedForm& form, Index variable, double sign,
+                    SparseVectors<double>& columns, ExactTable& exact);
+
 /// @return a variable whose lower bound exceeds its upper one, which no point satisfies; kNoIndex
 /// if there is none.
 [[nodiscard]] Index FindCrossedBounds(const BoundedForm& form);

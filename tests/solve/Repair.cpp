@@ -1,4 +1,6 @@
 // The least change that makes a model feasible, by handle, and the model with it.
+#include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Io/ModelFile.hpp"
 #include "Nuv/Solve/Repair.hpp"
 
 #include "Nuv/Solve/Solution.hpp"
@@ -106,6 +108,26 @@ TEST_F(Short, IsNotRepairedByASolveThatIsStopped)
     EXPECT_EQ(Outcome(repair), "stopped by the time limit");
     EXPECT_TRUE(repair.changes.empty());
     EXPECT_FALSE(repair.model.has_value());
+}
+
+/// The sides miss each other by less than doubles of their size are apart.
+TEST(Repair, MeasuresNumbersThatNoDoubleSays)
+{
+    const ReadResult reading = ReadModelFile(NUV_TEST_MODELS "/written/beyond.lp");
+    ASSERT_TRUE(reading.Ok());
+    const RepairResult repair = Repair(*reading.model);
+    ASSERT_EQ(repair.status, Status::Optimal);
+    EXPECT_EQ(repair.exactTotal, "1");
+    const ReadResult crossed = ReadLp("min x st r: 2/3 <= x + y <= 1/3\nend", "crossed.lp");
+    ASSERT_TRUE(crossed.Ok());
+    EXPECT_EQ(Repair(*crossed.model).exactTotal, "1/3");
+    const ReadResult thirds =
+        ReadLp("min x st a: 1/3 x >= 1/3\n b: -1/7 <= 1/7 x <= 1/9\nend", "thirds.lp");
+    ASSERT_TRUE(thirds.Ok());
+    const RepairResult small = Repair(*thirds.model);
+    EXPECT_EQ(small.exactTotal, "2/63");
+    ASSERT_TRUE(small.model.has_value());
+    EXPECT_EQ(small.model->Exact().Find({NumberPlace::Of::RowLower, 1}) != nullptr, true);
 }
 
 TEST(Repair, LeavesAFeasibleModelAsItIs)

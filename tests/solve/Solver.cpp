@@ -39,6 +39,39 @@ void ExpectAsCold(const Solution& warm, const Model& model, const SolveOptions& 
     EXPECT_EQ(CheckCertificate(form, *warm.certificate), "");
 }
 
+/// Numbers that no double says are those of the cold solve, also after edits that replace some.
+TEST(Solver, EditsModelsWithNumbersThatNoDoubleSays)
+{
+    const ReadResult reading = ReadModelFile(NUV_TEST_MODELS "/written/thirds.lp");
+    ASSERT_TRUE(reading.Ok());
+    Solver solver(*reading.model);
+    const auto expectAsCold = [&solver]
+    {
+        const Solution warm = solver.Solve();
+        EXPECT_EQ(warm.status, Status::Optimal);
+        EXPECT_EQ(warm.exactObjective, nuv::Solve(solver.GetModel()).exactObjective);
+    };
+    expectAsCold();
+    const Variable x = *solver.GetModel().FindVariable("x");
+    const Variable z = *solver.GetModel().FindVariable("z");
+    const Row share = *solver.GetModel().FindRow("share");
+    EXPECT_TRUE(solver.SetBounds(z, {0.0, 4.0}));
+    EXPECT_EQ(solver.GetModel().Exact().Find({NumberPlace::Of::VariableLower, 2}), nullptr);
+    expectAsCold();
+    EXPECT_TRUE(solver.SetCost(x, 1.0));
+    expectAsCold();
+    EXPECT_TRUE(solver.SetCoefficient(*solver.GetModel().FindRow("range"), x, 1.0));
+    expectAsCold();
+    EXPECT_TRUE(solver.Remove(*solver.GetModel().FindRow("range")));
+    EXPECT_NE(solver.GetModel().Exact().Find({NumberPlace::Of::RowUpper, 1}), nullptr)
+        << "what is said of the last row moves up with it";
+    expectAsCold();
+    EXPECT_TRUE(solver.SetBounds(share, {0x1p53, 0x1p53}));
+    expectAsCold();
+    EXPECT_TRUE(solver.Remove(z));
+    expectAsCold();
+}
+
 TEST(Solver, AnySequenceOfEditsIsAnsweredAsColdSolvesAre)
 {
     constexpr unsigned kSteps = 60;
