@@ -14,6 +14,15 @@ namespace
 constexpr std::size_t kBytesToStart = std::size_t{1} << 28;
 constexpr std::size_t kBytesToSolve = std::size_t{1} << 30;
 
+/// Whether a start from the core may be worth what finding it costs: a dense tableau of at most
+/// some hundred entries. The sparse simplex is quicker from its own start on anything else.
+bool IsSmallAndDense(const BoundedForm& form)
+{
+    constexpr std::size_t kMostEntries = 256;
+    const std::size_t entries = form.matrix.EntryCount();
+    return entries <= kMostEntries && 4 * entries >= std::size_t{form.rows} * form.columns;
+}
+
 /// Where the single-precision stage stands before a pivot. A basic artificial variable is left out.
 PathStep VertexBefore(const SinglePrecisionPivot& pivot, const BoundedForm& form,
                       const Canonicalisation& canonicalised, double sign)
@@ -78,8 +87,9 @@ void Record(const SolveControl& control, Solution& solution)
 std::optional<Basis> FindStart(const BoundedForm& form, double sign, const SolveOptions& options,
                                SolveControl& control, Solution& solution)
 {
-    // Bounds that cross have no canonical form, and need none.
-    if (!options.useSinglePrecision || FindCrossedBounds(form) != kNoIndex)
+    // Bounds that cross have no canonical form, and need none. Who asks for the path gets it.
+    if (!options.useSinglePrecision || FindCrossedBounds(form) != kNoIndex ||
+        !(options.recordPath || IsSmallAndDense(form)))
         return std::nullopt;
     const Canonicalisation canonicalised = ToCanonicalForm(form, options.scaling);
     solution.singlePrecision =

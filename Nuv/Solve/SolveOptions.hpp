@@ -24,7 +24,8 @@ struct SolveOptions
     /// The same by values, one for each variable, NaN where none is known: the simplex starts from
     /// a basis near them. A start by basis comes first.
     std::vector<double> startValues;
-    /// Whether the core looks for the basis that the sparse simplex starts from.
+    /// Whether the core may look for the basis that the sparse simplex starts from, which it does
+    /// for small and dense models.
     bool useSinglePrecision = true;
     /// Whether to believe the core as it stands: there are neither duals nor reduced costs then,
     /// and nothing is proved.
