@@ -30,16 +30,10 @@ void DualRatioTest::Collect(const WorkVector& pivotRow, double sign)
     m_candidates.clear();
     for (const Index v : pivotRow.touched)
     {
-        double pivot = sign * pivotRow.value[v];
-        const BasisStatus status = m_state.status[v];
-        if (status == BasisStatus::Basic)
-            continue;
-        if (status == BasisStatus::AtUpper)
-            pivot = -pivot;
-        else if (status == BasisStatus::Free)
-            pivot = std::fabs(pivot);
-        if (pivot > kSmallestPivot && !m_state.IsFixed(v) && std::isfinite(pivot) &&
-            std::isfinite(m_state.reduced[v]))
+        const int side = m_state.side[v];
+        const double entry = sign * pivotRow.value[v];
+        const double pivot = side == 2 ? std::fabs(entry) : side * entry;
+        if (pivot > kSmallestPivot && std::isfinite(pivot) && std::isfinite(m_state.reduced[v]))
             m_candidates.push_back({v, pivot, std::fabs(m_state.reduced[v])});
     }
 }

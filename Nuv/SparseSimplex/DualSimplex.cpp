@@ -176,11 +176,13 @@ void DualSimplex::UpdateReducedCosts(Index entering, Index leaving)
     const double ratio = m_state.reduced[entering] / m_pivotRow.value[entering];
     for (const Index v : m_pivotRow.touched)
     {
-        if (m_state.status[v] == BasisStatus::Basic)
+        const int side = m_state.side[v];
+        if (side == 0)
             continue;
-        m_state.reduced[v] -= ratio * m_pivotRow.value[v];
-        if (v != entering && DualInfeasibility(m_state.status[v], m_state.reduced[v]) > 0.0 &&
-            !m_state.IsFixed(v))
+        double& reduced = m_state.reduced[v];
+        reduced -= ratio * m_pivotRow.value[v];
+        const bool wrong = side == 2 ? reduced != 0.0 : side * reduced < 0.0;
+        if (wrong && v != entering)
             Shift(v);
     }
     m_state.reduced[entering] = 0.0;

@@ -199,12 +199,11 @@ Index PrimalSimplex::ChooseEntering() const
         const double cost = m_state.reduced[v];
         if (std::fabs(cost) <= kOptimality)
             continue;
-        const BasisStatus status = m_state.status[v];
-        if (status == BasisStatus::Basic || (status == BasisStatus::AtLower && cost > 0.0) ||
-            (status == BasisStatus::AtUpper && cost < 0.0))
+        const int side = m_state.side[v];
+        if (side == 0 || (side != 2 && side * cost > 0.0))
             continue;
         const double score = cost * cost / m_weight[v];
-        if (score > bestScore && !m_state.IsFixed(static_cast<Index>(v)) && m_banned[v] == 0)
+        if (score > bestScore && m_banned[v] == 0)
         {
             bestScore = score;
             best = static_cast<Index>(v);
@@ -272,7 +271,7 @@ void PrimalSimplex::UpdateReducedCosts(Index entering, Index leaving, double piv
     const double enteringWeight = m_weight[entering];
     for (const Index v : m_pivotRow.touched)
     {
-        if (m_state.status[v] == BasisStatus::Basic)
+        if (m_state.side[v] == 0)
             continue;
         const double entry = m_pivotRow.value[v];
         m_state.reduced[v] -= ratio * entry;
@@ -313,7 +312,7 @@ void PrimalSimplex::UpdateViolations()
     m_state.PriceRow(m_change, m_pivotRow);
     for (const Index v : m_pivotRow.touched)
     {
-        if (m_state.status[v] != BasisStatus::Basic)
+        if (m_state.side[v] != 0)
             m_state.reduced[v] -= m_pivotRow.value[v];
     }
 }

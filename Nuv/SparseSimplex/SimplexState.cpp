@@ -18,7 +18,8 @@ SimplexState::SimplexState(const ScaledForm& scaled, const Basis& start)
       cost(scaled.cost),
       value(scaled.Variables(), 0.0),
       reduced(scaled.Variables(), 0.0),
-      status(scaled.Variables(), BasisStatus::Basic)
+      status(scaled.Variables(), BasisStatus::Basic),
+      side(scaled.Variables(), 0)
 {
     for (Index v = 0; v < form.Variables(); ++v)
     {
@@ -42,6 +43,8 @@ void SimplexState::Refactorise()
     }
     for (const auto& [dropped, logical] : replacements)
         status[logical] = BasisStatus::Basic;
+    for (Index v = 0; v < form.Variables(); ++v)
+        NoteSide(v);
     m_inaccurate = false;
     ComputeValues();
 }
@@ -122,7 +125,7 @@ void SimplexState::PriceByRows(const WorkVector& row, WorkVector& result) const
         const double factor = row.value[i];
         if (std::fabs(factor) < tolerance::kNegligible)
             continue;
-        if (status[form.Logical(i)] != BasisStatus::Basic)
+        if (side[form.Logical(i)] != 0)
             result.Set(form.Logical(i), -factor);
         for (const auto [column, coefficient] : form.Row(i))
             result.Add(column, factor * coefficient);
@@ -133,7 +136,7 @@ void SimplexState::PriceByColumns(const WorkVector& row, WorkVector& result) con
 {
     for (Index j = 0; j < form.columns; ++j)
     {
-        if (status[j] == BasisStatus::Basic)
+        if (side[j] == 0)
             continue;
         double sum = 0.0;
         for (const auto [i, entry] : form.Column(j))
@@ -143,7 +146,7 @@ void SimplexState::PriceByColumns(const WorkVector& row, WorkVector& result) con
     }
     for (const Index i : row.touched)
     {
-        if (status[form.Logical(i)] != BasisStatus::Basic)
+        if (side[form.Logical(i)] != 0)
             result.Set(form.Logical(i), -row.value[i]);
     }
 }
@@ -154,11 +157,23 @@ void SimplexState::Exchange(Index position, Index entering, BasisStatus leavingS
     const Index leaving = head[position];
     status[leaving] = leavingStatus;
     status[entering] = BasisStatus::Basic;
+    NoteSide(leaving);
+    NoteSide(entering);
     head[position] = entering;
+}
+
+void SimplexState::NoteSide(Index variable) noexcept
+{
+    const BasisStatus now = status[variable];
+    side[variable] = now == BasisStatus::Basic || IsFixed(variable) ? 0
+                     : now == BasisStatus::AtLower                  ? 1
+                     : now == BasisStatus::AtUpper                  ? -1
+                                                                    : 2;
 }
 
 void SimplexState::SetToBound(Index variable) noexcept
 {
+    NoteSide(variable);
     switch (status[variable])
     {
     case BasisStatus::AtLower:

@@ -38,7 +38,8 @@ public:
     /// Row `position` of the basis inverse.
     void SolveUnitRow(Index position, WorkVector& byRow);
 
-    /// row' A for all variables, the logicals' entries being minus those of `row`.
+    /// row' A for all variables that have a side, the logicals' entries being minus those of `row`;
+    /// what it holds for others is no use.
     void PriceRow(const WorkVector& row, WorkVector& result) const;
 
     /// Exchanges the basic variable at `position`, which comes to rest with `leavingStatus`, for
@@ -48,7 +49,8 @@ public:
     /// Adds factor times the column of `variable`.
     void AddColumn(Index variable, double factor, WorkVector& byRow) const;
 
-    /// Puts a nonbasic variable on the bound its status names.
+    /// Puts a nonbasic variable on the bound its status names; to be called when the status or the
+    /// bound changes.
     void SetToBound(Index variable) noexcept;
 
     [[nodiscard]] Basis ExportBasis() const;
@@ -68,10 +70,14 @@ public:
     std::vector<double> value;
     std::vector<double> reduced;
     std::vector<BasisStatus> status;
+    /// Where a nonbasic variable may go from where it rests: up (1), down (-1) or both ways (2);
+    /// 0 for one that is basic or fixed.
+    std::vector<signed char> side;
     std::vector<Index> head;  ///< the basic variable at each position
     BasisLu lu;
 
 private:
+    void NoteSide(Index variable) noexcept;
     void PriceByRows(const WorkVector& row, WorkVector& result) const;
     void PriceByColumns(const WorkVector& row, WorkVector& result) const;
 

@@ -36,6 +36,7 @@ struct RatioTest
             state.upper[v] = nonbasic[v].width;
             state.reduced[v] = nonbasic[v].reduced;
             state.status[v] = nonbasic[v].status;
+            state.SetToBound(v);
             row.Set(v, nonbasic[v].pivot);
         }
         entering = test.Choose(row, 1.0, violation);

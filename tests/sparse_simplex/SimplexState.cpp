@@ -196,6 +196,8 @@ TEST(SimplexState, ReducedCostsAndRowsAreThoseOfTheDefinition)
             {
                 state.SolveUnitRow(k, inverseRow);
                 state.PriceRow(inverseRow, row);
+                if (state.IsFixed(v))
+                    continue;
                 EXPECT_NEAR(row.value[v], column.value[k],
                             1e-8 * (1.0 + std::fabs(column.value[k])));
             }

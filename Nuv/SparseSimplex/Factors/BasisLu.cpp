@@ -94,17 +94,36 @@ std::vector<BasisLu::Replacement> BasisLu::Factorise(const SparseVectors<double>
     return replacements;
 }
 
+void BasisLu::SolveLower(Substitution& kind, WorkVector& vector)
+{
+    kind.Run(m_lowerColumns, m_lowerOrder, nullptr, m_search, vector);
+}
+
+void BasisLu::SolveUpper(Substitution& kind, WorkVector& vector)
+{
+    kind.Run(m_upperColumns, m_upperOrder, m_pivot.data(), m_search, vector);
+}
+
+void BasisLu::SolveUpperTransposed(Substitution& kind, WorkVector& vector)
+{
+    kind.Run(m_upperRows, m_upperOrder, m_pivot.data(), m_search, vector);
+}
+
+void BasisLu::SolveLowerTransposed(Substitution& kind, WorkVector& vector)
+{
+    kind.Run(m_lowerRows, m_lowerOrder, nullptr, m_search, vector);
+}
+
 void BasisLu::SolveForward(WorkVector& vector)
 {
-    Substitute(m_lowerColumns, m_lowerOrder, Direction::FirstToLast, nullptr, m_search, vector);
+    SolveLower(m_lowerForward, vector);
     ApplyEtasForward(vector);
-    Substitute(m_upperColumns, m_upperOrder, Direction::LastToFirst, m_pivot.data(), m_search,
-               vector);
+    SolveUpper(m_upperForward, vector);
 }
 
 void BasisLu::SolveEntering(WorkVector& vector)
 {
-    Substitute(m_lowerColumns, m_lowerOrder, Direction::FirstToLast, nullptr, m_search, vector);
+    SolveLower(m_lowerEntering, vector);
     ApplyEtasForward(vector);
     m_spikeIndex.clear();
     m_spikeValue.clear();
@@ -113,27 +132,22 @@ void BasisLu::SolveEntering(WorkVector& vector)
         m_spikeIndex.push_back(at);
         m_spikeValue.push_back(vector.value[at]);
     }
-    Substitute(m_upperColumns, m_upperOrder, Direction::LastToFirst, m_pivot.data(), m_search,
-               vector);
-}
-
-void BasisLu::SolveUpperBackward(WorkVector& vector)
-{
-    Substitute(m_upperRows, m_upperOrder, Direction::FirstToLast, m_pivot.data(), m_search, vector);
+    SolveUpper(m_upperEntering, vector);
 }
 
 void BasisLu::SolveBackward(WorkVector& vector)
 {
-    SolveUpperBackward(vector);
+    SolveUpperTransposed(m_upperBackward, vector);
     ApplyEtasBackward(vector);
-    Substitute(m_lowerRows, m_lowerOrder, Direction::LastToFirst, nullptr, m_search, vector);
+    SolveLowerTransposed(m_lowerBackward, vector);
 }
 
-void BasisLu::SolveUnitBackward(Index position, WorkVector& vector)
+/// Solves with U alone and keeps what it gives for the next update.
+void BasisLu::SolveUnitUpper(Index position, WorkVector& vector)
 {
     vector.Reset(m_size);
     vector.Set(position, 1.0);
-    SolveUpperBackward(vector);
+    SolveUpperTransposed(m_upperUnit, vector);
     m_unitPosition = position;
     m_unitIndex.clear();
     m_unitValue.clear();
@@ -142,8 +156,13 @@ void BasisLu::SolveUnitBackward(Index position, WorkVector& vector)
         m_unitIndex.push_back(at);
         m_unitValue.push_back(vector.value[at]);
     }
+}
+
+void BasisLu::SolveUnitBackward(Index position, WorkVector& vector)
+{
+    SolveUnitUpper(position, vector);
     ApplyEtasBackward(vector);
-    Substitute(m_lowerRows, m_lowerOrder, Direction::LastToFirst, nullptr, m_search, vector);
+    SolveLowerTransposed(m_lowerUnit, vector);
 }
 
 void BasisLu::ApplyEtasForward(WorkVector& vector) const
@@ -174,16 +193,7 @@ double BasisLu::Update(Index position, double pivot)
 {
     if (m_unitPosition != position)
     {
-        m_work.Clear();
-        m_work.Set(position, 1.0);
-        SolveUpperBackward(m_work);
-        m_unitIndex.clear();
-        m_unitValue.clear();
-        for (const Index at : m_work.touched)
-        {
-            m_unitIndex.push_back(at);
-            m_unitValue.push_back(m_work.value[at]);
-        }
+        SolveUnitUpper(position, m_work);
         m_work.Clear();
     }
     m_unitPosition = kNoIndex;

@@ -64,7 +64,11 @@ public:
 private:
     void ApplyEtasForward(WorkVector& vector) const;
     void ApplyEtasBackward(WorkVector& vector) const;
-    void SolveUpperBackward(WorkVector& vector);
+    void SolveUpper(Substitution& kind, WorkVector& vector);
+    void SolveLower(Substitution& kind, WorkVector& vector);
+    void SolveUpperTransposed(Substitution& kind, WorkVector& vector);
+    void SolveLowerTransposed(Substitution& kind, WorkVector& vector);
+    void SolveUnitUpper(Index position, WorkVector& vector);
     void RemoveFromUpper(Index position);
     void AddSpikeToUpper(Index position);
 
@@ -93,6 +97,16 @@ private:
     std::vector<double> m_unitValue;
     WorkVector m_work;
     ReachSearch m_search;
+    // The kinds of solves; columns that may enter are sparser than other right sides, and so are
+    // unit vectors.
+    Substitution m_lowerForward{Direction::FirstToLast};
+    Substitution m_lowerEntering{Direction::FirstToLast};
+    Substitution m_lowerBackward{Direction::LastToFirst};
+    Substitution m_lowerUnit{Direction::LastToFirst};
+    Substitution m_upperForward{Direction::LastToFirst};
+    Substitution m_upperEntering{Direction::LastToFirst};
+    Substitution m_upperBackward{Direction::FirstToLast};
+    Substitution m_upperUnit{Direction::FirstToLast};
 };
 
 }  // namespace nuv

@@ -102,7 +102,7 @@ bool ReachSearch::Run(const Triangle& triangle, std::span<const Index> start)
 {
     // A share of all numbers, and of the edges for long vectors, beyond which the walk along all
     // steps is no slower.
-    const std::size_t most = m_mark.size() / 10;
+    const std::size_t most = m_mark.size() / 5;
     m_order.clear();
     if (start.size() > most)
         return false;
@@ -168,31 +168,36 @@ inline void Eliminate(const Triangle& triangle, Index number, const double* pivo
 
 }  // namespace
 
-void Substitute(const Triangle& triangle, std::span<const Index> order, Direction direction,
-                const double* pivot, ReachSearch& search, WorkVector& vector)
+void Substitution::Run(const Triangle& triangle, std::span<const Index> order, const double* pivot,
+                       ReachSearch& search, WorkVector& vector)
 {
+    constexpr double kDense = 0.15;
+    constexpr double kLatest = 0.1;
     if (vector.touched.empty())
         return;
-    if (search.Run(triangle, vector.touched))
+    if (m_share < kDense && search.Run(triangle, vector.touched))
     {
         vector.touched.clear();
         for (const Index number : search.Order())
             Eliminate(triangle, number, pivot, vector);
-        return;
     }
-    vector.touched.clear();
-    if (direction == Direction::FirstToLast)
+    else if (m_direction == Direction::FirstToLast)
     {
+        vector.touched.clear();
         for (const Index number : order)
             if (number != kNoIndex)
                 Eliminate(triangle, number, pivot, vector);
     }
     else
     {
+        vector.touched.clear();
         for (std::size_t step = order.size(); step-- > 0;)
             if (order[step] != kNoIndex)
                 Eliminate(triangle, order[step], pivot, vector);
     }
+    const double share =
+        static_cast<double>(vector.touched.size()) / static_cast<double>(vector.value.size());
+    m_share += kLatest * (share - m_share);
 }
 
 }  // namespace nuv

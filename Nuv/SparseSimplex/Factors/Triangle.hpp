@@ -94,9 +94,21 @@ enum class Direction : unsigned char
     LastToFirst,
 };
 
-/// Solves T x = b for a triangle given by columns, or T' x = b for one given by rows. `pivot` holds
-/// the diagonal by number, null standing for ones. Steps of kNoIndex in `order` are skipped.
-void Substitute(const Triangle& triangle, std::span<const Index> order, Direction direction,
-                const double* pivot, ReachSearch& search, WorkVector& vector);
+/// One kind of solve with a triangle given by columns, T x = b, or by rows, T' x = b. It remembers
+/// how dense its results were lately, so that a search that does not pay is seldom begun.
+class Substitution
+{
+public:
+    explicit Substitution(Direction direction) : m_direction(direction) {}
+
+    /// `pivot` holds the diagonal by number, null standing for ones. Steps of kNoIndex in `order`
+    /// are skipped.
+    void Run(const Triangle& triangle, std::span<const Index> order, const double* pivot,
+             ReachSearch& search, WorkVector& vector);
+
+private:
+    Direction m_direction;
+    double m_share = 0.0;  ///< of nonzeros in results, the latest weighing most
+};
 
 }  // namespace nuv
