@@ -182,6 +182,20 @@ def limits_block(records):
         [r["what"], span(r["seconds"]), memory(r["held"]), memory(r["most"])] for r in records["limit"]))  # fmt: skip
 
 
+def warm_block(records):
+    def ratio(record, name):
+        return "–" if math.isnan(record[name]) else f"{record[name]:.3f}"
+
+    models = records["warm"]
+    rows = ([r["name"], count(r["rows"]), count(r["columns"]), count(r["changes"]), time(r["cold_seconds"]),
+             time(r["warm_seconds"]), ratio(r, "ratio"), count(r["stayed"]), ratio(r, "stayed_ratio"), count(r["pivoted"]),
+             ratio(r, "pivoted_ratio")] for r in models)  # fmt: skip
+    mean = math.exp(sum(math.log(r["ratio"]) for r in models) / len(models))
+    title = ("model | rows:| columns:| changes:| cold:| again:| ratio:| basis stays:| ratio:| simplex goes on:"
+             "| ratio:")
+    return table(title, rows) + f"\nThe geometric mean of the ratios of {len(models)} models is {mean:.3f}.\n"
+
+
 # By kind of record: the blocks that it fills.
 BLOCKS = {
     "machine": {"machine": machine_block},
@@ -194,6 +208,7 @@ BLOCKS = {
     "model": {"summary": summary_block, "netlib": models_block("netlib", True),
               "infeasible": models_block("infeasible", False), "textbook": textbook_block},
     "limit": {"limits": limits_block},
+    "warm": {"warm": warm_block},
 }  # fmt: skip
 
 
