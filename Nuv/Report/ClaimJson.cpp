@@ -1,6 +1,7 @@
 // The JSON of a result, key by key; what is not known is passed over, as the schema may grow.
 #include "Nuv/Report/ClaimJson.hpp"
 
+#include "Nuv/Algebra/RationalText.hpp"
 #include "Nuv/Report/ClaimReader.hpp"
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Report/NamedReader.hpp"
@@ -187,7 +188,8 @@ private:
         if (!value || value->kind == Kind::Null)
             return true;
         if (value->kind == Kind::Number || value->kind == Kind::String)
-            number = ReadExactNumber(value->text, m_meaning);
+            number = value->kind == Kind::String ? ReadRational(value->text)
+                                                 : ReadExactNumber(value->text, m_meaning);
         return number || m_log.Fail(value->at, "claim.number",
                                     fmt::format("{} is no finite number", KindWords(value->kind)),
                                     "write a number, or a quotient in quotes such as \"3/7\"");

@@ -18,18 +18,30 @@ void WriteRange(Json& json, std::string_view key, const AllowedRange& range)
     json.Key(key).Open('[').Number(range.lower).Number(range.upper).Close(']');
 }
 
+/// A number, or exactly, as text, where that was asked for.
+void WriteNumber(Json& json, std::string_view key, const Solution& solution,
+                 std::vector<std::string> ExactTexts::*texts, std::size_t at, double number)
+{
+    const bool isExact = solution.exact && at < ((*solution.exact).*texts).size();
+    if (!isExact || ((*solution.exact).*texts)[at].empty())
+        json.Key(key).Number(number);
+    else
+        json.Key(key).Text(((*solution.exact).*texts)[at]);
+}
+
 void WriteVariables(Json& json, const Model& model, const Solution& solution)
 {
     json.Key("variables").Open('[');
     for (std::uint32_t j = 0; j < solution.values.size(); ++j)
     {
         json.Open('{').Key("name").Text(model.VariableName(j));
-        json.Key("value").Number(solution.values[j]);
+        WriteNumber(json, "value", solution, &ExactTexts::values, j, solution.values[j]);
         if (!solution.reducedCosts.empty())
-            json.Key("reduced_cost")
-                .Number(solution.reducedCosts[j])
-                .Key("basis")
-                .Text(WordOf(solution.basis.columns[j]));
+        {
+            WriteNumber(json, "reduced_cost", solution, &ExactTexts::reducedCosts, j,
+                        solution.reducedCosts[j]);
+            json.Key("basis").Text(WordOf(solution.basis.columns[j]));
+        }
         if (!solution.sensitivity.cost.empty())
             WriteRange(json, "objective_range", solution.sensitivity.cost[j]);
         json.Close('}');
@@ -54,14 +66,15 @@ void WriteRows(Json& json, const Model& model, const Solution& solution)
         const double upper = model.RowUpper()[i];
         const double activity = solution.activities[i];
         json.Open('{').Key("name").Text(model.RowName(i));
-        json.Key("activity").Number(activity);
+        WriteNumber(json, "activity", solution, &ExactTexts::activities, i, activity);
         json.Key("lower").Number(lower).Key("upper").Number(upper);
-        json.Key("slack").Number(std::fmin(upper - activity, activity - lower) + 0.0);
+        WriteNumber(json, "slack", solution, &ExactTexts::slacks, i,
+                    std::fmin(upper - activity, activity - lower) + 0.0);
         if (!solution.duals.empty())
-            json.Key("dual")
-                .Number(solution.duals[i])
-                .Key("basis")
-                .Text(WordOf(solution.basis.rows[i]));
+        {
+            WriteNumber(json, "dual", solution, &ExactTexts::duals, i, solution.duals[i]);
+            json.Key("basis").Text(WordOf(solution.basis.rows[i]));
+        }
         if (!solution.sensitivity.rowUpper.empty())
             WriteRange(json, "rhs_range", RangeOfRow(model, solution, i));
         json.Close('}');
@@ -136,12 +149,11 @@ void WritePoint(Json& json, const Model& model, const Solution& solution)
     const ExactVector point = isProved ? solution.certificate->primal : ExactVector{};
     for (std::uint32_t j = 0; j < point.numerator.size(); ++j)
         if (point.numerator[j] != 0)
-            json.Open('{')
-                .Key("name")
-                .Text(model.VariableName(j))
-                .Key("value")
-                .Number(ToDouble(point.At(j)))
-                .Close('}');
+        {
+            json.Open('{').Key("name").Text(model.VariableName(j)).Key("value");
+            solution.exact ? json.Text(ToString(point.At(j))) : json.Number(ToDouble(point.At(j)));
+            json.Close('}');
+        }
     json.Close(']');
 }
 
@@ -150,12 +162,11 @@ void WriteRay(Json& json, const Model& model, const Solution& solution)
     json.Key("ray").Open('[');
     for (std::uint32_t j = 0; j < solution.ray.size(); ++j)
         if (solution.ray[j] != 0.0)
-            json.Open('{')
-                .Key("name")
-                .Text(model.VariableName(j))
-                .Key("value")
-                .Number(solution.ray[j])
-                .Close('}');
+        {
+            json.Open('{').Key("name").Text(model.VariableName(j));
+            WriteNumber(json, "value", solution, &ExactTexts::ray, j, solution.ray[j]);
+            json.Close('}');
+        }
     json.Close(']');
 }
 
@@ -216,6 +227,8 @@ void WriteVerdict(Json& json, const Solution& solution)
     json.Key("objective");
     if (solution.values.empty() && solution.exactObjective.empty())
         json.Raw("null");
+    else if (solution.exact && !solution.exactObjective.empty())
+        json.Text(solution.exactObjective);
     else
         json.Number(solution.objective);
     json.Key("numbers").Text(WordOf(solution.numbers));

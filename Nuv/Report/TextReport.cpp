@@ -98,9 +98,10 @@ std::string Head(const Solution& solution)
     std::string text = fmt::format("status     {}\n", solution.Outcome());
     const bool optimal = solution.status == Status::Optimal;
     if (optimal || !solution.values.empty())
-        text += "objective  " + Number(solution.objective) + "\n";
+        text += "objective  " +
+                (solution.exact ? solution.exactObjective : Number(solution.objective)) + "\n";
     text += solution.proved ? fmt::format("proof      proved as {}{}\n", WordOf(solution.numbers),
-                                          ExactWords(solution.exactObjective))
+                                          solution.exact ? "" : ExactWords(solution.exactObjective))
                             : "proof      not proved\n";
     if (solution.status == Status::Stopped && !solution.values.empty())
     {
@@ -110,8 +111,26 @@ std::string Head(const Solution& solution)
     return text;
 }
 
+/// The tables with all digits, prices among them.
+std::string ExactValues(const Model& model, const ExactTexts& exact)
+{
+    Table variables;
+    variables.Add({"variable", "value", "reduced cost"});
+    for (std::uint32_t j = 0; j < exact.values.size(); ++j)
+        variables.Add({std::string(model.VariableName(j)), exact.values[j], exact.reducedCosts[j]});
+    Table rows;
+    rows.Add({"row", "activity", "slack", "dual"});
+    for (std::uint32_t i = 0; i < exact.activities.size(); ++i)
+        rows.Add(
+            {std::string(model.RowName(i)), exact.activities[i], exact.slacks[i], exact.duals[i]});
+    return (variables.HasLines() ? "\n" + variables.Text() : "") +
+           (rows.HasLines() ? "\n" + rows.Text() : "");
+}
+
 std::string Values(const Model& model, const Solution& solution)
 {
+    if (solution.exact)
+        return ExactValues(model, *solution.exact);
     Table variables;
     variables.Add({"variable", "value"});
     for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
@@ -133,14 +152,14 @@ std::string Values(const Model& model, const Solution& solution)
 /// The entries of a direction or of a combination that are not zero, under their names.
 template <class NameOf>
 std::string NonZeros(std::string title, std::string unit, std::span<const double> entries,
-                     NameOf nameOf)
+                     const std::vector<std::string>& exact, NameOf nameOf)
 {
     Table table;
     table.Add({std::move(title), std::move(unit)});
     for (std::uint32_t k = 0; k < entries.size(); ++k)
     {
         if (entries[k] != 0.0)
-            table.Add({std::string(nameOf(k)), Number(entries[k])});
+            table.Add({std::string(nameOf(k)), k < exact.size() ? exact[k] : Number(entries[k])});
     }
     return table.HasLines() ? "\n" + table.Text() : "";
 }
@@ -249,13 +268,14 @@ std::string TextReport(const Model& model, const Solution& solution, Detail deta
     if (solution.values.size() == model.VariableCount() &&
         solution.activities.size() == model.RowCount())
         text += Values(model, solution);
-    text += NonZeros("the objective improves for ever along", "direction", solution.ray,
+    const ExactTexts exact = solution.exact.value_or(ExactTexts());
+    text += NonZeros("the objective improves for ever along", "direction", solution.ray, exact.ray,
                      [&](std::uint32_t j) { return model.VariableName(j); });
     // The multipliers prove the same of perhaps more rows; two lists would puzzle.
     if (!solution.iis.members.empty())
         text += ConflictWords(model, solution.iis);
     else
-        text += NonZeros("these rows contradict each other", "multiplier", solution.farkas,
+        text += NonZeros("these rows contradict each other", "multiplier", solution.farkas, {},
                          [&](std::uint32_t i) { return model.RowName(i); });
     text += Ranges(model, solution);
     return text;

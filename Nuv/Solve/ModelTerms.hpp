@@ -15,6 +15,10 @@ namespace nuv
 void SayOfModel(const BoundedForm& form, double sign, const CertifiedResult& result,
                 Solution& solution);
 
+/// The exact numbers of a proved verdict.
+[[nodiscard]] ExactTexts ExactTextsOf(const BoundedForm& form, double sign,
+                                      const Certificate& certificate);
+
 /// How far each activity is from the nearer side of its row.
 [[nodiscard]] std::vector<double> SlacksOf(const BoundedForm& form,
                                            const std::vector<double>& activities);

@@ -54,6 +54,18 @@ struct PathStep
     std::vector<double> values;
 };
 
+/// The numbers of a proved solution as they are, each "p" or "p/q" in lowest terms; arrays as those
+/// of the solution in doubles, and empty where these are.
+struct ExactTexts
+{
+    std::vector<std::string> values;
+    std::vector<std::string> reducedCosts;
+    std::vector<std::string> activities;
+    std::vector<std::string> slacks;  ///< empty text for a row without sides
+    std::vector<std::string> duals;
+    std::vector<std::string> ray;
+};
+
 struct Solution
 {
     static constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
@@ -83,6 +95,8 @@ struct Solution
     Basis basis;              ///< the last one; SolveOptions::start takes it
     Iis iis;                  ///< Infeasible
     Sensitivity sensitivity;  ///< Optimal, if it was asked for
+
+    std::optional<ExactTexts> exact;  ///< proved, if it was asked for (SolveOptions::exact)
 
     SinglePrecisionResult singlePrecision;
     std::vector<PathStep> path;  ///< if it was asked for
@@ -127,6 +141,33 @@ struct Solution
         return Of(farkas, row, rows);
     }
 
+    // The same numbers exactly, "p" or "p/q", where they were asked for; empty where not, and where
+    // there is none.
+    [[nodiscard]] std::string ExactValue(Variable variable) const
+    {
+        return Of(&ExactTexts::values, variables.Find(variable));
+    }
+    [[nodiscard]] std::string ExactReducedCost(Variable variable) const
+    {
+        return Of(&ExactTexts::reducedCosts, variables.Find(variable));
+    }
+    [[nodiscard]] std::string ExactRay(Variable variable) const
+    {
+        return Of(&ExactTexts::ray, variables.Find(variable));
+    }
+    [[nodiscard]] std::string ExactActivity(Row row) const
+    {
+        return Of(&ExactTexts::activities, rows.Find(row));
+    }
+    [[nodiscard]] std::string ExactSlack(Row row) const
+    {
+        return Of(&ExactTexts::slacks, rows.Find(row));
+    }
+    [[nodiscard]] std::string ExactDual(Row row) const
+    {
+        return Of(&ExactTexts::duals, rows.Find(row));
+    }
+
     /// Basic, or where it rests in `basis`; nothing if there is no basis.
     [[nodiscard]] std::optional<BasisStatus> BasisStatusOf(Variable variable) const noexcept
     {
@@ -143,6 +184,11 @@ struct Solution
     HandleOrigins rows;
 
 private:
+    [[nodiscard]] std::string Of(std::vector<std::string> ExactTexts::*texts,
+                                 std::uint32_t at) const
+    {
+        return exact && at < ((*exact).*texts).size() ? ((*exact).*texts)[at] : std::string();
+    }
     [[nodiscard]] static std::optional<BasisStatus> Of(const std::vector<BasisStatus>& status,
                                                        std::uint32_t at) noexcept
     {

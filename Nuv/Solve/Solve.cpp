@@ -75,6 +75,8 @@ void Conclude(const Model& model, const BoundedForm& form, const SolveOptions& o
               Solution& solution)
 {
     SayOfModel(form, SignOf(model), *result, solution);
+    if (options.exact && solution.proved)
+        solution.exact = ExactTextsOf(form, SignOf(model), result->certificate);
     Analyse(model, form, SignOf(model), options, *result, control, solution);
     if (solution.proved)
         solution.certificate = {result, &result->certificate};

@@ -35,6 +35,8 @@ struct SolveOptions
     CoefficientMeaning numbers = CoefficientMeaning::ShortestDecimal;
     /// Whether to keep the vertices that the core passes through.
     bool recordPath = false;
+    /// Whether to write down the exact numbers of a proved verdict (Solution::exact).
+    bool exact = false;
     /// Whether to find how far each cost and each side of a row may move.
     bool sensitivity = false;
     /// How long to look for a minimal conflict in an infeasible model, at most.

@@ -39,6 +39,7 @@ struct Options
     bool exitStatus = false;
     bool quiet = false;
     bool sensitivity = false;
+    bool exact = false;
     bool floatOnly = false;
     bool progress = false;
 };
@@ -56,6 +57,7 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
     solve.singlePrecisionOnly = options.floatOnly;
     solve.sensitivity = options.sensitivity;
     solve.numbers = options.numbers;
+    solve.exact = options.exact;
     solve.limits.reportObjective = options.progress;
     solve.limits.keepGoing = [&line](const nuv::Progress& progress)
     {
@@ -224,6 +226,9 @@ Verb SolveVerb()
         {.names = {"--progress"},
          .text = "Show on the terminal how far the solve is",
          .target = &options->progress},
+        {.names = {"--exact"},
+         .text = "Show values and prices as the fractions that they are",
+         .target = &options->exact},
         {.names = {"--sensitivity"},
          .text = "Find how far each cost and each side of a row may move",
          .target = &options->sensitivity},

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace nuvlp::test
 {
 namespace
@@ -26,6 +28,67 @@ TEST(ProveCommand, ConfirmsWhatSolveWrote)
                            "verdict    confirmed\n");
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.exitCode, 0);
+}
+
+/// All models of a few folders, in both meanings of their numbers.
+TEST(ProveCommand, ConfirmsToTheLastDigitWhatSolveWroteExactly)
+{
+    const std::string folders[] = {"/../../examples", "/textbook", "/written", "/infeas"};
+    std::size_t models = 0;
+    const std::string result = Scratch("exact.json");
+    for (const std::string& folder : folders)
+    {
+        for (const auto& entry : std::filesystem::directory_iterator(NUV_TEST_MODELS + folder))
+        {
+            const std::string path = entry.path().string();
+            if (!path.ends_with(".lp") && !path.ends_with(".mps"))
+                continue;
+            SCOPED_TRACE(path);
+            const std::string numbers = models++ % 2 == 0 ? "written " : "stored ";
+            EXPECT_EQ(RunNuvlp("solve --exact --quiet --json -o " + result + " --numbers " +
+                               numbers + path)
+                          .exitCode,
+                      0);
+            const Outcome outcome = RunNuvlp("prove --tolerance 0 " + path + " " + result);
+            EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
+        }
+    }
+    EXPECT_GT(models, 60U);
+    // Doubles are not as good as that.
+    EXPECT_EQ(RunNuvlp("solve --json -o " + result + " " + kFactory).exitCode, 0);
+    EXPECT_EQ(RunNuvlp("prove --tolerance 0 " + kFactory + " " + result).exitCode, 5);
+}
+
+TEST(SolveCommand, ShowsFractionsIfAskedTo)
+{
+    EXPECT_EQ(RunNuvlp("solve --exact " + kFactory).out,
+              "status     optimal\nobjective  29700/7\nproof      proved as written\n\n"
+              "variable  value  reduced cost\n"
+              "chairs    150/7             0\n"
+              "tables    360/7             0\n\n"
+              "row     activity  slack  dual\n"
+              "wood         300      0  95/7\n"
+              "labour       240      0   5/7\n");
+    EXPECT_EQ(RunNuvlp("solve --exact -", "max x st r: x - 1/3 y <= 1/3 end").out,
+              "status     unbounded\nproof      proved as written\n\n"
+              "the objective improves for ever along  direction\n"
+              "x                                            1/3\n"
+              "y                                              1\n");
+    EXPECT_NE(RunNuvlp("solve --exact --float-only -", "max x st r: 3 x <= 1 end")
+                  .out.find("objective  0.33333"),
+              std::string::npos)
+        << "what is not proved has no exact numbers";
+}
+
+/// A whole number in quotes is that number, also where the model's numbers are doubles.
+TEST(ProveCommand, TakesTextsForTheNumbersThatTheySay)
+{
+    const std::string model = "max x st r: x <= 0.1 end";
+    const std::string result = Scratch("texts.json");
+    EXPECT_EQ(RunNuvlp("solve --exact --json --numbers stored -o " + result + " -", model).exitCode,
+              0);
+    const Outcome outcome = RunNuvlp("prove --tolerance 0 - " + result, model);
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
 }
 
 TEST(ProveCommand, RefutesByName)

@@ -152,6 +152,34 @@ TEST_F(Optimum, IsKnownAlsoWhereRangingWasEnded)
     EXPECT_EQ(solution.stopReason, StopReason::Cancelled);
 }
 
+/// max 3 x + 2 y under x + 1/3 y <= 1 and y <= 2, with a row that no side limits.
+TEST(Solution, HasItsNumbersAsFractionsIfAsked)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    const Variable y = model.AddVariable("y", {0, 2});
+    const Row a = model.Add("a", 3 * x + y <= 4);
+    const Row free = model.Add("free", Range(-Infinity, x + 3 * y, Infinity));
+    model.Maximize(3 * x + 2 * y);
+    SolveOptions options;
+    EXPECT_EQ(Solve(model, options).ExactValue(x), "");
+    options.exact = true;
+    const Solution solution = Solve(model, options);
+    EXPECT_EQ(solution.exactObjective, "6");
+    EXPECT_EQ(solution.ExactValue(x), "2/3");
+    EXPECT_EQ(solution.ExactValue(y), "2");
+    EXPECT_EQ(solution.ExactReducedCost(x), "0");
+    EXPECT_EQ(solution.ExactReducedCost(y), "1");
+    EXPECT_EQ(solution.ExactActivity(a), "4");
+    EXPECT_EQ(solution.ExactSlack(a), "0");
+    EXPECT_EQ(solution.ExactDual(a), "1");
+    EXPECT_EQ(solution.ExactActivity(free), "20/3");
+    EXPECT_EQ(solution.ExactSlack(free), "") << "there is no side to be away from";
+    EXPECT_EQ(solution.ExactDual(free), "0");
+    EXPECT_EQ(solution.ExactRay(x), "");
+    EXPECT_EQ(solution.ExactValue(Variable()), "");
+}
+
 TEST(Infeasible, NamesRowsAndBoundsByHandle)
 {
     Model model;
