@@ -29,11 +29,6 @@ void RepeatedCheck::TakeBounds(Index variable)
 {
     if (!m_hasNumbers)
         return;
-    if (!Fits(m_form.Lower(variable)) || !Fits(m_form.Upper(variable)))
-    {
-        m_hasNumbers = false;
-        return;
-    }
     m_lower[variable] = Taken(m_form.Lower(variable));
     m_upper[variable] = Taken(m_form.Upper(variable));
     if (m_hasPoint)
@@ -83,19 +78,21 @@ Integer RepeatedCheck::Scaled(double number) const
 
 RepeatedCheck::Bound RepeatedCheck::Taken(double bound) const
 {
-    return std::isfinite(bound) ? Bound{true, Scaled(bound)} : Bound{};
+    if (!std::isfinite(bound))
+        return {};
+    const ExactNumber number = TakeApart(bound, m_form.numbers);
+    // What the factor lacks of the bound's denominator is a denominator of its own.
+    const Scale left = number.scale + m_scale;
+    const Scale lacking{std::max(-left.two, 0), std::max(-left.five, 0)};
+    return {true, nuv::Scaled(number, m_scale + lacking), PowerOf(lacking)};
 }
 
 void RepeatedCheck::TakeNumbers()
 {
     for (const double entry : m_form.matrix.Columns().value)
         IncludeDenominatorOf(entry);
-    for (const auto* numbers : {&m_form.cost, &m_form.columnLower, &m_form.columnUpper,
-                                &m_form.rowLower, &m_form.rowUpper})
-    {
-        for (const double number : *numbers)
-            IncludeDenominatorOf(number);
-    }
+    for (const double cost : m_form.cost)
+        IncludeDenominatorOf(cost);
     m_factor = PowerOf(m_scale);
     m_columns = Mapped<Integer>(m_form.matrix.Columns(),
                                 [this](Index, Index, double entry) { return Scaled(entry); });
@@ -193,8 +190,11 @@ void RepeatedCheck::Locate(Index variable)
     const auto order = [&](const Bound& bound)
     {
         // Against zero the sign says all.
-        return bound.number == 0 ? m_values[variable].Sign()
-                                 : m_values[variable].Compare(bound.number * m_point.denominator);
+        if (bound.numerator == 0)
+            return m_values[variable].Sign();
+        const Integer scaled = bound.numerator * m_point.denominator;
+        return bound.denominator == 1 ? m_values[variable].Compare(scaled)
+                                      : (m_values[variable] * bound.denominator).Compare(scaled);
     };
     Place place{true, true, false, false};
     if (m_lower[variable].isFinite)

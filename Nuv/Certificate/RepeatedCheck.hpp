@@ -29,10 +29,12 @@ public:
     [[nodiscard]] std::string Check(const Certificate& certificate);
 
 private:
+    /// A bound times the factor is numerator / denominator.
     struct Bound
     {
         bool isFinite = false;
-        Integer number;  ///< times the factor
+        Integer numerator;
+        Integer denominator = 1;
     };
 
     void IncludeDenominatorOf(double number);
@@ -47,7 +49,7 @@ private:
 
     const BoundedForm& m_form;
 
-    // The form times one factor, by which every number of it is an integer.
+    // The form times one factor, by which its coefficients and costs are integers.
     bool m_hasNumbers = false;
     Scale m_scale;
     Integer m_factor;

@@ -47,6 +47,7 @@ public:
     /// With the duals, the signs of the reduced costs by variable, as far as they were asked for.
     std::vector<signed char> reducedSign;
     static constexpr signed char kSignUnknown = 2;
+    std::vector<Integer> reduced;         ///< where the sign is known, ExactForm::ReducedCost
     std::vector<double> reducedInDouble;  ///< by variable; empty until asked for
 };
 

@@ -161,12 +161,20 @@ Integer ExactForm::ReducedCost(Index variable, const ExactVector& duals, bool wi
 
 double ExactForm::ReducedCostInDouble(Index variable, const ExactVector& duals, bool withCost) const
 {
+    return InDouble(variable, ReducedCost(variable, duals, withCost), duals);
+}
+
+double ExactForm::InDouble(Index variable, const Integer& reduced, const ExactVector& duals) const
+{
+    if (reduced.Sign() == 0)
+        return 0.0;
     const Scale scale = ColumnScale(variable);  // neither exponent is positive
+    if (scale.five == 0 && HasNoQuotient())
+        return std::ldexp(QuotientToDouble(reduced, duals.denominator), scale.two);
     Integer denominator = duals.denominator * PowerOf({0, -scale.five});
     if (!HasNoQuotient())
         denominator *= ColumnDivisor(variable);
-    return std::ldexp(QuotientToDouble(ReducedCost(variable, duals, withCost), denominator),
-                      scale.two);
+    return std::ldexp(QuotientToDouble(reduced, denominator), scale.two);
 }
 
 void IncludeDenominator(const Rational& number, Integer& divisor)

@@ -61,6 +61,9 @@ public:
     /// The reduced cost itself, to the nearest double or so.
     [[nodiscard]] double ReducedCostInDouble(Index variable, const ExactVector& duals,
                                              bool withCost) const;
+    /// The same from what ReducedCost says.
+    [[nodiscard]] double InDouble(Index variable, const Integer& reduced,
+                                  const ExactVector& duals) const;
 
 private:
     /// An integer: factor * 2^shift.

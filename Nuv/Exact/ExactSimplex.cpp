@@ -190,6 +190,7 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
         return true;
     m_evaluation.hasDuals = false;
     m_evaluation.reducedSign.assign(m_form.Variables(), ExactEvaluation::kSignUnknown);
+    m_evaluation.reduced.resize(m_form.Variables());
     m_evaluation.reducedInDouble.clear();
     ScaledVector right{std::vector<Integer>(m_form.rows), {}, 1};
     if (phaseOne)
@@ -219,7 +220,10 @@ bool ExactSimplex::IsDualFeasible()
             continue;
         signed char& sign = m_evaluation.reducedSign[v];
         if (sign == ExactEvaluation::kSignUnknown)
-            sign = static_cast<signed char>(m_exact.ReducedCost(v, m_duals, true).Sign());
+        {
+            m_evaluation.reduced[v] = m_exact.ReducedCost(v, m_duals, true);
+            sign = static_cast<signed char>(m_evaluation.reduced[v].Sign());
+        }
         if (ImprovingDirection(v, sign) != 0)
             return false;
     }

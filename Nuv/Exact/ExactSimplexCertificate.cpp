@@ -95,9 +95,14 @@ void ExactSimplex::WriteDoubles(CertifiedResult& proof) const
         return;
     std::vector<double>& reduced = m_evaluation.reducedInDouble;
     for (Index v = static_cast<Index>(reduced.size()); v < m_form.Variables(); ++v)
-        reduced.push_back(m_status[v] == BasisStatus::Basic
-                              ? 0.0
-                              : m_exact.ReducedCostInDouble(v, proof.certificate.dual, true));
+    {
+        if (m_status[v] == BasisStatus::Basic)
+            reduced.push_back(0.0);
+        else if (m_evaluation.reducedSign[v] == ExactEvaluation::kSignUnknown)
+            reduced.push_back(m_exact.ReducedCostInDouble(v, m_duals, true));
+        else
+            reduced.push_back(m_exact.InDouble(v, m_evaluation.reduced[v], m_duals));
+    }
     proof.record.reduced = reduced;
     proof.record.objectiveValue = ToDouble(proof.certificate.objective);
 }
