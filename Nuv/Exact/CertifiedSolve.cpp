@@ -141,6 +141,41 @@ bool ProveInfeasible(ScalableForm& scalable, SolveControl& control, CertifiedRes
     return true;
 }
 
+/// The shortest proof that a form is infeasible: the exact row of the inverse that belongs to a
+/// blocked variable, if rounding did not make it seem blocked. @return whether it is one.
+bool ProveByRow(const BoundedForm& form, const ExactForm& exact, const BlockedRow& blocked,
+                SolveControl& control, Certificate& certificate)
+{
+    std::vector<Index> head;
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        if (blocked.basis[v] == BasisStatus::Basic)
+            head.push_back(v);
+    }
+    ExactFactors factors(exact);
+    if (!factors.Factorise(head).empty())
+        return false;
+    const auto position = std::ranges::find(head, blocked.variable) - head.begin();
+    ScaledVector unit{std::vector<Integer>(form.rows), {}};
+    unit.value[static_cast<Index>(position)] = 1;
+    Certificate tried;
+    tried.status = Status::Infeasible;
+    if (!factors.SolveBackward(unit, tried.dual, control))
+        return false;
+    // Which way the variable is blocked decides the sign, and so does the check.
+    for (int sign = 0; sign < 2; ++sign)
+    {
+        if (CheckCertificate(form, tried).empty())
+        {
+            certificate = std::move(tried);
+            return true;
+        }
+        for (Integer& numerator : tried.dual.numerator)
+            numerator = -numerator;
+    }
+    return false;
+}
+
 /// A point and a direction from it, each found by itself.
 /// @return whether there is a verdict: that the form is unbounded or, for want of a point,
 /// infeasible.
@@ -212,10 +247,12 @@ void Finish(ScalableForm& form, double begin, RepeatedCheck* check, SolveControl
 
 void ProveBasis(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,
                 int refinements, RepeatedCheck* check, SolveControl& control,
-                CertifiedResult& result)
+                CertifiedResult& result, const BlockedRow* blocked)
 {
     const double begin = control.Seconds();
-    ResolveVerdict(form, evaluation, guess, refinements, control, result);
+    if (blocked == nullptr || blocked->variable == kNoIndex ||
+        !ProveByRow(form.Form(), *evaluation.exact, *blocked, control, result.certificate))
+        ResolveVerdict(form, evaluation, guess, refinements, control, result);
     Finish(form, begin, check, control, result);
 }
 
@@ -254,7 +291,8 @@ CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, Solv
     result.record.basis = std::move(doubles.basis);
     LogDoubles(doubles.verdict, control);
     ExactEvaluation evaluation(form);
-    ProveBasis(scalable, evaluation, doubles.verdict, kRefinements, nullptr, control, result);
+    ProveBasis(scalable, evaluation, doubles.verdict, kRefinements, nullptr, control, result,
+               &doubles.blocked);
     return result;
 }
 

@@ -4,6 +4,7 @@
 #include "Nuv/Certificate/RepeatedCheck.hpp"
 #include "Nuv/Exact/CertifiedResult.hpp"
 #include "Nuv/Exact/ExactEvaluation.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
@@ -20,11 +21,11 @@ inline constexpr int kRefinements = 20;
 /// What the simplex in doubles came to.
 void LogDoubles(SimplexVerdict verdict, SolveControl& control);
 
-/// The exact stage from the basis of the record, the guess being what the stage before says of it;
-/// then Finish.
+/// The exact stage from the basis of the record, the guess being what the stage before says of it
+/// and `blocked`, if not null, its reason to think that the form is infeasible; then Finish.
 void ProveBasis(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,
                 int refinements, RepeatedCheck* check, SolveControl& control,
-                CertifiedResult& result);
+                CertifiedResult& result, const BlockedRow* blocked = nullptr);
 
 /// Checks what the exact stage, which began at that second, claims; and says what is left to say if
 /// it claims nothing. `check` is that of the form, or null for a form that is checked once.

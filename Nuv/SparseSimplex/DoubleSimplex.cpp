@@ -44,11 +44,13 @@ bool IsFeasible(const SimplexState& state)
 
 /// From any basis to one that is feasible, for costs that may be others; those of the form come
 /// back at the end.
-SimplexVerdict RunDual(SimplexState& state, SolveControl& control)
+SimplexVerdict RunDual(SimplexState& state, SolveControl& control, BlockedRow* blocked)
 {
     DualSimplex dual(state, control);
     const SimplexVerdict verdict = dual.Run(DualSimplex::Start::Perturbed);
     state.cost = state.form.cost;
+    if (blocked != nullptr && dual.Blocked() != kNoIndex)
+        *blocked = {state.ExportBasis(), dual.Blocked()};
     return verdict;
 }
 
@@ -59,19 +61,19 @@ DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& contr
     FitBasis(form.Form(), start);
     SimplexState state(form.Scaled(), start);
     DoubleResult result;
-    result.verdict = SolveInDoubles(state, control);
+    result.verdict = SolveInDoubles(state, control, &result.blocked);
     result.basis = state.ExportBasis();
     return result;
 }
 
-SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control)
+SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control, BlockedRow* blocked)
 {
     constexpr int kPerturbedRounds = 3;
     constexpr int kRounds = 6;
     state.Refactorise();
     SimplexVerdict verdict = SimplexVerdict::Optimal;
     if (!IsFeasible(state))
-        verdict = RunDual(state, control);
+        verdict = RunDual(state, control, blocked);
     for (int round = 0; round < kRounds && verdict != SimplexVerdict::Stopped; ++round)
     {
         PrimalSimplex primal(state, control);

@@ -9,16 +9,27 @@
 namespace nuv
 {
 
+/// A basis, and a basic variable of it that violates a bound and that no other can bring there, as
+/// far as doubles tell. Its row of the inverse holds multipliers that prove a form infeasible.
+struct BlockedRow
+{
+    Basis basis;
+    Index variable = kNoIndex;  ///< kNoIndex if none was found
+};
+
 struct DoubleResult
 {
     SimplexVerdict verdict = SimplexVerdict::Numerical;
     Basis basis;
+    BlockedRow blocked;
 };
 
 /// Solves from `start`, which need not be fitted to the form.
 [[nodiscard]] DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& control);
 
 /// The same for a state that stands: its scaled form may be one that no bounded form states.
-SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control);
+/// Writes a blocked row into `blocked`, where it is wanted, if the dual simplex meets one.
+SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control,
+                              BlockedRow* blocked = nullptr);
 
 }  // namespace nuv

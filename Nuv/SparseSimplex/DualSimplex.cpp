@@ -15,6 +15,7 @@ using namespace tolerance;
 
 SimplexVerdict DualSimplex::RunPhase()
 {
+    m_blocked = kNoIndex;
     StartAfresh();
     SimplexVerdict verdict = SimplexVerdict::Numerical;
     while (Iterate(verdict))
@@ -60,6 +61,7 @@ bool DualSimplex::Iterate(SimplexVerdict& verdict)
     {
         if (m_fresh)
         {
+            m_blocked = leaving;
             verdict = SimplexVerdict::Infeasible;
             return false;
         }

@@ -41,6 +41,12 @@ public:
         return m_shifted;
     }
 
+    /// Where the last run was Infeasible: the basic variable that no other can bring to its bound.
+    [[nodiscard]] Index Blocked() const noexcept
+    {
+        return m_blocked;
+    }
+
 private:
     SimplexVerdict RunPhase();
     void RunPhaseOne();
@@ -63,6 +69,7 @@ private:
     SimplexState& m_state;
     SolveControl& m_control;
     std::uint64_t m_pivotsLeft = 0;
+    Index m_blocked = kNoIndex;
     bool m_shifted = false;
     bool m_boxed = false;       ///< in the first phase, whose bounds are not those of the program
     bool m_fresh = false;       ///< nothing happened since the last refactorisation

@@ -193,6 +193,22 @@ TEST(DualSimplex, FindsADualFeasibleBasisInAFirstPhase)
     EXPECT_LE(control.Pivots(Stage::Double), before + 1);
 }
 
+/// x + y >= 5 where x and y end at 1: no variable is left to bring the row to 5.
+TEST(DualSimplex, SaysWhichVariableIsBlocked)
+{
+    const BoundedForm form =
+        MakeForm({1, 1}, {{{1, -1}, {-3, kInf}}, {{1, 1}, {5, kInf}}}, {{0, 1}, {0, 1}});
+    ScalableForm scalable(form);
+    SolveControl control;
+    const DoubleResult result = SolveInDoubles(scalable, SlackBasis(form), control);
+    EXPECT_EQ(result.verdict, SimplexVerdict::Infeasible);
+    ASSERT_NE(result.blocked.variable, kNoIndex);
+    EXPECT_EQ(result.blocked.basis[result.blocked.variable], BasisStatus::Basic);
+    const BoundedForm feasible = MakeForm({1, 1}, {{{1, 1}, {2, kInf}}});
+    ScalableForm other(feasible);
+    EXPECT_EQ(SolveInDoubles(other, SlackBasis(feasible), control).blocked.variable, kNoIndex);
+}
+
 /// The costs that a perturbed run leaves behind differ from the form's, by little.
 TEST(DualSimplex, PerturbsCostsByLittleAndTheSameWayEachTime)
 {
