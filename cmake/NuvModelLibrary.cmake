@@ -21,6 +21,7 @@ set(NUV_MODEL_HEADERS
     Nuv/Io/ReadResult.hpp
     Nuv/Io/WriteResult.hpp
     Nuv/Model/Error.hpp
+    Nuv/Model/ExactNumbers.hpp
     Nuv/Model/Expression.hpp
     Nuv/Model/Handle.hpp
     Nuv/Model/Model.hpp

@@ -1,11 +1,10 @@
 /// MPS basis files: which variables and rows of a model are basic, and where the others rest.
 ///
 /// Every column rests at its lower bound and every row is basic, unless a line says otherwise:
-///
-///     XU column row    the column is basic in the place of the row, whose activity is at its upper
-///     side XL column row    the same, the activity being at the lower side UL column        the
-///     column rests at its upper bound LL column        the column rests at its lower bound BS name
-///     the column or row is basic
+/// - `XU column row`: the column is basic in the place of the row, whose activity is at its upper
+///   side; `XL column row`: the same, the activity being at the lower side;
+/// - `UL column`: the column rests at its upper bound; `LL column`: at its lower bound;
+/// - `BS name`: the column or row is basic.
 ///
 /// A column or row without the bound that is meant rests at the other one, or at zero if it has
 /// none. Words are separated by blanks; a name that holds blanks stands in the columns of fixed
