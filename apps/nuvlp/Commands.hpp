@@ -7,6 +7,7 @@ namespace nuvlp
 {
 
 [[nodiscard]] Verb SolveVerb();
+[[nodiscard]] Verb BatchVerb();
 [[nodiscard]] Verb CheckVerb();
 [[nodiscard]] Verb ConvertVerb();
 [[nodiscard]] Verb PlotVerb();

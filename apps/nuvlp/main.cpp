@@ -11,9 +11,11 @@ namespace
 nuvlp::ExitCode Run(int argc, char** argv)
 {
     nuvlp::Command command{"nuvlp", NUVLP_VERSION, "Reads, solves and proves linear programs.", {}};
-    command.verbs = {nuvlp::SolveVerb(),     nuvlp::CheckVerb(),    nuvlp::ConvertVerb(),
-                     nuvlp::PlotVerb(),      nuvlp::ProveVerb(),    nuvlp::VerifyVerb(),
-                     nuvlp::RepairVerb(),    nuvlp::SelftestVerb(), nuvlp::CompletionVerb(command),
+    command.verbs = {nuvlp::SolveVerb(),     nuvlp::BatchVerb(),
+                     nuvlp::CheckVerb(),     nuvlp::ConvertVerb(),
+                     nuvlp::PlotVerb(),      nuvlp::ProveVerb(),
+                     nuvlp::VerifyVerb(),    nuvlp::RepairVerb(),
+                     nuvlp::SelftestVerb(),  nuvlp::CompletionVerb(command),
                      nuvlp::ManVerb(command)};
     return nuvlp::RunCommand(command, argc, argv);
 }

@@ -1,0 +1,168 @@
+#include "apps/nuvlp/batch/ScenarioRun.hpp"
+
+#include "apps/nuvlp/Interrupts.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <exception>
+#include <mutex>
+#include <thread>
+
+namespace nuvlp
+{
+namespace
+{
+
+using nuv::Bounds;
+
+/// A model in which one scenario after the other replaces numbers.
+class Replacing
+{
+public:
+    Replacing(const nuv::Model& base, const ScenarioTable& table)
+        : m_base(base), m_model(base), m_table(table)
+    {
+        for (std::uint32_t j = 0; j != base.VariableCount(); ++j)
+            m_variables.push_back(*base.FindVariable(base.VariableName(j)));
+        for (std::uint32_t i = 0; i != base.RowCount(); ++i)
+            m_rows.push_back(*base.FindRow(base.RowName(i)));
+    }
+
+    /// @return Invalid where the model refuses a number of the scenario.
+    nuv::Solution Solve(std::size_t scenario, const nuv::SolveOptions& options)
+    {
+        bool isTaken = true;
+        for (std::size_t k = 0; k != m_table.columns.size(); ++k)
+            if (const std::optional<double> value = m_table.Cell(scenario, k))
+                isTaken &= Replace(m_table.columns[k], *value);
+        nuv::Solution solution;
+        if (isTaken)
+            solution = nuv::Solve(m_model, options);
+        Restore(scenario);
+        return solution;
+    }
+
+private:
+    void Restore(std::size_t scenario)
+    {
+        for (std::size_t k = 0; k != m_table.columns.size(); ++k)
+            if (m_table.Cell(scenario, k))
+                Restore(m_table.columns[k]);
+    }
+
+    bool Replace(const Replacement& which, double value)
+    {
+        const std::uint32_t at = which.at;
+        switch (which.what)
+        {
+        case Replaced::Cost:
+            return m_model.SetCost(m_variables[at], value);
+        case Replaced::VariableLower:
+            return m_model.SetBounds(m_variables[at], {value, m_model.VariableUpper()[at]});
+        case Replaced::VariableUpper:
+            return m_model.SetBounds(m_variables[at], {m_model.VariableLower()[at], value});
+        case Replaced::Side:
+            return m_model.SetBounds(m_rows[at],
+                                     {std::isinf(m_base.RowLower()[at]) ? -nuv::Infinity : value,
+                                      std::isinf(m_base.RowUpper()[at]) ? nuv::Infinity : value});
+        case Replaced::RowLower:
+            return m_model.SetBounds(m_rows[at], {value, m_model.RowUpper()[at]});
+        case Replaced::RowUpper:
+            return m_model.SetBounds(m_rows[at], {m_model.RowLower()[at], value});
+        }
+        return false;
+    }
+
+    void Restore(const Replacement& which)
+    {
+        const std::uint32_t at = which.at;
+        if (which.what == Replaced::Cost)
+            (void)m_model.SetCost(m_variables[at], m_base.Objective()[at]);
+        else if (which.what == Replaced::VariableLower || which.what == Replaced::VariableUpper)
+            (void)m_model.SetBounds(m_variables[at],
+                                    {m_base.VariableLower()[at], m_base.VariableUpper()[at]});
+        else
+            (void)m_model.SetBounds(m_rows[at], {m_base.RowLower()[at], m_base.RowUpper()[at]});
+    }
+
+    const nuv::Model& m_base;
+    nuv::Model m_model;
+    const ScenarioTable& m_table;
+    std::vector<nuv::Variable> m_variables;
+    std::vector<nuv::Row> m_rows;
+};
+
+/// What the threads share.
+struct Shared
+{
+    const ScenarioRun& run;
+    std::vector<std::string> lines;
+    std::atomic<std::size_t> next;
+    std::atomic<std::size_t> done = 0;
+    std::atomic<std::size_t> running = 0;
+    std::mutex mutex;
+    std::exception_ptr failure;
+};
+
+void SolveSome(Shared& shared)
+{
+    const ScenarioRun& run = shared.run;
+    Replacing replacing(run.model, run.table);
+    while (!IsInterrupted())
+    {
+        const std::size_t scenario = shared.next++;
+        if (scenario >= run.last)
+            return;
+        const nuv::Solution solution = replacing.Solve(scenario, run.options);
+        if (IsInterrupted())
+            return;
+        shared.lines[scenario - run.first] = run.write(scenario, solution);
+        ++shared.done;
+    }
+}
+
+void Work(Shared& shared)
+{
+    try
+    {
+        SolveSome(shared);
+    }
+    catch (...)
+    {
+        const std::lock_guard lock(shared.mutex);
+        shared.failure = std::current_exception();
+        shared.next = shared.run.last;
+    }
+    --shared.running;
+}
+
+}  // namespace
+
+std::optional<std::string> SolveScenarios(const ScenarioRun& run)
+{
+    Shared shared{run, std::vector<std::string>(run.last - run.first), run.first, {}, {}, {}, {}};
+    const std::size_t count = std::max<std::size_t>(1, std::min(run.threads, run.last - run.first));
+    shared.running = count;
+    std::vector<std::thread> threads;
+    for (std::size_t k = 0; k != count; ++k)
+        threads.emplace_back([&shared] { Work(shared); });
+    while (run.progress && shared.running != 0)
+    {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        run.progress(shared.done);
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    if (shared.failure)
+        std::rethrow_exception(shared.failure);
+    if (IsInterrupted())
+        return std::nullopt;
+    std::string text;
+    for (const std::string& line : shared.lines)
+        text += line;
+    return text;
+}
+
+}  // namespace nuvlp

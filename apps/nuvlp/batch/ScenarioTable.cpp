@@ -1,0 +1,269 @@
+#include "apps/nuvlp/batch/ScenarioTable.hpp"
+
+#include "Nuv/Report/JsonReader.hpp"
+
+#include <fmt/core.h>
+
+#include <charconv>
+#include <cmath>
+#include <unordered_map>
+#include <utility>
+
+namespace nuvlp
+{
+namespace
+{
+
+using Cells = std::vector<std::string>;
+
+/// Where a table is read, and how its errors are told.
+struct Place
+{
+    const std::string& name;
+    std::size_t line = 0;
+
+    [[nodiscard]] nuv::Error Error(const char* code, std::string text, std::string hint = "") const
+    {
+        return {code, fmt::format("{}, line {}: {}", name, line, text), std::move(hint), "", 0, 0};
+    }
+};
+
+std::string_view TakeLine(std::string_view& text)
+{
+    const std::size_t end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
+}
+
+/// The cells of a line; in quotes a comma is a comma and two quotes are one.
+std::optional<Cells> SplitCells(std::string_view line)
+{
+    Cells cells(1);
+    bool isQuoted = false;
+    for (std::size_t k = 0; k != line.size(); ++k)
+    {
+        if (line[k] == '"' && isQuoted && k + 1 != line.size() && line[k + 1] == '"')
+            cells.back() += line[k++];
+        else if (line[k] == '"')
+            isQuoted = !isQuoted;
+        else if (line[k] == ',' && !isQuoted)
+            cells.emplace_back();
+        else
+            cells.back() += line[k];
+    }
+    return isQuoted ? std::nullopt : std::optional(std::move(cells));
+}
+
+std::string_view WithoutBlanks(std::string_view text)
+{
+    while (text.starts_with(' ') || text.starts_with('\t'))
+        text.remove_prefix(1);
+    while (text.ends_with(' ') || text.ends_with('\t'))
+        text.remove_suffix(1);
+    return text;
+}
+
+/// @return nothing for what is no number.
+std::optional<double> NumberOf(std::string_view text)
+{
+    text = WithoutBlanks(text);
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
+    double value = 0.0;
+    const char* const end = text.data() + text.size();
+    const auto [at, fault] = std::from_chars(text.data(), end, value);
+    if (text.empty() || fault != std::errc() || at != end || std::isnan(value))
+        return std::nullopt;
+    return value;
+}
+
+/// A row with two different sides, or none, has no one side to replace.
+bool HasOneSide(const nuv::Model& model, std::uint32_t row)
+{
+    const double lower = model.RowLower()[row];
+    const double upper = model.RowUpper()[row];
+    return lower == upper || std::isinf(lower) != std::isinf(upper);
+}
+
+struct Kind
+{
+    std::string_view prefix;
+    Replaced what;
+    bool isOfRow;
+};
+
+constexpr Kind kKinds[] = {
+    {"cost:", Replaced::Cost, false},           {"lower:", Replaced::VariableLower, false},
+    {"upper:", Replaced::VariableUpper, false}, {"side:", Replaced::Side, true},
+    {"row-lower:", Replaced::RowLower, true},   {"row-upper:", Replaced::RowUpper, true}};
+
+nuv::Result<Replacement> ReplacementOf(std::string_view column, const nuv::Model& model,
+                                       const Place& place)
+{
+    for (const Kind& kind : kKinds)
+    {
+        if (!column.starts_with(kind.prefix))
+            continue;
+        const std::string_view name = column.substr(kind.prefix.size());
+        const std::optional<nuv::Row> row = model.FindRow(name);
+        const std::optional<nuv::Variable> variable = model.FindVariable(name);
+        if (kind.isOfRow ? !row : !variable)
+            return place.Error(
+                "table.name",
+                fmt::format("the model has no {} '{}'", kind.isOfRow ? "row" : "variable", name),
+                "names count in their letter case");
+        const std::uint32_t at = kind.isOfRow ? model.IndexOf(*row) : model.IndexOf(*variable);
+        if (kind.what == Replaced::Side && !HasOneSide(model, at))
+            return place.Error("table.side", fmt::format("row '{}' has not one side", name),
+                               "say row-lower: or row-upper:");
+        return Replacement{kind.what, at};
+    }
+    return place.Error("table.column", fmt::format("a column '{}' is not known", column),
+                       "columns are scenario, cost:VARIABLE, lower:VARIABLE, upper:VARIABLE, "
+                       "side:ROW, row-lower:ROW and row-upper:ROW");
+}
+
+/// Fills a table scenario by scenario; columns are made as their names are met.
+class Builder
+{
+public:
+    Builder(const nuv::Model& model, const std::string& name) : m_model(model), m_place{name} {}
+
+    Place& At()
+    {
+        return m_place;
+    }
+
+    /// @return the column's place in the table; none for the label.
+    nuv::Result<std::optional<std::size_t>> ColumnOf(const std::string& name)
+    {
+        if (name == "scenario")
+            return std::optional<std::size_t>();
+        const auto [known, isNew] = m_columns.try_emplace(name, m_table.columns.size());
+        if (!isNew)
+            return std::optional(known->second);
+        const nuv::Result<Replacement> made = ReplacementOf(name, m_model, m_place);
+        if (!made)
+            return made.GetError();
+        m_table.columns.push_back(*made);
+        return std::optional(known->second);
+    }
+
+    void BeginScenario()
+    {
+        m_rows.emplace_back();
+        m_table.labels.push_back(std::to_string(m_table.labels.size() + 1));
+    }
+
+    /// @return an error for what is no number.
+    std::optional<nuv::Error> Put(std::optional<std::size_t> column, std::string_view cell)
+    {
+        if (!column)
+            m_table.labels.back() = cell;
+        else if (const std::optional<double> value = NumberOf(cell))
+            m_rows.back().emplace_back(*column, *value);
+        else if (!WithoutBlanks(cell).empty())
+            return m_place.Error("table.number", fmt::format("'{}' is not a number", cell));
+        return std::nullopt;
+    }
+
+    ScenarioTable Finish()
+    {
+        m_table.cells.resize(m_rows.size() * m_table.columns.size());
+        for (std::size_t k = 0; k != m_rows.size(); ++k)
+            for (const auto& [column, value] : m_rows[k])
+                m_table.cells[k * m_table.columns.size() + column] = value;
+        return std::move(m_table);
+    }
+
+private:
+    const nuv::Model& m_model;
+    Place m_place;
+    ScenarioTable m_table;
+    std::unordered_map<std::string, std::size_t> m_columns;
+    std::vector<std::vector<std::pair<std::size_t, double>>> m_rows;
+};
+
+nuv::Result<ScenarioTable> ReadCsv(std::string_view text, Builder builder)
+{
+    std::vector<std::optional<std::size_t>> columns;
+    while (!text.empty())
+    {
+        ++builder.At().line;
+        const std::string_view line = TakeLine(text);
+        const std::optional<Cells> cells = SplitCells(line);
+        if (!cells)
+            return builder.At().Error("table.quote", "a quote is not closed");
+        if (builder.At().line == 1)
+        {
+            for (const std::string& name : *cells)
+            {
+                const auto column = builder.ColumnOf(std::string(WithoutBlanks(name)));
+                if (!column)
+                    return column.GetError();
+                columns.push_back(*column);
+            }
+            continue;
+        }
+        if (WithoutBlanks(line).empty())
+            continue;
+        if (cells->size() != columns.size())
+            return builder.At().Error("table.cells", fmt::format("{} cells instead of {}",
+                                                                 cells->size(), columns.size()));
+        builder.BeginScenario();
+        for (std::size_t k = 0; k != columns.size(); ++k)
+            if (std::optional<nuv::Error> error = builder.Put(columns[k], (*cells)[k]))
+                return *error;
+    }
+    return builder.Finish();
+}
+
+nuv::Result<ScenarioTable> ReadJsonLines(std::string_view text, const std::string& name,
+                                         Builder builder)
+{
+    using JsonKind = nuv::JsonValue::Kind;
+    while (!text.empty())
+    {
+        ++builder.At().line;
+        const std::string_view line = WithoutBlanks(TakeLine(text));
+        if (line.empty())
+            continue;
+        nuv::DiagnosticLog log(name, line);
+        const std::optional<nuv::JsonValue> object = nuv::ReadJson(line, log);
+        if (!object || object->kind != JsonKind::Object)
+            return builder.At().Error("table.object", "this is no JSON object");
+        builder.BeginScenario();
+        for (std::size_t k = 0; k != object->items.size(); ++k)
+        {
+            const nuv::JsonValue& value = object->items[k];
+            if (value.kind != JsonKind::Number && value.kind != JsonKind::String)
+                return builder.At().Error(
+                    "table.value",
+                    fmt::format("'{}' has {}", object->keys[k], nuv::KindWords(value.kind)),
+                    "numbers and strings are known, such as \"-inf\"");
+            const auto column = builder.ColumnOf(object->keys[k]);
+            if (!column)
+                return column.GetError();
+            if (std::optional<nuv::Error> error = builder.Put(*column, value.text))
+                return *error;
+        }
+    }
+    return builder.Finish();
+}
+
+}  // namespace
+
+nuv::Result<ScenarioTable> ReadScenarios(std::string_view text, const std::string& name,
+                                         const nuv::Model& model)
+{
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.remove_prefix(3);
+    Builder builder(model, name);
+    return text.starts_with('{') ? ReadJsonLines(text, name, std::move(builder))
+                                 : ReadCsv(text, std::move(builder));
+}
+
+}  // namespace nuvlp

@@ -1,0 +1,112 @@
+// nuvlp batch, from outside.
+#include "tests/nuvlp/Run.hpp"
+
+#include <gtest/gtest.h>
+
+namespace nuvlp::test
+{
+namespace
+{
+
+/// 3 x + 2 y is worth 16 at (4, 2).
+std::string Plan()
+{
+    return WriteScratch("plan.lp", "max 3 x + 2 y st first: x <= 4 both: x + y <= 6 "
+                                   "range: -1 <= x - y <= 9 same: x + z = 7 end");
+}
+
+Outcome Batch(const std::string& table, const std::string& options = "")
+{
+    return RunNuvlp("batch " + options + " " + Plan() + " -", table);
+}
+
+TEST(BatchCommand, SolvesTheModelWithTheNumbersOfEachRow)
+{
+    const Outcome outcome = Batch("scenario,cost:y,side:both,upper:x,lower:y\n"
+                                  "as it is,,,,\n"
+                                  "dear,4,,,\n"
+                                  "wide,,8,5,\n"
+                                  "\"much, \"\"more\"\"\",,,,7\n"
+                                  ",,,-1,\n",
+                                  "--exact --value x --value y");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "scenario,verdict,proved,objective,exact,x,y\n"
+                           "as it is,optimal,yes,16,16,4,2\n"
+                           "dear,optimal,yes,21.5,43/2,2.5,3.5\n"
+                           "wide,optimal,yes,20,20,4,4\n"
+                           "\"much, \"\"more\"\"\",infeasible,yes,,,,\n"
+                           ",infeasible,yes,,,,\n");
+    EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST(BatchCommand, ReadsAndWritesAnObjectALine)
+{
+    const std::string result = Scratch("results.jsonl");
+    const Outcome outcome = Batch("{\"cost:x\": 0.1}\n\n{\"scenario\": \"b\", \"side:same\": 2, "
+                                  "\"row-upper:range\": \"inf\"}\n",
+                                  "--format jsonl --exact --value x");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "{\"scenario\":\"1\",\"verdict\":\"optimal\",\"proved\":true,"
+                           "\"objective\":7.25,\"exact\":\"29/4\",\"values\":{\"x\":2.5}}\n"
+                           "{\"scenario\":\"b\",\"verdict\":\"optimal\",\"proved\":true,"
+                           "\"objective\":12,\"exact\":\"12\",\"values\":{\"x\":2}}\n");
+}
+
+TEST(BatchCommand, SinglePrecisionProvesNothing)
+{
+    const Outcome outcome = Batch("cost:y\n2\n", "--float-only --exact");
+    EXPECT_EQ(outcome.out, "scenario,verdict,proved,objective\n1,optimal,no,16\n");
+}
+
+TEST(BatchCommand, ThreadsAndPartsGiveTheSameBytes)
+{
+    std::string table = "cost:x,cost:y,side:first\n";
+    for (int k = 0; k != 300; ++k)
+        table += std::to_string(k % 13 - 3) + "," + std::to_string(k % 7) + "," +
+                 std::to_string(k % 5) + ".5\n";
+    const std::string options = "--exact --value x --value y --value z ";
+    const Outcome one = Batch(table, options + "--threads 1");
+    EXPECT_EQ(one.err, "");
+    EXPECT_EQ(Batch(table, options + "--threads 5").out, one.out);
+    std::string parts;
+    for (const char* part : {"1/3", "2/3", "3/3"})
+        parts += Batch(table, options + "--shard " + part).out;
+    EXPECT_EQ(parts, one.out);
+}
+
+TEST(BatchCommand, PartThatIsThereAlreadyIsLeftAlone)
+{
+    const std::string result = WriteScratch("part.csv", "done");
+    const Outcome outcome = Batch("cost:y\n2\n", "--shard 1/2 --out " + result);
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(ReadFile(result), "done");
+    EXPECT_NE(outcome.err.find("is there already"), std::string::npos);
+    EXPECT_EQ(Batch("cost:y\n2\n", "--out " + result).exitCode, 0);
+    EXPECT_EQ(ReadFile(result), "scenario,verdict,proved,objective\n1,optimal,yes,16\n");
+}
+
+TEST(BatchCommand, SaysWhatIsWrongWithATable)
+{
+    const auto fault = [](const std::string& table)
+    {
+        const Outcome outcome = Batch(table);
+        EXPECT_EQ(outcome.exitCode, 65) << table;
+        EXPECT_EQ(outcome.out, "");
+        return outcome.err;
+    };
+    EXPECT_NE(fault("cost:q\n1\n").find("line 1: the model has no variable 'q'"),
+              std::string::npos);
+    EXPECT_NE(fault("price:x\n1\n").find("'price:x' is not known"), std::string::npos);
+    EXPECT_NE(fault("side:range\n1\n").find("row 'range' has not one side"), std::string::npos);
+    EXPECT_NE(fault("cost:x\n1\none\n").find("line 3: 'one' is not a number"), std::string::npos);
+    EXPECT_NE(fault("cost:x\n1,2\n").find("line 2: 2 cells instead of 1"), std::string::npos);
+    EXPECT_NE(fault("cost:x\n\"1\n").find("a quote is not closed"), std::string::npos);
+    EXPECT_NE(fault("{\"cost:x\": [1]}\n").find("'cost:x' has an array"), std::string::npos);
+    EXPECT_NE(fault("{\"cost:x\": 1}\n7\n").find("line 2: this is no JSON object"),
+              std::string::npos);
+    EXPECT_EQ(Batch("cost:x\n1\n", "--shard 3/2").exitCode, 64);
+    EXPECT_EQ(Batch("cost:x\n1\n", "--value q").exitCode, 64);
+}
+
+}  // namespace
+}  // namespace nuvlp::test
