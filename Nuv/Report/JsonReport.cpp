@@ -220,6 +220,11 @@ void WriteStages(Json& json, const Solution& solution)
     json.Close('}').Close('}');
 }
 
+std::string_view WordOf(Uniqueness unique)
+{
+    return unique == Uniqueness::Unique ? "true" : "false";
+}
+
 void WriteVerdict(Json& json, const Solution& solution)
 {
     json.Key("status").Text(WordOf(solution.status));
@@ -242,6 +247,10 @@ void WriteVerdict(Json& json, const Solution& solution)
             .Key("dual_violation")
             .Number(solution.dualViolation);
     json.Close('}');
+    if (solution.unique.point != Uniqueness::Unknown)
+        json.Key("unique_point").Raw(WordOf(solution.unique.point));
+    if (solution.unique.duals != Uniqueness::Unknown)
+        json.Key("unique_duals").Raw(WordOf(solution.unique.duals));
     WriteSeconds(json, solution.seconds);
     WriteStages(json, solution);
 }

@@ -93,6 +93,18 @@ std::string SlackWords(double activity, double lower, double upper)
     return std::isinf(slack) ? "" : Number(slack);
 }
 
+/// Nothing where it is not known.
+std::string UniquenessWords(const UniqueOptimum& unique)
+{
+    if (unique.point == Uniqueness::Unknown || unique.duals == Uniqueness::Unknown)
+        return "";
+    const bool isOnePoint = unique.point == Uniqueness::Unique;
+    const bool isOneSet = unique.duals == Uniqueness::Unique;
+    return fmt::format("unique     {}, {}\n",
+                       isOnePoint ? "no other point is optimal" : "other points are optimal too",
+                       isOneSet ? "the duals are the only ones" : "there are other duals");
+}
+
 std::string Head(const Solution& solution)
 {
     std::string text = fmt::format("status     {}\n", solution.Outcome());
@@ -103,6 +115,7 @@ std::string Head(const Solution& solution)
     text += solution.proved ? fmt::format("proof      proved as {}{}\n", WordOf(solution.numbers),
                                           solution.exact ? "" : ExactWords(solution.exactObjective))
                             : "proof      not proved\n";
+    text += UniquenessWords(solution.unique);
     if (solution.status == Status::Stopped && !solution.values.empty())
     {
         text += fmt::format("violation  {} of a bound, {} of an optimality condition\n",

@@ -16,6 +16,7 @@
 #include "Nuv/Model/Model.hpp"
 #include "Nuv/Solve/SinglePrecisionStage.hpp"
 #include "Nuv/Solve/SolveOptions.hpp"
+#include "Nuv/Solve/Uniqueness.hpp"
 #include "Nuv/SparseSimplex/Basis.hpp"
 
 #include <limits>
@@ -95,6 +96,7 @@ struct Solution
     Basis basis;              ///< the last one; SolveOptions::start takes it
     Iis iis;                  ///< Infeasible
     Sensitivity sensitivity;  ///< Optimal, if it was asked for
+    UniqueOptimum unique;     ///< Optimal and proved, if it was asked for
 
     std::optional<ExactTexts> exact;  ///< proved, if it was asked for (SolveOptions::exact)
 

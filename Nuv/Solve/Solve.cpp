@@ -35,6 +35,15 @@ void Analyse(const Model& model, const BoundedForm& form, double sign, const Sol
             solution.stopReason = control.Reason();
         control.Log("ranging", found ? "done" : "ended early");
     }
+    if (result.certificate.status == Status::Optimal && options.uniqueness)
+    {
+        solution.unique = FindUniqueness(form, result, control);
+        const bool isKnown = solution.unique.point != Uniqueness::Unknown &&
+                             solution.unique.duals != Uniqueness::Unknown;
+        if (!isKnown)
+            solution.stopReason = control.Reason();
+        control.Log("uniqueness", isKnown ? "decided" : "ended early");
+    }
     if (result.certificate.status == Status::Infeasible)
     {
         control.EndWithin(options.iisSeconds);

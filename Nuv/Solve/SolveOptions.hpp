@@ -37,6 +37,8 @@ struct SolveOptions
     bool recordPath = false;
     /// Whether to write down the exact numbers of a proved verdict (Solution::exact).
     bool exact = false;
+    /// Whether to decide if there is another optimal point, or other optimal duals.
+    bool uniqueness = false;
     /// Whether to find how far each cost and each side of a row may move.
     bool sensitivity = false;
     /// How long to look for a minimal conflict in an infeasible model, at most.

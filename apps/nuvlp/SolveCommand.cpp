@@ -40,6 +40,7 @@ struct Options
     bool quiet = false;
     bool sensitivity = false;
     bool exact = false;
+    bool uniqueness = false;
     bool floatOnly = false;
     bool progress = false;
 };
@@ -58,6 +59,7 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
     solve.sensitivity = options.sensitivity;
     solve.numbers = options.numbers;
     solve.exact = options.exact;
+    solve.uniqueness = options.exact || options.uniqueness;
     solve.limits.reportObjective = options.progress;
     solve.limits.keepGoing = [&line](const nuv::Progress& progress)
     {
@@ -227,8 +229,11 @@ Verb SolveVerb()
          .text = "Show on the terminal how far the solve is",
          .target = &options->progress},
         {.names = {"--exact"},
-         .text = "Show values and prices as the fractions that they are",
+         .text = "Show values and prices as fractions, and whether others are optimal",
          .target = &options->exact},
+        {.names = {"--uniqueness"},
+         .text = "Decide whether another point, or other duals, are optimal too",
+         .target = &options->uniqueness},
         {.names = {"--sensitivity"},
          .text = "Find how far each cost and each side of a row may move",
          .target = &options->sensitivity},

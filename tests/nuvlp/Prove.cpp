@@ -62,7 +62,8 @@ TEST(ProveCommand, ConfirmsToTheLastDigitWhatSolveWroteExactly)
 TEST(SolveCommand, ShowsFractionsIfAskedTo)
 {
     EXPECT_EQ(RunNuvlp("solve --exact " + kFactory).out,
-              "status     optimal\nobjective  29700/7\nproof      proved as written\n\n"
+              "status     optimal\nobjective  29700/7\nproof      proved as written\n"
+              "unique     no other point is optimal, the duals are the only ones\n\n"
               "variable  value  reduced cost\n"
               "chairs    150/7             0\n"
               "tables    360/7             0\n\n"
@@ -78,6 +79,22 @@ TEST(SolveCommand, ShowsFractionsIfAskedTo)
                   .out.find("objective  0.33333"),
               std::string::npos)
         << "what is not proved has no exact numbers";
+}
+
+TEST(SolveCommand, SaysWhetherTheOptimumIsUnique)
+{
+    const std::string face = "max x + y st r: x + y <= 4 end";
+    EXPECT_EQ(RunNuvlp("solve --uniqueness --quiet -", face).out,
+              "status     optimal\nobjective  4\nproof      proved as written, exactly 4\n"
+              "unique     other points are optimal too, the duals are the only ones\n");
+    const std::string corner = "max x st r: x <= 4\n s: x + y <= 4\nend";
+    EXPECT_EQ(RunNuvlp("solve --uniqueness --quiet -", corner).out,
+              "status     optimal\nobjective  4\nproof      proved as written, exactly 4\n"
+              "unique     no other point is optimal, there are other duals\n");
+    EXPECT_NE(RunNuvlp("solve --uniqueness --json -", corner)
+                  .out.find("\"unique_point\":true,\"unique_duals\":false"),
+              std::string::npos);
+    EXPECT_EQ(RunNuvlp("solve --json -", corner).out.find("unique"), std::string::npos);
 }
 
 /// A whole number in quotes is that number, also where the model's numbers are doubles.
