@@ -11,7 +11,6 @@
 
 #include <array>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace nuv::test
@@ -149,46 +148,6 @@ TEST(Solver, EditsOfNetlibModels)
         EditNetlib(name, ShareOf(40));
     EditNetlib("e226", ShareOf(10));
     EditNetlib("bore3d", ShareOf(10));
-}
-
-/// The exact objectives and verdicts of one sequence of edits.
-std::string Answers(unsigned seed)
-{
-    std::string answers;
-    EditedSession session(seed);
-    for (int step = 0; step < 40; ++step)
-    {
-        const Solution solution = session.solver.Solve();
-        answers += std::to_string(static_cast<int>(solution.status)) + solution.exactObjective;
-        answers += solution.proved ? "," : "?";
-        session.Edit();
-    }
-    return answers;
-}
-
-TEST(Solver, SessionsInThreadsDoNotDisturbEachOther)
-{
-    constexpr std::size_t kThreads = 6;
-    std::array<std::string, kThreads> answers;
-    std::array<std::thread, kThreads> threads;
-    for (std::size_t k = 0; k < kThreads; ++k)
-    {
-        threads[k] = std::thread(
-            [&answers, k]
-            {
-                for (unsigned seed = 0; seed < 5; ++seed)
-                    answers[k] += Answers(seed + static_cast<unsigned>(k) % 3);
-            });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    for (std::size_t k = 0; k < kThreads; ++k)
-    {
-        std::string alone;
-        for (unsigned seed = 0; seed < 5; ++seed)
-            alone += Answers(seed + static_cast<unsigned>(k) % 3);
-        EXPECT_EQ(answers[k], alone);
-    }
 }
 
 class Factory : public testing::Test
