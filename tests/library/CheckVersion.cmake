@@ -1,6 +1,7 @@
 # cmake -DVERSION=... -DSOURCE_DIR=... -DREADELF=... -DLIBRARY=... -P CheckVersion.cmake
 #
-# The project, the header that is included, the change log and the library's soname say the same version.
+# The project, the header that is included, the change logs, the library's soname and the packages that are
+# named after it say the same version.
 cmake_minimum_required(VERSION 3.22)
 
 if(NOT VERSION MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
@@ -34,4 +35,13 @@ execute_process(
 if(NOT dynamic MATCHES "\\(SONAME\\)[^\n]*\\[([^]]*)\\]" OR NOT CMAKE_MATCH_1 MATCHES "\\.so\\.(.*)$"
    OR NOT CMAKE_MATCH_1 STREQUAL interface)
     message(SEND_ERROR "the soname ends in '${CMAKE_MATCH_1}' instead of '${interface}'")
+endif()
+
+file(STRINGS ${SOURCE_DIR}/debian/changelog packaged LIMIT_COUNT 1)
+if(NOT packaged MATCHES "^nuv \\(${major}\\.${minor}\\.${patch}\\)")
+    message(SEND_ERROR "debian/changelog tells of '${packaged}' instead of ${VERSION}")
+endif()
+file(STRINGS ${SOURCE_DIR}/debian/control packages REGEX "^Package: lib.*[0-9]$")
+if(NOT packages STREQUAL "Package: libnuvlinearprogramming${interface};Package: libnuvmodel${interface}")
+    message(SEND_ERROR "debian/control names '${packages}', the soname ends in '${interface}'")
 endif()
