@@ -29,17 +29,12 @@ function(nuv_test_flags target)
     nuv_exact_floats(${target})
 endfunction()
 
-# <gtest/gtest.h> is most of a small test's compile time: it is compiled once and shared.
+# <gtest/gtest.h> is half of a test's compile time: it is compiled once and shared. Headers of this tree
+# are not, since with them every change of one would compile all tests anew.
 add_library(nuv_test_precompiled STATIC ${PROJECT_SOURCE_DIR}/tests/support/Precompiled.cpp)
 target_link_libraries(nuv_test_precompiled PRIVATE GTest::gtest)
 target_precompile_headers(nuv_test_precompiled PRIVATE <gtest/gtest.h>)
 nuv_test_flags(nuv_test_precompiled)
-
-# The same for tests of the model layer, with what that layer reads.
-add_library(nuv_test_precompiled_model STATIC ${PROJECT_SOURCE_DIR}/tests/support/Precompiled.cpp)
-target_link_libraries(nuv_test_precompiled_model PRIVATE GTest::gtest Nuv::Model)
-target_precompile_headers(nuv_test_precompiled_model PRIVATE <gtest/gtest.h> <Nuv/Solve/Solution.hpp>)
-nuv_test_flags(nuv_test_precompiled_model)
 
 function(nuv_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS")
@@ -55,11 +50,7 @@ function(nuv_test name)
     target_compile_definitions(
         ${target} PRIVATE NUV_TEST_MODELS="${PROJECT_SOURCE_DIR}/tests/models")
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gtest_main)
-    if("Nuv::Model" IN_LIST arg_LIBRARIES)
-        target_precompile_headers(${target} REUSE_FROM nuv_test_precompiled_model)
-    else()
-        target_precompile_headers(${target} REUSE_FROM nuv_test_precompiled)
-    endif()
+    target_precompile_headers(${target} REUSE_FROM nuv_test_precompiled)
     nuv_test_flags(${target})
     add_test(NAME ${name} COMMAND ${target} --gtest_brief=1)
     file(RELATIVE_PATH room ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
