@@ -69,6 +69,7 @@ void MultiplyBy(Scale scale, const Integer& divisor, ExactVector& vector)
             numerator *= up;
     }
     // The factors brought in, and powers of two from the lifting, may cancel.
+    // same bits (-> 1, -> 63, -> 65): of a factor that cannot cancel there may be more
     Reduce(vector, Gcd(vector.denominator, PowerOf({64, 0}) * down * up));
 }
 
@@ -193,7 +194,7 @@ std::uint64_t DixonSolver::ResidualModuloPrime(Index equation) const
     for (std::size_t w = m_words; w-- > 0;)
     {
         const std::uint64_t word = words[w] ^ mask;
-        if (sum == 0 && word == 0)
+        if (sum == 0 && word == 0)  // same bits: nothing would be added to nothing
             continue;
         sum = field.Sum(field.Product(sum, field.Square()), field.Reduced(word));
     }

@@ -191,7 +191,7 @@ std::int64_t Integer::ToWord() const
 
 std::uint64_t Integer::LowWord() const
 {
-    static const Number mask(~std::uint64_t{0});
+    static const Number mask(~std::uint64_t{0});  // same bits (always, never): made once or twice
     return static_cast<std::uint64_t>(Number(abs(Access::Of(*this)) & mask));
 }
 

@@ -136,7 +136,7 @@ public:
         {
             const Value raised = Power(
                 FromWord(base), static_cast<std::uint64_t>(exponent < 0 ? -exponent : exponent));
-            return exponent < 0 ? Inverse(raised) : raised;
+            return exponent < 0 ? Inverse(raised) : raised;  // same bits (<=, 1): 1 is its inverse
         };
         return scale.five == 0 ? power(2, scale.two)
                                : Product(power(2, scale.two), power(5, scale.five));

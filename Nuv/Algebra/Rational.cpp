@@ -43,16 +43,19 @@ Rational& Rational::operator-=(const Rational& other)
 Rational& Rational::Add(const Rational& other, bool subtract)
 {
     const Integer divisor = Gcd(m_denominator, other.m_denominator);
+    // same bits (always, never): dividing by 1 changes nothing
     const Integer otherRest = divisor == 1 ? other.m_denominator : other.m_denominator / divisor;
+    // same bits (always, never): dividing by 1 changes nothing
     const Integer rest = divisor == 1 ? m_denominator : m_denominator / divisor;
     Integer sum = m_numerator * otherRest;
     if (subtract)
         sum.SubtractProduct(other.m_numerator, rest);
     else
         sum.AddProduct(other.m_numerator, rest);
+    // same bits (always, never): the common divisor with 1 is 1
     const Integer common = divisor == 1 ? Integer(1) : Gcd(sum, divisor);
     m_denominator *= otherRest;
-    if (common != 1)
+    if (common != 1)  // same bits (always, -> 0): dividing by 1 changes nothing
     {
         sum /= common;
         m_denominator /= common;
@@ -177,6 +180,7 @@ std::string ToDecimal(const Rational& value, int digits)
         static_cast<double>(BitLength(top)) - static_cast<double>(BitLength(bottom));
     int exponent = static_cast<int>(std::floor((bits - 1.0) * 0.30102999566398119));
     const auto power = [](int n) { return Power(10, static_cast<unsigned>(n)); };
+    // same bits (-> 1, -> <=): ten to the power of 0 is 1
     (exponent < 0 ? top : bottom) *= power(std::abs(exponent));
     while (top >= bottom * 10)
     {

@@ -43,7 +43,7 @@ void DixonSolver::ExtendPowers(std::size_t count)
 template <class Digit>
 Integer DixonSolver::Assemble(const Digit& digit, std::size_t first, std::size_t count) const
 {
-    if (count <= kLeaf)
+    if (count <= kLeaf)  // same bits: it may be put together from whatever parts
     {
         const Integer prime(m_factors.GetField().Prime());
         Integer sum(0);
@@ -56,7 +56,7 @@ Integer DixonSolver::Assemble(const Digit& digit, std::size_t first, std::size_t
         return sum;
     }
     std::size_t level = 0;
-    while ((kLeaf << (level + 1)) < count)
+    while ((kLeaf << (level + 1)) < count)  // same bits: from whatever parts
         ++level;
     const std::size_t half = kLeaf << level;
     Integer sum = Assemble(digit, first + half, count - half);
@@ -120,6 +120,7 @@ bool DixonSolver::Reconstruct(ExactVector& solution, const StopPredicate& stop)
         std::vector<Integer> denominators(m_size);
         for (Index k = 0; k < m_size; ++k)
         {
+            // same bits (!=, 1, 3): all digits are always enough, and too few are tried again
             const std::size_t digits = pass == 2 ? m_steps : DigitsFor(solution.denominator);
             fewest = std::min(fewest, digits);
             if (!ReconstructOne(k, digits, solution, denominators) || (k % 16 == 15 && stop()))
@@ -146,6 +147,7 @@ std::size_t DixonSolver::Margin() const noexcept
 /// them. That is about half of what finding the denominator took.
 std::size_t DixonSolver::DigitsFor(const Integer& denominator) const
 {
+    // same bits: the sizes prove a solution from however many digits, and too few are tried again
     const std::size_t bits =
         std::max(BitLength(denominator) + m_rightBits, m_largestNumerator + m_entryBits) +
         m_entryBits + kSlack;
@@ -223,7 +225,7 @@ bool ReconstructRational(const Integer& residue, const Integer& modulus, std::si
     while (remainder1 != 0 && BitLength(cofactor1) <= denominatorBits)
     {
         Divide(remainder0, remainder1, quotient, next);
-        if (BitLength(quotient) > margin)
+        if (BitLength(quotient) > margin)  // same bits (>=): the margin is a matter of chance
         {
             const bool negative = cofactor1 < 0;
             numerator = negative ? Integer(-remainder1) : remainder1;

@@ -190,7 +190,7 @@ bool ProveUnbounded(ScalableForm& form, SolveControl& control, CertifiedResult& 
         return false;
     result.certificate.status = Status::Unbounded;
     result.certificate.ray = std::move(ray.certificate.primal);
-    return true;
+    return true;  // same bits: the last round would find it by pivots
 }
 
 /// Takes the guess of the stage before for what it is, and follows it until something is proved.

@@ -196,9 +196,9 @@ int CompareToBound(const Integer& numerator, const Integer& denominator, const R
     const long size =
         static_cast<long>(BitLength(numerator)) - static_cast<long>(BitLength(denominator));
     const long boundSize = std::ilogb(nearby);
-    if (size - 1 > boundSize + 2)
+    if (size - 1 > boundSize + 2)  // same bits: what is not decided here is decided below
         return sign;
-    if (size + 1 < boundSize - 1)
+    if (size + 1 < boundSize - 1)  // same bits: what is not decided here is decided below
         return -sign;
     const Integer left = numerator * bound.Denominator();
     const Integer right = denominator * bound.Numerator();

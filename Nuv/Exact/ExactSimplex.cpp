@@ -273,7 +273,7 @@ void ExactSimplex::Exchange(Index position, Index entering, bool atUpper)
 
 void ExactSimplex::NoteStep(bool degenerate)
 {
-    m_degenerate = degenerate ? m_degenerate + 1 : 0;
+    m_degenerate = degenerate ? m_degenerate + 1 : 0;  // same bits (-> 1, -> 2): of the patience
     m_control.CountPivot(Stage::Exact);
 }
 

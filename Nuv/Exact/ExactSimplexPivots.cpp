@@ -10,7 +10,7 @@ namespace
 {
 
 /// Degenerate pivots in a row after which Bland's rule takes over.
-constexpr int kPatience = 20;
+constexpr int kPatience = 20;  // same bits: any number of them ends in time
 
 /// About the binary logarithm of |number| * scale; enough to prefer the larger of two.
 long SizeOf(const Integer& number, Scale scale)
@@ -170,6 +170,7 @@ Index ExactSimplex::ChooseLeaving() const
             continue;
         }
         Integer room = RoomTo(k, m_violation[k] > 0);
+        // same bits: any violated variable may leave
         if (best == kNoIndex || room > largest)
         {
             best = k;

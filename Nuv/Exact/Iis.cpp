@@ -146,6 +146,7 @@ bool RankProvesMinimal(const BoundedForm& form)
     // A column times its divisor does as well as itself.
     const SparseVectors<std::uint64_t> residues = Residues(ExactForm(form).byVariable, field);
     SparseVectors<std::uint64_t> columns;
+    // same bits (-> 1): of fewer columns a smaller rank proves less, and the filter decides
     for (Index j = 0; j < form.columns; ++j)
     {
         if (form.columnLower[j] > -kInfinity || form.columnUpper[j] < kInfinity)

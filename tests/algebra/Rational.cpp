@@ -143,6 +143,7 @@ TEST(Rational, PrintsDecimalsRounded)
     EXPECT_EQ(ToDecimal(Rational(0), 3), "0");
     EXPECT_EQ(ToDecimal(Rational(7), 1), "7e0");
     EXPECT_EQ(ToDecimal(Rational(1000), 2), "1.0e3");
+    EXPECT_EQ(ToDecimal(Rational(1046, 1000), 3), "1.05e0");
 }
 
 TEST(Rational, HasAMagnitudeOfNothingOrOneToThePivoting)

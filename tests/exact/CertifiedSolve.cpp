@@ -262,8 +262,16 @@ TEST(Engine, ASecondRunGivesTheSameBitsAndPivots)
 /// more of them in a row than the exact simplex has patience for.
 TEST(Engine, EndsWherePivotsHaveNoLength)
 {
+    bool feasible = true;
+    SolveLimits limits;
+    limits.keepGoing = [&feasible](const Progress& progress)
+    {
+        EXPECT_TRUE(progress.pivots == 0 || progress.feasible == feasible);
+        return true;
+    };
     const BoundedForm cone = DegenerateCone(40);
-    const CertifiedResult primal = CertifiedFrom(cone, SlackBasis(cone));
+    SolveControl primalControl(limits);
+    const CertifiedResult primal = SolveExactly(cone, SlackBasis(cone), primalControl);
     EXPECT_TRUE(primal.record.proved);
     EXPECT_EQ(primal.certificate.objective, Certified(cone).certificate.objective);
     EXPECT_GT(primal.record.stages[Stage::Exact].pivots, 30U);
@@ -275,7 +283,9 @@ TEST(Engine, EndsWherePivotsHaveNoLength)
         for (int j = 0; j < 40; ++j)
             row.coefficients.push_back(random.Between(-2, 3));
     const BoundedForm covering = MakeForm(std::vector<double>(40, 0.0), rows);
-    const CertifiedResult dual = CertifiedFrom(covering, SlackBasis(covering));
+    feasible = false;
+    SolveControl dualControl(limits);
+    const CertifiedResult dual = SolveExactly(covering, SlackBasis(covering), dualControl);
     EXPECT_TRUE(dual.record.proved);
     EXPECT_EQ(dual.certificate.status, Certified(covering).certificate.status);
     EXPECT_GT(dual.record.stages[Stage::Exact].pivots, 30U);

@@ -104,6 +104,21 @@ TEST(Refinement, RepairsAViolationBelowTheTolerance)
     EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
 }
 
+/// The same where the basis has no price on the wrong side, and so nothing to measure prices by.
+TEST(Refinement, RepairsAViolationOfADualFeasibleBasis)
+{
+    const BoundedForm form = MakeForm({0, 0, 1}, {{{1, -1, -1}, {0x1p-50, 0x1p-50}}},
+                                      {{1, 1}, {0, 1 - 0x1p-49}, {0, 5}});
+    Basis start = SlackBasis(form);
+    start.columns[1] = BasisStatus::Basic;
+    start.rows[0] = BasisStatus::AtLower;
+    const CertifiedResult proof = Certified(form, &start);
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(proof.record.value[2], 0x1p-50);
+    EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
+}
+
 /// No variable is violated as doubles see it, so that the elastic form has no column to add.
 TEST(Refinement, FindsAContradictionBelowTheTolerance)
 {
@@ -122,6 +137,10 @@ TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
     const AuxiliaryForm elastic = ElasticForm(scalable, SlackBasis(form));
     ASSERT_EQ(elastic.form.Defect(), "");
     ASSERT_EQ(elastic.form.columns, 4U);
+    SolveLimits noPivots;
+    noPivots.doublePivots = 0;
+    noPivots.exactPivots = 0;
+    EXPECT_EQ(Certified(elastic.form, &elastic.start, noPivots).record.primalViolation, 0.0);
     const CertifiedResult start = CertifiedFrom(elastic.form, elastic.start);
     ASSERT_EQ(start.certificate.status, Status::Optimal);
     // x = 2 and y = 3 miss the first row by one.

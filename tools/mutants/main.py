@@ -1,4 +1,4 @@
-"""tools/mutation [--model] [--sample N] [--seed S] [--kind jumps|operators] [--marked] [--jobs N] [file...]:
+"""tools/mutation [--model] [--sample N] [--seed S] [--kind jumps|operators] [--marked] [--minutes M] [--jobs N] [file...]:
 are the core's tests good enough to notice that the core is wrong?
 
 Makes mutants of the core (of the files named, or of all; with --model, of the checker and the engine): each
@@ -71,12 +71,15 @@ def is_of_solver(file):
 class Run:
     """Tries mutants, several at a time, each in a directory of its own."""
 
-    def __init__(self, core, trial, jobs):
+    def __init__(self, core, trial, jobs, minutes):
         self.core, self.trial, self.jobs = core, trial, jobs
+        self.end = time.monotonic() + 60 * minutes
         self.directories = queue.SimpleQueue()
         self.codes = set()
 
     def outcome(self, mutant):
+        if time.monotonic() >= self.end:
+            return "untried"
         directory = self.directories.get()
         try:
             replaced = mutant.build(self.core, directory)
@@ -107,7 +110,7 @@ class Run:
                 outcomes = pool.map(self.outcome, mutants)
                 for number, (mutant, outcome) in enumerate(zip(mutants, outcomes), 1):
                     yield mutant, outcome
-                    if number % 50 == 0:
+                    if number % 50 == 0 and outcome != "untried":
                         minutes = (time.monotonic() - begin) / 60
                         print(f"  {number} of {len(mutants)} in {minutes:.1f} min", flush=True)
 
@@ -122,6 +125,8 @@ def report(counts, by_file):
         of = by_file[file]
         print(f"{str(file):50} {of['killed']} of {of['killed'] + of['survives']} killed")
     killed, made = counts["killed"], counts["killed"] + counts["survives"]
+    if counts["untried"]:
+        print(f"the time was up before {counts['untried']} of {sum(counts.values())} were tried")
     share = killed / made if made else 1.0
     print(
         f"{killed} of {made} mutants killed, {100 * share:.1f} %; {counts['same']} more are the same, as a "
@@ -136,7 +141,8 @@ def try_mutants(run, mutants, marked, goal):
         if outcome == "survives" and marked.comment_of(mutant):
             outcome = "same"
         counts[outcome] += 1
-        by_file.setdefault(mutant.file, Counter())[outcome] += 1
+        if outcome != "untried":
+            by_file.setdefault(mutant.file, Counter())[outcome] += 1
         if outcome == "survives":
             print(f"survives: {describe(mutant)}", flush=True)
     return report(counts, by_file) >= goal
@@ -159,6 +165,7 @@ def arguments():
     parser.add_argument("--kind", choices=("jumps", "operators"), help="one kind of mutants alone")
     parser.add_argument("--marked", action="store_true", help="the mutants that comments are about, alone")
     parser.add_argument("--model", action="store_true", help="of the checker and the engine")
+    parser.add_argument("--minutes", type=float, default=1e6, help="begin with no mutant after so many")
     parser.add_argument("--jobs", type=int, default=2, help="so many at a time")
     parser.add_argument("files", nargs="*")
     return parser.parse_args()
@@ -186,7 +193,7 @@ def main():
         random.Random(given.seed).shuffle(mutants)
         mutants = mutants[: given.sample]
         print(f"{len(mutants)} of them, seed {given.seed}")
-    run = Run(core, trial, given.jobs)
+    run = Run(core, trial, given.jobs, given.minutes)
     if given.marked:
         return 0 if try_marked(run, mutants, marked, {mutant.file for mutant in mutants}) else 1
     return 0 if try_mutants(run, mutants, marked, layer.goal) else 1
