@@ -1,9 +1,17 @@
 """Linear programs with their proof: an answer in doubles, checked in exact arithmetic."""
 
+from ._expression import Constraint, Expression, Variable, sum
 from ._library import CertificateError, Error, FileError, ModelError
 from ._linprog import linprog
+from ._model import Model
 from ._result import ConflictMember, Exact, LinprogResult, Marginals
+from ._rows import Row, RowArray
+from ._solution import Member, Range, Solution
+from ._solve import Interrupted, Progress
+from ._vectors import ConstraintArray, LinearArray, VariableArray
 from ._version import VERSION as __version__
 
-__all__ = ["CertificateError", "ConflictMember", "Error", "Exact", "FileError", "LinprogResult",
-           "Marginals", "ModelError", "__version__", "linprog"]
+__all__ = ["CertificateError", "ConflictMember", "Constraint", "ConstraintArray", "Error", "Exact",
+           "Expression", "FileError", "Interrupted", "LinearArray", "LinprogResult", "Marginals",
+           "Member", "Model", "ModelError", "Progress", "Range", "Row", "RowArray", "Solution",
+           "Variable", "VariableArray", "__version__", "linprog", "sum"]

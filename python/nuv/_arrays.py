@@ -15,7 +15,7 @@ Doubles = npt.NDArray[np.float64]
 Number = Union[int, float, Fraction, Decimal, str]
 
 #: Of magnitudes up to this, every integer is a double.
-_INTEGERS = 2**53
+INTEGERS = 2**53
 
 
 def written(value: float) -> Fraction:
@@ -29,7 +29,7 @@ def as_double(value: Any, name: str, stored: bool = False) -> float:
     A double stands for what it is written as, or for itself where numbers are taken as stored.
     """
     kind = type(value)
-    if kind is float or kind is int and -_INTEGERS <= value <= _INTEGERS:
+    if kind is float or kind is int and -INTEGERS <= value <= INTEGERS:
         return float(value)
     if isinstance(value, (float, np.floating)):
         return float(value)
@@ -65,7 +65,7 @@ def doubles(value: Any, name: str, stored: bool = False) -> Doubles:
     if kind == "f" and array.dtype.itemsize <= 8 or kind == "b":
         return np.ascontiguousarray(array, np.float64).reshape(array.shape)
     if kind in "iu":
-        if array.size == 0 or -_INTEGERS <= array.min() and array.max() <= _INTEGERS:
+        if array.size == 0 or -INTEGERS <= array.min() and array.max() <= INTEGERS:
             return array.astype(np.float64)
     elif kind not in "OUf":
         raise TypeError(f"{name}: numbers are needed, not {array.dtype}")

@@ -75,9 +75,6 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
         warnings.warn("x0: is not used", UserWarning, stacklevel=2)
     problem = _problem(c, A_ub, b_ub, A_eq, b_eq, bounds, numbers == "stored")
     wanted = _options(options or {}, numbers)
-    crossed = np.flatnonzero(problem.lower > problem.upper)
-    if crossed.size:
-        return _contradiction(int(crossed[0]))
     model = from_arrays(problem.c, problem.rows, problem.row_lower, problem.b, problem.lower,
                         problem.upper)
     handle, failure = solve(model, wanted)
@@ -149,14 +146,6 @@ def _options(given: dict[str, Any], numbers: str) -> Options:
     return Options(numbers=numbers, pivots=None if limit is None else limit,
                    seconds=math.inf if seconds is None else seconds,
                    log=print if given.get("disp") else None)
-
-
-def _contradiction(column: int) -> LinprogResult:
-    """The bounds of a variable exclude each other, which needs no solve."""
-    conflict = [ConflictMember("bounds", column, "lower"), ConflictMember("bounds", column, "upper")]
-    return LinprogResult._without_point(
-        2, f"The problem is infeasible; the lower bound of variable {column} is above its upper "
-        "bound.", 0, True, "proved: a lower bound above an upper bound", conflict)
 
 
 def _result(found: Record, problem: _Problem) -> LinprogResult:

@@ -38,7 +38,7 @@ class Record:
         self.status: str = STATUSES[info.status]
         self.stop_reason: str = STOP_REASONS[info.stopReason]
         self.numbers = "stored" if info.numbers == lib.NUV_NUMBERS_Stored else "written"
-        self.proved = info.proved != 0
+        self.proved: bool = info.proved != 0
 
     @property
     def pivots(self) -> int:

@@ -8,6 +8,7 @@ from typing import Any, Callable, NamedTuple, Optional
 
 from ._interface import ffi
 from ._library import check, diagnostics, lib, owned
+from ._record import STATUSES
 
 NUMBERS = {"written": lib.NUV_NUMBERS_Written, "stored": lib.NUV_NUMBERS_Stored}
 _STAGES = ("single precision", "double", "exact")
@@ -35,6 +36,14 @@ class Options(NamedTuple):
     conflict_seconds: Optional[float] = None
     progress: Optional[Callable[[Progress], Optional[bool]]] = None
     log: Optional[Callable[[str], None]] = None
+
+
+class Interrupted(KeyboardInterrupt):
+    """Ctrl-C has ended a solve; ``solution`` is what was known by then."""
+
+    def __init__(self, solution: Any) -> None:
+        super().__init__(repr(solution))
+        self.solution = solution
 
 
 class _Call:
@@ -73,8 +82,9 @@ def _log(user_data: Any, line: Any) -> None:
         call.options.log(ffi.string(line).decode("utf-8", "replace"))
 
 
-def solve(model: Any, options: Options) -> tuple[Any, Optional[BaseException]]:
-    """Solves without the interpreter's lock.
+def solve(model: Any, options: Options,
+          session: Any = None) -> tuple[Any, Optional[BaseException]]:
+    """Solves without the interpreter's lock, from what the last solve of a session left.
 
     Returns the solution's handle, and the exception, such as KeyboardInterrupt, that ended it.
     """
@@ -100,8 +110,23 @@ def solve(model: Any, options: Options) -> tuple[Any, Optional[BaseException]]:
         given.log = _log
     made = ffi.new("NuvSolution**")
     told = diagnostics()
-    check(lib.NuvModelSolve(model, given, made, told), told)
+    if session is None:
+        result = lib.NuvModelSolve(model, given, made, told)
+    else:
+        result = lib.NuvSolverSolve(session, model, given, made, told)
+    check(result, told)
     return owned(made[0], lib.NuvSolutionDestruct), call.failure
+
+
+def verify(model: Any, certificate: Any, numbers: str) -> str:
+    """The verdict that a certificate proves of a model."""
+    if not isinstance(certificate, (str, bytes)):
+        raise TypeError(f"certificate: a text is needed, not a {type(certificate).__name__}")
+    data = certificate.encode() if isinstance(certificate, str) else certificate
+    found, told = ffi.new("NuvVerification*"), diagnostics()
+    found.size = ffi.sizeof("NuvVerification")
+    check(lib.NuvModelVerify(model, data, len(data), _one_of(numbers), found, told), told)
+    return STATUSES[found.status]
 
 
 def _one_of(numbers: str) -> int:

@@ -1,0 +1,285 @@
+"""Linear expressions of variables, and the constraints that comparisons make of them.
+
+Coefficients are added and multiplied as the decimals they are written as: 0.1 x + 0.2 x is 0.3 x.
+"""
+
+from __future__ import annotations
+
+import math
+from fractions import Fraction
+from typing import TYPE_CHECKING, Any, Iterable, Optional, Union
+
+from ._arrays import INTEGERS, as_double, written
+
+if TYPE_CHECKING:
+    from ._model import Model
+
+
+def plus(a: float, b: float) -> float:
+    """The double nearest to the sum of two numbers as they are written."""
+    total = a + b
+    if a == 0 or b == 0 or a.is_integer() and b.is_integer() and abs(total) < INTEGERS:
+        return total
+    return float(written(a) + written(b))
+
+
+def times(a: float, b: float) -> float:
+    """The double nearest to the product of two numbers as they are written."""
+    product = a * b
+    if abs(a) == 1 or abs(b) == 1 or a.is_integer() and b.is_integer() and \
+            abs(product) < INTEGERS:
+        return product
+    return float(written(a) * written(b))
+
+
+def coefficient(value: Any) -> float:
+    """A finite number."""
+    number = as_double(value, "coefficient")
+    if not math.isfinite(number):
+        raise ValueError(f"coefficient: must be finite, not {number}")
+    return number
+
+
+def is_number(value: Any) -> bool:
+    """Whether a value takes part in an expression as a number."""
+    return not isinstance(value, str) and (
+        isinstance(value, (int, float, Fraction)) or
+        hasattr(value, "__float__") and getattr(value, "ndim", 0) == 0)
+
+
+class Linear:
+    """What variables and expressions have in common: arithmetic and comparisons."""
+
+    __slots__ = ()
+    # Arrays of numbers leave the operation to this side.
+    __array_ufunc__ = None
+
+    def _expression(self) -> Expression:
+        raise NotImplementedError
+
+    def __add__(self, other: Any) -> Expression:
+        if _as_expression(other) is None:
+            return NotImplemented
+        return Expression._copied(self._expression())._increase(other, 1.0)
+
+    def __radd__(self, other: Any) -> Expression:
+        return self.__add__(other)
+
+    def __sub__(self, other: Any) -> Expression:
+        if _as_expression(other) is None:
+            return NotImplemented
+        return Expression._copied(self._expression())._increase(other, -1.0)
+
+    def __rsub__(self, other: Any) -> Expression:
+        return (-self).__add__(other)
+
+    def __neg__(self) -> Expression:
+        return self * -1.0
+
+    def __pos__(self) -> Expression:
+        return self._expression()
+
+    def __mul__(self, factor: Any) -> Expression:
+        if not is_number(factor):
+            return NotImplemented
+        by, source = coefficient(factor), self._expression()
+        terms = {index: times(value, by) for index, value in source.terms.items()}
+        return Expression(source.model, terms, times(source.constant, by))
+
+    def __rmul__(self, factor: Any) -> Expression:
+        return self.__mul__(factor)
+
+    def __truediv__(self, divisor: Any) -> Expression:
+        if not is_number(divisor):
+            return NotImplemented
+        by, source = written(coefficient(divisor)), self._expression()
+        terms = {index: float(written(value) / by) for index, value in source.terms.items()}
+        return Expression(source.model, terms, float(written(source.constant) / by))
+
+    def __le__(self, other: Any) -> Constraint:
+        return self._compared(other, -math.inf, 0.0)
+
+    def __ge__(self, other: Any) -> Constraint:
+        return self._compared(other, 0.0, math.inf)
+
+    def __eq__(self, other: Any) -> Constraint:  # type: ignore[override]
+        return self._compared(other, 0.0, 0.0)
+
+    def __ne__(self, other: Any) -> Any:
+        raise TypeError("linear programs have no constraints with !=")
+
+    def _compared(self, other: Any, lower: float, upper: float) -> Constraint:
+        if _as_expression(other) is None:
+            return NotImplemented
+        difference = Expression._copied(self._expression())._increase(other, -1.0)
+        side, difference.constant = 0.0 - difference.constant, 0.0
+        same = None
+        if isinstance(self, Variable) and isinstance(other, Variable):
+            same = self.model is other.model and self.index == other.index
+        return Constraint(difference, lower + side, upper + side, same)
+
+
+class Variable(Linear):
+    """A variable of a model; made by ``Model.variable``."""
+
+    __slots__ = ("model", "index")
+
+    def __init__(self, model: Model, index: int) -> None:
+        self.model = model
+        self.index = index
+
+    def _expression(self) -> Expression:
+        return Expression(self.model, {self.index: 1.0}, 0.0)
+
+    def __hash__(self) -> int:
+        return hash((id(self.model), self.index))
+
+    def __repr__(self) -> str:
+        return self.name
+
+    @property
+    def name(self) -> str:
+        return self.model._column_name(self.index)
+
+    @property
+    def value(self) -> float:
+        """In the model's last solution; the next three are of it as well."""
+        return float(self.model.solution.value(self))
+
+    @property
+    def exact(self) -> Fraction:
+        found: Fraction = self.model.solution.exact(self)
+        return found
+
+    @property
+    def reduced_cost(self) -> float:
+        """What the objective gains per unit by which the variable is moved up."""
+        return float(self.model.solution.reduced_cost(self))
+
+    @property
+    def is_basic(self) -> bool:
+        return self.model.solution.is_basic(self)
+
+
+class Expression(Linear):
+    """A sum of coefficients times variables, and a constant."""
+
+    __slots__ = ("model", "terms", "constant")
+
+    def __init__(self, model: Optional[Model], terms: dict[int, float], constant: float) -> None:
+        self.model = model
+        #: The coefficient by the index of its variable.
+        self.terms = terms
+        self.constant = constant
+
+    @classmethod
+    def _copied(cls, other: Expression) -> Expression:
+        return cls(other.model, dict(other.terms), other.constant)
+
+    def _expression(self) -> Expression:
+        return self
+
+    def _increase(self, other: Any, factor: float) -> Expression:
+        """Adds what `_as_expression` takes, times 1 or -1."""
+        if isinstance(other, Variable):
+            self._joins(other.model)
+            self.terms[other.index] = plus(self.terms.get(other.index, 0.0), factor)
+            return self
+        added = _as_expression(other)
+        if added is None:
+            raise TypeError(f"a {type(other).__name__} is no linear expression")
+        if added.model is not None:
+            self._joins(added.model)
+        for index, value in added.terms.items():
+            self.terms[index] = plus(self.terms.get(index, 0.0), factor * value)
+        self.constant = plus(self.constant, factor * added.constant)
+        return self
+
+    def _joins(self, model: Model) -> None:
+        if self.model is None:
+            self.model = model
+        elif self.model is not model:
+            raise ValueError("the variables of an expression are of different models")
+
+    def _evaluated(self, values: Any) -> float:
+        return math.fsum([self.constant, *(value * float(values[index])
+                                           for index, value in self.terms.items())])
+
+    @property
+    def value(self) -> float:
+        """In the model's last solution."""
+        return self.constant if self.model is None else float(self.model.solution.value(self))
+
+    @property
+    def exact(self) -> Fraction:
+        if self.model is None:
+            return written(self.constant)
+        found: Fraction = self.model.solution.exact(self)
+        return found
+
+    def __repr__(self) -> str:
+        parts = [(value, self.model._column_name(index)) for index, value in self.terms.items()
+                 ] if self.model is not None else []
+        if self.constant or not parts:
+            parts.append((self.constant, ""))
+        text = ""
+        for value, name in parts:
+            sign = ("-" if value < 0 else "") if not text else (" - " if value < 0 else " + ")
+            size = "" if abs(value) == 1 and name else repr(abs(value)).removesuffix(".0")
+            text += sign + " ".join(part for part in (size, name) if part)
+        return text
+
+
+class Constraint:
+    """An expression without constant between two sides; ``Model.add`` makes a row of it."""
+
+    __slots__ = ("expression", "lower", "upper", "_same")
+
+    def __init__(self, expression: Expression, lower: float, upper: float,
+                 same: Optional[bool] = None) -> None:
+        self.expression = expression
+        self.lower = lower
+        self.upper = upper
+        self._same = same
+
+    def __bool__(self) -> bool:
+        # Dictionaries and sets ask whether two variables are the same one.
+        if self._same is not None:
+            return self._same
+        raise TypeError("a constraint is neither true nor false; for a <= x <= b use add_range")
+
+    def __repr__(self) -> str:
+        def shown(side: float) -> str:
+            return repr(side).removesuffix(".0")
+
+        if self.lower == self.upper:
+            return f"{self.expression!r} == {shown(self.lower)}"
+        if self.lower == -math.inf:
+            return f"{self.expression!r} <= {shown(self.upper)}"
+        if self.upper == math.inf:
+            return f"{self.expression!r} >= {shown(self.lower)}"
+        return f"{shown(self.lower)} <= {self.expression!r} <= {shown(self.upper)}"
+
+
+def _as_expression(value: Any) -> Optional[Expression]:
+    """None for what is none."""
+    if isinstance(value, Linear):
+        return value._expression()
+    if is_number(value):
+        return Expression(None, {}, coefficient(value))
+    return None
+
+
+def sum(terms: Union[Linear, Iterable[Any]]) -> Expression:
+    """The sum of expressions, in time in proportion to their terms.
+
+    >>> import nuv
+    >>> model = nuv.Model()
+    >>> x = [model.variable(f"x{k}") for k in range(3)]
+    >>> nuv.sum((k + 1) * x[k] for k in range(3))
+    x0 + 2 x1 + 3 x2
+    """
+    total = Expression(None, {}, 0.0)
+    for term in [terms] if isinstance(terms, Linear) else terms:
+        total._increase(term, 1.0)
+    return total
