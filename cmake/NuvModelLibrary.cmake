@@ -6,7 +6,7 @@ set(NUV_MODEL_ROOMS nuv_algebra nuv_model nuv_io nuv_sparse_simplex nuv_basis_fi
 # Those that users include, and those that these include: neither Boost nor GMP is among them.
 set(NUV_MODEL_HEADERS
     Nuv/Algebra/ExactNumber.hpp
-    Nuv/Algebra/SparseMatrix.hpp
+    Nuv/Algebra/Index.hpp
     Nuv/Certificate/Status.hpp
     Nuv/Exact/Sensitivity.hpp
     Nuv/Exact/StageRecord.hpp
@@ -31,15 +31,13 @@ set(NUV_MODEL_HEADERS
     Nuv/Model/NuvSolution.h
     Nuv/Report/JsonReport.hpp
     Nuv/Report/TextReport.hpp
-    Nuv/Solve/CanonicalForm.hpp
     Nuv/Solve/Repair.hpp
     Nuv/Solve/Scaling.hpp
-    Nuv/Solve/SinglePrecisionStage.hpp
+    Nuv/Solve/SinglePrecisionResult.hpp
     Nuv/Solve/Solution.hpp
     Nuv/Solve/SolveOptions.hpp
     Nuv/Solve/Solver.hpp
     Nuv/SparseSimplex/Basis.hpp
-    Nuv/SparseSimplex/BoundedForm.hpp
     Nuv/SparseSimplex/SolveControl.hpp)
 
 set(nuv_model_objects)

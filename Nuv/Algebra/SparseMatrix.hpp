@@ -2,6 +2,8 @@
 /// walked as `for (const auto [i, a] : matrix.Column(j))`, i being the row and a the entry.
 #pragma once
 
+#include "Nuv/Algebra/Index.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -12,9 +14,6 @@
 
 namespace nuv
 {
-
-using Index = std::uint32_t;
-inline constexpr Index kNoIndex = std::numeric_limits<Index>::max();
 
 /// One entry of a sparse vector, seen where it is stored.
 template <class Value>

@@ -1,6 +1,7 @@
 #include "Nuv/Solve/SinglePrecisionSolve.hpp"
 
 #include "Nuv/Solve/ModelTerms.hpp"
+#include "Nuv/Solve/SinglePrecisionStage.hpp"
 
 #include <string>
 

@@ -14,7 +14,7 @@
 #include "Nuv/Exact/StageRecord.hpp"
 #include "Nuv/Model/Error.hpp"
 #include "Nuv/Model/Model.hpp"
-#include "Nuv/Solve/SinglePrecisionStage.hpp"
+#include "Nuv/Solve/SinglePrecisionResult.hpp"
 #include "Nuv/Solve/SolveOptions.hpp"
 #include "Nuv/Solve/Uniqueness.hpp"
 #include "Nuv/SparseSimplex/Basis.hpp"

@@ -1,6 +1,8 @@
 /// Where variables rest, and how any list of statuses becomes a basis.
 #include "Nuv/SparseSimplex/Basis.hpp"
 
+#include "Nuv/SparseSimplex/BoundedForm.hpp"
+
 #include <cmath>
 
 namespace nuv

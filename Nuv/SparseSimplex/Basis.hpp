@@ -4,13 +4,15 @@
 /// at a finite bound, or at zero if it has none.
 #pragma once
 
-#include "Nuv/SparseSimplex/BoundedForm.hpp"
+#include "Nuv/Algebra/Index.hpp"
 
 #include <cstdint>
 #include <vector>
 
 namespace nuv
 {
+
+struct BoundedForm;
 
 enum class BasisStatus : std::uint8_t
 {

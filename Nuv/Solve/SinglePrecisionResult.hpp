@@ -1,0 +1,38 @@
+/// How the first stage of a solve, the core in single precision, ended.
+#pragma once
+
+#include "Nuv/Algebra/Index.hpp"
+
+#include <cstdint>
+#include <vector>
+
+namespace nuv
+{
+
+enum class SinglePrecisionOutcome : std::uint8_t
+{
+    Optimal,
+    Infeasible,
+    Unbounded,
+    PivotLimit,   ///< of the solve
+    PivotBudget,  ///< the stage's own
+    Memory,       ///< the matrices are dense, and each pivot leaves one behind
+    Cycling,      ///< a basis came back: without a tolerance and a rule against it, for ever
+    Stopped,      ///< by time or by the caller
+    Empty,        ///< not tried: there is no row or no column
+    OutOfRange,   ///< not tried: a number is beyond binary32
+    Skipped,      ///< not asked for
+};
+
+struct SinglePrecisionResult
+{
+    SinglePrecisionOutcome outcome = SinglePrecisionOutcome::Skipped;
+    std::uint64_t pivots = 0;
+    /// The labels of the last basis, by row; from 1: columns, then slacks; 0 is the artificial one.
+    std::vector<Index> basicLabels;
+    float objective = 0.0F;     ///< Optimal: of the canonical form
+    std::vector<float> values;  ///< Optimal: by canonical column
+    std::uint64_t period = 0;   ///< Cycling: the pivots from a basis back to itself
+};
+
+}  // namespace nuv
