@@ -28,6 +28,7 @@ set(NUV_MODEL_HEADERS
     Nuv/Model/NameTable.hpp
     Nuv/Model/NuvModel.h
     Nuv/Model/NuvModelTypes.h
+    Nuv/Model/NuvRepair.h
     Nuv/Model/NuvSolution.h
     Nuv/Report/JsonReport.hpp
     Nuv/Report/TextReport.hpp

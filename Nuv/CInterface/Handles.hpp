@@ -26,6 +26,7 @@ enum class Kind : std::uint64_t
     Model = 0x4E75764D6F64656Cu,
     Solution = 0x4E7576536F6C7574u,
     Solver = 0x4E7576536F6C7665u,
+    Repair = 0x4E75765265706169u,
     Diagnostics = 0x4E75764469616700u,
     Text = 0x4E75765465787400u,
 };

@@ -27,6 +27,7 @@
 #define NUV_MODEL_NUVMODEL_H
 
 #include "Nuv/Model/NuvModelTypes.h"
+#include "Nuv/Model/NuvRepair.h"
 #include "Nuv/Model/NuvSolution.h"
 
 /// The direction of the objective.

@@ -31,6 +31,8 @@ typedef struct NuvModel NuvModel;
 typedef struct NuvSolution NuvSolution;
 /// A session: what a solve leaves for the next one.
 typedef struct NuvSolver NuvSolver;
+/// What would make an infeasible model feasible.
+typedef struct NuvRepair NuvRepair;
 /// What a call had to say beside its result.
 typedef struct NuvDiagnostics NuvDiagnostics;
 /// A text that the library has made.

@@ -137,6 +137,17 @@ static void SolveTwice(NuvModel* model, NuvDiagnostics* diagnostics)
     NuvSolverDestruct(solver);
 }
 
+static void RepairText(const NuvModel* model, NuvDiagnostics* diagnostics)
+{
+    NuvRepair* repair;
+    NuvModel* repaired;
+    if (!Done(NuvModelRepair(model, NULL, NULL, NULL, &repair, diagnostics)))
+        return;
+    if (Done(NuvRepairMakeModel(repair, &repaired)))
+        NuvModelDestruct(repaired);
+    NuvRepairDestruct(repair);
+}
+
 static void Session(void)
 {
     NuvModel* model = NuvModelConstruct();
@@ -157,6 +168,7 @@ static void Session(void)
             (void)Done(NuvModelRemoveRows(copy, 1, NULL, diagnostics));
         SolveText(copy, "min\n x + y\nst\n c: x + y >= 3\n d: x <= 1\nbounds\n y <= 1\nend\n",
                   diagnostics);
+        RepairText(copy, diagnostics);
         SolveText(copy, "max\n x + y\nst\n c: x - 2 y <= 3\nend\n", diagnostics);
         if (NuvModelReadText(copy, "min\n x y\nend", 12, NULL, NULL, diagnostics) ==
                 NUV_MODELRESULT_BadText &&
