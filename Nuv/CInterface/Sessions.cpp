@@ -17,12 +17,12 @@ namespace nuv::c
 namespace
 {
 
-/// Whether two models differ in nothing but costs and bounds.
+/// Whether two models differ in nothing but costs and bounds that doubles say.
 bool HaveSameRows(const Model& left, const Model& right)
 {
     return left.VariableCount() == right.VariableCount() && left.RowCount() == right.RowCount() &&
            left.ObjectiveSense() == right.ObjectiveSense() &&
-           left.ObjectiveConstant() == right.ObjectiveConstant() &&
+           left.ObjectiveConstant() == right.ObjectiveConstant() && left.Exact() == right.Exact() &&
            std::ranges::equal(left.RowStarts(), right.RowStarts()) &&
            std::ranges::equal(left.Columns(), right.Columns()) &&
            std::ranges::equal(left.Coefficients(), right.Coefficients());

@@ -36,13 +36,13 @@ const std::uint8_t* StatusesOf(const NuvSolution* handle, std::uint32_t* count,
 
 /// The vector of the proof that holds the numbers of a kind, and the sign that turns them into the
 /// model's sense.
-struct ExactNumbers
+struct ProofNumbers
 {
     const ExactVector* vector = nullptr;
     int sign = 1;
 };
 
-ExactNumbers NumbersOf(const NuvSolution& handle, std::uint32_t kind)
+ProofNumbers NumbersOf(const NuvSolution& handle, std::uint32_t kind)
 {
     if (!handle.solution.certificate)
         return {};
@@ -72,10 +72,22 @@ ExactNumbers NumbersOf(const NuvSolution& handle, std::uint32_t kind)
     return {};
 }
 
-std::string TextOf(const ExactNumbers& numbers, Index at)
+std::string TextOf(const ProofNumbers& numbers, Index at)
 {
     const Rational number = numbers.vector->At(at);
     return ToString(numbers.sign < 0 ? -number : number);
+}
+
+/// The numbers of a kind that were written down, or null.
+const std::vector<std::string>* WrittenNumbers(const NuvSolution& handle, std::uint32_t kind)
+{
+    if (!handle.solution.exact)
+        return nullptr;
+    const ExactTexts& texts = *handle.solution.exact;
+    const std::vector<std::string>* const kinds[] = {
+        nullptr, &texts.values,       &texts.duals,      &texts.ray,
+        nullptr, &texts.reducedCosts, &texts.activities, &texts.slacks};
+    return kind < std::size(kinds) && kinds[kind] && !kinds[kind]->empty() ? kinds[kind] : nullptr;
 }
 
 /// @return nothing where there is no such number.
@@ -83,10 +95,31 @@ std::string ExactText(const NuvSolution& handle, std::uint32_t kind, std::uint32
 {
     if (kind == NUV_EXACT_Objective)
         return index == 0 ? handle.solution.exactObjective : std::string();
-    const ExactNumbers numbers = NumbersOf(handle, kind);
+    if (const std::vector<std::string>* written = WrittenNumbers(handle, kind))
+        return index < written->size() ? (*written)[index] : std::string();
+    const ProofNumbers numbers = NumbersOf(handle, kind);
     if (!numbers.vector || index >= numbers.vector->numerator.size())
         return {};
     return TextOf(numbers, index);
+}
+
+/// All numbers of a kind, each ended by a NUL. Fails with NotKnown where there are none.
+std::string AllExactTexts(const NuvSolution& handle, std::uint32_t kind)
+{
+    std::string all;
+    const std::vector<std::string>* written = WrittenNumbers(handle, kind);
+    const ProofNumbers numbers = written ? ProofNumbers() : NumbersOf(handle, kind);
+    if (kind == NUV_EXACT_Objective && !handle.solution.exactObjective.empty())
+        all.append(handle.solution.exactObjective).push_back('\0');
+    else if (written)
+        for (const std::string& number : *written)
+            all.append(number).push_back('\0');
+    else if (numbers.vector)
+        for (Index at = 0; at < numbers.vector->numerator.size(); ++at)
+            all.append(TextOf(numbers, at)).push_back('\0');
+    else
+        Fail(NUV_MODELRESULT_NotKnown, "c.not-known", "there are none");
+    return all;
 }
 
 }  // namespace
@@ -249,18 +282,7 @@ NuvModelResult NuvSolutionMakeExact(const NuvSolution* solution, uint32_t kind, 
                    {
                        Given(numbers, "numbers") = nullptr;
                        const NuvSolution& handle = Checked(solution);
-                       RequireOneOf(kind, 5, "kind of exact numbers");
-                       std::string text;
-                       if (kind == NUV_EXACT_Objective)
-                           text = handle.solution.exactObjective;
-                       const ExactNumbers exact = NumbersOf(handle, kind);
-                       if (text.empty() && !exact.vector)
-                           Fail(NUV_MODELRESULT_NotKnown, "c.not-known", "there are none");
-                       if (!text.empty())
-                           text.push_back('\0');
-                       for (nuv::Index at = 0; exact.vector && at < exact.vector->numerator.size();
-                            ++at)
-                           text.append(TextOf(exact, at)).push_back('\0');
-                       MakeText(numbers, std::move(text));
+                       RequireOneOf(kind, NUV_EXACT_Slacks + 1, "kind of exact numbers");
+                       MakeText(numbers, AllExactTexts(handle, kind));
                    });
 }

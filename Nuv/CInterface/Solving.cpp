@@ -55,6 +55,7 @@ SolveOptions OptionsOf(const NuvSolveOptions& given)
     options.singlePrecisionOnly = given.stages == NUV_STAGES_SinglePrecisionOnly;
     options.scaling = given.scale != 0 ? Scaling::PowersOfTwo : Scaling::None;
     options.sensitivity = given.sensitivity != 0;
+    options.exact = given.exact != 0;
     options.iisSeconds = given.iisSeconds;
     options.limits.seconds = given.seconds;
     options.limits.singlePrecisionPivots = given.singlePrecisionPivots;

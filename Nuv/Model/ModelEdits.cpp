@@ -152,6 +152,7 @@ bool Model::SetObjectiveConstant(double constant)
     if (!std::isfinite(constant))
         return Fail(NotFinite("the objective"));
     m_objectiveConstant = constant;
+    m_exact.Erase({NumberPlace::Of::ObjectiveConstant});
     return true;
 }
 

@@ -176,6 +176,32 @@ NUV_MODEL_API NuvModelResult NuvModelRemoveColumns(NuvModel* model, uint32_t cou
 NUV_MODEL_API NuvModelResult NuvModelRemoveRows(NuvModel* model, uint32_t count,
                                                 const uint32_t* rows, NuvDiagnostics* diagnostics);
 
+/// Which number of a model: of a column or row `at`, or the entry of row `at` in `column`.
+enum
+{
+    NUV_PLACE_Constant = 0,
+    NUV_PLACE_Cost = 1,
+    NUV_PLACE_ColumnLower = 2,
+    NUV_PLACE_ColumnUpper = 3,
+    NUV_PLACE_RowLower = 4,
+    NUV_PLACE_RowUpper = 5,
+    NUV_PLACE_Entry = 6
+};
+
+/// Sets one number, NUV_PLACE_..., to what a text says: an integer, a decimal of any length, or a
+/// quotient like "-1/3". The double there becomes the nearest one; the number itself is kept beside
+/// it, and NUV_NUMBERS_Written is about that. Setting a double there again forgets
+/// it, for a bound also that of the other bound.
+NUV_MODEL_API NuvModelResult NuvModelSetExact(NuvModel* model, uint32_t place, uint32_t at,
+                                              uint32_t column, const char* text,
+                                              NuvDiagnostics* diagnostics);
+
+/// Writes the text of a number that its double does not say into `buffer`, cut to `size` bytes with
+/// its NUL; a null buffer of size 0 only asks.
+/// @return the bytes that the whole text takes with its NUL; 0 where the double says it all.
+NUV_MODEL_API uint64_t NuvModelGetExact(const NuvModel* model, uint32_t place, uint32_t at,
+                                        uint32_t column, char* buffer, uint64_t size);
+
 /// Sets NUV_SENSE_...
 NUV_MODEL_API NuvModelResult NuvModelSetSense(NuvModel* model, uint32_t sense);
 

@@ -99,6 +99,13 @@ typedef struct NuvSolveOptions
     /// Not 0, the default: the solution keeps its proof, out of which exact numbers and the
     /// certificate are made.
     uint32_t keepProof;
+    /// Not 0: all exact numbers of a proved verdict are written down, also those that follow from
+    /// the proof; JSON and the report show them.
+    uint32_t exact;
+    /// The lengths of the three starts.
+    uint32_t numStartColumns;
+    uint32_t numStartRows;
+    uint32_t numStartValues;
     /// Of all stages together; infinity is no limit.
     double seconds;
     /// How long to look for a minimal conflict in an infeasible model, at most.
@@ -113,12 +120,6 @@ typedef struct NuvSolveOptions
     const uint8_t* startRowBasis;
     /// The same by values of the columns, NaN where none is known; a basis comes first.
     const double* startValues;
-    /// The lengths of these three.
-    uint32_t numStartColumns;
-    uint32_t numStartRows;
-    uint32_t numStartValues;
-    /// Zero.
-    uint32_t reserved;
     /// Null for none.
     NuvProgressCallback progress;
     /// Null for none.
@@ -177,7 +178,12 @@ enum
     NUV_EXACT_Values = 1,
     NUV_EXACT_Duals = 2,
     NUV_EXACT_Ray = 3,
-    NUV_EXACT_Farkas = 4
+    NUV_EXACT_Farkas = 4,
+    /// These three only where the options asked for exact numbers. A row without sides has no
+    /// slack.
+    NUV_EXACT_ReducedCosts = 5,
+    NUV_EXACT_Activities = 6,
+    NUV_EXACT_Slacks = 7
 };
 
 /// What NuvModelVerify found out.

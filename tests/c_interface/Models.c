@@ -141,8 +141,63 @@ static void TestEdits(void)
     NuvModelDestruct(model);
 }
 
+/* One third is one third, and 2^53 + 1 is odd. */
+static void TestNumbersThatNoDoubleSays(void)
+{
+    NuvModel* model = MakeFactory();
+    NuvSolution* solution;
+    NuvSolveOptions options;
+    NuvModelArrays held;
+    NuvText* text;
+    char said[32];
+    const double upper = 240.0;
+    held.size = sizeof held;
+    CHECK(NuvModelGetExact(model, NUV_PLACE_Cost, 0, 0, said, sizeof said) == 0);
+    CHECK_OK(NuvModelSetExact(model, NUV_PLACE_Cost, 0, 0, "1/3", NULL));
+    CHECK_OK(NuvModelSetExact(model, NUV_PLACE_Cost, 1, 0, "0.25", NULL));
+    CHECK_OK(NuvModelSetExact(model, NUV_PLACE_RowLower, 1, 0, "-1/7", NULL));
+    CHECK_OK(NuvModelSetExact(model, NUV_PLACE_RowUpper, 1, 0, "9007199254740993", NULL));
+    CHECK_OK(NuvModelSetExact(model, NUV_PLACE_Entry, 0, 1, "5/3", NULL));
+    CHECK(NuvModelGetExact(model, NUV_PLACE_Cost, 0, 0, said, sizeof said) == 4);
+    CHECK(strcmp(said, "1/3") == 0);
+    CHECK(NuvModelGetExact(model, NUV_PLACE_Cost, 1, 0, NULL, 0) == 0);
+    CHECK(NuvModelGetExact(model, NUV_PLACE_RowLower, 1, 0, NULL, 0) == 5);
+    CHECK(NuvModelGetExact(model, NUV_PLACE_Entry, 0, 1, said, 2) == 4 && strcmp(said, "5") == 0);
+    CHECK_OK(NuvModelGetArrays(model, &held));
+    CHECK(held.costs[0] == 1.0 / 3.0 && held.costs[1] == 0.25);
+    CHECK(held.values[1] == 5.0 / 3.0 && held.rowUpper[1] == 9007199254740992.0);
+    CHECK(NuvModelSetExact(model, NUV_PLACE_Cost, 0, 0, "a third", NULL) ==
+          NUV_MODELRESULT_InvalidModel);
+    CHECK(NuvModelSetExact(model, NUV_PLACE_Cost, 0, 0, "1e999", NULL) ==
+          NUV_MODELRESULT_InvalidModel);
+    CHECK(NuvModelSetExact(model, NUV_PLACE_Cost, 2, 0, "1", NULL) ==
+          NUV_MODELRESULT_InvalidArgument);
+    CHECK(NuvModelSetExact(model, NUV_PLACE_Entry + 1, 0, 0, "1", NULL) ==
+          NUV_MODELRESULT_InvalidArgument);
+
+    /* Wood binds, 2 chairs + 5/3 tables <= 300: 150 chairs at 1/3, or 180 tables at 1/4. */
+    CHECK_OK(NuvSolveOptionsInit(&options, sizeof options));
+    options.exact = 1;
+    CHECK_OK(NuvModelSolve(model, &options, &solution, NULL));
+    CHECK(NuvSolutionGetExact(solution, NUV_EXACT_Objective, 0, said, sizeof said) == 3);
+    CHECK(strcmp(said, "50") == 0);
+    CHECK(NuvSolutionGetExact(solution, NUV_EXACT_ReducedCosts, 1, said, sizeof said) == 6);
+    CHECK(strcmp(said, "-1/36") == 0);
+    CHECK(NuvSolutionGetExact(solution, NUV_EXACT_Slacks, 1, said, sizeof said) != 0);
+    CHECK(strcmp(said, "4201/7") == 0);
+    CHECK_OK(NuvSolutionMakeExact(solution, NUV_EXACT_Activities, &text));
+    CHECK(NuvTextGetSize(text) == 8 && memcmp(NuvTextGetData(text), "300\000600", 8) == 0);
+    NuvTextDestruct(text);
+    NuvSolutionDestruct(solution);
+
+    CHECK_OK(NuvModelSetRowBounds(model, 2, NULL, NULL, (const double[]){300.0, upper}, NULL));
+    CHECK(NuvModelGetExact(model, NUV_PLACE_RowUpper, 1, 0, NULL, 0) == 0);
+    NuvModelDestruct(model);
+}
+
 void TestModels(void)
 {
+    TestNumbersThatNoDoubleSays();
     TestArraysComeBack();
     TestNamesAreMadeWhereNoneAreGiven();
     TestRefusedCallsChangeNothing();

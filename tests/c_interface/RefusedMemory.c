@@ -64,6 +64,7 @@ static void State(NuvModel* model, NuvDiagnostics* diagnostics)
         CHECK(NuvModelGetNumEntries(model) >= 4);
     (void)Done(NuvModelSetCosts(model, 1, NULL, &one, diagnostics));
     (void)Done(NuvModelSetRowBounds(model, 1, NULL, NULL, &one, diagnostics));
+    (void)Done(NuvModelSetExact(model, NUV_PLACE_Cost, 0, 0, "10/3", diagnostics));
     (void)Done(NuvModelSetName(model, "a name too long to lie in a string itself"));
 }
 
