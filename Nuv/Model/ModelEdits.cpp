@@ -187,7 +187,7 @@ bool Model::SetCoefficient(Row row, Variable variable, double coefficient)
         m_coefficients.erase(value);
         m_columns.erase(found);
     }
-    for (std::size_t behind = std::size_t{at} + 1; behind < m_rowStarts.size(); ++behind)
+    for (auto behind = static_cast<std::size_t>(at) + 1; behind < m_rowStarts.size(); ++behind)
         m_rowStarts[behind] = isNew ? m_rowStarts[behind] + 1 : m_rowStarts[behind] - 1;
     return true;
 }

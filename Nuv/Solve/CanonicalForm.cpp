@@ -1,5 +1,5 @@
-// The steps to the canonical form, in the order in which they are made: plans first, then the rows that
-// follow from them, scaling last.
+// The steps to the canonical form, in the order in which they are made: plans first, then the rows
+// that follow from them, scaling last.
 #include "Nuv/Solve/CanonicalForm.hpp"
 
 #include <cmath>

@@ -9,7 +9,8 @@ namespace nuvlp::test
 namespace
 {
 
-const std::string kShort = "min x + y st need: 2 x + 2 y >= 18 cap: 3 x <= 7 bounds x <= 3 y <= 4 end";
+const std::string kShort =
+    "min x + y st need: 2 x + 2 y >= 18 cap: 3 x <= 7 bounds x <= 3 y <= 4 end";
 
 TEST(RepairCommand, TellsTheLeastChangeByName)
 {

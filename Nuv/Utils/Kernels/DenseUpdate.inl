@@ -1,5 +1,6 @@
 // A rank-1 update of all lines of a dense matrix and one or two combinations of them, in one pass
-// over the lines for each few vectors of their length, whose sums wait in registers. Lanes.inl stands before this.
+// over the lines for each few vectors of their length, whose sums wait in registers. Lanes.inl
+// stands before this.
 #include "Nuv/Utils/Kernels/Kernels.h"
 
 namespace nuv

@@ -71,7 +71,8 @@ void UpdateRows(SmallIteration* x, const Iteration* it, const NuvFloat32* update
 
 bool IsSmall(const StandardForm* form)
 {
-    return switches.structured && switches.few && form->m <= mostRows && form->isFiniteWithUnitSlacks;
+    return switches.structured && switches.few && form->m <= mostRows &&
+           form->isFiniteWithUnitSlacks;
 }
 
 void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout)

@@ -30,8 +30,8 @@ int main()
         return EXIT_FAILURE;
     }
     const nuv::Solution again = nuv::Solve(*reading.model);
-    std::cout << factory << plan.Outcome() << ": " << plan.exactObjective << " with " << plan.Value(chairs) << " and "
-              << plan.Value(tables) << '\n';
+    std::cout << factory << plan.Outcome() << ": " << plan.exactObjective << " with "
+              << plan.Value(chairs) << " and " << plan.Value(tables) << '\n';
     return plan.proved && again.proved && again.exactObjective == plan.exactObjective
                ? EXIT_SUCCESS
                : EXIT_FAILURE;
