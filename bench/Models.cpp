@@ -37,7 +37,7 @@ nuv::SolveOptions OptionsFor(nuv::CoefficientMeaning numbers)
     options.numbers = numbers;
     options.limits.seconds = 60.0;
     // The time of a proof, without that of the explanation behind it.
-    options.iisSeconds = 0.0;
+    options.iisWork = 0;
     return options;
 }
 

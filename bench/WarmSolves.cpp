@@ -90,7 +90,7 @@ private:
     static nuv::SolveOptions Options()
     {
         nuv::SolveOptions options;
-        options.iisSeconds = 0.0;
+        options.iisWork = 0;
         return options;
     }
     [[nodiscard]] const nuv::Model& Model() const

@@ -17,7 +17,7 @@ NuvSolveOptions Defaults()
     defaults.size = sizeof(NuvSolveOptions);
     defaults.keepProof = 1;
     defaults.seconds = options.limits.seconds;
-    defaults.iisSeconds = options.iisSeconds;
+    defaults.iisWork = options.iisWork;
     defaults.singlePrecisionPivots = options.limits.singlePrecisionPivots;
     defaults.doublePivots = options.limits.doublePivots;
     defaults.exactPivots = options.limits.exactPivots;
@@ -48,7 +48,7 @@ std::optional<Basis> StartOf(const NuvSolveOptions& given)
 SolveOptions OptionsOf(const NuvSolveOptions& given)
 {
     RequireOneOf(given.stages, 3, "choice of stages");
-    Require(given.seconds >= 0.0 && given.iisSeconds >= 0.0, "a time limit is negative or NaN");
+    Require(given.seconds >= 0.0, "a time limit is negative or NaN");
     SolveOptions options;
     options.numbers = MeaningOf(given.numbers);
     options.useSinglePrecision = given.stages != NUV_STAGES_WithoutSinglePrecision;
@@ -56,7 +56,7 @@ SolveOptions OptionsOf(const NuvSolveOptions& given)
     options.scaling = given.scale != 0 ? Scaling::PowersOfTwo : Scaling::None;
     options.sensitivity = given.sensitivity != 0;
     options.exact = given.exact != 0;
-    options.iisSeconds = given.iisSeconds;
+    options.iisWork = given.iisWork;
     options.limits.seconds = given.seconds;
     options.limits.singlePrecisionPivots = given.singlePrecisionPivots;
     options.limits.doublePivots = given.doublePivots;

@@ -191,8 +191,8 @@ public:
                     m_members.push_back({v, upper});
     }
 
-    /// @return whether what is left is known to be minimal.
-    [[nodiscard]] bool Run()
+    /// @return whether what is left is known to be minimal; false when so much work is done first.
+    [[nodiscard]] bool Run(std::uint64_t most)
     {
         std::size_t needed = 0;  // so many at the front, without any of which the others agree
         bool changed = true;
@@ -201,9 +201,11 @@ public:
             if (changed && (m_members.size() == 1 || RankProvesMinimal(m_form)))
                 return true;
             changed = false;
+            if (m_work >= most)
+                return false;
             const BoundOfVariable candidate = m_members[needed];
             const double bound = std::exchange(BoundOf(candidate), Open(candidate));
-            CertifiedResult proof = SolveCertified(m_form, &m_basis, m_control);
+            CertifiedResult proof = Solve();
             if (proof.certificate.status != Status::Infeasible)
                 BoundOf(candidate) = bound;
             if (!proof.record.proved)
@@ -220,6 +222,11 @@ public:
         return true;
     }
 
+    [[nodiscard]] std::uint64_t Work() const noexcept
+    {
+        return m_work;
+    }
+
     /// What is left, in terms of the whole form.
     [[nodiscard]] std::vector<BoundOfVariable> Members() const
     {
@@ -231,6 +238,19 @@ public:
     }
 
 private:
+    CertifiedResult Solve()
+    {
+        constexpr std::uint64_t kBesidePivots = 20;
+        const std::uint64_t before = Pivots();
+        CertifiedResult proof = SolveCertified(m_form, &m_basis, m_control);
+        const std::uint64_t size = m_form.matrix.EntryCount() + m_form.Variables();
+        m_work += size * (kBesidePivots + Pivots() - before);
+        return proof;
+    }
+    [[nodiscard]] std::uint64_t Pivots() const noexcept
+    {
+        return m_control.Pivots(Stage::Double) + m_control.Pivots(Stage::Exact);
+    }
     [[nodiscard]] double& BoundOf(const BoundOfVariable& member)
     {
         const bool isRow = m_form.IsLogical(member.variable);
@@ -260,21 +280,22 @@ private:
     SolveControl& m_control;
     std::vector<BoundOfVariable> m_members;
     Basis m_basis;
+    std::uint64_t m_work = 0;
 };
 
 }  // namespace
 
 InfeasibleBounds FindIis(const BoundedForm& form, const Certificate& certificate,
-                         SolveControl& control)
+                         SolveControl& control, std::uint64_t most)
 {
     const SolveControl::Aside aside(control);
     const std::vector<BoundOfVariable> members = StatedSupport(form, certificate);
     // One side of a row may do against default bounds, or against a row without entries.
     if (certificate.contradiction != kNoIndex && !form.IsLogical(certificate.contradiction))
-        return {members, true};
+        return {members, true, 0};
     DeletionFilter filter(form, members, control);
-    const bool minimal = filter.Run();
-    return {filter.Members(), minimal};
+    const bool minimal = filter.Run(most);
+    return {filter.Members(), minimal, filter.Work()};
 }
 
 }  // namespace nuv

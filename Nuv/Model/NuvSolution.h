@@ -108,8 +108,9 @@ typedef struct NuvSolveOptions
     uint32_t numStartValues;
     /// Of all stages together; infinity is no limit.
     double seconds;
-    /// How long to look for a minimal conflict in an infeasible model, at most.
-    double iisSeconds;
+    /// How much to do to make an infeasible subsystem irreducible, at most: entries, rows and
+    /// columns times pivots, the same on every machine.
+    uint64_t iisWork;
     /// Limits of each stage; UINT64_MAX is none.
     uint64_t singlePrecisionPivots;
     uint64_t doublePivots;
@@ -143,7 +144,7 @@ typedef struct NuvSolutionInfo
     uint32_t numColumns;
     uint32_t numRows;
     uint32_t numIisMembers;
-    /// Not 0: the members of the conflict agree without any one of them.
+    /// Not 0: the members of the infeasible subsystem agree without any one of them.
     uint32_t iisMinimal;
     /// Zero.
     uint32_t reserved;

@@ -99,14 +99,14 @@ void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
     SolveControl control(options.limits);
     CertifiedResult proof = ProofInFile(form, model, claim, report.objective);
     Evidence evidence = Evidence::Certificate;
-    if (!proof.record.proved && claim.status == ClaimedStatus::Infeasible &&
-        !claim.conflict.empty())
+    if (!proof.record.proved && claim.status == ClaimedStatus::Infeasible && !claim.iis.empty())
     {
-        proof = SolveCertified(RestrictedTo(form, claim.conflict), nullptr, control);
-        evidence = Evidence::Conflict;
+        proof = SolveCertified(RestrictedTo(form, claim.iis), nullptr, control);
+        evidence = Evidence::Iis;
         if (proof.record.proved && proof.certificate.status != Status::Infeasible)
-            checker.Disagree("claim.conflict",
-                             "the rows and bounds of the conflict do not exclude each other");
+            checker.Disagree(
+                "claim.iis",
+                "the rows and bounds of the infeasible subsystem do not exclude each other");
         proof.record.proved = proof.certificate.status == Status::Infeasible;
     }
     if (!proof.record.proved)

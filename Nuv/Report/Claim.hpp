@@ -42,7 +42,7 @@ struct Claim
     Numbers farkas;
     Numbers ray;
     std::optional<Basis> basis;  ///< if every variable and row has its part in it
-    std::vector<BoundOfVariable> conflict;
+    std::vector<BoundOfVariable> iis;
 };
 
 }  // namespace nuv

@@ -29,7 +29,7 @@ public:
         return ReadSchema(result) && ReadStatus(result, needsStatus, claim) &&
                ReadMeaning(result, readsNumbers, claim.meaning) && ReadObjectives(result, claim) &&
                ReadVariables(result, claim) && ReadRows(result, claim) &&
-               ReadVectors(result, claim) && ReadConflict(result, claim);
+               ReadVectors(result, claim) && ReadIis(result, claim);
     }
 
 private:
@@ -124,12 +124,19 @@ private:
                             { return ReadInto(entry, "multiplier", claim.farkas, What::Row, i); });
     }
 
-    bool ReadConflict(const JsonValue& result, Claim& claim)
+    /// Under the key that it has, or had in results of old.
+    [[nodiscard]] static const JsonValue* FindIis(const JsonValue& result)
     {
-        const JsonValue* const list = result.Find("conflict");
+        const JsonValue* const list = result.Find("iis");
+        return list ? list : result.Find("conflict");
+    }
+
+    bool ReadIis(const JsonValue& result, Claim& claim)
+    {
+        const JsonValue* const list = FindIis(result);
         if (!list)
             return true;
-        if (!Is(*list, Kind::Array, "conflict"))
+        if (!Is(*list, Kind::Array, "iis"))
             return false;
         for (const JsonValue& entry : list->items)
         {
@@ -137,13 +144,14 @@ private:
             const JsonValue* const name = row ? row : entry.Find("variable");
             const JsonValue* const side = entry.Find("side");
             if (!name || !side || (side->text != "upper" && side->text != "lower"))
-                return m_log.Fail(entry.at, "claim.conflict",
-                                  "a member of a conflict is a row or a variable and its side", "");
+                return m_log.Fail(
+                    entry.at, "claim.iis",
+                    "a member of an infeasible subsystem is a row or a variable and its side", "");
             const What what = row ? What::Row : What::Variable;
             const std::optional<std::uint32_t> index = Find(what, name->text, name->at);
             if (!index)
                 return false;
-            claim.conflict.push_back(
+            claim.iis.push_back(
                 {*index + (row ? m_model.VariableCount() : 0), side->text == "upper"});
         }
         return true;

@@ -25,7 +25,7 @@ enum class Evidence : std::uint8_t
     Values,       ///< only feasibility was claimed
     Certificate,  ///< duals, multipliers or a ray of the file, exact as they stand
     Basis,        ///< a solve from the file's basis
-    Conflict,     ///< a solve of the rows and bounds that the file names
+    Iis,          ///< a solve of the rows and bounds that the file names
     Solve,
 };
 

@@ -29,8 +29,8 @@ std::string EvidenceWords(const ClaimReport& report)
         return "the certificate in the file, exact as it stands";
     case Evidence::Basis:
         return "from the basis in the file, " + PivotWords(report.pivots);
-    case Evidence::Conflict:
-        return "by the conflict in the file, " + PivotWords(report.pivots);
+    case Evidence::Iis:
+        return "by the infeasible subsystem in the file, " + PivotWords(report.pivots);
     case Evidence::Solve:
         return "by a solve, " + PivotWords(report.pivots);
     case Evidence::None:

@@ -92,9 +92,9 @@ void WriteSide(Json& json, const Model& model, const std::variant<Variable, Row>
     json.Key("side").Text(upper ? "upper" : "lower");
 }
 
-void WriteConflict(Json& json, const Model& model, const Solution& solution)
+void WriteIis(Json& json, const Model& model, const Solution& solution)
 {
-    json.Key("conflict").Open('[');
+    json.Key("iis").Open('[');
     for (const IisMember& member : solution.iis.members)
     {
         json.Open('{');
@@ -321,7 +321,7 @@ std::string JsonReport(const Model& model, const Solution& solution,
     WriteVerdict(json, solution);
     WriteVariables(json, model, solution);
     WriteRows(json, model, solution);
-    WriteConflict(json, model, solution);
+    WriteIis(json, model, solution);
     WriteFarkas(json, model, solution);
     WritePoint(json, model, solution);
     WriteRay(json, model, solution);

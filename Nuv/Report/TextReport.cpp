@@ -188,10 +188,10 @@ std::string NameOf(const Model& model, const std::variant<Variable, Row>& of)
 }
 
 /// Rows and bounds that exclude each other, under their names.
-std::string ConflictWords(const Model& model, const Iis& iis)
+std::string IisWords(const Model& model, const Iis& iis)
 {
     Table table;
-    table.Add({iis.minimal ? "these exclude each other, none can be left out"
+    table.Add({iis.minimal ? "IIS: these exclude each other, each is needed"
                            : "these exclude each other, some may be dispensable",
                "side"});
     for (const IisMember& member : iis.members)
@@ -286,7 +286,7 @@ std::string TextReport(const Model& model, const Solution& solution, Detail deta
                      [&](std::uint32_t j) { return model.VariableName(j); });
     // The multipliers prove the same of perhaps more rows; two lists would puzzle.
     if (!solution.iis.members.empty())
-        text += ConflictWords(model, solution.iis);
+        text += IisWords(model, solution.iis);
     else
         text += NonZeros("these rows contradict each other", "multiplier", solution.farkas, {},
                          [&](std::uint32_t i) { return model.RowName(i); });

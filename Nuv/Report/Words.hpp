@@ -124,7 +124,7 @@ struct Words<Evidence>
         {Evidence::Values, "values"},
         {Evidence::Certificate, "certificate"},
         {Evidence::Basis, "basis"},
-        {Evidence::Conflict, "conflict"},
+        {Evidence::Iis, "iis"},
         {Evidence::Solve, "solve"},
     };
 };

@@ -46,13 +46,14 @@ void Analyse(const Model& model, const BoundedForm& form, double sign, const Sol
     }
     if (result.certificate.status == Status::Infeasible)
     {
-        control.EndWithin(options.iisSeconds);
-        solution.iis = ByHandle(model, FindIis(form, result.certificate, control));
-        if (!solution.iis.minimal)
-            solution.stopReason = control.Reason();
-        control.Log("infeasible subsystem", std::to_string(solution.iis.members.size()) +
-                                                " members, " +
-                                                (solution.iis.minimal ? "minimal" : "ended early"));
+        const InfeasibleBounds found = FindIis(form, result.certificate, control, options.iisWork);
+        solution.iis = ByHandle(model, found);
+        if (!found.minimal)
+            solution.stopReason =
+                control.Reason() == StopReason::None ? StopReason::PivotLimit : control.Reason();
+        control.Log("infeasible subsystem", std::to_string(found.members.size()) + " members, " +
+                                                (found.minimal ? "minimal" : "ended early") +
+                                                ", work " + std::to_string(found.work));
     }
 }
 

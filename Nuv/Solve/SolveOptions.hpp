@@ -14,7 +14,7 @@ namespace nuv
 
 struct SolveOptions
 {
-    /// For all stages together, the search of a conflict and ranging included.
+    /// For all stages together, the search of an infeasible subsystem and ranging included.
     SolveLimits limits;
     /// Where the simplex starts, by the model's places of variables and rows: the basis of an
     /// earlier solution, or any other. What does not fit the model is made to: surplus basic
@@ -41,8 +41,9 @@ struct SolveOptions
     bool uniqueness = false;
     /// Whether to find how far each cost and each side of a row may move.
     bool sensitivity = false;
-    /// How long to look for a minimal conflict in an infeasible model, at most.
-    double iisSeconds = 5.0;
+    /// How much to do to make an infeasible subsystem irreducible, at most: entries, rows and
+    /// columns times pivots, so that the result is the same on every machine.
+    std::uint64_t iisWork = 50'000'000;
 };
 
 }  // namespace nuv

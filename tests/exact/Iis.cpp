@@ -111,6 +111,17 @@ TEST(Iis, PartsACertificateThatMixesContradictions)
     const InfeasibleBounds unfinished = IisOf(form, proof, none);
     EXPECT_FALSE(unfinished.minimal);
     EXPECT_EQ(unfinished.members.size(), 6u);
+    EXPECT_GT(iis.work, 0u);
+    SolveControl control;
+    const InfeasibleBounds unbegun = FindIis(form, proof.certificate, control, 0);
+    EXPECT_FALSE(unbegun.minimal);
+    EXPECT_EQ(unbegun.members.size(), 6u);
+    EXPECT_EQ(unbegun.work, 0u);
+    EXPECT_EQ(control.Reason(), StopReason::None) << "it is the budget that ended it";
+    const InfeasibleBounds begun = FindIis(form, proof.certificate, control, 1);
+    EXPECT_EQ(begun.members.size(), 4u) << "one solve, which parts one contradiction";
+    EXPECT_FALSE(begun.minimal);
+    EXPECT_EQ(FindIis(form, proof.certificate, control, iis.work).work, iis.work);
 }
 
 }  // namespace

@@ -141,7 +141,7 @@ TEST(BasisFile, OfAnySolutionComesBackAndNeedsNoPivot)
         const unsigned rows = 1 + Pick(random, 7);
         const Model model = SmallModel(random, rows, 1 + Pick(random, 7));
         SolveOptions options;
-        options.iisSeconds = 0.0;
+        options.iisWork = 0;
         const Solution solution = model.Solve(options);
         if (solution.status != Status::Optimal)
             continue;

@@ -97,9 +97,9 @@ TEST(SolveCommand, SaysInfeasibleWithTheRowsThatContradict)
     EXPECT_EQ(outcome.out, "status     infeasible\n"
                            "proof      proved as written\n"
                            "\n"
-                           "these exclude each other, none can be left out  side\n"
-                           "row a                                           >= 5\n"
-                           "row b                                           <= 3\n")
+                           "IIS: these exclude each other, each is needed  side\n"
+                           "row a                                          >= 5\n"
+                           "row b                                          <= 3\n")
         << "one list of rows, and c has no part in it";
     EXPECT_EQ(RunNuvlp("solve --exit-status -", "max x st a: x >= 5 b: x <= 3 end").exitCode, 2);
 }

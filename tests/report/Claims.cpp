@@ -130,9 +130,8 @@ TEST(JsonClaim, IsRefusedWithItsPlace)
     EXPECT_EQ(Judged(Factory(), Result("\"status\":\"optimal\",\"variables\":[{\"name\":\"chairs\","
                                        "\"basis\":\"no\"}]")),
               "claim.basis 1:85");
-    EXPECT_EQ(
-        Judged(Factory(), Result("\"status\":\"infeasible\",\"conflict\":[{\"row\":\"wood\"}]")),
-        "claim.conflict 1:62");
+    EXPECT_EQ(Judged(Factory(), Result("\"status\":\"infeasible\",\"iis\":[{\"row\":\"wood\"}]")),
+              "claim.iis 1:57");
 }
 
 TEST(JsonClaim, SaysWhichNumbersItIsAbout)
@@ -181,7 +180,7 @@ TEST(Claim, IsProvedByWhatTheFileHas)
     EXPECT_EQ(ReportOf(Factory(), exact).pivots, 0U);
 
     const Model infeasible = *ReadText("max x st a: x <= 4 b: x >= 5 c: x >= 0 end").model;
-    const auto evidence = [&](const char* rest) {
+    const auto evidence = [&](const std::string& rest) {
         return ReportOf(infeasible, Result(std::string("\"status\":\"infeasible\"") + rest))
             .evidence;
     };
@@ -189,9 +188,12 @@ TEST(Claim, IsProvedByWhatTheFileHas)
     EXPECT_EQ(evidence(",\"farkas\":[{\"name\":\"a\",\"multiplier\":\"-1\"},{\"name\":\"b\","
                        "\"multiplier\":1}]"),
               Evidence::Certificate);
-    EXPECT_EQ(evidence(",\"conflict\":[{\"row\":\"a\",\"side\":\"upper\"},{\"row\":\"b\",\"side\":"
-                       "\"lower\"}]"),
-              Evidence::Conflict);
+    for (const std::string key : {"iis", "conflict"})
+        EXPECT_EQ(evidence(",\"" + key +
+                           "\":[{\"row\":\"a\",\"side\":\"upper\"},{\"row\":\"b\",\"side\":"
+                           "\"lower\"}]"),
+                  Evidence::Iis)
+            << "conflict is what it was called in results of old";
 
     const Model unbounded = *ReadText("max x + y st a: x - y <= 3 end").model;
     EXPECT_EQ(
@@ -278,9 +280,9 @@ TEST(Claim, OfACertificateIsRefutedWhereItProvesNothing)
     EXPECT_EQ(judged("\"farkas\":[{\"name\":\"a\",\"multiplier\":-1},{\"name\":\"c\","
                      "\"multiplier\":1}]"),
               "claim.farkas");
-    EXPECT_EQ(judged("\"conflict\":[{\"row\":\"a\",\"side\":\"upper\"},{\"row\":\"c\",\"side\":"
+    EXPECT_EQ(judged("\"iis\":[{\"row\":\"a\",\"side\":\"upper\"},{\"row\":\"c\",\"side\":"
                      "\"lower\"}]"),
-              "claim.conflict");
+              "claim.iis");
     const char* const unbounded = "max x + y st a: x - y <= 3 bounds z <= 4 end";
     const auto along = [&](const char* ray)
     { return Judged(unbounded, Result(std::string("\"status\":\"unbounded\",\"ray\":") + ray)); };

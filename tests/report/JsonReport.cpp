@@ -65,14 +65,14 @@ TEST(JsonReport, IsOneObjectInOneLine)
               "{\"name\":\"y\",\"value\":0,\"reduced_cost\":-2,\"basis\":\"lower\"}],"
               "\"rows\":[{\"name\":\"a\",\"activity\":4,\"lower\":null,\"upper\":4,\"slack\":0,"
               "\"dual\":3,\"basis\":\"upper\"}],"
-              "\"conflict\":[],\"farkas\":[],\"point\":[],\"ray\":[],\"warnings\":[]}\n");
+              "\"iis\":[],\"farkas\":[],\"point\":[],\"ray\":[],\"warnings\":[]}\n");
 }
 
 TEST(JsonReport, HasTheSameKeysForEveryVerdict)
 {
     const char* const keys =
         "schema version model status stop_reason objective numbers proof seconds stages variables "
-        "rows conflict farkas point ray warnings";
+        "rows iis farkas point ray warnings";
     SolveOptions stopped;
     stopped.limits.seconds = 0.0;
     for (const auto& [json, status] :
@@ -93,9 +93,9 @@ TEST(JsonReport, NamesWhatContradicts)
 {
     const JsonValue value = Parsed(ReportOf("max x st a: x <= 4 b: x >= 5 c: y <= 2 end"));
     EXPECT_EQ(value.Find("objective")->kind, JsonValue::Kind::Null);
-    ASSERT_EQ(value.Find("conflict")->items.size(), 2U);
-    EXPECT_EQ(value.Find("conflict")->items[0].Find("row")->text, "a");
-    EXPECT_EQ(value.Find("conflict")->items[0].Find("side")->text, "upper");
+    ASSERT_EQ(value.Find("iis")->items.size(), 2U);
+    EXPECT_EQ(value.Find("iis")->items[0].Find("row")->text, "a");
+    EXPECT_EQ(value.Find("iis")->items[0].Find("side")->text, "upper");
     ASSERT_EQ(value.Find("farkas")->items.size(), 2U);
     EXPECT_EQ(value.Find("farkas")->items[0].Find("multiplier")->text, "-1");
     EXPECT_EQ(value.Find("farkas")->items[1].Find("multiplier")->text, "1");

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] static SolveOptions QuietOptions()
     {
         SolveOptions options;
-        options.iisSeconds = 0.0;
+        options.iisWork = 0;
         options.limits.seconds = 60.0;
         return options;
     }

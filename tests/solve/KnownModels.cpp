@@ -30,7 +30,7 @@ Solution SolveAsWritten(const KnownModel& known)
     }
     SolveOptions options;
     options.numbers = CoefficientMeaning::ShortestDecimal;
-    options.iisSeconds = 0.0;
+    options.iisWork = 0;
     return reading.model->Solve(options);
 }
 
@@ -102,7 +102,7 @@ TEST(KnownModels, ModelsKnownToBeInfeasibleAreFeasibleWithTheirRepair)
                 shrink(half.VariableLower(), half.VariableUpper(), std::get<Variable>(change.of));
         }
         SolveOptions options;
-        options.iisSeconds = 0.0;
+        options.iisWork = 0;
         EXPECT_EQ(half.Solve(options).status, Status::Infeasible);
     }
 }

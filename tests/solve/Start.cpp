@@ -93,7 +93,7 @@ TEST(Start, AnyBasisAndAnyValuesGiveTheSameAnswer)
         SCOPED_TRACE(round);
         const Model model = SmallModel(random, 1 + random() % 8, 1 + random() % 8);
         SolveOptions options;
-        options.iisSeconds = 0.0;
+        options.iisWork = 0;
         options.limits.seconds = 60.0;
         const Solution cold = model.Solve(options);
         SolveOptions byBasis = options;

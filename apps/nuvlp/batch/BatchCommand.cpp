@@ -222,7 +222,7 @@ nuv::SolveOptions SolveOptionsOf(const nuv::Model& model, const Options& options
     nuv::SolveOptions solve;
     solve.numbers = options.numbers;
     solve.singlePrecisionOnly = options.floatOnly;
-    solve.iisSeconds = 0.0;
+    solve.iisWork = 0;
     if (options.maxPivots)
         solve.limits.singlePrecisionPivots = solve.limits.doublePivots = solve.limits.exactPivots =
             *options.maxPivots;
