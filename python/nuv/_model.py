@@ -282,16 +282,17 @@ class Model:
 
     def solve(self, *, numbers: str = "written", time_limit: float = math.inf,
               pivot_limit: Optional[int] = None, scale: bool = False, ranging: bool = False,
-              conflict_seconds: Optional[float] = None,
+              conflict_work: Optional[int] = None,
               progress: Optional[Callable[[Progress], Optional[bool]]] = None,
               log: Optional[Callable[[str], None]] = None) -> Solution:
         """Solves, from where the last solve of this model ended, and proves the answer.
 
         `progress` is called before each pivot and ends the solve by returning False, `log` with
         lines for people. Ctrl-C ends the solve with nuv.Interrupted, a KeyboardInterrupt, which
-        has what is known as its ``solution``.
+        has what is known as its ``solution``. `conflict_work` bounds the search of a conflict that
+        cannot do without any member: entries, rows and columns times pivots.
         """
-        options = Options(numbers, time_limit, pivot_limit, scale, ranging, conflict_seconds,
+        options = Options(numbers, time_limit, pivot_limit, scale, ranging, conflict_work,
                           progress, log)
         # A session is one thread's at a time; another that comes meanwhile does without.
         is_mine = self._lock.acquire(blocking=False)

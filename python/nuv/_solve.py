@@ -33,7 +33,7 @@ class Options(NamedTuple):
     pivots: Optional[int] = None
     scale: bool = False
     ranging: bool = False
-    conflict_seconds: Optional[float] = None
+    conflict_work: Optional[int] = None
     progress: Optional[Callable[[Progress], Optional[bool]]] = None
     log: Optional[Callable[[str], None]] = None
 
@@ -94,8 +94,10 @@ def solve(model: Any, options: Options,
     given.seconds = _seconds(options.seconds, "time_limit")
     given.scale = bool(options.scale)
     given.sensitivity = bool(options.ranging)
-    if options.conflict_seconds is not None:
-        given.iisSeconds = _seconds(options.conflict_seconds, "conflict_seconds")
+    if options.conflict_work is not None:
+        if not isinstance(options.conflict_work, int) or not 0 <= options.conflict_work < 2**64:
+            raise ValueError("conflict_work: a whole number from 0 is needed")
+        given.iisWork = options.conflict_work
     if options.pivots is not None:
         if not isinstance(options.pivots, int) or not 0 <= options.pivots < 2**64:
             raise ValueError("pivot_limit: a whole number from 0 is needed")
