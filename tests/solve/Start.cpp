@@ -1,6 +1,8 @@
 // Starting from a basis or from values: a good start needs no pivot, a bad one does no harm.
 #include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/Solution.hpp"
+#include "Nuv/SparseSimplex/StartBasis.hpp"
 #include "tests/solve/SmallModels.hpp"
 
 #include <gtest/gtest.h>
@@ -67,21 +69,24 @@ TEST(Start, AVertexThatIsNotDegenerateComesBack)
     Model model;
     const Variable x = model.AddVariable("x", {0, 3});
     const Variable y = model.AddVariable("y");
-    const Row sum = model.Add("sum", x + y <= 4);
+    const Variable z = model.AddVariable("z", {0, 5});
+    const Row sum = model.Add("sum", x + y + z <= 9);
     const Row other = model.Add("other", x - y >= -2);
-    model.Maximize(x + 2 * y);
+    model.Maximize(x + 2 * y + 3 * z);
     SolveOptions options;
-    options.startValues = {1.0, 3.0};
+    options.startValues = {1.0, 3.0, 5.0};
     options.limits.doublePivots = 0;
     options.limits.exactPivots = 0;
     const Solution solution = model.Solve(options);
     EXPECT_EQ(solution.status, Status::Optimal);
     EXPECT_EQ(solution.BasisStatusOf(x), BasisStatus::Basic);
     EXPECT_EQ(solution.BasisStatusOf(y), BasisStatus::Basic);
+    EXPECT_EQ(solution.BasisStatusOf(z), BasisStatus::AtUpper);
     EXPECT_EQ(solution.BasisStatusOf(sum), BasisStatus::AtUpper);
     EXPECT_EQ(solution.BasisStatusOf(other), BasisStatus::AtLower);
     EXPECT_EQ(solution.BasisStatusOf(Variable()), std::nullopt);
     EXPECT_EQ(Solution().BasisStatusOf(x), std::nullopt);
+    EXPECT_EQ(BasisNear(FormOf(model), options.startValues), solution.basis);
 }
 
 TEST(Start, AnyBasisAndAnyValuesGiveTheSameAnswer)
