@@ -1,6 +1,7 @@
 #include "Nuv/Solve/ModelTerms.hpp"
 
 #include <cmath>
+#include <string>
 
 namespace nuv
 {
@@ -28,6 +29,46 @@ void SayPoint(const BoundedForm& form, double sign, const SolveRecord& record, S
     for (Index v = 0; v < form.Variables(); ++v)
         (v < form.columns ? solution.reducedCosts : solution.duals)
             .push_back(sign * record.reduced[v] + 0.0);
+}
+
+/// Why single precision alone came to no verdict.
+std::string SinglePrecisionWords(const SinglePrecisionResult& stage)
+{
+    const std::string pivots = std::to_string(stage.pivots) + " pivots";
+    switch (stage.outcome)
+    {
+    case SinglePrecisionOutcome::Cycling:
+        return ": basis repeated after " + pivots + ", a cycle of " + std::to_string(stage.period);
+    case SinglePrecisionOutcome::PivotBudget:
+        return ": no end after " + pivots + ", 50 for each row and column of the canonical form";
+    case SinglePrecisionOutcome::Memory:
+        return stage.pivots == 0
+                   ? ": too large for the dense matrices of single precision"
+                   : ": the dense matrices of single precision take too much memory after " +
+                         pivots;
+    case SinglePrecisionOutcome::Empty:
+        return ": there is no row or no variable for single precision to work on";
+    case SinglePrecisionOutcome::OutOfRange:
+        return ": a number of the model is beyond single precision";
+    default:
+        return "";
+    }
+}
+
+std::string StopWords(const Solution& solution)
+{
+    switch (solution.stopReason)
+    {
+    case StopReason::TimeLimit:
+        return " by the time limit";
+    case StopReason::PivotLimit:
+        return " by the pivot limit";
+    case StopReason::Cancelled:
+        return " by an interrupt";
+    case StopReason::None:
+        break;
+    }
+    return SinglePrecisionWords(solution.singlePrecision);
 }
 
 }  // namespace
@@ -88,6 +129,14 @@ Iis ByHandle(const Model& model, const InfeasibleBounds& bounds)
             iis.members.push_back({model.RowAt(member.variable - columns), member.upper});
     }
     return iis;
+}
+
+std::string Solution::Outcome() const
+{
+    const std::string word(WordOf(status));
+    if (status == Status::Invalid)
+        return word + ": " + failure.text;
+    return status == Status::Stopped ? word + StopWords(*this) : word;
 }
 
 }  // namespace nuv
