@@ -1,5 +1,6 @@
 """Linear programs with their proof: an answer in doubles, checked in exact arithmetic."""
 
+from ._batch import BatchResult, solve_batch
 from ._expression import Constraint, Expression, Variable, sum
 from ._library import CertificateError, Error, FileError, ModelError
 from ._linprog import linprog
@@ -11,7 +12,7 @@ from ._solve import Interrupted, Progress
 from ._vectors import ConstraintArray, LinearArray, VariableArray
 from ._version import VERSION as __version__
 
-__all__ = ["CertificateError", "ConflictMember", "Constraint", "ConstraintArray", "Error", "Exact",
+__all__ = ["BatchResult", "CertificateError", "ConflictMember", "Constraint", "ConstraintArray", "Error", "Exact",
            "Expression", "FileError", "Interrupted", "LinearArray", "LinprogResult", "Marginals",
            "Member", "Model", "ModelError", "Progress", "Range", "Row", "RowArray", "Solution",
-           "Variable", "VariableArray", "__version__", "linprog", "sum"]
+           "Variable", "VariableArray", "__version__", "linprog", "solve_batch", "sum"]

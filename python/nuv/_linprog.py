@@ -22,7 +22,7 @@ _WITHOUT_MEANING = frozenset((
     "sym_pos", "lstsq", "ip", "pc", "alpha0", "beta", "permc_spec", "maxupdate", "mast",
     "dual_feasibility_tolerance", "primal_feasibility_tolerance", "ipm_optimality_tolerance",
     "simplex_dual_edge_weight_strategy", "mip_rel_gap"))
-_STATUS = {"optimal": 0, "stopped": 1, "infeasible": 2, "unbounded": 3}
+STATUS = {"optimal": 0, "stopped": 1, "infeasible": 2, "unbounded": 3}
 _MESSAGE = {
     "optimal": "An optimum was found",
     "stopped": "A limit was reached",
@@ -150,7 +150,7 @@ def _options(given: dict[str, Any], numbers: str) -> Options:
 
 def _result(found: Record, problem: _Problem) -> LinprogResult:
     message = f"{_MESSAGE[found.status]}; {found.proof_line()}."
-    status, x = _STATUS[found.status], found.array("Values")
+    status, x = STATUS[found.status], found.array("Values")
     if found.status != "optimal" or x is None:
         conflict = [_member(member, problem.num_ub) for member in found.conflict()]
         result = LinprogResult._without_point(status, message, found.pivots, found.proved,
