@@ -38,6 +38,7 @@ set(NUV_MODEL_HEADERS
     Nuv/Solve/Solution.hpp
     Nuv/Solve/SolveOptions.hpp
     Nuv/Solve/Solver.hpp
+    Nuv/Solve/Uniqueness.hpp
     Nuv/SparseSimplex/Basis.hpp
     Nuv/SparseSimplex/SolveControl.hpp)
 
