@@ -319,9 +319,12 @@ private:
 std::optional<Sensitivity> AnalyseSensitivity(const BoundedForm& form,
                                               const CertifiedResult& result, SolveControl& control)
 {
-    if (form.rows <= kMostExactRows)
-        return Ranging<InRationals>(form, result).Analyse(control);
-    return Ranging<InDoubles>(form, result).Analyse(control);
+    if (form.rows > kMostExactRows)
+        return Ranging<InDoubles>(form, result).Analyse(control);
+    std::optional<Sensitivity> ranges = Ranging<InRationals>(form, result).Analyse(control);
+    if (ranges)
+        ranges->exact = true;
+    return ranges;
 }
 
 }  // namespace nuv

@@ -16,6 +16,9 @@ struct AllowedRange
 
 struct Sensitivity
 {
+    /// Whether each end was computed exactly and rounded once; if not, in doubles from the exact
+    /// optimum, as of models with many rows.
+    bool exact = false;
     std::vector<AllowedRange> cost;      ///< by column: of its cost
     std::vector<AllowedRange> rowLower;  ///< by row: of its lower side
     /// By row: of its upper side. The sides of an equation move together.

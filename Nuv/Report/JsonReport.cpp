@@ -251,6 +251,8 @@ void WriteVerdict(Json& json, const Solution& solution)
         json.Key("unique_point").Raw(WordOf(solution.unique.point));
     if (solution.unique.duals != Uniqueness::Unknown)
         json.Key("unique_duals").Raw(WordOf(solution.unique.duals));
+    if (!solution.sensitivity.cost.empty() || !solution.sensitivity.rowUpper.empty())
+        json.Key("ranges_exact").Raw(solution.sensitivity.exact ? "true" : "false");
     WriteSeconds(json, solution.seconds);
     WriteStages(json, solution);
 }

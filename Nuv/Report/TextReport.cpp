@@ -231,7 +231,8 @@ std::string Ranges(const Model& model, const Solution& solution)
             {std::string(model.RowName(i)), Number(solution.duals[i]),
              std::isinf(model.RowLower()[i]) ? "" : RangeWords(solution.sensitivity.rowLower[i]),
              std::isinf(model.RowUpper()[i]) ? "" : RangeWords(solution.sensitivity.rowUpper[i])});
-    return (variables.HasLines() ? "\n" + variables.Text() : "") +
+    return (solution.sensitivity.exact ? "" : "\nranges in double precision\n") +
+           (variables.HasLines() ? "\n" + variables.Text() : "") +
            (rows.HasLines() ? "\n" + rows.Text() : "");
 }
 

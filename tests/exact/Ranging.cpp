@@ -127,6 +127,16 @@ TEST(Sensitivity, SideRangesEndWhereTheBasisStopsBeingFeasible)
     }
 }
 
+TEST(Sensitivity, SaysWhetherItIsExact)
+{
+    for (const Index rows : {40U, 41U})
+    {
+        const std::vector<DenseRow> same(rows, DenseRow{{1, 1}, {-kInf, 1}});
+        const BoundedForm form = MakeForm({-1, -2}, same);
+        EXPECT_EQ(RangesOf(form, Solve(form)).exact, rows == 40U);
+    }
+}
+
 /// More rows than are done in rationals: the same form, padded with rows that never matter.
 TEST(Sensitivity, DoublesAgreeWithRationals)
 {
