@@ -93,7 +93,7 @@ private:
         double* const bounds[] = {&(isRow ? form.rowLower : form.columnLower)[at],
                                   &(isRow ? form.rowUpper : form.columnUpper)[at]};
         const bool fromUpper[] = {lowerFromUpper, upperFromUpper};
-        for (const std::size_t to : {0, 1})
+        for (const std::size_t to : {std::size_t{0}, std::size_t{1}})
         {
             *bounds[to] = fromUpper[to] ? m_original.Upper(v) : m_original.Lower(v);
             form.exact.Erase(places[to]);
