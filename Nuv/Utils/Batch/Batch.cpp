@@ -34,8 +34,9 @@ NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const B
 constexpr InstructionSet widestFirst[] = {InstructionSet::Avx512, InstructionSet::Avx2,
                                           InstructionSet::Baseline};
 
-/// Up to how many rows the lanes are faster than one problem after the other; docs/performance.md
-/// has the figures. A lane does all the products of its problem, those with zeros too.
+/// Up to how many rows the lanes are used. A lane does all the products of its problem, those with
+/// zeros too, which the solve of one problem leaves out: with more rows that weighs more than what
+/// the lanes gain, and fewer lanes gain less.
 NuvUint MostRows(NuvUint lanes)
 {
     return lanes >= 8 ? 64 : 20;
