@@ -177,8 +177,9 @@ static NuvModelResult CallAnything(NuvModel* model, const Arguments* given, Rand
     const double* others = Below(random, 6) ? given->others : NULL;
     const uint32_t* columns = Below(random, 6) ? given->columns : NULL;
     const uint32_t* rows = Below(random, 6) ? given->rows : NULL;
-    const char* names = Below(random, 3) ? NULL : "a\0b\0\0c\0d";
-    const uint64_t size = names ? 10 - Below(random, 4) : Below(random, 8) == 0;
+    static const char someNames[] = "a\0b\0\0c\0d";
+    const char* names = Below(random, 3) ? NULL : someNames;
+    const uint64_t size = names ? sizeof someNames - Below(random, 4) : Below(random, 8) == 0;
     switch (Below(random, 8))
     {
     case 0:

@@ -22,9 +22,9 @@ NUV_LANES_INLINE void UpdateStripe(const DenseUpdate& p, NuvSizeT first)
             elements[v] = CountFrom(static_cast<NuvUint>(first + v * lanes));
         }
     const UintLanes cleared = BroadcastUint(p.cleared);
-    NuvFloat32* line = p.lines + first;
-    for (NuvSizeT l = 0; l != p.count; ++l, line += p.length)
+    for (NuvSizeT l = 0; l != p.count; ++l)
     {
+        NuvFloat32* const line = p.lines + l * p.length + first;
         const Lanes multiplier = Broadcast(hasUpdate ? p.multipliers[l] : 0.0F);
         const Lanes x = Broadcast(p.x[l]);
         const Lanes y = Broadcast(hasTwo ? p.y[l] : 0.0F);
