@@ -11,15 +11,14 @@ namespace nuv
 {
 struct LaneQueue
 {
+    LaneState state;
     const NuvLinearProgrammingBatch* batch;
     const LaneLoops* loops;
     /// What problems are handed to whose numbers are not finite.
     SingleSolve* single;
-    LaneState state;
     NuvSizeT problems[maxLanes];
     NuvSizeT next;
     NuvSizeT last;
-    NuvUint numPhaseI;
 
     // For the basis that Phase I hands to Phase II.
     BasisInverse inverse;
@@ -27,6 +26,7 @@ struct LaneQueue
     NuvUint* labels;    /// [m]
     NuvFloat32* zeros;  /// [PaddedLength(m)]
     NuvSizeT length;    /// of the state's arrays, in floats
+    NuvUint numPhaseI;
 };
 
 /// Whether the lanes can count what a problem of the shape has.

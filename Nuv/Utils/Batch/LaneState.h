@@ -30,10 +30,19 @@ enum class LaneEnd : NuvUint
 
 struct LaneState
 {
-    NuvUint lanes;
-    NuvUint m;
-    NuvUint n;
-    NuvUint pivotLimit;
+    // By lane. Truth values have all bits alike.
+    /// The row of the pending update, or m.
+    alignas(64) NuvUint rows[maxLanes];
+    /// Whether the basis goes on; where not, the next step starts from the slacks' or Phase I's.
+    alignas(64) NuvUint isKept[maxLanes];
+    /// Where the artificial variable is basic, or m.
+    alignas(64) NuvUint artificialRows[maxLanes];
+    alignas(64) NuvUint pivots[maxLanes];
+    alignas(64) NuvUint isActive[maxLanes];
+    /// What the last step chose.
+    alignas(64) NuvUint entering[maxLanes];
+    alignas(64) NuvUint leaving[maxLanes];
+    alignas(64) NuvUint ends[maxLanes];
 
     /// The coefficients that all problems share, [m × n] without lanes, or null.
     const NuvFloat32* sharedA;
@@ -56,19 +65,10 @@ struct LaneState
     NuvFloat32* eta;           /// [m] of the pending update
     NuvFloat32* multipliers;   /// [m] of the pending update: the former row of the leaving variable
 
-    // By lane. Truth values have all bits alike.
-    /// The row of the pending update, or m.
-    alignas(64) NuvUint rows[maxLanes];
-    /// Whether the basis goes on; where not, the next step starts from the slacks' or Phase I's.
-    alignas(64) NuvUint isKept[maxLanes];
-    /// Where the artificial variable is basic, or m.
-    alignas(64) NuvUint artificialRows[maxLanes];
-    alignas(64) NuvUint pivots[maxLanes];
-    alignas(64) NuvUint isActive[maxLanes];
-    /// What the last step chose.
-    alignas(64) NuvUint entering[maxLanes];
-    alignas(64) NuvUint leaving[maxLanes];
-    alignas(64) NuvUint ends[maxLanes];
+    NuvUint lanes;
+    NuvUint m;
+    NuvUint n;
+    NuvUint pivotLimit;
     bool hasFresh;
     bool hasPhaseI;
 };
