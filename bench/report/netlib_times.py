@@ -21,7 +21,8 @@ profiles, 2002):
 ## Each model
 
 Pivots of `nuvlp` are those in single precision, in doubles, and exact; of the others what they call iterations. A ratio is the time of
-`nuvlp` over the other's, bold where `nuvlp` is behind.
+`nuvlp` over the other's, bold where `nuvlp` is behind. Memory is the largest resident size; up to about 17 MB it
+is that of the script which starts the programs, so that only larger figures tell.
 
 {models}
 """
