@@ -12,7 +12,7 @@ PANELS = (("mixed signs", 1, "mixed signs, m = n"), ("phase I", 1, "phase I need
           ("assignment", 5, "assignment, n = 5 m"), ("transport", 5, "transport, n = 5 m"))  # fmt: skip
 WIDTH, HEIGHT, LEFT, TOP, GAP_X, GAP_Y = 400.0, 250.0, 62.0, 84.0, 70.0, 72.0
 HEADER = """<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {:.0f} {:.0f}" font-family="Helvetica, Arial, sans-serif" font-size="12">
-<title>Solve time against size</title>
+<title>{}</title>
 <style>
 .paper {{ fill: #ffffff }}
 text {{ fill: #24292f }}
@@ -41,6 +41,13 @@ text {{ fill: #e6edf3 }}
 </style>
 <rect class="paper" width="100%" height="100%"/>
 """
+
+
+def header(title, width, height):
+    """How each picture begins: its size, its title, and the colours of the contenders."""
+    return HEADER.format(width, height, title)
+
+
 MARKS = {"nuv": "M-4 0a4 4 0 1 0 8 0a4 4 0 1 0 -8 0z", "tab": "M-3.5 -3.5h7v7h-7z", "glp": "M0 -4.5l4.2 7.5h-8.4z",
          "clp": "M0 -4.6l4.6 4.6l-4.6 4.6l-4.6 -4.6z", "lps": "M-3.5 -3.5l7 7M-3.5 3.5l7 -7"}  # fmt: skip
 
@@ -133,7 +140,7 @@ def draw_legend():
 def draw(instances):
     width = LEFT + 2 * WIDTH + GAP_X + 16
     height = TOP + 3 * HEIGHT + 2 * GAP_Y + 46
-    text = HEADER.format(width, height) + draw_legend()
+    text = header("Solve time against size", width, height) + draw_legend()
     for i, panel in enumerate(PANELS):
         text += draw_panel(instances, panel, LEFT + i % 2 * (WIDTH + GAP_X), TOP + i // 2 * (HEIGHT + GAP_Y))
     return text + "</svg>\n"

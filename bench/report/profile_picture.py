@@ -2,34 +2,12 @@
 a factor of the quickest one's time."""
 import math
 
+from picture import header
+
 CONTENDERS = (("nuv", "nuv, proved", "nuv"), ("clp", "clp", "clp"), ("glpsol", "glpsol", "glp"),
               ("esolver", "esolver, proved", "tab"))  # fmt: skip
 WIDTH, HEIGHT, LEFT, TOP = 640.0, 320.0, 60.0, 50.0
 DECADES = 2  # factors of 1 to 100
-HEADER = """<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {:.0f} {:.0f}" font-family="Helvetica, Arial, sans-serif" font-size="12">
-<title>Share of models solved within a factor of the quickest time</title>
-<style>
-.paper {{ fill: #ffffff }}
-text {{ fill: #24292f }}
-.title {{ font-weight: bold }}
-.grid {{ stroke: #d0d7de; stroke-width: 0.7; fill: none }}
-.line {{ fill: none; stroke-width: 1.6; stroke-linejoin: round }}
-.nuv {{ stroke: #c2410c; stroke-width: 3 }}
-.tab {{ stroke: #1d4ed8 }}
-.glp {{ stroke: #15803d }}
-.clp {{ stroke: #7e22ce }}
-@media (prefers-color-scheme: dark) {{
-.paper {{ fill: #0d1117 }}
-text {{ fill: #e6edf3 }}
-.grid {{ stroke: #30363d }}
-.nuv {{ stroke: #fb923c }}
-.tab {{ stroke: #6ea8fe }}
-.glp {{ stroke: #4ade80 }}
-.clp {{ stroke: #c99bff }}
-}}
-</style>
-<rect class="paper" width="100%" height="100%"/>
-"""
 
 
 def factors(times):
@@ -48,7 +26,7 @@ def place(factor, share):
 
 
 def draw(times):
-    parts = [HEADER.format(WIDTH + 2 * LEFT, HEIGHT + TOP + 60.0)]
+    parts = [header("Share of models solved within a factor of the quickest time", WIDTH + 2 * LEFT, HEIGHT + TOP + 60.0)]
     parts.append(f'<text class="title" x="{LEFT}" y="24">share of models solved within a factor of the quickest time</text>\n')
     for step in range(6):
         share = step / 5
