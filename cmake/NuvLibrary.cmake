@@ -92,6 +92,8 @@ target_compile_definitions(
 set_target_properties(
     NuvLinearProgramming
     PROPERTIES CXX_EXTENSIONS OFF
+               # Each source file stamps out the templates that it uses.
+               UNITY_BUILD OFF
                CXX_VISIBILITY_PRESET hidden
                VISIBILITY_INLINES_HIDDEN ON
                POSITION_INDEPENDENT_CODE ON

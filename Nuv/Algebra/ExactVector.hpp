@@ -25,6 +25,12 @@ struct ExactVector
     }
 };
 
+/// @return whether the vector holds `length` numbers over a positive denominator.
+[[nodiscard]] inline bool HasShape(const ExactVector& vector, Index length)
+{
+    return vector.numerator.size() == length && vector.denominator > 0;
+}
+
 /// Divides numerators and denominator by the largest divisor of `factor` common to all;
 /// `factor` divides the denominator.
 void Reduce(ExactVector& vector, Integer factor);

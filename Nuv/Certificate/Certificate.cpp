@@ -162,11 +162,6 @@ std::vector<Integer> AllValues(const BoundedForm& form, const Checker& checker,
     return values;
 }
 
-bool HasShape(const ExactVector& vector, Index length)
-{
-    return vector.numerator.size() == length && vector.denominator > 0;
-}
-
 std::string CheckFeasible(const BoundedForm& form, const Checker& checker, const ExactVector& point)
 {
     if (!HasShape(point, form.columns))

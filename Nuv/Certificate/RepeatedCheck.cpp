@@ -16,11 +16,6 @@ bool IsSame(const ExactVector& left, const ExactVector& right)
     return left.denominator == right.denominator && left.numerator == right.numerator;
 }
 
-bool HasShape(const ExactVector& vector, Index length)
-{
-    return vector.numerator.size() == length && vector.denominator > 0;
-}
-
 }  // namespace
 
 RepeatedCheck::RepeatedCheck(const BoundedForm& form) : m_form(form) {}

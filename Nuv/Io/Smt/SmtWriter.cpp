@@ -36,10 +36,10 @@ std::string SymbolOf(std::string_view name)
     return symbol += '|';
 }
 
-class Writer
+class SmtWriter
 {
 public:
-    explicit Writer(const Model& model) : m_model(model)
+    explicit SmtWriter(const Model& model) : m_model(model)
     {
         for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
             m_symbols.push_back(SymbolOf(model.VariableName(j)));
@@ -124,7 +124,7 @@ private:
 
 std::string WriteSmt(const Model& model)
 {
-    return Writer(model).Write();
+    return SmtWriter(model).Write();
 }
 
 }  // namespace nuv
