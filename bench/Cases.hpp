@@ -16,9 +16,9 @@ struct Case
     bool isQuick;
 };
 
-inline constexpr std::uint64_t caseSeed = 1;
+inline constexpr std::uint64_t kCaseSeed = 1;
 
-inline constexpr std::array cases = {
+inline constexpr std::array kCases = {
     Case{Family::ProductionMix, 2, 3, true},
     Case{Family::ProductionMix, 15, 10, true},
     Case{Family::Diet, 10, 20, true},

@@ -23,9 +23,9 @@ namespace bench
 namespace
 {
 /// How far an objective may lie from the reference, relative to it.
-constexpr double agreement = 1e-4;
+constexpr double kAgreement = 1e-4;
 /// What a contender's share of a round is filled up to with repeated runs.
-constexpr double sampleSeconds = 1e-3;
+constexpr double kSampleSeconds = 1e-3;
 
 struct Effort
 {
@@ -69,7 +69,7 @@ std::vector<Entrant> Enter(const Input& input, const Run& counted, const Effort&
             const double seconds = std::max(watch.Seconds(), 1e-7);
             entrant.conditions.clock = ClockFor(entrant.first.solving);
             entrant.repeats =
-                static_cast<std::size_t>(std::clamp(sampleSeconds / seconds, 1.0, 200.0));
+                static_cast<std::size_t>(std::clamp(kSampleSeconds / seconds, 1.0, 200.0));
             // What is this slow has its one sample.
             if (seconds > effort.seconds / 4.0)
                 entrant.repeats = 0;
@@ -101,7 +101,7 @@ void TakeSample(const Input& input, Entrant* entrant)
 
 Comparison CompareOn(const Case& which, const Effort& effort)
 {
-    const Input input = MakeInput(MakeInstance(which.family, which.rows, which.columns, caseSeed));
+    const Input input = MakeInput(MakeInstance(which.family, which.rows, which.columns, kCaseSeed));
     const std::uint64_t maxPivots = 200 * (which.rows + which.columns);
     Comparison found = {which, CountPivots(input, maxPivots, effort.patience), {}, {}, 0};
     found.entrants = Enter(input, found.counted, effort);
@@ -161,12 +161,12 @@ bool Print(const Comparison& found)
     for (const Entrant& entrant : found.entrants)
     {
         const double distance = DistanceOf(entrant, reference);
-        isAgreed = isAgreed && distance <= agreement;
+        isAgreed = isAgreed && distance <= kAgreement;
         std::printf("  %-9s %-8s %-10s %12.8g %8llu pivots %12.3f us%s\n", entrant.contender->name,
                     entrant.contender->setting, NameOf(entrant.first.verdict),
                     entrant.first.objective,
                     static_cast<unsigned long long>(PivotsOf(found, entrant)),
-                    MedianOf(entrant.solving) * 1e6, distance <= agreement ? "" : "  DISAGREES");
+                    MedianOf(entrant.solving) * 1e6, distance <= kAgreement ? "" : "  DISAGREES");
     }
     std::fflush(stdout);
     return isAgreed;
@@ -241,7 +241,7 @@ std::vector<Case> CasesFor(const Arguments& arguments)
     if (arguments.isSmoke)
         return {{Family::ProductionMix, 4, 3, true}, {Family::Diet, 5, 6, true}};
     std::vector<Case> chosen;
-    for (const Case& one : cases)
+    for (const Case& one : kCases)
         if (one.isQuick || !arguments.isQuick)
             chosen.push_back(one);
     return chosen;

@@ -29,7 +29,7 @@ NonZeros Collect(const std::vector<float>& A, std::size_t lines, std::size_t lin
 
 bool FindFamily(std::string_view name, Family* family)
 {
-    for (std::uint32_t i = 0; i != nuv::corpus::numBenchmarkFamilies; ++i)
+    for (std::uint32_t i = 0; i != nuv::corpus::kNumBenchmarkFamilies; ++i)
         if (name == NameOf(static_cast<Family>(i)))
         {
             *family = static_cast<Family>(i);

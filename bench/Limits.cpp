@@ -88,7 +88,7 @@ bool Rename(NuvLinearProgramming* lp, NuvUint index, const std::string& name)
 /// removes them in a third.
 void MeasureRows(const std::string& numbers, NuvUint stride)
 {
-    constexpr NuvUint count = 10000;
+    constexpr NuvUint kCount = 10000;
     CountingAllocator allocator;
     NuvLinearProgramming lp;
     NuvLinearProgrammingConstruct(&lp, 1, allocator);
@@ -98,11 +98,11 @@ void MeasureRows(const std::string& numbers, NuvUint stride)
     const auto setAll = [&](NuvUint factor)
     {
         bool isDone = true;
-        for (NuvUint i = 0; i != count; ++i)
+        for (NuvUint i = 0; i != kCount; ++i)
             isDone = NuvLinearProgrammingSetConstraintByIndex(
-                         &lp, (1 + i * factor % count) * stride, &row, 1.0F) &&
+                         &lp, (1 + i * factor % kCount) * stride, &row, 1.0F) &&
                      isDone;
-        return isDone && NuvLinearProgrammingGetNumConstraints(&lp) == count;
+        return isDone && NuvLinearProgrammingGetNumConstraints(&lp) == kCount;
     };
     Measure("10 000 rows set, " + numbers, allocator, [&] { return setAll(1); });
     Measure("each replaced once", allocator, [&] { return setAll(7919); });
@@ -110,9 +110,9 @@ void MeasureRows(const std::string& numbers, NuvUint stride)
             [&]
             {
                 bool isDone = true;
-                for (NuvUint i = 0; i != count; ++i)
+                for (NuvUint i = 0; i != kCount; ++i)
                     isDone = NuvLinearProgrammingRemoveConstraint(
-                                 &lp, (1 + i * (104729 % count) % count) * stride) &&
+                                 &lp, (1 + i * (104729 % kCount) % kCount) * stride) &&
                              isDone;
                 return isDone && NuvLinearProgrammingGetNumConstraints(&lp) == 0;
             });
@@ -121,19 +121,19 @@ void MeasureRows(const std::string& numbers, NuvUint stride)
 
 void MeasureLongNames()
 {
-    constexpr std::size_t length = 1000000;
-    constexpr NuvUint count = 10;
+    constexpr std::size_t kLength = 1000000;
+    constexpr NuvUint kCount = 10;
     CountingAllocator allocator;
     NuvLinearProgramming lp;
-    NuvLinearProgrammingConstruct(&lp, count, allocator);
+    NuvLinearProgrammingConstruct(&lp, kCount, allocator);
     std::vector<std::string> names;
-    for (NuvUint i = 0; i != count; ++i)
-        names.push_back(std::string(length - 1, 'n') + static_cast<char>('0' + i));
+    for (NuvUint i = 0; i != kCount; ++i)
+        names.push_back(std::string(kLength - 1, 'n') + static_cast<char>('0' + i));
     Measure("10 variables given names of 1 MB that differ in the last byte", allocator,
             [&]
             {
                 bool isDone = true;
-                for (NuvUint i = 0; i != count; ++i)
+                for (NuvUint i = 0; i != kCount; ++i)
                     isDone = Rename(&lp, i + 1, names[i]) && isDone;
                 return isDone;
             });
@@ -156,21 +156,21 @@ void MeasureLongNames()
 
 void MeasureManyVariables()
 {
-    constexpr NuvUint count = 1000000;
+    constexpr NuvUint kCount = 1000000;
     CountingAllocator allocator;
     NuvLinearProgramming lp;
     Measure("a model of 1 000 000 variables", allocator,
-            [&] { return NuvLinearProgrammingConstruct(&lp, count, allocator) != nullptr; });
+            [&] { return NuvLinearProgrammingConstruct(&lp, kCount, allocator) != nullptr; });
     Measure("each given a name of its own", allocator,
             [&]
             {
                 bool isDone = true;
-                for (NuvUint i = 1; i <= count; ++i)
+                for (NuvUint i = 1; i <= kCount; ++i)
                     isDone = Rename(&lp, i, "variable " + std::to_string(i)) && isDone;
                 return isDone;
             });
     Measure("replaced by 1 000 000 new ones", allocator,
-            [&] { return NuvLinearProgrammingSetNumVars(&lp, count) != 0; });
+            [&] { return NuvLinearProgrammingSetNumVars(&lp, kCount) != 0; });
     Measure("destructed", allocator,
             [&]
             {

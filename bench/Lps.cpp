@@ -123,7 +123,7 @@ std::string Label(const char* step, const Case& which)
 void RegisterSteps(const Case& which)
 {
     const auto input = std::make_shared<Input>(
-        MakeInput(MakeInstance(which.family, which.rows, which.columns, caseSeed)));
+        MakeInput(MakeInstance(which.family, which.rows, which.columns, kCaseSeed)));
     const auto counted = CountPivots(*input, 200 * (which.rows + which.columns), 10.0);
     if (counted.verdict == Verdict::Stopped)
         return;
@@ -146,7 +146,7 @@ void RegisterTiny()
 {
     const Case tiny = {Family::ProductionMix, 2, 3, true};
     const auto input = std::make_shared<Input>(
-        MakeInput(MakeInstance(tiny.family, tiny.rows, tiny.columns, caseSeed)));
+        MakeInput(MakeInstance(tiny.family, tiny.rows, tiny.columns, kCaseSeed)));
     benchmark::RegisterBenchmark(Label("start to end", tiny).c_str(), StartToEnd, input);
     benchmark::RegisterBenchmark(Label("start to end in C", tiny).c_str(), StartToEndInC, input);
 }

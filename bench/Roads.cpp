@@ -28,12 +28,12 @@ namespace bench
 namespace
 {
 /// What one sample is filled up to with repeated solves.
-constexpr double sampleSeconds = 1e-3;
+constexpr double kSampleSeconds = 1e-3;
 
 /// How many pivots a solve has at most where the definition itself is evaluated, above so many
 /// rows.
-constexpr std::uint64_t fewPivots = 20;
-constexpr std::size_t manyRows = 100;
+constexpr std::uint64_t kFewPivots = 20;
+constexpr std::size_t kManyRows = 100;
 
 struct Road
 {
@@ -55,17 +55,17 @@ nuv::Switches Without(std::initializer_list<bool nuv::Switches::*> ways)
 std::vector<Road> RoadsFor(const Case& which)
 {
     using S = nuv::Switches;
-    constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
+    constexpr std::uint64_t kAll = std::numeric_limits<std::uint64_t>::max();
     return {
-        {"structured", {}, Without({&S::structured}), which.rows > manyRows ? fewPivots : all},
-        {"few rows", {}, Without({&S::few}), all},
-        {"AVX-512", {}, Without({&S::avx512}), all},
-        {"AVX2", Without({&S::avx512}), Without({&S::avx512, &S::avx2}), all},
+        {"structured", {}, Without({&S::structured}), which.rows > kManyRows ? kFewPivots : kAll},
+        {"few rows", {}, Without({&S::few}), kAll},
+        {"AVX-512", {}, Without({&S::avx512}), kAll},
+        {"AVX2", Without({&S::avx512}), Without({&S::avx512, &S::avx2}), kAll},
         {"baseline", Without({&S::avx512, &S::avx2}), Without({&S::avx512, &S::avx2, &S::baseline}),
-         all},
-        {"column inversion", {}, Without({&S::columnInversion}), all},
-        {"sparse pricing", {}, Without({&S::sparsePricing}), all},
-        {"incremental sums", {}, Without({&S::incrementalSums}), all},
+         kAll},
+        {"column inversion", {}, Without({&S::columnInversion}), kAll},
+        {"sparse pricing", {}, Without({&S::sparsePricing}), kAll},
+        {"incremental sums", {}, Without({&S::incrementalSums}), kAll},
     };
 }
 
@@ -164,7 +164,7 @@ std::optional<double> Compare(const Case& which, const Instance& instance, const
     {
         variant->TakeSample();
         variant->repeats =
-            static_cast<std::size_t>(std::clamp(sampleSeconds / variant->seconds, 1.0, 1e4));
+            static_cast<std::size_t>(std::clamp(kSampleSeconds / variant->seconds, 1.0, 1e4));
     }
     const Stopwatch watch;
     for (std::size_t round = 0; round < effort.minRounds || watch.Seconds() < effort.seconds;
@@ -181,11 +181,11 @@ std::optional<double> Compare(const Case& which, const Instance& instance, const
 bool CompareAll(const Effort& effort, bool isQuick)
 {
     bool isSame = true;
-    for (const Case& which : cases)
+    for (const Case& which : kCases)
     {
         if (isQuick && !which.isQuick)
             continue;
-        const Instance instance = MakeInstance(which.family, which.rows, which.columns, caseSeed);
+        const Instance instance = MakeInstance(which.family, which.rows, which.columns, kCaseSeed);
         const std::string name = std::string(NameOf(which.family)) + ", " +
                                  std::to_string(which.rows) + " × " + std::to_string(which.columns);
         std::cerr << "with and without: " << name << '\n';

@@ -76,9 +76,9 @@ private:
 
     static double ReadingCost(Clock which)
     {
-        static const std::array<double, 2> costs = {MeasureReadingCost(Clock::Monotonic),
-                                                    MeasureReadingCost(Clock::Processor)};
-        return costs[static_cast<std::size_t>(which)];
+        static const std::array<double, 2> kCosts = {MeasureReadingCost(Clock::Monotonic),
+                                                     MeasureReadingCost(Clock::Processor)};
+        return kCosts[static_cast<std::size_t>(which)];
     }
 };
 }  // namespace bench

@@ -29,7 +29,7 @@ KnownModel Known(std::string_view text, nuv::Status truth, nuv::Rational optimum
 
 const std::vector<KnownModel>& KnownModels()
 {
-    static const std::vector<KnownModel> models = {
+    static const std::vector<KnownModel> kModels = {
         Known("max 30 x + 70 y st a: 2 x + 5 y <= 300 b: 4 x + 3 y <= 240 end",
               nuv::Status::Optimal, nuv::Rational(29700, 7)),
         // On a + b = 4 the objective is 8 + x, and row b keeps x from 1 to 5.5.
@@ -38,7 +38,7 @@ const std::vector<KnownModel>& KnownModels()
         Known("max x + y st a: x + y >= 5 b: x + 3 y <= 3 end", nuv::Status::Infeasible, 0),
         Known("max x + y st a: x - y <= 3 b: x >= 1 end", nuv::Status::Unbounded, 0),
     };
-    return models;
+    return kModels;
 }
 
 bool IsTrue(nuv::ClaimedStatus claimed, nuv::Status truth)

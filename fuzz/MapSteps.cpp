@@ -69,7 +69,7 @@ private:
         for (auto at = M::Begin(x); at != M::End(x);)
         {
             const auto& entry = *M::List::ForwardKind::ContentOf(&at);
-            if (NumberOf(entry.first) == NoNumber)
+            if (NumberOf(entry.first) == kNoNumber)
                 at = M::Erase(x, at);
             else
                 M::List::ForwardKind::Increment(&at);
@@ -227,7 +227,7 @@ template <class M>
 void Run(Input* input)
 {
     using Key = typename M::Key;
-    const typename M::HashFunctionType hashes[] = {ownHash<M>, NumberHash<Key>, ConstantHash<Key>,
+    const typename M::HashFunctionType hashes[] = {kOwnHash<M>, NumberHash<Key>, ConstantHash<Key>,
                                                    WideHash<Key>};
     MapRun<M>(input, hashes[input->Below(4)]).Run();
 }

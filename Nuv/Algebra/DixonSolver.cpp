@@ -119,10 +119,10 @@ std::size_t DixonSolver::AppendEntry(Index equation, const ExactNumber& coeffici
     }
     Integer magnitude = PowerOf({0, left.five}) * std::abs(coefficient.mantissa);
     const std::size_t bits = shift + BitLength(magnitude);
-    constexpr std::uint64_t mask = (std::uint64_t{1} << 62) - 1;
+    constexpr std::uint64_t kMask = (std::uint64_t{1} << 62) - 1;
     for (; magnitude != 0; magnitude >>= 62, shift += 62)
     {
-        const std::int64_t word = static_cast<std::int64_t>(magnitude.LowWord() & mask);
+        const std::int64_t word = static_cast<std::int64_t>(magnitude.LowWord() & kMask);
         m_entries.push_back({equation, shift, coefficient.mantissa < 0 ? -word : word});
     }
     return bits;

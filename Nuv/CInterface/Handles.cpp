@@ -99,10 +99,11 @@ uint32_t NuvModelGetVersionNumber(void)
 
 const char* NuvModelGetResultName(NuvModelResult result)
 {
-    constexpr const char* names[] = {
+    constexpr const char* kNames[] = {
         "Ok",      "InvalidArgument", "InvalidHandle", "NoMemory", "InvalidModel", "CannotRead",
         "BadText", "CannotWrite",     "NotKnown",      "Refused",  "Internal"};
-    return result >= 0 && result < static_cast<int32_t>(std::size(names)) ? names[result] : nullptr;
+    return result >= 0 && result < static_cast<int32_t>(std::size(kNames)) ? kNames[result]
+                                                                           : nullptr;
 }
 
 NuvDiagnostics* NuvDiagnosticsConstruct(void)

@@ -141,25 +141,25 @@ struct Entry
     void (*fill)(Problem*, Draw*);
 };
 
-constexpr Entry entries[numBenchmarkFamilies] = {{"positive", FillPositive},
-                                                 {"mixed signs", FillMixedSigns},
-                                                 {"phase I", FillPhaseI},
-                                                 {"assignment", FillAssignment},
-                                                 {"transport", FillTransport},
-                                                 {"production mix", FillProductionMix},
-                                                 {"diet", FillDiet},
-                                                 {"sparse 10 %", FillSparse},
-                                                 {"non-degenerate", FillNonDegenerate}};
+constexpr Entry kEntries[kNumBenchmarkFamilies] = {{"positive", FillPositive},
+                                                   {"mixed signs", FillMixedSigns},
+                                                   {"phase I", FillPhaseI},
+                                                   {"assignment", FillAssignment},
+                                                   {"transport", FillTransport},
+                                                   {"production mix", FillProductionMix},
+                                                   {"diet", FillDiet},
+                                                   {"sparse 10 %", FillSparse},
+                                                   {"non-degenerate", FillNonDegenerate}};
 }  // namespace
 
 const char* NameOf(BenchmarkFamily family)
 {
-    return entries[static_cast<uint32_t>(family)].name;
+    return kEntries[static_cast<uint32_t>(family)].name;
 }
 
 void MakeBenchmarkModel(BenchmarkFamily family, uint64_t seed, Problem* p)
 {
     Draw draw(seed * 16U + static_cast<uint32_t>(family));
-    entries[static_cast<uint32_t>(family)].fill(p, &draw);
+    kEntries[static_cast<uint32_t>(family)].fill(p, &draw);
 }
 }  // namespace nuv::corpus

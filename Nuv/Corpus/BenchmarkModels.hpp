@@ -31,7 +31,7 @@ enum class BenchmarkFamily : uint32_t
     /// As MixedSigns, with right-hand sides that leave no ties.
     NonDegenerate
 };
-inline constexpr uint32_t numBenchmarkFamilies = 9;
+inline constexpr uint32_t kNumBenchmarkFamilies = 9;
 
 const char* NameOf(BenchmarkFamily family);
 

@@ -10,7 +10,7 @@ namespace
 /// ±0, subnormals, pivots too small to have a reciprocal, the largest numbers, infinities, NaN.
 float SpecialValueOfSelfTest(Random* random)
 {
-    static const uint32_t patterns[] = {
+    static const uint32_t kPatterns[] = {
         0x00000000U, 0x80000000U,  // ±0
         0x00000001U, 0x80000001U,  // the smallest subnormals
         0x007FFFFFU, 0x807FFFFFU,  // the largest subnormals
@@ -19,7 +19,7 @@ float SpecialValueOfSelfTest(Random* random)
         0x7F7FFFFFU, 0xFF7FFFFFU,  // the largest finite numbers
         0x7F800000U, 0xFF800000U,  // infinities
         0x7FC00000U, 0x3F800000U};
-    return FloatOfBits(patterns[random->Below(sizeof patterns / sizeof *patterns)]);
+    return FloatOfBits(kPatterns[random->Below(sizeof kPatterns / sizeof *kPatterns)]);
 }
 }  // namespace
 

@@ -11,37 +11,37 @@ namespace nuv::corpus
 {
 namespace
 {
-constexpr uint32_t each = 500;
+constexpr uint32_t kEach = 500;
 
-constexpr Family families[] = {{"fixed", 16, nullptr},
-                               {"plan", each, MakePlan},
-                               {"mixed-signs", each, MakeMixedSigns},
-                               {"two-phases", each, MakeTwoPhases},
-                               {"covering", each, MakeCovering},
-                               {"transport", each, MakeTransport},
-                               {"assignment", each, MakeAssignment},
-                               {"sparse", each, MakeSparse},
-                               {"infeasible", each, MakeInfeasible},
-                               {"unbounded", each, MakeUnbounded},
-                               {"klee-minty", each, MakeKleeMinty},
-                               {"quotients", each, MakeQuotients},
-                               {"ties", each, MakeTies},
-                               {"equal-coefficients", each, MakeEqualCoefficients},
-                               {"repeated-rows", each, MakeRepeatedRows},
-                               {"empty-rows-and-columns", each, MakeEmptyRowsAndColumns},
-                               {"cycling", each, MakeCycling},
-                               {"wide-exponents", each, MakeWideExponents},
-                               {"overflowing", each, MakeOverflowing},
-                               {"subnormal", each, MakeSubnormal},
-                               {"special-values", each, MakeSpecialValues}};
+constexpr Family kFamilies[] = {{"fixed", 16, nullptr},
+                                {"plan", kEach, MakePlan},
+                                {"mixed-signs", kEach, MakeMixedSigns},
+                                {"two-phases", kEach, MakeTwoPhases},
+                                {"covering", kEach, MakeCovering},
+                                {"transport", kEach, MakeTransport},
+                                {"assignment", kEach, MakeAssignment},
+                                {"sparse", kEach, MakeSparse},
+                                {"infeasible", kEach, MakeInfeasible},
+                                {"unbounded", kEach, MakeUnbounded},
+                                {"klee-minty", kEach, MakeKleeMinty},
+                                {"quotients", kEach, MakeQuotients},
+                                {"ties", kEach, MakeTies},
+                                {"equal-coefficients", kEach, MakeEqualCoefficients},
+                                {"repeated-rows", kEach, MakeRepeatedRows},
+                                {"empty-rows-and-columns", kEach, MakeEmptyRowsAndColumns},
+                                {"cycling", kEach, MakeCycling},
+                                {"wide-exponents", kEach, MakeWideExponents},
+                                {"overflowing", kEach, MakeOverflowing},
+                                {"subnormal", kEach, MakeSubnormal},
+                                {"special-values", kEach, MakeSpecialValues}};
 
-constexpr Golden hashes[] = {
+constexpr Golden kHashes[] = {
 #include "Nuv/Corpus/Golden.inl"
 };
 
 /// Of each random family, so many rows and three columns more.
-constexpr uint32_t sizes[] = {5, 12, 24};
-constexpr uint32_t numSizes = sizeof sizes / sizeof *sizes;
+constexpr uint32_t kSizes[] = {5, 12, 24};
+constexpr uint32_t kNumSizes = sizeof kSizes / sizeof *kSizes;
 
 /// Mostly small; one in ten is longer than the widest vectors and longer than they are in number.
 void ChooseSize(uint32_t number, Model* model, Random* random)
@@ -60,18 +60,18 @@ void TakeShape(const Problem& from, Model* model)
 
 uint32_t FamilyCount()
 {
-    return sizeof families / sizeof *families;
+    return sizeof kFamilies / sizeof *kFamilies;
 }
 
 const Family& FamilyAt(uint32_t index)
 {
-    return families[index];
+    return kFamilies[index];
 }
 
 void MakeModel(uint32_t family, uint32_t number, Model* model)
 {
     *model = {};
-    const Family& made = families[family];
+    const Family& made = kFamilies[family];
     Random random((static_cast<uint64_t>(family) << 32U) + number);
     ChooseSize(number, model, &random);
     Problem p = model->View();
@@ -84,7 +84,7 @@ void MakeModel(uint32_t family, uint32_t number, Model* model)
 
 uint32_t NamedModelCount()
 {
-    return FixedModelCount() + numRandomFamilies * numSizes;
+    return FixedModelCount() + kNumRandomFamilies * kNumSizes;
 }
 
 Name MakeNamedModel(uint32_t number, Model* model)
@@ -97,8 +97,8 @@ Name MakeNamedModel(uint32_t number, Model* model)
     else
     {
         const uint32_t index = number - FixedModelCount();
-        const auto family = static_cast<RandomFamily>(index / numSizes);
-        const uint32_t size = sizes[index % numSizes];
+        const auto family = static_cast<RandomFamily>(index / kNumSizes);
+        const uint32_t size = kSizes[index % kNumSizes];
         p.rows = size;
         p.columns = size + 3;
         MakeRandomModel(family, 1000 + size, &p);
@@ -111,17 +111,17 @@ Name MakeNamedModel(uint32_t number, Model* model)
 
 uint32_t GoldenCount()
 {
-    return sizeof hashes / sizeof *hashes;
+    return sizeof kHashes / sizeof *kHashes;
 }
 
 const Golden& GoldenAt(uint32_t index)
 {
-    return hashes[index];
+    return kHashes[index];
 }
 
 uint64_t GoldenHash(const char* name)
 {
-    for (const Golden& golden : hashes)
+    for (const Golden& golden : kHashes)
         if (strcmp(golden.name, name) == 0)
             return golden.hash;
     return 0;

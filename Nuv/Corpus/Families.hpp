@@ -12,15 +12,15 @@ namespace nuv::corpus
 /// A small model with arrays of its own.
 struct Model
 {
-    static constexpr uint32_t maxRows = 48;
-    static constexpr uint32_t maxColumns = 100;
-    static constexpr uint32_t maxCoefficients = 48 * 64;
+    static constexpr uint32_t kMaxRows = 48;
+    static constexpr uint32_t kMaxColumns = 100;
+    static constexpr uint32_t kMaxCoefficients = 48 * 64;
 
     uint32_t rows;
     uint32_t columns;
-    float A[maxCoefficients];
-    float b[maxRows];
-    float c[maxColumns];
+    float A[kMaxCoefficients];
+    float b[kMaxRows];
+    float c[kMaxColumns];
 
     /// The model over its own arrays.
     Problem View()

@@ -18,10 +18,10 @@ struct Fixed
     float c[9];
 };
 
-constexpr float infinity = FloatOfBits(0x7F800000U);
-constexpr float notANumber = FloatOfBits(0x7FC00000U);
+constexpr float kInfinity = FloatOfBits(0x7F800000U);
+constexpr float kNotANumber = FloatOfBits(0x7FC00000U);
 
-constexpr Fixed fixedModels[] = {
+constexpr Fixed kFixedModels[] = {
     // two products in three plants
     {"factory", 3, 2, {1, 0, 0, 2, 3, 2}, {4, 12, 18}, {3, 5}},
     {"first-example", 2, 2, {1, 0, 1, 1}, {4, 6}, {3, 2}},
@@ -69,13 +69,13 @@ constexpr Fixed fixedModels[] = {
     {"tiny-pivot", 2, 1, {1e-39F, 1}, {1e-39F, 5}, {1}},
     {"huge-numbers", 2, 2, {1e38F, 2e38F, 3e38F, 1e38F}, {3e38F, 2e38F}, {1e20F, 1e20F}},
     // Up to here they are the first family of the self-test.
-    {"nan-cost", 2, 2, {1, 1, 1, 2}, {4, 6}, {notANumber, 1}},
-    {"infinite-side", 2, 2, {1, 1, 1, 2}, {infinity, 6}, {1, 1}},
-    {"unbounded-phase-one", 1, 1, {-1}, {-infinity}, {1}},
+    {"nan-cost", 2, 2, {1, 1, 1, 2}, {4, 6}, {kNotANumber, 1}},
+    {"infinite-side", 2, 2, {1, 1, 1, 2}, {kInfinity, 6}, {1, 1}},
+    {"unbounded-phase-one", 1, 1, {-1}, {-kInfinity}, {1}},
     {"artificial-at-zero", 2, 1, {-1, 1}, {-0x1p-149F, 0}, {-1}},
     {"no-rows", 0, 2, {}, {}, {1, 1}},
 };
-constexpr uint32_t numFixedModels = sizeof fixedModels / sizeof *fixedModels;
+constexpr uint32_t kNumFixedModels = sizeof kFixedModels / sizeof *kFixedModels;
 
 /// Rows of the Hilbert matrix: every quotient is rounded.
 void FillHilbert(Problem* p, uint32_t n)
@@ -96,25 +96,25 @@ struct Square
     uint32_t rows;
 };
 
-constexpr Square squareModels[] = {{"klee-minty-3", FillKleeMinty, 3},
-                                   {"klee-minty-6", FillKleeMinty, 6},
-                                   {"hilbert-8", FillHilbert, 8}};
+constexpr Square kSquareModels[] = {{"klee-minty-3", FillKleeMinty, 3},
+                                    {"klee-minty-6", FillKleeMinty, 6},
+                                    {"hilbert-8", FillHilbert, 8}};
 }  // namespace
 
 uint32_t FixedModelCount()
 {
-    return numFixedModels + sizeof squareModels / sizeof *squareModels;
+    return kNumFixedModels + sizeof kSquareModels / sizeof *kSquareModels;
 }
 
 const char* MakeFixedModel(uint32_t number, Problem* p)
 {
-    if (number >= numFixedModels)
+    if (number >= kNumFixedModels)
     {
-        const Square& square = squareModels[number - numFixedModels];
+        const Square& square = kSquareModels[number - kNumFixedModels];
         square.fill(p, square.rows);
         return square.name;
     }
-    const Fixed& fixed = fixedModels[number];
+    const Fixed& fixed = kFixedModels[number];
     p->rows = fixed.rows;
     p->columns = fixed.columns;
     memcpy(p->A, fixed.A, sizeof fixed.A);

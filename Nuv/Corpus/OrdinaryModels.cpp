@@ -39,7 +39,7 @@ void MakeMixedSigns(Problem* p, Random* random)
 /// Rows of both directions around a point that satisfies them all.
 void MakeTwoPhases(Problem* p, Random* random)
 {
-    int32_t point[Model::maxColumns];
+    int32_t point[Model::kMaxColumns];
     for (uint32_t j = 0; j < p->columns; ++j)
         point[j] = random->Between(0, 7);
     for (uint32_t i = 0; i < p->rows; ++i)

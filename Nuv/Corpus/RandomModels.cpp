@@ -134,11 +134,11 @@ void ZeroRowsAndColumns(Problem* p, Random* random)
 /// (Chvátal, Linear Programming, chapter 3; Beale 1955), with columns permuted and rows scaled.
 void Cycling(Problem* p, Random* random)
 {
-    static const float rows[2][3][4] = {
+    static const float kRows[2][3][4] = {
         {{0.5F, -5.5F, -2.5F, 9.0F}, {0.5F, -1.5F, -0.5F, 1.0F}, {1.0F, 0.0F, 0.0F, 0.0F}},
         {{0.25F, -60.0F, -0.04F, 9.0F}, {0.5F, -90.0F, -0.02F, 3.0F}, {0.0F, 0.0F, 1.0F, 0.0F}}};
-    static const float costs[2][4] = {{10.0F, -57.0F, -9.0F, -24.0F},
-                                      {0.75F, -150.0F, 0.02F, -6.0F}};
+    static const float kCosts[2][4] = {{10.0F, -57.0F, -9.0F, -24.0F},
+                                       {0.75F, -150.0F, 0.02F, -6.0F}};
     const uint32_t source = random->Chance(50) ? 1 : 0;
     uint32_t order[4] = {0, 1, 2, 3};
     for (uint32_t j = 3; j > 0; --j)
@@ -154,11 +154,11 @@ void Cycling(Problem* p, Random* random)
     {
         const float scale = static_cast<float>(1U << random->Below(4));
         for (uint32_t j = 0; j < 4; ++j)
-            p->Row(i)[j] = scale * rows[source][i][order[j]];
+            p->Row(i)[j] = scale * kRows[source][i][order[j]];
         p->b[i] = i == 2 ? scale : 0.0F;
     }
     for (uint32_t j = 0; j < 4; ++j)
-        p->c[j] = costs[source][order[j]];
+        p->c[j] = kCosts[source][order[j]];
 }
 
 /// A feasible model and one row that contradicts another.
@@ -236,10 +236,10 @@ void Overflowing(Problem* p, Random* random)
 
 void Sprinkled(Problem* p, Random* random)
 {
-    static const RandomFamily plain[] = {RandomFamily::ProductionMix, RandomFamily::MixedSigns,
-                                         RandomFamily::NeedsPhaseI, RandomFamily::DegenerateTies,
-                                         RandomFamily::Sparse};
-    const RandomFamily family = plain[random->Below(5)];
+    static const RandomFamily kPlain[] = {RandomFamily::ProductionMix, RandomFamily::MixedSigns,
+                                          RandomFamily::NeedsPhaseI, RandomFamily::DegenerateTies,
+                                          RandomFamily::Sparse};
+    const RandomFamily family = kPlain[random->Below(5)];
     MakeRandomModel(family, random->Next(), p);
     const uint32_t percent = random->Chance(50) ? 3 : 20;
     const uint32_t targets = 1 + random->Below(7);
@@ -262,8 +262,8 @@ void VerySparse(Problem* p, Random* random)
     for (uint32_t j = 0; j < p->columns; ++j)
     {
         p->c[j] = random->Symmetric(3.0F) + 1.0F;
-        const uint32_t entries = 1 + random->Below(3);
-        for (uint32_t k = 0; k < entries; ++k)
+        const uint32_t kEntries = 1 + random->Below(3);
+        for (uint32_t k = 0; k < kEntries; ++k)
         {
             const uint32_t i = random->Below(p->rows);
             const float element = random->Chance(50) ? 1.0F : random->Symmetric(4.0F) + 3.0F;
@@ -291,39 +291,39 @@ struct Entry
     bool isTame;
 };
 
-constexpr Entry entries[numRandomFamilies] = {{"ProductionMix", ProductionMix, true},
-                                              {"MixedSigns", MixedSigns, true},
-                                              {"NeedsPhaseI", NeedsPhaseI, true},
-                                              {"Assignment", Assignment, true},
-                                              {"Transport", Transport, true},
-                                              {"Diet", Diet, true},
-                                              {"DegenerateTies", DegenerateTies, true},
-                                              {"Sparse", Sparse, true},
-                                              {"EqualCoefficients", EqualCoefficients, true},
-                                              {"ZeroRowsAndColumns", ZeroRowsAndColumns, true},
-                                              {"Cycling", Cycling, true},
-                                              {"Infeasible", Infeasible, true},
-                                              {"Unbounded", Unbounded, true},
-                                              {"ExtremeExponents", ExtremeExponents, false},
-                                              {"Overflowing", Overflowing, false},
-                                              {"Sprinkled", Sprinkled, false},
-                                              {"VerySparse", VerySparse, true},
-                                              {"SprinkledSparse", SprinkledSparse, false}};
+constexpr Entry kEntries[kNumRandomFamilies] = {{"ProductionMix", ProductionMix, true},
+                                                {"MixedSigns", MixedSigns, true},
+                                                {"NeedsPhaseI", NeedsPhaseI, true},
+                                                {"Assignment", Assignment, true},
+                                                {"Transport", Transport, true},
+                                                {"Diet", Diet, true},
+                                                {"DegenerateTies", DegenerateTies, true},
+                                                {"Sparse", Sparse, true},
+                                                {"EqualCoefficients", EqualCoefficients, true},
+                                                {"ZeroRowsAndColumns", ZeroRowsAndColumns, true},
+                                                {"Cycling", Cycling, true},
+                                                {"Infeasible", Infeasible, true},
+                                                {"Unbounded", Unbounded, true},
+                                                {"ExtremeExponents", ExtremeExponents, false},
+                                                {"Overflowing", Overflowing, false},
+                                                {"Sprinkled", Sprinkled, false},
+                                                {"VerySparse", VerySparse, true},
+                                                {"SprinkledSparse", SprinkledSparse, false}};
 }  // namespace
 
 const char* NameOf(RandomFamily family)
 {
-    return entries[static_cast<uint32_t>(family)].name;
+    return kEntries[static_cast<uint32_t>(family)].name;
 }
 
 bool IsTame(RandomFamily family)
 {
-    return entries[static_cast<uint32_t>(family)].isTame;
+    return kEntries[static_cast<uint32_t>(family)].isTame;
 }
 
 float SpecialValue(Random* random)
 {
-    static const uint32_t patterns[] = {
+    static const uint32_t kPatterns[] = {
         0x00000000U, 0x80000000U,  // ±0
         0x00000001U, 0x80000001U,  // the smallest subnormals
         0x007FFFFFU, 0x807FFFFFU,  // the largest subnormals
@@ -335,12 +335,12 @@ float SpecialValue(Random* random)
         0x7F800000U, 0xFF800000U,  // infinities
         0x7FC00000U, 0xFFC00000U,  // NaNs
         0x7FC12345U, 0x3F800000U, 0xBF800000U, 0x00000000U};
-    return FloatOfBits(patterns[random->Below(sizeof patterns / sizeof *patterns)]);
+    return FloatOfBits(kPatterns[random->Below(sizeof kPatterns / sizeof *kPatterns)]);
 }
 
 void MakeRandomModel(RandomFamily family, uint64_t seed, Problem* p)
 {
     Random random(seed ^ (static_cast<uint64_t>(family) << 56U));
-    entries[static_cast<uint32_t>(family)].make(p, &random);
+    kEntries[static_cast<uint32_t>(family)].make(p, &random);
 }
 }  // namespace nuv::corpus

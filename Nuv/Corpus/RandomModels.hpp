@@ -31,7 +31,7 @@ enum class RandomFamily : uint32_t
     VerySparse,
     SprinkledSparse
 };
-inline constexpr uint32_t numRandomFamilies = 18;
+inline constexpr uint32_t kNumRandomFamilies = 18;
 
 const char* NameOf(RandomFamily family);
 /// Whether the family's data are finite and its results may be trusted to be finite numbers mostly.
@@ -39,9 +39,9 @@ bool IsTame(RandomFamily family);
 
 /// Assignment and Transport take the shape nearest to what is asked, Cycling its own small ones:
 /// the arrays of a model have room for rows, columns and coefficients of these as well.
-inline constexpr uint32_t roomForRows = 20;
-inline constexpr uint32_t roomForColumns = 100;
-inline constexpr size_t roomForCoefficients = 2000;
+inline constexpr uint32_t kRoomForRows = 20;
+inline constexpr uint32_t kRoomForColumns = 100;
+inline constexpr size_t kRoomForCoefficients = 2000;
 
 /// Makes a model of about `p`'s rows and columns; there is at least one of each.
 void MakeRandomModel(RandomFamily family, uint64_t seed, Problem* p);

@@ -64,8 +64,8 @@ void MakeEmptyRowsAndColumns(Problem* p, Random* random)
 /// enter.
 void MakeCycling(Problem* p, Random* random)
 {
-    static const int8_t halves[2][4] = {{1, -11, -5, 18}, {1, -3, -1, 2}};
-    static const int8_t costs[4] = {10, -57, -9, -24};
+    static const int8_t kHalves[2][4] = {{1, -11, -5, 18}, {1, -3, -1, 2}};
+    static const int8_t kCosts[4] = {10, -57, -9, -24};
     p->rows = 3;
     p->columns = 4 + random->Below(4);
     const int32_t scale = random->Between(-3, 3);
@@ -73,8 +73,8 @@ void MakeCycling(Problem* p, Random* random)
     {
         const bool isOwn = j < 4;
         for (uint32_t i = 0; i < 2; ++i)
-            p->Row(i)[j] = isOwn ? Dyadic(halves[i][j], scale - 1) : random->Integer(0, 9);
-        p->c[j] = isOwn ? Dyadic(costs[j], 0) : random->Integer(-200, -100);
+            p->Row(i)[j] = isOwn ? Dyadic(kHalves[i][j], scale - 1) : random->Integer(0, 9);
+        p->c[j] = isOwn ? Dyadic(kCosts[j], 0) : random->Integer(-200, -100);
     }
     p->Row(2)[0] = 1.0F;
     p->b[2] = random->Integer(1, 9);

@@ -90,11 +90,11 @@ Integer ExactForm::DivisorOf(Index variable) const
 /// A number whose denominator has no prime but two and five, as words of 62 bits.
 void ExactForm::AppendWords(Index row, const Rational& number)
 {
-    constexpr std::uint64_t mask = (std::uint64_t{1} << 62) - 1;
+    constexpr std::uint64_t kMask = (std::uint64_t{1} << 62) - 1;
     Integer rest = Abs(number.Numerator());
     for (Scale scale = -PowersIn(number.Denominator()); rest != 0; rest >>= 62, scale.two += 62)
     {
-        ExactNumber word{static_cast<std::int64_t>(rest.LowWord() & mask), scale};
+        ExactNumber word{static_cast<std::int64_t>(rest.LowWord() & kMask), scale};
         if (word.mantissa == 0)
             continue;
         for (; (word.mantissa & 1) == 0; ++word.scale.two)

@@ -185,7 +185,7 @@ bool DiagnosticLog::Full(std::string_view code) const noexcept
     for (const Tally& tally : m_tallies)
     {
         if (tally.code == code)
-            return tally.count >= KeptPerCode;
+            return tally.count >= kKeptPerCode;
     }
     return false;
 }
@@ -219,12 +219,12 @@ std::vector<Diagnostic> DiagnosticLog::Take()
 {
     for (const Tally& tally : m_tallies)
     {
-        if (tally.count <= KeptPerCode)
+        if (tally.count <= kKeptPerCode)
             continue;
         Error error;
         error.code = tally.code;
         error.file = m_file;
-        error.text = std::to_string(tally.count - KeptPerCode) + " more like these";
+        error.text = std::to_string(tally.count - kKeptPerCode) + " more like these";
         m_diagnostics.push_back(WithoutPlace(std::move(error), Severity::Note));
     }
     m_tallies.clear();
@@ -244,7 +244,7 @@ DiagnosticLog::Tally& DiagnosticLog::TallyOf(std::string_view code)
 void DiagnosticLog::Report(Severity severity, const char* at, std::string code, std::string text,
                            std::string hint)
 {
-    if (++TallyOf(code).count > KeptPerCode && severity != Severity::Error)
+    if (++TallyOf(code).count > kKeptPerCode && severity != Severity::Error)
         return;
     Diagnostic diagnostic;
     diagnostic.severity = severity;

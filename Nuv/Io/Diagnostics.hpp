@@ -59,7 +59,7 @@ class DiagnosticLog
 {
 public:
     /// Of each code this many are kept.
-    static constexpr std::size_t KeptPerCode = 10;
+    static constexpr std::size_t kKeptPerCode = 10;
 
     /// `text` is the whole file and outlives the log.
     DiagnosticLog(std::string_view file, std::string_view text) : m_file(file), m_text(text) {}

@@ -21,8 +21,8 @@ constexpr std::size_t kSafeDigits = std::numeric_limits<double>::digits10;
 
 bool IsSmallInteger(double value) noexcept
 {
-    constexpr double most = 1LL << 52;
-    return std::fabs(value) <= most && std::trunc(value) == value;
+    constexpr double kMost = 1LL << 52;
+    return std::fabs(value) <= kMost && std::trunc(value) == value;
 }
 
 /// The digits of a decimal from the first to the last that is not zero, and the power of ten of the

@@ -95,7 +95,7 @@ std::string WrittenNames::Mended(std::string_view name) const
         return mended.substr(0, room) + suffix;
     };
     std::string candidate = mended;
-    for (std::size_t number = 2; m_taken.Find(candidate) != NameTable::None; ++number)
+    for (std::size_t number = 2; m_taken.Find(candidate) != NameTable::kNone; ++number)
         candidate = fitted("_" + std::to_string(number));
     return candidate;
 }

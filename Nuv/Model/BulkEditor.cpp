@@ -13,12 +13,12 @@ BulkEditor::Names::Names(NameTable& names, char letter) noexcept
 bool BulkEditor::Names::Append(std::string_view name)
 {
     if (name.empty())
-        return m_names.Add(m_names.MakeName(m_letter), true) != NameTable::None;
+        return m_names.Add(m_names.MakeName(m_letter), true) != NameTable::kNone;
     const std::uint32_t taken = m_names.Find(name);
     // A made name of an entry that was there before gives way, which nothing but a copy takes back.
     if (taken < m_size && m_names.IsMade(taken) && !m_before)
         m_before = m_names;
-    return m_names.Add(name) != NameTable::None;
+    return m_names.Add(name) != NameTable::kNone;
 }
 
 void BulkEditor::Names::TakeBack() noexcept

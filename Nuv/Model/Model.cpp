@@ -122,20 +122,20 @@ std::optional<Error> Model::FindFault() const
 std::optional<Variable> Model::FindVariable(std::string_view name) const noexcept
 {
     const std::uint32_t column = m_variableNames.Find(name);
-    return column == NameTable::None ? std::nullopt : std::optional(VariableAt(column));
+    return column == NameTable::kNone ? std::nullopt : std::optional(VariableAt(column));
 }
 
 std::optional<Row> Model::FindRow(std::string_view name) const noexcept
 {
     const std::uint32_t row = m_rowNames.Find(name);
-    return row == NameTable::None ? std::nullopt : std::optional(RowAt(row));
+    return row == NameTable::kNone ? std::nullopt : std::optional(RowAt(row));
 }
 
 Row Model::AppendRow(std::string_view name, Bounds bounds, bool isMade)
 {
     if (name.empty())
         (void)m_rowNames.AddUnnamed();
-    else if (m_rowNames.Add(name, isMade) == NameTable::None)
+    else if (m_rowNames.Add(name, isMade) == NameTable::kNone)
         return {};
     AppendUnnamedRow(bounds);
     return RowAt(RowCount() - 1);
@@ -184,7 +184,7 @@ bool Model::CheckNewVariable(std::string_view name, Bounds bounds)
                               "leave the name out to have one made"));
     }
     const std::uint32_t taken = m_variableNames.Find(name);
-    if (taken != NameTable::None && !m_variableNames.IsMade(taken))
+    if (taken != NameTable::kNone && !m_variableNames.IsMade(taken))
     {
         return Fail(MakeError("model.duplicate-variable",
                               "there is already a variable called " + Quoted(name),

@@ -67,7 +67,7 @@ std::size_t NameTable::Probe(std::string_view name, const Key& key) const noexce
 {
     const std::size_t mask = m_slots.size() - 1;
     std::size_t at = static_cast<std::size_t>(key.hash) & mask;
-    while (m_slots[at].index != None && !Holds(m_slots[at], name, key))
+    while (m_slots[at].index != kNone && !Holds(m_slots[at], name, key))
         at = (at + 1) & mask;
     return at;
 }
@@ -80,7 +80,7 @@ std::uint32_t NameTable::Find(std::string_view name) const noexcept
 std::uint32_t NameTable::Find(std::string_view name, const Key& key) const noexcept
 {
     if (m_slots.empty() || name.empty())
-        return None;
+        return kNone;
     return m_slots[Probe(name, key)].index;
 }
 
@@ -101,7 +101,7 @@ NameTable::Interned NameTable::Intern(std::string_view name, const Key& key)
 {
     GrowIfFull();
     Slot& slot = m_slots[Probe(name, key)];
-    if (slot.index != None)
+    if (slot.index != kNone)
         return {slot.index, false};
     const std::uint32_t index = AddUnnamed();
     Store(slot, index, name, key);
@@ -111,7 +111,7 @@ NameTable::Interned NameTable::Intern(std::string_view name, const Key& key)
 std::string NameTable::MakeName(char letter) const
 {
     std::string name = letter + std::to_string(Size() + 1);
-    while (Find(name) != None)
+    while (Find(name) != kNone)
         name += '_';
     return name;
 }
@@ -123,7 +123,7 @@ std::uint32_t NameTable::Add(std::string_view name, bool isMade)
     if (!isNew)
     {
         if (!IsMade(found))
-            return None;
+            return kNone;
         // The new entry takes the characters and the slot of the name over.
         m_entries.push_back(m_entries[found]);
         m_slots[Probe(name, MakeKey(name))].index = index;
@@ -154,7 +154,7 @@ bool NameTable::Name(std::uint32_t index, std::string_view name)
     GrowIfFull();
     const Key key = MakeKey(name);
     Slot& slot = m_slots[Probe(name, key)];
-    if (slot.index != None)
+    if (slot.index != kNone)
         return false;
     Store(slot, index, name, key);
     return true;
@@ -192,7 +192,7 @@ void NameTable::GrowIfFull()
 
 void NameTable::Rehash(std::size_t slots)
 {
-    m_slots.assign(slots, Slot{{0, 0}, 0, 0, None});
+    m_slots.assign(slots, Slot{{0, 0}, 0, 0, kNone});
     for (std::uint32_t index = 0; index < Size(); ++index)
     {
         const std::string_view name = (*this)[index];

@@ -16,7 +16,7 @@ namespace nuv
 class NameTable
 {
 public:
-    static constexpr std::uint32_t None = 0xFFFFFFFFu;
+    static constexpr std::uint32_t kNone = 0xFFFFFFFFu;
 
     /// What a lookup computes from a name: its first bytes, padded with zeros, and the hash of all.
     struct Key

@@ -30,8 +30,8 @@ Rational SizeOf(const Rational& value)
 
 const Rational& NumberAt(const Claim::Numbers& numbers, Index k)
 {
-    static const Rational zero = 0;
-    return k < numbers.size() && numbers[k] ? *numbers[k] : zero;
+    static const Rational kZero = 0;
+    return k < numbers.size() && numbers[k] ? *numbers[k] : kZero;
 }
 
 }  // namespace

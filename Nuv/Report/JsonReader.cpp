@@ -191,9 +191,9 @@ const JsonValue* JsonValue::Find(std::string_view key) const noexcept
 
 std::string_view KindWords(JsonValue::Kind kind) noexcept
 {
-    constexpr std::string_view words[] = {"null",     "a boolean", "a number",
-                                          "a string", "an array",  "an object"};
-    return words[static_cast<std::size_t>(kind)];
+    constexpr std::string_view kWords[] = {"null",     "a boolean", "a number",
+                                           "a string", "an array",  "an object"};
+    return kWords[static_cast<std::size_t>(kind)];
 }
 
 std::optional<JsonValue> ReadJson(std::string_view text, DiagnosticLog& log)

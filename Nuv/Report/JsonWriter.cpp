@@ -12,7 +12,7 @@ namespace
 
 std::string Escaped(char c)
 {
-    constexpr std::string_view digits = "0123456789abcdef";
+    constexpr std::string_view kDigits = "0123456789abcdef";
     switch (c)
     {
     case '"':
@@ -31,7 +31,7 @@ std::string Escaped(char c)
     const auto code = static_cast<unsigned char>(c);
     if (code >= 0x20)
         return std::string(1, c);
-    return std::string("\\u00") + digits[code >> 4] + digits[code & 15U];
+    return std::string("\\u00") + kDigits[code >> 4] + kDigits[code & 15U];
 }
 
 }  // namespace

@@ -21,14 +21,14 @@ struct Word
     std::string_view text;
 };
 
-/// Has a `table` for each of these enums.
+/// Has a `kTable` for each of these enums.
 template <class Enum>
 struct Words;
 
 template <>
 struct Words<Status>
 {
-    static constexpr Word<Status> table[] = {
+    static constexpr Word<Status> kTable[] = {
         {Status::Optimal, WordOf(Status::Optimal)},
         {Status::Infeasible, WordOf(Status::Infeasible)},
         {Status::Unbounded, WordOf(Status::Unbounded)},
@@ -40,7 +40,7 @@ struct Words<Status>
 template <>
 struct Words<StopReason>
 {
-    static constexpr Word<StopReason> table[] = {
+    static constexpr Word<StopReason> kTable[] = {
         {StopReason::None, "none"},
         {StopReason::TimeLimit, "time-limit"},
         {StopReason::PivotLimit, "pivot-limit"},
@@ -51,7 +51,7 @@ struct Words<StopReason>
 template <>
 struct Words<Sense>
 {
-    static constexpr Word<Sense> table[] = {
+    static constexpr Word<Sense> kTable[] = {
         {Sense::Minimize, "minimise"},
         {Sense::Maximize, "maximise"},
     };
@@ -60,7 +60,7 @@ struct Words<Sense>
 template <>
 struct Words<BasisStatus>
 {
-    static constexpr Word<BasisStatus> table[] = {
+    static constexpr Word<BasisStatus> kTable[] = {
         {BasisStatus::Basic, "basic"},
         {BasisStatus::AtLower, "lower"},
         {BasisStatus::AtUpper, "upper"},
@@ -71,7 +71,7 @@ struct Words<BasisStatus>
 template <>
 struct Words<CoefficientMeaning>
 {
-    static constexpr Word<CoefficientMeaning> table[] = {
+    static constexpr Word<CoefficientMeaning> kTable[] = {
         {CoefficientMeaning::ShortestDecimal, "written"},
         {CoefficientMeaning::StoredDouble, "stored"},
     };
@@ -80,7 +80,7 @@ struct Words<CoefficientMeaning>
 template <>
 struct Words<SinglePrecisionOutcome>
 {
-    static constexpr Word<SinglePrecisionOutcome> table[] = {
+    static constexpr Word<SinglePrecisionOutcome> kTable[] = {
         {SinglePrecisionOutcome::Optimal, "optimal"},
         {SinglePrecisionOutcome::Infeasible, "infeasible"},
         {SinglePrecisionOutcome::Unbounded, "unbounded"},
@@ -98,7 +98,7 @@ struct Words<SinglePrecisionOutcome>
 template <>
 struct Words<ClaimedStatus>
 {
-    static constexpr Word<ClaimedStatus> table[] = {
+    static constexpr Word<ClaimedStatus> kTable[] = {
         {ClaimedStatus::Feasible, "feasible"},
         {ClaimedStatus::Optimal, "optimal"},
         {ClaimedStatus::Infeasible, "infeasible"},
@@ -109,7 +109,7 @@ struct Words<ClaimedStatus>
 template <>
 struct Words<Judgement>
 {
-    static constexpr Word<Judgement> table[] = {
+    static constexpr Word<Judgement> kTable[] = {
         {Judgement::Confirmed, "confirmed"},
         {Judgement::Refuted, "refuted"},
         {Judgement::Undecided, "undecided"},
@@ -119,7 +119,7 @@ struct Words<Judgement>
 template <>
 struct Words<Evidence>
 {
-    static constexpr Word<Evidence> table[] = {
+    static constexpr Word<Evidence> kTable[] = {
         {Evidence::None, "none"},
         {Evidence::Values, "values"},
         {Evidence::Certificate, "certificate"},
@@ -132,7 +132,7 @@ struct Words<Evidence>
 template <class Enum>
 [[nodiscard]] constexpr std::string_view WordOf(Enum value)
 {
-    for (const Word<Enum>& word : Words<Enum>::table)
+    for (const Word<Enum>& word : Words<Enum>::kTable)
         if (word.value == value)
             return word.text;
     return {};
@@ -142,7 +142,7 @@ template <class Enum>
 template <class Enum>
 [[nodiscard]] constexpr std::optional<Enum> FromWord(std::string_view text)
 {
-    for (const Word<Enum>& word : Words<Enum>::table)
+    for (const Word<Enum>& word : Words<Enum>::kTable)
         if (word.text == text)
             return word.value;
     return std::nullopt;
@@ -153,7 +153,7 @@ template <class Enum>
 [[nodiscard]] std::vector<std::string> AllWords()
 {
     std::vector<std::string> words;
-    for (const Word<Enum>& word : Words<Enum>::table)
+    for (const Word<Enum>& word : Words<Enum>::kTable)
         words.emplace_back(word.text);
     return words;
 }

@@ -13,7 +13,7 @@ namespace nuv::selftest
 {
 namespace
 {
-constexpr uint32_t copies = 2;
+constexpr uint32_t kCopies = 2;
 
 /// Memory that is given back with its owner.
 class Memory
@@ -47,9 +47,9 @@ bool IsSame(float x, float y)
 /// The answers of a batch.
 struct Answers
 {
-    uint32_t verdicts[copies];
-    uint32_t pivots[copies];
-    float objectives[copies];
+    uint32_t verdicts[kCopies];
+    uint32_t pivots[kCopies];
+    float objectives[kCopies];
     const float* values;
 };
 
@@ -73,8 +73,8 @@ struct Follower
 {
     BatchTrace trace;
     const Solved* solved;
-    uint32_t pivots[copies];
-    bool isDifferent[copies];
+    uint32_t pivots[kCopies];
+    bool isDifferent[kCopies];
 };
 
 void Follow(BatchTrace* trace, NuvSizeT problem, NuvUint phase, NuvUint entering, NuvUint leaving)
@@ -117,7 +117,7 @@ bool SolveInLanes(const NuvLinearProgrammingBatch* batch, const Solved* solved, 
     const BatchWay way = {KernelsFor(loops), LanesFor(loops), &follower.trace};
     const Memory workspace(static_cast<size_t>(WorkspaceSize(batch, &way)));
     if (workspace.As<void>())
-        SolveRange(batch, &way, 0, copies, workspace.As<void>());
+        SolveRange(batch, &way, 0, kCopies, workspace.As<void>());
     return !follower.isDifferent[0] && !follower.isDifferent[1];
 }
 #endif
@@ -145,12 +145,12 @@ bool IsSameInBatch(const NuvLinearProgramming* lp, const Solved& solved, Loops l
         return true;
     const size_t m = lp->numConstraints;
     const size_t n = lp->numVars;
-    const Memory coefficients(copies * m * n * sizeof(float));
-    const Memory values(copies * n * sizeof(float));
+    const Memory coefficients(kCopies * m * n * sizeof(float));
+    const Memory values(kCopies * n * sizeof(float));
     float* const A = coefficients.As<float>();
     if (!A || !values.As<float>())
         return true;
-    for (size_t copy = 0; copy != copies; ++copy)
+    for (size_t copy = 0; copy != kCopies; ++copy)
         for (size_t i = 0; i != m; ++i)
             memcpy(A + (copy * m + i) * n, lp->A.data + i * (n + m), n * sizeof *A);
     Answers found = {};
@@ -158,7 +158,7 @@ bool IsSameInBatch(const NuvLinearProgramming* lp, const Solved& solved, Loops l
     NuvLinearProgrammingBatch batch = {};
     batch.numVars = lp->numVars;
     batch.numConstraints = lp->numConstraints;
-    batch.count = copies;
+    batch.count = kCopies;
     batch.A = A;
     batch.strideA = m * n;
     batch.b = lp->b.data;
@@ -169,7 +169,7 @@ bool IsSameInBatch(const NuvLinearProgramming* lp, const Solved& solved, Loops l
     batch.objectives = found.objectives;
     batch.values = values.As<float>();
     bool isSame = SolveBatch(&batch, &solved, loops);
-    for (uint32_t copy = 0; copy != copies; ++copy)
+    for (uint32_t copy = 0; copy != kCopies; ++copy)
         isSame &= IsSame(lp, solved, found, copy);
     return isSame;
 }

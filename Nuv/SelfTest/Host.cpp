@@ -10,8 +10,8 @@ namespace
 using corpus::BitsOf;
 using corpus::FloatOfBits;
 
-constexpr uint32_t smallestNormal = 0x00800000U;
-constexpr uint32_t halfOfIt = 0x00400000U;
+constexpr uint32_t kSmallestNormal = 0x00800000U;
+constexpr uint32_t kHalfOfIt = 0x00400000U;
 
 uint32_t BitsOfProduct(uint32_t x, uint32_t y)
 {
@@ -33,21 +33,21 @@ uint32_t BitsOfSum(uint32_t x, uint32_t y)
 /// and of two ties one goes up and one down.
 bool RoundsToNearest()
 {
-    constexpr uint32_t one = 0x3F800000U;
-    constexpr uint32_t sign = 0x80000000U;
-    constexpr uint32_t quarterOfLast = 0x33000000U;  // 2⁻²⁵
-    constexpr uint32_t halfOfLast = 0x33800000U;     // 2⁻²⁴
-    return BitsOfSum(one, quarterOfLast) == one &&
-           BitsOfSum(one | sign, quarterOfLast | sign) == (one | sign) &&
-           BitsOfSum(one, halfOfLast) == one && BitsOfSum(one + 1, halfOfLast) == one + 2;
+    constexpr uint32_t kOne = 0x3F800000U;
+    constexpr uint32_t kSign = 0x80000000U;
+    constexpr uint32_t kQuarterOfLast = 0x33000000U;  // 2⁻²⁵
+    constexpr uint32_t kHalfOfLast = 0x33800000U;     // 2⁻²⁴
+    return BitsOfSum(kOne, kQuarterOfLast) == kOne &&
+           BitsOfSum(kOne | kSign, kQuarterOfLast | kSign) == (kOne | kSign) &&
+           BitsOfSum(kOne, kHalfOfLast) == kOne && BitsOfSum(kOne + 1, kHalfOfLast) == kOne + 2;
 }
 }  // namespace
 
 Host InspectHost()
 {
-    constexpr uint32_t half = 0x3F000000U;
-    constexpr uint32_t two = 0x40000000U;
-    return {BitsOfProduct(smallestNormal, half) != halfOfIt,
-            BitsOfProduct(halfOfIt, two) != smallestNormal, RoundsToNearest()};
+    constexpr uint32_t kHalf = 0x3F000000U;
+    constexpr uint32_t kTwo = 0x40000000U;
+    return {BitsOfProduct(kSmallestNormal, kHalf) != kHalfOfIt,
+            BitsOfProduct(kHalfOfIt, kTwo) != kSmallestNormal, RoundsToNearest()};
 }
 }  // namespace nuv::selftest

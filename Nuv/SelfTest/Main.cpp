@@ -9,8 +9,8 @@
 
 namespace
 {
-constexpr char instructionSet[] = "--instruction-set=";
-constexpr size_t prefixLength = sizeof instructionSet - 1;
+constexpr char kInstructionSet[] = "--instruction-set=";
+constexpr size_t kPrefixLength = sizeof kInstructionSet - 1;
 
 int Usage()
 {
@@ -31,9 +31,9 @@ int main(int argc, char** argv)
             return PrintModels(Loops::OfThisMachine, stdout), 0;
         if (strcmp(argv[i], "--hashes") == 0)
             return PrintHashes(Loops::OfThisMachine, stdout), 0;
-        if (strncmp(argv[i], instructionSet, prefixLength) != 0)
+        if (strncmp(argv[i], kInstructionSet, kPrefixLength) != 0)
             return Usage();
-        loops = argv[i] + prefixLength;
+        loops = argv[i] + kPrefixLength;
     }
     const int code = RunByName(loops, stdout);
     return code == 64 ? Usage() : code;

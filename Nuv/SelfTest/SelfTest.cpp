@@ -18,14 +18,14 @@ using corpus::Model;
 
 namespace
 {
-constexpr Loops allLoops[] = {Loops::OfThisMachine, Loops::Plain, Loops::Baseline, Loops::Avx2,
-                              Loops::Avx512};
-constexpr uint32_t numLoops = sizeof allLoops / sizeof *allLoops;
+constexpr Loops kAllLoops[] = {Loops::OfThisMachine, Loops::Plain, Loops::Baseline, Loops::Avx2,
+                               Loops::Avx512};
+constexpr uint32_t kNumLoops = sizeof kAllLoops / sizeof *kAllLoops;
 
 const char* NameOfStatus(uint32_t status)
 {
-    static const char* const names[] = {"ok", "invalid", "unbounded", "infeasible", "stopped"};
-    return names[status];
+    static const char* const kNames[] = {"ok", "invalid", "unbounded", "infeasible", "stopped"};
+    return kNames[status];
 }
 
 bool PrintHost(FILE* out)
@@ -78,8 +78,8 @@ uint32_t RunCorpus(Loops loops, FILE* out)
 
 const char* NameOf(Loops loops)
 {
-    static const char* const names[] = {"machine", "plain", "baseline", "avx2", "avx512"};
-    return names[static_cast<uint32_t>(loops)];
+    static const char* const kNames[] = {"machine", "plain", "baseline", "avx2", "avx512"};
+    return kNames[static_cast<uint32_t>(loops)];
 }
 
 #if NUV_SELFTEST_CHOOSES_LOOPS
@@ -146,9 +146,9 @@ bool Run(const Loops* loops, uint32_t count, FILE* out)
 int RunByName(const char* name, FILE* out)
 {
     const bool isAll = strcmp(name, "all") == 0;
-    Loops chosen[numLoops];
+    Loops chosen[kNumLoops];
     uint32_t count = 0;
-    for (const Loops loops : allLoops)
+    for (const Loops loops : kAllLoops)
         if (isAll ? Has(loops) : strcmp(name, NameOf(loops)) == 0)
             chosen[count++] = loops;
     if (count == 0)
@@ -173,7 +173,7 @@ void PrintModels(Loops loops, FILE* out)
 
 uint64_t HashOfNamed(Model* model, Loops loops)
 {
-    return Solve(model->View(), loops, pivotLimitOfNamed).hashOfAnswer;
+    return Solve(model->View(), loops, kPivotLimitOfNamed).hashOfAnswer;
 }
 
 void PrintHashes(Loops loops, FILE* out)

@@ -24,7 +24,7 @@ struct Recorder
     uint32_t pivots;
     Hash hash;
     /// Phase, entering and leaving label of each pivot.
-    uint32_t labels[3 * pivotLimit];
+    uint32_t labels[3 * kPivotLimit];
 };
 
 void* Take(NuvAllocator* /*allocator*/, NuvSizeT size)
@@ -66,7 +66,7 @@ Terms TermsOf(const float* coefficients, uint32_t count, Term* terms)
 
 bool Enter(const Problem& problem, NuvLinearProgramming* lp)
 {
-    Term terms[corpus::Model::maxColumns];
+    Term terms[corpus::Model::kMaxColumns];
     for (uint32_t i = 0; i != problem.rows; ++i)
     {
         const Terms row = TermsOf(problem.Row(i), problem.columns, terms);

@@ -7,9 +7,9 @@
 namespace nuv::selftest
 {
 /// One pivot more than any model of the self-test needs that does not cycle.
-inline constexpr uint32_t pivotLimit = 300;
+inline constexpr uint32_t kPivotLimit = 300;
 /// The same of the named models.
-inline constexpr uint32_t pivotLimitOfNamed = 120;
+inline constexpr uint32_t kPivotLimitOfNamed = 120;
 
 struct Outcome
 {
@@ -26,5 +26,5 @@ struct Outcome
 
 /// Solves, and stops before one pivot more than `maxPivots`, which is at most `pivotLimit`. Where
 /// the same problem in a batch gives other bits, the hashes are 0.
-Outcome Solve(const corpus::Problem& problem, Loops loops, uint32_t maxPivots = pivotLimit);
+Outcome Solve(const corpus::Problem& problem, Loops loops, uint32_t maxPivots = kPivotLimit);
 }  // namespace nuv::selftest

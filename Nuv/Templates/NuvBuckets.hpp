@@ -10,7 +10,7 @@
 namespace nuv
 {
 /// The numbers of buckets that a map may have, mostly primes near powers of two.
-inline constexpr NuvSizeT bucketCounts[] = {
+inline constexpr NuvSizeT kBucketCounts[] = {
     2,        3,        7,         17,        31,        61,         127,        257,
     509,      1021,     2053,      4093,      8191,      16381,      32771,      65537,
     131071,   262147,   524287,    1048573,   2097143,   4194301,    8388617,    16777213,
@@ -19,7 +19,7 @@ inline constexpr NuvSizeT bucketCounts[] = {
 /// @return the smallest allowed number of buckets that is at least `n`, or 0 beyond the table.
 inline NuvSizeT ChooseBucketCount(NuvSizeT n)
 {
-    for (const NuvSizeT count : bucketCounts)
+    for (const NuvSizeT count : kBucketCounts)
         if (count >= n)
             return count;
     return 0;

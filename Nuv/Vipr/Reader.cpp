@@ -201,8 +201,8 @@ private:
         const Problem& problem = m_certificate.problem;
         Constraint constraint;
         constraint.label = ReadWord();
-        constexpr Relation relations[] = {Relation::AtMost, Relation::Equal, Relation::AtLeast};
-        constraint.relation = relations[Choose({"L", "E", "G"})];
+        constexpr Relation kRelations[] = {Relation::AtMost, Relation::Equal, Relation::AtLeast};
+        constraint.relation = kRelations[Choose({"L", "E", "G"})];
         constraint.side = ReadValue();
         const std::size_t before = m_at;
         if (Next() == "OBJ")
@@ -250,8 +250,8 @@ private:
     void ReadGoal()
     {
         Expect("RTP");
-        constexpr Goal goals[] = {Goal::Infeasible, Goal::Range, Goal::Unbounded};
-        m_certificate.goal = goals[Choose({"infeas", "range", "unbounded"})];
+        constexpr Goal kGoals[] = {Goal::Infeasible, Goal::Range, Goal::Unbounded};
+        m_certificate.goal = kGoals[Choose({"infeas", "range", "unbounded"})];
         if (m_certificate.goal != Goal::Range)
             return;
         m_certificate.lower = ReadEnd();
@@ -277,9 +277,9 @@ private:
         Derivation derivation;
         derivation.constraint = ReadConstraint();
         Expect("{");
-        constexpr Reason reasons[] = {Reason::Assumption, Reason::Combination, Reason::Rounding,
-                                      Reason::Split};
-        derivation.reason = reasons[Choose({"asm", "lin", "rnd", "uns"})];
+        constexpr Reason kReasons[] = {Reason::Assumption, Reason::Combination, Reason::Rounding,
+                                       Reason::Split};
+        derivation.reason = kReasons[Choose({"asm", "lin", "rnd", "uns"})];
         if (derivation.reason == Reason::Combination || derivation.reason == Reason::Rounding)
             derivation.multipliers = ReadTerms(index);
         if (derivation.reason == Reason::Split)

@@ -7,14 +7,14 @@ namespace
 
 void AppendName(std::string& text, std::string_view name)
 {
-    constexpr char digits[] = "0123456789ABCDEF";
+    constexpr char kDigits[] = "0123456789ABCDEF";
     for (const char c : name)
     {
         const auto byte = static_cast<unsigned char>(c);
         if (byte > ' ' && byte != 0x7F && c != '%')
             text += c;
         else
-            text.append({'%', digits[byte / 16], digits[byte % 16]});
+            text.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
     }
 }
 
@@ -84,8 +84,8 @@ private:
     void PutRelation(const Constraint& constraint)
     {
         AppendName(m_text, constraint.label);
-        constexpr char letters[] = {'L', 'E', 'G'};
-        Put(' ', letters[static_cast<std::size_t>(constraint.relation)], ' ',
+        constexpr char kLetters[] = {'L', 'E', 'G'};
+        Put(' ', kLetters[static_cast<std::size_t>(constraint.relation)], ' ',
             std::string_view(ToString(constraint.side)), "  ");
     }
 

@@ -238,9 +238,9 @@ ExitCode RunVerb(const Command& command, const Verb& verb, int argc, char** argv
 
 bool Option::TakesFile() const
 {
-    constexpr std::string_view files[] = {"FILE",   "MODEL",  "PICTURE",    "SOLUTION",
-                                          "RESULT", "REPORT", "CERTIFICATE"};
-    return std::ranges::find(files, value) != std::end(files);
+    constexpr std::string_view kFiles[] = {"FILE",   "MODEL",  "PICTURE",    "SOLUTION",
+                                           "RESULT", "REPORT", "CERTIFICATE"};
+    return std::ranges::find(kFiles, value) != std::end(kFiles);
 }
 
 void Verb::Add(std::vector<Option> more)

@@ -19,9 +19,9 @@ constexpr double kSecondsBetween = 0.1;
 
 std::string ProgressText(const nuv::Progress& progress, double rate)
 {
-    constexpr const char* stages[] = {"single precision", "double precision", "exact"};
+    constexpr const char* kStages[] = {"single precision", "double precision", "exact"};
     std::string text = fmt::format("{}  {} pivots  {:.0f}/s  {:.1f} s",
-                                   stages[static_cast<std::size_t>(progress.stage)],
+                                   kStages[static_cast<std::size_t>(progress.stage)],
                                    progress.pivots, rate, progress.seconds);
     if (!std::isnan(progress.objective))
         text += fmt::format("  {} {:.6g}", progress.feasible ? "objective" : "infeasible by",

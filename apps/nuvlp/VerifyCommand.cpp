@@ -62,8 +62,8 @@ Verification Verify(const nuv::Model& model, nuv::CoefficientMeaning numbers,
 
 std::string_view StatusWord(nuv::vipr::Goal goal)
 {
-    constexpr std::string_view words[] = {"infeasible", "optimal", "unbounded"};
-    return words[static_cast<std::size_t>(goal)];
+    constexpr std::string_view kWords[] = {"infeasible", "optimal", "unbounded"};
+    return kWords[static_cast<std::size_t>(goal)];
 }
 
 std::string VerificationText(const Verification& result)

@@ -37,7 +37,7 @@ const char* NoVersion()
     return "";
 }
 
-constexpr Contender contenders[] = {
+constexpr Contender kContenders[] = {
     {"nuv", "", NoVersion, RunNuv},
     {"tableau", "", NoVersion, RunTableau},
     {"tableau, native", "", NoVersion, RunNativeTableau},
@@ -89,7 +89,7 @@ Input MakeInput(Instance instance)
 
 std::span<const Contender> Contenders()
 {
-    return contenders;
+    return kContenders;
 }
 
 nuv::LinearProgram BuildProgram(const Input& input)

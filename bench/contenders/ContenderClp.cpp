@@ -8,14 +8,14 @@ namespace bench
 namespace
 {
 /// What CLP takes for no limit.
-constexpr double unlimited = 1e50;
+constexpr double kUnlimited = 1e50;
 
 Clp_Simplex* Build(const Input& input)
 {
     const Instance& x = input.instance;
     const std::vector<double> columnLower(x.columns, 0.0);
-    const std::vector<double> columnUpper(x.columns, unlimited);
-    const std::vector<double> rowLower(x.rows, -unlimited);
+    const std::vector<double> columnUpper(x.columns, kUnlimited);
+    const std::vector<double> rowLower(x.rows, -kUnlimited);
     const std::vector<double> rowUpper(x.b.begin(), x.b.end());
     const std::vector<double> costs(x.c.begin(), x.c.end());
     Clp_Simplex* const model = Clp_newModel();

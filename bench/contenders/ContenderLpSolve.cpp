@@ -75,7 +75,7 @@ Run RunMethod(const Input& input, const Conditions& conditions, bool isPrimal)
 
 const char* LpSolveVersion()
 {
-    static const std::string version = []
+    static const std::string kVersion = []
     {
         int parts[4] = {};
         lp_solve_version(&parts[0], &parts[1], &parts[2], &parts[3]);
@@ -84,7 +84,7 @@ const char* LpSolveVersion()
             joined += (joined.empty() ? "" : ".") + std::to_string(part);
         return joined;
     }();
-    return version.c_str();
+    return kVersion.c_str();
 }
 
 Run RunLpSolveDefault(const Input& input, const Conditions& conditions)

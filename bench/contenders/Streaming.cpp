@@ -11,7 +11,7 @@ namespace
 {
 /// Floats that a step of the reading loop handles: enough independent sums to hide the latency of
 /// an addition behind the loads.
-constexpr std::size_t lanes = 128;
+constexpr std::size_t kLanes = 128;
 
 void UpdateInPlace(float* __restrict x, std::size_t floats, float addend)
 {
@@ -21,14 +21,14 @@ void UpdateInPlace(float* __restrict x, std::size_t floats, float addend)
 
 void Read(const float* __restrict x, std::size_t floats, float* __restrict result)
 {
-    float sums[lanes];
-    for (std::size_t k = 0; k < lanes; ++k)
+    float sums[kLanes];
+    for (std::size_t k = 0; k < kLanes; ++k)
         sums[k] = result[k];
-    const std::size_t whole = floats / lanes * lanes;
-    for (std::size_t i = 0; i < whole; i += lanes)
-        for (std::size_t k = 0; k < lanes; ++k)
+    const std::size_t whole = floats / kLanes * kLanes;
+    for (std::size_t i = 0; i < whole; i += kLanes)
+        for (std::size_t k = 0; k < kLanes; ++k)
             sums[k] += x[i + k];
-    for (std::size_t k = 0; k < lanes; ++k)
+    for (std::size_t k = 0; k < kLanes; ++k)
         result[k] = sums[k];
     for (std::size_t i = whole; i < floats; ++i)
         result[i - whole] += x[i];
@@ -38,9 +38,9 @@ void Read(const float* __restrict x, std::size_t floats, float* __restrict resul
 StreamingPass::Floats StreamingPass::Take(std::size_t floats)
 {
     // Rounded up to whole cache lines, as the allocation asks for.
-    const std::size_t padded = (floats / lanes + 1) * lanes;
+    const std::size_t padded = (floats / kLanes + 1) * kLanes;
     Floats taken(
-        static_cast<float*>(std::aligned_alloc(lanes * sizeof(float), padded * sizeof(float))));
+        static_cast<float*>(std::aligned_alloc(kLanes * sizeof(float), padded * sizeof(float))));
     for (std::size_t i = 0; i < padded; ++i)
         taken[i] = 1.0F;
     return taken;
@@ -51,7 +51,7 @@ StreamingPass::StreamingPass(std::size_t updatedCount, std::size_t readCount)
       readFloats(readCount),
       updated(Take(updatedCount)),
       read(Take(readCount)),
-      sums(Take(lanes))
+      sums(Take(kLanes))
 {
 }
 

@@ -14,9 +14,9 @@ namespace bench
 {
 namespace
 {
-constexpr double epsilon = 1e-9;
-constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
-constexpr std::size_t doublesPerLine = 8;
+constexpr double kEpsilon = 1e-9;
+constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t kDoublesPerLine = 8;
 
 struct FreeMemory
 {
@@ -33,11 +33,11 @@ public:
         : m(instance.rows),
           width(instance.columns + (needsArtificial ? 1 : 0)),
           // The value stands behind the coefficients; rows start on a cache line.
-          stride((width + 1 + doublesPerLine - 1) / doublesPerLine * doublesPerLine),
-          cells(static_cast<double*>(std::aligned_alloc(doublesPerLine * sizeof(double),
+          stride((width + 1 + kDoublesPerLine - 1) / kDoublesPerLine * kDoublesPerLine),
+          cells(static_cast<double*>(std::aligned_alloc(kDoublesPerLine * sizeof(double),
                                                         (m + 2) * stride * sizeof(double))))
     {
-        artificial = needsArtificial ? instance.columns : none;
+        artificial = needsArtificial ? instance.columns : kNone;
         for (std::size_t i = 0; i < m; ++i)
         {
             double* const row = Row(i);
@@ -60,7 +60,7 @@ public:
     Verdict Solve(std::uint64_t maxPivots)
     {
         limit = maxPivots;
-        if (artificial != none)
+        if (artificial != kNone)
         {
             const Verdict feasibility = FindFeasiblePoint();
             if (feasibility != Verdict::Optimal)
@@ -85,8 +85,8 @@ private:
     std::size_t stride;
     std::unique_ptr<double[], FreeMemory> cells;
     /// The artificial variable's column while it is nonbasic, and its row while it is basic.
-    std::size_t artificial = none;
-    std::size_t artificialRow = none;
+    std::size_t artificial = kNone;
+    std::size_t artificialRow = kNone;
     std::uint64_t pivots = 0;
     std::uint64_t limit = 0;
 
@@ -104,8 +104,8 @@ private:
     std::size_t ChooseEntering(std::size_t objectiveRow) const
     {
         const double* const costs = Row(objectiveRow);
-        double largest = epsilon;
-        std::size_t entering = none;
+        double largest = kEpsilon;
+        std::size_t entering = kNone;
         for (std::size_t j = 0; j < width; ++j)
         {
             if (costs[j] < largest)
@@ -120,11 +120,11 @@ private:
     std::size_t ChooseLeaving(std::size_t entering) const
     {
         double smallest = std::numeric_limits<double>::infinity();
-        std::size_t leaving = none;
+        std::size_t leaving = kNone;
         for (std::size_t i = 0; i < m; ++i)
         {
             const double* const row = Row(i);
-            if (row[entering] <= epsilon)
+            if (row[entering] <= kEpsilon)
                 continue;
             const double ratio = row[width] / row[entering];
             if (ratio < smallest || (ratio == smallest && i == artificialRow))
@@ -149,13 +149,13 @@ private:
         ++pivots;
         if (leaving == artificialRow)
         {
-            artificialRow = none;
+            artificialRow = kNone;
             artificial = entering;
         }
         else if (entering == artificial)
         {
             artificialRow = leaving;
-            artificial = none;
+            artificial = kNone;
         }
     }
 
@@ -173,10 +173,10 @@ private:
         while (pivots < limit)
         {
             const std::size_t entering = ChooseEntering(objectiveRow);
-            if (entering == none)
+            if (entering == kNone)
                 return Verdict::Optimal;
             const std::size_t leaving = ChooseLeaving(entering);
-            if (leaving == none)
+            if (leaving == kNone)
                 return Verdict::Unbounded;
             const bool isFeasibleNow = leaving == artificialRow;
             Pivot(leaving, entering, numRows);
@@ -197,7 +197,7 @@ private:
         const Verdict verdict = Maximize(m + 1, m + 2);
         if (verdict != Verdict::Optimal)
             return verdict;
-        if (artificialRow != none && !DriveOut())
+        if (artificialRow != kNone && !DriveOut())
             return Verdict::Infeasible;
         RemoveColumn(artificial);
         return Verdict::Optimal;
@@ -207,7 +207,7 @@ private:
     bool DriveOut()
     {
         const double* const row = Row(artificialRow);
-        if (row[width] > epsilon * 1000.0)
+        if (row[width] > kEpsilon * 1000.0)
             return false;
         std::size_t entering = 0;
         for (std::size_t j = 1; j < width; ++j)
@@ -226,7 +226,7 @@ private:
             row[width - 1] = row[width];
         }
         --width;
-        artificial = none;
+        artificial = kNone;
     }
 };
 

@@ -8,7 +8,7 @@
 
 namespace
 {
-constexpr NuvSizeT count = 3000;
+constexpr NuvSizeT kCount = 3000;
 
 /// max x + c(k) y with x + 2y ≤ 4 and 3x + y ≤ side(k).
 struct Programs
@@ -19,7 +19,7 @@ struct Programs
 
     Programs()
     {
-        for (NuvSizeT k = 0; k != count; ++k)
+        for (NuvSizeT k = 0; k != kCount; ++k)
         {
             b.insert(b.end(), {4.0F, static_cast<float>(1 + k % 11)});
             c.insert(c.end(), {1.0F, static_cast<float>(k % 7) - 2.0F});
@@ -28,15 +28,15 @@ struct Programs
 
     nuv::BatchData Data() const
     {
-        return {2, 2, count, A, b, c};
+        return {2, 2, kCount, A, b, c};
     }
 };
 
 TEST(SolveBatch, SolvesAllAndAnswersWhatIsAskedFor)
 {
     const Programs programs;
-    std::vector<float> objectives(count);
-    std::vector<float> values(2 * count);
+    std::vector<float> objectives(kCount);
+    std::vector<float> values(2 * kCount);
     ASSERT_TRUE(nuv::SolveBatch(programs.Data(), {.objectives = objectives, .values = values}));
     // x ≤ 1/3 alone, and (0.4, 1.8) where both rows are tight.
     EXPECT_NEAR(objectives[0], 1.0F / 3.0F, 1e-6F);
@@ -47,10 +47,10 @@ TEST(SolveBatch, SolvesAllAndAnswersWhatIsAskedFor)
 TEST(SolveBatch, ThreadsChangeNothing)
 {
     const Programs programs;
-    std::vector<float> one(2 * count);
-    std::vector<float> many(2 * count);
-    std::vector<NuvUint> bases(2 * count);
-    std::vector<NuvUint> basesOfMany(2 * count);
+    std::vector<float> one(2 * kCount);
+    std::vector<float> many(2 * kCount);
+    std::vector<NuvUint> bases(2 * kCount);
+    std::vector<NuvUint> basesOfMany(2 * kCount);
     ASSERT_TRUE(nuv::SolveBatch(programs.Data(), {.values = one, .bases = bases}));
     ASSERT_TRUE(nuv::SolveBatchInParallel(programs.Data(), {.values = many, .bases = basesOfMany}));
     EXPECT_EQ(one, many);
@@ -60,7 +60,7 @@ TEST(SolveBatch, ThreadsChangeNothing)
 TEST(SolveBatch, SpanOfAnotherSizeIsRefused)
 {
     const Programs programs;
-    std::vector<float> objectives(count);
+    std::vector<float> objectives(kCount);
     nuv::BatchData data = programs.Data();
     data.b = data.b.first(3);
     EXPECT_FALSE(nuv::SolveBatch(data, {.objectives = objectives}));

@@ -94,7 +94,7 @@ TEST(Diagnostics, KeepTheFirstOfEachCodeAndCountTheOthers)
         (void)log.Warn(text.data(), "many", "again");
     (void)log.Note(text.data(), "one", "once");
     const std::vector<Diagnostic> all = log.Take();
-    ASSERT_EQ(all.size(), DiagnosticLog::KeptPerCode + 2);
+    ASSERT_EQ(all.size(), DiagnosticLog::kKeptPerCode + 2);
     EXPECT_EQ(Render(all.back()), "f.lp: note: 15 more like these [many]\n");
 }
 

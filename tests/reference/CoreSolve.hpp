@@ -53,7 +53,7 @@ void EnterStandardForm(NuvLinearProgramming* lp, const StandardForm& form);
 /// A monitor that records pivots as the yardstick does.
 struct Recorder
 {
-    explicit Recorder(std::size_t limit = unlimited);
+    explicit Recorder(std::size_t limit = kUnlimited);
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 

@@ -101,14 +101,14 @@ struct Solution
 };
 
 /// No limit on the number of pivots.
-constexpr std::size_t unlimited = static_cast<std::size_t>(-1);
+constexpr std::size_t kUnlimited = static_cast<std::size_t>(-1);
 
 /// Solves from the slack basis, with earlier results of 0. A problem without rows or without
 /// columns is InvalidInput. Stopped when one more pivot than `maxPivots` is to be made.
-Solution Solve(const Problem& problem, std::size_t maxPivots = unlimited);
+Solution Solve(const Problem& problem, std::size_t maxPivots = kUnlimited);
 
 /// The phases by themselves, from the labels that `form` holds; they add their pivots to those of
 /// `solution` and set its status. Phase I changes the labels of `form` when it hands over.
-void SolvePhaseI(StandardForm* form, Solution* solution, std::size_t maxPivots = unlimited);
-void SolvePhaseII(const StandardForm& form, Solution* solution, std::size_t maxPivots = unlimited);
+void SolvePhaseI(StandardForm* form, Solution* solution, std::size_t maxPivots = kUnlimited);
+void SolvePhaseII(const StandardForm& form, Solution* solution, std::size_t maxPivots = kUnlimited);
 }  // namespace reference

@@ -18,14 +18,14 @@ using Family = nuv::corpus::RandomFamily;
 /// All families.
 inline const std::vector<Family>& Families()
 {
-    static const std::vector<Family> all = []
+    static const std::vector<Family> kAll = []
     {
         std::vector<Family> found;
-        for (std::uint32_t i = 0; i != nuv::corpus::numRandomFamilies; ++i)
+        for (std::uint32_t i = 0; i != nuv::corpus::kNumRandomFamilies; ++i)
             found.push_back(static_cast<Family>(i));
         return found;
     }();
-    return all;
+    return kAll;
 }
 
 /// A model of the corpus in vectors.
@@ -41,9 +41,9 @@ inline Problem ProblemOf(const nuv::corpus::Problem& p)
 /// A model of about rows × columns.
 inline Problem MakeModel(Family family, std::size_t rows, std::size_t columns, std::uint64_t seed)
 {
-    std::vector<float> A(std::max(rows * columns, nuv::corpus::roomForCoefficients));
-    std::vector<float> b(std::max<std::size_t>(rows, nuv::corpus::roomForRows));
-    std::vector<float> c(std::max<std::size_t>(columns, nuv::corpus::roomForColumns));
+    std::vector<float> A(std::max(rows * columns, nuv::corpus::kRoomForCoefficients));
+    std::vector<float> b(std::max<std::size_t>(rows, nuv::corpus::kRoomForRows));
+    std::vector<float> c(std::max<std::size_t>(columns, nuv::corpus::kRoomForColumns));
     nuv::corpus::Problem p = {static_cast<std::uint32_t>(rows), static_cast<std::uint32_t>(columns),
                               A.data(), b.data(), c.data()};
     MakeRandomModel(family, seed, &p);

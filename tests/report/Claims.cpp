@@ -21,8 +21,8 @@ constexpr const char* kFactory = "max profit: 30 chairs + 70 tables st\n"
 
 const Model& Factory()
 {
-    static const Model model = *ReadText(kFactory).model;
-    return model;
+    static const Model kModel = *ReadText(kFactory).model;
+    return kModel;
 }
 
 /// The codes of all disagreements, or "confirmed" or "undecided", or the error in the file.

@@ -22,7 +22,7 @@ TYPED_TEST_SUITE(EnumWords, Enums);
 TYPED_TEST(EnumWords, LeadFromEachValueToAWordAndBack)
 {
     std::size_t next = 0;
-    for (const Word<TypeParam>& word : Words<TypeParam>::table)
+    for (const Word<TypeParam>& word : Words<TypeParam>::kTable)
     {
         EXPECT_EQ(static_cast<std::size_t>(word.value), next++) << word.text << ": one is missing";
         EXPECT_EQ(WordOf(word.value), word.text);

@@ -84,9 +84,9 @@ TEST(SelfTestCorpus, StaysWithinItsModels)
         for (uint32_t number = 0; number < FamilyAt(family).models; ++number)
         {
             MakeModel(family, number, &model);
-            ASSERT_LE(model.rows * model.columns, Model::maxCoefficients);
-            ASSERT_TRUE(model.rows >= 1 && model.rows <= Model::maxRows && model.columns >= 1 &&
-                        model.columns <= Model::maxColumns)
+            ASSERT_LE(model.rows * model.columns, Model::kMaxCoefficients);
+            ASSERT_TRUE(model.rows >= 1 && model.rows <= Model::kMaxRows && model.columns >= 1 &&
+                        model.columns <= Model::kMaxColumns)
                 << FamilyAt(family).name << ' ' << number;
         }
 }
@@ -100,7 +100,7 @@ TEST(SelfTestCorpus, IsSolvedAsTheYardstickSolvesIt)
         {
             MakeModel(family, number, &model);
             reference::CoreModel entered(reference::ProblemOf(model.View()), allocator);
-            EXPECT_EQ(HashOf(reference::Solve(entered.InRowOrder(), pivotLimit)),
+            EXPECT_EQ(HashOf(reference::Solve(entered.InRowOrder(), kPivotLimit)),
                       Solve(model.View(), Loops::OfThisMachine).hash)
                 << FamilyAt(family).name << ' ' << number;
         }

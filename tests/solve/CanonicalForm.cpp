@@ -14,7 +14,7 @@ namespace
 
 using nuv::ColumnKind;
 using nuv::Index;
-constexpr double infinity = nuv::Infinity;
+constexpr double kInfinity = nuv::Infinity;
 
 /// Small integers, halves and infinities: all sums in these tests are exact.
 class Numbers
@@ -42,9 +42,9 @@ nuv::Model RandomModel(Numbers& numbers)
     std::vector<nuv::Variable> variables;
     for (int j = 0; j < columns; ++j)
     {
-        const double lower = numbers.Below(3) == 0 ? -infinity : numbers.Small();
+        const double lower = numbers.Below(3) == 0 ? -kInfinity : numbers.Small();
         const int kind = numbers.Below(4);
-        const double upper = kind == 0                           ? infinity
+        const double upper = kind == 0                           ? kInfinity
                              : kind == 1 && std::isfinite(lower) ? lower
                              : std::isfinite(lower)              ? lower + numbers.Below(9)
                                                                  : numbers.Small();
@@ -202,10 +202,10 @@ TEST(CanonicalForm, ScalingChangesExponentsAndNothingElse)
 TEST(CanonicalForm, EachKindOfVariableAndRowHasItsShape)
 {
     nuv::Model model;
-    const nuv::Variable shifted = model.AddVariable("shifted", {-3.0, infinity});
+    const nuv::Variable shifted = model.AddVariable("shifted", {-3.0, kInfinity});
     const nuv::Variable boxed = model.AddVariable("boxed", {1.0, 4.0});
-    const nuv::Variable mirrored = model.AddVariable("mirrored", {-infinity, 5.0});
-    const nuv::Variable free = model.AddVariable("free", {-infinity, infinity});
+    const nuv::Variable mirrored = model.AddVariable("mirrored", {-kInfinity, 5.0});
+    const nuv::Variable free = model.AddVariable("free", {-kInfinity, kInfinity});
     const nuv::Variable fixed = model.AddVariable("fixed", {2.0, 2.0});
     model.Add(nuv::Range(1.0, shifted + boxed + mirrored + free + fixed, 9.0));
     model.Minimize(shifted);
@@ -228,7 +228,7 @@ TEST(CanonicalForm, ABasisIsTakenBackToWhereEachVariableRests)
 {
     nuv::Model model;
     const nuv::Variable boxed = model.AddVariable("boxed", {1.0, 4.0});
-    const nuv::Variable mirrored = model.AddVariable("mirrored", {-infinity, 5.0});
+    const nuv::Variable mirrored = model.AddVariable("mirrored", {-kInfinity, 5.0});
     model.Add(nuv::Range(1.0, boxed + mirrored, 9.0));
     const nuv::Canonicalisation canonicalised = nuv::ToCanonicalForm(nuv::FormOf(model));
     // Columns: 1 boxed, 2 mirrored; slacks: 3 upper side, 4 lower side, 5 boxed's upper bound.

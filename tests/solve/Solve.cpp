@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr double infinity = nuv::Infinity;
+constexpr double kInfinity = nuv::Infinity;
 
 TEST(Solve, ReadsLikeMathematics)
 {
@@ -68,8 +68,8 @@ TEST(Solve, ADualIsTheGainPerUnitOfTheRightHandSideInEitherSense)
 TEST(Solve, MinimisesWithEquationsRangesAndFreeVariables)
 {
     nuv::Model model;
-    const nuv::Variable x = model.AddVariable("x", {-infinity, infinity});
-    const nuv::Variable y = model.AddVariable("y", {-infinity, 4.0});
+    const nuv::Variable x = model.AddVariable("x", {-kInfinity, kInfinity});
+    const nuv::Variable y = model.AddVariable("y", {-kInfinity, 4.0});
     model.Add("balance", x + y == 1);
     model.Add("band", nuv::Range(-2, x - y, 6));
     model.Minimize(x + 3 * y + 10);

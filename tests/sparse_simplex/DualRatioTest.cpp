@@ -108,10 +108,10 @@ TEST(DualRatioTest, EndsHoweverQuotientsAreRounded)
 
 TEST(DualRatioTest, LeavesOutWhatIsNoNumber)
 {
-    constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(RatioTest({{1, notANumber, 1}, {1, 3, kInf}}, 1).entering, 1U);
+    constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(RatioTest({{1, kNotANumber, 1}, {1, 3, kInf}}, 1).entering, 1U);
     EXPECT_EQ(RatioTest({{1, kInf, 1}, {kInf, 1, 1}, {1, 3, kInf}}, 1).entering, 2U);
-    EXPECT_EQ(RatioTest({{1, 3, kInf}}, notANumber).entering, 0U);
+    EXPECT_EQ(RatioTest({{1, 3, kInf}}, kNotANumber).entering, 0U);
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 #include "Nuv/Utils/NuvLinearProgramming.h"
 #include "tests/support/Names.hpp"
 
-inline constexpr int NoNumber = -1;
+inline constexpr int kNoNumber = -1;
 
 /// Make, NumberOf, Destruct, and whether a copy takes blocks, which can be refused.
 template <class T>
@@ -22,7 +22,7 @@ struct Numbered;
 template <>
 struct Numbered<NuvUint>
 {
-    static constexpr bool takesBlocks = false;
+    static constexpr bool kTakesBlocks = false;
 
     static bool Make(NuvUint* x, int number, NuvAllocator*)
     {
@@ -41,7 +41,7 @@ struct Numbered<NuvUint>
 template <>
 struct Numbered<NuvFloat32>
 {
-    static constexpr bool takesBlocks = false;
+    static constexpr bool kTakesBlocks = false;
 
     static bool Make(NuvFloat32* x, int number, NuvAllocator*)
     {
@@ -60,7 +60,7 @@ struct Numbered<NuvFloat32>
 template <>
 struct Numbered<NuvString>
 {
-    static constexpr bool takesBlocks = true;
+    static constexpr bool kTakesBlocks = true;
 
     static bool Make(NuvString* x, int number, NuvAllocator* allocator)
     {
@@ -71,7 +71,7 @@ struct Numbered<NuvString>
     {
         const std::string text(TextOf(x));
         const std::string lead = "number ";
-        return text.starts_with(lead) ? std::stoi(text.substr(lead.size())) : NoNumber;
+        return text.starts_with(lead) ? std::stoi(text.substr(lead.size())) : kNoNumber;
     }
 
     static void Destruct(NuvString* x)
@@ -83,7 +83,7 @@ struct Numbered<NuvString>
 template <>
 struct Numbered<NuvLinearProgrammingVariable>
 {
-    static constexpr bool takesBlocks = true;
+    static constexpr bool kTakesBlocks = true;
 
     static bool Make(NuvLinearProgrammingVariable* x, int number, NuvAllocator* allocator)
     {
@@ -97,7 +97,7 @@ struct Numbered<NuvLinearProgrammingVariable>
         const int number = Numbered<NuvString>::NumberOf(x.name);
         return number >= 0 && x.index == static_cast<NuvUint>(number) && x.type == TypeOf(number)
                    ? number
-                   : NoNumber;
+                   : kNoNumber;
     }
 
     static void Destruct(NuvLinearProgrammingVariable* x)
@@ -116,7 +116,7 @@ private:
 template <>
 struct Numbered<NuvLinearProgrammingConstraint>
 {
-    static constexpr bool takesBlocks = true;
+    static constexpr bool kTakesBlocks = true;
 
     static bool Make(NuvLinearProgrammingConstraint* x, int number, NuvAllocator* allocator)
     {
@@ -133,11 +133,11 @@ struct Numbered<NuvLinearProgrammingConstraint>
         const int number = static_cast<int>(x.rhs);
         const bool isByName = x.type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME;
         if (isByName != (number % 2 == 1))
-            return NoNumber;
+            return kNoNumber;
         const bool agrees = isByName
                                 ? TermsOf(x.u.variableCoefficientsByName) == NamedTerms(number)
                                 : TermsOf(x.u.variableCoefficientsByIndex) == IndexedTerms(number);
-        return agrees ? number : NoNumber;
+        return agrees ? number : kNoNumber;
     }
 
     static void Destruct(NuvLinearProgrammingConstraint* x)
@@ -165,8 +165,8 @@ struct NumberedPair
 {
     using First = decltype(Pair::first);
     using Second = decltype(Pair::second);
-    static constexpr bool takesBlocks =
-        Numbered<First>::takesBlocks || Numbered<Second>::takesBlocks;
+    static constexpr bool kTakesBlocks =
+        Numbered<First>::kTakesBlocks || Numbered<Second>::kTakesBlocks;
 
     static bool Make(Pair* x, int number, NuvAllocator* allocator)
     {
@@ -177,7 +177,7 @@ struct NumberedPair
     static int NumberOf(const Pair& x)
     {
         const int number = Numbered<First>::NumberOf(x.first);
-        return Numbered<Second>::NumberOf(x.second) == number ? number : NoNumber;
+        return Numbered<Second>::NumberOf(x.second) == number ? number : kNoNumber;
     }
 
     static void Destruct(Pair* x)
@@ -214,7 +214,7 @@ template <class Bucket>
 struct NumberedBucket
 {
     using Link = decltype(Bucket::first);
-    static constexpr bool takesBlocks = false;
+    static constexpr bool kTakesBlocks = false;
 
     static bool Make(Bucket* x, int number, NuvAllocator*)
     {
@@ -226,7 +226,7 @@ struct NumberedBucket
     static int NumberOf(const Bucket& x)
     {
         const int number = static_cast<int>(x.count);
-        return std::bit_cast<std::uintptr_t>(x.first) == x.count ? number : NoNumber;
+        return std::bit_cast<std::uintptr_t>(x.first) == x.count ? number : kNoNumber;
     }
 
     static void Destruct(Bucket*) {}

@@ -38,8 +38,8 @@ enum class Refusal
 template <class Body>
 std::size_t ForEachRefusedAllocation(Refusal mode, Body&& body)
 {
-    constexpr std::size_t longestRun = 1000000;
-    for (std::size_t n = 1; n <= longestRun; ++n)
+    constexpr std::size_t kLongestRun = 1000000;
+    for (std::size_t n = 1; n <= kLongestRun; ++n)
     {
         SCOPED_TRACE(::testing::Message()
                      << "request " << n << " refused"
@@ -58,8 +58,8 @@ std::size_t ForEachRefusedAllocation(Refusal mode, Body&& body)
             return n - 1;
         ++RefusedRuns::count;
     }
-    ADD_FAILURE() << "still refused after " << longestRun << " runs";
-    return longestRun;
+    ADD_FAILURE() << "still refused after " << kLongestRun << " runs";
+    return kLongestRun;
 }
 
 /// Runs `body(TestAllocator&)` in both modes. Setting up and checking inside the body may go on

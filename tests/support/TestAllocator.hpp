@@ -28,7 +28,7 @@ class TestAllocator
 public:
     using Sizes = std::multiset<NuvSizeT>;
 
-    TestAllocator() : callbacks{Allocate, Deallocate, Unlimited, this} {}
+    TestAllocator() : callbacks{Allocate, Deallocate, kUnlimited, this} {}
 
     ~TestAllocator()
     {
@@ -127,12 +127,12 @@ public:
     void RefuseFrom(std::size_t n)
     {
         firstRefused = counted + n;
-        lastRefused = Never;
+        lastRefused = kNever;
     }
 
     void RefuseNothing()
     {
-        firstRefused = lastRefused = Never;
+        firstRefused = lastRefused = kNever;
     }
 
     /// While it lives, requests are granted and do not count toward the n-th: for setting up what a
@@ -187,13 +187,13 @@ public:
 private:
     using Blocks = std::map<const unsigned char*, NuvSizeT>;
 
-    static constexpr NuvSizeT Unlimited = std::numeric_limits<NuvSizeT>::max();
-    static constexpr std::size_t Never = std::numeric_limits<std::size_t>::max();
-    static constexpr std::size_t GuardSize = 32;  // keeps malloc's alignment
-    static constexpr unsigned char Guard = 0xB5;
+    static constexpr NuvSizeT kUnlimited = std::numeric_limits<NuvSizeT>::max();
+    static constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t kGuardSize = 32;  // keeps malloc's alignment
+    static constexpr unsigned char kGuard = 0xB5;
     // As a float a NaN, as a pointer an address that no program has.
-    static constexpr unsigned char Fresh = 0xFD;
-    static constexpr unsigned char Freed = 0xFE;
+    static constexpr unsigned char kFresh = 0xFD;
+    static constexpr unsigned char kFreed = 0xFE;
 
     static TestAllocator& Self(NuvAllocator* allocator)
     {
@@ -244,28 +244,28 @@ private:
 
     void* Give(NuvSizeT size)
     {
-        auto* fence = static_cast<unsigned char*>(std::malloc(size + 2 * GuardSize));
+        auto* fence = static_cast<unsigned char*>(std::malloc(size + 2 * kGuardSize));
         if (!fence)
         {
             ADD_FAILURE() << "the machine has no room for " << size << " bytes";
             return nullptr;
         }
-        std::memset(fence, Guard, GuardSize);
-        std::memset(fence + GuardSize, Fresh, size);
-        std::memset(fence + GuardSize + size, Guard, GuardSize);
-        blocks.emplace(fence + GuardSize, size);
+        std::memset(fence, kGuard, kGuardSize);
+        std::memset(fence + kGuardSize, kFresh, size);
+        std::memset(fence + kGuardSize + size, kGuard, kGuardSize);
+        blocks.emplace(fence + kGuardSize, size);
         liveBytes += size;
         peakBytes = liveBytes > peakBytes ? liveBytes : peakBytes;
-        return fence + GuardSize;
+        return fence + kGuardSize;
     }
 
     void Release(Blocks::const_iterator block)
     {
         CheckGuardsOf(block->first, block->second);
-        unsigned char* fence = const_cast<unsigned char*>(block->first) - GuardSize;
+        unsigned char* fence = const_cast<unsigned char*>(block->first) - kGuardSize;
         // Through a volatile pointer, or the compiler drops the writes to what is freed next.
         static void* (*volatile const fill)(void*, int, std::size_t) = std::memset;
-        fill(fence + GuardSize, Freed, static_cast<std::size_t>(block->second));
+        fill(fence + kGuardSize, kFreed, static_cast<std::size_t>(block->second));
         liveBytes -= block->second;
         blocks.erase(block);
         std::free(fence);
@@ -273,18 +273,18 @@ private:
 
     static void CheckGuardsOf(const unsigned char* memory, NuvSizeT size)
     {
-        const unsigned char* const before = memory - GuardSize;
+        const unsigned char* const before = memory - kGuardSize;
         const unsigned char* const behind = memory + size;
         // Each is Guard from its first byte on, as the first one is and each equals the one before.
         const auto isWhole = [](const unsigned char* guards)
-        { return guards[0] == Guard && std::memcmp(guards, guards + 1, GuardSize - 1) == 0; };
+        { return guards[0] == kGuard && std::memcmp(guards, guards + 1, kGuardSize - 1) == 0; };
         if (isWhole(before) && isWhole(behind))
             return;
-        for (std::size_t i = 0; i < GuardSize; ++i)
+        for (std::size_t i = 0; i < kGuardSize; ++i)
         {
-            if (before[i] == Guard && behind[i] == Guard)
+            if (before[i] == kGuard && behind[i] == kGuard)
                 continue;
-            ADD_FAILURE() << "a byte " << (behind[i] == Guard ? "before" : "behind")
+            ADD_FAILURE() << "a byte " << (behind[i] == kGuard ? "before" : "behind")
                           << " a block of " << size << " bytes was written";
             return;
         }
@@ -309,8 +309,8 @@ private:
     std::size_t refusals = 0;
     std::size_t nullsGivenBack = 0;
     std::size_t counted = 0;
-    std::size_t firstRefused = Never;
-    std::size_t lastRefused = Never;
+    std::size_t firstRefused = kNever;
+    std::size_t lastRefused = kNever;
     int spared = 0;
     bool leftBlocksAccepted = false;
 };

@@ -54,9 +54,9 @@ struct Leading
 
 Leading LeadingDigits(const char* first, const char* last) noexcept
 {
-    constexpr std::ptrdiff_t most = 18;
+    constexpr std::ptrdiff_t kMost = 18;
     first = std::find_if(first, last, [](char c) { return c != '0'; });
-    const char* const end = std::min(first + std::min(most, last - first), last);
+    const char* const end = std::min(first + std::min(kMost, last - first), last);
     Leading leading{0.0, last - end};
     for (; first != end; ++first)
         leading.digits = 10.0 * leading.digits + (*first - '0');

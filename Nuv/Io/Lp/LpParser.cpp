@@ -36,15 +36,15 @@ bool Parser::Parse()
 void Parser::FindProblemName(std::string_view before)
 {
     // What CPLEX writes, "\Problem name: x", and GLPK, "\* Problem: x *\".
-    constexpr std::string_view framed = "\\* Problem: ";
-    for (const std::string_view key : {std::string_view("\\Problem name: "), framed})
+    constexpr std::string_view kFramed = "\\* Problem: ";
+    for (const std::string_view key : {std::string_view("\\Problem name: "), kFramed})
     {
         const std::size_t at = before.find(key);
         if (at == std::string_view::npos)
             continue;
         std::string_view name = before.substr(at + key.size());
         name = name.substr(0, name.find_first_of("\r\n"));
-        if (key == framed && name.ends_with("*\\"))
+        if (key == kFramed && name.ends_with("*\\"))
             name.remove_suffix(2);
         name = name.substr(0, name.find_last_not_of(" \t") + 1);
         m_builder.SetName(name);

@@ -47,7 +47,7 @@ public:
     }
     [[nodiscard]] bool HasRow(std::string_view name) const noexcept
     {
-        return m_rowNames.Find(name) != NameTable::None;
+        return m_rowNames.Find(name) != NameTable::kNone;
     }
     [[nodiscard]] bool HasColumn(std::string_view name) const noexcept
     {

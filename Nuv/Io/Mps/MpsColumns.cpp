@@ -141,7 +141,7 @@ bool Builder::AddMarker(const Record& record)
 bool Builder::AddEntry(std::string_view row, std::string_view number)
 {
     m_waiting.push_back(
-        {m_rowNames.PrepareKey(row), row, number, Made().VariableCount() - 1, NameTable::None});
+        {m_rowNames.PrepareKey(row), row, number, Made().VariableCount() - 1, NameTable::kNone});
     return m_waiting.size() < kEntriesTogether || TakeEntries();
 }
 
@@ -150,7 +150,7 @@ bool Builder::TakeEntries()
     for (Entry& entry : m_waiting)
     {
         entry.row = m_rowNames.Find(entry.name, entry.key);
-        if (entry.row != NameTable::None)
+        if (entry.row != NameTable::kNone)
             Prefetch(&m_rowStates[entry.row]);
     }
     bool isTaken = true;
@@ -162,7 +162,7 @@ bool Builder::TakeEntries()
 
 bool Builder::TakeEntry(const Entry& entry)
 {
-    if (entry.row == NameTable::None)
+    if (entry.row == NameTable::kNone)
         return m_messages.UnknownRow(entry.name);
     RowState& row = m_rowStates[entry.row];
     // Places grow within a file, so what is not before the column's begin belongs to it.
@@ -212,7 +212,7 @@ bool Builder::AddCoefficient(const Entry& entry, const FileNumber& number)
 bool Builder::FindRow(std::string_view name, std::uint32_t& index)
 {
     index = m_rowNames.Find(name);
-    return index != NameTable::None || m_messages.UnknownRow(name);
+    return index != NameTable::kNone || m_messages.UnknownRow(name);
 }
 
 void Builder::FinishColumns()

@@ -91,11 +91,11 @@ Words SplitWords(std::string_view line) noexcept
         while (at != end && !IsBlank(*at))
             ++at;
         const std::string_view word(begin, static_cast<std::size_t>(at - begin));
-        if ((*begin == '$' || *begin == '*') && words.count != 0 && words.mark == Words::None)
+        if ((*begin == '$' || *begin == '*') && words.count != 0 && words.mark == Words::kNone)
             words.mark = words.count;
-        if (words.count < Words::Most)
+        if (words.count < Words::kMost)
             words.word[words.count] = word;
-        else if (words.count == Words::Most)
+        else if (words.count == Words::kMost)
             words.surplus = word;
         ++words.count;
     }

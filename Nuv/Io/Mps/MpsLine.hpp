@@ -68,13 +68,13 @@ private:
 /// The words of a line; more than a record can have are counted but not kept.
 struct Words
 {
-    static constexpr std::size_t Most = 6;
-    static constexpr std::size_t None = Most + 1;
+    static constexpr std::size_t kMost = 6;
+    static constexpr std::size_t kNone = kMost + 1;
 
-    std::array<std::string_view, Most> word;
+    std::array<std::string_view, kMost> word;
     std::size_t count = 0;
     /// The first word behind the first one that starts like a comment, with '$' or '*'.
-    std::size_t mark = None;
+    std::size_t mark = kNone;
     /// The first word that is not kept.
     std::string_view surplus;
 };

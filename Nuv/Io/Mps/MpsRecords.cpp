@@ -31,7 +31,7 @@ bool Records::Read(const Line& line, Section section, Record& record)
     if (m_form == MpsForm::Fixed)
         return ReadColumns(record);
     Words words = SplitWords(line.text);
-    if (words.mark != Words::None)
+    if (words.mark != Words::kNone)
         DropComment(words);
     if (!AssignWords(words, record))
         return false;
@@ -69,7 +69,7 @@ bool Records::TakeMarker(Record& record)
 void Records::DropComment(Words& words)
 {
     const std::size_t names = m_section == Section::Rows || m_section == Section::Bounds ? 2 : 1;
-    const std::size_t kept = std::min(words.count, Words::Most);
+    const std::size_t kept = std::min(words.count, Words::kMost);
     for (std::size_t at = std::max(words.mark, names); at < kept; ++at)
     {
         const std::string_view word = words.word[at];
@@ -118,7 +118,7 @@ bool Records::AssignWords(const Words& words, Record& record)
         most = 4;
     if (words.count > most)
     {
-        const std::string_view word = most < Words::Most ? words.word[most] : words.surplus;
+        const std::string_view word = most < Words::kMost ? words.word[most] : words.surplus;
         return m_messages.Fail(
             word.data(), "mps.surplus-word", fmt::format("'{}' is one word too many", word),
             "names with blanks need fixed MPS, where every field has its columns");

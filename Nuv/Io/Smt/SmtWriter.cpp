@@ -23,7 +23,7 @@ std::string TextOf(const FileNumber& number)
 
 std::string SymbolOf(std::string_view name)
 {
-    constexpr char digits[] = "0123456789ABCDEF";
+    constexpr char kDigits[] = "0123456789ABCDEF";
     std::string symbol = "|";
     for (const char c : name)
     {
@@ -31,7 +31,7 @@ std::string SymbolOf(std::string_view name)
         if (byte >= ' ' && byte != 0x7F && c != '|' && c != '\\' && c != '%')
             symbol += c;
         else
-            symbol.append({'%', digits[byte / 16], digits[byte % 16]});
+            symbol.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
     }
     return symbol += '|';
 }

@@ -31,8 +31,8 @@ NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const B
     return layout.BytesNeeded();
 }
 
-constexpr InstructionSet widestFirst[] = {InstructionSet::Avx512, InstructionSet::Avx2,
-                                          InstructionSet::Baseline};
+constexpr InstructionSet kWidestFirst[] = {InstructionSet::Avx512, InstructionSet::Avx2,
+                                           InstructionSet::Baseline};
 
 /// Up to how many rows the lanes are used. A lane does all the products of its problem, those with
 /// zeros too, which the solve of one problem leaves out: with more rows that weighs more than what
@@ -63,7 +63,7 @@ const LaneLoops* LanesOf(InstructionSet set)
 BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
 {
     BatchWay way = {KernelsOfThisMachine(), nullptr, nullptr};
-    for (const InstructionSet set : widestFirst)
+    for (const InstructionSet set : kWidestFirst)
         if (!way.lanes)
             way.lanes = LanesOf(set);
     if (way.lanes && (!FitsLanes(batch) || batch->numConstraints > MostRows(way.lanes->lanes)))

@@ -130,7 +130,7 @@ NUV_LANES_INLINE NuvUint BitsOf(Mask mask)
     return static_cast<NuvUint>(_mm256_movemask_ps((__m256)mask));
 #else
     NuvUint bits = 0;
-    for (NuvUint lane = 0; lane != lanes; ++lane)
+    for (NuvUint lane = 0; lane != kLanes; ++lane)
         bits |= (static_cast<NuvUint>(mask[lane]) & 1U) << lane;
     return bits;
 #endif
@@ -140,10 +140,10 @@ NUV_LANES_INLINE NuvUint BitsOf(Mask mask)
 template <class Vector, class Element>
 NUV_LANES_INLINE Vector GatherAs(const Element* base, UintLanes index)
 {
-    NuvUint indices[lanes];
-    Element elements[lanes];
+    NuvUint indices[kLanes];
+    Element elements[kLanes];
     memcpy(indices, &index, sizeof indices);
-    for (NuvSizeT lane = 0; lane != lanes; ++lane)
+    for (NuvSizeT lane = 0; lane != kLanes; ++lane)
         elements[lane] = base[indices[lane]];
     return LoadAs<Vector>(elements);
 }
@@ -183,7 +183,7 @@ NUV_LANES_INLINE Mask MaskOf(const NuvUint* truths)
 template <class Element>
 NUV_LANES_INLINE auto Pick(const Element* array, UintLanes index)
 {
-    return Gather(array, index * static_cast<NuvUint>(lanes) + CountFrom(0));
+    return Gather(array, index * static_cast<NuvUint>(kLanes) + CountFrom(0));
 }
 }  // namespace
 }  // namespace nuv

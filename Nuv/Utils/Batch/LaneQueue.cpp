@@ -14,8 +14,8 @@ namespace nuv
 {
 namespace
 {
-constexpr NuvUint isTrue = UINT32_MAX;
-constexpr NuvFloat32 basicCost = -std::numeric_limits<NuvFloat32>::infinity();
+constexpr NuvUint kIsTrue = UINT32_MAX;
+constexpr NuvFloat32 kBasicCost = -std::numeric_limits<NuvFloat32>::infinity();
 
 /// Copies an array into a lane.
 void Spread(const NuvFloat32* from, NuvSizeT count, NuvFloat32* to, NuvSizeT lanes)
@@ -68,7 +68,7 @@ void StartPhaseI(LaneQueue* x, NuvUint lane, NuvUint row)
 void Refill(LaneQueue* x, NuvUint lane)
 {
     LaneState* const s = &x->state;
-    s->isActive[lane] = x->next != x->last ? isTrue : 0;
+    s->isActive[lane] = x->next != x->last ? kIsTrue : 0;
     if (x->next == x->last)
         return;
     const NuvSizeT problem = x->next++;
@@ -116,8 +116,8 @@ void TakeFeasibleLabels(LaneQueue* x, NuvUint lane)
         NuvFloat32* const cost = s->costs + j * lanes + lane;
         NuvUint* const key = s->keys + j * lanes + lane;
         if (j == entering)
-            *cost = basicCost;
-        if (*cost == basicCost)
+            *cost = kBasicCost;
+        if (*cost == kBasicCost)
             continue;
         *cost = j < s->n ? c[j] : 0.0F;
         if (*key >> 16U > position)
@@ -225,10 +225,10 @@ void StartLanes(LaneQueue* x)
     s->pivotLimit = PivotLimitOf(x->batch);
     s->hasFresh = false;
     x->numPhaseI = 0;
-    for (NuvUint lane = 0; lane != maxLanes; ++lane)
+    for (NuvUint lane = 0; lane != kMaxLanes; ++lane)
     {
         s->rows[lane] = s->m;
-        s->isKept[lane] = isTrue;
+        s->isKept[lane] = kIsTrue;
         s->artificialRows[lane] = s->m;
         s->pivots[lane] = 0;
         s->isActive[lane] = 0;
@@ -240,8 +240,8 @@ bool FitsLanes(const NuvLinearProgrammingBatch* batch)
 {
     const NuvSizeT m = batch->numConstraints;
     const NuvSizeT n = batch->numVars;
-    constexpr NuvSizeT maxElements = INT32_MAX / maxLanes;
-    return n + m < maxKeyPart && m * m <= maxElements && m * n <= maxElements;
+    constexpr NuvSizeT kMaxElements = INT32_MAX / kMaxLanes;
+    return n + m < kMaxKeyPart && m * m <= kMaxElements && m * n <= kMaxElements;
 }
 
 void PlaceArrays(LaneQueue* x, WorkspaceLayout* layout)

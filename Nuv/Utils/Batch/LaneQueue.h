@@ -16,7 +16,7 @@ struct LaneQueue
     const LaneLoops* loops;
     /// What problems are handed to whose numbers are not finite.
     SingleSolve* single;
-    NuvSizeT problems[maxLanes];
+    NuvSizeT problems[kMaxLanes];
     NuvSizeT next;
     NuvSizeT last;
 

@@ -10,10 +10,10 @@
 
 namespace nuv
 {
-inline constexpr NuvUint maxLanes = 16;
+inline constexpr NuvUint kMaxLanes = 16;
 /// A key holds two numbers of 16 bits.
-inline constexpr NuvUint maxKeyPart = 0xFFFF;
-inline constexpr NuvUint artificialColumn = 0xFFFF;
+inline constexpr NuvUint kMaxKeyPart = 0xFFFF;
+inline constexpr NuvUint kArtificialColumn = 0xFFFF;
 
 /// Why a lane's problem is at its end, or at the end of a phase.
 enum class LaneEnd : NuvUint
@@ -32,17 +32,17 @@ struct LaneState
 {
     // By lane. Truth values have all bits alike.
     /// The row of the pending update, or m.
-    alignas(64) NuvUint rows[maxLanes];
+    alignas(64) NuvUint rows[kMaxLanes];
     /// Whether the basis goes on; where not, the next step starts from the slacks' or Phase I's.
-    alignas(64) NuvUint isKept[maxLanes];
+    alignas(64) NuvUint isKept[kMaxLanes];
     /// Where the artificial variable is basic, or m.
-    alignas(64) NuvUint artificialRows[maxLanes];
-    alignas(64) NuvUint pivots[maxLanes];
-    alignas(64) NuvUint isActive[maxLanes];
+    alignas(64) NuvUint artificialRows[kMaxLanes];
+    alignas(64) NuvUint pivots[kMaxLanes];
+    alignas(64) NuvUint isActive[kMaxLanes];
     /// What the last step chose.
-    alignas(64) NuvUint entering[maxLanes];
-    alignas(64) NuvUint leaving[maxLanes];
-    alignas(64) NuvUint ends[maxLanes];
+    alignas(64) NuvUint entering[kMaxLanes];
+    alignas(64) NuvUint leaving[kMaxLanes];
+    alignas(64) NuvUint ends[kMaxLanes];
 
     /// The coefficients that all problems share, [m × n] without lanes, or null.
     const NuvFloat32* sharedA;

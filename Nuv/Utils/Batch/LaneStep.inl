@@ -19,10 +19,10 @@ namespace nuv
 namespace
 {
 /// How many columns or rows are taken at a time at most: as many as there are registers for.
-constexpr NuvSizeT atOnce = lanes == 16 ? 8 : 4;
+constexpr NuvSizeT kAtOnce = kLanes == 16 ? 8 : 4;
 
 /// Elements are picked by going over all of them, up to so many; by their index beyond.
-constexpr NuvUint mostPassed = lanes == 16 ? 16 : 4;
+constexpr NuvUint kMostPassed = kLanes == 16 ? 16 : 4;
 
 /// Calls `operation.template Do<count>(first)` over 0 … length in blocks as equal as can be.
 template <NuvSizeT count, class Operation>
@@ -37,14 +37,14 @@ NUV_LANES_INLINE void DoBlock(NuvSizeT size, NuvSizeT first, Operation* operatio
 template <class Operation>
 NUV_LANES_INLINE void DoInBlocks(NuvSizeT length, Operation* operation)
 {
-    const NuvSizeT numBlocks = (length + atOnce - 1) / atOnce;
+    const NuvSizeT numBlocks = (length + kAtOnce - 1) / kAtOnce;
     const NuvSizeT size = length / numBlocks;
     const NuvSizeT numLonger = length - size * numBlocks;
     NuvSizeT first = 0;
     for (NuvSizeT block = 0; block != numBlocks; ++block)
     {
         const NuvSizeT count = size + (block < numLonger ? 1 : 0);
-        DoBlock<atOnce>(count, first, operation);
+        DoBlock<kAtOnce>(count, first, operation);
         first += count;
     }
 }
@@ -62,31 +62,31 @@ NUV_LANES_INLINE void UpdateColumns(const LaneState* s, NuvSizeT first)
     Lanes prices[count];
     for (NuvSizeT c = 0; c != count; ++c)
     {
-        multipliers[c] = Load(s->multipliers + (first + c) * lanes);
-        b[c] = Load(s->b + (first + c) * lanes);
+        multipliers[c] = Load(s->multipliers + (first + c) * kLanes);
+        b[c] = Load(s->b + (first + c) * kLanes);
         prices[c] = Lanes{};
     }
-    NuvFloat32* elements = s->inverse + first * lanes;
-    for (NuvSizeT i = 0; i != s->m; ++i, elements += s->m * lanes)
+    NuvFloat32* elements = s->inverse + first * kLanes;
+    for (NuvSizeT i = 0; i != s->m; ++i, elements += s->m * kLanes)
     {
-        const Lanes eta = Load(s->eta + i * lanes);
-        const Lanes cost = Load(s->basicCosts + i * lanes);
+        const Lanes eta = Load(s->eta + i * kLanes);
+        const Lanes cost = Load(s->basicCosts + i * kLanes);
         // The leaving row is replaced: +0 + eta · multiplier.
         const Mask isAdded =
             And(isKept, Not(IsEqual(rows, BroadcastUint(static_cast<NuvUint>(i)))));
-        Lanes value = first == 0 ? Lanes{} : Load(s->values + i * lanes);
+        Lanes value = first == 0 ? Lanes{} : Load(s->values + i * kLanes);
         for (NuvSizeT c = 0; c != count; ++c)
         {
-            const Lanes former = Select(isAdded, Load(elements + c * lanes), Lanes{});
+            const Lanes former = Select(isAdded, Load(elements + c * kLanes), Lanes{});
             const Lanes element = former + eta * multipliers[c];
-            Store(elements + c * lanes, element);
+            Store(elements + c * kLanes, element);
             prices[c] = prices[c] + cost * element;
             value = value + b[c] * element;
         }
-        Store(s->values + i * lanes, value);
+        Store(s->values + i * kLanes, value);
     }
     for (NuvSizeT c = 0; c != count; ++c)
-        Store(s->prices + (first + c) * lanes, prices[c]);
+        Store(s->prices + (first + c) * kLanes, prices[c]);
 }
 
 struct Update
@@ -108,16 +108,16 @@ void StartLabels(const LaneState* s)
     const Lanes basicCost = Broadcast(-std::numeric_limits<NuvFloat32>::infinity());
     for (NuvUint j = 0; j != s->n; ++j)
     {
-        NuvUint* const keys = s->keys + j * lanes;
+        NuvUint* const keys = s->keys + j * kLanes;
         StoreUint(keys, Select(isFresh, BroadcastUint(j << 16U | j), LoadUint(keys)));
     }
     for (NuvUint i = 0; i != s->m; ++i)
     {
-        NuvFloat32* const cost = s->costs + (s->n + i) * lanes;
+        NuvFloat32* const cost = s->costs + (s->n + i) * kLanes;
         Store(cost, Select(isFresh, basicCost, Load(cost)));
-        NuvUint* const basic = s->basic + i * lanes;
+        NuvUint* const basic = s->basic + i * kLanes;
         StoreUint(basic, Select(isFresh, BroadcastUint(s->n + i), LoadUint(basic)));
-        NuvFloat32* const basicCosts = s->basicCosts + i * lanes;
+        NuvFloat32* const basicCosts = s->basicCosts + i * kLanes;
         Store(basicCosts, Select(isFresh, Lanes{}, Load(basicCosts)));
     }
 }
@@ -127,13 +127,13 @@ void StartLabelsOfPhaseI(const LaneState* s, NuvSizeT lane)
     const NuvUint r = s->artificialRows[lane];
     for (NuvUint j = 0; j != s->n; ++j)
     {
-        s->costs[j * lanes + lane] = 0.0F;
-        s->keys[j * lanes + lane] = (j + 1) << 16U | j;
+        s->costs[j * kLanes + lane] = 0.0F;
+        s->keys[j * kLanes + lane] = (j + 1) << 16U | j;
     }
-    s->costs[(s->n + r) * lanes + lane] = 0.0F;
-    s->keys[(s->n + r) * lanes + lane] = s->n + r;
-    s->basic[r * lanes + lane] = artificialColumn;
-    s->basicCosts[r * lanes + lane] = -1.0F;
+    s->costs[(s->n + r) * kLanes + lane] = 0.0F;
+    s->keys[(s->n + r) * kLanes + lane] = s->n + r;
+    s->basic[r * kLanes + lane] = kArtificialColumn;
+    s->basicCosts[r * kLanes + lane] = -1.0F;
 }
 
 bool IsFreshInPhaseI(const LaneState* s, NuvSizeT lane)
@@ -147,10 +147,10 @@ void StartInverse(const LaneState* s)
     const Mask isFresh = Not(MaskOf(s->isKept));
     for (NuvSizeT i = 0; i != s->m; ++i)
     {
-        NuvFloat32* const diagonal = s->inverse + i * (s->m + NuvSizeT{1}) * lanes;
+        NuvFloat32* const diagonal = s->inverse + i * (s->m + NuvSizeT{1}) * kLanes;
         Store(diagonal, Select(isFresh, Broadcast(1.0F), Load(diagonal)));
-        NuvFloat32* const value = s->values + i * lanes;
-        Store(value, Select(isFresh, Load(s->b + i * lanes), Load(value)));
+        NuvFloat32* const value = s->values + i * kLanes;
+        Store(value, Select(isFresh, Load(s->b + i * kLanes), Load(value)));
     }
 }
 
@@ -159,14 +159,14 @@ void StartInverse(const LaneState* s)
 void StartInverseOfPhaseI(const LaneState* s, NuvSizeT lane)
 {
     const NuvSizeT r = s->artificialRows[lane];
-    const NuvFloat32 most = s->b[r * lanes + lane];
+    const NuvFloat32 most = s->b[r * kLanes + lane];
     for (NuvSizeT i = 0; i != s->m; ++i)
     {
-        s->inverse[(i * s->m + r) * lanes + lane] = -1.0F;
-        NuvFloat32* const value = s->values + i * lanes + lane;
+        s->inverse[(i * s->m + r) * kLanes + lane] = -1.0F;
+        NuvFloat32* const value = s->values + i * kLanes + lane;
         *value = i == r ? -most : *value - most;
     }
-    s->prices[r * lanes + lane] = 1.0F;
+    s->prices[r * kLanes + lane] = 1.0F;
 }
 
 /// Brings the inverse, the prices and the values up to date.
@@ -176,7 +176,7 @@ void UpdateAll(LaneState* s)
     if (hasFresh)
     {
         StartLabels(s);
-        for (NuvSizeT lane = 0; lane != lanes && s->hasPhaseI; ++lane)
+        for (NuvSizeT lane = 0; lane != kLanes && s->hasPhaseI; ++lane)
             if (IsFreshInPhaseI(s, lane))
                 StartLabelsOfPhaseI(s, lane);
     }
@@ -185,7 +185,7 @@ void UpdateAll(LaneState* s)
     if (!hasFresh)
         return;
     StartInverse(s);
-    for (NuvSizeT lane = 0; lane != lanes && s->hasPhaseI; ++lane)
+    for (NuvSizeT lane = 0; lane != kLanes && s->hasPhaseI; ++lane)
         if (IsFreshInPhaseI(s, lane))
             StartInverseOfPhaseI(s, lane);
     s->hasFresh = false;
@@ -196,8 +196,8 @@ Mask AreValuesAndPricesFinite(const LaneState* s)
 {
     Lanes accumulator = {};
     for (NuvSizeT i = 0; i != s->m; ++i)
-        accumulator = accumulator + (Load(s->values + i * lanes) * Broadcast(0.0F) +
-                                     Load(s->prices + i * lanes) * Broadcast(0.0F));
+        accumulator = accumulator + (Load(s->values + i * kLanes) * Broadcast(0.0F) +
+                                     Load(s->prices + i * kLanes) * Broadcast(0.0F));
     return IsEqual(accumulator, Lanes{});
 }
 
@@ -216,18 +216,18 @@ NUV_LANES_INLINE void PriceColumns(const LaneState* s, NuvSizeT first, Lanes* la
     const NuvSizeT n = s->n;
     for (NuvSizeT i = 0; i != s->m; ++i)
     {
-        const Lanes price = Load(s->prices + i * lanes);
+        const Lanes price = Load(s->prices + i * kLanes);
         for (NuvSizeT c = 0; c != count; ++c)
         {
             const NuvSizeT at = i * n + first + c;
-            const Lanes a = isShared ? Broadcast(s->sharedA[at]) : Load(s->A + at * lanes);
+            const Lanes a = isShared ? Broadcast(s->sharedA[at]) : Load(s->A + at * kLanes);
             sums[c] = sums[c] + price * a;
         }
     }
     for (NuvSizeT c = 0; c != count; ++c)
     {
-        const Lanes difference = Load(s->costs + (first + c) * lanes) - sums[c];
-        Store(s->reducedCosts + (first + c) * lanes, difference);
+        const Lanes difference = Load(s->costs + (first + c) * kLanes) - sums[c];
+        Store(s->reducedCosts + (first + c) * kLanes, difference);
         *largest = LargerOf(difference, *largest);
     }
 }
@@ -255,18 +255,19 @@ Best ChooseEntering(const LaneState* s)
         DoInBlocks(s->n, &shared);
     else
         DoInBlocks(s->n, &own);
-    NuvFloat32* const ofSlacks = s->reducedCosts + static_cast<NuvSizeT>(s->n) * lanes;
+    NuvFloat32* const ofSlacks = s->reducedCosts + static_cast<NuvSizeT>(s->n) * kLanes;
     for (NuvSizeT i = 0; i != s->m; ++i)
     {
-        const Lanes difference = Load(s->costs + (s->n + i) * lanes) - Load(s->prices + i * lanes);
-        Store(ofSlacks + i * lanes, difference);
+        const Lanes difference =
+            Load(s->costs + (s->n + i) * kLanes) - Load(s->prices + i * kLanes);
+        Store(ofSlacks + i * kLanes, difference);
         largest = LargerOf(difference, largest);
     }
     UintLanes key = {};
     for (NuvSizeT j = 0; j != static_cast<NuvSizeT>(s->n) + s->m; ++j)
     {
-        const Mask isIt = IsEqual(Load(s->reducedCosts + j * lanes), largest);
-        key = LargerOf(Select(isIt, LoadUint(s->keys + j * lanes), UintLanes{}), key);
+        const Mask isIt = IsEqual(Load(s->reducedCosts + j * kLanes), largest);
+        key = LargerOf(Select(isIt, LoadUint(s->keys + j * kLanes), UintLanes{}), key);
     }
     return {largest, key};
 }
@@ -310,26 +311,26 @@ struct PassColumns
             for (NuvSizeT c = 0; c != count; ++c)
             {
                 const NuvSizeT at = (first + c) * s->n + j;
-                const Lanes a = isShared ? Broadcast(s->sharedA[at]) : Load(s->A + at * lanes);
+                const Lanes a = isShared ? Broadcast(s->sharedA[at]) : Load(s->A + at * kLanes);
                 elements[c] = Select(isIt, a, elements[c]);
             }
         }
         for (NuvSizeT c = 0; c != count; ++c)
-            Store(s->column + (first + c) * lanes, elements[c]);
+            Store(s->column + (first + c) * kLanes, elements[c]);
     }
 };
 
 void GatherColumns(const LaneState* s, const Entering& entering)
 {
     UintLanes index =
-        s->sharedA ? entering.inA : entering.inA * static_cast<NuvUint>(lanes) + CountFrom(0);
+        s->sharedA ? entering.inA : entering.inA * static_cast<NuvUint>(kLanes) + CountFrom(0);
     const NuvFloat32* const base = s->sharedA ? s->sharedA : s->A;
-    const NuvUint rowLength = s->sharedA ? s->n : s->n * static_cast<NuvUint>(lanes);
+    const NuvUint rowLength = s->sharedA ? s->n : s->n * static_cast<NuvUint>(kLanes);
     for (NuvUint i = 0; i != s->m; ++i, index = index + rowLength)
     {
         const Lanes unit =
             Select(IsEqual(entering.slackRow, BroadcastUint(i)), Broadcast(1.0F), Lanes{});
-        Store(s->column + i * lanes, Select(entering.isSlack, unit, Gather(base, index)));
+        Store(s->column + i * kLanes, Select(entering.isSlack, unit, Gather(base, index)));
     }
 }
 
@@ -338,7 +339,7 @@ void CopyColumns(const LaneState* s, const Entering& entering)
 {
     PassColumns<true> shared = {s, &entering};
     PassColumns<false> own = {s, &entering};
-    if (s->n > mostPassed)
+    if (s->n > kMostPassed)
         GatherColumns(s, entering);
     else if (s->sharedA)
         DoInBlocks(s->m, &shared);
@@ -360,22 +361,22 @@ template <NuvSizeT count>
 NUV_LANES_INLINE void TestRows(const LaneState* s, NuvSizeT first, Lanes* smallest)
 {
     Lanes sums[count] = {};
-    const NuvFloat32* const rows = s->inverse + first * s->m * lanes;
+    const NuvFloat32* const rows = s->inverse + first * s->m * kLanes;
     for (NuvSizeT k = 0; k != s->m; ++k)
     {
-        const Lanes a = Load(s->column + k * lanes);
+        const Lanes a = Load(s->column + k * kLanes);
         for (NuvSizeT c = 0; c != count; ++c)
-            sums[c] = sums[c] + Load(rows + (c * s->m + k) * lanes) * a;
+            sums[c] = sums[c] + Load(rows + (c * s->m + k) * kLanes) * a;
     }
     const Lanes none = Broadcast(FLT_MAX);
     for (NuvSizeT c = 0; c != count; ++c)
     {
         const NuvSizeT i = first + c;
-        Store(s->direction + i * lanes, sums[c]);
+        Store(s->direction + i * kLanes, sums[c]);
         const Mask isFalling = IsLarger(sums[c], Lanes{});
         const Lanes divisor = Select(isFalling, sums[c], Broadcast(1.0F));
-        const Lanes ratio = Select(isFalling, Load(s->values + i * lanes) / divisor, none);
-        Store(s->ratios + i * lanes, ratio);
+        const Lanes ratio = Select(isFalling, Load(s->values + i * kLanes) / divisor, none);
+        Store(s->ratios + i * kLanes, ratio);
         *smallest = SmallerOf(ratio, *smallest);
     }
 }
@@ -401,9 +402,9 @@ Smallest ChooseLeaving(const LaneState* s)
     Smallest smallest = {least, Broadcast(1.0F), UintLanes{}};
     for (NuvUint i = s->m; i-- != 0;)
     {
-        const Mask isIt = IsEqual(Load(s->ratios + i * lanes), least);
+        const Mask isIt = IsEqual(Load(s->ratios + i * kLanes), least);
         smallest.row = Select(isIt, BroadcastUint(i), smallest.row);
-        smallest.pivot = Select(isIt, Load(s->direction + i * lanes), smallest.pivot);
+        smallest.pivot = Select(isIt, Load(s->direction + i * kLanes), smallest.pivot);
     }
     if (!s->hasPhaseI)
         return smallest;
@@ -426,9 +427,9 @@ Mask FormEta(const LaneState* s, const UintLanes& rows, const Lanes& pivot)
     Lanes accumulator = {};
     for (NuvUint i = 0; i != s->m; ++i)
     {
-        const Lanes eta = Broadcast(0.0F) - Load(s->direction + i * lanes) * reciprocal;
+        const Lanes eta = Broadcast(0.0F) - Load(s->direction + i * kLanes) * reciprocal;
         accumulator = accumulator + eta * Broadcast(0.0F);
-        Store(s->eta + i * lanes, Select(IsEqual(rows, BroadcastUint(i)), inRow, eta));
+        Store(s->eta + i * kLanes, Select(IsEqual(rows, BroadcastUint(i)), inRow, eta));
     }
     return IsEqual(accumulator, Lanes{});
 }
@@ -447,12 +448,12 @@ struct PassRows
         {
             const Mask isIt = IsEqual(rows, BroadcastUint(i));
             const NuvFloat32* const row =
-                s->inverse + (static_cast<NuvSizeT>(i) * s->m + first) * lanes;
+                s->inverse + (static_cast<NuvSizeT>(i) * s->m + first) * kLanes;
             for (NuvSizeT c = 0; c != count; ++c)
-                elements[c] = Select(isIt, Load(row + c * lanes), elements[c]);
+                elements[c] = Select(isIt, Load(row + c * kLanes), elements[c]);
         }
         for (NuvSizeT c = 0; c != count; ++c)
-            Store(s->multipliers + (first + c) * lanes, elements[c]);
+            Store(s->multipliers + (first + c) * kLanes, elements[c]);
     }
 };
 
@@ -461,19 +462,19 @@ struct PassRows
 void MakePending(LaneState* s, const UintLanes& rows, Mask isMade)
 {
     StoreUint(s->rows, rows);
-    if (s->m <= mostPassed)
+    if (s->m <= kMostPassed)
     {
         PassRows pass = {s, rows};
         DoInBlocks(s->m, &pass);
     }
     UintLanes index =
-        Select(isMade, rows, UintLanes{}) * static_cast<NuvUint>(s->m * lanes) + CountFrom(0);
-    for (NuvUint k = 0; k != s->m; ++k, index = index + static_cast<NuvUint>(lanes))
+        Select(isMade, rows, UintLanes{}) * static_cast<NuvUint>(s->m * kLanes) + CountFrom(0);
+    for (NuvUint k = 0; k != s->m; ++k, index = index + static_cast<NuvUint>(kLanes))
     {
-        NuvFloat32* const eta = s->eta + k * lanes;
+        NuvFloat32* const eta = s->eta + k * kLanes;
         Store(eta, Select(isMade, Load(eta), Lanes{}));
-        if (s->m > mostPassed)
-            Store(s->multipliers + k * lanes, Select(isMade, Gather(s->inverse, index), Lanes{}));
+        if (s->m > kMostPassed)
+            Store(s->multipliers + k * kLanes, Select(isMade, Gather(s->inverse, index), Lanes{}));
     }
 }
 
@@ -482,31 +483,31 @@ void Exchange(LaneState* s, const UintLanes& rows, const UintLanes& key, Mask is
 {
     // In other lanes none of the two exists.
     const UintLanes none = BroadcastUint(UINT32_MAX);
-    const UintLanes entering = Select(isMade, key & maxKeyPart, none);
+    const UintLanes entering = Select(isMade, key & kMaxKeyPart, none);
     Lanes enteringCost = {};
     for (NuvUint j = 0; j != s->n; ++j)
         enteringCost =
-            Select(IsEqual(entering, BroadcastUint(j)), Load(s->costs + j * lanes), enteringCost);
+            Select(IsEqual(entering, BroadcastUint(j)), Load(s->costs + j * kLanes), enteringCost);
     UintLanes leaving = none;
     Lanes leavingCost = {};
     for (NuvUint i = 0; i != s->m; ++i)
     {
         const Mask isIt = IsEqual(rows, BroadcastUint(i));
-        NuvUint* const basic = s->basic + i * lanes;
-        NuvFloat32* const cost = s->basicCosts + i * lanes;
+        NuvUint* const basic = s->basic + i * kLanes;
+        NuvFloat32* const cost = s->basicCosts + i * kLanes;
         leaving = Select(isIt, LoadUint(basic), leaving);
         leavingCost = Select(isIt, Load(cost), leavingCost);
         StoreUint(basic, Select(isIt, entering, LoadUint(basic)));
         Store(cost, Select(isIt, enteringCost, Load(cost)));
     }
-    const UintLanes leavingKey = (key & ~maxKeyPart) | leaving;
+    const UintLanes leavingKey = (key & ~kMaxKeyPart) | leaving;
     const Lanes basicCost = Broadcast(-std::numeric_limits<NuvFloat32>::infinity());
     for (NuvUint j = 0; j != s->n + s->m; ++j)
     {
         const Mask enters = IsEqual(entering, BroadcastUint(j));
         const Mask leaves = IsEqual(leaving, BroadcastUint(j));
-        NuvFloat32* const cost = s->costs + j * lanes;
-        NuvUint* const keys = s->keys + j * lanes;
+        NuvFloat32* const cost = s->costs + j * kLanes;
+        NuvUint* const keys = s->keys + j * kLanes;
         Store(cost, Select(leaves, leavingCost, Select(enters, basicCost, Load(cost))));
         StoreUint(keys, Select(leaves, leavingKey, LoadUint(keys)));
     }
@@ -528,7 +529,7 @@ NuvUint Step(LaneState* s)
     EndWhere(Not(AreValuesAndPricesFinite(s)), LaneEnd::NotFinite, &ends);
     const Best best = ChooseEntering(s);
     EndWhere(Not(IsLarger(best.reducedCost, Lanes{})), LaneEnd::Optimal, &ends);
-    const Entering entering = EnteringOf(s, best.key & maxKeyPart);
+    const Entering entering = EnteringOf(s, best.key & kMaxKeyPart);
     CopyColumns(s, entering);
     const Smallest smallest = ChooseLeaving(s);
     EndWhere(IsEqual(smallest.ratio, Broadcast(FLT_MAX)), LaneEnd::Unbounded, &ends);
@@ -544,11 +545,11 @@ NuvUint Step(LaneState* s)
     return BitsOf(And(MaskOf(s->isActive), Not(isMade)));
 }
 
-constexpr LaneLoops loops = {static_cast<NuvUint>(lanes), Step};
+constexpr LaneLoops kLoops = {static_cast<NuvUint>(kLanes), Step};
 }  // namespace
 
 const LaneLoops* NUV_LANE_LOOPS()
 {
-    return &loops;
+    return &kLoops;
 }
 }  // namespace nuv

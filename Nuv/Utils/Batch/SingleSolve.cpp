@@ -83,9 +83,9 @@ struct Facts
 
     void Meet(NuvFloat32 value)
     {
-        constexpr NuvUint exponent = 0x7F800000;
+        constexpr NuvUint kExponent = 0x7F800000;
         numNonzeros += value != 0.0F ? 1 : 0;
-        areFinite &= (std::bit_cast<NuvUint>(value) & exponent) != exponent;
+        areFinite &= (std::bit_cast<NuvUint>(value) & kExponent) != kExponent;
     }
 };
 

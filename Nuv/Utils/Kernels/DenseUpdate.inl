@@ -18,8 +18,8 @@ NUV_LANES_INLINE void UpdateStripe(const DenseUpdate& p, NuvSizeT first)
     if constexpr (hasUpdate)
         for (NuvSizeT v = 0; v != count; ++v)
         {
-            update[v] = Load(p.update + first + v * lanes);
-            elements[v] = CountFrom(static_cast<NuvUint>(first + v * lanes));
+            update[v] = Load(p.update + first + v * kLanes);
+            elements[v] = CountFrom(static_cast<NuvUint>(first + v * kLanes));
         }
     const UintLanes cleared = BroadcastUint(p.cleared);
     for (NuvSizeT l = 0; l != p.count; ++l)
@@ -30,11 +30,11 @@ NUV_LANES_INLINE void UpdateStripe(const DenseUpdate& p, NuvSizeT first)
         const Lanes y = Broadcast(hasTwo ? p.y[l] : 0.0F);
         for (NuvSizeT v = 0; v != count; ++v)
         {
-            Lanes part = Load(line + v * lanes);
+            Lanes part = Load(line + v * kLanes);
             if constexpr (hasUpdate)
             {
                 part = (elements[v] != cleared ? part : Lanes{}) + multiplier * update[v];
-                Store(line + v * lanes, part);
+                Store(line + v * kLanes, part);
             }
             sumsX[v] = sumsX[v] + x * part;
             if constexpr (hasTwo)
@@ -43,16 +43,16 @@ NUV_LANES_INLINE void UpdateStripe(const DenseUpdate& p, NuvSizeT first)
     }
     for (NuvSizeT v = 0; v != count; ++v)
     {
-        Store(p.sumsX + first + v * lanes, sumsX[v]);
+        Store(p.sumsX + first + v * kLanes, sumsX[v]);
         if constexpr (hasTwo)
-            Store(p.sumsY + first + v * lanes, sumsY[v]);
+            Store(p.sumsY + first + v * kLanes, sumsY[v]);
     }
 }
 
 template <bool hasUpdate, bool hasTwo, NuvSizeT count>
 void UpdateStripes(const DenseUpdate& p, NuvSizeT first)
 {
-    for (; p.length - first >= count * lanes; first += count * lanes)
+    for (; p.length - first >= count * kLanes; first += count * kLanes)
         UpdateStripe<hasUpdate, hasTwo, count>(p, first);
     if constexpr (count != 1)
         UpdateStripes<hasUpdate, hasTwo, count / 2>(p, first);

@@ -12,8 +12,8 @@ namespace nuv
 namespace
 {
 /// How many columns are taken at a time: as many as there are registers for.
-constexpr NuvSizeT columnsAtOnce = lanes == 16 ? 8 : 4;
-static_assert((columnsAtOnce & (columnsAtOnce - 1)) == 0, "the remainder is taken by halves");
+constexpr NuvSizeT kColumnsAtOnce = kLanes == 16 ? 8 : 4;
+static_assert((kColumnsAtOnce & (kColumnsAtOnce - 1)) == 0, "the remainder is taken by halves");
 
 /// Some rows or columns of a matrix.
 struct Range
@@ -64,7 +64,7 @@ Group<count> GroupAt(const FusedProduct& p, NuvSizeT from)
 /// The whole vectors of lanes that hold some rows.
 Range LanesOver(Range rows)
 {
-    return {rows.first / lanes * lanes, (rows.last + lanes - 1) / lanes * lanes};
+    return {rows.first / kLanes * kLanes, (rows.last + kLanes - 1) / kLanes * kLanes};
 }
 
 /// The factors of the unit columns `first` to `first + count` in the rows at `i`, and 0 in the
@@ -97,7 +97,7 @@ NUV_LANES_INLINE void AddGroup(const FusedProduct& p, const Group<count>& group,
     const NuvFloat32* const update = p.update;
     NuvFloat32* const sumsX = p.product.sums;
     NuvFloat32* const sumsY = p.other.sums;
-    for (NuvSizeT i = rows.first; i != rows.last; i += lanes)
+    for (NuvSizeT i = rows.first; i != rows.last; i += kLanes)
     {
         const Lanes updateLanes = hasUpdate ? Load(update + i) : Lanes{};
         Lanes sumX = Load(sumsX + i);
@@ -142,7 +142,7 @@ void AddGroup(const FusedProduct& p, const Group<count>& group)
 void AddUnits(const ColumnProduct& product, Range units)
 {
     const Range rows = LanesOver(units);
-    for (NuvSizeT i = rows.first; i != rows.last; i += lanes)
+    for (NuvSizeT i = rows.first; i != rows.last; i += kLanes)
         Store(product.sums + i,
               Load(product.sums + i) + MaskedLoad(product.unitFactors, i,
                                                   static_cast<NuvUint>(units.first),
@@ -202,7 +202,7 @@ void UpdateAndMultiply(const FusedProduct* product)
 {
     const FusedProduct& p = *product;
     const bool hasTwo = p.other.factors != nullptr;
-    for (NuvSizeT i = 0; i != p.length; i += lanes)
+    for (NuvSizeT i = 0; i != p.length; i += kLanes)
     {
         Store(p.product.sums + i, Lanes{});
         if (hasTwo)
@@ -210,7 +210,7 @@ void UpdateAndMultiply(const FusedProduct* product)
     }
     Progress x = {&p.product, 0};
     Progress y = {&p.other, 0};
-    AddColumns<columnsAtOnce>(p, 0, &x, &y);
+    AddColumns<kColumnsAtOnce>(p, 0, &x, &y);
     x.CatchUp(p, p.length, p.length);
     if (hasTwo)
         y.CatchUp(p, p.length, p.length);

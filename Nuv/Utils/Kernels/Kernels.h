@@ -68,7 +68,7 @@ struct Choice
 /// or shape is allowed.
 struct Kernels
 {
-    static constexpr NuvSizeT tile = 16;
+    static constexpr NuvSizeT kTile = 16;
 
     void (*updateAndMultiply)(const FusedProduct* product);
     void (*updateDensely)(const DenseUpdate* update);
@@ -100,7 +100,7 @@ struct Kernels
 /// The length of so many elements in whole tiles.
 inline NuvSizeT InTiles(NuvSizeT count)
 {
-    return (count + Kernels::tile - 1) / Kernels::tile * Kernels::tile;
+    return (count + Kernels::kTile - 1) / Kernels::kTile * Kernels::kTile;
 }
 
 /// The length of an array of `count` floats with its padding: in whole tiles, and never a multiple
@@ -109,7 +109,7 @@ inline NuvSizeT InTiles(NuvSizeT count)
 inline NuvSizeT PaddedLength(NuvSizeT count)
 {
     const NuvSizeT length = InTiles(count);
-    return length % (Kernels::tile * Kernels::tile) == 0 ? length + Kernels::tile : length;
+    return length % (Kernels::kTile * Kernels::kTile) == 0 ? length + Kernels::kTile : length;
 }
 
 enum class InstructionSet

@@ -17,7 +17,7 @@ namespace nuv
 {
 namespace
 {
-constexpr NuvSizeT lanes = NUV_LANES;
+constexpr NuvSizeT kLanes = NUV_LANES;
 
 #if NUV_LANES > 1
 typedef NuvFloat32 Lanes __attribute__((vector_size(4 * NUV_LANES)));
@@ -61,8 +61,8 @@ NUV_LANES_INLINE UintLanes BroadcastUint(NuvUint x)
 /// x, x + 1, ... in increasing lane.
 NUV_LANES_INLINE UintLanes CountFrom(NuvUint x)
 {
-    constexpr NuvUint numbers[16] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
-    return LoadAs<UintLanes>(numbers) + x;
+    constexpr NuvUint kNumbers[16] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+    return LoadAs<UintLanes>(kNumbers) + x;
 }
 
 /// The larger of the two, and `y` when they cannot be compared.
@@ -93,8 +93,8 @@ constexpr int AtLeastFour(int count)
 template <int first, class T, int... i>
 NUV_LANES_INLINE auto LanesFrom(const T& x, std::integer_sequence<int, i...>)
 {
-    constexpr int count = sizeof(T) / 4;
-    return __builtin_shufflevector(x, x, ((i + first) % count)...);
+    constexpr int kCount = sizeof(T) / 4;
+    return __builtin_shufflevector(x, x, ((i + first) % kCount)...);
 }
 #endif
 

@@ -10,15 +10,15 @@ namespace nuv
 {
 namespace
 {
-constexpr NuvSizeT floatSize = sizeof(NuvFloat32);
+constexpr NuvSizeT kFloatSize = sizeof(NuvFloat32);
 
-constexpr auto larger = [](const auto& x, const auto& y) { return LargerOf(x, y); };
-constexpr auto smaller = [](const auto& x, const auto& y) { return SmallerOf(x, y); };
+constexpr auto kLarger = [](const auto& x, const auto& y) { return LargerOf(x, y); };
+constexpr auto kSmaller = [](const auto& x, const auto& y) { return SmallerOf(x, y); };
 
 bool IsFinite(const NuvFloat32* x, NuvSizeT length)
 {
     Lanes accumulator = {};
-    for (NuvSizeT i = 0; i != length; i += lanes)
+    for (NuvSizeT i = 0; i != length; i += kLanes)
         accumulator = accumulator + Load(x + i) * Broadcast(0.0F);
     return AreZero(accumulator);
 }
@@ -27,7 +27,7 @@ bool FormEta(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta
 {
     const Lanes broadcast = Broadcast(reciprocal);
     Lanes accumulator = {};
-    for (NuvSizeT i = 0; i != length; i += lanes)
+    for (NuvSizeT i = 0; i != length; i += kLanes)
     {
         const Lanes etaLanes = Broadcast(0.0F) - Load(direction + i) * broadcast;
         accumulator = accumulator + etaLanes * Broadcast(0.0F);
@@ -40,25 +40,25 @@ Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUin
                    NuvFloat32* differences, NuvSizeT length)
 {
     Lanes best = {};
-    for (NuvSizeT i = 0; i != length; i += lanes)
+    for (NuvSizeT i = 0; i != length; i += kLanes)
     {
         const Lanes difference = Load(costs + i) - Load(sums + i);
         Store(differences + i, difference);
         best = LargerOf(difference, best);
     }
-    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Reduce(best, larger));
+    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Reduce(best, kLarger));
     // same bits: the smallest ratio and the largest difference are no NaN
     if (largest == 0.0F)
         return {largest, 0};
     UintLanes last = {};
-    for (NuvSizeT i = 0; i != length; i += lanes)
+    for (NuvSizeT i = 0; i != length; i += kLanes)
     {
         const UintLanes found = Load(differences + i) == Broadcast(largest)
                                     ? LoadAs<UintLanes>(numbers + i)
                                     : UintLanes{};
         last = LargerOf(found, last);
     }
-    return {largest, Reduce(last, larger)};
+    return {largest, Reduce(last, kLarger)};
 }
 
 Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, NuvFloat32* ratios,
@@ -66,27 +66,27 @@ Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, 
 {
     const Lanes none = Broadcast(FLT_MAX);
     Lanes best = none;
-    for (NuvSizeT i = 0; i != length; i += lanes)
+    for (NuvSizeT i = 0; i != length; i += kLanes)
     {
         const Lanes decrease = Load(direction + i);
         const Lanes ratio = decrease > Broadcast(0.0F) ? Load(values + i) / decrease : none;
         Store(ratios + i, ratio);
         best = SmallerOf(ratio, best);
     }
-    const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Reduce(best, smaller));
+    const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Reduce(best, kSmaller));
     // same bits: the smallest ratio and the largest difference are no NaN; beside FLT_MAX an index
     // says nothing
     if (smallest == FLT_MAX)
         return {smallest, 0};
     UintLanes first = BroadcastUint(UINT32_MAX);
-    for (NuvSizeT i = 0; i != length; i += lanes)
+    for (NuvSizeT i = 0; i != length; i += kLanes)
     {
         const UintLanes found = Load(ratios + i) == Broadcast(smallest)
                                     ? CountFrom(static_cast<NuvUint>(i))
                                     : BroadcastUint(UINT32_MAX);
         first = SmallerOf(found, first);
     }
-    return {smallest, Reduce(first, smaller)};
+    return {smallest, Reduce(first, kSmaller)};
 }
 
 /// The product of `numRows` rows of x with a stripe of y that is `numVectors` vectors wide.
@@ -94,18 +94,18 @@ template <class Vector, NuvSizeT numRows, NuvSizeT numVectors>
 NUV_LANES_INLINE void MultiplyStripe(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result,
                                      NuvSizeT inner, NuvSizeT cols)
 {
-    constexpr NuvSizeT width = sizeof(Vector) / floatSize;
+    constexpr NuvSizeT kWidth = sizeof(Vector) / kFloatSize;
     Vector sums[numRows][numVectors] = {};
     for (NuvSizeT k = 0; k != inner; ++k)
         for (NuvSizeT v = 0; v != numVectors; ++v)
         {
-            const Vector elements = LoadAs<Vector>(y + k * cols + v * width);
+            const Vector elements = LoadAs<Vector>(y + k * cols + v * kWidth);
             for (NuvSizeT r = 0; r != numRows; ++r)
                 sums[r][v] = sums[r][v] + Broadcast<Vector>(x[r * inner + k]) * elements;
         }
     for (NuvSizeT r = 0; r != numRows; ++r)
         for (NuvSizeT v = 0; v != numVectors; ++v)
-            memcpy(result + r * cols + v * width, &sums[r][v], sizeof(Vector));
+            memcpy(result + r * cols + v * kWidth, &sums[r][v], sizeof(Vector));
 }
 
 template <NuvSizeT numRows>
@@ -114,10 +114,10 @@ void MultiplyRows(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result, 
 {
     NuvSizeT j = 0;
     // same bits: how many lanes are taken at a time is a choice of time
-    for (; cols - j >= 2 * lanes; j += 2 * lanes)
+    for (; cols - j >= 2 * kLanes; j += 2 * kLanes)
         MultiplyStripe<Lanes, numRows, 2>(x, y + j, result + j, inner, cols);
     // same bits: how many lanes are taken at a time is a choice of time
-    for (; cols - j >= lanes; j += lanes)
+    for (; cols - j >= kLanes; j += kLanes)
         MultiplyStripe<Lanes, numRows, 1>(x, y + j, result + j, inner, cols);
     for (; j != cols; ++j)
         MultiplyStripe<NuvFloat32, numRows, 1>(x, y + j, result + j, inner, cols);
@@ -144,7 +144,7 @@ void Divide(NuvFloat32* x, NuvFloat32 divisor, NuvSizeT length)
 {
     const Lanes broadcast = Broadcast(divisor);
     NuvSizeT i = 0;
-    for (; length - i >= lanes; i += lanes)
+    for (; length - i >= kLanes; i += kLanes)
         Store(x + i, Load(x + i) / broadcast);
     for (; i != length; ++i)
         x[i] = x[i] / divisor;
@@ -154,19 +154,19 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
 {
     const Lanes broadcast = Broadcast(multiplier);
     NuvSizeT i = 0;
-    for (; length - i >= lanes; i += lanes)
+    for (; length - i >= kLanes; i += kLanes)
         Store(x + i, Load(x + i) - Load(y + i) * broadcast);
     for (; i != length; ++i)
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kernels = {UpdateAndMultiply, UpdateDensely, FormEta,
-                             IsFinite,          FindLargest,   FindSmallestRatio,
-                             MultiplyMatrices,  Divide,        SubtractMultiple};
+constexpr Kernels kKernels = {UpdateAndMultiply, UpdateDensely, FormEta,
+                              IsFinite,          FindLargest,   FindSmallestRatio,
+                              MultiplyMatrices,  Divide,        SubtractMultiple};
 }  // namespace
 
 const Kernels* NUV_KERNELS()
 {
-    return &kernels;
+    return &kKernels;
 }
 }  // namespace nuv

@@ -10,7 +10,7 @@ namespace
 {
 /// As many as the end of Phase I retains.
 // same bits: a place more is not used
-constexpr NuvSizeT maxBlocks = 12;
+constexpr NuvSizeT kMaxBlocks = 12;
 }  // namespace
 
 void FreeWorkspace(Workspace* workspace)
@@ -22,8 +22,8 @@ bool AllocateRetained(NuvAllocator* allocator, const NuvSizeT* sizes, NuvSizeT c
 {
     if (IsScratchAllocator(allocator))
         return true;
-    NUV_ASSERT(count <= maxBlocks);
-    void* blocks[maxBlocks];
+    NUV_ASSERT(count <= kMaxBlocks);
+    void* blocks[kMaxBlocks];
     for (NuvSizeT taken = 0; taken != count; ++taken)
     {
         blocks[taken] = NuvAllocatorAllocate(allocator, sizes[taken]);

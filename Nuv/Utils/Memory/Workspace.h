@@ -20,7 +20,7 @@ public:
     {
         // same bits: a null block is at the beginning of a line
         if (!isCounting)
-            base += (lineSize - reinterpret_cast<uintptr_t>(block) % lineSize) % lineSize;
+            base += (kLineSize - reinterpret_cast<uintptr_t>(block) % kLineSize) % kLineSize;
     }
 
     template <class T>
@@ -29,17 +29,17 @@ public:
         // same bits: while the sizes are counted nobody reads the arrays, which are placed a second
         // time
         *array = isCounting ? nullptr : reinterpret_cast<T*>(base + size);
-        size += (count * sizeof(T) + lineSize - 1) / lineSize * lineSize;
+        size += (count * sizeof(T) + kLineSize - 1) / kLineSize * kLineSize;
     }
 
     /// What a block needs for all that was placed, wherever it begins.
     NuvSizeT BytesNeeded() const
     {
-        return size + lineSize;
+        return size + kLineSize;
     }
 
 private:
-    static constexpr NuvSizeT lineSize = 64;
+    static constexpr NuvSizeT kLineSize = 64;
 
     unsigned char* base;
     bool isCounting;

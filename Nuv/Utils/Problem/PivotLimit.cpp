@@ -12,7 +12,7 @@ uint64_t Add(uint64_t hash, NuvUint word)
 }
 
 /// Once may be chance: the order of the other variables, on which ties turn, is not known here.
-constexpr NuvUint returnsOfACircle = 3;
+constexpr NuvUint kReturnsOfACircle = 3;
 
 /// Of the phase, the labels by row and the bits of their values.
 uint64_t HashOf(const NuvLinearProgrammingPivot* pivot)
@@ -39,7 +39,7 @@ NuvBool BeforePivot(NuvLinearProgrammingMonitor* monitor, const NuvLinearProgram
     }
     else if (basis == x->basis)
         ++x->returns;
-    if (x->returns == returnsOfACircle)
+    if (x->returns == kReturnsOfACircle)
         x->hasCycled = NUV_TRUE;
     x->pivots = pivot->number - 1;
     if (x->hasCycled || x->pivots >= x->limit)

@@ -15,7 +15,7 @@ namespace
 // What empty strings without a block share. Never written: every write is preceded by a test of
 // `capacity`.
 // same bits: a place more is not used
-const char emptyText[1] = {'\0'};
+const char kEmptyText[1] = {'\0'};
 
 bool ConstructBytes(NuvString* x, NuvAllocator* allocator, const char* bytes, NuvSizeT size)
 {
@@ -38,7 +38,7 @@ bool ConstructBytes(NuvString* x, NuvAllocator* allocator, const char* bytes, Nu
 NuvString* NuvStringConstructDefault(NuvString* x, NuvAllocator* allocator)
 {
     x->allocator = allocator;
-    x->buf = const_cast<char*>(nuv::emptyText);
+    x->buf = const_cast<char*>(nuv::kEmptyText);
     x->size = 0;
     x->capacity = 0;
     return x;

@@ -34,7 +34,7 @@ void Initialise(Iteration* it, const NuvLinearProgramming* lp)
     it->hasPivoted = false;
     NuvMemCopy(it->basic, lp->basic.data, it->m * sizeof *it->basic);
     const NuvUint numArtificial = it->phase == Phase::I ? 1 : 0;
-    it->nonbasic[0] = artificialLabel;
+    it->nonbasic[0] = kArtificialLabel;
     NuvMemCopy(it->nonbasic + numArtificial, lp->independent.data,
                it->form->n * sizeof *it->nonbasic);
     for (NuvFloat32* const array :
@@ -93,7 +93,7 @@ void ExchangeLabels(Iteration* it, NuvUint position, NuvUint row)
     it->nonbasic[position] = it->basic[row];
     it->basic[row] = entering;
     it->basicCosts[row] = CostOf(it, entering);
-    if (entering == artificialLabel)
+    if (entering == kArtificialLabel)
         it->artificialRow = row;
 }
 

@@ -79,7 +79,7 @@ inline NuvFloat32 CostOf(const Iteration* it, NuvUint label)
 {
     if (it->phase == Phase::II)
         return it->form->c[label - 1];
-    return label == artificialLabel ? -1.0F : 0.0F;
+    return label == kArtificialLabel ? -1.0F : 0.0F;
 }
 
 /// Fixes the dimensions and places the arrays.

@@ -195,12 +195,13 @@ Result FinishFeasible(Iteration* it, NuvLinearProgramming* lp, const Entering* e
     // n are left: the exchange has put the artificial variable among the n + 1.
     NuvUint next = 0;
     for (NuvUint j = 0; j != it->numNonbasic; ++j)
-        if (it->nonbasic[j] != artificialLabel)
+        if (it->nonbasic[j] != kArtificialLabel)
             lp->independent.data[next++] = it->nonbasic[j];
     return NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
 }
 
-constexpr PhaseRules rulesOfPhaseI = {Phase::I, true, ClassifyPhaseIOptimum, FinishUnboundedPhaseI};
+constexpr PhaseRules kRulesOfPhaseI = {Phase::I, true, ClassifyPhaseIOptimum,
+                                       FinishUnboundedPhaseI};
 
 // Phase II ----------------------------------------------------------------------------------------
 
@@ -236,20 +237,20 @@ Result FinishUnbounded(const Iteration* it, NuvLinearProgramming* lp)
     return NUV_LINEARPROGRAMMINGRESULTTYPE_Unbounded;
 }
 
-constexpr PhaseRules rulesOfPhaseII = {Phase::II, false, FinishOptimal, FinishUnbounded};
+constexpr PhaseRules kRulesOfPhaseII = {Phase::II, false, FinishOptimal, FinishUnbounded};
 }  // namespace
 
 NuvLinearProgrammingResultType SolvePhaseI(NuvLinearProgramming* lp, SolveContext* context,
                                            const StandardForm* form)
 {
-    return CanCountElements(lp, 1) ? SolvePhase(&rulesOfPhaseI, lp, context, form)
+    return CanCountElements(lp, 1) ? SolvePhase(&kRulesOfPhaseI, lp, context, form)
                                    : NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
 }
 
 NuvLinearProgrammingResultType SolvePhaseII(NuvLinearProgramming* lp, SolveContext* context,
                                             const StandardForm* form)
 {
-    return SolvePhase(&rulesOfPhaseII, lp, context, form);
+    return SolvePhase(&kRulesOfPhaseII, lp, context, form);
 }
 
 NuvLinearProgrammingResultType SolveInContext(NuvLinearProgramming* lp, SolveContext* context)
@@ -278,7 +279,7 @@ NuvSizeT BytesOfPhases(const StandardForm* form)
     NuvSizeT most = 0;
     for (const Phase phase : {Phase::I, Phase::II})
         // Dense pricing, and sparse pricing of as many non-zeros as it is for.
-        for (const NuvSizeT part : {NuvSizeT{1}, Kernels::tile})
+        for (const NuvSizeT part : {NuvSizeT{1}, Kernels::kTile})
         {
             Iteration it;
             StructuredIteration structured;

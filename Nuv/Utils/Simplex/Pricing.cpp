@@ -11,8 +11,8 @@ namespace nuv
 {
 namespace
 {
-constexpr NuvFloat32 basicCost = -std::numeric_limits<NuvFloat32>::infinity();
-constexpr NuvUint noPosition = UINT32_MAX;
+constexpr NuvFloat32 kBasicCost = -std::numeric_limits<NuvFloat32>::infinity();
+constexpr NuvUint kNoPosition = UINT32_MAX;
 
 /// Where the arrays hold what belongs to a label.
 NuvSizeT IndexOf(const Pricing* x, NuvUint label)
@@ -52,8 +52,8 @@ void StartCosts(Pricing* x)
 {
     for (NuvSizeT j = 0; j != x->length; ++j)
     {
-        x->costs[j] = basicCost;
-        x->positions[j] = noPosition;
+        x->costs[j] = kBasicCost;
+        x->positions[j] = kNoPosition;
     }
 }
 
@@ -70,7 +70,7 @@ void StartPricing(Pricing* x, NuvFloat32* rowBuffer)
 bool PlaceBasic(Pricing* x, NuvUint label)
 {
     NuvUint* const position = x->positions + IndexOf(x, label);
-    if (*position != noPosition)
+    if (*position != kNoPosition)
         return false;
     *position = 0;
     return true;
@@ -86,7 +86,7 @@ bool PlaceNonbasic(Pricing* x, NuvUint label, NuvFloat32 cost, NuvUint position)
 
 void MakeBasic(Pricing* x, NuvUint label)
 {
-    x->costs[IndexOf(x, label)] = basicCost;
+    x->costs[IndexOf(x, label)] = kBasicCost;
 }
 
 void MakeNonbasic(Pricing* x, NuvUint label, NuvFloat32 cost, NuvUint position)

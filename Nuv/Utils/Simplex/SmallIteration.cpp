@@ -13,7 +13,7 @@ namespace nuv
 namespace
 {
 /// Above so many rows the inverse's columns that are still unit vectors are worth their lists.
-constexpr NuvUint mostRows = 32;
+constexpr NuvUint kMostRows = 32;
 
 void CopyA(SmallIteration* x, const StandardForm* form)
 {
@@ -71,7 +71,7 @@ void UpdateRows(SmallIteration* x, const Iteration* it, const NuvFloat32* update
 
 bool IsSmall(const StandardForm* form)
 {
-    return switches.structured && switches.few && form->m <= mostRows &&
+    return switches.structured && switches.few && form->m <= kMostRows &&
            form->isFiniteWithUnitSlacks;
 }
 
@@ -123,9 +123,9 @@ bool ComputeValuesAndDirection(SmallIteration* x, Iteration* it, const Entering*
     if (hasColumn)
     {
         const NuvUint label = it->nonbasic[entering->position];
-        if (label == artificialLabel || label > it->form->n)
+        if (label == kArtificialLabel || label > it->form->n)
             for (NuvUint i = 0; i != it->m; ++i)
-                it->enteringColumn[i] = label == artificialLabel        ? -1.0F
+                it->enteringColumn[i] = label == kArtificialLabel       ? -1.0F
                                         : SlackOf(it->form, i) == label ? 1.0F
                                                                         : 0.0F;
         else

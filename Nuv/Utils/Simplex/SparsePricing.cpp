@@ -14,7 +14,7 @@ namespace
 {
 /// How many elements are tested at once for being zero: most of a sparse row is passed over by
 /// this.
-constexpr NuvUint blankLength = 16;
+constexpr NuvUint kBlankLength = 16;
 
 /// Appends the non-zeros of the first n elements of a row to a list.
 /// @return the end of the list.
@@ -22,12 +22,12 @@ NuvUint* ListNonzeros(const NuvFloat32* row, NuvUint n, NuvUint* columns)
 {
     for (NuvUint j = 0; j != n;)
     {
-        if (n - j >= blankLength && !HasNonzero<blankLength>(row + j))
+        if (n - j >= kBlankLength && !HasNonzero<kBlankLength>(row + j))
         {
-            j += blankLength;
+            j += kBlankLength;
             continue;
         }
-        const NuvUint end = n - j >= blankLength ? j + blankLength : n;
+        const NuvUint end = n - j >= kBlankLength ? j + kBlankLength : n;
         for (; j != end; ++j)
             // same bits: elements of A are no NaN here, and a price that is one leads to the dense
             // iteration
@@ -114,7 +114,7 @@ bool IsSparse(const StandardForm* form)
 {
     // A non-zero by itself costs about as much as a tile of a dense row.
     // same bits: how many non-zeros there are chooses between two ways to the same sums
-    return form->maxNonzeros <= static_cast<NuvSizeT>(form->m) * form->n / Kernels::tile;
+    return form->maxNonzeros <= static_cast<NuvSizeT>(form->m) * form->n / Kernels::kTile;
 }
 
 void PlaceArrays(SparsePricing* x, const StandardForm* form, WorkspaceLayout* layout)

@@ -36,8 +36,8 @@ bool ResizeMatrices(NuvLinearProgramming* lp, NuvSizeT m)
 
 bool IsFinite(NuvFloat32 value)
 {
-    constexpr NuvUint exponent = 0x7F800000;
-    return (std::bit_cast<NuvUint>(value) & exponent) != exponent;
+    constexpr NuvUint kExponent = 0x7F800000;
+    return (std::bit_cast<NuvUint>(value) & kExponent) != kExponent;
 }
 
 /// What is known of the numbers stored so far.
@@ -139,7 +139,7 @@ bool StoreSlackBasis(NuvLinearProgramming* lp)
 bool AreLabelsIn(const NuvMatrix_NuvUint* labels, NuvUint columns)
 {
     for (NuvUint i = 0; i != labels->nc; ++i)
-        if (labels->data[i] == artificialLabel || labels->data[i] > columns)
+        if (labels->data[i] == kArtificialLabel || labels->data[i] > columns)
             return false;
     return true;
 }

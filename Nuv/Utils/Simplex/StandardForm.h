@@ -9,7 +9,7 @@ namespace nuv
 {
 /// The label of the artificial variable of Phase I, whose column is −1 in every row. Those of the
 /// columns of A begin with 1.
-inline constexpr NuvUint artificialLabel = 0;
+inline constexpr NuvUint kArtificialLabel = 0;
 
 /// The matrices are the model's. In an ordinary solve the last m columns of A are the identity, the
 /// slacks', and the last m costs are 0; in a phase that is called by itself they may be anything.
@@ -40,7 +40,7 @@ inline const NuvFloat32* RowOf(const StandardForm* form, NuvSizeT row)
 /// The element of the column of a label.
 inline NuvFloat32 ElementOf(const StandardForm* form, NuvSizeT row, NuvUint label)
 {
-    return label == artificialLabel ? -1.0F : RowOf(form, row)[label - 1];
+    return label == kArtificialLabel ? -1.0F : RowOf(form, row)[label - 1];
 }
 
 /// The label of a row's slack variable.

@@ -34,7 +34,7 @@ bool PlaceLabels(Pricing* pricing, const Iteration* it)
     for (NuvUint j = 0; j != it->numNonbasic; ++j)
     {
         const NuvUint label = it->nonbasic[j];
-        if (label != artificialLabel && !PlaceNonbasic(pricing, label, CostOf(it, label), j))
+        if (label != kArtificialLabel && !PlaceNonbasic(pricing, label, CostOf(it, label), j))
             return false;
     }
     return true;
@@ -102,7 +102,7 @@ bool ComputeValuesAndDirection(StructuredIteration* x, Iteration* it, const Ente
     {
         column = it->enteringColumn;
         const NuvUint label = it->nonbasic[entering->position];
-        if (label != artificialLabel)
+        if (label != kArtificialLabel)
             CopyColumn(&x->pricing, label, column, it->stride);
         else
             for (NuvUint i = 0; i != it->m; ++i)
@@ -126,9 +126,9 @@ void Exchange(Pricing* pricing, Iteration* it, NuvUint position, NuvUint row)
     ExchangeLabels(it, position, row);
     const NuvUint entering = it->basic[row];
     const NuvUint leaving = it->nonbasic[position];
-    if (entering != artificialLabel)
+    if (entering != kArtificialLabel)
         MakeBasic(pricing, entering);
-    NUV_ASSERT(leaving != artificialLabel);
+    NUV_ASSERT(leaving != kArtificialLabel);
     MakeNonbasic(pricing, leaving, CostOf(it, leaving), position);
 }
 

@@ -12,14 +12,14 @@ namespace nuv
 namespace
 {
 
-constexpr double width = 860.0;
-constexpr double left = 84.0;
-constexpr double right = 836.0;
-constexpr double pathTop = 70.0;
-constexpr double pathBottom = 300.0;
-constexpr double barsTop = 372.0;
-constexpr double barHeight = 20.0;
-constexpr std::size_t mostBars = 16;
+constexpr double kWidth = 860.0;
+constexpr double kLeft = 84.0;
+constexpr double kRight = 836.0;
+constexpr double kPathTop = 70.0;
+constexpr double kPathBottom = 300.0;
+constexpr double kBarsTop = 372.0;
+constexpr double kBarHeight = 20.0;
+constexpr std::size_t kMostBars = 16;
 
 struct Bar
 {
@@ -47,8 +47,8 @@ void DrawTicks(Svg& svg, const Span& scale)
     for (double k = std::ceil(scale.low / step); k * step <= scale.high; ++k)
     {
         const double y = scale.At(k * step);
-        svg.Line("grid", {left, y}, {right, y});
-        svg.Text("quiet", {left - 8.0, y + 4.0}, Anchor::End, ShortNumber(k * step));
+        svg.Line("grid", {kLeft, y}, {kRight, y});
+        svg.Text("quiet", {kLeft - 8.0, y + 4.0}, Anchor::End, ShortNumber(k * step));
     }
 }
 
@@ -64,23 +64,23 @@ std::vector<double> ObjectivesOf(const Solution& solution)
 
 void DrawObjectives(Svg& svg, const Solution& solution)
 {
-    svg.Text("name", {left, pathTop - 14.0}, Anchor::Start, "objective against pivots");
+    svg.Text("name", {kLeft, kPathTop - 14.0}, Anchor::Start, "objective against pivots");
     const std::vector<double> objectives = ObjectivesOf(solution);
     if (objectives.empty())
     {
-        svg.Text("quiet", {left, pathTop + 20.0}, Anchor::Start, "no pivot was made");
+        svg.Text("quiet", {kLeft, kPathTop + 20.0}, Anchor::Start, "no pivot was made");
         return;
     }
     const auto [low, high] = std::ranges::minmax(objectives);
-    const Span vertical = {low, high, pathBottom, pathTop};
+    const Span vertical = {low, high, kPathBottom, kPathTop};
     const Span across = {0.0, static_cast<double>(std::max<std::size_t>(objectives.size() - 1, 1)),
-                         left, right};
+                         kLeft, kRight};
     const auto phaseOne = std::ranges::count(solution.path, 1U, &PathStep::phase);
     if (phaseOne != 0)
     {
-        svg.Rectangle("phase", {left, pathTop}, across.At(static_cast<double>(phaseOne)) - left,
-                      pathBottom - pathTop);
-        svg.Text("quiet", {left + 6.0, pathTop + 16.0}, Anchor::Start, "not feasible yet");
+        svg.Rectangle("phase", {kLeft, kPathTop}, across.At(static_cast<double>(phaseOne)) - kLeft,
+                      kPathBottom - kPathTop);
+        svg.Text("quiet", {kLeft + 6.0, kPathTop + 16.0}, Anchor::Start, "not feasible yet");
     }
     DrawTicks(svg, vertical);
     std::vector<Point> points;
@@ -91,9 +91,9 @@ void DrawObjectives(Svg& svg, const Solution& solution)
         for (const Point& point : points)
             svg.Circle("dot", point, 3.0);
     svg.Circle("best", points.back(), 5.0);
-    svg.Line("axis", {left, pathBottom}, {right, pathBottom});
-    svg.Text("quiet", {left, pathBottom + 18.0}, Anchor::Middle, "0");
-    svg.Text("quiet", {right, pathBottom + 18.0}, Anchor::Middle,
+    svg.Line("axis", {kLeft, kPathBottom}, {kRight, kPathBottom});
+    svg.Text("quiet", {kLeft, kPathBottom + 18.0}, Anchor::Middle, "0");
+    svg.Text("quiet", {kRight, kPathBottom + 18.0}, Anchor::Middle,
              std::to_string(objectives.size() - 1));
 }
 
@@ -106,26 +106,26 @@ double SlackOf(const Model& model, const Solution& solution, std::uint32_t i)
 void DrawBars(Svg& svg, std::string_view title, std::string_view style, std::span<const Bar> bars,
               double from, double to)
 {
-    svg.Text("name", {from, barsTop - 14.0}, Anchor::Start, title);
+    svg.Text("name", {from, kBarsTop - 14.0}, Anchor::Start, title);
     double largest = 0.0;
     for (const Bar& bar : bars)
         largest = std::fmax(largest, std::fabs(bar.value));
     const double middle = from + 0.42 * (to - from);
     for (std::size_t k = 0; k < bars.size(); ++k)
     {
-        const double y = barsTop + barHeight * static_cast<double>(k);
+        const double y = kBarsTop + kBarHeight * static_cast<double>(k);
         const double length =
             largest > 0.0 ? (to - middle - 64.0) * std::fabs(bars[k].value) / largest : 0.0;
         std::string name = bars[k].name;
         if (TextWidth(name) > middle - from - 12.0)
             name.replace(16, std::string::npos, "...");
         svg.Text("text", {middle - 8.0, y + 14.0}, Anchor::End, name);
-        svg.Rectangle(style, {middle, y + 3.0}, std::fmax(length, 1.0), barHeight - 7.0);
+        svg.Rectangle(style, {middle, y + 3.0}, std::fmax(length, 1.0), kBarHeight - 7.0);
         svg.Text("quiet", {middle + std::fmax(length, 1.0) + 6.0, y + 14.0}, Anchor::Start,
                  ShortNumber(bars[k].value));
     }
     if (bars.empty())
-        svg.Text("quiet", {from, barsTop + 14.0}, Anchor::Start, "none");
+        svg.Text("quiet", {from, kBarsTop + 14.0}, Anchor::Start, "none");
 }
 
 /// The rows whose number is finite, ordered, cut to what fits.
@@ -137,8 +137,8 @@ std::vector<Bar> ChooseBars(const Model& model, Value&& value, Before&& before)
         if (const double number = value(i); std::isfinite(number))
             bars.push_back({std::string(model.RowName(i)), number});
     std::ranges::stable_sort(bars, before);
-    if (bars.size() > mostBars)
-        bars.resize(mostBars);
+    if (bars.size() > kMostBars)
+        bars.resize(kMostBars);
     return bars;
 }
 
@@ -166,11 +166,11 @@ std::string DrawCharts(const Model& model, const Solution& solution)
     }
     const double rows =
         static_cast<double>(std::max<std::size_t>({slacks.size(), duals.size(), 1}));
-    Svg svg(width, barsTop + barHeight * rows + 24.0, Headline(solution));
-    svg.Text("head", {left - 60.0, 30.0}, Anchor::Start, Headline(solution));
+    Svg svg(kWidth, kBarsTop + kBarHeight * rows + 24.0, Headline(solution));
+    svg.Text("head", {kLeft - 60.0, 30.0}, Anchor::Start, Headline(solution));
     DrawObjectives(svg, solution);
-    DrawBars(svg, "rows with the least slack", "bar", slacks, left - 60.0, 440.0);
-    DrawBars(svg, "largest duals", "bar2", duals, 460.0, right);
+    DrawBars(svg, "rows with the least slack", "bar", slacks, kLeft - 60.0, 440.0);
+    DrawBars(svg, "largest duals", "bar2", duals, 460.0, kRight);
     return svg.Finish();
 }
 

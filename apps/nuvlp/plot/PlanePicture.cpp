@@ -12,12 +12,12 @@ namespace nuv
 namespace
 {
 
-constexpr double width = 760.0;
-constexpr double height = 620.0;
-constexpr double left = 64.0;
-constexpr double right = 736.0;
-constexpr double top = 64.0;
-constexpr double bottom = 560.0;
+constexpr double kWidth = 760.0;
+constexpr double kHeight = 620.0;
+constexpr double kLeft = 64.0;
+constexpr double kRight = 736.0;
+constexpr double kTop = 64.0;
+constexpr double kBottom = 560.0;
 
 struct HalfPlane
 {
@@ -89,8 +89,8 @@ struct Window
 
     [[nodiscard]] Point OnPage(Point p) const
     {
-        return {left + (right - left) * (p.x - low.x) / (high.x - low.x),
-                bottom - (bottom - top) * (p.y - low.y) / (high.y - low.y)};
+        return {kLeft + (kRight - kLeft) * (p.x - low.x) / (high.x - low.x),
+                kBottom - (kBottom - kTop) * (p.y - low.y) / (high.y - low.y)};
     }
     [[nodiscard]] std::vector<Point> Corners() const
     {
@@ -209,7 +209,7 @@ struct Segment
         const Point along = {to.x - from.x, to.y - from.y};
         const double length = std::sqrt(along.x * along.x + along.y * along.y);
         return length == 0.0
-                   ? width
+                   ? kWidth
                    : std::fabs((p.x - from.x) * along.y - (p.y - from.y) * along.x) / length;
     }
 };
@@ -249,8 +249,8 @@ private:
     static Box BoxAt(Point at, std::string_view text)
     {
         const double wide = TextWidth(text);
-        const double x = std::clamp(at.x + 7.0, left + 2.0, std::fmax(left + 2.0, right - wide));
-        const double y = std::clamp(at.y - 6.0, top + 16.0, bottom - 4.0);
+        const double x = std::clamp(at.x + 7.0, kLeft + 2.0, std::fmax(kLeft + 2.0, kRight - wide));
+        const double y = std::clamp(at.y - 6.0, kTop + 16.0, kBottom - 4.0);
         return {{x, y - 14.0}, {x + wide, y + 4.0}};
     }
 
@@ -276,22 +276,22 @@ void DrawAxes(Svg& svg, const Window& window, const Model& model)
     for (double k = std::ceil(window.low.x / stepX); k * stepX <= window.high.x; ++k)
     {
         const double x = window.OnPage({k * stepX, window.low.y}).x;
-        svg.Line("grid", {x, top}, {x, bottom});
-        svg.Text("quiet", {x, bottom + 18.0}, Anchor::Middle, ShortNumber(k * stepX));
+        svg.Line("grid", {x, kTop}, {x, kBottom});
+        svg.Text("quiet", {x, kBottom + 18.0}, Anchor::Middle, ShortNumber(k * stepX));
     }
     for (double k = std::ceil(window.low.y / stepY); k * stepY <= window.high.y; ++k)
     {
         const double y = window.OnPage({window.low.x, k * stepY}).y;
-        svg.Line("grid", {left, y}, {right, y});
-        svg.Text("quiet", {left - 8.0, y + 4.0}, Anchor::End, ShortNumber(k * stepY));
+        svg.Line("grid", {kLeft, y}, {kRight, y});
+        svg.Text("quiet", {kLeft - 8.0, y + 4.0}, Anchor::End, ShortNumber(k * stepY));
     }
     const Point origin = window.OnPage({0.0, 0.0});
-    if (origin.x > left && origin.x < right)
-        svg.Line("axis", {origin.x, top}, {origin.x, bottom});
-    if (origin.y > top && origin.y < bottom)
-        svg.Line("axis", {left, origin.y}, {right, origin.y});
-    svg.Text("name", {right, bottom + 38.0}, Anchor::End, model.VariableName(0));
-    svg.Text("name", {left - 8.0, top - 10.0}, Anchor::Start, model.VariableName(1));
+    if (origin.x > kLeft && origin.x < kRight)
+        svg.Line("axis", {origin.x, kTop}, {origin.x, kBottom});
+    if (origin.y > kTop && origin.y < kBottom)
+        svg.Line("axis", {kLeft, origin.y}, {kRight, origin.y});
+    svg.Text("name", {kRight, kBottom + 38.0}, Anchor::End, model.VariableName(0));
+    svg.Text("name", {kLeft - 8.0, kTop - 10.0}, Anchor::Start, model.VariableName(1));
 }
 
 void DrawObjective(Svg& svg, const Window& window, const Model& model, Point optimum)
@@ -346,8 +346,8 @@ std::string DrawPlane(const Model& model, const Solution& solution)
 {
     const std::vector<HalfPlane> planes = HalfPlanesOf(model);
     const Window window = WindowFor(PlacesOf(planes, solution));
-    Svg svg(width, height, Headline(solution));
-    svg.Text("head", {left, 30.0}, Anchor::Start, Headline(solution));
+    Svg svg(kWidth, kHeight, Headline(solution));
+    svg.Text("head", {kLeft, 30.0}, Anchor::Start, Headline(solution));
     DrawAxes(svg, window, model);
 
     std::vector<Point> region = window.Corners();

@@ -11,7 +11,7 @@ namespace nuv
 namespace
 {
 
-constexpr std::string_view styles = R"(<style>
+constexpr std::string_view kStyles = R"(<style>
 text{font:13px system-ui,-apple-system,"Segoe UI",Helvetica,Arial,sans-serif;fill:#1f2430}
 .page{fill:#ffffff}.head{font-size:16px;font-weight:600}.name{fill:#3d4a66}.quiet{fill:#6b7280;font-size:12px}
 .axis{stroke:#6b7280;stroke-width:1.2;fill:none}.grid{stroke:#e5e7eb;stroke-width:1}
@@ -118,7 +118,7 @@ Svg::Svg(double width, double height, std::string_view title)
     m_text.append(Coordinate(width)).append(" ").append(Coordinate(height)).append("\"");
     m_text.append(Attribute("width", Coordinate(width)));
     m_text.append(Attribute("height", Coordinate(height))).append(" role=\"img\">\n<title>");
-    m_text.append(Escaped(title)).append("</title>\n").append(styles);
+    m_text.append(Escaped(title)).append("</title>\n").append(kStyles);
     Rectangle("page", {0.0, 0.0}, width, height);
 }
 

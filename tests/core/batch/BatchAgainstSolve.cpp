@@ -18,7 +18,7 @@ using namespace reference;
 
 namespace
 {
-constexpr NuvUint pivotLimit = 90;
+constexpr NuvUint kPivotLimit = 90;
 
 struct Labels
 {
@@ -82,7 +82,7 @@ struct Group
         TestAllocator allocator;
         allocator.AcceptLeftBlocks();
         CoreModel model(problem, allocator);
-        const Solution solution = model.SolveMonitored(pivotLimit);
+        const Solution solution = model.SolveMonitored(kPivotLimit);
         const Problem& ordered = model.InRowOrder();
         A.insert(A.end(), ordered.A.begin(), ordered.A.end());
         b.insert(b.end(), ordered.b.begin(), ordered.b.end());
@@ -155,7 +155,7 @@ Answers SolveBy(nuv::BatchWay way, const Group& group, Shape shape)
                                              m,
                                              group.c.data(),
                                              n,
-                                             pivotLimit,
+                                             kPivotLimit,
                                              x.verdicts.data(),
                                              x.objectives.data(),
                                              x.values.data(),
@@ -201,15 +201,15 @@ void CompareGroup(const nuv::BatchWay& way, const Group& group, Shape shape,
     }
 }
 
-constexpr nuv::InstructionSet allSets[] = {nuv::InstructionSet::Plain,
-                                           nuv::InstructionSet::Baseline, nuv::InstructionSet::Avx2,
-                                           nuv::InstructionSet::Avx512};
+constexpr nuv::InstructionSet kAllSets[] = {nuv::InstructionSet::Plain,
+                                            nuv::InstructionSet::Baseline,
+                                            nuv::InstructionSet::Avx2, nuv::InstructionSet::Avx512};
 
 /// Every way that this machine has.
 std::vector<nuv::BatchWay> AllWays()
 {
     std::vector<nuv::BatchWay> ways;
-    for (const nuv::InstructionSet set : allSets)
+    for (const nuv::InstructionSet set : kAllSets)
         if (const nuv::Kernels* const kernels = nuv::KernelsOf(set))
         {
             ways.push_back({kernels, nullptr, nullptr});
@@ -237,13 +237,13 @@ void CompareFamily(Family family, std::initializer_list<Shape> shapes, std::size
                    std::uint64_t seed)
 {
     Random random(seed + static_cast<std::uint64_t>(family));
-    constexpr std::size_t atOnce = 200;
+    constexpr std::size_t kAtOnce = 200;
     const std::size_t count = ShareOf(each);
-    for (std::size_t done = 0; done < count && !testing::Test::HasFailure(); done += atOnce)
+    for (std::size_t done = 0; done < count && !testing::Test::HasFailure(); done += kAtOnce)
     {
         Groups groups;
         for (const Shape shape : shapes)
-            for (std::size_t k = done; k != std::min(done + atOnce, count); ++k)
+            for (std::size_t k = done; k != std::min(done + kAtOnce, count); ++k)
             {
                 const Problem problem = MakeModel(family, shape.rows, shape.columns, random.Next());
                 groups[{static_cast<NuvUint>(problem.rows), static_cast<NuvUint>(problem.columns)}]

@@ -16,16 +16,16 @@ protected:
     /// one holds the node after the one that it denotes.
     Position Place(int n)
     {
-        return KindOfList::Kind::isReverse ? list.Place(count - n) : list.Place(n);
+        return KindOfList::Kind::isReverse ? list.Place(kCount - n) : list.Place(n);
     }
 
     /// The number of the element that `n` steps from the first lead to.
     static int NumberAt(int n)
     {
-        return KindOfList::Kind::isReverse ? count - n : n + 1;
+        return KindOfList::Kind::isReverse ? kCount - n : n + 1;
     }
 
-    static constexpr int count = 5;
+    static constexpr int kCount = 5;
     TestAllocator allocator;
     HeldList<List> list{allocator, {1, 2, 3, 4, 5}};
 };
@@ -39,7 +39,7 @@ TYPED_TEST(ListIterator, TheWalkVisitsTheElementsInTheOrderOfItsKind)
     using Kind = typename TypeParam::Kind;
     using L = typename TypeParam::Container;
     auto position = this->Place(0);
-    const auto end = this->Place(this->count);
+    const auto end = this->Place(this->kCount);
     if (Kind::isReverse)
     {
         EXPECT_EQ(position, L::RBegin(this->list));
@@ -52,7 +52,7 @@ TYPED_TEST(ListIterator, TheWalkVisitsTheElementsInTheOrderOfItsKind)
         EXPECT_EQ(end, L::End(this->list));
         EXPECT_EQ(Kind::ContentOf(&position), L::Front(this->list));
     }
-    for (int n = 0; n < this->count; ++n)
+    for (int n = 0; n < this->kCount; ++n)
     {
         EXPECT_EQ(Kind::Equal(&position, &end), 0);
         EXPECT_EQ(NumberOf(*Kind::ContentOf(&position)), this->NumberAt(n));
@@ -61,7 +61,7 @@ TYPED_TEST(ListIterator, TheWalkVisitsTheElementsInTheOrderOfItsKind)
         EXPECT_EQ(position, this->Place(n + 1));
     }
     EXPECT_EQ(Kind::Equal(&position, &end), 1);
-    for (int n = this->count; n > 0; --n)
+    for (int n = this->kCount; n > 0; --n)
     {
         Kind::Decrement(&position);
         EXPECT_EQ(position, this->Place(n - 1));
@@ -86,8 +86,8 @@ TYPED_TEST(ListIterator, IsExceptionalExactlyForNull)
 TYPED_TEST(ListIterator, LessOrdersAddressesAndNotPlaces)
 {
     using Kind = typename TypeParam::Kind;
-    for (int from = 0; from <= this->count; ++from)
-        for (int to = 0; to <= this->count; ++to)
+    for (int from = 0; from <= this->kCount; ++from)
+        for (int to = 0; to <= this->kCount; ++to)
         {
             const auto first = this->Place(from);
             const auto second = this->Place(to);

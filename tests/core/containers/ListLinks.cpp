@@ -91,10 +91,10 @@ TYPED_TEST(ListLinks, SpliceIntoAnEmptyListAndFromAListThatIsEmptyThen)
 TYPED_TEST(ListLinks, SpliceWithinOneListRotates)
 {
     using L = TypeParam;
-    constexpr int size = 4;
-    for (int first = 0; first <= size; ++first)
-        for (int last = first; last <= size; ++last)
-            for (int place = 0; place <= size; ++place)
+    constexpr int kSize = 4;
+    for (int first = 0; first <= kSize; ++first)
+        for (int last = first; last <= kSize; ++last)
+            for (int place = 0; place <= kSize; ++place)
             {
                 if (place > first && place < last)
                     continue;
@@ -116,9 +116,9 @@ TYPED_TEST(ListLinks, SpliceWithinOneListRotates)
 TYPED_TEST(ListLinks, SpliceOneMovesEachNodeToEachPlace)
 {
     using L = TypeParam;
-    constexpr int size = 4;
-    for (int from = 0; from < size; ++from)
-        for (int place = 0; place <= size; ++place)
+    constexpr int kSize = 4;
+    for (int from = 0; from < kSize; ++from)
+        for (int place = 0; place <= kSize; ++place)
         {
             HeldList<L> list(this->allocator, {1, 2, 3, 4});
             HeldList<L> other(this->allocator, {5, 6, 7, 8});

@@ -59,7 +59,7 @@ TYPED_TEST(Pair, ConstructWithARefusedCopyAnswersNullAndLeavesNothingToDestroy)
             }
             EXPECT_EQ(allocator.LiveBlocks(), blocks);
         };
-        if (Numbered<typename P::Element>::takesBlocks)
+        if (Numbered<typename P::Element>::kTakesBlocks)
         {
             ForEachRefusedAllocation(body);
         }

@@ -31,7 +31,7 @@ TYPED_TEST(Unordered, ABucketCountOfZeroIsTwoAndGrowsToThreeSevenSeventeen)
 TYPED_TEST(Unordered, InsertOfAPresentKeyReturnsItsEntryAndFalse)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2, 3});
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3});
     const auto present = map.Find(2);
     const std::size_t requests = this->nodes.Requests();
     const Entry<M> other(2, 9);
@@ -47,7 +47,7 @@ TYPED_TEST(Unordered, InsertOfAPresentKeyReturnsItsEntryAndFalse)
 TYPED_TEST(Unordered, EveryBucketsRunIsContiguousAfterInsertionsAndErasures)
 {
     using M = TypeParam;
-    for (const auto hash : {ownHash<M>, &ConstantHash<typename M::Key>,
+    for (const auto hash : {kOwnHash<M>, &ConstantHash<typename M::Key>,
                             &NumberHash<typename M::Key>, &WideHash<typename M::Key>})
     {
         HeldMap<M> map(this->nodes, this->buckets, hash);
@@ -71,7 +71,7 @@ TYPED_TEST(Unordered, EveryBucketsRunIsContiguousAfterInsertionsAndErasures)
 TYPED_TEST(Unordered, StatisticsOfOneEntryInTwoBucketsAreZeroAndOne)
 {
     using M = TypeParam;
-    const HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1});
+    const HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1});
     ASSERT_EQ(M::BucketCount(map), 2u);
     typename M::Statistics statistics;
     M::GetStatistics(map, &statistics);
@@ -82,7 +82,7 @@ TYPED_TEST(Unordered, StatisticsOfOneEntryInTwoBucketsAreZeroAndOne)
 TYPED_TEST(Unordered, EraseRangeOfNothingReturnsItsPosition)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2, 3});
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3});
     const Entries before = *map;
     for (const auto position : {M::Begin(map), map.Find(2), M::End(map)})
     {
@@ -97,9 +97,9 @@ TYPED_TEST(Unordered, SwapOfMapsOnDifferentAllocatorsReturnsFalseAndLeavesBoth)
     TestAllocator elsewhere;
     for (const bool haveOtherNodes : {false, true})
     {
-        HeldMap<M> x(this->nodes, this->buckets, ownHash<M>, {1, 2, 3});
+        HeldMap<M> x(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3});
         HeldMap<M> y(haveOtherNodes ? elsewhere : this->nodes,
-                     haveOtherNodes ? this->buckets : elsewhere, ownHash<M>, {4});
+                     haveOtherNodes ? this->buckets : elsewhere, kOwnHash<M>, {4});
         const Entries entriesOfX = *x;
         EXPECT_EQ(M::Swap(x, y), 0);
         EXPECT_EQ(M::Swap(y, x), 0);
@@ -128,14 +128,14 @@ TYPED_TEST(Unordered, ConstructTakesTheSmallestAllowedBucketCount)
     for (const auto& [request, count] : requested)
     {
         typename M::Container map;
-        ASSERT_EQ(M::Construct(&map, ownHash<M>, request, this->buckets, this->nodes), &map);
+        ASSERT_EQ(M::Construct(&map, kOwnHash<M>, request, this->buckets, this->nodes), &map);
         EXPECT_EQ(M::BucketCount(&map), count);
         EXPECT_EQ(this->buckets.LiveSizes(),
                   (TestAllocator::Sizes{count * sizeof(typename M::Bucket)}));
         EXPECT_EQ(M::Size(&map), 0u);
         EXPECT_EQ(M::Empty(&map), 1);
         EXPECT_EQ(M::Begin(&map), M::End(&map));
-        EXPECT_EQ(M::HashFunction(&map), ownHash<M>);
+        EXPECT_EQ(M::HashFunction(&map), kOwnHash<M>);
         EXPECT_EQ(M::GetBucketAllocator(&map), this->buckets.operator NuvAllocator*());
         EXPECT_EQ(M::GetNodeAllocator(&map), this->nodes.operator NuvAllocator*());
         Soundness<M>(map, this->nodes, this->buckets);
@@ -156,14 +156,14 @@ TYPED_TEST(Unordered, BucketCountsFollowTheWholeTable)
         EXPECT_EQ(M::Resize(map, n), 0);
         EXPECT_EQ(this->buckets.LastRequest(), count * sizeof(typename M::Bucket)) << n;
         typename M::Container other;
-        EXPECT_EQ(M::Construct(&other, ownHash<M>, n, this->buckets, this->nodes), nullptr);
+        EXPECT_EQ(M::Construct(&other, kOwnHash<M>, n, this->buckets, this->nodes), nullptr);
         EXPECT_EQ(this->buckets.LastRequest(), count * sizeof(typename M::Bucket)) << n;
         this->buckets.RefuseNothing();
     };
-    for (std::size_t i = 1; i < std::size(allowedBucketCounts); ++i)
+    for (std::size_t i = 1; i < std::size(kAllowedBucketCounts); ++i)
     {
-        expectAskedFor(allowedBucketCounts[i - 1] + 1, allowedBucketCounts[i]);
-        expectAskedFor(allowedBucketCounts[i], allowedBucketCounts[i]);
+        expectAskedFor(kAllowedBucketCounts[i - 1] + 1, kAllowedBucketCounts[i]);
+        expectAskedFor(kAllowedBucketCounts[i], kAllowedBucketCounts[i]);
     }
     EXPECT_EQ(M::BucketCount(map), 2u);
 }
@@ -171,13 +171,13 @@ TYPED_TEST(Unordered, BucketCountsFollowTheWholeTable)
 TYPED_TEST(Unordered, MoreBucketsThanTheTableHasAreRefusedWithoutARequest)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2});
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2});
     const std::size_t requests = this->buckets.Requests();
     for (const NuvSizeT n : {NuvSizeT{4294967292}, NuvSizeT{1} << 40, UINT64_MAX})
     {
         EXPECT_EQ(M::Resize(map, n), 0);
         typename M::Container other;
-        EXPECT_EQ(M::Construct(&other, ownHash<M>, n, this->buckets, this->nodes), nullptr);
+        EXPECT_EQ(M::Construct(&other, kOwnHash<M>, n, this->buckets, this->nodes), nullptr);
     }
     EXPECT_EQ(this->buckets.Requests(), requests);
     EXPECT_EQ(*map, Plain({1, 2}));
@@ -187,7 +187,7 @@ TYPED_TEST(Unordered, DestructGivesNodesAndBucketsBackWhereTheyCameFrom)
 {
     using M = TypeParam;
     {
-        const HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2, 3, 4});
+        const HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3, 4});
         EXPECT_GE(this->nodes.LiveBlocks(), 4u);
         EXPECT_EQ(this->buckets.LiveBlocks(), 1u);
     }
@@ -201,7 +201,7 @@ TYPED_TEST(Unordered, DestructGivesNodesAndBucketsBackWhereTheyCameFrom)
 TYPED_TEST(Unordered, PositionsAreThoseOfTheList)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2, 3});
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3});
     EXPECT_EQ(M::Begin(map), map.map.l.node.next.b);
     EXPECT_EQ(M::BeginConst(map), map.map.l.node.next.b);
     EXPECT_EQ(M::End(map), &map.map.l.node);
@@ -214,7 +214,7 @@ TYPED_TEST(Unordered, PositionsAreThoseOfTheList)
 TYPED_TEST(Unordered, DumpChangesNothing)
 {
     using M = TypeParam;
-    const HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2, 3});
+    const HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3});
     const Entries before = *map;
     M::Dump(map, "map", 4);
     EXPECT_EQ(*map, before);
@@ -224,7 +224,7 @@ TYPED_TEST(Unordered, DumpChangesNothing)
 TYPED_TEST(Unordered, LookupsFindWhatIsThereAndTheEndForTheRest)
 {
     using M = TypeParam;
-    for (const auto hash : {ownHash<M>, &ConstantHash<typename M::Key>})
+    for (const auto hash : {kOwnHash<M>, &ConstantHash<typename M::Key>})
     {
         HeldMap<M> map(this->nodes, this->buckets, hash, {1, 3, 5, 7, 9});
         const auto end = M::End(map);

@@ -51,7 +51,7 @@ public:
         if (n <= bucketCount)
             return;
         bucketCount =
-            *std::lower_bound(std::begin(allowedBucketCounts), std::end(allowedBucketCounts), n);
+            *std::lower_bound(std::begin(kAllowedBucketCounts), std::end(kAllowedBucketCounts), n);
         std::vector<Item> former;
         former.swap(items);
         for (std::size_t first = 0; first != former.size();)
@@ -139,7 +139,7 @@ public:
     /// One random step, of which most are insertions and erasures of one entry.
     void Step()
     {
-        const int key = Below(keys);
+        const int key = Below(kKeys);
         const int value = Below(100);
         const int choice = Below(20);
         if (choice < 6)
@@ -183,11 +183,11 @@ public:
         typename M::Statistics statistics;
         M::GetStatistics(map, &statistics);
         EXPECT_EQ(std::make_pair(statistics.loadingMin, statistics.loadingMax), reference.Loads());
-        CompareLookups(Below(keys));
+        CompareLookups(Below(kKeys));
     }
 
 private:
-    static constexpr int keys = 40;
+    static constexpr int kKeys = 40;
 
     int Below(int n)
     {
@@ -333,11 +333,11 @@ protected:
     void Run(typename Instantiation::HashFunctionType hash, NuvUint firstSeed)
     {
         const NuvUint runs = ShareOf(8U);
-        constexpr int steps = 400;
+        constexpr int kSteps = 400;
         for (NuvUint seed = firstSeed; seed != firstSeed + runs; ++seed)
         {
             Pairing<Instantiation> pairing(this->nodes, this->buckets, hash, seed);
-            for (int step = 0; step != steps; ++step)
+            for (int step = 0; step != kSteps; ++step)
             {
                 SCOPED_TRACE(::testing::Message() << "seed " << seed << ", step " << step);
                 pairing.Step();
@@ -353,7 +353,7 @@ TYPED_TEST_SUITE(UnorderedAgainstReference, MapTypes);
 
 TYPED_TEST(UnorderedAgainstReference, WithTheMapsOwnHash)
 {
-    this->Run(ownHash<TypeParam>, 100);
+    this->Run(kOwnHash<TypeParam>, 100);
 }
 
 TYPED_TEST(UnorderedAgainstReference, WithAHashThatTellsTheBucket)

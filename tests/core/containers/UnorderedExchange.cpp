@@ -19,7 +19,7 @@ TYPED_TEST(UnorderedExchange, ACopyHasTheOrderTheBucketsTheHashAndTheAllocatorsO
 {
     using M = TypeParam;
     for (const auto hash :
-         {ownHash<M>, &ConstantHash<typename M::Key>, &NumberHash<typename M::Key>})
+         {kOwnHash<M>, &ConstantHash<typename M::Key>, &NumberHash<typename M::Key>})
     {
         HeldMap<M> source(this->nodes, this->buckets, hash, {5, 1, 22, 8, 15, 2, 0});
         M::InsertDuplicate(source, Entry<M>(8, 30, this->nodes));
@@ -61,7 +61,7 @@ TYPED_TEST(UnorderedExchange, ACopyOfAnEmptyMapIsEmpty)
 TYPED_TEST(UnorderedExchange, AssignToItselfChangesNothing)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2, 3});
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3});
     const Entries before = *map;
     const std::size_t requests = this->nodes.Requests();
     EXPECT_EQ(M::Assign(map, map), &map.map);
@@ -80,7 +80,7 @@ TYPED_TEST(UnorderedExchange, AssignKeepsItsAllocatorsAndTakesAllElse)
         for (const auto& to : contents)
         {
             HeldMap<M> source(this->otherNodes, this->otherBuckets, hash, from);
-            HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, to);
+            HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, to);
             EXPECT_EQ(M::Assign(map, source), &map.map);
             EXPECT_EQ(*map, *source);
             EXPECT_EQ(M::BucketCount(map), M::BucketCount(source));
@@ -106,7 +106,7 @@ TYPED_TEST(UnorderedExchange, SwapExchangesEntriesBucketsAndHashWhicheverIsEmpty
     for (const auto& first : contents)
         for (const auto& second : contents)
         {
-            HeldMap<M> x(this->nodes, this->buckets, ownHash<M>, first);
+            HeldMap<M> x(this->nodes, this->buckets, kOwnHash<M>, first);
             HeldMap<M> y(this->nodes, this->buckets, hash, second);
             const Entries entriesOfX = *x;
             const Entries entriesOfY = *y;
@@ -120,7 +120,7 @@ TYPED_TEST(UnorderedExchange, SwapExchangesEntriesBucketsAndHashWhicheverIsEmpty
             EXPECT_EQ(M::BucketCount(x), bucketsOfY);
             EXPECT_EQ(M::BucketCount(y), bucketsOfX);
             EXPECT_EQ(M::HashFunction(x), typename M::HashFunctionType(hash));
-            EXPECT_EQ(M::HashFunction(y), ownHash<M>);
+            EXPECT_EQ(M::HashFunction(y), kOwnHash<M>);
             EXPECT_EQ(M::Begin(y), firstOfX);
             EXPECT_EQ(this->nodes.Requests() + this->buckets.Requests(), requests);
             x.ExpectSound();
@@ -131,7 +131,7 @@ TYPED_TEST(UnorderedExchange, SwapExchangesEntriesBucketsAndHashWhicheverIsEmpty
 TYPED_TEST(UnorderedExchange, SwapWithItselfChangesNothing)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2, 3});
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3});
     const Entries before = *map;
     EXPECT_EQ(M::Swap(map, map), 1);
     EXPECT_EQ(*map, before);

@@ -144,7 +144,7 @@ TYPED_TEST(UnorderedOrder, GrowthKeepsEqualKeysTogetherAndInOrder)
 TYPED_TEST(UnorderedOrder, ARangeOfEqualKeysMayEndAtTheEnd)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>);
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>);
     for (const int value : {1, 2, 3})
         M::InsertDuplicate(map, Entry<M>(5, value));
     EXPECT_EQ(*map, (Entries{{5, 3}, {5, 2}, {5, 1}}));
@@ -225,7 +225,7 @@ TYPED_TEST(UnorderedOrder, EraseKeyTakesAnEntrysOwnKey)
     using M = TypeParam;
     for (int own = 0; own < 3; ++own)
     {
-        HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 3});
+        HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 3});
         for (const int value : {10, 20, 30})
             M::InsertDuplicate(map, Entry<M>(2, value));
         auto position = map.Find(2);
@@ -241,7 +241,7 @@ TYPED_TEST(UnorderedOrder, EraseKeyTakesAnEntrysOwnKey)
 TYPED_TEST(UnorderedOrder, InsertTakesAnEntryOfTheMapItself)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2});
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2});
     const auto first = map.Find(1);
     const auto result = M::Insert(map, M::List::ForwardKind::ContentOf(&first));
     EXPECT_EQ(result.first, first);
@@ -255,7 +255,7 @@ TYPED_TEST(UnorderedOrder, InsertTakesAnEntryOfTheMapItself)
 TYPED_TEST(UnorderedOrder, ClearKeepsTheBuckets)
 {
     using M = TypeParam;
-    HeldMap<M> map(this->nodes, this->buckets, ownHash<M>, {1, 2, 3, 4});
+    HeldMap<M> map(this->nodes, this->buckets, kOwnHash<M>, {1, 2, 3, 4});
     const auto* const table = map.map.v.begin;
     const std::size_t requests = this->buckets.Requests();
     for (int round = 0; round < 2; ++round)

@@ -21,7 +21,7 @@ template <class M>
 std::unique_ptr<HeldMap<M>> Made(TestAllocator& allocator, std::initializer_list<int> numbers)
 {
     const auto spared = allocator.Spare();
-    return std::make_unique<HeldMap<M>>(allocator, allocator, ownHash<M>, numbers);
+    return std::make_unique<HeldMap<M>>(allocator, allocator, kOwnHash<M>, numbers);
 }
 
 template <class M>
@@ -52,7 +52,7 @@ TYPED_TEST(UnorderedRefused, ConstructAnswersNullAndHoldsNothing)
         [](TestAllocator& allocator)
         {
             typename M::Container map;
-            const auto* const result = M::Construct(&map, ownHash<M>, 5, allocator, allocator);
+            const auto* const result = M::Construct(&map, kOwnHash<M>, 5, allocator, allocator);
             EXPECT_EQ(result, allocator.Refusals() == 0 ? &map : nullptr);
             if (!result)
             {
@@ -136,7 +136,7 @@ TYPED_TEST(UnorderedRefused, ARefusedNodeLeavesTheEntriesAsTheyWere)
     using M = TypeParam;
     TestAllocator nodes;
     TestAllocator buckets;
-    HeldMap<M> map(nodes, buckets, ownHash<M>, {1, 2, 3, 4});
+    HeldMap<M> map(nodes, buckets, kOwnHash<M>, {1, 2, 3, 4});
     const Entries before = *map;
     nodes.RefuseFrom(1);
     const auto result = M::Insert(map, Entry<M>(5, 5));
@@ -184,7 +184,7 @@ TEST(UnorderedByNameRefused, SeveralEntriesWithoutTheirNamesStayTogetherThroughG
     using M = VariableMap;
     TestAllocator nodes;
     TestAllocator buckets;
-    HeldMap<M> map(nodes, buckets, ownHash<M>);
+    HeldMap<M> map(nodes, buckets, kOwnHash<M>);
     for (int number = 1; number <= 40; ++number)
     {
         const Entry<M> entry(number, number, nodes);
@@ -214,7 +214,7 @@ TYPED_TEST(UnorderedRefused, ConstructCopyOfARefusedNodeAnswersNullAndHoldsNothi
             const auto source = [&]
             {
                 const auto spared = allocator.Spare();
-                auto map = std::make_unique<HeldMap<M>>(allocator, buckets, ownHash<M>);
+                auto map = std::make_unique<HeldMap<M>>(allocator, buckets, kOwnHash<M>);
                 // The names lie elsewhere: only nodes are asked for.
                 for (const int number : {1, 2, 3, 4})
                     M::Insert(*map, Entry<M>(number, number));
@@ -241,7 +241,7 @@ TYPED_TEST(UnorderedRefused, ConstructCopyOfARefusedTableAnswersNullAndLeavesIts
     using M = TypeParam;
     TestAllocator nodes;
     TestAllocator buckets;
-    HeldMap<M> source(nodes, buckets, ownHash<M>, {1, 2, 3, 4});
+    HeldMap<M> source(nodes, buckets, kOwnHash<M>, {1, 2, 3, 4});
     const std::size_t blocks = nodes.LiveBlocks();
     buckets.RefuseFrom(1);
     typename M::Container copy;
@@ -289,7 +289,7 @@ TEST(UnorderedByNameRefused, EntriesThatLostTheirKeysComeTogetherInACopy)
     using M = VariableMap;
     TestAllocator names;
     TestAllocator nodes;
-    HeldMap<M> source(nodes, nodes, ownHash<M>);
+    HeldMap<M> source(nodes, nodes, kOwnHash<M>);
     for (int number = 1; number <= 12; ++number)
         M::Insert(source, Entry<M>(number, number, number % 3 == 1 ? names : Heap()));
     names.RefuseFrom(1);
@@ -370,8 +370,8 @@ struct Assignment
     TestAllocator nodes;
     TestAllocator buckets;
     TestAllocator elsewhere;
-    HeldMap<M> map{nodes, buckets, ownHash<M>, {1}};
-    HeldMap<M> source{elsewhere, elsewhere, ownHash<M>, {1, 2, 3, 4}};
+    HeldMap<M> map{nodes, buckets, kOwnHash<M>, {1}};
+    HeldMap<M> source{elsewhere, elsewhere, kOwnHash<M>, {1, 2, 3, 4}};
 };
 
 TYPED_TEST(UnorderedRefused, AssignAnswersNullForARefusedNode)
@@ -392,8 +392,8 @@ TEST(UnorderedByNameRefused, WithoutATableNotEvenTheEmptyNameIsFound)
     using M = VariableMap;
     TestAllocator nodes;
     TestAllocator buckets;
-    HeldMap<M> map(nodes, buckets, ownHash<M>);
-    const HeldMap<M> source(nodes, nodes, ownHash<M>, {1, 2, 3, 4});
+    HeldMap<M> map(nodes, buckets, kOwnHash<M>);
+    const HeldMap<M> source(nodes, nodes, kOwnHash<M>, {1, 2, 3, 4});
     buckets.RefuseFrom(1);
     ASSERT_EQ(M::Assign(map, source), nullptr);
     ASSERT_EQ(M::BucketCount(map), 0u);
@@ -407,7 +407,7 @@ TYPED_TEST(UnorderedRefused, AMapWithoutATableAnswersAsAnEmptyOneAndCanBeEmptied
     using M = TypeParam;
     Assignment<M> assignment;
     auto& [nodes, buckets, elsewhere, map, source] = assignment;
-    HeldMap<M> other(nodes, buckets, ownHash<M>, {7});
+    HeldMap<M> other(nodes, buckets, kOwnHash<M>, {7});
     buckets.RefuseFrom(1);
     ASSERT_EQ(M::Assign(map, source), nullptr);
     ASSERT_EQ(M::BucketCount(map), 0u);

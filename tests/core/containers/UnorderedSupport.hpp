@@ -19,7 +19,7 @@
 using Entries = std::vector<std::pair<int, int>>;
 
 /// The numbers of buckets that a map may have.
-inline constexpr NuvSizeT allowedBucketCounts[] = {
+inline constexpr NuvSizeT kAllowedBucketCounts[] = {
     2,        3,        7,         17,        31,        61,         127,        257,
     509,      1021,     2053,      4093,      8191,      16381,      32771,      65537,
     131071,   262147,   524287,    1048573,   2097143,   4194301,    8388617,    16777213,
@@ -36,7 +36,7 @@ template <>
 inline constexpr NuvSizeT (*hashOf<NuvUint>)(const NuvUint*) = NuvConstraintIdHash;
 
 template <class M>
-inline constexpr typename M::HashFunctionType ownHash = hashOf<typename M::Key>;
+inline constexpr typename M::HashFunctionType kOwnHash = hashOf<typename M::Key>;
 
 /// All keys meet in one bucket.
 template <class Key>
@@ -121,7 +121,7 @@ public:
         {
             EXPECT_EQ(buckets.SizeOf(x.v.begin),
                       static_cast<NuvSizeT>(x.v.endBuf - x.v.begin) * sizeof(Bucket));
-            EXPECT_TRUE(std::count(std::begin(allowedBucketCounts), std::end(allowedBucketCounts),
+            EXPECT_TRUE(std::count(std::begin(kAllowedBucketCounts), std::end(kAllowedBucketCounts),
                                    M::BucketCount(&x)));
         }
         NuvSizeT sum = 0;
@@ -205,7 +205,7 @@ public:
     using Hash = typename M::HashFunctionType;
 
     HeldMap(TestAllocator& allocatorOfNodes, TestAllocator& allocatorOfBuckets,
-            Hash hash = ownHash<M>, std::initializer_list<int> numbers = {})
+            Hash hash = kOwnHash<M>, std::initializer_list<int> numbers = {})
         : nodes(allocatorOfNodes), buckets(allocatorOfBuckets)
     {
         EXPECT_EQ(M::Construct(&map, hash, 0, buckets, nodes), &map);

@@ -269,11 +269,11 @@ TYPED_TEST(Vector, ResizeReservesTheOldAndTheNewSizeTogether)
 TYPED_TEST(Vector, CountsWhoseBytesDoNotFitInSixtyFourBitsAreRefusedWithoutARequest)
 {
     using V = TypeParam;
-    constexpr NuvSizeT huge = UINT64_MAX;
+    constexpr NuvSizeT kHuge = UINT64_MAX;
     const ElementOf<V> element(9);
     HeldVector<V> vector(this->allocator, {1, 2});
     const std::size_t requests = this->allocator.Requests();
-    for (const NuvSizeT count : {huge, huge - 1, huge / sizeof(typename V::Element) + 1})
+    for (const NuvSizeT count : {kHuge, kHuge - 1, kHuge / sizeof(typename V::Element) + 1})
     {
         EXPECT_EQ(V::Reserve(vector, count), 0);
         EXPECT_EQ(V::Resize(vector, count, element), 0);

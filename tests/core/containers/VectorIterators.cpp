@@ -22,10 +22,10 @@ protected:
     /// The number of the element that `n` steps from the first lead to.
     static int NumberAt(int n)
     {
-        return KindOfVector::Kind::isReverse ? count - n : n + 1;
+        return KindOfVector::Kind::isReverse ? kCount - n : n + 1;
     }
 
-    static constexpr int count = 5;
+    static constexpr int kCount = 5;
     TestAllocator allocator;
     HeldVector<Vector> vector{allocator, {1, 2, 3, 4, 5}};
 };
@@ -49,7 +49,7 @@ TYPED_TEST(VectorIterator, TheWalkVisitsTheElementsInTheOrderOfItsKind)
     using Kind = typename TypeParam::Kind;
     using V = typename TypeParam::Container;
     auto position = this->Place(0);
-    const auto end = this->Place(this->count);
+    const auto end = this->Place(this->kCount);
     if (Kind::isReverse)
     {
         EXPECT_EQ(position, V::RBegin(this->vector));
@@ -57,7 +57,7 @@ TYPED_TEST(VectorIterator, TheWalkVisitsTheElementsInTheOrderOfItsKind)
         EXPECT_EQ(end, V::REnd(this->vector));
         EXPECT_EQ(Kind::ContentOf(&position), V::Back(this->vector));
     }
-    for (int n = 0; n < this->count; ++n)
+    for (int n = 0; n < this->kCount; ++n)
     {
         EXPECT_EQ(Kind::Equal(&position, &end), 0);
         EXPECT_EQ(NumberOf(*Kind::ContentOf(&position)), this->NumberAt(n));
@@ -66,7 +66,7 @@ TYPED_TEST(VectorIterator, TheWalkVisitsTheElementsInTheOrderOfItsKind)
         EXPECT_EQ(position, this->Place(n + 1));
     }
     EXPECT_EQ(Kind::Equal(&position, &end), 1);
-    for (int n = this->count; n > 0; --n)
+    for (int n = this->kCount; n > 0; --n)
     {
         Kind::Decrement(&position);
         EXPECT_EQ(position, this->Place(n - 1));
@@ -79,8 +79,8 @@ TYPED_TEST(VectorIterator, StepsOfAnyLengthCountInTheDirectionOfTheWalk)
 {
     using Kind = typename TypeParam::Kind;
     using Distance = typename Kind::DifferenceType;
-    for (Distance from = 0; from <= this->count; ++from)
-        for (Distance to = 0; to <= this->count; ++to)
+    for (Distance from = 0; from <= this->kCount; ++from)
+        for (Distance to = 0; to <= this->kCount; ++to)
         {
             const auto first = this->Place(from);
             const auto second = this->Place(to);
@@ -94,7 +94,7 @@ TYPED_TEST(VectorIterator, StepsOfAnyLengthCountInTheDirectionOfTheWalk)
             EXPECT_EQ(position, second);
             Kind::DecrementN(&position, step);
             EXPECT_EQ(position, first);
-            if (to == this->count)
+            if (to == this->kCount)
                 continue;
             EXPECT_EQ(NumberOf(*Kind::At(&first, step)), this->NumberAt(static_cast<int>(to)));
         }

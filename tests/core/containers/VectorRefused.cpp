@@ -68,7 +68,7 @@ template <class V, class Operation>
 void ExpectAllOrNothingWithAndWithoutRoom(const Numbers& after, Operation operation)
 {
     ExpectAllOrNothing<V>(3, after, operation);
-    if (Numbered<typename V::Element>::takesBlocks)
+    if (Numbered<typename V::Element>::kTakesBlocks)
         ExpectAllOrNothing<V>(8, after, operation);
 }
 
@@ -82,14 +82,14 @@ TYPED_TEST(VectorRefused, ReserveFailsUnchanged)
 TYPED_TEST(VectorRefused, OnlyASizeThatIsANumberOfBytesIsAskedFor)
 {
     using V = TypeParam;
-    constexpr NuvSizeT elementSize = sizeof(typename V::Element);
+    constexpr NuvSizeT kElementSize = sizeof(typename V::Element);
     TestAllocator allocator;
     HeldVector<V> vector(allocator);
     allocator.RefuseFrom(1);
-    EXPECT_EQ(V::Reserve(vector, UINT64_MAX / elementSize), 0);
+    EXPECT_EQ(V::Reserve(vector, UINT64_MAX / kElementSize), 0);
     EXPECT_EQ(allocator.Requests(), 1u);
-    EXPECT_EQ(allocator.LastRequest(), UINT64_MAX / elementSize * elementSize);
-    EXPECT_EQ(V::Reserve(vector, UINT64_MAX / elementSize + 1), 0);
+    EXPECT_EQ(allocator.LastRequest(), UINT64_MAX / kElementSize * kElementSize);
+    EXPECT_EQ(V::Reserve(vector, UINT64_MAX / kElementSize + 1), 0);
     EXPECT_EQ(V::Reserve(vector, UINT64_MAX), 0);
     EXPECT_EQ(allocator.Requests(), 1u);
 }
@@ -164,7 +164,7 @@ TYPED_TEST(VectorRefused, ResizeFailsWithTheSameElements)
     using V = TypeParam;
     for (const NuvSizeT capacity : {3u, 8u})
     {
-        if (capacity == 8 && !Numbered<typename V::Element>::takesBlocks)
+        if (capacity == 8 && !Numbered<typename V::Element>::kTakesBlocks)
             continue;
         ForEachRefusedAllocation(
             [&](TestAllocator& allocator)

@@ -77,7 +77,7 @@ private:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Sets, KernelColumnsAgainstPlainLoops, testing::ValuesIn(allSets));
+INSTANTIATE_TEST_SUITE_P(Sets, KernelColumnsAgainstPlainLoops, testing::ValuesIn(kAllSets));
 
 struct ProductKind
 {
@@ -134,7 +134,7 @@ Floats UnitsOf(const ColumnData& data, Floats x, std::size_t length)
 
 void MultiplyBy(const Kernels* kernels, const ProductKind& kind, ColumnData* data)
 {
-    const std::size_t length = (data->m + Kernels::tile - 1) / Kernels::tile * Kernels::tile;
+    const std::size_t length = (data->m + Kernels::kTile - 1) / Kernels::kTile * Kernels::kTile;
     std::vector<float*> starts;
     for (Floats& column : data->columns)
     {

@@ -17,8 +17,8 @@ using reference::Random;
 
 using Floats = std::vector<float>;
 
-inline constexpr InstructionSet allSets[] = {InstructionSet::Plain, InstructionSet::Baseline,
-                                             InstructionSet::Avx2, InstructionSet::Avx512};
+inline constexpr InstructionSet kAllSets[] = {InstructionSet::Plain, InstructionSet::Baseline,
+                                              InstructionSet::Avx2, InstructionSet::Avx512};
 
 class KernelTest : public testing::TestWithParam<InstructionSet>
 {
@@ -49,7 +49,7 @@ protected:
     /// A length in whole tiles, up to so many.
     std::size_t Tiles(std::uint32_t most)
     {
-        return Kernels::tile * (1 + random.Below(most));
+        return Kernels::kTile * (1 + random.Below(most));
     }
 
     Random random{0x1A4E5};

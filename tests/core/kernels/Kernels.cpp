@@ -10,7 +10,7 @@ namespace
 {
 using KernelsAgainstPlainLoops = KernelTest;
 
-INSTANTIATE_TEST_SUITE_P(Sets, KernelsAgainstPlainLoops, testing::ValuesIn(allSets));
+INSTANTIATE_TEST_SUITE_P(Sets, KernelsAgainstPlainLoops, testing::ValuesIn(kAllSets));
 
 // Tests of numbers, and choices
 // -----------------------------------------------------------------------
@@ -168,7 +168,7 @@ TEST(KernelsOfTheMachine, AreTheLastOfThoseThatItHas)
     EXPECT_EQ(nuv::KernelsOf(InstructionSet::Plain), nuv::PlainKernels());
     EXPECT_NE(nuv::PlainKernels(), nullptr);
     const Kernels* widest = nullptr;
-    for (const InstructionSet set : allSets)
+    for (const InstructionSet set : kAllSets)
         if (const Kernels* const kernels = nuv::KernelsOf(set))
         {
             EXPECT_NE(kernels, widest);

@@ -25,8 +25,8 @@ enum class Values
     AnyBits
 };
 
-constexpr Values allValues[] = {Values::Ordinary,      Values::SmallIntegers, Values::MostlyZeros,
-                                Values::WideExponents, Values::Special,       Values::AnyBits};
+constexpr Values kAllValues[] = {Values::Ordinary,      Values::SmallIntegers, Values::MostlyZeros,
+                                 Values::WideExponents, Values::Special,       Values::AnyBits};
 
 float Draw(Values values, Random* random)
 {
@@ -224,10 +224,10 @@ TEST_P(AgainstNaive, BasisUpdateWithOneOddValueHasTheSameBits)
 
 std::string NameOfValues(const testing::TestParamInfo<Values>& values)
 {
-    static const std::string names[] = {"Ordinary",      "SmallIntegers", "MostlyZeros",
-                                        "WideExponents", "Special",       "AnyBits"};
-    return names[static_cast<int>(values.param)];
+    static const std::string kNames[] = {"Ordinary",      "SmallIntegers", "MostlyZeros",
+                                         "WideExponents", "Special",       "AnyBits"};
+    return kNames[static_cast<int>(values.param)];
 }
 
-INSTANTIATE_TEST_SUITE_P(AllValues, AgainstNaive, testing::ValuesIn(allValues), NameOfValues);
+INSTANTIATE_TEST_SUITE_P(AllValues, AgainstNaive, testing::ValuesIn(kAllValues), NameOfValues);
 }  // namespace

@@ -17,7 +17,7 @@ using namespace reference;
 
 namespace
 {
-constexpr std::size_t maxPivots = 60;
+constexpr std::size_t kMaxPivots = 60;
 
 /// A model on a scratch allocator over the test's.
 struct Life
@@ -73,7 +73,7 @@ void ReleaseAllButTheModel(Life* life)
 /// Solves, and takes back what the solve leaves. Edits have left nothing.
 Solution Solve(Life* life)
 {
-    Recorder recorder(maxPivots);
+    Recorder recorder(kMaxPivots);
     const NuvSizeT held = NuvScratchAllocatorGetNumBlocks(&life->scratch);
     ReleaseAllButTheModel(life);
     EXPECT_EQ(NuvScratchAllocatorGetNumBlocks(&life->scratch), held);

@@ -21,9 +21,9 @@ namespace
 {
 using Floats = std::vector<float>;
 
-constexpr auto ok = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
+constexpr auto kOk = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
 
-const std::string longName = "a name that is much too long for anything but a block of its own";
+const std::string kLongName = "a name that is much too long for anything but a block of its own";
 
 class Scratch : public testing::Test
 {
@@ -63,8 +63,8 @@ protected:
 
 void EnterFactory(SmallModel* model)
 {
-    ASSERT_TRUE(model->Rename(1, longName));
-    ASSERT_TRUE(model->SetNamedRow(1, {{longName, 1.0F}}, 4.0F));
+    ASSERT_TRUE(model->Rename(1, kLongName));
+    ASSERT_TRUE(model->SetNamedRow(1, {{kLongName, 1.0F}}, 4.0F));
     ASSERT_TRUE(model->SetRow(2, {{2, 2.0F}}, 12.0F));
     ASSERT_TRUE(model->SetRow(3, {{1, 3.0F}, {2, 2.0F}}, 18.0F));
     model->Maximise({{1, 3.0F}, {2, 5.0F}});
@@ -274,14 +274,14 @@ TEST_F(Scratch, AfterReleaseTheModelHoldsWhatItHeldAndReadsAsBefore)
 {
     SmallModel model(2, Blocks());
     EnterFactory(&model);
-    ASSERT_EQ(SolveTidily(&model.lp), ok);
+    ASSERT_EQ(SolveTidily(&model.lp), kOk);
     EXPECT_EQ(model.Objective(), 36.0F);
     EXPECT_EQ(model.Values()[1], 6.0F);
     const std::size_t held = NumBlocks();
-    ASSERT_EQ(SolveTidily(&model.lp), ok);
+    ASSERT_EQ(SolveTidily(&model.lp), kOk);
     EXPECT_EQ(NumBlocks(), held);
-    EXPECT_EQ(model.Names(), (std::vector<std::string>{longName, "X2"}));
-    EXPECT_NE(model.Find(longName), nullptr);
+    EXPECT_EQ(model.Names(), (std::vector<std::string>{kLongName, "X2"}));
+    EXPECT_NE(model.Find(kLongName), nullptr);
 }
 
 // Phase I and Phase II with pivots: on any other allocator each leaves blocks.
@@ -292,7 +292,7 @@ TEST_F(Scratch, ASolveLeavesNothingOnItButWhatTheModelHolds)
     ASSERT_TRUE(model.SetRow(4, {{1, -1.0F}}, -1.0F));
     ASSERT_EQ(NuvLinearProgrammingPrepareInputs_(&model.lp), NUV_TRUE);
     const std::size_t held = NumBlocks();
-    ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
+    ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), kOk);
     EXPECT_EQ(model.Objective(), 36.0F);
     EXPECT_EQ(NumBlocks(), held);
 }
@@ -302,7 +302,7 @@ TEST_F(Scratch, TheModelsBlocksAreAllThatStays)
     {
         SmallModel model(2, Blocks());
         EnterFactory(&model);
-        ASSERT_EQ(SolveTidily(&model.lp), ok);
+        ASSERT_EQ(SolveTidily(&model.lp), kOk);
     }
     EXPECT_EQ(NumBlocks(), 0U);
 }
@@ -314,16 +314,16 @@ TEST_F(Scratch, AModelThatIsMadeAndEditedAfterTheMarkSurvivesWhole)
         SmallModel model(2, Blocks());
         EnterFactory(&model);
         for (NuvUint id = 4; id != 30; ++id)
-            ASSERT_TRUE(id % 2 == 0 ? model.SetNamedRow(id, {{longName, 1.0F}, {"X2", 1.0F}}, 100)
+            ASSERT_TRUE(id % 2 == 0 ? model.SetNamedRow(id, {{kLongName, 1.0F}, {"X2", 1.0F}}, 100)
                                     : model.SetRow(id, {{1, 1.0F}, {2, 1.0F}}, 100));
-        ASSERT_TRUE(model.MaximiseNamed({{longName, 3.0F}, {"X2", 5.0F}}));
-        ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
+        ASSERT_TRUE(model.MaximiseNamed({{kLongName, 3.0F}, {"X2", 5.0F}}));
+        ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), kOk);
         NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
         upstream.CheckGuards();
         EXPECT_EQ(model.NumRows(), 29U);
         EXPECT_EQ(TermsOf(model.FindRow(4)->u.variableCoefficientsByName),
-                  (NamedCoefficients::Terms{{longName, 1.0F}, {"X2", 1.0F}}));
-        EXPECT_EQ(SolveTidily(&model.lp), ok);
+                  (NamedCoefficients::Terms{{kLongName, 1.0F}, {"X2", 1.0F}}));
+        EXPECT_EQ(SolveTidily(&model.lp), kOk);
         EXPECT_EQ(model.Objective(), 36.0F);
     }
     EXPECT_EQ(NumBlocks(), 0U);
@@ -334,21 +334,21 @@ TEST_F(Scratch, EditsBetweenSolvesUnderOneMarkSurvive)
     SmallModel model(2, Blocks());
     EnterFactory(&model);
     const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
-    ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
+    ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), kOk);
     ASSERT_TRUE(NuvLinearProgrammingSetNumVars(&model.lp, 3));
-    ASSERT_TRUE(model.Rename(3, longName + " and one more"));
+    ASSERT_TRUE(model.Rename(3, kLongName + " and one more"));
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}, {3, 1.0F}}, 4.0F));
     ASSERT_TRUE(NuvLinearProgrammingRemoveConstraint(&model.lp, 2));
-    ASSERT_TRUE(model.SetNamedRow(9, {{longName + " and one more", 1.0F}}, 1.0F));
+    ASSERT_TRUE(model.SetNamedRow(9, {{kLongName + " and one more", 1.0F}}, 1.0F));
     ASSERT_TRUE(model.SetRow(8, {{2, 1.0F}}, 2.0F));
     model.Maximise({{1, 1.0F}, {2, 1.0F}, {3, 2.0F}});
-    ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
+    ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), kOk);
     const Floats values = model.Values();
     NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
     EXPECT_EQ(model.Values(), values);
-    EXPECT_EQ(SolveTidily(&model.lp), ok);
+    EXPECT_EQ(SolveTidily(&model.lp), kOk);
     EXPECT_EQ(model.Values(), values);
-    EXPECT_EQ(model.Names()[2], longName + " and one more");
+    EXPECT_EQ(model.Names()[2], kLongName + " and one more");
 }
 
 TEST_F(Scratch, WhatAFailedSolveLeavesGoesBackToo)
@@ -378,11 +378,11 @@ TEST_F(Scratch, PartsOnOtherAllocatorsAreLeftAlone)
     const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
     ASSERT_TRUE(NuvLinearProgrammingSetConstraint(&model.lp, 7, &record));
     NuvLinearProgrammingConstraintDestruct(&record);
-    ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), ok);
+    ASSERT_EQ(NuvLinearProgrammingSolve(&model.lp), kOk);
     NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
     EXPECT_EQ(other.LiveBlocks(), 1U);
     EXPECT_EQ(model.FindRow(7)->rhs, 30.0F);
-    EXPECT_EQ(SolveTidily(&model.lp), ok);
+    EXPECT_EQ(SolveTidily(&model.lp), kOk);
 }
 
 TEST_F(Scratch, AMatrixGivenByHandSurvives)
@@ -395,7 +395,7 @@ TEST_F(Scratch, AMatrixGivenByHandSurvives)
     ASSERT_TRUE(NuvLinearProgrammingSetInput(&model.lp, &x, &x, &x));
     NuvScratchAllocatorRelease(&scratch, mark, &model.lp);
     EXPECT_EQ(NuvMatrix_NuvFloat32At(&model.lp.A, 3, 3), 1.0F);
-    EXPECT_EQ(SolveTidily(&model.lp), ok);
+    EXPECT_EQ(SolveTidily(&model.lp), kOk);
 }
 
 // Over time ---------------------------------------------------------------------------------------
@@ -404,16 +404,16 @@ TEST_F(Scratch, MemoryDoesNotGrowOverTenThousandSolves)
 {
     SmallModel model(2, Blocks());
     EnterFactory(&model);
-    ASSERT_EQ(SolveTidily(&model.lp), ok);
+    ASSERT_EQ(SolveTidily(&model.lp), kOk);
     ASSERT_TRUE(model.SetRow(2, {{2, 2.0F}}, 12.0F));
-    ASSERT_EQ(SolveTidily(&model.lp), ok);
+    ASSERT_EQ(SolveTidily(&model.lp), kOk);
     const std::size_t held = NumBlocks();
     const NuvSizeT bytes = upstream.LiveBytes();
     const NuvSizeT peak = upstream.PeakBytes();
     for (int i = 0; i != 10000; ++i)
     {
         ASSERT_TRUE(i % 100 != 0 || model.SetRow(2, {{2, 2.0F}}, 12.0F));
-        ASSERT_EQ(SolveTidily(&model.lp), ok);
+        ASSERT_EQ(SolveTidily(&model.lp), kOk);
         ASSERT_EQ(NumBlocks(), held);
     }
     EXPECT_EQ(upstream.LiveBytes(), bytes);
@@ -457,11 +457,11 @@ TEST(ScratchRefused, AModelCanBeReleasedAfterRefusals)
             NuvLinearProgramming lp;
             if (NuvLinearProgrammingConstruct(&lp, 2, blocks))
             {
-                const NamedCoefficients named({{"X1", 1.0F}, {longName, 1.0F}});
+                const NamedCoefficients named({{"X1", 1.0F}, {kLongName, 1.0F}});
                 const IndexedCoefficients indexed({{1, 1.0F}, {2, 1.0F}});
                 const NuvSizeT mark = NuvScratchAllocatorMark(&scratch);
                 (void)NuvLinearProgrammingSetVariableInfo(
-                    &lp, 2, Name(longName), NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32);
+                    &lp, 2, Name(kLongName), NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32);
                 (void)NuvLinearProgrammingSetConstraintByName(&lp, 1, named, -1.0F);
                 (void)NuvLinearProgrammingSetConstraintByIndex(&lp, 2, indexed, 4.0F);
                 NuvLinearProgrammingSetObjectiveByIndex(&lp, indexed);

@@ -16,10 +16,10 @@ using namespace reference;
 
 namespace
 {
-constexpr std::size_t pivotLimit = 200;
+constexpr std::size_t kPivotLimit = 200;
 
 // A solve that does not end where it should runs out of memory instead.
-constexpr std::size_t requestLimit = 20000;
+constexpr std::size_t kRequestLimit = 20000;
 
 /// The blocks that stay behind, added up stage by stage.
 class Leftovers
@@ -120,7 +120,7 @@ TestAllocator::Sizes LeftBySolving(const Problem& problem)
     allocator.AcceptLeftBlocks();
     {
         CoreModel model(problem, allocator);
-        allocator.RefuseFrom(requestLimit);
+        allocator.RefuseFrom(kRequestLimit);
         (void)model.Solve();
     }
     return allocator.LiveSizes();
@@ -318,10 +318,10 @@ void CompareLeftovers(const Problem& problem)
     Solution solution;
     {
         CoreModel model(problem, allocator);
-        solution = reference::Solve(model.InRowOrder(), pivotLimit);
+        solution = reference::Solve(model.InRowOrder(), kPivotLimit);
         if (solution.status == Status::Stopped)
             return;
-        allocator.RefuseFrom(requestLimit);
+        allocator.RefuseFrom(kRequestLimit);
         (void)model.Solve();
     }
     EXPECT_EQ(allocator.LiveSizes(), ExpectedAfter(problem, solution).Sizes());

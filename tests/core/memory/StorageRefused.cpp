@@ -19,7 +19,7 @@ namespace
 /// Models that between them end in every way that a solve can end.
 const std::vector<Problem>& Problems()
 {
-    static const std::vector<Problem> all = {
+    static const std::vector<Problem> kAll = {
         {3, 2, {1, 0, 0, 2, 3, 2}, {4, 12, 18}, {3, 5}},
         {3, 2, {-1, -2, -3, -1, 1, 1}, {-4, -6, 9}, {-2, -3}},
         {2, 1, {-1, 1}, {-2, 1}, {1}},
@@ -35,7 +35,7 @@ const std::vector<Problem>& Problems()
          {0x1p-79F, 0x1p-77F, 0x1p+21F}},
         {3, 2, {0, 1, 1, 0, 1, -1}, {0x1.fffffep+127F, 0, -0x1.8p+127F}, {1, 1}},
         MakeModel(Family::NeedsPhaseI, 4, 5, 11)};
-    return all;
+    return kAll;
 }
 
 /// Marks the results, so that a solve that touches them is seen.

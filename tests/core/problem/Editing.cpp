@@ -13,12 +13,12 @@ namespace
 using Indexed = IndexedCoefficients::Terms;
 using Named = NamedCoefficients::Terms;
 
-constexpr auto byName = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME;
-constexpr auto byIndex = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX;
-constexpr auto ok = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
-constexpr auto invalidInput = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
+constexpr auto kByName = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME;
+constexpr auto kByIndex = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX;
+constexpr auto kOk = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
+constexpr auto kInvalidInput = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
 
-const std::string longName = "a name that is much too long for anything but a block of its own";
+const std::string kLongName = "a name that is much too long for anything but a block of its own";
 
 class Editing : public testing::Test
 {
@@ -32,7 +32,7 @@ protected:
     {
         const NuvLinearProgrammingConstraint* const row = model.FindRow(id);
         ASSERT_NE(row, nullptr);
-        ASSERT_EQ(row->type, byIndex);
+        ASSERT_EQ(row->type, kByIndex);
         EXPECT_EQ(TermsOf(row->u.variableCoefficientsByIndex), terms);
         EXPECT_EQ(row->rhs, rhs);
     }
@@ -41,7 +41,7 @@ protected:
     {
         const NuvLinearProgrammingConstraint* const row = model.FindRow(id);
         ASSERT_NE(row, nullptr);
-        ASSERT_EQ(row->type, byName);
+        ASSERT_EQ(row->type, kByName);
         EXPECT_EQ(TermsOf(row->u.variableCoefficientsByName), terms);
         EXPECT_EQ(row->rhs, rhs);
     }
@@ -88,10 +88,10 @@ TEST_F(Editing, RenamingToAnotherVariablesNameFailsAndLosesTheVariable)
     EXPECT_EQ(model.Find("Z"), nullptr);
     EXPECT_EQ(model.Names()[0], "X1");
     ASSERT_TRUE(model.SetNamedRow(1, {{"X1", 1.0F}}, 4.0F));
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}}, 4.0F));
     model.Maximise({{1, 1.0F}});
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Values()[0], 4.0F);
 }
 
@@ -136,7 +136,7 @@ TEST_F(Editing, TheObjectiveKeepsItsIndicesWhenAVariableIsRenamed)
     ASSERT_TRUE(model.Rename(2, "Y"));
     ASSERT_TRUE(model.Rename(1, "X2"));
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}, {2, 1.0F}, {3, 1.0F}}, 4.0F));
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Pairs(), (Named{{"X2", 0.0F}, {"Y", 4.0F}, {"X3", 0.0F}}));
 }
 
@@ -179,12 +179,12 @@ TEST_F(Editing, ANewNameLiesOnTheModelsAllocator)
 {
     {
         TestAllocator callers;
-        const Name name(longName, callers);
+        const Name name(kLongName, callers);
         ASSERT_TRUE(NuvLinearProgrammingSetVariableInfo(&model.lp, 1, name,
                                                         NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32));
     }
-    EXPECT_EQ(model.Find(longName)->index, 1U);
-    EXPECT_EQ(model.Find(longName)->name.allocator, model.lp.alloc);
+    EXPECT_EQ(model.Find(kLongName)->index, 1U);
+    EXPECT_EQ(model.Find(kLongName)->name.allocator, model.lp.alloc);
     EXPECT_EQ(model.lp.variableValues.begin[0].first.allocator, model.lp.alloc);
 }
 
@@ -202,7 +202,7 @@ TEST_F(Editing, ConstraintsOfBothKindsKeepTheirTermsInOrder)
 
 TEST_F(Editing, ReplacementOfEitherKindByEitherReleasesTheOldList)
 {
-    const Named named = {{longName, 1.0F}, {"X2", 2.0F}};
+    const Named named = {{kLongName, 1.0F}, {"X2", 2.0F}};
     const Indexed indexed = {{1, 3.0F}, {2, 4.0F}, {3, 5.0F}};
     for (const bool wasNamed : {false, true})
         for (const bool isNamed : {false, true})
@@ -219,7 +219,7 @@ TEST_F(Editing, ReplacementOfEitherKindByEitherReleasesTheOldList)
                                      : fresh.SetRow(1, indexed, 3.0F));
                 EXPECT_EQ(allocator.LiveSizes(), before);
             }
-            EXPECT_EQ(fresh.FindRow(1)->type, wasNamed ? byName : byIndex);
+            EXPECT_EQ(fresh.FindRow(1)->type, wasNamed ? kByName : kByIndex);
             EXPECT_EQ(fresh.FindRow(1)->rhs, 3.0F);
         }
 }
@@ -240,7 +240,7 @@ TEST_F(Editing, WhatTheWrappersStoreLiesOnTheModelsAllocatorAlone)
 {
     {
         TestAllocator callers;
-        const NamedCoefficients named({{longName, 1.0F}, {"X2", 2.0F}}, callers);
+        const NamedCoefficients named({{kLongName, 1.0F}, {"X2", 2.0F}}, callers);
         const IndexedCoefficients indexed({{1, 3.0F}}, callers);
         const NuvLinearProgramming* const lp = &model.lp;
         const std::size_t requests = callers.Requests();
@@ -256,10 +256,10 @@ TEST_F(Editing, WhatTheWrappersStoreLiesOnTheModelsAllocatorAlone)
         EXPECT_EQ(lp->alloc, static_cast<NuvAllocator*>(allocator));
     }
     ExpectRow(1, Indexed{{1, 3.0F}}, 6.0F);
-    ExpectRow(2, Named{{longName, 1.0F}, {"X2", 2.0F}}, 4.0F);
+    ExpectRow(2, Named{{kLongName, 1.0F}, {"X2", 2.0F}}, 4.0F);
     EXPECT_EQ(TermsOf(model.lp.objective), (Indexed{{1, 3.0F}}));
-    ASSERT_TRUE(model.Rename(3, longName));
-    EXPECT_EQ(model.Solve(), ok);
+    ASSERT_TRUE(model.Rename(3, kLongName));
+    EXPECT_EQ(model.Solve(), kOk);
 }
 
 TEST_F(Editing, AConstraintCopiedFromARecordKeepsTheRecordsAllocator)
@@ -283,28 +283,28 @@ TEST_F(Editing, AConstraintCopiedFromARecordKeepsTheRecordsAllocator)
 TEST_F(Editing, AStoredRecordCanReplaceItselfAndOthers)
 {
     ASSERT_TRUE(model.SetRow(1, {{1, 2.0F}}, 3.0F));
-    ASSERT_TRUE(model.SetNamedRow(2, {{longName, 2.0F}}, 4.0F));
+    ASSERT_TRUE(model.SetNamedRow(2, {{kLongName, 2.0F}}, 4.0F));
     for (const NuvUint id : {1U, 2U})
         EXPECT_EQ(NuvLinearProgrammingSetConstraint(&model.lp, id, model.FindRow(id)), NUV_TRUE);
     ExpectRow(1, Indexed{{1, 2.0F}}, 3.0F);
-    ExpectRow(2, Named{{longName, 2.0F}}, 4.0F);
+    ExpectRow(2, Named{{kLongName, 2.0F}}, 4.0F);
     EXPECT_EQ(NuvLinearProgrammingSetConstraint(&model.lp, 3, model.FindRow(2)), NUV_TRUE);
     EXPECT_EQ(NuvLinearProgrammingSetConstraint(&model.lp, 2, model.FindRow(1)), NUV_TRUE);
     EXPECT_EQ(NuvLinearProgrammingSetConstraint(&model.lp, 1, model.FindRow(3)), NUV_TRUE);
-    ExpectRow(1, Named{{longName, 2.0F}}, 4.0F);
+    ExpectRow(1, Named{{kLongName, 2.0F}}, 4.0F);
     ExpectRow(2, Indexed{{1, 2.0F}}, 3.0F);
 }
 
 TEST_F(Editing, TheListsThatTheModelStoresCanBeArguments)
 {
     ASSERT_TRUE(model.SetRow(1, {{1, 2.0F}, {2, 3.0F}}, 3.0F));
-    ASSERT_TRUE(model.SetNamedRow(2, {{longName, 2.0F}}, 4.0F));
+    ASSERT_TRUE(model.SetNamedRow(2, {{kLongName, 2.0F}}, 4.0F));
     EXPECT_TRUE(NuvLinearProgrammingSetConstraintByIndex(
         &model.lp, 1, &model.FindRow(1)->u.variableCoefficientsByIndex, 5.0F));
     ExpectRow(1, Indexed{{1, 2.0F}, {2, 3.0F}}, 5.0F);
     EXPECT_TRUE(NuvLinearProgrammingSetConstraintByName(
         &model.lp, 2, &model.FindRow(2)->u.variableCoefficientsByName, 6.0F));
-    ExpectRow(2, Named{{longName, 2.0F}}, 6.0F);
+    ExpectRow(2, Named{{kLongName, 2.0F}}, 6.0F);
     NuvLinearProgrammingSetObjectiveByIndex(&model.lp,
                                             &model.FindRow(1)->u.variableCoefficientsByIndex);
     NuvLinearProgrammingSetObjectiveByIndex(&model.lp, &model.lp.objective);
@@ -322,9 +322,9 @@ TEST_F(Editing, NamesInConstraintsAreLookedUpAtTheSolve)
 {
     ASSERT_TRUE(model.SetNamedRow(1, {{"Y", 2.0F}}, 4.0F));
     model.Maximise({{2, 1.0F}});
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     ASSERT_TRUE(model.Rename(2, "Y"));
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Values(), (std::vector<float>{0, 2, 0}));
 }
 

@@ -14,11 +14,11 @@ namespace
 {
 using Indexed = IndexedCoefficients::Terms;
 
-constexpr auto byName = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME;
-constexpr auto byIndex = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX;
-constexpr auto ok = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
+constexpr auto kByName = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME;
+constexpr auto kByIndex = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX;
+constexpr auto kOk = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
 
-const std::string longName = "a name that is much too long for anything but a block of its own";
+const std::string kLongName = "a name that is much too long for anything but a block of its own";
 
 /// Makes a model of two variables and one constraint of each kind while nothing is refused.
 std::unique_ptr<SmallModel> Prepared(TestAllocator* allocator)
@@ -41,7 +41,7 @@ void ExpectUsable(SmallModel* model, TestAllocator* allocator)
     ASSERT_TRUE(model->SetNamedRow(2, {{"X2", 2.0F}}, 4.0F));
     (void)NuvLinearProgrammingRemoveConstraint(&model->lp, 3);
     model->Maximise({{1, 1.0F}, {2, 1.0F}});
-    EXPECT_EQ(model->Solve(), ok);
+    EXPECT_EQ(model->Solve(), kOk);
     EXPECT_EQ(model->Values(), (std::vector<float>{1.5F, 2}));
 }
 
@@ -57,15 +57,16 @@ void SetRowDespiteRefusals(const RefusedRow& row, TestAllocator& allocator)
     const auto model = Prepared(&allocator);
     const NuvLinearProgrammingConstraint* const former = model->FindRow(row.id);
     const float formerRhs = former ? former->rhs : 0.0F;
-    const bool isSet = row.isNamed ? model->SetNamedRow(row.id, {{longName, 1.0F}, {"X1", 1.0F}}, 9)
-                                   : model->SetRow(row.id, {{1, 1.0F}, {2, 1.0F}}, 9);
+    const bool isSet = row.isNamed
+                           ? model->SetNamedRow(row.id, {{kLongName, 1.0F}, {"X1", 1.0F}}, 9)
+                           : model->SetRow(row.id, {{1, 1.0F}, {2, 1.0F}}, 9);
     EXPECT_TRUE(isSet || (!former && allocator.Refusals() != 0));
     EXPECT_EQ(model->NumRows(), isSet && !former ? 3U : 2U);
     if (isSet)
     {
         const NuvLinearProgrammingConstraint* const stored = model->FindRow(row.id);
         ASSERT_NE(stored, nullptr);
-        EXPECT_EQ(stored->type, row.isNamed ? byName : byIndex);
+        EXPECT_EQ(stored->type, row.isNamed ? kByName : kByIndex);
         const std::size_t terms = row.isNamed
                                       ? TermsOf(stored->u.variableCoefficientsByName).size()
                                       : TermsOf(stored->u.variableCoefficientsByIndex).size();
@@ -112,9 +113,9 @@ TEST(EditingRefused, ANameIsGivenOrTheModelStaysUsable)
         [](TestAllocator& allocator)
         {
             const auto model = Prepared(&allocator);
-            const bool isRenamed = model->Rename(2, longName);
+            const bool isRenamed = model->Rename(2, kLongName);
             EXPECT_TRUE(isRenamed || allocator.Refusals() != 0);
-            const NuvLinearProgrammingVariable* const renamed = model->Find(longName);
+            const NuvLinearProgrammingVariable* const renamed = model->Find(kLongName);
             EXPECT_TRUE(renamed != nullptr || allocator.Refusals() != 0);
             EXPECT_TRUE(!renamed || renamed->index == 2);
             EXPECT_EQ(model->Find("X1")->index, 1U);
@@ -128,7 +129,7 @@ TEST(EditingRefused, ANameThatFindsNoRoomChangesNothing)
     TestAllocator allocator;
     const auto model = Prepared(&allocator);
     allocator.RefuseOnly(1);
-    EXPECT_FALSE(model->Rename(2, longName));
+    EXPECT_FALSE(model->Rename(2, kLongName));
     EXPECT_EQ(model->Names(), (std::vector<std::string>{"X1", "X2"}));
     ASSERT_NE(model->Find("X2"), nullptr);
     EXPECT_EQ(model->Find("X2")->index, 2U);

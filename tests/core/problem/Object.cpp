@@ -18,7 +18,7 @@ namespace
 {
 using Names = std::vector<std::string>;
 
-constexpr auto continuous = NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32;
+constexpr auto kContinuous = NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32;
 
 /// Expects the variables 1..n under their default names, and nothing else.
 void ExpectDefaultVariables(const SmallModel& model, NuvUint n)
@@ -34,7 +34,7 @@ void ExpectDefaultVariables(const SmallModel& model, NuvUint n)
         const NuvLinearProgrammingVariable* const variable = model.Find(name);
         ASSERT_NE(variable, nullptr) << name;
         EXPECT_EQ(variable->index, i);
-        EXPECT_EQ(variable->type, continuous);
+        EXPECT_EQ(variable->type, kContinuous);
         EXPECT_EQ(TextOf(variable->name), name);
     }
 }

@@ -14,9 +14,9 @@ constexpr bool IsOfType = std::is_same_v<Field, Expected>;
 // What stands between a pointer of 32 bits and an integer of 64 that follows it, and is not there
 // on i386, which aligns those to 4.
 #if defined(__i386__)
-constexpr std::size_t padding = 4;
+constexpr std::size_t kPadding = 4;
 #else
-constexpr std::size_t padding = 0;
+constexpr std::size_t kPadding = 0;
 #endif
 
 // Scalars ------------------------------------------------------------------------------------
@@ -138,7 +138,7 @@ template <class M>
 constexpr bool IsBucket = IsOfType<decltype(M::Bucket::first), typename M::Iterator>&&
                                   IsOfType<decltype(M::Bucket::count), NuvSizeT>&&
                                       offsetof(typename M::Bucket, first) == 0 &&
-                          offsetof(typename M::Bucket, count) == 8 - padding;
+                          offsetof(typename M::Bucket, count) == 8 - kPadding;
 
 template <class M, class Table>
 constexpr bool
@@ -261,7 +261,7 @@ static_assert(offsetof(Problem, variableValues) == 312);
 static_assert(offsetof(Problem, objectiveValue) == 344);
 static_assert(sizeof(Problem) == 352);
 #else
-static_assert(sizeof(NameAndFloatPair::Element) == 32 - padding);
+static_assert(sizeof(NameAndFloatPair::Element) == 32 - kPadding);
 static_assert(sizeof(NameAndVariablePair::Element) == 56);
 static_assert(sizeof(NumberAndConstraintPair::Element) == 28);
 static_assert(sizeof(VariableList::Node) == 64);
@@ -280,12 +280,12 @@ static_assert(offsetof(Problem, b) == 28);
 static_assert(offsetof(Problem, c) == 44);
 static_assert(offsetof(Problem, basic) == 60);
 static_assert(offsetof(Problem, independent) == 76);
-static_assert(offsetof(Problem, variables) == 96 - padding);
-static_assert(offsetof(Problem, constraints) == 136 - padding);
-static_assert(offsetof(Problem, objective) == 176 - padding);
-static_assert(offsetof(Problem, variableValues) == 192 - padding);
-static_assert(offsetof(Problem, objectiveValue) == 208 - padding);
-static_assert(sizeof(Problem) == 216 - 2 * padding);
+static_assert(offsetof(Problem, variables) == 96 - kPadding);
+static_assert(offsetof(Problem, constraints) == 136 - kPadding);
+static_assert(offsetof(Problem, objective) == 176 - kPadding);
+static_assert(offsetof(Problem, variableValues) == 192 - kPadding);
+static_assert(offsetof(Problem, objectiveValue) == 208 - kPadding);
+static_assert(sizeof(Problem) == 216 - 2 * kPadding);
 #endif
 
 TEST(RecordLayouts, NodeSizesAreThoseOfTheNodes)

@@ -11,11 +11,11 @@ TEST(Variable, EqualWhenTypeIndexAndNameAre)
 {
     TestAllocator allocator;
     TestAllocator elsewhere;
-    const HeldVariable x(allocator, Integer, 3, "profit");
-    const HeldVariable same(elsewhere, Integer, 3, "profit");
-    const HeldVariable otherType(allocator, Boolean, 3, "profit");
-    const HeldVariable otherIndex(allocator, Integer, 4, "profit");
-    const HeldVariable otherName(allocator, Integer, 3, "profits");
+    const HeldVariable x(allocator, kInteger, 3, "profit");
+    const HeldVariable same(elsewhere, kInteger, 3, "profit");
+    const HeldVariable otherType(allocator, kBoolean, 3, "profit");
+    const HeldVariable otherIndex(allocator, kInteger, 4, "profit");
+    const HeldVariable otherName(allocator, kInteger, 3, "profits");
     EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &x.record), 1);
     EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &same.record), 1);
     for (const auto* const other : {&otherType, &otherIndex, &otherName})
@@ -28,8 +28,8 @@ TEST(Variable, EqualWhenTypeIndexAndNameAre)
 TEST(Constraint, IsNotEvenEqualToItself)
 {
     TestAllocator allocator;
-    const HeldConstraint byIndex(allocator, indexed, 4.0F);
-    const HeldConstraint byName(allocator, named, 4.0F);
+    const HeldConstraint byIndex(allocator, kIndexed, 4.0F);
+    const HeldConstraint byName(allocator, kNamed, 4.0F);
     for (const auto* const x : {&byIndex, &byName})
         for (const auto* const y : {&byIndex, &byName})
             EXPECT_EQ(NuvLinearProgrammingConstraintEqual(&x->record, &y->record), 0);
@@ -38,13 +38,13 @@ TEST(Constraint, IsNotEvenEqualToItself)
 TEST(Records, HaveNoOrder)
 {
     TestAllocator allocator;
-    const HeldVariable x(allocator, Continuous, 1, "a");
-    const HeldVariable y(allocator, Integer, 2, "b");
+    const HeldVariable x(allocator, kContinuous, 1, "a");
+    const HeldVariable y(allocator, kInteger, 2, "b");
     EXPECT_EQ(NuvLinearProgrammingVariableLess(&x.record, &y.record), 0);
     EXPECT_EQ(NuvLinearProgrammingVariableLess(&y.record, &x.record), 0);
     EXPECT_EQ(NuvLinearProgrammingVariableLess(&x.record, &x.record), 0);
-    const HeldConstraint c(allocator, indexed, 1.0F);
-    const HeldConstraint d(allocator, named, 2.0F);
+    const HeldConstraint c(allocator, kIndexed, 1.0F);
+    const HeldConstraint d(allocator, kNamed, 2.0F);
     EXPECT_EQ(NuvLinearProgrammingConstraintLess(&c.record, &d.record), 0);
     EXPECT_EQ(NuvLinearProgrammingConstraintLess(&d.record, &c.record), 0);
     EXPECT_EQ(NuvLinearProgrammingConstraintLess(&c.record, &c.record), 0);
@@ -53,27 +53,27 @@ TEST(Records, HaveNoOrder)
 TEST(Constraint, AnswersTheArrayOfItsKindAndNullForTheOther)
 {
     TestAllocator allocator;
-    const HeldConstraint byName(allocator, named, 4.0F);
-    ExpectHolds(byName.record, named, 4.0F);
-    const HeldConstraint byIndex(allocator, indexed, -1.0F);
-    ExpectHolds(byIndex.record, indexed, -1.0F);
+    const HeldConstraint byName(allocator, kNamed, 4.0F);
+    ExpectHolds(byName.record, kNamed, 4.0F);
+    const HeldConstraint byIndex(allocator, kIndexed, -1.0F);
+    ExpectHolds(byIndex.record, kIndexed, -1.0F);
 }
 
 TEST(Constraint, ACopyByNameIsIndependent)
 {
     TestAllocator allocator;
-    const HeldConstraint source(allocator, named, 4.0F);
+    const HeldConstraint source(allocator, kNamed, 4.0F);
     Constraint copy;
     ASSERT_EQ(NuvLinearProgrammingConstraintConstructCopy(&copy, &source.record), &copy);
-    ExpectHolds(copy, named, 4.0F);
+    ExpectHolds(copy, kNamed, 4.0F);
     auto& array = copy.u.variableCoefficientsByName;
     array.begin->first.buf[0] = 'Y';
     array.begin->second = 7.0F;
     NuvVector_NuvPair_NuvString__NuvFloat32PopBack(&array);
     copy.rhs = 9.0F;
-    ExpectHolds(source.record, named, 4.0F);
+    ExpectHolds(source.record, kNamed, 4.0F);
     NuvLinearProgrammingConstraintDestruct(&copy);
-    ExpectHolds(source.record, named, 4.0F);
+    ExpectHolds(source.record, kNamed, 4.0F);
 }
 
 // The variable -------------------------------------------------------------------------------
@@ -83,7 +83,7 @@ TEST(Variable, ConstructDefaultIsContinuousWithoutIndexAndName)
     TestAllocator allocator;
     Variable x;
     ASSERT_EQ(NuvLinearProgrammingVariableConstructDefault(&x, allocator), &x);
-    EXPECT_EQ(NuvLinearProgrammingVariableGetType(&x), Continuous);
+    EXPECT_EQ(NuvLinearProgrammingVariableGetType(&x), kContinuous);
     EXPECT_EQ(NuvLinearProgrammingVariableGetIndex(&x), 0u);
     EXPECT_EQ(TextOf(NuvLinearProgrammingVariableGetName(&x)), "");
     EXPECT_EQ(x.name.allocator, allocator.operator NuvAllocator*());
@@ -96,8 +96,8 @@ TEST(Variable, ConstructCopiesTheNameOntoTheGivenAllocator)
     TestAllocator elsewhere;
     const Name name("profit", elsewhere);
     Variable x;
-    ASSERT_EQ(NuvLinearProgrammingVariableConstruct(&x, Boolean, 7, name, allocator), &x);
-    EXPECT_EQ(NuvLinearProgrammingVariableGetType(&x), Boolean);
+    ASSERT_EQ(NuvLinearProgrammingVariableConstruct(&x, kBoolean, 7, name, allocator), &x);
+    EXPECT_EQ(NuvLinearProgrammingVariableGetType(&x), kBoolean);
     EXPECT_EQ(NuvLinearProgrammingVariableGetIndex(&x), 7u);
     EXPECT_EQ(NuvLinearProgrammingVariableGetName(&x), &x.name);
     EXPECT_EQ(TextOf(x.name), "profit");
@@ -109,7 +109,7 @@ TEST(Variable, ConstructCopiesTheNameOntoTheGivenAllocator)
 TEST(Variable, ConstructCopyTakesTheSourcesAllocator)
 {
     TestAllocator allocator;
-    const HeldVariable source(allocator, Integer, 7, "profit");
+    const HeldVariable source(allocator, kInteger, 7, "profit");
     Variable x;
     ASSERT_EQ(NuvLinearProgrammingVariableConstructCopy(&x, &source.record), &x);
     EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x, &source.record), 1);
@@ -122,8 +122,8 @@ TEST(Variable, AssignKeepsItsAllocator)
 {
     TestAllocator allocator;
     TestAllocator elsewhere;
-    HeldVariable x(allocator, Continuous, 1, "a");
-    const HeldVariable source(elsewhere, Integer, 7, "a longer name");
+    HeldVariable x(allocator, kContinuous, 1, "a");
+    const HeldVariable source(elsewhere, kInteger, 7, "a longer name");
     EXPECT_EQ(NuvLinearProgrammingVariableAssign(&x.record, &source.record), &x.record);
     EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &source.record), 1);
     EXPECT_TRUE(allocator.Owns(x.record.name.buf));
@@ -134,10 +134,10 @@ TEST(Variable, AssignKeepsItsAllocator)
 TEST(Variable, SettersStoreTheirField)
 {
     TestAllocator allocator;
-    HeldVariable x(allocator, Continuous, 1, "a");
-    const HeldVariable expected(allocator, Boolean, 4294967295u, "another name");
+    HeldVariable x(allocator, kContinuous, 1, "a");
+    const HeldVariable expected(allocator, kBoolean, 4294967295u, "another name");
     EXPECT_EQ(NuvLinearProgrammingVariableSetName(&x.record, Name("another name")), 1);
-    NuvLinearProgrammingVariableSetType(&x.record, Boolean);
+    NuvLinearProgrammingVariableSetType(&x.record, kBoolean);
     NuvLinearProgrammingVariableSetIndex(&x.record, 4294967295u);
     EXPECT_EQ(NuvLinearProgrammingVariableEqual(&x.record, &expected.record), 1);
     EXPECT_EQ(NuvLinearProgrammingVariableSetName(&x.record,
@@ -155,14 +155,14 @@ TEST(Constraint, ConstructionsPutEverythingOnTheGivenAllocator)
     Constraint byName;
     Constraint byIndex;
     {
-        const NamedCoefficients names(named, elsewhere);
-        const IndexedCoefficients indices(indexed, elsewhere);
+        const NamedCoefficients names(kNamed, elsewhere);
+        const IndexedCoefficients indices(kIndexed, elsewhere);
         NuvLinearProgrammingConstraintConstruct(&byName, names, 4.0F, allocator);
         NuvLinearProgrammingConstraintConstructIndex(&byIndex, indices, 5.0F, allocator);
     }
     EXPECT_EQ(elsewhere.LiveBlocks(), 0u);
-    ExpectHolds(byName, named, 4.0F);
-    ExpectHolds(byIndex, indexed, 5.0F);
+    ExpectHolds(byName, kNamed, 4.0F);
+    ExpectHolds(byIndex, kIndexed, 5.0F);
     // The two arrays, and the two names that are not empty.
     EXPECT_EQ(allocator.LiveBlocks(), 4u);
     for (const auto& pair : {byName.u.variableCoefficientsByName.begin[0],
@@ -186,10 +186,10 @@ TEST(Constraint, MayHaveNoCoefficients)
 TEST(Constraint, ConstructCopyTakesTheSourcesAllocator)
 {
     TestAllocator allocator;
-    const HeldConstraint source(allocator, indexed, 4.0F);
+    const HeldConstraint source(allocator, kIndexed, 4.0F);
     Constraint copy;
     ASSERT_EQ(NuvLinearProgrammingConstraintConstructCopy(&copy, &source.record), &copy);
-    ExpectHolds(copy, indexed, 4.0F);
+    ExpectHolds(copy, kIndexed, 4.0F);
     EXPECT_EQ(copy.u.variableCoefficientsByIndex.allocator, allocator.operator NuvAllocator*());
     EXPECT_NE(copy.u.variableCoefficientsByIndex.begin,
               source.record.u.variableCoefficientsByIndex.begin);
@@ -200,8 +200,8 @@ TEST(Constraint, AssignReplacesEitherKindByEitherAndReleasesTheOld)
 {
     TestAllocator allocator;
     TestAllocator elsewhere;
-    const HeldConstraint byName(elsewhere, named, 8.0F);
-    const HeldConstraint byIndex(elsewhere, indexed, 9.0F);
+    const HeldConstraint byName(elsewhere, kNamed, 8.0F);
+    const HeldConstraint byIndex(elsewhere, kIndexed, 9.0F);
     for (const bool isByName : {false, true})
     {
         const auto made = [&]
@@ -213,13 +213,13 @@ TEST(Constraint, AssignReplacesEitherKindByEitherAndReleasesTheOld)
         };
         const auto x = made();
         EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&x->record, &byName.record), &x->record);
-        ExpectHolds(x->record, named, 8.0F);
+        ExpectHolds(x->record, kNamed, 8.0F);
         const auto y = made();
         EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&y->record, &byIndex.record), &y->record);
-        ExpectHolds(y->record, indexed, 9.0F);
+        ExpectHolds(y->record, kIndexed, 9.0F);
     }
-    ExpectHolds(byName.record, named, 8.0F);
-    ExpectHolds(byIndex.record, indexed, 9.0F);
+    ExpectHolds(byName.record, kNamed, 8.0F);
+    ExpectHolds(byIndex.record, kIndexed, 9.0F);
     EXPECT_EQ(allocator.LiveBlocks(), 0u);
 }
 
@@ -238,12 +238,12 @@ TEST(Constraint, AssignByIndexReusesARoomThatIsLargeEnough)
 TEST(Constraint, AssignToItselfChangesNothing)
 {
     TestAllocator allocator;
-    HeldConstraint byName(allocator, named, 8.0F);
-    HeldConstraint byIndex(allocator, indexed, 9.0F);
+    HeldConstraint byName(allocator, kNamed, 8.0F);
+    HeldConstraint byIndex(allocator, kIndexed, 9.0F);
     EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&byName.record, &byName.record), &byName.record);
-    ExpectHolds(byName.record, named, 8.0F);
+    ExpectHolds(byName.record, kNamed, 8.0F);
     EXPECT_EQ(NuvLinearProgrammingConstraintAssign(&byIndex.record, &byIndex.record),
               &byIndex.record);
-    ExpectHolds(byIndex.record, indexed, 9.0F);
+    ExpectHolds(byIndex.record, kIndexed, 9.0F);
 }
 }  // namespace

@@ -14,7 +14,7 @@ TEST(VariableRefused, ConstructionsAnswerNullAndCanBeDestructed)
         {
             Variable x;
             const bool isMade = NuvLinearProgrammingVariableConstruct(
-                                    &x, Integer, 7, Name("profit"), allocator) == &x;
+                                    &x, kInteger, 7, Name("profit"), allocator) == &x;
             EXPECT_EQ(isMade, allocator.Refusals() == 0);
             EXPECT_EQ(TextOf(x.name), isMade ? "profit" : "");
             const std::size_t refusals = allocator.Refusals();
@@ -39,8 +39,8 @@ TEST(VariableRefused, ConstructDefaultNeedsNoMemory)
 TEST(VariableRefused, AssignAndSetNameKeepTheName)
 {
     TestAllocator allocator;
-    HeldVariable x(allocator, Continuous, 1, "a");
-    const HeldVariable source(Heap(), Integer, 7, "a longer name");
+    HeldVariable x(allocator, kContinuous, 1, "a");
+    const HeldVariable source(Heap(), kInteger, 7, "a longer name");
     allocator.RefuseFrom(1);
     EXPECT_EQ(NuvLinearProgrammingVariableAssign(&x.record, &source.record), nullptr);
     EXPECT_EQ(TextOf(x.record.name), "a");
@@ -71,12 +71,12 @@ TEST(ConstraintRefused, ConstructionsAnswerNullAndAreEmptyRows)
             };
             Constraint x;
             const auto* result = NuvLinearProgrammingConstraintConstruct(
-                &x, NamedCoefficients(named), 4.0F, allocator);
-            expectMadeOrEmpty(result, x, isRefused(), named);
+                &x, NamedCoefficients(kNamed), 4.0F, allocator);
+            expectMadeOrEmpty(result, x, isRefused(), kNamed);
             NuvLinearProgrammingConstraintDestruct(&x);
-            result = NuvLinearProgrammingConstraintConstructIndex(&x, IndexedCoefficients(indexed),
+            result = NuvLinearProgrammingConstraintConstructIndex(&x, IndexedCoefficients(kIndexed),
                                                                   4.0F, allocator);
-            expectMadeOrEmpty(result, x, isRefused(), indexed);
+            expectMadeOrEmpty(result, x, isRefused(), kIndexed);
             NuvLinearProgrammingConstraintDestruct(&x);
             EXPECT_EQ(allocator.LiveBlocks(), 0u);
         });
@@ -108,8 +108,8 @@ void ExpectCopyMadeOrEmpty(const Terms& terms)
 
 TEST(ConstraintRefused, CopiesAnswerNullAndAreEmptyRows)
 {
-    ExpectCopyMadeOrEmpty(named);
-    ExpectCopyMadeOrEmpty(indexed);
+    ExpectCopyMadeOrEmpty(kNamed);
+    ExpectCopyMadeOrEmpty(kIndexed);
 }
 
 template <class Old, class New>
@@ -141,9 +141,9 @@ TEST(ConstraintRefused, AssignAnswersNullAndLeavesAnEmptyRow)
 {
     const NamedTerms oldNames = {{"old", 1.0F}};
     const IndexedTerms oldIndices = {{9, 1.0F}};
-    ExpectAssignedOrEmpty(oldNames, named);
-    ExpectAssignedOrEmpty(oldIndices, named);
-    ExpectAssignedOrEmpty(oldNames, indexed);
-    ExpectAssignedOrEmpty(oldIndices, indexed);
+    ExpectAssignedOrEmpty(oldNames, kNamed);
+    ExpectAssignedOrEmpty(oldIndices, kNamed);
+    ExpectAssignedOrEmpty(oldNames, kIndexed);
+    ExpectAssignedOrEmpty(oldIndices, kIndexed);
 }
 }  // namespace

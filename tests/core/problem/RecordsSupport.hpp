@@ -61,12 +61,12 @@ struct HeldConstraint
     Constraint record;
 };
 
-inline constexpr auto Continuous = NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32;
-inline constexpr auto Integer = NUV_LINEARPROGRAMMINGVARIABLETYPE_INTEGER;
-inline constexpr auto Boolean = NUV_LINEARPROGRAMMINGVARIABLETYPE_BOOLEAN;
+inline constexpr auto kContinuous = NUV_LINEARPROGRAMMINGVARIABLETYPE_FLOAT32;
+inline constexpr auto kInteger = NUV_LINEARPROGRAMMINGVARIABLETYPE_INTEGER;
+inline constexpr auto kBoolean = NUV_LINEARPROGRAMMINGVARIABLETYPE_BOOLEAN;
 
-inline const IndexedTerms indexed = {{1, 2.0F}, {3, -0.5F}};
-inline const NamedTerms named = {{"X1", 2.0F}, {"a name", -0.5F}, {"", 3.0F}};
+inline const IndexedTerms kIndexed = {{1, 2.0F}, {3, -0.5F}};
+inline const NamedTerms kNamed = {{"X1", 2.0F}, {"a name", -0.5F}, {"", 3.0F}};
 
 inline void ExpectHolds(const Constraint& x, const IndexedTerms& terms, NuvFloat32 rhs)
 {

@@ -92,7 +92,7 @@ TEST(Golden, TheYardstickHasTheSameHashes)
         {
             reference::CoreModel entered(reference::ProblemOf(model->View()), allocator);
             const Solution solution =
-                reference::Solve(entered.InRowOrder(), nuv::selftest::pivotLimitOfNamed);
+                reference::Solve(entered.InRowOrder(), nuv::selftest::kPivotLimitOfNamed);
             EXPECT_EQ(HashOf(solution), nuv::corpus::GoldenHash(name.c_str())) << name;
         });
 }

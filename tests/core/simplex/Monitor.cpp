@@ -20,8 +20,8 @@ using Labels = std::vector<std::uint32_t>;
 /// Needs both phases: three pivots.
 const Problem& TwoPhases()
 {
-    static const Problem problem = {2, 1, {-1, 1}, {-2, 5}, {1}};
-    return problem;
+    static const Problem kProblem = {2, 1, {-1, 1}, {-2, 5}, {1}};
+    return kProblem;
 }
 
 class Monitor : public testing::Test

@@ -18,11 +18,11 @@ namespace
 using Floats = std::vector<float>;
 using Labels = std::vector<std::uint32_t>;
 
-constexpr float infinity = std::numeric_limits<float>::infinity();
-constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
 
 /// Solves on an allocator of its own.
-Solution SolveFreely(const Problem& problem, std::size_t maxPivots = unlimited)
+Solution SolveFreely(const Problem& problem, std::size_t maxPivots = kUnlimited)
 {
     TestAllocator allocator;
     allocator.AcceptLeftBlocks();
@@ -136,8 +136,8 @@ TEST(PhaseII, TheSmallestReducedCostAboveZeroStillEnters)
 
 TEST(PhaseII, ANaNReducedCostIsPassedOver)
 {
-    EXPECT_EQ(SolveFreely(WithCosts({2, notANumber, 1})).pivots.at(0).entering, 1U);
-    const Solution solution = SolveFreely(WithCosts({notANumber}));
+    EXPECT_EQ(SolveFreely(WithCosts({2, kNotANumber, 1})).pivots.at(0).entering, 1U);
+    const Solution solution = SolveFreely(WithCosts({kNotANumber}));
     EXPECT_EQ(solution.status, Status::Ok);
     EXPECT_TRUE(solution.pivots.empty());
 }
@@ -152,7 +152,7 @@ TEST(PhaseII, ADegenerateRowLeavesLikeAnyOther)
 
 TEST(PhaseII, RatiosOfTheLargestNumberOrInfinityBoundNothing)
 {
-    for (const float rhs : {FLT_MAX, infinity})
+    for (const float rhs : {FLT_MAX, kInfinity})
     {
         const Solution solution = SolveFreely({1, 1, {1}, {rhs}, {1}});
         EXPECT_EQ(solution.status, Status::Unbounded) << rhs;
@@ -165,14 +165,14 @@ TEST(PhaseII, RatiosOfTheLargestNumberOrInfinityBoundNothing)
 TEST(PhaseII, ANaNRightHandSideReachesEveryRowAndNaNRatiosBoundNothing)
 {
     // 0 · NaN is NaN in the row of the other right-hand side too.
-    const Solution solution = SolveFreely({2, 1, {1, 1}, {notANumber, 3}, {1}});
+    const Solution solution = SolveFreely({2, 1, {1, 1}, {kNotANumber, 3}, {1}});
     EXPECT_EQ(solution.status, Status::Unbounded);
     EXPECT_TRUE(solution.pivots.empty());
 }
 
 TEST(PhaseII, AnInfiniteRightHandSideMakesTheOtherRowsNaN)
 {
-    const Solution solution = SolveFreely({2, 1, {1, 1}, {infinity, 3}, {1}});
+    const Solution solution = SolveFreely({2, 1, {1, 1}, {kInfinity, 3}, {1}});
     EXPECT_EQ(solution.status, Status::Unbounded);
     EXPECT_TRUE(solution.pivots.empty());
 }

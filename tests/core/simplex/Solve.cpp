@@ -13,10 +13,10 @@ namespace
 {
 using Floats = std::vector<float>;
 
-constexpr auto ok = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
-constexpr auto invalidInput = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
-constexpr auto unbounded = NUV_LINEARPROGRAMMINGRESULTTYPE_Unbounded;
-constexpr auto infeasible = NUV_LINEARPROGRAMMINGRESULTTYPE_Infeasible;
+constexpr auto kOk = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
+constexpr auto kInvalidInput = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
+constexpr auto kUnbounded = NUV_LINEARPROGRAMMINGRESULTTYPE_Unbounded;
+constexpr auto kInfeasible = NUV_LINEARPROGRAMMINGRESULTTYPE_Infeasible;
 
 class Solve : public testing::Test
 {
@@ -39,7 +39,7 @@ protected:
 
     TestAllocator allocator;
     SmallModel model{2, allocator};
-    NuvLinearProgrammingResultType result = invalidInput;
+    NuvLinearProgrammingResultType result = kInvalidInput;
 };
 
 // Edge cases --------------------------------------------------------------------------------------
@@ -51,7 +51,7 @@ TEST_F(Solve, RightHandSidesThatAreNotNegativeGoStraightToPhaseII)
     ASSERT_TRUE(model.SetRow(3, {{1, 1.0F}, {2, 1.0F}}, 5.0F));
     model.Maximise({{1, 1.0F}, {2, 1.0F}});
     EXPECT_EQ(PhasesOf(&model), (std::vector<unsigned>{2, 2}));
-    EXPECT_EQ(result, ok);
+    EXPECT_EQ(result, kOk);
 }
 
 TEST_F(Solve, ANegativeRightHandSideRunsPhaseIAndItsVerdictEndsTheSolve)
@@ -60,13 +60,13 @@ TEST_F(Solve, ANegativeRightHandSideRunsPhaseIAndItsVerdictEndsTheSolve)
     ASSERT_TRUE(model.SetRow(2, {{1, 1.0F}, {2, 1.0F}}, -1.0F));
     model.Maximise({{1, 1.0F}});
     EXPECT_EQ(PhasesOf(&model), std::vector<unsigned>{1});
-    EXPECT_EQ(result, infeasible);
+    EXPECT_EQ(result, kInfeasible);
     EXPECT_EQ(model.Values(), (Floats{0, 0}));
 }
 
 TEST_F(Solve, AModelWithoutConstraintsIsInvalid)
 {
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
 }
 
 // Answers -----------------------------------------------------------------------------------------
@@ -76,7 +76,7 @@ TEST_F(Solve, TheFirstExampleHasItsAnswer)
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}}, 4.0F));
     ASSERT_TRUE(model.SetRow(2, {{1, 1.0F}, {2, 1.0F}}, 6.0F));
     model.Maximise({{1, 3.0F}, {2, 2.0F}});
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Objective(), 16.0F);
     EXPECT_EQ(model.Values(), (Floats{4, 2}));
 }
@@ -87,7 +87,7 @@ TEST_F(Solve, ADietIsMinimisedByItsNegativeCosts)
     ASSERT_TRUE(model.SetRow(1, {{1, -1.0F}, {2, -2.0F}}, -8.0F));
     ASSERT_TRUE(model.SetRow(2, {{1, -1.0F}, {2, -1.0F}}, -6.0F));
     model.Maximise({{1, -2.0F}, {2, -3.0F}});
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Objective(), -14.0F);
     EXPECT_EQ(model.Values(), (Floats{4, 2}));
 }
@@ -96,12 +96,12 @@ TEST_F(Solve, AnUnboundedModelIsToldFromAnInfeasibleOne)
 {
     ASSERT_TRUE(model.SetRow(1, {{1, -1.0F}, {2, 1.0F}}, 2.0F));
     model.Maximise({{1, 1.0F}});
-    EXPECT_EQ(model.Solve(), unbounded);
+    EXPECT_EQ(model.Solve(), kUnbounded);
     ASSERT_TRUE(model.SetRow(2, {{1, 1.0F}, {2, 1.0F}}, -2.0F));
-    EXPECT_EQ(model.Solve(), infeasible);
+    EXPECT_EQ(model.Solve(), kInfeasible);
     EXPECT_EQ(NuvLinearProgrammingRemoveConstraint(&model.lp, 2), NUV_TRUE);
     ASSERT_TRUE(model.SetRow(3, {{1, 1.0F}}, 2.0F));
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Objective(), 2.0F);
 }
 
@@ -111,7 +111,7 @@ TEST_F(Solve, NamesAppearInTheResults)
     ASSERT_TRUE(model.Rename(2, "cake"));
     ASSERT_TRUE(model.SetNamedRow(10, {{"bread", 1.0F}, {"cake", 2.0F}}, 8.0F));
     ASSERT_TRUE(model.MaximiseNamed({{"cake", 3.0F}, {"bread", 1.0F}}));
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Pairs(), (NamedCoefficients::Terms{{"bread", 0.0F}, {"cake", 4.0F}}));
 }
 
@@ -121,14 +121,14 @@ TEST_F(Solve, ResultsStayUntilASolveOverwritesThem)
 {
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}, {2, 1.0F}}, 6.0F));
     model.Maximise({{1, 1.0F}});
-    ASSERT_EQ(model.Solve(), ok);
+    ASSERT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Values(), (Floats{6, 0}));
     // The first variable is nonbasic now, and keeps what the earlier solve wrote.
     model.Maximise({{2, 1.0F}});
-    ASSERT_EQ(model.Solve(), ok);
+    ASSERT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Values(), (Floats{6, 6}));
     model.Maximise({{3, 1.0F}});
-    ASSERT_EQ(model.Solve(), invalidInput);
+    ASSERT_EQ(model.Solve(), kInvalidInput);
     EXPECT_EQ(model.Objective(), 6.0F);
     EXPECT_EQ(model.Values(), (Floats{6, 6}));
 }
@@ -147,11 +147,11 @@ TEST_F(Solve, EditsBetweenSolvesTakeEffect)
 {
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}, {2, 1.0F}}, 6.0F));
     model.Maximise({{1, 1.0F}, {2, 1.0F}});
-    ASSERT_EQ(model.Solve(), ok);
+    ASSERT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Objective(), 6.0F);
     ASSERT_TRUE(model.SetRow(2, {{2, 1.0F}}, 1.0F));
     ASSERT_TRUE(model.SetRow(3, {{1, 1.0F}}, 2.0F));
-    ASSERT_EQ(model.Solve(), ok);
+    ASSERT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Objective(), 3.0F);
     EXPECT_EQ(model.Values(), (Floats{2, 1}));
 }
@@ -163,8 +163,8 @@ TEST_F(Solve, TwoObjectsDoNotKnowOfEachOther)
         ASSERT_TRUE(each->SetRow(1, {{1, 1.0F}}, each == &model ? 1.0F : 2.0F));
     for (SmallModel* const each : {&model, &other})
         each->Maximise({{1, 1.0F}});
-    ASSERT_EQ(model.Solve(), ok);
-    ASSERT_EQ(other.Solve(), ok);
+    ASSERT_EQ(model.Solve(), kOk);
+    ASSERT_EQ(other.Solve(), kOk);
     EXPECT_EQ(model.Objective(), 1.0F);
     EXPECT_EQ(other.Objective(), 2.0F);
 }

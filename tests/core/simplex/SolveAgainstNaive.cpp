@@ -14,10 +14,10 @@ using namespace reference;
 
 namespace
 {
-constexpr std::size_t pivotLimit = 300;
+constexpr std::size_t kPivotLimit = 300;
 
 // A solve that does not end where it should runs out of memory instead.
-constexpr std::size_t requestLimit = 20000;
+constexpr std::size_t kRequestLimit = 20000;
 
 /// The models of a run: how many, how large, and the pivots after which both sides stop.
 struct Run
@@ -41,7 +41,7 @@ void CompareWithUnmonitored(const Problem& problem, const Solution& expected,
     TestAllocator allocator;
     allocator.AcceptLeftBlocks();
     CoreModel model(problem, allocator);
-    allocator.RefuseFrom(requestLimit);
+    allocator.RefuseFrom(kRequestLimit);
     EXPECT_EQ(DifferenceOfResults(expected, model.Solve()), "");
     EXPECT_EQ(allocator.LiveSizes(), monitored.LiveSizes());
 }
@@ -80,17 +80,17 @@ class SolveAgainstNaive : public testing::TestWithParam<Family>
 
 TEST_P(SolveAgainstNaive, TinyModelsHaveTheSameBits)
 {
-    CompareFamily(GetParam(), {1500, 4, 4, pivotLimit, 0x71A1});
+    CompareFamily(GetParam(), {1500, 4, 4, kPivotLimit, 0x71A1});
 }
 
 TEST_P(SolveAgainstNaive, SmallModelsHaveTheSameBits)
 {
-    CompareFamily(GetParam(), {500, 15, 15, pivotLimit, 0x5A11});
+    CompareFamily(GetParam(), {500, 15, 15, kPivotLimit, 0x5A11});
 }
 
 TEST_P(SolveAgainstNaive, MiddlingModelsHaveTheSameBits)
 {
-    CompareFamily(GetParam(), {40, 48, 40, pivotLimit, 0x3D1E});
+    CompareFamily(GetParam(), {40, 48, 40, kPivotLimit, 0x3D1E});
 }
 
 TEST_P(SolveAgainstNaive, FlatAndTallModelsHaveTheSameBits)
@@ -116,8 +116,8 @@ TEST(SolveAgainstNaiveWild, ModelsHaveTheSameBits)
     for (const Family family : Families())
         if (!IsTame(family))
         {
-            CompareFamily(family, {2000, 12, 12, pivotLimit, 0x1FF});
-            CompareFamily(family, {300, 40, 25, pivotLimit, 0x2FF});
+            CompareFamily(family, {2000, 12, 12, kPivotLimit, 0x1FF});
+            CompareFamily(family, {300, 40, 25, kPivotLimit, 0x2FF});
         }
 }
 
@@ -125,12 +125,12 @@ TEST(SolveAgainstNaiveWild, ModelsHaveTheSameBits)
 /// which infinities arise.
 TEST(SolveAgainstNaiveTall, ModelsHaveTheSameBits)
 {
-    constexpr std::size_t rows = 140;
+    constexpr std::size_t kRows = 140;
     for (const Family family : Families())
-        CompareModel(MakeModel(family, rows, 5, 0x7A13), 6);
+        CompareModel(MakeModel(family, kRows, 5, 0x7A13), 6);
     for (const Family family : {Family::Overflowing, Family::ExtremeExponents})
         for (std::uint64_t seed = 0; seed != 5; ++seed)
-            CompareModel(MakeModel(family, rows, 30, seed), 10);
+            CompareModel(MakeModel(family, kRows, 30, seed), 10);
 }
 
 /// A model of exactly that size, its first pivots compared.

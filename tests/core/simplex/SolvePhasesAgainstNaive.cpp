@@ -18,10 +18,10 @@ namespace
 {
 // The phases have no monitor of their own, so that a model on which the yardstick is not done by
 // then is passed over.
-constexpr std::size_t pivotLimit = 200;
+constexpr std::size_t kPivotLimit = 200;
 
 // A phase that does not end where it should runs out of memory instead.
-constexpr std::size_t requestLimit = 20000;
+constexpr std::size_t kRequestLimit = 20000;
 
 using Phase = NuvLinearProgrammingResultType (*)(NuvLinearProgramming*);
 
@@ -75,9 +75,9 @@ void CompareFrom(const StandardForm& form, Phase phase)
     Solution expected;
     expected.values.assign(form.independent.size(), 0.0F);
     if (isPhaseI)
-        SolvePhaseI(&after, &expected, pivotLimit);
+        SolvePhaseI(&after, &expected, kPivotLimit);
     else
-        SolvePhaseII(form, &expected, pivotLimit);
+        SolvePhaseII(form, &expected, kPivotLimit);
     if (expected.status == Status::Stopped)
         return;
     TestAllocator allocator;
@@ -87,7 +87,7 @@ void CompareFrom(const StandardForm& form, Phase phase)
     empty.c.assign(empty.columns, 0.0F);
     CoreModel model(empty, allocator);
     EnterStandardForm(&model.lp, form);
-    allocator.RefuseFrom(requestLimit);
+    allocator.RefuseFrom(kRequestLimit);
     EXPECT_EQ(DifferenceOfResults(expected, model.Read(phase(&model.lp))), "");
     EXPECT_TRUE(std::equal(after.basic.begin(), after.basic.end(), model.lp.basic.data));
     EXPECT_TRUE(
@@ -150,7 +150,7 @@ TEST_P(SolvePhasesAgainstNaive, FromTheLabelsThatPhaseIHandedOver)
         [](StandardForm* form, Random*)
         {
             Solution solution;
-            SolvePhaseI(form, &solution, pivotLimit);
+            SolvePhaseI(form, &solution, kPivotLimit);
         });
 }
 
@@ -173,7 +173,7 @@ TEST(SolvePhasesAgainstNaiveLarge, FromASingularBasisOfManyRowsWhoseLastColumnsH
 // of one tile alone.
 TEST(SolvePhasesAgainstNaiveLarge, FromADiagonalBasis)
 {
-    constexpr std::size_t m = 144;
+    const std::size_t m = 144;
     Problem problem = {m, m, std::vector<float>(m * m, 0.0F), std::vector<float>(m), {}};
     for (std::size_t i = 0; i != m; ++i)
     {
@@ -195,7 +195,7 @@ TEST(SolvePhasesAgainstNaiveLarge, FromADiagonalBasis)
 // value of the variable that enters.
 TEST(SolvePhasesAgainstNaiveLarge, WithPivotsWhoseRowsVanish)
 {
-    constexpr std::size_t m = 90;
+    const std::size_t m = 90;
     Problem problem = {m, m, std::vector<float>(m * m, 0.0F), std::vector<float>(m, 5.0F), {}};
     for (std::size_t i = 0; i != m; ++i)
     {

@@ -15,8 +15,8 @@ namespace
 using Floats = std::vector<float>;
 using Uints = std::vector<NuvUint>;
 
-constexpr auto ok = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
-constexpr auto invalidInput = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
+constexpr auto kOk = NUV_LINEARPROGRAMMINGRESULTTYPE_Ok;
+constexpr auto kInvalidInput = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
 
 class StandardForm : public testing::Test
 {
@@ -40,20 +40,20 @@ protected:
 TEST_F(StandardForm, AModelWithoutConstraintsIsInvalid)
 {
     model.Maximise({{1, 1.0F}});
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
 }
 
 TEST_F(StandardForm, AModelWithoutVariablesIsInvalid)
 {
     SmallModel rows(0, allocator);
     ASSERT_TRUE(rows.SetRow(1, {}, 1.0F));
-    EXPECT_EQ(rows.Solve(), invalidInput);
+    EXPECT_EQ(rows.Solve(), kInvalidInput);
     EXPECT_EQ(rows.lp.A.nr, 1U);
     EXPECT_EQ(rows.lp.A.nc, 1U);
     EXPECT_EQ(ElementsOf(rows.lp.A), Floats{1});
     EXPECT_EQ(rows.lp.basic.nc, 1U);
     SmallModel nothing(0, allocator);
-    EXPECT_EQ(nothing.Solve(), invalidInput);
+    EXPECT_EQ(nothing.Solve(), kInvalidInput);
 }
 
 TEST_F(StandardForm, OnlyARightHandSideBelowZeroAsksForPhaseI)
@@ -76,18 +76,18 @@ TEST_F(StandardForm, OnlyARightHandSideBelowZeroAsksForPhaseI)
 TEST_F(StandardForm, AnUnknownNameIsInvalid)
 {
     ASSERT_TRUE(model.SetNamedRow(1, {{"X1", 1.0F}, {"Y", 1.0F}}, 1.0F));
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     ASSERT_TRUE(model.Rename(2, "Y"));
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
 }
 
 TEST_F(StandardForm, AnObjectiveIndexIsValidUpToTheNumberOfVariables)
 {
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}, {2, 1.0F}}, 1.0F));
     model.Maximise({{3, 1.0F}});
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     model.Maximise({{2, 1.0F}});
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
 }
 
 TEST_F(StandardForm, RowsFollowTheWalkOfTheMapWhateverTheirNumbers)
@@ -134,11 +134,11 @@ TEST_F(StandardForm, TheLastOfTwoCoefficientsForAVariableCounts)
 TEST_F(StandardForm, AnIndexThatLoweredCountsLeaveOutsideIsInvalid)
 {
     ASSERT_TRUE(model.SetRow(1, {{2, 1.0F}}, 1.0F));
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
     ASSERT_TRUE(NuvLinearProgrammingSetNumVars(&model.lp, 1));
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     ASSERT_TRUE(NuvLinearProgrammingSetNumVars(&model.lp, 2));
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
 }
 
 // The matrices ------------------------------------------------------------------------------------
@@ -167,13 +167,13 @@ TEST_F(StandardForm, IsBuiltAnewByEachSolve)
 {
     ASSERT_TRUE(model.SetRow(1, {{1, 2.0F}, {2, 5.0F}}, 4.0F));
     model.Maximise({{1, 6.0F}});
-    ASSERT_EQ(model.Solve(), ok);
+    ASSERT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Objective(), 12.0F);
     for (float* const element : {model.lp.A.data, model.lp.b.data, model.lp.c.data})
         *element = 99.0F;
     model.lp.basic.data[0] = 1;
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}}, 4.0F));
-    ASSERT_EQ(model.Solve(), ok);
+    ASSERT_EQ(model.Solve(), kOk);
     EXPECT_EQ(model.Objective(), 24.0F);
     EXPECT_EQ(ElementsOf(model.lp.A), (Floats{1, 0, 1}));
 }
@@ -208,10 +208,10 @@ TEST_F(StandardForm, GrowsWithManyConstraints)
 TEST_F(StandardForm, IndexZeroIsInvalidInConstraintsAndInTheObjective)
 {
     ASSERT_TRUE(model.SetRow(1, {{0, 1.0F}}, 1.0F));
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}}, 1.0F));
     model.Maximise({{1, 1.0F}, {0, 1.0F}});
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     allocator.CheckGuards();
 }
 
@@ -220,10 +220,10 @@ TEST_F(StandardForm, IndicesBeyondTheVariablesAreInvalidInConstraints)
     for (const NuvUint index : {3U, 4U, 0x80000000U, 0xFFFFFFFFU})
     {
         ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}, {index, 1.0F}}, 1.0F));
-        EXPECT_EQ(model.Solve(), invalidInput);
+        EXPECT_EQ(model.Solve(), kInvalidInput);
     }
     ASSERT_TRUE(model.SetRow(1, {{2, 1.0F}}, 1.0F));
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
 }
 
 TEST_F(StandardForm, ANamedVariableWhoseRecordHasAForeignIndexIsInvalid)
@@ -232,7 +232,7 @@ TEST_F(StandardForm, ANamedVariableWhoseRecordHasAForeignIndexIsInvalid)
     for (const NuvUint index : {0U, 3U, 0xFFFFFFFFU})
     {
         const_cast<NuvLinearProgrammingVariable*>(model.Find("X2"))->index = index;
-        EXPECT_EQ(model.Solve(), invalidInput);
+        EXPECT_EQ(model.Solve(), kInvalidInput);
     }
 }
 
@@ -240,11 +240,11 @@ TEST_F(StandardForm, AFailureKeepsTheResultsAndStopsWhereItIs)
 {
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}}, 4.0F));
     model.Maximise({{1, 2.0F}});
-    ASSERT_EQ(model.Solve(), ok);
+    ASSERT_EQ(model.Solve(), kOk);
     ASSERT_TRUE(model.SetRow(1, {{1, 3.0F}, {3, 1.0F}}, 5.0F));
     model.Maximise({{2, 7.0F}});
     model.lp.numConstraints = 77;
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     EXPECT_EQ(model.Objective(), 8.0F);
     EXPECT_EQ(model.Values(), (Floats{4, 0}));
     // The row is filled up to the index that does not exist; its right-hand side is not reached.
@@ -274,12 +274,12 @@ TEST_F(StandardForm, ShapesWhoseElementCountWrapsAreInvalid)
     {
         model.lp.numVars = numVars;
         allocator.RefuseFrom(1);
-        EXPECT_EQ(model.Solve(), invalidInput) << numVars;
+        EXPECT_EQ(model.Solve(), kInvalidInput) << numVars;
         EXPECT_EQ(allocator.Refusals(), 0U) << "a block was asked for";
         allocator.RefuseNothing();
     }
     model.lp.numVars = 2;
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
 }
 
 TEST_F(StandardForm, PhasesOnVariablesThatTheFormDoesNotHaveAreInvalid)
@@ -289,8 +289,8 @@ TEST_F(StandardForm, PhasesOnVariablesThatTheFormDoesNotHaveAreInvalid)
     for (const NuvUint numVars : {0U, 1U, 3U, 0xFFFFFFFFU})
     {
         model.lp.numVars = numVars;
-        EXPECT_EQ(NuvRevisedSimplexSolvePhaseI(&model.lp), invalidInput);
-        EXPECT_EQ(NuvRevisedSimplexSolvePhaseII(&model.lp), invalidInput);
+        EXPECT_EQ(NuvRevisedSimplexSolvePhaseI(&model.lp), kInvalidInput);
+        EXPECT_EQ(NuvRevisedSimplexSolvePhaseII(&model.lp), kInvalidInput);
     }
     model.lp.numVars = 2;
 }
@@ -314,8 +314,8 @@ TEST(StandardFormLimits, AShapeThatOnlyTheArtificialColumnMakesWrapIsInvalidInPh
 {
     // 65535 × (2 + 65535) is 2³² − 1; with the artificial column the product wraps to 65534. The
     // 17 GB of A are never reached, so that they need not be there.
-    constexpr NuvUint m = 65535;
-    constexpr NuvUint n = 2;
+    const NuvUint m = 65535;
+    const NuvUint n = 2;
     SmallAllocator small;
     float unreached = 0.0F;
     NuvLinearProgramming lp;
@@ -333,7 +333,7 @@ TEST(StandardFormLimits, AShapeThatOnlyTheArtificialColumnMakesWrapIsInvalidInPh
     }
     for (NuvUint j = 0; j != n; ++j)
         lp.independent.data[j] = j + 1;
-    EXPECT_EQ(NuvRevisedSimplexSolvePhaseI(&lp), invalidInput);
+    EXPECT_EQ(NuvRevisedSimplexSolvePhaseI(&lp), kInvalidInput);
     EXPECT_EQ(small.sizes.count(65534 * 4), 0U) << "a block too short for its shape";
     NuvMatrix_NuvFloat32ConstructDefault(&lp.A, &small.allocator);
     NuvLinearProgrammingDestruct(&lp);
@@ -344,11 +344,11 @@ TEST_F(StandardForm, AHugeShapeThatFitsIsAskedForAndItsRefusalIsInvalid)
     ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}}, 1.0F));
     model.lp.numVars = 0xFFFFFFFEU;
     allocator.RefuseFrom(1);
-    EXPECT_EQ(model.Solve(), invalidInput);
+    EXPECT_EQ(model.Solve(), kInvalidInput);
     EXPECT_EQ(allocator.Refusals(), 1U);
     allocator.RefuseNothing();
     model.lp.numVars = 2;
-    EXPECT_EQ(model.Solve(), ok);
+    EXPECT_EQ(model.Solve(), kOk);
 }
 
 TEST(StandardFormLimits, MoreConstraintsThan32BitsCountAreRefused)

@@ -150,7 +150,7 @@ TEST(LpAccepts, ManyRepeatedVariablesWithAShortReport)
     const ReadResult reading = ReadText(text + " <= 4\nend");
     ASSERT_TRUE(reading.Ok());
     EXPECT_EQ(reading.model->RowCoefficients(0)[0], 1001.0);
-    ASSERT_EQ(reading.diagnostics.size(), DiagnosticLog::KeptPerCode + 1);
+    ASSERT_EQ(reading.diagnostics.size(), DiagnosticLog::kKeptPerCode + 1);
     EXPECT_EQ(reading.diagnostics.back().error.text, "990 more like these");
 }
 
@@ -413,7 +413,7 @@ TEST(LpAccepts, ManyNamesThatDifferInCaseWithAShortReport)
     for (int i = 0; i < 100; ++i)
         text += " x" + std::to_string(i) + " + X" + std::to_string(i) + " <= 1\n";
     const ReadResult reading = ReadText(text + "end");
-    ASSERT_EQ(reading.diagnostics.size(), DiagnosticLog::KeptPerCode + 1);
+    ASSERT_EQ(reading.diagnostics.size(), DiagnosticLog::kKeptPerCode + 1);
     EXPECT_EQ(reading.diagnostics.back().error.text, "90 more like these");
 }
 
