@@ -32,61 +32,52 @@ ExactSimplex::ExactSimplex(ScalableForm& form, ExactEvaluation& evaluation, cons
 
 SimplexVerdict ExactSimplex::Run(CertifiedResult& proof)
 {
-    Outcome outcome = Outcome::GoOn;
-    while (outcome == Outcome::GoOn)
-        outcome = Factorise() ? Step() : Outcome::Stopped;
+    std::optional<Status> ended;
+    while (!ended)
+        ended = Factorise() ? Step() : Status::Stopped;
     proof.record.basis.columns.assign(m_status.begin(), m_status.begin() + m_form.columns);
     proof.record.basis.rows.assign(m_status.begin() + m_form.columns, m_status.end());
-    switch (outcome)
+    proof.certificate.status = *ended;
+    if (*ended == Status::Optimal)
     {
-    case Outcome::Optimal:
-        proof.certificate.status = Status::Optimal;
         WritePoint(proof.certificate.primal);
         proof.certificate.dual = m_duals;
         proof.certificate.objective = Objective(proof.certificate.primal);
-        WriteDoubles(proof);
-        break;
-    case Outcome::Infeasible:
-        proof.certificate.status = Status::Infeasible;
+    }
+    else if (*ended == Status::Infeasible)
         WriteFarkas(proof.certificate.dual);
-        WriteDoubles(proof);
-        break;
-    case Outcome::Unbounded:
-        proof.certificate.status = Status::Unbounded;
+    else if (*ended == Status::Unbounded)
+    {
         WritePoint(proof.certificate.primal);
         WriteRay(proof.certificate.ray);
-        WriteDoubles(proof);
-        break;
-    case Outcome::GoOn:
-    case Outcome::Stopped:
-    case Outcome::NeedsAuxiliaryProof:
-        proof.certificate.status = Status::Stopped;
-        break;
     }
-    return outcome == Outcome::NeedsAuxiliaryProof ? m_hint : SimplexVerdict::Optimal;
+    if (*ended != Status::Stopped)
+        WriteDoubles(proof);
+    return m_hint;
 }
 
-/// One look at the basis: a verdict, or the pivot that its feasibility calls for.
-ExactSimplex::Outcome ExactSimplex::Step()
+/// One look at the basis: how it ends the solve, or the pivot that its feasibility calls for.
+std::optional<Status> ExactSimplex::Step()
 {
     if (!ComputeValues())
-        return Outcome::Stopped;
+        return Status::Stopped;
     const bool feasible = !FindViolations();
     if (!ComputeDuals(false))
-        return Outcome::Stopped;
+        return Status::Stopped;
     const bool dualFeasible = IsDualFeasible();
     if (feasible && dualFeasible)
-        return Outcome::Optimal;
+        return Status::Optimal;
     if (!m_mayPivot)
-        return Outcome::Stopped;
+        return Status::Stopped;
+    // What seems infeasible or unbounded is for an auxiliary LP to prove.
     if (m_rounds > 0 && Refine())
-        return m_hint == SimplexVerdict::Optimal ? Outcome::GoOn : Outcome::NeedsAuxiliaryProof;
+        return m_hint == SimplexVerdict::Optimal ? std::nullopt : std::optional(Status::Stopped);
     if (feasible)
         return PrimalStep(false);
     if (dualFeasible)
         return DualStep();
     if (!ComputeDuals(true))
-        return Outcome::Stopped;
+        return Status::Stopped;
     return PrimalStep(true);
 }
 

@@ -38,15 +38,6 @@ public:
     SimplexVerdict Run(CertifiedResult& proof);
 
 private:
-    enum class Outcome : std::uint8_t
-    {
-        GoOn,
-        Optimal,
-        Infeasible,
-        Unbounded,
-        Stopped,
-        NeedsAuxiliaryProof,  ///< seems infeasible or unbounded: an auxiliary LP is to prove it
-    };
     struct Blocking
     {
         Index position = kNoIndex;
@@ -64,14 +55,15 @@ private:
     [[nodiscard]] const Rational& NonbasicValue(Index variable) const noexcept;
     [[nodiscard]] int ImprovingDirection(Index variable, int sign) const;
 
-    // One pivot of each kind, or many of them in doubles.
-    [[nodiscard]] Outcome Step();
+    // One pivot of each kind, or many of them in doubles. @return how it ended, nothing while it
+    // has not.
+    [[nodiscard]] std::optional<Status> Step();
     [[nodiscard]] bool Refine();
-    [[nodiscard]] Outcome PrimalStep(bool phaseOne);
+    [[nodiscard]] std::optional<Status> PrimalStep(bool phaseOne);
     [[nodiscard]] Index ChooseEntering(bool phaseOne, int& direction) const;
     [[nodiscard]] Blocking TestRatios(int direction) const;
     [[nodiscard]] bool FlipsFirst(Index entering, const Blocking& blocking) const;
-    [[nodiscard]] Outcome DualStep();
+    [[nodiscard]] std::optional<Status> DualStep();
     [[nodiscard]] Index ChooseLeaving() const;
     [[nodiscard]] Index ChooseDualEntering(bool toLower, bool& degenerate);
     [[nodiscard]] Integer RoomTo(Index position, bool atUpper) const;

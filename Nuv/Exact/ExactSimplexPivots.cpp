@@ -20,36 +20,36 @@ long SizeOf(const Integer& number, Scale scale)
 
 }  // namespace
 
-ExactSimplex::Outcome ExactSimplex::PrimalStep(bool phaseOne)
+std::optional<Status> ExactSimplex::PrimalStep(bool phaseOne)
 {
     m_entering = ChooseEntering(phaseOne, m_direction);
     if (m_entering == kNoIndex)
     {
         m_farkasSign = 0;
-        return Outcome::Infeasible;
+        return Status::Infeasible;
     }
     if (!m_control.MayPivot(Stage::Exact, !phaseOne, std::nan("")))
-        return Outcome::Stopped;
+        return Status::Stopped;
 
     ScaledVector column{std::vector<Integer>(m_form.rows), m_exact.ColumnScale(m_entering),
                         m_exact.ColumnDivisor(m_entering)};
     for (const auto [row, entry] : m_exact.byVariable[m_entering])
         column.value[row] += Scaled(entry, -column.scale);
     if (!m_factors.SolveForward(column, m_column, m_control))
-        return Outcome::Stopped;
+        return Status::Stopped;
 
     const Blocking blocking = TestRatios(m_direction);
     if (FlipsFirst(m_entering, blocking))
     {
         m_status[m_entering] = m_direction > 0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
         NoteStep(false);
-        return Outcome::GoOn;
+        return std::nullopt;
     }
     if (blocking.position == kNoIndex)
-        return Outcome::Unbounded;
+        return Status::Unbounded;
     NoteStep(blocking.room == 0);
     Exchange(blocking.position, m_entering, blocking.atUpper);
-    return Outcome::GoOn;
+    return std::nullopt;
 }
 
 /// The largest reduced cost, or Bland's: the first with the right sign.
@@ -131,26 +131,26 @@ bool ExactSimplex::FlipsFirst(Index entering, const Blocking& blocking) const
            Integer(blocking.room * m_column.denominator);
 }
 
-ExactSimplex::Outcome ExactSimplex::DualStep()
+std::optional<Status> ExactSimplex::DualStep()
 {
     if (!m_control.MayPivot(Stage::Exact, false, std::nan("")))
-        return Outcome::Stopped;
+        return Status::Stopped;
     const Index position = ChooseLeaving();
     ScaledVector unit{std::vector<Integer>(m_form.rows), {}, 1};
     unit.value[position] = 1;
     if (!m_factors.SolveBackward(unit, m_row, m_control))
-        return Outcome::Stopped;
+        return Status::Stopped;
     const bool toLower = m_violation[position] < 0;
     bool degenerate = false;
     const Index entering = ChooseDualEntering(toLower, degenerate);
     if (entering == kNoIndex)
     {
         m_farkasSign = toLower ? -1 : 1;
-        return Outcome::Infeasible;
+        return Status::Infeasible;
     }
     NoteStep(degenerate);
     Exchange(position, entering, !toLower);
-    return Outcome::GoOn;
+    return std::nullopt;
 }
 
 /// The largest violation, or Bland's: the variable of smallest index.

@@ -208,9 +208,11 @@ void WriteStages(Json& json, const Solution& solution)
 {
     json.Key("stages").Open('{');
     WriteStage(json, "single_precision", solution.stages[Stage::SinglePrecision]);
-    json.Key("outcome").Text(WordOf(solution.singlePrecision.outcome));
-    if (solution.singlePrecision.outcome == SinglePrecisionOutcome::Cycling)
-        json.Key("period").Count(solution.singlePrecision.period);
+    const SinglePrecisionResult& first = solution.singlePrecision;
+    json.Key("outcome").Text(first.stop == SinglePrecisionStop::None ? WordOf(first.status)
+                                                                     : WordOf(first.stop));
+    if (first.stop == SinglePrecisionStop::Cycling)
+        json.Key("period").Count(first.period);
     json.Close('}');
     WriteStage(json, "double_precision", solution.stages[Stage::Double]);
     json.Close('}');

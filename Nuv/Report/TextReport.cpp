@@ -276,7 +276,7 @@ std::string TextReport(const Model& model, const Solution& solution, Detail deta
     std::string text = Head(solution);
     if (detail == Detail::Verdict)
         return text;
-    if (solution.proved && solution.singlePrecision.outcome == SinglePrecisionOutcome::Cycling)
+    if (solution.proved && solution.singlePrecision.stop == SinglePrecisionStop::Cycling)
         text +=
             "note       single precision stopped: " + CycleWords(solution.singlePrecision) + "\n";
     if (solution.values.size() == model.VariableCount() &&

@@ -78,20 +78,18 @@ struct Words<CoefficientMeaning>
 };
 
 template <>
-struct Words<SinglePrecisionOutcome>
+struct Words<SinglePrecisionStop>
 {
-    static constexpr Word<SinglePrecisionOutcome> kTable[] = {
-        {SinglePrecisionOutcome::Optimal, "optimal"},
-        {SinglePrecisionOutcome::Infeasible, "infeasible"},
-        {SinglePrecisionOutcome::Unbounded, "unbounded"},
-        {SinglePrecisionOutcome::PivotLimit, "pivot-limit"},
-        {SinglePrecisionOutcome::PivotBudget, "pivot-budget"},
-        {SinglePrecisionOutcome::Memory, "memory"},
-        {SinglePrecisionOutcome::Cycling, "cycling"},
-        {SinglePrecisionOutcome::Stopped, "stopped"},
-        {SinglePrecisionOutcome::Empty, "empty"},
-        {SinglePrecisionOutcome::OutOfRange, "out-of-range"},
-        {SinglePrecisionOutcome::Skipped, "skipped"},
+    static constexpr Word<SinglePrecisionStop> kTable[] = {
+        {SinglePrecisionStop::None, "none"},
+        {SinglePrecisionStop::PivotLimit, "pivot-limit"},
+        {SinglePrecisionStop::PivotBudget, "pivot-budget"},
+        {SinglePrecisionStop::Memory, "memory"},
+        {SinglePrecisionStop::Cycling, "cycling"},
+        {SinglePrecisionStop::Control, "stopped"},
+        {SinglePrecisionStop::Empty, "empty"},
+        {SinglePrecisionStop::OutOfRange, "out-of-range"},
+        {SinglePrecisionStop::Skipped, "skipped"},
     };
 };
 

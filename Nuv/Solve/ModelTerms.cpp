@@ -35,20 +35,20 @@ void SayPoint(const BoundedForm& form, double sign, const SolveRecord& record, S
 std::string SinglePrecisionWords(const SinglePrecisionResult& stage)
 {
     const std::string pivots = std::to_string(stage.pivots) + " pivots";
-    switch (stage.outcome)
+    switch (stage.stop)
     {
-    case SinglePrecisionOutcome::Cycling:
+    case SinglePrecisionStop::Cycling:
         return ": basis repeated after " + pivots + ", a cycle of " + std::to_string(stage.period);
-    case SinglePrecisionOutcome::PivotBudget:
+    case SinglePrecisionStop::PivotBudget:
         return ": no end after " + pivots + ", 50 for each row and column of the canonical form";
-    case SinglePrecisionOutcome::Memory:
+    case SinglePrecisionStop::Memory:
         return stage.pivots == 0
                    ? ": too large for the dense matrices of single precision"
                    : ": the dense matrices of single precision take too much memory after " +
                          pivots;
-    case SinglePrecisionOutcome::Empty:
+    case SinglePrecisionStop::Empty:
         return ": there is no row or no variable for single precision to work on";
-    case SinglePrecisionOutcome::OutOfRange:
+    case SinglePrecisionStop::OutOfRange:
         return ": a number of the model is beyond single precision";
     default:
         return "";

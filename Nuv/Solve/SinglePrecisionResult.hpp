@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Nuv/Algebra/Index.hpp"
+#include "Nuv/Certificate/Status.hpp"
 
 #include <cstdint>
 #include <vector>
@@ -9,16 +10,15 @@
 namespace nuv
 {
 
-enum class SinglePrecisionOutcome : std::uint8_t
+/// Why single precision came to no verdict.
+enum class SinglePrecisionStop : std::uint8_t
 {
-    Optimal,
-    Infeasible,
-    Unbounded,
+    None,         ///< it came to one
     PivotLimit,   ///< of the solve
     PivotBudget,  ///< the stage's own
     Memory,       ///< the matrices are dense, and each pivot leaves one behind
     Cycling,      ///< a basis came back: without a tolerance and a rule against it, for ever
-    Stopped,      ///< by time or by the caller
+    Control,      ///< time is up, or the caller said so
     Empty,        ///< not tried: there is no row or no column
     OutOfRange,   ///< not tried: a number is beyond binary32
     Skipped,      ///< not asked for
@@ -26,7 +26,8 @@ enum class SinglePrecisionOutcome : std::uint8_t
 
 struct SinglePrecisionResult
 {
-    SinglePrecisionOutcome outcome = SinglePrecisionOutcome::Skipped;
+    Status status = Status::Stopped;  ///< what the stage found, which nothing proves
+    SinglePrecisionStop stop = SinglePrecisionStop::Skipped;
     std::uint64_t pivots = 0;
     /// The labels of the last basis, by row; from 1: columns, then slacks; 0 is the artificial one.
     std::vector<Index> basicLabels;

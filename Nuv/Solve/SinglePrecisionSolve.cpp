@@ -58,26 +58,11 @@ SinglePrecisionResult RunSinglePrecision(const BoundedForm& form, double sign,
         { solution.path.push_back(VertexBefore(pivot, form, canonicalised, sign)); });
 }
 
-Status StatusOf(SinglePrecisionOutcome outcome)
-{
-    switch (outcome)
-    {
-    case SinglePrecisionOutcome::Optimal:
-        return Status::Optimal;
-    case SinglePrecisionOutcome::Infeasible:
-        return Status::Infeasible;
-    case SinglePrecisionOutcome::Unbounded:
-        return Status::Unbounded;
-    default:
-        return Status::Stopped;
-    }
-}
-
 void Record(const SolveControl& control, Solution& solution)
 {
     solution.stages[Stage::SinglePrecision] = {!solution.singlePrecision.basicLabels.empty(),
                                                solution.singlePrecision.pivots, control.Seconds()};
-    const Status found = StatusOf(solution.singlePrecision.outcome);
+    const Status found = solution.singlePrecision.status;
     control.Log("single precision",
                 (found == Status::Stopped ? "no verdict" : std::string(WordOf(found))) + " after " +
                     std::to_string(solution.singlePrecision.pivots) + " pivots");
@@ -113,8 +98,8 @@ void BelieveSinglePrecision(const BoundedForm& form, double sign, const SolveOpt
     solution.singlePrecision =
         RunSinglePrecision(form, sign, canonicalised, options, control, solution);
     Record(control, solution);
-    solution.status = StatusOf(solution.singlePrecision.outcome);
-    solution.stopReason = solution.singlePrecision.outcome == SinglePrecisionOutcome::PivotLimit
+    solution.status = solution.singlePrecision.status;
+    solution.stopReason = solution.singlePrecision.stop == SinglePrecisionStop::PivotLimit
                               ? StopReason::PivotLimit
                               : control.Reason();
     if (solution.status != Status::Optimal)

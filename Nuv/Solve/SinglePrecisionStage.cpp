@@ -19,8 +19,8 @@ namespace
 class Follower
 {
 public:
-    /// `beyond` is the outcome where `mostPivots` do not suffice.
-    Follower(std::uint64_t mostPivots, SinglePrecisionOutcome beyond, SolveControl& control,
+    /// `beyond` is the reason to stop where `mostPivots` do not suffice.
+    Follower(std::uint64_t mostPivots, SinglePrecisionStop beyond, SolveControl& control,
              const std::function<void(const SinglePrecisionPivot&)>& observe,
              SinglePrecisionResult& result)
         : m_mostPivots(mostPivots),
@@ -58,7 +58,7 @@ private:
         const std::span<const Index> basic(pivot.basic, pivot.numBasic);
         m_result.basicLabels.assign(basic.begin(), basic.end());
         if (Returns(pivot, basic))
-            return Stop(SinglePrecisionOutcome::Cycling);
+            return Stop(SinglePrecisionStop::Cycling);
         if (m_result.pivots >= m_mostPivots)
             return Stop(m_beyond);
         if (m_observe)
@@ -70,8 +70,8 @@ private:
                        {pivot.values, pivot.numBasic}});
         if (!m_control.MayPivot(Stage::SinglePrecision, false, std::nan("")))
             return Stop(m_control.Reason() == StopReason::PivotLimit
-                            ? SinglePrecisionOutcome::PivotLimit
-                            : SinglePrecisionOutcome::Stopped);
+                            ? SinglePrecisionStop::PivotLimit
+                            : SinglePrecisionStop::Control);
         m_control.CountPivot(Stage::SinglePrecision);
         // What the basis is once the pivot is made.
         std::replace(m_result.basicLabels.begin(), m_result.basicLabels.end(), pivot.leaving,
@@ -80,9 +80,9 @@ private:
         return true;
     }
 
-    bool Stop(SinglePrecisionOutcome outcome)
+    bool Stop(SinglePrecisionStop stop)
     {
-        m_result.outcome = outcome;
+        m_result.stop = stop;
         return false;
     }
 
@@ -105,7 +105,7 @@ private:
     }
 
     std::uint64_t m_mostPivots;
-    SinglePrecisionOutcome m_beyond;
+    SinglePrecisionStop m_beyond;
     SolveControl& m_control;
     const std::function<void(const SinglePrecisionPivot&)>& m_observe;
     SinglePrecisionResult& m_result;
@@ -150,23 +150,21 @@ bool State(const CanonicalForm& form, LinearProgram& program)
     return program.SetObjective(terms);
 }
 
-SinglePrecisionOutcome OutcomeOf(Verdict verdict, SinglePrecisionOutcome stopped)
+Status StatusOf(Verdict verdict)
 {
     switch (verdict)
     {
     case Verdict::Ok:
-        return SinglePrecisionOutcome::Optimal;
+        return Status::Optimal;
     case Verdict::Infeasible:
-        return SinglePrecisionOutcome::Infeasible;
+        return Status::Infeasible;
     case Verdict::Unbounded:
-        return SinglePrecisionOutcome::Unbounded;
+        return Status::Unbounded;
     case Verdict::Stopped:
-        return stopped;
     case Verdict::InvalidInput:
         break;
     }
-    // The program was stated as the core wants it: storage was refused.
-    return SinglePrecisionOutcome::Memory;
+    return Status::Stopped;
 }
 
 }  // namespace
@@ -177,10 +175,10 @@ RunSinglePrecisionStage(const CanonicalForm& form, const SinglePrecisionBudget& 
                         const std::function<void(const SinglePrecisionPivot&)>& observe)
 {
     SinglePrecisionResult result;
-    result.outcome = form.rows == 0 || form.columns == 0 ? SinglePrecisionOutcome::Empty
-                     : !IsFinite(form)                   ? SinglePrecisionOutcome::OutOfRange
-                                                         : SinglePrecisionOutcome::Memory;
-    if (result.outcome != SinglePrecisionOutcome::Memory)
+    result.stop = form.rows == 0 || form.columns == 0 ? SinglePrecisionStop::Empty
+                  : !IsFinite(form)                   ? SinglePrecisionStop::OutOfRange
+                                                      : SinglePrecisionStop::Memory;
+    if (result.stop != SinglePrecisionStop::Memory)
         return result;
     const std::uint64_t affordable = AffordablePivots(form, budget.bytes);
     LinearProgram program(form.columns);
@@ -191,13 +189,17 @@ RunSinglePrecisionStage(const CanonicalForm& form, const SinglePrecisionBudget& 
         result.basicLabels.push_back(form.columns + 1 + i);
     const bool isBudgetAffordable = budget.pivots <= affordable;
     Follower follower(std::min(budget.pivots, affordable),
-                      isBudgetAffordable ? SinglePrecisionOutcome::PivotBudget
-                                         : SinglePrecisionOutcome::Memory,
+                      isBudgetAffordable ? SinglePrecisionStop::PivotBudget
+                                         : SinglePrecisionStop::Memory,
                       control, observe, result);
     const Verdict verdict = program.Solve(follower);
     follower.Rethrow();
-    result.outcome = OutcomeOf(verdict, result.outcome);
-    if (result.outcome != SinglePrecisionOutcome::Optimal)
+    result.status = StatusOf(verdict);
+    // InvalidInput is a refusal of storage, since the program was stated as the core wants it, and
+    // leaves that reason; Stopped has left its own.
+    if (result.status != Status::Stopped)
+        result.stop = SinglePrecisionStop::None;
+    if (result.status != Status::Optimal)
         return result;
     result.objective = program.Objective();
     for (Index j = 0; j < form.columns; ++j)

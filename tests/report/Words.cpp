@@ -16,7 +16,7 @@ class EnumWords : public testing::Test
 };
 
 using Enums =
-    testing::Types<Status, BasisStatus, SinglePrecisionOutcome, ClaimedStatus, Judgement, Evidence>;
+    testing::Types<Status, BasisStatus, SinglePrecisionStop, ClaimedStatus, Judgement, Evidence>;
 TYPED_TEST_SUITE(EnumWords, Enums);
 
 TYPED_TEST(EnumWords, LeadFromEachValueToAWordAndBack)

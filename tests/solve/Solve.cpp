@@ -139,7 +139,7 @@ TEST(Solve, NumbersBeyondBinary32AreSolvedExactlyInstead)
     model.Add(1e200 * x <= 5e200);
     model.Maximize(x);
     const nuv::Solution solution = model.Solve();
-    EXPECT_EQ(solution.singlePrecision.outcome, nuv::SinglePrecisionOutcome::OutOfRange);
+    EXPECT_EQ(solution.singlePrecision.stop, nuv::SinglePrecisionStop::OutOfRange);
     ASSERT_EQ(solution.status, nuv::Status::Optimal);
     EXPECT_EQ(solution.objective, 5.0);
 }
@@ -198,7 +198,7 @@ TEST(Solve, StopsWhenToldToInSinglePrecision)
             return false;
         };
         const nuv::Solution solution = model.Solve(options);
-        EXPECT_EQ(solution.singlePrecision.outcome, nuv::SinglePrecisionOutcome::Stopped);
+        EXPECT_EQ(solution.singlePrecision.stop, nuv::SinglePrecisionStop::Control);
         EXPECT_EQ(solution.status, nuv::Status::Stopped);
         EXPECT_EQ(solution.stopReason, nuv::StopReason::Cancelled);
         EXPECT_EQ(asked, 1) << "a stop is final";
