@@ -23,9 +23,11 @@ set(NUV_PUBLIC_HEADERS
     Nuv/Utils/NuvLinearProgrammingBatch.hpp
     Nuv/Utils/NuvLinearProgrammingContainers.h
     Nuv/Utils/NuvLinearProgrammingInline.h
+    Nuv/Utils/NuvLinearProgrammingMaps.decl.h
     Nuv/Utils/NuvLinearProgrammingMeasure.h
     Nuv/Utils/NuvLinearProgrammingMonitor.h
     Nuv/Utils/NuvLinearProgrammingRecords.h
+    Nuv/Utils/NuvLinearProgrammingTerms.decl.h
     Nuv/Utils/NuvPivotLimit.h
     Nuv/Utils/NuvScratchAllocator.h
     Nuv/Utils/NuvStdCLibInline.h

@@ -6,25 +6,9 @@
 
 #include "Nuv/Utils/NuvString.h"
 
-// (1-based variable index, coefficient)
-#define NUV_SELF NuvPair_NuvUint__NuvFloat32
-#define NUV_FIRST NuvUint
-#define NUV_SECOND NuvFloat32
-#include "Nuv/Templates/NuvPair.decl.h"
-
-#define NUV_SELF NuvVector_NuvPair_NuvUint__NuvFloat32
-#define NUV_ELEMENT NuvPair_NuvUint__NuvFloat32
-#include "Nuv/Templates/NuvVector.decl.h"
-
-// (variable name, coefficient or value)
-#define NUV_SELF NuvPair_NuvString__NuvFloat32
-#define NUV_FIRST NuvString
-#define NUV_SECOND NuvFloat32
-#include "Nuv/Templates/NuvPair.decl.h"
-
-#define NUV_SELF NuvVector_NuvPair_NuvString__NuvFloat32
-#define NUV_ELEMENT NuvPair_NuvString__NuvFloat32
-#include "Nuv/Templates/NuvVector.decl.h"
+#define NUV_TEMPLATE(name) <Nuv/Templates/name.decl.h>
+#include "Nuv/Utils/NuvLinearProgrammingTerms.decl.h"
+#undef NUV_TEMPLATE
 
 /// Recorded only: every variable is solved as continuous and non-negative.
 typedef enum NuvLinearProgrammingVariableType
