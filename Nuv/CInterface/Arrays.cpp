@@ -123,4 +123,16 @@ void CheckIndices(const std::uint32_t* indices, std::uint32_t count, std::uint32
              std::string("there is no ") + what + " of an index that is given");
 }
 
+std::vector<BasisStatus> StatusesIn(const std::uint8_t* statuses, std::uint32_t count)
+{
+    Require(statuses || count == 0, "a basis is null, but has a length");
+    std::vector<BasisStatus> taken;
+    for (std::uint32_t k = 0; k < count; ++k)
+    {
+        RequireOneOf(statuses[k], NUV_BASISSTATUS_Free + 1, "status in a basis");
+        taken.push_back(static_cast<BasisStatus>(statuses[k]));
+    }
+    return taken;
+}
+
 }  // namespace nuv::c

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Nuv/CInterface/Handles.hpp"
+#include "Nuv/SparseSimplex/Basis.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -59,5 +60,9 @@ struct Vectors
 /// `indices`, or the first `count` where that is null; fails unless all are below `size`.
 void CheckIndices(const std::uint32_t* indices, std::uint32_t count, std::uint32_t size,
                   const char* what);
+
+/// NUV_BASISSTATUS_... of the caller's; fails with InvalidArgument for any other number.
+[[nodiscard]] std::vector<BasisStatus> StatusesIn(const std::uint8_t* statuses,
+                                                  std::uint32_t count);
 
 }  // namespace nuv::c

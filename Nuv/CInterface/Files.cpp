@@ -1,5 +1,6 @@
 // Models out of files and into files, and the same in memory.
 #include "Nuv/CInterface/Records.hpp"
+#include "Nuv/CInterface/Texts.hpp"
 #include "Nuv/Io/Lp/LpReader.hpp"
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/ModelFile.hpp"
@@ -21,13 +22,6 @@ MpsForm MpsFormOf(std::uint32_t format)
     return format == NUV_FORMAT_MpsFixed  ? MpsForm::Fixed
            : format == NUV_FORMAT_MpsFree ? MpsForm::Free
                                           : MpsForm::ByContent;
-}
-
-/// Hands diagnostics over to where the caller wants them.
-void HandOver(std::vector<Diagnostic>& from, NuvDiagnostics* to) noexcept
-{
-    if (to)
-        to->diagnostics = std::move(from);
 }
 
 NuvReadOptions OptionsOf(const NuvReadOptions* options)
@@ -61,11 +55,7 @@ ReadResult ReadAs(const NuvReadOptions& options, std::string_view text, const st
 void Load(NuvModel& handle, const Result<std::string>& text, const std::string& path,
           const NuvReadOptions& options, NuvDiagnostics* diagnostics)
 {
-    if (!text)
-        Fail(text.GetError().code == "file.damaged" ? NUV_MODELRESULT_BadText
-                                                    : NUV_MODELRESULT_CannotRead,
-             text.GetError());
-    ReadResult reading = ReadAs(options, *text, path);
+    ReadResult reading = ReadAs(options, Readable(text), path);
     if (reading.model)
         handle.model = std::make_shared<Model>(std::move(*reading.model));
     HandOver(reading.diagnostics, diagnostics);
@@ -113,11 +103,9 @@ NuvModelResult NuvModelReadText(NuvModel* model, const char* text, uint64_t size
                    [&]
                    {
                        NuvModel& handle = Checked(model);
-                       Require(text || size == 0, "text is null");
-                       Require(size <= SIZE_MAX / 4, "the text takes more bytes than there are");
+                       std::string bytes = BytesOf(text, size);
                        const std::string path = name ? name : "";
                        const NuvReadOptions taken = OptionsOf(options);
-                       std::string bytes(text ? text : "", static_cast<std::size_t>(size));
                        Load(handle, nuv::Unpacked(std::move(bytes), path), path, taken,
                             diagnostics);
                    });

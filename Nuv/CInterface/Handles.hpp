@@ -27,6 +27,7 @@ enum class Kind : std::uint64_t
     Solution = 0x4E7576536F6C7574u,
     Solver = 0x4E7576536F6C7665u,
     Repair = 0x4E75765265706169u,
+    Claim = 0x4E7576436C61696Du,
     Diagnostics = 0x4E75764469616700u,
     Text = 0x4E75765465787400u,
 };

@@ -90,9 +90,7 @@ NuvModelResult NuvRepairGetInfo(const NuvRepair* repair, NuvRepairInfo* info)
                        filled.status = static_cast<uint32_t>(held.status);
                        filled.proved = held.proved ? 1 : 0;
                        filled.stopReason = static_cast<uint32_t>(held.stopReason);
-                       filled.numbers = held.numbers == nuv::CoefficientMeaning::StoredDouble
-                                            ? NUV_NUMBERS_Stored
-                                            : NUV_NUMBERS_Written;
+                       filled.numbers = NumbersOf(held.numbers);
                        filled.numChanges = static_cast<uint32_t>(handle.changes.size());
                        filled.total = held.total;
                        FillIn(info, "info", filled);

@@ -4,9 +4,8 @@
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Report/TextReport.hpp"
 #include "Nuv/Vipr/Certify.hpp"
-#include "Nuv/Vipr/Check.hpp"
-#include "Nuv/Vipr/Statement.hpp"
 #include "Nuv/Vipr/Text.hpp"
+#include "Nuv/Vipr/Verify.hpp"
 
 namespace nuv::c
 {
@@ -32,18 +31,12 @@ NuvVerification Verify(const Model& model, CoefficientMeaning numbers, std::stri
     const Result<vipr::Certificate> certificate = vipr::Read(text, "certificate");
     if (!certificate)
         Fail(NUV_MODELRESULT_BadText, certificate.GetError());
-    if (!vipr::IsSameProblem(vipr::StatementOf(model, numbers).problem, certificate->problem))
-        Fail(NUV_MODELRESULT_Refused, "vipr.other-model", "the certificate is about another model");
-    const std::string defect = vipr::FindDefect(*certificate);
-    if (!defect.empty())
-        Fail(NUV_MODELRESULT_Refused, "vipr.defect", defect);
-    NuvVerification verification{};
-    verification.status = StatusOf(certificate->goal);
-    verification.objective =
-        certificate->lower && verification.status == NUV_STATUS_Optimal
-            ? ToDouble(*certificate->lower + ToRational(model.ObjectiveConstant(), numbers))
-            : Solution::kUnknown;
-    return verification;
+    const vipr::Verification found = vipr::Verify(model, numbers, *certificate);
+    if (!found.defect.empty())
+        Fail(NUV_MODELRESULT_Refused, found.isOtherModel ? "vipr.other-model" : "vipr.defect",
+             found.defect);
+    return {0, StatusOf(found.goal),
+            found.objective ? ToDouble(*found.objective) : Solution::kUnknown};
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // What a solution holds, as arrays and exact numbers.
 #include "Nuv/CInterface/Records.hpp"
+#include "Nuv/CInterface/Solving.hpp"
 
 #include "Nuv/Certificate/Certificate.hpp"
 
@@ -143,9 +144,7 @@ NuvModelResult NuvSolutionGetInfo(const NuvSolution* solution, NuvSolutionInfo* 
                        filled.status = static_cast<uint32_t>(held.status);
                        filled.proved = held.proved ? 1 : 0;
                        filled.stopReason = static_cast<uint32_t>(held.stopReason);
-                       filled.numbers = held.numbers == nuv::CoefficientMeaning::StoredDouble
-                                            ? NUV_NUMBERS_Stored
-                                            : NUV_NUMBERS_Written;
+                       filled.numbers = NumbersOf(held.numbers);
                        filled.numColumns = handle.model->VariableCount();
                        filled.numRows = handle.model->RowCount();
                        filled.numIisMembers = static_cast<uint32_t>(handle.iis.size());
@@ -175,6 +174,16 @@ int32_t NuvSolutionIsProved(const NuvSolution* solution)
 double NuvSolutionGetObjective(const NuvSolution* solution)
 {
     return IsHandle(solution) ? solution->solution.objective : nuv::Solution::kUnknown;
+}
+
+uint32_t NuvSolutionGetPointUniqueness(const NuvSolution* solution)
+{
+    return IsHandle(solution) ? static_cast<uint32_t>(solution->solution.unique.point) : 0;
+}
+
+uint32_t NuvSolutionGetDualUniqueness(const NuvSolution* solution)
+{
+    return IsHandle(solution) ? static_cast<uint32_t>(solution->solution.unique.duals) : 0;
 }
 
 const double* NuvSolutionGetValues(const NuvSolution* solution, uint32_t* count)

@@ -1,5 +1,6 @@
 #include "Nuv/CInterface/Solving.hpp"
 
+#include "Nuv/CInterface/Arrays.hpp"
 #include "Nuv/CInterface/Records.hpp"
 
 #include <optional>
@@ -27,19 +28,8 @@ NuvSolveOptions Defaults()
 /// A basis out of two arrays of NUV_BASISSTATUS_..., if there is one.
 std::optional<Basis> StartOf(const NuvSolveOptions& given)
 {
-    const auto take = [](const std::uint8_t* statuses, std::uint32_t count)
-    {
-        Require(statuses || count == 0, "a start is null, but has a length");
-        std::vector<BasisStatus> taken;
-        for (std::uint32_t k = 0; k < count; ++k)
-        {
-            RequireOneOf(statuses[k], NUV_BASISSTATUS_Free + 1, "status in a basis");
-            taken.push_back(static_cast<BasisStatus>(statuses[k]));
-        }
-        return taken;
-    };
-    Basis basis{take(given.startColumnBasis, given.numStartColumns),
-                take(given.startRowBasis, given.numStartRows)};
+    Basis basis{StatusesIn(given.startColumnBasis, given.numStartColumns),
+                StatusesIn(given.startRowBasis, given.numStartRows)};
     if (basis.columns.empty() && basis.rows.empty())
         return std::nullopt;
     return basis;
@@ -56,6 +46,7 @@ SolveOptions OptionsOf(const NuvSolveOptions& given)
     options.scaling = given.scale != 0 ? Scaling::PowersOfTwo : Scaling::None;
     options.sensitivity = given.sensitivity != 0;
     options.exact = given.exact != 0;
+    options.uniqueness = given.uniqueness != 0;
     options.iisWork = given.iisWork;
     options.limits.seconds = given.seconds;
     options.limits.singlePrecisionPivots = given.singlePrecisionPivots;
@@ -105,13 +96,18 @@ Solving::Solving(const NuvSolveOptions* options)
     m_options.limits.reportObjective = m_given.progress != nullptr;
     if (m_given.progress)
         m_options.limits.keepGoing = [this](const Progress& progress)
-        { return KeepGoing(progress); };
+        { return KeepGoing(m_given.progress, m_given.userData, progress); };
     if (m_given.log)
         m_options.limits.log = [this](std::string_view line)
         { m_given.log(m_given.userData, std::string(line).c_str()); };
 }
 
-bool Solving::KeepGoing(const Progress& progress) const
+std::uint32_t NumbersOf(CoefficientMeaning meaning)
+{
+    return meaning == CoefficientMeaning::StoredDouble ? NUV_NUMBERS_Stored : NUV_NUMBERS_Written;
+}
+
+bool KeepGoing(NuvProgressCallback callback, void* userData, const Progress& progress)
 {
     const NuvProgress told = {sizeof(NuvProgress),
                               static_cast<std::uint32_t>(progress.stage),
@@ -120,7 +116,7 @@ bool Solving::KeepGoing(const Progress& progress) const
                               progress.objective,
                               progress.feasible ? 1u : 0u,
                               0};
-    return m_given.progress(m_given.userData, &told) != 0;
+    return callback(userData, &told) != 0;
 }
 
 std::unique_ptr<NuvSolution> Solving::Deliver(std::shared_ptr<const Model> model,

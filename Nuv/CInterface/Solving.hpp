@@ -28,12 +28,16 @@ public:
     Deliver(std::shared_ptr<const Model> model, const Model& solved, Solution solution) const;
 
 private:
-    [[nodiscard]] bool KeepGoing(const Progress& progress) const;
-
     NuvSolveOptions m_given;
     SolveOptions m_options;
 };
 
 [[nodiscard]] CoefficientMeaning MeaningOf(std::uint32_t numbers);
+/// NUV_NUMBERS_...
+[[nodiscard]] std::uint32_t NumbersOf(CoefficientMeaning meaning);
+
+/// Tells the caller's callback, and asks it.
+[[nodiscard]] bool KeepGoing(NuvProgressCallback callback, void* userData,
+                             const Progress& progress);
 
 }  // namespace nuv::c

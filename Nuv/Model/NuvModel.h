@@ -26,6 +26,7 @@
 #ifndef NUV_MODEL_NUVMODEL_H
 #define NUV_MODEL_NUVMODEL_H
 
+#include "Nuv/Model/NuvClaim.h"
 #include "Nuv/Model/NuvModelTypes.h"
 #include "Nuv/Model/NuvRepair.h"
 #include "Nuv/Model/NuvSolution.h"
@@ -275,5 +276,36 @@ NUV_MODEL_API NuvModelResult NuvModelWrite(const NuvModel* model, const char* pa
 /// The same as a text; ByContent is LP.
 NUV_MODEL_API NuvModelResult NuvModelMakeText(const NuvModel* model, uint32_t format,
                                               NuvText** text, NuvDiagnostics* diagnostics);
+
+/// Reads a basis of this model out of an MPS basis file, plain or gzipped; "-" is standard input.
+/// The arrays are the caller's and as long as the model has columns and rows, which the two numbers
+/// repeat; each byte becomes NUV_BASISSTATUS_..., as NuvSolveOptions takes them.
+/// @return BadText if the file is none, or names what the model has not; the arrays stay then.
+NUV_MODEL_API NuvModelResult NuvModelReadBasis(const NuvModel* model, const char* path,
+                                               uint8_t* columnBasis, uint32_t numColumns,
+                                               uint8_t* rowBasis, uint32_t numRows,
+                                               NuvDiagnostics* diagnostics);
+
+/// The same for the `size` bytes of a file in memory; `name` is what diagnostics call it.
+NUV_MODEL_API NuvModelResult NuvModelReadBasisText(const NuvModel* model, const char* text,
+                                                   uint64_t size, const char* name,
+                                                   uint8_t* columnBasis, uint32_t numColumns,
+                                                   uint8_t* rowBasis, uint32_t numRows,
+                                                   NuvDiagnostics* diagnostics);
+
+/// Writes a basis of this model as an MPS basis file, which reads back to the same; a path that
+/// ends with .gz is compressed. NuvSolutionGetColumnBasis and ...RowBasis give such arrays.
+/// @return CannotWrite for a file that cannot be written, for a name that the format cannot hold,
+/// and where there are not as many basic columns as nonbasic rows.
+NUV_MODEL_API NuvModelResult NuvModelWriteBasis(const NuvModel* model, const char* path,
+                                                const uint8_t* columnBasis, uint32_t numColumns,
+                                                const uint8_t* rowBasis, uint32_t numRows,
+                                                NuvDiagnostics* diagnostics);
+
+/// The same as a text.
+NUV_MODEL_API NuvModelResult NuvModelMakeBasisText(const NuvModel* model,
+                                                   const uint8_t* columnBasis, uint32_t numColumns,
+                                                   const uint8_t* rowBasis, uint32_t numRows,
+                                                   NuvText** text, NuvDiagnostics* diagnostics);
 
 #endif

@@ -33,6 +33,8 @@ typedef struct NuvSolution NuvSolution;
 typedef struct NuvSolver NuvSolver;
 /// What would make an infeasible model feasible.
 typedef struct NuvRepair NuvRepair;
+/// What became of the claim of a solution file.
+typedef struct NuvClaim NuvClaim;
 /// What a call had to say beside its result.
 typedef struct NuvDiagnostics NuvDiagnostics;
 /// A text that the library has made.

@@ -48,6 +48,17 @@ enum
     NUV_STOPREASON_Cancelled = 3
 };
 
+/// Whether an optimum has a point, or duals, of its own.
+enum
+{
+    /// Not asked for, no proved optimum, or stopped before it was decided.
+    NUV_UNIQUENESS_Unknown = 0,
+    /// There is no other.
+    NUV_UNIQUENESS_Unique = 1,
+    /// There is another.
+    NUV_UNIQUENESS_NotUnique = 2
+};
+
 /// Where a column or row is in a basis.
 enum
 {
@@ -106,6 +117,10 @@ typedef struct NuvSolveOptions
     uint32_t numStartColumns;
     uint32_t numStartRows;
     uint32_t numStartValues;
+    /// Not 0: whether there is another optimal point, or other optimal duals, is decided.
+    uint32_t uniqueness;
+    /// Zero.
+    uint32_t reserved;
     /// Of all stages together; infinity is no limit.
     double seconds;
     /// How much to do to make an infeasible subsystem irreducible, at most: entries, rows and
@@ -235,6 +250,13 @@ NUV_MODEL_API int32_t NuvSolutionIsProved(const NuvSolution* solution);
 
 /// The objective; NaN where there is none.
 NUV_MODEL_API double NuvSolutionGetObjective(const NuvSolution* solution);
+
+/// NUV_UNIQUENESS_... of the optimal point, decided exactly where the options asked for it;
+/// NUV_UNIQUENESS_Unknown also for what is no solution.
+NUV_MODEL_API uint32_t NuvSolutionGetPointUniqueness(const NuvSolution* solution);
+
+/// The same of the optimal duals.
+NUV_MODEL_API uint32_t NuvSolutionGetDualUniqueness(const NuvSolution* solution);
 
 /// The value of each column. This and the next seven give an array and its length, or null and 0
 /// where the status has nothing of the kind. A null `count` is not told.

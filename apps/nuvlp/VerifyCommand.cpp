@@ -8,9 +8,8 @@
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Report/JsonWriter.hpp"
 #include "Nuv/Report/Words.hpp"
-#include "Nuv/Vipr/Check.hpp"
-#include "Nuv/Vipr/Statement.hpp"
 #include "Nuv/Vipr/Text.hpp"
+#include "Nuv/Vipr/Verify.hpp"
 
 #include <fmt/core.h>
 
@@ -33,32 +32,7 @@ struct Options
     bool quiet = false;
 };
 
-struct Verification
-{
-    nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
-    std::string defect;  ///< empty if the certificate holds
-    nuv::vipr::Goal goal = nuv::vipr::Goal::Infeasible;
-    nuv::Rational objective;  ///< Range: the optimum, with the constant
-};
-
-Verification Verify(const nuv::Model& model, nuv::CoefficientMeaning numbers,
-                    const nuv::vipr::Certificate& certificate)
-{
-    Verification result;
-    result.numbers = numbers;
-    result.goal = certificate.goal;
-    if (!nuv::vipr::IsSameProblem(nuv::vipr::StatementOf(model, numbers).problem,
-                                  certificate.problem))
-        result.defect = "the certificate is about another model";
-    else
-        result.defect = nuv::vipr::FindDefect(certificate);
-    if (certificate.lower)
-        result.objective =
-            *certificate.lower + nuv::vipr::NumberAt(model, numbers,
-                                                     {nuv::NumberPlace::Of::ObjectiveConstant},
-                                                     model.ObjectiveConstant());
-    return result;
-}
+using nuv::vipr::Verification;
 
 std::string_view StatusWord(nuv::vipr::Goal goal)
 {
@@ -70,12 +44,12 @@ std::string VerificationText(const Verification& result)
 {
     if (!result.defect.empty())
         return fmt::format("proof      refused: {}\n", result.defect);
-    if (result.goal != nuv::vipr::Goal::Range)
+    if (!result.objective)
         return fmt::format("status     {}\nproof      verified as {}\n", StatusWord(result.goal),
                            nuv::WordOf(result.numbers));
     return fmt::format("status     {}\nobjective  {}\nproof      verified as {}, exactly {}\n",
-                       StatusWord(result.goal), nuv::NumberText(nuv::ToDouble(result.objective)),
-                       nuv::WordOf(result.numbers), nuv::ToString(result.objective));
+                       StatusWord(result.goal), nuv::NumberText(nuv::ToDouble(*result.objective)),
+                       nuv::WordOf(result.numbers), nuv::ToString(*result.objective));
 }
 
 std::string VerificationJson(const nuv::Model& model, const Verification& result)
@@ -89,10 +63,10 @@ std::string VerificationJson(const nuv::Model& model, const Verification& result
         json.Key("defect").Text(result.defect);
     else
         json.Key("status").Text(StatusWord(result.goal));
-    if (holds && result.goal == nuv::vipr::Goal::Range)
+    if (result.objective)
     {
-        json.Key("objective").Number(nuv::ToDouble(result.objective));
-        json.Key("exact_objective").Text(nuv::ToString(result.objective));
+        json.Key("objective").Number(nuv::ToDouble(*result.objective));
+        json.Key("exact_objective").Text(nuv::ToString(*result.objective));
     }
     return json.Close('}').Finish();
 }
@@ -123,7 +97,7 @@ ExitCode Run(const Options& options)
         nuv::vipr::Read(*text, nuv::DisplayName(options.certificate));
     if (!certificate)
         return Report(options, certificate.GetError(), ExitCode::BadModel);
-    const Verification result = Verify(*reading.model, options.numbers, *certificate);
+    const Verification result = nuv::vipr::Verify(*reading.model, options.numbers, *certificate);
     return WriteTo(options.output.path,
                    options.output.json ? VerificationJson(*reading.model, result)
                                        : VerificationText(result),

@@ -53,6 +53,8 @@ NuvModel* MakeFactory(void);
 void TestModels(void);
 void TestRandomModels(void);
 void TestFiles(void);
+void TestBases(void);
+void TestClaims(void);
 void TestSolutions(void);
 void TestRandomSolutions(void);
 void TestSessions(void);

@@ -6,6 +6,8 @@ int main(void)
     TestModels();
     TestRandomModels();
     TestFiles();
+    TestBases();
+    TestClaims();
     TestSolutions();
     TestRandomSolutions();
     TestSessions();

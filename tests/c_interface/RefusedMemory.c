@@ -88,6 +88,37 @@ static void Report(const NuvModel* model, const NuvSolution* solution, NuvDiagno
     NuvTextDestruct(text);
 }
 
+static void CheckClaimOf(const NuvModel* model, const NuvSolution* solution,
+                         NuvDiagnostics* diagnostics)
+{
+    NuvText* json;
+    NuvText* basis;
+    NuvClaim* claim;
+    uint32_t numColumns;
+    uint32_t numRows;
+    const uint8_t* columns = NuvSolutionGetColumnBasis(solution, &numColumns);
+    const uint8_t* rows = NuvSolutionGetRowBasis(solution, &numRows);
+    uint8_t again[16];
+    CHECK(numColumns + numRows <= sizeof again);
+    if (Done(NuvSolutionMakeJson(solution, &json)))
+    {
+        if (Done(NuvModelCheckClaimText(model, NuvTextGetData(json), NuvTextGetSize(json), NULL,
+                                        NULL, &claim, diagnostics)))
+        {
+            NuvText* report = NULL;
+            (void)Done(NuvClaimMakeReport(claim, &report));
+            NuvTextDestruct(report);
+        }
+        NuvClaimDestruct(claim);
+        NuvTextDestruct(json);
+    }
+    if (Done(NuvModelMakeBasisText(model, columns, numColumns, rows, numRows, &basis, diagnostics)))
+        (void)Done(NuvModelReadBasisText(model, NuvTextGetData(basis), NuvTextGetSize(basis), NULL,
+                                         again, numColumns, again + numColumns, numRows,
+                                         diagnostics));
+    NuvTextDestruct(basis);
+}
+
 static void Solve(const NuvModel* model, NuvDiagnostics* diagnostics)
 {
     NuvSolveOptions options;
@@ -103,6 +134,7 @@ static void Solve(const NuvModel* model, NuvDiagnostics* diagnostics)
     }
     CHECK(NuvSolutionIsProved(solution));
     Report(model, solution, diagnostics);
+    CheckClaimOf(model, solution, diagnostics);
     NuvSolutionDestruct(solution);
 }
 

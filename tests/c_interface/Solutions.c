@@ -66,6 +66,44 @@ static void TestOptimum(void)
     NuvSolutionDestruct(solution);
 }
 
+/* Maximise x + y under x + y <= 4: each point of the side is optimal, and one dual prices it. With
+   x <= 4 and y <= 4 binding too at (4, 4) under x + y <= 8, the point is alone, the duals are not.
+ */
+static void TestUniqueness(void)
+{
+    static const uint64_t starts[] = {0, 2};
+    static const uint32_t columns[] = {0, 1};
+    static const double ones[] = {1.0, 1.0};
+    static const double sides[] = {4.0, 8.0};
+    static const double upper[2][2] = {{(double)INFINITY, (double)INFINITY}, {4.0, 4.0}};
+    static const uint32_t expected[2][2] = {{NUV_UNIQUENESS_NotUnique, NUV_UNIQUENESS_Unique},
+                                            {NUV_UNIQUENESS_Unique, NUV_UNIQUENESS_NotUnique}};
+    NuvSolveOptions options;
+    NuvSolution* solution;
+    size_t k;
+    CHECK_OK(NuvSolveOptionsInit(&options, sizeof options));
+    CHECK(options.uniqueness == 0);
+    for (k = 0; k < 2; ++k)
+    {
+        NuvModel* model = NuvModelConstruct();
+        CHECK_OK(NuvModelAddColumns(model, 2, ones, NULL, upper[k], NULL, 0, NULL));
+        CHECK_OK(NuvModelAddRows(model, 1, NULL, &sides[k], starts, columns, ones, NULL, 0, NULL));
+        CHECK_OK(NuvModelSetSense(model, NUV_SENSE_Maximize));
+        CHECK_OK(NuvModelSolve(model, NULL, &solution, NULL));
+        CHECK(NuvSolutionGetPointUniqueness(solution) == NUV_UNIQUENESS_Unknown);
+        CHECK(NuvSolutionGetDualUniqueness(solution) == NUV_UNIQUENESS_Unknown);
+        NuvSolutionDestruct(solution);
+        options.uniqueness = 1;
+        CHECK_OK(NuvModelSolve(model, &options, &solution, NULL));
+        CHECK(NuvSolutionGetPointUniqueness(solution) == expected[k][0]);
+        CHECK(NuvSolutionGetDualUniqueness(solution) == expected[k][1]);
+        NuvSolutionDestruct(solution);
+        NuvModelDestruct(model);
+    }
+    CHECK(NuvSolutionGetPointUniqueness(NULL) == NUV_UNIQUENESS_Unknown);
+    CHECK(NuvSolutionGetDualUniqueness(NULL) == NUV_UNIQUENESS_Unknown);
+}
+
 static void TestInfeasible(void)
 {
     NuvModel* model = MakeFactory();
@@ -251,6 +289,25 @@ static void TestCertificates(void)
     NuvModelDestruct(other);
 }
 
+/* The optimum in a certificate is that of the model, whose constant may be a number of its own. */
+static void TestConstantsInCertificates(void)
+{
+    NuvModel* model = MakeFactory();
+    NuvSolution* solution;
+    NuvText* text;
+    NuvVerification found;
+    found.size = sizeof found;
+    CHECK_OK(NuvModelSetExact(model, NUV_PLACE_Constant, 0, 0, "9007199254740993/7", NULL));
+    CHECK_OK(NuvModelSolve(model, NULL, &solution, NULL));
+    CHECK_OK(NuvSolutionMakeCertificate(solution, &text));
+    CHECK_OK(NuvModelVerify(model, NuvTextGetData(text), NuvTextGetSize(text), NUV_NUMBERS_Written,
+                            &found, NULL));
+    CHECK(found.objective == NuvSolutionGetObjective(solution));
+    NuvTextDestruct(text);
+    NuvSolutionDestruct(solution);
+    NuvModelDestruct(model);
+}
+
 /* labour wants 1000 hours and has 240: it is the cheapest to change, unless it has to stay. */
 static void TestRepair(void)
 {
@@ -306,11 +363,13 @@ void TestSolutions(void)
 {
     TestRepair();
     TestOptimum();
+    TestUniqueness();
     TestInfeasible();
     TestUnbounded();
     TestMeaningOfNumbers();
     TestCallbacksAndLimits();
     TestCertificates();
+    TestConstantsInCertificates();
 }
 
 enum

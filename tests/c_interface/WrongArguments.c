@@ -10,6 +10,7 @@ static void TestNullAndForeignHandles(void)
                                      (const NuvModel*)(const void*)diagnostics};
     NuvSolution* solution = (NuvSolution*)(void*)model;
     NuvText* text = (NuvText*)(void*)model;
+    NuvClaim* claim = (NuvClaim*)(void*)model;
     NuvModelArrays arrays;
     double number = 1.0;
     uint32_t count = 7;
@@ -42,6 +43,19 @@ static void TestNullAndForeignHandles(void)
         CHECK(NuvSolutionGetValues(badSolution, &count) == NULL && count == 0);
         CHECK(NuvSolutionGetExact(badSolution, 0, 0, NULL, 0) == 0);
         CHECK(NuvSolutionMakeJson(badSolution, &text) == NUV_MODELRESULT_InvalidHandle);
+        CHECK(NuvSolutionGetPointUniqueness(badSolution) == NUV_UNIQUENESS_Unknown);
+        CHECK(NuvSolutionGetDualUniqueness(badSolution) == NUV_UNIQUENESS_Unknown);
+        CHECK(NuvModelCheckClaim(bad, "x", NULL, &claim, NULL) == NUV_MODELRESULT_InvalidHandle);
+        CHECK(claim == NULL);
+        CHECK(NuvModelCheckValues(bad, &number, 1, NULL, &claim, NULL) ==
+              NUV_MODELRESULT_InvalidHandle);
+        CHECK(NuvClaimMakeJson((NuvClaim*)(void*)bad, &text) == NUV_MODELRESULT_InvalidHandle);
+        CHECK(NuvClaimGetDisagreement((NuvClaim*)(void*)bad, 0, NULL) == NULL);
+        CHECK(NuvClaimGetExactOptimum((NuvClaim*)(void*)bad, NULL, 0) == 0);
+        NuvClaimDestruct((NuvClaim*)(void*)bad);
+        CHECK(NuvModelReadBasis(bad, "x", NULL, 0, NULL, 0, NULL) == NUV_MODELRESULT_InvalidHandle);
+        CHECK(NuvModelWriteBasis(bad, "x", NULL, 0, NULL, 0, NULL) ==
+              NUV_MODELRESULT_InvalidHandle);
         if (k != 2)
             CHECK(NuvDiagnosticsGetCount((const NuvDiagnostics*)(const void*)wrong[k]) == 0);
         CHECK(NuvTextGetData((const NuvText*)(const void*)wrong[k]) == NULL);
