@@ -381,6 +381,27 @@ void SparseElimination<Field>::ForgetInRow(Index row, Index column) noexcept
     columns.pop_back();
 }
 
+template <class Field>
+std::vector<Replacement> SparseElimination<Field>::PairLeftovers(std::vector<Index>& position) const
+{
+    std::vector<bool> isTaken(position.size(), false);
+    for (const Index row : pivotRow)
+        isTaken[row] = true;
+    std::vector<Replacement> replacements;
+    Index row = 0;
+    for (Index column = 0; column < position.size(); ++column)
+    {
+        if (position[column] != kNoIndex)
+            continue;
+        while (isTaken[row])
+            ++row;
+        isTaken[row] = true;
+        position[column] = row;
+        replacements.push_back({column, row});
+    }
+    return replacements;
+}
+
 template class SparseElimination<RealField>;
 template class SparseElimination<PrimeField>;
 template class SparseElimination<RationalField>;

@@ -64,6 +64,13 @@ private:
     std::vector<Index> m_count;
 };
 
+/// A column that had no pivot, and the row whose logical (minus the unit vector) takes its place.
+struct Replacement
+{
+    Index column;
+    Index row;
+};
+
 template <class Field>
 class SparseElimination
 {
@@ -89,6 +96,10 @@ public:
     std::vector<Value> pivotValue;
     SparseVectors<Value> lower;
     SparseVectors<Value> upper;
+
+    /// Gives each column without a pivot the next row without one, and writes that row to
+    /// `position`.
+    [[nodiscard]] std::vector<Replacement> PairLeftovers(std::vector<Index>& position) const;
 
 private:
     struct Entry

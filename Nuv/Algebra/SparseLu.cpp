@@ -4,41 +4,13 @@
 #include "Nuv/Algebra/PrimeField.hpp"
 #include "Nuv/Algebra/RationalField.hpp"
 #include "Nuv/Algebra/RealField.hpp"
-#include "Nuv/Algebra/SparseElimination.hpp"
 
 namespace nuv
 {
-namespace
-{
-
-/// Pairs the columns without a pivot with the rows without one.
-template <class Field>
-std::vector<typename SparseLu<Field>::Replacement>
-PairLeftovers(const SparseElimination<Field>& elimination, std::vector<Index>& position)
-{
-    std::vector<bool> rowTaken(position.size(), false);
-    for (const Index row : elimination.pivotRow)
-        rowTaken[row] = true;
-    std::vector<typename SparseLu<Field>::Replacement> replacements;
-    Index row = 0;
-    for (Index column = 0; column < position.size(); ++column)
-    {
-        if (position[column] != kNoIndex)
-            continue;
-        while (rowTaken[row])
-            ++row;
-        rowTaken[row] = true;
-        position[column] = row;
-        replacements.push_back({column, row});
-    }
-    return replacements;
-}
-
-}  // namespace
 
 template <class Field>
-std::vector<typename SparseLu<Field>::Replacement>
-SparseLu<Field>::Factorise(const SparseVectors<Value>& columns, std::vector<Index>& position)
+std::vector<Replacement> SparseLu<Field>::Factorise(const SparseVectors<Value>& columns,
+                                                    std::vector<Index>& position)
 {
     const Index size = columns.Count();
     SparseElimination<Field> elimination(m_field, columns);
@@ -65,7 +37,7 @@ SparseLu<Field>::Factorise(const SparseVectors<Value>& columns, std::vector<Inde
     }
     m_lowerColumns = std::move(elimination.lower);
     m_order = elimination.pivotRow;
-    std::vector<Replacement> replacements = PairLeftovers<Field>(elimination, position);
+    std::vector<Replacement> replacements = elimination.PairLeftovers(position);
     for (const Replacement& replacement : replacements)
     {
         m_order.push_back(replacement.row);

@@ -7,6 +7,7 @@
 /// positions, SolveBackward the reverse.
 #pragma once
 
+#include "Nuv/Algebra/SparseElimination.hpp"
 #include "Nuv/Algebra/SparseMatrix.hpp"
 
 #include <cstdint>
@@ -21,14 +22,6 @@ class SparseLu
 {
 public:
     using Value = typename Field::Value;
-
-    /// A column that had no pivot, and the row whose logical (minus the unit vector) took its
-    /// place.
-    struct Replacement
-    {
-        Index column;
-        Index row;
-    };
 
     explicit SparseLu(Field field = Field()) : m_field(std::move(field)) {}
 

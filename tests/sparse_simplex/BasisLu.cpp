@@ -131,7 +131,7 @@ struct Factorised
 
     BasisLu lu;
     std::vector<Column> columns;
-    std::vector<BasisLu::Replacement> replaced;
+    std::vector<Replacement> replaced;
 };
 
 std::vector<Column> RandomColumns(Random& random, Index size, int entries)

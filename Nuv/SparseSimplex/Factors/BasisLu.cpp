@@ -2,42 +2,15 @@
 #include "Nuv/SparseSimplex/Factors/BasisLu.hpp"
 
 #include "Nuv/Algebra/RealField.hpp"
-#include "Nuv/Algebra/SparseElimination.hpp"
 
 #include <algorithm>
 #include <cmath>
 
 namespace nuv
 {
-namespace
-{
 
-/// Pairs the columns without a pivot with the rows without one.
-std::vector<BasisLu::Replacement> PairLeftovers(std::span<const Index> pivotRows,
-                                                std::vector<Index>& position)
-{
-    std::vector<bool> rowTaken(position.size(), false);
-    for (const Index row : pivotRows)
-        rowTaken[row] = true;
-    std::vector<BasisLu::Replacement> replacements;
-    Index row = 0;
-    for (Index column = 0; column < position.size(); ++column)
-    {
-        if (position[column] != kNoIndex)
-            continue;
-        while (rowTaken[row])
-            ++row;
-        rowTaken[row] = true;
-        position[column] = row;
-        replacements.push_back({column, row});
-    }
-    return replacements;
-}
-
-}  // namespace
-
-std::vector<BasisLu::Replacement> BasisLu::Factorise(const SparseVectors<double>& columns,
-                                                     std::vector<Index>& position)
+std::vector<Replacement> BasisLu::Factorise(const SparseVectors<double>& columns,
+                                            std::vector<Index>& position)
 {
     m_size = columns.Count();
     const RealField field;
@@ -67,7 +40,7 @@ std::vector<BasisLu::Replacement> BasisLu::Factorise(const SparseVectors<double>
         upper.Close();
     }
     m_lowerOrder = elimination.pivotRow;
-    std::vector<Replacement> replacements = PairLeftovers(elimination.pivotRow, position);
+    std::vector<Replacement> replacements = elimination.PairLeftovers(position);
     for (const Replacement& replacement : replacements)
     {
         m_lowerOrder.push_back(replacement.row);

@@ -6,6 +6,7 @@
 /// SolveBackward the reverse.
 #pragma once
 
+#include "Nuv/Algebra/SparseElimination.hpp"
 #include "Nuv/SparseSimplex/Factors/Triangle.hpp"
 #include "Nuv/SparseSimplex/Factors/WorkVector.hpp"
 
@@ -18,14 +19,6 @@ namespace nuv
 class BasisLu
 {
 public:
-    /// A column that had no pivot, and the row whose logical (minus the unit vector) took its
-    /// place.
-    struct Replacement
-    {
-        Index column;
-        Index row;
-    };
-
     /// Factorises the square matrix of these columns and forgets earlier updates.
     /// @return the columns replaced because the matrix is singular; none if it is not.
     std::vector<Replacement> Factorise(const SparseVectors<double>& columns,
