@@ -91,6 +91,22 @@ Option NumbersOption(std::function<void(nuv::CoefficientMeaning)> use)
             .choices = nuv::AllWords<nuv::CoefficientMeaning>()};
 }
 
+Option MaxPivotsOption(std::optional<std::uint64_t>& pivots)
+{
+    return {.names = {"--max-pivots"},
+            .value = "N",
+            .text = "Stop a stage of the solve after so many pivots",
+            .target = &pivots};
+}
+
+Option TimeLimitOption(double& seconds)
+{
+    return {.names = {"--time-limit"},
+            .value = "SECONDS",
+            .text = "Stop after so many seconds",
+            .target = &seconds};
+}
+
 nuv::ReadResult ReadModel(const ModelSource& source, Show least)
 {
     nuv::ReadResult reading = nuv::ReadModelFile(source.file, source.options);

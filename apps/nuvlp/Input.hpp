@@ -6,7 +6,9 @@
 #include "Nuv/Algebra/ExactNumber.hpp"
 #include "Nuv/Io/ReadResult.hpp"
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,6 +38,10 @@ void AddModelSource(Verb& verb, ModelSource& source);
 
 /// --numbers, which says what a decimal of the model stands for.
 [[nodiscard]] Option NumbersOption(std::function<void(nuv::CoefficientMeaning)> use);
+
+/// --max-pivots and --time-limit of a solve; what they fill outlives the verb.
+[[nodiscard]] Option MaxPivotsOption(std::optional<std::uint64_t>& pivots);
+[[nodiscard]] Option TimeLimitOption(double& seconds);
 
 /// Reads the model, and prints what the reader has to say of it.
 [[nodiscard]] nuv::ReadResult ReadModel(const ModelSource& source, Show least);

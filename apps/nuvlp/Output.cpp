@@ -2,6 +2,8 @@
 
 #include "Nuv/Report/JsonReport.hpp"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -9,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 namespace nuvlp
 {
@@ -90,6 +93,21 @@ ExitCode WriteTo(const std::string& path, std::string_view text, ExitCode otherw
     const std::string reason = error.message();
     std::filesystem::remove(beside, error);
     return Complain(path, reason.c_str());
+}
+
+Option OutputOption(Output& output, std::string value)
+{
+    return {.names = {"-o", "--output"},
+            .value = std::move(value),
+            .text = "The file to write to; standard output if not given",
+            .target = &output.path};
+}
+
+Option JsonOption(Output& output, std::string_view what)
+{
+    return {.names = {"--json"},
+            .text = fmt::format("Write the {} as JSON, for programs", what),
+            .target = &output.json};
 }
 
 ExitCode WriteError(const Output& output, std::string_view schema,

@@ -1,7 +1,7 @@
 /// Output that is either there in full or not at all.
 #pragma once
 
-#include "ExitCodes.hpp"
+#include "Arguments.hpp"
 
 #include "Nuv/Io/Diagnostics.hpp"
 
@@ -18,6 +18,12 @@ struct Output
     std::string path;
     bool json = false;
 };
+
+/// -o, the file for what the verb calls `value`; `output` outlives the verb.
+[[nodiscard]] Option OutputOption(Output& output, std::string value);
+
+/// --json for a verb that writes a `what`; `output` outlives the verb.
+[[nodiscard]] Option JsonOption(Output& output, std::string_view what);
 
 /// Writes to stdout and makes sure that it arrived.
 /// @return CannotWrite, with a message on stderr, or else `otherwise`.

@@ -115,13 +115,8 @@ Verb ProveVerb()
          .value = "SECONDS",
          .text = "Stop looking for a proof after so many seconds",
          .target = &options->check.limits.seconds},
-        {.names = {"-o", "--output"},
-         .value = "REPORT",
-         .text = "The file to write to; standard output if not given",
-         .target = &options->output.path},
-        {.names = {"--json"},
-         .text = "Write the report as JSON, for programs",
-         .target = &options->output.json},
+        OutputOption(options->output, "REPORT"),
+        JsonOption(options->output, "report"),
         {.names = {"-q", "--quiet"}, .text = "Print no warnings", .target = &options->quiet},
     });
     return verb;

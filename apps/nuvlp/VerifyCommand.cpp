@@ -121,13 +121,8 @@ Verb VerifyVerb()
                                 .target = &options->certificate});
     verb.Add({
         NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
-        {.names = {"-o", "--output"},
-         .value = "REPORT",
-         .text = "The file to write to; standard output if not given",
-         .target = &options->output.path},
-        {.names = {"--json"},
-         .text = "Write the report as JSON, for programs",
-         .target = &options->output.json},
+        OutputOption(options->output, "REPORT"),
+        JsonOption(options->output, "report"),
         {.names = {"-q", "--quiet"}, .text = "Print no warnings", .target = &options->quiet},
     });
     return verb;
