@@ -87,10 +87,7 @@ NuvModelResult NuvRepairGetInfo(const NuvRepair* repair, NuvRepairInfo* info)
                        const NuvRepair& handle = Checked(repair);
                        const nuv::RepairResult& held = handle.result;
                        NuvRepairInfo filled{};
-                       filled.status = static_cast<uint32_t>(held.status);
-                       filled.proved = held.proved ? 1 : 0;
-                       filled.stopReason = static_cast<uint32_t>(held.stopReason);
-                       filled.numbers = NumbersOf(held.numbers);
+                       SayHowItEnded(held, filled);
                        filled.numChanges = static_cast<uint32_t>(handle.changes.size());
                        filled.total = held.total;
                        FillIn(info, "info", filled);

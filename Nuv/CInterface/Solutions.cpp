@@ -141,10 +141,7 @@ NuvModelResult NuvSolutionGetInfo(const NuvSolution* solution, NuvSolutionInfo* 
                        const NuvSolution& handle = Checked(solution);
                        const nuv::Solution& held = handle.solution;
                        NuvSolutionInfo filled{};
-                       filled.status = static_cast<uint32_t>(held.status);
-                       filled.proved = held.proved ? 1 : 0;
-                       filled.stopReason = static_cast<uint32_t>(held.stopReason);
-                       filled.numbers = NumbersOf(held.numbers);
+                       SayHowItEnded(held, filled);
                        filled.numColumns = handle.model->VariableCount();
                        filled.numRows = handle.model->RowCount();
                        filled.numIisMembers = static_cast<uint32_t>(handle.iis.size());

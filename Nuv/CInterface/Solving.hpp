@@ -36,6 +36,16 @@ private:
 /// NUV_NUMBERS_...
 [[nodiscard]] std::uint32_t NumbersOf(CoefficientMeaning meaning);
 
+/// What the records of a solution and of a repair say alike.
+template <class Result, class Info>
+void SayHowItEnded(const Result& result, Info& info)
+{
+    info.status = static_cast<std::uint32_t>(result.status);
+    info.proved = result.proved ? 1 : 0;
+    info.stopReason = static_cast<std::uint32_t>(result.stopReason);
+    info.numbers = NumbersOf(result.numbers);
+}
+
 /// Tells the caller's callback, and asks it.
 [[nodiscard]] bool KeepGoing(NuvProgressCallback callback, void* userData,
                              const Progress& progress);
