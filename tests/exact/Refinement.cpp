@@ -88,35 +88,26 @@ TEST(Refinement, PricesADifferenceBelowTheTolerance)
     EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
 }
 
-/// x = y + 2^-50 at x = 1: y is above its bound 1 - 2^-49 by less than the tolerance.
+/// x = y + 2^-50 at x = 1: y is above its bound 1 - 2^-49 by less than the tolerance. With a cost
+/// of y the basis has a price on the wrong side; without one it is dual feasible, and there is
+/// nothing to measure prices by.
 TEST(Refinement, RepairsAViolationBelowTheTolerance)
 {
-    const BoundedForm form = MakeForm({0, -1, 1}, {{{1, -1, -1}, {0x1p-50, 0x1p-50}}},
-                                      {{1, 1}, {0, 1 - 0x1p-49}, {0, 5}});
-    Basis start = SlackBasis(form);
-    start.columns[1] = BasisStatus::Basic;
-    start.rows[0] = BasisStatus::AtLower;
-    const CertifiedResult proof = Certified(form, &start);
-    ASSERT_EQ(proof.certificate.status, Status::Optimal);
-    EXPECT_TRUE(proof.record.proved);
-    EXPECT_EQ(proof.record.value[2], 0x1p-50);
-    EXPECT_EQ(proof.record.stages[Stage::Double].pivots, 1U);
-    EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
-}
-
-/// The same where the basis has no price on the wrong side, and so nothing to measure prices by.
-TEST(Refinement, RepairsAViolationOfADualFeasibleBasis)
-{
-    const BoundedForm form = MakeForm({0, 0, 1}, {{{1, -1, -1}, {0x1p-50, 0x1p-50}}},
-                                      {{1, 1}, {0, 1 - 0x1p-49}, {0, 5}});
-    Basis start = SlackBasis(form);
-    start.columns[1] = BasisStatus::Basic;
-    start.rows[0] = BasisStatus::AtLower;
-    const CertifiedResult proof = Certified(form, &start);
-    ASSERT_EQ(proof.certificate.status, Status::Optimal);
-    EXPECT_TRUE(proof.record.proved);
-    EXPECT_EQ(proof.record.value[2], 0x1p-50);
-    EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
+    for (const double cost : {-1.0, 0.0})
+    {
+        SCOPED_TRACE(cost);
+        const BoundedForm form = MakeForm({0, cost, 1}, {{{1, -1, -1}, {0x1p-50, 0x1p-50}}},
+                                          {{1, 1}, {0, 1 - 0x1p-49}, {0, 5}});
+        Basis start = SlackBasis(form);
+        start.columns[1] = BasisStatus::Basic;
+        start.rows[0] = BasisStatus::AtLower;
+        const CertifiedResult proof = Certified(form, &start);
+        ASSERT_EQ(proof.certificate.status, Status::Optimal);
+        EXPECT_TRUE(proof.record.proved);
+        EXPECT_EQ(proof.record.value[2], 0x1p-50);
+        EXPECT_EQ(proof.record.stages[Stage::Double].pivots, 1U);
+        EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
+    }
 }
 
 /// No variable is violated as doubles see it, so that the elastic form has no column to add.
