@@ -5,14 +5,17 @@ from ._expression import Constraint, Expression, Variable, sum
 from ._library import CertificateError, Error, FileError, ModelError
 from ._linprog import linprog
 from ._model import Model
+from ._picture import Picture
+from ._repair import Change, Repair
 from ._result import ConflictMember, Exact, LinprogResult, Marginals
 from ._rows import Row, RowArray
-from ._solution import Member, Range, Solution
+from ._solution import Member, Range, Ranging, Solution
 from ._solve import Interrupted, Progress
 from ._vectors import ConstraintArray, LinearArray, VariableArray
 from ._version import VERSION as __version__
 
-__all__ = ["BatchResult", "CertificateError", "ConflictMember", "Constraint", "ConstraintArray", "Error", "Exact",
-           "Expression", "FileError", "Interrupted", "LinearArray", "LinprogResult", "Marginals",
-           "Member", "Model", "ModelError", "Progress", "Range", "Row", "RowArray", "Solution",
-           "Variable", "VariableArray", "__version__", "linprog", "solve_batch", "sum"]
+__all__ = ["BatchResult", "CertificateError", "Change", "ConflictMember", "Constraint",
+           "ConstraintArray", "Error", "Exact", "Expression", "FileError", "Interrupted",
+           "LinearArray", "LinprogResult", "Marginals", "Member", "Model", "ModelError", "Picture",
+           "Progress", "Range", "Ranging", "Repair", "Row", "RowArray", "Solution", "Variable",
+           "VariableArray", "__version__", "linprog", "solve_batch", "sum"]

@@ -4,7 +4,7 @@ from __future__ import annotations
 
 from decimal import Decimal
 from fractions import Fraction
-from typing import Any, NamedTuple, Union
+from typing import Any, NamedTuple, Sequence, Union
 
 import numpy as np
 import numpy.typing as npt
@@ -23,10 +23,16 @@ def written(value: float) -> Fraction:
     return Fraction(repr(float(value)))
 
 
-def as_double(value: Any, name: str, stored: bool = False) -> float:
-    """The double that stands for a number, which must be that number and not merely near it.
+def meant(value: Union[float, Fraction]) -> Fraction:
+    """The same for what may be a fraction already."""
+    return value if isinstance(value, Fraction) else written(value)
 
-    A double stands for what it is written as, or for itself where numbers are taken as stored.
+
+def as_number(value: Any, name: str, stored: bool = False) -> Union[float, Fraction]:
+    """The double that says a number, or the number itself where no double says it.
+
+    A double says what it is written as, or itself where numbers are taken as stored: then a number
+    that is none is refused.
     """
     kind = type(value)
     if kind is float or kind is int and -INTEGERS <= value <= INTEGERS:
@@ -39,10 +45,29 @@ def as_double(value: Any, name: str, stored: bool = False) -> float:
             nearest = float(exact)
         except (ValueError, ZeroDivisionError, OverflowError):
             return _as_special(value, name)
-        if (Fraction(nearest) if stored else written(nearest)) != exact:
+        if (Fraction(nearest) if stored else written(nearest)) == exact:
+            return nearest
+        if stored or nearest == 0:
             raise ValueError(f"{name}: {value} is not what a double stands for, and would be rounded")
-        return nearest
+        return exact
     raise TypeError(f"{name}: a {kind.__name__} is no number")
+
+
+def as_double(value: Any, name: str) -> float:
+    """A number that a double says, and no other."""
+    number = as_number(value, name)
+    if isinstance(number, Fraction):
+        raise ValueError(f"{name}: {value} is not what a double stands for, and would be rounded")
+    return number
+
+
+def said(number: Fraction) -> Union[float, Fraction]:
+    """A number as `as_number` gives it."""
+    try:
+        nearest = float(number)
+    except OverflowError:
+        raise ValueError(f"{str(number)[:40]}... is beyond what doubles are near to") from None
+    return nearest if written(nearest) == number else number
 
 
 def _as_special(value: Any, name: str) -> float:
@@ -55,8 +80,11 @@ def _as_special(value: Any, name: str) -> float:
     raise ValueError(f"{name}: {text[:40]!r} is no number that a double holds")
 
 
-def doubles(value: Any, name: str, stored: bool = False) -> Doubles:
-    """An array of any shape, of doubles that lie row after row; a copy only where it has to be."""
+def numbers(value: Any, name: str, stored: bool = False) -> npt.NDArray[Any]:
+    """An array of any shape that lies row after row, of doubles; a copy only where it has to be.
+
+    Where no doubles say all of the numbers, it is one of objects, `as_number`'s.
+    """
     try:
         array = np.asarray(value)
     except ValueError as error:
@@ -71,24 +99,51 @@ def doubles(value: Any, name: str, stored: bool = False) -> Doubles:
         raise TypeError(f"{name}: numbers are needed, not {array.dtype}")
     if any(isinstance(item, (list, tuple, np.ndarray)) for item in array.flat):
         raise ValueError(f"{name}: the rows differ in length")
-    numbers = [as_double(item, name, stored) for item in array.astype(object).flat]
-    return np.array(numbers, np.float64).reshape(array.shape)
+    return objects([as_number(item, name, stored) for item in array.astype(object).flat]
+                   ).reshape(array.shape)
 
 
-def vector(value: Any, name: str, size: int, stored: bool = False) -> Doubles:
-    """A vector of `size` doubles; a single number stands for all of them."""
-    array = doubles(value, name, stored)
+def objects(items: Sequence[Union[float, Fraction]]) -> npt.NDArray[Any]:
+    """Doubles where they say all of the numbers, else objects."""
+    if all(type(item) is float for item in items):
+        return np.array(items, np.float64)
+    array = np.empty(len(items), object)
+    array[:] = items
+    return array
+
+
+def doubles(value: Any, name: str, stored: bool = False) -> Doubles:
+    """The same where only doubles will do."""
+    array = numbers(value, name, stored)
+    if array.dtype == object:
+        _, beside = parted(array)
+        raise ValueError(f"{name}: {beside[0][1]} is not what a double stands for, and would be rounded")
+    return array
+
+
+def parted(array: npt.NDArray[Any]) -> tuple[Doubles, list[tuple[int, Fraction]]]:
+    """The nearest doubles, and the numbers that these do not say, each behind its place."""
+    if array.dtype != object:
+        return array, []
+    flat = list(array.flat)
+    beside = [(k, item) for k, item in enumerate(flat) if isinstance(item, Fraction)]
+    return np.array(flat, np.float64).reshape(array.shape), beside
+
+
+def vector(value: Any, name: str, size: int, stored: bool = False) -> npt.NDArray[Any]:
+    """A vector of `size` numbers; a single number stands for all of them."""
+    array = numbers(value, name, stored)
     if array.ndim == 0:
-        return np.full(size, float(array))
+        return np.full(size, array[()], array.dtype)
     array = array.reshape(-1) if array.size == max(array.shape, default=0) else array
     if array.ndim != 1 or array.size != size:
         raise ValueError(f"{name}: {size} numbers are needed, in one dimension, not {array.shape}")
     return array
 
 
-def finite(array: Doubles, name: str) -> Doubles:
+def finite(array: npt.NDArray[Any], name: str) -> npt.NDArray[Any]:
     """The array, if it has neither NaN nor infinity."""
-    if not np.isfinite(array).all():
+    if not np.isfinite(array.astype(np.float64, copy=False)).all():
         raise ValueError(f"{name}: must not contain inf, nan, or None")
     return array
 
@@ -99,7 +154,7 @@ class Rows(NamedTuple):
     shape: tuple[int, int]
     starts: npt.NDArray[np.uint64]
     indices: npt.NDArray[np.uint32]
-    values: Doubles
+    values: npt.NDArray[Any]
     by_columns: bool = False
 
 
@@ -111,7 +166,7 @@ def matrix(value: Any, name: str, columns: int | None, stored: bool = False,
     """
     if hasattr(value, "tocsr") and hasattr(value, "shape"):
         return _sparse(value, name, columns, stored, either)
-    array = doubles(value, name, stored)
+    array = numbers(value, name, stored)
     if array.size == 0 and array.ndim < 2:
         array = array.reshape(0, columns or 0)
     if array.ndim != 2 or columns is not None and array.shape[1] != columns:
@@ -137,7 +192,7 @@ def _sparse(value: Any, name: str, columns: int | None, stored: bool, either: bo
     indices = packed.indices.astype(np.uint32) if packed.indices.dtype.itemsize != 4 else \
         packed.indices.view(np.uint32)
     return Rows((int(value.shape[0]), int(value.shape[1])), packed.indptr.astype(np.uint64),
-                np.ascontiguousarray(indices), finite(doubles(packed.data, name, stored), name),
+                np.ascontiguousarray(indices), finite(numbers(packed.data, name, stored), name),
                 by_columns)
 
 

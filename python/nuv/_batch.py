@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import threading
 from concurrent.futures import ThreadPoolExecutor
 from typing import Any, Callable, NamedTuple, Optional
 
@@ -15,11 +16,14 @@ from ._interface import ffi
 from ._library import core
 from ._linprog import STATUS
 from ._record import Record
-from ._solve import NUMBERS, Options, solve
+from ._solve import NUMBERS, Interrupted, Options, solve
 
 _INFEASIBLE, _STOPPED, _UNBOUNDED = 2, 1, 3
 #: scipy's numbers, by NuvLinearProgrammingResultType.
 _VERDICTS = np.array([0, 4, _UNBOUNDED, _INFEASIBLE, _STOPPED])
+_STOPPED_VERDICT = 4
+#: How many elements of matrices a call into the library is about, which Ctrl-C does not end.
+_PIECE = 2**20
 
 
 class BatchResult(NamedTuple):
@@ -41,7 +45,8 @@ def solve_batch(c: Any, A_ub: Any, b_ub: Any, *, proved: bool = True, workers: i
     c has the shape (n,) or (count, n), A_ub (m, n) or (count, m, n), b_ub (m,) or (count, m): what
     has no leading axis, or one that broadcasts, is shared and not copied. With ``proved=False`` the
     problems are solved in single precision and without proof: each with the bits that it has when
-    it is solved alone, whatever `workers`, the number of threads, is.
+    it is solved alone, whatever `workers`, the number of threads, is. Ctrl-C ends the batch with
+    nuv.Interrupted, whose ``solution`` has status 1 for what had not been solved.
 
     >>> import nuv
     >>> found = nuv.solve_batch([-30, -70], [[2, 5], [4, 3]], [[300, 240], [600, 240]])
@@ -93,16 +98,35 @@ def _batched(value: Any, name: str, dimensions: int, stored: bool, proved: bool)
     return array
 
 
-def _in_ranges(count: int, workers: int, work: Callable[[int, int], None]) -> None:
-    """Cuts the problems into ranges, one a thread."""
+def _in_pieces(count: int, workers: int, piece: int,
+               work: Callable[[int, int], None]) -> Optional[KeyboardInterrupt]:
+    """Gives each thread a range of the problems, of which it takes a piece at a time.
+
+    Ctrl-C ends it between two pieces, and is then returned.
+    """
     workers = min(workers, max(count, 1), 4 * (os.cpu_count() or 1))
     cuts = [count * k // workers for k in range(workers + 1)]
-    if workers == 1:
-        work(0, count)
-        return
-    with ThreadPoolExecutor(workers) as pool:
-        for done in [pool.submit(work, *ends) for ends in zip(cuts, cuts[1:])]:
-            done.result()
+    has_to_end = threading.Event()
+
+    def run(first: int, last: int) -> None:
+        for at in range(first, last, piece):
+            if has_to_end.is_set():
+                return
+            work(at, min(at + piece, last))
+
+    try:
+        if workers == 1:
+            run(0, count)
+            return None
+        with ThreadPoolExecutor(workers) as pool:
+            try:
+                for done in [pool.submit(run, *ends) for ends in zip(cuts, cuts[1:])]:
+                    done.result()
+            finally:
+                has_to_end.set()
+    except KeyboardInterrupt as interrupt:
+        return interrupt
+    return None
 
 
 def _single_precision(costs: npt.NDArray[Any], rows: npt.NDArray[Any], sides: npt.NDArray[Any],
@@ -111,7 +135,7 @@ def _single_precision(costs: npt.NDArray[Any], rows: npt.NDArray[Any], sides: np
     m, n = rows.shape[1:]
     # The core maximises.
     gains = -costs
-    verdicts, pivots = np.zeros(count, np.uint32), np.zeros(count, np.uint32)
+    verdicts, pivots = np.full(count, _STOPPED_VERDICT, np.uint32), np.zeros(count, np.uint32)
     x, fun = np.zeros((count, n), np.float32), np.zeros(count, np.float32)
     batch = ffi.new("NuvLinearProgrammingBatch*")
     batch.numVars, batch.numConstraints, batch.count = n, m, count
@@ -129,18 +153,25 @@ def _single_precision(costs: npt.NDArray[Any], rows: npt.NDArray[Any], sides: np
         workspace = np.empty(size, np.uint8)
         core.NuvLinearProgrammingBatchSolveRange(batch, first, last, pointer(workspace, "void"))
 
-    if count:
-        _in_ranges(count, workers, work)
+    # A whole number of lanes, of which there are up to 16.
+    interrupt = _in_pieces(count, workers, max(_PIECE // (m * n) // 16, 1) * 16, work)
     status = _VERDICTS[verdicts]
     x[status != 0], fun[status != 0] = np.nan, np.nan
-    return BatchResult(x, -fun, status, pivots.astype(np.int64), np.zeros(count, np.bool_))
+    return _ended(BatchResult(x, -fun, status, pivots.astype(np.int64), np.zeros(count, np.bool_)),
+                  interrupt)
+
+
+def _ended(found: BatchResult, interrupt: Optional[KeyboardInterrupt]) -> BatchResult:
+    if interrupt is not None:
+        raise Interrupted(found) from interrupt
+    return found
 
 
 def _proved(costs: Doubles, rows: Doubles, sides: Doubles, count: int, workers: int, numbers: str,
             pivot_limit: Optional[int]) -> BatchResult:
     m, n = rows.shape[1:]
     x, fun = np.full((count, n), np.nan), np.full(count, np.nan)
-    status, nit = np.zeros(count, np.int64), np.zeros(count, np.int64)
+    status, nit = np.full(count, _STOPPED, np.int64), np.zeros(count, np.int64)
     proved = np.zeros(count, np.bool_)
     none, lower, upper = np.full(m, -np.inf), np.zeros(n), np.full(n, np.inf)
     shared = matrix(rows[0], "A_ub", n) if len(rows) == 1 else None
@@ -155,11 +186,11 @@ def _proved(costs: Doubles, rows: Doubles, sides: Doubles, count: int, workers: 
             if failure is not None:
                 raise failure
             found = Record(handle)
-            status[k], nit[k], proved[k] = STATUS[found.status], found.pivots, found.proved
             values = found.array("Values") if found.status == "optimal" else None
             if values is not None:
                 x[k], fun[k] = values, found.info["objective"]
+            nit[k], proved[k], status[k] = found.pivots, found.proved, STATUS[found.status]
 
-    if count:
-        _in_ranges(count, workers, work)
-    return BatchResult(x, fun, status, nit, proved)
+    interrupt = _in_pieces(count, workers, 1, work)
+    x[status != 0], fun[status != 0] = np.nan, np.nan
+    return _ended(BatchResult(x, fun, status, nit, proved), interrupt)

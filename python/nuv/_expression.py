@@ -1,6 +1,7 @@
 """Linear expressions of variables, and the constraints that comparisons make of them.
 
-Coefficients are added and multiplied as the decimals they are written as: 0.1 x + 0.2 x is 0.3 x.
+Coefficients are added and multiplied as the decimals they are written as: 0.1 x + 0.2 x is 0.3 x, and
+x / 3 is 1/3 x. One that no double says is a fraction.
 """
 
 from __future__ import annotations
@@ -9,32 +10,42 @@ import math
 from fractions import Fraction
 from typing import TYPE_CHECKING, Any, Iterable, Optional, Union
 
-from ._arrays import INTEGERS, as_double, written
+from ._arrays import INTEGERS, as_number, meant, said
 
 if TYPE_CHECKING:
     from ._model import Model
 
 
-def plus(a: float, b: float) -> float:
-    """The double nearest to the sum of two numbers as they are written."""
-    total = a + b
-    if a == 0 or b == 0 or a.is_integer() and b.is_integer() and abs(total) < INTEGERS:
-        return total
-    return float(written(a) + written(b))
+Coefficient = Union[float, Fraction]
 
 
-def times(a: float, b: float) -> float:
-    """The double nearest to the product of two numbers as they are written."""
-    product = a * b
-    if abs(a) == 1 or abs(b) == 1 or a.is_integer() and b.is_integer() and \
-            abs(product) < INTEGERS:
-        return product
-    return float(written(a) * written(b))
+def plus(a: Coefficient, b: Coefficient) -> Coefficient:
+    """The sum of two numbers as they are written."""
+    if isinstance(a, float) and isinstance(b, float):
+        total = a + b
+        if a == 0 or b == 0 or a.is_integer() and b.is_integer() and abs(total) < INTEGERS:
+            return total
+    return said(meant(a) + meant(b))
 
 
-def coefficient(value: Any) -> float:
+def times(a: Coefficient, b: Coefficient) -> Coefficient:
+    """The product of two numbers as they are written."""
+    if isinstance(a, float) and isinstance(b, float):
+        product = a * b
+        if abs(a) == 1 or abs(b) == 1 or a.is_integer() and b.is_integer() and \
+                abs(product) < INTEGERS:
+            return product
+    return said(meant(a) * meant(b))
+
+
+def negated(number: Coefficient) -> Coefficient:
+    """Without a sign on zero."""
+    return -number if number else 0.0
+
+
+def coefficient(value: Any) -> Coefficient:
     """A finite number."""
-    number = as_double(value, "coefficient")
+    number = as_number(value, "coefficient")
     if not math.isfinite(number):
         raise ValueError(f"coefficient: must be finite, not {number}")
     return number
@@ -83,7 +94,7 @@ class Linear:
         if not is_number(factor):
             return NotImplemented
         by, source = coefficient(factor), self._expression()
-        terms = {index: times(value, by) for index, value in source.terms.items()}
+        terms = {key: times(value, by) for key, value in source.terms.items()}
         return Expression(source.model, terms, times(source.constant, by))
 
     def __rmul__(self, factor: Any) -> Expression:
@@ -92,9 +103,9 @@ class Linear:
     def __truediv__(self, divisor: Any) -> Expression:
         if not is_number(divisor):
             return NotImplemented
-        by, source = written(coefficient(divisor)), self._expression()
-        terms = {index: float(written(value) / by) for index, value in source.terms.items()}
-        return Expression(source.model, terms, float(written(source.constant) / by))
+        by, source = meant(coefficient(divisor)), self._expression()
+        terms = {key: said(meant(value) / by) for key, value in source.terms.items()}
+        return Expression(source.model, terms, said(meant(source.constant) / by))
 
     def __le__(self, other: Any) -> Constraint:
         return self._compared(other, -math.inf, 0.0)
@@ -112,30 +123,43 @@ class Linear:
         if _as_expression(other) is None:
             return NotImplemented
         difference = Expression._copied(self._expression())._increase(other, -1.0)
-        side, difference.constant = 0.0 - difference.constant, 0.0
+        side, difference.constant = negated(difference.constant), 0.0
         same = None
         if isinstance(self, Variable) and isinstance(other, Variable):
-            same = self.model is other.model and self.index == other.index
-        return Constraint(difference, lower + side, upper + side, same)
+            same = self.model is other.model and self.key == other.key
+        return Constraint(difference, side if math.isfinite(lower) else lower,
+                          side if math.isfinite(upper) else upper, same)
 
 
 class Variable(Linear):
-    """A variable of a model; made by ``Model.variable``."""
+    """A variable of a model; made by ``Model.variable``.
 
-    __slots__ = ("model", "index")
+    >>> import nuv
+    >>> x = nuv.Model().variable("x", upper=3)
+    >>> 2 * x + 1 <= 6, x.name, x.index
+    (2 x <= 5, 'x', 0)
+    """
 
-    def __init__(self, model: Model, index: int) -> None:
+    __slots__ = ("model", "key")
+
+    def __init__(self, model: Model, key: int) -> None:
         self.model = model
-        self.index = index
+        #: Stays when others are removed.
+        self.key = key
 
     def _expression(self) -> Expression:
-        return Expression(self.model, {self.index: 1.0}, 0.0)
+        return Expression(self.model, {self.key: 1.0}, 0.0)
 
     def __hash__(self) -> int:
-        return hash((id(self.model), self.index))
+        return hash((id(self.model), self.key))
 
     def __repr__(self) -> str:
         return self.name
+
+    @property
+    def index(self) -> int:
+        """The number of its column."""
+        return int(self.model._columns.now(self.key))
 
     @property
     def name(self) -> str:
@@ -162,13 +186,21 @@ class Variable(Linear):
 
 
 class Expression(Linear):
-    """A sum of coefficients times variables, and a constant."""
+    """A sum of coefficients times variables, and a constant.
+
+    >>> import nuv
+    >>> model = nuv.Model()
+    >>> x, y = model.variable("x"), model.variable("y")
+    >>> 0.1 * x + (x + y) / 3 - 1
+    13/30 x + 1/3 y - 1
+    """
 
     __slots__ = ("model", "terms", "constant")
 
-    def __init__(self, model: Optional[Model], terms: dict[int, float], constant: float) -> None:
+    def __init__(self, model: Optional[Model], terms: dict[int, Coefficient],
+                 constant: Coefficient) -> None:
         self.model = model
-        #: The coefficient by the index of its variable.
+        #: The coefficient by the key of its variable.
         self.terms = terms
         self.constant = constant
 
@@ -183,16 +215,16 @@ class Expression(Linear):
         """Adds what `_as_expression` takes, times 1 or -1."""
         if isinstance(other, Variable):
             self._joins(other.model)
-            self.terms[other.index] = plus(self.terms.get(other.index, 0.0), factor)
+            self.terms[other.key] = plus(self.terms.get(other.key, 0.0), factor)
             return self
         added = _as_expression(other)
         if added is None:
             raise TypeError(f"a {type(other).__name__} is no linear expression")
         if added.model is not None:
             self._joins(added.model)
-        for index, value in added.terms.items():
-            self.terms[index] = plus(self.terms.get(index, 0.0), factor * value)
-        self.constant = plus(self.constant, factor * added.constant)
+        for key, value in added.terms.items():
+            self.terms[key] = plus(self.terms.get(key, 0.0), times(factor, value))
+        self.constant = plus(self.constant, times(factor, added.constant))
         return self
 
     def _joins(self, model: Model) -> None:
@@ -202,40 +234,56 @@ class Expression(Linear):
             raise ValueError("the variables of an expression are of different models")
 
     def _evaluated(self, values: Any) -> float:
-        return math.fsum([self.constant, *(value * float(values[index])
-                                           for index, value in self.terms.items())])
+        """The value for those of all variables by key."""
+        return math.fsum([float(self.constant), *(float(value) * float(values[key])
+                                                  for key, value in self.terms.items())])
 
     @property
     def value(self) -> float:
         """In the model's last solution."""
-        return self.constant if self.model is None else float(self.model.solution.value(self))
+        return float(self.constant) if self.model is None else \
+            float(self.model.solution.value(self))
 
     @property
     def exact(self) -> Fraction:
+        """The same as a fraction."""
         if self.model is None:
-            return written(self.constant)
+            return meant(self.constant)
         found: Fraction = self.model.solution.exact(self)
         return found
 
     def __repr__(self) -> str:
-        parts = [(value, self.model._column_name(index)) for index, value in self.terms.items()
-                 ] if self.model is not None else []
+        parts: list[tuple[Coefficient, str]] = []
+        if self.model is not None:
+            now, name_of = self.model._columns.now, self.model._column_name
+            parts = [(value, name_of(now(key))) for key, value in self.terms.items()]
         if self.constant or not parts:
             parts.append((self.constant, ""))
         text = ""
         for value, name in parts:
             sign = ("-" if value < 0 else "") if not text else (" - " if value < 0 else " + ")
-            size = "" if abs(value) == 1 and name else repr(abs(value)).removesuffix(".0")
+            size = "" if abs(value) == 1 and name else shown(max(value, negated(value)))
             text += sign + " ".join(part for part in (size, name) if part)
         return text
 
 
+def shown(number: Coefficient) -> str:
+    """A number as people write it."""
+    return str(number) if isinstance(number, Fraction) else repr(number).removesuffix(".0")
+
+
 class Constraint:
-    """An expression without constant between two sides; ``Model.add`` makes a row of it."""
+    """An expression without constant between two sides; ``Model.add`` makes a row of it.
+
+    >>> import nuv
+    >>> x = nuv.Model().variable("x")
+    >>> 3 * x - 1 >= 1
+    3 x >= 2
+    """
 
     __slots__ = ("expression", "lower", "upper", "_same")
 
-    def __init__(self, expression: Expression, lower: float, upper: float,
+    def __init__(self, expression: Expression, lower: Coefficient, upper: Coefficient,
                  same: Optional[bool] = None) -> None:
         self.expression = expression
         self.lower = lower
@@ -249,9 +297,6 @@ class Constraint:
         raise TypeError("a constraint is neither true nor false; for a <= x <= b use add_range")
 
     def __repr__(self) -> str:
-        def shown(side: float) -> str:
-            return repr(side).removesuffix(".0")
-
         if self.lower == self.upper:
             return f"{self.expression!r} == {shown(self.lower)}"
         if self.lower == -math.inf:

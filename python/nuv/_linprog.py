@@ -5,15 +5,17 @@ from __future__ import annotations
 import math
 import warnings
 from fractions import Fraction
-from typing import Any, NamedTuple, Optional
+from typing import Any, NamedTuple, Optional, Union
 
 import numpy as np
+import numpy.typing as npt
 
-from ._arrays import Doubles, Rows, as_double, finite, matrix, stacked, vector, written
-from ._handle import from_arrays
+from ._arrays import (Doubles, Rows, as_number, doubles, finite, matrix, objects, stacked, vector,
+                      written)
+from ._handle import assign, construct
 from ._record import Record
 from ._result import ConflictMember, Exact, LinprogResult, Marginals
-from ._solve import NUMBERS, Options, solve
+from ._solve import NUMBERS, Interrupted, Options, solve
 
 _METHODS = ("highs", "highs-ds", "highs-ipm", "simplex", "revised simplex", "interior-point")
 #: Options of scipy's solvers that ask for another algorithm or another tolerance.
@@ -32,15 +34,15 @@ _MESSAGE = {
 
 
 class _Problem(NamedTuple):
-    """The arguments as arrays: rows of A_ub, then those of A_eq."""
+    """The arguments as arrays, of objects where no doubles say them: rows of A_ub, then of A_eq."""
 
-    c: Doubles
+    c: npt.NDArray[Any]
     rows: Rows
     num_ub: int
-    row_lower: Doubles
-    b: Doubles
-    lower: Doubles
-    upper: Doubles
+    row_lower: npt.NDArray[Any]
+    b: npt.NDArray[Any]
+    lower: npt.NDArray[Any]
+    upper: npt.NDArray[Any]
     stored: bool
 
 
@@ -52,9 +54,11 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
 
     Arguments and result are those of ``scipy.optimize.linprog``: bounds are from 0 to infinity where
     none are given, a matrix may be sparse, and `method` may be any of its names, which all stand
-    for the one method here. Numbers may also be fractions, decimals or texts such as ``"2/5"`` as
-    long as doubles hold them. Of `options`, ``maxiter``, ``time_limit`` (seconds) and ``disp`` have
-    a meaning. With ``numbers="written"`` 0.1 is one tenth, with ``"stored"`` it is the double.
+    for the one method here. Numbers may also be fractions, decimals or texts such as ``"1/3"``, and
+    are then those numbers, whether doubles hold them or not. With ``numbers="written"`` 0.1 is one
+    tenth, with ``"stored"`` it is the double. The solve starts near `x0`, of which NaN is not known.
+    Of `options`, ``maxiter``, ``time_limit`` (seconds) and ``disp`` have a meaning. Ctrl-C ends a
+    solve with nuv.Interrupted, a KeyboardInterrupt, whose ``solution`` is the result so far.
 
     The result has in addition ``proved``, ``proof``, ``exact``, ``conflict`` and ``certificate``.
 
@@ -62,6 +66,8 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
     >>> plan = nuv.linprog([-30, -70], [[2, 5], [4, 3]], [300, 240])
     >>> plan.exact.fun, plan.proof
     (Fraction(-29700, 7), 'proved as written, exactly -29700/7')
+    >>> nuv.linprog([1, 1], [["-1/3", -1]], ["-1/7"], bounds=(0, "1/9")).exact.x
+    [Fraction(2, 21), Fraction(1, 9)]
     """
     if numbers not in NUMBERS:
         raise ValueError(f"numbers: 'written' or 'stored' is needed, not {numbers!r}")
@@ -71,16 +77,20 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
         raise NotImplementedError("callback: is not called here; nuv.Model.solve has progress=")
     if integrality is not None and np.any(np.asarray(integrality) != 0):
         raise NotImplementedError("integrality: all variables are continuous here")
-    if x0 is not None:
-        warnings.warn("x0: is not used", UserWarning, stacklevel=2)
     problem = _problem(c, A_ub, b_ub, A_eq, b_eq, bounds, numbers == "stored")
     wanted = _options(options or {}, numbers)
-    model = from_arrays(problem.c, problem.rows, problem.row_lower, problem.b, problem.lower,
-                        problem.upper)
+    if x0 is not None:
+        wanted = wanted._replace(start=vector(doubles(x0, "x0"), "x0", problem.c.size))
+    model = construct()
+    assign(model, problem.c, problem.rows, problem.row_lower, problem.b, problem.lower,
+           problem.upper)
     handle, failure = solve(model, wanted)
+    result = _result(Record(handle), problem)
+    if isinstance(failure, KeyboardInterrupt):
+        raise Interrupted(result) from failure
     if failure is not None:
         raise failure
-    return _result(Record(handle), problem)
+    return result
 
 
 def _problem(c: Any, A_ub: Any, b_ub: Any, A_eq: Any, b_eq: Any, bounds: Any,
@@ -100,7 +110,8 @@ def _problem(c: Any, A_ub: Any, b_ub: Any, A_eq: Any, b_eq: Any, bounds: Any,
                     lower, upper, stored)
 
 
-def _rows(A: Any, b: Any, which: str, columns: int, stored: bool) -> tuple[Rows, Doubles]:
+def _rows(A: Any, b: Any, which: str, columns: int,
+          stored: bool) -> tuple[Rows, npt.NDArray[Any]]:
     rows = matrix([] if A is None else A, f"A_{which}", columns, stored)
     if A is None and b is not None and np.size(b) != 0:
         raise ValueError(f"b_{which}: is given without A_{which}")
@@ -112,11 +123,10 @@ def _rows(A: Any, b: Any, which: str, columns: int, stored: bool) -> tuple[Rows,
     return rows, finite(sides, f"b_{which}")
 
 
-def _bounds(bounds: Any, size: int, stored: bool) -> tuple[Doubles, Doubles]:
+def _bounds(bounds: Any, size: int, stored: bool) -> tuple[npt.NDArray[Any], npt.NDArray[Any]]:
     """None, one pair for all, or a pair for each variable; None in a pair is no bound."""
-    lower, upper = np.zeros(size), np.full(size, math.inf)
     if bounds is None or np.size(np.asarray(bounds, object)) == 0:
-        return lower, upper
+        return np.zeros(size), np.full(size, math.inf)
     if hasattr(bounds, "lb") and hasattr(bounds, "ub"):
         return (vector(bounds.lb, "bounds", size, stored), vector(bounds.ub, "bounds", size, stored))
     try:
@@ -128,12 +138,14 @@ def _bounds(bounds: Any, size: int, stored: bool) -> tuple[Doubles, Doubles]:
         pairs = np.broadcast_to(pairs.reshape(1, 2), (size, 2))
     if pairs.shape != (size, 2):
         raise ValueError(f"bounds: a pair, or {size} pairs, are needed, not the shape {pairs.shape}")
-    for k, (low, high) in enumerate(pairs):
-        lower[k] = -math.inf if low is None else as_double(low, "bounds", stored)
-        upper[k] = math.inf if high is None else as_double(high, "bounds", stored)
-    if np.isnan(lower).any() or np.isnan(upper).any():
+    lower = objects([-math.inf if low is None else as_number(low, "bounds", stored)
+                     for low in pairs[:, 0]])
+    upper = objects([math.inf if high is None else as_number(high, "bounds", stored)
+                     for high in pairs[:, 1]])
+    lows, highs = lower.astype(np.float64), upper.astype(np.float64)
+    if np.isnan(lows).any() or np.isnan(highs).any():
         raise ValueError("bounds: must not contain nan")
-    if (lower == math.inf).any() or (upper == -math.inf).any():
+    if (lows == math.inf).any() or (highs == -math.inf).any():
         raise ValueError("bounds: no number is above infinity or below minus infinity")
     return lower, upper
 
@@ -161,14 +173,16 @@ def _result(found: Record, problem: _Problem) -> LinprogResult:
     num_ub = problem.num_ub
     activities, duals = _of(found, "Activities"), _of(found, "Duals")
     reduced = _of(found, "ReducedCosts")
-    residual = problem.b - activities
+    b, lower, upper = (array.astype(np.float64, copy=False) for array in
+                       (problem.b, problem.lower, problem.upper))
+    residual = b - activities
     return LinprogResult(
         x=x.copy(), fun=float(found.info["objective"]), slack=residual[:num_ub],
         con=residual[num_ub:], status=status, success=True, message=message, nit=found.pivots,
         crossover_nit=0, ineqlin=Marginals(residual[:num_ub], duals[:num_ub]),
         eqlin=Marginals(residual[num_ub:], duals[num_ub:]),
-        lower=Marginals(x - problem.lower, np.maximum(reduced, 0.0)),
-        upper=Marginals(problem.upper - x, np.minimum(reduced, 0.0)), proved=found.proved,
+        lower=Marginals(x - lower, np.maximum(reduced, 0.0)),
+        upper=Marginals(upper - x, np.minimum(reduced, 0.0)), proved=found.proved,
         proof=found.proof_line(), conflict=[])._with_record(
             found, lambda: _exact(found, problem))
 
@@ -194,7 +208,9 @@ def _exact(found: Record, problem: _Problem) -> Optional[Exact]:
     if fun is None or x is None or duals is None:
         return None
 
-    def meant(value: float) -> Fraction:
+    def meant(value: Union[float, Fraction]) -> Fraction:
+        if isinstance(value, Fraction):
+            return value
         return Fraction(value) if problem.stored else written(value)
 
     reduced = [meant(cost) for cost in problem.c.tolist()]

@@ -13,19 +13,33 @@ if TYPE_CHECKING:
 
 
 class Row:
-    """A row of a model."""
+    """A row of a model.
 
-    __slots__ = ("model", "index")
+    >>> import nuv
+    >>> model = nuv.Model()
+    >>> row = model.add(model.variable("x") + 1 >= 4, "need")
+    >>> model.minimize(2 * model["x"])
+    >>> model.solve().status, row.name, row.dual, row.activity
+    ('optimal', 'need', 2.0, 3.0)
+    """
 
-    def __init__(self, model: Model, index: int) -> None:
+    __slots__ = ("model", "key")
+
+    def __init__(self, model: Model, key: int) -> None:
         self.model = model
-        self.index = index
+        #: Stays when others are removed.
+        self.key = key
 
     def __eq__(self, other: object) -> bool:
-        return isinstance(other, Row) and (self.model, self.index) == (other.model, other.index)
+        return isinstance(other, Row) and (self.model, self.key) == (other.model, other.key)
 
     def __hash__(self) -> int:
-        return hash((id(self.model), self.index, "row"))
+        return hash((id(self.model), self.key, "row"))
+
+    @property
+    def index(self) -> int:
+        """Its number."""
+        return int(self.model._rows.now(self.key))
 
     @property
     def name(self) -> str:
@@ -53,23 +67,37 @@ class Row:
 
 
 class RowArray:
-    """Rows in the shape of the constraints that they were made of."""
+    """Rows in the shape of the constraints that they were made of.
 
-    __slots__ = ("model", "index")
+    >>> import nuv
+    >>> model = nuv.Model()
+    >>> rows = model.add(model.variables("x", (2, 3)) <= [1, 2, 3], "limit")
+    >>> rows.shape, rows[1, 2]
+    ((2, 3), <row limit_1_2>)
+    """
 
-    def __init__(self, model: Model, index: npt.NDArray[np.int64]) -> None:
+    __slots__ = ("model", "key")
+
+    def __init__(self, model: Model, key: npt.NDArray[np.int64]) -> None:
         self.model = model
-        self.index = index
+        #: Keys stay when others are removed.
+        self.key = key
+
+    @property
+    def index(self) -> npt.NDArray[np.int64]:
+        """Their numbers."""
+        found: npt.NDArray[np.int64] = self.model._rows.now(self.key)
+        return found
 
     @property
     def shape(self) -> tuple[int, ...]:
-        return self.index.shape
+        return self.key.shape
 
     def __len__(self) -> int:
-        return len(self.index)
+        return len(self.key)
 
     def __getitem__(self, key: Any) -> Any:
-        picked = self.index[key]
+        picked = self.key[key]
         return RowArray(self.model, picked) if isinstance(picked, np.ndarray) else \
             Row(self.model, int(picked))
 

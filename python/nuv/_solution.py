@@ -9,8 +9,9 @@ from typing import Any, NamedTuple, Optional
 
 import numpy as np
 
-from ._arrays import written
+from ._arrays import Doubles, meant
 from ._expression import Expression, Variable
+from ._places import Places
 from ._record import BASIS_STATUSES, Record
 from ._rows import Row, RowArray
 from ._vectors import LinearArray, VariableArray
@@ -33,19 +34,47 @@ class Range(NamedTuple):
     upper: float
 
 
+class Ranged(NamedTuple):
+    """The costs of variables and the sides of rows that a solve with ranges was about."""
+
+    costs: Doubles
+    row_lower: Doubles
+    row_upper: Doubles
+
+
+class Ranging(NamedTuple):
+    """How far costs and sides may move with the same basis: a table each.
+
+    The tables are of pandas where that is installed, else lists of dictionaries.
+    """
+
+    variables: Any
+    rows: Any
+
+
 class Solution:
     """The verdict on a model, and the numbers that go with it.
 
     It stays as it is when the model changes, and asks nothing of it once it has been pickled.
+
+    >>> import nuv
+    >>> model = nuv.Model()
+    >>> x = model.variable("x", upper=3)
+    >>> row = model.add(2 * x <= 1, "row")
+    >>> model.maximize(x)
+    >>> solution = model.solve(ranging=True)
+    >>> solution["x"], solution.exact(x), solution.dual("row"), solution.cost_range("x")
+    (0.5, Fraction(1, 2), 0.5, Range(lower=0.0, upper=inf))
     """
 
-    def __init__(self, record: Record, column_names: tuple[str, ...],
-                 row_names: tuple[str, ...]) -> None:
+    def __init__(self, record: Record, names: tuple[tuple[str, ...], tuple[str, ...]],
+                 places: tuple[Places, Places], ranged: Optional[Ranged] = None) -> None:
         self._record = record
-        self._column_names = column_names
-        self._row_names = row_names
-        self._columns: Optional[dict[str, int]] = None
-        self._rows: Optional[dict[str, int]] = None
+        #: Of columns, and of rows, as they were when the model was solved.
+        self._names = names
+        self._places = places
+        self._ranged = ranged
+        self._by_name: list[Optional[dict[str, int]]] = [None, None]
 
     @property
     def status(self) -> str:
@@ -97,15 +126,16 @@ class Solution:
     def value(self, of: Any) -> Any:
         """The value of a variable or an expression, by handle or name; of arrays, as an array."""
         if isinstance(of, (Expression, LinearArray)):
-            return of._evaluated(self._array("Values"))
+            return of._evaluated(self._places[False].by_key(self._array("Values")))
         return self._of("Values", of)
 
     def exact(self, of: Any) -> Any:
         """The same as a fraction, or a list of them row after row."""
         numbers = self._fractions("Values")
         if isinstance(of, Expression):
-            return sum((written(value) * numbers[index] for index, value in of.terms.items()),
-                       written(of.constant))
+            now = self._places[False].now
+            return sum((meant(value) * numbers[now(key)] for key, value in of.terms.items()),
+                       meant(of.constant))
         at = self._place(of, False)
         return numbers[at] if isinstance(at, int) else [numbers[k] for k in at.reshape(-1).tolist()]
 
@@ -150,6 +180,20 @@ class Solution:
             raise ValueError(f"side: 'lower' or 'upper' is needed, not {side!r}")
         return self._range(f"Row{side.title()}Ranges", self._place(row, True))
 
+    def ranging(self) -> Ranging:
+        """All ranges as tables; of a solve with ranging=True."""
+        if self._ranged is None or self._record.array("CostRanges") is None:
+            raise LookupError("ranges are found by solve(ranging=True) at an optimum")
+        costs, values, reduced = self._ranged.costs, self._array("Values"), self._array("ReducedCosts")
+        variables = _table("variable", self._names[False], {
+            "value": values, "reduced cost": reduced, "cost": costs,
+            **_ends("cost", self._array("CostRanges"))})
+        columns = {"activity": self._array("Activities"), "dual": self._array("Duals")}
+        for side, now in (("lower", self._ranged.row_lower), ("upper", self._ranged.row_upper)):
+            columns[side] = now
+            columns.update(_ends(side, self._array(f"Row{side.title()}Ranges")))
+        return Ranging(variables, _table("row", self._names[True], columns))
+
     @property
     def conflict(self) -> list[Member]:
         """Sides and bounds that exclude each other, where the model is infeasible.
@@ -157,7 +201,7 @@ class Solution:
         Lower bounds of zero stay in force without being members.
         """
         return [Member("row" if is_row else "variable",
-                       (self._row_names if is_row else self._column_names)[index],
+                       self._names[is_row][index],
                        "upper" if is_upper else "lower")
                 for index, is_row, is_upper in self._record.conflict()]
 
@@ -165,7 +209,7 @@ class Solution:
     def values(self) -> dict[str, float]:
         """The value of every variable by its name; empty without a point."""
         found = self._record.array("Values")
-        return {} if found is None else dict(zip(self._column_names, found.tolist()))
+        return {} if found is None else dict(zip(self._names[False], found.tolist()))
 
     @property
     def json(self) -> str:
@@ -212,16 +256,13 @@ class Solution:
         found = self._record.array(name)
         if found is None or found.size == 0:
             raise LookupError("ranges are found by solve(ranging=True) at an optimum")
-        return Range(float(found[2 * at]), float(found[2 * at + 1]))
+        return Range(float(found[2 * at]) + 0.0, float(found[2 * at + 1]) + 0.0)
 
     def _index(self, name: str, rows: bool) -> Optional[int]:
-        if rows:
-            if self._rows is None:
-                self._rows = {name: k for k, name in enumerate(self._row_names)}
-            return self._rows.get(name)
-        if self._columns is None:
-            self._columns = {name: k for k, name in enumerate(self._column_names)}
-        return self._columns.get(name)
+        found = self._by_name[rows]
+        if found is None:
+            found = self._by_name[rows] = {name: k for k, name in enumerate(self._names[rows])}
+        return found.get(name)
 
     def _place(self, of: Any, rows: bool) -> Any:
         if isinstance(of, str):
@@ -231,10 +272,24 @@ class Solution:
             return at
         if rows and isinstance(of, (Row, RowArray)) or \
                 not rows and isinstance(of, (Variable, VariableArray)):
-            return of.index
+            return self._places[rows].now(of.key)
         raise TypeError(f"a {'row' if rows else 'variable'} is needed, not a {type(of).__name__}")
 
     def _of(self, name: str, of: Any, rows: bool = False) -> Any:
         at = self._place(of, rows or isinstance(of, (Row, RowArray)))
         found = self._array(name)[at]
         return float(found) if isinstance(at, int) else np.array(found)
+
+
+def _ends(of: str, ranges: Doubles) -> dict[str, Doubles]:
+    # Adding zero takes the sign from a zero.
+    return {f"{of} from": ranges[0::2] + 0.0, f"{of} to": ranges[1::2] + 0.0}
+
+
+def _table(index: str, names: tuple[str, ...], columns: dict[str, Doubles]) -> Any:
+    try:
+        import pandas
+    except ImportError:
+        return [{index: name, **{title: float(column[k]) for title, column in columns.items()}}
+                for k, name in enumerate(names)]
+    return pandas.DataFrame(columns, pandas.Index(names, name=index))

@@ -6,6 +6,9 @@ import math
 import threading
 from typing import Any, Callable, NamedTuple, Optional
 
+import numpy as np
+
+from ._arrays import Doubles, pointer
 from ._interface import ffi
 from ._library import check, diagnostics, lib, owned
 from ._record import STATUSES
@@ -36,22 +39,21 @@ class Options(NamedTuple):
     conflict_work: Optional[int] = None
     progress: Optional[Callable[[Progress], Optional[bool]]] = None
     log: Optional[Callable[[str], None]] = None
+    #: Values to start from, NaN where none is known.
+    start: Optional[Doubles] = None
 
 
 class Interrupted(KeyboardInterrupt):
-    """Ctrl-C has ended a solve; ``solution`` is what was known by then."""
+    """Ctrl-C has ended a solve; ``solution`` is what was known by then.
+
+    >>> import nuv
+    >>> issubclass(nuv.Interrupted, KeyboardInterrupt)
+    True
+    """
 
     def __init__(self, solution: Any) -> None:
         super().__init__(repr(solution))
         self.solution = solution
-
-
-class _Call:
-    """What the callbacks of one solve share; an exception in them ends the solve."""
-
-    def __init__(self, options: Options) -> None:
-        self.options = options
-        self.failure: BaseException | None = None
 
 
 def _fail(kind: Any, failure: BaseException, traceback: Any) -> None:
@@ -82,40 +84,48 @@ def _log(user_data: Any, line: Any) -> None:
         call.options.log(ffi.string(line).decode("utf-8", "replace"))
 
 
+class Call:
+    """The options of one solve as the library takes them, and what its callbacks share.
+
+    An exception in a callback ends the solve, and is then `failure`.
+    """
+
+    def __init__(self, options: Options) -> None:
+        self.options = options
+        self.failure: BaseException | None = None
+        self.given = given = ffi.new("NuvSolveOptions*")
+        self._user_data = ffi.new_handle(self)
+        check(lib.NuvSolveOptionsInit(given, ffi.sizeof("NuvSolveOptions")))
+        given.numbers = _one_of(options.numbers)
+        given.seconds = _seconds(options.seconds, "time_limit")
+        given.scale, given.sensitivity = bool(options.scale), bool(options.ranging)
+        if options.conflict_work is not None:
+            given.iisWork = _whole(options.conflict_work, "conflict_work")
+        if options.pivots is not None:
+            given.singlePrecisionPivots = given.doublePivots = given.exactPivots = \
+                _whole(options.pivots, "pivot_limit")
+        given.userData = self._user_data
+        # Python sees signals on its main thread alone: elsewhere the call would only cost.
+        if options.progress is not None or threading.current_thread() is threading.main_thread():
+            given.progress = _progress
+        if options.log is not None:
+            given.log = _log
+        if options.start is not None:
+            given.startValues = pointer(options.start, "double")
+            given.numStartValues = options.start.size
+
+
 def solve(model: Any, options: Options,
           session: Any = None) -> tuple[Any, Optional[BaseException]]:
     """Solves without the interpreter's lock, from what the last solve of a session left.
 
     Returns the solution's handle, and the exception, such as KeyboardInterrupt, that ended it.
     """
-    given = ffi.new("NuvSolveOptions*")
-    check(lib.NuvSolveOptionsInit(given, ffi.sizeof("NuvSolveOptions")))
-    given.numbers = _one_of(options.numbers)
-    given.seconds = _seconds(options.seconds, "time_limit")
-    given.scale = bool(options.scale)
-    given.sensitivity = bool(options.ranging)
-    if options.conflict_work is not None:
-        if not isinstance(options.conflict_work, int) or not 0 <= options.conflict_work < 2**64:
-            raise ValueError("conflict_work: a whole number from 0 is needed")
-        given.iisWork = options.conflict_work
-    if options.pivots is not None:
-        if not isinstance(options.pivots, int) or not 0 <= options.pivots < 2**64:
-            raise ValueError("pivot_limit: a whole number from 0 is needed")
-        given.singlePrecisionPivots = given.doublePivots = given.exactPivots = options.pivots
-    call = _Call(options)
-    user_data = ffi.new_handle(call)
-    given.userData = user_data
-    # Python sees signals on its main thread alone: elsewhere the call would only cost.
-    if options.progress is not None or threading.current_thread() is threading.main_thread():
-        given.progress = _progress
-    if options.log is not None:
-        given.log = _log
-    made = ffi.new("NuvSolution**")
-    told = diagnostics()
+    call, made, told = Call(options), ffi.new("NuvSolution**"), diagnostics()
     if session is None:
-        result = lib.NuvModelSolve(model, given, made, told)
+        result = lib.NuvModelSolve(model, call.given, made, told)
     else:
-        result = lib.NuvSolverSolve(session, model, given, made, told)
+        result = lib.NuvSolverSolve(session, model, call.given, made, told)
     check(result, told)
     return owned(made[0], lib.NuvSolutionDestruct), call.failure
 
@@ -145,3 +155,9 @@ def _seconds(value: Any, name: str) -> float:
     if not seconds >= 0:
         raise ValueError(f"{name}: must not be negative or NaN")
     return seconds
+
+
+def _whole(value: Any, name: str) -> int:
+    if not isinstance(value, (int, np.integer)) or not 0 <= value < 2**64:
+        raise ValueError(f"{name}: a whole number from 0 is needed, not {value!r}")
+    return int(value)

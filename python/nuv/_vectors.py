@@ -6,37 +6,60 @@ An array of expressions is a sparse matrix by rows, one row an expression, and t
 from __future__ import annotations
 
 import math
+from fractions import Fraction
 from typing import TYPE_CHECKING, Any, Iterator, Optional
 
 import numpy as np
 import numpy.typing as npt
 
-from ._arrays import INTEGERS, Doubles, Rows, doubles, finite, matrix
-from ._expression import Constraint, Expression, Linear, Variable, plus, times
+from ._arrays import INTEGERS, Doubles, Rows, as_number, finite, matrix, numbers, objects
+from ._expression import Coefficient, Constraint, Expression, Linear, Variable, negated, plus, times
+from ._places import Indices
 
 if TYPE_CHECKING:
     from ._model import Model
 
-Indices = npt.NDArray[np.int64]
 
 
-def _products(a: Doubles, b: Doubles) -> Doubles:
+#: Doubles, or objects where no doubles say all of the numbers.
+Numbers = npt.NDArray[Any]
+
+
+def _replaced(array: Numbers, places: Indices, items: list[Coefficient]) -> Numbers:
+    """An array with other numbers at some places."""
+    if any(isinstance(item, Fraction) for item in items):
+        array = array.astype(object)
+    for place, item in zip(places.tolist(), items):
+        array[place] = item
+    return array
+
+
+def _products(a: Numbers, b: Numbers) -> Numbers:
     """Products of numbers as they are written; see _expression.times."""
-    product: Doubles = a * b
+    if a.dtype == object or b.dtype == object:
+        return objects([times(x, y) for x, y in zip(a.tolist(), b.tolist())])
+    product: Numbers = a * b
     whole = (a == np.floor(a)) & (b == np.floor(b)) & (np.abs(product) < INTEGERS)
-    plain = (np.abs(a) == 1) | (np.abs(b) == 1) | whole
-    for k in np.flatnonzero(~plain):
-        product[k] = times(float(a[k]), float(b[k]))
-    return product
+    odd = np.flatnonzero(~((np.abs(a) == 1) | (np.abs(b) == 1) | whole))
+    return _replaced(product, odd, [times(x, y) for x, y in zip(a[odd].tolist(), b[odd].tolist())])
 
 
-def _sums(a: Doubles, b: Doubles) -> Doubles:
+def _sums(a: Numbers, b: Numbers) -> Numbers:
     """Sums of numbers as they are written."""
-    total: Doubles = a + b
+    if a.dtype == object or b.dtype == object:
+        return objects([plus(x, y) for x, y in zip(a.tolist(), b.tolist())])
+    total: Numbers = a + b
     whole = (a == np.floor(a)) & (b == np.floor(b)) & (np.abs(total) < INTEGERS)
-    for k in np.flatnonzero(~(whole | (a == 0) | (b == 0))):
-        total[k] = plus(float(a[k]), float(b[k]))
-    return total
+    odd = np.flatnonzero(~(whole | (a == 0) | (b == 0)))
+    return _replaced(total, odd, [plus(x, y) for x, y in zip(a[odd].tolist(), b[odd].tolist())])
+
+
+def _signed(array: Numbers, factor: float) -> Numbers:
+    """Times 1 or -1, without a sign on zero."""
+    if factor > 0:
+        return array
+    return objects([negated(item) for item in array.tolist()]) if array.dtype == object else \
+        0.0 - array
 
 
 class ArrayOperations:
@@ -83,7 +106,7 @@ class ArrayOperations:
 
     def __mul__(self, factor: Any) -> LinearArray:
         source = self._linear()
-        factors = finite(doubles(factor, "factor"), "factor")
+        factors = finite(numbers(factor, "factor"), "factor")
         shape = np.broadcast_shapes(source.shape, factors.shape)
         source = source._broadcast(shape)
         by = np.broadcast_to(factors, shape).reshape(-1)
@@ -141,18 +164,27 @@ class ArrayOperations:
 
     def _compared(self, other: Any, lower: float, upper: float) -> ConstraintArray:
         difference = self._linear()._plus(other, -1.0)
-        sides = 0.0 - difference.constants
-        difference.constants = np.zeros_like(sides)
-        return ConstraintArray(difference, lower + sides, upper + sides)
+        sides = _signed(difference.constants, -1.0)
+        difference.constants = np.zeros(sides.size)
+        low, high = (sides if math.isfinite(side) else np.full(sides.size, side)
+                     for side in (lower, upper))
+        return ConstraintArray(difference, low, high)
 
 
 class LinearArray(ArrayOperations):
-    """Linear expressions in the shape of an array."""
+    """Linear expressions in the shape of an array; `columns` are the keys of variables.
+
+    >>> import nuv
+    >>> x = nuv.Model().variables("x", 3)
+    >>> totals = [[1, 1, 0], [0, 0.5, 2]] @ x - 1
+    >>> totals.shape, totals[1]
+    ((2,), 0.5 x_1 + 2 x_2 - 1)
+    """
 
     __slots__ = ("model", "_shape", "starts", "columns", "values", "constants")
 
     def __init__(self, model: Model, shape: tuple[int, ...], starts: Indices, columns: Indices,
-                 values: Doubles, constants: Doubles) -> None:
+                 values: Numbers, constants: Numbers) -> None:
         self.model = model
         self._shape = shape
         self.starts = starts
@@ -188,7 +220,7 @@ class LinearArray(ArrayOperations):
         part = slice(self.starts[order], self.starts[order + 1])
         return Expression(self.model, dict(zip(self.columns[part].tolist(),
                                                self.values[part].tolist())),
-                          float(self.constants[order]))
+                          as_number(self.constants[order], "constant"))
 
     def __iter__(self) -> Iterator[Any]:
         return (self[k] for k in range(len(self)))
@@ -197,11 +229,12 @@ class LinearArray(ArrayOperations):
         if isinstance(other, Linear):
             other = _single(other, self.model)
         if not isinstance(other, ArrayOperations):
-            numbers = factor * finite(doubles(other, "constant"), "constant")
-            shape = np.broadcast_shapes(self.shape, numbers.shape)
+            added = finite(numbers(other, "constant"), "constant")
+            shape = np.broadcast_shapes(self.shape, added.shape)
             mine = self._broadcast(shape)
+            added = _signed(np.broadcast_to(added, shape).reshape(-1), factor)
             return LinearArray(mine.model, shape, mine.starts, mine.columns, mine.values,
-                               _sums(mine.constants, np.broadcast_to(numbers, shape).reshape(-1)))
+                               _sums(mine.constants, added))
         if other.model is not self.model:
             raise ValueError("the variables of an expression are of different models")
         shape = np.broadcast_shapes(self.shape, other.shape)
@@ -209,8 +242,8 @@ class LinearArray(ArrayOperations):
         rows = np.concatenate([np.repeat(np.arange(mine.size), np.diff(part.starts))
                                for part in (mine, theirs)])
         return _gathered(self.model, shape, rows, np.concatenate((mine.columns, theirs.columns)),
-                         np.concatenate((mine.values, factor * theirs.values)),
-                         _sums(mine.constants, factor * theirs.constants))
+                         np.concatenate((mine.values, _signed(theirs.values, factor))),
+                         _sums(mine.constants, _signed(theirs.constants, factor)))
 
     def _times_rows(self, left: Rows) -> LinearArray:
         """Each row of a matrix, times this vector of expressions."""
@@ -218,18 +251,22 @@ class LinearArray(ArrayOperations):
         rows = np.repeat(np.arange(left.shape[0]), np.diff(left.starts.astype(np.int64)))
         taken = self._taken(places, (places.size,))
         counts = np.diff(taken.starts)
-        constants = np.zeros(left.shape[0])
+        constants: Numbers = np.zeros(left.shape[0])
         if taken.constants.any():
+            totals: list[Coefficient] = [0.0] * left.shape[0]
             for row, number in zip(rows.tolist(), _products(taken.constants, left.values).tolist()):
-                constants[row] = plus(float(constants[row]), number)
+                totals[row] = plus(totals[row], number)
+            constants = objects(totals)
         return _gathered(self.model, (left.shape[0],), np.repeat(rows, counts), taken.columns,
                          _products(taken.values, np.repeat(left.values, counts)), constants)
 
     def _evaluated(self, values: Doubles) -> Doubles:
+        """The values for those of all variables by key."""
         rows = np.repeat(np.arange(self.size), np.diff(self.starts))
-        products = self.values * values[self.columns]
-        total: Doubles = np.bincount(rows, products, self.size) + self.constants
-        return total.reshape(self.shape)
+        products = self.values.astype(np.float64) * values[self.columns]
+        constants: Doubles = self.constants.astype(np.float64)
+        constants += np.bincount(rows, products, self.size)
+        return constants.reshape(self.shape)
 
     @property
     def value(self) -> Doubles:
@@ -242,32 +279,45 @@ class LinearArray(ArrayOperations):
 
 
 class VariableArray(ArrayOperations):
-    """Variables in the shape of an array; made by ``Model.variables``."""
+    """Variables in the shape of an array; made by ``Model.variables``.
 
-    __slots__ = ("model", "index")
+    >>> import nuv
+    >>> x = nuv.Model().variables("x", (2, 3))
+    >>> x.shape, x[1, 0], x.sum(axis=0)[2], x.T.shape
+    ((2, 3), x_1_0, x_0_2 + x_1_2, (3, 2))
+    """
 
-    def __init__(self, model: Model, index: Indices) -> None:
+    __slots__ = ("model", "key")
+
+    def __init__(self, model: Model, key: Indices) -> None:
         self.model = model
-        self.index = index
+        #: Keys stay when others are removed.
+        self.key = key
+
+    @property
+    def index(self) -> Indices:
+        """The numbers of their columns."""
+        found: Indices = self.model._columns.now(self.key)
+        return found
 
     @property
     def shape(self) -> tuple[int, ...]:
-        return self.index.shape
+        return self.key.shape
 
     @property
     def T(self) -> VariableArray:
-        return VariableArray(self.model, self.index.T)
+        return VariableArray(self.model, self.key.T)
 
     def reshape(self, *shape: Any) -> VariableArray:
-        return VariableArray(self.model, self.index.reshape(*shape))
+        return VariableArray(self.model, self.key.reshape(*shape))
 
     def _linear(self) -> LinearArray:
-        size = self.index.size
-        return LinearArray(self.model, self.shape, np.arange(size + 1), self.index.reshape(-1),
+        size = self.key.size
+        return LinearArray(self.model, self.shape, np.arange(size + 1), self.key.reshape(-1),
                            np.ones(size), np.zeros(size))
 
     def __getitem__(self, key: Any) -> Any:
-        picked = self.index[key]
+        picked = self.key[key]
         return VariableArray(self.model, picked) if isinstance(picked, np.ndarray) else \
             Variable(self.model, int(picked))
 
@@ -290,11 +340,16 @@ class VariableArray(ArrayOperations):
 
 
 class ConstraintArray:
-    """Constraints in the shape of an array; ``Model.add`` makes rows of them."""
+    """Constraints in the shape of an array; ``Model.add`` makes rows of them.
+
+    >>> import nuv
+    >>> (nuv.Model().variables("x", 3) <= [1, 2, 3])[2]
+    x_2 <= 3
+    """
 
     __slots__ = ("expressions", "lower", "upper")
 
-    def __init__(self, expressions: LinearArray, lower: Doubles, upper: Doubles) -> None:
+    def __init__(self, expressions: LinearArray, lower: Numbers, upper: Numbers) -> None:
         self.expressions = expressions
         self.lower = lower
         self.upper = upper
@@ -305,7 +360,7 @@ class ConstraintArray:
     def __getitem__(self, at: int) -> Constraint:
         lower, upper = (side.reshape(self.expressions.shape)[at] for side in
                         (self.lower, self.upper))
-        return Constraint(self.expressions[at], float(lower), float(upper))
+        return Constraint(self.expressions[at], as_number(lower, "lower"), as_number(upper, "upper"))
 
 
 def _single(value: Linear, model: Model) -> LinearArray:
@@ -313,12 +368,11 @@ def _single(value: Linear, model: Model) -> LinearArray:
     expression = value._expression()
     columns = np.array(list(expression.terms), np.int64)
     return LinearArray(expression.model or model, (), np.array([0, columns.size]), columns,
-                       np.array(list(expression.terms.values()), np.float64),
-                       np.array([expression.constant]))
+                       objects(list(expression.terms.values())), objects([expression.constant]))
 
 
 def _gathered(model: Model, shape: tuple[int, ...], rows: Indices, columns: Indices,
-              values: Doubles, constants: Doubles) -> LinearArray:
+              values: Numbers, constants: Numbers) -> LinearArray:
     """Rows of entries in any order, of which several may be of the same column."""
     order = np.lexsort((columns, rows))
     rows, columns, values = rows[order], columns[order], values[order]
@@ -326,10 +380,14 @@ def _gathered(model: Model, shape: tuple[int, ...], rows: Indices, columns: Indi
     if again.any():
         first = np.concatenate(([True], ~again))
         target = np.cumsum(first) - 1
-        total = values[first]
-        for k in np.flatnonzero(~first):
-            total[target[k]] = plus(float(total[target[k]]), float(values[k]))
-        rows, columns, values = rows[first], columns[first], total
+        totals: dict[int, Coefficient] = {}
+        kept = values[first]
+        for k in np.flatnonzero(~first).tolist():
+            place = int(target[k])
+            before = totals[place] if place in totals else as_number(kept[place], "coefficient")
+            totals[place] = plus(before, as_number(values[k], "coefficient"))
+        values = _replaced(kept, np.array(list(totals), np.int64), list(totals.values()))
+        rows, columns = rows[first], columns[first]
     starts = np.zeros(math.prod(shape) + 1, np.int64)
     np.cumsum(np.bincount(rows, minlength=starts.size - 1), out=starts[1:])
     return LinearArray(model, shape, starts, columns, values, constants)

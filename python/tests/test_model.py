@@ -61,6 +61,7 @@ def test_decimals_are_added_and_multiplied_as_written():
     x, y = model.variable("x"), model.variable("y")
     assert repr(0.1 * x + 0.2 * x - y + 0.1 + 0.2) == "0.3 x - y + 0.3"
     assert repr(0.1 * (0.2 * x)) == "0.02 x" and repr(-(x - 3) / 8) == "-0.125 x + 0.375"
+    assert repr((x + 0.1) / 3) == "1/3 x + 1/30" and repr(x / 3 + 2 * x / 3) == "x"
     assert repr(2 * x + 1 <= 5 - y) == "2 x + y <= 4"
     assert repr(nuv.sum([x, y, x, 4])) == "2 x + y + 4"
     assert repr(x == 3) == "x == 3" and repr(1 >= x) == "x <= 1"
