@@ -42,8 +42,9 @@ template <class T>
 inline void DestructRun(T* first, T* last)
 {
     // same bits: elements that own nothing need not be destroyed
-    while (last != first)
-        Destruct(--last);
+    if constexpr (!isPlain<T>)
+        while (last != first)
+            Destruct(--last);
 }
 
 /// Where copies come from: one element again and again, or a range.
@@ -64,6 +65,13 @@ struct Source
 template <class T>
 inline bool ConstructRun(T* destination, NuvSizeT count, Source<T> source)
 {
+    if constexpr (isPlain<T>)
+        // same bits: one copy of all is the copies of each
+        if (source.stride == 1)
+        {
+            Relocate(destination, source.first, source.first + count);
+            return true;
+        }
     for (NuvSizeT i = 0; i != count; ++i)
     {
         // same bits: copies of elements that own nothing cannot fail
@@ -72,6 +80,21 @@ inline bool ConstructRun(T* destination, NuvSizeT count, Source<T> source)
         DestructRun(destination, destination + i);
         return false;
     }
+    return true;
+}
+
+/// Assigns `count` elements to those at `destination`, from the first on, so that the source may
+/// begin among them.
+/// @return false when one is refused.
+template <class T>
+inline bool AssignRun(T* destination, NuvSizeT count, const T* source)
+{
+    if constexpr (isPlain<T>)
+        Relocate(destination, source, source + count);
+    else
+        for (NuvSizeT i = 0; i != count; ++i)
+            if (!Assign(destination + i, source + i))
+                return false;
     return true;
 }
 

@@ -16,6 +16,10 @@ namespace nuv
 template <class T>
 concept Scalar = std::is_arithmetic_v<T>;
 
+/// Whether an element owns nothing, so that a copy of its bits is a copy of it.
+template <class T>
+inline constexpr bool isPlain = Scalar<T>;
+
 template <class T>
 struct Element;
 

@@ -49,6 +49,9 @@ NuvBool NUV_OP(Swap)(NUV_SELF* x, NUV_SELF* y)
 }
 
 template <>
+inline constexpr bool nuv::isPlain<NUV_SELF> = nuv::isPlain<NUV_FIRST> && nuv::isPlain<NUV_SECOND>;
+
+template <>
 struct nuv::Element<NUV_SELF>
 {
     static bool Construct(NUV_SELF* x, const NUV_SELF* y)

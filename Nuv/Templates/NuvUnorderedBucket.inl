@@ -28,6 +28,9 @@ NuvBool NUV_OP(Less)(const NUV_SELF* x, const NUV_SELF* y)
 }
 
 template <>
+inline constexpr bool nuv::isPlain<NUV_SELF> = true;
+
+template <>
 struct nuv::Element<NUV_SELF>
 {
     static bool Construct(NUV_SELF* x, const NUV_SELF* y)

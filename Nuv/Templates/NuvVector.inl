@@ -72,12 +72,9 @@ NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y)
         x->end = x->begin + size;
     }
     const NuvSizeT kept = nuv::SizeOf(x);
-    bool isAssigned = true;
     // same bits: copies of elements that own nothing cannot fail
-    for (NuvSizeT i = 0; isAssigned && i != kept; ++i)
-        isAssigned = nuv::Assign(x->begin + i, y->begin + i);
-    // same bits: copies of elements that own nothing cannot fail
-    if (!isAssigned || !nuv::ConstructRun(x->end, size - kept, {y->begin + kept, 1}))
+    if (!nuv::AssignRun(x->begin, kept, y->begin) ||
+        !nuv::ConstructRun(x->end, size - kept, {y->begin + kept, 1}))
     {
         nuv::ReleaseBlock(x);
         return nullptr;

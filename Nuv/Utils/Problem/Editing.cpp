@@ -43,26 +43,42 @@ bool Rename(NuvLinearProgramming* lp,
 }
 
 /// Copies `constraint` into the map under a new number.
-bool InsertConstraint(NuvLinearProgramming* lp, NuvUint constraintId,
-                      const NuvLinearProgrammingConstraint* constraint)
+/// @return the copy, or null when the entry is refused.
+NuvLinearProgrammingConstraint* InsertConstraint(NuvLinearProgramming* lp, NuvUint constraintId,
+                                                 const NuvLinearProgrammingConstraint* constraint)
 {
     // The pair borrows the constraint's bits: the map copies them, and nothing here destructs them.
     const NuvPair_NuvUint__NuvLinearProgrammingConstraint entry = {constraintId, *constraint};
-    return NuvUnordered_NuvUint__NuvLinearProgrammingConstraintInsert(&lp->constraints, &entry)
-               .second != NUV_FALSE;
+    const NuvUnordered_NuvUint__NuvLinearProgrammingConstraintInsertResult inserted =
+        NuvUnordered_NuvUint__NuvLinearProgrammingConstraintInsert(&lp->constraints, &entry);
+    if (!inserted.second)
+        return nullptr;
+    return &NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintIteratorContentOf(
+                &inserted.first)
+                ->second;
 }
 
-/// The right-hand side of a constraint whose new coefficients were refused: the old one, or 0 when
-/// there is none.
-NuvFloat32 FormerRhs(const NuvLinearProgramming* lp, NuvUint constraintId)
+/// @return a place for a new constraint, or null when the entry is refused.
+NuvLinearProgrammingConstraint* InsertEmptyConstraint(NuvLinearProgramming* lp,
+                                                      NuvUint constraintId)
 {
-    const NuvUnordered_NuvUint__NuvLinearProgrammingConstraintConstIterator found =
-        NuvUnordered_NuvUint__NuvLinearProgrammingConstraintFindConst(&lp->constraints,
-                                                                      &constraintId);
-    if (found == NuvUnordered_NuvUint__NuvLinearProgrammingConstraintEndConst(&lp->constraints))
-        return 0.0F;
-    return NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(&found)
-        ->second.rhs;
+    NuvLinearProgrammingConstraint empty;
+    empty.type = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX;
+    NuvVector_NuvPair_NuvUint__NuvFloat32ConstructDefault(&empty.u.variableCoefficientsByIndex,
+                                                          lp->alloc);
+    empty.rhs = 0.0F;
+    return InsertConstraint(lp, constraintId, &empty);
+}
+
+/// @return the constraint of that number, or null when there is none.
+NuvLinearProgrammingConstraint* FindConstraint(NuvLinearProgramming* lp, NuvUint constraintId)
+{
+    const NuvUnordered_NuvUint__NuvLinearProgrammingConstraintIterator found =
+        NuvUnordered_NuvUint__NuvLinearProgrammingConstraintFind(&lp->constraints, &constraintId);
+    if (found == NuvUnordered_NuvUint__NuvLinearProgrammingConstraintEnd(&lp->constraints))
+        return nullptr;
+    return &NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintIteratorContentOf(&found)
+                ->second;
 }
 
 /// Finds the index of each name and appends (index, coefficient); an append that is refused is
@@ -81,16 +97,22 @@ bool ResolveNames(NuvLinearProgramming* lp, const NuvVector_NuvPair_NuvString__N
     return true;
 }
 
-/// Sets a constraint that was made for this, and destructs it. One whose coefficients were refused
-/// is an empty row and goes in with the former right-hand side, unreported by contract.
-NuvBool SetOwnConstraint(NuvLinearProgramming* lp, NuvUint constraintId,
-                         NuvLinearProgrammingConstraint* constraint, bool isMade)
+/// Puts a constraint that was made for this in the place of `former`, or under its number when that
+/// is null: the record moves there bit by bit. One whose coefficients were refused is an empty row
+/// and goes in with the former right-hand side, unreported by contract.
+NuvBool PlaceConstraint(NuvLinearProgramming* lp, NuvUint constraintId,
+                        NuvLinearProgrammingConstraint* former,
+                        NuvLinearProgrammingConstraint* constraint, bool isMade)
 {
     if (!isMade)
-        constraint->rhs = FormerRhs(lp, constraintId);
-    const NuvBool isSet = NuvLinearProgrammingSetConstraint(lp, constraintId, constraint);
-    NuvLinearProgrammingConstraintDestruct(constraint);
-    return isSet;
+        constraint->rhs = former ? former->rhs : 0.0F;
+    NuvLinearProgrammingConstraint* const place =
+        former ? former : InsertEmptyConstraint(lp, constraintId);
+    NuvLinearProgrammingConstraintDestruct(place ? place : constraint);
+    if (!place)
+        return NUV_FALSE;
+    *place = *constraint;
+    return NUV_TRUE;
 }
 }  // namespace
 
@@ -129,12 +151,9 @@ NuvBool NuvLinearProgrammingSetConstraint(NuvLinearProgramming* lp, NuvUint cons
 {
     if (constraintId == 0)
         return NUV_FALSE;
-    const NuvUnordered_NuvUint__NuvLinearProgrammingConstraintIterator found =
-        NuvUnordered_NuvUint__NuvLinearProgrammingConstraintFind(&lp->constraints, &constraintId);
-    if (found == NuvUnordered_NuvUint__NuvLinearProgrammingConstraintEnd(&lp->constraints))
+    NuvLinearProgrammingConstraint* const stored = nuv::FindConstraint(lp, constraintId);
+    if (!stored)
         return nuv::InsertConstraint(lp, constraintId, constraint) ? NUV_TRUE : NUV_FALSE;
-    NuvLinearProgrammingConstraint* const stored =
-        &NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintIteratorContentOf(&found)->second;
     (void)NuvLinearProgrammingConstraintAssign(stored, constraint);  // unreported by contract
     return NUV_TRUE;
 }
@@ -143,20 +162,34 @@ NuvBool NuvLinearProgrammingSetConstraintByName(
     NuvLinearProgramming* lp, NuvUint constraintId,
     const NuvVector_NuvPair_NuvString__NuvFloat32* constraintValues, NuvFloat32 rhs)
 {
+    if (constraintId == 0)
+        return NUV_FALSE;
     NuvLinearProgrammingConstraint constraint;
     const bool isMade = NuvLinearProgrammingConstraintConstruct(&constraint, constraintValues, rhs,
                                                                 lp->alloc) != nullptr;
-    return nuv::SetOwnConstraint(lp, constraintId, &constraint, isMade);
+    return nuv::PlaceConstraint(lp, constraintId, nuv::FindConstraint(lp, constraintId),
+                                &constraint, isMade);
 }
 
 NuvBool NuvLinearProgrammingSetConstraintByIndex(
     NuvLinearProgramming* lp, NuvUint constraintId,
     const NuvVector_NuvPair_NuvUint__NuvFloat32* constraintValues, NuvFloat32 rhs)
 {
+    if (constraintId == 0)
+        return NUV_FALSE;
     NuvLinearProgrammingConstraint constraint;
+    if (NuvLinearProgrammingConstraint* const former = nuv::FindConstraint(lp, constraintId))
+    {
+        // Read where it is: the former coefficients by index may be `constraintValues` itself.
+        constraint.type = NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_INDEX;
+        constraint.u.variableCoefficientsByIndex = *constraintValues;
+        constraint.rhs = rhs;
+        (void)NuvLinearProgrammingConstraintAssign(former, &constraint);  // unreported by contract
+        return NUV_TRUE;
+    }
     const bool isMade = NuvLinearProgrammingConstraintConstructIndex(&constraint, constraintValues,
                                                                      rhs, lp->alloc) != nullptr;
-    return nuv::SetOwnConstraint(lp, constraintId, &constraint, isMade);
+    return nuv::PlaceConstraint(lp, constraintId, nullptr, &constraint, isMade);
 }
 
 NuvBool NuvLinearProgrammingRemoveConstraint(NuvLinearProgramming* lp, NuvUint constraintId)

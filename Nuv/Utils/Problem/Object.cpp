@@ -7,6 +7,29 @@ namespace nuv
 {
 namespace
 {
+/// The default name of a variable, "X1", "X2", …, in memory of its own.
+class DefaultName
+{
+public:
+    explicit DefaultName(NuvUint index) : first(text + sizeof text - 1)
+    {
+        *first = '\0';
+        for (; index != 0; index /= 10)
+            *--first = static_cast<char>('0' + index % 10);
+        *--first = 'X';
+    }
+
+    /// The name as a string without a block, whose copies lie on `alloc`.
+    NuvString Borrow(NuvAllocator* alloc) const
+    {
+        return {alloc, first, static_cast<NuvSizeT>(text + sizeof text - 1 - first), 0};
+    }
+
+private:
+    char text[12];  // X, ten digits at most, and the end
+    char* first;
+};
+
 /// Enters (name, {continuous, index, name}); everything lies on the allocator of `name`, which is
 /// lp's.
 /// @return false when the name is taken or any part of the entry is refused; nothing is entered
@@ -20,10 +43,11 @@ bool InsertVariable(NuvLinearProgramming* lp, NuvUint index, const NuvString* na
         NuvUnordered_NuvString__NuvLinearProgrammingVariableInsert(&lp->variables, &entry);
     if (!inserted.second)
         return false;
-    // The map does not report a copy that failed inside; a variable without its name must not stay.
+    // The map does not report a copy that failed inside, which is empty; a variable without its
+    // name must not stay.
     const NuvPair_NuvString__NuvLinearProgrammingVariable* const stored =
         NuvList_NuvPair_NuvString__NuvLinearProgrammingVariableIteratorContentOf(&inserted.first);
-    if (NuvStringEqual(&stored->first, name) && NuvStringEqual(&stored->second.name, name))
+    if (stored->first.size == name->size && stored->second.name.size == name->size)
         return true;
     NuvUnordered_NuvString__NuvLinearProgrammingVariableErase(&lp->variables, inserted.first);
     return false;
@@ -38,18 +62,12 @@ bool AppendVariables(NuvLinearProgramming* lp)
     // Counted by what is left, so that the largest NuvUint ends the loop too.
     for (NuvUint left = lp->numVars, index = 1; left != 0; --left, ++index)
     {
-        NuvPair_NuvString__NuvFloat32 value;
-        value.second = 0.0F;
-        const bool isNamed =
-            NuvStringConstructFormatted(&value.first, lp->alloc, "X%lu",
-                                        static_cast<unsigned long>(index)) != nullptr;
-        const bool isInserted = isNamed && InsertVariable(lp, index, &value.first);
-        if (isInserted)
-            (void)NuvVector_NuvPair_NuvString__NuvFloat32PushBack(
-                &lp->variableValues, &value);  // unreported by contract
-        NuvStringDestruct(&value.first);
-        if (!isInserted)
+        const DefaultName name(index);
+        const NuvPair_NuvString__NuvFloat32 value = {name.Borrow(lp->alloc), 0.0F};
+        if (!InsertVariable(lp, index, &value.first))
             return false;
+        (void)NuvVector_NuvPair_NuvString__NuvFloat32PushBack(&lp->variableValues,
+                                                              &value);  // unreported by contract
     }
     return true;
 }

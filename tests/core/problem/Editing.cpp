@@ -224,6 +224,20 @@ TEST_F(Editing, ReplacementOfEitherKindByEitherReleasesTheOldList)
         }
 }
 
+TEST_F(Editing, ARowIsCopiedOnce)
+{
+    ASSERT_TRUE(model.SetRow(1, {{1, 1.0F}}, 1.0F));
+    std::size_t requests = allocator.Requests();
+    const NuvVector_NuvPair_NuvUint__NuvFloat32 list =
+        model.FindRow(1)->u.variableCoefficientsByIndex;
+    ASSERT_TRUE(NuvLinearProgrammingSetConstraintByIndex(&model.lp, 2, &list, 1.0F));
+    EXPECT_EQ(allocator.Requests() - requests, 2U) << "the entry and its terms";
+    requests = allocator.Requests();
+    ASSERT_TRUE(NuvLinearProgrammingSetConstraintByIndex(&model.lp, 2, &list, 2.0F));
+    EXPECT_EQ(allocator.Requests() - requests, 0U) << "the old terms' place is used again";
+    EXPECT_EQ(model.FindRow(2)->rhs, 2.0F);
+}
+
 TEST_F(Editing, ReplacementKeepsTheRowOfTheConstraint)
 {
     for (NuvUint id = 1; id <= 9; ++id)

@@ -50,6 +50,25 @@ TEST(Object, ConstructWithoutVariablesIsEmpty)
     EXPECT_TRUE(model.Pairs().empty());
 }
 
+TEST(Object, NamesOfManyDigitsAreAsWritten)
+{
+    TestAllocator allocator;
+    SmallModel model(1200, allocator);
+    ExpectDefaultVariables(model, 1200);
+}
+
+TEST(Object, AVariableTakesItsEntryAndThreeNamesAndNothingBesides)
+{
+    TestAllocator allocator;
+    SmallModel few(61, allocator);
+    const std::size_t blocks = allocator.LiveBlocks();
+    const std::size_t requests = allocator.Requests();
+    // Both maps grow to 61 buckets alike, so that the variables are all that differs.
+    SmallModel fewer(32, allocator);
+    EXPECT_EQ(blocks - (allocator.LiveBlocks() - blocks), 4U * (61 - 32));
+    EXPECT_EQ(requests - (allocator.Requests() - requests), 4U * (61 - 32));
+}
+
 TEST(Object, ConstructOfThreeVariablesNamesThemFromX1)
 {
     TestAllocator allocator;
