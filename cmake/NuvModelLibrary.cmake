@@ -26,6 +26,7 @@ set(NUV_MODEL_HEADERS
     Nuv/Model/Handle.hpp
     Nuv/Model/Model.hpp
     Nuv/Model/NameTable.hpp
+    Nuv/Model/NuvBatch.h
     Nuv/Model/NuvClaim.h
     Nuv/Model/NuvModel.h
     Nuv/Model/NuvModelTypes.h

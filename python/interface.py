@@ -11,7 +11,7 @@ import re
 import sys
 from pathlib import Path
 
-MODEL_HEADERS = ("NuvModelTypes.h", "NuvSolution.h", "NuvRepair.h", "NuvClaim.h", "NuvModel.h")
+MODEL_HEADERS = ("NuvModelTypes.h", "NuvSolution.h", "NuvRepair.h", "NuvClaim.h", "NuvBatch.h", "NuvModel.h")
 
 
 def declarations(header: Path) -> str:

@@ -26,6 +26,7 @@
 #ifndef NUV_MODEL_NUVMODEL_H
 #define NUV_MODEL_NUVMODEL_H
 
+#include "Nuv/Model/NuvBatch.h"
 #include "Nuv/Model/NuvClaim.h"
 #include "Nuv/Model/NuvModelTypes.h"
 #include "Nuv/Model/NuvRepair.h"

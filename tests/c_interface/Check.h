@@ -57,6 +57,7 @@ void TestBases(void);
 void TestClaims(void);
 void TestSolutions(void);
 void TestRandomSolutions(void);
+void TestBatches(void);
 void TestSessions(void);
 void TestStarts(void);
 void TestWrongArguments(void);

@@ -10,6 +10,7 @@ int main(void)
     TestClaims();
     TestSolutions();
     TestRandomSolutions();
+    TestBatches();
     TestSessions();
     TestStarts();
     TestWrongArguments();

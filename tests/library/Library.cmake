@@ -62,7 +62,7 @@ add_test(
     NAME exported_functions_model
     COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DLIBRARY=$<TARGET_FILE:nuv_model_shared>
             -DPROMISES=${PROJECT_SOURCE_DIR}/abi/model-exports.txt -DFEWEST=50
-            "-DHEADERS=${PROJECT_SOURCE_DIR}/Nuv/Model/NuvModelTypes.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvClaim.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvModel.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvRepair.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvSolution.h"
+            "-DHEADERS=${PROJECT_SOURCE_DIR}/Nuv/Model/NuvBatch.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvModelTypes.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvClaim.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvModel.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvRepair.h;${PROJECT_SOURCE_DIR}/Nuv/Model/NuvSolution.h"
             -P ${nuv_checks}/CompareExports.cmake)
 
 # Users' projects, built against what lies in an empty prefix after `cmake --install`.
