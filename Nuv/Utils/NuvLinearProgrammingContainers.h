@@ -7,6 +7,7 @@
 
 #include "Nuv/Utils/NuvLinearProgrammingRecords.h"
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a file
 #define NUV_TEMPLATE(name) <Nuv/Templates/name.decl.h>
 #include "Nuv/Utils/NuvLinearProgrammingMaps.decl.h"
 #undef NUV_TEMPLATE

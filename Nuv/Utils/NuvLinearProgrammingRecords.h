@@ -6,6 +6,7 @@
 
 #include "Nuv/Utils/NuvString.h"
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a file
 #define NUV_TEMPLATE(name) <Nuv/Templates/name.decl.h>
 #include "Nuv/Utils/NuvLinearProgrammingTerms.decl.h"
 #undef NUV_TEMPLATE

@@ -111,9 +111,9 @@ NUV_LANES_INLINE auto Reduce(const T& x, Operation operation)
     }
     else
     {
-        constexpr std::make_integer_sequence<int, AtLeastFour(distance)> kept;
-        return Reduce<distance / 2>(operation(LanesFrom<0>(x, kept), LanesFrom<distance>(x, kept)),
-                                    operation);
+        constexpr std::make_integer_sequence<int, AtLeastFour(distance)> kKept;
+        return Reduce<distance / 2>(
+            operation(LanesFrom<0>(x, kKept), LanesFrom<distance>(x, kKept)), operation);
     }
 }
 

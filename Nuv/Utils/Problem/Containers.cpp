@@ -4,6 +4,7 @@
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/Problem/Elements.hpp"
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a file
 #define NUV_TEMPLATE(name) <Nuv/Templates/name.inl>
 #include "Nuv/Utils/NuvLinearProgrammingTerms.decl.h"
 
