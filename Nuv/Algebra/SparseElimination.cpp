@@ -61,7 +61,8 @@ void SparseElimination<Field>::NotePivot(Index row, Index column, const Value& v
 }
 
 /// A column with one entry left in active rows pivots there without multipliers, and its row leaves
-/// the other columns. Columns that come down to one entry by that follow.
+/// the other columns. Columns that come down to one entry by that follow. The rows that are left
+/// have lost no entry: all other entries of a column that pivots are in rows that did before.
 template <class Field>
 void SparseElimination<Field>::TakeSingletonColumns()
 {
@@ -98,13 +99,6 @@ void SparseElimination<Field>::TakeSingletonColumns()
         }
         upper.Close();
         lower.Close();
-    }
-    for (Index row = 0; row < m_size; ++row)
-    {
-        if (m_rowDone[row])
-            continue;
-        for (const auto [column, value] : m_byRow[row])
-            m_rowLeft[row] -= m_columnDone[column] ? 1 : 0;
     }
 }
 
@@ -151,7 +145,6 @@ void SparseElimination<Field>::TakeSingletonRows()
 template <class Field>
 void SparseElimination<Field>::LoadNucleus()
 {
-    m_nucleus = m_size - static_cast<Index>(pivotRow.size());
     m_columns.resize(m_size);
     m_rows.resize(m_size);
     m_largest.assign(m_size, -1.0);

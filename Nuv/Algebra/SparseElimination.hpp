@@ -83,12 +83,6 @@ public:
     /// Eliminates until no pivot is left.
     void Run();
 
-    /// The order of the nucleus: what is left once the singletons are taken.
-    [[nodiscard]] Index NucleusSize() const noexcept
-    {
-        return m_nucleus;
-    }
-
     // What has been eliminated, one step per pivot: its row, column and value, the multipliers by
     // row, and the rest of the pivot row by column.
     std::vector<Index> pivotRow;
@@ -131,7 +125,6 @@ private:
 
     const Field& m_field;
     Index m_size;
-    Index m_nucleus = 0;
     const SparseVectors<Value>& m_matrix;
     // While singletons are taken: the matrix by rows, how many active entries are left, and which
     // rows and columns have pivoted.

@@ -79,7 +79,9 @@ void SparseLu<Field>::Substitute(const SparseVectors<Value>& vectors,
     const Index size = vectors.Count();
     for (Index done = 0; done < size; ++done)
     {
-        const Index step = direction == Direction::FirstToLast ? done : size - 1 - done;
+        Index step = done;
+        if constexpr (direction == Direction::LastToFirst)
+            step = size - 1 - done;
         Value& unknown = vector[m_order[step]];
         if (m_field.IsZero(unknown))
             continue;

@@ -48,14 +48,6 @@ public:
     {
         return m_etas.Count();
     }
-    [[nodiscard]] std::size_t FactorEntries() const noexcept
-    {
-        return m_lowerColumns.index.size() + m_upperColumns.index.size() + m_pivotInverse.size();
-    }
-    [[nodiscard]] std::size_t UpdateEntries() const noexcept
-    {
-        return m_etas.index.size();
-    }
 
 private:
     enum class Direction : std::uint8_t

@@ -63,5 +63,41 @@ TEST(ReadQuotient, RefusesWhatIsNone)
         EXPECT_EQ(Quotient(text), "nothing") << text;
 }
 
+TEST(ToRational, TakesTheTextBesideADoubleWhereThereIsOne)
+{
+    const std::string quotient = "1/3";
+    const std::string decimal = "0.12345678901234567890123";
+    const std::string none = "a third";
+    EXPECT_EQ(ToRational(0.25, &quotient), Rational(1, 3));
+    EXPECT_EQ(ToString(ToRational(0.25, &decimal)),
+              "12345678901234567890123/100000000000000000000000");
+    EXPECT_EQ(ToRational(0.1, nullptr), Rational(1, 10));
+    EXPECT_EQ(ToRational(0.1, &none), Rational(1, 10));
+}
+
+TEST(ToFullDecimal, WritesEveryDigit)
+{
+    const auto written = [](const char* text)
+    { return ToFullDecimal(*ReadRational(text)).value(); };
+    EXPECT_EQ(written("0"), "0");
+    EXPECT_EQ(written("-1/8"), "-0.125");
+    EXPECT_EQ(written("1/20"), "0.05");
+    EXPECT_EQ(written("-25/4"), "-6.25");
+    EXPECT_EQ(written("1/25"), "0.04");
+    EXPECT_EQ(written("1200"), "1200");
+    // As many as 20 zeros are written, more are counted.
+    EXPECT_EQ(written("-7e20"), "-700000000000000000000");
+    EXPECT_EQ(written("-7e21"), "-7e21");
+    EXPECT_EQ(written("12e30"), "12e30");
+    EXPECT_EQ(written("1e-21"), "0.000000000000000000001");
+    EXPECT_EQ(written("-12e-24"), "-12e-24");
+}
+
+TEST(ToFullDecimal, WritesNothingWhereNoDecimalEnds)
+{
+    for (const char* text : {"1/3", "-7/30", "1/1000000007"})
+        EXPECT_EQ(ToFullDecimal(*ReadRational(text)), std::nullopt) << text;
+}
+
 }  // namespace
 }  // namespace nuv::test

@@ -260,6 +260,113 @@ TEST(SparseLu, IsSingularInDoublesWhereNothingButRoundingIsLeft)
     EXPECT_TRUE(rationals.Factorise(exact, position).empty());
 }
 
+/// The square matrix of these rows.
+SparseVectors<double> MatrixOf(const std::vector<std::vector<double>>& rows)
+{
+    SparseVectors<double> columns;
+    for (std::size_t k = 0; k < rows.size(); ++k)
+    {
+        for (Index i = 0; i < rows.size(); ++i)
+            if (rows[i][k] != 0.0)
+                columns.Append(i, rows[i][k]);
+        columns.Close();
+    }
+    return columns;
+}
+
+/// In a column, a row, or a block of their own: entries too small to pivot on make the matrix
+/// singular, and logicals take the places of their columns.
+TEST(SparseLu, DropsColumnsOfWhichNothingIsLargeEnough)
+{
+    const double tiny = 1e-11;
+    const std::vector<std::vector<std::vector<double>>> matrices = {
+        {{1, 0}, {0, tiny}},
+        {{1, 1}, {tiny, 0}},
+        {{2, 0, 0}, {0, tiny, 1}, {0, tiny, 1}},
+        {{tiny, 1, 1}, {tiny, 1, 2}, {tiny, 2, 1}},
+        {{tiny, 1, 1, 1}, {tiny, 1, 2, 0}, {tiny, 2, 1, 1}, {tiny, 0, 0, 0}},
+    };
+    for (const auto& rows : matrices)
+    {
+        SparseLu<RealField> lu;
+        std::vector<Index> position;
+        const auto replaced = lu.Factorise(MatrixOf(rows), position);
+        ASSERT_FALSE(replaced.empty());
+        // What stands in is the negative unit vector of its row.
+        std::vector<double> right(rows.size(), 0.0);
+        right[replaced.back().row] = 3.0;
+        lu.SolveForward(right);
+        EXPECT_EQ(right[position[replaced.back().column]], -3.0);
+    }
+}
+
+/// Two rows with one entry each, in the same column: the second finds it taken.
+TEST(SparseLu, TakesOneOfTwoRowsThatHaveOneEntryInTheSameColumn)
+{
+    SparseLu<RealField> lu;
+    std::vector<Index> position;
+    const auto replaced = lu.Factorise(MatrixOf({{5, 0, 0}, {7, 0, 0}, {1, 2, 3}}), position);
+    EXPECT_EQ(replaced.size(), 1U);
+    EXPECT_EQ(position[0], 0U);
+}
+
+TEST(SparseLu, TakesAStoredZeroForNoEntry)
+{
+    SparseVectors<double> columns;
+    for (const double diagonal : {2.0, 4.0})
+    {
+        columns.Append(0, diagonal == 2.0 ? 2.0 : 0.0);
+        columns.Append(1, diagonal == 2.0 ? 0.0 : 4.0);
+        columns.Close();
+    }
+    SparseLu<RealField> lu;
+    std::vector<Index> position;
+    ASSERT_TRUE(lu.Factorise(columns, position).empty());
+    std::vector<double> right{6.0, 8.0};
+    lu.SolveForward(right);
+    EXPECT_EQ(right, (std::vector<double>{3.0, 2.0}));
+}
+
+/// Long columns and longer rows, of which the search for a pivot looks at few.
+TEST(SparseLu, SolvesExactlyWhereNoRowOrColumnIsShort)
+{
+    const PrimeField field(kPrime);
+    Random random(3);
+    constexpr Index kSize = 40;
+    const auto columns = RandomMatrix<PrimeField::Value>(
+        random, kSize, 12, [&] { return field.FromSigned(random.Between(1, 1000)); });
+    for (const auto& matrix : {columns, Transposed(columns, kSize)})
+    {
+        SparseLu<PrimeField> lu(field);
+        std::vector<Index> position;
+        ASSERT_TRUE(lu.Factorise(matrix, position).empty());
+        std::vector<PrimeField::Value> right(kSize, field.Zero());
+        for (Index k = 0; k < kSize; ++k)
+            for (const auto [row, entry] : matrix[k])
+                right[row] = field.Sum(right[row],
+                                       field.Product(entry, field.FromSigned(static_cast<int>(k))));
+        lu.SolveForward(right);
+        for (Index k = 0; k < kSize; ++k)
+            EXPECT_TRUE(right[position[k]] == field.FromSigned(static_cast<int>(k)));
+    }
+}
+
+/// 1e-16 is what cancellation leaves of 1: taken for zero it makes no solution large.
+TEST(SparseLu, TakesWhatRoundingLeavesForZeroInDoubles)
+{
+    SparseLu<RealField> lu;
+    std::vector<Index> position;
+    ASSERT_TRUE(lu.Factorise(MatrixOf({{1e-9, 0}, {0, 1}}), position).empty());
+    std::vector<double> right{1e-16, 1.0};
+    lu.SolveForward(right);
+    EXPECT_EQ(right, (std::vector<double>{0.0, 1.0}));
+    // The exchanged column has no part in a right side that is zero there.
+    lu.Update(0, {2.0, 1.0});
+    right = {0.0, 5.0};
+    lu.SolveForward(right);
+    EXPECT_EQ(right, (std::vector<double>{0.0, 5.0}));
+}
+
 TEST(SparseLu, AnEmptyMatrixHasFactors)
 {
     SparseLu<RealField> lu;

@@ -185,6 +185,57 @@ TEST(DixonSolver, TakesRightSidesOfManyWords)
     }
 }
 
+/// x1 = 1 / d1, x2 = x1 / d2, x3 = x2 / d3, and y such that one combination of all of them is zero:
+/// that by which the solver guesses their common denominator, so that it learns of it from x3 at
+/// once.
+TEST(DixonSolver, FindsADenominatorThatItsGuessDoesNotKnow)
+{
+    constexpr std::int64_t kDivisors[] = {4611686018427387701, 4611686018427387631,
+                                          4611686018427387617};
+    const auto unit = [](std::int64_t mantissa) { return ExactNumber{mantissa, {}}; };
+    std::int64_t coefficients[4];
+    std::uint64_t random = 0x9E3779B97F4A7C15u;
+    for (std::int64_t& coefficient : coefficients)
+    {
+        random ^= random << 13;
+        random ^= random >> 7;
+        random ^= random << 17;
+        coefficient = static_cast<std::int64_t>(random >> 61) + 1;
+    }
+    // By unknown x3, x2, x1, y; by equation d3 x3 = x2, d2 x2 = x1, d1 x1 = 1, combination = 0.
+    SparseVectors<ExactNumber> unknowns;
+    for (Index k = 0; k < 4; ++k)
+    {
+        if (k > 0 && k < 3)
+            unknowns.Append(k - 1, unit(-1));
+        if (k < 3)
+            unknowns.Append(k, unit(kDivisors[k]));
+        unknowns.Append(3, unit(coefficients[k]));
+        unknowns.Close();
+    }
+    const PrimeField field(kPrime);
+    SparseLu<PrimeField> lu(field);
+    std::vector<Index> position;
+    const auto columns =
+        Mapped<PrimeField::Value>(unknowns, [&](Index, Index, const ExactNumber& entry)
+                                  { return field.FromSigned(entry.mantissa); });
+    ASSERT_TRUE(lu.Factorise(columns, position).empty());
+    ASSERT_EQ(position, (std::vector<Index>{0, 1, 2, 3}));
+    DixonSolver solver(unknowns, lu, DixonSolver::Side::Forward);
+    ExactVector solution;
+    ASSERT_TRUE(solver.Solve({{Integer(0), Integer(0), Integer(1), Integer(0)}, {}}, solution,
+                             [] { return false; }));
+    Rational expected = 1;
+    Rational combination = 0;
+    for (Index k = 3; k-- > 0;)
+    {
+        expected /= Rational(Integer(kDivisors[k]));
+        EXPECT_EQ(solution.At(k), expected);
+        combination += expected * Rational(Integer(coefficients[k]));
+    }
+    EXPECT_EQ(solution.At(3), -combination / Rational(Integer(coefficients[3])));
+}
+
 /// The determinant 2^62 - 57 is the first of the primes: modulo it the matrix is singular.
 TEST(ExactFactors, TakesAnotherPrimeWhereOneDividesTheDeterminant)
 {
