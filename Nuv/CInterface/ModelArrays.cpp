@@ -1,7 +1,7 @@
 // Models in bulk: many columns or rows in one call, all of them or none.
 #include "Nuv/CInterface/Arrays.hpp"
 #include "Nuv/CInterface/Records.hpp"
-#include "Nuv/Model/BulkEditor.hpp"
+#include "Nuv/CInterface/BulkEditor.hpp"
 #include "Nuv/Model/Transposed.hpp"
 
 #include <limits>

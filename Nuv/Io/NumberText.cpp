@@ -1,5 +1,8 @@
 #include "Nuv/Io/NumberText.hpp"
 
+#include "Nuv/Algebra/RationalText.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
+
 // The macro says whether the library has all of <charconv>, for doubles too.
 #if !defined(__cpp_lib_to_chars)
 #include <fast_float/fast_float.h>
@@ -8,6 +11,7 @@
 #endif
 
 #include <cmath>
+#include <optional>
 #include <string_view>
 
 namespace nuv
@@ -51,6 +55,14 @@ std::string NumberText(double value)
     std::string text;
     AppendNumber(text, value);
     return text;
+}
+
+std::string NumberText(const WrittenNumber& number)
+{
+    if (!number.exact)
+        return NumberText(number.value);
+    const std::optional<std::string> decimal = ToFullDecimal(*number.exact);
+    return decimal ? *decimal : ToString(*number.exact);
 }
 
 #if defined(__cpp_lib_to_chars)

@@ -8,10 +8,14 @@
 namespace nuv
 {
 
+struct WrittenNumber;
+
 /// Appends `value`; infinities as inf and -inf.
 void AppendNumber(std::string& text, double value);
 
 [[nodiscard]] std::string NumberText(double value);
+/// The shortest text that says the number: a decimal, or where there is none a quotient.
+[[nodiscard]] std::string NumberText(const WrittenNumber& number);
 
 /// std::from_chars for doubles, also where the standard library has none yet.
 std::from_chars_result ReadDouble(const char* first, const char* last, double& value) noexcept;

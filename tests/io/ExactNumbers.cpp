@@ -1,6 +1,6 @@
 // Numbers that doubles do not say, in files: kept as they are read, and written as they are kept.
 #include "Nuv/Algebra/RationalText.hpp"
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 #include "Nuv/Io/Lp/LpReader.hpp"
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/Mps/MpsReader.hpp"
@@ -58,37 +58,37 @@ std::string ExactOf(const Model& model)
     return text;
 }
 
-TEST(FileNumber, IsItsDoubleWhereThatSaysIt)
+TEST(WrittenNumber, IsItsDoubleWhereThatSaysIt)
 {
-    EXPECT_EQ(FileNumber("0.1", 0.1).exact, nullptr);
-    EXPECT_EQ(FileNumber("0.30000000000000004", 0.30000000000000004).exact, nullptr);
-    EXPECT_EQ(FileNumber("9007199254740992", 0x1p53).exact, nullptr);
-    EXPECT_EQ(FileNumber("36028797018963970", 0x1p55).exact, nullptr);
-    EXPECT_NE(FileNumber("36028797018963968", 0x1p55).exact, nullptr);
-    EXPECT_NE(FileNumber("9007199254740993", 0x1p53).exact, nullptr);
+    EXPECT_EQ(WrittenNumber("0.1", 0.1).exact, nullptr);
+    EXPECT_EQ(WrittenNumber("0.30000000000000004", 0.30000000000000004).exact, nullptr);
+    EXPECT_EQ(WrittenNumber("9007199254740992", 0x1p53).exact, nullptr);
+    EXPECT_EQ(WrittenNumber("36028797018963970", 0x1p55).exact, nullptr);
+    EXPECT_NE(WrittenNumber("36028797018963968", 0x1p55).exact, nullptr);
+    EXPECT_NE(WrittenNumber("9007199254740993", 0x1p53).exact, nullptr);
     // Below the normal doubles even short decimals are not theirs.
-    EXPECT_NE(FileNumber("1.234e-322", 1.234e-322).exact, nullptr);
-    EXPECT_EQ(NumberText(FileNumber("1.234e-322", 1.234e-322)), "1234e-325");
-    EXPECT_EQ(NumberText(FileNumber("-1/3", -1.0 / 3.0)), "-1/3");
-    EXPECT_EQ(NumberText(FileNumber("4/8", 0.5)), "0.5");
+    EXPECT_NE(WrittenNumber("1.234e-322", 1.234e-322).exact, nullptr);
+    EXPECT_EQ(NumberText(WrittenNumber("1.234e-322", 1.234e-322)), "1234e-325");
+    EXPECT_EQ(NumberText(WrittenNumber("-1/3", -1.0 / 3.0)), "-1/3");
+    EXPECT_EQ(NumberText(WrittenNumber("4/8", 0.5)), "0.5");
 }
 
-TEST(FileNumber, AddsUpWhatItIs)
+TEST(WrittenNumber, AddsUpWhatItIs)
 {
-    const FileNumber third("1/3", 1.0 / 3.0);
+    const WrittenNumber third("1/3", 1.0 / 3.0);
     EXPECT_EQ(NumberText(third + third), "2/3");
     EXPECT_EQ(NumberText(third + third + third), "1");
-    EXPECT_EQ(NumberText(FileNumber(0.1) + 0.2), "0.3");
-    EXPECT_EQ(NumberText(FileNumber(1e20) + 0.1), "100000000000000000000.1");
+    EXPECT_EQ(NumberText(WrittenNumber(0.1) + 0.2), "0.3");
+    EXPECT_EQ(NumberText(WrittenNumber(1e20) + 0.1), "100000000000000000000.1");
     EXPECT_EQ(NumberText(-third), "-1/3");
     EXPECT_EQ((third + -third).value, 0.0);
-    EXPECT_TRUE(std::signbit((FileNumber(-0.0) + -0.0).value));
-    EXPECT_EQ((FileNumber(1e308) + 1e308).value, Infinity);
-    EXPECT_FALSE(third == FileNumber(1.0 / 3.0));
+    EXPECT_TRUE(std::signbit((WrittenNumber(-0.0) + -0.0).value));
+    EXPECT_EQ((WrittenNumber(1e308) + 1e308).value, Infinity);
+    EXPECT_FALSE(third == WrittenNumber(1.0 / 3.0));
 }
 
 /// Shortest decimals have no other digits than they need, also where doubles are whole numbers.
-TEST(FileNumber, TextOfALargeDoubleIsItsShortestDecimal)
+TEST(WrittenNumber, TextOfALargeDoubleIsItsShortestDecimal)
 {
     EXPECT_EQ(NumberText(20369248369891901440.0), "20369248369891900000");
     EXPECT_EQ(NumberText(-20369248369891901440.0), "-20369248369891900000");
@@ -205,7 +205,7 @@ Model RandomExactModel(std::uint64_t seed, bool quotients)
                                     : exact * Rational(Power(10, 30) + 7, Power(10, 30));
         // A factor this near to one leaves most doubles the nearest.
         if (ToDouble(longer) == value)
-            Keep(builder, place, FileNumber(longer));
+            Keep(builder, place, WrittenNumber(longer));
     };
     lengthen({NumberPlace::Of::ObjectiveConstant}, model.ObjectiveConstant());
     for (std::uint32_t j = 0; j < model.VariableCount(); ++j)

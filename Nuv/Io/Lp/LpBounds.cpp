@@ -2,6 +2,7 @@
 /// last one said of a side holds.
 #include "Nuv/Io/Infinity.hpp"
 #include "Nuv/Io/Lp/LpParser.hpp"
+#include "Nuv/Io/NumberText.hpp"
 
 #include <fmt/core.h>
 

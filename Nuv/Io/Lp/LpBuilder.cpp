@@ -4,6 +4,7 @@
 #include "Nuv/Io/Lp/LpNames.hpp"
 #include "Nuv/Io/NamesInOtherCase.hpp"
 #include "Nuv/Model/Prefetch.hpp"
+#include "Nuv/Io/NumberText.hpp"
 
 #include <fmt/core.h>
 
@@ -39,14 +40,14 @@ bool Builder::BeginRow(std::string_view label, const char* at)
                       "give each row a name of its own");
 }
 
-bool Builder::EndObjective(const FileNumber& constant)
+bool Builder::EndObjective(const WrittenNumber& constant)
 {
     m_builder.SetObjectiveConstant(constant.value);
     Keep(m_builder, {NumberPlace::Of::ObjectiveConstant}, constant);
     return TakeTerms();
 }
 
-bool Builder::AddTerm(std::string_view name, FileNumber coefficient)
+bool Builder::AddTerm(std::string_view name, WrittenNumber coefficient)
 {
     m_terms.push_back({m_builder.PrepareVariable(name), name, std::move(coefficient), 0});
     return m_terms.size() < kTermsTogether || TakeTerms();
@@ -96,7 +97,7 @@ bool Builder::AddRepeated(const Term& term)
                                           : NumberPlace{NumberPlace::Of::Entry, row, term.column};
     const std::size_t at = isObjective ? 0 : Made().RowStarts()[row] + m_marks[term.column].entry;
     const double before = isObjective ? Made().Objective()[term.column] : Made().Coefficients()[at];
-    const FileNumber sum = NumberAt(Made(), place, before) + term.coefficient;
+    const WrittenNumber sum = NumberAt(Made(), place, before) + term.coefficient;
     if (isObjective)
         m_builder.SetObjectiveCoefficient(term.column, sum.value);
     else
@@ -137,7 +138,7 @@ bool Builder::InternVariable(std::string_view name, const NameTable::Key& key,
 }
 
 /// The value of a row's limit; numbers that stand for infinity become it.
-bool Builder::LimitOf(TokenKind relation, const Limit& limit, FileNumber& number)
+bool Builder::LimitOf(TokenKind relation, const Limit& limit, WrittenNumber& number)
 {
     double value = limit.number.value;
     number = limit.number;
@@ -156,12 +157,12 @@ bool Builder::LimitOf(TokenKind relation, const Limit& limit, FileNumber& number
                       "an upper bound may be inf and a lower bound -inf, not the other way round");
 }
 
-bool Builder::SetLimit(TokenKind relation, const Limit& limit, const FileNumber& bodyConstant)
+bool Builder::SetLimit(TokenKind relation, const Limit& limit, const WrittenNumber& bodyConstant)
 {
-    FileNumber number;
+    WrittenNumber number;
     if (!LimitOf(relation, limit, number))
         return false;
-    const FileNumber moved = number + -bodyConstant;
+    const WrittenNumber moved = number + -bodyConstant;
     if (std::isfinite(number.value) && !std::isfinite(moved.value))
     {
         return m_log.Fail(limit.at, "lp.number-too-large",
@@ -183,7 +184,7 @@ bool Builder::SetLimit(TokenKind relation, const Limit& limit, const FileNumber&
     return true;
 }
 
-bool Builder::EndRow(const FileNumber& bodyConstant)
+bool Builder::EndRow(const WrittenNumber& bodyConstant)
 {
     if (!TakeTerms())
         return false;
@@ -257,8 +258,8 @@ bool Builder::SetBound(std::uint32_t column, TokenKind relation, const Limit& li
             fmt::format("no value of '{}' can keep this bound", Made().VariableName(column)),
             "an upper bound may be inf and a lower bound -inf, not the other way round");
     }
-    const FileNumber lower = LowerOf(Made(), Made().VariableAt(column));
-    const FileNumber upper = UpperOf(Made(), Made().VariableAt(column));
+    const WrittenNumber lower = LowerOf(Made(), Made().VariableAt(column));
+    const WrittenNumber upper = UpperOf(Made(), Made().VariableAt(column));
     BoundPlace& place = m_boundPlaces[column];
     if ((setsLower && place.lower && !(lower == limit.number)) ||
         (setsUpper && place.upper && !(upper == limit.number)))

@@ -4,7 +4,7 @@
 /// when it returns false.
 #pragma once
 
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 #include "Nuv/Io/Lp/LpMessages.hpp"
 #include "Nuv/Model/ModelBuilder.hpp"
 
@@ -18,7 +18,7 @@ namespace nuv::lp
 /// A number that limits a row or variable, infinite ones included, and where it stands.
 struct Limit
 {
-    FileNumber number;
+    WrittenNumber number;
     const char* at = nullptr;
 };
 
@@ -42,13 +42,13 @@ public:
 
     /// A row, with an empty label if it has none; `at` is where it starts. Terms go into the
     /// objective before the first one, into the last one afterwards.
-    bool EndObjective(const FileNumber& constant);
+    bool EndObjective(const WrittenNumber& constant);
     bool BeginRow(std::string_view label, const char* at);
-    bool AddTerm(std::string_view name, FileNumber coefficient);
+    bool AddTerm(std::string_view name, WrittenNumber coefficient);
     /// Takes `body relation limit`, where the body had a constant besides its terms, into the last
     /// row.
-    bool SetLimit(TokenKind relation, const Limit& limit, const FileNumber& bodyConstant);
-    bool EndRow(const FileNumber& bodyConstant);
+    bool SetLimit(TokenKind relation, const Limit& limit, const WrittenNumber& bodyConstant);
+    bool EndRow(const WrittenNumber& bodyConstant);
     /// Takes in the terms that wait; also to be called where a row did not come to its end.
     bool TakeTerms();
 
@@ -84,7 +84,7 @@ private:
     {
         NameTable::Key key;
         std::string_view name;
-        FileNumber coefficient;
+        WrittenNumber coefficient;
         std::uint32_t column;
     };
     static constexpr std::size_t kTermsTogether = 32;
@@ -101,7 +101,7 @@ private:
     bool TakeTerm(const Term& term);
     bool AddRepeated(const Term& term);
     void NoteRepeat(std::string_view name);
-    bool LimitOf(TokenKind relation, const Limit& limit, FileNumber& number);
+    bool LimitOf(TokenKind relation, const Limit& limit, WrittenNumber& number);
     void CheckRow(const char* at);
     void SetBinary(std::uint32_t column, std::string_view name);
     void CheckBounds();

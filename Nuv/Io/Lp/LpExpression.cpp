@@ -1,5 +1,6 @@
 /// Sums of terms: the objective and the sides of rows.
 #include "Nuv/Io/Lp/LpParser.hpp"
+#include "Nuv/Io/NumberText.hpp"
 
 #include <fmt/core.h>
 
@@ -142,11 +143,11 @@ bool Parser::ParseNumberTerm(Side& side, double factor, double sign, SideKind ki
 }
 
 /// The number, which has been found to be one, times 1 or -1.
-FileNumber Parser::NumberOf(const Token& number, double sign)
+WrittenNumber Parser::NumberOf(const Token& number, double sign)
 {
     if (number.text.find('/') != std::string_view::npos)
         m_messages.NoteQuotient(number);
-    const FileNumber value(number.text, number.value);
+    const WrittenNumber value(number.text, number.value);
     return sign < 0.0 ? -value : value;
 }
 
@@ -210,7 +211,7 @@ bool Parser::SectionAfterObjectiveConstant(const Keyword& keyword) const
     return true;
 }
 
-bool Parser::AddConstant(Side& side, const FileNumber& number, const char* at)
+bool Parser::AddConstant(Side& side, const WrittenNumber& number, const char* at)
 {
     side.constant = side.constant + number;
     if (std::isfinite(side.constant.value))
@@ -228,7 +229,7 @@ bool Parser::AddInfinity(Side& side, double sign, SideKind kind)
     return true;
 }
 
-bool Parser::AddTerm(Side& side, const Token& name, FileNumber coefficient)
+bool Parser::AddTerm(Side& side, const Token& name, WrittenNumber coefficient)
 {
     if (IsInfinity(name))
     {

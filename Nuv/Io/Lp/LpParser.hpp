@@ -64,12 +64,12 @@ private:
         bool bareName = false;  ///< nothing but one name
         std::size_t terms = 0;
         int infinity = 0;  ///< +1 or -1 for `inf`, which stands alone
-        FileNumber constant;
+        WrittenNumber constant;
         const char* begin = nullptr;
 
         [[nodiscard]] Limit AsLimit() const
         {
-            return {infinity != 0 ? FileNumber(infinity * Infinity) : constant, begin};
+            return {infinity != 0 ? WrittenNumber(infinity * Infinity) : constant, begin};
         }
     };
 
@@ -95,10 +95,10 @@ private:
     [[nodiscard]] bool NumberTakesName(SideKind kind) const;
     [[nodiscard]] bool SectionAfterObjectiveConstant(const Keyword& keyword) const;
     [[nodiscard]] bool RelationFollowsOnLine() const;
-    bool AddTerm(Side& side, const Token& name, FileNumber coefficient);
+    bool AddTerm(Side& side, const Token& name, WrittenNumber coefficient);
     bool AddInfinity(Side& side, double sign, SideKind kind);
-    bool AddConstant(Side& side, const FileNumber& number, const char* at);
-    FileNumber NumberOf(const Token& number, double sign);
+    bool AddConstant(Side& side, const WrittenNumber& number, const char* at);
+    WrittenNumber NumberOf(const Token& number, double sign);
     bool TakeLabel(Token& label);
     bool ParseRow(bool isLabelled);
     bool ParseAfterVariables(const Side& left, TokenKind relation);

@@ -2,12 +2,13 @@
 /// met.
 #include "Nuv/Io/Lp/LpWriter.hpp"
 
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 #include "Nuv/Io/LetterCase.hpp"
 #include "Nuv/Io/Lp/LpKeywords.hpp"
 #include "Nuv/Io/Lp/LpNames.hpp"
 #include "Nuv/Io/Lp/LpReader.hpp"
 #include "Nuv/Io/WrittenNames.hpp"
+#include "Nuv/Io/NumberText.hpp"
 
 #include <fmt/core.h>
 
@@ -83,24 +84,24 @@ private:
     void WriteRows();
     void WriteRow(std::uint32_t row);
     void WriteBody(std::uint32_t row);
-    void WriteRowWithoutVariables(std::string_view row, const FileNumber& lower,
-                                  const FileNumber& upper);
+    void WriteRowWithoutVariables(std::string_view row, const WrittenNumber& lower,
+                                  const WrittenNumber& upper);
     void WriteBounds();
     void WriteBound(std::uint32_t column);
 
     [[nodiscard]] bool OrderIsNatural() const;
     /// Appends a term to the current line, or to a new one where that would be too long.
-    void WriteTerm(const FileNumber& coefficient, std::string_view name, bool isFirst);
-    void WriteConstant(const FileNumber& value, bool isFirst);
+    void WriteTerm(const WrittenNumber& coefficient, std::string_view name, bool isFirst);
+    void WriteConstant(const WrittenNumber& value, bool isFirst);
     void Append(std::string_view piece);
     void EndLine();
     /// The number at a place, but for one that no reader takes for finite there.
-    FileNumber Limit(const FileNumber& limit, bool isLower, std::string_view what,
-                     std::string_view name)
+    WrittenNumber Limit(const WrittenNumber& limit, bool isLower, std::string_view what,
+                        std::string_view name)
     {
         const double written =
             WrittenLimit(m_result, "lp.infinite-number", limit.value, isLower, what, name);
-        return std::isinf(written) ? FileNumber(written) : limit;
+        return std::isinf(written) ? WrittenNumber(written) : limit;
     }
 
     const Model& m_model;
@@ -209,8 +210,8 @@ void Writer::WriteRows()
 void Writer::WriteRow(std::uint32_t row)
 {
     const std::string_view name = m_rows[row];
-    FileNumber lower = LowerOf(m_model, m_model.RowAt(row));
-    FileNumber upper = UpperOf(m_model, m_model.RowAt(row));
+    WrittenNumber lower = LowerOf(m_model, m_model.RowAt(row));
+    WrittenNumber upper = UpperOf(m_model, m_model.RowAt(row));
     const bool isEquation = lower == upper && std::isfinite(lower.value);
     if (!isEquation)
     {
@@ -257,8 +258,8 @@ void Writer::WriteBody(std::uint32_t row)
 
 /// `5 >= 0` is a row with an upper limit, but neither `1 <= 0 <= 5` nor `0 >= -inf` is one. The
 /// limit comes first, since a constant in front of a relation is what the reader takes for it.
-void Writer::WriteRowWithoutVariables(std::string_view row, const FileNumber& lower,
-                                      const FileNumber& upper)
+void Writer::WriteRowWithoutVariables(std::string_view row, const WrittenNumber& lower,
+                                      const WrittenNumber& upper)
 {
     const bool hasLower = std::isfinite(lower.value);
     const bool isEquation = lower == upper && hasLower;
@@ -287,9 +288,9 @@ void Writer::WriteBounds()
 void Writer::WriteBound(std::uint32_t column)
 {
     const std::string_view name = m_columns[column];
-    const FileNumber lower =
+    const WrittenNumber lower =
         Limit(LowerOf(m_model, m_model.VariableAt(column)), true, "variable", name);
-    const FileNumber upper =
+    const WrittenNumber upper =
         Limit(UpperOf(m_model, m_model.VariableAt(column)), false, "variable", name);
     const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
     const bool hasDefaultLower = bits(lower.value) == 0;
@@ -310,7 +311,7 @@ void Writer::WriteBound(std::uint32_t column)
     EndLine();
 }
 
-void Writer::WriteTerm(const FileNumber& coefficient, std::string_view name, bool isFirst)
+void Writer::WriteTerm(const WrittenNumber& coefficient, std::string_view name, bool isFirst)
 {
     const bool isNegative = std::signbit(coefficient.value);
     std::string term = isNegative ? " - " : isFirst ? " " : " + ";
@@ -320,7 +321,7 @@ void Writer::WriteTerm(const FileNumber& coefficient, std::string_view name, boo
     Append(term);
 }
 
-void Writer::WriteConstant(const FileNumber& value, bool isFirst)
+void Writer::WriteConstant(const WrittenNumber& value, bool isFirst)
 {
     const bool isNegative = std::signbit(value.value);
     Append((isNegative ? " - " : isFirst ? " " : " + ") + NumberText(isNegative ? -value : value));

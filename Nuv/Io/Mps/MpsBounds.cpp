@@ -66,7 +66,7 @@ bool Builder::AddBound(const Record& record)
     if (type->semiContinuous || (type->integer && !m_options.relax))
         return RefuseInteger(*type, record);
     m_boundPlaces.resize(Made().VariableCount());
-    FileNumber number;
+    WrittenNumber number;
     if (!TakeBoundValue(*type, record, number))
         return false;
     SetBound(*type, column->Index(), number, record);
@@ -86,7 +86,7 @@ bool Builder::RefuseInteger(const BoundType& type, const Record& record)
         "--relax takes integer variables for continuous ones within their bounds");
 }
 
-bool Builder::TakeBoundValue(const BoundType& type, const Record& record, FileNumber& number)
+bool Builder::TakeBoundValue(const BoundType& type, const Record& record, WrittenNumber& number)
 {
     if (!type.needsValue)
         return true;
@@ -115,26 +115,27 @@ bool Builder::TakeBoundValue(const BoundType& type, const Record& record, FileNu
     return true;
 }
 
-void Builder::StoreBounds(std::uint32_t column, const FileNumber& lower, const FileNumber& upper)
+void Builder::StoreBounds(std::uint32_t column, const WrittenNumber& lower,
+                          const WrittenNumber& upper)
 {
     m_builder.SetVariableBounds(column, {lower.value, upper.value});
     Keep(m_builder, {NumberPlace::Of::VariableLower, column}, lower);
     Keep(m_builder, {NumberPlace::Of::VariableUpper, column}, upper);
 }
 
-void Builder::SetBound(const BoundType& type, std::uint32_t column, const FileNumber& number,
+void Builder::SetBound(const BoundType& type, std::uint32_t column, const WrittenNumber& number,
                        const Record& record)
 {
     BoundPlaces& places = m_boundPlaces[column];
-    const FileNumber lowerBefore = LowerOf(Made(), Made().VariableAt(column));
-    const FileNumber upperBefore = UpperOf(Made(), Made().VariableAt(column));
-    FileNumber lower = lowerBefore;
-    FileNumber upper = upperBefore;
+    const WrittenNumber lowerBefore = LowerOf(Made(), Made().VariableAt(column));
+    const WrittenNumber upperBefore = UpperOf(Made(), Made().VariableAt(column));
+    WrittenNumber lower = lowerBefore;
+    WrittenNumber upper = upperBefore;
     const bool binary = type.integer && !type.needsValue;
     if (type.setsLower)
-        lower = type.needsValue ? number : FileNumber(binary ? 0.0 : -Infinity);
+        lower = type.needsValue ? number : WrittenNumber(binary ? 0.0 : -Infinity);
     if (type.setsUpper)
-        upper = type.needsValue ? number : FileNumber(binary ? 1.0 : Infinity);
+        upper = type.needsValue ? number : WrittenNumber(binary ? 1.0 : Infinity);
     if (type.setsLower && places.lower != nullptr && !(lower == lowerBefore))
         NoteSecondBound(places.lower, record);
     else if (type.setsUpper && places.upper != nullptr && !(upper == upperBefore))

@@ -8,7 +8,7 @@
 /// an error when it returns false.
 #pragma once
 
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 #include "Nuv/Io/Mps/MpsLine.hpp"
 #include "Nuv/Io/Mps/MpsMessages.hpp"
 #include "Nuv/Io/ReadResult.hpp"
@@ -94,7 +94,7 @@ private:
     struct RangeEntry
     {
         std::uint32_t row;
-        FileNumber number;
+        WrittenNumber number;
         std::string_view text;
     };
 
@@ -132,27 +132,27 @@ private:
     bool AddMarker(const Record& record);
     bool AddEntry(std::string_view row, std::string_view number);
     bool TakeEntry(const Entry& entry);
-    bool AddCoefficient(const Entry& entry, const FileNumber& number);
+    bool AddCoefficient(const Entry& entry, const WrittenNumber& number);
     bool FindRow(std::string_view name, std::uint32_t& index);
     void FinishColumns();
 
     // RHS and RANGES: MpsRightHandSides.cpp.
     bool SetRightHandSide(std::string_view row, std::string_view text);
-    void SetConstant(std::string_view row, const FileNumber& number);
-    bool SetSide(std::uint32_t row, FileNumber number, std::string_view text);
+    void SetConstant(std::string_view row, const WrittenNumber& number);
+    bool SetSide(std::uint32_t row, WrittenNumber number, std::string_view text);
     bool SetRange(std::string_view row, std::string_view text);
     bool OnlyOnce(std::vector<const char*>& places, std::uint32_t index, std::string_view row,
                   std::string_view what);
     bool FinishRows();
     bool FinishRange(const RangeEntry& range);
-    void StoreSides(std::uint32_t row, const FileNumber& lower, const FileNumber& upper);
+    void StoreSides(std::uint32_t row, const WrittenNumber& lower, const WrittenNumber& upper);
 
     // BOUNDS: MpsBounds.cpp.
-    bool TakeBoundValue(const BoundType& type, const Record& record, FileNumber& number);
+    bool TakeBoundValue(const BoundType& type, const Record& record, WrittenNumber& number);
     bool RefuseInteger(const BoundType& type, const Record& record);
-    void SetBound(const BoundType& type, std::uint32_t column, const FileNumber& number,
+    void SetBound(const BoundType& type, std::uint32_t column, const WrittenNumber& number,
                   const Record& record);
-    void StoreBounds(std::uint32_t column, const FileNumber& lower, const FileNumber& upper);
+    void StoreBounds(std::uint32_t column, const WrittenNumber& lower, const WrittenNumber& upper);
     void NoteSecondBound(const char* before, const Record& record);
     void FinishBounds();
     void FinishBound(std::uint32_t column);
@@ -170,7 +170,7 @@ private:
     std::vector<const char*> m_rhsPlaces;
     std::vector<const char*> m_rangePlaces;
     std::vector<char> m_types;  ///< of the model's rows: L, G or E
-    std::vector<FileNumber> m_rightHandSides;
+    std::vector<WrittenNumber> m_rightHandSides;
     std::vector<RangeEntry> m_ranges;
     bool m_hasObjective = false;
 

@@ -175,11 +175,11 @@ bool Builder::TakeEntry(const Entry& entry)
             "take one of them out, or write their sum");
     }
     row.lastEntry = entry.name.data();
-    FileNumber number;
+    WrittenNumber number;
     return m_messages.TakeNumber(entry.number, entry.name, number) && AddCoefficient(entry, number);
 }
 
-bool Builder::AddCoefficient(const Entry& entry, const FileNumber& number)
+bool Builder::AddCoefficient(const Entry& entry, const WrittenNumber& number)
 {
     const char* const at = entry.number.data();
     const double value = number.value;

@@ -50,7 +50,7 @@ bool Messages::UnknownColumn(std::string_view name)
                 "a bound is a type, a set, a column and a value; letter case counts");
 }
 
-bool Messages::TakeNumber(std::string_view text, std::string_view of, FileNumber& number)
+bool Messages::TakeNumber(std::string_view text, std::string_view of, WrittenNumber& number)
 {
     const Number read = ReadNumber(text);
     switch (read.fault)

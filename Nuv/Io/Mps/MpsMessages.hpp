@@ -3,7 +3,7 @@
 #pragma once
 
 #include "Nuv/Io/Diagnostics.hpp"
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 #include "Nuv/Io/Mps/MpsLine.hpp"
 #include "Nuv/Io/Mps/MpsSection.hpp"
 
@@ -49,7 +49,7 @@ public:
     bool UnknownColumn(std::string_view name);
 
     /// Takes a number that may be infinite. `of` is what it belongs to.
-    bool TakeNumber(std::string_view text, std::string_view of, FileNumber& number);
+    bool TakeNumber(std::string_view text, std::string_view of, WrittenNumber& number);
     /// Checks the name of a row or column, where it is met first.
     bool CheckName(std::string_view name, std::string_view what);
 

@@ -65,14 +65,14 @@ Number ReadNumber(std::string_view text) noexcept
     return number;
 }
 
-FileNumber ExactNumberOf(std::string_view text, double nearest)
+WrittenNumber ExactNumberOf(std::string_view text, double nearest)
 {
     const std::size_t letter = text.find_first_of("dD");
     if (letter == std::string_view::npos || !std::isfinite(nearest))
-        return FileNumber(text, nearest);
+        return WrittenNumber(text, nearest);
     std::string decimal(text);
     decimal[letter] = 'e';
-    return FileNumber(decimal, nearest);
+    return WrittenNumber(decimal, nearest);
 }
 
 }  // namespace nuv::mps

@@ -3,7 +3,7 @@
 /// where that does not say it, kept in full beside it.
 #pragma once
 
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 
 #include <cstdint>
 #include <string_view>
@@ -29,6 +29,6 @@ struct Number
 [[nodiscard]] Number ReadNumber(std::string_view text) noexcept;
 
 /// The number that `text`, which ReadNumber took, is exactly; `nearest` is what that gave.
-[[nodiscard]] FileNumber ExactNumberOf(std::string_view text, double nearest);
+[[nodiscard]] WrittenNumber ExactNumberOf(std::string_view text, double nearest);
 
 }  // namespace nuv::mps

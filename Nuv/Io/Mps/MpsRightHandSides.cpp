@@ -2,6 +2,7 @@
 /// when the file has been read, since RANGES may come before RHS.
 #include "Nuv/Io/Infinity.hpp"
 #include "Nuv/Io/Mps/MpsBuilder.hpp"
+#include "Nuv/Io/NumberText.hpp"
 
 #include <fmt/core.h>
 
@@ -27,7 +28,7 @@ bool Builder::AddRightHandSide(const Record& record)
 bool Builder::SetRightHandSide(std::string_view row, std::string_view text)
 {
     std::uint32_t index = 0;
-    FileNumber number;
+    WrittenNumber number;
     if (!FindRow(row, index) || !OnlyOnce(m_rhsPlaces, index, row, "right-hand side") ||
         !m_messages.TakeNumber(text, row, number))
         return false;
@@ -46,11 +47,11 @@ bool Builder::SetRightHandSide(std::string_view row, std::string_view text)
     return true;
 }
 
-void Builder::SetConstant(std::string_view row, const FileNumber& number)
+void Builder::SetConstant(std::string_view row, const WrittenNumber& number)
 {
     if (number.value == 0.0)
         return;
-    const FileNumber constant = m_options.mpsConstantPlus ? number : -number;
+    const WrittenNumber constant = m_options.mpsConstantPlus ? number : -number;
     m_builder.SetObjectiveConstant(constant.value);
     Keep(m_builder, {NumberPlace::Of::ObjectiveConstant}, constant);
     m_log.Note(row.data(), "mps.objective-constant",
@@ -62,7 +63,7 @@ void Builder::SetConstant(std::string_view row, const FileNumber& number)
                    : "some programs add it; --mps-objective-constant=plus does so");
 }
 
-bool Builder::SetSide(std::uint32_t row, FileNumber number, std::string_view text)
+bool Builder::SetSide(std::uint32_t row, WrittenNumber number, std::string_view text)
 {
     const char type = m_types[row];
     const double value = number.value;
@@ -100,7 +101,7 @@ bool Builder::AddRange(const Record& record)
 bool Builder::SetRange(std::string_view row, std::string_view text)
 {
     std::uint32_t index = 0;
-    FileNumber number;
+    WrittenNumber number;
     if (!FindRow(row, index) || !OnlyOnce(m_rangePlaces, index, row, "range") ||
         !m_messages.TakeNumber(text, row, number))
         return false;
@@ -135,9 +136,9 @@ bool Builder::FinishRows()
     m_rightHandSides.resize(m_types.size());
     for (std::uint32_t row = 0; row < m_types.size(); ++row)
     {
-        const FileNumber& side = m_rightHandSides[row];
-        StoreSides(row, m_types[row] == 'L' ? FileNumber(-Infinity) : side,
-                   m_types[row] == 'G' ? FileNumber(Infinity) : side);
+        const WrittenNumber& side = m_rightHandSides[row];
+        StoreSides(row, m_types[row] == 'L' ? WrittenNumber(-Infinity) : side,
+                   m_types[row] == 'G' ? WrittenNumber(Infinity) : side);
     }
     for (const RangeEntry& range : m_ranges)
     {
@@ -147,7 +148,7 @@ bool Builder::FinishRows()
     return true;
 }
 
-void Builder::StoreSides(std::uint32_t row, const FileNumber& lower, const FileNumber& upper)
+void Builder::StoreSides(std::uint32_t row, const WrittenNumber& lower, const WrittenNumber& upper)
 {
     m_builder.SetRowBounds(row, {lower.value, upper.value});
     Keep(m_builder, {NumberPlace::Of::RowLower, row}, lower);
@@ -160,8 +161,8 @@ bool Builder::FinishRange(const RangeEntry& range)
     const char type = m_types[range.row];
     const bool isNegative = std::signbit(range.number.value);
     const bool down = type == 'L' || (type == 'E' && range.number.value < 0.0);
-    const FileNumber& side = m_rightHandSides[range.row];
-    const FileNumber end = side + (down == isNegative ? range.number : -range.number);
+    const WrittenNumber& side = m_rightHandSides[range.row];
+    const WrittenNumber end = side + (down == isNegative ? range.number : -range.number);
     // From a row without limit no range leads back.
     if (std::isinf(side.value))
     {

@@ -1,6 +1,7 @@
 #include "Nuv/Io/Mps/MpsRowForm.hpp"
 
 #include "Nuv/Io/Infinity.hpp"
+#include "Nuv/Io/NumberText.hpp"
 
 #include <cmath>
 #include <limits>
@@ -12,15 +13,15 @@ namespace
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-bool SameNumber(const FileNumber& left, const FileNumber& right)
+bool SameNumber(const WrittenNumber& left, const WrittenNumber& right)
 {
     return left == right && std::signbit(left.value) == std::signbit(right.value);
 }
 
 /// From the lower end, unless the upper one is a negative zero, which no sum is.
-RowForm RangeForm(const FileNumber& lower, const FileNumber& upper)
+RowForm RangeForm(const WrittenNumber& lower, const WrittenNumber& upper)
 {
-    const FileNumber width = upper + -lower;
+    const WrittenNumber width = upper + -lower;
     if (SameNumber(lower + width, upper))
         return {'G', lower, NumberText(width)};
     return {'L', upper, NumberText(width)};
@@ -28,7 +29,7 @@ RowForm RangeForm(const FileNumber& lower, const FileNumber& upper)
 
 }  // namespace
 
-RowForm FormOf(const FileNumber& lower, const FileNumber& upper)
+RowForm FormOf(const WrittenNumber& lower, const WrittenNumber& upper)
 {
     if (SameNumber(lower, upper))
         return {'E', lower, {}};

@@ -6,6 +6,7 @@
 #include "Nuv/Io/Mps/MpsRowForm.hpp"
 #include "Nuv/Io/WrittenNames.hpp"
 #include "Nuv/Model/Transposed.hpp"
+#include "Nuv/Io/NumberText.hpp"
 
 #include <fmt/core.h>
 
@@ -93,14 +94,14 @@ private:
     void WriteRanges();
     void WriteBound(std::uint32_t column);
     /// The number at a place, but for one that no reader takes for finite there.
-    FileNumber Limit(const FileNumber& limit, bool isLower, std::string_view what,
-                     std::string_view name)
+    WrittenNumber Limit(const WrittenNumber& limit, bool isLower, std::string_view what,
+                        std::string_view name)
     {
         const double written =
             WrittenLimit(m_result, "mps.infinite-number", limit.value, isLower, what, name);
-        return std::isinf(written) ? FileNumber(written) : limit;
+        return std::isinf(written) ? WrittenNumber(written) : limit;
     }
-    [[nodiscard]] std::string TextOf(const FileNumber& number, std::string_view name);
+    [[nodiscard]] std::string TextOf(const WrittenNumber& number, std::string_view name);
     bool Fail(std::string code, std::string text, std::string hint);
 
     const Model& m_model;
@@ -196,8 +197,8 @@ void Writer::WriteRows()
 
 bool Writer::TakeRow(std::uint32_t row)
 {
-    FileNumber lower = LowerOf(m_model, m_model.RowAt(row));
-    FileNumber upper = UpperOf(m_model, m_model.RowAt(row));
+    WrittenNumber lower = LowerOf(m_model, m_model.RowAt(row));
+    WrittenNumber upper = UpperOf(m_model, m_model.RowAt(row));
     const std::string_view name = m_model.RowName(row);
     if (lower.value > upper.value ||
         (lower.value == upper.value && lower.Exactly() > upper.Exactly()))
@@ -251,7 +252,7 @@ void Writer::WriteRightHandSides()
     }
     for (std::uint32_t row = 0; row < m_rowForms.size(); ++row)
     {
-        const FileNumber& side = m_rowForms[row].rightHandSide;
+        const WrittenNumber& side = m_rowForms[row].rightHandSide;
         if (!IsPlusZero(side.value))
             m_layout.Pair("RHS", m_rows[row], NumberText(side));
     }
@@ -273,9 +274,9 @@ void Writer::WriteBound(std::uint32_t column)
 {
     const std::string_view name = m_columns[column];
     const std::string_view known = m_model.VariableName(column);
-    const FileNumber lower =
+    const WrittenNumber lower =
         Limit(LowerOf(m_model, m_model.VariableAt(column)), true, "variable", name);
-    const FileNumber upper =
+    const WrittenNumber upper =
         Limit(UpperOf(m_model, m_model.VariableAt(column)), false, "variable", name);
     if (lower.value == -Infinity && upper.value == Infinity)
         return m_layout.Bound("FR", name);
@@ -292,7 +293,7 @@ void Writer::WriteBound(std::uint32_t column)
 }
 
 /// The number in full, of variable or row `name`; MPS has decimals only.
-std::string Writer::TextOf(const FileNumber& number, std::string_view name)
+std::string Writer::TextOf(const WrittenNumber& number, std::string_view name)
 {
     std::string text = NumberText(number);
     if (text.find('/') != std::string::npos)

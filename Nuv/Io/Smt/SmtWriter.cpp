@@ -1,6 +1,6 @@
 #include "Nuv/Io/Smt/SmtWriter.hpp"
 
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 
 #include <cmath>
 #include <string_view>
@@ -12,7 +12,7 @@ namespace
 {
 
 /// Numbers of QF_LRA are decimals without sign and exponent, and quotients of these.
-std::string TextOf(const FileNumber& number)
+std::string TextOf(const WrittenNumber& number)
 {
     const Rational exact = number.Exactly();
     std::string text = Abs(exact.Numerator()).ToString() + ".0";
@@ -61,7 +61,7 @@ public:
     }
 
 private:
-    void Assert(const std::string& sum, const FileNumber& lower, const FileNumber& upper)
+    void Assert(const std::string& sum, const WrittenNumber& lower, const WrittenNumber& upper)
     {
         if (lower == upper)
             return AssertOne("=", sum, lower);
@@ -70,13 +70,13 @@ private:
         if (std::isfinite(upper.value))
             AssertOne("<=", sum, upper);
     }
-    void AssertOne(const char* relation, const std::string& sum, const FileNumber& side)
+    void AssertOne(const char* relation, const std::string& sum, const WrittenNumber& side)
     {
         m_text.append("(assert (").append(relation).append(" ").append(sum).append(" ");
         m_text.append(TextOf(side)).append("))\n");
     }
 
-    [[nodiscard]] std::string Term(std::uint32_t column, const FileNumber& coefficient) const
+    [[nodiscard]] std::string Term(std::uint32_t column, const WrittenNumber& coefficient) const
     {
         return "(* " + TextOf(coefficient) + " " + m_symbols[column] + ")";
     }

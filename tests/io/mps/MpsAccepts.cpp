@@ -1,6 +1,7 @@
 // What the MPS reader takes, and what it says about it: one test for each thing that programs
 // disagree about.
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
+#include "Nuv/Io/NumberText.hpp"
 #include "tests/io/mps/MpsText.hpp"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "Nuv/Model/BulkEditor.hpp"
+#include "Nuv/CInterface/BulkEditor.hpp"
 
 #include <utility>
 

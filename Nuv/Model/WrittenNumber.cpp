@@ -1,7 +1,6 @@
-#include "Nuv/Io/FileNumber.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 
 #include "Nuv/Algebra/RationalText.hpp"
-#include "Nuv/Io/NumberText.hpp"
 
 #include <algorithm>
 #include <array>
@@ -82,13 +81,13 @@ Rational ShortestDecimal(double value)
 
 }  // namespace
 
-FileNumber::FileNumber(const Rational& number) : value(ToDouble(number))
+WrittenNumber::WrittenNumber(const Rational& number) : value(ToDouble(number))
 {
     if (std::isfinite(value) && number != ShortestDecimal(value))
         exact = std::make_shared<const Rational>(number);
 }
 
-FileNumber::FileNumber(std::string_view text, double nearest) : value(nearest)
+WrittenNumber::WrittenNumber(std::string_view text, double nearest) : value(nearest)
 {
     const bool isShort = text.size() <= kSafeDigits && text.find('/') == std::string_view::npos &&
                          std::fabs(value) >= std::numeric_limits<double>::min();
@@ -96,29 +95,29 @@ FileNumber::FileNumber(std::string_view text, double nearest) : value(nearest)
         return;
     // What has more digits than anyone writes is the double next to it.
     if (const std::optional<Rational> number = ReadRational(text))
-        *this = FileNumber(*number);
+        *this = WrittenNumber(*number);
 }
 
-Rational FileNumber::Exactly() const
+Rational WrittenNumber::Exactly() const
 {
     return exact ? *exact : ShortestDecimal(value);
 }
 
-bool operator==(const FileNumber& x, const FileNumber& y)
+bool operator==(const WrittenNumber& x, const WrittenNumber& y)
 {
     return x.value == y.value &&
            (x.exact == y.exact || (x.exact && y.exact && *x.exact == *y.exact));
 }
 
-FileNumber operator-(const FileNumber& number)
+WrittenNumber operator-(const WrittenNumber& number)
 {
-    FileNumber negative = -number.value;
+    WrittenNumber negative = -number.value;
     if (number.exact)
         negative.exact = std::make_shared<const Rational>(-*number.exact);
     return negative;
 }
 
-FileNumber operator+(const FileNumber& x, const FileNumber& y)
+WrittenNumber operator+(const WrittenNumber& x, const WrittenNumber& y)
 {
     // Integers of up to 52 bits add up without rounding, and each is its own decimal.
     const bool isPlain = !x.exact && !y.exact && IsSmallInteger(x.value) && IsSmallInteger(y.value);
@@ -126,63 +125,55 @@ FileNumber operator+(const FileNumber& x, const FileNumber& y)
         return x.value == 0.0 && y.value != 0.0 ? y : x.value == 0.0 ? x.value + y.value : x;
     if (isPlain || !std::isfinite(x.value) || !std::isfinite(y.value))
         return x.value + y.value;
-    return FileNumber(x.Exactly() + y.Exactly());
+    return WrittenNumber(x.Exactly() + y.Exactly());
 }
 
-FileNumber NumberAt(const Model& model, const NumberPlace& place, double value)
+WrittenNumber NumberAt(const Model& model, const NumberPlace& place, double value)
 {
     const std::string* const text = model.Exact().Find(place);
-    return text != nullptr && std::isfinite(value) ? FileNumber(ToRational(value, text)) : value;
+    return text != nullptr && std::isfinite(value) ? WrittenNumber(ToRational(value, text)) : value;
 }
 
-FileNumber ConstantOf(const Model& model)
+WrittenNumber ConstantOf(const Model& model)
 {
     return NumberAt(model, {NumberPlace::Of::ObjectiveConstant}, model.ObjectiveConstant());
 }
 
-FileNumber CostOf(const Model& model, std::uint32_t column)
+WrittenNumber CostOf(const Model& model, std::uint32_t column)
 {
     return NumberAt(model, {NumberPlace::Of::Objective, column}, model.Objective()[column]);
 }
 
-FileNumber LowerOf(const Model& model, Variable variable)
+WrittenNumber LowerOf(const Model& model, Variable variable)
 {
     const std::uint32_t at = variable.Index();
     return NumberAt(model, {NumberPlace::Of::VariableLower, at}, model.VariableLower()[at]);
 }
 
-FileNumber UpperOf(const Model& model, Variable variable)
+WrittenNumber UpperOf(const Model& model, Variable variable)
 {
     const std::uint32_t at = variable.Index();
     return NumberAt(model, {NumberPlace::Of::VariableUpper, at}, model.VariableUpper()[at]);
 }
 
-FileNumber LowerOf(const Model& model, Row row)
+WrittenNumber LowerOf(const Model& model, Row row)
 {
     const std::uint32_t at = row.Index();
     return NumberAt(model, {NumberPlace::Of::RowLower, at}, model.RowLower()[at]);
 }
 
-FileNumber UpperOf(const Model& model, Row row)
+WrittenNumber UpperOf(const Model& model, Row row)
 {
     const std::uint32_t at = row.Index();
     return NumberAt(model, {NumberPlace::Of::RowUpper, at}, model.RowUpper()[at]);
 }
 
-void Keep(ModelBuilder& builder, const NumberPlace& place, const FileNumber& number)
+void Keep(ModelBuilder& builder, const NumberPlace& place, const WrittenNumber& number)
 {
     if (number.exact)
         builder.SetExact(place, ToString(*number.exact));
     else if (!builder.Made().Exact().Empty())
         builder.EraseExact(place);
-}
-
-std::string NumberText(const FileNumber& number)
-{
-    if (!number.exact)
-        return NumberText(number.value);
-    const std::optional<std::string> decimal = ToFullDecimal(*number.exact);
-    return decimal ? *decimal : ToString(*number.exact);
 }
 
 }  // namespace nuv
