@@ -1,9 +1,5 @@
 // Numbers of a model that no double says.
-#include "Nuv/Algebra/RationalText.hpp"
 #include "Nuv/CInterface/Arrays.hpp"
-#include "Nuv/Model/ModelBuilder.hpp"
-
-#include <cmath>
 
 namespace nuv::c
 {
@@ -22,70 +18,38 @@ NumberPlace PlaceOf(const Model& model, std::uint32_t place, std::uint32_t at, s
             place == NUV_PLACE_Entry ? column : 0};
 }
 
-/// Sets the double at a place, which forgets what was said beside it.
-void SetDouble(Model& model, const NumberPlace& place, double value)
+/// Sets the number at a place, which is of the model.
+bool SetNumber(Model& model, const NumberPlace& place, const std::string& text)
 {
     using Of = NumberPlace::Of;
-    const std::uint32_t at = place.at;
     switch (place.of)
     {
     case Of::ObjectiveConstant:
-        model.SetObjectiveConstant(value);
-        break;
+        return model.SetExactConstant(text);
     case Of::Objective:
-        model.SetCost(model.VariableAt(at), value);
-        break;
+        return model.SetExactCost(model.VariableAt(place.at), text);
     case Of::VariableLower:
-        model.SetBounds(model.VariableAt(at), {value, model.VariableUpper()[at]});
-        break;
+        return model.SetExactLower(model.VariableAt(place.at), text);
     case Of::VariableUpper:
-        model.SetBounds(model.VariableAt(at), {model.VariableLower()[at], value});
-        break;
+        return model.SetExactUpper(model.VariableAt(place.at), text);
     case Of::RowLower:
-        model.SetBounds(model.RowAt(at), {value, model.RowUpper()[at]});
-        break;
+        return model.SetExactLower(model.RowAt(place.at), text);
     case Of::RowUpper:
-        model.SetBounds(model.RowAt(at), {model.RowLower()[at], value});
-        break;
+        return model.SetExactUpper(model.RowAt(place.at), text);
     case Of::Entry:
-        model.SetCoefficient(model.RowAt(at), model.VariableAt(place.column), value);
         break;
     }
+    return model.SetExactCoefficient(model.RowAt(place.at), model.VariableAt(place.column), text);
 }
 
-/// The place of the other bound, what was said of which setting this one forgets.
-std::optional<NumberPlace> OtherBound(NumberPlace place)
-{
-    using Of = NumberPlace::Of;
-    const Of other = place.of == Of::VariableLower   ? Of::VariableUpper
-                     : place.of == Of::VariableUpper ? Of::VariableLower
-                     : place.of == Of::RowLower      ? Of::RowUpper
-                     : place.of == Of::RowUpper      ? Of::RowLower
-                                                     : Of::Entry;
-    if (other == Of::Entry)
-        return std::nullopt;
-    place.of = other;
-    return place;
-}
-
+/// A copy, so that a number for which there is no memory has changed nothing.
 std::shared_ptr<Model> WithExact(const Model& model, const NumberPlace& place,
                                  const std::string& text)
 {
-    const std::optional<Rational> number = ReadRational(text);
-    const double nearest = number ? ToDouble(*number) : 0.0;
-    if (!number || !std::isfinite(nearest) || (nearest == 0.0 && *number != 0))
-        Fail(NUV_MODELRESULT_InvalidModel, "model.not-a-number",
-             "'" + text + "' is no number that a double is near to",
-             "write an integer, a decimal or a quotient of integers");
-    Model changed = model;
-    SetDouble(changed, place, nearest);
-    ModelBuilder builder(std::move(changed));
-    if (ToRational(nearest, CoefficientMeaning::ShortestDecimal) != *number)
-        builder.SetExact(place, text);
-    const std::optional<NumberPlace> other = OtherBound(place);
-    if (const std::string* said = other ? model.Exact().Find(*other) : nullptr)
-        builder.SetExact(*other, *said);
-    return std::make_shared<Model>(builder.Take());
+    auto changed = std::make_shared<Model>(model);
+    if (!SetNumber(*changed, place, text))
+        Fail(NUV_MODELRESULT_InvalidModel, *changed->Failure());
+    return changed;
 }
 
 }  // namespace

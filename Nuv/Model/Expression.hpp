@@ -1,8 +1,10 @@
 /// Linear expressions and constraints as people write them: `2 * chairs + 5 * tables <= 300`. An
-/// expression is a list of terms and a constant; a term may repeat a variable, the model adds such
-/// terms up when it takes the expression in. Coefficients are computed in doubles as they are
-/// written: `x / 3` has the double next to one third. What is not finite, and a variable that is of
-/// no model, is refused by the model that gets the expression.
+/// expression is a list of terms and a list of constants; a term may repeat a variable. The model
+/// that takes the expression in adds both up as the decimals that they say: `0.1 * x + 0.2 * x` has
+/// the coefficient 0.3, and `x + 0.1 <= 0.3` the side 0.2, though doubles add up to others.
+/// Products and quotients are computed in doubles as they are written: `x / 3` has the double next
+/// to one third (Model::SetExactCoefficient says the third itself). What is not finite, and a
+/// variable that is of no model, is refused by the model that gets the expression.
 #pragma once
 
 #include "Nuv/Model/Handle.hpp"
@@ -66,7 +68,7 @@ inline Term operator-(Term term) noexcept
     return {term.variable, -term.coefficient};
 }
 
-/// A sum of terms and a constant.
+/// A sum of terms and constants.
 class Expression
 {
 public:
@@ -79,9 +81,13 @@ public:
     {
         return m_terms;
     }
+    /// The sum of the constants, as doubles add up.
     [[nodiscard]] double Constant() const noexcept
     {
-        return m_constant;
+        double sum = m_constant;
+        for (const double constant : m_furtherConstants)
+            sum += constant;
+        return sum;
     }
 
     /// Adds `coefficient * variable`.
@@ -127,6 +133,8 @@ public:
         for (Term& term : m_terms)
             term.coefficient *= factor;
         m_constant *= factor;
+        for (double& constant : m_furtherConstants)
+            constant *= factor;
         return *this;
     }
     Expression& operator/=(double divisor)
@@ -134,10 +142,14 @@ public:
         for (Term& term : m_terms)
             term.coefficient /= divisor;
         m_constant /= divisor;
+        for (double& constant : m_furtherConstants)
+            constant /= divisor;
         return *this;
     }
 
 private:
+    friend class Model;
+
     /// Storage grows by push_back's own rule, so that n terms added one by one cost n steps. By
     /// index, because `other` may be this expression itself.
     void Append(const Expression& other, double factor)
@@ -148,11 +160,22 @@ private:
             const Term term = other.m_terms[i];
             m_terms.push_back({term.variable, factor * term.coefficient});
         }
-        m_constant += factor * other.m_constant;
+        const std::size_t further = other.m_furtherConstants.size();
+        AddConstant(factor * other.m_constant);
+        for (std::size_t i = 0; i < further; ++i)
+            AddConstant(factor * other.m_furtherConstants[i]);
+    }
+    void AddConstant(double constant)
+    {
+        if (m_constant == 0.0 && m_furtherConstants.empty())
+            m_constant = constant;
+        else if (constant != 0.0)
+            m_furtherConstants.push_back(constant);
     }
 
     std::vector<Term> m_terms;
-    double m_constant = 0.0;
+    double m_constant = 0.0;  ///< the first that is not zero; most expressions have no other
+    std::vector<double> m_furtherConstants;
 };
 
 inline Expression operator+(Expression left, const Expression& right)

@@ -3,9 +3,11 @@
 #include "Nuv/Model/Model.hpp"
 
 #include "Nuv/Model/ModelErrors.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <utility>
 
 namespace nuv
@@ -61,8 +63,10 @@ Row Model::AddNamedRow(std::string_view name, const Constraint& constraint, bool
                        "leave the name out to have one made"));
         return {};
     }
-    const double constant = constraint.expression.Constant();
-    const Bounds bounds = {constraint.lower - constant, constraint.upper - constant};
+    const WrittenNumber constant = ConstantOf(constraint.expression);
+    const WrittenNumber lower = WrittenNumber(constraint.lower) + -constant;
+    const WrittenNumber upper = WrittenNumber(constraint.upper) + -constant;
+    const Bounds bounds = {lower.value, upper.value};
     if (!CheckExpression("row", name, constraint.expression) || !CheckBounds("row", name, bounds))
         return {};
     const Row row = AppendRow(name, bounds, isMade);
@@ -72,8 +76,24 @@ Row Model::AddNamedRow(std::string_view name, const Constraint& constraint, bool
                        "give each row a name of its own"));
         return {};
     }
+    KeepExact({NumberPlace::Of::RowLower, RowCount() - 1}, lower);
+    KeepExact({NumberPlace::Of::RowUpper, RowCount() - 1}, upper);
     AppendTerms(constraint.expression.Terms());
     return row;
+}
+
+WrittenNumber Model::ConstantOf(const Expression& expression)
+{
+    WrittenNumber sum = expression.m_constant;
+    for (const double constant : expression.m_furtherConstants)
+        sum = sum + constant;
+    return sum;
+}
+
+void Model::KeepExact(const NumberPlace& place, const WrittenNumber& number)
+{
+    if (number.exact)
+        m_exact.Set(place, ToString(*number.exact));
 }
 
 void Model::AppendTerms(std::span<const Term> added)
@@ -83,12 +103,14 @@ void Model::AppendTerms(std::span<const Term> added)
         terms.emplace_back(IndexOf(term.variable), term.coefficient);
     std::stable_sort(terms.begin(), terms.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
-    for (std::size_t i = 0; i < terms.size(); ++i)
+    for (std::size_t i = 0; i < terms.size();)
     {
-        if (i > 0 && terms[i].first == terms[i - 1].first)
-            m_coefficients.back() += terms[i].second;
-        else
-            AppendEntry(terms[i].first, terms[i].second);
+        const std::uint32_t column = terms[i].first;
+        WrittenNumber sum = terms[i].second;
+        for (++i; i < terms.size() && terms[i].first == column; ++i)
+            sum = sum + terms[i].second;
+        AppendEntry(column, sum.value);
+        KeepExact({NumberPlace::Of::Entry, RowCount() - 1, column}, sum);
     }
 }
 
@@ -170,10 +192,27 @@ void Model::SetObjective(Sense sense, const Expression& objective)
         return;
     m_sense = sense;
     m_exact.EraseObjective();
-    m_objectiveConstant = objective.Constant();
+    const WrittenNumber constant = ConstantOf(objective);
+    m_objectiveConstant = constant.value;
+    KeepExact({NumberPlace::Of::ObjectiveConstant}, constant);
     std::fill(m_objective.begin(), m_objective.end(), 0.0);
+    std::map<std::uint32_t, WrittenNumber> repeated;
     for (const Term& term : objective.Terms())
-        m_objective[IndexOf(term.variable)] += term.coefficient;
+    {
+        const std::uint32_t column = IndexOf(term.variable);
+        double& cost = m_objective[column];
+        if (cost == 0.0)
+        {
+            cost = term.coefficient;
+            repeated.erase(column);
+            continue;
+        }
+        WrittenNumber& sum = repeated.try_emplace(column, cost).first->second;
+        sum = sum + term.coefficient;
+        cost = sum.value;
+    }
+    for (const auto& [column, sum] : repeated)
+        KeepExact({NumberPlace::Of::Objective, column}, sum);
 }
 
 bool Model::CheckNewVariable(std::string_view name, Bounds bounds)

@@ -53,6 +53,7 @@ struct ColumnTerm
 
 struct Solution;
 struct SolveOptions;
+struct WrittenNumber;
 
 class Model
 {
@@ -73,8 +74,8 @@ public:
     /// bounds are refused.
     std::vector<Variable> AddVariables(std::size_t count, Bounds bounds = {});
 
-    /// Takes in `constraint`: terms of the same variable are added up, the constant moves to the
-    /// bounds.
+    /// Takes in `constraint`: terms of the same variable are added up, the constants move to the
+    /// bounds, both as the decimals that they say.
     /// @return an invalid row, with Failure() set, if the name is empty or taken, a variable is not
     /// of this model or a number is not finite.
     Row Add(std::string_view name, const Constraint& constraint);
@@ -92,7 +93,7 @@ public:
     }
 
     /// A variable with its cost and its coefficients in rows that exist; terms of the same row are
-    /// added up.
+    /// added up as decimals.
     /// @return an invalid handle, with Failure() set, where AddVariable gives one, or if a row is
     /// not of this model or a number is not finite.
     Variable AddColumn(std::string_view name, double cost, Bounds bounds,
@@ -101,6 +102,12 @@ public:
                        std::initializer_list<ColumnTerm> terms)
     {
         return AddColumn(name, cost, bounds, std::span(terms.begin(), terms.size()));
+    }
+    /// The same under a name made for it: `AddColumn(3.5, {0, 40}, {{wood, 2}, {labour, 4}})`.
+    Variable AddColumn(double cost, Bounds bounds, std::span<const ColumnTerm> terms);
+    Variable AddColumn(double cost, Bounds bounds, std::initializer_list<ColumnTerm> terms)
+    {
+        return AddColumn(cost, bounds, std::span(terms.begin(), terms.size()));
     }
 
     // Editing it ------------------------------------------------------------
@@ -121,6 +128,21 @@ public:
     }
     /// A coefficient of 0 takes the entry out of the row.
     bool SetCoefficient(Row row, Variable variable, double coefficient);
+
+    // Numbers that no double says: a text that is an integer, a decimal of any length or a quotient
+    // of integers, "-1/3". The double in the place becomes the nearest one, which is what is solved
+    // if SolveOptions::numbers asks for doubles; otherwise the answer is about the number itself.
+    // Setting the double of a place again forgets what was said beside it, SetBounds of both
+    // bounds. What is no such text, or beyond doubles, is refused with the code model.not-a-number.
+
+    bool SetExactCost(Variable variable, std::string_view number);
+    bool SetExactConstant(std::string_view number);
+    /// The other bound stays, as exact as it was.
+    bool SetExactLower(Variable variable, std::string_view number);
+    bool SetExactUpper(Variable variable, std::string_view number);
+    bool SetExactLower(Row row, std::string_view number);
+    bool SetExactUpper(Row row, std::string_view number);
+    bool SetExactCoefficient(Row row, Variable variable, std::string_view number);
 
     /// Takes rows or variables out, these with all their coefficients, and their names with them.
     /// Handles of what is removed are refused from then on, all others stay good; but places in
@@ -313,6 +335,8 @@ private:
     friend class ModelBuilder;
 
     Variable AddNamedVariable(std::string_view name, Bounds bounds, bool isMade = false);
+    Variable AddNamedColumn(std::string_view name, double cost, Bounds bounds,
+                            std::span<const ColumnTerm> terms, bool isMade);
     Row AddNamedRow(std::string_view name, const Constraint& constraint, bool isMade);
     void AppendColumn(Bounds bounds);
     [[nodiscard]] bool CheckNewVariable(std::string_view name, Bounds bounds);
@@ -332,6 +356,18 @@ private:
     void RemoveRowsOfEntries(const std::vector<bool>& marked);
     void RemoveColumnsOfEntries(const std::vector<bool>& marked);
     bool Fail(Error error);
+    /// Fails if a text is no number that a double is near to.
+    [[nodiscard]] std::optional<WrittenNumber> ReadNumber(std::string_view text);
+    /// Says the number of a place, whose double is set by `set` and may be refused.
+    template <class Set>
+    bool SetExact(const NumberPlace& place, std::string_view text, const Set& set);
+    /// The same for a bound, whose other one keeps what is said beside its double.
+    template <class Set>
+    bool SetExactBound(const NumberPlace& place, const NumberPlace& other, std::string_view text,
+                       const Set& set);
+    /// Keeps beside its double, which is set already, what is left to say of a number.
+    void KeepExact(const NumberPlace& place, const WrittenNumber& number);
+    [[nodiscard]] static WrittenNumber ConstantOf(const Expression& expression);
 
     std::string m_name;
     std::string m_objectiveName;

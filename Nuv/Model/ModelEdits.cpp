@@ -2,6 +2,7 @@
 /// the middle or takes some out moves those behind it: one pass, however many it concerns.
 #include "Nuv/Model/Model.hpp"
 #include "Nuv/Model/ModelErrors.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -44,6 +45,17 @@ void RemoveMarked(std::vector<double>& numbers, const std::vector<bool>& marked)
 Variable Model::AddColumn(std::string_view name, double cost, Bounds bounds,
                           std::span<const ColumnTerm> terms)
 {
+    return AddNamedColumn(name, cost, bounds, terms, false);
+}
+
+Variable Model::AddColumn(double cost, Bounds bounds, std::span<const ColumnTerm> terms)
+{
+    return AddNamedColumn(m_variableNames.MakeName('x'), cost, bounds, terms, true);
+}
+
+Variable Model::AddNamedColumn(std::string_view name, double cost, Bounds bounds,
+                               std::span<const ColumnTerm> terms, bool isMade)
+{
     if (!CheckNewVariable(name, bounds))
         return {};
     const std::string subject = "variable " + Quoted(name);
@@ -68,7 +80,7 @@ Variable Model::AddColumn(std::string_view name, double cost, Bounds bounds,
     std::stable_sort(byRow.begin(), byRow.end(),
                      [this](const ColumnTerm& a, const ColumnTerm& b)
                      { return IndexOf(a.row) < IndexOf(b.row); });
-    const Variable variable = AddVariable(name, bounds);
+    const Variable variable = AddNamedVariable(name, bounds, isMade);
     m_objective.back() = cost;
     InsertColumn(VariableCount() - 1, byRow);
     return variable;
@@ -78,15 +90,17 @@ Variable Model::AddColumn(std::string_view name, double cost, Bounds bounds,
 /// is overwritten before it has moved.
 void Model::InsertColumn(std::uint32_t column, std::span<const ColumnTerm> byRow)
 {
-    std::vector<std::pair<std::uint32_t, double>> entries;
+    std::vector<std::pair<std::uint32_t, WrittenNumber>> entries;
     for (const ColumnTerm& term : byRow)
     {
         const std::uint32_t row = IndexOf(term.row);
         if (!entries.empty() && entries.back().first == row)
-            entries.back().second += term.coefficient;
+            entries.back().second = entries.back().second + term.coefficient;
         else
             entries.emplace_back(row, term.coefficient);
     }
+    for (const auto& [row, coefficient] : entries)
+        KeepExact({NumberPlace::Of::Entry, row, column}, coefficient);
     std::size_t from = m_columns.size();
     std::size_t to = from + entries.size();
     m_columns.resize(to);
@@ -105,7 +119,7 @@ void Model::InsertColumn(std::uint32_t column, std::span<const ColumnTerm> byRow
         from -= moved;
         to -= moved;
         m_columns[--to] = column;
-        m_coefficients[to] = coefficient;
+        m_coefficients[to] = coefficient.value;
         for (; end > row; --end)
             m_rowStarts[end] += left + 1;
     }

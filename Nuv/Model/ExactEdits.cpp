@@ -1,0 +1,112 @@
+/// Numbers of a model that no double says, out of texts.
+#include "Nuv/Algebra/RationalText.hpp"
+#include "Nuv/Model/Model.hpp"
+#include "Nuv/Model/ModelErrors.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
+
+#include <cmath>
+#include <string>
+
+namespace nuv
+{
+
+std::optional<WrittenNumber> Model::ReadNumber(std::string_view text)
+{
+    const std::optional<Rational> number = ReadRational(text);
+    const WrittenNumber written = number ? WrittenNumber(*number) : WrittenNumber();
+    if (number && std::isfinite(written.value) && (written.value != 0.0 || *number == 0))
+        return written;
+    Fail(MakeError("model.not-a-number", Quoted(text) + " is no number that a double is near to",
+                   "write an integer, a decimal or a quotient of integers"));
+    return std::nullopt;
+}
+
+template <class Set>
+bool Model::SetExact(const NumberPlace& place, std::string_view text, const Set& set)
+{
+    const std::optional<WrittenNumber> number = ReadNumber(text);
+    if (!number || !set(number->value))
+        return false;
+    if (number->exact)
+        m_exact.Set(place, std::string(text));
+    return true;
+}
+
+template <class Set>
+bool Model::SetExactBound(const NumberPlace& place, const NumberPlace& other, std::string_view text,
+                          const Set& set)
+{
+    const std::string* const said = m_exact.Find(other);
+    const std::string kept = said ? *said : std::string();
+    if (!SetExact(place, text, set))
+        return false;
+    if (!kept.empty())
+        m_exact.Set(other, kept);
+    return true;
+}
+
+bool Model::SetExactCost(Variable variable, std::string_view number)
+{
+    return SetExact({NumberPlace::Of::Objective, IndexOf(variable)}, number,
+                    [&](double nearest) { return SetCost(variable, nearest); });
+}
+
+bool Model::SetExactConstant(std::string_view number)
+{
+    return SetExact({NumberPlace::Of::ObjectiveConstant}, number,
+                    [&](double nearest) { return SetObjectiveConstant(nearest); });
+}
+
+bool Model::SetExactCoefficient(Row row, Variable variable, std::string_view number)
+{
+    return SetExact({NumberPlace::Of::Entry, IndexOf(row), IndexOf(variable)}, number,
+                    [&](double nearest) { return SetCoefficient(row, variable, nearest); });
+}
+
+bool Model::SetExactLower(Variable variable, std::string_view number)
+{
+    const std::uint32_t at = IndexOf(variable);
+    return SetExactBound(
+        {NumberPlace::Of::VariableLower, at}, {NumberPlace::Of::VariableUpper, at}, number,
+        [&](double nearest)
+        {
+            const bool isKnown = Locate("a bound is set for", variable) != Variable::NoIndex;
+            return isKnown && SetBounds(variable, {nearest, m_variableUpper[at]});
+        });
+}
+
+bool Model::SetExactUpper(Variable variable, std::string_view number)
+{
+    const std::uint32_t at = IndexOf(variable);
+    return SetExactBound(
+        {NumberPlace::Of::VariableUpper, at}, {NumberPlace::Of::VariableLower, at}, number,
+        [&](double nearest)
+        {
+            const bool isKnown = Locate("a bound is set for", variable) != Variable::NoIndex;
+            return isKnown && SetBounds(variable, {m_variableLower[at], nearest});
+        });
+}
+
+bool Model::SetExactLower(Row row, std::string_view number)
+{
+    const std::uint32_t at = IndexOf(row);
+    return SetExactBound({NumberPlace::Of::RowLower, at}, {NumberPlace::Of::RowUpper, at}, number,
+                         [&](double nearest)
+                         {
+                             const bool isKnown = Locate("a side is set for", row) != Row::NoIndex;
+                             return isKnown && SetBounds(row, {nearest, m_rowUpper[at]});
+                         });
+}
+
+bool Model::SetExactUpper(Row row, std::string_view number)
+{
+    const std::uint32_t at = IndexOf(row);
+    return SetExactBound({NumberPlace::Of::RowUpper, at}, {NumberPlace::Of::RowLower, at}, number,
+                         [&](double nearest)
+                         {
+                             const bool isKnown = Locate("a side is set for", row) != Row::NoIndex;
+                             return isKnown && SetBounds(row, {m_rowLower[at], nearest});
+                         });
+}
+
+}  // namespace nuv
