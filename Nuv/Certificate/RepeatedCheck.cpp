@@ -51,8 +51,6 @@ std::string RepeatedCheck::Check(const Certificate& certificate)
 
 void RepeatedCheck::IncludeDenominatorOf(double number)
 {
-    if (!std::isfinite(number))
-        return;
     const Scale scale = TakeApart(number, m_form.numbers).scale;
     m_scale = {std::max(m_scale.two, -scale.two), std::max(m_scale.five, -scale.five)};
 }
@@ -60,8 +58,6 @@ void RepeatedCheck::IncludeDenominatorOf(double number)
 /// Whether the number times the factor is an integer.
 bool RepeatedCheck::Fits(double number) const
 {
-    if (!std::isfinite(number))
-        return true;
     const Scale scale = TakeApart(number, m_form.numbers).scale;
     return scale.two + m_scale.two >= 0 && scale.five + m_scale.five >= 0;
 }

@@ -52,20 +52,9 @@ std::string AfterPivots(const SolveControl& control, Stage stage)
 
 std::string_view WordOf(SimplexVerdict verdict)
 {
-    switch (verdict)
-    {
-    case SimplexVerdict::Optimal:
-        return "optimal";
-    case SimplexVerdict::Infeasible:
-        return "infeasible";
-    case SimplexVerdict::Unbounded:
-        return "unbounded";
-    case SimplexVerdict::Stopped:
-        return "stopped";
-    case SimplexVerdict::Numerical:
-        break;
-    }
-    return "no further";
+    constexpr std::string_view kWords[] = {"optimal", "infeasible", "unbounded", "stopped",
+                                           "no further"};
+    return kWords[static_cast<std::size_t>(verdict)];
 }
 
 /// The exact stage from the basis of the record. @return what it suspects if it gave up.

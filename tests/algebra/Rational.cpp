@@ -154,9 +154,10 @@ TEST(Rational, HasAMagnitudeOfNothingOrOneToThePivoting)
 
 TEST(Scale, IsAPairOfExponents)
 {
-    EXPECT_TRUE((Scale{1, 2} == Scale{1, 2}));
-    EXPECT_FALSE((Scale{1, 2} == Scale{1, 3}));
-    EXPECT_FALSE((Scale{1, 2} == Scale{0, 2}));
+    const auto isSame = [](Scale x, Scale y) { return x == y; };
+    EXPECT_TRUE(isSame({1, 2}, {1, 2}));
+    EXPECT_FALSE(isSame({1, 2}, {1, 3}));
+    EXPECT_FALSE(isSame({1, 2}, {0, 2}));
 }
 
 }  // namespace

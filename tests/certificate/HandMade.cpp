@@ -162,5 +162,15 @@ TEST(HandMade, ARayKeepsToEveryBoundForEver)
     EXPECT_EQ(check({1}, kInf), "the ray has the wrong length");
 }
 
+TEST(Status, HasAWordAndNoneForWhatIsNoStatus)
+{
+    EXPECT_EQ(WordOf(Status::Optimal), "optimal");
+    EXPECT_EQ(WordOf(Status::Infeasible), "infeasible");
+    EXPECT_EQ(WordOf(Status::Unbounded), "unbounded");
+    EXPECT_EQ(WordOf(Status::Stopped), "stopped");
+    EXPECT_EQ(WordOf(Status::Invalid), "invalid");
+    EXPECT_EQ(WordOf(static_cast<Status>(7)), "");
+}
+
 }  // namespace
 }  // namespace nuv::test

@@ -174,6 +174,31 @@ TEST(SolveControl, AStopIsFinalAtWhicheverQuestionItComes)
     EXPECT_GT(stops, 40);
 }
 
+/// No cost falls and each row wants its sum above 1: a stop may come between the digits of a row of
+/// the inverse, from which a dual step is taken.
+TEST(SolveControl, AStopIsFinalInADualStep)
+{
+    Random random(7);
+    std::vector<DenseRow> rows(4, {{}, {1, kInf}});
+    for (DenseRow& row : rows)
+        for (int j = 0; j < 5; ++j)
+            row.coefficients.push_back(random.Between(-2, 5) / 7.0);
+    const BoundedForm form = MakeForm({3, 1, 4, 1, 5}, rows);
+    bool isStopped = true;
+    for (int last = 1; isStopped; ++last)
+    {
+        ASSERT_LT(last, 1000);
+        int asked = 0;
+        SolveLimits limits;
+        limits.keepGoing = [&](const Progress&) { return ++asked < last; };
+        SolveControl control(limits);
+        const CertifiedResult proof = SolveExactly(form, SlackBasis(form), control);
+        isStopped = asked == last;
+        ASSERT_LE(asked, last) << "asked again";
+        EXPECT_EQ(proof.record.proved, !isStopped);
+    }
+}
+
 /// Main program, refinements, elastic program and rays together spend what one of them may.
 TEST(SolveControl, PivotsAreCountedOverTheWholeSolve)
 {

@@ -31,7 +31,7 @@ struct Factors
     Rational cost;
 };
 
-/// Positive: thirds, sevenths, one and a little more than one, and beyond 2^53.
+/// Positive: thirds, sevenths, one and a little more than one, and beyond 2^53 and 2^124.
 Rational RandomFactor(Random& random)
 {
     const Rational factors[] = {
@@ -41,8 +41,10 @@ Rational RandomFactor(Random& random)
         Rational(Integer("10000000000000000000000000000000000000001"), Power(10, 40)),
         Rational(Integer("9007199254740993")),
         Rational(Integer("1234567890123456789"), Integer("9876543210987654321987")),
+        // Of three words, the middle one zero.
+        Rational(Power(2, 124) + 1),
     };
-    return factors[random.Between(0, 5)];
+    return factors[random.Between(0, 6)];
 }
 
 Factors RandomFactors(Random& random, const BoundedForm& form)

@@ -110,6 +110,22 @@ TEST(Refinement, RepairsAViolationBelowTheTolerance)
     }
 }
 
+/// x = y + z + w + 2^-50 at x = 1, and z has room but for 2^-90 of what y has to give: each look
+/// sees one violation.
+TEST(Refinement, RepairsAViolationThatAnotherHides)
+{
+    const BoundedForm form = MakeForm({0, -1, 1, 2}, {{{1, -1, -1, -1}, {0x1p-50, 0x1p-50}}},
+                                      {{1, 1}, {0, 1 - 0x1p-49}, {0, 0x1p-50 - 0x1p-90}, {0, 5}});
+    Basis start = SlackBasis(form);
+    start.columns[1] = BasisStatus::Basic;
+    start.rows[0] = BasisStatus::AtLower;
+    const CertifiedResult proof = Certified(form, &start);
+    ASSERT_EQ(proof.certificate.status, Status::Optimal);
+    EXPECT_TRUE(proof.record.proved);
+    EXPECT_EQ(proof.record.value[3], 0x1p-90);
+    EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
+}
+
 /// No variable is violated as doubles see it, so that the elastic form has no column to add.
 TEST(Refinement, FindsAContradictionBelowTheTolerance)
 {

@@ -118,5 +118,23 @@ TEST(RepeatedCheck, SaysWhatTheCheckSaysThatKeepsNothing)
     EXPECT_GT(refused, static_cast<int>(ShareOf(300u)) * 10);
 }
 
+/// A certificate of the wrong shape leaves the check with numbers and without a point.
+TEST(RepeatedCheck, TakesBoundsBeforeItHasSeenAPoint)
+{
+    std::mt19937 random(3);
+    BoundedForm form = FormOf(SmallModel(random, 2, 3));
+    form.exact = {};
+    RepeatedCheck check(form);
+    Certificate misshapen;
+    misshapen.status = Status::Optimal;
+    EXPECT_NE(check.Check(misshapen), "");
+    form.columnUpper[0] = 0.0;
+    form.columnLower[0] = 0.0;
+    check.TakeBounds(0);
+    SolveControl control;
+    const Certificate certificate = SolveCertified(form, nullptr, control).certificate;
+    EXPECT_EQ(check.Check(certificate), CheckCertificate(form, certificate));
+}
+
 }  // namespace
 }  // namespace nuv::test

@@ -1,0 +1,216 @@
+/// The stages of a certified solve one by one: what the one before says is a guess, and what the
+/// check refuses is no proof.
+#include "tests/exact/Certified.hpp"
+#include "tests/support/Forms.hpp"
+
+#include "Nuv/Exact/CertifiedSession.hpp"
+#include "Nuv/Exact/CertifiedStages.hpp"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace nuv::test
+{
+namespace
+{
+
+struct Known
+{
+    BoundedForm form;
+    Status status;
+};
+
+/// The last is infeasible, and the cone of its rows has a direction along which the cost falls.
+std::vector<Known> KnownForms()
+{
+    return {
+        {MakeForm({-3, -5}, {{{1, 0}, {-kInf, 4}}, {{0, 2}, {-kInf, 12}}, {{3, 2}, {-kInf, 18}}}),
+         Status::Optimal},
+        {MakeForm({1, 1}, {{{1, 1}, {6, kInf}}, {{1, -1}, {-kInf, -1}}}, {{0, 2}, {0, 3}}),
+         Status::Infeasible},
+        {MakeForm({1, -2}, {{{1, -1}, {-kInf, 3}}}), Status::Unbounded},
+        {MakeForm({0, -1}, {{{1, 0}, {2, kInf}}, {{1, 0}, {-kInf, 1}}}), Status::Infeasible},
+    };
+}
+
+/// What the exact stage proves from a basis that the stage before took for what the guess says.
+CertifiedResult ProvedFrom(const BoundedForm& form, const Basis& basis, SimplexVerdict guess,
+                           SolveControl& control, const BlockedRow* blocked = nullptr)
+{
+    ScalableForm scalable(form);
+    ExactEvaluation evaluation(form);
+    CertifiedResult result;
+    result.record.basis = basis;
+    FitBasis(form, result.record.basis);
+    ProveBasis(scalable, evaluation, guess, kRefinements, nullptr, control, result, blocked);
+    return result;
+}
+
+TEST(Stages, NoGuessIsBelieved)
+{
+    for (const Known& known : KnownForms())
+        for (const SimplexVerdict guess :
+             {SimplexVerdict::Optimal, SimplexVerdict::Infeasible, SimplexVerdict::Unbounded,
+              SimplexVerdict::Stopped, SimplexVerdict::Numerical})
+        {
+            SCOPED_TRACE(static_cast<int>(guess));
+            SolveControl control;
+            const CertifiedResult result =
+                ProvedFrom(known.form, SlackBasis(known.form), guess, control);
+            EXPECT_EQ(result.certificate.status, known.status);
+            EXPECT_TRUE(result.record.proved);
+        }
+}
+
+/// And a stop at whichever question of a wrong or right guess is final.
+TEST(Stages, AGuessIsFollowedUntilAStop)
+{
+    for (const Known& known : KnownForms())
+        for (const SimplexVerdict guess :
+             {SimplexVerdict::Optimal, SimplexVerdict::Infeasible, SimplexVerdict::Unbounded})
+        {
+            bool isStopped = true;
+            for (int last = 1; isStopped; ++last)
+            {
+                SCOPED_TRACE(last);
+                ASSERT_LT(last, 1000);
+                int asked = 0;
+                SolveLimits limits;
+                limits.keepGoing = [&](const Progress&) { return ++asked < last; };
+                SolveControl control(limits);
+                const CertifiedResult result =
+                    ProvedFrom(known.form, SlackBasis(known.form), guess, control);
+                isStopped = asked == last;
+                ASSERT_LE(asked, last) << "asked again";
+                // What was proved as the stop came is proved.
+                if (result.record.proved)
+                    EXPECT_EQ(result.certificate.status, known.status);
+                else
+                    EXPECT_EQ(result.record.stopReason, StopReason::Cancelled);
+                EXPECT_TRUE(isStopped || result.record.proved);
+            }
+        }
+}
+
+/// x + y >= 1 + 2^-50 and x + y <= 1 with x = 1 in the basis: in doubles no bound is violated, so
+/// that the elastic form has no column to add and is as infeasible as the model.
+TEST(Stages, AnElasticFormWithoutAColumnToAddProvesInfeasibilityItself)
+{
+    const BoundedForm form =
+        MakeForm({1, 0}, {{{1, 1}, {1 + 0x1p-50, kInf}}, {{1, 1}, {-kInf, 1}}}, {{0, 9}, {0, 9}});
+    Basis basis = SlackBasis(form);
+    basis.columns[0] = BasisStatus::Basic;
+    basis.rows[1] = BasisStatus::AtUpper;
+    SolveControl control;
+    const CertifiedResult result = ProvedFrom(form, basis, SimplexVerdict::Infeasible, control);
+    EXPECT_EQ(result.certificate.status, Status::Infeasible);
+    EXPECT_TRUE(result.record.proved);
+}
+
+/// The row of a basis that is none, or of one that does not prove anything, is passed over.
+TEST(Stages, ARowThatProvesNothingIsPassedOver)
+{
+    const BoundedForm form =
+        MakeForm({-1, -1, 0}, {{{1, 2, 1}, {-kInf, 4}}, {{2, 4, 1}, {-kInf, 6}}});
+    BlockedRow singular{SlackBasis(form), 0};
+    singular.basis.columns[0] = singular.basis.columns[1] = BasisStatus::Basic;
+    singular.basis.rows[0] = singular.basis.rows[1] = BasisStatus::AtUpper;
+    BlockedRow idle{SlackBasis(form), form.Logical(1)};
+    for (const BlockedRow& blocked : {singular, idle})
+    {
+        SolveControl control;
+        const CertifiedResult result =
+            ProvedFrom(form, SlackBasis(form), SimplexVerdict::Infeasible, control, &blocked);
+        EXPECT_EQ(result.certificate.status, Status::Optimal);
+        EXPECT_TRUE(result.record.proved);
+        EXPECT_EQ(result.certificate.objective, -3);
+    }
+}
+
+/// A check that knows other bounds refuses the optimum: nothing is claimed then.
+TEST(Stages, WhatTheCheckRefusesIsNotClaimed)
+{
+    const BoundedForm form = KnownForms()[0].form;
+    BoundedForm other = form;
+    other.columnUpper[1] = 5;
+    RepeatedCheck check(other);
+    ScalableForm scalable(form);
+    ExactEvaluation evaluation(form);
+    SolveControl control;
+    CertifiedResult result;
+    result.record.basis = SlackBasis(form);
+    ProveBasis(scalable, evaluation, SimplexVerdict::Optimal, kRefinements, &check, control,
+               result);
+    EXPECT_EQ(result.certificate.status, Status::Stopped);
+    EXPECT_FALSE(result.record.proved);
+    EXPECT_EQ(result.record.value[1], 6.0) << "the last basis stands, as numbers without a proof";
+}
+
+/// x + y = 1 in the basis, and z: with 1 in both rows as stored, a stored zero, the answer is that
+/// of the form without it.
+TEST(Stages, AStoredZeroIsNoEntry)
+{
+    BoundedForm form = MakeForm({-1, -2}, {{{0.25, 0.5}, {-kInf, 4}}, {{1, 0}, {-kInf, 3}}});
+    const CertifiedResult expected = Certified(form);
+    SparseVectors<double> columns;
+    columns.Append(0, 0.25);
+    columns.Append(1, 1.0);
+    columns.Close();
+    columns.Append(0, 0.5);
+    columns.Append(1, 0.0);
+    columns.Close();
+    form.matrix = SparseMatrix<double>::FromColumns(std::move(columns), 2);
+    const CertifiedResult result = Certified(form);
+    EXPECT_TRUE(result.record.proved);
+    EXPECT_EQ(result.certificate.objective, expected.certificate.objective);
+    EXPECT_EQ(result.record.value, expected.record.value);
+}
+
+/// Once the bounds move, the basis is looked at again, exactly: a stop in this look is a stop of
+/// the solve.
+TEST(CertifiedSession, AStopInTheLookAtTheLastBasisIsFinal)
+{
+    const BoundedForm form = KnownForms()[0].form;
+    int stops = 0;
+    bool isStopped = true;
+    for (int last = 1; isStopped; ++last)
+    {
+        ASSERT_LT(last, 1000);
+        CertifiedSession session(form, std::nullopt);
+        SolveControl unlimited;
+        EXPECT_TRUE(session.Solve(unlimited)->record.proved);
+        session.SetBounds(form.Logical(2), -kInf, 19);
+        int asked = 0;
+        SolveLimits limits;
+        limits.keepGoing = [&](const Progress&) { return ++asked < last; };
+        SolveControl control(limits);
+        const auto result = session.Solve(control);
+        isStopped = asked == last;
+        EXPECT_EQ(result->record.proved, !isStopped);
+        EXPECT_EQ(result->record.stopReason, isStopped ? StopReason::Cancelled : StopReason::None);
+        stops += isStopped ? 1 : 0;
+    }
+    EXPECT_GT(stops, 0);
+}
+
+TEST(CertifiedSession, StartsFromTheBasisThatItIsGiven)
+{
+    const BoundedForm form = KnownForms()[0].form;
+    CertifiedSession session(form, std::nullopt);
+    SolveControl first;
+    const auto optimum = session.Solve(first);
+    ASSERT_TRUE(optimum->record.proved);
+    session.StartFrom(SlackBasis(form));
+    SolveControl again;
+    const auto cold = session.Solve(again);
+    EXPECT_TRUE(cold->record.proved);
+    EXPECT_EQ(again.Pivots(Stage::Double), first.Pivots(Stage::Double)) << "all pivots anew";
+    session.StartFrom(optimum->record.basis);
+    SolveControl warm;
+    EXPECT_TRUE(session.Solve(warm)->record.proved);
+    EXPECT_EQ(warm.Pivots(Stage::Double), 0U);
+}
+
+}  // namespace
+}  // namespace nuv::test
