@@ -9,7 +9,7 @@ from typing import TYPE_CHECKING, Any, Optional, Sequence, Union, cast
 import numpy as np
 
 from ._arrays import Rows, finite, matrix, objects, pointer, vector
-from ._expression import Constraint, Variable, _as_expression
+from ._expression import Coefficient, Constraint, Variable, _as_expression
 from ._handle import (COLUMN_LOWER, COLUMN_UPPER, COST, ENTRY, ROW_LOWER, ROW_UPPER, Beside, beside,
                       block, construct, entries_beside, get_beside, names_of, set_beside)
 from ._interface import ffi
@@ -140,13 +140,13 @@ class Edits:
 
     def minimize(self, objective: Any) -> None:
         """Sets the objective, all of it."""
-        self._set_objective(objective, lib.NUV_SENSE_Minimize)
+        self._set_objective(objective, False)
 
     def maximize(self, objective: Any) -> None:
         """Sets the objective, all of it."""
-        self._set_objective(objective, lib.NUV_SENSE_Maximize)
+        self._set_objective(objective, True)
 
-    def _set_objective(self, objective: Any, sense: int) -> None:
+    def _set_objective(self, objective: Any, maximize: bool) -> None:
         if isinstance(objective, (LinearArray, VariableArray)):
             raise TypeError("objective: one expression is needed, not an array; see its sum()")
         found = _as_expression(objective)
@@ -160,14 +160,19 @@ class Edits:
         if columns.size:
             nearest, exact = beside(COST, objects(list(found.terms.values())), columns)
             costs[columns] = nearest
-        if isinstance(found.constant, Fraction):
-            exact.append((lib.NUV_PLACE_Constant, 0, 0, found.constant))
         told = diagnostics()
         check(lib.NuvModelSetCosts(self._handle, costs.size, ffi.NULL, pointer(costs, "double"),
                                    told), told)
-        check(lib.NuvModelSetConstant(self._handle, float(found.constant), told), told)
-        check(lib.NuvModelSetSense(self._handle, sense))
         self._set_beside(exact)
+        self._set_sense_and_constant(maximize, found.constant)
+
+    def _set_sense_and_constant(self, maximize: bool, constant: Coefficient) -> None:
+        told = diagnostics()
+        check(lib.NuvModelSetConstant(self._handle, float(constant), told), told)
+        if isinstance(constant, Fraction):
+            self._set_beside([(lib.NUV_PLACE_Constant, 0, 0, constant)])
+        check(lib.NuvModelSetSense(
+            self._handle, lib.NUV_SENSE_Maximize if maximize else lib.NUV_SENSE_Minimize))
 
     def set_bounds(self, of: Any, lower: Any = None, upper: Any = None) -> None:
         """New bounds of variables, or sides of rows; what is None stays as it is."""

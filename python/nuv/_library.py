@@ -17,7 +17,15 @@ _SONAME_VERSION = ".".join(VERSION.split(".")[:2])
 
 
 class Error(Exception):
-    """What the library refused, and why; the base of this package's own exceptions."""
+    """What the library refused, and why; the base of this package's own exceptions.
+
+    >>> import nuv
+    >>> try:
+    ...     nuv.Model.from_text("Minimize x +")
+    ... except nuv.Error as error:
+    ...     print(type(error).__name__, error.code)
+    ModelError lp.unfinished
+    """
 
     def __init__(self, message: str, code: str = "") -> None:
         super().__init__(message)
@@ -29,15 +37,34 @@ class Error(Exception):
 
 
 class ModelError(Error, ValueError):
-    """The numbers or names are none of a model, or a text is not well formed."""
+    """The numbers or names are none of a model, or a text is not well formed.
+
+    >>> import nuv
+    >>> issubclass(nuv.ModelError, ValueError)
+    True
+    """
 
 
 class FileError(Error, OSError):
-    """A file cannot be read or written."""
+    """A file cannot be read or written.
+
+    >>> import nuv
+    >>> issubclass(nuv.FileError, OSError)
+    True
+    """
 
 
 class CertificateError(Error):
-    """A certificate does not prove what it claims, or is about another model."""
+    """A certificate does not prove what it claims, or is about another model.
+
+    >>> import nuv
+    >>> proof = nuv.linprog([1], [[-1]], [-1]).certificate
+    >>> try:
+    ...     nuv.Model.from_arrays([1], [[-1]], row_upper=-2).verify(proof)
+    ... except nuv.CertificateError:
+    ...     print("refused")
+    refused
+    """
 
 
 def _open(name: str) -> Any:

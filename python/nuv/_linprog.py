@@ -5,7 +5,7 @@ from __future__ import annotations
 import math
 import warnings
 from fractions import Fraction
-from typing import Any, NamedTuple, Optional, Union
+from typing import Any, Callable, NamedTuple, Optional, Union
 
 import numpy as np
 import numpy.typing as npt
@@ -60,7 +60,8 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
     Of `options`, ``maxiter``, ``time_limit`` (seconds) and ``disp`` have a meaning. Ctrl-C ends a
     solve with nuv.Interrupted, a KeyboardInterrupt, whose ``solution`` is the result so far.
 
-    The result has in addition ``proved``, ``proof``, ``exact``, ``conflict`` and ``certificate``.
+    The result has in addition ``proved``, ``proof``, ``exact``, ``unique``, ``conflict`` and
+    ``certificate``.
 
     >>> import nuv
     >>> plan = nuv.linprog([-30, -70], [[2, 5], [4, 3]], [300, 240])
@@ -85,7 +86,8 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
     assign(model, problem.c, problem.rows, problem.row_lower, problem.b, problem.lower,
            problem.upper)
     handle, failure = solve(model, wanted)
-    result = _result(Record(handle), problem)
+    record = Record(handle)
+    result = _result(record, problem, lambda: _unique(model, record, wanted))
     if isinstance(failure, KeyboardInterrupt):
         raise Interrupted(result) from failure
     if failure is not None:
@@ -160,7 +162,18 @@ def _options(given: dict[str, Any], numbers: str) -> Options:
                    log=print if given.get("disp") else None)
 
 
-def _result(found: Record, problem: _Problem) -> LinprogResult:
+def _unique(model: Any, found: Record, options: Options) -> Optional[bool]:
+    """Decided from the basis that was found."""
+    columns, rows = found.array("ColumnBasis"), found.array("RowBasis")
+    basis = None if columns is None or rows is None else (columns, rows)
+    handle, failure = solve(model, options._replace(basis=basis, start=None, uniqueness=True))
+    if failure is not None:
+        raise failure
+    return Record(handle).unique
+
+
+def _result(found: Record, problem: _Problem,
+            unique: Callable[[], Optional[bool]]) -> LinprogResult:
     message = f"{_MESSAGE[found.status]}; {found.proof_line()}."
     status, x = STATUS[found.status], found.array("Values")
     if found.status != "optimal" or x is None:
@@ -184,7 +197,7 @@ def _result(found: Record, problem: _Problem) -> LinprogResult:
         lower=Marginals(x - lower, np.maximum(reduced, 0.0)),
         upper=Marginals(upper - x, np.minimum(reduced, 0.0)), proved=found.proved,
         proof=found.proof_line(), conflict=[])._with_record(
-            found, lambda: _exact(found, problem))
+            found, lambda: _exact(found, problem), unique)
 
 
 def _of(found: Record, name: str) -> Doubles:

@@ -118,7 +118,7 @@ class Model(Edits):
 
     def solve(self, *, numbers: str = "written", time_limit: float = math.inf,
               pivot_limit: Optional[int] = None, scale: bool = False, ranging: bool = False,
-              conflict_work: Optional[int] = None,
+              uniqueness: bool = False, conflict_work: Optional[int] = None,
               progress: Union[bool, Callable[[Progress], Optional[bool]], None] = None,
               log: Optional[Callable[[str], None]] = None) -> Solution:
         """Solves, from where the last solve of this model ended, and proves the answer.
@@ -126,7 +126,8 @@ class Model(Edits):
         `progress` is called before each pivot and ends the solve by returning False; True shows it,
         through tqdm where that is installed. `log` is called with lines for people. Ctrl-C ends the
         solve with nuv.Interrupted, a KeyboardInterrupt, which has what is known as its
-        ``solution``. `conflict_work` bounds the search of a conflict that cannot do without any
+        ``solution``. With `uniqueness` it is decided, exactly, whether the optimum is the only one:
+        ``solution.unique`` and ``unique_duals``. `conflict_work` bounds the search of a conflict that cannot do without any
         member: entries, rows and columns times pivots.
         """
         ranged = self._ranged() if ranging else None
@@ -137,7 +138,7 @@ class Model(Edits):
                 self._session = owned(lib.NuvSolverConstruct(), lib.NuvSolverDestruct)
             with follow(progress) as told:
                 options = Options(numbers, time_limit, pivot_limit, scale, ranging, conflict_work,
-                                  told, log)
+                                  told, log, uniqueness=uniqueness)
                 handle, failure = solve(self._handle, options, self._session if is_mine else None)
         finally:
             if is_mine:

@@ -13,6 +13,7 @@ from ._library import Error, check, lib, take_text
 
 STATUSES = ("optimal", "infeasible", "unbounded", "stopped")
 STOP_REASONS = ("", "time limit", "pivot limit", "cancelled")
+_UNIQUENESS = (None, True, False)
 BASIS_STATUSES = ("basic", "at lower", "at upper", "free")
 
 _INFO = ("proved", "iisMinimal", "objective", "primalViolation", "dualViolation", "seconds",
@@ -39,6 +40,9 @@ class Record:
         self.stop_reason: str = STOP_REASONS[info.stopReason]
         self.numbers = "stored" if info.numbers == lib.NUV_NUMBERS_Stored else "written"
         self.proved: bool = info.proved != 0
+        #: Of the optimal point, and of the optimal duals; None where it was not decided.
+        self.unique: Optional[bool] = _UNIQUENESS[lib.NuvSolutionGetPointUniqueness(handle)]
+        self.unique_duals: Optional[bool] = _UNIQUENESS[lib.NuvSolutionGetDualUniqueness(handle)]
 
     @property
     def pivots(self) -> int:

@@ -17,7 +17,13 @@ if TYPE_CHECKING:
 
 
 class Change(NamedTuple):
-    """A side of a row or a bound of a variable, and where it has to go."""
+    """A side of a row or a bound of a variable, and where it has to go.
+
+    >>> import nuv
+    >>> model = nuv.Model.from_arrays([1], [[1]], row_lower=4, upper=3, names=["x"])
+    >>> model.repair(row_weights=float("inf")).changes
+    [Change(kind='variable', name='x', side='upper', before=3.0, after=4.0, exact_after=Fraction(4, 1))]
+    """
 
     #: ``"row"`` or ``"variable"``.
     kind: str

@@ -11,7 +11,13 @@ from ._record import Record
 
 
 class Marginals(dict[str, Any]):
-    """``residual`` and ``marginals`` of rows or bounds; None both where there is no optimum."""
+    """``residual`` and ``marginals`` of rows or bounds; None both where there is no optimum.
+
+    >>> import nuv
+    >>> rows = nuv.linprog([-1], [[2], [1]], [4, 3]).ineqlin
+    >>> rows.residual.tolist(), rows.marginals.tolist()
+    ([0.0, 1.0], [-0.5, 0.0])
+    """
 
     def __init__(self, residual: Optional[Doubles] = None,
                  marginals: Optional[Doubles] = None) -> None:
@@ -28,7 +34,12 @@ class Marginals(dict[str, Any]):
 
 
 class Exact(NamedTuple):
-    """An optimum in fractions. Marginals are what the objective gains per unit of a side or bound."""
+    """An optimum in fractions. Marginals are what the objective gains per unit of a side or bound.
+
+    >>> import nuv
+    >>> nuv.linprog([-1], [[3]], [4]).exact.ineqlin
+    [Fraction(-1, 3)]
+    """
 
     fun: Fraction
     x: list[Fraction]
@@ -43,6 +54,10 @@ class ConflictMember:
     """One of the sides and bounds that exclude each other.
 
     Lower bounds of zero stay in force without being members.
+
+    >>> import nuv
+    >>> nuv.linprog([1], [[1]], [-1]).conflict
+    [ConflictMember(of='A_ub', index=0, side='upper')]
     """
 
     #: ``"A_ub"``, ``"A_eq"`` or ``"bounds"``.
@@ -57,12 +72,19 @@ class LinprogResult(dict[str, Any]):
 
     Besides scipy's: ``proved``; ``proof``, a line; ``conflict``, sides and bounds that exclude each
     other where the problem is infeasible; and, made when first asked for, ``exact``, the optimum in
-    fractions or None, and ``certificate``, the proof in VIPR format or None.
+    fractions or None, ``unique``, whether it is the only optimum or None without one, and
+    ``certificate``, the proof in VIPR format or None.
+
+    >>> import nuv
+    >>> found = nuv.linprog([-1, -1], [[1, 1]], [3])
+    >>> found.unique, found["fun"] == found.fun
+    (False, True)
     """
 
-    _LATER = ("exact", "certificate")
+    _LATER = ("exact", "unique", "certificate")
     _record: Optional[Record] = None
     _make_exact: Optional[Callable[[], Optional[Exact]]] = None
+    _make_unique: Optional[Callable[[], Optional[bool]]] = None
 
     @classmethod
     def _without_point(cls, status: int, message: str, nit: int, proved: bool, proof: str,
@@ -73,16 +95,19 @@ class LinprogResult(dict[str, Any]):
                    proof=proof, conflict=conflict)
 
     def _with_record(self, record: Record,
-                     exact: Optional[Callable[[], Optional[Exact]]] = None) -> LinprogResult:
+                     exact: Optional[Callable[[], Optional[Exact]]] = None,
+                     unique: Optional[Callable[[], Optional[bool]]] = None) -> LinprogResult:
         object.__setattr__(self, "_record", record)
         object.__setattr__(self, "_make_exact", exact)
+        object.__setattr__(self, "_make_unique", unique)
         return self
 
     def __missing__(self, name: str) -> Any:
         if name not in self._LATER:
             raise KeyError(name)
-        if name == "exact":
-            made: Any = self._make_exact() if self._make_exact is not None else None
+        if name in ("exact", "unique"):
+            make = self._make_exact if name == "exact" else self._make_unique
+            made: Any = make() if make is not None else None
         else:
             made = self._record.text("Certificate") if self._record is not None else None
         self[name] = made

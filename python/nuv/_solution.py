@@ -18,7 +18,13 @@ from ._vectors import LinearArray, VariableArray
 
 
 class Member(NamedTuple):
-    """A side of a row or a bound of a variable, one of those that exclude each other."""
+    """A side of a row or a bound of a variable, one of those that exclude each other.
+
+    >>> import nuv
+    >>> model = nuv.Model.from_arrays([1], [[1]], row_upper=-4, row_names=["debt"])
+    >>> model.solve().conflict
+    [Member(kind='row', name='debt', side='upper')]
+    """
 
     #: ``"row"`` or ``"variable"``.
     kind: str
@@ -28,7 +34,13 @@ class Member(NamedTuple):
 
 
 class Range(NamedTuple):
-    """Between which numbers a cost or a side may move with the same basis."""
+    """Between which numbers a cost or a side may move with the same basis.
+
+    >>> import nuv
+    >>> model = nuv.Model.from_arrays([1, 2], [[1, 1]], row_lower=3, row_names=["need"])
+    >>> model.solve(ranging=True).side_range("need", "lower")
+    Range(lower=0.0, upper=inf)
+    """
 
     lower: float
     upper: float
@@ -46,6 +58,12 @@ class Ranging(NamedTuple):
     """How far costs and sides may move with the same basis: a table each.
 
     The tables are of pandas where that is installed, else lists of dictionaries.
+
+    >>> import nuv
+    >>> model = nuv.Model.from_arrays([1, 2], [[1, 1]], row_lower=3, row_names=["need"])
+    >>> tables = model.solve(ranging=True).ranging()
+    >>> len(tables.variables), len(tables.rows)
+    (2, 1)
     """
 
     variables: Any
@@ -106,6 +124,16 @@ class Solution:
         """None where there is no proved optimum."""
         found = self._record.exact("Objective") if self.status == "optimal" else None
         return found[0] if found else None
+
+    @property
+    def unique(self) -> Optional[bool]:
+        """Whether there is no other optimal point; None without solve(uniqueness=True)."""
+        return self._record.unique
+
+    @property
+    def unique_duals(self) -> Optional[bool]:
+        """The same for the duals."""
+        return self._record.unique_duals
 
     @property
     def seconds(self) -> float:

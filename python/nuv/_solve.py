@@ -18,7 +18,15 @@ _STAGES = ("single precision", "double", "exact")
 
 
 class Progress(NamedTuple):
-    """Where a solve stands."""
+    """Where a solve stands.
+
+    >>> import nuv
+    >>> stages = []
+    >>> model = nuv.Model.from_arrays([1, 2], [[1, 1]], row_lower=3)
+    >>> solution = model.solve(progress=lambda told: stages.append(told.stage))
+    >>> stages[0]
+    'single precision'
+    """
 
     stage: str
     pivots: int
@@ -41,6 +49,10 @@ class Options(NamedTuple):
     log: Optional[Callable[[str], None]] = None
     #: Values to start from, NaN where none is known.
     start: Optional[Doubles] = None
+    #: Of columns and rows, to start from.
+    basis: Optional[tuple[Any, Any]] = None
+    #: Whether it is to be decided if there are other optima.
+    uniqueness: bool = False
 
 
 class Interrupted(KeyboardInterrupt):
@@ -99,11 +111,12 @@ class Call:
         given.numbers = _one_of(options.numbers)
         given.seconds = _seconds(options.seconds, "time_limit")
         given.scale, given.sensitivity = bool(options.scale), bool(options.ranging)
+        given.uniqueness = bool(options.uniqueness)
         if options.conflict_work is not None:
-            given.iisWork = _whole(options.conflict_work, "conflict_work")
+            given.iisWork = whole(options.conflict_work, "conflict_work")
         if options.pivots is not None:
             given.singlePrecisionPivots = given.doublePivots = given.exactPivots = \
-                _whole(options.pivots, "pivot_limit")
+                whole(options.pivots, "pivot_limit")
         given.userData = self._user_data
         # Python sees signals on its main thread alone: elsewhere the call would only cost.
         if options.progress is not None or threading.current_thread() is threading.main_thread():
@@ -113,6 +126,10 @@ class Call:
         if options.start is not None:
             given.startValues = pointer(options.start, "double")
             given.numStartValues = options.start.size
+        if options.basis is not None:
+            columns, rows = options.basis
+            given.startColumnBasis, given.numStartColumns = pointer(columns, "uint8_t"), columns.size
+            given.startRowBasis, given.numStartRows = pointer(rows, "uint8_t"), rows.size
 
 
 def solve(model: Any, options: Options,
@@ -157,7 +174,8 @@ def _seconds(value: Any, name: str) -> float:
     return seconds
 
 
-def _whole(value: Any, name: str) -> int:
-    if not isinstance(value, (int, np.integer)) or not 0 <= value < 2**64:
-        raise ValueError(f"{name}: a whole number from 0 is needed, not {value!r}")
+def whole(value: Any, name: str, least: int = 0, end: int = 2**64) -> int:
+    """A whole number from `least` to before `end`."""
+    if isinstance(value, bool) or not isinstance(value, (int, np.integer)) or not least <= value < end:
+        raise ValueError(f"{name}: a whole number from {least} is needed, not {value!r}")
     return int(value)

@@ -240,6 +240,39 @@ def test_limits_end_a_solve_with_status_1():
     assert result.status == 1 and "time limit" in result.message
 
 
+def brute_uniqueness(problem, found):
+    """No other point is as good: the largest and smallest of each variable on the optimal face."""
+    c, A_ub, b_ub = problem
+    face = (np.vstack((A_ub, [c])), [*b_ub, str(found.exact.fun)])
+    for k in range(len(c)):
+        for sign in (1, -1):
+            end = nuv.linprog(sign * np.eye(len(c))[k], *face)
+            if end.status != 0 or sign * end.exact.fun != found.exact.x[k]:
+                return False
+    return True
+
+
+def test_uniqueness_is_decided_exactly():
+    seen = {True: 0, False: 0}
+    for seed in range(150):
+        r = np.random.default_rng(seed)
+        n, m = int(r.integers(1, 5)), int(r.integers(1, 5))
+        problem = r.integers(-3, 4, n), r.integers(-2, 5, (m, n)), r.integers(0, 9, m)
+        found = nuv.linprog(*problem)
+        if found.status != 0:
+            assert found.unique is None
+        else:
+            assert found.unique is brute_uniqueness(problem, found), seed
+            seen[found.unique] += 1
+    assert min(seen.values()) > 20
+    two = nuv.Model.from_arrays([1, 1], [[1, 1], [2, 2]], row_lower=[1, 2])
+    assert two.solve().unique is None
+    solution = two.solve(uniqueness=True)
+    assert (solution.unique, solution.unique_duals) == (False, False)
+    assert pickle.loads(pickle.dumps(solution)).unique is False
+    assert pickle.loads(pickle.dumps(nuv.linprog([1], [[-1]], [-1]))).unique is True
+
+
 def test_the_certificate_and_pickles():
     result = nuv.linprog([-30, -70], [[2, 5], [4, 3]], [300, 240])
     assert result.certificate.lstrip().startswith("VER")
