@@ -16,9 +16,12 @@ enum class CoefficientMeaning : std::uint8_t
 /// A power of two times a power of five.
 struct Scale
 {
-    int two = 0;
-    int five = 0;
+    int two = 0;   ///< the exponent of 2
+    int five = 0;  ///< the exponent of 5
 
+    ///@{
+    /// Exponents change sign, add up, subtract, compare: as the powers are inverted, multiplied,
+    /// divided.
     Scale operator-() const noexcept
     {
         return {-two, -five};
@@ -32,6 +35,7 @@ struct Scale
         return x + -y;
     }
     friend bool operator==(Scale, Scale) = default;
+    ///@}
     /// Lowers both exponents to those of `other` where these are lower.
     void LowerTo(Scale other) noexcept
     {
@@ -44,8 +48,8 @@ struct Scale
 /// has the mantissa 0 and the scale {0, 0}.
 struct ExactNumber
 {
-    std::int64_t mantissa = 0;
-    Scale scale;
+    std::int64_t mantissa = 0;  ///< odd, or 0
+    Scale scale;                ///< what it is to be multiplied by
 };
 
 /// The number that a finite double stands for.

@@ -7,6 +7,7 @@
 namespace nuv
 {
 
+/// The verdict of a solve.
 enum class Status : std::uint8_t
 {
     Optimal,

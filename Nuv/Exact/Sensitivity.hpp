@@ -7,13 +7,17 @@
 namespace nuv
 {
 
+/// Between which two numbers one number of the model may move while the optimal basis stays
+/// optimal.
 struct AllowedRange
 {
-    double lower = -std::numeric_limits<double>::infinity();
-    double upper = std::numeric_limits<double>::infinity();
+    double lower = -std::numeric_limits<double>::infinity();  ///< -infinity: as low as one likes
+    double upper = std::numeric_limits<double>::infinity();   ///< infinity: as high as one likes
+    /// Whether both ends are the same.
     bool operator==(const AllowedRange&) const = default;
 };
 
+/// The ranges of all costs and sides of an optimum.
 struct Sensitivity
 {
     /// Whether each end was computed exactly and rounded once; if not, in doubles from the exact

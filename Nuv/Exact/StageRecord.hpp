@@ -10,16 +10,20 @@
 namespace nuv
 {
 
+/// What one stage did.
 struct StageRecord
 {
-    bool ran = false;
+    bool ran = false;          ///< whether it was begun
     std::uint64_t pivots = 0;  ///< wherever they were made, in auxiliary programs too
-    double seconds = 0.0;
+    double seconds = 0.0;      ///< of wall time
 };
 
+/// The records of all stages.
 class StageRecords
 {
 public:
+    ///@{
+    /// Of one stage.
     [[nodiscard]] StageRecord& operator[](Stage stage) noexcept
     {
         return m_records[static_cast<std::size_t>(stage)];
@@ -28,6 +32,7 @@ public:
     {
         return m_records[static_cast<std::size_t>(stage)];
     }
+    ///@}
 
 private:
     std::array<StageRecord, kStages> m_records;

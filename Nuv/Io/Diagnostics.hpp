@@ -26,6 +26,8 @@
 namespace nuv
 {
 
+/// How serious a diagnostic is: an error ends what was tried, a warning says that the result may
+/// not be what was meant, a note explains.
 enum class Severity
 {
     Error,
@@ -33,9 +35,10 @@ enum class Severity
     Note
 };
 
+/// One thing that reading or writing had to say.
 struct Diagnostic
 {
-    Severity severity = Severity::Error;
+    Severity severity = Severity::Error;  ///< an error has ended what was tried
     /// What happened and where. Columns count characters, not bytes; a tab is one.
     Error error;
     /// The part of the source line around the place, tabs expanded, ready to print; empty if there
@@ -55,6 +58,7 @@ struct Diagnostic
 /// A diagnostic about a whole file or a model, without a place.
 [[nodiscard]] Diagnostic WithoutPlace(Error error, Severity severity = Severity::Error);
 
+/// Collects what is said about one text; places are pointers into it.
 class DiagnosticLog
 {
 public:
@@ -64,20 +68,25 @@ public:
     /// `text` is the whole file and outlives the log.
     DiagnosticLog(std::string_view file, std::string_view text) : m_file(file), m_text(text) {}
 
+    ///@{
     /// Each returns false, so that a parser can write `return log.Fail(...)`.
     bool Fail(const char* at, std::string code, std::string text, std::string hint = {});
     bool Warn(const char* at, std::string code, std::string text, std::string hint = {});
     bool Note(const char* at, std::string code, std::string text, std::string hint = {});
+    ///@}
 
+    ///@{
     /// Counts one more of `code` and tells whether it is among the first few, so that its text is
     /// worth composing. Warn and Note count by themselves; ask before them only where they may be
     /// called very often.
     [[nodiscard]] bool Full(std::string_view code) const noexcept;
     void CountOnly(std::string_view code);
+    ///@}
 
     /// The line of a place, from 1.
     [[nodiscard]] std::size_t LineOf(const char* at);
 
+    /// Whether Fail was called.
     [[nodiscard]] bool HasError() const noexcept
     {
         return m_errorPlace != nullptr;

@@ -11,6 +11,7 @@
 namespace nuv
 {
 
+/// The formats of model files.
 enum class ModelFormat : std::uint8_t
 {
     Lp,

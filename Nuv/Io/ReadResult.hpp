@@ -20,12 +20,13 @@ enum class MpsForm
     Free
 };
 
+/// What a reader is to make of what formats leave open.
 struct ReadOptions
 {
     /// Takes integer and binary variables for continuous ones within their bounds, with a warning,
     /// instead of refusing them.
     bool relax = false;
-    MpsForm mpsForm = MpsForm::ByContent;
+    MpsForm mpsForm = MpsForm::ByContent;  ///< of MPS files
     /// Takes the right-hand side of an MPS file's objective row for the objective's constant as it
     /// stands, not for the constant's negative.
     bool mpsConstantPlus = false;
@@ -33,12 +34,14 @@ struct ReadOptions
     bool mpsSenseComment = false;
 };
 
+/// A model that was read, or why there is none.
 struct ReadResult
 {
     /// Empty if there was an error; nothing is loaded by halves.
     std::optional<Model> model;
-    std::vector<Diagnostic> diagnostics;
+    std::vector<Diagnostic> diagnostics;  ///< in the order of their places
 
+    /// Whether there is a model.
     [[nodiscard]] bool Ok() const noexcept
     {
         return model.has_value();

@@ -14,12 +14,14 @@
 namespace nuv
 {
 
+/// A written text, or why there is none.
 struct WriteResult
 {
     /// Empty if there was an error.
     std::optional<std::string> text;
-    std::vector<Diagnostic> diagnostics;
+    std::vector<Diagnostic> diagnostics;  ///< in the order in which they came up
 
+    /// Whether there is a text.
     [[nodiscard]] bool Ok() const noexcept
     {
         return text.has_value();
@@ -33,11 +35,13 @@ struct WriteResult
         return found == diagnostics.end() ? none : found->error;
     }
 
+    /// Whether one of the diagnostics is an error.
     [[nodiscard]] bool HasError() const noexcept
     {
         return std::any_of(diagnostics.begin(), diagnostics.end(), IsError);
     }
 
+    /// Adds a diagnostic; `what` is its text.
     void Report(Severity severity, std::string code, std::string what, std::string hint = {})
     {
         Error error;

@@ -16,12 +16,12 @@ namespace nuv
 /// place.
 struct Error
 {
-    std::string code;
-    std::string text;
-    std::string hint;
-    std::string file;
-    std::size_t line = 0;
-    std::size_t column = 0;
+    std::string code;        ///< the same in every version; empty where nothing is wrong
+    std::string text;        ///< what is wrong, without a full stop
+    std::string hint;        ///< what to do about it; empty where nothing helps
+    std::string file;        ///< as messages call it; empty for none
+    std::size_t line = 0;    ///< of the file
+    std::size_t column = 0;  ///< of the line, in characters
 };
 
 /// A value or the Error that took its place. Ask before taking: `if (result) use(*result); else
@@ -30,9 +30,14 @@ template <class Value>
 class [[nodiscard]] Result
 {
 public:
+    ///@{
+    /// Holds one or the other; implicit, so that a function returns either.
     Result(Value value) : m_content(std::in_place_index<0>, std::move(value)) {}
     Result(Error error) : m_content(std::in_place_index<1>, std::move(error)) {}
+    ///@}
 
+    ///@{
+    /// Whether it holds a value.
     [[nodiscard]] bool Ok() const noexcept
     {
         return m_content.index() == 0;
@@ -41,7 +46,9 @@ public:
     {
         return Ok();
     }
+    ///@}
 
+    ///@{
     /// The value. Only after Ok().
     [[nodiscard]] Value& operator*() & noexcept
     {
@@ -63,6 +70,7 @@ public:
     {
         return std::get_if<0>(&m_content);
     }
+    ///@}
 
     /// The failure. Only after !Ok().
     [[nodiscard]] const Error& GetError() const noexcept

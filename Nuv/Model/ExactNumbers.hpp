@@ -21,6 +21,7 @@ namespace nuv
 /// `at` at variable `column`.
 struct NumberPlace
 {
+    /// Of the objective, of a variable, of a row, or an entry of the matrix.
     enum class Of : std::uint8_t
     {
         ObjectiveConstant,
@@ -31,15 +32,18 @@ struct NumberPlace
         RowUpper,
         Entry,
     };
-    Of of = Of::ObjectiveConstant;
-    std::uint32_t at = 0;
-    std::uint32_t column = 0;
+    Of of = Of::ObjectiveConstant;  ///< which kind of number
+    std::uint32_t at = 0;           ///< of the variable, or of the row; 0 for the constant
+    std::uint32_t column = 0;       ///< of an entry, else 0
+    /// By kind, then by place.
     friend auto operator<=>(const NumberPlace&, const NumberPlace&) = default;
 };
 
+/// The texts of such numbers of one model, by place.
 class ExactNumbers
 {
 public:
+    /// Whether every double of the model says it all.
     [[nodiscard]] bool Empty() const noexcept
     {
         return m_texts.empty();
@@ -52,10 +56,12 @@ public:
         const auto found = m_texts.find(place);
         return found == m_texts.end() ? nullptr : &found->second;
     }
+    /// Says what the number at a place is; the double there is the caller's to set.
     void Set(const NumberPlace& place, std::string text)
     {
         m_texts.insert_or_assign(place, std::move(text));
     }
+    /// Leaves it to the double.
     void Erase(const NumberPlace& place)
     {
         m_texts.erase(place);
@@ -66,6 +72,7 @@ public:
         std::erase_if(m_texts, [](const auto& entry)
                       { return entry.first.of <= NumberPlace::Of::Objective; });
     }
+    ///@{
     /// Follows a model that loses what is marked: what stays moves up.
     void RemoveRows(const std::vector<bool>& marked)
     {
@@ -83,6 +90,8 @@ public:
                                                              : &place.at;
                });
     }
+    ///@}
+    ///@{
     /// Each with its text, in the order of their places.
     [[nodiscard]] auto begin() const noexcept
     {
@@ -92,6 +101,8 @@ public:
     {
         return m_texts.end();
     }
+    ///@}
+    /// Whether both say the same texts in the same places.
     friend bool operator==(const ExactNumbers&, const ExactNumbers&) = default;
 
 private:

@@ -18,15 +18,19 @@
 namespace nuv
 {
 
+/// A bound that is none.
 inline constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 /// A coefficient and its variable: what `2 * x` is, without storage of its own.
 struct Term
 {
-    Variable variable;
-    double coefficient = 1.0;
+    Variable variable;         ///< of the model that is to get the term
+    double coefficient = 1.0;  ///< finite, or that model refuses it
 };
 
+///@{
+/// The variable or term times a number, over a number, or with its sign: one product or quotient of
+/// doubles, rounded once. Dividing by 0 gives a term that every model refuses.
 inline Term operator*(double factor, Variable variable) noexcept
 {
     return {variable, factor};
@@ -67,16 +71,22 @@ inline Term operator-(Term term) noexcept
 {
     return {term.variable, -term.coefficient};
 }
+///@}
 
 /// A sum of terms and constants.
 class Expression
 {
 public:
     Expression() = default;
+    ///@{
+    /// Of one constant, or of one term; implicit, so that numbers and variables may stand wherever
+    /// an expression may.
     Expression(double constant) : m_constant(constant) {}
     Expression(Variable variable) : m_terms{{variable, 1.0}} {}
     Expression(Term term) : m_terms{term} {}
+    ///@}
 
+    /// In the order in which they were added, repeated variables as often as they were.
     [[nodiscard]] const std::vector<Term>& Terms() const noexcept
     {
         return m_terms;
@@ -102,6 +112,8 @@ public:
         m_terms.reserve(terms);
     }
 
+    ///@{
+    /// Appends what is on the right, or its negative. An expression may be added to itself.
     Expression& operator+=(Term term)
     {
         return Add(term.coefficient, term.variable);
@@ -128,6 +140,9 @@ public:
         Append(other, -1.0);
         return *this;
     }
+    ///@}
+    ///@{
+    /// Multiplies or divides each coefficient and each constant, in doubles.
     Expression& operator*=(double factor)
     {
         for (Term& term : m_terms)
@@ -146,6 +161,7 @@ public:
             constant /= divisor;
         return *this;
     }
+    ///@}
 
 private:
     friend class Model;
@@ -178,6 +194,9 @@ private:
     std::vector<double> m_furtherConstants;
 };
 
+///@{
+/// The sum, difference, multiple or quotient: terms and constants of both sides in their order, not
+/// added up yet; multiples and quotients are computed in doubles.
 inline Expression operator+(Expression left, const Expression& right)
 {
     left += right;
@@ -233,7 +252,9 @@ inline Expression operator/(Expression expression, double divisor)
     expression /= divisor;
     return expression;
 }
+///@}
 
+///@{
 /// The sum of the items of a range: variables, terms, expressions or numbers.
 template <class Items>
 [[nodiscard]] Expression Sum(Items&& items)
@@ -247,6 +268,7 @@ template <class Items>
 {
     return Sum<const std::initializer_list<Variable>&>(variables);
 }
+///@}
 
 /// The sum of `of(item)` over the items of a range.
 template <class Items, class Function>
@@ -258,6 +280,7 @@ template <class Items, class Function>
     return sum;
 }
 
+///@{
 /// The sum of coefficients[k] * variables[k]. No model takes what two ranges of different lengths
 /// give: it has a variable of no model, or a coefficient that is no number.
 template <class Coefficients, class Variables>
@@ -283,16 +306,19 @@ template <class Variables>
     return Dot<std::initializer_list<double>, std::initializer_list<Variable>>(coefficients,
                                                                                variables);
 }
+///@}
 
 /// lower <= expression <= upper. The constant of the expression counts with its terms.
 struct Constraint
 {
-    Expression expression;
-    double lower = -Infinity;
-    double upper = Infinity;
+    Expression expression;     ///< with its constants on this side still
+    double lower = -Infinity;  ///< of the expression; -Infinity for none
+    double upper = Infinity;   ///< of the expression; Infinity for none
 };
 
-// A constant on the left changes sides, so that `5 >= x` is stored as x <= 5 and not as -x >= -5.
+///@{
+/// Both sides on the left, against zero. What is a constant alone changes sides, so that `5 >= x`
+/// is stored as x <= 5 and not as -x >= -5. Both sides constant is a row without terms.
 inline Constraint operator<=(Expression left, const Expression& right)
 {
     if (left.Terms().empty())
@@ -311,6 +337,7 @@ inline Constraint operator==(Expression left, const Expression& right)
         return {right - left, 0.0, 0.0};
     return {std::move(left -= right), 0.0, 0.0};
 }
+///@}
 
 /// lower <= expression <= upper; C++ has no chained comparison that could say so.
 inline Constraint Range(double lower, Expression expression, double upper)

@@ -23,8 +23,10 @@ template <class Kind>
 class Handle
 {
 public:
+    /// Of a handle that is not valid, and of what is not there.
     static constexpr std::uint32_t NoIndex = 0xFFFFFFFFu;
 
+    /// A handle of nothing.
     Handle() = default;
 
     /// Which of the model's variables or rows this was when it was made. As long as nothing is
@@ -33,6 +35,8 @@ public:
     {
         return m_index;
     }
+    /// Whether a model made it; not whether what it stands for is still there, which Model::Owns
+    /// says.
     [[nodiscard]] bool Valid() const noexcept
     {
         return m_index != NoIndex;
@@ -54,7 +58,9 @@ private:
     std::uint32_t m_index = NoIndex;
 };
 
+/// A variable of a model.
 using Variable = Handle<struct VariableKind>;
+/// A row of a model.
 using Row = Handle<struct RowKind>;
 
 /// The origins of one model's variables, or of its rows, and where they stand now. Every index of a
@@ -65,7 +71,9 @@ using Row = Handle<struct RowKind>;
 class HandleOrigins
 {
 public:
+    /// Without places.
     HandleOrigins() = default;
+    /// What both have from now on in common; the next addition to the copy is its own.
     HandleOrigins(const HandleOrigins& other)
         : m_stretches(other.m_stretches),
           m_count(other.m_count),
@@ -74,6 +82,8 @@ public:
           m_placeOf(other.m_placeOf)
     {
     }
+    ///@{
+    /// Leaves the other without places, its stretch with this one.
     HandleOrigins(HandleOrigins&& other) noexcept
         : m_stretches(std::exchange(other.m_stretches, {})),
           m_count(std::exchange(other.m_count, 0)),
@@ -93,6 +103,7 @@ public:
         m_placeOf.swap(other.m_placeOf);
         return *this;
     }
+    ///@}
     ~HandleOrigins() = default;
 
     /// One more place, the last.
@@ -136,6 +147,7 @@ public:
         return m_count == m_made ? handle.m_index : m_placeOf[handle.m_index];
     }
 
+    /// Whether the handle stands for what has a place here.
     template <class Kind>
     [[nodiscard]] bool Contain(const Handle<Kind>& handle) const noexcept
     {
@@ -170,6 +182,8 @@ private:
 
 }  // namespace nuv
 
+/// @cond
+// For containers of handles; equal for handles that are the same.
 template <class Kind>
 struct std::hash<nuv::Handle<Kind>>
 {
@@ -179,6 +193,7 @@ struct std::hash<nuv::Handle<Kind>>
     }
 };
 
+// Since `==` between variables states an equation.
 template <class Kind>
 struct std::equal_to<nuv::Handle<Kind>>
 {
@@ -188,3 +203,4 @@ struct std::equal_to<nuv::Handle<Kind>>
         return Same(left, right);
     }
 };
+/// @endcond

@@ -31,6 +31,7 @@
 namespace nuv
 {
 
+/// The direction of an objective.
 enum class Sense
 {
     Minimize,
@@ -40,21 +41,23 @@ enum class Sense
 /// Bounds of a variable or of a row; the default is what a variable has when nothing is said.
 struct Bounds
 {
-    double lower = 0.0;
-    double upper = Infinity;
+    double lower = 0.0;       ///< -Infinity for none
+    double upper = Infinity;  ///< Infinity for none
 };
 
 /// A coefficient of a column that is added: the row where it stands.
 struct ColumnTerm
 {
-    Row row;
-    double coefficient;
+    Row row;             ///< of the model that gets the column
+    double coefficient;  ///< finite
 };
 
 struct Solution;
 struct SolveOptions;
 struct WrittenNumber;
 
+/// A linear program that is stated, edited and asked; a value, whose copies are independent but
+/// know the same handles. A model that was moved from is only good to be assigned to.
 class Model
 {
 public:
@@ -83,6 +86,9 @@ public:
     /// The same under a name made for it.
     Row Add(const Constraint& constraint);
 
+    ///@{
+    /// Replaces the objective, exact numbers of the old one included. Fails as Add does and leaves
+    /// the old one then.
     void Maximize(const Expression& objective)
     {
         SetObjective(Sense::Maximize, objective);
@@ -91,10 +97,12 @@ public:
     {
         SetObjective(Sense::Minimize, objective);
     }
+    ///@}
 
     /// A variable with its cost and its coefficients in rows that exist; terms of the same row are
     /// added up as decimals.
     /// @return an invalid handle, with Failure() set, where AddVariable gives one, or if a row is
+    ///@{
     /// not of this model or a number is not finite.
     Variable AddColumn(std::string_view name, double cost, Bounds bounds,
                        std::span<const ColumnTerm> terms);
@@ -103,23 +111,29 @@ public:
     {
         return AddColumn(name, cost, bounds, std::span(terms.begin(), terms.size()));
     }
+    ///@}
+    ///@{
     /// The same under a name made for it: `AddColumn(3.5, {0, 40}, {{wood, 2}, {labour, 4}})`.
     Variable AddColumn(double cost, Bounds bounds, std::span<const ColumnTerm> terms);
     Variable AddColumn(double cost, Bounds bounds, std::initializer_list<ColumnTerm> terms)
     {
         return AddColumn(cost, bounds, std::span(terms.begin(), terms.size()));
     }
+    ///@}
 
     // Editing it ------------------------------------------------------------
     //
-    // Each returns false, with Failure() set and nothing else changed, if a variable or row is not
-    // of this model (any more) or a number is no number or infinite where it must not be.
-
+    ///@{
+    /// Replaces both bounds of a variable, or both sides of a row, and forgets their exact numbers.
+    /// Bounds that exclude each other are taken: such a model is infeasible.
+    /// @return false, with Failure() set and nothing else changed, if the variable or row is not of
+    /// this model (any more), a bound is NaN, or no number could keep it. So do all edits below.
     bool SetBounds(Variable variable, Bounds bounds);
-    /// Of the row's activity.
     bool SetBounds(Row row, Bounds bounds);
-    /// In the model's own sense.
+    ///@}
+    /// Of the objective in the model's own sense; finite.
     bool SetCost(Variable variable, double cost);
+    /// Of the objective in the model's own sense; finite.
     bool SetObjectiveConstant(double constant);
     /// Turns the objective round, its numbers unchanged.
     void SetSense(Sense sense) noexcept
@@ -129,21 +143,24 @@ public:
     /// A coefficient of 0 takes the entry out of the row.
     bool SetCoefficient(Row row, Variable variable, double coefficient);
 
-    // Numbers that no double says: a text that is an integer, a decimal of any length or a quotient
-    // of integers, "-1/3". The double in the place becomes the nearest one, which is what is solved
-    // if SolveOptions::numbers asks for doubles; otherwise the answer is about the number itself.
-    // Setting the double of a place again forgets what was said beside it, SetBounds of both
-    // bounds. What is no such text, or beyond doubles, is refused with the code model.not-a-number.
-
+    ///@{
+    /// Says a number that no double does: a text that is an integer, a decimal of any length or a
+    /// quotient of integers, "-1/3". The double in the place becomes the nearest one, which is what
+    /// is solved if SolveOptions::numbers asks for doubles; otherwise the answer is about the
+    /// number itself. Setting the double of a place again forgets what was said beside it. Of
+    /// bounds and sides the other one stays, as exact as it was.
+    /// @return false as edits do; with the code model.not-a-number for what is no such text, or is
+    /// beyond doubles.
     bool SetExactCost(Variable variable, std::string_view number);
     bool SetExactConstant(std::string_view number);
-    /// The other bound stays, as exact as it was.
     bool SetExactLower(Variable variable, std::string_view number);
     bool SetExactUpper(Variable variable, std::string_view number);
     bool SetExactLower(Row row, std::string_view number);
     bool SetExactUpper(Row row, std::string_view number);
     bool SetExactCoefficient(Row row, Variable variable, std::string_view number);
+    ///@}
 
+    ///@{
     /// Takes rows or variables out, these with all their coefficients, and their names with them.
     /// Handles of what is removed are refused from then on, all others stay good; but places in
     /// arrays by variable or row move up (IndexOf). Many at once cost as much as one.
@@ -157,7 +174,10 @@ public:
     }
     bool Remove(std::span<const Row> rows);
     bool Remove(std::span<const Variable> variables);
+    ///@}
 
+    ///@{
+    /// The name of the model, or of its objective, for files and reports; any text, also empty.
     void SetName(std::string_view name)
     {
         m_name = name;
@@ -166,6 +186,7 @@ public:
     {
         m_objectiveName = name;
     }
+    ///@}
 
     /// The first thing that went wrong while the model was stated.
     [[nodiscard]] const std::optional<Error>& Failure() const noexcept
@@ -189,15 +210,21 @@ public:
     /// written.
     [[nodiscard]] std::optional<Error> Write(const std::string& path) const;
 
+    ///@{
     /// Solves and proves; include Nuv/Solve/Solution.hpp for what comes back.
     [[nodiscard]] Solution Solve() const;
     [[nodiscard]] Solution Solve(const SolveOptions& options) const;
+    ///@}
 
     // Asking ----------------------------------------------------------------
 
+    ///@{
+    /// By name, a made one too; nothing if the model has none of this name.
     [[nodiscard]] std::optional<Variable> FindVariable(std::string_view name) const noexcept;
     [[nodiscard]] std::optional<Row> FindRow(std::string_view name) const noexcept;
+    ///@}
 
+    ///@{
     /// The variable or row at a place in the arrays below; not valid if there is none.
     [[nodiscard]] Variable VariableAt(std::uint32_t column) const noexcept
     {
@@ -207,7 +234,9 @@ public:
     {
         return m_rows.Make<RowKind>(row);
     }
+    ///@}
 
+    ///@{
     /// The place of a variable or row in the arrays below; NoIndex if it is not of this model.
     [[nodiscard]] std::uint32_t IndexOf(Variable variable) const noexcept
     {
@@ -217,7 +246,9 @@ public:
     {
         return m_rows.Find(row);
     }
+    ///@}
 
+    ///@{
     /// Whether a handle is valid and of this model, or was of the model that this one is a copy of
     /// when the copy was made.
     [[nodiscard]] bool Owns(Variable variable) const noexcept
@@ -228,6 +259,8 @@ public:
     {
         return m_rows.Contain(row);
     }
+    ///@}
+    ///@{
     /// The same for what outlives the model.
     [[nodiscard]] const HandleOrigins& VariableOrigins() const noexcept
     {
@@ -237,7 +270,11 @@ public:
     {
         return m_rows;
     }
+    ///@}
 
+    ///@{
+    /// How many variables, rows and stored coefficients there are; a coefficient may be stored and
+    /// 0, as `0 * x` is.
     [[nodiscard]] std::uint32_t VariableCount() const noexcept
     {
         return m_variableNames.Size();
@@ -250,7 +287,10 @@ public:
     {
         return m_columns.size();
     }
+    ///@}
 
+    ///@{
+    /// As they were set; empty where they were not.
     [[nodiscard]] const std::string& Name() const noexcept
     {
         return m_name;
@@ -259,6 +299,10 @@ public:
     {
         return m_objectiveName;
     }
+    ///@}
+    ///@{
+    /// Of the variable or row at a place that there is; valid until the next one is added or
+    /// removed.
     [[nodiscard]] std::string_view VariableName(std::uint32_t column) const noexcept
     {
         return m_variableNames[column];
@@ -267,11 +311,14 @@ public:
     {
         return m_rowNames[row];
     }
+    ///@}
 
+    /// Minimize unless the objective was stated otherwise.
     [[nodiscard]] Sense ObjectiveSense() const noexcept
     {
         return m_sense;
     }
+    /// The double of it; NumberPlace::Of::ObjectiveConstant in Exact() may say more.
     [[nodiscard]] double ObjectiveConstant() const noexcept
     {
         return m_objectiveConstant;
@@ -282,6 +329,8 @@ public:
         return m_objective;
     }
 
+    ///@{
+    /// By variable or by row; an infinity is no bound.
     [[nodiscard]] std::span<const double> VariableLower() const noexcept
     {
         return m_variableLower;
@@ -298,6 +347,7 @@ public:
     {
         return m_rowUpper;
     }
+    ///@}
 
     /// What the numbers are that their doubles do not say.
     [[nodiscard]] const ExactNumbers& Exact() const noexcept
@@ -305,6 +355,7 @@ public:
         return m_exact;
     }
 
+    ///@{
     /// The columns of a row and, at the same places, their coefficients.
     [[nodiscard]] std::span<const std::uint32_t> RowColumns(std::uint32_t row) const noexcept
     {
@@ -316,6 +367,8 @@ public:
         return std::span(m_coefficients)
             .subspan(m_rowStarts[row], m_rowStarts[row + 1] - m_rowStarts[row]);
     }
+    ///@}
+    ///@{
     /// All rows in one piece: row i is [starts[i], starts[i + 1]) of columns and coefficients.
     [[nodiscard]] std::span<const std::size_t> RowStarts() const noexcept
     {
@@ -329,6 +382,7 @@ public:
     {
         return m_coefficients;
     }
+    ///@}
 
 private:
     friend class BulkEditor;

@@ -13,23 +13,27 @@
 namespace nuv
 {
 
+/// The names of one model's rows or of its columns.
 class NameTable
 {
 public:
+    /// The index of no name.
     static constexpr std::uint32_t kNone = 0xFFFFFFFFu;
 
     /// What a lookup computes from a name: its first bytes, padded with zeros, and the hash of all.
     struct Key
     {
-        std::uint64_t head[2];
-        std::uint64_t hash;
+        std::uint64_t head[2];  ///< the first 16 bytes
+        std::uint64_t hash;     ///< of all bytes
     };
+    /// Where a name is that was looked for and appended if need be.
     struct Interned
     {
-        std::uint32_t index;
-        bool isNew;
+        std::uint32_t index;  ///< of the name
+        bool isNew;           ///< whether it was appended
     };
 
+    /// How many entries there are, those without a name too.
     [[nodiscard]] std::uint32_t Size() const noexcept
     {
         return static_cast<std::uint32_t>(m_entries.size());
@@ -49,16 +53,19 @@ public:
     /// The index of `name`, appended if it is new. `name` is not empty.
     Interned Intern(std::string_view name);
 
+    ///@{
     /// The same in two steps, for a reader of many names that cannot wait for memory at each: the
     /// key, and soon afterwards the name with its key.
     [[nodiscard]] Key PrepareKey(std::string_view name) const noexcept;
     Interned Intern(std::string_view name, const Key& key);
     [[nodiscard]] std::uint32_t Find(std::string_view name, const Key& key) const noexcept;
+    ///@}
 
     /// A letter and the position that the next entry will have, from 1, with as many underscores
     /// behind as it takes to be a new name.
     [[nodiscard]] std::string MakeName(char letter) const;
 
+    /// Whether the name of an entry was made, so that it gives way to a stated one.
     [[nodiscard]] bool IsMade(std::uint32_t index) const noexcept
     {
         return index < m_isMade.size() && m_isMade[index];

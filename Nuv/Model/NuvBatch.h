@@ -48,6 +48,7 @@ typedef struct NuvBatch
     uint32_t numEqualRows;
     /// Zero.
     uint32_t reserved;
+    /// How many problems there are.
     uint64_t count;
     /// A problem that wants more pivots than this in doubles, or in exact numbers, is given up as
     /// Stopped; UINT64_MAX is no limit.
@@ -55,24 +56,31 @@ typedef struct NuvBatch
 
     /// [n]; null is 0 for all.
     const double* costs;
+    /// From one problem's costs to the next one's; 0: all have the same.
     uint64_t costsStride;
     /// A, row after row.
     const double* upperMatrix;
+    /// From one problem's upperMatrix to the next one's; 0: all have the same.
     uint64_t upperStride;
     /// b; infinity is a row without a side.
     const double* upperSides;
+    /// From one problem's upperSides to the next one's; 0: all have the same.
     uint64_t upperSidesStride;
     /// E, row after row.
     const double* equalMatrix;
+    /// From one problem's equalMatrix to the next one's; 0: all have the same.
     uint64_t equalStride;
     /// d
     const double* equalSides;
+    /// From one problem's equalSides to the next one's; 0: all have the same.
     uint64_t equalSidesStride;
     /// [n]; null is 0 for all.
     const double* columnLower;
+    /// From one problem's columnLower to the next one's; 0: all have the same.
     uint64_t columnLowerStride;
     /// [n]; null is infinity for all.
     const double* columnUpper;
+    /// From one problem's columnUpper to the next one's; 0: all have the same.
     uint64_t columnUpperStride;
 
     /// [count] NUV_STATUS_...

@@ -53,6 +53,7 @@ enum
     NUV_EVIDENCE_Solve = 5
 };
 
+/// How a claim is checked.
 typedef struct NuvClaimOptions
 {
     /// sizeof(NuvClaimOptions), set by NuvClaimOptionsInit.
@@ -74,6 +75,7 @@ typedef struct NuvClaimOptions
     void* userData;
 } NuvClaimOptions;
 
+/// What became of a claim.
 typedef struct NuvClaimInfo
 {
     /// sizeof(NuvClaimInfo), set by the caller.

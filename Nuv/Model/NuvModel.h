@@ -56,7 +56,9 @@ typedef struct NuvModelArrays
     uint32_t size;
     /// NUV_SENSE_...
     uint32_t sense;
+    /// How long the arrays by column are.
     uint32_t numColumns;
+    /// How long the arrays by row are.
     uint32_t numRows;
     /// NUV_LAYOUT_...
     uint32_t layout;
@@ -64,22 +66,33 @@ typedef struct NuvModelArrays
     uint32_t reserved;
     /// How many entries `indices` and `values` have.
     uint64_t numEntries;
+    /// Of the objective.
     double constant;
+    /// [numColumns]; null is 0 for all.
     const double* costs;
+    /// [numColumns], -infinity for none; null is 0 for all.
     const double* columnLower;
+    /// [numColumns]; null is infinity for all, which is none.
     const double* columnUpper;
+    /// [numRows]; null is -infinity for all, which is none.
     const double* rowLower;
+    /// [numRows]; null is infinity for all, which is none.
     const double* rowUpper;
     /// numRows + 1 or numColumns + 1 of them, the first 0, the last numEntries; null for a matrix
     /// without entries.
     const uint64_t* starts;
+    /// [numEntries] columns, or by columns the rows; within one vector no index twice.
     const uint32_t* indices;
+    /// [numEntries] finite.
     const double* values;
     /// The names, each ended by a NUL, one behind the other: "chairs\0tables\0", 14 bytes. An empty
     /// one, or null for all, asks for a made one: x<k> or R<k>, k from 1.
     const char* columnNames;
+    /// In bytes, the last NUL included; 0 for null.
     uint64_t columnNamesSize;
+    /// The same for the rows.
     const char* rowNames;
+    /// In bytes, as that of the columns.
     uint64_t rowNamesSize;
 } NuvModelArrays;
 
@@ -93,6 +106,7 @@ enum
     NUV_FORMAT_MpsFree = 4
 };
 
+/// What a reader is to make of what the formats leave open.
 typedef struct NuvReadOptions
 {
     /// sizeof(NuvReadOptions), set by NuvReadOptionsInit.

@@ -6,6 +6,7 @@
 
 #include <stdint.h>
 
+/// @cond
 #if defined(_WIN32) && defined(NUV_MODEL_SHARED)
 #if defined(NUV_MODEL_BUILDING)
 #define NUV_MODEL_VISIBLE __declspec(dllexport)
@@ -17,6 +18,7 @@
 #else
 #define NUV_MODEL_VISIBLE
 #endif
+/// @endcond
 
 /// Precedes the declaration of every exported function of the model layer.
 #if defined(__cplusplus)
@@ -88,8 +90,9 @@ typedef struct NuvDiagnostic
     uint32_t size;
     /// NUV_SEVERITY_...
     uint32_t severity;
-    /// From 1; 0 where there is no such place. Columns count characters.
+    /// From 1; 0 where there is no such place.
     uint64_t line;
+    /// From 1, in characters; 0 where there is no such place.
     uint64_t column;
     /// For programs, the same in every version: "lp.unknown-section".
     const char* code;
@@ -97,6 +100,7 @@ typedef struct NuvDiagnostic
     const char* text;
     /// What to do about it.
     const char* hint;
+    /// The file, as the call was told to call it.
     const char* file;
     /// The line of the text, where there is one.
     const char* excerpt;

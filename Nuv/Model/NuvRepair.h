@@ -7,6 +7,7 @@
 #include "Nuv/Model/NuvModelTypes.h"
 #include "Nuv/Model/NuvSolution.h"
 
+/// What a repair came to.
 typedef struct NuvRepairInfo
 {
     /// sizeof(NuvRepairInfo), set by the caller.
@@ -20,6 +21,7 @@ typedef struct NuvRepairInfo
     uint32_t stopReason;
     /// NUV_NUMBERS_...
     uint32_t numbers;
+    /// How many NuvRepairGetChanges gives.
     uint32_t numChanges;
     /// Optimal: the sum of weights times amounts, else NaN.
     double total;
@@ -36,8 +38,11 @@ typedef struct NuvRepairChange
     uint32_t isUpper;
     /// Zero.
     uint32_t reserved;
+    /// The double that it is.
     double from;
+    /// The double nearest to where it has to go; NuvRepairGetExact says the number itself.
     double to;
+    /// How far that is, positive.
     double amount;
 } NuvRepairChange;
 

@@ -69,6 +69,7 @@ enum
     NUV_BASISSTATUS_Free = 3
 };
 
+/// Where a solve stands, before a pivot.
 typedef struct NuvProgress
 {
     /// sizeof(NuvProgress), set by the library.
@@ -95,6 +96,8 @@ typedef int32_t (*NuvProgressCallback)(void* userData, const NuvProgress* progre
 /// Told in a line for people, without its line feed, what each stage came to.
 typedef void (*NuvLogCallback)(void* userData, const char* line);
 
+/// What a solve is asked for. NuvSolveOptionsInit fills in the defaults: a proved verdict about the
+/// written numbers, without limits.
 typedef struct NuvSolveOptions
 {
     /// sizeof(NuvSolveOptions), set by NuvSolveOptionsInit.
@@ -113,9 +116,11 @@ typedef struct NuvSolveOptions
     /// Not 0: all exact numbers of a proved verdict are written down, also those that follow from
     /// the proof; JSON and the report show them.
     uint32_t exact;
-    /// The lengths of the three starts.
+    /// Of `startColumnBasis`.
     uint32_t numStartColumns;
+    /// Of `startRowBasis`.
     uint32_t numStartRows;
+    /// Of `startValues`.
     uint32_t numStartValues;
     /// Not 0: whether there is another optimal point, or other optimal duals, is decided.
     uint32_t uniqueness;
@@ -126,13 +131,16 @@ typedef struct NuvSolveOptions
     /// How much to do to make an infeasible subsystem irreducible, at most: entries, rows and
     /// columns times pivots, the same on every machine.
     uint64_t iisWork;
-    /// Limits of each stage; UINT64_MAX is none.
+    /// Of the core in single precision; UINT64_MAX is no limit, as of the next two.
     uint64_t singlePrecisionPivots;
+    /// Of the simplex in doubles.
     uint64_t doublePivots;
+    /// Of the simplex in exact numbers.
     uint64_t exactPivots;
-    /// Where the simplex starts, or null: NUV_BASISSTATUS_... of each column and each row, as an
-    /// earlier solution has them. What does not fit the model is made to.
+    /// Where the simplex starts, or null: NUV_BASISSTATUS_... of each column, as an earlier
+    /// solution has them. What does not fit the model is made to.
     const uint8_t* startColumnBasis;
+    /// The same of each row.
     const uint8_t* startRowBasis;
     /// The same by values of the columns, NaN where none is known; a basis comes first.
     const double* startValues;
@@ -144,6 +152,7 @@ typedef struct NuvSolveOptions
     void* userData;
 } NuvSolveOptions;
 
+/// What is known of a solution in one number each.
 typedef struct NuvSolutionInfo
 {
     /// sizeof(NuvSolutionInfo), set by the caller.
@@ -156,8 +165,11 @@ typedef struct NuvSolutionInfo
     uint32_t stopReason;
     /// NUV_NUMBERS_...
     uint32_t numbers;
+    /// Of the model as it was solved.
     uint32_t numColumns;
+    /// Of the model as it was solved.
     uint32_t numRows;
+    /// How many NuvSolutionGetIis gives.
     uint32_t numIisMembers;
     /// Not 0: the members of the infeasible subsystem agree without any one of them.
     uint32_t iisMinimal;
@@ -165,14 +177,19 @@ typedef struct NuvSolutionInfo
     uint32_t reserved;
     /// NaN where there is none.
     double objective;
-    /// Stopped: by how much the values leave a bound, and a reduced cost is on the wrong side of 0.
+    /// Stopped: by how much the values leave a bound, at most.
     double primalViolation;
+    /// Stopped: how far a reduced cost is on the wrong side of 0, at most.
     double dualViolation;
+    /// Of wall time, for all.
     double seconds;
     /// Of these, what the check of the proof took.
     double checkSeconds;
+    /// That the core made.
     uint64_t singlePrecisionPivots;
+    /// That the simplex in doubles made.
     uint64_t doublePivots;
+    /// That the simplex in exact numbers made.
     uint64_t exactPivots;
 } NuvSolutionInfo;
 

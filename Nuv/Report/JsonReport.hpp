@@ -18,13 +18,17 @@ namespace nuv
 
 class Json;
 
+/// The schema of a solution, as the key "schema" names it.
 inline constexpr std::string_view kResultSchema = "nuvlp/result/1";
 
+/// The solution of a model as one object, one line. The diagnostics are those of reading the model.
 [[nodiscard]] std::string JsonReport(const Model& model, const Solution& solution,
                                      std::span<const Diagnostic> diagnostics);
 
+/// The schema of a repair.
 inline constexpr std::string_view kRepairSchema = "nuvlp/repair/1";
 
+/// The same of a repair.
 [[nodiscard]] std::string RepairJson(const Model& model, const RepairResult& repair,
                                      std::span<const Diagnostic> diagnostics);
 

@@ -10,6 +10,7 @@
 namespace nuv
 {
 
+/// How much of a solution is told.
 enum class Detail
 {
     Verdict,  ///< status and objective
@@ -19,6 +20,7 @@ enum class Detail
 /// What a repair came to, and each change by name.
 [[nodiscard]] std::string RepairText(const Model& model, const RepairResult& repair);
 
+/// The solution of a model, as `nuvlp solve` prints it: lines that end with a line feed.
 [[nodiscard]] std::string TextReport(const Model& model, const Solution& solution, Detail detail);
 
 /// ", exactly p/q", shortened to the sizes of p and q where no one would read it; empty for "".

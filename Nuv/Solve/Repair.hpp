@@ -20,13 +20,14 @@ namespace nuv
 /// said. Infinity says that they stay.
 struct RepairWeight
 {
-    std::variant<Variable, Row> of;
-    double weight = 1.0;
+    std::variant<Variable, Row> of;  ///< of the model
+    double weight = 1.0;             ///< positive
 };
 
+/// What a repair may change and how long it may take.
 struct RepairOptions
 {
-    SolveLimits limits;
+    SolveLimits limits;  ///< of the whole repair
     /// Which numbers the model is made of; see SolveOptions.
     CoefficientMeaning numbers = CoefficientMeaning::ShortestDecimal;
     std::vector<RepairWeight> weights;  ///< of what is named twice the last one counts
@@ -35,15 +36,16 @@ struct RepairOptions
 /// One side of a row, or one bound of a variable, and where it has to go.
 struct RepairChange
 {
-    std::variant<Variable, Row> of;
-    bool upper = false;
-    double from = 0.0;
-    double to = 0.0;
-    double amount = 0.0;
-    std::string exactTo;      ///< "p" or "p/q"
-    std::string exactAmount;  ///< positive
+    std::variant<Variable, Row> of;  ///< of the model
+    bool upper = false;              ///< its upper side or bound, not the lower
+    double from = 0.0;               ///< as it is
+    double to = 0.0;                 ///< the double nearest to exactTo
+    double amount = 0.0;             ///< how far that is
+    std::string exactTo;             ///< "p" or "p/q"
+    std::string exactAmount;         ///< positive
 };
 
+/// What a repair came to.
 struct RepairResult
 {
     /// Optimal: the changes are known, none for a model that is feasible as it stands; Infeasible:
@@ -53,8 +55,8 @@ struct RepairResult
     bool proved = false;
     /// As it was asked for.
     CoefficientMeaning numbers = CoefficientMeaning::ShortestDecimal;
-    StopReason stopReason = StopReason::None;
-    Error failure;  ///< Invalid
+    StopReason stopReason = StopReason::None;  ///< Stopped
+    Error failure;                             ///< Invalid
 
     std::vector<RepairChange> changes;  ///< variables first, both as the model has them
     double total = std::numeric_limits<double>::quiet_NaN();  ///< Optimal: weights times amounts

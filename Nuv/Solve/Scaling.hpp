@@ -6,9 +6,10 @@
 namespace nuv
 {
 
+/// How rows and columns are scaled.
 enum class Scaling : std::uint8_t
 {
-    None,
+    None,         ///< not at all
     PowersOfTwo,  ///< of rows and columns, which changes exponents and no other bit
 };
 

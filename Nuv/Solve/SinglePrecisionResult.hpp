@@ -24,11 +24,12 @@ enum class SinglePrecisionStop : std::uint8_t
     Skipped,      ///< not asked for
 };
 
+/// What the core found, in the numbers of the canonical form that it was given.
 struct SinglePrecisionResult
 {
     Status status = Status::Stopped;  ///< what the stage found, which nothing proves
-    SinglePrecisionStop stop = SinglePrecisionStop::Skipped;
-    std::uint64_t pivots = 0;
+    SinglePrecisionStop stop = SinglePrecisionStop::Skipped;  ///< why it found none
+    std::uint64_t pivots = 0;                                 ///< that it made
     /// The labels of the last basis, by row; from 1: columns, then slacks; 0 is the artificial one.
     std::vector<Index> basicLabels;
     float objective = 0.0F;     ///< Optimal: of the canonical form

@@ -34,8 +34,8 @@ struct Certificate;
 /// One side of a row, or one bound of a variable.
 struct IisMember
 {
-    std::variant<Variable, Row> of;
-    bool upper = false;
+    std::variant<Variable, Row> of;  ///< of the model that was solved
+    bool upper = false;              ///< its upper side or bound, not the lower
 };
 
 /// An irreducible infeasible subsystem: rows and bounds that exclude each other. A lower bound of
@@ -50,28 +50,30 @@ struct Iis
 /// A vertex on the way of the core.
 struct PathStep
 {
-    std::uint32_t phase = 0;  ///< in which it was left
-    double objective = 0.0;   ///< in the model's own sense
-    std::vector<double> values;
+    std::uint32_t phase = 0;     ///< in which it was left
+    double objective = 0.0;      ///< in the model's own sense
+    std::vector<double> values;  ///< by variable
 };
 
 /// The numbers of a proved solution as they are, each "p" or "p/q" in lowest terms; arrays as those
 /// of the solution in doubles, and empty where these are.
 struct ExactTexts
 {
-    std::vector<std::string> values;
-    std::vector<std::string> reducedCosts;
-    std::vector<std::string> activities;
-    std::vector<std::string> slacks;  ///< empty text for a row without sides
-    std::vector<std::string> duals;
-    std::vector<std::string> ray;
+    std::vector<std::string> values;        ///< by variable
+    std::vector<std::string> reducedCosts;  ///< by variable
+    std::vector<std::string> activities;    ///< by row
+    std::vector<std::string> slacks;        ///< by row; empty text for a row without sides
+    std::vector<std::string> duals;         ///< by row
+    std::vector<std::string> ray;           ///< by variable
 };
 
+/// What is known of one model after one solve; a value that does not refer to the model.
 struct Solution
 {
+    /// NaN: what a number is that is not known.
     static constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
 
-    Status status = Status::Invalid;
+    Status status = Status::Invalid;  ///< the verdict, or that there is none
     /// Whether the verdict is proved: its certificate was checked in exact arithmetic.
     bool proved = false;
     /// Which numbers the answer is about; as it was asked for.
@@ -80,15 +82,17 @@ struct Solution
     StopReason stopReason = StopReason::None;
     Error failure;  ///< Invalid
 
+    /// Optimal, and of the last values where the solve was stopped: in the model's sense, with its
+    /// constant; rounded once where it is proved.
     double objective = kUnknown;
     std::string exactObjective;  ///< Optimal and proved: "p" or "p/q"
 
-    std::vector<double> values;
-    std::vector<double> reducedCosts;
-    std::vector<double> activities;
+    std::vector<double> values;        ///< by variable
+    std::vector<double> reducedCosts;  ///< by variable; empty without duals
+    std::vector<double> activities;    ///< by row: what its terms add up to
     std::vector<double> slacks;  ///< to the nearer side; negative outside, infinite without sides
-    std::vector<double> duals;
-    std::vector<double> ray;     ///< Unbounded: a direction by variable that improves for ever
+    std::vector<double> duals;  ///< by row; empty where single precision was all that was asked for
+    std::vector<double> ray;    ///< Unbounded: a direction by variable that improves for ever
     std::vector<double> farkas;  ///< Infeasible: a multiplier by row; their combination contradicts
     double primalViolation = 0.0;  ///< Stopped: by how much `values` leave a bound, at most
     double dualViolation = 0.0;    ///< Stopped: how far a reduced cost is on the wrong side of 0
@@ -100,11 +104,11 @@ struct Solution
 
     std::optional<ExactTexts> exact;  ///< proved, if it was asked for (SolveOptions::exact)
 
-    SinglePrecisionResult singlePrecision;
-    std::vector<PathStep> path;  ///< if it was asked for
-    StageRecords stages;
-    double checkSeconds = 0.0;
-    double seconds = 0.0;
+    SinglePrecisionResult singlePrecision;  ///< what the core found on the way
+    std::vector<PathStep> path;             ///< if it was asked for
+    StageRecords stages;                    ///< which of them ran, and for how long
+    double checkSeconds = 0.0;  ///< of wall time, of which the check of the proof took so much
+    double seconds = 0.0;       ///< of wall time, for all
 
     /// What proves the verdict, for the minimisation form of the model; include
     /// Nuv/Certificate/Certificate.hpp to read it. Null without a proof.
@@ -114,6 +118,9 @@ struct Solution
     /// has a coefficient or constant that is not finite".
     [[nodiscard]] std::string Outcome() const;
 
+    ///@{
+    /// By handle; NaN where the status has no such number, and for a handle that the model did not
+    /// know when it was solved.
     [[nodiscard]] double Value(Variable variable) const noexcept
     {
         return Of(values, variable, variables);
@@ -142,9 +149,11 @@ struct Solution
     {
         return Of(farkas, row, rows);
     }
+    ///@}
 
-    // The same numbers exactly, "p" or "p/q", where they were asked for; empty where not, and where
-    // there is none.
+    ///@{
+    /// The same numbers exactly, "p" or "p/q", where they were asked for (SolveOptions::exact);
+    /// empty where not, and where there is none.
     [[nodiscard]] std::string ExactValue(Variable variable) const
     {
         return Of(&ExactTexts::values, variables.Find(variable));
@@ -169,6 +178,7 @@ struct Solution
     {
         return Of(&ExactTexts::duals, rows.Find(row));
     }
+    ///@}
 
     /// Basic, or where it rests in `basis`; nothing if there is no basis.
     [[nodiscard]] std::optional<BasisStatus> BasisStatusOf(Variable variable) const noexcept
@@ -181,9 +191,11 @@ struct Solution
         return Of(basis.rows, rows.Find(row));
     }
 
+    ///@{
     /// Whose handles the model knew when it was solved.
     HandleOrigins variables;
     HandleOrigins rows;
+    ///@}
 
 private:
     [[nodiscard]] std::string Of(std::vector<std::string> ExactTexts::*texts,

@@ -12,6 +12,7 @@
 namespace nuv
 {
 
+/// The defaults ask for a proved verdict about the numbers as they are written, without any limit.
 struct SolveOptions
 {
     /// For all stages together, the search of an infeasible subsystem and ranging included.

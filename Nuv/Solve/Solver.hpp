@@ -25,13 +25,17 @@
 namespace nuv
 {
 
+/// A model, and what its last solve left. One that was moved from is only good to be assigned to.
 class Solver
 {
 public:
     /// Takes the model over; handles stay as they are. Take() gives it back.
     explicit Solver(Model model, SolveOptions options = {});
+    ///@{
+    /// Takes over the model with all that is known of it; handles stay good.
     Solver(Solver&& other) noexcept;
     Solver& operator=(Solver&& other) noexcept;
+    ///@}
     Solver(const Solver&) = delete;
     Solver& operator=(const Solver&) = delete;
     ~Solver();
@@ -41,6 +45,7 @@ public:
     /// Ends the session: the model, and an empty one stays.
     [[nodiscard]] Model Take();
 
+    /// Of the next solve.
     [[nodiscard]] const SolveOptions& Options() const noexcept;
     /// For the solves to come. A start that they hold is for the next one only.
     void SetOptions(SolveOptions options);
@@ -51,9 +56,9 @@ public:
 
     // Editing ---------------------------------------------------------------
     //
-    // As of the model, which says what they do and what they refuse. Bounds and costs keep most of
-    // what is known of the last basis, other edits the basis alone.
-
+    ///@{
+    /// As of the model, which says what they do, return and refuse. Bounds and costs keep most of
+    /// what is known of the last basis, other edits the basis alone.
     template <class Name>
     requires std::is_convertible_v<const Name&, std::string_view>
         Variable AddVariable(const Name& name, Bounds bounds = {})
@@ -86,6 +91,7 @@ public:
     }
     bool Remove(std::span<const Row> rows);
     bool Remove(std::span<const Variable> variables);
+    ///@}
 
 private:
     struct State;

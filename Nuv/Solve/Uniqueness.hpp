@@ -10,6 +10,7 @@ struct BoundedForm;
 struct CertifiedResult;
 class SolveControl;
 
+/// Whether there is another optimal point, or other optimal duals.
 enum class Uniqueness : std::uint8_t
 {
     Unknown,    ///< not asked for, no proved optimum, or stopped before it was decided
@@ -17,10 +18,11 @@ enum class Uniqueness : std::uint8_t
     NotUnique,  ///< there is another
 };
 
+/// What is known of both.
 struct UniqueOptimum
 {
-    Uniqueness point = Uniqueness::Unknown;
-    Uniqueness duals = Uniqueness::Unknown;
+    Uniqueness point = Uniqueness::Unknown;  ///< of the values of the variables
+    Uniqueness duals = Uniqueness::Unknown;  ///< of the multipliers of the rows
 };
 
 /// Decides both exactly, of a proved optimum at its basis. A reduced cost of zero or a basic

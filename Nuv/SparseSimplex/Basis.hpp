@@ -14,19 +14,22 @@ namespace nuv
 
 struct BoundedForm;
 
+/// Whether a variable or row is basic, and where it rests if not.
 enum class BasisStatus : std::uint8_t
 {
-    Basic,
-    AtLower,
-    AtUpper,
-    Free,  ///< nonbasic at zero, having no bound
+    Basic,    ///< its value follows from the others
+    AtLower,  ///< nonbasic at its lower bound or side
+    AtUpper,  ///< nonbasic at its upper bound or side
+    Free,     ///< nonbasic at zero, having no bound
 };
 
+/// What is basic: as many columns and rows together as there are rows, for a basis that fits.
 struct Basis
 {
-    std::vector<BasisStatus> columns;
-    std::vector<BasisStatus> rows;
+    std::vector<BasisStatus> columns;  ///< by variable
+    std::vector<BasisStatus> rows;     ///< by row
 
+    ///@{
     /// By the bounded form's index of variables: columns first, then the logicals of the rows.
     [[nodiscard]] BasisStatus& operator[](Index variable) noexcept
     {
@@ -36,6 +39,8 @@ struct Basis
     {
         return variable < columns.size() ? columns[variable] : rows[variable - columns.size()];
     }
+    ///@}
+    /// Whether all rest alike.
     bool operator==(const Basis&) const = default;
 };
 

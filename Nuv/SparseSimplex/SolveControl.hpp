@@ -25,23 +25,25 @@ enum class Stage : std::uint8_t
     Double,           ///< the sparse simplex, also where the exact stage calls it
     Exact,            ///< evaluation of a basis, and simplex, in rationals
 };
+/// How many stages there are.
 inline constexpr std::size_t kStages = 3;
 
+/// Why a solve ended without a verdict.
 enum class StopReason : std::uint8_t
 {
-    None,
-    TimeLimit,
-    PivotLimit,
-    Cancelled,
+    None,        ///< it did not
+    TimeLimit,   ///< SolveLimits::seconds
+    PivotLimit,  ///< one of the limits of pivots
+    Cancelled,   ///< by SolveLimits::keepGoing
 };
 
 /// Where a solve stands, before a pivot.
 struct Progress
 {
-    Stage stage = Stage::SinglePrecision;
-    std::uint64_t pivots = 0;  ///< of this stage, since the solve began
-    double seconds = 0.0;      ///< since the solve began
-    bool feasible = false;     ///< whether the current basis is primal feasible
+    Stage stage = Stage::SinglePrecision;  ///< that is about to pivot
+    std::uint64_t pivots = 0;              ///< of this stage, since the solve began
+    double seconds = 0.0;                  ///< since the solve began
+    bool feasible = false;                 ///< whether the current basis is primal feasible
     /// Of the current basis, in the sense and with the constant of the model; the sum of violations
     /// while that is not feasible. NaN where it is not known: in the single-precision and the exact
     /// stage, in the first phase of the dual simplex, while another program than the model is
@@ -49,14 +51,17 @@ struct Progress
     double objective = std::numeric_limits<double>::quiet_NaN();
 };
 
+/// When a solve has to end, and who is told how it goes. What a limit ends has the status Stopped.
 struct SolveLimits
 {
+    /// As many as it takes.
     static constexpr std::uint64_t kNoLimit = std::numeric_limits<std::uint64_t>::max();
 
+    /// Of wall time, for all stages together.
     double seconds = std::numeric_limits<double>::infinity();
-    std::uint64_t singlePrecisionPivots = kNoLimit;
-    std::uint64_t doublePivots = kNoLimit;
-    std::uint64_t exactPivots = kNoLimit;
+    std::uint64_t singlePrecisionPivots = kNoLimit;  ///< of the core
+    std::uint64_t doublePivots = kNoLimit;  ///< of the sparse simplex, wherever it is called
+    std::uint64_t exactPivots = kNoLimit;   ///< of the simplex in rationals
     /// Whether Progress::objective is wanted, which costs a walk over all variables per pivot.
     bool reportObjective = true;
     /// Asked before each pivot, and now and then in what takes long; returning false ends the
@@ -66,6 +71,8 @@ struct SolveLimits
     std::function<void(std::string_view)> log;
 };
 
+/// The clock, the limits and the callbacks of one solve, which all its stages share; a stop is
+/// final.
 class SolveControl
 {
 public:
@@ -77,6 +84,7 @@ public:
     SolveControl(const SolveControl&) = delete;
     SolveControl& operator=(const SolveControl&) = delete;
 
+    /// Since it was made.
     [[nodiscard]] double Seconds() const
     {
         return ClockSeconds() - m_start;
@@ -115,10 +123,12 @@ public:
         return CallerGoesOn();
     }
 
+    /// One more pivot of a stage was made.
     void CountPivot(Stage stage) noexcept
     {
         ++m_pivots[static_cast<std::size_t>(stage)];
     }
+    /// How many pivots a stage has made.
     [[nodiscard]] std::uint64_t Pivots(Stage stage) const noexcept
     {
         return m_pivots[static_cast<std::size_t>(stage)];
@@ -150,6 +160,7 @@ public:
     class Aside
     {
     public:
+        /// For as long as it lives.
         explicit Aside(SolveControl& control) noexcept : m_control(control)
         {
             ++m_control.m_asides;

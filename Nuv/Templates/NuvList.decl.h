@@ -18,36 +18,43 @@ typedef union NUV_LINK_POINTER NUV_LINK_POINTER;
 /// One word, read as a node (`n`) or, for the sentinel, as a link record alone (`b`).
 union NUV_LINK_POINTER
 {
-    NUV_NODE* n;
-    NUV_LINK* b;
+    NUV_NODE* n;  ///< as a node
+    NUV_LINK* b;  ///< as a link record
 };
 
+/// What a node and the sentinel have in common.
 struct NUV_LINK
 {
-    NUV_LINK_POINTER prev;
-    NUV_LINK_POINTER next;
+    NUV_LINK_POINTER prev;  ///< the one before, round the ring
+    NUV_LINK_POINTER next;  ///< the one behind
 };
 
+/// An element in the ring.
 struct NUV_NODE
 {
-    NUV_LINK b;
-    NUV_ELEMENT obj;
+    NUV_LINK b;       ///< its neighbours
+    NUV_ELEMENT obj;  ///< the element
 };
 
 typedef struct NUV_SELF NUV_SELF;
 
+/// The list's record; the nodes point to it.
 struct NUV_SELF
 {
     /// The sentinel: `node.next` is the first node, `node.prev` the last one; both are the sentinel
     /// while the list is empty.
     NUV_LINK node;
+    /// Of the nodes.
     NuvAllocator* allocator;
 };
 
+///@{
+/// A position; valid until its element is erased.
 typedef NUV_LINK* NUV_OP(Iterator);
 typedef const NUV_LINK* NUV_OP(ConstIterator);
 typedef NUV_LINK* NUV_OP(ReverseIterator);
 typedef const NUV_LINK* NUV_OP(ConstReverseIterator);
+///@}
 
 #define NUV_ITERATOR NUV_OP(Iterator)
 #define NUV_CONTENT NUV_ELEMENT
@@ -89,10 +96,14 @@ NUV_API NUV_SELF* NUV_OP(Assign)(NUV_SELF* l_, const NUV_SELF* src_);
 /// @return true.
 NUV_API NuvBool NUV_OP(Swap)(NUV_SELF* a_, NUV_SELF* b_);
 
+/// @return the allocator of the nodes.
 NUV_API NuvAllocator* NUV_OP(GetAllocator)(const NUV_SELF* l_);
 /// @return the bytes of one node.
 NUV_API NuvSizeT NUV_OP(GetNodeSize)(void);
 
+/// @return the position of the first element, or behind the last one; R... in the opposite
+///@{
+/// direction. Both are the same in an empty list.
 NUV_API NUV_OP(Iterator) NUV_OP(Begin)(NUV_SELF* l_);
 NUV_API NUV_OP(ConstIterator) NUV_OP(BeginConst)(const NUV_SELF* l_);
 NUV_API NUV_OP(Iterator) NUV_OP(End)(NUV_SELF* l_);
@@ -101,19 +112,25 @@ NUV_API NUV_OP(ReverseIterator) NUV_OP(RBegin)(NUV_SELF* l_);
 NUV_API NUV_OP(ConstReverseIterator) NUV_OP(RBeginConst)(const NUV_SELF* l_);
 NUV_API NUV_OP(ReverseIterator) NUV_OP(REnd)(NUV_SELF* l_);
 NUV_API NUV_OP(ConstReverseIterator) NUV_OP(REndConst)(const NUV_SELF* l_);
+///@}
 
 /// @return the number of elements, counted by a walk.
 NUV_API NuvSizeT NUV_OP(Size)(const NUV_SELF* l_);
 /// @return the largest NuvSizeT.
 NUV_API NuvSizeT NUV_OP(MaxSize)(const NUV_SELF* l_);
+/// @return whether there is no element.
 NUV_API NuvBool NUV_OP(Empty)(const NUV_SELF* l_);
 
 /// @return the first element; not checked.
+///@{
 NUV_API NUV_ELEMENT* NUV_OP(Front)(NUV_SELF* l_);
 NUV_API const NUV_ELEMENT* NUV_OP(FrontConst)(const NUV_SELF* l_);
+///@}
 /// @return the last element; not checked.
+///@{
 NUV_API NUV_ELEMENT* NUV_OP(Back)(NUV_SELF* l_);
 NUV_API const NUV_ELEMENT* NUV_OP(BackConst)(const NUV_SELF* l_);
+///@}
 
 /// Links a copy of `*t_` before `pos_`.
 /// @return the new node, or the exceptional iterator when it is refused.
@@ -133,6 +150,7 @@ NUV_API NUV_OP(Iterator) NUV_OP(Erase)(NUV_SELF* l_, NUV_OP(Iterator) pos_);
 /// @return `last_`.
 NUV_API NUV_OP(Iterator)
     NUV_OP(EraseRange)(NUV_SELF* l_, NUV_OP(Iterator) first_, NUV_OP(Iterator) last_);
+/// Destroys every element and frees every node, front to back.
 NUV_API void NUV_OP(Clear)(NUV_SELF* l_);
 /// Makes the size `n_`: copies of `*t_` are appended, or the elements from position `n_` on erased.
 /// @return false when a node is refused; those already appended stay.

@@ -9,13 +9,16 @@
 
 typedef struct NUV_SELF NUV_SELF;
 
+/// The matrix's record.
 struct NUV_SELF
 {
+    /// Of the block.
     NuvAllocator* allocator;
     /// Rows.
     NuvUint nr;
     /// Columns.
     NuvUint nc;
+    /// nr × nc elements, row after row; null where there are none, or storage was refused.
     NUV_ELEMENT* data;
 };
 
@@ -69,8 +72,11 @@ NUV_API NuvBool NUV_OP(SwapColumn)(NUV_SELF* x, NUV_SELF* y, NuvUint columnX, Nu
 NUV_API NUV_ELEMENT NUV_OP(At)(const NUV_SELF* x, NuvUint row, NuvUint col);
 /// Stores `val`; indices are not checked.
 NUV_API void NUV_OP(SetVal)(NUV_SELF* x, NuvUint row, NuvUint col, NUV_ELEMENT val);
+/// @return the number of rows.
 NUV_API NuvUint NUV_OP(GetNumRows)(const NUV_SELF* x);
+/// @return the number of columns.
 NUV_API NuvUint NUV_OP(GetNumColumns)(const NUV_SELF* x);
+/// @return the allocator of the block.
 NUV_API NuvAllocator* NUV_OP(GetAllocator)(const NUV_SELF* x);
 /// @return whether shapes and elements agree, bit for bit.
 NUV_API NuvBool NUV_OP(Equal)(const NUV_SELF* x, const NUV_SELF* y);

@@ -4,10 +4,11 @@
 
 typedef struct NUV_SELF NUV_SELF;
 
+/// Two fields by value.
 struct NUV_SELF
 {
-    NUV_FIRST first;
-    NUV_SECOND second;
+    NUV_FIRST first;    ///< the key, where the pair is an entry of a map
+    NUV_SECOND second;  ///< the value, where the pair is an entry of a map
 };
 
 /// Copies the two fields.
@@ -18,6 +19,7 @@ NUV_API NUV_SELF* NUV_OP(Construct)(NUV_SELF* x, const NUV_FIRST* first, const N
 /// @return `x`.
 NUV_API NUV_SELF* NUV_OP(ConstructCopy)(NUV_SELF* x, const NUV_SELF* y);
 
+/// Destroys both fields.
 NUV_API void NUV_OP(Destruct)(NUV_SELF* x);
 
 /// Assigns both fields. A name whose assignment is refused keeps its value, without a report.

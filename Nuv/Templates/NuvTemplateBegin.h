@@ -10,13 +10,16 @@
 #include "Nuv/Utils/NuvTypes.h"
 
 #if !defined(NUV_JOIN)
+/// @cond
 #define NUV_JOIN_(a, b) a##b
 #define NUV_JOIN(a, b) NUV_JOIN_(a, b)
+/// @endcond
 #endif
 
 /// The exported name of an operation of the instantiation.
 #define NUV_OP(name) NUV_JOIN(NUV_SELF, name)
 
-/// The name of a type that goes with the same element, or with the same key and value.
+/// The name of a type that goes with the same element.
 #define NUV_OF_ELEMENT(prefix) NUV_JOIN(prefix, NUV_ELEMENT)
+/// The same of a key and a value.
 #define NUV_OF_KEY_AND_VALUE(prefix) NUV_JOIN(NUV_JOIN(prefix, NUV_KEY), NUV_JOIN(__, NUV_VALUE))

@@ -13,20 +13,28 @@
 #define NUV_TABLE NUV_OF_KEY_AND_VALUE(NuvVector_NuvUnorderedBucket_)
 #define NUV_STATISTICS NUV_OF_KEY_AND_VALUE(NuvUnorderedStatistics_)
 
+/// A key.
 typedef NUV_KEY NUV_OP(KeyType);
 /// An entry: `first` is the key, `second` the value.
 typedef NUV_OF_KEY_AND_VALUE(NuvPair_) NUV_OP(ValueType);
+/// Of counts of entries and buckets.
 typedef NuvSizeT NUV_OP(SizeType);
+///@{
+/// A position in the list of entries; valid until its entry is erased.
 typedef NUV_JOIN(NUV_LIST, Iterator) NUV_OP(Iterator);
 typedef NUV_JOIN(NUV_LIST, ConstIterator) NUV_OP(ConstIterator);
+///@}
+/// Equal keys have equal hashes.
 typedef NuvSizeT (*NUV_OP(HashFunctionType))(const NUV_KEY* key);
 
 typedef struct NUV_SELF NUV_SELF;
 
+/// The map's record. It must not be moved bit by bit, as its list must not.
 struct NUV_SELF
 {
     /// The number of entries.
     NuvSizeT size;
+    /// Of the keys, for life.
     NUV_OP(HashFunctionType) hash;
     /// The entries; its allocator is the map's node allocator.
     NUV_LIST l;
@@ -37,27 +45,29 @@ struct NUV_SELF
 /// The shortest and the longest run.
 typedef struct NUV_STATISTICS
 {
-    NuvSizeT loadingMin;
-    NuvSizeT loadingMax;
+    NuvSizeT loadingMin;  ///< entries in the emptiest bucket
+    NuvSizeT loadingMax;  ///< entries in the fullest bucket
 } NUV_STATISTICS;
 
 /// What an insertion answers: the entry, and whether it is new.
 typedef struct NUV_OP(InsertResult)
 {
-    NUV_OP(Iterator) first;
-    NuvBool second;
+    NUV_OP(Iterator) first;  ///< the entry
+    NuvBool second;          ///< whether it is new
 } NUV_OP(InsertResult);
 
+/// The entries of one key, [first, second).
 typedef struct NUV_OP(Range)
 {
-    NUV_OP(Iterator) first;
-    NUV_OP(Iterator) second;
+    NUV_OP(Iterator) first;   ///< the first of them
+    NUV_OP(Iterator) second;  ///< behind the last of them
 } NUV_OP(Range);
 
+/// The same, to be read only.
 typedef struct NUV_OP(ConstRange)
 {
-    NUV_OP(ConstIterator) first;
-    NUV_OP(ConstIterator) second;
+    NUV_OP(ConstIterator) first;   ///< the first of them
+    NUV_OP(ConstIterator) second;  ///< behind the last of them
 } NUV_OP(ConstRange);
 
 /// Makes an empty map with at least `buckets` buckets, at least 2.
@@ -69,6 +79,7 @@ NUV_API NUV_SELF* NUV_OP(Construct)(NUV_SELF* x, NUV_OP(HashFunctionType) hash,
 /// @return `x`, or null when a node or the table is refused. After a refused node `x` holds
 /// nothing; after a refused table it still holds its entries.
 NUV_API NUV_SELF* NUV_OP(ConstructCopy)(NUV_SELF* x, const NUV_SELF* y);
+/// Destroys the entries, and gives nodes and table back.
 NUV_API void NUV_OP(Destruct)(NUV_SELF* x);
 /// Gives `x` the entries, the number of buckets and the hash function of `y`; `x` keeps its
 /// allocators.
@@ -79,11 +90,16 @@ NUV_API NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y);
 /// @return false when their allocators differ; nothing has changed then.
 NUV_API NuvBool NUV_OP(Swap)(NUV_SELF* x, NUV_SELF* y);
 
+/// @return the position of the first entry of the walk, or behind the last one.
+///@{
 NUV_API NUV_OP(Iterator) NUV_OP(Begin)(NUV_SELF* x);
 NUV_API NUV_OP(ConstIterator) NUV_OP(BeginConst)(const NUV_SELF* x);
 NUV_API NUV_OP(Iterator) NUV_OP(End)(NUV_SELF* x);
 NUV_API NUV_OP(ConstIterator) NUV_OP(EndConst)(const NUV_SELF* x);
+///@}
+/// @return whether there is no entry.
 NUV_API NuvBool NUV_OP(Empty)(const NUV_SELF* x);
+/// @return the number of entries.
 NUV_API NUV_OP(SizeType) NUV_OP(Size)(const NUV_SELF* x);
 /// @return 268435455.
 NUV_API NUV_OP(SizeType) NUV_OP(MaxSize)(const NUV_SELF* x);
@@ -91,11 +107,15 @@ NUV_API NUV_OP(SizeType) NUV_OP(MaxSize)(const NUV_SELF* x);
 /// @return the number of entries with that key.
 NUV_API NUV_OP(SizeType) NUV_OP(Count)(const NUV_SELF* x, const NUV_KEY* key);
 /// @return the first entry with that key, or the end.
+///@{
 NUV_API NUV_OP(Iterator) NUV_OP(Find)(NUV_SELF* x, const NUV_KEY* key);
 NUV_API NUV_OP(ConstIterator) NUV_OP(FindConst)(const NUV_SELF* x, const NUV_KEY* key);
+///@}
 /// @return the entries with that key as [first, second); both the end when there is none.
+///@{
 NUV_API NUV_OP(Range) NUV_OP(EqualRange)(NUV_SELF* x, const NUV_KEY* key);
 NUV_API NUV_OP(ConstRange) NUV_OP(EqualRangeConst)(const NUV_SELF* x, const NUV_KEY* key);
+///@}
 
 /// Adds a copy of `*value` unless its key is there already. The table grows first, so that no more
 /// entries than buckets stand in it; a refused growth is ignored.
@@ -122,12 +142,18 @@ NUV_API void NUV_OP(Clear)(NUV_SELF* x);
 /// then.
 NUV_API NuvBool NUV_OP(Resize)(NUV_SELF* x, NUV_OP(SizeType) n);
 
+/// Writes how long the shortest and the longest run are.
 NUV_API void NUV_OP(GetStatistics)(const NUV_SELF* x, NUV_STATISTICS* stats);
+/// @return the number of buckets.
 NUV_API NUV_OP(SizeType) NUV_OP(BucketCount)(const NUV_SELF* x);
 /// @return the bytes of one node of the list.
 NUV_API NUV_OP(SizeType) NUV_OP(GetNodeSize)(void);
+/// @return the allocator of the table, or of the entries.
+///@{
 NUV_API NuvAllocator* NUV_OP(GetBucketAllocator)(const NUV_SELF* x);
 NUV_API NuvAllocator* NUV_OP(GetNodeAllocator)(const NUV_SELF* x);
+///@}
+/// @return the hash function.
 NUV_API NUV_OP(HashFunctionType) NUV_OP(HashFunction)(const NUV_SELF* x);
 /// Does nothing: the place for a diagnostic printer.
 NUV_API void NUV_OP(Dump)(const NUV_SELF* x, const char* name, unsigned int tabStop);

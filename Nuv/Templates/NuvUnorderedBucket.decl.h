@@ -7,15 +7,18 @@
 
 typedef struct NUV_SELF NUV_SELF;
 
+/// A run of entries in the map's list.
 struct NUV_SELF
 {
     /// The first entry of the run; the end of the map's list while the bucket is empty.
     NUV_JOIN(NUV_LIST, Iterator) first;
+    /// How many entries the run has.
     NuvSizeT count;
 };
 
 /// @return `x`.
 NUV_API NUV_SELF* NUV_OP(ConstructCopy)(NUV_SELF* x, const NUV_SELF* y);
+/// Does nothing: a bucket owns nothing.
 NUV_API void NUV_OP(Destruct)(NUV_SELF* x);
 /// @return `x`.
 NUV_API NUV_SELF* NUV_OP(Assign)(NUV_SELF* x, const NUV_SELF* y);

@@ -9,20 +9,27 @@
 
 typedef struct NUV_SELF NUV_SELF;
 
+/// The array's record, with the invariants above.
 struct NUV_SELF
 {
-    NuvAllocator* allocator;
-    NUV_ELEMENT* begin;
-    NUV_ELEMENT* end;
-    NUV_ELEMENT* endBuf;
+    NuvAllocator* allocator;  ///< of the block
+    NUV_ELEMENT* begin;       ///< the first element
+    NUV_ELEMENT* end;         ///< behind the last element
+    NUV_ELEMENT* endBuf;      ///< behind the block
 };
 
+///@{
+/// Of counts and indices, and of distances between positions.
 typedef NuvSizeT NUV_OP(SizeType);
 typedef NuvDistanceT NUV_OP(DifferenceType);
+///@}
+///@{
+/// A position; valid until the array grows, or loses an element before it.
 typedef NUV_ELEMENT* NUV_OP(Iterator);
 typedef const NUV_ELEMENT* NUV_OP(ConstIterator);
 typedef NUV_ELEMENT* NUV_OP(ReverseIterator);
 typedef const NUV_ELEMENT* NUV_OP(ConstReverseIterator);
+///@}
 
 #define NUV_ITERATOR NUV_OP(Iterator)
 #define NUV_CONTENT NUV_ELEMENT
@@ -74,13 +81,20 @@ NUV_API NuvBool NUV_OP(Swap)(NUV_SELF* x, NUV_SELF* y);
 /// Destroys all elements; the block stays.
 NUV_API void NUV_OP(Clear)(NUV_SELF* x);
 
+/// @return the allocator of the block.
 NUV_API NuvAllocator* NUV_OP(GetAllocator)(const NUV_SELF* x);
+/// @return whether there is no element.
 NUV_API NuvBool NUV_OP(Empty)(const NUV_SELF* x);
+/// @return the number of elements.
 NUV_API NUV_OP(SizeType) NUV_OP(Size)(const NUV_SELF* x);
+/// @return how many elements the block has room for.
 NUV_API NUV_OP(SizeType) NUV_OP(Capacity)(const NUV_SELF* x);
 /// @return the largest count whose bytes can be counted in 32 bits.
 NUV_API NUV_OP(SizeType) NUV_OP(MaxSize)(void);
 
+/// @return the position of the first element, or behind the last one; R... in the opposite
+///@{
+/// direction. Both are the same in an empty array.
 NUV_API NUV_OP(Iterator) NUV_OP(Begin)(NUV_SELF* x);
 NUV_API NUV_OP(ConstIterator) NUV_OP(BeginConst)(const NUV_SELF* x);
 NUV_API NUV_OP(Iterator) NUV_OP(End)(NUV_SELF* x);
@@ -89,14 +103,20 @@ NUV_API NUV_OP(ReverseIterator) NUV_OP(RBegin)(NUV_SELF* x);
 NUV_API NUV_OP(ConstReverseIterator) NUV_OP(RBeginConst)(const NUV_SELF* x);
 NUV_API NUV_OP(ReverseIterator) NUV_OP(REnd)(NUV_SELF* x);
 NUV_API NUV_OP(ConstReverseIterator) NUV_OP(REndConst)(const NUV_SELF* x);
+///@}
 
 /// @return the element at index `n`, from 0; not checked.
+///@{
 NUV_API NUV_ELEMENT* NUV_OP(At)(NUV_SELF* x, NUV_OP(SizeType) n);
 NUV_API const NUV_ELEMENT* NUV_OP(AtConst)(const NUV_SELF* x, NUV_OP(SizeType) n);
+///@}
+/// @return the first or the last element; not checked.
+///@{
 NUV_API NUV_ELEMENT* NUV_OP(Front)(NUV_SELF* x);
 NUV_API const NUV_ELEMENT* NUV_OP(FrontConst)(const NUV_SELF* x);
 NUV_API NUV_ELEMENT* NUV_OP(Back)(NUV_SELF* x);
 NUV_API const NUV_ELEMENT* NUV_OP(BackConst)(const NUV_SELF* x);
+///@}
 
 /// Makes room for `capacity` elements in all, exactly; never shrinks.
 /// @return false when the block is refused; nothing has changed then.

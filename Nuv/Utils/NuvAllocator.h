@@ -9,6 +9,7 @@
 
 typedef struct NuvAllocator NuvAllocator;
 
+/// Two functions of the caller's, and room for what they need to know.
 struct NuvAllocator
 {
     /// Answers a block of that many bytes, aligned for any scalar type, or null to refuse.

@@ -11,6 +11,7 @@ static inline void* NuvAllocatorAllocate(NuvAllocator* allocator, NuvSizeT size)
     return allocator->allocate(allocator, size);
 }
 
+/// Gives a block back, with the `size` that was asked for.
 static inline void NuvAllocatorDeallocate(NuvAllocator* allocator, void* memory, NuvSizeT size)
 {
     allocator->deallocate(allocator, memory, size);

@@ -5,6 +5,7 @@
 
 #include <stdint.h>
 
+/// @cond
 #if defined(_WIN32) && defined(NUV_SHARED)
 #if defined(NUV_BUILDING)
 #define NUV_VISIBLE __declspec(dllexport)
@@ -16,6 +17,7 @@
 #else
 #define NUV_VISIBLE
 #endif
+/// @endcond
 
 /// Precedes the declaration of every exported function.
 #if defined(__cplusplus)
@@ -40,7 +42,9 @@
 /// A truth value: exactly NUV_FALSE or NUV_TRUE.
 typedef uint8_t NuvBool;
 
+/// The one false.
 #define NUV_FALSE ((NuvBool)0)
+/// The one true.
 #define NUV_TRUE ((NuvBool)1)
 
 #endif

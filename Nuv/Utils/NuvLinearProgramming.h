@@ -21,6 +21,7 @@
 #include "Nuv/Utils/NuvTypes.h"
 #include "Nuv/Utils/NuvVersion.h"
 
+/// What a solve answers.
 typedef enum NuvLinearProgrammingResultType
 {
     /// An optimum was reached.
@@ -58,12 +59,15 @@ struct NuvLinearProgramming
     NuvMatrix_NuvUint basic;
     /// 1 × n: the other columns, counted from 1.
     NuvMatrix_NuvUint independent;
+    /// n of them, by name.
     NuvUnordered_NuvString__NuvLinearProgrammingVariable variables;
+    /// By the number that the caller gave.
     NuvUnordered_NuvUint__NuvLinearProgrammingConstraint constraints;
     /// (1-based variable index, coefficient), in the order given.
     NuvVector_NuvPair_NuvUint__NuvFloat32 objective;
     /// (name, value), by variable index.
     NuvVector_NuvPair_NuvString__NuvFloat32 variableValues;
+    /// At the optimum of the last solve that had one.
     NuvFloat32 objectiveValue;
 };
 
@@ -84,6 +88,7 @@ NUV_API void NuvLinearProgrammingDestruct(NuvLinearProgramming* lp);
 /// Replaces all variables by `numVars` new ones, "X1", "X2", ...; constraints and objective stay.
 /// @return false when the allocator refuses; the variables made so far are then there.
 NUV_API NuvBool NuvLinearProgrammingSetNumVars(NuvLinearProgramming* lp, NuvUint numVars);
+/// @return n.
 NUV_API NuvUint NuvLinearProgrammingGetNumVars(const NuvLinearProgramming* lp);
 /// @return the number of constraints in the model.
 NUV_API NuvUint NuvLinearProgrammingGetNumConstraints(const NuvLinearProgramming* lp);

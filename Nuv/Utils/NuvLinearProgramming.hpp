@@ -40,8 +40,8 @@ using IndexedTerm = NuvPair_NuvUint__NuvFloat32;
 /// A coefficient of the variable of that name.
 struct NamedTerm
 {
-    std::string_view name;
-    NuvFloat32 coefficient;
+    std::string_view name;   ///< of the variable
+    NuvFloat32 coefficient;  ///< of the variable
 };
 
 /// @return the allocator over the C library's malloc and free.
@@ -72,6 +72,8 @@ public:
             Release();
     }
 
+    ///@{
+    /// Takes the program over; nothing is copied.
     LinearProgram(LinearProgram&& other) noexcept : state(std::exchange(other.state, nullptr)) {}
 
     LinearProgram& operator=(LinearProgram&& other) noexcept
@@ -79,22 +81,26 @@ public:
         std::swap(state, other.state);
         return *this;
     }
+    ///@}
 
     ~LinearProgram()
     {
         Release();
     }
 
+    /// Whether there is a program: memory was there for it, and it was not moved away.
     explicit operator bool() const noexcept
     {
         return state != nullptr;
     }
 
+    /// @return how many variables it was made with.
     NuvUint NumVariables() const noexcept
     {
         return state ? NuvLinearProgrammingGetNumVars(&state->lp) : 0;
     }
 
+    /// @return how many constraints there are now.
     NuvUint NumConstraints() const noexcept
     {
         return state ? NuvLinearProgrammingGetNumConstraints(&state->lp) : 0;
@@ -112,6 +118,7 @@ public:
 
     /// Enters or replaces the row Σ coefficient × variable ≤ rhs under a number other than 0.
     /// @return false for number 0 or refused memory. Indices and names are tested by the solve.
+    ///@{
     bool SetConstraint(NuvUint number, std::span<const IndexedTerm> terms, NuvFloat32 rhs) noexcept
     {
         const IndexedTerms row = Borrow(terms);
@@ -134,6 +141,7 @@ public:
                                                                             rhs) != NUV_FALSE;
                          });
     }
+    ///@}
 
     /// @return false when there is no constraint of that number.
     bool RemoveConstraint(NuvUint number) noexcept
@@ -143,6 +151,7 @@ public:
 
     /// Sets the objective Σ coefficient × variable, to be maximised.
     /// @return false only for an object without memory.
+    ///@{
     bool SetObjective(std::span<const IndexedTerm> terms) noexcept
     {
         const IndexedTerms objective = Borrow(terms);
@@ -155,6 +164,7 @@ public:
     {
         return SetObjective(std::span<const IndexedTerm>(terms.begin(), terms.size()));
     }
+    ///@}
 
     /// @return false when a name is unknown; the objective then stays.
     bool SetObjective(std::span<const NamedTerm> terms) noexcept

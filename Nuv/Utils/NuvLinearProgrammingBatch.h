@@ -32,16 +32,20 @@ struct NuvLinearProgrammingBatch
     NuvUint numVars;
     /// m, at least 1.
     NuvUint numConstraints;
+    /// How many programs there are.
     NuvSizeT count;
 
     /// m × n, row after row; strides count floats.
     const NuvFloat32* A;
+    /// From one program's A to the next one's; 0: all have the same.
     NuvSizeT strideA;
     /// [m]
     const NuvFloat32* b;
+    /// From one program's b to the next one's; 0: all have the same.
     NuvSizeT strideB;
     /// [n]
     const NuvFloat32* c;
+    /// From one program's c to the next one's; 0: all have the same.
     NuvSizeT strideC;
 
     /// A program that wants more pivots than this, over both phases, is given up as Stopped; 0

@@ -31,12 +31,12 @@ namespace nuv
 /// then share, or those of all of them, one after the other.
 struct BatchData
 {
-    NuvUint numVariables;
-    NuvUint numConstraints;
-    NuvSizeT count;
-    std::span<const NuvFloat32> A;
-    std::span<const NuvFloat32> b;
-    std::span<const NuvFloat32> c;
+    NuvUint numVariables;           ///< n
+    NuvUint numConstraints;         ///< m
+    NuvSizeT count;                 ///< of programs
+    std::span<const NuvFloat32> A;  ///< m × n each, row after row
+    std::span<const NuvFloat32> b;  ///< m each
+    std::span<const NuvFloat32> c;  ///< n each
     /// 0 stands for 100 × (m + n).
     NuvUint pivotLimit = 0;
 };
@@ -44,14 +44,15 @@ struct BatchData
 /// Where answers go, see NuvLinearProgrammingBatch; what is not asked for stays empty.
 struct BatchAnswers
 {
-    std::span<NuvUint> verdicts = {};
-    std::span<NuvFloat32> objectives = {};
-    std::span<NuvFloat32> values = {};
-    std::span<NuvUint> pivots = {};
-    std::span<NuvUint> bases = {};
-    std::span<NuvFloat32> prices = {};
+    std::span<NuvUint> verdicts = {};       ///< one each
+    std::span<NuvFloat32> objectives = {};  ///< one each
+    std::span<NuvFloat32> values = {};      ///< n each
+    std::span<NuvUint> pivots = {};         ///< one each
+    std::span<NuvUint> bases = {};          ///< m each
+    std::span<NuvFloat32> prices = {};      ///< m each
 };
 
+/// @cond
 namespace batch
 {
 /// Finds whether a span is one program's or that of all.
@@ -104,6 +105,7 @@ inline bool SolveRange(const NuvLinearProgrammingBatch& batch, NuvSizeT first,
            NuvLinearProgrammingBatchSolveRange(&batch, first, last, workspace.get()) != NUV_FALSE;
 }
 }  // namespace batch
+/// @endcond
 
 /// Solves all programs.
 /// @return false, and no answers, when a span is not of the size that the shape asks for, the shape

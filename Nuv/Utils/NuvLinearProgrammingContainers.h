@@ -7,9 +7,11 @@
 
 #include "Nuv/Utils/NuvLinearProgrammingRecords.h"
 
+/// @cond
 // NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a file
 #define NUV_TEMPLATE(name) <Nuv/Templates/name.decl.h>
 #include "Nuv/Utils/NuvLinearProgrammingMaps.decl.h"
 #undef NUV_TEMPLATE
+/// @endcond
 
 #endif

@@ -12,36 +12,42 @@ NUV_INLINE NuvBool NuvLinearProgrammingVariableSetName(NuvLinearProgrammingVaria
     return NuvStringAssign(&variable->name, name) ? NUV_TRUE : NUV_FALSE;
 }
 
+/// Records a type, which no solve reads.
 NUV_INLINE void NuvLinearProgrammingVariableSetType(NuvLinearProgrammingVariable* variable,
                                                     NuvLinearProgrammingVariableType type)
 {
     variable->type = type;
 }
 
+/// Sets the index, from 1; of the record alone, not of a model that holds it.
 NUV_INLINE void NuvLinearProgrammingVariableSetIndex(NuvLinearProgrammingVariable* variable,
                                                      NuvUint index)
 {
     variable->index = index;
 }
 
+/// @return the name; it is the variable's.
 NUV_INLINE const NuvString*
 NuvLinearProgrammingVariableGetName(const NuvLinearProgrammingVariable* variable)
 {
     return &variable->name;
 }
 
+/// @return the type, as it was recorded.
 NUV_INLINE NuvLinearProgrammingVariableType
 NuvLinearProgrammingVariableGetType(const NuvLinearProgrammingVariable* variable)
 {
     return variable->type;
 }
 
+/// @return the index, from 1.
 NUV_INLINE NuvUint
 NuvLinearProgrammingVariableGetIndex(const NuvLinearProgrammingVariable* variable)
 {
     return variable->index;
 }
 
+/// @return how the constraint gives its variables.
 NUV_INLINE NuvLinearProgrammingVariableAccessType
 NuvLinearProgrammingConstraintGetVariableAccessType(const NuvLinearProgrammingConstraint* c)
 {
@@ -68,6 +74,7 @@ NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(
                : 0;
 }
 
+/// @return the right-hand side.
 NUV_INLINE NuvFloat32 NuvLinearProgrammingConstraintGetRhs(const NuvLinearProgrammingConstraint* c)
 {
     return c->rhs;

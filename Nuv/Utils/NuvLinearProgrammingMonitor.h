@@ -16,7 +16,9 @@ struct NuvLinearProgrammingPivot
     NuvUint phase;
     /// The pivot's number within the solve, over both phases, from 1.
     NuvUint number;
+    /// The label that becomes basic.
     NuvUint entering;
+    /// The label that it takes the place of.
     NuvUint leaving;
     /// The rows, m: the length of the two arrays.
     NuvUint numBasic;
@@ -28,6 +30,7 @@ struct NuvLinearProgrammingPivot
 
 typedef struct NuvLinearProgrammingMonitor NuvLinearProgrammingMonitor;
 
+/// Who is asked before each pivot.
 struct NuvLinearProgrammingMonitor
 {
     /// Called before each pivot.

@@ -6,10 +6,12 @@
 
 #include "Nuv/Utils/NuvString.h"
 
+/// @cond
 // NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a file
 #define NUV_TEMPLATE(name) <Nuv/Templates/name.decl.h>
 #include "Nuv/Utils/NuvLinearProgrammingTerms.decl.h"
 #undef NUV_TEMPLATE
+/// @endcond
 
 /// Recorded only: every variable is solved as continuous and non-negative.
 typedef enum NuvLinearProgrammingVariableType
@@ -28,11 +30,14 @@ typedef enum NuvLinearProgrammingVariableAccessType
 
 typedef struct NuvLinearProgrammingVariable NuvLinearProgrammingVariable;
 
+/// A variable of a model.
 struct NuvLinearProgrammingVariable
 {
+    /// Recorded only.
     NuvLinearProgrammingVariableType type;
     /// From 1.
     NuvUint index;
+    /// Its key in the model too.
     NuvString name;
 };
 
@@ -43,11 +48,15 @@ struct NuvLinearProgrammingConstraint
 {
     /// Which array of `u` is live.
     NuvLinearProgrammingVariableAccessType type;
+    /// The coefficients.
     union
     {
+        /// By variable index, from 1.
         NuvVector_NuvPair_NuvUint__NuvFloat32 variableCoefficientsByIndex;
+        /// By variable name.
         NuvVector_NuvPair_NuvString__NuvFloat32 variableCoefficientsByName;
     } u;
+    /// The right-hand side.
     NuvFloat32 rhs;
 };
 
@@ -71,6 +80,7 @@ NuvLinearProgrammingVariableConstructCopy(NuvLinearProgrammingVariable* x,
 NUV_API NuvLinearProgrammingVariable*
 NuvLinearProgrammingVariableAssign(NuvLinearProgrammingVariable* x,
                                    const NuvLinearProgrammingVariable* y);
+/// Gives the name back.
 NUV_API void NuvLinearProgrammingVariableDestruct(NuvLinearProgrammingVariable* variable);
 /// @return whether types, indices and names agree.
 NUV_API NuvBool NuvLinearProgrammingVariableEqual(const NuvLinearProgrammingVariable* x,
@@ -103,6 +113,7 @@ NuvLinearProgrammingConstraintConstructCopy(NuvLinearProgrammingConstraint* x,
 NUV_API NuvLinearProgrammingConstraint*
 NuvLinearProgrammingConstraintAssign(NuvLinearProgrammingConstraint* x,
                                      const NuvLinearProgrammingConstraint* y);
+/// Gives the coefficients back.
 NUV_API void NuvLinearProgrammingConstraintDestruct(NuvLinearProgrammingConstraint* constraint);
 /// @return false: constraints are not compared.
 NUV_API NuvBool NuvLinearProgrammingConstraintEqual(const NuvLinearProgrammingConstraint* x,

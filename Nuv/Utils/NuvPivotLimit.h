@@ -14,6 +14,7 @@ typedef struct NuvPivotLimit NuvPivotLimit;
 /// Serves one solve after the other.
 struct NuvPivotLimit
 {
+    /// What NuvPivotLimitConstruct answers.
     NuvLinearProgrammingMonitor monitor;
     /// A solve is stopped before one pivot more than this.
     NuvUint limit;
@@ -22,11 +23,12 @@ struct NuvPivotLimit
     /// Whether it was stopped for a circle: a basis came back three times with the same values, to
     /// the bit.
     NuvBool hasCycled;
-    /// The basis whose return is watched for, by a hash, how often it came back, and the pivot at
-    /// which the next one takes its place (R. P. Brent, An improved Monte Carlo factorization
-    /// algorithm).
+    /// The basis whose return is watched for, by a hash (R. P. Brent, An improved Monte Carlo
+    /// factorization algorithm).
     uint64_t basis;
+    /// How often it came back.
     NuvUint returns;
+    /// The pivot at which the next one takes its place.
     NuvUint next;
 };
 

@@ -8,6 +8,7 @@
 #include "Nuv/Utils/NuvLinearProgramming.h"
 
 typedef struct NuvScratchAllocator NuvScratchAllocator;
+/// What precedes each block that is out.
 typedef struct NuvScratchBlock NuvScratchBlock;
 
 /// Must stay where it was constructed while blocks are out.

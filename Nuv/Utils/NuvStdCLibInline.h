@@ -8,6 +8,7 @@
 
 #include "Nuv/Utils/NuvTypes.h"
 
+/// Copies `size` bytes between blocks that do not overlap.
 static inline void NuvMemCopy(void* destination, const void* source, NuvSizeT size)
 {
     // same bits: no bytes, nothing to do, whatever the pointers
@@ -23,12 +24,14 @@ static inline void NuvMemMove(void* destination, const void* source, NuvSizeT si
         memmove(destination, source, (size_t)size);
 }
 
+/// @return whether the first `size` bytes of both are the same.
 static inline NuvBool NuvMemEqual(const void* x, const void* y, NuvSizeT size)
 {
     // same bits: no bytes, nothing to do, whatever the pointers
     return size == 0 || memcmp(x, y, (size_t)size) == 0 ? NUV_TRUE : NUV_FALSE;
 }
 
+/// Makes `size` bytes 0.
 static inline void NuvMemZero(void* memory, NuvSizeT size)
 {
     // same bits: no bytes, nothing to do, whatever the pointers

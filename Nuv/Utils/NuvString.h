@@ -9,8 +9,10 @@
 
 typedef struct NuvString NuvString;
 
+/// The string's record.
 struct NuvString
 {
+    /// Of the block.
     NuvAllocator* allocator;
     /// The characters and a NUL. Read only while `capacity` is 0.
     char* buf;

@@ -6,8 +6,11 @@
 
 #include "Nuv/Utils/NuvBaseTypes.h"
 
+/// Numbers of variables and constraints, 32 bits wide.
 typedef uint32_t NuvUint;
+/// A number with a sign, 32 bits wide.
 typedef int32_t NuvInt;
+/// binary32 of IEC 60559.
 typedef float NuvFloat32;
 /// A count of elements or bytes.
 typedef uint64_t NuvSizeT;

@@ -23,11 +23,12 @@
 namespace nuv
 {
 
+/// A basis that was read, or why there is none.
 struct BasisReadResult
 {
     /// By the places of the model's variables and rows; empty if there was an error.
     std::optional<Basis> basis;
-    std::vector<Diagnostic> diagnostics;
+    std::vector<Diagnostic> diagnostics;  ///< in the order of their places
 };
 
 /// Reads the basis of a model; `file` is what messages call the text.

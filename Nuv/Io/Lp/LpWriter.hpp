@@ -15,6 +15,8 @@
 namespace nuv
 {
 
+/// The file, or an error where the model has a failure or a limit that no file can say; warnings
+/// for all that was changed.
 [[nodiscard]] WriteResult WriteLp(const Model& model);
 
 /// The text alone, to look at a model; a comment that says why, for one that the format cannot
