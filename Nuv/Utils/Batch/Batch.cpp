@@ -34,12 +34,13 @@ NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const B
 constexpr InstructionSet kWidestFirst[] = {InstructionSet::Avx512, InstructionSet::Avx2,
                                            InstructionSet::Baseline};
 
-/// Up to how many rows the lanes are used. A lane does all the products of its problem, those with
-/// zeros too, which the solve of one problem leaves out: with more rows that weighs more than what
-/// the lanes gain, and fewer lanes gain less.
+/// Up to how many rows the lanes are used: beyond, their data no longer fit the nearest cache, and
+/// they do all the products of their problems, those with zeros too, which the solve of one problem
+/// leaves out. Fewer lanes gain less. bench/small measures where the two meet, which is at the same
+/// size for dense and sparse data.
 NuvUint MostRows(NuvUint lanes)
 {
-    return lanes >= 8 ? 64 : 20;
+    return lanes >= 16 ? 40 : lanes >= 8 ? 32 : 20;
 }
 }  // namespace
 

@@ -4,6 +4,7 @@
 #ifndef NUV_UTILS_KERNELS_KERNELS_H
 #define NUV_UTILS_KERNELS_KERNELS_H
 
+#include "Nuv/Utils/Kernels/SmallSteps.h"
 #include "Nuv/Utils/NuvTypes.h"
 
 namespace nuv
@@ -37,26 +38,6 @@ struct FusedProduct
     NuvSizeT length;
 };
 
-/// A rank-1 update of all lines, rows or columns, of a dense matrix, and a combination or two of
-/// the lines as they are then:
-///     line(l) = line(l) without element `cleared` + multipliers[l] · update   unless update is
-///     null, sumsX = Σ x[l] · line(l), and the same for y unless it is null,
-/// each sum from +0, in increasing number of the lines.
-struct DenseUpdate
-{
-    NuvFloat32* lines;  /// [count × length], one after the other
-    NuvSizeT count;
-    NuvSizeT length;
-    const NuvFloat32* multipliers;  /// [count]
-    const NuvFloat32* update;       /// [length], or null
-    /// An element that counts as 0 before the update; `length` for none.
-    NuvUint cleared;
-    const NuvFloat32* x;  /// [count]
-    NuvFloat32* sumsX;    /// [length]
-    const NuvFloat32* y;  /// [count], or null
-    NuvFloat32* sumsY;    /// [length]
-};
-
 /// A number that was looked for, and where it was found.
 struct Choice
 {
@@ -71,7 +52,20 @@ struct Kernels
     static constexpr NuvSizeT kTile = 16;
 
     void (*updateAndMultiply)(const FusedProduct* product);
-    void (*updateDensely)(const DenseUpdate* update);
+    /// Few rows: both inverses += the pending update, unless `row`, which leaves, is m; prices =
+    /// basicCosts · inverse; values = inverse · b. The former row goes to `multipliers`.
+    /// @return whether all of prices and values are finite.
+    bool (*updateSmall)(const SmallState* state, NuvUint row);
+    /// differences = costs − prices · [A I]; prices are finite.
+    /// @return as findLargest.
+    Choice (*priceSmall)(const SmallState* state);
+    /// direction = inverse · enteringColumn, and the ratios; the inverse is finite.
+    /// @return as findSmallestRatio.
+    Choice (*testSmall)(const SmallState* state);
+    /// eta = 0 − direction · p, and 1 − (direction − 1) · p in the row, with p = 1 /
+    /// direction(row).
+    /// @return whether all of 0 − direction · p is finite.
+    bool (*formSmallEta)(const SmallState* state, NuvUint row);
     /// eta = 0 − direction · reciprocal.
     /// @return whether all of eta is finite.
     bool (*formEta)(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta,

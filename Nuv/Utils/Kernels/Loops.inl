@@ -4,8 +4,6 @@
 #include "Nuv/Utils/Kernels/Kernels.h"
 #include "Nuv/Utils/Kernels/FusedProduct.inl"
 
-#include "Nuv/Utils/Kernels/DenseUpdate.inl"
-
 namespace nuv
 {
 namespace
@@ -36,16 +34,11 @@ bool FormEta(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta
     return AreZero(accumulator);
 }
 
-Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUint* numbers,
-                   NuvFloat32* differences, NuvSizeT length)
+/// The largest of the differences, one lane of `best` being it, and the largest of the numbers
+/// where it stands.
+NUV_LANES_INLINE Choice LastOf(const NuvFloat32* differences, const NuvUint* numbers,
+                               NuvSizeT length, const Lanes& best)
 {
-    Lanes best = {};
-    for (NuvSizeT i = 0; i != length; i += kLanes)
-    {
-        const Lanes difference = Load(costs + i) - Load(sums + i);
-        Store(differences + i, difference);
-        best = LargerOf(difference, best);
-    }
     const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Reduce(best, kLarger));
     // same bits: the smallest ratio and the largest difference are no NaN
     if (largest == 0.0F)
@@ -61,18 +54,27 @@ Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUin
     return {largest, Reduce(last, kLarger)};
 }
 
-Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, NuvFloat32* ratios,
-                         NuvSizeT length)
+Choice FindLargest(const NuvFloat32* costs, const NuvFloat32* sums, const NuvUint* numbers,
+                   NuvFloat32* differences, NuvSizeT length)
 {
-    const Lanes none = Broadcast(FLT_MAX);
-    Lanes best = none;
+    Lanes best = {};
     for (NuvSizeT i = 0; i != length; i += kLanes)
     {
-        const Lanes decrease = Load(direction + i);
-        const Lanes ratio = decrease > Broadcast(0.0F) ? Load(values + i) / decrease : none;
-        Store(ratios + i, ratio);
-        best = SmallerOf(ratio, best);
+        const Lanes difference = Load(costs + i) - Load(sums + i);
+        Store(differences + i, difference);
+        best = LargerOf(difference, best);
     }
+    return LastOf(differences, numbers, length, best);
+}
+
+NUV_LANES_INLINE Lanes RatioOf(const Lanes& value, const Lanes& decrease)
+{
+    return decrease > Broadcast(0.0F) ? value / decrease : Broadcast(FLT_MAX);
+}
+
+/// The smallest of the ratios, one lane of `best` being it, and the first index where it stands.
+NUV_LANES_INLINE Choice FirstOf(const NuvFloat32* ratios, NuvSizeT length, const Lanes& best)
+{
     const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Reduce(best, kSmaller));
     // same bits: the smallest ratio and the largest difference are no NaN; beside FLT_MAX an index
     // says nothing
@@ -89,6 +91,27 @@ Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, 
     return {smallest, Reduce(first, kSmaller)};
 }
 
+Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, NuvFloat32* ratios,
+                         NuvSizeT length)
+{
+    Lanes best = Broadcast(FLT_MAX);
+    for (NuvSizeT i = 0; i != length; i += kLanes)
+    {
+        const Lanes ratio = RatioOf(Load(values + i), Load(direction + i));
+        Store(ratios + i, ratio);
+        best = SmallerOf(ratio, best);
+    }
+    return FirstOf(ratios, length, best);
+}
+}  // namespace
+}  // namespace nuv
+
+#include "Nuv/Utils/Kernels/SmallSteps.inl"
+
+namespace nuv
+{
+namespace
+{
 /// The product of `numRows` rows of x with a stripe of y that is `numVectors` vectors wide.
 template <class Vector, NuvSizeT numRows, NuvSizeT numVectors>
 NUV_LANES_INLINE void MultiplyStripe(const NuvFloat32* x, const NuvFloat32* y, NuvFloat32* result,
@@ -160,9 +183,9 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kKernels = {UpdateAndMultiply, UpdateDensely, FormEta,
-                              IsFinite,          FindLargest,   FindSmallestRatio,
-                              MultiplyMatrices,  Divide,        SubtractMultiple};
+constexpr Kernels kKernels = {UpdateAndMultiply, UpdateSmall,      PriceSmall, TestSmall,
+                              FormSmallEta,      FormEta,          IsFinite,   FindLargest,
+                              FindSmallestRatio, MultiplyMatrices, Divide,     SubtractMultiple};
 }  // namespace
 
 const Kernels* NUV_KERNELS()

@@ -5,6 +5,7 @@
 
 #include <initializer_list>
 
+#include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 
@@ -37,9 +38,10 @@ void Initialise(Iteration* it, const NuvLinearProgramming* lp)
     it->nonbasic[0] = kArtificialLabel;
     NuvMemCopy(it->nonbasic + numArtificial, lp->independent.data,
                it->form->n * sizeof *it->nonbasic);
-    for (NuvFloat32* const array :
-         {it->basicCosts, it->b, it->prices, it->basicValues, it->enteringColumn, it->direction})
-        NuvMemZero(array, it->stride * sizeof *array);
+    // Those up to the direction stand one behind the other: whole tiles are whole lines.
+    constexpr NuvSizeT numZeroed = 6;
+    NUV_ASSERT(it->direction == it->basicCosts + (numZeroed - 1) * it->stride);
+    NuvMemZero(it->basicCosts, numZeroed * it->stride * sizeof *it->basicCosts);
     NuvMemCopy(it->b, it->form->b, it->m * sizeof *it->b);
     for (NuvUint i = 0; i != it->m; ++i)
         it->basicCosts[i] = CostOf(it, it->basic[i]);
@@ -49,12 +51,17 @@ Leaving ChooseLeaving(Iteration* it)
 {
     const Choice smallest =
         it->kernels->findSmallestRatio(it->basicValues, it->direction, it->ratios, it->stride);
-    if (smallest.value == FLT_MAX)
+    return LeavingOf(it, &smallest);
+}
+
+Leaving LeavingOf(const Iteration* it, const Choice* smallest)
+{
+    if (smallest->value == FLT_MAX)
         // same bits: the row of a leaving variable that does not exist is not read
         return {0, false};
     const bool isArtificial =
-        it->artificialRow != it->m && it->ratios[it->artificialRow] == smallest.value;
-    return {isArtificial ? it->artificialRow : smallest.number, true};
+        it->artificialRow != it->m && it->ratios[it->artificialRow] == smallest->value;
+    return {isArtificial ? it->artificialRow : smallest->number, true};
 }
 
 Leaving ChooseMostNegative(const Iteration* it)

@@ -50,6 +50,8 @@ struct Iteration
     NuvUint artificialRow;
     /// Whether a pivot was made in this phase.
     bool hasPivoted;
+    /// Whether the first basis is that of the slacks, row by row.
+    bool hasSlackBasis;
 
     NuvFloat32* basicCosts;      /// [stride] c_B
     NuvFloat32* b;               /// [stride]
@@ -91,6 +93,8 @@ void Initialise(Iteration* it, const NuvLinearProgramming* lp);
 /// The ratio test: the smallest ratio, the first one on ties; but the artificial variable goes
 /// before others of the same ratio.
 Leaving ChooseLeaving(Iteration* it);
+/// The same when the smallest ratio is found.
+Leaving LeavingOf(const Iteration* it, const Choice* smallest);
 /// The row of the smallest basic value, the first one on ties: what leaves for the artificial
 /// variable.
 Leaving ChooseMostNegative(const Iteration* it);

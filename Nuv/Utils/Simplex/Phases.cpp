@@ -46,6 +46,12 @@ bool RetainPivotBlocks(const Iteration* it)
     return Retain(it, sizes, 5);
 }
 
+template <class Steps>
+Leaving ChooseLeaving(const Steps*, Iteration* it)
+{
+    return ChooseLeaving(it);
+}
+
 /// The simplex method. `Steps` is a DenseIteration, a StructuredIteration or a SmallIteration.
 /// @return false when the dense iteration is to take over; nothing is decided then.
 template <class Steps>
@@ -63,7 +69,7 @@ bool Iterate(Steps* steps, Iteration* it, const PhaseRules* rules, NuvLinearProg
             *result = rules->finishOptimal(it, lp);
             return true;
         }
-        const Leaving leaving = isForced ? ChooseMostNegative(it) : ChooseLeaving(it);
+        const Leaving leaving = isForced ? ChooseMostNegative(it) : ChooseLeaving(steps, it);
         if (!leaving.exists)
         {
             *result = rules->finishUnbounded(it, lp);
@@ -120,6 +126,17 @@ NuvSizeT PlaceArrays(Iteration* it, Steps* steps, SolveContext* context, const S
     return layout.BytesNeeded();
 }
 
+bool StartsFromSlacks(const NuvLinearProgramming* lp, const StandardForm* form)
+{
+    for (NuvUint i = 0; i != form->m; ++i)
+        if (lp->basic.data[i] != SlackOf(form, i))
+            return false;
+    return true;
+}
+
+/// The arrays of the smallest problems are on the stack.
+constexpr NuvSizeT kLocalBytes = 8192;
+
 template <class Steps>
 Result SolvePhaseBy(const PhaseRules* rules, NuvLinearProgramming* lp, SolveContext* context,
                     const StandardForm* form)
@@ -127,9 +144,12 @@ Result SolvePhaseBy(const PhaseRules* rules, NuvLinearProgramming* lp, SolveCont
     Result result = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     Iteration it;
     Steps steps;
-    Workspace workspace;
+    unsigned char local[kLocalBytes];
+    Workspace workspace = {nullptr, local, sizeof local};
+    it.hasSlackBasis = StartsFromSlacks(lp, form);
     const NuvSizeT size = PlaceArrays(&it, &steps, context, form, rules->phase, nullptr);
-    if (!AllocateWorkspace(&workspace, lp->alloc, size))
+    const bool isLocal = size <= sizeof local;
+    if (!isLocal && !AllocateWorkspace(&workspace, lp->alloc, size))
         return result;
     (void)PlaceArrays(&it, &steps, context, form, rules->phase, workspace.block);
     Initialise(&it, lp);
@@ -137,7 +157,8 @@ Result SolvePhaseBy(const PhaseRules* rules, NuvLinearProgramming* lp, SolveCont
         result = IterateDensely<Steps>(nullptr, &it, rules, lp);
     else if (!Iterate(&steps, &it, rules, lp, &result))
         result = IterateDensely(&steps, &it, rules, lp);
-    FreeWorkspace(&workspace);
+    if (!isLocal)
+        FreeWorkspace(&workspace);
     return result;
 }
 
@@ -285,6 +306,7 @@ NuvSizeT BytesOfPhases(const StandardForm* form)
             StructuredIteration structured;
             SmallIteration small;
             DenseIteration dense;
+            it.hasSlackBasis = phase == Phase::I;
             shape.maxNonzeros = static_cast<NuvSizeT>(form->m) * form->n / part;
             for (const NuvSizeT bytes :
                  {PlaceArrays(&it, &small, &context, &shape, phase, nullptr),

@@ -22,7 +22,7 @@ NuvSizeT IndexOf(const Pricing* x, NuvUint label)
 }
 }  // namespace
 
-void PlaceCosts(Pricing* x, const StandardForm* form, WorkspaceLayout* layout)
+void PlaceArrays(Pricing* x, const StandardForm* form, WorkspaceLayout* layout)
 {
     x->form = form;
     x->firstSlack = PaddedLength(form->n);
@@ -31,11 +31,6 @@ void PlaceCosts(Pricing* x, const StandardForm* form, WorkspaceLayout* layout)
     layout->Place(&x->sums, x->length);
     layout->Place(&x->differences, x->length);
     layout->Place(&x->positions, x->length);
-}
-
-void PlaceArrays(Pricing* x, const StandardForm* form, WorkspaceLayout* layout)
-{
-    PlaceCosts(x, form, layout);
     x->isSparse = switches.sparsePricing && IsSparse(form);
     if (x->isSparse)
         PlaceArrays(&x->sparse, form, layout);
@@ -48,18 +43,13 @@ NuvSizeT RowBufferLength(const Pricing* x)
     return x->isSparse ? 0 : x->form->m * x->firstSlack;
 }
 
-void StartCosts(Pricing* x)
+void StartPricing(Pricing* x, NuvFloat32* rowBuffer)
 {
     for (NuvSizeT j = 0; j != x->length; ++j)
     {
         x->costs[j] = kBasicCost;
         x->positions[j] = kNoPosition;
     }
-}
-
-void StartPricing(Pricing* x, NuvFloat32* rowBuffer)
-{
-    StartCosts(x);
     NuvMemZero(x->sums, x->firstSlack * sizeof *x->sums);
     if (x->isSparse)
         StartPricing(&x->sparse, x->form);
@@ -102,11 +92,6 @@ Choice FindLargestReducedCost(Pricing* x, const NuvFloat32* prices, const NuvUin
         SumColumns(&x->sparse, prices, rows, count, x->sums);
     else
         SumRows(&x->dense, x->kernels, prices, rows, count, x->sums);
-    return FindLargestOfSums(x, prices);
-}
-
-Choice FindLargestOfSums(Pricing* x, const NuvFloat32* prices)
-{
     // A slack's sum is +0 + price · 1: the price itself, which is a sum from +0 and never −0.
     NuvMemCopy(x->sums + x->firstSlack, prices, (x->length - x->firstSlack) * sizeof *prices);
     return x->kernels->findLargest(x->costs, x->sums, x->positions, x->differences, x->length);

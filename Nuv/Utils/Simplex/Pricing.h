@@ -33,10 +33,6 @@ struct Pricing
 
 /// Places the arrays for a standard form; `rowBuffer` of StartPricing is not among them.
 void PlaceArrays(Pricing* x, const StandardForm* form, WorkspaceLayout* layout);
-/// Places the arrays by label alone, for a caller that sums by itself, and makes all variables
-/// basic, without a position.
-void PlaceCosts(Pricing* x, const StandardForm* form, WorkspaceLayout* layout);
-void StartCosts(Pricing* x);
 /// How many floats StartPricing must be lent.
 NuvSizeT RowBufferLength(const Pricing* x);
 /// Makes all variables basic, without a position.
@@ -56,8 +52,6 @@ void MakeNonbasic(Pricing* x, NuvUint label, NuvFloat32 cost, NuvUint position);
 /// @return the largest if it is above 0, else 0, and the last of its positions.
 Choice FindLargestReducedCost(Pricing* x, const NuvFloat32* prices, const NuvUint* rows,
                               NuvUint count);
-/// The same once the sums of the columns that are not slacks are formed.
-Choice FindLargestOfSums(Pricing* x, const NuvFloat32* prices);
 /// column [length] = the column of A under `label`, from 1, with zeros for padding.
 void CopyColumn(const Pricing* x, NuvUint label, NuvFloat32* column, NuvSizeT length);
 }  // namespace nuv

@@ -1,9 +1,12 @@
 // The steps for few rows. Each sum runs over all its terms, in increasing index from +0, as the
-// definition has it; only the eta matrix is taken as the identity but for one column, which it is
-// for finite numbers: see FormEta in BasisInverse.cpp. The update replaces the row that leaves by
-// +0 + eta(r) · v, and so does the definition.
+// definition has it, but for terms that are ±0; and the eta matrix is taken as the identity but for
+// one column, which it is for finite numbers: see FormEta in BasisInverse.cpp. The update replaces
+// the row that leaves by +0 + eta(r) · v, and so does the definition.
 #include "Nuv/Utils/Simplex/SmallIteration.h"
 
+#include <limits>
+
+#include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/Kernels/Switches.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
@@ -13,11 +16,14 @@ namespace nuv
 namespace
 {
 /// Above so many rows the inverse's columns that are still unit vectors are worth their lists.
-constexpr NuvUint kMostRows = 32;
+constexpr NuvUint kMostRows = 64;
+static_assert(kMostRows <= 8 * sizeof(RowBits));
+constexpr NuvFloat32 kBasicCost = -std::numeric_limits<NuvFloat32>::infinity();
+constexpr NuvUint kNoPosition = UINT32_MAX;
 
-void CopyA(SmallIteration* x, const StandardForm* form)
+void CopyA(SmallState* s, const StandardForm* form)
 {
-    const NuvSizeT length = x->pricing.firstSlack;
+    const NuvSizeT length = s->lengthOfA;
     // Whole tiles, past the end of a row into the next one: what is summed there belongs to columns
     // that are padding, and these never enter.
     const NuvSizeT end = form->m * form->rowLength;
@@ -25,27 +31,33 @@ void CopyA(SmallIteration* x, const StandardForm* form)
     {
         const NuvSizeT from = i * form->rowLength;
         const NuvSizeT count = end - from < length ? end - from : length;
-        NuvMemCopy(x->A + i * length, form->A + from, count * sizeof *x->A);
-        NuvMemZero(x->A + i * length + count, (length - count) * sizeof *x->A);
+        NuvFloat32* const to = s->A + i * length;
+        NuvSizeT j = 0;
+        for (; count - j >= Kernels::kTile; j += Kernels::kTile)
+            NuvMemCopy(to + j, form->A + from + j, Kernels::kTile * sizeof *to);
+        for (; j != count; ++j)
+            to[j] = form->A[from + j];
+        for (; j != length; ++j)
+            to[j] = 0.0F;
     }
 }
 
-void SetToIdentity(SmallIteration* x)
+/// `columns` are behind `rows`.
+void SetToIdentity(SmallState* s)
 {
-    const NuvSizeT size = x->m * x->stride * sizeof *x->rows;
-    NuvMemZero(x->rows, size);
-    NuvMemZero(x->columns, size);
-    for (NuvSizeT i = 0; i != x->m; ++i)
+    NuvMemZero(s->rows, 2 * s->m * s->stride * sizeof *s->rows);
+    for (NuvSizeT i = 0; i != s->m; ++i)
     {
-        x->rows[i * x->stride + i] = 1.0F;
-        x->columns[i * x->stride + i] = 1.0F;
+        s->rows[i * s->stride + i] = 1.0F;
+        s->columns[i * s->stride + i] = 1.0F;
     }
 }
 
 bool InvertBasis(SmallIteration* x, const Iteration* it)
 {
-    SetToIdentity(x);
-    if (IsSlackBasis(it))
+    SmallState* const s = &x->state;
+    SetToIdentity(s);
+    if (it->hasSlackBasis)
         return true;
     if (!Invert(&x->inverse, it->form, it->basic, it->b, &x->elimination))
         return false;
@@ -53,19 +65,67 @@ bool InvertBasis(SmallIteration* x, const Iteration* it)
         for (NuvUint k = 0; k != it->m; ++k)
         {
             const NuvFloat32 entry = EntryOf(&x->inverse, i, k);
-            x->rows[i * x->stride + k] = entry;
-            x->columns[k * x->stride + i] = entry;
+            s->rows[i * s->stride + k] = entry;
+            s->columns[k * s->stride + i] = entry;
         }
     return true;
 }
 
-/// Updates the rows, unless there is no update, and sums the prices.
-void UpdateRows(SmallIteration* x, const Iteration* it, const NuvFloat32* update)
+/// Where the arrays hold what belongs to a label.
+NuvSizeT IndexOf(const SmallState* s, const StandardForm* form, NuvUint label)
 {
-    const DenseUpdate rows = {
-        x->rows,        x->m,       x->stride, x->eta, update, static_cast<NuvUint>(x->stride),
-        it->basicCosts, it->prices, nullptr,   nullptr};
-    it->kernels->updateDensely(&rows);
+    return label <= form->n ? label - 1 : s->lengthOfA + (label - form->n - 1);
+}
+
+/// Gives each label its place.
+/// @return false when one has two.
+bool PlaceLabels(SmallState* s, const Iteration* it)
+{
+    for (NuvSizeT j = 0; j != s->lengthOfA + s->stride; ++j)
+    {
+        s->costs[j] = kBasicCost;
+        s->positions[j] = kNoPosition;
+    }
+    for (NuvUint i = 0; i != it->m; ++i)
+    {
+        NuvUint* const position = s->positions + IndexOf(s, it->form, it->basic[i]);
+        if (*position != kNoPosition)
+            return false;
+        *position = 0;
+    }
+    for (NuvUint j = 0; j != it->numNonbasic; ++j)
+    {
+        const NuvUint label = it->nonbasic[j];
+        if (label == kArtificialLabel)
+            continue;
+        const NuvSizeT index = IndexOf(s, it->form, label);
+        if (s->positions[index] != kNoPosition)
+            return false;
+        s->positions[index] = j;
+        s->costs[index] = CostOf(it, label);
+    }
+    return true;
+}
+
+/// Copies the column of A under the label.
+void CopyColumn(SmallState* s, const StandardForm* form, NuvUint label)
+{
+    RowBits nonzeros = 0;
+    if (label != kArtificialLabel && label > form->n)
+    {
+        const NuvSizeT row = label - form->n - 1;
+        s->enteringColumn[row] = 1.0F;
+        s->nonzerosOfColumn = RowBits{1} << row;
+        return;
+    }
+    for (NuvSizeT i = 0; i != s->m; ++i)
+    {
+        const NuvFloat32 element =
+            label == kArtificialLabel ? -1.0F : s->A[i * s->lengthOfA + label - 1];
+        s->enteringColumn[i] = element;
+        nonzeros |= static_cast<RowBits>(element != 0.0F) << i;
+    }
+    s->nonzerosOfColumn = nonzeros;
 }
 }  // namespace
 
@@ -77,105 +137,95 @@ bool IsSmall(const StandardForm* form)
 
 void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout)
 {
-    x->m = it->m;
-    x->stride = it->stride;
-    x->pricing.kernels = it->kernels;
-    PlaceCosts(&x->pricing, it->form, layout);
-    layout->Place(&x->A, x->m * x->pricing.firstSlack);
-    layout->Place(&x->rows, x->m * x->stride);
-    layout->Place(&x->columns, x->m * x->stride);
-    layout->Place(&x->eta, x->stride);
-    layout->Place(&x->multipliers, x->stride);
-    if (it->phase == Phase::I)
+    SmallState* const s = &x->state;
+    s->m = it->m;
+    s->stride = it->stride;
+    s->lengthOfA = InTiles(it->form->n);
+    const NuvSizeT length = s->lengthOfA + s->stride;
+    layout->Place(&s->costs, length);
+    layout->Place(&s->positions, length);
+    layout->Place(&s->differences, length);
+    layout->Place(&s->A, s->m * s->lengthOfA);
+    // Whole tiles are whole lines, so that the columns follow the rows.
+    layout->Place(&s->rows, s->m * s->stride);
+    layout->Place(&s->columns, s->m * s->stride);
+    layout->Place(&s->eta, s->stride);
+    layout->Place(&s->multipliers, s->stride);
+    s->b = it->b;
+    s->basicCosts = it->basicCosts;
+    s->prices = it->prices;
+    s->values = it->basicValues;
+    s->enteringColumn = it->enteringColumn;
+    s->direction = it->direction;
+    s->ratios = it->ratios;
+    if (it->hasSlackBasis)
         return;
     x->inverse.kernels = it->kernels;
     PlaceArrays(&x->inverse, it->m, 0, layout);
-    layout->Place(&x->elimination.steps, x->m);
-    layout->Place(&x->elimination.multipliers, x->m * x->stride);
+    layout->Place(&x->elimination.steps, s->m);
+    layout->Place(&x->elimination.multipliers, s->m * s->stride);
 }
 
 bool TryStart(SmallIteration* x, Iteration* it)
 {
-    if (!LabelsMatchColumns(it) || !InvertBasis(x, it))
+    SmallState* const s = &x->state;
+    if (!LabelsMatchColumns(it) || !InvertBasis(x, it) || !PlaceLabels(s, it))
         return false;
-    StartCosts(&x->pricing);
-    if (!PlaceLabels(&x->pricing, it))
-        return false;
-    CopyA(x, it->form);
-    x->pendingRow = it->m;
-    UpdateRows(x, it, nullptr);
+    CopyA(s, it->form);
+    x->isFinite = it->kernels->updateSmall(s, it->m);
     return true;
 }
 
 Entering ChooseEntering(SmallIteration* x, Iteration* it)
 {
-    Pricing* const pricing = &x->pricing;
-    const DenseUpdate sums = {x->A, x->m,       pricing->firstSlack, nullptr, nullptr,
-                              0,    it->prices, pricing->sums,       nullptr, nullptr};
-    it->kernels->updateDensely(&sums);
-    const Choice largest = FindLargestOfSums(pricing, it->prices);
+    const Choice largest = it->kernels->priceSmall(&x->state);
     return {largest.number, largest.value};
 }
 
 bool ComputeValuesAndDirection(SmallIteration* x, Iteration* it, const Entering* entering)
 {
-    const bool hasColumn = entering->reducedCost != 0.0F;
-    if (hasColumn)
+    if (x->isFinite && entering->reducedCost != 0.0F)
     {
-        const NuvUint label = it->nonbasic[entering->position];
-        if (label == kArtificialLabel || label > it->form->n)
-            for (NuvUint i = 0; i != it->m; ++i)
-                it->enteringColumn[i] = label == kArtificialLabel       ? -1.0F
-                                        : SlackOf(it->form, i) == label ? 1.0F
-                                                                        : 0.0F;
-        else
-            for (NuvUint i = 0; i != it->m; ++i)
-                it->enteringColumn[i] = x->A[i * x->pricing.firstSlack + label - 1];
+        CopyColumn(&x->state, it->form, it->nonbasic[entering->position]);
+        x->smallest = it->kernels->testSmall(&x->state);
     }
-    const DenseUpdate columns = {x->columns,
-                                 x->m,
-                                 x->stride,
-                                 x->multipliers,
-                                 x->pendingRow != it->m ? x->eta : nullptr,
-                                 x->pendingRow,
-                                 it->b,
-                                 it->basicValues,
-                                 hasColumn ? it->enteringColumn : nullptr,
-                                 it->direction};
-    it->kernels->updateDensely(&columns);
-    x->pendingRow = it->m;
-    // An entry of the inverse that is not finite makes a basic value that is not.
-    return it->kernels->isFinite(it->basicValues, it->stride) &&
-           it->kernels->isFinite(it->prices, it->stride);
+    return x->isFinite;
+}
+
+Leaving ChooseLeaving(const SmallIteration* x, Iteration* it)
+{
+    return LeavingOf(it, &x->smallest);
 }
 
 bool FormEta(SmallIteration* x, const Iteration* it, NuvUint row)
 {
-    const NuvFloat32 reciprocal = 1.0F / it->direction[row];
-    const bool isFinite = it->kernels->formEta(it->direction, reciprocal, x->eta, x->stride);
-    x->eta[row] = 1.0F - (it->direction[row] - 1.0F) * reciprocal;
-    return isFinite;
+    return it->kernels->formSmallEta(&x->state, row);
 }
 
 void Exchange(SmallIteration* x, Iteration* it, NuvUint position, NuvUint row)
 {
-    Exchange(&x->pricing, it, position, row);
+    ExchangeLabels(it, position, row);
+    SmallState* const s = &x->state;
+    const NuvUint entering = it->basic[row];
+    const NuvUint leaving = it->nonbasic[position];
+    if (entering != kArtificialLabel)
+        s->costs[IndexOf(s, it->form, entering)] = kBasicCost;
+    NUV_ASSERT(leaving != kArtificialLabel);
+    s->costs[IndexOf(s, it->form, leaving)] = CostOf(it, leaving);
+    s->positions[IndexOf(s, it->form, leaving)] = position;
 }
 
 void Update(SmallIteration* x, Iteration* it, NuvUint row)
 {
-    NuvFloat32* const leaving = x->rows + row * x->stride;
-    NuvMemCopy(x->multipliers, leaving, x->stride * sizeof *leaving);
-    NuvMemZero(leaving, x->stride * sizeof *leaving);
-    UpdateRows(x, it, x->multipliers);
-    x->pendingRow = row;
+    x->isFinite = it->kernels->updateSmall(&x->state, row);
 }
 
 void FallBackToDense(const SmallIteration* x, const Iteration* it, DenseIteration* dense)
 {
+    const SmallState* const s = &x->state;
     StartFromLabels(dense, it);
-    for (NuvSizeT i = 0; i != x->m; ++i)
-        NuvMemCopy(dense->inverse + i * x->m, x->rows + i * x->stride,
-                   x->m * sizeof *dense->inverse);
+    for (NuvSizeT i = 0; i != s->m; ++i)
+        NuvMemCopy(dense->inverse + i * s->m, s->rows + i * s->stride,
+                   s->m * sizeof *dense->inverse);
 }
 }  // namespace nuv

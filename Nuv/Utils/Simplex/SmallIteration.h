@@ -1,10 +1,9 @@
 // The iteration for few rows: the inverse as a dense matrix, by rows and by columns, and A with
-// padded rows, so that every step is a loop or two over whole vectors. It has the bits of
-// DenseIteration.h as long as all numbers are finite; where one is not, the step says so, as in
-// StructuredIteration.h. Not installed.
+// padded rows, so that a pivot is four passes over whole vectors (Kernels/SmallSteps.inl). It has
+// the bits of DenseIteration.h as long as all numbers are finite; where one is not, the step says
+// so, as in StructuredIteration.h. Not installed.
 //
-// Invariant between iterations: the rows of the inverse are up to date; its columns are, but for
-// the pending update, which is added when they are next multiplied. Padding is zero, in A anything.
+// Invariant between iterations: both inverses, the prices and the basic values are up to date.
 #ifndef NUV_UTILS_SIMPLEX_SMALLITERATION_H
 #define NUV_UTILS_SIMPLEX_SMALLITERATION_H
 
@@ -14,16 +13,12 @@ namespace nuv
 {
 struct SmallIteration
 {
-    Pricing pricing;  /// its labels, costs and sums alone
-    NuvSizeT m;
-    NuvSizeT stride;      /// of the inverse, PaddedLength(m)
-    NuvFloat32* A;        /// [m × firstSlack], the columns that are not slacks
-    NuvFloat32* rows;     /// [m × stride] of the inverse
-    NuvFloat32* columns;  /// [m × stride] of the inverse
-    /// The update: eta and the former row that leaves.
-    NuvFloat32* eta;          /// [stride]
-    NuvFloat32* multipliers;  /// [stride]
-    NuvUint pendingRow;       /// or m
+    SmallState state;
+    /// Of the ratio test, with the direction.
+    Choice smallest;
+    /// Whether the basic values and the prices are finite. An entry of the inverse that is not
+    /// makes a basic value that is not.
+    bool isFinite;
     /// For the first basis of Phase II after Phase I.
     BasisInverse inverse;
     Elimination elimination;
@@ -37,6 +32,7 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
 bool TryStart(SmallIteration* x, Iteration* it);
 Entering ChooseEntering(SmallIteration* x, Iteration* it);
 bool ComputeValuesAndDirection(SmallIteration* x, Iteration* it, const Entering* entering);
+Leaving ChooseLeaving(const SmallIteration* x, Iteration* it);
 bool FormEta(SmallIteration* x, const Iteration* it, NuvUint row);
 void Exchange(SmallIteration* x, Iteration* it, NuvUint position, NuvUint row);
 void Update(SmallIteration* x, Iteration* it, NuvUint row);

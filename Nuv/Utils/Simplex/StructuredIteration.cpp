@@ -7,14 +7,6 @@
 
 namespace nuv
 {
-bool IsSlackBasis(const Iteration* it)
-{
-    for (NuvUint i = 0; i != it->m; ++i)
-        if (it->basic[i] != SlackOf(it->form, i))
-            return false;
-    return true;
-}
-
 bool LabelsMatchColumns(const Iteration* it)
 {
     if (it->phase == Phase::II)
@@ -23,9 +15,13 @@ bool LabelsMatchColumns(const Iteration* it)
     for (NuvUint j = 0; j != it->numNonbasic; ++j)
         if (it->nonbasic[j] != j)
             return false;
-    return IsSlackBasis(it);
+    return it->hasSlackBasis;
 }
 
+namespace
+{
+/// Tells pricing where each label is.
+/// @return whether each but the artificial variable's has exactly one place.
 bool PlaceLabels(Pricing* pricing, const Iteration* it)
 {
     for (NuvUint i = 0; i != it->m; ++i)
@@ -40,11 +36,9 @@ bool PlaceLabels(Pricing* pricing, const Iteration* it)
     return true;
 }
 
-namespace
-{
 bool InvertBasis(StructuredIteration* x, const Iteration* it)
 {
-    if (IsSlackBasis(it))
+    if (it->hasSlackBasis)
     {
         SetToIdentity(&x->inverse, it->b);
         return true;
@@ -121,20 +115,15 @@ bool FormEta(StructuredIteration* x, const Iteration* it, NuvUint row)
     return FormEta(&x->inverse, it->direction, row);
 }
 
-void Exchange(Pricing* pricing, Iteration* it, NuvUint position, NuvUint row)
+void Exchange(StructuredIteration* x, Iteration* it, NuvUint position, NuvUint row)
 {
     ExchangeLabels(it, position, row);
     const NuvUint entering = it->basic[row];
     const NuvUint leaving = it->nonbasic[position];
     if (entering != kArtificialLabel)
-        MakeBasic(pricing, entering);
+        MakeBasic(&x->pricing, entering);
     NUV_ASSERT(leaving != kArtificialLabel);
-    MakeNonbasic(pricing, leaving, CostOf(it, leaving), position);
-}
-
-void Exchange(StructuredIteration* x, Iteration* it, NuvUint position, NuvUint row)
-{
-    Exchange(&x->pricing, it, position, row);
+    MakeNonbasic(&x->pricing, leaving, CostOf(it, leaving), position);
 }
 
 void Update(StructuredIteration* x, Iteration* it, NuvUint row)

@@ -23,18 +23,10 @@ struct StructuredIteration
     NuvFloat32* rowBuffer;
 };
 
-// Labels, as both iterations that price by label have them.
-
-bool IsSlackBasis(const Iteration* it);
 /// Phase I always starts from the slack columns. A caller of Phase I by itself may have left other
 /// labels in `basic`; then labels and columns disagree, and only the dense iteration, which keeps
 /// both, gives the defined result. In Phase II they agree by definition.
 bool LabelsMatchColumns(const Iteration* it);
-/// Tells pricing where each label is.
-/// @return whether each but the artificial variable's has exactly one place.
-bool PlaceLabels(Pricing* pricing, const Iteration* it);
-/// Exchanges labels and costs.
-void Exchange(Pricing* pricing, Iteration* it, NuvUint position, NuvUint row);
 
 void PlaceArrays(StructuredIteration* x, const Iteration* it, WorkspaceLayout* layout);
 /// Finds the inverse and the prices of the first basis: that of the slacks in Phase I, that of the

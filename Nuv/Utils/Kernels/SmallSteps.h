@@ -1,0 +1,38 @@
+// What the steps for few rows read and write: the inverse as a dense matrix, by rows and by
+// columns, and A with padded rows. Lines are of whole tiles; padding is zero, in A anything.
+#ifndef NUV_UTILS_KERNELS_SMALLSTEPS_H
+#define NUV_UTILS_KERNELS_SMALLSTEPS_H
+
+#include "Nuv/Utils/NuvTypes.h"
+
+namespace nuv
+{
+/// A bit per row.
+using RowBits = uint64_t;
+
+struct SmallState
+{
+    /// At most as many rows as there are bits.
+    NuvSizeT m;
+    NuvSizeT stride;             // of the lines of the inverse
+    NuvFloat32* rows;            // [m × stride]
+    NuvFloat32* columns;         // [m × stride]
+    const NuvFloat32* b;         // [stride]
+    NuvFloat32* basicCosts;      // [stride]
+    NuvFloat32* prices;          // [stride]
+    NuvFloat32* values;          // [stride]
+    NuvFloat32* eta;             // [stride]
+    NuvFloat32* multipliers;     // [stride] the former row that leaves
+    NuvFloat32* A;               // [m × lengthOfA] the columns that are not slacks
+    NuvSizeT lengthOfA;          // of a row
+    NuvFloat32* costs;           // [lengthOfA + stride] −infinity of basic ones and of padding
+    NuvUint* positions;          // [lengthOfA + stride] among the nonbasic variables
+    NuvFloat32* differences;     // [lengthOfA + stride] the reduced costs
+    NuvFloat32* enteringColumn;  // [stride]
+    NuvFloat32* direction;       // [stride]
+    NuvFloat32* ratios;          // [stride]
+    RowBits nonzerosOfColumn;    // of the entering one
+};
+}  // namespace nuv
+
+#endif
