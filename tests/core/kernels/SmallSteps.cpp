@@ -107,6 +107,8 @@ protected:
             element = static_cast<float>(random.Between(-2, 2));
         for (std::size_t j = 0; j != n; ++j)
             x.costs[j] = static_cast<float>(random.Between(-3, 3));
+        for (std::size_t i = 0; i != m; ++i)
+            x.costs[length + i] = static_cast<float>(random.Between(-3, 3));
         for (std::size_t j = 0; j != length + stride; ++j)
             x.positions.push_back(random.Below(1000));
         for (std::size_t i = 0; i != m; ++i)
