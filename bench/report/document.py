@@ -2,11 +2,13 @@
 """Writes what the benchmark programs found, recorded as lines of JSON, into a document and its picture.
 
     bench/report/document.py RESULTS                              prints the blocks
-    bench/report/document.py RESULTS DOCUMENT [PICTURE]           rewrites what stands between the markers
-    bench/report/document.py --check RESULTS DOCUMENT [PICTURE]   ends with 1 unless they are in step
+    bench/report/document.py RESULTS DOCUMENT [PICTURE...]           rewrites what stands between the markers
+    bench/report/document.py --check RESULTS DOCUMENT [PICTURE...]   ends with 1 unless they are in step
+    bench/report/document.py --replace RESULTS NEWER                 takes the records of the newer kinds into RESULTS
     bench/report/document.py --machine [--quick]                  prints the line that says where it runs
 
 A block stands between the lines `<!-- measured: NAME -->` and `<!-- end of NAME -->`; all else is left alone.
+The pictures are those of the comparison and of small problems.
 """
 import json
 import math
@@ -18,6 +20,7 @@ from pathlib import Path
 
 sys.dont_write_bytecode = True
 import picture
+import small
 from comparison import aims_block, comparison_block, instances_of
 from figures import count, exponent, megabytes, milliseconds, number, table, time
 
@@ -209,6 +212,8 @@ BLOCKS = {
               "infeasible": models_block("infeasible", False), "textbook": textbook_block},
     "limit": {"limits": limits_block},
     "warm": {"warm": warm_block},
+    "small": {"small": small.small_block},
+    "building": {"building": small.building_block},
 }  # fmt: skip
 
 
@@ -225,14 +230,25 @@ def rewritten(document, records):
     return document
 
 
+def replace(path, newer):
+    """Takes the place of the records of each kind that the newer ones have."""
+    lines = newer.read_text().splitlines()
+    kinds = {json.loads(line)["kind"] for line in lines}
+    kept = [line for line in path.read_text().splitlines() if json.loads(line)["kind"] not in kinds]
+    path.write_text("\n".join(kept + lines) + "\n")
+
+
 def main():
     words = sys.argv[1:]
     if words[:1] == ["--machine"]:
         print(machine_line("--quick" in words))
         return 0
+    if words[:1] == ["--replace"] and len(words) == 3:
+        replace(Path(words[1]), Path(words[2]))
+        return 0
     is_check = words[:1] == ["--check"]
     paths = [Path(word) for word in words[is_check:]]
-    if not (2 if is_check else 1) <= len(paths) <= 3:
+    if not (2 if is_check else 1) <= len(paths) <= 4:
         print(__doc__, file=sys.stderr)
         return 64
     records = defaultdict(list)
@@ -245,7 +261,8 @@ def main():
                 print(f"== {name}\n\n{make(records)}")
         return 0
     made = [rewritten(paths[1].read_text(), records)]
-    made += [picture.draw(instances_of(records))] if len(paths) == 3 else []
+    made += [picture.draw(instances_of(records))] if len(paths) >= 3 else []
+    made += [small.draw(records)] if len(paths) == 4 else []
     is_in_step = True
     for path, text in zip(paths[1:], made):
         if not is_check:
