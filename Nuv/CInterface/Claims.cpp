@@ -134,6 +134,7 @@ NuvClaimInfo InfoOf(const ClaimReport& report)
     info.violation = report.hasPoint ? report.violation : unknown;
     info.objective = report.hasPoint ? ToDouble(report.objective) : unknown;
     info.optimum = report.truth == Status::Optimal ? ToDouble(report.optimum) : unknown;
+    info.seconds = report.seconds;
     return info;
 }
 

@@ -109,6 +109,8 @@ typedef struct NuvClaimInfo
     double objective;
     /// The true one; NaN where there is none.
     double optimum;
+    /// Of wall time, for the whole check.
+    double seconds;
 } NuvClaimInfo;
 
 /// Fills in the defaults: what the file says, a tolerance of 1e-9, no limit.

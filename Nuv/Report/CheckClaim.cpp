@@ -93,10 +93,9 @@ void Learn(const CertifiedResult& proof, Evidence evidence, bool isMaximum, Clai
 
 /// Proves the truth about the model by the first way that leads there.
 void FindTruth(const BoundedForm& form, const Model& model, const Claim& claim,
-               const ClaimOptions& options, ClaimChecker& checker, ClaimReport& report)
+               SolveControl& control, ClaimChecker& checker, ClaimReport& report)
 {
     const bool isMaximum = model.ObjectiveSense() == Sense::Maximize;
-    SolveControl control(options.limits);
     CertifiedResult proof = ProofInFile(form, model, claim, report.objective);
     Evidence evidence = Evidence::Certificate;
     if (!proof.record.proved && claim.status == ClaimedStatus::Infeasible && !claim.iis.empty())
@@ -147,6 +146,7 @@ bool IsTrue(ClaimedStatus claimed, Status truth)
 
 ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOptions& options)
 {
+    SolveControl control(options.limits);
     ClaimReport report;
     report.claimed = claim.status;
     report.numbers = claim.meaning;
@@ -166,7 +166,7 @@ ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOption
         report.evidence = Evidence::Values;
     else
     {
-        FindTruth(form, model, claim, options, checker, report);
+        FindTruth(form, model, claim, control, checker, report);
         if (report.truth != Status::Stopped && !IsTrue(claim.status, report.truth))
             checker.Disagree("claim.status", TruthWords(report.truth));
         if (isOptimum && report.truth == Status::Optimal)
@@ -175,6 +175,7 @@ ClaimReport CheckClaim(const Model& model, const Claim& claim, const ClaimOption
     report.judgement = report.disagreementCount != 0       ? Judgement::Refuted
                        : report.evidence == Evidence::None ? Judgement::Undecided
                                                            : Judgement::Confirmed;
+    report.seconds = control.Seconds();
     return report;
 }
 

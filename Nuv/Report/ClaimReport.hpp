@@ -60,6 +60,7 @@ struct ClaimReport
     Rational optimum = 0;      ///< if that is Optimal
     std::uint64_t pivots = 0;  ///< that its proof took
     StopReason stopReason = StopReason::None;
+    double seconds = 0.0;  ///< of wall time, for the whole check
 };
 
 }  // namespace nuv

@@ -93,6 +93,7 @@ std::string ClaimJson(const Model& model, const ClaimReport& report)
         json.Key("violation").Number(report.violation);
         json.Key("violated").Text(report.violated);
     }
+    WriteSeconds(json, report.seconds);
     json.Key("disagreements").Open('[');
     for (const Disagreement& disagreement : report.disagreements)
     {

@@ -190,11 +190,6 @@ void WriteError(Json& json, const Error& error)
 }
 
 /// To the microsecond, which is more than a clock tells.
-void WriteSeconds(Json& json, double seconds)
-{
-    json.Key("seconds").Number(std::round(seconds * 1e6) / 1e6);
-}
-
 void WriteStage(Json& json, std::string_view key, const StageRecord& stage)
 {
     json.Key(key).Open('{').Key("ran").Raw(stage.ran ? "true" : "false");
@@ -260,6 +255,11 @@ void WriteVerdict(Json& json, const Solution& solution)
 }
 
 }  // namespace
+
+void WriteSeconds(Json& json, double seconds)
+{
+    json.Key("seconds").Number(std::round(seconds * 1e6) / 1e6);
+}
 
 Json OpenReport(std::string_view schema)
 {

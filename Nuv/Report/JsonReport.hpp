@@ -38,6 +38,9 @@ inline constexpr std::string_view kRepairSchema = "nuvlp/repair/1";
 /// "model": name, sense and size.
 void WriteModel(Json& json, const Model& model);
 
+/// "seconds", to the microsecond.
+void WriteSeconds(Json& json, double seconds);
+
 /// A key with a text, or with null for an empty one.
 void WriteTextOrNull(Json& json, std::string_view key, std::string_view text);
 

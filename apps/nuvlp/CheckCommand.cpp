@@ -2,6 +2,7 @@
 #include "Commands.hpp"
 #include "Input.hpp"
 #include "Output.hpp"
+#include "Stopwatch.hpp"
 
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Report/JsonWriter.hpp"
@@ -134,7 +135,7 @@ void WriteRounding(nuv::Json& json, const nuv::Model& model, const Findings& fou
     json.Close('}');
 }
 
-std::string CheckJson(const nuv::Model& model, const Findings& found,
+std::string CheckJson(const nuv::Model& model, const Findings& found, double seconds,
                       const std::vector<nuv::Diagnostic>& diagnostics)
 {
     nuv::Json json = nuv::OpenReport(kCheckSchema);
@@ -146,6 +147,7 @@ std::string CheckJson(const nuv::Model& model, const Findings& found,
     WriteMagnitudes(json, "bounds", found.bounds);
     json.Close('}');
     WriteRounding(json, model, found);
+    nuv::WriteSeconds(json, seconds);
     nuv::WriteDiagnostics(json, "remarks", diagnostics, nuv::Severity::Note);
     return json.Close('}').Finish();
 }
@@ -157,8 +159,10 @@ ExitCode Run(const Options& options)
         return WriteError(options.output, kCheckSchema, reading.diagnostics,
                           ExitCodeOf(reading.GetError()));
     const nuv::Model& model = *reading.model;
+    const Stopwatch stopwatch;
     const Findings found(model);
-    return WriteOutput(options.output.json ? CheckJson(model, found, reading.diagnostics)
+    const double seconds = stopwatch.Seconds();
+    return WriteOutput(options.output.json ? CheckJson(model, found, seconds, reading.diagnostics)
                                            : CheckText(model, found),
                        ExitCode::Success);
 }

@@ -2,6 +2,7 @@
 #include "Commands.hpp"
 #include "Input.hpp"
 #include "Output.hpp"
+#include "Stopwatch.hpp"
 
 #include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Io/TextFile.hpp"
@@ -52,7 +53,7 @@ std::string VerificationText(const Verification& result)
                        nuv::WordOf(result.numbers), nuv::ToString(*result.objective));
 }
 
-std::string VerificationJson(const nuv::Model& model, const Verification& result)
+std::string VerificationJson(const nuv::Model& model, const Verification& result, double seconds)
 {
     const bool holds = result.defect.empty();
     nuv::Json json = nuv::OpenReport(kVerifySchema);
@@ -68,6 +69,7 @@ std::string VerificationJson(const nuv::Model& model, const Verification& result
         json.Key("objective").Number(nuv::ToDouble(*result.objective));
         json.Key("exact_objective").Text(nuv::ToString(*result.objective));
     }
+    nuv::WriteSeconds(json, seconds);
     return json.Close('}').Finish();
 }
 
@@ -97,9 +99,11 @@ ExitCode Run(const Options& options)
         nuv::vipr::Read(*text, nuv::DisplayName(options.certificate));
     if (!certificate)
         return Report(options, certificate.GetError(), ExitCode::BadModel);
+    const Stopwatch stopwatch;
     const Verification result = nuv::vipr::Verify(*reading.model, options.numbers, *certificate);
+    const double seconds = stopwatch.Seconds();
     return WriteTo(options.output.path,
-                   options.output.json ? VerificationJson(*reading.model, result)
+                   options.output.json ? VerificationJson(*reading.model, result, seconds)
                                        : VerificationText(result),
                    result.defect.empty() ? ExitCode::Success : ExitCode::Refuted);
 }

@@ -38,6 +38,7 @@ static void TestOwnResultIsConfirmed(void)
     CHECK(info.numbers == NUV_NUMBERS_Written && info.stopReason == NUV_STOPREASON_None);
     CHECK(info.numDisagreements == 0 && info.disagreementCount == 0 && info.pivots == 0);
     CHECK(info.violation == 0.0 && info.objective == 29700.0 / 7.0);
+    CHECK(info.seconds > 0.0 && info.seconds < 60.0);
     CHECK(info.optimum == 29700.0 / 7.0 && info.reserved == 0 && info.numUnnamed == 0);
     CHECK(NuvClaimGetExactOptimum(claim, exact, sizeof exact) == 8);
     CHECK(strcmp(exact, "29700/7") == 0);

@@ -1,5 +1,6 @@
 // nuvlp batch, from outside.
 #include "tests/nuvlp/Run.hpp"
+#include "tests/report/JsonSchema.hpp"
 
 #include <gtest/gtest.h>
 
@@ -46,10 +47,33 @@ TEST(BatchCommand, ReadsAndWritesAnObjectALine)
                                   "\"row-upper:range\": \"inf\"}\n",
                                   "--format jsonl --exact --value x");
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.out, "{\"scenario\":\"1\",\"verdict\":\"optimal\",\"proved\":true,"
+    EXPECT_EQ(outcome.out, "{\"schema\":\"nuvlp/scenario/"
+                           "1\",\"scenario\":\"1\",\"verdict\":\"optimal\",\"proved\":true,"
                            "\"objective\":7.25,\"exact\":\"29/4\",\"values\":{\"x\":2.5}}\n"
-                           "{\"scenario\":\"b\",\"verdict\":\"optimal\",\"proved\":true,"
+                           "{\"schema\":\"nuvlp/scenario/"
+                           "1\",\"scenario\":\"b\",\"verdict\":\"optimal\",\"proved\":true,"
                            "\"objective\":12,\"exact\":\"12\",\"values\":{\"x\":2}}\n");
+}
+
+TEST(BatchCommand, EachLineIsAsItsSchemaSays)
+{
+    const std::string table = "scenario,cost:y,lower:y,upper:x\n"
+                              "as it is,,,\n"
+                              "none,,7,\n"
+                              "\"\",2,,inf\n";
+    for (const char* options :
+         {"", "--exact --value x", "--float-only --value y", "--max-pivots 0"})
+    {
+        const Outcome outcome = Batch(table, std::string("--format jsonl ") + options);
+        std::size_t begin = 0;
+        int lines = 0;
+        for (std::size_t end; (end = outcome.out.find('\n', begin)) != std::string::npos; ++lines)
+        {
+            nuv::test::ExpectValid(outcome.out.substr(begin, end - begin));
+            begin = end + 1;
+        }
+        EXPECT_EQ(lines, 3) << options << outcome.err;
+    }
 }
 
 TEST(BatchCommand, SinglePrecisionProvesNothing)

@@ -128,14 +128,14 @@ TEST(ProveCommand, ReportsAsJson)
 {
     const Outcome outcome =
         RunNuvlp("prove --json --claim feasible " + kFactory + " -", "chairs 1/2\n");
-    EXPECT_EQ(outcome.out,
+    EXPECT_EQ(WithoutTimes(outcome.out),
               "{\"schema\":\"nuvlp/proof/1\",\"version\":\"" NUV_VERSION
               "\",\"model\":{\"name\":null,"
               "\"sense\":\"maximise\",\"rows\":2,\"variables\":2,\"nonzeros\":4},\"claim\":"
               "\"feasible\",\"verdict\":\"confirmed\","
               "\"numbers\":\"written\",\"truth\":\"unknown\",\"proof\":{\"by\":\"values\","
               "\"pivots\":0},\"objective\":15,"
-              "\"unnamed\":1,\"violation\":0,\"violated\":\"\",\"disagreements\":[],"
+              "\"unnamed\":1,\"violation\":0,\"violated\":\"\",\"seconds\":0,\"disagreements\":[],"
               "\"disagreement_count\":0}\n");
     EXPECT_EQ(outcome.exitCode, 0);
 }

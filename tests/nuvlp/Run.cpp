@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include <sys/wait.h>
@@ -142,6 +143,12 @@ Outcome InterruptNuvlp(const std::string& arguments, int signal)
     (void)::kill(child, signal);
     (void)waitpid(child, &status, 0);
     return OutcomeOf(arguments, status);
+}
+
+std::string WithoutTimes(const std::string& json)
+{
+    static const std::regex seconds(R"("seconds":(0\.[0-9]*[1-9]|[1-9][0-9.]*(e-0[0-9])?)([,}]))");
+    return std::regex_replace(json, seconds, R"("seconds":0$3)");
 }
 
 }  // namespace nuvlp::test

@@ -29,4 +29,7 @@ std::string WriteScratch(const std::string& name, const std::string& text);
 /// The contents of a file; empty if there is none.
 [[nodiscard]] std::string ReadFile(const std::string& path);
 
+/// A JSON with 0 for each of its "seconds", which are positive.
+[[nodiscard]] std::string WithoutTimes(const std::string& json);
+
 }  // namespace nuvlp::test

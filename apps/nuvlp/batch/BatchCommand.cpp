@@ -26,6 +26,8 @@ namespace nuvlp
 namespace
 {
 
+constexpr std::string_view kScenarioSchema = "nuvlp/scenario/1";
+
 struct Options
 {
     ModelSource source;
@@ -148,7 +150,7 @@ private:
     {
         const bool isOptimal = solution.status == nuv::Status::Optimal;
         nuv::Json json;
-        json.Open('{').Key("scenario").Text(label);
+        json.Open('{').Key("schema").Text(kScenarioSchema).Key("scenario").Text(label);
         json.Key("verdict").Text(nuv::WordOf(solution.status));
         json.Key("proved").Raw(solution.proved ? "true" : "false");
         json.Key("objective").Raw(isOptimal ? nuv::JsonNumber(solution.objective) : "null");
