@@ -199,6 +199,15 @@ def warm_block(records):
     return table(title, rows) + f"\nThe geometric mean of the ratios of {len(models)} models is {mean:.3f}.\n"
 
 
+def wrong_block(records):
+    def share(record, what):
+        return f"{number(100 * record[what] / record['problems'], 2)} %"
+
+    return table("problems | wrong:| given up:| drawn:| model layer, not proved:", (
+        [r["family"], share(r, "wrong"), share(r, "stopped"), count(r["problems"]), count(r["unproved"])]
+        for r in records["wrong"]))  # fmt: skip
+
+
 # By kind of record: the blocks that it fills.
 BLOCKS = {
     "machine": {"machine": machine_block},
@@ -214,6 +223,7 @@ BLOCKS = {
     "warm": {"warm": warm_block},
     "small": {"small": small.small_block},
     "building": {"building": small.building_block},
+    "wrong": {"wrong": wrong_block},
 }  # fmt: skip
 
 
