@@ -30,23 +30,15 @@ bool BoundsAreUsable(const std::vector<double>& lower, const std::vector<double>
     return true;
 }
 
-bool EntriesAreOrdered(const SparseVectors<double>& vectors, Index count, Index length)
+/// Whether each vector names each index once, and in order.
+bool EntriesAreOrdered(const SparseVectors<double>& vectors)
 {
-    if (vectors.start.size() != std::size_t{count} + 1 || vectors.start.front() != 0 ||
-        vectors.start.back() != vectors.index.size() ||
-        vectors.index.size() != vectors.value.size())
-        return false;
-    for (Index k = 0; k < count; ++k)
-    {
-        if (vectors.start[k] > vectors.start[k + 1])
-            return false;
-    }
-    for (Index k = 0; k < count; ++k)
+    for (Index k = 0; k < vectors.Count(); ++k)
     {
         const std::span<const Index> indices = vectors.Indices(k);
-        for (std::size_t at = 0; at < indices.size(); ++at)
+        for (std::size_t at = 1; at < indices.size(); ++at)
         {
-            if (indices[at] >= length || (at > 0 && indices[at] <= indices[at - 1]))
+            if (indices[at] <= indices[at - 1])
                 return false;
         }
     }
@@ -63,7 +55,8 @@ std::string BoundedForm::Defect() const
         return "column arrays of the wrong length";
     if (rowLower.size() != rows || rowUpper.size() != rows)
         return "row arrays of the wrong length";
-    if (!EntriesAreOrdered(matrix.Columns(), columns, rows) || matrix.Rows().Count() != rows)
+    if (matrix.Columns().Count() != columns || matrix.Rows().Count() != rows ||
+        !EntriesAreOrdered(matrix.Columns()))
         return "matrix entries out of range or out of order";
     if (!std::isfinite(constant) || !AllFinite(cost) || !AllFinite(matrix.Columns().value))
         return "a coefficient is not finite";

@@ -103,7 +103,8 @@ Index DualRatioTest::ChooseByPivot()
     for (std::size_t k = 0; k < m_groupEnd.back(); ++k)
         largest = std::max(largest, m_candidates[k].pivot);
     const double wanted = std::min(kSafePivotShare * largest, kSafePivot);
-    for (std::size_t group = m_groupEnd.size(); group-- > 0;)
+    // Some group holds the largest.
+    for (std::size_t group = m_groupEnd.size() - 1;; --group)
     {
         const std::size_t begin = group == 0 ? 0 : m_groupEnd[group - 1];
         std::size_t best = begin;
@@ -118,7 +119,6 @@ Index DualRatioTest::ChooseByPivot()
             m_flips.push_back(m_candidates[k].variable);
         return m_candidates[best].variable;
     }
-    return kNoIndex;  // not reached: some group holds the largest
 }
 
 }  // namespace nuv

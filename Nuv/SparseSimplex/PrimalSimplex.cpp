@@ -146,7 +146,8 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
             StartAfresh();
             return true;
         }
-        if (step.kind == Step::Kind::Unbounded && !m_phaseOne)
+        // In phase one nothing is, since the sum of violations is not.
+        if (step.kind == Step::Kind::Unbounded)
         {
             verdict = SimplexVerdict::Unbounded;
             return false;

@@ -44,10 +44,6 @@ struct ScaledForm
     {
         return rows + columns;
     }
-    [[nodiscard]] bool IsLogical(Index variable) const noexcept
-    {
-        return variable >= columns;
-    }
     [[nodiscard]] Index Logical(Index row) const noexcept
     {
         return columns + row;

@@ -244,6 +244,25 @@ TEST(Engine, ProvesSparseFormsWithDecimalsInBothReadings)
     }
 }
 
+/// Where doubles lose most of their digits the answer is that of the exact simplex alone.
+TEST(Engine, ProvesFormsWhoseBasesAreNearlySingular)
+{
+    for (std::uint64_t seed = 1; seed <= ShareOf(400U); ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const BoundedForm form =
+            NearlyDependentForm(random, static_cast<Index>(random.Between(3, 12)),
+                                static_cast<Index>(random.Between(3, 16)));
+        const CertifiedResult expected = CertifiedFrom(form, SlackBasis(form));
+        const CertifiedResult proof = Solve(form);
+        ASSERT_TRUE(expected.record.proved);
+        ASSERT_TRUE(proof.record.proved);
+        EXPECT_EQ(proof.certificate.status, expected.certificate.status);
+        EXPECT_EQ(proof.certificate.objective, expected.certificate.objective);
+    }
+}
+
 TEST(Engine, ASecondRunGivesTheSameBitsAndPivots)
 {
     Random random(7);

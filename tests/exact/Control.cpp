@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 namespace nuv::test
@@ -84,6 +85,23 @@ TEST(SolveControl, TheCallerIsAskedBeforeEachPivotAndMayStop)
     EXPECT_EQ(proof.certificate.status, Status::Stopped);
     EXPECT_EQ(proof.record.stopReason, StopReason::Cancelled);
     EXPECT_EQ(asked, 3u);
+}
+
+TEST(SolveControl, TheObjectiveIsReportedToWhoWantsIt)
+{
+    for (const bool wanted : {true, false})
+    {
+        bool isKnown = false;
+        SolveLimits limits;
+        limits.reportObjective = wanted;
+        limits.keepGoing = [&isKnown](const Progress& progress)
+        {
+            isKnown = isKnown || !std::isnan(progress.objective);
+            return true;
+        };
+        EXPECT_TRUE(Certified(OptimalForm(), nullptr, limits).record.proved);
+        EXPECT_EQ(isKnown, wanted);
+    }
 }
 
 TEST(SolveControl, APivotLimitLeavesTheTimeLimitInForce)

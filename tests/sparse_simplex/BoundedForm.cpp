@@ -1,10 +1,12 @@
 /// The bounded form and bases of it: what counts as wrong, what a restriction keeps, where
 /// variables rest.
 #include "Nuv/SparseSimplex/Basis.hpp"
+#include "Nuv/SparseSimplex/StartBasis.hpp"
 #include "tests/support/Forms.hpp"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace nuv::test
@@ -128,6 +130,35 @@ TEST(BoundedForm, RestrictedKeepsTheBoundsNamedAndTheDefaultOnesAndNoCost)
     EXPECT_EQ(restricted.rowLower, (std::vector<double>{1, -kInf}));
     EXPECT_EQ(restricted.rowUpper, (std::vector<double>{8, kInf}));
     EXPECT_EQ(restricted.matrix.Columns(), form.matrix.Columns());
+}
+
+TEST(BoundedForm, AppendsAColumnWithItsExactNumbersAndASign)
+{
+    BoundedForm form = TwoRows();
+    form.exact.Set({FormPlace::Of::Entry, 0, 1}, Rational(7, 3));
+    for (const double sign : {1.0, -1.0})
+    {
+        SparseVectors<double> columns = form.matrix.Columns();
+        ExactTable exact;
+        AppendColumnOf(form, 1, sign, columns, exact);
+        EXPECT_EQ(columns.Count(), 3U);
+        EXPECT_EQ(columns.value.back(), -sign);
+        ASSERT_NE(exact.Find({FormPlace::Of::Entry, 0, 2}), nullptr);
+        EXPECT_EQ(*exact.Find({FormPlace::Of::Entry, 0, 2}),
+                  sign > 0 ? Rational(7, 3) : Rational(-7, 3));
+        EXPECT_EQ(exact.Find({FormPlace::Of::Entry, 1, 2}), nullptr);
+    }
+}
+
+/// The point's activity is infinity less infinity: no number, and so at no bound.
+TEST(StartBasis, ARowWhoseActivityIsNoNumberIsNotTakenForBasicNorForTight)
+{
+    const BoundedForm form = MakeForm({1, 1}, {{{1e10, -1e10}, {-3, kInf}}, {{1, 1}, {1, kInf}}});
+    const Basis basis = BasisNear(form, std::vector<double>{1e308, 1e308});
+    EXPECT_EQ(basis.rows[0], BasisStatus::AtLower);
+    EXPECT_EQ(std::ranges::count(basis.columns, BasisStatus::Basic) +
+                  std::ranges::count(basis.rows, BasisStatus::Basic),
+              2);
 }
 
 TEST(Basis, NonbasicVariablesRestAtTheFiniteBoundNearerToZero)

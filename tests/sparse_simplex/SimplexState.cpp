@@ -246,6 +246,34 @@ TEST(SimplexState, APricedRowListsEachPlaceOnce)
 }
 
 /// The same head over doubles and over residues: the same columns are given up.
+/// What rounding leaves in a row is skipped where the row is sparse.
+TEST(SimplexState, APricedRowTakesNothingOfWhatRoundingLeft)
+{
+    std::vector<DenseRow> rows(8, {{1, 2}, {-kInf, 4}});
+    const BoundedForm form = MakeForm({1, 1}, rows);
+    const ScaledForm scaled(form);
+    SimplexState state(scaled, SlackBasis(form));
+    state.Refactorise();
+    WorkVector sparse;
+    sparse.Reset(form.rows);
+    sparse.Set(3, 1e-16);
+    WorkVector row;
+    state.PriceRow(sparse, row);
+    EXPECT_TRUE(row.touched.empty());
+}
+
+TEST(WorkVector, ListsAPlaceOnceHoweverOftenItIsSet)
+{
+    WorkVector vector;
+    vector.Reset(4);
+    vector.Set(2, 1.0);
+    vector.Set(2, 3.0);
+    EXPECT_EQ(vector.touched, (std::vector<Index>{2}));
+    EXPECT_EQ(vector.value[2], 3.0);
+    vector.Clear();
+    EXPECT_EQ(vector.value[2], 0.0);
+}
+
 TEST(FactoriseBasis, ReplacesDependentColumnsAlikeOverEachField)
 {
     const BoundedForm form =

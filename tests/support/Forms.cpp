@@ -1,5 +1,7 @@
 #include "tests/support/Forms.hpp"
 
+#include <cmath>
+
 namespace nuv::test
 {
 
@@ -110,6 +112,32 @@ BoundedForm RandomSparseForm(Random& random, Index rows, Index columns)
                      : kind == 1 ? Interval{-kInf, activity}
                      : kind == 2 ? Interval{activity, kInf}
                                  : Interval{activity - 1.0, activity + random.Between(0, 3)};
+    }
+    return MakeForm(cost, dense, bounds);
+}
+
+BoundedForm NearlyDependentForm(Random& random, Index rows, Index columns)
+{
+    const double share = std::pow(10.0, -random.Between(3, 12));
+    std::vector<double> cost(columns);
+    std::vector<Interval> bounds(columns);
+    std::vector<DenseRow> dense(rows);
+    std::vector<double> base(columns);
+    for (Index j = 0; j < columns; ++j)
+    {
+        cost[j] = random.Between(-9, 9);
+        base[j] = random.Between(-9, 9);
+        bounds[j] = {0.0, random.OneIn(3) ? random.Between(1, 50) : kInf};
+    }
+    for (DenseRow& row : dense)
+    {
+        if (random.OneIn(4))
+            for (double& entry : base)
+                entry = random.Between(-9, 9);
+        for (Index j = 0; j < columns; ++j)
+            row.coefficients.push_back(base[j] + share * random.Between(-9, 9));
+        row.bounds = {random.OneIn(2) ? -kInf : random.Between(-20, 0),
+                      static_cast<double>(random.Between(1, 40))};
     }
     return MakeForm(cost, dense, bounds);
 }

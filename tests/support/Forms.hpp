@@ -34,6 +34,10 @@ BoundedForm RandomSmallForm(Random& random, Index rows, Index columns);
 /// Sparse, with decimal coefficients, feasible and bounded more often than not.
 BoundedForm RandomSparseForm(Random& random, Index rows, Index columns);
 
+/// Rows and columns that differ from others by 1e-3 to 1e-12 of their size, so that bases are
+/// nearly singular.
+BoundedForm NearlyDependentForm(Random& random, Index rows, Index columns);
+
 /// A cone cut off at a distance: all rows but the last are tight at its apex, where the slack basis
 /// starts, so that most pivots lead nowhere.
 BoundedForm DegenerateCone(Index size);

@@ -12,7 +12,6 @@ void Triangle::Load(const SparseVectors<double>& vectors, std::span<const Index>
     m_range.assign(order.size(), {});
     m_index = vectors.index;
     m_value = vectors.value;
-    m_entries = vectors.index.size();
     for (Index k = 0; k < vectors.Count(); ++k)
     {
         const std::size_t size = vectors.start[k + 1] - vectors.start[k];
@@ -23,7 +22,6 @@ void Triangle::Load(const SparseVectors<double>& vectors, std::span<const Index>
 void Triangle::LoadTransposed(const Triangle& other)
 {
     m_range.assign(other.Count(), {});
-    m_entries = other.m_entries;
     for (Index k = 0; k < other.Count(); ++k)
     {
         for (const Index at : other.Indices(k))
@@ -57,7 +55,6 @@ void Triangle::Append(Index number, Index at, double entry)
     m_index[range.begin + range.size] = at;
     m_value[range.begin + range.size] = entry;
     ++range.size;
-    ++m_entries;
 }
 
 void Triangle::MoveToEnd(Range& range)
@@ -83,12 +80,10 @@ void Triangle::Remove(Index number, Index at) noexcept
     --range.size;
     m_index[place] = m_index[range.begin + range.size];
     m_value[place] = m_value[range.begin + range.size];
-    --m_entries;
 }
 
 void Triangle::Empty(Index number) noexcept
 {
-    m_entries -= m_range[number].size;
     m_range[number].size = 0;
 }
 

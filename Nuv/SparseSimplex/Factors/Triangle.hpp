@@ -36,11 +36,6 @@ public:
     {
         return static_cast<Index>(m_range.size());
     }
-    /// Entries in all vectors.
-    [[nodiscard]] std::size_t Entries() const noexcept
-    {
-        return m_entries;
-    }
 
     void Append(Index number, Index at, double entry);
     /// Takes the entry `at` out of a vector that holds it.
@@ -59,7 +54,6 @@ private:
     std::vector<Range> m_range;
     std::vector<Index> m_index;
     std::vector<double> m_value;
-    std::size_t m_entries = 0;
 };
 
 /// The depth-first search for what a right side reaches.
