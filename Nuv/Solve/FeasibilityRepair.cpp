@@ -73,17 +73,20 @@ private:
     {
         const bool lowerMoves = MayMove({v, false});
         const bool upperMoves = MayMove({v, true});
-        // If neither may move the bounds stay crossed, and that is the proof.
-        if (BoundsCross(m_original, v) && (lowerMoves || upperMoves))
-            TakeBounds(v, lowerMoves, lowerMoves && !upperMoves);
+        // If neither may move the bounds stay crossed, and that is the proof. Bounds that cross are
+        // finite and have one weight, and an upper one is no default: where the lower one moves,
+        // the upper one does.
+        if (BoundsCross(m_original, v) && upperMoves)
+            TakeBounds(v, lowerMoves);
         if (lowerMoves)
             m_below[v] = AppendColumn(v, -1.0, columns);
         if (upperMoves)
             m_above[v] = AppendColumn(v, 1.0, columns);
     }
 
-    /// Makes each bound one of the original's two.
-    void TakeBounds(Index v, bool lowerFromUpper, bool upperFromUpper)
+    /// Makes the upper bound the original's lower one, and the lower bound its upper one if that is
+    /// wanted.
+    void TakeBounds(Index v, bool lowerFromUpper)
     {
         const bool isRow = m_original.IsLogical(v);
         const Index at = isRow ? m_original.RowOf(v) : v;
@@ -92,7 +95,7 @@ private:
             {isRow ? FormPlace::Of::RowUpper : FormPlace::Of::ColumnUpper, at}};
         double* const bounds[] = {&(isRow ? form.rowLower : form.columnLower)[at],
                                   &(isRow ? form.rowUpper : form.columnUpper)[at]};
-        const bool fromUpper[] = {lowerFromUpper, upperFromUpper};
+        const bool fromUpper[] = {lowerFromUpper, false};
         for (const std::size_t to : {std::size_t{0}, std::size_t{1}})
         {
             *bounds[to] = fromUpper[to] ? m_original.Upper(v) : m_original.Lower(v);

@@ -172,5 +172,22 @@ TEST(Repair, MovesSidesToDoublesThatAreWideEnough)
     }
 }
 
+/// x and y are kept at 1e308 at least: their sum's side moves to 2e308, beyond which no double is.
+TEST(Repair, MovesASideBeyondDoublesToInfinity)
+{
+    Model model;
+    const Variable x = model.AddVariable("x", {1e308, Infinity});
+    const Variable y = model.AddVariable("y", {1e308, Infinity});
+    const Row most = model.Add("most", x + y <= 1);
+    RepairOptions options;
+    options.weights = {{x, Infinity}, {y, Infinity}};
+    const RepairResult repair = Repair(model, options);
+    ASSERT_EQ(repair.status, Status::Optimal);
+    ASSERT_EQ(repair.changes.size(), 1U);
+    EXPECT_TRUE(Same(std::get<Row>(repair.changes[0].of), most));
+    EXPECT_EQ(repair.changes[0].to, Infinity);
+    EXPECT_EQ(repair.model->Solve().status, Status::Optimal);
+}
+
 }  // namespace
 }  // namespace nuv::test

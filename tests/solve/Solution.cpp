@@ -181,6 +181,43 @@ TEST(Solution, HasItsNumbersAsFractionsIfAsked)
     EXPECT_EQ(solution.ExactValue(Variable()), "");
 }
 
+/// Of each kind of side, in the sense of a minimisation, with a coordinate that is zero.
+TEST(Solution, HasFractionsOfSlacksOfEachKindAndOfARay)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    const Variable y = model.AddVariable("y");
+    const Row range = model.Add("range", Range(1, 3 * x + y, 5));
+    const Row least = model.Add("least", x + y >= -2);
+    const Row most = model.Add("most", 6 * x - y <= 7);
+    model.Minimize(x + y);
+    SolveOptions options;
+    options.exact = true;
+    const Solution solution = Solve(model, options);
+    EXPECT_EQ(solution.exactObjective, "1/3");
+    EXPECT_EQ(solution.ExactValue(y), "0");
+    EXPECT_EQ(solution.ExactSlack(range), "0");
+    EXPECT_EQ(solution.ExactSlack(least), "7/3");
+    EXPECT_EQ(solution.ExactSlack(most), "5");
+    EXPECT_EQ(solution.ExactDual(range), "1/3");
+    EXPECT_EQ(solution.ExactReducedCost(y), "2/3");
+
+    Model open;
+    const Variable u = open.AddVariable("u");
+    const Variable v = open.AddVariable("v");
+    open.Add(u - 3 * v <= 1);
+    open.Maximize(u);
+    const Solution unbounded = Solve(open, options);
+    ASSERT_EQ(unbounded.status, Status::Unbounded);
+    EXPECT_NE(unbounded.ExactRay(u), "");
+    EXPECT_NE(unbounded.ExactRay(v), "0");
+    Model closed = open;
+    closed.Add(u + v <= -1);
+    const Solution infeasible = Solve(closed, options);
+    ASSERT_EQ(infeasible.status, Status::Infeasible);
+    EXPECT_EQ(infeasible.ExactValue(u), "");
+}
+
 TEST(Infeasible, NamesRowsAndBoundsByHandle)
 {
     Model model;
@@ -250,6 +287,68 @@ TEST_F(Optimum, SaysInWordsWhatEndedIt)
     model.Minimize(std::nan("") * x);
     EXPECT_EQ(outcome([](SolveOptions&) {}),
               "invalid: objective has a coefficient or constant that is not finite");
+}
+
+TEST_F(Optimum, HasRangesInTheSenseOfItsModel)
+{
+    Model opposite;
+    const Variable u = opposite.AddVariable("u");
+    const Variable v = opposite.AddVariable("v", {0, 3});
+    opposite.Add("need", u + v >= 4);
+    opposite.Minimize(2 * u + v);
+    SolveOptions options;
+    options.sensitivity = true;
+    const Solution least = opposite.Solve(options);
+    opposite.Maximize(-2 * u - v);
+    const Solution most = opposite.Solve(options);
+    ASSERT_EQ(least.sensitivity.cost.size(), 2U);
+    for (std::size_t j = 0; j < 2; ++j)
+    {
+        EXPECT_EQ(least.sensitivity.cost[j].lower, -most.sensitivity.cost[j].upper);
+        EXPECT_EQ(least.sensitivity.cost[j].upper, -most.sensitivity.cost[j].lower);
+    }
+}
+
+/// Uniqueness, as ranging, may be ended at any question; the optimum stays.
+TEST(Solution, IsAnOptimumAlsoWhereUniquenessIsNotKnown)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    const Variable y = model.AddVariable("y");
+    model.Add(x + y <= 4);
+    model.Add(x - y <= 4);
+    model.Maximize(x + y);
+    SolveOptions options;
+    options.uniqueness = true;
+    EXPECT_EQ(model.Solve(options).unique.point, Uniqueness::NotUnique);
+    int unknown = 0;
+    for (int last = 1; last < 100; ++last)
+    {
+        int asked = 0;
+        options.limits.keepGoing = [&](const Progress&) { return ++asked < last; };
+        const Solution solution = model.Solve(options);
+        const bool isKnown = solution.unique.point != Uniqueness::Unknown &&
+                             solution.unique.duals != Uniqueness::Unknown;
+        if (!solution.proved)
+            continue;
+        EXPECT_EQ(solution.exactObjective, "4");
+        EXPECT_EQ(solution.stopReason, isKnown ? StopReason::None : StopReason::Cancelled);
+        unknown += isKnown ? 0 : 1;
+    }
+    EXPECT_GT(unknown, 0);
+}
+
+/// Of a solve that is not proved there are no fractions.
+TEST_F(Optimum, HasNoFractionsWithoutAProof)
+{
+    SolveOptions options;
+    options.exact = true;
+    options.limits.doublePivots = 0;
+    options.limits.exactPivots = 0;
+    options.useSinglePrecision = false;
+    const Solution solution = model.Solve(options);
+    EXPECT_EQ(solution.status, Status::Stopped);
+    EXPECT_FALSE(solution.exact);
 }
 
 TEST(Unbounded, HasARayByHandleAndNoObjective)

@@ -243,6 +243,71 @@ TEST_F(Factory, StartsWhereItIsTold)
     EXPECT_EQ(solver.Solve().stages[Stage::Double].pivots, 0u) << "the start was for one solve";
 }
 
+TEST_F(Factory, StartsFromValuesWithoutASolveBefore)
+{
+    SolveOptions options;
+    options.startValues = {30, 40};
+    Solver solver(model, options);
+    EXPECT_EQ(solver.Options().startValues.size(), 2U);
+    const Solution solution = solver.Solve();
+    EXPECT_EQ(solution.exactObjective, "3700");
+    EXPECT_EQ(solution.stages[Stage::Double].pivots, 0U);
+    EXPECT_TRUE(solver.Options().startValues.empty()) << "the start was for one solve";
+    options.startValues = {0, 0};
+    solver.SetOptions(options);
+    EXPECT_GT(solver.Solve().stages[Stage::Double].pivots, 0U);
+}
+
+TEST_F(Factory, InSinglePrecisionAloneKeepsNothing)
+{
+    SolveOptions options;
+    options.singlePrecisionOnly = true;
+    Solver solver(model, options);
+    const Solution solution = solver.Solve();
+    EXPECT_EQ(solution.objective, 3700.0);
+    EXPECT_FALSE(solution.proved);
+}
+
+/// Before the first solve there is no basis to keep in step.
+TEST_F(Factory, GrowsBeforeAndAfterTheFirstSolve)
+{
+    Solver solver(model);
+    const Variable stools = solver.AddVariable(Bounds{0, 5});
+    EXPECT_TRUE(stools.Valid());
+    EXPECT_TRUE(solver.Add("stools", stools <= 3).Valid());
+    EXPECT_TRUE(solver.SetCost(stools, 10));
+    EXPECT_EQ(solver.Solve().exactObjective, "3730");
+    const Variable shelves = solver.AddVariable(Bounds{0, 2});
+    EXPECT_TRUE(solver.SetCost(shelves, 1));
+    EXPECT_TRUE(solver.Add(shelves + stools <= 4).Valid());
+    EXPECT_EQ(solver.Solve().exactObjective, "3731");
+}
+
+/// Each refused edit leaves the solver as it was, and is the model's failure from then on.
+TEST_F(Factory, RefusesWhatIsOfAnotherModel)
+{
+    Model other;
+    Variable stranger;
+    for (int k = 0; k < 9; ++k)
+        stranger = other.AddVariable();
+    const Row foreign = other.Add(stranger <= 1);
+    const auto refuses = [&](auto edit)
+    {
+        Solver solver(model);
+        EXPECT_EQ(solver.Solve().exactObjective, "3700");
+        EXPECT_FALSE(edit(solver));
+        EXPECT_EQ(solver.Solve().status, Status::Invalid);
+    };
+    refuses([&](Solver& s) { return s.SetBounds(stranger, {0, 1}); });
+    refuses([&](Solver& s) { return s.SetBounds(foreign, {0, 1}); });
+    refuses([&](Solver& s) { return s.SetCoefficient(foreign, chairs, 1); });
+    refuses([&](Solver& s) { return s.SetCoefficient(s.GetModel().RowAt(0), stranger, 1); });
+    refuses([&](Solver& s) { return s.Remove(stranger); });
+    refuses([&](Solver& s) { return s.Remove(foreign); });
+    refuses([&](Solver& s) { return s.Add("stranger", stranger <= 1).Valid(); });
+    refuses([&](Solver& s) { return s.Add(stranger <= 1).Valid(); });
+}
+
 TEST_F(Factory, OtherNumbersAreAnotherProblem)
 {
     Solver solver(model);
