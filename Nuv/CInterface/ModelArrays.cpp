@@ -136,8 +136,8 @@ NuvModelResult NuvModelGetArrays(NuvModel* model, NuvModelArrays* arrays)
                        (void)Given(arrays, "arrays");
                        const auto starts = held.RowStarts();
                        NuvModelArrays result{};
-                       if constexpr (std::is_same_v<std::size_t, std::uint64_t>)
-                           result.starts = starts.data();
+                       if constexpr (sizeof(std::size_t) == sizeof(std::uint64_t))
+                           result.starts = reinterpret_cast<const std::uint64_t*>(starts.data());
                        else
                        {
                            model->starts.assign(starts.begin(), starts.end());

@@ -2,7 +2,7 @@
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
 #include <chrono>
-#include <cstdio>
+#include <cmath>
 
 namespace nuv
 {
@@ -17,9 +17,10 @@ void SolveControl::Log(std::string_view stage, const std::string& came) const
 {
     if (!m_limits.log || m_asides != 0)
         return;
-    char seconds[32];
-    (void)std::snprintf(seconds, sizeof seconds, ", %.3f s", Seconds());
-    m_limits.log(std::string(stage) + ": " + came + seconds);
+    const long long milliseconds = std::llround(1000.0 * Seconds());
+    const std::string fraction = std::to_string(milliseconds % 1000 + 1000);
+    m_limits.log(std::string(stage) + ": " + came + ", " + std::to_string(milliseconds / 1000) +
+                 "." + fraction.substr(1) + " s");
 }
 
 }  // namespace nuv

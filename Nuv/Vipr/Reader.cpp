@@ -164,7 +164,7 @@ private:
     {
         const std::string_view word = Next();
         std::size_t index = 0;
-        const std::errc fault = std::from_chars(word.begin(), word.end(), index).ec;
+        const std::errc fault = std::from_chars(word.data(), word.data() + word.size(), index).ec;
         if (!IsDigits(word) || fault != std::errc{})
             Fail();
         else if (index >= end)

@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <ostream>
 #include <utility>
 
 namespace nuv
@@ -356,11 +355,6 @@ std::string ToLp(const Model& model)
 {
     WriteResult writing = WriteLp(model);
     return writing.Ok() ? std::move(*writing.text) : "\\ " + writing.GetError().text + '\n';
-}
-
-std::ostream& operator<<(std::ostream& out, const Model& model)
-{
-    return out << ToLp(model);
 }
 
 }  // namespace nuv

@@ -11,8 +11,13 @@ namespace nuv
 {
 namespace
 {
-/// How many columns are taken at a time: as many as there are registers for.
+/// How many columns are taken at a time: as many as there are registers for, or fewer where the
+/// program has to be small.
+#if defined(NUV_COLUMNS_AT_ONCE)
+constexpr NuvSizeT kColumnsAtOnce = NUV_COLUMNS_AT_ONCE;
+#else
 constexpr NuvSizeT kColumnsAtOnce = kLanes == 16 ? 8 : 4;
+#endif
 static_assert((kColumnsAtOnce & (kColumnsAtOnce - 1)) == 0, "the remainder is taken by halves");
 
 /// Some rows or columns of a matrix.
