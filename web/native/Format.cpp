@@ -1,0 +1,35 @@
+#include "fmt/core.h"
+
+namespace fmt
+{
+
+void Argument::AppendTo(std::string& out, std::string_view specification) const
+{
+    constexpr char digits[] = "0123456789ABCDEF";
+    if (specification == ":02X")
+        out.append({digits[m_number / 16 % 16], digits[m_number % 16]});
+    else
+        out.append(m_text);
+}
+
+std::string Join(std::string_view format, const Argument* const* arguments)
+{
+    std::string out;
+    for (std::size_t at = 0; at < format.size(); ++at)
+    {
+        const bool isDoubled = at + 1 < format.size() && format[at + 1] == format[at];
+        if (format[at] == '{' && !isDoubled)
+        {
+            const std::size_t end = format.find('}', at);
+            (*arguments++)->AppendTo(out, format.substr(at + 1, end - at - 1));
+            at = end;
+            continue;
+        }
+        out.push_back(format[at]);
+        if ((format[at] == '{' || format[at] == '}') && isDoubled)
+            ++at;
+    }
+    return out;
+}
+
+}  // namespace fmt

@@ -1,0 +1,52 @@
+// What the readers and writers of models ask of the formatting library, and no more: "{}" for
+// texts, characters and integers, "{{" and "}}" for braces, and a byte in two hexadecimal digits.
+// It stands in for that library in the build for WebAssembly, where its number printing and its
+// locales would be a third of the program.
+#pragma once
+
+#include <concepts>
+#include <string>
+#include <string_view>
+
+namespace fmt
+{
+
+/// An argument as text.
+class Argument
+{
+public:
+    Argument(std::string_view text) : m_text(text) {}
+    Argument(const std::string& text) : m_text(text) {}
+    Argument(const char* text) : m_text(text) {}
+    Argument(char character) : m_made(1, character), m_text(m_made) {}
+    template <std::integral Number>
+    Argument(Number number)
+        : m_number(static_cast<unsigned long long>(number)),
+          m_made(std::to_string(number)),
+          m_text(m_made)
+    {
+    }
+    Argument(const Argument&) = delete;
+    Argument& operator=(const Argument&) = delete;
+
+    void AppendTo(std::string& out, std::string_view specification) const;
+
+private:
+    unsigned long long m_number = 0;
+    std::string m_made;
+    std::string_view m_text;
+};
+
+std::string Join(std::string_view format, const Argument* const* arguments);
+
+template <class... Arguments>
+std::string format(std::string_view format, const Arguments&... arguments)
+{
+    return [format](const auto&... made)
+    {
+        const Argument* const all[] = {&made..., nullptr};
+        return Join(format, all);
+    }(Argument(arguments)...);
+}
+
+}  // namespace fmt

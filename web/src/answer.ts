@@ -1,0 +1,315 @@
+// A solve and what it found, as plain objects that can be kept and sent.
+import { wrong } from "./error.js";
+import type { Layer } from "./layer.js";
+import type { Model } from "./model.js";
+
+export type Status = "optimal" | "infeasible" | "unbounded" | "stopped";
+export type BasisStatus = "basic" | "lower" | "upper" | "free";
+
+/** Where a solve stands. */
+export interface Progress {
+  stage: "single" | "double" | "exact";
+  /** Of this stage. */
+  pivots: number;
+  seconds: number;
+  /** Of the current basis; the sum of violations while that is not feasible, NaN where not known. */
+  objective: number;
+  feasible: boolean;
+}
+
+export interface SolveOptions {
+  /** Ends the solve; what is found by then is no answer. */
+  seconds?: number;
+  pivots?: number;
+  /** Exact numbers of variables and rows; that of the objective comes anyway. True if not said. */
+  exact?: boolean;
+  /** How far each cost, bound and side may move. */
+  sensitivity?: boolean;
+  /** The proof in VIPR format. */
+  certificate?: boolean;
+  /** The vertices that the core went through. */
+  path?: boolean;
+  /** Numbers are the doubles themselves instead of the decimals that say them. */
+  stored?: boolean;
+  /** Told before each pivot; returning false ends the solve. */
+  progress?: (progress: Progress) => boolean | void;
+}
+
+export interface VariableAnswer {
+  name: string;
+  value: number;
+  /** "p" or "p/q". */
+  exact?: string;
+  /** What the objective gains per unit by which the variable is moved up. */
+  reducedCost?: number;
+  exactReducedCost?: string;
+  /** Between which numbers its cost may move while the vertex stays. */
+  costRange?: [number, number];
+  basis: BasisStatus;
+}
+
+export interface RowAnswer {
+  name: string;
+  /** The value of the row's terms. */
+  activity: number;
+  exact?: string;
+  /** To the nearer side. */
+  slack: number;
+  exactSlack?: string;
+  /** What the objective gains per unit by which the active side is moved up. */
+  dual?: number;
+  exactDual?: string;
+  /** Between which numbers a side may move while the dual stays. */
+  lowerRange?: [number, number];
+  upperRange?: [number, number];
+  basis: BasisStatus;
+}
+
+export interface ConflictMember {
+  kind: "variable" | "row";
+  name: string;
+  side: "lower" | "upper";
+}
+
+/** A vertex on the way of the core. */
+export interface PathStep {
+  phase: number;
+  objective: number;
+  values: number[];
+}
+
+export interface Answer {
+  status: Status;
+  /** Whether the verdict was checked in exact arithmetic. */
+  proved: boolean;
+  stopReason?: "time" | "pivots" | "cancelled";
+  /** NaN where there is none. */
+  objective: number;
+  exactObjective?: string;
+  variables: VariableAnswer[];
+  rows: RowAnswer[];
+  /** The values of the variables and the duals of the rows by name. */
+  values: Record<string, number>;
+  duals: Record<string, number>;
+  /** Infeasible: rows and bounds that exclude each other. */
+  conflict?: ConflictMember[];
+  /** Whether the members of the conflict agree without any one of them. */
+  conflictIsMinimal?: boolean;
+  /** Infeasible: a multiplier for each row; their combination contradicts the bounds. */
+  farkas?: number[];
+  /** Unbounded: a direction that improves for ever. */
+  ray?: number[];
+  exactRay?: string[];
+  path?: PathStep[];
+  certificate?: string;
+  pivots: { single: number; double: number; exact: number };
+  seconds: number;
+}
+
+const STATUSES: readonly Status[] = ["optimal", "infeasible", "unbounded", "stopped"];
+const STAGES = ["single", "double", "exact"] as const;
+const REASONS = [undefined, "time", "pivots", "cancelled"] as const;
+const BASIS: readonly BasisStatus[] = ["basic", "lower", "upper", "free"];
+
+const enum Flag {
+  Sensitivity = 1,
+  Exact = 2,
+  Path = 4,
+  Progress = 8,
+  Stored = 16,
+}
+
+const enum Exact {
+  Objective = 0,
+  Values = 1,
+  Duals = 2,
+  Ray = 3,
+  ReducedCosts = 5,
+  Activities = 6,
+  Slacks = 7,
+}
+
+/** What a solve or a repair is asked for, as the program takes it. */
+export function asked(options: SolveOptions): { flags: number; seconds: number; pivots: number } {
+  const { seconds = Infinity, pivots = Infinity } = options;
+  if (!(seconds >= 0)) throw wrong(`a time limit of ${seconds} seconds`);
+  if (!(pivots >= 0)) throw wrong(`a limit of ${pivots} pivots`);
+  const flags =
+    (options.sensitivity ? Flag.Sensitivity : 0) |
+    (options.exact ?? true ? Flag.Exact : 0) |
+    (options.path ? Flag.Path : 0) |
+    (options.progress ? Flag.Progress : 0) |
+    (options.stored ? Flag.Stored : 0);
+  return { flags, seconds, pivots };
+}
+
+/** The caller's function as the program calls it. */
+export function watcher(progress: SolveOptions["progress"]) {
+  return progress
+    ? (stage: number, pivots: number, seconds: number, objective: number, feasible: number) =>
+        progress({ stage: STAGES[stage]!, pivots, seconds, objective, feasible: feasible !== 0 }) === false ? 0 : 1
+    : undefined;
+}
+
+export function solve(layer: Layer, model: Model, options: SolveOptions, session = 0): Answer {
+  const { flags, seconds, pivots } = asked(options);
+  const { handle } = model;
+  const solution = layer.watch(watcher(options.progress), () =>
+    layer.exports.solve(handle, session, flags, seconds, pivots, layer.diagnostics),
+  );
+  if (solution === 0) throw layer.refusal();
+  try {
+    return layer.call(() => new AnswerReader(layer, model, solution, options).read());
+  } finally {
+    layer.exports.NuvSolutionDestruct(solution);
+  }
+}
+
+type ArrayName = `NuvSolutionGet${
+  | "Values" | "ReducedCosts" | "Activities" | "Slacks" | "Duals" | "Ray" | "Farkas" | "CostRanges"
+  | "RowLowerRanges" | "RowUpperRanges"}`;
+
+class AnswerReader {
+  readonly #layer: Layer;
+  readonly #model: Model;
+  readonly #solution: number;
+  readonly #options: SolveOptions;
+
+  constructor(layer: Layer, model: Model, solution: number, options: SolveOptions) {
+    this.#layer = layer;
+    this.#model = model;
+    this.#solution = solution;
+    this.#options = options;
+  }
+
+  read(): Answer {
+    const { exports, scratch } = this.#layer;
+    exports.info(this.#solution, scratch);
+    const info = this.#layer.floats(scratch, 9).slice();
+    const status = STATUSES[info[0]!]!;
+    const reason = REASONS[info[2]! as 0 | 1 | 2 | 3];
+    const answer: Answer = {
+      status,
+      proved: info[1] === 1,
+      objective: info[4]!,
+      variables: this.#variables(),
+      rows: this.#rows(),
+      values: Object.create(null) as Record<string, number>,
+      duals: Object.create(null) as Record<string, number>,
+      pivots: { single: info[6]!, double: info[7]!, exact: info[8]! },
+      seconds: info[5]!,
+    };
+    if (reason) answer.stopReason = reason;
+    for (const { name, value } of answer.variables) answer.values[name] = value;
+    for (const { name, dual } of answer.rows) if (dual !== undefined) answer.duals[name] = dual;
+    const objective = this.#exact(Exact.Objective)?.[0];
+    if (objective !== undefined) answer.exactObjective = objective;
+    if (status === "infeasible") this.#addConflict(answer, info[3] === 1);
+    if (status === "unbounded") {
+      answer.ray = [...this.#array("NuvSolutionGetRay")];
+      const exactRay = this.#exact(Exact.Ray);
+      if (exactRay) answer.exactRay = exactRay;
+    }
+    if (this.#options.path) answer.path = this.#path();
+    if (this.#options.certificate && exports.hasProof(this.#solution)) {
+      const certificate = this.#layer.madeText((out) => exports.NuvSolutionMakeCertificate(this.#solution, out));
+      if (certificate !== undefined) answer.certificate = certificate;
+    }
+    return answer;
+  }
+
+  #variables(): VariableAnswer[] {
+    const values = this.#array("NuvSolutionGetValues");
+    const costs = this.#array("NuvSolutionGetReducedCosts");
+    const ranges = this.#array("NuvSolutionGetCostRanges");
+    const basis = this.#basis("NuvSolutionGetColumnBasis");
+    const wanted = this.#options.exact ?? true;
+    const exact = wanted ? this.#exact(Exact.Values) : undefined;
+    const exactCosts = wanted ? this.#exact(Exact.ReducedCosts) : undefined;
+    return this.#model.columns.map((name, k) => {
+      const answer: VariableAnswer = { name, value: values[k] ?? NaN, basis: BASIS[basis[k] ?? 3]! };
+      if (exact) answer.exact = exact[k]!;
+      if (k < costs.length) answer.reducedCost = costs[k]!;
+      if (exactCosts) answer.exactReducedCost = exactCosts[k]!;
+      if (ranges.length !== 0) answer.costRange = [ranges[2 * k]!, ranges[2 * k + 1]!];
+      return answer;
+    });
+  }
+
+  #rows(): RowAnswer[] {
+    const activities = this.#array("NuvSolutionGetActivities");
+    const slacks = this.#array("NuvSolutionGetSlacks");
+    const duals = this.#array("NuvSolutionGetDuals");
+    const lower = this.#array("NuvSolutionGetRowLowerRanges");
+    const upper = this.#array("NuvSolutionGetRowUpperRanges");
+    const basis = this.#basis("NuvSolutionGetRowBasis");
+    const wanted = this.#options.exact ?? true;
+    const [exact, exactSlacks, exactDuals] = wanted
+      ? [this.#exact(Exact.Activities), this.#exact(Exact.Slacks), this.#exact(Exact.Duals)]
+      : [];
+    return this.#model.rows.map((name, k) => {
+      const answer: RowAnswer = {
+        name,
+        activity: activities[k] ?? NaN,
+        slack: slacks[k] ?? NaN,
+        basis: BASIS[basis[k] ?? 3]!,
+      };
+      if (exact) answer.exact = exact[k]!;
+      if (exactSlacks) answer.exactSlack = exactSlacks[k]!;
+      if (k < duals.length) answer.dual = duals[k]!;
+      if (exactDuals) answer.exactDual = exactDuals[k]!;
+      if (lower.length !== 0) answer.lowerRange = [lower[2 * k]!, lower[2 * k + 1]!];
+      if (upper.length !== 0) answer.upperRange = [upper[2 * k]!, upper[2 * k + 1]!];
+      return answer;
+    });
+  }
+
+  #addConflict(answer: Answer, isMinimal: boolean): void {
+    const { exports, scratch } = this.#layer;
+    const at = exports.NuvSolutionGetIis(this.#solution, scratch);
+    const words = this.#layer.words(at, 3 * this.#layer.words(scratch, 1)[0]!).slice();
+    answer.conflict = [];
+    for (let k = 0; k < words.length; k += 3) {
+      const isRow = words[k + 1] === 1;
+      answer.conflict.push({
+        kind: isRow ? "row" : "variable",
+        name: (isRow ? this.#model.rows : this.#model.columns)[words[k]!]!,
+        side: words[k + 2] === 1 ? "upper" : "lower",
+      });
+    }
+    answer.conflictIsMinimal = isMinimal;
+    answer.farkas = [...this.#array("NuvSolutionGetFarkas")];
+  }
+
+  #path(): PathStep[] {
+    const { exports } = this.#layer;
+    const length = this.#model.columns.length + 2;
+    return Array.from({ length: exports.pathLength(this.#solution) }, (_, index) =>
+      this.#layer.lend([8 * length], (at) => {
+        const count = exports.pathStep(this.#solution, index, at!);
+        const [phase, objective, ...values] = this.#layer.floats(at!, count);
+        return { phase: phase!, objective: objective!, values };
+      }),
+    );
+  }
+
+  #array(name: ArrayName): Float64Array {
+    return this.#layer.array(this.#layer.exports[name], this.#solution);
+  }
+
+  #basis(name: "NuvSolutionGetColumnBasis" | "NuvSolutionGetRowBasis"): Uint8Array {
+    const { exports, scratch } = this.#layer;
+    const at = exports[name](this.#solution, scratch);
+    return this.#layer.bytes(at, this.#layer.words(scratch, 1)[0]!).slice();
+  }
+
+  /** The numbers of a kind; undefined where there are none. */
+  #exact(kind: Exact): string[] | undefined {
+    const { exports } = this.#layer;
+    if (!exports.hasExact(this.#solution, kind)) return undefined;
+    return this.#layer
+      .madeText((out) => exports.NuvSolutionMakeExact(this.#solution, kind, out))
+      ?.slice(0, -1)
+      .split("\0");
+  }
+}
