@@ -25,17 +25,28 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
     m_perturb = perturb;
     m_stalled = 0;
     m_relapses = 0;
+    m_starts = 0;
+    m_firstPivot = m_control.Pivots(Stage::Double);
     m_phaseOne = true;
     FixEmptyColumns();
     ResetWeights();
     StartAfresh();
     SimplexVerdict verdict = SimplexVerdict::Numerical;
-    constexpr int kMostRelapses = 20;
-    // Values that are not known to the tolerance may go in and out of their bounds for ever.
-    while (m_relapses <= kMostRelapses && Iterate(verdict))
+    while (GetsAnywhere() && Iterate(verdict))
     {
     }
     return verdict;
+}
+
+/// Values that are not known to the tolerance may go in and out of their bounds for ever, and of a
+/// basis that is nearly singular fresh factors may drop what the last pivot brought in, again and
+/// again.
+bool PrimalSimplex::GetsAnywhere() const noexcept
+{
+    constexpr int kMostRelapses = 20;
+    constexpr std::uint64_t kMostStarts = 100;
+    const std::uint64_t pivots = m_control.Pivots(Stage::Double) - m_firstPivot;
+    return m_relapses <= kMostRelapses && m_starts <= kMostStarts + pivots / 4;
 }
 
 void PrimalSimplex::FixEmptyColumns()
@@ -54,6 +65,7 @@ void PrimalSimplex::FixEmptyColumns()
 
 void PrimalSimplex::StartAfresh()
 {
+    ++m_starts;
     m_state.Refactorise();
     std::fill(m_banned.begin(), m_banned.end(), static_cast<signed char>(0));
     const bool wasFeasible = !m_phaseOne;

@@ -83,6 +83,7 @@ private:
     void PushBoundsApart();
     [[nodiscard]] bool Iterate(SimplexVerdict& verdict);
     [[nodiscard]] bool Conclude(SimplexVerdict& verdict);
+    [[nodiscard]] bool GetsAnywhere() const noexcept;
 
     SimplexState& m_state;
     SolveControl& m_control;
@@ -92,7 +93,9 @@ private:
     bool m_inaccurate = false;  ///< the last pivot's row and column disagreed about it
     bool m_phaseOne = false;
     int m_stalled = 0;
-    int m_relapses = 0;  ///< how often a feasible basis turned out not to be
+    int m_relapses = 0;              ///< how often a feasible basis turned out not to be
+    std::uint64_t m_starts = 0;      ///< with fresh factors, in this run
+    std::uint64_t m_firstPivot = 0;  ///< of this run
     std::uint64_t m_random = 0x9E3779B97F4A7C15u;
     std::vector<signed char> m_violation;  ///< by position: -1 below, +1 above, 0 within bounds
     std::vector<double> m_weight;

@@ -251,15 +251,17 @@ TEST(Engine, ProvesFormsWhoseBasesAreNearlySingular)
     {
         SCOPED_TRACE(seed);
         Random random(seed);
-        const BoundedForm form =
-            NearlyDependentForm(random, static_cast<Index>(random.Between(3, 12)),
-                                static_cast<Index>(random.Between(3, 16)));
+        const auto rows = static_cast<Index>(random.Between(3, 12));
+        const auto columns = static_cast<Index>(random.Between(3, 16));
+        const BoundedForm form = NearlyDependentForm(random, rows, columns);
         const CertifiedResult expected = CertifiedFrom(form, SlackBasis(form));
         const CertifiedResult proof = Solve(form);
         ASSERT_TRUE(expected.record.proved);
         ASSERT_TRUE(proof.record.proved);
         EXPECT_EQ(proof.certificate.status, expected.certificate.status);
         EXPECT_EQ(proof.certificate.objective, expected.certificate.objective);
+        // Without a rule against it the primal simplex goes in circles in some of them.
+        EXPECT_LT(proof.record.stages[Stage::Double].pivots, 10'000U);
     }
 }
 
