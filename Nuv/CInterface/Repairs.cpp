@@ -4,6 +4,8 @@
 #include "Nuv/CInterface/Solving.hpp"
 #include "Nuv/Model/NuvRepair.h"
 #include "Nuv/Solve/Repair.hpp"
+#include "Nuv/Vipr/Certify.hpp"
+#include "Nuv/Vipr/Text.hpp"
 
 struct NuvRepair : nuv::c::Tagged<nuv::c::Kind::Repair>
 {
@@ -41,6 +43,14 @@ std::vector<NuvRepairChange> ChangesOf(const Model& model, const RepairResult& r
     return changes;
 }
 
+/// The elastic program, or the failure NotKnown.
+const Model& ElasticOf(const NuvRepair& handle)
+{
+    if (!handle.result.elastic)
+        Fail(NUV_MODELRESULT_NotKnown, "c.not-known", "there is no proof");
+    return *handle.result.elastic;
+}
+
 }  // namespace
 }  // namespace nuv::c
 
@@ -59,6 +69,7 @@ NuvModelResult NuvModelRepair(const NuvModel* model, const double* columnWeights
                        nuv::RepairOptions asked;
                        asked.limits = solving.Options().limits;
                        asked.numbers = solving.Options().numbers;
+                       asked.certificate = solving.KeepsProof();
                        AddWeights(
                            columnWeights, held->VariableCount(),
                            [&](std::uint32_t k) { return held->VariableAt(k); }, asked.weights);
@@ -124,5 +135,29 @@ NuvModelResult NuvRepairMakeModel(const NuvRepair* repair, NuvModel** model)
                        if (!handle.result.model)
                            Fail(NUV_MODELRESULT_NotKnown, "c.not-known", "there is no such model");
                        *model = new NuvModel(std::make_shared<nuv::Model>(*handle.result.model));
+                   });
+}
+
+NuvModelResult NuvRepairMakeElasticModel(const NuvRepair* repair, NuvModel** model)
+{
+    return Guarded(nullptr,
+                   [&]
+                   {
+                       Given(model, "model") = nullptr;
+                       const NuvRepair& handle = Checked(repair);
+                       *model = new NuvModel(std::make_shared<nuv::Model>(ElasticOf(handle)));
+                   });
+}
+
+NuvModelResult NuvRepairMakeCertificate(const NuvRepair* repair, NuvText** certificate)
+{
+    return Guarded(nullptr,
+                   [&]
+                   {
+                       Given(certificate, "certificate") = nullptr;
+                       const NuvRepair& handle = Checked(repair);
+                       MakeText(certificate, nuv::vipr::Write(nuv::vipr::CertificateOf(
+                                                 ElasticOf(handle), handle.result.numbers,
+                                                 *handle.result.certificate)));
                    });
 }

@@ -22,6 +22,12 @@ public:
         return m_options;
     }
 
+    /// Whether the proof is wanted beside the verdict.
+    [[nodiscard]] bool KeepsProof() const noexcept
+    {
+        return m_given.keepProof != 0;
+    }
+
     /// The solution as a handle. `solved` is what has its handles, of which `model` is a copy.
     /// Fails with InvalidModel where the solve had none.
     [[nodiscard]] std::unique_ptr<NuvSolution>

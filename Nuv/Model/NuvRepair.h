@@ -40,7 +40,8 @@ typedef struct NuvRepairChange
     uint32_t reserved;
     /// The double that it is.
     double from;
-    /// The double nearest to where it has to go; NuvRepairGetExact says the number itself.
+    /// The double nearest to where it has to go, which NuvRepairGetExact says exactly; of stored
+    /// numbers the next double that is wide enough.
     double to;
     /// How far that is, positive.
     double amount;
@@ -49,7 +50,8 @@ typedef struct NuvRepairChange
 /// Finds how far sides of rows and bounds of columns have to move, in all the least. A lower bound
 /// of zero stays. The weights, one for each column and one for each row, say what a unit of change
 /// counts for, infinity that it stays; null is 1 for all. Of the options it obeys the limits, the
-/// callbacks and the meaning of numbers; null are the defaults.
+/// callbacks, the meaning of numbers and `keepProof`, which here is about the elastic program; null
+/// are the defaults.
 NUV_MODEL_API NuvModelResult NuvModelRepair(const NuvModel* model, const double* columnWeights,
                                             const double* rowWeights,
                                             const NuvSolveOptions* options, NuvRepair** repair,
@@ -70,9 +72,20 @@ NUV_MODEL_API const NuvRepairChange* NuvRepairGetChanges(const NuvRepair* repair
 NUV_MODEL_API uint64_t NuvRepairGetExact(const NuvRepair* repair, uint32_t change, char* buffer,
                                          uint64_t size);
 
-/// The model with the changes, for the caller to give back. A side that no double says exactly is
-/// moved on to the next one that is wide enough.
+/// The model with the changes, for the caller to give back, each side at the number itself; of
+/// stored numbers, where no double says it, at the next one that is wide enough.
 /// @return NotKnown if the changes are not known.
 NUV_MODEL_API NuvModelResult NuvRepairMakeModel(const NuvRepair* repair, NuvModel** model);
+
+/// The elastic program, for the caller to give back: the model with a row and a variable for each
+/// side and bound that may move, whose optimum is the total.
+/// @return NotKnown if nothing is proved or the proof was not kept.
+NUV_MODEL_API NuvModelResult NuvRepairMakeElasticModel(const NuvRepair* repair, NuvModel** model);
+
+/// The proof that no smaller change is enough, or that no change is: a certificate of the elastic
+/// program in VIPR format, which NuvModelVerify checks.
+/// @return NotKnown if nothing is proved or the proof was not kept.
+NUV_MODEL_API NuvModelResult NuvRepairMakeCertificate(const NuvRepair* repair,
+                                                      NuvText** certificate);
 
 #endif

@@ -58,21 +58,25 @@ public:
             changes.push_back({{v, true}, std::move(above)});
     }
 
+    /// The value of a variable of the original at a point of the elastic program.
+    [[nodiscard]] Rational ValueOf(Index v, const ExactVector& point) const
+    {
+        if (!m_original.IsLogical(v))
+            return point.At(v) + PassedBy(m_above[v], point) - PassedBy(m_below[v], point);
+        Rational activity = 0;
+        for (const auto [column, entry] : m_original.matrix.Row(m_original.RowOf(v)))
+            activity +=
+                m_original.ExactEntry(m_original.RowOf(v), column, entry) * ValueOf(column, point);
+        return activity;
+    }
+
     BoundedForm form;
 
 private:
-    [[nodiscard]] bool MayMove(const BoundOfVariable& bound) const
-    {
-        const double value =
-            bound.upper ? m_original.Upper(bound.variable) : m_original.Lower(bound.variable);
-        return std::isfinite(value) && std::isfinite(m_weights[bound.variable]) &&
-               !IsDefault(m_original, bound);
-    }
-
     void Relax(Index v, SparseVectors<double>& columns)
     {
-        const bool lowerMoves = MayMove({v, false});
-        const bool upperMoves = MayMove({v, true});
+        const bool lowerMoves = MayMove(m_original, m_weights, {v, false});
+        const bool upperMoves = MayMove(m_original, m_weights, {v, true});
         // If neither may move the bounds stay crossed, and that is the proof. Bounds that cross are
         // finite and have one weight, and an upper one is no default: where the lower one moves,
         // the upper one does.
@@ -119,17 +123,6 @@ private:
         return column == kNoIndex ? Rational(0) : point.At(column);
     }
 
-    [[nodiscard]] Rational ValueOf(Index v, const ExactVector& point) const
-    {
-        if (!m_original.IsLogical(v))
-            return point.At(v) + PassedBy(m_above[v], point) - PassedBy(m_below[v], point);
-        Rational activity = 0;
-        for (const auto [column, entry] : m_original.matrix.Row(m_original.RowOf(v)))
-            activity +=
-                m_original.ExactEntry(m_original.RowOf(v), column, entry) * ValueOf(column, point);
-        return activity;
-    }
-
     const BoundedForm& m_original;
     const std::vector<double>& m_weights;
     std::vector<Index> m_below;  ///< by variable: the column by which it passes its lower bound
@@ -137,6 +130,14 @@ private:
 };
 
 }  // namespace
+
+bool MayMove(const BoundedForm& form, const std::vector<double>& weights,
+             const BoundOfVariable& bound)
+{
+    const double value = bound.upper ? form.Upper(bound.variable) : form.Lower(bound.variable);
+    return std::isfinite(value) && std::isfinite(weights[bound.variable]) &&
+           !IsDefault(form, bound);
+}
 
 FeasibilityRepair FindRepair(const BoundedForm& form, const std::vector<double>& weights,
                              SolveControl& control)
@@ -150,6 +151,8 @@ FeasibilityRepair FindRepair(const BoundedForm& form, const std::vector<double>&
         program.AppendChanges(v, repair.elastic.certificate.primal, repair.changes);
     for (const BoundChange& change : repair.changes)
         repair.total += ToRational(weights[change.bound.variable], form.numbers) * change.amount;
+    for (Index j = 0; j < form.columns; ++j)
+        repair.point.push_back(program.ValueOf(j, repair.elastic.certificate.primal));
     return repair;
 }
 

@@ -23,7 +23,13 @@ struct FeasibilityRepair
     CertifiedResult elastic;
     std::vector<BoundChange> changes;  ///< by increasing variable, the lower bound first
     Rational total = 0;                ///< the sum of weights times amounts
+    std::vector<Rational> point;       ///< by column: what keeps to the changed bounds
 };
+
+/// Whether a bound may move: it is finite, has a finite weight, and is not the lower bound of zero
+/// that a variable has when nothing is said.
+[[nodiscard]] bool MayMove(const BoundedForm& form, const std::vector<double>& weights,
+                           const BoundOfVariable& bound);
 
 /// `weights` has for each variable what a unit of change of its bounds costs: positive, or infinite
 /// for bounds that stay. A lower bound of zero, which a variable has when nothing is said, stays

@@ -1,7 +1,8 @@
 // From the changes of the form to those of the model, and the model with them.
 #include "Nuv/Solve/Repair.hpp"
 
-#include "Nuv/Model/ModelBuilder.hpp"
+#include "Nuv/Algebra/RationalText.hpp"
+#include "Nuv/Solve/Elastic/ElasticModel.hpp"
 #include "Nuv/Solve/FeasibilityRepair.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/Solution.hpp"
@@ -81,7 +82,11 @@ public:
             result.of = m_model.VariableAt(v);
         result.upper = upper;
         result.from = from;
-        result.to = AsWide(to, upper, m_form.numbers);
+        // A text says any number that a double is near to; of doubles it has to be a wider one.
+        const double nearest = ToDouble(to);
+        const bool hasText =
+            IsWritten() && std::isfinite(nearest) && (nearest != 0.0 || to.Sign() == 0);
+        result.to = hasText ? nearest : AsWide(to, upper, m_form.numbers);
         result.amount = ToDouble(change.amount);
         result.exactTo = ToString(to);
         result.exactAmount = ToString(change.amount);
@@ -92,34 +97,47 @@ public:
     {
         Model repaired = m_model;
         for (const RepairChange& change : changes)
-        {
-            const Index v = PlaceOf(m_model, change.of);
-            Bounds bounds = m_form.IsLogical(v)
-                                ? Bounds{repaired.RowLower()[m_form.RowOf(v)],
-                                         repaired.RowUpper()[m_form.RowOf(v)]}
-                                : Bounds{repaired.VariableLower()[v], repaired.VariableUpper()[v]};
-            (change.upper ? bounds.upper : bounds.lower) = change.to;
-            const NumberPlace other = PlaceOfBound(v, !change.upper);
-            const std::string* const text = repaired.Exact().Find(other);
-            const std::string kept = text != nullptr ? *text : "";
-            std::visit([&](auto handle) { (void)repaired.SetBounds(handle, bounds); }, change.of);
-            if (!kept.empty())
-            {
-                ModelBuilder builder(std::move(repaired));
-                builder.SetExact(other, kept);
-                repaired = builder.Take();
-            }
-        }
+            std::visit([&](auto handle) { Move(repaired, handle, change); }, change.of);
         return repaired;
     }
 
 private:
-    [[nodiscard]] NumberPlace PlaceOfBound(Index v, bool upper) const
+    /// The number that a side goes to, as a model takes it; empty for an infinite one.
+    [[nodiscard]] std::string TextOf(const RepairChange& change) const
     {
-        using Of = NumberPlace::Of;
-        if (m_form.IsLogical(v))
-            return {upper ? Of::RowUpper : Of::RowLower, m_form.RowOf(v)};
-        return {upper ? Of::VariableUpper : Of::VariableLower, v};
+        if (!std::isfinite(change.to))
+            return {};
+        if (ToDouble(*ReadRational(change.exactTo)) == change.to && IsWritten())
+            return change.exactTo;
+        return ToString(ToRational(change.to, CoefficientMeaning::ShortestDecimal));
+    }
+
+    template <class Handle>
+    void Move(Model& model, Handle handle, const RepairChange& change) const
+    {
+        const std::string text = TextOf(change);
+        if (text.empty())
+            (void)model.SetBounds(handle, Widened(model, change));
+        else if (change.upper)
+            (void)model.SetExactUpper(handle, text);
+        else
+            (void)model.SetExactLower(handle, text);
+    }
+
+    /// The bounds of what has to go beyond all doubles.
+    [[nodiscard]] Bounds Widened(const Model& model, const RepairChange& change) const
+    {
+        const Index v = PlaceOf(m_model, change.of);
+        const bool isRow = m_form.IsLogical(v);
+        const Index at = isRow ? m_form.RowOf(v) : v;
+        if (change.upper)
+            return {isRow ? model.RowLower()[at] : model.VariableLower()[at], Infinity};
+        return {-Infinity, isRow ? model.RowUpper()[at] : model.VariableUpper()[at]};
+    }
+
+    [[nodiscard]] bool IsWritten() const
+    {
+        return m_form.numbers == CoefficientMeaning::ShortestDecimal;
     }
 
     const Model& m_model;
@@ -164,6 +182,12 @@ RepairResult Repair(const Model& model, const RepairOptions& options)
     result.status = repair.elastic.certificate.status;
     result.proved = repair.elastic.record.proved;
     result.stopReason = repair.elastic.record.stopReason;
+    if (options.certificate && result.proved)
+    {
+        ElasticModel elastic = ElasticModelOf(model, form, *weights, repair);
+        result.elastic = std::move(elastic.model);
+        result.certificate = std::make_shared<Certificate>(std::move(elastic.certificate));
+    }
     if (result.status != Status::Optimal)
         return result;
     const Repairing repairing(model, form);

@@ -8,6 +8,7 @@
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -15,6 +16,8 @@
 
 namespace nuv
 {
+
+struct Certificate;
 
 /// What a unit of change of a row's sides or of a variable's bounds counts for: 1 if nothing is
 /// said. Infinity says that they stay.
@@ -30,6 +33,8 @@ struct RepairOptions
     SolveLimits limits;  ///< of the whole repair
     /// Which numbers the model is made of; see SolveOptions.
     CoefficientMeaning numbers = CoefficientMeaning::ShortestDecimal;
+    /// Whether to make the proof of it for others to check: RepairResult::elastic and certificate.
+    bool certificate = false;
     std::vector<RepairWeight> weights;  ///< of what is named twice the last one counts
 };
 
@@ -39,10 +44,11 @@ struct RepairChange
     std::variant<Variable, Row> of;  ///< of the model
     bool upper = false;              ///< its upper side or bound, not the lower
     double from = 0.0;               ///< as it is
-    double to = 0.0;                 ///< the double nearest to exactTo
-    double amount = 0.0;             ///< how far that is
-    std::string exactTo;             ///< "p" or "p/q"
-    std::string exactAmount;         ///< positive
+    /// The double nearest to exactTo; of stored numbers the next one that is wide enough.
+    double to = 0.0;
+    double amount = 0.0;      ///< how far that is
+    std::string exactTo;      ///< "p" or "p/q"
+    std::string exactAmount;  ///< positive
 };
 
 /// What a repair came to.
@@ -62,9 +68,16 @@ struct RepairResult
     double total = std::numeric_limits<double>::quiet_NaN();  ///< Optimal: weights times amounts
     std::string exactTotal;                                   ///< "p" or "p/q"
 
-    /// Optimal: the model with the changes. A side that no double says exactly is moved on to the
-    /// next one that is wide enough.
+    /// Optimal: the model with the changes, each to the number itself; of stored numbers, where no
+    /// double says it, to the next one that is wide enough.
     std::optional<Model> model;
+
+    /// Proved, if it was asked for: the program whose optimum is `total`, as a model with a row and
+    /// a variable for each side and bound that may move; docs/certificates.md shows one.
+    std::optional<Model> elastic;
+    /// Proved, if it was asked for: that this is its optimum, or that it is infeasible, as of a
+    /// solution of `elastic`. Null else.
+    std::shared_ptr<const Certificate> certificate;
 };
 
 /// What a repair came to, in words: "feasible as it stands", "repaired", "stopped by the time

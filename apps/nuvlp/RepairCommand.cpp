@@ -8,10 +8,13 @@
 #include "Nuv/Report/JsonReport.hpp"
 #include "Nuv/Report/TextReport.hpp"
 #include "Nuv/Solve/Repair.hpp"
+#include "Nuv/Vipr/Certify.hpp"
+#include "Nuv/Vipr/Text.hpp"
 
 #include <fmt/core.h>
 
 #include <charconv>
+#include <cstdio>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -27,6 +30,8 @@ struct Options
     ModelSource source;
     Output output;
     std::string repaired;
+    std::string elastic;
+    std::string certificate;
     nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
     std::vector<std::string> weights;  ///< NAME=W
     std::vector<std::string> kept;     ///< NAME
@@ -78,6 +83,7 @@ nuv::Result<nuv::RepairOptions> RepairOptionsOf(const nuv::Model& model, const O
     nuv::RepairOptions repair;
     repair.numbers = options.numbers;
     repair.limits.seconds = options.timeLimit;
+    repair.certificate = !options.elastic.empty() || !options.certificate.empty();
     if (options.maxPivots)
         repair.limits.doublePivots = repair.limits.exactPivots = *options.maxPivots;
     repair.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
@@ -106,14 +112,33 @@ ExitCode ExitCodeOfStatus(const nuv::RepairResult& repair, bool exitStatus)
     return ExitCode::Stopped;
 }
 
-/// Writes the repaired model if it is asked for and there is one.
-ExitCode WriteRepaired(const Options& options, const nuv::RepairResult& repair, ExitCode otherwise)
+/// Writes a model if it is asked for and there is one.
+ExitCode WriteModelTo(const std::string& path, const std::optional<nuv::Model>& model,
+                      ExitCode otherwise)
 {
-    if (options.repaired.empty() || !repair.model)
+    if (path.empty() || !model || otherwise == ExitCode::CannotWrite ||
+        otherwise == ExitCode::BadModel)
         return otherwise;
-    const nuv::WriteResult writing = nuv::WriteModel(*repair.model, options.repaired);
+    const nuv::WriteResult writing = nuv::WriteModel(*model, path);
     PrintDiagnostics(writing.diagnostics, Show::Warnings);
-    return writing.Ok() ? WriteTo(options.repaired, *writing.text, otherwise) : ExitCode::BadModel;
+    return writing.Ok() ? WriteTo(path, *writing.text, otherwise) : ExitCode::BadModel;
+}
+
+/// The same of the proof.
+ExitCode WriteCertificate(const Options& options, const nuv::RepairResult& repair,
+                          ExitCode otherwise)
+{
+    if (options.certificate.empty() || otherwise == ExitCode::CannotWrite)
+        return otherwise;
+    if (!repair.elastic)
+    {
+        std::fputs("nuvlp: nothing is proved, so no certificate is written\n", stderr);
+        return otherwise;
+    }
+    return WriteTo(options.certificate,
+                   nuv::vipr::Write(nuv::vipr::CertificateOf(*repair.elastic, repair.numbers,
+                                                             *repair.certificate)),
+                   otherwise);
 }
 
 ExitCode Run(const Options& options)
@@ -131,12 +156,14 @@ ExitCode Run(const Options& options)
     const nuv::RepairResult repair = nuv::Repair(model, *asked);
     if (repair.status == nuv::Status::Invalid)
         return Report(options, repair.failure, ExitCode::Internal);
-    const ExitCode code =
+    ExitCode code =
         WriteTo(options.output.path,
                 options.output.json ? nuv::RepairJson(model, repair, reading.diagnostics)
                                     : nuv::RepairText(model, repair),
                 ExitCodeOfStatus(repair, options.exitStatus));
-    return code == ExitCode::CannotWrite ? code : WriteRepaired(options, repair, code);
+    code = WriteModelTo(options.repaired, repair.model, code);
+    code = WriteModelTo(options.elastic, repair.elastic, code);
+    return WriteCertificate(options, repair, code);
 }
 
 }  // namespace
@@ -164,6 +191,14 @@ Verb RepairVerb()
          .value = "MODEL",
          .text = "Write the repaired model there, as MPS if the name ends in .mps, else as LP",
          .target = &options->repaired},
+        {.names = {"--certificate"},
+         .value = "FILE",
+         .text = "Write the proof that no smaller change is enough there, in VIPR format",
+         .target = &options->certificate},
+        {.names = {"--elastic"},
+         .value = "MODEL",
+         .text = "Write the model there that the certificate is about; LP or MPS as above",
+         .target = &options->elastic},
         OutputOption(options->output, "RESULT"),
         NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
         MaxPivotsOption(options->maxPivots),

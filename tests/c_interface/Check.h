@@ -58,6 +58,7 @@ void TestClaims(void);
 void TestSolutions(void);
 void TestRandomSolutions(void);
 void TestBatches(void);
+void TestRepairs(void);
 void TestSessions(void);
 void TestStarts(void);
 void TestWrongArguments(void);

@@ -11,6 +11,7 @@ int main(void)
     TestSolutions();
     TestRandomSolutions();
     TestBatches();
+    TestRepairs();
     TestSessions();
     TestStarts();
     TestWrongArguments();

@@ -308,60 +308,8 @@ static void TestConstantsInCertificates(void)
     NuvModelDestruct(model);
 }
 
-/* labour wants 1000 hours and has 240: it is the cheapest to change, unless it has to stay. */
-static void TestRepair(void)
-{
-    NuvModel* model = MakeFactory();
-    NuvModel* repaired;
-    NuvRepair* repair;
-    NuvRepairInfo info;
-    NuvSolution* solution;
-    const NuvRepairChange* changes;
-    uint32_t count;
-    char exact[16];
-    const double most = 5.0;
-    const double lower[] = {-(double)INFINITY, 1000.0};
-    const double upper[] = {300.0, (double)INFINITY};
-    const double stays[] = {(double)INFINITY, (double)INFINITY};
-    const double negative[] = {1.0, -1.0};
-    info.size = sizeof info;
-    CHECK_OK(NuvModelSetColumnBounds(model, 1, NULL, NULL, &most, NULL));
-    CHECK_OK(NuvModelSetRowBounds(model, 2, NULL, lower, upper, NULL));
-    CHECK_OK(NuvModelRepair(model, stays, NULL, NULL, &repair, NULL));
-    CHECK_OK(NuvRepairGetInfo(repair, &info));
-    CHECK(info.status == NUV_STATUS_Optimal && info.proved && info.numChanges == 1);
-    changes = NuvRepairGetChanges(repair, &count);
-    CHECK(count == 1 && changes[0].isRow && changes[0].index == 1 && !changes[0].isUpper);
-    CHECK(changes[0].from == 1000.0 && changes[0].to == 194.0 && changes[0].amount == 806.0);
-    CHECK(info.total == 806.0);
-    CHECK(NuvRepairGetExact(repair, 0, exact, sizeof exact) == 4 && strcmp(exact, "194") == 0);
-    CHECK(NuvRepairGetExact(repair, NUV_MODEL_NO_INDEX, exact, 3) == 4 && strcmp(exact, "80") == 0);
-    CHECK(NuvRepairGetExact(repair, 1, NULL, 0) == 0);
-    CHECK_OK(NuvRepairMakeModel(repair, &repaired));
-    NuvRepairDestruct(repair);
-    CHECK_OK(NuvModelSolve(repaired, NULL, &solution, NULL));
-    CHECK(NuvSolutionGetStatus(solution) == NUV_STATUS_Optimal);
-    NuvSolutionDestruct(solution);
-    NuvModelDestruct(repaired);
-
-    CHECK_OK(NuvModelRepair(model, stays, stays, NULL, &repair, NULL));
-    CHECK_OK(NuvRepairGetInfo(repair, &info));
-    CHECK(info.status == NUV_STATUS_Infeasible && isnan(info.total));
-    CHECK(NuvRepairGetChanges(repair, &count) == NULL && count == 0);
-    CHECK(NuvRepairMakeModel(repair, &repaired) == NUV_MODELRESULT_NotKnown && repaired == NULL);
-    NuvRepairDestruct(repair);
-    CHECK(NuvModelRepair(model, negative, NULL, NULL, &repair, NULL) ==
-          NUV_MODELRESULT_InvalidArgument);
-    CHECK(repair == NULL);
-    CHECK(NuvModelRepair(NULL, NULL, NULL, NULL, &repair, NULL) == NUV_MODELRESULT_InvalidHandle);
-    CHECK(NuvRepairGetInfo(NULL, &info) == NUV_MODELRESULT_InvalidHandle);
-    NuvRepairDestruct((NuvRepair*)(void*)model);
-    NuvModelDestruct(model);
-}
-
 void TestSolutions(void)
 {
-    TestRepair();
     TestOptimum();
     TestUniqueness();
     TestInfeasible();

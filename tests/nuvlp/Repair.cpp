@@ -44,6 +44,40 @@ TEST(RepairCommand, WeighsKeepsAndWritesTheRepairedModel)
               "status     feasible as it stands\nproof      proved as written\n");
 }
 
+TEST(RepairCommand, WritesAProofThatVerifyConfirms)
+{
+    const std::string elastic = Scratch("elastic.lp");
+    const std::string proof = Scratch("repair.vipr");
+    const std::string files = "--elastic " + elastic + " --certificate " + proof;
+    for (const std::string numbers : {"written", "stored"})
+    {
+        const std::string meaning = " --numbers " + numbers + " ";
+        EXPECT_EQ(RunNuvlp("repair --weight y=0.7 " + files + meaning + "-", kShort).exitCode, 0);
+        const Outcome verified = RunNuvlp("verify" + meaning + elastic + " " + proof);
+        EXPECT_EQ(verified.out.find("status     optimal\n"), 0u) << verified.out << verified.err;
+        EXPECT_NE(RunNuvlp("verify" + meaning + "- " + proof, kShort).exitCode, 0)
+            << "the proof is about the elastic model";
+    }
+    EXPECT_EQ(RunNuvlp("repair --keep need --keep x --keep y --keep cap " + files + " -", kShort)
+                  .exitCode,
+              0);
+    EXPECT_EQ(RunNuvlp("verify " + elastic + " " + proof).out,
+              "status     infeasible\nproof      verified as written\n");
+    const Outcome stopped = RunNuvlp("repair --time-limit 0 --certificate " + proof + " -", kShort);
+    EXPECT_EQ(stopped.err, "nuvlp: nothing is proved, so no certificate is written\n");
+    EXPECT_EQ(RunNuvlp("repair --certificate /nowhere/a.vipr -", kShort).exitCode, 73);
+    EXPECT_EQ(RunNuvlp("repair --elastic /nowhere/a.lp -", kShort).exitCode, 73);
+}
+
+TEST(RepairCommand, WritesSidesThatNoDoubleSays)
+{
+    const std::string repaired = Scratch("thirds.lp");
+    (void)RunNuvlp("repair --keep need --keep x --keep cap --write " + repaired + " -", kShort);
+    EXPECT_NE(ReadFile(repaired).find("20/3"), std::string::npos) << ReadFile(repaired);
+    EXPECT_EQ(RunNuvlp("repair " + repaired).out,
+              "status     feasible as it stands\nproof      proved as written\n");
+}
+
 TEST(RepairCommand, EndsAsOtherVerbsDo)
 {
     const Outcome none =
