@@ -54,8 +54,8 @@ struct ReadResult
             if (diagnostic.severity == Severity::Error)
                 return diagnostic.error;
         }
-        static const Error none;
-        return none;
+        static const Error kNone;
+        return kNone;
     }
 };
 

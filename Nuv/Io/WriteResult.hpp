@@ -31,8 +31,8 @@ struct WriteResult
     [[nodiscard]] const Error& GetError() const noexcept
     {
         const auto found = std::find_if(diagnostics.begin(), diagnostics.end(), IsError);
-        static const Error none;
-        return found == diagnostics.end() ? none : found->error;
+        static const Error kNone;
+        return found == diagnostics.end() ? kNone : found->error;
     }
 
     /// Whether one of the diagnostics is an error.
