@@ -82,10 +82,11 @@ void SolveRange(const NuvBatch& batch, std::uint64_t first, std::uint64_t last)
     const DenseAnswer stopped;
     for (std::uint64_t k = first; k < last; ++k)
         Write(batch, k, stopped);
+    DenseSolver solver;
     DenseAnswer answer;
     for (std::uint64_t k = first; k < last; ++k)
     {
-        SolveDense(ProblemAt(batch, k), batch.pivotLimit, answer);
+        solver.Solve(ProblemAt(batch, k), batch.pivotLimit, answer);
         Write(batch, k, answer);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "Nuv/Exact/Auxiliary.hpp"
 #include "Nuv/Exact/CertifiedStages.hpp"
+#include "Nuv/Exact/Dense/SolveSmall.hpp"
 #include "Nuv/Exact/ExactSimplex.hpp"
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/SparseSimplex/SimplexState.hpp"
@@ -269,7 +270,7 @@ void LogDoubles(SimplexVerdict verdict, SolveControl& control)
 CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, SolveControl& control)
 {
     CertifiedResult result;
-    if (ProveAtSight(form, result))
+    if (ProveAtSight(form, result) || SolveSmall(form, start, control, result))
         return result;
     const double begin = control.Seconds();
     ScalableForm scalable(form);

@@ -2,6 +2,8 @@
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace nuv
@@ -28,6 +30,30 @@ void AppendRows(const double* matrix, Index count, Index columns, SparseVectors<
     }
 }
 
+void Append(std::vector<double>& all, const double* numbers, std::size_t count, double otherwise)
+{
+    if (numbers != nullptr)
+        all.insert(all.end(), numbers, numbers + count);
+    else
+        all.insert(all.end(), count, otherwise);
+}
+
+void SolveInGeneral(const DenseProblem& problem, SolveControl& control, DenseAnswer& answer)
+{
+    const BoundedForm form = FormOf(problem);
+    const CertifiedResult result = SolveCertified(form, nullptr, control);
+    answer.status = result.certificate.status;
+    answer.proved = result.record.proved;
+    if (answer.status != Status::Optimal)
+        return;
+    answer.objective = result.record.objectiveValue;
+    const auto columns = static_cast<std::ptrdiff_t>(form.columns);
+    answer.values.assign(result.record.value.begin(), result.record.value.begin() + columns);
+    answer.reducedCosts.assign(result.record.reduced.begin(),
+                               result.record.reduced.begin() + columns);
+    answer.duals.assign(result.record.reduced.begin() + columns, result.record.reduced.end());
+}
+
 }  // namespace
 
 BoundedForm FormOf(const DenseProblem& problem)
@@ -52,25 +78,74 @@ BoundedForm FormOf(const DenseProblem& problem)
     return form;
 }
 
-void SolveDense(const DenseProblem& problem, std::uint64_t mostPivots, DenseAnswer& answer)
+void DenseSolver::Solve(const DenseProblem& problem, std::uint64_t mostPivots, DenseAnswer& answer)
 {
     SolveLimits limits;
     limits.doublePivots = mostPivots;
     limits.exactPivots = mostPivots;
     SolveControl control(std::move(limits));
-    const BoundedForm form = FormOf(problem);
-    CertifiedResult result = SolveCertified(form, nullptr, control);
-    answer.status = result.certificate.status;
-    answer.proved = result.record.proved;
+    if (!SolveInWords(problem, control, answer))
+        SolveInGeneral(problem, control, answer);
     answer.pivots = control.Pivots(Stage::Double) + control.Pivots(Stage::Exact);
-    if (answer.status != Status::Optimal)
-        return;
-    answer.objective = result.record.objectiveValue;
-    const auto columns = static_cast<std::ptrdiff_t>(form.columns);
-    answer.values.assign(result.record.value.begin(), result.record.value.begin() + columns);
-    answer.reducedCosts.assign(result.record.reduced.begin(),
-                               result.record.reduced.begin() + columns);
-    answer.duals.assign(result.record.reduced.begin() + columns, result.record.reduced.end());
+}
+
+/// The problem as a form. @return whether its numbers make sense and no bounds cross.
+bool DenseSolver::TakeForm(const DenseProblem& problem)
+{
+    const std::size_t columns = problem.columns;
+    m_form.rows = problem.Rows();
+    m_form.columns = problem.columns;
+    m_form.numbers = problem.numbers;
+    m_form.matrix.clear();
+    Append(m_form.matrix, problem.upperMatrix, columns * problem.upperRows, 0.0);
+    Append(m_form.matrix, problem.equalMatrix, columns * problem.equalRows, 0.0);
+    m_form.cost.clear();
+    Append(m_form.cost, problem.cost, columns, 0.0);
+    m_form.lower.clear();
+    Append(m_form.lower, problem.lower, columns, 0.0);
+    Append(m_form.lower, nullptr, problem.upperRows, -kInfinity);
+    Append(m_form.lower, problem.equalSides, problem.equalRows, 0.0);
+    m_form.upper.clear();
+    Append(m_form.upper, problem.upper, columns, kInfinity);
+    Append(m_form.upper, problem.upperSides, problem.upperRows, 0.0);
+    Append(m_form.upper, problem.equalSides, problem.equalRows, 0.0);
+    const auto isFinite = [](double number) { return std::isfinite(number); };
+    if (!std::ranges::all_of(m_form.matrix, isFinite) ||
+        !std::ranges::all_of(m_form.cost, isFinite))
+        return false;
+    for (Index v = 0; v < m_form.Variables(); ++v)
+    {
+        // A NaN compares as false.
+        if (!(m_form.lower[v] <= m_form.upper[v]) || m_form.lower[v] == kInfinity ||
+            m_form.upper[v] == -kInfinity)
+            return false;
+    }
+    return true;
+}
+
+/// The dictionary in doubles and the proof in words. @return whether that was enough.
+bool DenseSolver::SolveInWords(const DenseProblem& problem, SolveControl& control,
+                               DenseAnswer& answer)
+{
+    constexpr std::uint64_t kMostEntries = 2500;
+    if (std::uint64_t{problem.columns} * problem.Rows() > kMostEntries || !TakeForm(problem) ||
+        m_simplex.Run(m_form, control) != DenseSimplex::End::Optimal ||
+        !m_proof.ProveOptimal(m_form, m_simplex.Status()))
+        return false;
+    answer.status = Status::Optimal;
+    answer.proved = true;
+    answer.objective = m_proof.Objective();
+    answer.values.resize(problem.columns);
+    answer.reducedCosts.resize(problem.columns);
+    answer.duals.resize(problem.Rows());
+    for (Index j = 0; j < problem.columns; ++j)
+    {
+        answer.values[j] = m_proof.Value(j);
+        answer.reducedCosts[j] = m_proof.ReducedCost(j);
+    }
+    for (Index i = 0; i < problem.Rows(); ++i)
+        answer.duals[i] = m_proof.Dual(i);
+    return true;
 }
 
 }  // namespace nuv

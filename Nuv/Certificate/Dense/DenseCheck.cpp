@@ -1,0 +1,117 @@
+#include "Nuv/Certificate/Dense/DenseCheck.hpp"
+
+#include <cmath>
+
+namespace nuv
+{
+namespace
+{
+
+void ExtendAll(const std::vector<Word>& from, unsigned width, std::vector<Word>& to,
+               unsigned toWidth)
+{
+    const std::size_t count = from.size() / width;
+    to.resize(count * toWidth);
+    for (std::size_t k = 0; k < count; ++k)
+        CopyWords(from.data() + k * width, width, to.data() + k * toWidth, toWidth);
+}
+
+}  // namespace
+
+bool DenseCheck::IsOptimal(const IntegerForm& form, const DenseOptimum& optimum)
+{
+    const Index rows = form.Form().rows;
+    const Index columns = form.Form().columns;
+    const unsigned width = optimum.width;
+    if (optimum.denominator.size() != width ||
+        optimum.point.size() != std::size_t{columns} * width ||
+        optimum.dual.size() != std::size_t{rows} * width ||
+        SignOf(optimum.denominator.data(), width) <= 0)
+        return false;
+    // A sum of as many products as there are rows or columns, each with one number of the form, and
+    // the denominator with two of them: 32 bits count the terms, one is the sign.
+    m_width = width + (2 * form.Bits() + 33 + 63) / 64;
+    ExtendAll(optimum.point, width, m_point, m_width);
+    ExtendAll(optimum.dual, width, m_dual, m_width);
+    ExtendAll(optimum.denominator, width, m_denominator, m_width);
+    m_boundDenominator.assign(m_width, 0);
+    AddProduct(m_boundDenominator.data(), m_denominator.data(), form.BoundFactor(), m_width);
+    m_bound.resize(m_width);
+    m_activity.assign(std::size_t{rows} * m_width, 0);
+    m_reduced.assign(std::size_t{columns} * m_width, 0);
+    m_objective.assign(m_width, 0);
+    for (Index i = 0; i < rows; ++i)
+    {
+        if (!IsRowRight(form, i))
+            return false;
+    }
+    for (Index j = 0; j < columns; ++j)
+    {
+        if (!IsColumnRight(form, j))
+            return false;
+    }
+    return true;
+}
+
+/// The activity is the sum of entries times point, the dual the reduced cost of the logical.
+bool DenseCheck::IsRowRight(const IntegerForm& form, Index row)
+{
+    const Index columns = form.Form().columns;
+    Word* const activity = m_activity.data() + std::size_t{row} * m_width;
+    for (Index j = 0; j < columns; ++j)
+    {
+        if (!form.Entry(row, j).IsZero())
+            AddProduct(activity, m_point.data() + std::size_t{j} * m_width, form.Entry(row, j),
+                       m_width);
+    }
+    const int sign = SignOf(m_dual.data() + std::size_t{row} * m_width, m_width);
+    return IsPlaceRight(form, columns + row, activity, m_boundDenominator, sign);
+}
+
+bool DenseCheck::IsColumnRight(const IntegerForm& form, Index column)
+{
+    Word* const reduced = m_reduced.data() + std::size_t{column} * m_width;
+    for (Index i = 0; i < form.Form().rows; ++i)
+    {
+        if (!form.Entry(i, column).IsZero())
+            AddProduct(reduced, m_dual.data() + std::size_t{i} * m_width, form.Entry(i, column),
+                       m_width);
+    }
+    NegateWords(reduced, m_width);
+    AddProduct(reduced, m_denominator.data(), form.Cost(column), m_width);
+    const Word* const value = m_point.data() + std::size_t{column} * m_width;
+    AddProduct(m_objective.data(), value, form.Cost(column), m_width);
+    return IsPlaceRight(form, column, value, m_denominator, SignOf(reduced, m_width));
+}
+
+/// Whether the value is within its bounds, which count in units of `unit`, and at the one that the
+/// sign of the reduced cost names.
+bool DenseCheck::IsPlaceRight(const IntegerForm& form, Index variable, const Word* value,
+                              const std::vector<Word>& unit, int sign)
+{
+    const auto order = [&](const WideInteger& bound)
+    {
+        std::fill(m_bound.begin(), m_bound.end(), 0);
+        AddProduct(m_bound.data(), unit.data(), bound, m_width);
+        return CompareWords(value, m_bound.data(), m_width);
+    };
+    bool isAtLower = false;
+    bool isAtUpper = false;
+    if (std::isfinite(form.Form().lower[variable]))
+    {
+        const int toLower = order(form.Lower(variable));
+        if (toLower < 0)
+            return false;
+        isAtLower = toLower == 0;
+    }
+    if (std::isfinite(form.Form().upper[variable]))
+    {
+        const int toUpper = order(form.Upper(variable));
+        if (toUpper > 0)
+            return false;
+        isAtUpper = toUpper == 0;
+    }
+    return sign == 0 || (sign > 0 ? isAtLower : isAtUpper);
+}
+
+}  // namespace nuv

@@ -1,0 +1,38 @@
+/// The bounded form of a small problem (see BoundedForm.hpp) with a dense matrix, in storage that
+/// is used again from one problem to the next.
+#pragma once
+
+#include "Nuv/Algebra/ExactNumber.hpp"
+#include "Nuv/Algebra/Index.hpp"
+
+#include <vector>
+
+namespace nuv
+{
+
+struct DenseForm
+{
+    Index rows = 0;
+    Index columns = 0;
+    CoefficientMeaning numbers = CoefficientMeaning::StoredDouble;
+    std::vector<double> matrix;  ///< row after row
+    std::vector<double> cost;
+    // By variable: columns, then the rows' logicals.
+    std::vector<double> lower;
+    std::vector<double> upper;
+
+    [[nodiscard]] Index Variables() const noexcept
+    {
+        return rows + columns;
+    }
+    [[nodiscard]] bool IsLogical(Index variable) const noexcept
+    {
+        return variable >= columns;
+    }
+    [[nodiscard]] double Entry(Index row, Index column) const noexcept
+    {
+        return matrix[std::size_t{row} * columns + column];
+    }
+};
+
+}  // namespace nuv

@@ -1,0 +1,170 @@
+#include "Nuv/Exact/Dense/DenseProof.hpp"
+
+#include "Nuv/Algebra/Dense/WordQuotient.hpp"
+
+#include <algorithm>
+
+namespace nuv
+{
+
+bool DenseProof::ProveOptimal(const DenseForm& form, const std::vector<BasisStatus>& status)
+{
+    if (!m_numbers.Take(form) || !StateSystem(status) || !m_system.Solve())
+        return false;
+    TakeSolution(status);
+    return m_check.IsOptimal(m_numbers, m_optimum);
+}
+
+/// The basic columns in the rows whose activity rests at a side: all that a basis leaves to be
+/// solved, since every other row has its own logical.
+bool DenseProof::StateSystem(const std::vector<BasisStatus>& status)
+{
+    const DenseForm& form = m_numbers.Form();
+    m_basic.clear();
+    m_tight.clear();
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        if (status[j] == BasisStatus::Basic)
+            m_basic.push_back(j);
+    }
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        if (status[form.columns + i] != BasisStatus::Basic)
+            m_tight.push_back(i);
+    }
+    if (m_basic.size() != m_tight.size())
+        return false;
+    const auto order = static_cast<unsigned>(m_basic.size());
+    m_system.Begin(order);
+    for (unsigned at = 0; at < order; ++at)
+    {
+        for (unsigned k = 0; k < order; ++k)
+            CopyWords(m_numbers.Entry(m_tight[at], m_basic[k]), m_system.Entry(at, k),
+                      BorderedSystem::kEntryWidth);
+        CopyWords(m_numbers.Cost(m_basic[at]), m_system.Entry(order, at),
+                  BorderedSystem::kEntryWidth);
+        if (!StateRightSide(status, at))
+            return false;
+    }
+    return true;
+}
+
+const WideInteger& DenseProof::RestingValue(Index variable, BasisStatus status) const
+{
+    static constexpr WideInteger kZero;
+    switch (status)
+    {
+    case BasisStatus::AtLower:
+        return m_numbers.Lower(variable);
+    case BasisStatus::AtUpper:
+        return m_numbers.Upper(variable);
+    default:
+        return kZero;
+    }
+}
+
+/// The row's side times the bound factor, less what the resting columns take of it: as many
+/// products of two numbers of the form as there are columns, and one more.
+bool DenseProof::StateRightSide(const std::vector<BasisStatus>& status, unsigned at)
+{
+    constexpr unsigned width = BorderedSystem::kEntryWidth;
+    const DenseForm& form = m_numbers.Form();
+    if (2 * m_numbers.Bits() + 33 >= 64 * width)
+        return false;
+    const Index row = m_tight[at];
+    const Index logical = form.columns + row;
+    Word* const sum = m_system.Entry(at, static_cast<unsigned>(m_basic.size()));
+    Word value[width];
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        const WideInteger& resting = RestingValue(j, status[j]);
+        if (resting.IsZero() || m_numbers.Entry(row, j).IsZero())
+            continue;
+        CopyWords(resting, value, width);
+        AddProduct(sum, value, m_numbers.Entry(row, j), width);
+    }
+    NegateWords(sum, width);
+    CopyWords(RestingValue(logical, status[logical]), value, width);
+    AddProduct(sum, value, m_numbers.BoundFactor(), width);
+    return true;
+}
+
+void DenseProof::TakeSolution(const std::vector<BasisStatus>& status)
+{
+    const DenseForm& form = m_numbers.Form();
+    const unsigned solved = m_system.Width();
+    // A resting value is a number of the form times the denominator.
+    const unsigned width = solved + m_numbers.Bits() / 64 + 1;
+    m_optimum.width = width;
+    m_optimum.denominator.resize(width);
+    CopyWords(m_system.Denominator(), solved, m_optimum.denominator.data(), width);
+    m_optimum.point.assign(std::size_t{form.columns} * width, 0);
+    m_optimum.dual.assign(std::size_t{form.rows} * width, 0);
+    for (Index j = 0; j < form.columns; ++j)
+        AddProduct(m_optimum.point.data() + std::size_t{j} * width, m_optimum.denominator.data(),
+                   RestingValue(j, status[j]), width);
+    for (unsigned k = 0; k < m_basic.size(); ++k)
+    {
+        CopyWords(m_system.X(k), solved, m_optimum.point.data() + std::size_t{m_basic[k]} * width,
+                  width);
+        CopyWords(m_system.Y(k), solved, m_optimum.dual.data() + std::size_t{m_tight[k]} * width,
+                  width);
+    }
+}
+
+double DenseProof::Objective() const
+{
+    return QuotientToDouble(m_check.Objective(), m_check.Width(), m_optimum.denominator.data(),
+                            m_optimum.width, -(m_numbers.CostScale() + m_numbers.BoundScale()));
+}
+
+double DenseProof::Value(Index column) const
+{
+    return QuotientToDouble(m_optimum.point.data() + std::size_t{column} * m_optimum.width,
+                            m_optimum.width, m_optimum.denominator.data(), m_optimum.width,
+                            -m_numbers.BoundScale());
+}
+
+double DenseProof::ReducedCost(Index column) const
+{
+    return QuotientToDouble(m_check.ReducedCost(column), m_check.Width(),
+                            m_optimum.denominator.data(), m_optimum.width, -m_numbers.CostScale());
+}
+
+double DenseProof::Activity(Index row) const
+{
+    return QuotientToDouble(m_check.Activity(row), m_check.Width(), m_optimum.denominator.data(),
+                            m_optimum.width, -(m_numbers.RowScale(row) + m_numbers.BoundScale()));
+}
+
+void DenseProof::WriteCertificate(const Rational& constant, Certificate& certificate) const
+{
+    const unsigned width = m_optimum.width;
+    const Integer denominator = ToInteger(m_optimum.denominator.data(), width);
+    const Integer boundFactor = PowerOf(m_numbers.BoundScale());
+    const Integer costFactor = PowerOf(m_numbers.CostScale());
+    certificate.status = Status::Optimal;
+    certificate.primal.denominator = denominator * boundFactor;
+    certificate.dual.denominator = denominator * costFactor;
+    certificate.primal.numerator.clear();
+    certificate.dual.numerator.clear();
+    for (Index j = 0; j < m_numbers.Form().columns; ++j)
+        certificate.primal.numerator.push_back(
+            ToInteger(m_optimum.point.data() + std::size_t{j} * width, width));
+    for (Index i = 0; i < m_numbers.Form().rows; ++i)
+        certificate.dual.numerator.push_back(
+            ToInteger(m_optimum.dual.data() + std::size_t{i} * width, width) *
+            PowerOf(m_numbers.RowScale(i)));
+    certificate.objective = Rational(ToInteger(m_check.Objective(), m_check.Width()),
+                                     certificate.primal.denominator * costFactor) +
+                            constant;
+}
+
+double DenseProof::Dual(Index row) const
+{
+    return QuotientToDouble(m_optimum.dual.data() + std::size_t{row} * m_optimum.width,
+                            m_optimum.width, m_optimum.denominator.data(), m_optimum.width,
+                            m_numbers.RowScale(row) - m_numbers.CostScale());
+}
+
+}  // namespace nuv

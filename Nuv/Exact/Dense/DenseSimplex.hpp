@@ -1,0 +1,77 @@
+/// The bounded simplex method on a dense dictionary in doubles, for problems so small that scaling,
+/// factors and sparse vectors cost more than they save. It ends with a basis and what it takes that
+/// for; whether it is right is decided by the exact proof.
+#pragma once
+
+#include "Nuv/Certificate/Dense/DenseForm.hpp"
+#include "Nuv/SparseSimplex/Basis.hpp"
+#include "Nuv/SparseSimplex/SolveControl.hpp"
+
+#include <vector>
+
+namespace nuv
+{
+
+class DenseSimplex
+{
+public:
+    enum class End
+    {
+        Optimal,
+        Infeasible,
+        Unbounded,
+        Stopped,  ///< by the control
+        GaveUp,   ///< after more pivots than such a problem takes
+    };
+
+    /// From the slack basis.
+    [[nodiscard]] End Run(const DenseForm& form, SolveControl& control);
+
+    /// By variable, of the last basis.
+    [[nodiscard]] const std::vector<BasisStatus>& Status() const noexcept
+    {
+        return m_status;
+    }
+
+private:
+    struct Step
+    {
+        Index row = kNoIndex;  ///< none: the entering variable goes to its other bound
+        bool toUpper = false;  ///< where the leaving variable comes to rest
+        double length = kNone;
+    };
+    static constexpr double kNone = 1e300;
+
+    void Begin(const DenseForm& form);
+    [[nodiscard]] bool PriceInfeasibilities();
+    [[nodiscard]] double Objective(bool isFeasible) const;
+    [[nodiscard]] Index ChooseEntering(const std::vector<double>& prices) const;
+    [[nodiscard]] Step ChooseStep(Index entering, double direction) const;
+    [[nodiscard]] bool Blocks(Index row, double rate, double slack, double& distance,
+                              bool& toUpper) const;
+    void Move(Index entering, double direction, double length);
+    void Exchange(Index row, Index entering, bool toUpper, double value);
+    [[nodiscard]] double ValueOf(Index variable) const noexcept;
+
+    [[nodiscard]] double* Row(Index row) noexcept
+    {
+        return m_table.data() + std::size_t{row} * m_form->columns;
+    }
+    [[nodiscard]] const double* Row(Index row) const noexcept
+    {
+        return m_table.data() + std::size_t{row} * m_form->columns;
+    }
+
+    const DenseForm* m_form = nullptr;
+    /// Row i of the dictionary: basic variable i + sum of entries times nonbasic variables = const.
+    std::vector<double> m_table;
+    std::vector<double> m_prices;     ///< reduced costs of the nonbasic variables
+    std::vector<double> m_gradients;  ///< of the sum of infeasibilities
+    std::vector<double> m_values;     ///< of the basic variables
+    std::vector<Index> m_basic;
+    std::vector<Index> m_nonbasic;
+    std::vector<BasisStatus> m_status;
+    double m_priceTolerance = 0.0;
+};
+
+}  // namespace nuv

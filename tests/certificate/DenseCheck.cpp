@@ -1,0 +1,158 @@
+/// The check in words says what the check in integers of any size says.
+#include "Nuv/Certificate/Certificate.hpp"
+#include "Nuv/Certificate/Dense/DenseCheck.hpp"
+#include "Nuv/Exact/CertifiedSolve.hpp"
+#include "Nuv/Exact/Dense/SolveSmall.hpp"
+#include "tests/support/Effort.hpp"
+#include "tests/support/Forms.hpp"
+
+#include <gtest/gtest.h>
+
+namespace nuv::test
+{
+namespace
+{
+
+constexpr unsigned kWidth = 2;
+
+/// Small integers, over one denominator for point and duals, as this check takes them.
+DenseOptimum InWords(const Certificate& certificate)
+{
+    DenseOptimum optimum;
+    optimum.width = kWidth;
+    const auto append = [](std::vector<Word>& words, const Integer& number)
+    {
+        words.push_back(static_cast<Word>(number.ToWord()));
+        words.push_back(number.Sign() < 0 ? ~Word{0} : 0);
+    };
+    append(optimum.denominator, certificate.primal.denominator * certificate.dual.denominator);
+    for (const Integer& numerator : certificate.primal.numerator)
+        append(optimum.point, numerator * certificate.dual.denominator);
+    for (const Integer& numerator : certificate.dual.numerator)
+        append(optimum.dual, numerator * certificate.primal.denominator);
+    return optimum;
+}
+
+/// With the objective that its point has: this check computes it and claims none.
+std::string CheckedWithObjective(const BoundedForm& form, Certificate certificate)
+{
+    certificate.objective = 0;
+    for (Index j = 0; j < form.columns; ++j)
+        certificate.objective += form.ExactCost(j) * certificate.primal.At(j);
+    return CheckCertificate(form, certificate);
+}
+
+/// Changes one number, mostly so that the certificate is none any more.
+void ChangeOne(Certificate& certificate, Random& random)
+{
+    const bool isDual = random.OneIn(2);
+    ExactVector& vector = isDual ? certificate.dual : certificate.primal;
+    if (vector.numerator.empty() || random.OneIn(8))
+        vector.denominator += 1;
+    else
+        vector.numerator[random.Next() % vector.numerator.size()] += random.OneIn(2) ? 1 : -1;
+}
+
+TEST(DenseCheck, AgreesWithTheCheckInIntegersOfAnySize)
+{
+    Random random(1);
+    DenseForm dense;
+    IntegerForm integers;
+    DenseCheck check;
+    int held = 0;
+    int failed = 0;
+    for (int round = 0; round < ShareOf(4000); ++round)
+    {
+        const BoundedForm form = RandomSmallForm(random, static_cast<Index>(random.Between(0, 4)),
+                                                 static_cast<Index>(random.Between(1, 4)));
+        SolveControl control;
+        Certificate certificate = SolveCertified(form, nullptr, control).certificate;
+        if (certificate.status != Status::Optimal)
+            continue;
+        TakeForm(form, dense);
+        ASSERT_TRUE(integers.Take(dense));
+        ASSERT_TRUE(check.IsOptimal(integers, InWords(certificate)));
+        for (int change = 0; change < 8; ++change)
+        {
+            Certificate changed = certificate;
+            ChangeOne(changed, random);
+            const bool holds = CheckedWithObjective(form, changed).empty();
+            ASSERT_EQ(check.IsOptimal(integers, InWords(changed)), holds) << round;
+            ++(holds ? held : failed);
+        }
+    }
+    EXPECT_GT(held, ShareOf(4000) / 10);
+    EXPECT_GT(failed, ShareOf(4000));
+}
+
+TEST(DenseCheck, WantsNumbersOfTheRightShape)
+{
+    DenseForm dense;
+    TakeForm(MakeForm({1}, {{{1}, {1, kInf}}}), dense);
+    IntegerForm integers;
+    ASSERT_TRUE(integers.Take(dense));
+    DenseCheck check;
+    const DenseOptimum right{1, {1}, {1}, {1}};
+    EXPECT_TRUE(check.IsOptimal(integers, right));
+    EXPECT_EQ(*check.Objective(), 1u);
+    EXPECT_EQ(*check.Activity(0), 1u);
+    EXPECT_EQ(*check.ReducedCost(0), 0u);
+    for (const DenseOptimum& wrong : {DenseOptimum{1, {}, {1}, {1}}, DenseOptimum{1, {1}, {}, {1}},
+                                      DenseOptimum{1, {1}, {1}, {}}, DenseOptimum{1, {0}, {1}, {1}},
+                                      DenseOptimum{1, {~Word{0}}, {1}, {1}}})
+        EXPECT_FALSE(check.IsOptimal(integers, wrong));
+}
+
+TEST(IntegerForm, ScalesRowsCostsAndBoundsByThemselves)
+{
+    DenseForm dense;
+    BoundedForm form = MakeForm({0.5, 3}, {{{0.25, -7}, {-kInf, 1}}, {{2, 0}, {-1.5, 4}}},
+                                {{-0.125, 8}, {0, kInf}});
+    TakeForm(form, dense);
+    IntegerForm integers;
+    ASSERT_TRUE(integers.Take(dense));
+    EXPECT_EQ(integers.CostScale().two, 1);
+    EXPECT_EQ(integers.BoundScale().two, 3);
+    EXPECT_EQ(integers.BoundFactor().low, 8u);
+    EXPECT_EQ(integers.RowScale(0).two, 2);
+    EXPECT_EQ(integers.RowScale(1).two, 1);
+    EXPECT_EQ(integers.Cost(0).low, 1u);
+    EXPECT_EQ(integers.Cost(1).low, 6u);
+    EXPECT_EQ(integers.Entry(0, 1).low, 28u);
+    EXPECT_TRUE(integers.Entry(0, 1).isNegative);
+    EXPECT_TRUE(integers.Entry(1, 1).IsZero());
+    EXPECT_EQ(integers.Lower(0).low, 1u);
+    EXPECT_TRUE(integers.Lower(0).isNegative);
+    EXPECT_EQ(integers.Upper(0).low, 64u);
+    EXPECT_TRUE(integers.Lower(2).IsZero()) << "an infinite side";
+    EXPECT_EQ(integers.Upper(2).low, 4u);
+    EXPECT_EQ(integers.Upper(3).low, 8u);
+    EXPECT_EQ(integers.Bits(), 7u);
+}
+
+TEST(IntegerForm, TakesNumbersOfUpTo126Bits)
+{
+    DenseForm dense;
+    IntegerForm integers;
+    for (const auto& [small, large, fits] :
+         {std::tuple{1.0, 0x1p125, true}, std::tuple{1.0, 0x1.8p125, true},
+          std::tuple{1.0, 0x1p126, false}, std::tuple{0x1p-62, 0x1p63, true},
+          std::tuple{1.0, 0x1.8p126, false}, std::tuple{1.0, 0x1.8p64, true},
+          std::tuple{1.0, 0x1.8p70, true}})
+    {
+        TakeForm(MakeForm({0}, {{{small}, {-kInf, large}}}), dense);
+        EXPECT_EQ(integers.Take(dense), fits) << small << ' ' << large;
+    }
+    // Of decimals, powers of five up to the 27th.
+    BoundedForm form = MakeForm({0}, {{{1e-27}, {-kInf, 1}}});
+    form.numbers = CoefficientMeaning::ShortestDecimal;
+    TakeForm(form, dense);
+    EXPECT_TRUE(integers.Take(dense));
+    form = MakeForm({1e-28, 1}, {});
+    form.numbers = CoefficientMeaning::ShortestDecimal;
+    TakeForm(form, dense);
+    EXPECT_FALSE(integers.Take(dense));
+}
+
+}  // namespace
+}  // namespace nuv::test

@@ -1,0 +1,182 @@
+/// The short way of small dense forms against the general one, exactly.
+#include "Nuv/Exact/Dense/DenseProof.hpp"
+#include "Nuv/Exact/Dense/DenseSimplex.hpp"
+#include "Nuv/Exact/Dense/SolveDense.hpp"
+#include "Nuv/Exact/Dense/SolveSmall.hpp"
+#include "tests/exact/Certified.hpp"
+#include "tests/support/Effort.hpp"
+#include "tests/support/Forms.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+
+namespace nuv::test
+{
+namespace
+{
+
+double DrawNumber(Random& random, int kind)
+{
+    if (kind == 0)
+        return random.Between(-9, 9);
+    if (kind == 1)
+        return random.Between(-999, 999) / 100.0;
+    return static_cast<double>(random.Next() >> 11) * 0x1p-52 - 0.5;
+}
+
+/// Rows and bounds of all kinds; integers, decimals of two places, or numbers of all digits.
+BoundedForm DrawForm(Random& random)
+{
+    const int kind = random.Between(0, 2);
+    const auto rows = static_cast<Index>(random.Between(0, 7));
+    const auto columns = static_cast<Index>(random.Between(1, 7));
+    const auto interval = [&](bool isRow)
+    {
+        Interval bounds{isRow ? -kInf : 0.0, kInf};
+        if (!random.OneIn(isRow ? 8 : 2))
+            bounds.upper = std::fabs(DrawNumber(random, kind));
+        if (random.OneIn(3))
+            bounds.lower = -std::fabs(DrawNumber(random, kind));
+        if (random.OneIn(isRow ? 4 : 12))
+            bounds.lower = bounds.upper == kInf ? -kInf : bounds.upper;
+        return bounds;
+    };
+    std::vector<double> cost(columns);
+    for (double& number : cost)
+        number = DrawNumber(random, kind);
+    std::vector<Interval> bounds(columns);
+    for (Interval& both : bounds)
+        both = interval(false);
+    std::vector<DenseRow> dense(rows);
+    for (DenseRow& row : dense)
+    {
+        for (Index j = 0; j < columns; ++j)
+            row.coefficients.push_back(random.OneIn(4) ? 0 : DrawNumber(random, kind));
+        row.bounds = interval(true);
+    }
+    BoundedForm form = MakeForm(cost, dense, bounds);
+    form.constant = DrawNumber(random, kind);
+    form.numbers =
+        random.OneIn(2) ? CoefficientMeaning::StoredDouble : CoefficientMeaning::ShortestDecimal;
+    return form;
+}
+
+/// What the general way comes to, which no start keeps from refining and pivoting.
+CertifiedResult InGeneral(const BoundedForm& form)
+{
+    return CertifiedFrom(form, SlackBasis(form));
+}
+
+TEST(Dense, ProvesTheOptimaOfTheGeneralWay)
+{
+    Random random(1);
+    int optimal = 0;
+    for (int round = 0; round < ShareOf(6000); ++round)
+    {
+        const BoundedForm form = DrawForm(random);
+        const CertifiedResult general = InGeneral(form);
+        ASSERT_TRUE(general.record.proved);
+        SolveControl control;
+        CertifiedResult result;
+        if (!SolveSmall(form, nullptr, control, result))
+            continue;
+        ++optimal;
+        ASSERT_EQ(general.certificate.status, Status::Optimal) << round;
+        ASSERT_EQ(result.certificate.objective, general.certificate.objective) << round;
+        ASSERT_EQ(CheckCertificate(form, result.certificate), "") << round;
+        // The numbers in doubles are those of the certificate, each the nearest.
+        ASSERT_TRUE(result.record.proved);
+        ASSERT_EQ(result.record.objectiveValue, ToDouble(result.certificate.objective));
+        for (Index v = 0; v < form.Variables(); ++v)
+        {
+            Rational value;
+            Rational reduced =
+                form.IsLogical(v) ? result.certificate.dual.At(form.RowOf(v)) : form.ExactCost(v);
+            if (!form.IsLogical(v))
+            {
+                value = result.certificate.primal.At(v);
+                for (const auto [row, entry] : form.matrix.Column(v))
+                    reduced -= result.certificate.dual.At(row) * form.ExactEntry(row, v, entry);
+            }
+            else
+            {
+                for (Index j = 0; j < form.columns; ++j)
+                    for (const auto [row, entry] : form.matrix.Column(j))
+                        if (row == form.RowOf(v))
+                            value +=
+                                result.certificate.primal.At(j) * form.ExactEntry(row, j, entry);
+            }
+            ASSERT_EQ(result.record.value[v], ToDouble(value));
+            ASSERT_EQ(result.record.reduced[v], ToDouble(reduced));
+        }
+        // And the basis is that of the solution: from it nothing is left to do.
+        SolveControl again;
+        CertifiedResult from;
+        ASSERT_TRUE(SolveSmall(form, &result.record.basis, again, from));
+        ASSERT_EQ(from.record.basis, result.record.basis);
+        ASSERT_EQ(from.certificate.objective, result.certificate.objective);
+        ASSERT_EQ(again.Pivots(Stage::Double), 0u);
+    }
+    EXPECT_GT(optimal, ShareOf(6000) / 4);
+}
+
+TEST(Dense, LeavesToOthersWhatItDoesNotKnow)
+{
+    const BoundedForm form = MakeForm({-1, -1}, {{{1, 2}, {-kInf, 4}}, {{3, 1}, {-kInf, 6}}});
+    SolveControl control;
+    CertifiedResult result;
+    Basis slacks = SlackBasis(form);
+    EXPECT_FALSE(SolveSmall(form, &slacks, control, result)) << "not optimal there";
+    EXPECT_TRUE(result.record.basis.columns.empty());
+    BoundedForm withExact = form;
+    withExact.exact.Set({FormPlace::Of::Cost, 0}, Rational(-1, 3));
+    EXPECT_FALSE(SolveSmall(withExact, nullptr, control, result));
+    EXPECT_FALSE(SolveSmall(MakeForm({1}, {{{1}, {1, 0x1p200}}}), nullptr, control, result));
+    EXPECT_FALSE(SolveSmall(MakeForm({-1}, {{{-1}, {-kInf, 1}}}), nullptr, control, result));
+    EXPECT_FALSE(SolveSmall(MakeForm({1}, {{{1}, {-kInf, -1}}}), nullptr, control, result));
+    std::vector<DenseRow> sparse(10, {std::vector<double>(10, 0.0), {-kInf, 1}});
+    EXPECT_FALSE(
+        SolveSmall(MakeForm(std::vector<double>(10, 0.0), sparse), nullptr, control, result));
+    SolveLimits limits;
+    limits.doublePivots = 1;
+    SolveControl limited(limits);
+    EXPECT_FALSE(SolveSmall(form, nullptr, limited, result));
+    limits.seconds = 0;
+    SolveControl late(limits);
+    EXPECT_FALSE(SolveSmall(form, nullptr, late, result));
+    EXPECT_TRUE(SolveSmall(form, nullptr, control, result));
+    EXPECT_EQ(ToString(result.certificate.objective), "-14/5");
+}
+
+/// A point that is feasible within the tolerance of doubles and not exactly.
+TEST(Dense, ClaimsNothingThatTheCheckRefuses)
+{
+    const BoundedForm form = MakeForm(
+        {-1, 0}, {{{1, 0}, {-kInf, 1}}, {{1, 1e-10}, {1.00000000005, kInf}}}, {{0, kInf}, {0, 0}});
+    SolveControl control;
+    CertifiedResult result;
+    EXPECT_FALSE(SolveSmall(form, nullptr, control, result));
+    EXPECT_EQ(Certified(form).certificate.status, Status::Infeasible);
+}
+
+/// Here the rule of the largest coefficient goes round in a circle (Marshall and Suurballe).
+TEST(Dense, GivesUpWhatDoesNotEnd)
+{
+    const Interval atMostZero{-kInf, 0.0};
+    const BoundedForm form = MakeForm({-10, 57, 9, 24}, {{{0.5, -5.5, -2.5, 9}, atMostZero},
+                                                         {{0.5, -1.5, -0.5, 1}, atMostZero},
+                                                         {{1, 0, 0, 0}, {-kInf, 1.0}}});
+    DenseForm dense;
+    TakeForm(form, dense);
+    SolveControl control;
+    DenseSimplex simplex;
+    EXPECT_EQ(simplex.Run(dense, control), DenseSimplex::End::GaveUp);
+    const CertifiedResult result = Certified(form);
+    EXPECT_EQ(result.certificate.status, Status::Optimal);
+    EXPECT_EQ(ToString(result.certificate.objective), "-1");
+}
+
+}  // namespace
+}  // namespace nuv::test
