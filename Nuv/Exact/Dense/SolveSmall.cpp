@@ -73,7 +73,7 @@ void TakeForm(const BoundedForm& form, DenseForm& dense)
 bool SolveSmall(const BoundedForm& form, const Basis* start, SolveControl& control,
                 CertifiedResult& result)
 {
-    if (!form.exact.Empty() || !IsSmallAndDense(form) || control.IsStopped())
+    if (!form.exact.Empty() || !IsSmallAndDense(form))
         return false;
     const double begin = control.Seconds();
     DenseForm dense;
@@ -88,7 +88,7 @@ bool SolveSmall(const BoundedForm& form, const Basis* start, SolveControl& contr
         return false;
     const double solved = control.Seconds();
     DenseProof proof;
-    if (!proof.ProveOptimal(dense, status))
+    if (control.IsStopped() || !proof.ProveOptimal(dense, status))
         return false;
     LogDoubles(SimplexVerdict::Optimal, control);
     proof.WriteCertificate(form.ExactConstant(), result.certificate);
