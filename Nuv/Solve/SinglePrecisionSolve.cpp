@@ -48,7 +48,7 @@ SinglePrecisionResult RunSinglePrecision(const BoundedForm& form, double sign,
                                          Solution& solution)
 {
     const CanonicalForm& canonical = canonicalised.form;
-    const SinglePrecisionBudget budget{50 * (std::uint64_t{canonical.rows} + canonical.columns),
+    const SinglePrecisionBudget budget{SinglePrecisionPivots(canonical.rows, canonical.columns),
                                        options.singlePrecisionOnly ? kBytesToSolve : kBytesToStart};
     if (!options.recordPath)
         return RunSinglePrecisionStage(canonical, budget, control);
@@ -102,10 +102,14 @@ void BelieveSinglePrecision(const BoundedForm& form, double sign, const SolveOpt
     solution.stopReason = solution.singlePrecision.stop == SinglePrecisionStop::PivotLimit
                               ? StopReason::PivotLimit
                               : control.Reason();
-    if (solution.status != Status::Optimal)
-        return;
-    const std::vector<double> canonical(solution.singlePrecision.values.begin(),
-                                        solution.singlePrecision.values.end());
+    if (solution.status == Status::Optimal)
+        TakeCanonicalPoint(form, sign, canonicalised, solution.singlePrecision.values, solution);
+}
+
+void TakeCanonicalPoint(const BoundedForm& form, double sign, const Canonicalisation& canonicalised,
+                        std::span<const float> y, Solution& solution)
+{
+    const std::vector<double> canonical(y.begin(), y.end());
     solution.values = FromCanonicalPoint(canonicalised, canonical);
     double objective = form.constant;
     for (Index j = 0; j < form.columns; ++j)

@@ -88,14 +88,17 @@ TEST(BatchCommand, ThreadsAndPartsGiveTheSameBytes)
     for (int k = 0; k != 300; ++k)
         table += std::to_string(k % 13 - 3) + "," + std::to_string(k % 7) + "," +
                  std::to_string(k % 5) + ".5\n";
-    const std::string options = "--exact --value x --value y --value z ";
-    const Outcome one = Batch(table, options + "--threads 1");
-    EXPECT_EQ(one.err, "");
-    EXPECT_EQ(Batch(table, options + "--threads 5").out, one.out);
-    std::string parts;
-    for (const char* part : {"1/3", "2/3", "3/3"})
-        parts += Batch(table, options + "--shard " + part).out;
-    EXPECT_EQ(parts, one.out);
+    for (const std::string options :
+         {"--exact --value x --value y --value z ", "--float-only --value x --value y "})
+    {
+        const Outcome one = Batch(table, options + "--threads 1");
+        EXPECT_EQ(one.err, "");
+        EXPECT_EQ(Batch(table, options + "--threads 5").out, one.out);
+        std::string parts;
+        for (const char* part : {"1/3", "2/3", "3/3"})
+            parts += Batch(table, options + "--shard " + part).out;
+        EXPECT_EQ(parts, one.out);
+    }
 }
 
 TEST(BatchCommand, PartThatIsThereAlreadyIsLeftAlone)

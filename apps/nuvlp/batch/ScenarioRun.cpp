@@ -2,6 +2,8 @@
 
 #include "apps/nuvlp/Interrupts.hpp"
 
+#include "Nuv/Solve/Batch/SinglePrecisionBatch.hpp"
+
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -9,6 +11,7 @@
 #include <exception>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace nuvlp
 {
@@ -16,6 +19,9 @@ namespace
 {
 
 using nuv::Bounds;
+
+/// How many scenarios a thread takes at a time for the lanes.
+constexpr std::size_t kScenariosAtOnce = 256;
 
 /// A model in which one scenario after the other replaces numbers.
 class Replacing
@@ -30,18 +36,19 @@ public:
             m_rows.push_back(*base.FindRow(base.RowName(i)));
     }
 
-    /// @return Invalid where the model refuses a number of the scenario.
-    nuv::Solution Solve(std::size_t scenario, const nuv::SolveOptions& options)
+    /// Calls `use(model)` with the numbers of the scenario.
+    /// @return false, without the call, where the model refuses one of them.
+    template <class Use>
+    bool With(std::size_t scenario, Use&& use)
     {
         bool isTaken = true;
         for (std::size_t k = 0; k != m_table.columns.size(); ++k)
             if (const std::optional<double> value = m_table.Cell(scenario, k))
                 isTaken &= Replace(m_table.columns[k], *value);
-        nuv::Solution solution;
         if (isTaken)
-            solution = nuv::Solve(m_model, options);
+            use(std::as_const(m_model));
         Restore(scenario);
-        return solution;
+        return isTaken;
     }
 
 private:
@@ -106,20 +113,47 @@ struct Shared
     std::exception_ptr failure;
 };
 
+/// Each scenario by itself; that whose numbers the model refuses is Invalid.
+void SolveOneByOne(const ScenarioRun& run, Replacing& replacing, std::size_t first,
+                   std::vector<nuv::Solution>& solutions)
+{
+    for (nuv::Solution& solution : solutions)
+        (void)replacing.With(first++, [&](const nuv::Model& model)
+                             { solution = nuv::Solve(model, run.options); });
+}
+
+/// All of them side by side.
+void SolveInLanes(const ScenarioRun& run, Replacing& replacing, std::size_t first,
+                  std::vector<nuv::Solution>& solutions)
+{
+    nuv::SinglePrecisionBatch batch(run.options);
+    std::vector<std::size_t> taken;
+    for (std::size_t k = 0; k != solutions.size(); ++k)
+        if (replacing.With(first + k, [&](const nuv::Model& model) { batch.Take(model); }))
+            taken.push_back(k);
+    std::vector<nuv::Solution> found = batch.Solve();
+    for (std::size_t k = 0; k != taken.size(); ++k)
+        solutions[taken[k]] = std::move(found[k]);
+}
+
 void SolveSome(Shared& shared)
 {
     const ScenarioRun& run = shared.run;
+    const bool isInLanes = run.options.singlePrecisionOnly;
+    const std::size_t most = isInLanes ? kScenariosAtOnce : 1;
     Replacing replacing(run.model, run.table);
     while (!IsInterrupted())
     {
-        const std::size_t scenario = shared.next++;
-        if (scenario >= run.last)
+        const std::size_t first = shared.next.fetch_add(most);
+        if (first >= run.last)
             return;
-        const nuv::Solution solution = replacing.Solve(scenario, run.options);
+        std::vector<nuv::Solution> solutions(std::min(most, run.last - first));
+        (isInLanes ? SolveInLanes : SolveOneByOne)(run, replacing, first, solutions);
         if (IsInterrupted())
             return;
-        shared.lines[scenario - run.first] = run.write(scenario, solution);
-        ++shared.done;
+        for (std::size_t k = 0; k != solutions.size(); ++k)
+            shared.lines[first + k - run.first] = run.write(first + k, solutions[k]);
+        shared.done += solutions.size();
     }
 }
 
