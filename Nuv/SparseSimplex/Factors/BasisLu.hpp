@@ -75,10 +75,10 @@ private:
     std::vector<Index> m_upperOrder;
     std::vector<Index> m_upperStep;
     std::vector<double> m_pivot;  ///< of U, by position
-    Triangle m_lowerColumns;
-    Triangle m_lowerRows;
-    Triangle m_upperColumns;
-    Triangle m_upperRows;
+    EditableVectors m_lowerColumns;
+    EditableVectors m_lowerRows;
+    EditableVectors m_upperColumns;
+    EditableVectors m_upperRows;
     // Row etas of the updates: row m_etaRow[k] less the multiples of vector k.
     std::vector<Index> m_etaRow;
     SparseVectors<double> m_etas;

@@ -1,4 +1,4 @@
-/// Storage of a triangular factor and substitution over it.
+/// Substitution over a triangular factor.
 #include "Nuv/SparseSimplex/Factors/Triangle.hpp"
 
 #include <algorithm>
@@ -7,93 +7,13 @@
 namespace nuv
 {
 
-void Triangle::Load(const SparseVectors<double>& vectors, std::span<const Index> order)
-{
-    m_range.assign(order.size(), {});
-    m_index = vectors.index;
-    m_value = vectors.value;
-    for (Index k = 0; k < vectors.Count(); ++k)
-    {
-        const std::size_t size = vectors.start[k + 1] - vectors.start[k];
-        m_range[order[k]] = {vectors.start[k], size, size};
-    }
-}
-
-void Triangle::LoadTransposed(const Triangle& other)
-{
-    m_range.assign(other.Count(), {});
-    for (Index k = 0; k < other.Count(); ++k)
-    {
-        for (const Index at : other.Indices(k))
-            ++m_range[at].room;
-    }
-    std::size_t end = 0;
-    for (Range& range : m_range)
-    {
-        range.begin = end;
-        end += range.room;
-    }
-    m_index.resize(end);
-    m_value.resize(end);
-    for (Index k = 0; k < other.Count(); ++k)
-    {
-        for (const auto [at, entry] : other[k])
-        {
-            Range& range = m_range[at];
-            m_index[range.begin + range.size] = k;
-            m_value[range.begin + range.size] = entry;
-            ++range.size;
-        }
-    }
-}
-
-void Triangle::Append(Index number, Index at, double entry)
-{
-    Range& range = m_range[number];
-    if (range.size == range.room)
-        MoveToEnd(range);
-    m_index[range.begin + range.size] = at;
-    m_value[range.begin + range.size] = entry;
-    ++range.size;
-}
-
-void Triangle::MoveToEnd(Range& range)
-{
-    const std::size_t begin = m_index.size();
-    const std::size_t room = 2 * range.size + 4;
-    m_index.resize(begin + room);
-    m_value.resize(begin + room);
-    for (std::size_t k = 0; k < range.size; ++k)
-    {
-        m_index[begin + k] = m_index[range.begin + k];
-        m_value[begin + k] = m_value[range.begin + k];
-    }
-    range = {begin, range.size, room};
-}
-
-void Triangle::Remove(Index number, Index at) noexcept
-{
-    Range& range = m_range[number];
-    std::size_t place = range.begin;
-    while (m_index[place] != at)
-        ++place;
-    --range.size;
-    m_index[place] = m_index[range.begin + range.size];
-    m_value[place] = m_value[range.begin + range.size];
-}
-
-void Triangle::Empty(Index number) noexcept
-{
-    m_range[number].size = 0;
-}
-
 void ReachSearch::Resize(Index size)
 {
     m_mark.assign(size, 0);
     m_epoch = 0;
 }
 
-bool ReachSearch::Run(const Triangle& triangle, std::span<const Index> start)
+bool ReachSearch::Run(const EditableVectors& triangle, std::span<const Index> start)
 {
     // A share of all numbers, and of the edges for long vectors, beyond which the walk along all
     // steps is no slower.
@@ -142,7 +62,7 @@ namespace
 {
 
 /// One step: the unknown by its pivot, and its multiple taken from what is left of later steps.
-inline void Eliminate(const Triangle& triangle, Index number, const double* pivot,
+inline void Eliminate(const EditableVectors& triangle, Index number, const double* pivot,
                       WorkVector& vector)
 {
     double& unknown = vector.value[number];
@@ -163,8 +83,8 @@ inline void Eliminate(const Triangle& triangle, Index number, const double* pivo
 
 }  // namespace
 
-void Substitution::Run(const Triangle& triangle, std::span<const Index> order, const double* pivot,
-                       ReachSearch& search, WorkVector& vector)
+void Substitution::Run(const EditableVectors& triangle, std::span<const Index> order,
+                       const double* pivot, ReachSearch& search, WorkVector& vector)
 {
     constexpr double kDense = 0.15;
     constexpr double kLatest = 0.1;

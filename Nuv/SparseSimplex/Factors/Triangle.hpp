@@ -1,9 +1,9 @@
-/// One triangular factor, by columns or by rows, whose vectors may be replaced one by one, and the
-/// substitution over it: along all steps in order, or along what the nonzeros of the right side
-/// reach where that is little (Gilbert and Peierls, Sparse partial pivoting in time proportional to
-/// arithmetic operations, 1988).
+/// The substitution over one triangular factor, given by columns or by rows: along all steps in
+/// order, or along what the nonzeros of the right side reach where that is little (Gilbert and
+/// Peierls, Sparse partial pivoting in time proportional to arithmetic operations, 1988).
 #pragma once
 
+#include "Nuv/SparseSimplex/Factors/EditableVectors.hpp"
 #include "Nuv/SparseSimplex/Factors/WorkVector.hpp"
 
 #include <span>
@@ -12,50 +12,6 @@
 namespace nuv
 {
 
-/// Sparse vectors known by the number of their row or column, each with room to grow.
-class Triangle
-{
-public:
-    /// `vectors` by step, those of step k belonging to number order[k].
-    void Load(const SparseVectors<double>& vectors, std::span<const Index> order);
-    /// The same entries by the other direction.
-    void LoadTransposed(const Triangle& other);
-
-    [[nodiscard]] SparseView<double> operator[](Index number) const noexcept
-    {
-        const Range& range = m_range[number];
-        return {std::span(m_index).subspan(range.begin, range.size),
-                std::span(m_value).subspan(range.begin, range.size)};
-    }
-    [[nodiscard]] std::span<const Index> Indices(Index number) const noexcept
-    {
-        const Range& range = m_range[number];
-        return std::span(m_index).subspan(range.begin, range.size);
-    }
-    [[nodiscard]] Index Count() const noexcept
-    {
-        return static_cast<Index>(m_range.size());
-    }
-
-    void Append(Index number, Index at, double entry);
-    /// Takes the entry `at` out of a vector that holds it.
-    void Remove(Index number, Index at) noexcept;
-    void Empty(Index number) noexcept;
-
-private:
-    struct Range
-    {
-        std::size_t begin = 0;
-        std::size_t size = 0;
-        std::size_t room = 0;
-    };
-    void MoveToEnd(Range& range);
-
-    std::vector<Range> m_range;
-    std::vector<Index> m_index;
-    std::vector<double> m_value;
-};
-
 /// The depth-first search for what a right side reaches.
 class ReachSearch
 {
@@ -63,7 +19,7 @@ public:
     void Resize(Index size);
     /// Fills Order() with every number that a nonzero of `start` reaches, each before those that it
     /// reaches itself. @return false if these are too many for this to pay.
-    [[nodiscard]] bool Run(const Triangle& triangle, std::span<const Index> start);
+    [[nodiscard]] bool Run(const EditableVectors& triangle, std::span<const Index> start);
     [[nodiscard]] std::span<const Index> Order() const noexcept
     {
         return m_order;
@@ -97,7 +53,7 @@ public:
 
     /// `pivot` holds the diagonal by number, null standing for ones. Steps of kNoIndex in `order`
     /// are skipped.
-    void Run(const Triangle& triangle, std::span<const Index> order, const double* pivot,
+    void Run(const EditableVectors& triangle, std::span<const Index> order, const double* pivot,
              ReachSearch& search, WorkVector& vector);
 
 private:
