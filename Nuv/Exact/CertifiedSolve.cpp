@@ -274,8 +274,8 @@ CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, Solv
         return result;
     const double begin = control.Seconds();
     ScalableForm scalable(form);
-    DoubleResult doubles =
-        SolveInDoubles(scalable, start != nullptr ? *start : SlackBasis(form), control);
+    DoubleResult doubles = start != nullptr ? SolveInDoubles(scalable, *start, control)
+                                            : SolveInDoubles(scalable, control);
     result.record.stages[Stage::Double].ran = true;
     result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
     result.record.basis = std::move(doubles.basis);

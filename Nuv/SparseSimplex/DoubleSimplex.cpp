@@ -3,6 +3,7 @@
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
+#include "Nuv/SparseSimplex/Presolve/Presolve.hpp"
 #include "Nuv/SparseSimplex/Tolerances.hpp"
 
 #include <algorithm>
@@ -54,6 +55,36 @@ SimplexVerdict RunDual(SimplexState& state, SolveControl& control, BlockedRow* b
     return verdict;
 }
 
+/// Whether the basis is optimal, as far as doubles tell.
+bool IsOptimal(SimplexState& state)
+{
+    if (!IsFeasible(state))
+        return false;
+    std::vector<double> basicCost;
+    for (const Index v : state.head)
+        basicCost.push_back(state.cost[v]);
+    state.ComputeReducedCosts(state.cost, basicCost);
+    for (Index v = 0; v < state.form.Variables(); ++v)
+    {
+        if (state.side[v] != 0 &&
+            DualInfeasibility(state.status[v], state.reduced[v]) > tolerance::kOptimality)
+            return false;
+    }
+    return true;
+}
+
+/// Solves what presolve left. @return the basis of the form that presolve was given.
+DoubleResult SolveReduced(const Presolve& presolve, SolveControl& control)
+{
+    ScaledForm scaled(presolve.Form());
+    scaled.offset = presolve.Form().constant;
+    SimplexState state(scaled, SlackBasis(presolve.Form()));
+    DoubleResult result;
+    result.verdict = SolveInDoubles(state, control);
+    result.basis = presolve.Restore(state);
+    return result;
+}
+
 }  // namespace
 
 DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& control)
@@ -61,6 +92,32 @@ DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& contr
     FitBasis(form.Form(), start);
     SimplexState state(form.Scaled(), start);
     DoubleResult result;
+    result.verdict = SolveInDoubles(state, control, &result.blocked);
+    result.basis = state.ExportBasis();
+    return result;
+}
+
+DoubleResult SolveInDoubles(ScalableForm& form, SolveControl& control)
+{
+    // A form with fewer entries is solved in the time that this would take.
+    constexpr std::size_t kFewEntries = 100;
+    if (form.Form().matrix.EntryCount() < kFewEntries)
+        return SolveInDoubles(form, SlackBasis(form.Form()), control);
+    const Presolve presolve(form.Form());
+    if (!presolve.Reduces())
+        return SolveInDoubles(form, SlackBasis(form.Form()), control);
+    DoubleResult result = SolveReduced(presolve, control);
+    FitBasis(form.Form(), result.basis);
+    if (result.verdict == SimplexVerdict::Stopped)
+        return result;
+    SimplexState state(form.Scaled(), result.basis);
+    state.Refactorise();
+    if (result.verdict == SimplexVerdict::Optimal)
+    {
+        if (IsOptimal(state))
+            return result;
+        Repair(state, control);
+    }
     result.verdict = SolveInDoubles(state, control, &result.blocked);
     result.basis = state.ExportBasis();
     return result;

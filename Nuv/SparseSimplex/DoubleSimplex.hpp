@@ -27,6 +27,10 @@ struct DoubleResult
 /// Solves from `start`, which need not be fitted to the form.
 [[nodiscard]] DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& control);
 
+/// The same without a start: solves what presolve makes of the form, and goes on in the form itself
+/// from the basis that postsolve brings.
+[[nodiscard]] DoubleResult SolveInDoubles(ScalableForm& form, SolveControl& control);
+
 /// The same for a state that stands: its scaled form may be one that no bounded form states.
 /// Writes a blocked row into `blocked`, where it is wanted, if the dual simplex meets one.
 SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control,

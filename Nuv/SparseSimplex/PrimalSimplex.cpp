@@ -116,7 +116,7 @@ double PrimalSimplex::ProgressValue() const
     double sum = 0.0;
     for (Index v = 0; v < state.form.Variables(); ++v)
         sum += state.cost[v] * state.value[v];
-    return sum / state.form.costScale;
+    return sum / state.form.costScale + state.form.offset;
 }
 
 void PrimalSimplex::ResetWeights()

@@ -72,6 +72,8 @@ struct ScaledForm
     std::vector<double> cost;
     /// The scaled objective is the objective times this.
     double costScale = 1.0;
+    /// What progress is told of the objective beside the costs, in units of the form.
+    double offset = 0.0;
 };
 
 /// A form, scaled when that is first wanted: the stages of a solve share it.

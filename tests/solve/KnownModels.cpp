@@ -2,8 +2,12 @@
 /// exact optimum has their digits. The numbers are taken as they are written, as theirs were.
 #include "tests/support/KnownModels.hpp"
 
+#include "Nuv/Exact/CertifiedSolve.hpp"
 #include "Nuv/Io/ModelFile.hpp"
+#include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/Repair.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
+#include "Nuv/SparseSimplex/Presolve/Presolve.hpp"
 
 #include <gtest/gtest.h>
 
@@ -61,6 +65,34 @@ TEST(KnownModels, NetlibOptimaAgreeToAllDigitsKnown)
     ASSERT_EQ(models.size(), 30U);
     for (const KnownModel& known : models)
         ExpectKnownAnswer(known);
+}
+
+/// The basis that postsolve hands over is proved optimal as it is.
+TEST(KnownModels, NetlibBasesComeBackFromPresolveOptimal)
+{
+    std::uint64_t pivots = 0;
+    int reduced = 0;
+    for (const KnownModel& known : KnownNetlibModels(kModels + "/netlib"))
+    {
+        SCOPED_TRACE(known.name);
+        const ReadResult reading = ReadModelFile(known.path);
+        const BoundedForm form = FormOf(*reading.model, CoefficientMeaning::ShortestDecimal);
+        const Presolve presolve(form);
+        EXPECT_FALSE(presolve.FoundContradiction());
+        if (!presolve.Reduces())
+            continue;
+        ++reduced;
+        SolveControl control;
+        const ScaledForm scaled(presolve.Form());
+        SimplexState state(scaled, SlackBasis(presolve.Form()));
+        EXPECT_EQ(SolveInDoubles(state, control), SimplexVerdict::Optimal);
+        const CertifiedResult result = SolveExactly(form, presolve.Restore(state), control);
+        EXPECT_TRUE(result.record.proved);
+        EXPECT_EQ(result.certificate.status, Status::Optimal);
+        pivots += control.Pivots(Stage::Exact);
+    }
+    EXPECT_EQ(reduced, 30);
+    EXPECT_LE(pivots, 3U) << "that is, next to none";
 }
 
 TEST(KnownModels, ModelsKnownToBeInfeasibleAreProvedToBe)
