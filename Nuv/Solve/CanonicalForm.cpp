@@ -287,7 +287,7 @@ Basis FromCanonicalBasis(const Canonicalisation& canonicalised, std::span<const 
     const std::size_t count = std::size_t{canonicalised.form.columns} + canonicalised.form.rows;
     std::vector<std::uint8_t> isBasic(count, 0);
     for (const Index label : basicLabels)
-        if (label != 0 && label <= count)
+        if (label != 0)
             isBasic[label - 1] = 1;
     const Index slackOffset = canonicalised.form.columns;
 

@@ -135,19 +135,19 @@ std::uint64_t AffordablePivots(const CanonicalForm& form, std::size_t bytes)
 
 bool State(const CanonicalForm& form, LinearProgram& program)
 {
+    bool isStated = true;
     std::vector<IndexedTerm> terms;
     for (Index i = 0; i < form.rows; ++i)
     {
         terms.clear();
         for (std::size_t at = form.byRow.start[i]; at < form.byRow.start[i + 1]; ++at)
             terms.push_back({form.byRow.index[at] + 1, static_cast<float>(form.byRow.value[at])});
-        if (!program.SetConstraint(i + 1, terms, static_cast<float>(form.rhs[i])))
-            return false;
+        isStated = isStated && program.SetConstraint(i + 1, terms, static_cast<float>(form.rhs[i]));
     }
     terms.clear();
     for (Index j = 0; j < form.columns; ++j)
         terms.push_back({j + 1, static_cast<float>(form.cost[j])});
-    return program.SetObjective(terms);
+    return isStated && program.SetObjective(terms);
 }
 
 Status StatusOf(Verdict verdict)

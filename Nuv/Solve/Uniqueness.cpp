@@ -45,7 +45,8 @@ public:
             Bound(v, freedom[v], kInfinity);
     }
 
-    /// Whether all of these variables are 0 everywhere in the cone; nothing if that was stopped.
+    /// Whether all of these variables, each of which may move, are 0 everywhere in the cone;
+    /// nothing if that was stopped.
     [[nodiscard]] std::optional<bool> HasOnlyZero(const std::vector<Index>& candidates,
                                                   const std::vector<Freedom>& freedom,
                                                   const Basis* start, SolveControl& control)
@@ -56,7 +57,7 @@ public:
         {
             if (freedom[v] == Freedom::Both)
                 others.push_back(v);
-            else if (freedom[v] != Freedom::None)
+            else
                 oneSigned.emplace_back(v, freedom[v] == Freedom::Up ? 1 : -1);
             Bound(v, freedom[v], 1.0);
         }

@@ -154,10 +154,10 @@ TEST(Rational, HasAMagnitudeOfNothingOrOneToThePivoting)
 
 TEST(Scale, IsAPairOfExponents)
 {
-    const auto isSame = [](Scale x, Scale y) { return x == y; };
-    EXPECT_TRUE(isSame({1, 2}, {1, 2}));
-    EXPECT_FALSE(isSame({1, 2}, {1, 3}));
-    EXPECT_FALSE(isSame({1, 2}, {0, 2}));
+    const std::vector<Scale> scales{{1, 2}, {1, 2}, {1, 3}, {0, 2}};
+    EXPECT_TRUE(scales[0] == scales[1]);
+    EXPECT_FALSE(scales[0] == scales[2]);
+    EXPECT_FALSE(scales[0] == scales[3]);
 }
 
 }  // namespace

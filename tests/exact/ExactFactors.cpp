@@ -185,9 +185,9 @@ TEST(DixonSolver, TakesRightSidesOfManyWords)
     }
 }
 
-/// x1 = 1 / d1, x2 = x1 / d2, x3 = x2 / d3, and y such that one combination of all of them is zero:
-/// that by which the solver guesses their common denominator, so that it learns of it from x3 at
-/// once.
+/// x1 = 3^117 / d1, x2 = x1 / d2, x3 = x2 / d3, and y such that one combination of all of them is
+/// zero: that by which the solver guesses their common denominator, so that it learns of it from x3
+/// at once.
 TEST(DixonSolver, FindsADenominatorThatItsGuessDoesNotKnow)
 {
     constexpr std::int64_t kDivisors[] = {4611686018427387701, 4611686018427387631,
@@ -202,7 +202,7 @@ TEST(DixonSolver, FindsADenominatorThatItsGuessDoesNotKnow)
         random ^= random << 17;
         coefficient = static_cast<std::int64_t>(random >> 61) + 1;
     }
-    // By unknown x3, x2, x1, y; by equation d3 x3 = x2, d2 x2 = x1, d1 x1 = 1, combination = 0.
+    // By unknown x3, x2, x1, y; by equation d3 x3 = x2, d2 x2 = x1, d1 x1 = 3^117, combination = 0.
     SparseVectors<ExactNumber> unknowns;
     for (Index k = 0; k < 4; ++k)
     {
@@ -223,9 +223,10 @@ TEST(DixonSolver, FindsADenominatorThatItsGuessDoesNotKnow)
     ASSERT_EQ(position, (std::vector<Index>{0, 1, 2, 3}));
     DixonSolver solver(unknowns, lu, DixonSolver::Side::Forward);
     ExactVector solution;
-    ASSERT_TRUE(solver.Solve({{Integer(0), Integer(0), Integer(1), Integer(0)}, {}}, solution,
+    const Integer right = Power(3, 117);
+    ASSERT_TRUE(solver.Solve({{Integer(0), Integer(0), right, Integer(0)}, {}}, solution,
                              [] { return false; }));
-    Rational expected = 1;
+    Rational expected = right;
     Rational combination = 0;
     for (Index k = 3; k-- > 0;)
     {

@@ -102,10 +102,41 @@ TEST(Stages, AnElasticFormWithoutAColumnToAddProvesInfeasibilityItself)
     Basis basis = SlackBasis(form);
     basis.columns[0] = BasisStatus::Basic;
     basis.rows[1] = BasisStatus::AtUpper;
-    SolveControl control;
-    const CertifiedResult result = ProvedFrom(form, basis, SimplexVerdict::Infeasible, control);
-    EXPECT_EQ(result.certificate.status, Status::Infeasible);
-    EXPECT_TRUE(result.record.proved);
+    // Whether doubles may look at it through the magnifying glass or not.
+    for (const std::uint64_t pivots : {std::uint64_t{0}, SolveLimits::kNoLimit})
+    {
+        SolveLimits limits;
+        limits.doublePivots = pivots;
+        SolveControl control(limits);
+        const CertifiedResult result = ProvedFrom(form, basis, SimplexVerdict::Infeasible, control);
+        EXPECT_EQ(result.certificate.status, Status::Infeasible);
+        EXPECT_TRUE(result.record.proved);
+    }
+}
+
+/// x + y >= 6, 3 x + z <= 3 and y <= 3, among rows enough for the solution of a system to take its
+/// time: the row of the first one's logical is the proof, unless the time is up.
+TEST(Stages, ARowProvesInfeasibilityUnlessItIsStopped)
+{
+    std::vector<DenseRow> rows(20, {{0, 0, 1}, {-kInf, 9}});
+    rows[0] = {{1, 1, 0}, {6, kInf}};
+    rows[1] = {{3, 0, 1}, {-kInf, 3}};
+    const BoundedForm form = MakeForm({0, 0, 0}, rows, {{0, kInf}, {0, 3}, {0, kInf}});
+    BlockedRow blocked{SlackBasis(form), form.Logical(0)};
+    blocked.basis.columns[0] = BasisStatus::Basic;
+    blocked.basis.columns[1] = BasisStatus::AtUpper;
+    blocked.basis.rows[1] = BasisStatus::AtUpper;
+    for (const double seconds : {1e6, 0.0})
+    {
+        SolveLimits limits;
+        limits.seconds = seconds;
+        SolveControl control(limits);
+        const CertifiedResult result =
+            ProvedFrom(form, SlackBasis(form), SimplexVerdict::Infeasible, control, &blocked);
+        EXPECT_EQ(result.record.proved, seconds > 0);
+        EXPECT_EQ(result.certificate.status, seconds > 0 ? Status::Infeasible : Status::Stopped);
+        EXPECT_EQ(control.Pivots(Stage::Exact), 0U);
+    }
 }
 
 /// The row of a basis that is none, or of one that does not prove anything, is passed over.

@@ -262,4 +262,59 @@ TEST(CanonicalForm, ReportsWhatBinary32CannotHold)
     EXPECT_NEAR(report.largestRelativeChange, 1.0 / 16777217.0, 1e-15);
 }
 
+/// Of each kind of variable and row, with numbers too large in several places: the first is named
+/// by the row and the column of the model.
+TEST(CanonicalForm, ReportsNumbersByTheRowsAndColumnsOfTheModel)
+{
+    using nuv::Infinity;
+    const auto report = [](int spoilt)
+    {
+        nuv::Model model;
+        const auto number = [spoilt](int place) { return place == spoilt ? 1e300 : 1.0; };
+        const nuv::Variable shifted = model.AddVariable("shifted");
+        const nuv::Variable boxed = model.AddVariable("boxed", {0, number(0)});
+        const nuv::Variable free = model.AddVariable("free", {-Infinity, Infinity});
+        const nuv::Variable fixed = model.AddVariable("fixed", {2, 2});
+        model.Add(number(1) * shifted + boxed + fixed >= 1);
+        model.Add(nuv::Range(-1, number(2) * free + shifted, 5));
+        model.Maximize(shifted - free + number(3) * boxed);
+        return nuv::ReportBinary32(nuv::ToCanonicalForm(nuv::FormOf(model)));
+    };
+    EXPECT_EQ(report(-1).overflowing, 0U);
+    EXPECT_EQ(report(0).column, 1U) << "the row is that of a bound";
+    EXPECT_EQ(report(1).row, 0U);
+    EXPECT_EQ(report(1).column, 0U);
+    EXPECT_EQ(report(2).row, 1U);
+    EXPECT_EQ(report(2).column, 2U);
+    EXPECT_EQ(report(2).overflowing, 4U) << "both sides, both halves";
+    EXPECT_EQ(report(3).column, 1U);
+}
+
+TEST(CanonicalForm, IsScaledWithoutAStoredZero)
+{
+    nuv::Model model;
+    const nuv::Variable x = model.AddVariable("x");
+    const nuv::Variable y = model.AddVariable("y");
+    model.Add(4 * x + 64 * y <= 3);
+    model.Add(2 * x <= 5);
+    model.Maximize(x + y);
+    nuv::BoundedForm form = nuv::FormOf(model);
+    const nuv::Canonicalisation without = nuv::ToCanonicalForm(form, nuv::Scaling::PowersOfTwo);
+    nuv::SparseVectors<double> columns = form.matrix.Columns();
+    columns.Close();
+    nuv::SparseVectors<double> stored;
+    for (Index j = 0; j < 2; ++j)
+    {
+        for (const auto [row, entry] : form.matrix.Column(j))
+            stored.Append(row, entry);
+        if (j == 1)
+            stored.Append(1, 0.0);
+        stored.Close();
+    }
+    form.matrix = nuv::SparseMatrix<double>::FromColumns(std::move(stored), 2);
+    const nuv::Canonicalisation with = nuv::ToCanonicalForm(form, nuv::Scaling::PowersOfTwo);
+    EXPECT_EQ(with.form.rhs, without.form.rhs);
+    EXPECT_EQ(with.form.cost, without.form.cost);
+}
+
 }  // namespace

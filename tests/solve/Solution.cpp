@@ -1,6 +1,9 @@
 // What a solution says, by handle, and what it does not say: a number that is not known is NaN.
 #include "Nuv/Solve/Solution.hpp"
 
+#include "Nuv/Model/ModelBuilder.hpp"
+#include "Nuv/Solve/ModelTerms.hpp"
+
 #include "Nuv/Certificate/Certificate.hpp"
 
 #include <gtest/gtest.h>
@@ -218,6 +221,22 @@ TEST(Solution, HasFractionsOfSlacksOfEachKindAndOfARay)
     EXPECT_EQ(infeasible.ExactValue(u), "");
 }
 
+/// What is said of a number in words that say none leaves the double to speak; a side and the
+/// constant of a maximisation are what they say.
+TEST(Solution, IsOfTheNumbersThatTheModelSays)
+{
+    Model model;
+    const Variable x = model.AddVariable("x");
+    model.Add("a", x <= 0.25);
+    model.Add("b", x <= 9);
+    model.Maximize(x + 0.5);
+    ModelBuilder builder(std::move(model));
+    builder.SetExact({NumberPlace::Of::RowUpper, 0}, "1/3");
+    builder.SetExact({NumberPlace::Of::RowUpper, 1}, "nine");
+    builder.SetExact({NumberPlace::Of::ObjectiveConstant, 0}, "1/7");
+    EXPECT_EQ(builder.Take().Solve().exactObjective, "10/21");
+}
+
 TEST(Infeasible, NamesRowsAndBoundsByHandle)
 {
     Model model;
@@ -258,6 +277,19 @@ TEST(Infeasible, IsProvedAlsoWhereTheSearchOfAnIisWasEnded)
     EXPECT_FALSE(cut.iis.minimal);
     EXPECT_EQ(cut.stopReason, StopReason::PivotLimit);
     EXPECT_EQ(cut.Outcome(), "infeasible");
+    bool wasEnded = false;
+    for (int last = 1; last < 100; ++last)
+    {
+        int asked = 0;
+        SolveOptions asking;
+        asking.limits.keepGoing = [&](const Progress&) { return ++asked < last; };
+        const Solution ended = model.Solve(asking);
+        if (!ended.proved || ended.iis.minimal)
+            continue;
+        wasEnded = true;
+        EXPECT_EQ(ended.stopReason, StopReason::Cancelled);
+    }
+    EXPECT_TRUE(wasEnded);
     const Solution whole = model.Solve();
     EXPECT_TRUE(whole.iis.minimal);
     EXPECT_EQ(whole.iis.members.size(), 3U);
@@ -316,11 +348,12 @@ TEST(Solution, IsAnOptimumAlsoWhereUniquenessIsNotKnown)
     const Variable x = model.AddVariable("x");
     const Variable y = model.AddVariable("y");
     model.Add(x + y <= 4);
-    model.Add(x - y <= 4);
+    model.Add(2 * x + 2 * y <= 8);
     model.Maximize(x + y);
     SolveOptions options;
     options.uniqueness = true;
     EXPECT_EQ(model.Solve(options).unique.point, Uniqueness::NotUnique);
+    EXPECT_EQ(model.Solve(options).unique.duals, Uniqueness::NotUnique);
     int unknown = 0;
     for (int last = 1; last < 100; ++last)
     {
@@ -336,6 +369,49 @@ TEST(Solution, IsAnOptimumAlsoWhereUniquenessIsNotKnown)
         unknown += isKnown ? 0 : 1;
     }
     EXPECT_GT(unknown, 0);
+}
+
+/// Each end of the first stage has words of its own.
+TEST(Solution, SaysInWordsWhySinglePrecisionFoundNothing)
+{
+    Solution solution;
+    solution.status = Status::Stopped;
+    const auto outcome = [&](SinglePrecisionStop stop, std::uint64_t pivots)
+    {
+        solution.singlePrecision.stop = stop;
+        solution.singlePrecision.pivots = pivots;
+        solution.singlePrecision.period = 6;
+        return solution.Outcome();
+    };
+    using enum SinglePrecisionStop;
+    EXPECT_EQ(outcome(Cycling, 40), "stopped: basis repeated after 40 pivots, a cycle of 6");
+    EXPECT_EQ(outcome(PivotBudget, 400),
+              "stopped: no end after 400 pivots, 50 for each row and column of the canonical form");
+    EXPECT_EQ(outcome(Memory, 0), "stopped: too large for the dense matrices of single precision");
+    EXPECT_EQ(outcome(Memory, 7), "stopped: the dense matrices of single precision take too much "
+                                  "memory after 7 pivots");
+    EXPECT_EQ(outcome(Control, 3), "stopped");
+}
+
+/// Of a form with a defect, which no model has, the defect is said; of a solve without a point
+/// nothing.
+TEST(Solution, IsMadeOfWhateverWasCertified)
+{
+    BoundedForm form;
+    form.rows = 1;
+    CertifiedResult result;
+    result.certificate.status = Status::Invalid;
+    result.record.defect = "row arrays of the wrong length";
+    Solution invalid;
+    SayOfModel(form, 1.0, result, invalid);
+    EXPECT_EQ(invalid.status, Status::Invalid);
+    EXPECT_EQ(invalid.failure.text, "row arrays of the wrong length");
+    CertifiedResult stopped;
+    stopped.certificate.status = Status::Stopped;
+    Solution empty;
+    SayOfModel(form, 1.0, stopped, empty);
+    EXPECT_EQ(empty.status, Status::Stopped);
+    EXPECT_TRUE(empty.values.empty());
 }
 
 /// Of a solve that is not proved there are no fractions.

@@ -186,6 +186,36 @@ TEST(Uniqueness, LooksBothWaysAlongFreeVariables)
     EXPECT_EQ(unique(MakeForm({0}, {{{1}, {-kInf, 0}}}, {any})), Uniqueness::NotUnique);
 }
 
+/// x / 3 + y / 7 <= 0 at x in the basis: the point is the only one, its dual may be any of one
+/// sign.
+TEST(Uniqueness, IsDecidedOfCoefficientsThatNoDoubleSays)
+{
+    BoundedForm form = MakeForm({0, 0}, {{{1 / 3.0, 1 / 7.0}, {-kInf, 0}}});
+    form.exact.Set({FormPlace::Of::Entry, 0, 0}, Rational(1, 3));
+    form.exact.Set({FormPlace::Of::Entry, 0, 1}, Rational(1, 7));
+    form.exact.Set({FormPlace::Of::ColumnUpper, 0}, Rational(1, 3));
+    form.columnUpper[0] = 1 / 3.0;
+    Basis basis = SlackBasis(form);
+    basis.columns[0] = BasisStatus::Basic;
+    basis.rows[0] = BasisStatus::AtUpper;
+    SolveControl control;
+    const CertifiedResult optimum = CertifyBasis(form, basis, control);
+    ASSERT_TRUE(optimum.record.proved);
+    const UniqueOptimum unique = FindUniqueness(form, optimum, control);
+    EXPECT_EQ(unique.point, Uniqueness::Unique);
+    EXPECT_EQ(unique.duals, Uniqueness::NotUnique);
+}
+
+TEST(Uniqueness, IsOfAnOptimumAlone)
+{
+    const BoundedForm form = MakeForm({1}, {{{1}, {-kInf, -1}}});
+    SolveControl control;
+    const CertifiedResult infeasible = SolveCertified(form, nullptr, control);
+    ASSERT_TRUE(infeasible.record.proved);
+    EXPECT_EQ(FindUniqueness(form, infeasible, control).point, Uniqueness::Unknown);
+    EXPECT_EQ(FindUniqueness(form, infeasible, control).duals, Uniqueness::Unknown);
+}
+
 TEST(Uniqueness, IsNotKnownOfASolveThatIsStopped)
 {
     const BoundedForm form = MakeForm({-1, -1}, {{{1, 1}, {-kInf, 4}}});

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
 #include <vector>
 
 namespace nuv::test
@@ -123,6 +124,25 @@ TEST(DualSimplex, StopsBeforeThePivotThatIsOneTooMany)
 }
 
 /// Where the primal method pushed bounds apart, they are taken back and what is violated repaired.
+/// The matrix by rows says 1 where that by columns says 3: no pivot there is to be trusted, and
+/// fresh factors do not help.
+TEST(DualSimplex, GivesUpWhereRowAndColumnDisagree)
+{
+    std::vector<DenseRow> rows(8, {{1, 1}, {-kInf, 99}});
+    rows[0].bounds = {3, kInf};
+    const BoundedForm form = MakeForm({1, 2}, rows);
+    ScaledForm scaled(form);
+    auto matrix = std::make_shared<ScaledMatrix>(*scaled.matrix);
+    for (double& entry : matrix->byVariable.value)
+        entry *= entry > 0 ? 3.0 : 1.0;
+    scaled.matrix = matrix;
+    SimplexState state(scaled, SlackBasis(form));
+    SolveControl control;
+    DualSimplex dual(state, control);
+    EXPECT_EQ(dual.Run(), SimplexVerdict::Numerical);
+    EXPECT_EQ(control.Pivots(Stage::Double), 0U);
+}
+
 TEST(DoubleSimplex, TakesBackTheBoundsThatItPushed)
 {
     const BoundedForm form = DegenerateCone(60);

@@ -2,6 +2,8 @@
 #include "Nuv/SparseSimplex/Factors/Triangle.hpp"
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <cmath>
 
 namespace nuv
@@ -21,11 +23,9 @@ bool ReachSearch::Run(const EditableVectors& triangle, std::span<const Index> st
     m_order.clear();
     if (start.size() > most)
         return false;
-    if (++m_epoch == 0)
-    {
-        std::fill(m_mark.begin(), m_mark.end(), 0U);
-        m_epoch = 1;
-    }
+    if (m_epoch == std::numeric_limits<std::uint32_t>::max())
+        Resize(static_cast<Index>(m_mark.size()));
+    ++m_epoch;
     for (const Index root : start)
     {
         if (m_mark[root] == m_epoch)
