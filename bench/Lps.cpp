@@ -156,7 +156,7 @@ void RegisterTiny()
 int main(int count, char** words)
 {
     bench::RegisterTiny();
-    for (const bench::Case& which : bench::cases)
+    for (const bench::Case& which : bench::kCases)
         if (which.isQuick)
             bench::RegisterSteps(which);
     return bench::RunBenchmarks("lps", count, words);
