@@ -22,6 +22,13 @@ void AppendColumn(const BoundedForm& form, Index variable, double sign,
     elastic.columnUpper.push_back(kInfinity);
 }
 
+void TakeCostAway(BoundedForm& form)
+{
+    form.constant = 0.0;
+    form.exact.EraseObjective();
+    std::fill(form.cost.begin(), form.cost.end(), 0.0);
+}
+
 /// [0, infinity) for a variable with a lower bound only, and so on.
 void TurnIntoDirections(std::vector<double>& lower, std::vector<double>& upper, double most)
 {
@@ -38,9 +45,7 @@ AuxiliaryForm ElasticForm(ScalableForm& original, const Basis& basis)
     const BoundedForm& form = original.Form();
     AuxiliaryForm result{form, basis};
     BoundedForm& elastic = result.form;
-    elastic.constant = 0.0;
-    elastic.exact.EraseObjective();
-    std::fill(elastic.cost.begin(), elastic.cost.end(), 0.0);
+    TakeCostAway(elastic);
 
     SimplexState state(original.Scaled(), basis);
     state.Refactorise();
@@ -57,6 +62,25 @@ AuxiliaryForm ElasticForm(ScalableForm& original, const Basis& basis)
     elastic.columns = static_cast<Index>(elastic.cost.size());
     elastic.matrix = SparseMatrix<double>::FromColumns(std::move(columns), elastic.rows);
     result.start.columns.resize(elastic.columns, BasisStatus::Basic);
+    return result;
+}
+
+AuxiliaryForm ElasticRowsForm(const BoundedForm& form)
+{
+    AuxiliaryForm result{form, SlackBasis(form)};
+    BoundedForm& elastic = result.form;
+    TakeCostAway(elastic);
+    SparseVectors<double> columns = form.matrix.Columns();
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        if (form.rowLower[i] > -kInfinity)
+            AppendColumn(form, form.Logical(i), -1.0, columns, elastic);
+        if (form.rowUpper[i] < kInfinity)
+            AppendColumn(form, form.Logical(i), 1.0, columns, elastic);
+    }
+    elastic.columns = static_cast<Index>(elastic.cost.size());
+    elastic.matrix = SparseMatrix<double>::FromColumns(std::move(columns), elastic.rows);
+    result.start.columns.resize(elastic.columns, BasisStatus::AtLower);
     return result;
 }
 

@@ -21,6 +21,10 @@ struct AuxiliaryForm
 /// columns hold a feasible point.
 [[nodiscard]] AuxiliaryForm ElasticForm(ScalableForm& original, const Basis& basis);
 
+/// The same with a column for each side of each row, from the slack basis: a larger program, but
+/// one that has nothing of a basis that doubles could make little of.
+[[nodiscard]] AuxiliaryForm ElasticRowsForm(const BoundedForm& form);
+
 /// The directions that never leave the bounds of the original, columns within [-1, 1]. If the
 /// optimum is negative its columns are a direction that improves for ever, otherwise there is none.
 [[nodiscard]] AuxiliaryForm RayForm(const BoundedForm& form, const Basis& basis);

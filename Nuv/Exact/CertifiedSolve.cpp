@@ -16,6 +16,9 @@ namespace nuv
 namespace
 {
 
+/// As many as take a basis that is nearly right to the right one.
+constexpr int kFewRefinements = 4;
+
 /// What a basis is worth in doubles, for an outcome that is not proved.
 void EvaluateInDoubles(ScalableForm& scalable, SolveRecord& record)
 {
@@ -66,23 +69,39 @@ SimplexVerdict RunExact(ScalableForm& form, ExactEvaluation& evaluation, int rou
     return exact.Run(result);
 }
 
-/// Optimises an auxiliary form from its start, in doubles and then exactly.
-CertifiedResult Optimise(ScalableForm& auxiliary, const Basis& start, SolveControl& control)
+/// Optimises an auxiliary form from its start, in doubles and then exactly; `onlyRefine`: without
+/// exact pivots.
+CertifiedResult Optimise(ScalableForm& auxiliary, const Basis& start, bool onlyRefine,
+                         SolveControl& control)
 {
     const SolveControl::Aside aside(control);
     CertifiedResult result;
     DoubleResult doubles = SolveInDoubles(auxiliary, start, control);
     result.record.basis = std::move(doubles.basis);
     ExactEvaluation evaluation(auxiliary.Form());
-    (void)RunExact(auxiliary, evaluation, kRefinements, control, result);
+    ExactSimplex exact(auxiliary, evaluation, Basis(result.record.basis),
+                       onlyRefine ? kFewRefinements : kRefinements, control);
+    if (onlyRefine)
+        exact.OnlyRefine();
+    (void)exact.Run(result);
     return result;
 }
 
+CertifiedResult OptimiseElastic(const AuxiliaryForm& elastic, bool onlyRefine,
+                                SolveControl& control)
+{
+    ScalableForm auxiliary(elastic.form);
+    return Optimise(auxiliary, elastic.start, onlyRefine, control);
+}
+
+/// Near the basis first. Where doubles get no grip on that, a larger program from the slack basis
+/// is sooner at its end than exact pivots would be.
 CertifiedResult OptimiseElastic(ScalableForm& form, const Basis& basis, SolveControl& control)
 {
-    const AuxiliaryForm elastic = ElasticForm(form, basis);
-    ScalableForm auxiliary(elastic.form);
-    return Optimise(auxiliary, elastic.start, control);
+    CertifiedResult result = OptimiseElastic(ElasticForm(form, basis), true, control);
+    if (result.certificate.status == Status::Stopped && !control.IsStopped())
+        result = OptimiseElastic(ElasticRowsForm(form.Form()), false, control);
+    return result;
 }
 
 /// The matrix and the cost are the original's, so their scales are too.
@@ -92,7 +111,7 @@ CertifiedResult OptimiseRay(ScalableForm& form, const Basis& basis, SolveControl
     ScaledForm scaled = form.Scaled();
     scaled.SetBounds(ray.form);
     ScalableForm auxiliary(ray.form, std::move(scaled));
-    return Optimise(auxiliary, ray.start, control);
+    return Optimise(auxiliary, ray.start, false, control);
 }
 
 /// Takes the numbers of the original's columns and rows out of those of an auxiliary form, whose

@@ -72,6 +72,8 @@ std::optional<Status> ExactSimplex::Step()
     // What seems infeasible or unbounded is for an auxiliary LP to prove.
     if (m_rounds > 0 && Refine())
         return m_hint == SimplexVerdict::Optimal ? std::nullopt : std::optional(Status::Stopped);
+    if (m_onlyRefines)
+        return Status::Stopped;
     if (feasible)
         return PrimalStep(false);
     if (dualFeasible)

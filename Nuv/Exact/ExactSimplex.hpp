@@ -31,6 +31,12 @@ public:
         m_mayPivot = false;
     }
 
+    /// Looks for better bases in doubles, but makes no pivot itself.
+    void OnlyRefine() noexcept
+    {
+        m_onlyRefines = true;
+    }
+
     /// Runs to a verdict or until the control stops it, and fills in the proof's status,
     /// certificate, doubles and basis. Whether it is proved is for the check to say.
     /// @return Infeasible or Unbounded if it gave up because the form seems to be that, which is
@@ -88,6 +94,7 @@ private:
     std::optional<Refinement> m_refinement;  ///< made when it is needed
     int m_rounds;
     bool m_mayPivot = true;
+    bool m_onlyRefines = false;
     SimplexVerdict m_hint = SimplexVerdict::Optimal;
     int m_degenerate = 0;
 

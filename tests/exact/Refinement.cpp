@@ -1,6 +1,7 @@
 /// What leads from a basis that doubles take for final to one that is: the dual simplex, the look
 /// through the magnifying glass, and the programs whose optima prove that there is none.
 #include "tests/exact/Certified.hpp"
+#include "tests/support/Effort.hpp"
 #include "tests/support/Forms.hpp"
 
 #include "Nuv/Exact/Auxiliary.hpp"
@@ -156,6 +157,31 @@ TEST(Auxiliary, ElasticColumnsMakeTheBasisFeasible)
     farkas.certificate.status = Status::Infeasible;
     farkas.certificate.dual = start.certificate.dual;
     EXPECT_EQ(CheckCertificate(form, farkas.certificate), "");
+}
+
+/// It has an optimum for any form, and that is zero where there is a point.
+TEST(Auxiliary, ElasticRowsTellWhetherThereIsAPoint)
+{
+    Random random(5);
+    int infeasible = 0;
+    for (int round = 0; round < ShareOf(400); ++round)
+    {
+        const BoundedForm form = RandomSmallForm(random, 4, 3);
+        if (FindCrossedBounds(form) != kNoIndex)
+            continue;
+        const AuxiliaryForm elastic = ElasticRowsForm(form);
+        ASSERT_EQ(elastic.form.Defect(), "");
+        const CertifiedResult optimum = CertifiedFrom(elastic.form, elastic.start);
+        ASSERT_EQ(optimum.certificate.status, Status::Optimal);
+        CertifiedResult farkas;
+        farkas.certificate.status = Status::Infeasible;
+        farkas.certificate.dual = optimum.certificate.dual;
+        const bool hasPoint = Certified(form).certificate.status != Status::Infeasible;
+        ASSERT_EQ(optimum.certificate.objective == 0, hasPoint);
+        ASSERT_EQ(CheckCertificate(form, farkas.certificate).empty(), !hasPoint);
+        infeasible += hasPoint ? 0 : 1;
+    }
+    EXPECT_GT(infeasible, 0);
 }
 
 /// The scales of a form depend on its matrix and cost alone, which the form of rays shares: what
