@@ -85,6 +85,41 @@ TEST(DenseCheck, AgreesWithTheCheckInIntegersOfAnySize)
     EXPECT_GT(failed, ShareOf(4000));
 }
 
+TEST(DenseCheck, AgreesAboutMultipliersThatContradict)
+{
+    Random random(2);
+    DenseForm dense;
+    IntegerForm integers;
+    DenseCheck check;
+    int held = 0;
+    int failed = 0;
+    for (int round = 0; round < ShareOf(4000); ++round)
+    {
+        const BoundedForm form = RandomSmallForm(random, static_cast<Index>(random.Between(1, 4)),
+                                                 static_cast<Index>(random.Between(1, 4)));
+        SolveControl control;
+        const Certificate certificate = SolveCertified(form, nullptr, control).certificate;
+        if (certificate.status != Status::Infeasible || certificate.contradiction != kNoIndex)
+            continue;
+        TakeForm(form, dense);
+        ASSERT_TRUE(integers.Take(dense));
+        for (int change = 0; change < 8; ++change)
+        {
+            Certificate changed = certificate;
+            changed.primal.numerator.clear();
+            if (change > 0)
+                changed.dual.numerator[random.Next() % form.rows] += random.OneIn(2) ? 1 : -1;
+            const bool holds = CheckCertificate(form, changed).empty();
+            ASSERT_EQ(check.IsInfeasible(integers, kWidth, InWords(changed).dual), holds) << round;
+            ASSERT_TRUE(holds || change > 0);
+            ++(holds ? held : failed);
+        }
+        ASSERT_FALSE(check.IsInfeasible(integers, kWidth, {}));
+    }
+    EXPECT_GT(held, ShareOf(4000) / 10);
+    EXPECT_GT(failed, ShareOf(4000) / 10);
+}
+
 TEST(DenseCheck, WantsNumbersOfTheRightShape)
 {
     DenseForm dense;

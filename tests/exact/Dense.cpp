@@ -122,6 +122,56 @@ TEST(Dense, ProvesTheOptimaOfTheGeneralWay)
     EXPECT_GT(optimal, ShareOf(6000) / 4);
 }
 
+/// Infeasible by a point of the dual for the sum of violations.
+TEST(Dense, ProvesThatThereIsNoPoint)
+{
+    Random random(2);
+    DenseForm dense;
+    DenseSimplex simplex;
+    DenseProof proof;
+    int ended = 0;
+    int proved = 0;
+    for (int round = 0; round < ShareOf(6000); ++round)
+    {
+        const BoundedForm form = DrawForm(random);
+        if (FindCrossedBounds(form) != kNoIndex)
+            continue;
+        TakeForm(form, dense);
+        SolveControl control;
+        if (simplex.Run(dense, control) != DenseSimplex::End::Infeasible)
+            continue;
+        ++ended;
+        if (!proof.ProveInfeasible(dense, simplex.Status(), simplex.Violations()))
+            continue;
+        ++proved;
+        ASSERT_EQ(InGeneral(form).certificate.status, Status::Infeasible) << round;
+    }
+    EXPECT_GT(proved, ShareOf(6000) / 20);
+    EXPECT_EQ(proved, ended);
+}
+
+/// Near a point that there is, and with numbers that weights have no room for.
+TEST(Dense, DoesNotTakeRoundingForAContradiction)
+{
+    DenseForm dense;
+    DenseSimplex simplex;
+    DenseProof proof;
+    const auto prove = [&](const BoundedForm& form)
+    {
+        TakeForm(form, dense);
+        SolveControl control;
+        EXPECT_EQ(simplex.Run(dense, control), DenseSimplex::End::Infeasible);
+        return proof.ProveInfeasible(dense, simplex.Status(), simplex.Violations());
+    };
+    const Interval atLeastOne{1, kInf};
+    EXPECT_TRUE(prove(MakeForm({0}, {{{-1}, atLeastOne}})));
+    EXPECT_FALSE(prove(MakeForm({0}, {{{0x1p-60}, atLeastOne}}))) << "x = 2^60";
+    EXPECT_FALSE(prove(MakeForm({0}, {{{-0x1p-100}, {0x1p30, kInf}}, {{-1}, atLeastOne}})))
+        << "a number of 130 bits";
+    EXPECT_FALSE(prove(MakeForm({0}, {{{-0x1p-126}, atLeastOne}, {{-1}, atLeastOne}})))
+        << "a weight of 127 bits";
+}
+
 TEST(Dense, LeavesToOthersWhatItDoesNotKnow)
 {
     const BoundedForm form = MakeForm({-1, -1}, {{{1, 2}, {-kInf, 4}}, {{3, 1}, {-kInf, 6}}});

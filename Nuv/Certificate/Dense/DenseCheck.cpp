@@ -53,6 +53,60 @@ bool DenseCheck::IsOptimal(const IntegerForm& form, const DenseOptimum& optimum)
     return true;
 }
 
+/// Each variable counts with its factor, that of a column being minus the product of its entries
+/// with the multipliers, times the bound that the factor's sign names.
+bool DenseCheck::IsInfeasible(const IntegerForm& form, unsigned width,
+                              const std::vector<Word>& multipliers)
+{
+    const Index rows = form.Form().rows;
+    const Index columns = form.Form().columns;
+    if (multipliers.size() != std::size_t{rows} * width)
+        return false;
+    // Of each variable a product with two numbers of the form, summed twice.
+    m_width = width + (2 * form.Bits() + 65 + 63) / 64;
+    ExtendAll(multipliers, width, m_dual, m_width);
+    m_objective.assign(m_width, 0);
+    m_bound.resize(m_width);
+    m_point.resize(m_width);
+    for (Index i = 0; i < rows; ++i)
+    {
+        // The bounds of columns have one more factor, the others are given it.
+        std::fill(m_point.begin(), m_point.end(), 0);
+        AddProduct(m_point.data(), m_dual.data() + std::size_t{i} * m_width, form.BoundFactor(),
+                   m_width);
+        if (!AddToContradiction(form, columns + i, m_point.data()))
+            return false;
+    }
+    for (Index j = 0; j < columns; ++j)
+    {
+        std::fill(m_point.begin(), m_point.end(), 0);
+        for (Index i = 0; i < rows; ++i)
+        {
+            if (!form.Entry(i, j).IsZero())
+                AddProduct(m_point.data(), m_dual.data() + std::size_t{i} * m_width,
+                           form.Entry(i, j), m_width);
+        }
+        NegateWords(m_point.data(), m_width);
+        if (!AddToContradiction(form, j, m_point.data()))
+            return false;
+    }
+    return SignOf(m_objective.data(), m_width) > 0;
+}
+
+/// @return whether the bound that it takes is there.
+bool DenseCheck::AddToContradiction(const IntegerForm& form, Index variable, const Word* factor)
+{
+    const int sign = SignOf(factor, m_width);
+    if (sign == 0)
+        return true;
+    const bool isLower = sign > 0;
+    if (!std::isfinite(isLower ? form.Form().lower[variable] : form.Form().upper[variable]))
+        return false;
+    AddProduct(m_objective.data(), factor, isLower ? form.Lower(variable) : form.Upper(variable),
+               m_width);
+    return true;
+}
+
 /// The activity is the sum of entries times point, the dual the reduced cost of the logical.
 bool DenseCheck::IsRowRight(const IntegerForm& form, Index row)
 {

@@ -27,7 +27,12 @@ public:
     /// variable at the bound that its sign names.
     [[nodiscard]] bool IsOptimal(const IntegerForm& form, const DenseOptimum& optimum);
 
-    // What the check has found, of Width() words each.
+    /// Whether multipliers by row, each of `width` words and divided by the factor of its row,
+    /// contradict the bounds: CheckCertificate's sum for an infeasible form.
+    [[nodiscard]] bool IsInfeasible(const IntegerForm& form, unsigned width,
+                                    const std::vector<Word>& multipliers);
+
+    // What the check of an optimum has found, of Width() words each.
     [[nodiscard]] unsigned Width() const noexcept
     {
         return m_width;
@@ -49,6 +54,8 @@ public:
     }
 
 private:
+    [[nodiscard]] bool AddToContradiction(const IntegerForm& form, Index variable,
+                                          const Word* factor);
     [[nodiscard]] bool IsRowRight(const IntegerForm& form, Index row);
     [[nodiscard]] bool IsColumnRight(const IntegerForm& form, Index column);
     [[nodiscard]] bool IsPlaceRight(const IntegerForm& form, Index variable, const Word* value,

@@ -51,6 +51,36 @@ void CopyWords(const WideInteger& x, Word* to, unsigned width) noexcept
         NegateWords(to, width);
 }
 
+bool ToWideInteger(const ExactNumber& number, Scale scale, WideInteger& result)
+{
+    result = {};
+    if (number.mantissa == 0)
+        return true;
+    const auto two = static_cast<unsigned>(number.scale.two + scale.two);
+    const auto five = static_cast<unsigned>(number.scale.five + scale.five);
+    if (five > kMostFives || two >= 126)
+        return false;
+    result.isNegative = number.mantissa < 0;
+    const auto magnitude =
+        static_cast<Word>(result.isNegative ? -number.mantissa : number.mantissa);
+    const WideProduct product = MultiplyWide(magnitude, kPowersOfFive[five]);
+    result.low = product.low;
+    result.high = product.high;
+    if (result.BitLength() + two >= 127)
+        return false;
+    if (two >= 64)
+    {
+        result.high = result.low << (two - 64);
+        result.low = 0;
+    }
+    else if (two > 0)
+    {
+        result.high = (result.high << two) | (result.low >> (64 - two));
+        result.low <<= two;
+    }
+    return true;
+}
+
 bool IntegerForm::Take(const DenseForm& form)
 {
     m_form = &form;
@@ -117,36 +147,11 @@ void IntegerForm::TakeApartAll()
     take(m_form->upper);
 }
 
-/// number * 2^scale.two * 5^scale.five, which is an integer.
 bool IntegerForm::Scaled(const ExactNumber& number, Scale scale, WideInteger& result)
 {
-    result = {};
-    if (number.mantissa == 0)
-        return true;
-    const auto two = static_cast<unsigned>(number.scale.two + scale.two);
-    const auto five = static_cast<unsigned>(number.scale.five + scale.five);
-    if (five > kMostFives || two >= 126)
-        return false;
-    result.isNegative = number.mantissa < 0;
-    const auto magnitude =
-        static_cast<Word>(result.isNegative ? -number.mantissa : number.mantissa);
-    const WideProduct product = MultiplyWide(magnitude, kPowersOfFive[five]);
-    result.low = product.low;
-    result.high = product.high;
-    if (result.BitLength() + two >= 127)
-        return false;
-    if (two >= 64)
-    {
-        result.high = result.low << (two - 64);
-        result.low = 0;
-    }
-    else if (two > 0)
-    {
-        result.high = (result.high << two) | (result.low >> (64 - two));
-        result.low <<= two;
-    }
+    const bool isShort = ToWideInteger(number, scale, result);
     m_bits = std::max(m_bits, result.BitLength());
-    return true;
+    return isShort;
 }
 
 }  // namespace nuv

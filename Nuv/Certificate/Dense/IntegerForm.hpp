@@ -33,6 +33,9 @@ void AddProduct(Word* sum, const Word* x, const WideInteger& y, unsigned width) 
 /// The number itself in two's complement.
 void CopyWords(const WideInteger& x, Word* to, unsigned width) noexcept;
 
+/// number * 2^scale.two 5^scale.five, which is an integer. @return false if it is too long.
+[[nodiscard]] bool ToWideInteger(const ExactNumber& number, Scale scale, WideInteger& result);
+
 class IntegerForm
 {
 public:

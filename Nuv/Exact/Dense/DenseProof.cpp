@@ -15,9 +15,87 @@ bool DenseProof::ProveOptimal(const DenseForm& form, const std::vector<BasisStat
     return m_check.IsOptimal(m_numbers, m_optimum);
 }
 
+bool DenseProof::ProveInfeasible(const DenseForm& form, const std::vector<BasisStatus>& status,
+                                 const std::vector<signed char>& violations)
+{
+    if (!m_numbers.Take(form) || !StateMatrix(status) || !WeighViolatedRows(violations))
+        return false;
+    for (unsigned at = 0; at < m_basic.size(); ++at)
+        StateViolationCost(violations, at);
+    if (!m_system.Solve())
+        return false;
+    TakeMultipliers();
+    return m_check.IsInfeasible(m_numbers, m_system.Width() + 2, m_multipliers);
+}
+
+/// Every variable counts the same before its row is scaled, so a scaled row counts as much less as
+/// its factor is more; all times the least number that makes these integers.
+bool DenseProof::WeighViolatedRows(const std::vector<signed char>& violations)
+{
+    const DenseForm& form = m_numbers.Form();
+    Scale scale;
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        if (violations[form.columns + i] != 0)
+            scale = {std::max(scale.two, m_numbers.RowScale(i).two),
+                     std::max(scale.five, m_numbers.RowScale(i).five)};
+    }
+    bool isShort = ToWideInteger({1, {}}, scale, m_weight);
+    m_weightBits = m_weight.BitLength();
+    m_rowWeights.assign(form.rows, {});
+    for (Index i = 0; isShort && i < form.rows; ++i)
+    {
+        const signed char violation = violations[form.columns + i];
+        isShort = ToWideInteger({-violation, {}},
+                                violation != 0 ? scale - m_numbers.RowScale(i) : Scale{},
+                                m_rowWeights[i]);
+    }
+    // A sum of as many products as there are rows, and its sign.
+    return isShort && m_weightBits + m_numbers.Bits() + 33 < 64 * BorderedSystem::kEntryWidth;
+}
+
+/// What the basic column counts, less what the rows with basic logicals take of it.
+void DenseProof::StateViolationCost(const std::vector<signed char>& violations, unsigned at)
+{
+    constexpr unsigned width = BorderedSystem::kEntryWidth;
+    const Index column = m_basic[at];
+    Word* const sum = m_system.Entry(static_cast<unsigned>(m_basic.size()), at);
+    Word value[width];
+    for (Index i = 0; i < m_numbers.Form().rows; ++i)
+    {
+        if (m_rowWeights[i].IsZero() || m_numbers.Entry(i, column).IsZero())
+            continue;
+        CopyWords(m_rowWeights[i], value, width);
+        AddProduct(sum, value, m_numbers.Entry(i, column), width);
+    }
+    NegateWords(sum, width);
+    CopyWords(m_weight, value, width);
+    if (violations[column] > 0)
+        AddProduct(sum, value, Word{1}, width);
+    else if (violations[column] < 0)
+        SubtractProduct(sum, value, Word{1}, width);
+}
+
+/// Those of tight rows are solved for, a violated row with a basic logical has its weight.
+void DenseProof::TakeMultipliers()
+{
+    const unsigned solved = m_system.Width();
+    const unsigned width = solved + 2;
+    const Index rows = m_numbers.Form().rows;
+    m_multipliers.assign(std::size_t{rows} * width, 0);
+    std::vector<Word> denominator(width);
+    CopyWords(m_system.Denominator(), solved, denominator.data(), width);
+    for (Index i = 0; i < rows; ++i)
+        AddProduct(m_multipliers.data() + std::size_t{i} * width, denominator.data(),
+                   m_rowWeights[i], width);
+    for (unsigned k = 0; k < m_tight.size(); ++k)
+        CopyWords(m_system.Y(k), solved, m_multipliers.data() + std::size_t{m_tight[k]} * width,
+                  width);
+}
+
 /// The basic columns in the rows whose activity rests at a side: all that a basis leaves to be
 /// solved, since every other row has its own logical.
-bool DenseProof::StateSystem(const std::vector<BasisStatus>& status)
+bool DenseProof::StateMatrix(const std::vector<BasisStatus>& status)
 {
     const DenseForm& form = m_numbers.Form();
     m_basic.clear();
@@ -41,6 +119,17 @@ bool DenseProof::StateSystem(const std::vector<BasisStatus>& status)
         for (unsigned k = 0; k < order; ++k)
             CopyWords(m_numbers.Entry(m_tight[at], m_basic[k]), m_system.Entry(at, k),
                       BorderedSystem::kEntryWidth);
+    }
+    return true;
+}
+
+bool DenseProof::StateSystem(const std::vector<BasisStatus>& status)
+{
+    if (!StateMatrix(status))
+        return false;
+    const auto order = static_cast<unsigned>(m_basic.size());
+    for (unsigned at = 0; at < order; ++at)
+    {
         CopyWords(m_numbers.Cost(m_basic[at]), m_system.Entry(order, at),
                   BorderedSystem::kEntryWidth);
         if (!StateRightSide(status, at))

@@ -17,6 +17,12 @@ public:
     /// @return whether the basis is proved to be optimal; if not, it is none, or numbers are long.
     [[nodiscard]] bool ProveOptimal(const DenseForm& form, const std::vector<BasisStatus>& status);
 
+    /// @return whether it is proved that there is no point, by the duals of the basis for the sum
+    /// of violations, -1 or 1 for a basic variable below or above its bounds.
+    [[nodiscard]] bool ProveInfeasible(const DenseForm& form,
+                                       const std::vector<BasisStatus>& status,
+                                       const std::vector<signed char>& violations);
+
     // The numbers of a proved optimum, each the nearest double.
     [[nodiscard]] double Objective() const;
     [[nodiscard]] double Value(Index column) const;
@@ -29,6 +35,10 @@ public:
     void WriteCertificate(const Rational& constant, Certificate& certificate) const;
 
 private:
+    [[nodiscard]] bool StateMatrix(const std::vector<BasisStatus>& status);
+    [[nodiscard]] bool WeighViolatedRows(const std::vector<signed char>& violations);
+    void StateViolationCost(const std::vector<signed char>& violations, unsigned at);
+    void TakeMultipliers();
     [[nodiscard]] bool StateSystem(const std::vector<BasisStatus>& status);
     [[nodiscard]] bool StateRightSide(const std::vector<BasisStatus>& status, unsigned at);
     [[nodiscard]] const WideInteger& RestingValue(Index variable, BasisStatus status) const;
@@ -40,6 +50,12 @@ private:
     DenseCheck m_check;
     std::vector<Index> m_basic;  ///< columns
     std::vector<Index> m_tight;  ///< rows whose logical is nonbasic
+
+    // Of the sum of violations: its common factor, and by row minus what a violated one counts.
+    WideInteger m_weight;
+    std::vector<WideInteger> m_rowWeights;
+    unsigned m_weightBits = 0;
+    std::vector<Word> m_multipliers;
 };
 
 }  // namespace nuv

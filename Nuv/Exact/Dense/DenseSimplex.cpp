@@ -114,6 +114,21 @@ bool DenseSimplex::PriceInfeasibilities()
     return isFeasible;
 }
 
+std::vector<signed char> DenseSimplex::Violations() const
+{
+    std::vector<signed char> violations(m_form->Variables(), 0);
+    for (Index i = 0; i < m_form->rows; ++i)
+    {
+        const double lower = m_form->lower[m_basic[i]];
+        const double upper = m_form->upper[m_basic[i]];
+        if (m_values[i] < lower - SlackOf(lower))
+            violations[m_basic[i]] = -1;
+        else if (m_values[i] > upper + SlackOf(upper))
+            violations[m_basic[i]] = 1;
+    }
+    return violations;
+}
+
 /// That of the basis, or the sum of infeasibilities while there are some.
 double DenseSimplex::Objective(bool isFeasible) const
 {

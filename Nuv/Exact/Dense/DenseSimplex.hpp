@@ -33,6 +33,9 @@ public:
         return m_status;
     }
 
+    /// By variable of an infeasible end: -1 or 1 where the basic one is below or above its bounds.
+    [[nodiscard]] std::vector<signed char> Violations() const;
+
 private:
     struct Step
     {

@@ -128,9 +128,17 @@ bool DenseSolver::SolveInWords(const DenseProblem& problem, SolveControl& contro
                                DenseAnswer& answer)
 {
     constexpr std::uint64_t kMostEntries = 2500;
-    if (std::uint64_t{problem.columns} * problem.Rows() > kMostEntries || !TakeForm(problem) ||
-        m_simplex.Run(m_form, control) != DenseSimplex::End::Optimal ||
-        !m_proof.ProveOptimal(m_form, m_simplex.Status()))
+    if (std::uint64_t{problem.columns} * problem.Rows() > kMostEntries || !TakeForm(problem))
+        return false;
+    const DenseSimplex::End end = m_simplex.Run(m_form, control);
+    if (end == DenseSimplex::End::Infeasible &&
+        m_proof.ProveInfeasible(m_form, m_simplex.Status(), m_simplex.Violations()))
+    {
+        answer.status = Status::Infeasible;
+        answer.proved = true;
+        return true;
+    }
+    if (end != DenseSimplex::End::Optimal || !m_proof.ProveOptimal(m_form, m_simplex.Status()))
         return false;
     answer.status = Status::Optimal;
     answer.proved = true;
