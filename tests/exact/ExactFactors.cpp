@@ -185,15 +185,17 @@ TEST(DixonSolver, TakesRightSidesOfManyWords)
     }
 }
 
-/// x1 = 3^117 / d1, x2 = x1 / d2, x3 = x2 / d3, and y such that one combination of all of them is
-/// zero: that by which the solver guesses their common denominator, so that it learns of it from x3
+/// x1 = 3^117 / d1, x2 = x1 / d2 and so on to x6, and y such that one combination of all of them is
+/// zero: that by which the solver guesses their common denominator, so that it learns of it from x6
 /// at once.
 TEST(DixonSolver, FindsADenominatorThatItsGuessDoesNotKnow)
 {
     constexpr std::int64_t kDivisors[] = {4611686018427387701, 4611686018427387631,
-                                          4611686018427387617};
+                                          4611686018427387617, 4611686018427387559,
+                                          4611686018427387511, 4611686018427387409};
+    constexpr Index kChain = 6;
     const auto unit = [](std::int64_t mantissa) { return ExactNumber{mantissa, {}}; };
-    std::int64_t coefficients[4];
+    std::int64_t coefficients[kChain + 1];
     std::uint64_t random = 0x9E3779B97F4A7C15u;
     for (std::int64_t& coefficient : coefficients)
     {
@@ -202,15 +204,15 @@ TEST(DixonSolver, FindsADenominatorThatItsGuessDoesNotKnow)
         random ^= random << 17;
         coefficient = static_cast<std::int64_t>(random >> 61) + 1;
     }
-    // By unknown x3, x2, x1, y; by equation d3 x3 = x2, d2 x2 = x1, d1 x1 = 3^117, combination = 0.
+    // By unknown x6 to x1 and y; by equation d6 x6 = x5 to d1 x1 = 3^117, and combination = 0.
     SparseVectors<ExactNumber> unknowns;
-    for (Index k = 0; k < 4; ++k)
+    for (Index k = 0; k <= kChain; ++k)
     {
-        if (k > 0 && k < 3)
+        if (k > 0 && k < kChain)
             unknowns.Append(k - 1, unit(-1));
-        if (k < 3)
+        if (k < kChain)
             unknowns.Append(k, unit(kDivisors[k]));
-        unknowns.Append(3, unit(coefficients[k]));
+        unknowns.Append(kChain, unit(coefficients[k]));
         unknowns.Close();
     }
     const PrimeField field(kPrime);
@@ -220,21 +222,21 @@ TEST(DixonSolver, FindsADenominatorThatItsGuessDoesNotKnow)
         Mapped<PrimeField::Value>(unknowns, [&](Index, Index, const ExactNumber& entry)
                                   { return field.FromSigned(entry.mantissa); });
     ASSERT_TRUE(lu.Factorise(columns, position).empty());
-    ASSERT_EQ(position, (std::vector<Index>{0, 1, 2, 3}));
+    ASSERT_EQ(position, (std::vector<Index>{0, 1, 2, 3, 4, 5, 6}));
     DixonSolver solver(unknowns, lu, DixonSolver::Side::Forward);
+    ScaledVector right{std::vector<Integer>(kChain + 1), {}};
+    right.value[kChain - 1] = Power(3, 117);
     ExactVector solution;
-    const Integer right = Power(3, 117);
-    ASSERT_TRUE(solver.Solve({{Integer(0), Integer(0), right, Integer(0)}, {}}, solution,
-                             [] { return false; }));
-    Rational expected = right;
+    ASSERT_TRUE(solver.Solve(right, solution, [] { return false; }));
+    Rational expected = right.value[kChain - 1];
     Rational combination = 0;
-    for (Index k = 3; k-- > 0;)
+    for (Index k = kChain; k-- > 0;)
     {
         expected /= Rational(Integer(kDivisors[k]));
         EXPECT_EQ(solution.At(k), expected);
         combination += expected * Rational(Integer(coefficients[k]));
     }
-    EXPECT_EQ(solution.At(3), -combination / Rational(Integer(coefficients[3])));
+    EXPECT_EQ(solution.At(kChain), -combination / Rational(Integer(coefficients[kChain])));
 }
 
 /// The determinant 2^62 - 57 is the first of the primes: modulo it the matrix is singular.

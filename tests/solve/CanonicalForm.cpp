@@ -277,7 +277,7 @@ TEST(CanonicalForm, ReportsNumbersByTheRowsAndColumnsOfTheModel)
         const nuv::Variable fixed = model.AddVariable("fixed", {2, 2});
         model.Add(number(1) * shifted + boxed + fixed >= 1);
         model.Add(nuv::Range(-1, number(2) * free + shifted, 5));
-        model.Maximize(shifted - free + number(3) * boxed);
+        model.Maximize(number(3) * boxed - free);
         return nuv::ReportBinary32(nuv::ToCanonicalForm(nuv::FormOf(model)));
     };
     EXPECT_EQ(report(-1).overflowing, 0U);
