@@ -120,6 +120,46 @@ TEST(DenseCheck, AgreesAboutMultipliersThatContradict)
     EXPECT_GT(failed, ShareOf(4000) / 10);
 }
 
+TEST(DenseCheck, AgreesAboutRays)
+{
+    Random random(3);
+    DenseForm dense;
+    IntegerForm integers;
+    DenseCheck check;
+    int held = 0;
+    int failed = 0;
+    for (int round = 0; round < ShareOf(4000); ++round)
+    {
+        const BoundedForm form = RandomSmallForm(random, static_cast<Index>(random.Between(0, 4)),
+                                                 static_cast<Index>(random.Between(1, 4)));
+        SolveControl control;
+        const Certificate certificate = SolveCertified(form, nullptr, control).certificate;
+        if (certificate.status != Status::Unbounded)
+            continue;
+        TakeForm(form, dense);
+        ASSERT_TRUE(integers.Take(dense));
+        for (int change = 0; change < 8; ++change)
+        {
+            Certificate changed = certificate;
+            ExactVector& vector = random.OneIn(2) ? changed.primal : changed.ray;
+            if (change > 0)
+                vector.numerator[random.Next() % form.columns] += random.OneIn(2) ? 1 : -1;
+            Certificate ray;
+            ray.primal = changed.ray;
+            changed.dual.numerator.assign(form.rows, Integer(0));
+            const bool holds = CheckCertificate(form, changed).empty();
+            ASSERT_EQ(check.IsUnbounded(integers, InWords(changed), kWidth, InWords(ray).point),
+                      holds)
+                << round;
+            ASSERT_TRUE(holds || change > 0);
+            ++(holds ? held : failed);
+        }
+        ASSERT_FALSE(check.IsUnbounded(integers, InWords(certificate), kWidth, {}));
+    }
+    EXPECT_GT(held, ShareOf(4000) / 10);
+    EXPECT_GT(failed, ShareOf(4000) / 10);
+}
+
 TEST(DenseCheck, WantsNumbersOfTheRightShape)
 {
     DenseForm dense;

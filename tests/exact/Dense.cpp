@@ -150,6 +150,35 @@ TEST(Dense, ProvesThatThereIsNoPoint)
     EXPECT_EQ(proved, ended);
 }
 
+TEST(Dense, ProvesThatThereIsNoEnd)
+{
+    Random random(3);
+    DenseForm dense;
+    DenseSimplex simplex;
+    DenseProof proof;
+    int ended = 0;
+    int proved = 0;
+    for (int round = 0; round < ShareOf(12000); ++round)
+    {
+        const BoundedForm form = DrawForm(random);
+        if (FindCrossedBounds(form) != kNoIndex)
+            continue;
+        TakeForm(form, dense);
+        SolveControl control;
+        if (simplex.Run(dense, control) != DenseSimplex::End::Unbounded)
+            continue;
+        ++ended;
+        if (!proof.ProveUnbounded(dense, simplex.Status(), simplex.Moving(), simplex.MovesUp()))
+            continue;
+        ++proved;
+        ASSERT_EQ(InGeneral(form).certificate.status, Status::Unbounded) << round;
+        ASSERT_FALSE(
+            proof.ProveUnbounded(dense, simplex.Status(), simplex.Moving(), !simplex.MovesUp()));
+    }
+    EXPECT_GT(proved, ShareOf(12000) / 100);
+    EXPECT_EQ(proved, ended);
+}
+
 /// Near a point that there is, and with numbers that weights have no room for.
 TEST(Dense, DoesNotTakeRoundingForAContradiction)
 {

@@ -20,6 +20,69 @@ void ExtendAll(const std::vector<Word>& from, unsigned width, std::vector<Word>&
 
 bool DenseCheck::IsOptimal(const IntegerForm& form, const DenseOptimum& optimum)
 {
+    if (!TakeNumbers(form, optimum))
+        return false;
+    for (Index i = 0; i < form.Form().rows; ++i)
+    {
+        if (!IsRowRight(form, i))
+            return false;
+    }
+    for (Index j = 0; j < form.Form().columns; ++j)
+    {
+        if (!IsColumnRight(form, j))
+            return false;
+    }
+    return true;
+}
+
+/// The point is feasible, and the ray leaves no finite bound behind and improves.
+bool DenseCheck::IsUnbounded(const IntegerForm& form, const DenseOptimum& optimum, unsigned width,
+                             const std::vector<Word>& ray)
+{
+    const Index rows = form.Form().rows;
+    const Index columns = form.Form().columns;
+    if (ray.size() != std::size_t{columns} * width || !TakeNumbers(form, optimum))
+        return false;
+    for (Index i = 0; i < rows; ++i)
+    {
+        if (!IsPlaceRight(form, columns + i, ActivityOf(form, i), m_boundDenominator, 0))
+            return false;
+    }
+    for (Index j = 0; j < columns; ++j)
+    {
+        if (!IsPlaceRight(form, j, m_point.data() + std::size_t{j} * m_width, m_denominator, 0))
+            return false;
+    }
+    // From here on the point is the ray.
+    m_width = width + (form.Bits() + 33 + 63) / 64;
+    ExtendAll(ray, width, m_point, m_width);
+    m_activity.assign(std::size_t{rows} * m_width, 0);
+    m_objective.assign(m_width, 0);
+    for (Index i = 0; i < rows; ++i)
+    {
+        if (!StaysWithin(form, columns + i, ActivityOf(form, i)))
+            return false;
+    }
+    for (Index j = 0; j < columns; ++j)
+    {
+        const Word* const rate = m_point.data() + std::size_t{j} * m_width;
+        if (!StaysWithin(form, j, rate))
+            return false;
+        AddProduct(m_objective.data(), rate, form.Cost(j), m_width);
+    }
+    return SignOf(m_objective.data(), m_width) < 0;
+}
+
+bool DenseCheck::StaysWithin(const IntegerForm& form, Index variable, const Word* rate) const
+{
+    const int sign = SignOf(rate, m_width);
+    return sign == 0 ||
+           std::isinf(sign > 0 ? form.Form().upper[variable] : form.Form().lower[variable]);
+}
+
+/// @return whether the numbers have the right shape.
+bool DenseCheck::TakeNumbers(const IntegerForm& form, const DenseOptimum& optimum)
+{
     const Index rows = form.Form().rows;
     const Index columns = form.Form().columns;
     const unsigned width = optimum.width;
@@ -40,16 +103,6 @@ bool DenseCheck::IsOptimal(const IntegerForm& form, const DenseOptimum& optimum)
     m_activity.assign(std::size_t{rows} * m_width, 0);
     m_reduced.assign(std::size_t{columns} * m_width, 0);
     m_objective.assign(m_width, 0);
-    for (Index i = 0; i < rows; ++i)
-    {
-        if (!IsRowRight(form, i))
-            return false;
-    }
-    for (Index j = 0; j < columns; ++j)
-    {
-        if (!IsColumnRight(form, j))
-            return false;
-    }
     return true;
 }
 
@@ -108,7 +161,7 @@ bool DenseCheck::AddToContradiction(const IntegerForm& form, Index variable, con
 }
 
 /// The activity is the sum of entries times point, the dual the reduced cost of the logical.
-bool DenseCheck::IsRowRight(const IntegerForm& form, Index row)
+const Word* DenseCheck::ActivityOf(const IntegerForm& form, Index row)
 {
     const Index columns = form.Form().columns;
     Word* const activity = m_activity.data() + std::size_t{row} * m_width;
@@ -118,8 +171,14 @@ bool DenseCheck::IsRowRight(const IntegerForm& form, Index row)
             AddProduct(activity, m_point.data() + std::size_t{j} * m_width, form.Entry(row, j),
                        m_width);
     }
+    return activity;
+}
+
+bool DenseCheck::IsRowRight(const IntegerForm& form, Index row)
+{
     const int sign = SignOf(m_dual.data() + std::size_t{row} * m_width, m_width);
-    return IsPlaceRight(form, columns + row, activity, m_boundDenominator, sign);
+    return IsPlaceRight(form, form.Form().columns + row, ActivityOf(form, row), m_boundDenominator,
+                        sign);
 }
 
 bool DenseCheck::IsColumnRight(const IntegerForm& form, Index column)

@@ -32,6 +32,11 @@ public:
     [[nodiscard]] bool IsInfeasible(const IntegerForm& form, unsigned width,
                                     const std::vector<Word>& multipliers);
 
+    /// Whether the point is feasible and the ray, each number of `width` words times any positive
+    /// number, a direction that stays so and improves.
+    [[nodiscard]] bool IsUnbounded(const IntegerForm& form, const DenseOptimum& optimum,
+                                   unsigned width, const std::vector<Word>& ray);
+
     // What the check of an optimum has found, of Width() words each.
     [[nodiscard]] unsigned Width() const noexcept
     {
@@ -54,6 +59,9 @@ public:
     }
 
 private:
+    [[nodiscard]] bool TakeNumbers(const IntegerForm& form, const DenseOptimum& optimum);
+    [[nodiscard]] const Word* ActivityOf(const IntegerForm& form, Index row);
+    [[nodiscard]] bool StaysWithin(const IntegerForm& form, Index variable, const Word* rate) const;
     [[nodiscard]] bool AddToContradiction(const IntegerForm& form, Index variable,
                                           const Word* factor);
     [[nodiscard]] bool IsRowRight(const IntegerForm& form, Index row);

@@ -28,6 +28,54 @@ bool DenseProof::ProveInfeasible(const DenseForm& form, const std::vector<BasisS
     return m_check.IsInfeasible(m_numbers, m_system.Width() + 2, m_multipliers);
 }
 
+bool DenseProof::ProveUnbounded(const DenseForm& form, const std::vector<BasisStatus>& status,
+                                Index moving, bool movesUp)
+{
+    if (!m_numbers.Take(form) || !StateSystem(status) || !m_system.Solve())
+        return false;
+    TakeSolution(status);
+    if (!StateMatrix(status) || !StateMove(moving, movesUp) || !m_system.Solve())
+        return false;
+    TakeRay(moving, movesUp);
+    return m_check.IsUnbounded(m_numbers, m_optimum, m_system.Width(), m_ray);
+}
+
+/// A column that moves by one takes its entries off the tight rows, a logical adds one to its row.
+bool DenseProof::StateMove(Index moving, bool movesUp)
+{
+    constexpr unsigned width = BorderedSystem::kEntryWidth;
+    const auto order = static_cast<unsigned>(m_basic.size());
+    const Index columns = m_numbers.Form().columns;
+    for (unsigned at = 0; at < order; ++at)
+    {
+        const Index row = m_tight[at];
+        WideInteger number;
+        if (moving < columns)
+            number = m_numbers.Entry(row, moving);
+        else if (moving == columns + row &&
+                 !ToWideInteger({-1, {}}, m_numbers.RowScale(row), number))
+            return false;
+        number.isNegative = number.isNegative != movesUp;
+        CopyWords(number, m_system.Entry(at, order), width);
+    }
+    return true;
+}
+
+void DenseProof::TakeRay(Index moving, bool movesUp)
+{
+    const unsigned width = m_system.Width();
+    const Index columns = m_numbers.Form().columns;
+    m_ray.assign(std::size_t{columns} * width, 0);
+    for (unsigned k = 0; k < m_basic.size(); ++k)
+        CopyWords(m_system.X(k), width, m_ray.data() + std::size_t{m_basic[k]} * width, width);
+    if (moving >= columns)
+        return;
+    Word* const rate = m_ray.data() + std::size_t{moving} * width;
+    CopyWords(m_system.Denominator(), width, rate, width);
+    if (!movesUp)
+        NegateWords(rate, width);
+}
+
 /// Every variable counts the same before its row is scaled, so a scaled row counts as much less as
 /// its factor is more; all times the least number that makes these integers.
 bool DenseProof::WeighViolatedRows(const std::vector<signed char>& violations)

@@ -23,6 +23,11 @@ public:
                                        const std::vector<BasisStatus>& status,
                                        const std::vector<signed char>& violations);
 
+    /// @return whether it is proved that the objective improves for ever, from the point of the
+    /// basis in the direction in which this nonbasic variable takes the basic ones along.
+    [[nodiscard]] bool ProveUnbounded(const DenseForm& form, const std::vector<BasisStatus>& status,
+                                      Index moving, bool movesUp);
+
     // The numbers of a proved optimum, each the nearest double.
     [[nodiscard]] double Objective() const;
     [[nodiscard]] double Value(Index column) const;
@@ -39,6 +44,8 @@ private:
     [[nodiscard]] bool WeighViolatedRows(const std::vector<signed char>& violations);
     void StateViolationCost(const std::vector<signed char>& violations, unsigned at);
     void TakeMultipliers();
+    [[nodiscard]] bool StateMove(Index moving, bool movesUp);
+    void TakeRay(Index moving, bool movesUp);
     [[nodiscard]] bool StateSystem(const std::vector<BasisStatus>& status);
     [[nodiscard]] bool StateRightSide(const std::vector<BasisStatus>& status, unsigned at);
     [[nodiscard]] const WideInteger& RestingValue(Index variable, BasisStatus status) const;
@@ -56,6 +63,7 @@ private:
     std::vector<WideInteger> m_rowWeights;
     unsigned m_weightBits = 0;
     std::vector<Word> m_multipliers;
+    std::vector<Word> m_ray;
 };
 
 }  // namespace nuv

@@ -33,6 +33,8 @@ DenseSimplex::End DenseSimplex::Run(const DenseForm& form, SolveControl& control
             return isFeasible ? End::Optimal : End::Infeasible;
         const double direction = prices[entering] < 0.0 ? 1.0 : -1.0;
         const Step chosen = ChooseStep(entering, direction);
+        m_moving = m_nonbasic[entering];
+        m_movesUp = direction > 0.0;
         if (chosen.length >= kNone)
             return isFeasible ? End::Unbounded : End::GaveUp;
         if (step == mostSteps)

@@ -36,6 +36,16 @@ public:
     /// By variable of an infeasible end: -1 or 1 where the basic one is below or above its bounds.
     [[nodiscard]] std::vector<signed char> Violations() const;
 
+    /// Of an unbounded end: the nonbasic variable that moves for ever, and whether it moves up.
+    [[nodiscard]] Index Moving() const noexcept
+    {
+        return m_moving;
+    }
+    [[nodiscard]] bool MovesUp() const noexcept
+    {
+        return m_movesUp;
+    }
+
 private:
     struct Step
     {
@@ -75,6 +85,8 @@ private:
     std::vector<Index> m_nonbasic;
     std::vector<BasisStatus> m_status;
     double m_priceTolerance = 0.0;
+    Index m_moving = kNoIndex;
+    bool m_movesUp = false;
 };
 
 }  // namespace nuv

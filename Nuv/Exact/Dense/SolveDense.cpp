@@ -138,6 +138,13 @@ bool DenseSolver::SolveInWords(const DenseProblem& problem, SolveControl& contro
         answer.proved = true;
         return true;
     }
+    if (end == DenseSimplex::End::Unbounded &&
+        m_proof.ProveUnbounded(m_form, m_simplex.Status(), m_simplex.Moving(), m_simplex.MovesUp()))
+    {
+        answer.status = Status::Unbounded;
+        answer.proved = true;
+        return true;
+    }
     if (end != DenseSimplex::End::Optimal || !m_proof.ProveOptimal(m_form, m_simplex.Status()))
         return false;
     answer.status = Status::Optimal;
