@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <vector>
 
 namespace nuv::test
@@ -176,6 +177,32 @@ TEST(BorderedSystem, SolvesBothWays)
         ExpectSolved(system, order, given);
     }
     EXPECT_GT(solved, ShareOf(4000) / 2);
+}
+
+/// Sylvester's matrix of order 8 has the largest determinant that entries up to 2^31 - 1 allow, 12
+/// bits more than the product of its rows' largest numbers, which ends at the end of a word.
+TEST(BorderedSystem, HasRoomForTheLargestDeterminant)
+{
+    constexpr unsigned order = 8;
+    const std::int64_t most = 0x7FFFFFFF;
+    BorderedSystem system;
+    system.Begin(order);
+    std::vector given(order + 1, std::vector<Integer>(order + 1));
+    for (unsigned i = 0; i <= order; ++i)
+    {
+        for (unsigned j = 0; j <= order; ++j)
+        {
+            const bool isNegative = i < order && j < order && std::popcount(i & j) % 2 != 0;
+            given[i][j] = isNegative ? -most : most;
+            *system.Entry(i, j) = static_cast<Word>(most);
+            if (isNegative)
+                NegateWords(system.Entry(i, j), BorderedSystem::kEntryWidth);
+        }
+    }
+    ASSERT_TRUE(system.Solve());
+    ExpectSolved(system, order, given);
+    Integer determinant = Power(Integer(most), order);
+    EXPECT_EQ(ToInteger(system.Denominator(), system.Width()), determinant << 12);
 }
 
 TEST(BorderedSystem, RefusesSingularMatricesAndLongNumbers)

@@ -203,6 +203,10 @@ TEST(IntegerForm, ScalesRowsCostsAndBoundsByThemselves)
     EXPECT_EQ(integers.Upper(2).low, 4u);
     EXPECT_EQ(integers.Upper(3).low, 8u);
     EXPECT_EQ(integers.Bits(), 7u);
+    TakeForm(MakeForm({0}, {}, {{-0.5, 0.25}}), dense);
+    ASSERT_TRUE(integers.Take(dense));
+    EXPECT_EQ(integers.BoundScale().two, 2);
+    EXPECT_EQ(integers.Lower(0).low, 2u);
 }
 
 TEST(IntegerForm, TakesNumbersOfUpTo126Bits)

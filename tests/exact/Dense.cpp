@@ -227,6 +227,8 @@ TEST(Dense, LeavesToOthersWhatItDoesNotKnow)
     EXPECT_FALSE(SolveSmall(form, nullptr, late, result));
     EXPECT_TRUE(SolveSmall(form, nullptr, control, result));
     EXPECT_EQ(ToString(result.certificate.objective), "-14/5");
+    CertifiedResult none;
+    EXPECT_FALSE(SolveSmall(form, &result.record.basis, late, none)) << "it needs no pivot";
 }
 
 /// A point that is feasible within the tolerance of doubles and not exactly.
