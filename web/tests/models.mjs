@@ -52,3 +52,13 @@ export function cube(dimensions) {
   });
   return lines.join("\n") + "\nEnd\n";
 }
+
+/** A dense model of which the exact stages have a long time. */
+export function slowLp(size = 220) {
+  let state = 7;
+  const next = () => (state = Math.imul(state, 1103515245) + 12345) >>> 16;
+  const names = Array.from({ length: size }, (_, k) => `x${k + 1}`);
+  const sum = () => names.map((name) => `${(next() % 1000) + 1}.${next() % 1000} ${name}`).join("\n + ");
+  const rows = names.map((_, k) => ` r${k + 1}: ${sum()} <= ${(next() % 1000) + 1000}`);
+  return `Maximize\n ${sum()}\nSubject To\n${rows.join("\n")}\nEnd\n`;
+}
