@@ -81,6 +81,8 @@ const hooks: PlaneHooks = {
   set step(value) {
     step = value;
   },
+  frame: undefined,
+  settle: () => void solve(),
   canMove: (row) => sideOf(editor.text, row) !== undefined,
   move(row, side) {
     const place = sideOf(editor.text, row);

@@ -18,6 +18,12 @@ interface Line extends Half {
   row: number;
 }
 
+/** The part of the plane that is seen. */
+interface Frame {
+  low: Point;
+  high: Point;
+}
+
 const WIDTH = 640;
 const HEIGHT = 480;
 const MARGIN = 44;
@@ -30,6 +36,10 @@ export interface PlaneHooks {
   move(row: string, side: number): void;
   /** Which step of the path is looked at; kept while a row is dragged. */
   step: number | undefined;
+  /** What is seen while a row is dragged. */
+  frame: Frame | undefined;
+  /** The row that was dragged has been let go. */
+  settle(): void;
 }
 
 /** Half planes of all rows and bounds. */
@@ -88,7 +98,7 @@ function clip(polygon: readonly Point[], half: Half): Point[] {
 }
 
 /** What is to be seen: all corners, the origin if it is near, and where lines meet the axes. */
-function frame(points: readonly Point[], lines: readonly Line[]): { low: Point; high: Point } {
+function frame(points: readonly Point[], lines: readonly Line[]): Frame {
   const seen = [...points];
   if (seen.length < 3)
     for (const { a, b, c } of lines) seen.push([a ? c / a : 0, 0], [0, b ? c / b : 0]);
@@ -134,7 +144,8 @@ export class Plane {
     this.#path = path;
     this.#step = Math.min(hooks.step ?? path.length - 1, path.length - 1);
     const vertices = corners(all);
-    ({ low: this.#low, high: this.#high } = frame([...vertices, ...path.map(({ point }) => point)], lines));
+    const seen = hooks.frame ?? frame([...vertices, ...path.map(({ point }) => point)], lines);
+    ({ low: this.#low, high: this.#high } = seen);
     this.#svg = shape("svg", { viewBox: `0 0 ${WIDTH} ${HEIGHT}`, role: "group", "aria-label": this.#summary(vertices.length) });
     this.#drawGrid(arrays.columns);
     this.#drawArea(all);
@@ -233,8 +244,7 @@ export class Plane {
     });
     const span = Math.abs(line.a) * (this.#high[0] - this.#low[0]) + Math.abs(line.b) * (this.#high[1] - this.#low[1]);
     const step = roundStep(span) / 20;
-    const sideAt = (event: PointerEvent) => {
-      const matrix = this.#svg.getScreenCTM()!.inverse();
+    const sideAt = (event: PointerEvent, matrix: DOMMatrix) => {
       const at = new DOMPoint(event.clientX, event.clientY).matrixTransform(matrix);
       const x = this.#low[0] + ((at.x - MARGIN) / (WIDTH - 2 * MARGIN)) * (this.#high[0] - this.#low[0]);
       const y = this.#low[1] + ((HEIGHT - MARGIN - at.y) / (HEIGHT - 2 * MARGIN)) * (this.#high[1] - this.#low[1]);
@@ -243,9 +253,13 @@ export class Plane {
     const move = (side: number) => this.#hooks.move(line.name, Number(side.toPrecision(6)));
     grip.addEventListener("pointerdown", (down) => {
       down.preventDefault();
-      // The picture is drawn anew under the pointer, so the window follows it.
-      const follow = (event: PointerEvent) => move(sideAt(event));
+      // The picture is drawn anew under the pointer, in the same frame; so the window follows it.
+      const matrix = this.#svg.getScreenCTM()!.inverse();
+      this.#hooks.frame = { low: this.#low, high: this.#high };
+      const follow = (event: PointerEvent) => move(sideAt(event, matrix));
       const end = () => {
+        this.#hooks.frame = undefined;
+        this.#hooks.settle();
         removeEventListener("pointermove", follow);
         removeEventListener("pointerup", end);
         removeEventListener("pointercancel", end);
