@@ -69,15 +69,15 @@ function holds({ a, b, c }: Half, [x, y]: Point): boolean {
   return a * x + b * y <= c + TINY * (1 + Math.abs(c) + Math.abs(a * x) + Math.abs(b * y));
 }
 
-function corners(all: readonly Half[]): Point[] {
+/** Where two of them meet. */
+function meetings(all: readonly Half[]): Point[] {
   const found: Point[] = [];
   for (let i = 0; i < all.length; ++i)
     for (let j = i + 1; j < all.length; ++j) {
       const [p, q] = [all[i]!, all[j]!];
       const determinant = p.a * q.b - p.b * q.a;
       if (Math.abs(determinant) < TINY) continue;
-      const point: Point = [(p.c * q.b - p.b * q.c) / determinant, (p.a * q.c - p.c * q.a) / determinant];
-      if (all.every((half) => holds(half, point))) found.push(point);
+      found.push([(p.c * q.b - p.b * q.c) / determinant, (p.a * q.c - p.c * q.a) / determinant]);
     }
   return found;
 }
@@ -97,11 +97,9 @@ function clip(polygon: readonly Point[], half: Half): Point[] {
   });
 }
 
-/** What is to be seen: all corners, the origin if it is near, and where lines meet the axes. */
-function frame(points: readonly Point[], lines: readonly Line[]): Frame {
-  const seen = [...points];
-  if (seen.length < 3)
-    for (const { a, b, c } of lines) seen.push([a ? c / a : 0, 0], [0, b ? c / b : 0]);
+/** What is to be seen: the origin, all points, and where there are few corners all that meets anywhere. */
+function frame(corners: readonly Point[], way: readonly Point[], all: readonly Half[]): Frame {
+  const seen = [...corners, ...way, ...(corners.length < 3 ? meetings(all) : [])];
   const spread = (k: 0 | 1): [number, number] => {
     const all = [0, ...seen.map((point) => point[k])];
     const [least, most] = [Math.min(...all), Math.max(...all)];
@@ -143,8 +141,8 @@ export class Plane {
     }
     this.#path = path;
     this.#step = Math.min(hooks.step ?? path.length - 1, path.length - 1);
-    const vertices = corners(all);
-    const seen = hooks.frame ?? frame([...vertices, ...path.map(({ point }) => point)], lines);
+    const vertices = meetings(all).filter((point) => all.every((half) => holds(half, point)));
+    const seen = hooks.frame ?? frame(vertices, path.map(({ point }) => point), all);
     ({ low: this.#low, high: this.#high } = seen);
     this.#svg = shape("svg", { viewBox: `0 0 ${WIDTH} ${HEIGHT}`, role: "group", "aria-label": this.#summary(vertices.length) });
     this.#drawGrid(arrays.columns);
