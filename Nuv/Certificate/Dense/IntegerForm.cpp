@@ -11,7 +11,7 @@ namespace
 
 constexpr unsigned kMostFives = 27;
 
-constexpr std::array<Word, kMostFives + 1> PowersOfFive()
+consteval std::array<Word, kMostFives + 1> PowersOfFive()
 {
     std::array<Word, kMostFives + 1> powers{1};
     for (unsigned k = 1; k <= kMostFives; ++k)
