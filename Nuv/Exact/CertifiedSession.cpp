@@ -50,11 +50,11 @@ bool IsDualFeasible(const SimplexState& state)
     return true;
 }
 
-bool IsBasisOf(const ExactEvaluation& evaluation, const Basis& basis)
+/// Whether these variables, as many as there are rows, are the basic ones.
+bool AreBasic(const std::vector<Index>& head, const Basis& basis)
 {
-    return !evaluation.head.empty() &&
-           std::ranges::all_of(evaluation.head,
-                               [&](Index v) { return basis[v] == BasisStatus::Basic; });
+    return !head.empty() &&
+           std::ranges::all_of(head, [&](Index v) { return basis[v] == BasisStatus::Basic; });
 }
 
 }  // namespace
@@ -144,10 +144,12 @@ std::shared_ptr<const CertifiedResult> CertifiedSession::Solve(SolveControl& con
     {
         if (!LookAtBasis(control, *result))
         {
-            const SimplexVerdict guess = SolveInDoubles(control, *result);
+            BlockedRow blocked;
+            const SimplexVerdict guess = SolveInDoubles(control, *result, blocked);
             if (!m_evaluation)
                 m_evaluation.emplace(m_form);
-            ProveBasis(m_scalable, *m_evaluation, guess, kRefinements, &m_check, control, *result);
+            ProveBasis(m_scalable, *m_evaluation, guess, kRefinements, &m_check, control, *result,
+                       &blocked);
         }
     }
     m_basis = result->record.basis;
@@ -169,16 +171,39 @@ bool CertifiedSession::StillHolds(const CertifiedResult& last, CertifiedResult& 
     return true;
 }
 
+SimplexState& CertifiedSession::StateOfBasis()
+{
+    if (!m_state || !AreBasic(m_state->head, *m_basis))
+    {
+        m_state.emplace(m_scalable.Scaled(), *m_basis);
+        m_state->Refactorise();
+        return *m_state;
+    }
+    SimplexState& state = *m_state;
+    state.lower = state.form.lower;
+    state.upper = state.form.upper;
+    state.cost = state.form.cost;
+    for (Index v = 0; v < state.form.Variables(); ++v)
+    {
+        state.status[v] = (*m_basis)[v];
+        state.SetToBound(v);
+    }
+    if (state.WantsRefactorisation())
+        state.Refactorise();
+    else
+        state.ComputeValues();
+    return state;
+}
+
 /// Whether the basis seems to be optimal, as far as it is not known.
 bool CertifiedSession::IsWorthALook()
 {
-    if (!m_evaluation || !IsBasisOf(*m_evaluation, *m_basis))
+    if (!m_evaluation || !AreBasic(m_evaluation->head, *m_basis))
         return false;
     const bool hasValues = m_evaluation->hasValues;
     if (hasValues && m_evaluation->hasDuals)
         return true;
-    SimplexState state(m_scalable.Scaled(), *m_basis);
-    state.Refactorise();
+    SimplexState& state = StateOfBasis();
     if (!IsFeasible(state))
         return false;
     if (m_evaluation->hasDuals)
@@ -201,18 +226,20 @@ bool CertifiedSession::LookAtBasis(SolveControl& control, CertifiedResult& resul
     return true;
 }
 
-SimplexVerdict CertifiedSession::SolveInDoubles(SolveControl& control, CertifiedResult& result)
+SimplexVerdict CertifiedSession::SolveInDoubles(SolveControl& control, CertifiedResult& result,
+                                                BlockedRow& blocked)
 {
     const double begin = control.Seconds();
-    SimplexState state(m_scalable.Scaled(), *m_basis);
-    state.Refactorise();
+    SimplexState& state = StateOfBasis();
     if (!IsFeasible(state))
     {
         DualSimplex dual(state, control);
         (void)dual.Run();  // the primal simplex has the last word
         state.cost = state.form.cost;
+        if (dual.Blocked() != kNoIndex)
+            blocked = {state.ExportBasis(), dual.Blocked()};
     }
-    const SimplexVerdict verdict = nuv::SolveInDoubles(state, control);
+    const SimplexVerdict verdict = nuv::SolveInDoubles(state, control, &blocked);
     result.record.basis = state.ExportBasis();
     result.record.stages[Stage::Double].ran = true;
     result.record.stages[Stage::Double].seconds = control.Seconds() - begin;

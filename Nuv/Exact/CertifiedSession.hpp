@@ -7,8 +7,10 @@
 #include "Nuv/Certificate/RepeatedCheck.hpp"
 #include "Nuv/Exact/CertifiedResult.hpp"
 #include "Nuv/Exact/ExactEvaluation.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
+#include "Nuv/SparseSimplex/SimplexState.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
 #include <memory>
@@ -36,6 +38,7 @@ public:
         return m_basis;
     }
 
+    /// Of a form without numbers beside its doubles.
     void SetBounds(Index variable, double lower, double upper);
     void SetCost(Index column, double cost);
     void SetConstant(double constant);
@@ -49,14 +52,18 @@ public:
 private:
     void TakeCosts();
     [[nodiscard]] bool StillHolds(const CertifiedResult& last, CertifiedResult& result) const;
+    /// The basis in doubles, with the factors of the last one if it is the same.
+    [[nodiscard]] SimplexState& StateOfBasis();
     [[nodiscard]] bool IsWorthALook();
     [[nodiscard]] bool LookAtBasis(SolveControl& control, CertifiedResult& result);
-    [[nodiscard]] SimplexVerdict SolveInDoubles(SolveControl& control, CertifiedResult& result);
+    [[nodiscard]] SimplexVerdict SolveInDoubles(SolveControl& control, CertifiedResult& result,
+                                                BlockedRow& blocked);
 
     BoundedForm m_form;
     ScalableForm m_scalable;
     RepeatedCheck m_check;
     std::optional<ExactEvaluation> m_evaluation;
+    std::optional<SimplexState> m_state;  ///< of the last basis that was looked at in doubles
     std::optional<Basis> m_basis;
     std::shared_ptr<const CertifiedResult> m_last;
     std::vector<Index> m_newCosts;  ///< columns whose cost has changed since the last solve

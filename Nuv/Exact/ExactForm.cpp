@@ -41,6 +41,8 @@ ExactForm::ExactForm(const BoundedForm& bounded)
     m_costs.reserve(form.Variables());
     for (Index v = 0; v < form.Variables(); ++v)
         TakeColumn(v);
+    for (const Rational& columnCost : cost)
+        IncludeDenominator(columnCost, m_costDivisor);
     m_multipliers =
         Mapped<Multiplier>(byVariable, [this](Index variable, Index, const ExactNumber& entry)
                            { return Divided(entry, m_columnScale[variable]); });

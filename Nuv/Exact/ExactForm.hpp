@@ -46,6 +46,11 @@ public:
     {
         return m_boundDivisor;
     }
+    /// The least common denominator of all costs.
+    [[nodiscard]] const Integer& CostDivisor() const noexcept
+    {
+        return m_costDivisor;
+    }
     /// bound * BoundDivisor(), for a bound of this form.
     [[nodiscard]] Integer ScaledBound(const Rational& bound) const;
 
@@ -84,6 +89,7 @@ private:
     std::vector<Integer> m_costs;              ///< cost * ColumnDivisor / ColumnScale
     Integer m_columnDivisors = 1;              ///< their least common multiple
     Integer m_boundDivisor = 1;
+    Integer m_costDivisor = 1;
     Integer m_one = 1;
 };
 

@@ -57,9 +57,7 @@ void ExactSimplex::WriteFarkas(ExactVector& multipliers) const
 
 Rational ExactSimplex::Objective(const ExactVector& point) const
 {
-    Integer divisor(1);
-    for (const Rational& cost : m_exact.cost)
-        IncludeDenominator(cost, divisor);
+    const Integer& divisor = m_exact.CostDivisor();
     Integer sum(0);
     for (Index j = 0; j < m_form.columns; ++j)
     {

@@ -91,6 +91,11 @@ void Solver::State::NoteVariable(Variable variable)
 
 void Solver::State::TakeObjective()
 {
+    // What the session takes are doubles; what they do not say, the next form does.
+    const bool isSaidByDoubles =
+        model.Exact().Empty() || model.Exact().begin()->first.of > NumberPlace::Of::Objective;
+    if (!isSaidByDoubles)
+        EndSession();
     if (!EditsDoubles())
         return;
     const double sign = SignOf(model);
@@ -180,6 +185,13 @@ Variable Solver::AddColumn(std::string_view name, double cost, Bounds bounds,
     return variable;
 }
 
+Variable Solver::AddColumn(double cost, Bounds bounds, std::span<const ColumnTerm> terms)
+{
+    const Variable variable = m_state->model.AddColumn(cost, bounds, terms);
+    m_state->NoteVariable(variable);
+    return variable;
+}
+
 Row Solver::Add(std::string_view name, const Constraint& constraint)
 {
     const Row row = m_state->model.Add(name, constraint);
@@ -245,6 +257,52 @@ bool Solver::SetCoefficient(Row row, Variable variable, double coefficient)
         return false;
     m_state->EndSession();
     return true;
+}
+
+/// The next form says what doubles do not.
+template <class... Arguments>
+bool Solver::SetExact(bool (Model::*set)(Arguments...), Arguments... arguments)
+{
+    if (!(m_state->model.*set)(arguments...))
+        return false;
+    m_state->EndSession();
+    return true;
+}
+
+bool Solver::SetExactCost(Variable variable, std::string_view number)
+{
+    return SetExact<Variable, std::string_view>(&Model::SetExactCost, variable, number);
+}
+
+bool Solver::SetExactConstant(std::string_view number)
+{
+    return SetExact<std::string_view>(&Model::SetExactConstant, number);
+}
+
+bool Solver::SetExactLower(Variable variable, std::string_view number)
+{
+    return SetExact<Variable, std::string_view>(&Model::SetExactLower, variable, number);
+}
+
+bool Solver::SetExactUpper(Variable variable, std::string_view number)
+{
+    return SetExact<Variable, std::string_view>(&Model::SetExactUpper, variable, number);
+}
+
+bool Solver::SetExactLower(Row row, std::string_view number)
+{
+    return SetExact<Row, std::string_view>(&Model::SetExactLower, row, number);
+}
+
+bool Solver::SetExactUpper(Row row, std::string_view number)
+{
+    return SetExact<Row, std::string_view>(&Model::SetExactUpper, row, number);
+}
+
+bool Solver::SetExactCoefficient(Row row, Variable variable, std::string_view number)
+{
+    return SetExact<Row, Variable, std::string_view>(&Model::SetExactCoefficient, row, variable,
+                                                     number);
 }
 
 bool Solver::Remove(std::span<const Row> rows)

@@ -58,7 +58,8 @@ public:
     //
     ///@{
     /// As of the model, which says what they do, return and refuse. Bounds and costs keep most of
-    /// what is known of the last basis, other edits the basis alone.
+    /// what is known of the last basis, other edits and numbers that no double says the basis
+    /// alone.
     template <class Name>
     requires std::is_convertible_v<const Name&, std::string_view>
         Variable AddVariable(const Name& name, Bounds bounds = {})
@@ -73,6 +74,11 @@ public:
     {
         return AddColumn(name, cost, bounds, std::span(terms.begin(), terms.size()));
     }
+    Variable AddColumn(double cost, Bounds bounds, std::span<const ColumnTerm> terms);
+    Variable AddColumn(double cost, Bounds bounds, std::initializer_list<ColumnTerm> terms)
+    {
+        return AddColumn(cost, bounds, std::span(terms.begin(), terms.size()));
+    }
     Row Add(std::string_view name, const Constraint& constraint);
     Row Add(const Constraint& constraint);
     void Maximize(const Expression& objective);
@@ -81,6 +87,13 @@ public:
     bool SetBounds(Row row, Bounds bounds);
     bool SetCost(Variable variable, double cost);
     bool SetCoefficient(Row row, Variable variable, double coefficient);
+    bool SetExactCost(Variable variable, std::string_view number);
+    bool SetExactConstant(std::string_view number);
+    bool SetExactLower(Variable variable, std::string_view number);
+    bool SetExactUpper(Variable variable, std::string_view number);
+    bool SetExactLower(Row row, std::string_view number);
+    bool SetExactUpper(Row row, std::string_view number);
+    bool SetExactCoefficient(Row row, Variable variable, std::string_view number);
     bool Remove(Row row)
     {
         return Remove(std::span<const Row>(&row, 1));
@@ -94,6 +107,9 @@ public:
     ///@}
 
 private:
+    template <class... Arguments>
+    bool SetExact(bool (Model::*set)(Arguments...), Arguments... arguments);
+
     struct State;
     std::unique_ptr<State> m_state;
 };

@@ -347,5 +347,70 @@ TEST_F(Factory, InfeasibleAndUnboundedAndBack)
     EXPECT_EQ(solver.Solve().exactObjective, "3740");
 }
 
+/// Whatever is said exactly in between, a session answers as a solve from nothing does.
+TEST(Solver, TakesExactNumbersInBetween)
+{
+    Model model;
+    const Variable x = model.AddVariable("x", {0, 4});
+    const Variable y = model.AddVariable("y", {0, 4});
+    const Row row = model.Add("row", x + y <= 5);
+    model.Maximize(2 * x + y);
+    Solver solver(std::move(model));
+    const auto expectAsFromNothing = [&]
+    {
+        const Solution warm = solver.Solve();
+        EXPECT_TRUE(warm.proved);
+        EXPECT_EQ(warm.exactObjective, nuv::Solve(solver.GetModel()).exactObjective);
+        return warm.exactObjective;
+    };
+    EXPECT_EQ(expectAsFromNothing(), "9");
+    EXPECT_TRUE(solver.SetExactUpper(row, "13/3"));
+    EXPECT_EQ(expectAsFromNothing(), "25/3");
+    EXPECT_TRUE(solver.SetExactCost(y, "1/7"));
+    EXPECT_EQ(expectAsFromNothing(), "169/21");
+    EXPECT_TRUE(solver.SetExactUpper(x, "11/3"));
+    EXPECT_TRUE(solver.SetExactLower(x, "1/9"));
+    EXPECT_TRUE(solver.SetExactLower(row, "-1/9"));
+    EXPECT_TRUE(solver.SetExactConstant("1/11"));
+    EXPECT_TRUE(solver.SetExactCoefficient(row, x, "10/9"));
+    EXPECT_EQ(expectAsFromNothing(), nuv::Solve(solver.GetModel()).exactObjective);
+    // Doubles take the place of exact numbers while others stay, also where the double is the same.
+    EXPECT_TRUE(solver.SetBounds(row, {-Infinity, 13.0 / 3.0}));
+    (void)expectAsFromNothing();
+    EXPECT_TRUE(solver.SetCost(y, 1.0 / 7.0));
+    (void)expectAsFromNothing();
+    EXPECT_TRUE(solver.SetBounds(x, {0, 11.0 / 3.0}));
+    (void)expectAsFromNothing();
+    EXPECT_FALSE(solver.SetExactCost(x, "two"));
+    EXPECT_EQ(solver.GetModel().Failure()->code, "model.not-a-number");
+}
+
+/// The sums of an objective may be numbers that no double says.
+TEST(Solver, TakesObjectivesThatNoDoubleSays)
+{
+    Model model;
+    const Variable x = model.AddVariable("x", {0, 1});
+    model.Maximize(x);
+    Solver solver(std::move(model));
+    EXPECT_EQ(solver.Solve().exactObjective, "1");
+    solver.Maximize(1e16 * x + 0.1 * x);
+    EXPECT_EQ(solver.Solve().exactObjective, "100000000000000001/10");
+    solver.Maximize(3 * x);
+    EXPECT_EQ(solver.Solve().exactObjective, "3");
+}
+
+TEST(Solver, AddsColumnsWithoutNames)
+{
+    Model model;
+    const Row row = model.Add("row", Range(-Infinity, Expression(), 3));
+    model.Maximize(Expression());
+    Solver solver(std::move(model));
+    EXPECT_EQ(solver.Solve().Outcome(), "optimal");
+    const Variable x = solver.AddColumn(2.0, {}, {{row, 1}});
+    EXPECT_TRUE(solver.GetModel().Owns(x));
+    const Solution solution = solver.Solve();
+    EXPECT_EQ(solution.exactObjective, "6") << solution.Outcome();
+}
+
 }  // namespace
 }  // namespace nuv::test
