@@ -42,7 +42,7 @@ template <class T>
 inline void DestructRun(T* first, T* last)
 {
     // same bits: elements that own nothing need not be destroyed
-    if constexpr (!isPlain<T>)
+    if constexpr (!kIsPlain<T>)
         while (last != first)
             Destruct(--last);
 }
@@ -65,7 +65,7 @@ struct Source
 template <class T>
 inline bool ConstructRun(T* destination, NuvSizeT count, Source<T> source)
 {
-    if constexpr (isPlain<T>)
+    if constexpr (kIsPlain<T>)
         // same bits: one copy of all is the copies of each
         if (source.stride == 1)
         {
@@ -89,7 +89,7 @@ inline bool ConstructRun(T* destination, NuvSizeT count, Source<T> source)
 template <class T>
 inline bool AssignRun(T* destination, NuvSizeT count, const T* source)
 {
-    if constexpr (isPlain<T>)
+    if constexpr (kIsPlain<T>)
         Relocate(destination, source, source + count);
     else
         for (NuvSizeT i = 0; i != count; ++i)

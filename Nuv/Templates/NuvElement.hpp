@@ -18,7 +18,8 @@ concept Scalar = std::is_arithmetic_v<T>;
 
 /// Whether an element owns nothing, so that a copy of its bits is a copy of it.
 template <class T>
-inline constexpr bool isPlain = Scalar<T>;
+// NOLINTNEXTLINE(bugprone-dynamic-static-initializers): constexpr, so the compiler initialises it
+inline constexpr bool kIsPlain = Scalar<T>;
 
 template <class T>
 struct Element;

@@ -49,7 +49,8 @@ NuvBool NUV_OP(Swap)(NUV_SELF* x, NUV_SELF* y)
 }
 
 template <>
-inline constexpr bool nuv::isPlain<NUV_SELF> = nuv::isPlain<NUV_FIRST> && nuv::isPlain<NUV_SECOND>;
+inline constexpr bool nuv::kIsPlain<NUV_SELF> =
+    nuv::kIsPlain<NUV_FIRST>&& nuv::kIsPlain<NUV_SECOND>;
 
 template <>
 struct nuv::Element<NUV_SELF>

@@ -28,7 +28,7 @@ NuvBool NUV_OP(Less)(const NUV_SELF* x, const NUV_SELF* y)
 }
 
 template <>
-inline constexpr bool nuv::isPlain<NUV_SELF> = true;
+inline constexpr bool nuv::kIsPlain<NUV_SELF> = true;
 
 template <>
 struct nuv::Element<NUV_SELF>

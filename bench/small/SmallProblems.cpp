@@ -21,7 +21,7 @@ namespace bench
 {
 namespace
 {
-constexpr Shape shapes[] = {
+constexpr Shape kShapes[] = {
     {Family::MixedSigns, 2, 3},       {Family::MixedSigns, 5, 5},
     {Family::MixedSigns, 10, 10},     {Family::MixedSigns, 20, 20},
     {Family::MixedSigns, 30, 30},     {Family::MixedSigns, 50, 50},
@@ -279,7 +279,7 @@ int Main(const Arguments& arguments)
     if (arguments.single)
         isAgreed = Measure(*arguments.single, arguments, file);
     else
-        for (const Shape& shape : shapes)
+        for (const Shape& shape : kShapes)
             isAgreed = Measure(shape, arguments, file) && isAgreed;
     if (file)
         std::fclose(file);

@@ -183,16 +183,16 @@ TEST(BorderedSystem, SolvesBothWays)
 /// bits more than the product of its rows' largest numbers, which ends at the end of a word.
 TEST(BorderedSystem, HasRoomForTheLargestDeterminant)
 {
-    constexpr unsigned order = 8;
+    constexpr unsigned kOrder = 8;
     const std::int64_t most = 0x7FFFFFFF;
     BorderedSystem system;
-    system.Begin(order);
-    std::vector given(order + 1, std::vector<Integer>(order + 1));
-    for (unsigned i = 0; i <= order; ++i)
+    system.Begin(kOrder);
+    std::vector given(kOrder + 1, std::vector<Integer>(kOrder + 1));
+    for (unsigned i = 0; i <= kOrder; ++i)
     {
-        for (unsigned j = 0; j <= order; ++j)
+        for (unsigned j = 0; j <= kOrder; ++j)
         {
-            const bool isNegative = i < order && j < order && std::popcount(i & j) % 2 != 0;
+            const bool isNegative = i < kOrder && j < kOrder && std::popcount(i & j) % 2 != 0;
             given[i][j] = isNegative ? -most : most;
             *system.Entry(i, j) = static_cast<Word>(most);
             if (isNegative)
@@ -200,8 +200,8 @@ TEST(BorderedSystem, HasRoomForTheLargestDeterminant)
         }
     }
     ASSERT_TRUE(system.Solve());
-    ExpectSolved(system, order, given);
-    Integer determinant = Power(Integer(most), order);
+    ExpectSolved(system, kOrder, given);
+    Integer determinant = Power(Integer(most), kOrder);
     EXPECT_EQ(ToInteger(system.Denominator(), system.Width()), determinant << 12);
 }
 

@@ -31,7 +31,7 @@ bool IsInLowestTerms(const Rational& value)
 
 TEST(Rational, PowersOfTwoAndFiveAreExactWithinAWordAndBeyond)
 {
-    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
     for (const int two : {0, 1, 2, 20, 39, 40, 61, 62, 63, 64, 90})
         for (const int five : {0, 1, 9, 10, 26, 27, 28, 40})
         {
@@ -43,7 +43,7 @@ TEST(Rational, PowersOfTwoAndFiveAreExactWithinAWordAndBeyond)
             EXPECT_EQ(PowerOf({two, five}), power) << two << ' ' << five;
             for (const std::int64_t mantissa :
                  {std::int64_t{0}, std::int64_t{1}, std::int64_t{-3}, std::int64_t{999999937},
-                  std::int64_t{-999999937}, most / 5, -(most / 5), most, -most})
+                  std::int64_t{-999999937}, kMost / 5, -(kMost / 5), kMost, -kMost})
                 EXPECT_EQ(Scaled({mantissa, {two - 3, five - 2}}, {3, 2}), power * mantissa)
                     << mantissa << ' ' << two << ' ' << five;
         }

@@ -31,7 +31,7 @@ public:
     /// Row i of M, or c for i = order; column j of M, or r for j = order. kEntryWidth words.
     [[nodiscard]] Word* Entry(unsigned i, unsigned j) noexcept
     {
-        return m_entries.data() + (std::size_t{i} * (m_order + 1) + j) * kEntryWidth;
+        return m_entries.data() + (static_cast<std::size_t>(i) * (m_order + 1) + j) * kEntryWidth;
     }
 
     /// Solves both systems.
@@ -50,11 +50,11 @@ public:
     }
     [[nodiscard]] const Word* X(unsigned j) const noexcept
     {
-        return m_x.data() + std::size_t{j} * m_width;
+        return m_x.data() + static_cast<std::size_t>(j) * m_width;
     }
     [[nodiscard]] const Word* Y(unsigned i) const noexcept
     {
-        return m_y.data() + std::size_t{i} * m_width;
+        return m_y.data() + static_cast<std::size_t>(i) * m_width;
     }
 
 private:
@@ -72,7 +72,8 @@ private:
 
     [[nodiscard]] Word* At(unsigned i, unsigned j) noexcept
     {
-        return m_words.data() + (std::size_t{m_rows[i]} * (m_order + 1) + j) * m_stride;
+        return m_words.data() +
+               (static_cast<std::size_t>(m_rows[i]) * (m_order + 1) + j) * m_stride;
     }
 
     unsigned m_order = 0;

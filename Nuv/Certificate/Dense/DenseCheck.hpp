@@ -45,12 +45,12 @@ public:
     /// The activity of a row, times the factors of row and bounds and the denominator.
     [[nodiscard]] const Word* Activity(Index row) const noexcept
     {
-        return m_activity.data() + std::size_t{row} * m_width;
+        return m_activity.data() + static_cast<std::size_t>(row) * m_width;
     }
     /// The reduced cost of a column, times denominator and cost factor.
     [[nodiscard]] const Word* ReducedCost(Index column) const noexcept
     {
-        return m_reduced.data() + std::size_t{column} * m_width;
+        return m_reduced.data() + static_cast<std::size_t>(column) * m_width;
     }
     /// The objective times the factors of costs and bounds and the denominator.
     [[nodiscard]] const Word* Objective() const noexcept

@@ -14,7 +14,7 @@ constexpr unsigned kMostFives = 27;
 consteval std::array<Word, kMostFives + 1> PowersOfFive()
 {
     std::array<Word, kMostFives + 1> powers{1};
-    for (unsigned k = 1; k <= kMostFives; ++k)
+    for (std::size_t k = 1; k != powers.size(); ++k)
         powers[k] = 5 * powers[k - 1];
     return powers;
 }

@@ -68,11 +68,11 @@ private:
 
     [[nodiscard]] double* Row(Index row) noexcept
     {
-        return m_table.data() + std::size_t{row} * m_form->columns;
+        return m_table.data() + static_cast<std::size_t>(row) * m_form->columns;
     }
     [[nodiscard]] const double* Row(Index row) const noexcept
     {
-        return m_table.data() + std::size_t{row} * m_form->columns;
+        return m_table.data() + static_cast<std::size_t>(row) * m_form->columns;
     }
 
     const DenseForm* m_form = nullptr;

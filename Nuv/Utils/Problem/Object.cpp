@@ -26,7 +26,7 @@ public:
     }
 
 private:
-    char text[12];  // X, ten digits at most, and the end
+    char text[12] = {};  // X, ten digits at most, and the end
     char* first;
 };
 

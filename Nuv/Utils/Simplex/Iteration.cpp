@@ -39,9 +39,9 @@ void Initialise(Iteration* it, const NuvLinearProgramming* lp)
     NuvMemCopy(it->nonbasic + numArtificial, lp->independent.data,
                it->form->n * sizeof *it->nonbasic);
     // Those up to the direction stand one behind the other: whole tiles are whole lines.
-    constexpr NuvSizeT numZeroed = 6;
-    NUV_ASSERT(it->direction == it->basicCosts + (numZeroed - 1) * it->stride);
-    NuvMemZero(it->basicCosts, numZeroed * it->stride * sizeof *it->basicCosts);
+    constexpr NuvSizeT kNumZeroed = 6;
+    NUV_ASSERT(it->direction == it->basicCosts + (kNumZeroed - 1) * it->stride);
+    NuvMemZero(it->basicCosts, kNumZeroed * it->stride * sizeof *it->basicCosts);
     NuvMemCopy(it->b, it->form->b, it->m * sizeof *it->b);
     for (NuvUint i = 0; i != it->m; ++i)
         it->basicCosts[i] = CostOf(it, it->basic[i]);

@@ -1,5 +1,6 @@
 // What the readers of models ask of the library of this name; see Numbers.cpp.
-#pragma once
+#ifndef NUV_WEB_FAST_FLOAT_H
+#define NUV_WEB_FAST_FLOAT_H
 
 #include <system_error>
 
@@ -15,3 +16,5 @@ struct from_chars_result
 from_chars_result from_chars(const char* first, const char* last, double& value);
 
 }  // namespace fast_float
+
+#endif

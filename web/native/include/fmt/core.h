@@ -2,7 +2,8 @@
 // texts, characters and integers, "{{" and "}}" for braces, and a byte in two hexadecimal digits.
 // It stands in for that library in the build for WebAssembly, where its number printing and its
 // locales would be a third of the program.
-#pragma once
+#ifndef NUV_WEB_FMT_CORE_H
+#define NUV_WEB_FMT_CORE_H
 
 #include <concepts>
 #include <string>
@@ -50,3 +51,5 @@ std::string format(std::string_view format, const Arguments&... arguments)
 }
 
 }  // namespace fmt
+
+#endif
