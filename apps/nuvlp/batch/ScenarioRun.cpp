@@ -18,8 +18,6 @@ namespace nuvlp
 namespace
 {
 
-using nuv::Bounds;
-
 /// How many scenarios a thread takes at a time for the lanes.
 constexpr std::size_t kScenariosAtOnce = 256;
 
