@@ -119,7 +119,7 @@ Claim ClaimOfValues(const Model& model, const double* values, std::uint32_t coun
 
 NuvClaimInfo InfoOf(const ClaimReport& report)
 {
-    constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
     NuvClaimInfo info{};
     info.judgement = static_cast<std::uint32_t>(report.judgement);
     info.claim = ClaimOf(report.claimed);
@@ -131,9 +131,9 @@ NuvClaimInfo InfoOf(const ClaimReport& report)
     info.numDisagreements = static_cast<std::uint32_t>(report.disagreements.size());
     info.disagreementCount = report.disagreementCount;
     info.pivots = report.pivots;
-    info.violation = report.hasPoint ? report.violation : unknown;
-    info.objective = report.hasPoint ? ToDouble(report.objective) : unknown;
-    info.optimum = report.truth == Status::Optimal ? ToDouble(report.optimum) : unknown;
+    info.violation = report.hasPoint ? report.violation : kUnknown;
+    info.objective = report.hasPoint ? ToDouble(report.objective) : kUnknown;
+    info.optimum = report.truth == Status::Optimal ? ToDouble(report.optimum) : kUnknown;
     info.seconds = report.seconds;
     return info;
 }

@@ -135,7 +135,7 @@ bool ExactSimplex::Factorise()
 
 const Rational& ExactSimplex::NonbasicValue(Index variable) const noexcept
 {
-    static const Rational zero;
+    static const Rational kZero;
     switch (m_status[variable])
     {
     case BasisStatus::AtLower:
@@ -143,7 +143,7 @@ const Rational& ExactSimplex::NonbasicValue(Index variable) const noexcept
     case BasisStatus::AtUpper:
         return m_exact.upper[variable];
     default:
-        return zero;
+        return kZero;
     }
 }
 

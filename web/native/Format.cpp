@@ -5,9 +5,9 @@ namespace fmt
 
 void Argument::AppendTo(std::string& out, std::string_view specification) const
 {
-    constexpr char digits[] = "0123456789ABCDEF";
+    constexpr char kDigits[] = "0123456789ABCDEF";
     if (specification == ":02X")
-        out.append({digits[m_number / 16 % 16], digits[m_number % 16]});
+        out.append({kDigits[m_number / 16 % 16], kDigits[m_number % 16]});
     else
         out.append(m_text);
 }

@@ -43,7 +43,7 @@ bool DenseProof::ProveUnbounded(const DenseForm& form, const std::vector<BasisSt
 /// A column that moves by one takes its entries off the tight rows, a logical adds one to its row.
 bool DenseProof::StateMove(Index moving, bool movesUp)
 {
-    constexpr unsigned width = BorderedSystem::kEntryWidth;
+    constexpr unsigned kWidth = BorderedSystem::kEntryWidth;
     const auto order = static_cast<unsigned>(m_basic.size());
     const Index columns = m_numbers.Form().columns;
     for (unsigned at = 0; at < order; ++at)
@@ -56,7 +56,7 @@ bool DenseProof::StateMove(Index moving, bool movesUp)
                  !ToWideInteger({-1, {}}, m_numbers.RowScale(row), number))
             return false;
         number.isNegative = number.isNegative != movesUp;
-        CopyWords(number, m_system.Entry(at, order), width);
+        CopyWords(number, m_system.Entry(at, order), kWidth);
     }
     return true;
 }
@@ -105,23 +105,23 @@ bool DenseProof::WeighViolatedRows(const std::vector<signed char>& violations)
 /// What the basic column counts, less what the rows with basic logicals take of it.
 void DenseProof::StateViolationCost(const std::vector<signed char>& violations, unsigned at)
 {
-    constexpr unsigned width = BorderedSystem::kEntryWidth;
+    constexpr unsigned kWidth = BorderedSystem::kEntryWidth;
     const Index column = m_basic[at];
     Word* const sum = m_system.Entry(static_cast<unsigned>(m_basic.size()), at);
-    Word value[width];
+    Word value[kWidth];
     for (Index i = 0; i < m_numbers.Form().rows; ++i)
     {
         if (m_rowWeights[i].IsZero() || m_numbers.Entry(i, column).IsZero())
             continue;
-        CopyWords(m_rowWeights[i], value, width);
-        AddProduct(sum, value, m_numbers.Entry(i, column), width);
+        CopyWords(m_rowWeights[i], value, kWidth);
+        AddProduct(sum, value, m_numbers.Entry(i, column), kWidth);
     }
-    NegateWords(sum, width);
-    CopyWords(m_weight, value, width);
+    NegateWords(sum, kWidth);
+    CopyWords(m_weight, value, kWidth);
     if (violations[column] > 0)
-        AddProduct(sum, value, Word{1}, width);
+        AddProduct(sum, value, Word{1}, kWidth);
     else if (violations[column] < 0)
-        SubtractProduct(sum, value, Word{1}, width);
+        SubtractProduct(sum, value, Word{1}, kWidth);
 }
 
 /// Those of tight rows are solved for, a violated row with a basic logical has its weight.
@@ -204,25 +204,25 @@ const WideInteger& DenseProof::RestingValue(Index variable, BasisStatus status) 
 /// products of two numbers of the form as there are columns, and one more.
 bool DenseProof::StateRightSide(const std::vector<BasisStatus>& status, unsigned at)
 {
-    constexpr unsigned width = BorderedSystem::kEntryWidth;
+    constexpr unsigned kWidth = BorderedSystem::kEntryWidth;
     const DenseForm& form = m_numbers.Form();
-    if (2 * m_numbers.Bits() + 33 >= 64 * width)
+    if (2 * m_numbers.Bits() + 33 >= 64 * kWidth)
         return false;
     const Index row = m_tight[at];
     const Index logical = form.columns + row;
     Word* const sum = m_system.Entry(at, static_cast<unsigned>(m_basic.size()));
-    Word value[width];
+    Word value[kWidth];
     for (Index j = 0; j < form.columns; ++j)
     {
         const WideInteger& resting = RestingValue(j, status[j]);
         if (resting.IsZero() || m_numbers.Entry(row, j).IsZero())
             continue;
-        CopyWords(resting, value, width);
-        AddProduct(sum, value, m_numbers.Entry(row, j), width);
+        CopyWords(resting, value, kWidth);
+        AddProduct(sum, value, m_numbers.Entry(row, j), kWidth);
     }
-    NegateWords(sum, width);
-    CopyWords(RestingValue(logical, status[logical]), value, width);
-    AddProduct(sum, value, m_numbers.BoundFactor(), width);
+    NegateWords(sum, kWidth);
+    CopyWords(RestingValue(logical, status[logical]), value, kWidth);
+    AddProduct(sum, value, m_numbers.BoundFactor(), kWidth);
     return true;
 }
 
