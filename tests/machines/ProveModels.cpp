@@ -1,11 +1,17 @@
 // A program for any machine: reads models as text, solves them and expects each verdict to be
-// proved, the optimum as the fraction that it is. It rests on the model layer and the standard
-// library alone.
+// proved, the optimum as the fraction that it is. Then it solves drawn models and prints a hash of
+// the way to each optimum, which all machines have to take: before each pivot the bits of the
+// objective, and the last basis. It rests on the model layer and the standard library alone.
 #include "Nuv/Io/Lp/LpReader.hpp"
 #include "Nuv/Solve/Solution.hpp"
+#include "tests/support/Random.hpp"
 
+#include <bit>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <string_view>
+#include <vector>
 
 namespace
 {
@@ -55,6 +61,98 @@ bool IsAsKnown(const Known& known)
     return isAsKnown;
 }
 
+/// Sparse ones for the general way, with ranges, equations and bounds of all kinds, and every third
+/// dense and small; decimals of two places, feasible at a point that is drawn first.
+nuv::Model DrawModel(nuv::test::Random& random, bool isDense)
+{
+    const int rows = isDense ? random.Between(4, 12) : random.Between(30, 60);
+    const int columns = isDense ? random.Between(4, 12) : random.Between(40, 80);
+    nuv::Model model;
+    std::vector<nuv::Variable> variables;
+    std::vector<int> point;
+    nuv::Expression objective;
+    for (int j = 0; j < columns; ++j)
+    {
+        point.push_back(random.Between(0, 9));
+        variables.push_back(
+            model.AddVariable({random.OneIn(5) ? -10.0 : 0.0, random.OneIn(3) ? 10.0 : 25.0}));
+        objective += random.Between(-900, 900) / 100.0 * variables.back();
+    }
+    for (int i = 0; i < rows; ++i)
+    {
+        nuv::Expression row;
+        int activity = 0;
+        for (std::size_t j = 0; j < variables.size(); ++j)
+        {
+            if (!isDense && !random.OneIn(10))
+                continue;
+            const int entry = random.Between(-500, 500);
+            row += entry / 100.0 * variables[j];
+            activity += entry * point[j];
+        }
+        const double lower = (activity - random.Between(0, 200)) / 100.0;
+        if (random.OneIn(6))
+            model.Add(row == activity / 100.0);
+        else if (random.OneIn(2))
+            model.Add(row >= lower);
+        else
+            model.Add(row <= activity / 100.0);
+    }
+    model.Minimize(objective);
+    return model;
+}
+
+/// Fowler, Noll and Vo's hash of words.
+class Hash
+{
+public:
+    void Add(std::uint64_t word)
+    {
+        for (int byte = 0; byte < 8; ++byte)
+            m_value = (m_value ^ ((word >> (8 * byte)) & 0xFF)) * 0x100000001B3u;
+    }
+    [[nodiscard]] std::uint64_t Value() const
+    {
+        return m_value;
+    }
+
+private:
+    std::uint64_t m_value = 0xCBF29CE484222325u;
+};
+
+/// @return whether every verdict is proved.
+bool PrintWays()
+{
+    constexpr int kModelCount = 30;
+    nuv::test::Random random(1);
+    Hash hash;
+    std::uint64_t steps = 0;
+    bool areProved = true;
+    for (int k = 0; k < kModelCount; ++k)
+    {
+        const nuv::Model model = DrawModel(random, k % 3 == 0);
+        nuv::SolveOptions options;
+        options.limits.keepGoing = [&](const nuv::Progress& progress)
+        {
+            ++steps;
+            hash.Add(static_cast<std::uint64_t>(progress.stage));
+            hash.Add(progress.pivots);
+            if (!std::isnan(progress.objective))
+                hash.Add(std::bit_cast<std::uint64_t>(progress.objective));
+            return true;
+        };
+        const nuv::Solution solution = nuv::Solve(model, options);
+        areProved = areProved && solution.proved;
+        for (const auto& statuses : {solution.basis.columns, solution.basis.rows})
+            for (const nuv::BasisStatus status : statuses)
+                hash.Add(static_cast<std::uint64_t>(status));
+    }
+    std::printf("bases of %d models in %llu steps: %016llx\n", kModelCount,
+                static_cast<unsigned long long>(steps),
+                static_cast<unsigned long long>(hash.Value()));
+    return areProved;
+}
+
 }  // namespace
 
 int main()
@@ -62,5 +160,5 @@ int main()
     bool areAsKnown = true;
     for (const Known& known : kModels)
         areAsKnown = IsAsKnown(known) && areAsKnown;
-    return areAsKnown ? 0 : 1;
+    return PrintWays() && areAsKnown ? 0 : 1;
 }
