@@ -21,7 +21,7 @@ from ._solve import NUMBERS, Interrupted, Options, solve, whole
 Array = npt.NDArray[Any]
 
 #: scipy's numbers: what is none of a problem counts among the numerical difficulties.
-_STOPPED, _INVALID = 1, 4
+_STOPPED, INVALID = 1, 4
 #: By NuvLinearProgrammingResultType, and by NUV_STATUS_...
 _VERDICTS, _STOPPED_VERDICT = np.array([0, 4, 3, 2, 1]), 4
 _STATUSES = np.array([0, 2, 3, 1, 4])
@@ -198,7 +198,7 @@ def solve_problems(problems: Problems, count: int, workers: int, settings: Setti
     work = _single_precision if not settings.proved else \
         _one_by_one if problems.elements > _LARGE else _proved
     found, interrupt = work(problems, count, workers, settings)
-    found.status[invalid], found.proved[invalid], found.nit[invalid] = _INVALID, False, 0
+    found.status[invalid], found.proved[invalid], found.nit[invalid] = INVALID, False, 0
     found.x[found.status != 0], found.fun[found.status != 0] = np.nan, np.nan
     if interrupt is not None:
         raise Interrupted(found) from interrupt

@@ -32,7 +32,7 @@ def test_programs_print_what_stands_below_them(program, printed):
 def public():
     """What a user calls: all that the package lists, and the doors to other packages."""
     yield from ((name, getattr(nuv, name)) for name in nuv.__all__ if name != "__version__")
-    for module, name in (("nuv.pulp", "NUV"),):
+    for module, name in (("nuv.pulp", "NUV"), ("nuv.dask", "solve_batch")):
         with contextlib.suppress(ImportError):
             yield f"{module}.{name}", getattr(importlib.import_module(module), name)
 
