@@ -141,6 +141,14 @@ def vector(value: Any, name: str, size: int, stored: bool = False) -> npt.NDArra
     return array
 
 
+def sides(value: Any, name: str, size: int) -> npt.NDArray[Any]:
+    """A vector of bounds or sides, which may be infinite."""
+    array = vector(value, name, size)
+    if np.isnan(array.astype(np.float64, copy=False)).any():
+        raise ValueError(f"{name}: must not contain nan")
+    return array
+
+
 def finite(array: npt.NDArray[Any], name: str) -> npt.NDArray[Any]:
     """The array, if it has neither NaN nor infinity."""
     if not np.isfinite(array.astype(np.float64, copy=False)).all():

@@ -16,7 +16,7 @@ from ._interface import ffi
 from ._library import check, core, diagnostics, lib
 from ._linprog import STATUS
 from ._record import Record
-from ._solve import NUMBERS, Interrupted, Options, solve, whole
+from ._solve import NUMBERS, Interrupted, Options, one_of, solve, whole
 
 Array = npt.NDArray[Any]
 
@@ -105,8 +105,9 @@ def solve_batch(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_
 
 def checked_settings(proved: Any, numbers: Any, pivot_limit: Any) -> Settings:
     """What they are if they are right."""
-    if not isinstance(numbers, str) or numbers not in NUMBERS:
-        raise ValueError(f"numbers: 'written' or 'stored' is needed, not {numbers!r}")
+    one_of(numbers)
+    if not isinstance(proved, (bool, np.bool_)):
+        raise TypeError(f"proved: True or False is needed, not a {type(proved).__name__}")
     if pivot_limit is not None:
         pivot_limit = whole(pivot_limit, "pivot_limit", 1, 2**32)
     return Settings(bool(proved), numbers, pivot_limit)

@@ -8,7 +8,7 @@ from typing import TYPE_CHECKING, Any, Optional, Sequence, Union, cast
 
 import numpy as np
 
-from ._arrays import Rows, finite, matrix, objects, pointer, vector
+from ._arrays import Rows, finite, matrix, objects, pointer, sides, vector
 from ._expression import Coefficient, Constraint, Variable, _as_expression
 from ._handle import (COLUMN_LOWER, COLUMN_UPPER, COST, ENTRY, ROW_LOWER, ROW_UPPER, Beside, beside,
                       block, construct, entries_beside, get_beside, names_of, set_beside)
@@ -51,8 +51,8 @@ class Edits:
 
         Bounds and costs are numbers, or arrays that broadcast to the shape; None is no bound.
         """
-        shape = (shape,) if isinstance(shape, (int, np.integer)) else tuple(shape)
-        count, first = math.prod(shape), self.num_variables
+        shape, first = _shape(shape), self.num_variables
+        count = math.prod(shape)
         names = [f"{name}_" + "_".join(map(str, at)) for at in np.ndindex(shape)
                  ] if isinstance(name, str) else name
         index, data = np.arange(first, first + count), []
@@ -80,13 +80,13 @@ class Edits:
             name: Union[str, Sequence[str], None] = None) -> Any:
         """A row for a constraint, or rows in the shape of an array of constraints."""
         if isinstance(constraint, Constraint):
-            found, sides = constraint.expression, (constraint.lower, constraint.upper)
+            found, ends = constraint.expression, (constraint.lower, constraint.upper)
             if found.model is not self._model():
                 raise ValueError("constraint: its variables are of another model")
             columns = self._columns.now(np.fromiter(found.terms, np.int64)).astype(np.uint32)
             rows = Rows((1, self.num_variables), np.array([0, columns.size], np.uint64), columns,
                         objects(list(found.terms.values())))
-            keys = self._append(rows, *sides, None if name is None else [str(name)])
+            keys = self._append(rows, *ends, None if name is None else [str(name)])
             return Row(self._model(), int(keys[0]))
         if not isinstance(constraint, ConstraintArray):
             raise TypeError(f"constraint: comparisons of expressions are needed, not {constraint!r}")
@@ -111,6 +111,8 @@ class Edits:
     def add_rows(self, A: Any, lower: Any = -math.inf, upper: Any = math.inf,
                  x: Optional[VariableArray] = None, names: Names = None) -> RowArray:
         """``lower <= A @ x <= upper``; without x, A has a column for each variable so far."""
+        if x is not None and not isinstance(x, VariableArray):
+            raise TypeError(f"x: variables of the model are needed, not a {type(x).__name__}")
         rows = matrix(A, "A", self.num_variables if x is None else x.size)
         if x is not None:
             if x.model is not self._model():
@@ -123,14 +125,14 @@ class Edits:
         first, count = self.num_rows, rows.shape[0]
         rows, exact = entries_beside(rows)
         exact = [(place, first + at, column, number) for place, at, column, number in exact]
-        index, sides = np.arange(first, first + count), []
+        index, ends = np.arange(first, first + count), []
         for value, name, place in ((lower, "lower", ROW_LOWER), (upper, "upper", ROW_UPPER)):
-            nearest, others = beside(place, vector(value, name, count), index)
-            sides.append(nearest)
+            nearest, others = beside(place, sides(value, name, count), index)
+            ends.append(nearest)
             exact += others
         called, told = block(names, "name", count), diagnostics()
         check(lib.NuvModelAddRows(
-            self._handle, count, pointer(sides[0], "double"), pointer(sides[1], "double"),
+            self._handle, count, pointer(ends[0], "double"), pointer(ends[1], "double"),
             pointer(rows.starts, "uint64_t"), pointer(rows.indices, "uint32_t"),
             pointer(rows.values, "double"), called or ffi.NULL, len(called), told), told)
         self._names[True] = None
@@ -182,7 +184,7 @@ class Edits:
         index = self._indices(of, (Variable, VariableArray, Row, RowArray))
         data, exact = [], []
         for side, name, place in ((lower, "lower", places[0]), (upper, "upper", places[1])):
-            nearest, others = beside(place, None if side is None else vector(side, name, index.size),
+            nearest, others = beside(place, None if side is None else sides(side, name, index.size),
                                      index)
             data.append(nearest)
             exact += others
@@ -287,10 +289,20 @@ def text_argument(value: Any, name: str) -> bytes:
     return value.encode()
 
 
+def _shape(shape: Any) -> tuple[int, ...]:
+    sizes = (shape,) if isinstance(shape, (int, np.integer)) else shape
+    if not isinstance(sizes, (tuple, list)) or not all(
+            isinstance(size, (int, np.integer)) and size >= 0 for size in sizes):
+        raise ValueError(f"shape: whole numbers from 0 are needed, not {shape!r:.80}")
+    if math.prod(map(int, sizes)) >= 2**31:
+        raise ValueError(f"shape: {shape} are too many variables")
+    return tuple(map(int, sizes))
+
+
 def _filled(value: Any, name: str, shape: tuple[int, ...], otherwise: float) -> Any:
     numbers = np.asarray(otherwise if value is None else value, object if isinstance(
         value, (list, tuple)) else None)
-    flat = vector(numbers.reshape(-1), name, numbers.size)
+    flat = sides(numbers.reshape(-1), name, numbers.size)
     try:
         return np.broadcast_to(flat.reshape(numbers.shape), shape)
     except ValueError:

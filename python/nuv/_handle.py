@@ -127,6 +127,8 @@ def block(names: Optional[Sequence[str]], what: str, count: int) -> bytes:
     """Names one behind the other, each ended by a NUL; empty ones get a name of the library's."""
     if names is None:
         return b""
+    if not isinstance(names, (str, Sequence)) and getattr(names, "ndim", 0) != 1:
+        raise TypeError(f"{what}: {count} names are needed, not a {type(names).__name__}")
     if isinstance(names, str) or len(names) != count:
         raise ValueError(f"{what}: {count} names are needed")
     for name in names:

@@ -15,7 +15,7 @@ from ._arrays import (Doubles, Rows, as_number, doubles, finite, matrix, objects
 from ._handle import assign, construct
 from ._record import Record
 from ._result import ConflictMember, Exact, LinprogResult, Marginals
-from ._solve import NUMBERS, Interrupted, Options, solve
+from ._solve import Interrupted, Options, one_of, solve
 
 _METHODS = ("highs", "highs-ds", "highs-ipm", "simplex", "revised simplex", "interior-point")
 #: Options of scipy's solvers that ask for another algorithm or another tolerance.
@@ -70,16 +70,15 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
     >>> nuv.linprog([1, 1], [["-1/3", -1]], ["-1/7"], bounds=(0, "1/9")).exact.x
     [Fraction(2, 21), Fraction(1, 9)]
     """
-    if numbers not in NUMBERS:
-        raise ValueError(f"numbers: 'written' or 'stored' is needed, not {numbers!r}")
-    if method not in _METHODS:
+    one_of(numbers)
+    if not isinstance(method, str) or method not in _METHODS:
         raise ValueError(f"method: one of {', '.join(_METHODS)} is needed, not {method!r}")
     if callback is not None:
         raise NotImplementedError("callback: is not called here; nuv.Model.solve has progress=")
     if integrality is not None and np.any(np.asarray(integrality) != 0):
         raise NotImplementedError("integrality: all variables are continuous here")
     problem = _problem(c, A_ub, b_ub, A_eq, b_eq, bounds, numbers == "stored")
-    wanted = _options(options or {}, numbers)
+    wanted = _options({} if options is None else options, numbers)
     if x0 is not None:
         wanted = wanted._replace(start=vector(doubles(x0, "x0"), "x0", problem.c.size))
     model = construct()
@@ -152,8 +151,10 @@ def _bounds(bounds: Any, size: int, stored: bool) -> tuple[npt.NDArray[Any], npt
     return lower, upper
 
 
-def _options(given: dict[str, Any], numbers: str) -> Options:
-    unknown = sorted(set(given) - _WITHOUT_MEANING - {"maxiter", "time_limit", "disp"})
+def _options(given: Any, numbers: str) -> Options:
+    if not isinstance(given, dict) or hasattr(given, "shape"):
+        raise TypeError(f"options: a dictionary is needed, not a {type(given).__name__}")
+    unknown = sorted(set(map(str, given)) - _WITHOUT_MEANING - {"maxiter", "time_limit", "disp"})
     if unknown:
         warnings.warn(f"options: unknown are {', '.join(unknown)}", UserWarning, stacklevel=3)
     limit, seconds = given.get("maxiter"), given.get("time_limit")

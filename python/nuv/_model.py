@@ -10,7 +10,7 @@ from typing import Any, Callable, Mapping, Optional, Union
 
 import numpy as np
 
-from ._arrays import as_number, doubles, finite, matrix, vector
+from ._arrays import as_number, doubles, finite, matrix, sides, vector
 from ._edits import Edits, Names, text_argument
 from ._expression import Variable
 from ._handle import FORMATS, array_of, assign, block, copied, held, state
@@ -87,13 +87,15 @@ class Model(Edits):
         >>> nuv.Model.from_arrays([1, 1], [["1/3", 1]], row_lower=1).solve()
         <optimal 1.0, proved as written, exactly 1>
         """
+        if not isinstance(maximize, (bool, np.bool_)):
+            raise TypeError(f"maximize: True or False is needed, not a {type(maximize).__name__}")
         costs = finite(vector(c, "c", int(np.size(c))), "c")
         rows = matrix([] if A is None else A, "A", costs.size, either=True)
         model = cls()
         model._is_exact = assign(
-            model._handle, costs, rows, vector(row_lower, "row_lower", rows.shape[0]),
-            vector(row_upper, "row_upper", rows.shape[0]), vector(lower, "lower", costs.size),
-            vector(upper, "upper", costs.size), maximize, as_number(constant, "constant"),
+            model._handle, costs, rows, sides(row_lower, "row_lower", rows.shape[0]),
+            sides(row_upper, "row_upper", rows.shape[0]), sides(lower, "lower", costs.size),
+            sides(upper, "upper", costs.size), bool(maximize), as_number(constant, "constant"),
             block(names, "names", costs.size), block(row_names, "row_names", rows.shape[0]))
         return model
 

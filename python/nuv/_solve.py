@@ -108,7 +108,7 @@ class Call:
         self.given = given = ffi.new("NuvSolveOptions*")
         self._user_data = ffi.new_handle(self)
         check(lib.NuvSolveOptionsInit(given, ffi.sizeof("NuvSolveOptions")))
-        given.numbers = _one_of(options.numbers)
+        given.numbers = one_of(options.numbers)
         given.seconds = _seconds(options.seconds, "time_limit")
         given.scale, given.sensitivity = bool(options.scale), bool(options.ranging)
         given.uniqueness = bool(options.uniqueness)
@@ -154,12 +154,13 @@ def verify(model: Any, certificate: Any, numbers: str) -> str:
     data = certificate.encode() if isinstance(certificate, str) else certificate
     found, told = ffi.new("NuvVerification*"), diagnostics()
     found.size = ffi.sizeof("NuvVerification")
-    check(lib.NuvModelVerify(model, data, len(data), _one_of(numbers), found, told), told)
+    check(lib.NuvModelVerify(model, data, len(data), one_of(numbers), found, told), told)
     return STATUSES[found.status]
 
 
-def _one_of(numbers: str) -> int:
-    if numbers not in NUMBERS:
+def one_of(numbers: Any) -> int:
+    """NUV_NUMBERS_... of a word."""
+    if not isinstance(numbers, str) or numbers not in NUMBERS:
         raise ValueError(f"numbers: 'written' or 'stored' is needed, not {numbers!r}")
     return int(NUMBERS[numbers])
 

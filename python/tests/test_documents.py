@@ -5,6 +5,8 @@ import doctest
 import importlib
 import io
 import re
+import subprocess
+import sys
 from pathlib import Path
 
 import pytest
@@ -44,3 +46,17 @@ def test_examples_in_docstrings(name, subject):
     for test in found:
         runner = doctest.DocTestRunner(optionflags=doctest.NORMALIZE_WHITESPACE)
         assert runner.run(test).failed == 0, test.name
+
+
+def test_the_pages_of_the_interface_are_whole(tmp_path):
+    for package in ("sphinx", "numpydoc", "pulp", "distributed"):
+        pytest.importorskip(package)
+    pages = Path(__file__).resolve().parent.parent / "docs"
+    run = subprocess.run([sys.executable, "-m", "sphinx", "-W", "-q", "-b", "html", "-d", str(tmp_path / "trees"),
+                          str(pages), str(tmp_path / "html")], capture_output=True, text=True)
+    assert run.returncode == 0, run.stderr
+    text = (tmp_path / "html/index.html").read_text(encoding="utf-8")
+    # What the package lists is on the page, and each method of a model.
+    for name in [f"nuv.{name}" for name in nuv.__all__ if name != "__version__"] + [
+            f"nuv.Model.{name}" for name in ("solve", "variables", "add", "remove", "repair", "read")]:
+        assert f'id="{name}"' in text, name
