@@ -1,7 +1,7 @@
 """Builds the wheel: the declarations out of the headers, and the shared libraries.
 
 The libraries are those in the folder that the environment variable NUV_LIBRARY_DIR names; without it
-CMake builds them from the sources around this folder.
+CMake builds them from the sources around this folder, which a source distribution has in `sources`.
 """
 
 from __future__ import annotations
@@ -15,11 +15,14 @@ from typing import Any
 
 from setuptools import setup
 from setuptools.command.build_py import build_py
+from setuptools.command.sdist import sdist
 from setuptools.dist import Distribution
 from wheel.bdist_wheel import bdist_wheel
 
 HERE = Path(__file__).resolve().parent
-SOURCES = HERE.parent
+SOURCES = HERE / "sources" if (HERE / "sources").exists() else HERE.parent
+#: What CMake reads to build the libraries.
+SOURCE_NAMES = ("CMakeLists.txt", "LICENSE", "Nuv", "abi", "cmake", "docs/schemas")
 LIBRARIES = ("NuvLinearProgramming", "NuvModel")
 
 sys.path.insert(0, str(HERE))
@@ -59,6 +62,21 @@ class BuildWithLibraries(build_py):  # type: ignore[misc]
                     shutil.copyfile(file, package / "lib" / file.name)
 
 
+class SourcesWithLibraries(sdist):  # type: ignore[misc]
+    """The package, and the sources of the libraries."""
+
+    def make_release_tree(self, base_dir: str, files: list[str]) -> None:
+        super().make_release_tree(base_dir, files)
+        for name in (*SOURCE_NAMES, "interface.py"):
+            here = HERE if name == "interface.py" else SOURCES
+            there = Path(base_dir) / ("." if name == "interface.py" else "sources") / name
+            there.parent.mkdir(parents=True, exist_ok=True)
+            if (here / name).is_dir():
+                shutil.copytree(here / name, there)
+            else:
+                shutil.copyfile(here / name, there)
+
+
 class PlatformWheel(bdist_wheel):  # type: ignore[misc]
     """Any Python 3, on this platform: nothing in it is compiled against an interpreter."""
 
@@ -73,5 +91,6 @@ class PlatformDistribution(Distribution):  # type: ignore[misc]
         return True
 
 
-options: dict[str, Any] = {"build_py": BuildWithLibraries, "bdist_wheel": PlatformWheel}
+options: dict[str, Any] = {"build_py": BuildWithLibraries, "bdist_wheel": PlatformWheel,
+                           "sdist": SourcesWithLibraries}
 setup(cmdclass=options, distclass=PlatformDistribution)

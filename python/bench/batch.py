@@ -22,7 +22,7 @@ def main() -> None:
         "scipy.optimize.linprog": (ALONE, lambda: [scipy.optimize.linprog(c[k], A[k], b[k])
                                                    for k in range(ALONE)]),
         "nuv.linprog": (ALONE, lambda: [nuv.linprog(c[k], A[k], b[k]) for k in range(ALONE)]),
-        "nuv.solve_batch, proved": (1000, lambda: nuv.solve_batch(c[:1000], A[:1000], b[:1000])),
+        "nuv.solve_batch, proved": (COUNT, lambda: nuv.solve_batch(c, A, b)),
         "nuv.solve_batch, single precision": (
             COUNT, lambda: nuv.solve_batch(*floats, proved=False)),
     }
