@@ -123,7 +123,7 @@ class _Job:
 
     def _drain(self, ranges: Iterator[tuple[int, int]], ahead: int) -> None:
         """Has these ranges solved, so many at a time, and those that come of them."""
-        coming: Any = distributed.as_completed()  # type: ignore[no-untyped-call]
+        coming: Any = distributed.as_completed()
         self._submit(coming, ranges, ahead)
         for future in coming:
             first, last = self.waiting.pop(future)
