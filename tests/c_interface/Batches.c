@@ -240,7 +240,9 @@ static void TestRandomBatches(void)
         CheckRanges(&all, &random);
     }
     currentCase = 0;
-    CHECK(cases < 20 || (seen[0] > 100 && seen[1] > 100 && seen[2] > 100));
+    /* Of all 200 cases, more than 100 answers of each kind; of fewer, as large a share. */
+    for (k = 0; k < 3; ++k)
+        CHECK(cases < 20 || 2 * seen[k] > (uint32_t)cases);
 }
 
 /* Problems without meaning, without an end and without a point do not touch those between them. */

@@ -30,8 +30,8 @@ extern unsigned long long currentCase;
 
 #define CHECK_OK(call) CHECK((call) == NUV_MODELRESULT_Ok)
 
-/* How many of so many cases are run: all, or what NUV_TEST_SHARE leaves of them under tools that
-   make each slow, in percent. */
+/* How many of so many cases are run: all, or every NUV_TEST_SHARE-th of them under tools that
+   make each slow. */
 int CasesOf(int all);
 
 typedef struct Random
