@@ -144,6 +144,9 @@ class _Job:
     def _submit(self, coming: Any, ranges: Iterator[tuple[int, int]],
                 most: Optional[int] = None) -> None:
         for number, (first, last) in enumerate(ranges, 1):
+            if self.shared.future.status in ("error", "cancelled"):
+                # It stood on a worker that a problem has ended, and was blamed for it.
+                self.shared = _Shared(self.client, self.problems, self.count)
             part = self.problems.part(first, last)._asdict()
             own = {name: array for name, array in part.items() if name not in self.shared.names}
             with warnings.catch_warnings():
