@@ -139,11 +139,17 @@ def solve(model: Any, options: Options,
     Returns the solution's handle, and the exception, such as KeyboardInterrupt, that ended it.
     """
     call, made, told = Call(options), ffi.new("NuvSolution**"), diagnostics()
-    if session is None:
-        result = lib.NuvModelSolve(model, call.given, made, told)
-    else:
-        result = lib.NuvSolverSolve(session, model, call.given, made, told)
-    check(result, told)
+    try:
+        if session is None:
+            result = lib.NuvModelSolve(model, call.given, made, told)
+        else:
+            result = lib.NuvSolverSolve(session, model, call.given, made, told)
+        check(result, told)
+    except KeyboardInterrupt as stop:
+        # It came after the last callback: what the solve has made is kept with it.
+        if not made[0]:
+            raise
+        call.failure = stop
     return owned(made[0], lib.NuvSolutionDestruct), call.failure
 
 

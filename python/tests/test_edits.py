@@ -238,20 +238,23 @@ def test_progress_is_shown(tqdm, monkeypatch, capsys):
 
 
 LONG_SOLVE = """
-import sys, numpy as np, nuv
+import sys, numpy as np, nuv, nuv._solve
+
+def say_go(call, options, begin=nuv._solve.Call.__init__):  # just before the library is first called
+    nuv._solve.Call.__init__ = begin
+    begin(call, options)
+    print("go", flush=True)
+
+nuv._solve.Call.__init__ = say_go
 r = np.random.default_rng(1)
 A = r.integers(0, 100, (1500, 1500)) * (r.random((1500, 1500)) < 0.3)
 c, b = -r.integers(1, 100, 1500), r.integers(1000, 9000, 1500)
 try:
     if sys.argv[1] == "model":
-        model = nuv.Model.from_arrays(c, A, row_upper=b)
-        print("go", flush=True)
-        model.solve()
+        nuv.Model.from_arrays(c, A, row_upper=b).solve()
     elif sys.argv[1] == "linprog":
-        print("go", flush=True)
         nuv.linprog(c, A, b)
     else:
-        print("go", flush=True)
         nuv.solve_batch(c, A, np.broadcast_to(b, (3, 1500)))
 except nuv.Interrupted as stop:
     found = stop.solution
