@@ -268,7 +268,7 @@ def test_an_interrupt_from_the_keyboard_ends_a_long_solve_with_what_is_known(kin
     child = subprocess.Popen([sys.executable, "-c", LONG_SOLVE, kind], stdout=subprocess.PIPE, text=True,
                              env={**os.environ, "PYTHONUNBUFFERED": "1"})
     assert child.stdout.readline() == "go\n"
-    time.sleep(0.5)
+    time.sleep(0.1)
     begin = time.monotonic()
     child.send_signal(signal.SIGINT)
     output, _ = child.communicate(timeout=60)
