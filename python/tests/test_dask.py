@@ -1,5 +1,6 @@
 """solve_batch on local clusters: the same bits whatever the workers do."""
 
+import contextlib
 import hashlib
 import os
 import signal
@@ -39,13 +40,19 @@ def digest(found):
 WORKERS = [1, 2, 3] if os.environ.get("NUV_PYTHON_LONG") else [2]
 
 
-@pytest.fixture(scope="module", params=WORKERS)
-def client(request):
-    with distributed.LocalCluster(n_workers=request.param, threads_per_worker=1, processes=True,
+@contextlib.contextmanager
+def cluster_of(workers):
+    with distributed.LocalCluster(n_workers=workers, threads_per_worker=1, processes=True,
                                   dashboard_address=None) as cluster:
         with distributed.Client(cluster) as client:
-            client.wait_for_workers(request.param)
+            client.wait_for_workers(workers)
             yield client
+
+
+@pytest.fixture(scope="module", params=WORKERS)
+def client(request):
+    with cluster_of(request.param) as client:
+        yield client
 
 
 @pytest.fixture(scope="module")
@@ -71,21 +78,23 @@ def test_single_precision_too(client):
     assert digest(nuv.dask.solve_batch(client, c, A, b, proved=False, chunk=37)) == digest(alone)
 
 
-def test_a_worker_that_is_killed_loses_nothing(client, expected, monkeypatch):
-    pids = client.run(os.getpid)
-    # The third part that comes back is what ends a worker, in the midst of others.
-    take, seen = nuv.dask._Job._take, []
+# Tests that end workers have clusters of their own: a worker may take minutes to come back.
+@pytest.mark.parametrize("workers", WORKERS)
+def test_a_worker_that_is_killed_loses_nothing(workers, expected, monkeypatch):
+    with cluster_of(workers) as client:
+        pids = client.run(os.getpid)
+        # The third part that comes back is what ends a worker, in the midst of others.
+        take, seen = nuv.dask._Job._take, []
 
-    def take_and_kill(job, first, last, found):
-        take(job, first, last, found)
-        seen.append(first)
-        if len(seen) == 3:
-            os.kill(next(iter(pids.values())), signal.SIGKILL)
+        def take_and_kill(job, first, last, found):
+            take(job, first, last, found)
+            seen.append(first)
+            if len(seen) == 3:
+                os.kill(next(iter(pids.values())), signal.SIGKILL)
 
-    monkeypatch.setattr(nuv.dask._Job, "_take", take_and_kill)
-    found = nuv.dask.solve_batch(client, *problems(), chunk=5)
+        monkeypatch.setattr(nuv.dask._Job, "_take", take_and_kill)
+        found = nuv.dask.solve_batch(client, *problems(), chunk=5)
     assert digest(found) == digest(expected) and sorted(seen) == list(range(0, 600, 5))
-    client.wait_for_workers(len(pids), timeout=240)
 
 
 class Deadly(distributed.WorkerPlugin if hasattr(distributed, "WorkerPlugin") else object):
@@ -115,13 +124,12 @@ def test_a_problem_that_kills_its_workers_is_reported_as_itself(expected):
     c, A, b = problems()
     c, b = c[:12], b[:12]
     c[5, 5] = 12345
-    # A cluster of its own, which nothing comes after.
-    with distributed.LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address=None) as cluster, \
-            distributed.Client(cluster) as client:
+    # It ends three workers, which a cluster of five need not wait for.
+    with cluster_of(5) as client:
         client.register_worker_plugin(Deadly(), name="deadly")
         # How often a task may end its worker before it is given up is said where the scheduler is.
-        cluster.scheduler.allowed_failures = 0
-        found = nuv.dask.solve_batch(client, c, A, b, chunk=4)
+        client.cluster.scheduler.allowed_failures = 0
+        found = nuv.dask.solve_batch(client, c, A, b, chunk=2)
     others = np.arange(12) != 5
     assert found.status[5] == 4 and np.isnan(found.x[5]).all() and not found.proved[5]
     for mine, alone in zip(found, expected):
