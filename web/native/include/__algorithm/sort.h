@@ -2,7 +2,8 @@
 // are sorted by insertion, which leaves equal ones in their order, as the libraries of the native
 // programs do; more by a heap. This stands before the library's own header, whose sorts all go
 // through this function: of two that fit, the constrained one is called.
-#pragma once
+#ifndef NUV_WEB_ALGORITHM_SORT_H
+#define NUV_WEB_ALGORITHM_SORT_H
 
 #include <__algorithm/partial_sort.h>
 #include <__config>
@@ -26,3 +27,5 @@ requires true constexpr void __sort_impl(Iterator first, Iterator last, Compare&
 _LIBCPP_END_NAMESPACE_STD
 
 #include_next <__algorithm/sort.h>
+
+#endif
