@@ -11,12 +11,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cstdlib>
 #include <fstream>
 #include <initializer_list>
 #include <string>
 
 #include "bench/contenders/Contender.hpp"
 #include "bench/JsonLine.hpp"
+#include "bench/QuickOrWhole.hpp"
 #include "bench/Stopwatch.hpp"
 
 namespace bench
@@ -134,39 +136,17 @@ std::vector<Size> Sizes(bool isQuick)
     return sizes;
 }
 
-int Main(bool isQuick, const char* output)
+void MeasureAll(bool isQuick, std::FILE* file)
 {
-    std::FILE* const file = std::fopen(output, "w");
-    if (!file)
-    {
-        std::perror(output);
-        return EXIT_FAILURE;
-    }
     for (const std::size_t m : std::initializer_list<std::size_t>{100, 200, 400, 700, 1000})
         MeasureMemory({"m = n", m, m}, file);
     for (const Size& size : Sizes(isQuick))
         MeasureTime(size, file);
-    std::fclose(file);
-    return EXIT_SUCCESS;
 }
 }  // namespace
 }  // namespace bench
 
 int main(int count, char** words)
 {
-    bool isQuick = false;
-    const char* output = "/dev/null";
-    for (int i = 1; i < count; ++i)
-    {
-        if (std::strcmp(words[i], "--quick") == 0)
-            isQuick = true;
-        else if (std::strcmp(words[i], "--output") == 0 && i + 1 < count)
-            output = words[++i];
-        else
-        {
-            std::fprintf(stderr, "usage: bench_growth [--quick] [--output FILE]\n");
-            return 64;
-        }
-    }
-    return bench::Main(isQuick, output);
+    return bench::RunQuickOrWhole(count, words, "bench_growth", bench::MeasureAll);
 }

@@ -5,12 +5,11 @@
 //
 // The file gets a line for each, for bench/report/document.py.
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string>
 
 #include "bench/JsonLine.hpp"
+#include "bench/QuickOrWhole.hpp"
 #include "bench/contenders/Contender.hpp"
 #include "bench/small/Turns.hpp"
 
@@ -127,14 +126,8 @@ void AddSolves(std::vector<Turn>* turns, Small* small)
                       }});
 }
 
-int Main(bool isQuick, const char* output)
+void MeasureAll(bool isQuick, std::FILE* file)
 {
-    std::FILE* const file = std::fopen(output, "w");
-    if (!file)
-    {
-        std::perror(output);
-        return EXIT_FAILURE;
-    }
     std::vector<Turn> turns;
     turns.push_back({"model of 20 variables", 100.0, [] { MakeModels(20, 100); }});
     turns.push_back({"model of 20 variables, scratch", 100.0, [] { MakeScratchModels(20, 100); }});
@@ -154,27 +147,11 @@ int Main(bool isQuick, const char* output)
         JsonLine line("building");
         std::fputs(line.Add("what", turn.name).Add("seconds", seconds).Text().c_str(), file);
     }
-    std::fclose(file);
-    return EXIT_SUCCESS;
 }
 }  // namespace
 }  // namespace bench
 
 int main(int count, char** words)
 {
-    bool isQuick = false;
-    const char* output = "/dev/null";
-    for (int i = 1; i < count; ++i)
-    {
-        if (std::strcmp(words[i], "--quick") == 0)
-            isQuick = true;
-        else if (std::strcmp(words[i], "--output") == 0 && i + 1 < count)
-            output = words[++i];
-        else
-        {
-            std::fprintf(stderr, "usage: bench_building [--quick] [--output FILE]\n");
-            return 64;
-        }
-    }
-    return bench::Main(isQuick, output);
+    return bench::RunQuickOrWhole(count, words, "bench_building", bench::MeasureAll);
 }
