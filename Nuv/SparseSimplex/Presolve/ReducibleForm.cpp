@@ -198,6 +198,20 @@ double ReducibleForm::LargestWithout(Index row, Index column, double entry)
     return range.largestInfinite == 0 ? range.largest - part : kInfinity;
 }
 
+ReducibleForm::OnlyEntry ReducibleForm::OnlyEntryOfRow(Index row)
+{
+    OnlyEntry only;
+    VisitRow(row, [&](Index column, double entry) { only = {column, entry}; });
+    return only;
+}
+
+ReducibleForm::OnlyEntry ReducibleForm::OnlyEntryOfColumn(Index column)
+{
+    OnlyEntry only;
+    VisitColumn(column, [&](Index row, double entry) { only = {row, entry}; });
+    return only;
+}
+
 Index ReducibleForm::KeepRow(Index row, Index without)
 {
     VisitRow(row,

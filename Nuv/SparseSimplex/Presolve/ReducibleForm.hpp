@@ -115,6 +115,15 @@ public:
         }
     }
 
+    /// Where the entry stands that is alone in its row or column, and what it is.
+    struct OnlyEntry
+    {
+        Index at = kNoIndex;
+        double value = 0.0;
+    };
+    [[nodiscard]] OnlyEntry OnlyEntryOfRow(Index row);
+    [[nodiscard]] OnlyEntry OnlyEntryOfColumn(Index column);
+
     void SetBounds(Index column, double newLower, double newUpper);
     void SetSides(Index row, double newLower, double newUpper);
     void RemoveRow(Index row);

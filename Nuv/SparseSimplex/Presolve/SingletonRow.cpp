@@ -37,14 +37,7 @@ bool TurnIntoBound(ReducibleForm& form, Index row)
 {
     if (form.rowCount[row] != 1)
         return false;
-    Index column = kNoIndex;
-    double entry = 0.0;
-    form.VisitRow(row,
-                  [&](Index at, double value)
-                  {
-                      column = at;
-                      entry = value;
-                  });
+    const auto [column, entry] = form.OnlyEntryOfRow(row);
     double low = form.rowLower[row] / entry;
     double high = form.rowUpper[row] / entry;
     if (entry < 0.0)

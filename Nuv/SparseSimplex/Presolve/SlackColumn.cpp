@@ -116,14 +116,7 @@ bool AbsorbSlack(ReducibleForm& form, Index column)
 {
     if (form.columnCount[column] != 1)
         return false;
-    Index row = kNoIndex;
-    double entry = 0.0;
-    form.VisitColumn(column,
-                     [&](Index at, double value)
-                     {
-                         row = at;
-                         entry = value;
-                     });
+    const auto [row, entry] = form.OnlyEntryOfColumn(column);
     if (std::isinf(form.rowLower[row]) && std::isinf(form.rowUpper[row]))
         return false;  // the row leaves
     const double dual = form.cost[column] / entry;
