@@ -150,6 +150,8 @@ bool State(const CanonicalForm& form, LinearProgram& program)
     return isStated && program.SetObjective(terms);
 }
 
+}  // namespace
+
 Status StatusOf(Verdict verdict)
 {
     switch (verdict)
@@ -166,8 +168,6 @@ Status StatusOf(Verdict verdict)
     }
     return Status::Stopped;
 }
-
-}  // namespace
 
 SinglePrecisionResult
 RunSinglePrecisionStage(const CanonicalForm& form, const SinglePrecisionBudget& budget,

@@ -13,6 +13,11 @@
 namespace nuv
 {
 
+enum class Verdict;
+
+/// What a verdict of the core, or of one of its batches, says of a program; Stopped, if nothing.
+[[nodiscard]] Status StatusOf(Verdict verdict);
+
 /// A pivot that is about to be made, in terms of the canonical form.
 struct SinglePrecisionPivot
 {

@@ -4,6 +4,7 @@
 #include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/ModelTerms.hpp"
 #include "Nuv/Solve/SinglePrecisionSolve.hpp"
+#include "Nuv/Solve/SinglePrecisionStage.hpp"
 #include "Nuv/Solve/SolveSteps.hpp"
 
 #include "Nuv/Utils/NuvLinearProgramming.hpp"
@@ -54,21 +55,6 @@ struct Arrays
     }
 };
 
-Status StatusOf(std::uint32_t verdict)
-{
-    switch (static_cast<Verdict>(verdict))
-    {
-    case Verdict::Ok:
-        return Status::Optimal;
-    case Verdict::Infeasible:
-        return Status::Infeasible;
-    case Verdict::Unbounded:
-        return Status::Unbounded;
-    default:
-        return Status::Stopped;
-    }
-}
-
 }  // namespace
 
 SinglePrecisionBatch::SinglePrecisionBatch(SolveOptions options) : m_options(std::move(options))
@@ -111,7 +97,7 @@ void SinglePrecisionBatch::SolveGroup(const Shape& shape, const std::vector<Wait
     {
         const Waiting& waiting = group[k];
         Solution& solution = m_solutions[waiting.place];
-        solution.status = StatusOf(verdicts[k]);
+        solution.status = StatusOf(static_cast<Verdict>(verdicts[k]));
         if (solution.status == Status::Stopped)
             solution.stopReason = StopReason::PivotLimit;
         if (solution.status == Status::Optimal)
