@@ -233,7 +233,7 @@ public:
         std::vector<BoundOfVariable> members = m_members;
         for (BoundOfVariable& member : members)
             member.variable = m_restriction.NameOf(member.variable);
-        std::ranges::sort(members, {}, &BoundOfVariable::variable);
+        std::ranges::sort(members);
         return members;
     }
 

@@ -18,6 +18,7 @@
 #include "Nuv/Algebra/SparseMatrix.hpp"
 #include "Nuv/SparseSimplex/ExactTable.hpp"
 
+#include <compare>
 #include <limits>
 #include <span>
 #include <string>
@@ -144,7 +145,7 @@ struct BoundOfVariable
 {
     Index variable = kNoIndex;
     bool upper = false;
-    bool operator==(const BoundOfVariable&) const = default;
+    auto operator<=>(const BoundOfVariable&) const = default;
 };
 
 /// Whether a bound is the one that a variable has when none is stated: a column's lower bound of 0.
