@@ -3,10 +3,10 @@
 namespace fmt
 {
 
-void Argument::AppendTo(std::string& out, std::string_view specification) const
+void Argument::AppendTo(std::string& out, std::string_view format) const
 {
     constexpr char kDigits[] = "0123456789ABCDEF";
-    if (specification == ":02X")
+    if (format == ":02X")
         out.append({kDigits[m_number / 16 % 16], kDigits[m_number % 16]});
     else
         out.append(m_text);

@@ -30,7 +30,7 @@ public:
     Argument(const Argument&) = delete;
     Argument& operator=(const Argument&) = delete;
 
-    void AppendTo(std::string& out, std::string_view specification) const;
+    void AppendTo(std::string& out, std::string_view format) const;
 
 private:
     unsigned long long m_number = 0;
