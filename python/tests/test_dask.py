@@ -24,7 +24,7 @@ WORKERS = [1, 2, 3] if os.environ.get("NUV_PYTHON_LONG") else [2]
 @pytest.fixture(scope="module", params=WORKERS)
 def client(request):
     with distributed.LocalCluster(n_workers=request.param, threads_per_worker=1, processes=True,
-                                  dashboard_address=None) as cluster:
+                                  dashboard_address=":0") as cluster:
         with distributed.Client(cluster) as client:
             client.wait_for_workers(request.param, timeout=60)
             yield client
