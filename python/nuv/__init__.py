@@ -1,6 +1,8 @@
 """Linear programs with their proof: an answer in doubles, checked in exact arithmetic."""
 
+from ._basis import Basis
 from ._batch import BatchResult, solve_batch
+from ._claim import Disagreement, Judgement
 from ._expression import Constraint, Expression, Variable, sum
 from ._library import CertificateError, Error, FileError, ModelError
 from ._linprog import linprog
@@ -14,8 +16,8 @@ from ._solve import Interrupted, Progress
 from ._vectors import ConstraintArray, LinearArray, VariableArray
 from ._version import VERSION as __version__
 
-__all__ = ["BatchResult", "CertificateError", "Change", "ConflictMember", "Constraint",
-           "ConstraintArray", "Error", "Exact", "Expression", "FileError", "Interrupted",
-           "LinearArray", "LinprogResult", "Marginals", "Member", "Model", "ModelError", "Picture",
+__all__ = ["Basis", "BatchResult", "CertificateError", "Change", "ConflictMember", "Constraint",
+           "ConstraintArray", "Disagreement", "Error", "Exact", "Expression", "FileError", "Interrupted",
+           "Judgement", "LinearArray", "LinprogResult", "Marginals", "Member", "Model", "ModelError", "Picture",
            "Progress", "Range", "Ranging", "Repair", "Row", "RowArray", "Solution", "Variable",
            "VariableArray", "__version__", "linprog", "solve_batch", "sum"]

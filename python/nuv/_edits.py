@@ -236,7 +236,8 @@ class Edits:
     def _indices(self, of: Any, kinds: tuple[type, ...]) -> Any:
         if not isinstance(of, kinds):
             names = " or ".join(kind.__name__ for kind in kinds)
-            raise TypeError(f"a {names} is needed, not a {type(of).__name__}")
+            by_name = f": model[{of!r}] or model.row({of!r}) finds one" if isinstance(of, str) else ""
+            raise TypeError(f"a {names} is needed, not {of!r:.60}{by_name}")
         if of.model is not self._model():
             raise ValueError("what is to be changed is of another model")
         return np.ascontiguousarray(np.atleast_1d(of.index).reshape(-1), np.uint32)

@@ -10,7 +10,10 @@ from typing import Any, Callable, Mapping, Optional, Union
 
 import numpy as np
 
+from . import _basis
 from ._arrays import as_number, doubles, finite, matrix, sides, vector
+from ._basis import Basis
+from ._claim import Judgement, prove
 from ._edits import Edits, Names, text_argument
 from ._expression import Variable
 from ._handle import FORMATS, array_of, assign, block, copied, held, state
@@ -120,7 +123,9 @@ class Model(Edits):
 
     def solve(self, *, numbers: str = "written", time_limit: float = math.inf,
               pivot_limit: Optional[int] = None, scale: bool = False, ranging: bool = False,
-              uniqueness: bool = False, conflict_work: Optional[int] = None,
+              uniqueness: bool = False, exact: bool = False,
+              conflict_work: Optional[int] = None,
+              start: Union[Basis, Solution, None] = None,
               progress: Union[bool, Callable[[Progress], Optional[bool]], None] = None,
               log: Optional[Callable[[str], None]] = None) -> Solution:
         """Solves, from where the last solve of this model ended, and proves the answer.
@@ -129,18 +134,22 @@ class Model(Edits):
         through tqdm where that is installed. `log` is called with lines for people. Ctrl-C ends the
         solve with nuv.Interrupted, a KeyboardInterrupt, which has what is known as its
         ``solution``. With `uniqueness` it is decided, exactly, whether the optimum is the only one:
-        ``solution.unique`` and ``unique_duals``. `conflict_work` bounds the search of a conflict that cannot do without any
-        member: entries, rows and columns times pivots.
+        ``solution.unique`` and ``unique_duals``. With `exact` all numbers of the solution are there
+        as fractions, and in its JSON too. `conflict_work` bounds the search of a conflict
+        that cannot do without any member: entries, rows and columns times pivots. With `start`, a
+        basis or a solution that has one, the solve begins there instead.
         """
         ranged = self._ranged() if ranging else None
-        # A session is one thread's at a time; another that comes meanwhile does without.
-        is_mine = self._lock.acquire(blocking=False)
+        basis = None if start is None else self._basis(start, "start")
+        # A session is one thread's at a time; another that comes meanwhile does without, and so
+        # does a solve that begins elsewhere.
+        is_mine = basis is None and self._lock.acquire(blocking=False)
         try:
             if is_mine and self._session is None:
                 self._session = owned(lib.NuvSolverConstruct(), lib.NuvSolverDestruct)
             with follow(progress) as told:
                 options = Options(numbers, time_limit, pivot_limit, scale, ranging, conflict_work,
-                                  told, log, uniqueness=uniqueness)
+                                  told, log, basis=basis, uniqueness=uniqueness, exact=exact)
                 handle, failure = solve(self._handle, options, self._session if is_mine else None)
         finally:
             if is_mine:
@@ -231,6 +240,64 @@ class Model(Edits):
         Returns the verdict that it proves; raises CertificateError for one that does not.
         """
         return verify(self._handle, certificate, numbers)
+
+    def prove(self, said: Any, *, claim: Optional[str] = None, numbers: Optional[str] = None,
+              tolerance: float = 1e-9, time_limit: float = math.inf,
+              progress: Optional[Callable[[Progress], Optional[bool]]] = None) -> Judgement:
+        """Judges, in exact arithmetic, what somebody says of this model.
+
+        It is said by a path: a solution file in JSON, as ``nuvlp solve --json`` and
+        ``solution.json`` are, or with a name and a value in each line; by the bytes of such a file;
+        by a solution; by an array of values in the order of the variables; or by a dictionary of
+        values by name or handle, in which what is missing is zero. `claim` is "feasible",
+        "optimal", "infeasible" or "unbounded", by default what the file says, and that values are
+        optimal. `tolerance` is how far off a number may be, as a fraction of the largest number that
+        it is made of, at least of 1; zero asks for exactness.
+
+        >>> import nuv
+        >>> model = nuv.Model.from_arrays([1, 1], [[1, 3]], row_lower=1, names=["x", "y"])
+        >>> model.prove([0, 0.3333333333])
+        <confirmed: optimal>
+        >>> bool(model.prove(model.solve(exact=True), tolerance=0))
+        True
+        >>> model.prove(b"y 1/3", tolerance=0).evidence
+        'solve'
+        """
+        if isinstance(said, Solution):
+            said = said.json.encode()
+        elif isinstance(said, Mapping):
+            values = np.zeros(self.num_variables)
+            for of, value in said.items():
+                values[self._indices(self[of] if isinstance(of, str) else of, (Variable,))] = vector(
+                    doubles(value, "said"), "said", 1)
+            said = values
+        elif not isinstance(said, (str, bytes, os.PathLike)):
+            said = vector(doubles(said, "said"), "said", self.num_variables)
+        return prove(self._handle, said, claim, numbers, tolerance, time_limit, progress)
+
+    def read_basis(self, source: Union[str, os.PathLike[str], bytes]) -> Basis:
+        """The basis in an MPS basis file of this model, or in the bytes of one.
+
+        >>> import nuv
+        >>> model = nuv.Model.from_arrays([-1], [[2]], row_upper=3, names=["x"], row_names=["row"])
+        >>> text = model.basis_text(model.solve())
+        >>> model.read_basis(text.encode()).variables.tolist()
+        [0]
+        """
+        return _basis.read(self._handle, source, self.num_variables, self.num_rows)
+
+    def write_basis(self, path: Union[str, os.PathLike[str]],
+                    basis: Union[Basis, Solution, None] = None) -> None:
+        """Writes a basis, by default the last solution's, as an MPS basis file; .gz packs it."""
+        _basis.write(self._handle, self._basis(self.solution if basis is None else basis, "basis"), path)
+
+    def basis_text(self, basis: Union[Basis, Solution, None] = None) -> str:
+        """The same as a text."""
+        return _basis.text_of(self._handle, self._basis(self.solution if basis is None else basis, "basis"))
+
+    def _basis(self, given: Union[Basis, Solution], what: str) -> Basis:
+        found = given.basis() if isinstance(given, Solution) else given
+        return _basis.checked(found, self.num_variables, self.num_rows, what)
 
     def __repr__(self) -> str:
         return (f"<model with {self.num_variables} variables, {self.num_rows} rows and "

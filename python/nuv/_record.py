@@ -22,7 +22,7 @@ _INFO = ("proved", "iisMinimal", "objective", "primalViolation", "dualViolation"
 _DOUBLES = ("Values", "ReducedCosts", "Activities", "Slacks", "Duals", "Ray", "Farkas",
             "CostRanges", "RowLowerRanges", "RowUpperRanges")
 _BYTES = ("ColumnBasis", "RowBasis")
-_EXACT = ("Objective", "Values", "Duals", "Ray", "Farkas")
+_EXACT = ("Objective", "Values", "Duals", "Ray", "Farkas", "ReducedCosts", "Activities", "Slacks")
 _TEXTS = ("Json", "Report", "Certificate")
 
 
@@ -71,13 +71,14 @@ class Record:
         of_rows = name in ("Activities", "Slacks", "Duals")
         return self.status == "optimal" and self.info["numRows" if of_rows else "numColumns"] == 0
 
-    def exact(self, kind: str) -> Optional[list[Fraction]]:
-        """The exact numbers of a kind; None where nothing is proved."""
+    def exact(self, kind: str) -> Optional[list[Any]]:
+        """The exact numbers of a kind; None where nothing is proved, and for one that there is not."""
         key = f"Exact{kind}"
         if key not in self._kept and self._handle is not None:
             self._kept[key] = self._text("Exact", getattr(lib, f"NUV_EXACT_{kind}"))
         text = self._kept.get(key)
-        return None if text is None else [Fraction(number) for number in text.split("\0")[:-1]]
+        return None if text is None else [Fraction(number) if number else None
+                                            for number in text.split("\0")[:-1]]
 
     def text(self, kind: str) -> Optional[str]:
         """The solution as JSON, as a report or as a certificate; None where it has none."""

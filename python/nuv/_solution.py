@@ -5,11 +5,12 @@ from __future__ import annotations
 import html
 import math
 from fractions import Fraction
-from typing import Any, NamedTuple, Optional
+from typing import Any, NamedTuple, Optional, Union, overload
 
 import numpy as np
 
 from ._arrays import Doubles, meant
+from ._basis import Basis
 from ._expression import Expression, Variable
 from ._places import Places
 from ._record import BASIS_STATUSES, Record
@@ -169,8 +170,26 @@ class Solution:
 
     def exact_dual(self, row: Any) -> Fraction:
         """The dual of a row, by handle or name, as a fraction."""
-        found = self._fractions("Duals")
-        return found[int(self._place(row, True))]
+        found: Fraction = self._fraction("Duals", self._place(row, True))
+        return found
+
+    def exact_slack(self, row: Any) -> Optional[Fraction]:
+        """How far a row is from its nearer side, as a fraction; of a solve with exact=True.
+
+        None for a row without sides.
+        """
+        found: Optional[Fraction] = self._fraction("Slacks", self._place(row, True))
+        return found
+
+    def exact_activity(self, row: Any) -> Fraction:
+        """The value of a row as a fraction; of a solve with exact=True."""
+        found: Fraction = self._fraction("Activities", self._place(row, True))
+        return found
+
+    def exact_reduced_cost(self, variable: Any) -> Fraction:
+        """The reduced cost of a variable as a fraction; of a solve with exact=True."""
+        found: Fraction = self._fraction("ReducedCosts", self._place(variable, False))
+        return found
 
     def reduced_cost(self, variable: Any) -> Any:
         """What the objective gains per unit by which a variable is moved up."""
@@ -192,8 +211,19 @@ class Solution:
         """Whether a variable, or a row, is basic."""
         return self.basis(of) == "basic"
 
-    def basis(self, of: Any) -> str:
-        """``"basic"``, ``"at lower"``, ``"at upper"`` or ``"free"``, of a variable or a row."""
+    @overload
+    def basis(self) -> Basis: ...
+
+    @overload
+    def basis(self, of: Any) -> str: ...
+
+    def basis(self, of: Any = None) -> Union[str, Basis]:
+        """``"basic"``, ``"at lower"``, ``"at upper"`` or ``"free"``, of a variable or a row.
+
+        Without an argument it is the whole basis, as Model.solve and Model.write_basis take it.
+        """
+        if of is None:
+            return Basis(self._array("ColumnBasis"), self._array("RowBasis"))
         is_row = isinstance(of, Row)
         found = self._array("RowBasis" if is_row else "ColumnBasis")
         return BASIS_STATUSES[found[self._place(of, is_row)]]
@@ -204,7 +234,7 @@ class Solution:
 
     def side_range(self, row: Any, side: str) -> Range:
         """The same for the "lower" or the "upper" side of a row."""
-        if side not in ("lower", "upper"):
+        if not isinstance(side, str) or side not in ("lower", "upper"):
             raise ValueError(f"side: 'lower' or 'upper' is needed, not {side!r}")
         return self._range(f"Row{side.title()}Ranges", self._place(row, True))
 
@@ -276,9 +306,16 @@ class Solution:
 
     def _fractions(self, kind: str) -> list[Fraction]:
         found = self._record.exact(kind)
+        if found is None and kind not in ("Values", "Duals") and self._record.exact("Values") is not None:
+            raise LookupError("exact slacks, activities and reduced costs are found by solve(exact=True)")
         if found is None:
             raise LookupError("exact numbers are those of a proved optimum")
         return found
+
+    def _fraction(self, kind: str, at: Any) -> Any:
+        if not isinstance(at, int):
+            raise TypeError("one row or variable is needed, not an array of them")
+        return self._fractions(kind)[at]
 
     def _range(self, name: str, at: int) -> Range:
         found = self._record.array(name)

@@ -53,6 +53,8 @@ class Options(NamedTuple):
     basis: Optional[tuple[Any, Any]] = None
     #: Whether it is to be decided if there are other optima.
     uniqueness: bool = False
+    #: Whether all exact numbers are to be written down.
+    exact: bool = False
 
 
 class Interrupted(KeyboardInterrupt):
@@ -96,31 +98,39 @@ def _log(user_data: Any, line: Any) -> None:
         call.options.log(ffi.string(line).decode("utf-8", "replace"))
 
 
-class Call:
-    """The options of one solve as the library takes them, and what its callbacks share.
-
-    An exception in a callback ends the solve, and is then `failure`.
-    """
+class Asked:
+    """What the callbacks of a call share: an exception in one ends the call, and is then `failure`."""
 
     def __init__(self, options: Options) -> None:
         self.options = options
         self.failure: BaseException | None = None
-        self.given = given = ffi.new("NuvSolveOptions*")
         self._user_data = ffi.new_handle(self)
+
+    def give(self, given: Any) -> None:
+        """To a record of options of the library."""
+        given.userData = self._user_data
+        # Python sees signals on its main thread alone: elsewhere the call would only cost.
+        if self.options.progress is not None or threading.current_thread() is threading.main_thread():
+            given.progress = _progress
+
+
+class Call(Asked):
+    """The options of one solve as the library takes them."""
+
+    def __init__(self, options: Options) -> None:
+        super().__init__(options)
+        self.given = given = ffi.new("NuvSolveOptions*")
         check(lib.NuvSolveOptionsInit(given, ffi.sizeof("NuvSolveOptions")))
         given.numbers = one_of(options.numbers)
-        given.seconds = _seconds(options.seconds, "time_limit")
+        given.seconds = seconds_of(options.seconds, "time_limit")
         given.scale, given.sensitivity = bool(options.scale), bool(options.ranging)
-        given.uniqueness = bool(options.uniqueness)
+        given.uniqueness, given.exact = bool(options.uniqueness), bool(options.exact)
         if options.conflict_work is not None:
             given.iisWork = whole(options.conflict_work, "conflict_work")
         if options.pivots is not None:
             given.singlePrecisionPivots = given.doublePivots = given.exactPivots = \
                 whole(options.pivots, "pivot_limit")
-        given.userData = self._user_data
-        # Python sees signals on its main thread alone: elsewhere the call would only cost.
-        if options.progress is not None or threading.current_thread() is threading.main_thread():
-            given.progress = _progress
+        self.give(given)
         if options.log is not None:
             given.log = _log
         if options.start is not None:
@@ -171,11 +181,19 @@ def one_of(numbers: Any) -> int:
     return int(NUMBERS[numbers])
 
 
-def _seconds(value: Any, name: str) -> float:
+def real(value: Any, name: str) -> float:
+    """A number that only has to be near to what is given."""
     try:
-        seconds = float(value)
+        return float(value)
     except (TypeError, ValueError):
-        raise TypeError(f"{name}: a number of seconds is needed, not {value!r}") from None
+        raise TypeError(f"{name}: a number is needed, not {value!r:.60}") from None
+    except OverflowError:
+        raise ValueError(f"{name}: is beyond what doubles are near to") from None
+
+
+def seconds_of(value: Any, name: str) -> float:
+    """A limit of time."""
+    seconds = real(value, name)
     if not seconds >= 0:
         raise ValueError(f"{name}: must not be negative or NaN")
     return seconds

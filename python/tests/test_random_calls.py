@@ -112,7 +112,14 @@ CALLABLES = {
                    dict(coefficient=2)),
     "solve": (lambda **kw: plan()[0].solve(**kw), dict(
         numbers="written", time_limit=9, pivot_limit=9, scale=False, ranging=True, uniqueness=True,
-        conflict_work=9, progress=None, log=None)),
+        exact=True, conflict_work=9, start=nuv.Basis([0, 0], [2, 2]), progress=None, log=None)),
+    "prove": (lambda **kw: plan()[0].prove(**kw), dict(
+        said=[1, 2], claim="optimal", numbers="written", tolerance=1e-6, time_limit=9, progress=None)),
+    "prove text": (lambda text: plan()[0].prove(text.encode() if isinstance(text, str) else text),
+                   dict(text="x_0 1/3\nx_1 2\n")),
+    "basis_text": (lambda **kw: plan()[0].basis_text(**kw), dict(basis=nuv.Basis([0, 0], [2, 2]))),
+    "read_basis": (lambda text: plan()[0].read_basis(text.encode() if isinstance(text, str) else text),
+                   dict(text="NAME\n XU x_0 row_0\nENDATA\n")),
     "repair": (lambda **kw: plan()[0].repair(**kw), dict(
         variable_weights=[1, 2], row_weights={"row_0": 2}, numbers="written", time_limit=9, pivot_limit=99)),
     "picture": (lambda width: plan()[0].picture(width), dict(width=200)),
