@@ -4,6 +4,7 @@
 // objective, and the last basis. It rests on the model layer and the standard library alone.
 #include "Nuv/Io/Lp/LpReader.hpp"
 #include "Nuv/Solve/Solution.hpp"
+#include "tests/support/Hash.hpp"
 #include "tests/support/Random.hpp"
 
 #include <bit>
@@ -102,30 +103,12 @@ nuv::Model DrawModel(nuv::test::Random& random, bool isDense)
     return model;
 }
 
-/// Fowler, Noll and Vo's hash of words.
-class Hash
-{
-public:
-    void Add(std::uint64_t word)
-    {
-        for (int byte = 0; byte < 8; ++byte)
-            m_value = (m_value ^ ((word >> (8 * byte)) & 0xFF)) * 0x100000001B3u;
-    }
-    [[nodiscard]] std::uint64_t Value() const
-    {
-        return m_value;
-    }
-
-private:
-    std::uint64_t m_value = 0xCBF29CE484222325u;
-};
-
 /// @return whether every verdict is proved.
 bool PrintWays()
 {
     constexpr int kModelCount = 30;
     nuv::test::Random random(1);
-    Hash hash;
+    nuv::test::Hash hash;
     std::uint64_t steps = 0;
     bool areProved = true;
     for (int k = 0; k < kModelCount; ++k)

@@ -1,0 +1,306 @@
+/// The way to an answer is the same on any machine and in any build: before each pivot the stage
+/// and the bits of the objective, at the end the basis, the certificate and all doubles of the
+/// record. tests/exact/ways.txt has a hash of them by kind of form, with the pivots. A change that
+/// is meant to take another way writes it anew:
+///
+///     NUV_RECORD_WAYS=1 build/release/tests/test_exact_ways
+///
+/// and says in its commit by how much the pivots changed.
+#include "Nuv/Exact/CertifiedSession.hpp"
+#include "Nuv/SparseSimplex/Presolve/Presolve.hpp"
+#include "tests/exact/Certified.hpp"
+#include "tests/support/Forms.hpp"
+#include "tests/support/Hash.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bit>
+#include <concepts>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <string>
+
+namespace nuv::test
+{
+namespace
+{
+
+/// What is done on the way, as it is done.
+class Way
+{
+public:
+    /// Of a solve that is to be watched.
+    [[nodiscard]] SolveLimits Watched()
+    {
+        SolveLimits limits;
+        limits.doublePivots = 20000;
+        limits.exactPivots = 2000;
+        limits.keepGoing = [this](const Progress& progress)
+        {
+            Add(static_cast<std::uint64_t>(progress.stage));
+            Add(progress.pivots);
+            Add(progress.feasible);
+            // There are many that are not a number.
+            if (progress.objective == progress.objective)
+                Add(progress.objective);
+            return true;
+        };
+        return limits;
+    }
+
+    template <std::integral Word>
+    void Add(Word word)
+    {
+        m_hash.Add(static_cast<std::uint64_t>(word));
+    }
+    void Add(double number)
+    {
+        m_hash.Add(std::bit_cast<std::uint64_t>(number));
+    }
+    void Add(const std::string& text)
+    {
+        for (const char character : text)
+            m_hash.Add(static_cast<unsigned char>(character));
+        m_hash.Add(text.size());
+    }
+    void Add(const ExactVector& vector)
+    {
+        for (const Integer& numerator : vector.numerator)
+            Add(numerator.ToString());
+        Add(vector.denominator.ToString());
+    }
+    void Add(const Basis& basis)
+    {
+        for (const auto* statuses : {&basis.columns, &basis.rows})
+            for (const BasisStatus status : *statuses)
+                Add(static_cast<std::uint64_t>(status));
+    }
+
+    void Add(const CertifiedResult& result)
+    {
+        Add(static_cast<std::uint64_t>(result.certificate.status));
+        Add(ToString(result.certificate.objective));
+        for (const auto* exact :
+             {&result.certificate.primal, &result.certificate.dual, &result.certificate.ray})
+            Add(*exact);
+        Add(result.certificate.contradiction);
+        for (const auto* numbers : {&result.record.value, &result.record.reduced})
+            for (const double number : *numbers)
+                Add(number);
+        Add(result.record.objectiveValue);
+        Add(result.record.primalViolation);
+        Add(result.record.dualViolation);
+        Add(result.record.basis);
+        for (const Stage stage : {Stage::Double, Stage::Exact})
+            m_pivots[static_cast<std::size_t>(stage)] += result.record.stages[stage].pivots;
+        m_proved += result.record.proved ? 1 : 0;
+        ++m_solves;
+    }
+
+    /// "<solves> solves, <proved> proved, <pivots> + <exact pivots> pivots, <hash>"
+    [[nodiscard]] std::string Text() const
+    {
+        std::ostringstream text;
+        text << m_solves << " solves, " << m_proved << " proved, " << m_pivots[1] << " + "
+             << m_pivots[2] << " pivots, " << std::hex << m_hash.Value();
+        return text.str();
+    }
+
+private:
+    Hash m_hash;
+    int m_solves = 0;
+    int m_proved = 0;
+    std::array<std::uint64_t, kStages> m_pivots{};
+};
+
+Basis DrawBasis(Random& random, const BoundedForm& form)
+{
+    Basis basis = SlackBasis(form);
+    for (Index v = 0; v < form.Variables(); ++v)
+        basis[v] = static_cast<BasisStatus>(random.Between(0, 3));
+    return basis;
+}
+
+/// All ways to solve a form, none of which is the short one of small dense forms.
+void SolveAllWays(const BoundedForm& form, Random& random, Way& way)
+{
+    way.Add(Certified(form, nullptr, way.Watched()));
+    const Basis start = DrawBasis(random, form);
+    way.Add(Certified(form, &start, way.Watched()));
+    SolveControl control(way.Watched());
+    way.Add(SolveExactly(form, start, control));
+    SolveControl limited(way.Watched());
+    way.Add(CertifyBasis(form, start, limited));
+}
+
+void Ranges(const BoundedForm& form, Way& way)
+{
+    const CertifiedResult result = Certified(form, nullptr, way.Watched());
+    if (result.certificate.status == Status::Optimal)
+    {
+        const Sensitivity ranges = RangesOf(form, result);
+        way.Add(ranges.exact);
+        for (const auto* of : {&ranges.cost, &ranges.rowLower, &ranges.rowUpper})
+            for (const AllowedRange& range : *of)
+            {
+                way.Add(range.lower);
+                way.Add(range.upper);
+            }
+    }
+    else if (result.certificate.status == Status::Infeasible)
+    {
+        const InfeasibleBounds conflict = IisOf(form, result, way.Watched());
+        way.Add(conflict.work);
+        for (const BoundOfVariable& member : conflict.members)
+            way.Add(2 * std::uint64_t{member.variable} + (member.upper ? 1 : 0));
+    }
+    way.Add(result);
+}
+
+/// Solves a form that changes in between.
+void Edit(BoundedForm form, Random& random, Way& way)
+{
+    CertifiedSession session(std::move(form), std::nullopt);
+    for (int edit = 0; edit < 12; ++edit)
+    {
+        SolveControl control(way.Watched());
+        way.Add(*session.Solve(control));
+        const BoundedForm& now = session.Form();
+        const auto v = static_cast<Index>(random.Between(0, static_cast<int>(now.Variables()) - 1));
+        if (v < now.columns && random.OneIn(2))
+            session.SetCost(v, random.Between(-40, 90) / 10.0);
+        else if (random.OneIn(2))
+            session.SetBounds(v, now.Lower(v), now.Upper(v) + random.Between(-2, 9));
+        else
+            session.SetBounds(v, now.Lower(v) - random.Between(-2, 9) / 4.0, now.Upper(v));
+    }
+}
+
+/// The form that presolve makes, and the basis that it brings back.
+void Reduce(const BoundedForm& form, Way& way)
+{
+    if (FindCrossedBounds(form) != kNoIndex)
+        return;
+    const Presolve presolve(form);
+    way.Add(presolve.FoundContradiction());
+    if (!presolve.Reduces())
+        return;
+    const BoundedForm& reduced = presolve.Form();
+    for (const auto* numbers : {&reduced.cost, &reduced.columnLower, &reduced.columnUpper,
+                                &reduced.rowLower, &reduced.rowUpper})
+        for (const double number : *numbers)
+            way.Add(number);
+    for (Index j = 0; j < reduced.columns; ++j)
+        for (const auto [row, entry] : reduced.matrix.Column(j))
+        {
+            way.Add(row);
+            way.Add(entry);
+        }
+    way.Add(reduced.constant);
+    const ScaledForm scaled(reduced);
+    SimplexState state(scaled, SlackBasis(reduced));
+    SolveControl control(way.Watched());
+    way.Add(static_cast<std::uint64_t>(SolveInDoubles(state, control)));
+    way.Add(presolve.Restore(state));
+}
+
+struct Kind
+{
+    std::string name;
+    std::function<void(Random&, Way&)> solve;
+};
+
+std::vector<Kind> Kinds()
+{
+    const auto repeat = [](int count, const auto& solve)
+    {
+        return [=](Random& random, Way& way)
+        {
+            for (int k = 0; k < count; ++k)
+                solve(random, way);
+        };
+    };
+    const auto size = [](Random& random, int least, int most)
+    { return static_cast<Index>(random.Between(least, most)); };
+    return {
+        {"small", repeat(150,
+                         [=](Random& random, Way& way)
+                         {
+                             const Index rows = size(random, 0, 6);
+                             SolveAllWays(RandomSmallForm(random, rows, size(random, 1, 7)), random,
+                                          way);
+                         })},
+        {"sparse", repeat(8,
+                          [=](Random& random, Way& way)
+                          {
+                              const Index rows = size(random, 20, 45);
+                              SolveAllWays(RandomSparseForm(random, rows, size(random, 25, 60)),
+                                           random, way);
+                          })},
+        {"larger", repeat(2,
+                          [](Random& random, Way& way) {
+                              way.Add(Certified(RandomSparseForm(random, 150, 200), nullptr,
+                                                way.Watched()));
+                          })},
+        {"nearly dependent", repeat(20,
+                                    [=](Random& random, Way& way)
+                                    {
+                                        const Index rows = size(random, 2, 9);
+                                        SolveAllWays(
+                                            NearlyDependentForm(random, rows, size(random, 2, 9)),
+                                            random, way);
+                                    })},
+        {"degenerate",
+         [](Random& random, Way& way) { SolveAllWays(DegenerateCone(20), random, way); }},
+        {"presolve of small", repeat(400,
+                                     [=](Random& random, Way& way)
+                                     {
+                                         const Index rows = size(random, 1, 6);
+                                         Reduce(RandomSmallForm(random, rows, size(random, 1, 7)),
+                                                way);
+                                     })},
+        {"presolve of sparse", repeat(20, [](Random& random, Way& way)
+                                      { Reduce(RandomSparseForm(random, 30, 40), way); })},
+        {"ranges", repeat(40,
+                          [=](Random& random, Way& way)
+                          {
+                              const Index rows = size(random, 2, 9);
+                              Ranges(RandomSmallForm(random, rows, size(random, 2, 9)), way);
+                          })},
+        {"ranges of sparse", repeat(4, [](Random& random, Way& way)
+                                    { Ranges(RandomSparseForm(random, 30, 40), way); })},
+        {"edits of small", repeat(20, [](Random& random, Way& way)
+                                  { Edit(RandomSmallForm(random, 6, 8), random, way); })},
+        {"edits of sparse", repeat(4, [](Random& random, Way& way)
+                                   { Edit(RandomSparseForm(random, 25, 35), random, way); })},
+    };
+}
+
+TEST(Ways, AreThoseOfTheRecord)
+{
+    const bool isRecording = std::getenv("NUV_RECORD_WAYS") != nullptr;
+    const std::string path = NUV_TEST_MODELS "/../exact/ways.txt";
+    std::ifstream file(path);
+    std::string now;
+    for (const Kind& kind : Kinds())
+    {
+        Random random(kind.name.size());
+        Way way;
+        kind.solve(random, way);
+        const std::string line = kind.name + ": " + way.Text();
+        now += line + "\n";
+        std::string recorded;
+        std::getline(file, recorded);
+        ASSERT_TRUE(isRecording || line == recorded)
+            << line << "\nwhere the record has\n"
+            << recorded << "\nThe first lines of tests/exact/Ways.cpp say what to do.";
+    }
+    if (isRecording)
+        std::ofstream(path) << now;
+}
+
+}  // namespace
+}  // namespace nuv::test
