@@ -99,6 +99,19 @@ TEST(Words, RoundQuotientsAsIntegersDo)
     }
 }
 
+/// The words that lead are equal, or next to each other, and more is below: the quotient is as
+/// close to 1 as the first 64 bits of it tell.
+TEST(Words, RoundQuotientsNextToOne)
+{
+    const Word most = ~Word{0};
+    const std::vector<std::vector<Word>> numbers = {
+        {1, 0, 1, 0}, {3, 0, 1, 0}, {1, most - 1, 0, 0}, {1, most, 0, 0}, {most, most, 0, 0}};
+    for (const std::vector<Word>& top : numbers)
+        for (const std::vector<Word>& bottom : numbers)
+            EXPECT_EQ(QuotientToDouble(top.data(), 4, bottom.data(), 4, {}),
+                      QuotientToDouble(NumberOf(top), NumberOf(bottom)));
+}
+
 /// Half way between two doubles, a little below, and a little above.
 TEST(Words, RoundHalvesToEven)
 {

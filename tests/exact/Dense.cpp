@@ -231,6 +231,33 @@ TEST(Dense, LeavesToOthersWhatItDoesNotKnow)
     EXPECT_FALSE(SolveSmall(form, &result.record.basis, late, none)) << "it needs no pivot";
 }
 
+/// Numbers that are short one by one and not in a proof, and a basis that is none.
+TEST(Dense, LeavesToOthersWhatIsTooLong)
+{
+    SolveControl control;
+    CertifiedResult result;
+    for (const int exponent : {-115, -130})
+    {
+        const BoundedForm form =
+            MakeForm({1, 1, 1}, {{{std::ldexp(1.0, exponent), 1, 1}, {1, kInf}}});
+        EXPECT_FALSE(SolveSmall(form, nullptr, control, result)) << exponent;
+        EXPECT_EQ(ToString(Certified(form).certificate.objective), "1");
+    }
+    EXPECT_FALSE(SolveSmall(MakeForm({1}, {{{1}, {1, kInf}}}, {{std::ldexp(1.0, -130), kInf}}),
+                            nullptr, control, result));
+    // Two columns that are the same.
+    const BoundedForm twice = MakeForm({1, 1}, {{{1, 1}, {1, kInf}}, {{2, 2}, {2, kInf}}});
+    Basis basis = SlackBasis(twice);
+    basis.columns.assign(2, BasisStatus::Basic);
+    basis.rows.assign(2, BasisStatus::AtLower);
+    EXPECT_FALSE(SolveSmall(twice, &basis, control, result));
+    DenseForm dense;
+    TakeForm(twice, dense);
+    DenseProof proof;
+    EXPECT_FALSE(proof.ProveOptimal(dense, std::vector<BasisStatus>(4, BasisStatus::Basic)))
+        << "more columns than rows";
+}
+
 /// A point that is feasible within the tolerance of doubles and not exactly.
 TEST(Dense, ClaimsNothingThatTheCheckRefuses)
 {

@@ -184,8 +184,10 @@ bool BorderedSystem::Substitute()
     m_work.resize(2 * std::size_t{m_stride});
     for (unsigned step = m_order; step-- > 0;)
     {
-        if (!SubstituteRow(step, true, m_solvedX) || !SubstituteRow(step, false, m_solvedY))
+        // By the same pivot, so there is room for both or for none.
+        if (!SubstituteRow(step, true, m_solvedX))
             return false;
+        (void)SubstituteRow(step, false, m_solvedY);
     }
     const bool isNegative = IsNegative(m_denominator.data(), m_stride);
     if (isNegative)
