@@ -39,27 +39,25 @@ void Restore(const Removal& removal, const SparseVectors<double>& kept, Restored
 }
 
 /// Takes a column to a bound that may be infinite, in which case nothing holds it.
-bool RemoveAtBound(ReducibleForm& form, Index column, Side side)
+void RemoveAtBound(ReducibleForm& form, Index column, Side side)
 {
     const double bound = side == Side::Lower ? form.lower[column] : form.upper[column];
     if (std::isinf(bound))
         form.contradiction = true;
     else
         RemoveFixed(form, column, bound, side);
-    return true;
 }
 
-bool RemoveEmpty(ReducibleForm& form, Index column)
+void RemoveEmpty(ReducibleForm& form, Index column)
 {
     const double cost = form.cost[column];
-    if (cost != 0.0)
-        return RemoveAtBound(form, column, cost > 0.0 ? Side::Lower : Side::Upper);
     const BasisStatus at = DefaultNonbasicStatus(form.lower[column], form.upper[column]);
-    if (at == BasisStatus::Free)
+    if (cost != 0.0)
+        RemoveAtBound(form, column, cost > 0.0 ? Side::Lower : Side::Upper);
+    else if (at == BasisStatus::Free)
         RemoveFixed(form, column, 0.0, Side::Neither);
     else
-        (void)RemoveAtBound(form, column, at == BasisStatus::AtLower ? Side::Lower : Side::Upper);
-    return true;
+        RemoveAtBound(form, column, at == BasisStatus::AtLower ? Side::Lower : Side::Upper);
 }
 
 /// The least and the largest share of a dual in a reduced cost.
@@ -118,7 +116,10 @@ bool FixColumn(ReducibleForm& form, Index column)
         RemoveFixed(form, column, form.lower[column], Side::Both);
         return true;
     }
-    return form.columnCount[column] == 0 && RemoveEmpty(form, column);
+    if (form.columnCount[column] != 0)
+        return false;
+    RemoveEmpty(form, column);
+    return true;
 }
 
 bool FixDominated(ReducibleForm& form, Index column, const std::vector<double>& dualLower,
@@ -134,15 +135,19 @@ bool FixDominated(ReducibleForm& form, Index column, const std::vector<double>& 
                          largest += share.largest;
                      });
     const double margin = Margin(form.cost[column]);
-    if (least > margin)
-        return RemoveAtBound(form, column, Side::Lower);
-    if (largest < -margin)
-        return RemoveAtBound(form, column, Side::Upper);
+    if (least > margin || largest < -margin)
+    {
+        RemoveAtBound(form, column, least > margin ? Side::Lower : Side::Upper);
+        return true;
+    }
     for (const Side side : {Side::Lower, Side::Upper})
     {
         const double bound = side == Side::Lower ? form.lower[column] : form.upper[column];
         if (std::isfinite(bound) && IsHarmless(form, column, side == Side::Lower))
-            return RemoveAtBound(form, column, side);
+        {
+            RemoveAtBound(form, column, side);
+            return true;
+        }
     }
     return false;
 }

@@ -76,9 +76,9 @@ void Restore(const Removal& removal, const SparseVectors<double>&, RestoredPoint
 /// cost: the sign of the dual tells.
 void RestoreSide(const Removal& removal, const SparseVectors<double>&, RestoredPoint& point)
 {
-    BasisStatus& row = point.basis.rows[removal.row];
-    if (row != BasisStatus::Basic)
-        row = removal.side == Side::Lower ? BasisStatus::AtLower : BasisStatus::AtUpper;
+    // The column that came back before is basic where the row was, since it is an equation there.
+    point.basis.rows[removal.row] =
+        removal.side == Side::Lower ? BasisStatus::AtLower : BasisStatus::AtUpper;
 }
 
 /// @return whether the row is an equation now.
