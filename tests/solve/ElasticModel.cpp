@@ -2,6 +2,7 @@
 #include "Nuv/Algebra/RationalText.hpp"
 #include "Nuv/Certificate/Certificate.hpp"
 #include "Nuv/Io/Lp/LpReader.hpp"
+#include "Nuv/Solve/Elastic/ElasticModel.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/Repair.hpp"
 #include "Nuv/Solve/Solution.hpp"
@@ -81,6 +82,22 @@ TEST(ElasticModel, IsNotMadeUnlessItIsAskedFor)
     RepairOptions options = WithCertificate();
     options.limits.seconds = 0.0;
     EXPECT_FALSE(Repair(*reading.model, options).elastic) << "stopped";
+}
+
+TEST(ElasticModel, ClaimsNothingAfterAStop)
+{
+    const ReadResult reading = ReadLp("min x st r: x + y >= 4\nbounds x <= 1\n y <= 1 end", "r.lp");
+    const BoundedForm form = FormOf(*reading.model, CoefficientMeaning::ShortestDecimal);
+    const std::vector<double> weights(form.Variables(), 1.0);
+    SolveLimits limits;
+    limits.seconds = 0.0;
+    SolveControl control(limits);
+    const FeasibilityRepair stopped = FindRepair(form, weights, control);
+    const ElasticModel elastic = ElasticModelOf(*reading.model, form, weights, stopped);
+    EXPECT_EQ(elastic.certificate.status, Status::Stopped);
+    EXPECT_TRUE(elastic.certificate.primal.numerator.empty());
+    EXPECT_TRUE(elastic.certificate.dual.numerator.empty());
+    EXPECT_EQ(elastic.model.RowCount(), 3u);
 }
 
 TEST(ElasticModel, ProvesWhatNoDoubleSays)

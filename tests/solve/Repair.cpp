@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <variant>
 
 namespace nuv::test
@@ -172,20 +173,55 @@ TEST(Repair, MovesSidesToDoublesThatAreWideEnough)
     }
 }
 
-/// x and y are kept at 1e308 at least: their sum's side moves to 2e308, beyond which no double is.
+/// x and y are kept at 1e308 at least, or -1e308 at most: a side of their sum, or a bound of a
+/// variable that is their sum, moves by twice as much, beyond which no double is.
 TEST(Repair, MovesASideBeyondDoublesToInfinity)
 {
+    for (const double sign : {1.0, -1.0})
+    {
+        const auto beyond = [sign](double number) {
+            return sign > 0.0 ? Bounds{number, Infinity} : Bounds{-Infinity, -number};
+        };
+        for (const bool isRow : {true, false})
+        {
+            Model model;
+            const Variable x = model.AddVariable("x", beyond(1e308));
+            const Variable y = model.AddVariable("y", beyond(1e308));
+            const Variable z = model.AddVariable("z", {-Infinity, Infinity});
+            const Row sum = model.Add("sum", x + y - z == 0);
+            const Bounds narrow = sign > 0.0 ? Bounds{-Infinity, 1} : Bounds{-1, Infinity};
+            if (isRow)
+                (void)model.Add(sign > 0.0 ? x + y <= 1 : x + y >= -1);
+            else
+                (void)model.SetBounds(z, narrow);
+            RepairOptions options;
+            options.weights = {{x, Infinity}, {y, Infinity}, {sum, Infinity}};
+            const RepairResult repair = Repair(model, options);
+            ASSERT_EQ(repair.status, Status::Optimal);
+            ASSERT_EQ(repair.changes.size(), 1U);
+            EXPECT_EQ(std::holds_alternative<Row>(repair.changes[0].of), isRow);
+            EXPECT_EQ(repair.changes[0].upper, sign > 0.0);
+            EXPECT_EQ(repair.changes[0].to, sign * Infinity);
+            EXPECT_EQ(repair.model->Solve().status, Status::Optimal);
+        }
+    }
+}
+
+/// A side has to go to a number that is no zero, but next to that as doubles are: it goes to the
+/// first one beyond.
+TEST(Repair, MovesASideByLessThanDoublesTell)
+{
     Model model;
-    const Variable x = model.AddVariable("x", {1e308, Infinity});
-    const Variable y = model.AddVariable("y", {1e308, Infinity});
-    const Row most = model.Add("most", x + y <= 1);
+    const Variable x = model.AddVariable("x");
+    const Variable y = model.AddVariable("y", {1e-200, 1e-200});
+    const Row product = model.Add(x - 1e-200 * y == 0);
+    (void)model.Add(x <= 0);
     RepairOptions options;
-    options.weights = {{x, Infinity}, {y, Infinity}};
+    options.weights = {{y, Infinity}, {product, Infinity}};
     const RepairResult repair = Repair(model, options);
-    ASSERT_EQ(repair.status, Status::Optimal);
+    ASSERT_EQ(repair.status, Status::Optimal) << repair.failure.text;
     ASSERT_EQ(repair.changes.size(), 1U);
-    EXPECT_TRUE(Same(std::get<Row>(repair.changes[0].of), most));
-    EXPECT_EQ(repair.changes[0].to, Infinity);
+    EXPECT_EQ(repair.changes[0].to, std::numeric_limits<double>::denorm_min());
     EXPECT_EQ(repair.model->Solve().status, Status::Optimal);
 }
 

@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
+#include <tuple>
 
 namespace nuv
 {
@@ -118,6 +120,34 @@ TEST(SinglePrecisionBatch, LimitsOfPivotsAreThoseOfASolve)
         options.limits.singlePrecisionPivots = most;
         EXPECT_LT(CompareWithSolves(models, options), 290);
     }
+}
+
+/// What the lanes have no room for is solved as ever: no rows or no columns, many of them, numbers
+/// beyond binary32, a model that is none.
+TEST(SinglePrecisionBatch, TakesModelsThatTheLanesDoNot)
+{
+    std::vector<Model> models(8);
+    models[0].Minimize(models[0].AddVariable("x", {2.0, Infinity}));
+    (void)models[1].Add(Expression(1.0) <= 4.0);
+    for (const auto& [rows, columns, model] : {std::tuple{70, 2, 2}, {2, 270, 3}})
+    {
+        const std::vector<Variable> x = models[model].AddVariables(columns);
+        Expression sum;
+        for (const Variable& variable : x)
+            sum += variable;
+        for (int i = 0; i < rows; ++i)
+            (void)models[model].Add(sum + i * x[0] <= 9.0 + i);
+        models[model].Maximize(sum);
+    }
+    for (std::size_t k = 4; k != models.size(); ++k)
+    {
+        const Variable x = models[k].AddVariable("x", {0.0, 8.0});
+        (void)models[k].Add((k == 4 ? 1e300 : 1.0) * x <= (k == 5 ? 1e300 : 4.0));
+        models[k].Maximize((k == 6 ? 1e300 : k == 7 ? std::nan("") : 1.0) * x);
+    }
+    SolveOptions options;
+    options.singlePrecisionOnly = true;
+    EXPECT_GT(CompareWithSolves(models, options), 2);
 }
 
 TEST(SinglePrecisionBatch, IsEmptyAfterASolveAndTakesModelsAnew)

@@ -207,9 +207,9 @@ private:
     /// p and q.
     [[nodiscard]] Split SplitOf(Index v, const Rational& d) const
     {
+        // Of bounds that cross without being a contradiction the upper one moves.
         const bool lowerMoves = MayMove(m_form, m_weights, {v, false});
-        const bool upperMoves = MayMove(m_form, m_weights, {v, true});
-        if (!BoundsCross(m_form, v) || !upperMoves)
+        if (!BoundsCross(m_form, v))
             return {std::max(d, Rational(0)), std::max(Rational(-d), Rational(0))};
         const bool isPriced = m_repair.elastic.certificate.status == Status::Optimal;
         const Rational w = isPriced ? ToRational(m_weights[v], m_form.numbers) : Rational(0);
@@ -240,12 +240,11 @@ private:
     /// Bounds that cross, of which none may move.
     [[nodiscard]] Index Contradiction() const
     {
-        for (Index v = 0; v < m_form.Variables(); ++v)
-            if (BoundsCross(m_form, v) && !MayMove(m_form, m_weights, {v, true}))
-                return m_form.IsLogical(v)
-                           ? m_builder.Made().VariableCount() + m_rowAt[m_form.RowOf(v)]
-                           : v;
-        return kNoIndex;
+        Index v = 0;
+        while (!BoundsCross(m_form, v) || MayMove(m_form, m_weights, {v, true}))
+            ++v;
+        return m_form.IsLogical(v) ? m_builder.Made().VariableCount() + m_rowAt[m_form.RowOf(v)]
+                                   : v;
     }
 
     const Model& m_model;
