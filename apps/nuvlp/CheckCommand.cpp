@@ -23,7 +23,7 @@ namespace
 
 constexpr std::string_view kCheckSchema = "nuvlp/check/1";
 
-struct Options
+struct CheckArguments
 {
     ModelSource source;
     Output output;
@@ -152,7 +152,7 @@ std::string CheckJson(const nuv::Model& model, const Findings& found, double sec
     return json.Close('}').Finish();
 }
 
-ExitCode Run(const Options& options)
+ExitCode Run(const CheckArguments& options)
 {
     const nuv::ReadResult reading = ReadModel(options.source, Show::Notes);
     if (!reading.Ok())
@@ -171,7 +171,7 @@ ExitCode Run(const Options& options)
 
 Verb CheckVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<CheckArguments>();
     Verb verb{.name = "check",
               .text = "Say what is odd about a model file",
               .run = [options] { return Run(*options); },

@@ -24,7 +24,7 @@ namespace
 
 constexpr std::string_view kConvertSchema = "nuvlp/conversion/1";
 
-struct Options
+struct ConvertArguments
 {
     ModelSource source;
     std::string output;
@@ -34,7 +34,7 @@ struct Options
 
 /// The format asked for, or else the one that the output's name ends with; empty if that tells
 /// none.
-std::string FormatOf(const Options& options)
+std::string FormatOf(const ConvertArguments& options)
 {
     if (!options.format.empty())
         return options.format;
@@ -58,7 +58,7 @@ nuv::WriteResult Write(const nuv::Model& model, const std::string& format)
 }
 
 /// @return why nothing can be written there; empty if something can.
-std::string Objection(const Options& options, const std::string& format)
+std::string Objection(const ConvertArguments& options, const std::string& format)
 {
     if (options.output.ends_with(".gz"))
         return "what is written is not compressed: leave out .gz, and run gzip on it";
@@ -82,7 +82,7 @@ std::string ConversionJson(const nuv::Model& model, const std::string& format,
     return json.Close('}').Finish();
 }
 
-ExitCode Run(const Options& options)
+ExitCode Run(const ConvertArguments& options)
 {
     const Output report{"", options.json};
     const std::string format = FormatOf(options);
@@ -119,7 +119,7 @@ ExitCode Run(const Options& options)
 
 Verb ConvertVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ConvertArguments>();
     Verb verb{.name = "convert",
               .text = "Write a model in another format",
               .run = [options] { return Run(*options); },

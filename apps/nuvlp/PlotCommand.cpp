@@ -13,7 +13,7 @@ namespace nuvlp
 namespace
 {
 
-struct Options
+struct PlotArguments
 {
     ModelSource source;
     std::string output;
@@ -21,7 +21,7 @@ struct Options
     nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
 };
 
-ExitCode Run(const Options& options)
+ExitCode Run(const PlotArguments& options)
 {
     const nuv::ReadResult reading = ReadModel(options.source, Show::Warnings);
     if (!reading.Ok())
@@ -42,7 +42,7 @@ ExitCode Run(const Options& options)
 
 Verb PlotVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<PlotArguments>();
     Verb verb{.name = "plot", .text = "Draw a model and its solution as SVG", .run = [options] {
                   return Run(*options);
               }};

@@ -21,7 +21,7 @@ namespace nuvlp
 namespace
 {
 
-struct Options
+struct ProveArguments
 {
     ModelSource source;
     std::string solution;
@@ -46,7 +46,7 @@ ExitCode ExitCodeOfJudgement(nuv::Judgement judgement)
     return ExitCode::Stopped;
 }
 
-ExitCode Run(const Options& options)
+ExitCode Run(const ProveArguments& options)
 {
     if (options.source.file == "-" && options.solution == "-")
     {
@@ -88,7 +88,7 @@ ExitCode Run(const Options& options)
 
 Verb ProveVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ProveArguments>();
     Verb verb{.name = "prove",
               .text = "Check in exact arithmetic what a solution file claims",
               .run = [options] { return Run(*options); },

@@ -25,7 +25,7 @@ namespace nuvlp
 namespace
 {
 
-struct Options
+struct RepairArguments
 {
     ModelSource source;
     Output output;
@@ -78,7 +78,8 @@ std::optional<nuv::Error> WeighAsSaid(const nuv::Model& model, const std::string
     return Weigh(model, said.substr(0, sign), weight, repair);
 }
 
-nuv::Result<nuv::RepairOptions> RepairOptionsOf(const nuv::Model& model, const Options& options)
+nuv::Result<nuv::RepairOptions> RepairOptionsOf(const nuv::Model& model,
+                                                const RepairArguments& options)
 {
     nuv::RepairOptions repair;
     repair.numbers = options.numbers;
@@ -96,7 +97,7 @@ nuv::Result<nuv::RepairOptions> RepairOptionsOf(const nuv::Model& model, const O
     return repair;
 }
 
-ExitCode Report(const Options& options, const nuv::Error& error, ExitCode code)
+ExitCode Report(const RepairArguments& options, const nuv::Error& error, ExitCode code)
 {
     const std::vector failure{nuv::WithoutPlace(error)};
     PrintDiagnostics(failure, Show::Errors);
@@ -125,7 +126,7 @@ ExitCode WriteModelTo(const std::string& path, const std::optional<nuv::Model>& 
 }
 
 /// The same of the proof.
-ExitCode WriteCertificate(const Options& options, const nuv::RepairResult& repair,
+ExitCode WriteCertificate(const RepairArguments& options, const nuv::RepairResult& repair,
                           ExitCode otherwise)
 {
     if (options.certificate.empty() || otherwise == ExitCode::CannotWrite)
@@ -141,7 +142,7 @@ ExitCode WriteCertificate(const Options& options, const nuv::RepairResult& repai
                    otherwise);
 }
 
-ExitCode Run(const Options& options)
+ExitCode Run(const RepairArguments& options)
 {
     const nuv::ReadResult reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
@@ -170,7 +171,7 @@ ExitCode Run(const Options& options)
 
 Verb RepairVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<RepairArguments>();
     Verb verb{.name = "repair",
               .text = "Find the least change that makes an infeasible model feasible",
               .run = [options] { return Run(*options); },

@@ -12,13 +12,13 @@ namespace nuvlp
 namespace
 {
 
-struct Options
+struct SelftestArguments
 {
     std::string instructionSet = "all";
     bool models = false;
 };
 
-ExitCode Run(const Options& options)
+ExitCode Run(const SelftestArguments& options)
 {
     ExitCode code = ExitCode::Success;
     if (options.models)
@@ -32,7 +32,7 @@ ExitCode Run(const Options& options)
 
 Verb SelftestVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SelftestArguments>();
     Verb verb{.name = "selftest",
               .text = "Test that this machine gives the promised bits",
               .run = [options] { return Run(*options); }};

@@ -26,7 +26,7 @@ namespace nuvlp
 namespace
 {
 
-struct Options
+struct SolveArguments
 {
     ModelSource source;
     Output output;
@@ -45,7 +45,7 @@ struct Options
     bool progress = false;
 };
 
-nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
+nuv::SolveOptions SolveOptionsOf(const SolveArguments& options, ProgressLine& line)
 {
     nuv::SolveOptions solve;
     if (options.maxPivots)
@@ -70,7 +70,7 @@ nuv::SolveOptions SolveOptionsOf(const Options& options, ProgressLine& line)
 }
 
 nuv::Solution Solve(const nuv::Model& model, std::optional<nuv::Basis> start,
-                    const Options& options)
+                    const SolveArguments& options)
 {
     ProgressLine line(options.progress);
     nuv::SolveOptions solve = SolveOptionsOf(options, line);
@@ -79,7 +79,7 @@ nuv::Solution Solve(const nuv::Model& model, std::optional<nuv::Basis> start,
 }
 
 /// The basis to start from, and what its reader has to say of it, which is printed.
-nuv::BasisReadResult ReadBasis(const Options& options, const nuv::Model& model)
+nuv::BasisReadResult ReadBasis(const SolveArguments& options, const nuv::Model& model)
 {
     nuv::BasisReadResult result;
     if (options.basisIn.empty())
@@ -94,8 +94,8 @@ nuv::BasisReadResult ReadBasis(const Options& options, const nuv::Model& model)
 }
 
 /// Writes the last basis if it is asked for and there is one.
-ExitCode WriteBasis(const Options& options, const nuv::Model& model, const nuv::Solution& solution,
-                    ExitCode otherwise)
+ExitCode WriteBasis(const SolveArguments& options, const nuv::Model& model,
+                    const nuv::Solution& solution, ExitCode otherwise)
 {
     if (options.basisOut.empty() || otherwise == ExitCode::CannotWrite)
         return otherwise;
@@ -130,7 +130,7 @@ ExitCode ExitCodeOfStatus(nuv::Status status, bool exitStatus)
 }
 
 /// Writes the certificate if it is asked for and something is proved.
-ExitCode WriteCertificate(const Options& options, const nuv::Model& model,
+ExitCode WriteCertificate(const SolveArguments& options, const nuv::Model& model,
                           const nuv::Solution& solution, ExitCode otherwise)
 {
     if (options.certificate.empty())
@@ -145,7 +145,7 @@ ExitCode WriteCertificate(const Options& options, const nuv::Model& model,
                    Write(CertificateOf(model, solution.numbers, *solution.certificate)), otherwise);
 }
 
-ExitCode Run(const Options& options)
+ExitCode Run(const SolveArguments& options)
 {
     const nuv::ReadResult reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
@@ -184,7 +184,7 @@ ExitCode Run(const Options& options)
 
 Verb SolveVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SolveArguments>();
     Verb verb{.name = "solve",
               .text = "Solve a model and print the answer",
               .run = [options] { return Run(*options); },

@@ -24,7 +24,7 @@ namespace
 
 constexpr std::string_view kVerifySchema = "nuvlp/verification/1";
 
-struct Options
+struct VerifyArguments
 {
     ModelSource source;
     std::string certificate;
@@ -73,14 +73,14 @@ std::string VerificationJson(const nuv::Model& model, const Verification& result
     return json.Close('}').Finish();
 }
 
-ExitCode Report(const Options& options, const nuv::Error& error, ExitCode code)
+ExitCode Report(const VerifyArguments& options, const nuv::Error& error, ExitCode code)
 {
     const std::vector failure{nuv::WithoutPlace(error)};
     PrintDiagnostics(failure, Show::Errors);
     return WriteError(options.output, kVerifySchema, failure, code);
 }
 
-ExitCode Run(const Options& options)
+ExitCode Run(const VerifyArguments& options)
 {
     if (options.source.file == "-" && options.certificate == "-")
         return Report(options,
@@ -112,7 +112,7 @@ ExitCode Run(const Options& options)
 
 Verb VerifyVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<VerifyArguments>();
     Verb verb{.name = "verify",
               .text = "Check a certificate without solving",
               .run = [options] { return Run(*options); },

@@ -28,7 +28,7 @@ namespace
 
 constexpr std::string_view kScenarioSchema = "nuvlp/scenario/1";
 
-struct Options
+struct BatchArguments
 {
     ModelSource source;
     std::string table;
@@ -91,7 +91,7 @@ std::string CsvCell(std::string_view text)
 class Writer
 {
 public:
-    Writer(const nuv::Model& model, const ScenarioTable& table, const Options& options,
+    Writer(const nuv::Model& model, const ScenarioTable& table, const BatchArguments& options,
            std::vector<std::uint32_t> asked)
         : m_model(model),
           m_table(table),
@@ -204,7 +204,8 @@ private:
     Clock::time_point m_start;
 };
 
-nuv::Result<std::vector<std::uint32_t>> AskedValues(const nuv::Model& model, const Options& options)
+nuv::Result<std::vector<std::uint32_t>> AskedValues(const nuv::Model& model,
+                                                    const BatchArguments& options)
 {
     std::vector<std::uint32_t> asked;
     for (const std::string& name : options.values)
@@ -219,7 +220,7 @@ nuv::Result<std::vector<std::uint32_t>> AskedValues(const nuv::Model& model, con
 }
 
 /// The options of each solve; all start from the basis of the model as it stands.
-nuv::SolveOptions SolveOptionsOf(const nuv::Model& model, const Options& options)
+nuv::SolveOptions SolveOptionsOf(const nuv::Model& model, const BatchArguments& options)
 {
     nuv::SolveOptions solve;
     solve.numbers = options.numbers;
@@ -237,8 +238,8 @@ nuv::SolveOptions SolveOptionsOf(const nuv::Model& model, const Options& options
     return solve;
 }
 
-ExitCode SolveTable(const Options& options, const nuv::Model& model, const ScenarioTable& table,
-                    const Shard& shard)
+ExitCode SolveTable(const BatchArguments& options, const nuv::Model& model,
+                    const ScenarioTable& table, const Shard& shard)
 {
     nuv::Result<std::vector<std::uint32_t>> asked = AskedValues(model, options);
     if (!asked)
@@ -265,7 +266,7 @@ ExitCode SolveTable(const Options& options, const nuv::Model& model, const Scena
                    ExitCode::Success);
 }
 
-ExitCode Run(const Options& options)
+ExitCode Run(const BatchArguments& options)
 {
     const std::optional<Shard> shard = options.shard.empty() ? Shard{} : ShardOf(options.shard);
     if (!shard)
@@ -296,7 +297,7 @@ ExitCode Run(const Options& options)
 
 Verb BatchVerb()
 {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<BatchArguments>();
     Verb verb{.name = "batch",
               .text = "Solve a model once for each row of a table",
               .run = [options] { return Run(*options); }};
