@@ -16,8 +16,10 @@ from ._solution import Solution
 
 _core = getattr(pulp.apis, "core", pulp.apis)
 _LpSolver: Any = _core.LpSolver
-_STATUS = {"optimal": constants.LpStatusOptimal, "infeasible": constants.LpStatusInfeasible,
-           "unbounded": constants.LpStatusUnbounded, "stopped": constants.LpStatusNotSolved}
+#: From PuLP 4 on a solve gives LpSolveStats back, and nothing of it is written into the problem.
+_LATER: Any = getattr(constants, "LpSolveStatus", None)
+_STATUS = {"optimal": 1, "infeasible": -1, "unbounded": -2, "stopped": 0}
+_STOPPED = {"time limit": "TimeLimit", "pivot limit": "IterationLimit", "cancelled": "Interrupted"}
 
 
 class NUV(_LpSolver):  # type: ignore[misc]
@@ -53,10 +55,10 @@ class NUV(_LpSolver):  # type: ignore[misc]
         """There is nothing else that it needs."""
         return True
 
-    def actualSolve(self, lp: Any, **kwargs: Any) -> int:
+    def actualSolve(self, lp: Any, **kwargs: Any) -> Any:
         """Called by ``LpProblem.solve``."""
-        variables = list(lp.variables())
-        constraints = lp.constraints() if callable(lp.constraints) else lp.constraints
+        begin = None if _LATER is None else _core.clocks()
+        variables, constraints = list(lp.variables()), _constraints(lp)
         self._refuse(lp, variables)
         lines: list[str] = []
         found = _model(lp, variables, constraints).solve(
@@ -66,12 +68,16 @@ class NUV(_LpSolver):  # type: ignore[misc]
         self._log(lines)
         self.solution = found
         values = found._record.array("Values")
-        _assign(variables, constraints, found, values)
-        status: int = _STATUS[found.status]
+        has_point = values is not None and (
+            found.status == "optimal" or found._record.info["primalViolation"] == 0)
+        _assign(variables, constraints, found)
+        status = _STATUS[found.status]
+        if _LATER is not None:
+            why = _LATER[_STOPPED[found.stop_reason]] if found.status == "stopped" else _LATER(status)
+            return self.buildStats(lp, why, has_point, start=begin)
         solution_status = constants.LpStatusToSolution[status]
         if found.status == "stopped":
-            is_feasible = values is not None and found._record.info["primalViolation"] == 0
-            solution_status = constants.LpSolutionIntegerFeasible if is_feasible else \
+            solution_status = constants.LpSolutionIntegerFeasible if has_point else \
                 constants.LpSolutionNoSolutionFound
         lp.assignStatus(status, solution_status)
         return status
@@ -90,6 +96,12 @@ class NUV(_LpSolver):  # type: ignore[misc]
         if path:
             with open(path, "w", encoding="utf-8") as file:
                 file.write("".join(f"{line}\n" for line in lines))
+
+
+def _constraints(lp: Any) -> dict[str, Any]:
+    """By name: an attribute is a dictionary, a method's answer (from PuLP 4 on) a list."""
+    found = lp.constraints() if callable(lp.constraints) else lp.constraints
+    return found if isinstance(found, dict) else {constraint.name: constraint for constraint in found}
 
 
 def _model(lp: Any, variables: list[Any], constraints: dict[str, Any]) -> Model:
@@ -122,8 +134,7 @@ def _model(lp: Any, variables: list[Any], constraints: dict[str, Any]) -> Model:
     return model
 
 
-def _assign(variables: list[Any], constraints: dict[str, Any], found: Solution,
-            values: Any) -> None:
+def _assign(variables: list[Any], constraints: dict[str, Any], found: Solution) -> None:
     """Into the problem: None where there is nothing of the kind."""
     def taken(name: str, size: int) -> list[Any]:
         array = found._record.array(name)
@@ -141,6 +152,7 @@ def _assign(variables: list[Any], constraints: dict[str, Any], found: Solution,
 
 
 # pulp.getSolver("NUV") and pulp.listSolvers() know it from now on.
-for _registry in (getattr(pulp.apis, "_all_solvers", None),):
-    if isinstance(_registry, list) and NUV not in _registry:
-        _registry.append(NUV)
+if hasattr(pulp.apis, "addSolver"):
+    pulp.apis.addSolver(NUV)
+elif NUV not in getattr(pulp.apis, "_all_solvers", [NUV]):
+    pulp.apis._all_solvers.append(NUV)

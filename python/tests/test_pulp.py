@@ -3,7 +3,10 @@
 import contextlib
 import io
 import pickle
+import subprocess
+import sys
 from fractions import Fraction
+from pathlib import Path
 
 import pytest
 
@@ -109,3 +112,9 @@ def test_it_is_known_by_its_name_and_writes_a_log(tmp_path, capsys):
     lp.solve(NUV(msg=True))
     assert "optimal" in capsys.readouterr().out
     assert pickle.loads(pickle.dumps(solver.solution)).proof == solver.solution.proof
+
+
+def test_the_interface_of_pulp_4():
+    run = subprocess.run([sys.executable, str(Path(__file__).with_name("later_pulp.py"))],
+                         capture_output=True, text=True, timeout=60)
+    assert run.returncode == 0, run.stderr
