@@ -2,11 +2,13 @@
 processes. Both are looked for in the folder that NUV_EXAMPLES names, or in the tree around this one.
 """
 
+import importlib.util
 import json
 import os
 import shutil
 import subprocess
 import sys
+import xml.etree.ElementTree
 from pathlib import Path
 
 import pytest
@@ -52,3 +54,25 @@ def test_processes_of_mpi_find_the_same_whatever_their_number():
         assert run.returncode == 0, run.stderr
         printed.add(run.stdout)
     assert len(printed) == 1 and "20000 of 20000 proved" in printed.pop()
+
+
+def test_the_picture_of_times_has_a_line_for_each_contender(tmp_path, monkeypatch, capsys):
+    pytest.importorskip("scipy")
+    path = Path(__file__).resolve().parent.parent / "bench/picture.py"
+    spec = importlib.util.spec_from_file_location("picture", path)
+    picture = importlib.util.module_from_spec(spec)
+    spec.loader.exec_module(picture)
+    monkeypatch.setattr(picture, "SIZES", (3, 6))
+    for counts in ("ALONE", "TOGETHER"):
+        monkeypatch.setattr(picture, counts, {3: 2, 6: 3})
+    monkeypatch.setattr(sys, "argv", ["picture.py", str(tmp_path / "times.svg")])
+    picture.main()
+    printed = capsys.readouterr().out.splitlines()
+    assert len(printed) == 5 and all(float(number) > 0 for line in printed[1:] for number in line.split()[-2:])
+    drawn = xml.etree.ElementTree.parse(tmp_path / "times.svg").getroot()
+    lines = [part for part in drawn if part.get("class", "").startswith("line ")]
+    marks = [part for part in drawn if part.get("class", "").startswith("mark ")]
+    assert len(lines) == 4 and len(marks) == 8
+    # Who takes longer stands higher.
+    heights = {line.get("class").split()[1]: float(line.get("d").split()[-1]) for line in lines}
+    assert heights["single"] > heights["batch"] > heights["scipy"]
