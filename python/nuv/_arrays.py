@@ -212,6 +212,11 @@ def stacked(upper: Rows, lower: Rows) -> Rows:
                 np.concatenate((upper.values, lower.values)))
 
 
+def counted(number: int, what: str) -> str:
+    """A number of things, with an s where it is not one."""
+    return f"{number} {what}" if number == 1 else f"{number} {what}s"
+
+
 def pointer(array: npt.NDArray[Any] | None, element: str) -> Any:
     """Where an array lies, for a call during which it stays."""
     if array is None or array.size == 0:

@@ -91,6 +91,8 @@ class Linear:
         return self._expression()
 
     def __mul__(self, factor: Any) -> Expression:
+        if isinstance(factor, Linear):
+            raise TypeError("a product of variables is not linear")
         if not is_number(factor):
             return NotImplemented
         by, source = coefficient(factor), self._expression()
@@ -106,6 +108,18 @@ class Linear:
         by, source = meant(coefficient(divisor)), self._expression()
         terms = {key: said(meant(value) / by) for key, value in source.terms.items()}
         return Expression(source.model, terms, said(meant(source.constant) / by))
+
+    def __rtruediv__(self, number: Any) -> Any:
+        raise TypeError("a quotient by variables is not linear")
+
+    def __pow__(self, exponent: Any) -> Any:
+        raise TypeError("a power of variables is not linear")
+
+    def __lt__(self, other: Any) -> Any:
+        raise TypeError("linear programs have no strict inequalities: <= and >= are there")
+
+    def __gt__(self, other: Any) -> Any:
+        return self < other
 
     def __le__(self, other: Any) -> Constraint:
         return self._compared(other, -math.inf, 0.0)

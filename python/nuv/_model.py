@@ -11,7 +11,7 @@ from typing import Any, Callable, Mapping, Optional, Union
 import numpy as np
 
 from . import _basis
-from ._arrays import as_number, doubles, finite, matrix, sides, vector
+from ._arrays import as_number, counted, doubles, finite, matrix, sides, vector
 from ._basis import Basis
 from ._claim import Judgement, prove
 from ._edits import Edits, Names, text_argument
@@ -300,8 +300,8 @@ class Model(Edits):
         return _basis.checked(found, self.num_variables, self.num_rows, what)
 
     def __repr__(self) -> str:
-        return (f"<model with {self.num_variables} variables, {self.num_rows} rows and "
-                f"{self.num_entries} coefficients>")
+        return (f"<model with {counted(self.num_variables, 'variable')}, {counted(self.num_rows, 'row')} "
+                f"and {counted(self.num_entries, 'coefficient')}>")
 
     def __str__(self) -> str:
         return self.text() if self.num_entries <= _SHOWN else repr(self)

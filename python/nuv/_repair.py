@@ -6,7 +6,7 @@ import math
 from fractions import Fraction
 from typing import TYPE_CHECKING, Any, Callable, NamedTuple, Optional
 
-from ._arrays import Doubles, pointer
+from ._arrays import Doubles, counted, pointer
 from ._interface import ffi
 from ._library import check, diagnostics, lib, owned
 from ._record import STATUSES, STOP_REASONS
@@ -89,7 +89,7 @@ class Repair:
 
     def __repr__(self) -> str:
         total = "" if math.isnan(self.total) else f", {self.total!r} in all"
-        return f"<repair {self.status}, {len(self.changes)} changes{total}>"
+        return f"<repair {self.status}, {counted(len(self.changes), 'change')}{total}>"
 
 
 def _exact(handle: Any, change: int) -> Optional[Fraction]:

@@ -93,6 +93,9 @@ class RowArray:
     def shape(self) -> tuple[int, ...]:
         return self.key.shape
 
+    def __repr__(self) -> str:
+        return f"<rows, shape {self.shape}>"
+
     def __len__(self) -> int:
         return len(self.key)
 

@@ -4,8 +4,9 @@ from __future__ import annotations
 
 import html
 import math
+from contextlib import contextmanager
 from fractions import Fraction
-from typing import Any, NamedTuple, Optional, Union, overload
+from typing import Any, Iterator, NamedTuple, Optional, Union, overload
 
 import numpy as np
 
@@ -155,7 +156,8 @@ class Solution:
     def value(self, of: Any) -> Any:
         """The value of a variable or an expression, by handle or name; of arrays, as an array."""
         if isinstance(of, (Expression, LinearArray)):
-            return of._evaluated(self._places[False].by_key(self._array("Values")))
+            with _known():
+                return of._evaluated(self._places[False].by_key(self._array("Values")))
         return self._of("Values", of)
 
     def exact(self, of: Any) -> Any:
@@ -163,8 +165,9 @@ class Solution:
         numbers = self._fractions("Values")
         if isinstance(of, Expression):
             now = self._places[False].now
-            return sum((meant(value) * numbers[now(key)] for key, value in of.terms.items()),
-                       meant(of.constant))
+            with _known():
+                return sum((meant(value) * numbers[now(key)] for key, value in of.terms.items()),
+                           meant(of.constant))
         at = self._place(of, False)
         return numbers[at] if isinstance(at, int) else [numbers[k] for k in at.reshape(-1).tolist()]
 
@@ -337,13 +340,26 @@ class Solution:
             return at
         if rows and isinstance(of, (Row, RowArray)) or \
                 not rows and isinstance(of, (Variable, VariableArray)):
-            return self._places[rows].now(of.key)
+            with _known():
+                at = self._places[rows].now(of.key)
+                if np.any(np.asarray(at) >= len(self._names[rows])):
+                    raise IndexError
+                return at
         raise TypeError(f"a {'row' if rows else 'variable'} is needed, not a {type(of).__name__}")
 
     def _of(self, name: str, of: Any, rows: bool = False) -> Any:
         at = self._place(of, rows or isinstance(of, (Row, RowArray)))
         found = self._array(name)[at]
         return float(found) if isinstance(at, int) else np.array(found)
+
+
+@contextmanager
+def _known() -> Iterator[None]:
+    """What came after the solve has no place in it."""
+    try:
+        yield
+    except IndexError:
+        raise LookupError("what is asked for was not there when the model was solved") from None
 
 
 def _ends(of: str, ranges: Doubles) -> dict[str, Doubles]:

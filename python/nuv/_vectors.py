@@ -105,6 +105,8 @@ class ArrayOperations:
         return self * -1.0
 
     def __mul__(self, factor: Any) -> LinearArray:
+        if isinstance(factor, (Linear, ArrayOperations)):
+            raise TypeError("a product of variables is not linear")
         source = self._linear()
         factors = finite(numbers(factor, "factor"), "factor")
         shape = np.broadcast_shapes(source.shape, factors.shape)
@@ -147,6 +149,12 @@ class ArrayOperations:
         return total[0] if axis is None else \
             LinearArray(total.model, shape, total.starts, total.columns, total.values,
                         total.constants)
+
+    def __lt__(self, other: Any) -> Any:
+        raise TypeError("linear programs have no strict inequalities: <= and >= are there")
+
+    def __gt__(self, other: Any) -> Any:
+        return self < other
 
     def __le__(self, other: Any) -> ConstraintArray:
         return self._compared(other, -math.inf, 0.0)
@@ -356,6 +364,9 @@ class ConstraintArray:
 
     def __bool__(self) -> bool:
         raise TypeError("constraints are neither true nor false; for a <= x <= b use add_range")
+
+    def __repr__(self) -> str:
+        return f"<constraints, shape {self.expressions.shape}>"
 
     def __getitem__(self, at: int) -> Constraint:
         lower, upper = (side.reshape(self.expressions.shape)[at] for side in

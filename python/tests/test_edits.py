@@ -152,7 +152,7 @@ def test_a_repair_by_name_and_its_weights():
     with pytest.raises(LookupError, match="infeasible"):
         never.model()
     assert plan()[0].repair().changes == []
-    assert repr(only) == "<repair optimal, 1 changes, 3.6666666666666665 in all>"
+    assert repr(only) == "<repair optimal, 1 change, 3.6666666666666665 in all>"
     assert need.name == "need"
 
 

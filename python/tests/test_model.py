@@ -217,7 +217,15 @@ def test_callbacks_see_the_solve_and_end_it():
     (TypeError, "constraint", lambda m, x, r: m.add(True)),
     (ValueError, "constraint", lambda m, x, r: m.add(nuv.Model().variable("z") <= 1)),
     (ValueError, "different models", lambda m, x, r: x + nuv.Model().variable("z")),
-    (TypeError, "unsupported", lambda m, x, r: x * x),
+    (TypeError, "not linear", lambda m, x, r: x * x),
+    (TypeError, "not linear", lambda m, x, r: x * m.variables("y", 2)),
+    (TypeError, "not linear", lambda m, x, r: m.variables("y", 2) * x),
+    (TypeError, "not linear", lambda m, x, r: x ** 2),
+    (TypeError, "not linear", lambda m, x, r: 2 / x),
+    (TypeError, "strict", lambda m, x, r: x < 3),
+    (TypeError, "strict", lambda m, x, r: 3 < x + 1),
+    (TypeError, "strict", lambda m, x, r: m.variables("y", 2) > 3),
+    (TypeError, r"model\['chairs'\]", lambda m, x, r: m.set_bounds("chairs", upper=1)),
     (TypeError, "unsupported", lambda m, x, r: x + "1"),
     (ValueError, "coefficient", lambda m, x, r: x * float("nan")),
     (TypeError, "objective", lambda m, x, r: m.minimize("x")),
@@ -242,6 +250,40 @@ def test_what_is_wrong_is_refused_and_changes_nothing(error, name, call):
     with pytest.raises(error, match=name):
         call(model, chairs, wood)
     assert model.num_rows == 2 and model.solve().exact_objective == Fraction(29700, 7)
+
+
+def test_what_was_not_there_when_the_model_was_solved_has_no_value():
+    model, chairs, tables, wood, labour = plan()
+    solution = model.solve()
+    late, row = model.variable("late"), model.add(chairs >= 0, "later")
+    several = model.variables("several", 2)
+    for ask in (solution.value, solution.exact, solution.reduced_cost, solution.basis):
+        with pytest.raises(LookupError, match="was not there"):
+            ask(late)
+    for of in (late + chairs, several, 2 * several):
+        with pytest.raises(LookupError, match="was not there"):
+            solution.value(of)
+    with pytest.raises(LookupError, match="was not there"):
+        solution.exact(late + chairs)
+    for ask in (solution.dual, solution.slack, solution.activity, solution.exact_dual, solution.basis):
+        with pytest.raises(LookupError, match="was not there"):
+            ask(row)
+    model.remove(chairs)
+    assert solution.value(tables) == pytest.approx(360 / 7)
+    # Removed, and others come after: the places of a solution are those of its own time.
+    model.variable("last")
+    with pytest.raises(LookupError, match="was not there"):
+        solution.value(model["last"])
+
+
+def test_what_things_show_of_themselves():
+    model, chairs, *_ = plan()
+    x = model.variables("x", (2, 3))
+    assert repr(model) == "<model with 8 variables, 2 rows and 4 coefficients>"
+    assert repr(nuv.Model.from_arrays([1], [[2]])) == "<model with 1 variable, 1 row and 1 coefficient>"
+    assert repr(x <= 1) == "<constraints, shape (2, 3)>" and repr(x) == "<variables, shape (2, 3)>"
+    assert repr(model.add(x <= 1)) == "<rows, shape (2, 3)>" and repr(2 * x) == "<linear expressions, shape (2, 3)>"
+    assert repr(model.repair()) == "<repair optimal, 0 changes, 0.0 in all>"
 
 
 def resident():
