@@ -103,6 +103,40 @@ TEST(Integer, ObeysTheLawsOfARingBeyondWords)
     }
 }
 
+/// Up to twelve half words, most of them all zeros, all ones or nearly so: what a digit of a
+/// quotient is first guessed from then often misses it.
+Integer DrawOfEdges(Random& random)
+{
+    constexpr std::uint64_t kEdges[] = {0, 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, 0xFFFFFFFF};
+    Integer value;
+    for (int half = random.Between(1, 12); half > 0; --half)
+        value = (value << 32) + Integer(kEdges[random.Between(0, 5)]);
+    return random.Between(0, 1) == 0 ? value : -value;
+}
+
+TEST(Integer, DividesWhatIsNearTheEdgesOfWords)
+{
+    Random random(3);
+    for (int round = 0; round < ShareOf(20000); ++round)
+    {
+        const Integer x = DrawOfEdges(random);
+        const Integer y = DrawOfEdges(random);
+        ASSERT_EQ((x + y) - y, x);
+        ASSERT_EQ((x * y) - (x - 1) * y, y);
+        if (y.Sign() == 0)
+            continue;
+        Integer quotient;
+        Integer remainder;
+        Divide(x, y, quotient, remainder);
+        ASSERT_EQ(quotient * y + remainder, x);
+        ASSERT_TRUE(Abs(remainder) < Abs(y));
+        ASSERT_EQ(x * y / y, x);
+        ASSERT_EQ((x * y).ToString(), (y * x).ToString());
+        const Integer divisor = Gcd(x, y);
+        ASSERT_EQ(Gcd(x / divisor, y / divisor), 1);
+    }
+}
+
 TEST(Integer, CountsBits)
 {
     for (std::size_t bits = 1; bits < 200; ++bits)

@@ -61,23 +61,6 @@ void operator delete[](void* memory, std::size_t /*size*/) noexcept
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept
-{
-    std::free(memory);
-}
-void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
-{
-    std::free(memory);
-}
-void* operator new(std::size_t size, std::align_val_t alignment)
-{
-    const auto multiple = static_cast<std::size_t>(alignment);
-    void* const memory = std::aligned_alloc(multiple, (size + multiple - 1) / multiple * multiple);
-    if (!memory)
-        HostFail(NoMemory);
-    return memory;
-}
-
 void std::__libcpp_verbose_abort(const char* /*format*/, ...)
 {
     HostFail(Internal);
