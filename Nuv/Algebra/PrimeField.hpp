@@ -79,16 +79,47 @@ public:
     /// x * y / 2^64 mod p: the product of two values in Montgomery form.
     [[nodiscard]] Value Product(Value x, Value y) const noexcept
     {
-        const WideProduct product = MultiplyWide(x, y);
-        const std::uint64_t cancelled = MultiplyWide(product.low * m_inverse, m_prime).high;
-        return product.high >= cancelled ? product.high - cancelled
-                                         : product.high + (m_prime - cancelled);
+        return Halved(MultiplyWide(x, y));
     }
     void SubtractProduct(Value& sum, Value x, Value y) const noexcept
     {
         const Value product = Product(x, y);
         sum = sum >= product ? sum - product : sum + (m_prime - product);
     }
+    /// A sum of products that is reduced once, at its end, as high 2^64 + low. A product of two
+    /// values is less than p^2 < 2^62 p, so each adds at most p / 4 to `high`: after kFold of them
+    /// it is below 3 p + kFold < 2^64, and Fold takes multiples of p 2^64 away until it is below p.
+    class ProductSum
+    {
+    public:
+        static constexpr std::size_t kFold = 8;
+
+        explicit ProductSum(const PrimeField& field) noexcept : m_field(field) {}
+
+        void Add(Value x, Value y) noexcept
+        {
+            const WideProduct product = MultiplyWide(x, y);
+            m_low += product.low;
+            m_high += product.high + static_cast<std::uint64_t>(m_low < product.low);
+        }
+        /// At the latest after kFold products.
+        void Fold() noexcept
+        {
+            const std::uint64_t prime = m_field.m_prime;
+            m_high -= m_high >= 2 * prime ? 2 * prime : 0;
+            m_high -= m_high >= prime ? prime : 0;
+        }
+        /// @return what the sum of Product(x, y) is, after Fold.
+        [[nodiscard]] Value Result() const noexcept
+        {
+            return m_field.Halved({m_low, m_high});
+        }
+
+    private:
+        const PrimeField& m_field;
+        std::uint64_t m_low = 0;
+        std::uint64_t m_high = 0;
+    };
     [[nodiscard]] Value Sum(Value x, Value y) const noexcept
     {
         return x >= m_prime - y ? x - (m_prime - y) : x + y;
@@ -150,6 +181,14 @@ public:
     }
 
 private:
+    /// number / 2^64 mod p, of a number less than 2^64 p.
+    [[nodiscard]] Value Halved(WideProduct number) const noexcept
+    {
+        const std::uint64_t cancelled = MultiplyWide(number.low * m_inverse, m_prime).high;
+        return number.high >= cancelled ? number.high - cancelled
+                                        : number.high + (m_prime - cancelled);
+    }
+
     std::uint64_t m_prime;
     std::uint64_t m_inverse = 0;
     std::uint64_t m_one = 0;

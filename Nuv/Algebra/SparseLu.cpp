@@ -5,6 +5,8 @@
 #include "Nuv/Algebra/RationalField.hpp"
 #include "Nuv/Algebra/RealField.hpp"
 
+#include <algorithm>
+
 namespace nuv
 {
 
@@ -67,14 +69,69 @@ SparseLu<Field>::Flipped(const SparseVectors<Value>& vectors) const
     return flipped;
 }
 
-/// Solves T x = b for a triangular T given by its columns, or T' x = b by its rows: once the steps
-/// before k are done vector[order[k]] holds what is left of b there, the unknown follows by the
-/// pivot, and its multiple of vector k is taken from the entries of later steps.
+/// Solves T x = b for a triangular T given by its columns, or T' x = b by its rows; `across` holds
+/// the same entries along the other direction.
 template <class Field>
 template <typename SparseLu<Field>::Direction direction,
           typename SparseLu<Field>::Diagonal diagonal>
 void SparseLu<Field>::Substitute(const SparseVectors<Value>& vectors,
+                                 [[maybe_unused]] const SparseVectors<Value>& across,
                                  std::vector<Value>& vector) const
+{
+    // Residues are the same whichever way they are summed; numbers of other fields need not be.
+    if constexpr (requires { typename Field::ProductSum; })
+    {
+        if (IsDense(vector))
+        {
+            SubstituteBySums<direction, diagonal>(across, vector);
+            return;
+        }
+    }
+    SubstituteByEntries<direction, diagonal>(vectors, vector);
+}
+
+/// Whether so much is not zero that sums over all, of which an entry costs a third, are faster.
+template <class Field>
+bool SparseLu<Field>::IsDense(const std::vector<Value>& vector) const
+{
+    const auto zeros = static_cast<std::size_t>(std::ranges::count_if(
+        vector, [this](const Value& entry) { return m_field.IsZero(entry); }));
+    return 4 * (vector.size() - zeros) >= vector.size();
+}
+
+/// Unknown k is what is left of b there once the products with the unknowns before it are gone.
+template <class Field>
+template <typename SparseLu<Field>::Direction direction,
+          typename SparseLu<Field>::Diagonal diagonal>
+void SparseLu<Field>::SubstituteBySums(const SparseVectors<Value>& across,
+                                       std::vector<Value>& vector) const
+{
+    const Index size = across.Count();
+    for (Index done = 0; done < size; ++done)
+    {
+        const Index step = direction == Direction::LastToFirst ? size - 1 - done : done;
+        Value& unknown = vector[m_order[step]];
+        typename Field::ProductSum sum(m_field);
+        const std::size_t end = across.start[step + 1];
+        for (std::size_t at = across.start[step]; at < end;)
+        {
+            for (const std::size_t fold = std::min(end, at + sum.kFold); at < fold; ++at)
+                sum.Add(across.value[at], vector[across.index[at]]);
+            sum.Fold();
+        }
+        unknown = m_field.Sum(unknown, m_field.Negated(sum.Result()));
+        if constexpr (diagonal == Diagonal::Pivots)
+            unknown = m_field.Product(unknown, m_pivotInverse[step]);
+    }
+}
+
+/// Once the steps before k are done vector[order[k]] holds what is left of b there, the unknown
+/// follows by the pivot, and its multiple of vector k is taken from the entries of later steps.
+template <class Field>
+template <typename SparseLu<Field>::Direction direction,
+          typename SparseLu<Field>::Diagonal diagonal>
+void SparseLu<Field>::SubstituteByEntries(const SparseVectors<Value>& vectors,
+                                          std::vector<Value>& vector) const
 {
     const Index size = vectors.Count();
     for (Index done = 0; done < size; ++done)
@@ -105,8 +162,8 @@ void SparseLu<Field>::Substitute(const SparseVectors<Value>& vectors,
 template <class Field>
 void SparseLu<Field>::SolveForward(std::vector<Value>& vector) const
 {
-    Substitute<Direction::FirstToLast, Diagonal::Ones>(m_lowerColumns, vector);
-    Substitute<Direction::LastToFirst, Diagonal::Pivots>(m_upperColumns, vector);
+    Substitute<Direction::FirstToLast, Diagonal::Ones>(m_lowerColumns, m_lowerRows, vector);
+    Substitute<Direction::LastToFirst, Diagonal::Pivots>(m_upperColumns, m_upperRows, vector);
     for (Index k = 0; k < m_etas.Count(); ++k)
     {
         Value& pivot = vector[m_etaPivot[k]];
@@ -129,8 +186,8 @@ void SparseLu<Field>::SolveBackward(std::vector<Value>& vector) const
             m_field.SubtractProduct(sum, entry, vector[row]);
         vector[m_etaPivot[k]] = m_field.Product(sum, m_etaInverse[k]);
     }
-    Substitute<Direction::FirstToLast, Diagonal::Pivots>(m_upperRows, vector);
-    Substitute<Direction::LastToFirst, Diagonal::Ones>(m_lowerRows, vector);
+    Substitute<Direction::FirstToLast, Diagonal::Pivots>(m_upperRows, m_upperColumns, vector);
+    Substitute<Direction::LastToFirst, Diagonal::Ones>(m_lowerRows, m_lowerColumns, vector);
 }
 
 template <class Field>

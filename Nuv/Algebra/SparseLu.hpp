@@ -61,7 +61,13 @@ private:
         Pivots,
     };
     template <Direction direction, Diagonal diagonal>
-    void Substitute(const SparseVectors<Value>& vectors, std::vector<Value>& vector) const;
+    void Substitute(const SparseVectors<Value>& vectors, const SparseVectors<Value>& across,
+                    std::vector<Value>& vector) const;
+    template <Direction direction, Diagonal diagonal>
+    void SubstituteByEntries(const SparseVectors<Value>& vectors, std::vector<Value>& vector) const;
+    template <Direction direction, Diagonal diagonal>
+    void SubstituteBySums(const SparseVectors<Value>& across, std::vector<Value>& vector) const;
+    [[nodiscard]] bool IsDense(const std::vector<Value>& vector) const;
     [[nodiscard]] SparseVectors<Value> Flipped(const SparseVectors<Value>& vectors) const;
 
     Field m_field;

@@ -43,6 +43,29 @@ TEST(PrimeField, AgreesWithIntegersModuloThePrime)
     EXPECT_EQ(field.Product(field.PowerOf({-7, -3}), field.PowerOf({7, 3})), field.One());
 }
 
+TEST(PrimeField, ReducesASumOfProductsOnceAsOneByOne)
+{
+    const PrimeField field(kPrime);
+    Random random(4);
+    for (std::uint64_t round = 0; round < ShareOf(std::uint64_t{20000}); ++round)
+    {
+        PrimeField::ProductSum sum(field);
+        PrimeField::Value expected = 0;
+        const int length = random.Between(0, 40);
+        for (int k = 0; k < length; ++k)
+        {
+            const PrimeField::Value x = random.OneIn(2) ? kPrime - 1 : random.Next() % kPrime;
+            const PrimeField::Value y = random.OneIn(2) ? kPrime - 1 : random.Next() % kPrime;
+            sum.Add(x, y);
+            if (k % static_cast<int>(sum.kFold) == static_cast<int>(sum.kFold) - 1)
+                sum.Fold();
+            expected = field.Sum(expected, field.Product(x, y));
+        }
+        sum.Fold();
+        ASSERT_EQ(sum.Result(), expected) << length;
+    }
+}
+
 TEST(PrimeField, KnowsZero)
 {
     const PrimeField field(kPrime);

@@ -152,6 +152,54 @@ TEST(SparseLu, IsExactOverThePrimeFieldThroughUpdates)
     CheckExactly(field, [&field](int number) { return field.FromSigned(number); });
 }
 
+/// A right side of few entries goes through the factors entry by entry, one of many by sums over
+/// all: the solution for a dense one is the combination of those for unit vectors, residue for
+/// residue.
+TEST(SparseLu, SolvesDenseRightSidesAsTheSumOfSparseOnesModuloAPrime)
+{
+    const PrimeField field(kPrime);
+    const auto combination = [&field](const SparseLu<PrimeField>& lu, auto solve,
+                                      const std::vector<PrimeField::Value>& right)
+    {
+        std::vector<PrimeField::Value> sum(right.size(), field.Zero());
+        for (std::size_t i = 0; i < right.size(); ++i)
+        {
+            std::vector<PrimeField::Value> unit(right.size(), field.Zero());
+            unit[i] = field.One();
+            (lu.*solve)(unit);
+            for (std::size_t k = 0; k < right.size(); ++k)
+                field.SubtractProduct(sum[k], field.Negated(unit[k]), right[i]);
+        }
+        return sum;
+    };
+    for (std::uint64_t seed = 1; seed <= ShareOf(60U); ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        const Index size = static_cast<Index>(random.Between(5, 60));
+        // Among them the largest residues, whose products carry the most.
+        const auto draw = [&]() -> PrimeField::Value
+        { return random.OneIn(2) ? kPrime - 1 : random.Next() % kPrime; };
+        SparseLu<PrimeField> lu(field);
+        std::vector<Index> position;
+        (void)lu.Factorise(
+            RandomMatrix<PrimeField::Value>(random, size, random.OneIn(2) ? 2 : 40, draw),
+            position);
+        for (int round = 0; round < 20; ++round)
+        {
+            std::vector<PrimeField::Value> right(size);
+            for (PrimeField::Value& entry : right)
+                entry = draw();
+            std::vector<PrimeField::Value> solution = right;
+            lu.SolveForward(solution);
+            ASSERT_EQ(solution, combination(lu, &SparseLu<PrimeField>::SolveForward, right));
+            solution = right;
+            lu.SolveBackward(solution);
+            ASSERT_EQ(solution, combination(lu, &SparseLu<PrimeField>::SolveBackward, right));
+        }
+    }
+}
+
 TEST(SparseLu, IsExactOverTheRationalsThroughUpdates)
 {
     CheckExactly(RationalField{}, [](int number) { return Rational(number); });
