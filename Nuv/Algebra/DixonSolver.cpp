@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 
 namespace nuv
 {
@@ -87,10 +88,12 @@ DixonSolver::DixonSolver(const SparseVectors<ExactNumber>& unknowns,
     }
     std::vector<std::size_t> bits(m_size, 0);
     std::vector<std::size_t> count(m_size, 0);
-    m_entries.reserve(unknowns.index.size());
+    m_equation.reserve(unknowns.index.size());
+    m_mantissa.reserve(unknowns.index.size());
+    m_shift.reserve(unknowns.index.size());
     for (Index k = 0; k < m_size; ++k)
     {
-        m_start.push_back(m_entries.size());
+        m_start.push_back(m_equation.size());
         for (std::size_t at = unknowns.start[k]; at < unknowns.start[k + 1]; ++at)
         {
             const Index equation = unknowns.index[at];
@@ -98,23 +101,38 @@ DixonSolver::DixonSolver(const SparseVectors<ExactNumber>& unknowns,
             ++count[equation];
         }
     }
-    m_start.push_back(m_entries.size());
+    m_start.push_back(m_equation.size());
     const PrimeField& field = m_factors.GetField();
     for (Index i = 0; i < m_size; ++i)
     {
         m_unscale[i] = field.Product(field.PowerOf(-m_scale[i]), field.Square());
         m_entryBits = std::max(m_entryBits, bits[i] + BitsOf(count[i]));
     }
+    if (m_entryBits < 64)
+        ShortenEntries();
+}
+
+/// Each coefficient is less than 2^63, and so is what is appended for it: no shift is needed.
+void DixonSolver::ShortenEntries()
+{
+    for (std::size_t at = 0; at < m_shift.size(); ++at)
+        m_mantissa[at] *= std::int64_t{1} << std::exchange(m_shift[at], 0U);
 }
 
 /// @return the bits of the coefficient times the equation's scale.
 std::size_t DixonSolver::AppendEntry(Index equation, const ExactNumber& coefficient)
 {
+    const auto append = [this, equation](std::int64_t mantissa, unsigned shift)
+    {
+        m_equation.push_back(equation);
+        m_mantissa.push_back(mantissa);
+        m_shift.push_back(shift);
+    };
     const Scale left = coefficient.scale + m_scale[equation];
     unsigned shift = static_cast<unsigned>(left.two);
     if (left.five == 0)
     {
-        m_entries.push_back({equation, shift, coefficient.mantissa});
+        append(coefficient.mantissa, shift);
         return shift + BitsOf(static_cast<std::size_t>(std::abs(coefficient.mantissa)));
     }
     Integer magnitude = PowerOf({0, left.five}) * std::abs(coefficient.mantissa);
@@ -123,7 +141,7 @@ std::size_t DixonSolver::AppendEntry(Index equation, const ExactNumber& coeffici
     for (; magnitude != 0; magnitude >>= 62, shift += 62)
     {
         const std::int64_t word = static_cast<std::int64_t>(magnitude.LowWord() & kMask);
-        m_entries.push_back({equation, shift, coefficient.mantissa < 0 ? -word : word});
+        append(coefficient.mantissa < 0 ? -word : word, shift);
     }
     return bits;
 }
@@ -133,8 +151,12 @@ bool DixonSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
 {
     LoadResidual(rightSide);
     m_digits.clear();
+    m_combination.clear();
     m_steps = 0;
     m_exhausted = false;
+    m_fewestSteps = 0;
+    m_guessSteps = m_denominator == 1 ? std::numeric_limits<std::size_t>::max()
+                                      : BitsFor(m_denominator) / 61 + 1;
     std::size_t attempt = 1;
     for (;;)
     {
@@ -147,8 +169,10 @@ bool DixonSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
             break;
         if (stop())
             return false;
-        attempt = m_steps + 1 + m_steps / 3;
+        attempt = NextAttempt();
     }
+    m_denominator = solution.denominator;
+    m_digits = {};
     MultiplyBy(rightSide.scale, rightSide.divisor, solution);
     return true;
 }
@@ -165,7 +189,8 @@ void DixonSolver::LoadResidual(const ScaledVector& rightSide)
         scaled[i] = rightSide.value[i] * PowerOf(m_scale[i]);
         m_rightBits = std::max(m_rightBits, BitLength(scaled[i]));
     }
-    m_words = std::max(m_rightBits, m_entryBits + 62) / 64 + 1;
+    m_residualBits = std::max(m_rightBits, m_entryBits);
+    m_words = m_residualBits / 64 + 1;
     m_residual.assign(m_size * m_words, 0);
     for (Index i = 0; i < m_size; ++i)
     {
@@ -212,20 +237,72 @@ void DixonSolver::AppendDigits()
     else
         m_factors.SolveBackward(m_work);
     for (Index k = 0; k < m_size; ++k)
-    {
-        const std::int64_t digit = field.ToSigned(m_work[k]);
-        m_digits.push_back(digit);
-        if (digit == 0)
-            continue;
-        for (std::size_t at = m_start[k]; at < m_start[k + 1]; ++at)
-        {
-            const Entry& entry = m_entries[at];
-            SubtractShifted(&m_residual[entry.equation * m_words], m_words, entry.mantissa, digit,
-                            entry.shift);
-        }
-    }
+        m_digits.push_back(field.ToSigned(m_work[k]));
+    AppendCombination();
     ++m_steps;
+    SubtractDigits();
     DivideResidual();
+}
+
+/// Subtracts M d from the residual r. The next residual is (r - M d) / p with |d| < p / 2, M of row
+/// sums below 2^e and 2^k <= p, so if |r| < 2^b it is below 2^(b - k) + 2^(e - 1), which is at most
+/// 2^max(b - k + 1, e). It fits in words that many bits and a sign need, and since dividing by p is
+/// multiplying by its inverse modulo 2^64, no word of r - M d above these is needed either.
+void DixonSolver::SubtractDigits()
+{
+    const std::size_t primeBits = BitsOf(m_factors.GetField().Prime()) - 1;
+    m_residualBits =
+        std::max(m_residualBits - std::min(m_residualBits, primeBits - 1), m_entryBits);
+    CutResidual(m_residualBits / 64 + 1);
+    const std::int64_t* const digits = &m_digits[m_digits.size() - m_size];
+    const bool isShort = m_words == 1;
+    for (Index k = 0; k < m_size; ++k)
+    {
+        if (digits[k] == 0)
+            continue;
+        const std::size_t end = m_start[k + 1];
+        if (isShort)
+        {
+            const auto digit = static_cast<std::uint64_t>(digits[k]);
+            for (std::size_t at = m_start[k]; at < end; ++at)
+                m_residual[m_equation[at]] -= static_cast<std::uint64_t>(m_mantissa[at]) * digit;
+            continue;
+        }
+        for (std::size_t at = m_start[k]; at < end; ++at)
+            SubtractShifted(&m_residual[m_equation[at] * m_words], m_words, m_mantissa[at],
+                            digits[k], m_shift[at]);
+    }
+}
+
+/// Keeps so many of the words of each equation, or all if there are no more.
+void DixonSolver::CutResidual(std::size_t words)
+{
+    if (words >= m_words)
+        return;
+    for (Index i = 0; i < m_size; ++i)
+    {
+        for (std::size_t w = 0; w < words; ++w)
+            m_residual[i * words + w] = m_residual[i * m_words + w];
+    }
+    m_words = words;
+}
+
+/// A combination of all unknowns with small pseudo-random coefficients. Its denominator is almost
+/// always the common one, so it alone tells whether there are digits enough.
+void DixonSolver::AppendCombination()
+{
+    std::uint64_t random = 0x9E3779B97F4A7C15u;
+    WideDigit sum{0, 0};
+    for (std::size_t at = m_digits.size() - m_size; at < m_digits.size(); ++at)
+    {
+        random ^= random << 13;
+        random ^= random >> 7;
+        random ^= random << 17;
+        const std::int64_t coefficient = static_cast<std::int64_t>(random >> 61) + 1;
+        sum.high += coefficient * (m_digits[at] >> 31);
+        sum.low += coefficient * (m_digits[at] & 0x7FFFFFFF);
+    }
+    m_combination.push_back(sum);
 }
 
 /// The residual is a multiple of the prime now; dividing modulo 2^64 word by word is exact, and

@@ -44,12 +44,34 @@ public:
     [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution,
                              const StopPredicate& stop);
 
+    /// Of the last solution, before the scale of its right side.
+    [[nodiscard]] const Integer& Denominator() const noexcept
+    {
+        return m_denominator;
+    }
+    /// How many digits that took.
+    [[nodiscard]] std::size_t Steps() const noexcept
+    {
+        return m_steps;
+    }
+    /// What the next denominator is likely to be, but for small factors: a right guess saves half
+    /// of the digits, and no guess changes the solution.
+    void ExpectDenominator(const Integer& denominator)
+    {
+        m_denominator = denominator;
+    }
+
 private:
     [[nodiscard]] std::size_t AppendEntry(Index equation, const ExactNumber& coefficient);
+    void ShortenEntries();
     void LoadResidual(const ScaledVector& rightSide);
     void AppendDigits();
+    void SubtractDigits();
+    void CutResidual(std::size_t words);
     void DivideResidual();
     [[nodiscard]] std::uint64_t ResidualModuloPrime(Index equation) const;
+    void AppendCombination();
+    [[nodiscard]] std::size_t NextAttempt() const;
     template <class Digit>
     [[nodiscard]] Integer Assemble(const Digit& digit, std::size_t first, std::size_t count) const;
     [[nodiscard]] Integer AssembleUnknown(Index unknown, std::size_t count) const;
@@ -57,24 +79,23 @@ private:
     [[nodiscard]] std::size_t Margin() const noexcept;
     void ExtendPowers(std::size_t count);
     [[nodiscard]] bool Reconstruct(ExactVector& solution, const StopPredicate& stop);
+    [[nodiscard]] bool FindDenominator(Integer& denominator);
+    [[nodiscard]] std::size_t BitsFor(const Integer& denominator) const;
     [[nodiscard]] std::size_t DigitsFor(const Integer& denominator) const;
     [[nodiscard]] const Integer& ModulusOf(std::size_t digits);
-    [[nodiscard]] bool ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution,
-                                      std::vector<Integer>& denominators);
+    [[nodiscard]] bool ReconstructAll(ExactVector& solution, const StopPredicate& stop,
+                                      std::size_t& fewestDigits, bool useAll);
+    [[nodiscard]] bool ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution);
     [[nodiscard]] bool SizesProve(const ExactVector& solution, const Integer& modulus) const;
 
     const SparseLu<PrimeField>& m_factors;
     Side m_side;
     Index m_size;
     // The coefficients as integers, each a sum of words times powers of two, mostly of one. Those
-    // of unknown k are [m_start[k], m_start[k + 1]).
-    struct Entry
-    {
-        Index equation;
-        unsigned shift;
-        std::int64_t mantissa;
-    };
-    std::vector<Entry> m_entries;
+    // of unknown k are [m_start[k], m_start[k + 1]) of the three.
+    std::vector<Index> m_equation;
+    std::vector<std::int64_t> m_mantissa;
+    std::vector<unsigned> m_shift;
     std::vector<std::size_t> m_start;
     std::vector<Scale> m_scale;            ///< equation i is multiplied by this to be integral
     std::vector<std::uint64_t> m_unscale;  ///< what undoes that modulo p, into Montgomery form
@@ -83,15 +104,26 @@ private:
     // Per solve.
     std::size_t m_words = 0;
     std::size_t m_rightBits = 0;
+    std::size_t m_residualBits = 0;         ///< no residual has more
     std::vector<std::uint64_t> m_residual;  ///< two's complement, m_words per equation
     std::vector<std::int64_t> m_digits;     ///< m_size per step
+    struct WideDigit
+    {
+        std::int64_t high;  ///< times 2^31
+        std::int64_t low;
+    };
+    std::vector<WideDigit> m_combination;  ///< per step, see AppendCombination
     std::size_t m_steps = 0;
+    std::size_t m_fewestSteps = 0;       ///< before which there are not digits enough for a proof
+    std::size_t m_guessSteps = 0;        ///< before which m_denominator is of no use
     bool m_exhausted = false;            ///< the residual is zero: the digits are the solution
-    Index m_hardest = 0;                 ///< the unknown that failed last is tried first
     std::vector<Integer> m_powers;       ///< p^(8 * 2^j)
     std::size_t m_largestNumerator = 0;  ///< bits of the largest numerator found so far
     std::size_t m_modulusDigits = 0;
-    Integer m_modulus;  ///< p^m_modulusDigits, the one used last
+    Integer m_modulus;                    ///< p^m_modulusDigits, the one used last
+    Integer m_denominator = 1;            ///< the last one, or a guess
+    std::vector<Integer> m_common;        ///< the denominators that were common for a while
+    std::vector<std::size_t> m_commonOf;  ///< by unknown: over which of them its numerator is
     std::vector<std::uint64_t> m_work;
 };
 

@@ -71,28 +71,18 @@ Integer DixonSolver::AssembleUnknown(Index unknown, std::size_t count) const
                     count);
 }
 
-/// A combination of all unknowns with small pseudo-random coefficients. Its denominator is almost
-/// always the common one, so it alone tells whether there are digits enough.
 Integer DixonSolver::AssembleCombination() const
 {
     const auto digit = [this](std::size_t k)
-    {
-        std::uint64_t random = 0x9E3779B97F4A7C15u;
-        std::int64_t high = 0;
-        std::int64_t low = 0;
-        for (Index i = 0; i < m_size; ++i)
-        {
-            random ^= random << 13;
-            random ^= random >> 7;
-            random ^= random << 17;
-            const std::int64_t coefficient = static_cast<std::int64_t>(random >> 61) + 1;
-            const std::int64_t value = m_digits[k * m_size + i];
-            high += coefficient * (value >> 31);
-            low += coefficient * (value & 0x7FFFFFFF);
-        }
-        return Integer((Integer(high) << 31) + low);
-    };
+    { return Integer((Integer(m_combination[k].high) << 31) + m_combination[k].low); };
     return Assemble(digit, 0, m_steps);
+}
+
+/// After a third more digits again, but once where a right guess would do.
+std::size_t DixonSolver::NextAttempt() const
+{
+    const std::size_t next = std::max(m_steps + 1 + m_steps / 3, m_fewestSteps);
+    return m_steps < m_guessSteps ? std::min(next, m_guessSteps) : next;
 }
 
 bool DixonSolver::Reconstruct(ExactVector& solution, const StopPredicate& stop)
@@ -106,34 +96,52 @@ bool DixonSolver::Reconstruct(ExactVector& solution, const StopPredicate& stop)
             solution.numerator[k] = AssembleUnknown(k, m_steps);
         return true;
     }
-    const Integer& modulus = ModulusOf(m_steps);
-    Integer combined;
-    if (!ReconstructRational(Symmetric(AssembleCombination(), modulus), modulus, Margin(),
-                             BitLength(modulus), combined, solution.denominator))
+    if (!FindDenominator(solution.denominator))
         return false;
-    m_largestNumerator = BitLength(combined);
     // Should the denominator or a numerator have been underestimated, the digits used may be too
     // few for a proof, and are enough the next time. The last resort is to use all.
     for (int pass = 0; pass < 3; ++pass)
     {
         std::size_t fewest = m_steps;
-        std::vector<Integer> denominators(m_size);
-        for (Index k = 0; k < m_size; ++k)
-        {
-            // same bits (!=, 1, 3): all digits are always enough, and too few are tried again
-            const std::size_t digits = pass == 2 ? m_steps : DigitsFor(solution.denominator);
-            fewest = std::min(fewest, digits);
-            if (!ReconstructOne(k, digits, solution, denominators) || (k % 16 == 15 && stop()))
-                return false;
-        }
-        for (Index k = 0; k < m_size; ++k)
-        {
-            if (denominators[k] != solution.denominator)
-                solution.numerator[k] *= solution.denominator / denominators[k];
-        }
+        // same bits (!=, 1, 3): all digits are always enough, and too few are tried again
+        if (!ReconstructAll(solution, stop, fewest, pass == 2))
+            return false;
         if (SizesProve(solution, ModulusOf(fewest)))
             return true;
     }
+    return false;
+}
+
+/// The denominator of the combination, which the last one found may be a multiple or a divisor of:
+/// if so, what remains of it shows in fewer digits.
+bool DixonSolver::FindDenominator(Integer& denominator)
+{
+    const Integer& modulus = ModulusOf(m_steps);
+    const Integer residue = Symmetric(AssembleCombination(), modulus);
+    const std::size_t bits = BitLength(modulus);
+    Integer numerator;
+    bool isFound = false;
+    if (m_steps >= m_guessSteps)
+    {
+        isFound = ReconstructRational(Symmetric(residue * m_denominator, modulus), modulus,
+                                      Margin(), bits, numerator, denominator);
+        if (isFound)
+        {
+            denominator *= m_denominator;
+            const Integer common = Gcd(denominator, numerator);
+            denominator /= common;
+            numerator /= common;
+        }
+    }
+    if (!isFound && !ReconstructRational(residue, modulus, Margin(), bits, numerator, denominator))
+        return false;
+    m_largestNumerator = BitLength(numerator);
+    // same bits: too few digits are seen by the sizes
+    const std::size_t needed =
+        std::max(BitLength(denominator) + m_rightBits, m_largestNumerator + m_entryBits) + 2;
+    if (needed <= bits)
+        return true;
+    m_fewestSteps = BitsFor(denominator) / 61 + 1;
     return false;
 }
 
@@ -143,15 +151,19 @@ std::size_t DixonSolver::Margin() const noexcept
     return m_entryBits + 4;
 }
 
-/// So many digits that numerators like those seen so far, over this denominator, are proved by
-/// them. That is about half of what finding the denominator took.
+/// Of a modulus by which numerators like those seen so far, over this denominator, are proved.
+std::size_t DixonSolver::BitsFor(const Integer& denominator) const
+{
+    return std::max(BitLength(denominator) + m_rightBits, m_largestNumerator + m_entryBits) +
+           m_entryBits + kSlack;
+}
+
+/// So many digits that they prove such numerators. That is about half of what finding the
+/// denominator took.
 std::size_t DixonSolver::DigitsFor(const Integer& denominator) const
 {
     // same bits: the sizes prove a solution from however many digits, and too few are tried again
-    const std::size_t bits =
-        std::max(BitLength(denominator) + m_rightBits, m_largestNumerator + m_entryBits) +
-        m_entryBits + kSlack;
-    return std::min(m_steps, bits / 61 + 1);
+    return std::min(m_steps, BitsFor(denominator) / 61 + 1);
 }
 
 const Integer& DixonSolver::ModulusOf(std::size_t digits)
@@ -164,15 +176,38 @@ const Integer& DixonSolver::ModulusOf(std::size_t digits)
     return m_modulus;
 }
 
+/// All unknowns over the denominator, which may grow meanwhile.
+bool DixonSolver::ReconstructAll(ExactVector& solution, const StopPredicate& stop,
+                                 std::size_t& fewestDigits, bool useAll)
+{
+    m_common.assign(1, solution.denominator);
+    m_commonOf.assign(m_size, 0);
+    for (Index k = 0; k < m_size; ++k)
+    {
+        const std::size_t digits = useAll ? m_steps : DigitsFor(solution.denominator);
+        fewestDigits = std::min(fewestDigits, digits);
+        if (!ReconstructOne(k, digits, solution) || (k % 16 == 15 && stop()))
+            return false;
+    }
+    std::vector<Integer> factors;
+    for (const Integer& common : m_common)
+        factors.push_back(solution.denominator / common);
+    for (Index k = 0; k < m_size; ++k)
+    {
+        if (m_commonOf[k] + 1 != m_common.size())
+            solution.numerator[k] *= factors[m_commonOf[k]];
+    }
+    return true;
+}
+
 /// Finds one unknown as a fraction over the common denominator so far, which grows by whatever this
-/// one needs beyond it; denominators[k] remembers over what the numerator was found.
-bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution,
-                                 std::vector<Integer>& denominators)
+/// one needs beyond it.
+bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution)
 {
     const Integer& modulus = ModulusOf(digits);
     const std::size_t modulusBits = BitLength(modulus);
     Integer& numerator = solution.numerator[unknown];
-    denominators[unknown] = solution.denominator;
+    m_commonOf[unknown] = m_common.size() - 1;
     Integer residue = AssembleUnknown(unknown, digits);
     if (solution.denominator != 1)
         residue *= solution.denominator;
@@ -187,9 +222,10 @@ bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector&
         Integer denominator;
         if (!ReconstructRational(residue, modulus, Margin(), all ? modulusBits : kSlack, numerator,
                                  denominator))
-            return !all && ReconstructOne(unknown, m_steps, solution, denominators);
+            return !all && ReconstructOne(unknown, m_steps, solution);
         solution.denominator *= denominator;
-        denominators[unknown] = solution.denominator;
+        m_common.push_back(solution.denominator);
+        m_commonOf[unknown] = m_common.size() - 1;
     }
     m_largestNumerator = std::max(m_largestNumerator, BitLength(numerator));
     return BitLength(solution.denominator) < modulusBits;

@@ -55,6 +55,9 @@ bool ExactFactors::SolveForward(const ScaledVector& rightSide, ExactVector& solu
     {
         m_forward =
             std::make_unique<DixonSolver>(m_columns, *m_factors, DixonSolver::Side::Forward);
+        // The denominators of both sides divide the determinant, and mostly they are about that.
+        if (m_backward)
+            m_forward->ExpectDenominator(m_backward->Denominator());
     }
     if (!m_forward->Solve(rightSide, solution, [&control] { return control.IsStopped(); }))
         return false;
@@ -71,6 +74,8 @@ bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& sol
     {
         m_backward = std::make_unique<DixonSolver>(Transposed(m_columns, m_exact.form.rows),
                                                    *m_factors, DixonSolver::Side::Backward);
+        if (m_forward)
+            m_backward->ExpectDenominator(m_forward->Denominator());
     }
     const auto stop = [&control] { return control.IsStopped(); };
     if (m_head.empty())
