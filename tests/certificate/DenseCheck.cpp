@@ -1,4 +1,5 @@
 /// The check in words says what the check in integers of any size says.
+#include "Nuv/Algebra/Dense/WordQuotient.hpp"
 #include "Nuv/Certificate/Certificate.hpp"
 #include "Nuv/Certificate/Dense/DenseCheck.hpp"
 #include "Nuv/Exact/CertifiedSolve.hpp"
@@ -51,6 +52,69 @@ void ChangeOne(Certificate& certificate, Random& random)
         vector.denominator += 1;
     else
         vector.numerator[random.Next() % vector.numerator.size()] += random.OneIn(2) ? 1 : -1;
+}
+
+/// Integers of two words and a sign, of one word as often as of two.
+WideInteger DrawWide(Random& random)
+{
+    WideInteger wide;
+    wide.low = random.Next() >> random.Between(0, 63);
+    if (random.OneIn(2))
+        wide.high = random.Next() >> random.Between(2, 63);
+    wide.isNegative = !wide.IsZero() && random.OneIn(2);
+    return wide;
+}
+
+Integer ValueOf(const WideInteger& wide)
+{
+    const Integer magnitude = (Integer(wide.high) << 64) + Integer(wide.low);
+    return wide.isNegative ? -magnitude : magnitude;
+}
+
+TEST(WideInteger, IsMultipliedAndCopiedAsTheNumberThatItIs)
+{
+    constexpr unsigned kWords = 5;
+    Random random(7);
+    for (int round = 0; round < ShareOf(4000); ++round)
+    {
+        const WideInteger x = DrawWide(random);
+        const WideInteger y = DrawWide(random);
+        const WideInteger z = DrawWide(random);
+        EXPECT_EQ(x.BitLength(), BitLength(ValueOf(x)));
+        Word factor[kWords];
+        Word sum[kWords];
+        CopyWords(x, factor, kWords);
+        CopyWords(z, sum, kWords);
+        ASSERT_EQ(ToInteger(factor, kWords), ValueOf(x));
+        AddProduct(sum, factor, y, kWords);
+        ASSERT_EQ(ToInteger(sum, kWords), ValueOf(z) + ValueOf(x) * ValueOf(y));
+    }
+}
+
+/// Up to 126 bits, and 5^27; more is refused.
+TEST(WideInteger, TakesAnExactNumberTimesPowersOfTwoAndFive)
+{
+    Random random(8);
+    int taken = 0;
+    for (int round = 0; round < ShareOf(4000); ++round)
+    {
+        const auto mantissa = static_cast<std::int64_t>(random.Next() >> random.Between(1, 63)) *
+                              random.Between(-1, 1);
+        const Scale own{random.Between(0, 60), random.Between(0, 12)};
+        const Scale scale{random.Between(0, 70), random.Between(0, 17)};
+        const Integer expected = Integer(mantissa) * PowerOf(own + scale);
+        WideInteger wide;
+        const bool fits = ToWideInteger({mantissa, own}, scale, wide);
+        EXPECT_EQ(fits,
+                  mantissa == 0 || (BitLength(expected) < 127 && own.five + scale.five <= 27 &&
+                                    own.two + scale.two < 126));
+        if (fits)
+        {
+            ++taken;
+            ASSERT_EQ(ValueOf(wide), expected);
+        }
+    }
+    EXPECT_GT(taken, ShareOf(4000) / 4);
 }
 
 TEST(DenseCheck, AgreesWithTheCheckInIntegersOfAnySize)

@@ -7,6 +7,7 @@
 ///
 /// and says in its commit by how much the pivots changed.
 #include "Nuv/Exact/CertifiedSession.hpp"
+#include "Nuv/Exact/Dense/SolveSmall.hpp"
 #include "Nuv/SparseSimplex/Presolve/Presolve.hpp"
 #include "tests/exact/Certified.hpp"
 #include "tests/support/Forms.hpp"
@@ -16,6 +17,7 @@
 
 #include <array>
 #include <bit>
+#include <cmath>
 #include <concepts>
 #include <cstdlib>
 #include <fstream>
@@ -207,6 +209,51 @@ void Reduce(const BoundedForm& form, Way& way)
     way.Add(presolve.Restore(state));
 }
 
+/// A small form whose numbers have two digits behind the point, or all that doubles have.
+BoundedForm DrawDense(Random& random)
+{
+    const bool isDecimal = random.OneIn(2);
+    const auto number = [&](int most)
+    {
+        return isDecimal ? random.Between(-most, most) / 100.0
+                         : std::ldexp(static_cast<double>(random.Next() >> 11) - 0x1p52,
+                                      random.Between(-60, -45));
+    };
+    const auto columns = static_cast<Index>(random.Between(1, 6));
+    std::vector<double> cost(columns);
+    std::vector<Interval> bounds(columns);
+    for (Index j = 0; j < columns; ++j)
+    {
+        cost[j] = number(900);
+        bounds[j] = {random.OneIn(3) ? -std::fabs(number(500)) : 0.0, std::fabs(number(9000))};
+    }
+    std::vector<DenseRow> rows(static_cast<std::size_t>(random.Between(1, 6)));
+    for (DenseRow& row : rows)
+    {
+        for (Index j = 0; j < columns; ++j)
+            row.coefficients.push_back(random.OneIn(5) ? 0.0 : number(999));
+        row.bounds = {random.OneIn(3) ? -kInf : -std::fabs(number(500)), std::fabs(number(9000))};
+    }
+    BoundedForm form = MakeForm(cost, rows, bounds);
+    form.constant = number(900);
+    form.numbers =
+        isDecimal ? CoefficientMeaning::ShortestDecimal : CoefficientMeaning::StoredDouble;
+    return form;
+}
+
+/// The short way of a small dense form, and whether it is enough.
+void SolveDense(const BoundedForm& form, Way& way)
+{
+    SolveControl control(way.Watched());
+    CertifiedResult result;
+    way.Add(SolveSmall(form, nullptr, control, result));
+    way.Add(result);
+    CertifiedResult again;
+    if (result.record.proved)
+        way.Add(SolveSmall(form, &result.record.basis, control, again));
+    way.Add(again);
+}
+
 struct Kind
 {
     std::string name;
@@ -255,6 +302,8 @@ std::vector<Kind> Kinds()
                                     })},
         {"degenerate",
          [](Random& random, Way& way) { SolveAllWays(DegenerateCone(20), random, way); }},
+        {"dense",
+         repeat(120, [](Random& random, Way& way) { SolveDense(DrawDense(random), way); })},
         {"presolve of small", repeat(400,
                                      [=](Random& random, Way& way)
                                      {
