@@ -19,8 +19,10 @@ constexpr std::size_t kSlack = 128;
 Integer Symmetric(const Integer& value, const Integer& modulus)
 {
     Integer residue = value % modulus;
+    // same bits (-> 1, -> 3): one that is not the least asks for more digits
     if (residue * 2 > modulus)
         residue -= modulus;
+    // same bits (-> 1, -> 3): one that is not the least asks for more digits
     else if (residue * 2 <= -modulus)
         residue += modulus;
     return residue;

@@ -167,7 +167,7 @@ void SparseLu<Field>::SolveForward(std::vector<Value>& vector) const
     for (Index k = 0; k < m_etas.Count(); ++k)
     {
         Value& pivot = vector[m_etaPivot[k]];
-        if (m_field.IsZero(pivot))
+        if (m_field.IsZero(pivot))  // same bits: a multiple of zero is subtracted
             continue;
         pivot = m_field.Product(pivot, m_etaInverse[k]);
         const Value factor = pivot;

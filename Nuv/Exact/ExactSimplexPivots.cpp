@@ -138,6 +138,7 @@ std::optional<Status> ExactSimplex::DualStep()
     const Index position = ChooseLeaving();
     ScaledVector unit{std::vector<Integer>(m_form.rows), {}, 1};
     unit.value[position] = 1;
+    // same bits (always): a stop is final, and asked about again before the next pivot
     if (!m_factors.SolveBackward(unit, m_row, m_control))
         return Status::Stopped;
     const bool toLower = m_violation[position] < 0;
