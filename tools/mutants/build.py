@@ -8,8 +8,14 @@ import os
 import re
 import shlex
 import subprocess
+from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 from pathlib import Path
+
+
+def _tests(names):
+    """The objects of test programs, whose name is the group of that name."""
+    return re.compile(rf"tests/.*/CMakeFiles/(?P<name>test_{names}?)\.dir/")
 
 
 @dataclass
@@ -24,13 +30,13 @@ class Layer:
 
 
 CORE = Layer(
-    "core", re.compile(r".*/NuvLinearProgramming\.dir/"), re.compile("Nuv/"), re.compile("test_core_"), 0.95,
+    "core", re.compile(r".*/NuvLinearProgramming\.dir/"), re.compile("Nuv/"), _tests("core_.*"), 0.95,
     ("tests/libnuv_test_reference.a", "Nuv/SelfTest/libnuv_selftest_run.a", "Nuv/Corpus/libnuv_corpus.a"), (),
 )  # fmt: skip
 MODEL = Layer(
     "model", re.compile(r".*/nuv_(algebra|sparse_simplex|certificate|exact)\.dir/"),
     re.compile("Nuv/(Algebra|SparseSimplex|Certificate|Exact)/"),
-    re.compile("test_(algebra|sparse_simplex|certificate|exact)"), 0.90, (), ("-lgmp",),
+    _tests("(algebra|sparse_simplex|certificate|exact).*"), 0.90, (), ("-lgmp",),
 )  # fmt: skip
 
 
@@ -80,8 +86,8 @@ class Library:
 
     def assemble(self, assembly, output):
         """The assembler alone. Answers whether it took the text."""
-        command = ["as", "-o", str(output), str(assembly)]
-        return subprocess.run(command, stderr=subprocess.DEVNULL).returncode == 0
+        commands = [["as", "-o", str(output), str(assembly)], ["strip", "--strip-debug", str(output)]]
+        return all(subprocess.run(words, stderr=subprocess.DEVNULL).returncode == 0 for words in commands)
 
     def relative(self, path):
         """The name of a file of the core below the root, or None."""
@@ -91,10 +97,26 @@ class Library:
     def object_of(self, unit):
         return self.work / f"{unit.name}.o"
 
-    def compile_all(self):
-        for unit in self.units:
-            if not self.compile(unit, self.object_of(unit)):
-                raise SystemExit(f"{unit.source} does not compile")
+    def assembly_of(self, unit):
+        return self.work / f"{unit.name}.s"
+
+    def compile_all(self, jobs):
+        """Compiles each unit that has changed: with the lines of the source, which are no part of the
+        object."""
+
+        def compile_one(unit):
+            assembly = self.assembly_of(unit)
+            made = assembly.stat().st_mtime if assembly.exists() else 0.0
+            read = [Path(__file__), *(self.root / file for file in {unit.source, *unit.reads})]
+            is_made = made > max(file.stat().st_mtime for file in read)
+            return (is_made or self.compile(unit, assembly, flags=("-S", "-g1"))) and self.assemble(
+                assembly, self.object_of(unit)
+            )
+
+        with ThreadPoolExecutor(jobs) as pool:
+            for unit, is_compiled in zip(self.units, pool.map(compile_one, self.units)):
+                if not is_compiled:
+                    raise SystemExit(f"{unit.source} does not compile")
 
     def link(self, directory, replaced):
         """Links the library with some objects replaced. Answers whether it could be linked."""

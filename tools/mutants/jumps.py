@@ -1,13 +1,8 @@
 """Mutants of the compiler's output: each conditional jump taken always, or never."""
 import re
 from collections import Counter
-from pathlib import Path
 
 JUMP = re.compile(r"\t(j(?!mp)[a-z]+)\t(\.L\w+)$")
-FILE = re.compile(r'\t\.file (\d+) (?:"([^"]*)" )?"([^"]*)"')
-LOCATION = re.compile(r"\t\.loc (\d+) (\d+)")
-WEAK = re.compile(r"\t\.weak\t(\S+)")
-SYMBOL = re.compile(r"([A-Za-z_][\w.]*):")
 
 
 class Jump:
@@ -29,36 +24,20 @@ class Jump:
         return {self.unit.name: output} if core.assemble(directory / "mutant.s", output) else None
 
 
-def _jumps_of(core, assembly, known):
-    """(index, symbol, file, line, instruction) of each jump of the core's files, but for those of inline
-    functions that an earlier unit had."""
-    files, place, symbol, shared = {}, (None, 0), "", set()
-    for index, line in enumerate(assembly.read_text().split("\n")):
-        if match := FILE.match(line):
-            files[match[1]] = core.relative(Path(match[2] or ".", match[3]))
-        elif match := LOCATION.match(line):
-            place = (files[match[1]], int(match[2]))
-        elif match := SYMBOL.match(line):
-            symbol = match[1]
-        elif match := WEAK.match(line):
-            shared.add(match[1])
-        elif (match := JUMP.match(line)) and place[0] and symbol not in known:
-            yield index, symbol, *place, match[1]
-    known |= shared
-
-
-def find(core):
-    """All jumps of the core's files, in the order of units and lines. Those that a line has several of
-    in a function of the compiler's output are numbered."""
+def find(assemblies):
+    """All jumps of the layer's files, in the order of units and lines, but for those of inline functions that
+    an earlier unit had. Those that a line has several of in a function of the compiler's output are
+    numbered."""
     mutants, known = [], set()
-    for unit in core.units:
-        assembly = core.work / f"{unit.name}.s"
-        core.compile(unit, assembly, flags=("-S", "-g1"))
-        found = list(_jumps_of(core, assembly, known))
+    for unit in assemblies.units:
+        assembly = assemblies.of[unit.name]
+        jumps = [(*place, match[1]) for *place, text in assembly.code if (match := JUMP.match(text))]
+        found = [jump for jump in jumps if jump[1] not in known]
+        known |= assembly.weak
         of, seen = Counter(jump[1:] for jump in found), Counter()
         for index, *group in found:
             key = tuple(group)
             seen[key] += 1
             text = group.pop() + (f" #{seen[key]}" if of[key] > 1 else "")
-            mutants += [Jump(unit, assembly, index, always, *group, text) for always in (True, False)]
+            mutants += [Jump(unit, assembly.path, index, always, *group, text) for always in (True, False)]
     return mutants

@@ -19,7 +19,8 @@ import sys
 import tempfile
 import time
 from collections import Counter
-from concurrent.futures import ThreadPoolExecutor
+from concurrent.futures import ProcessPoolExecutor, ThreadPoolExecutor
+from itertools import repeat
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -27,6 +28,7 @@ import build
 import jumps
 import operators
 import places
+from assembly import Assemblies
 from marked import Marked
 from trial import Trial
 
@@ -34,29 +36,31 @@ TREE = ROOT / "build/mutation"
 
 
 def prepare(layer):
-    """Configures and builds the layer's tests, and answers their names."""
-    flags = ["-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_C_FLAGS_DEBUG=-O2", "-DCMAKE_CXX_FLAGS_DEBUG=-O2"]
-    switches = ["-DNUV_BUILD_TESTS=ON", "-DNUV_BUILD_BENCHMARKS=OFF", "-DNUV_WARNINGS_AS_ERRORS=OFF"]
-    command = ["cmake", "-S", ROOT, "-B", TREE, "-G", "Ninja", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON"]
-    subprocess.run(command + flags + switches, check=True, stdout=subprocess.DEVNULL)
+    """Configures, builds the objects of the layer's tests, and answers the names of these."""
+    command = ["cmake", "--preset", "release", "-B", TREE, "-DNUV_BUILD_BENCHMARKS=OFF"]
+    subprocess.run(command, cwd=ROOT, check=True, stdout=subprocess.DEVNULL)
     listed = subprocess.run(
         ["ninja", "-C", TREE, "-t", "targets", "all"], check=True, capture_output=True, text=True
     ).stdout
-    names = sorted({line.split(":")[0] for line in listed.split("\n") if layer.tests.match(line)})
-    subprocess.run(["ninja", "--quiet", "-C", TREE, *names], check=True)
+    files = [line.split(":")[0] for line in listed.split("\n")]
+    objects = [file for file in files if layer.tests.match(file) and file.endswith(".o")]
+    names = sorted({layer.tests.match(file)["name"] for file in objects})
+    subprocess.run(["ninja", "--quiet", "-C", TREE, *objects, *layer.libraries], check=True)
     return names
 
 
-def find(core, where, kinds, files):
-    trees = list(places.trees(core))
-    for tree in trees:
-        where.add_functions(tree.cursor)
-    mutants = []
-    if "jumps" in kinds:
-        mutants += jumps.find(core)
-    if "operators" in kinds:
-        mutants += operators.find(core, trees, where)
-    wanted = {core.relative(file) for file in files}
+def find(core, where, given):
+    found = {}
+    with ProcessPoolExecutor(given.jobs) as pool:
+        for functions, changes in pool.map(operators.changes_of, repeat(where), core.units):
+            where.functions.update(functions)
+            found.update(changes)
+    mutants, assemblies = [], Assemblies(core)
+    if given.kind != "operators":
+        mutants += jumps.find(assemblies)
+    if given.kind != "jumps":
+        mutants += operators.find(core, assemblies, found, where)
+    wanted = {core.relative(file) for file in given.files}
     mutants = [mutant for mutant in mutants if not wanted or mutant.file in wanted]
     where.describe(mutants)
     return mutants
@@ -176,14 +180,13 @@ def main():
     layer = build.MODEL if given.model else build.CORE
     names = prepare(layer)
     core = build.Library(layer, ROOT, TREE, TREE / f"mutants-{layer.name}")
-    core.compile_all()
+    core.compile_all(given.jobs)
     core.link(core.work, {})
-    trial = Trial(core.link_tests(names), core.work)
+    trial = Trial(core.link_tests(names), core.work, given.jobs)
     for test in trial.tests:
         print(f"{test.program.name}: {test.seconds:.2f} s")
-    kinds = [given.kind] if given.kind else ["jumps", "operators"]
     where = places.Places(core)
-    mutants = find(core, where, kinds, given.files)
+    mutants = find(core, where, given)
     print(f"{len(mutants)} mutants")
     marked = Marked(where.lines)
     if given.marked:

@@ -4,6 +4,7 @@ A file that is stamped out per element type is changed once, for all types.
 """
 from collections import Counter
 
+import places as places_of
 from clang.cindex import CursorKind, TokenKind
 
 OTHER_BINARY = {
@@ -21,14 +22,15 @@ LITERALS = (CursorKind.INTEGER_LITERAL, CursorKind.FLOATING_LITERAL, CursorKind.
 class Change:
     kind, symbol = "operators", ""
 
-    def __init__(self, file, line, offset, old, new, number):
+    def __init__(self, units, file, line, offset, old, new, number):
+        self.units = units  # those that are compiled anew
         self.file, self.line, self.offset, self.old, self.new = file, line, offset, old, new
         self.text = f"{old}{number} -> {new or 'nothing'}"
         self.detail = f"offset {offset}"
 
     def build(self, core, directory):
-        """Compiles what reads the changed file; answers the objects that it replaces, of which there
-        are none when it compiles to the same code, or None when it does not compile."""
+        """Compiles what has the changed code; answers the objects that it replaces, of which there are none
+        when it compiles to the same code, or None when it does not compile."""
         overlay = directory / "overlay"
         file = overlay / self.file
         file.parent.mkdir(parents=True, exist_ok=True)
@@ -42,11 +44,10 @@ class Change:
 
     def compile(self, core, directory, overlay):
         replaced = {}
-        for unit in core.units:
-            if self.file not in unit.reads:
-                continue
+        for unit in self.units:
             output = directory / f"{unit.name}.o"
-            if not core.compile(unit, output, overlay):
+            assembly = directory / f"{unit.name}.s"
+            if not (core.compile(unit, assembly, overlay, ("-S",)) and core.assemble(assembly, output)):
                 return None
             if output.read_bytes() != core.object_of(unit).read_bytes():
                 replaced[unit.name] = output
@@ -102,6 +103,14 @@ def _walk(cursor, places, found):
         _walk(child, places, found)
 
 
+def changes_of(places, unit):
+    """What a unit's tree has: its functions by file and line, and its changes."""
+    tree, found = places_of.tree(places.root, unit), {}
+    places.add_functions(tree.cursor)
+    _walk(tree.cursor, places, found)
+    return places.functions, found
+
+
 def _words(core, found):
     """The two words for false and true, which are macros and have no node of their own."""
     for file in core.files:
@@ -115,12 +124,16 @@ def _words(core, found):
             offset += len(line.encode()) + 1
 
 
-def find(core, trees, places):
-    """All changes in the core's files, in the order of files and places. Operators and constants that a
+def _units_of(core, assemblies, places, file, line):
+    """The units to compile anew: those with code of the function there; of what is in no function, or of
+    one that the compiler evaluates, all that read the file."""
+    with_code = assemblies.units_with((file, number) for number in places.function_lines(file, line))
+    return with_code or [unit for unit in core.units if file in unit.reads]
+
+
+def find(core, assemblies, found, places):
+    """All changes in the layer's files, in the order of files and places. Operators and constants that a
     line has several of are numbered."""
-    found = {}
-    for tree in trees:
-        _walk(tree.cursor, places, found)
     _words(core, found)
     # A token that comes out of a macro stands elsewhere.
     code = {file: (core.root / file).read_bytes() for file in core.files}
@@ -134,4 +147,5 @@ def find(core, trees, places):
     for *key, offset in offsets:
         seen[tuple(key)] += 1
         numbers[key[0], offset] = f" #{seen[tuple(key)]}" if of[tuple(key)] > 1 else ""
-    return [Change(*change, numbers[change[0], change[2]]) for change in known]
+    units = {place: _units_of(core, assemblies, places, *place) for place in {key[:2] for key in known}}
+    return [Change(units[change[:2]], *change, numbers[change[0], change[2]]) for change in known]

@@ -12,16 +12,14 @@ FUNCTIONS = (
 NAME = re.compile(r"[A-Z_]+\((\w+)\)|[\w~]+")
 
 
-def trees(core):
-    """The syntax tree of each unit of the core."""
-    index = Index.create()
-    for unit in core.units:
-        arguments = [word for word in unit.command[1:] if word.startswith(("-I", "-D", "-std", "-m"))]
-        tree = index.parse(str(core.root / unit.source), args=arguments)
-        errors = [note for note in tree.diagnostics if note.severity >= 3]
-        if errors:
-            raise SystemExit(f"clang does not read {unit.source}: {errors[0].spelling}")
-        yield tree
+def tree(root, unit):
+    """The syntax tree of a unit."""
+    arguments = [word for word in unit.command[1:] if word.startswith(("-I", "-D", "-std", "-m"))]
+    result = Index.create().parse(str(root / unit.source), args=arguments)
+    errors = [note for note in result.diagnostics if note.severity >= 3]
+    if errors:
+        raise SystemExit(f"clang does not read {unit.source}: {errors[0].spelling}")
+    return result
 
 
 class Places:
@@ -49,6 +47,16 @@ class Places:
         text = self.lines[file][cursor.location.line - 1].encode()[cursor.location.column - 1 :].decode()
         match = NAME.match(text)
         return (match[1] or match[0]) if match else cursor.spelling
+
+    def function_lines(self, file, line):
+        """The lines of the function that a line is in."""
+        first = last = line
+        name = self.functions.get((file, line))
+        while name and self.functions.get((file, first - 1)) == name:
+            first -= 1
+        while name and self.functions.get((file, last + 1)) == name:
+            last += 1
+        return range(first, last + 1)
 
     def text(self, file, line):
         return self.lines[file][line - 1].strip() if line else ""
