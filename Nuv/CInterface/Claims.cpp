@@ -28,7 +28,7 @@ constexpr std::uint32_t ClaimOf(ClaimedStatus status)
     return static_cast<std::uint32_t>(status) + 1;
 }
 
-NuvClaimOptions Defaults()
+NuvClaimOptions ClaimDefaults()
 {
     const ClaimOptions options;
     NuvClaimOptions defaults{};
@@ -44,7 +44,7 @@ class Checking
 {
 public:
     explicit Checking(const NuvClaimOptions* options)
-        : m_given(options ? TakeIn(options, "options") : Defaults())
+        : m_given(options ? TakeIn(options, "options") : ClaimDefaults())
     {
         RequireOneOf(m_given.claim, NUV_CLAIM_Unbounded + 1, "claim");
         RequireOneOf(m_given.numbers, NUV_NUMBERS_AsStated + 1, "meaning of numbers");
@@ -145,7 +145,7 @@ using namespace nuv::c;
 
 NuvModelResult NuvClaimOptionsInit(NuvClaimOptions* options, uint32_t size)
 {
-    return Guarded(nullptr, [&] { FillIn(options, "options", Defaults(), size); });
+    return Guarded(nullptr, [&] { FillIn(options, "options", ClaimDefaults(), size); });
 }
 
 NuvModelResult NuvModelCheckClaim(const NuvModel* model, const char* path,

@@ -11,7 +11,7 @@ namespace nuv::c
 namespace
 {
 
-NuvSolveOptions Defaults()
+NuvSolveOptions SolveDefaults()
 {
     const SolveOptions options;
     NuvSolveOptions defaults{};
@@ -91,7 +91,7 @@ CoefficientMeaning MeaningOf(std::uint32_t numbers)
 }
 
 Solving::Solving(const NuvSolveOptions* options)
-    : m_given(options ? TakeIn(options, "options") : Defaults()), m_options(OptionsOf(m_given))
+    : m_given(options ? TakeIn(options, "options") : SolveDefaults()), m_options(OptionsOf(m_given))
 {
     m_options.limits.reportObjective = m_given.progress != nullptr;
     if (m_given.progress)
@@ -142,7 +142,7 @@ using namespace nuv::c;
 
 NuvModelResult NuvSolveOptionsInit(NuvSolveOptions* options, uint32_t size)
 {
-    return Guarded(nullptr, [&] { FillIn(options, "options", Defaults(), size); });
+    return Guarded(nullptr, [&] { FillIn(options, "options", SolveDefaults(), size); });
 }
 
 NuvModelResult NuvModelSolve(const NuvModel* model, const NuvSolveOptions* options,
