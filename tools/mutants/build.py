@@ -64,13 +64,14 @@ class Unit:
 
 
 class Library:
-    def __init__(self, layer, root, tree, work):
+    def __init__(self, layer, root, tree, work, jobs):
+        self.jobs = jobs
         self.layer, self.root, self.tree, self.work = layer, Path(root), Path(tree), Path(work)
         self.work.mkdir(parents=True, exist_ok=True)
         entries = json.loads((self.tree / "compile_commands.json").read_text())
-        self.units = [
-            Unit(entry, self.root) for entry in entries if layer.targets.match(entry["command"])
-        ]
+        mine = [entry for entry in entries if layer.targets.match(entry["command"])]
+        with ThreadPoolExecutor(jobs) as pool:
+            self.units = list(pool.map(lambda entry: Unit(entry, self.root), mine))
         read = set().union(*(unit.reads for unit in self.units))
         self.files = sorted(file for file in read if layer.files.match(str(file)))
 
@@ -100,7 +101,7 @@ class Library:
     def assembly_of(self, unit):
         return self.work / f"{unit.name}.s"
 
-    def compile_all(self, jobs):
+    def compile_all(self):
         """Compiles each unit that has changed: with the lines of the source, which are no part of the
         object."""
 
@@ -113,7 +114,7 @@ class Library:
                 assembly, self.object_of(unit)
             )
 
-        with ThreadPoolExecutor(jobs) as pool:
+        with ThreadPoolExecutor(self.jobs) as pool:
             for unit, is_compiled in zip(self.units, pool.map(compile_one, self.units)):
                 if not is_compiled:
                     raise SystemExit(f"{unit.source} does not compile")

@@ -179,8 +179,8 @@ def main():
     given = arguments()
     layer = build.MODEL if given.model else build.CORE
     names = prepare(layer)
-    core = build.Library(layer, ROOT, TREE, TREE / f"mutants-{layer.name}")
-    core.compile_all(given.jobs)
+    core = build.Library(layer, ROOT, TREE, TREE / f"mutants-{layer.name}", given.jobs)
+    core.compile_all()
     core.link(core.work, {})
     trial = Trial(core.link_tests(names), core.work, given.jobs)
     for test in trial.tests:
