@@ -24,6 +24,8 @@
 #include <functional>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace nuv::test
 {
@@ -42,12 +44,19 @@ public:
         limits.exactPivots = 2000;
         limits.keepGoing = [this](const Progress& progress)
         {
-            Add(static_cast<std::uint64_t>(progress.stage));
-            Add(progress.pivots);
-            Add(progress.feasible);
-            // There are many that are not a number.
-            if (progress.objective == progress.objective)
-                Add(progress.objective);
+            Step step{progress.stage, progress.pivots, progress.feasible,
+                      std::bit_cast<std::uint64_t>(progress.objective)};
+            // There are many numbers that are none.
+            if (std::isnan(progress.objective))
+                step.objective = 0;
+            // What takes long asks in between, how often is no part of the way.
+            if (std::exchange(m_last, step) != step)
+            {
+                Add(static_cast<std::uint64_t>(step.stage));
+                Add(step.pivots);
+                Add(step.feasible);
+                Add(step.objective);
+            }
             return true;
         };
         return limits;
@@ -112,7 +121,17 @@ public:
     }
 
 private:
+    struct Step
+    {
+        Stage stage = Stage::SinglePrecision;
+        std::uint64_t pivots = 0;
+        bool feasible = false;
+        std::uint64_t objective = 0;
+        bool operator==(const Step&) const = default;
+    };
+
     Hash m_hash;
+    Step m_last;
     int m_solves = 0;
     int m_proved = 0;
     std::array<std::uint64_t, kStages> m_pivots{};
