@@ -53,14 +53,6 @@ def as_number(value: Any, name: str, stored: bool = False) -> Union[float, Fract
     raise TypeError(f"{name}: a {kind.__name__} is no number")
 
 
-def as_double(value: Any, name: str) -> float:
-    """A number that a double says, and no other."""
-    number = as_number(value, name)
-    if isinstance(number, Fraction):
-        raise ValueError(f"{name}: {value} is not what a double stands for, and would be rounded")
-    return number
-
-
 def said(number: Fraction) -> Union[float, Fraction]:
     """A number as `as_number` gives it."""
     try:
