@@ -226,6 +226,7 @@ def test_arguments_of_linprog_that_it_does_not_have():
 def test_operators_at_their_edges():
     model = nuv.Model()
     x, y = model.variable("x", upper=3), model.variable("y")
+    assert nuv.sum([0.5, Fraction(1, 4)]).exact == Fraction(3, 4) and nuv.sum([]).value == 0
     assert repr(1 + x) == "x + 1" and repr(+x) == "x" and repr(3 - x) == "-x + 3"
     for wrong in (lambda: x - "1", lambda: x / "1", lambda: "1" <= x, lambda: nuv.sum([x, "1"])):
         with pytest.raises(TypeError):

@@ -232,6 +232,31 @@ def what_a_worker_was_never_told_is_sent_again(count):
     assert len(dropped) == 2 and digest(found) == expected
 
 
+def a_worker_that_is_stopped_is_waited_for(count):
+    """It gives no answer to what it does, and goes on where it was."""
+    expected = digest(nuv.solve_batch(*problems()))
+    nuv.dask._SILENCE = 0.5
+    with cluster_of(count) as (cluster, client):
+        take, answers = nuv.dask._Job._take, []
+        look = nuv.dask._Watch.look
+
+        def looked(watch):
+            answers.append(look(watch))
+            return answers[-1]
+
+        def take_and_stop(job, first, last, found):
+            take(job, first, last, found)
+            if first == 40:
+                for worker in cluster.workers:
+                    worker.send_signal(signal.SIGSTOP)
+                    threading.Timer(4, worker.send_signal, (signal.SIGCONT,)).start()
+
+        client.register_worker_plugin(Wrapped(is_slow))
+        nuv.dask._Watch.look, nuv.dask._Job._take = looked, take_and_stop
+        found = nuv.dask.solve_batch(client, *problems(), chunk=20)
+    assert None in answers and digest(found) == expected
+
+
 def what_never_comes_back_ends_the_batch(count):
     nuv.dask._SILENCE = 0.2
     with cluster_of(count) as (cluster, client):
