@@ -204,6 +204,13 @@ def stacked(upper: Rows, lower: Rows) -> Rows:
                 np.concatenate((upper.values, lower.values)))
 
 
+def escaped(text: str) -> str:
+    """As it stands in HTML."""
+    import html  # Takes a millisecond to import, and is seldom needed.
+
+    return html.escape(text)
+
+
 def counted(number: int, what: str) -> str:
     """A number of things, with an s where it is not one."""
     return f"{number} {what}" if number == 1 else f"{number} {what}s"

@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import os
 import threading
-from concurrent.futures import ThreadPoolExecutor
 from typing import Any, Callable, NamedTuple, Optional
 
 import numpy as np
@@ -226,6 +225,8 @@ def _in_pieces(count: int, workers: int, piece: int,
         if workers == 1:
             run(0, count)
             return None
+        from concurrent.futures import ThreadPoolExecutor  # Takes milliseconds to import.
+
         with ThreadPoolExecutor(workers) as pool:
             try:
                 for done in [pool.submit(run, *ends) for ends in zip(cuts, cuts[1:])]:

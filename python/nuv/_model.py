@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import html
 import math
 import os
 import threading
@@ -11,7 +10,7 @@ from typing import Any, Callable, Mapping, Optional, Union
 import numpy as np
 
 from . import _basis
-from ._arrays import as_number, counted, doubles, finite, matrix, sides, vector
+from ._arrays import as_number, counted, doubles, escaped, finite, matrix, sides, vector
 from ._basis import Basis
 from ._claim import Judgement, prove
 from ._edits import Edits, Names, text_argument
@@ -307,7 +306,7 @@ class Model(Edits):
         return self.text() if self.num_entries <= _SHOWN else repr(self)
 
     def _repr_html_(self) -> str:
-        return f"<pre>{html.escape(str(self))}</pre>"
+        return f"<pre>{escaped(str(self))}</pre>"
 
     def _repr_svg_(self) -> Optional[str]:
         return self.picture()._repr_svg_() if self.num_variables == 2 else None

@@ -2,13 +2,12 @@
 
 from __future__ import annotations
 
-import html
 import math
 from typing import Any, NamedTuple, Optional
 
 import numpy as np
 
-from ._arrays import Doubles
+from ._arrays import Doubles, escaped
 from ._handle import array_of, held
 from ._record import Record
 from ._solve import Options, solve
@@ -174,11 +173,11 @@ class _Drawing:
             parts.append(f'<circle cx="{x}" cy="{y}" r="4"/>')
             parts.append(f'<text x="{float(x) + 7:.1f}" y="{float(y) - 7:.1f}">({self.optimum[0]:g}, '
                          f'{self.optimum[1]:g})</text>')
-        name = html.escape(f"{status}: {columns[0]} to the right, {columns[1]} up")
+        name = escaped(f"{status}: {columns[0]} to the right, {columns[1]} up")
         parts.append(f'<text x="{_MARGIN}" y="{self.height - 14}">{name}</text></svg>')
         return "\n".join(parts)
 
     def _labelled(self, name: str, ends: list[Point], colour: str) -> list[str]:
         (x1, y1), (x2, y2) = (self.place(end).split(",") for end in ends)
         return [f'<line x1="{x1}" y1="{y1}" x2="{x2}" y2="{y2}" stroke="{colour}"/>',
-                f'<text x="{x2}" y="{y2}" fill="{colour}">{html.escape(name)}</text>']
+                f'<text x="{x2}" y="{y2}" fill="{colour}">{escaped(name)}</text>']

@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import html
 import math
 from contextlib import contextmanager
 from fractions import Fraction
@@ -10,7 +9,7 @@ from typing import Any, Iterator, NamedTuple, Optional, Union, overload
 
 import numpy as np
 
-from ._arrays import Doubles, meant
+from ._arrays import Doubles, escaped, meant
 from ._basis import Basis
 from ._expression import Expression, Variable
 from ._places import Places
@@ -292,11 +291,11 @@ class Solution:
     def _repr_html_(self) -> str:
         colour = {"optimal": "#1a7f37", "stopped": "#9a6700"}.get(self.status, "#cf222e")
         head = (f'<b style="color:{colour}">{self.status}</b> '
-                + ("" if math.isnan(self.objective) else html.escape(repr(self.objective)))
-                + f"<br><small>{html.escape(self.proof)}</small>")
-        cells = "".join(f"<tr><td>{html.escape(name)}</td><td>{value!r}</td></tr>"
+                + ("" if math.isnan(self.objective) else escaped(repr(self.objective)))
+                + f"<br><small>{escaped(self.proof)}</small>")
+        cells = "".join(f"<tr><td>{escaped(name)}</td><td>{value!r}</td></tr>"
                         for name, value in list(self.values.items())[:50])
-        members = "".join(f"<li>{html.escape(f'{m.kind} {m.name}, {m.side}')}</li>"
+        members = "".join(f"<li>{escaped(f'{m.kind} {m.name}, {m.side}')}</li>"
                           for m in self.conflict)
         return head + (f"<table>{cells}</table>" if cells else "") + \
             (f"<ul>{members}</ul>" if members else "")
