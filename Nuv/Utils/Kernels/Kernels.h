@@ -52,10 +52,13 @@ struct Kernels
     static constexpr NuvSizeT kTile = 16;
 
     void (*updateAndMultiply)(const FusedProduct* product);
-    /// Few rows: both inverses += the pending update, unless `row`, which leaves, is m; prices =
-    /// basicCosts · inverse; values = inverse · b. The former row goes to `multipliers`.
+    /// Few rows: copies A, whose rows are `rowLength` long, and marks its non-zeros.
+    void (*copySmall)(const SmallState* state, const NuvFloat32* A, NuvSizeT rowLength);
+    /// Both inverses += the pending update, unless `row`, which leaves, is m; prices = basicCosts ·
+    /// inverse; values = inverse · b. The former row goes to `multipliers`. Prices and values are
+    /// those of before, but for m.
     /// @return whether all of prices and values are finite.
-    bool (*updateSmall)(const SmallState* state, NuvUint row);
+    bool (*updateSmall)(SmallState* state, NuvUint row);
     /// differences = costs − prices · [A I]; prices are finite.
     /// @return as findLargest.
     Choice (*priceSmall)(const SmallState* state);

@@ -183,9 +183,10 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kKernels = {UpdateAndMultiply, UpdateSmall,      PriceSmall, TestSmall,
-                              FormSmallEta,      FormEta,          IsFinite,   FindLargest,
-                              FindSmallestRatio, MultiplyMatrices, Divide,     SubtractMultiple};
+constexpr Kernels kKernels = {UpdateAndMultiply, CopySmall,         UpdateSmall,      PriceSmall,
+                              TestSmall,         FormSmallEta,      FormEta,          IsFinite,
+                              FindLargest,       FindSmallestRatio, MultiplyMatrices, Divide,
+                              SubtractMultiple};
 }  // namespace
 
 const Kernels* NUV_KERNELS()

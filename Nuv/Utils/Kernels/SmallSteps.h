@@ -14,24 +14,28 @@ struct SmallState
 {
     /// At most as many rows as there are bits.
     NuvSizeT m;
-    NuvSizeT stride;             // of the lines of the inverse
-    NuvFloat32* rows;            // [m × stride]
-    NuvFloat32* columns;         // [m × stride]
-    const NuvFloat32* b;         // [stride]
-    NuvFloat32* basicCosts;      // [stride]
-    NuvFloat32* prices;          // [stride]
-    NuvFloat32* values;          // [stride]
-    NuvFloat32* eta;             // [stride]
-    NuvFloat32* multipliers;     // [stride] the former row that leaves
-    NuvFloat32* A;               // [m × lengthOfA] the columns that are not slacks
-    NuvSizeT lengthOfA;          // of a row
-    NuvFloat32* costs;           // [lengthOfA + stride] −infinity of basic ones and of padding
-    NuvUint* positions;          // [lengthOfA + stride] among the nonbasic variables
-    NuvFloat32* differences;     // [lengthOfA + stride] the reduced costs
-    NuvFloat32* enteringColumn;  // [stride]
-    NuvFloat32* direction;       // [stride]
-    NuvFloat32* ratios;          // [stride]
-    RowBits nonzerosOfColumn;    // of the entering one
+    NuvSizeT stride;          // of the lines of the inverse
+    NuvFloat32* rows;         // [m × stride]
+    NuvFloat32* columns;      // [m × stride]
+    const NuvFloat32* b;      // [stride]
+    NuvFloat32* basicCosts;   // [stride]
+    NuvFloat32* prices;       // [stride]
+    NuvFloat32* values;       // [stride]
+    NuvFloat32* eta;          // [stride]
+    NuvFloat32* multipliers;  // [stride] the former row that leaves
+    NuvFloat32* A;            // [m × lengthOfA] the columns that are not slacks
+    NuvSizeT lengthOfA;       // of a row
+    NuvUint* nonzerosOfA;     // [2 × lengthOfA] of the columns, rows 0 to 31, then the others
+    NuvFloat32* costs;        // [lengthOfA + stride] −infinity of basic ones and of padding
+    NuvUint* positions;       // [lengthOfA + stride] among the nonbasic variables
+    NuvFloat32* differences;  // [lengthOfA + stride] the reduced costs
+    NuvFloat32* direction;    // [stride]
+    NuvFloat32* ratios;       // [stride]
+    RowBits nonzeroPrices;
+    // The entering column: its elements are so far apart, and no others are needed than these.
+    const NuvFloat32* enteringColumn;
+    NuvSizeT stepOfColumn;
+    RowBits nonzerosOfColumn;
 };
 }  // namespace nuv
 

@@ -25,25 +25,83 @@ NUV_LANES_INLINE void DoInStripes(NuvSizeT length, NuvSizeT first, Operation* op
         DoInStripes<count / 2>(length, first, operation);
 }
 
+/// A bit for each lane.
+#if NUV_LANES == 16
+NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
+{
+    return _mm512_cmp_ps_mask(x, Lanes{}, _CMP_NEQ_UQ);
+}
+
+NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
+{
+    return _mm512_cmp_ps_mask(x, y, _CMP_EQ_OQ);
+}
+#elif NUV_LANES == 8
+NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
+{
+    return static_cast<NuvUint>(_mm256_movemask_ps(_mm256_cmp_ps(x, Lanes{}, _CMP_NEQ_UQ)));
+}
+
+NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
+{
+    return static_cast<NuvUint>(_mm256_movemask_ps(_mm256_cmp_ps(x, y, _CMP_EQ_OQ)));
+}
+#else
+NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
+{
+    NuvFloat32 a[kLanes];
+    NuvFloat32 b[kLanes];
+    memcpy(a, &x, sizeof x);
+    memcpy(b, &y, sizeof y);
+    RowBits bits = 0;
+    for (NuvSizeT lane = 0; lane != kLanes; ++lane)
+        bits |= static_cast<RowBits>(a[lane] == b[lane]) << lane;
+    return bits;
+}
+
+NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
+{
+    constexpr RowBits kAll = (RowBits{1} << kLanes) - 1;
+    return kAll & ~WhereEqual(x, Lanes{});
+}
+#endif
+
 /// A bit for each number that is not ±0.
-RowBits NonzerosOf(const NuvFloat32* x, NuvSizeT length)
+NUV_LANES_INLINE RowBits NonzerosOf(const NuvFloat32* x, NuvSizeT length)
 {
     RowBits bits = 0;
     for (NuvSizeT i = 0; i != length; i += kLanes)
-    {
-#if NUV_LANES == 16
-        const RowBits found = _mm512_cmp_ps_mask(Load(x + i), Lanes{}, _CMP_NEQ_UQ);
-#elif NUV_LANES == 8
-        const Lanes differs = _mm256_cmp_ps(Load(x + i), Lanes{}, _CMP_NEQ_UQ);
-        const RowBits found = static_cast<NuvUint>(_mm256_movemask_ps(differs));
-#else
-        RowBits found = 0;
-        for (NuvSizeT lane = 0; lane != kLanes; ++lane)
-            found |= static_cast<RowBits>(x[i + lane] != 0.0F) << lane;
-#endif
-        bits |= found << i;
-    }
+        bits |= NonzerosOf(Load(x + i)) << i;
     return bits;
+}
+
+/// Some columns of A: what is past the end of a row belongs to columns that are padding, and these
+/// never enter.
+void CopyColumns(const SmallState* s, const NuvFloat32* A, NuvSizeT rowLength, NuvSizeT first)
+{
+    const NuvSizeT end = s->m * rowLength;
+    UintLanes nonzeros[2] = {};
+    for (NuvSizeT i = 0; i != s->m; ++i)
+    {
+        const NuvSizeT from = i * rowLength + first;
+        NuvFloat32* const to = s->A + i * s->lengthOfA + first;
+        if (from + kLanes <= end)
+            Store(to, Load(A + from));
+        else
+            for (NuvSizeT j = 0; j != kLanes; ++j)
+                to[j] = from + j < end ? A[from + j] : 0.0F;
+        const UintLanes bit = BroadcastUint(NuvUint{1} << i % 32);
+        UintLanes& bits = nonzeros[i / 32];
+        bits = Load(to) != Lanes{} ? bits | bit : bits;
+    }
+    memcpy(s->nonzerosOfA + first, nonzeros, sizeof nonzeros[0]);
+    memcpy(s->nonzerosOfA + s->lengthOfA + first, nonzeros + 1, sizeof nonzeros[1]);
+}
+
+void CopySmall(const SmallState* s, const NuvFloat32* A, NuvSizeT rowLength)
+{
+    for (NuvSizeT first = 0; first != s->lengthOfA; first += kLanes)
+        CopyColumns(s, A, rowLength, first);
 }
 
 /// Adds the pending update to both matrices and sums prices and values, which are independent of
@@ -51,7 +109,7 @@ RowBits NonzerosOf(const NuvFloat32* x, NuvSizeT length)
 template <bool hasUpdate>
 struct SmallUpdate
 {
-    const SmallState& s;
+    SmallState& s;
     NuvUint row;
     /// Sums of numbers times 0.
     Lanes doubt;
@@ -106,6 +164,7 @@ struct SmallUpdate
         {
             Store(s.prices + first + v * kLanes, prices[v]);
             Store(s.values + first + v * kLanes, values[v]);
+            s.nonzeroPrices |= NonzerosOf(prices[v]) << (first + v * kLanes);
             doubt = doubt + (prices[v] * Broadcast(0.0F) + values[v] * Broadcast(0.0F));
         }
     }
@@ -116,7 +175,7 @@ struct SmallUpdate
 /// change nor cost are left out.
 struct SparseUpdate
 {
-    const SmallState& s;
+    SmallState& s;
     NuvUint row;
     RowBits changedRows;
     RowBits changedColumns;
@@ -164,6 +223,7 @@ struct SparseUpdate
         for (NuvSizeT v = 0; v != count; ++v)
         {
             Store(s.prices + first + v * kLanes, prices[v]);
+            s.nonzeroPrices |= NonzerosOf(prices[v]) << (first + v * kLanes);
             doubt = doubt + prices[v] * Broadcast(0.0F);
         }
     }
@@ -194,13 +254,75 @@ struct SparseUpdate
     }
 };
 
+/// Σ factors(k) · line(k) over the line's numbers that are not ±0.
+NUV_LANES_INLINE NuvFloat32 SumOfNonzeros(const NuvFloat32* factors, const NuvFloat32* line,
+                                          NuvSizeT length)
+{
+    NuvFloat32 sum = 0.0F;
+    for (RowBits left = NonzerosOf(line, length); left != 0; left &= left - 1)
+    {
+        const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
+        sum = sum + factors[k] * line[k];
+    }
+    return sum;
+}
+
+/// The update where it changes few rows and columns of the inverse. The others keep their numbers
+/// but for signs of zeros, and with them their values, whose terms are the same, and their prices:
+/// where the multiplier is ±0, so is the element in the leaving row, before and after, whatever
+/// that row costs.
+bool UpdateFew(SmallState* s, NuvUint row, RowBits changedRows, RowBits changedColumns)
+{
+    for (RowBits left = changedRows; left != 0; left &= left - 1)
+    {
+        const NuvSizeT i = static_cast<NuvSizeT>(std::countr_zero(left));
+        NuvFloat32* const line = s->rows + i * s->stride;
+        const Lanes eta = Broadcast(s->eta[i]);
+        for (NuvSizeT k = 0; k != s->stride; k += kLanes)
+            Store(line + k, Load(line + k) + eta * Load(s->multipliers + k));
+    }
+    const UintLanes leaving = BroadcastUint(row);
+    for (RowBits left = changedColumns; left != 0; left &= left - 1)
+    {
+        const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
+        NuvFloat32* const line = s->columns + k * s->stride;
+        const Lanes multiplier = Broadcast(s->multipliers[k]);
+        for (NuvSizeT i = 0; i != s->stride; i += kLanes)
+        {
+            const Lanes former =
+                CountFrom(static_cast<NuvUint>(i)) != leaving ? Load(line + i) : Lanes{};
+            Store(line + i, former + multiplier * Load(s->eta + i));
+        }
+    }
+    NuvFloat32 doubt = 0.0F;
+    for (RowBits left = changedColumns; left != 0; left &= left - 1)
+    {
+        const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
+        const NuvFloat32 price =
+            SumOfNonzeros(s->basicCosts, s->columns + k * s->stride, s->stride);
+        const RowBits bit = RowBits{1} << k;
+        s->nonzeroPrices = price != 0.0F ? s->nonzeroPrices | bit : s->nonzeroPrices & ~bit;
+        s->prices[k] = price;
+        doubt = doubt + price * 0.0F;
+    }
+    for (RowBits left = changedRows; left != 0; left &= left - 1)
+    {
+        const NuvSizeT i = static_cast<NuvSizeT>(std::countr_zero(left));
+        const NuvFloat32 value = SumOfNonzeros(s->b, s->rows + i * s->stride, s->stride);
+        s->values[i] = value;
+        doubt = doubt + value * 0.0F;
+    }
+    return doubt == 0.0F;
+}
+
 /// With fewer rows the zeros of the leaving row are not looked for.
 constexpr NuvSizeT kFewestSparse = 17;
 
-bool UpdateSmall(const SmallState* s, NuvUint row)
+bool UpdateSmall(SmallState* s, NuvUint row)
 {
     if (row == s->m)
     {
+        s->nonzeroPrices = 0;
         SmallUpdate<false> sums = {*s, row, Lanes{}};
         DoInStripes<kVectorsAtOnce>(s->stride, 0, &sums);
         return AreZero(sums.doubt);
@@ -211,15 +333,23 @@ bool UpdateSmall(const SmallState* s, NuvUint row)
         Store(s->multipliers + i, Load(leaving + i));
         Store(leaving + i, Lanes{});
     }
-    const RowBits changed =
-        s->m < kFewestSparse ? ~RowBits{0} : NonzerosOf(s->multipliers, s->stride);
-    if (2 * static_cast<NuvSizeT>(std::popcount(changed)) < s->m)
+    if (s->m >= kFewestSparse)
     {
-        const RowBits rows = NonzerosOf(s->eta, s->stride) | NonzerosOf(s->basicCosts, s->stride);
-        SparseUpdate update = {*s, row, rows, changed, Lanes{}};
-        DoInStripes<kVectorsAtOnce>(s->stride, 0, &update);
-        return AreZero(update.doubt);
+        const RowBits columns = NonzerosOf(s->multipliers, s->stride);
+        const RowBits rows = NonzerosOf(s->eta, s->stride) | RowBits{1} << row;
+        const NuvSizeT numColumns = static_cast<NuvSizeT>(std::popcount(columns));
+        if (2 * (numColumns + static_cast<NuvSizeT>(std::popcount(rows))) < s->m)
+            return UpdateFew(s, row, rows, columns);
+        s->nonzeroPrices = 0;
+        if (2 * numColumns < s->m)
+        {
+            const RowBits costed = NonzerosOf(s->basicCosts, s->stride);
+            SparseUpdate update = {*s, row, rows | costed, columns, Lanes{}};
+            DoInStripes<kVectorsAtOnce>(s->stride, 0, &update);
+            return AreZero(update.doubt);
+        }
     }
+    s->nonzeroPrices = 0;
     SmallUpdate<true> update = {*s, row, Lanes{}};
     DoInStripes<kVectorsAtOnce>(s->stride, 0, &update);
     return AreZero(update.doubt);
@@ -255,7 +385,7 @@ struct SmallPricing
 
 Choice PriceSmall(const SmallState* s)
 {
-    SmallPricing pricing = {*s, NonzerosOf(s->prices, s->stride), Lanes{}};
+    SmallPricing pricing = {*s, s->nonzeroPrices, Lanes{}};
     DoInStripes<kVectorsAtOnce>(s->lengthOfA, 0, &pricing);
     // A slack's sum is +0 + price · 1: the price itself, which is a sum from +0 and never −0.
     const NuvSizeT length = s->lengthOfA + s->stride;
@@ -281,7 +411,7 @@ struct SmallRatios
         for (RowBits left = s.nonzerosOfColumn; left != 0; left &= left - 1)
         {
             const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
-            const Lanes element = Broadcast(s.enteringColumn[k]);
+            const Lanes element = Broadcast(s.enteringColumn[k * s.stepOfColumn]);
             const NuvFloat32* const column = s.columns + k * s.stride + first;
             for (NuvSizeT v = 0; v != count; ++v)
                 sums[v] = sums[v] + element * Load(column + v * kLanes);
@@ -301,7 +431,11 @@ Choice TestSmall(const SmallState* s)
 {
     SmallRatios ratios = {*s, Broadcast(FLT_MAX)};
     DoInStripes<kVectorsAtOnce>(s->stride, 0, &ratios);
-    return FirstOf(s->ratios, s->stride, ratios.smallest);
+    const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Reduce(ratios.smallest, kSmaller));
+    RowBits bits = 0;
+    for (NuvSizeT i = 0; i != s->stride; i += kLanes)
+        bits |= WhereEqual(Load(s->ratios + i), Broadcast(smallest)) << i;
+    return {smallest, static_cast<NuvUint>(std::countr_zero(bits))};
 }
 
 bool FormSmallEta(const SmallState* s, NuvUint row)

@@ -147,11 +147,14 @@ Result SolvePhaseBy(const PhaseRules* rules, NuvLinearProgramming* lp, SolveCont
     unsigned char local[kLocalBytes];
     Workspace workspace = {nullptr, local, sizeof local};
     it.hasSlackBasis = StartsFromSlacks(lp, form);
-    const NuvSizeT size = PlaceArrays(&it, &steps, context, form, rules->phase, nullptr);
+    const NuvSizeT size = PlaceArrays(&it, &steps, context, form, rules->phase, local);
     const bool isLocal = size <= sizeof local;
-    if (!isLocal && !AllocateWorkspace(&workspace, lp->alloc, size))
-        return result;
-    (void)PlaceArrays(&it, &steps, context, form, rules->phase, workspace.block);
+    if (!isLocal)
+    {
+        if (!AllocateWorkspace(&workspace, lp->alloc, size))
+            return result;
+        (void)PlaceArrays(&it, &steps, context, form, rules->phase, workspace.block);
+    }
     Initialise(&it, lp);
     if (!TryStart(&steps, &it))
         result = IterateDensely<Steps>(nullptr, &it, rules, lp);

@@ -21,27 +21,6 @@ static_assert(kMostRows <= 8 * sizeof(RowBits));
 constexpr NuvFloat32 kBasicCost = -std::numeric_limits<NuvFloat32>::infinity();
 constexpr NuvUint kNoPosition = UINT32_MAX;
 
-void CopyA(SmallState* s, const StandardForm* form)
-{
-    const NuvSizeT length = s->lengthOfA;
-    // Whole tiles, past the end of a row into the next one: what is summed there belongs to columns
-    // that are padding, and these never enter.
-    const NuvSizeT end = form->m * form->rowLength;
-    for (NuvSizeT i = 0; i != form->m; ++i)
-    {
-        const NuvSizeT from = i * form->rowLength;
-        const NuvSizeT count = end - from < length ? end - from : length;
-        NuvFloat32* const to = s->A + i * length;
-        NuvSizeT j = 0;
-        for (; count - j >= Kernels::kTile; j += Kernels::kTile)
-            NuvMemCopy(to + j, form->A + from + j, Kernels::kTile * sizeof *to);
-        for (; j != count; ++j)
-            to[j] = form->A[from + j];
-        for (; j != length; ++j)
-            to[j] = 0.0F;
-    }
-}
-
 /// `columns` are behind `rows`.
 void SetToIdentity(SmallState* s)
 {
@@ -77,6 +56,38 @@ NuvSizeT IndexOf(const SmallState* s, const StandardForm* form, NuvUint label)
     return label <= form->n ? label - 1 : s->lengthOfA + (label - form->n - 1);
 }
 
+/// Whether the nonbasic variables are those of the columns of A, in their order, behind the
+/// artificial one of Phase I.
+bool AreNonbasicInOrder(const Iteration* it)
+{
+    const NuvUint numArtificial = it->numNonbasic - it->form->n;
+    NuvUint differences = 0;
+    for (NuvUint j = 0; j != it->form->n; ++j)
+        differences |= it->nonbasic[numArtificial + j] ^ (j + 1);
+    return differences == 0;
+}
+
+/// The first basis of all: that of the slacks, in the order of the rows.
+void StartFromSlacks(SmallState* s, const Iteration* it)
+{
+    const NuvUint n = it->form->n;
+    const NuvUint numArtificial = it->numNonbasic - n;
+    for (NuvUint j = 0; j != n; ++j)
+    {
+        s->costs[j] = it->phase == Phase::II ? it->form->c[j] : 0.0F;
+        s->positions[j] = numArtificial + j;
+    }
+    for (NuvSizeT j = n; j != s->lengthOfA + s->stride; ++j)
+    {
+        s->costs[j] = kBasicCost;
+        s->positions[j] = kNoPosition;
+    }
+    // The inverse is the identity, and slacks cost nothing: sums of zeros and one number.
+    for (NuvSizeT i = 0; i != s->m; ++i)
+        s->values[i] = 0.0F + s->b[i];
+    s->nonzeroPrices = 0;
+}
+
 /// Gives each label its place.
 /// @return false when one has two.
 bool PlaceLabels(SmallState* s, const Iteration* it)
@@ -107,25 +118,30 @@ bool PlaceLabels(SmallState* s, const Iteration* it)
     return true;
 }
 
-/// Copies the column of A under the label.
-void CopyColumn(SmallState* s, const StandardForm* form, NuvUint label)
+/// Says where the column under the label is.
+void PointToColumn(SmallState* s, const StandardForm* form, NuvUint label)
 {
-    RowBits nonzeros = 0;
-    if (label != kArtificialLabel && label > form->n)
+    static constexpr NuvFloat32 kOfSlack = 1.0F;
+    static constexpr NuvFloat32 kOfArtificial = -1.0F;
+    s->stepOfColumn = 0;
+    if (label == kArtificialLabel)
     {
-        const NuvSizeT row = label - form->n - 1;
-        s->enteringColumn[row] = 1.0F;
-        s->nonzerosOfColumn = RowBits{1} << row;
-        return;
+        s->enteringColumn = &kOfArtificial;
+        s->nonzerosOfColumn = ~RowBits{0} >> (8 * sizeof(RowBits) - s->m);
     }
-    for (NuvSizeT i = 0; i != s->m; ++i)
+    else if (label > form->n)
     {
-        const NuvFloat32 element =
-            label == kArtificialLabel ? -1.0F : s->A[i * s->lengthOfA + label - 1];
-        s->enteringColumn[i] = element;
-        nonzeros |= static_cast<RowBits>(element != 0.0F) << i;
+        s->enteringColumn = &kOfSlack;
+        s->nonzerosOfColumn = RowBits{1} << (label - form->n - 1);
     }
-    s->nonzerosOfColumn = nonzeros;
+    else
+    {
+        const NuvSizeT column = label - 1;
+        s->enteringColumn = s->A + column;
+        s->stepOfColumn = s->lengthOfA;
+        s->nonzerosOfColumn =
+            s->nonzerosOfA[column] | RowBits{s->nonzerosOfA[s->lengthOfA + column]} << 32U;
+    }
 }
 }  // namespace
 
@@ -146,6 +162,7 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
     layout->Place(&s->positions, length);
     layout->Place(&s->differences, length);
     layout->Place(&s->A, s->m * s->lengthOfA);
+    layout->Place(&s->nonzerosOfA, 2 * s->lengthOfA);
     // Whole tiles are whole lines, so that the columns follow the rows.
     layout->Place(&s->rows, s->m * s->stride);
     layout->Place(&s->columns, s->m * s->stride);
@@ -155,7 +172,6 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
     s->basicCosts = it->basicCosts;
     s->prices = it->prices;
     s->values = it->basicValues;
-    s->enteringColumn = it->enteringColumn;
     s->direction = it->direction;
     s->ratios = it->ratios;
     if (it->hasSlackBasis)
@@ -169,9 +185,16 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
 bool TryStart(SmallIteration* x, Iteration* it)
 {
     SmallState* const s = &x->state;
+    it->kernels->copySmall(s, it->form->A, it->form->rowLength);
+    if (it->hasSlackBasis && AreNonbasicInOrder(it))
+    {
+        SetToIdentity(s);
+        StartFromSlacks(s, it);
+        x->isFinite = true;
+        return true;
+    }
     if (!LabelsMatchColumns(it) || !InvertBasis(x, it) || !PlaceLabels(s, it))
         return false;
-    CopyA(s, it->form);
     x->isFinite = it->kernels->updateSmall(s, it->m);
     return true;
 }
@@ -186,7 +209,7 @@ bool ComputeValuesAndDirection(SmallIteration* x, Iteration* it, const Entering*
 {
     if (x->isFinite && entering->reducedCost != 0.0F)
     {
-        CopyColumn(&x->state, it->form, it->nonbasic[entering->position]);
+        PointToColumn(&x->state, it->form, it->nonbasic[entering->position]);
         x->smallest = it->kernels->testSmall(&x->state);
     }
     return x->isFinite;

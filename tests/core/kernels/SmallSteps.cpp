@@ -22,6 +22,9 @@ struct Arrays
     Floats rows, columns, b, basicCosts, prices, values, eta, multipliers, A, costs, differences;
     Floats enteringColumn, direction, ratios;
     std::vector<NuvUint> positions;
+    std::vector<NuvUint> nonzerosOfA = {};
+    std::size_t stepOfColumn = 1;
+    nuv::RowBits nonzeroPrices = 0;
     nuv::RowBits nonzerosOfColumn = 0;
 
     nuv::SmallState State()
@@ -38,13 +41,24 @@ struct Arrays
                 multipliers.data(),
                 A.data(),
                 lengthOfA,
+                nonzerosOfA.data(),
                 costs.data(),
                 positions.data(),
                 differences.data(),
-                enteringColumn.data(),
                 direction.data(),
                 ratios.data(),
+                nonzeroPrices,
+                enteringColumn.data(),
+                stepOfColumn,
                 nonzerosOfColumn};
+    }
+
+    nuv::RowBits NonzerosOf(const Floats& x, std::size_t step) const
+    {
+        nuv::RowBits bits = 0;
+        for (std::size_t i = 0; i != m; ++i)
+            bits |= nuv::RowBits{x[i * step] != 0.0F} << i;
+        return bits;
     }
 
     float& Row(std::size_t i, std::size_t k)
@@ -99,7 +113,8 @@ protected:
                     Padded(m, stride, zeros),
                     Floats(stride, 7.0F),
                     Floats(stride, 7.0F),
-                    {}};
+                    {},
+                    std::vector<NuvUint>(2 * length, 7)};
         for (std::size_t i = 0; i != m; ++i)
             for (std::size_t k = 0; k != m; ++k)
                 x.Row(i, k) = x.Column(k, i) = DrawSparse(zeros);
@@ -111,8 +126,7 @@ protected:
             x.costs[length + i] = static_cast<float>(random.Between(-3, 3));
         for (std::size_t j = 0; j != length + stride; ++j)
             x.positions.push_back(random.Below(1000));
-        for (std::size_t i = 0; i != m; ++i)
-            x.nonzerosOfColumn |= nuv::RowBits{x.enteringColumn[i] != 0.0F} << i;
+        x.nonzerosOfColumn = x.NonzerosOf(x.enteringColumn, 1);
         return x;
     }
 };
@@ -148,19 +162,51 @@ void UpdateByHand(Arrays* x, std::size_t row)
         }
 }
 
+TEST_P(SmallStepsAgainstPlainLoops, AIsCopiedAndItsNonzerosAreMarked)
+{
+    for (int i = 0; i != ShareOf(400) && !HasFailure(); ++i)
+    {
+        Arrays x = Make();
+        // The rows of A may be as long as they like, but for what is beyond the last one.
+        const std::size_t rowLength = x.lengthOfA - random.Below(16) + random.Below(2) * x.m;
+        Floats A(x.m * rowLength);
+        for (float& element : A)
+            element = random.Chance(50) ? 0.0F : -random.Symmetric(4.0F);
+        nuv::SmallState state = x.State();
+        kernels->copySmall(&state, A.data(), rowLength);
+        for (std::size_t j = 0; j != std::min(x.lengthOfA, rowLength); ++j)
+        {
+            const Floats column(A.begin() + static_cast<std::ptrdiff_t>(j), A.end());
+            for (std::size_t r = 0; r != x.m; ++r)
+                EXPECT_TRUE(IsSame(x.A[r * x.lengthOfA + j], A[r * rowLength + j]));
+            const nuv::RowBits found =
+                x.nonzerosOfA[j] | nuv::RowBits{x.nonzerosOfA[x.lengthOfA + j]} << 32U;
+            EXPECT_EQ(found, x.NonzerosOf(column, rowLength));
+        }
+    }
+}
+
 TEST_P(SmallStepsAgainstPlainLoops, BothInversesAreUpdatedAndSummed)
 {
     for (int i = 0; i != ShareOf(400) && !HasFailure(); ++i)
     {
         Arrays x = Make();
-        Arrays expected = x;
         const bool hasUpdate = i % 4 != 0;
         const std::size_t row = hasUpdate ? random.Below(static_cast<std::uint32_t>(x.m)) : x.m;
         if (hasUpdate)
+        {
+            // Those of before, when another variable was basic in the row.
+            SumByHand(&x);
+            x.nonzeroPrices = x.NonzerosOf(x.prices, 1);
+            x.basicCosts[row] = DrawSparse(50);
+        }
+        Arrays expected = x;
+        if (hasUpdate)
             UpdateByHand(&expected, row);
         SumByHand(&expected);
-        const nuv::SmallState state = x.State();
+        nuv::SmallState state = x.State();
         EXPECT_TRUE(kernels->updateSmall(&state, static_cast<NuvUint>(row)));
+        EXPECT_EQ(state.nonzeroPrices, expected.NonzerosOf(expected.prices, 1));
         for (const auto array : {&Arrays::rows, &Arrays::columns, &Arrays::prices, &Arrays::values,
                                  &Arrays::multipliers})
             EXPECT_TRUE(IsSame(WithoutSignsOfZeros(expected.*array), WithoutSignsOfZeros(x.*array)))
@@ -181,7 +227,7 @@ TEST_P(SmallStepsAgainstPlainLoops, ANumberThatIsNotFiniteIsTold)
         const std::uint32_t k = random.Below(static_cast<std::uint32_t>(x.m));
         x.eta[at] = 3e38F;
         x.Row(row, k) = x.Column(k, row) = 3e38F;
-        const nuv::SmallState state = x.State();
+        nuv::SmallState state = x.State();
         EXPECT_FALSE(kernels->updateSmall(&state, row)) << x.m << ' ' << i;
     }
 }
@@ -194,6 +240,7 @@ TEST_P(SmallStepsAgainstPlainLoops, TheLargestReducedCostIsTheLastOfEqualOnes)
         x.prices.assign(x.stride, 0.0F);
         for (std::size_t r = 0; r != x.m; ++r)
             x.prices[r] = static_cast<float>(random.Between(-1, 1));
+        x.nonzeroPrices = x.NonzerosOf(x.prices, 1);
         Arrays expected = x;
         nuv::Choice largest = {0.0F, 0};
         for (std::size_t j = 0; j != x.costs.size(); ++j)
@@ -226,6 +273,11 @@ TEST_P(SmallStepsAgainstPlainLoops, TheSmallestRatioIsTheFirstOfEqualOnesAndEtaI
     for (int i = 0; i != ShareOf(600) && !HasFailure(); ++i)
     {
         Arrays x = Make();
+        // A column of a matrix.
+        x.stepOfColumn = 1 + random.Below(3);
+        Floats column(x.m * x.stepOfColumn, 7.0F);
+        for (std::size_t k = 0; k != x.m; ++k)
+            column[k * x.stepOfColumn] = x.enteringColumn[k];
         x.values.assign(x.stride, 0.0F);
         for (std::size_t r = 0; r != x.m; ++r)
             x.values[r] = static_cast<float>(random.Between(0, 2));
@@ -236,7 +288,7 @@ TEST_P(SmallStepsAgainstPlainLoops, TheSmallestRatioIsTheFirstOfEqualOnesAndEtaI
             float sum = 0.0F;
             for (std::size_t k = 0; k != x.m; ++k)
             {
-                const float product = x.enteringColumn[k] * x.Column(k, r);
+                const float product = column[k * x.stepOfColumn] * x.Column(k, r);
                 sum += product;
             }
             expected.direction[r] = sum;
@@ -244,6 +296,7 @@ TEST_P(SmallStepsAgainstPlainLoops, TheSmallestRatioIsTheFirstOfEqualOnesAndEtaI
             if (expected.ratios[r] < smallest.value)
                 smallest = {expected.ratios[r], static_cast<NuvUint>(r)};
         }
+        x.enteringColumn = column;
         const nuv::SmallState state = x.State();
         const nuv::Choice found = kernels->testSmall(&state);
         EXPECT_EQ(found.value, smallest.value);
