@@ -7,6 +7,7 @@
 #include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 #include "Nuv/Utils/Simplex/Phases.h"
+#include "Nuv/Utils/Simplex/SmallIteration.h"
 
 namespace nuv
 {
@@ -56,10 +57,9 @@ void Take(AnswerTaker* taker, const Optimum* optimum)
     WriteOptimum(writer->batch, writer->problem, writer->context->pivots, &found);
 }
 
-/// Ends the solve at the limit, and tells the trace.
+/// Tells the trace.
 struct Watch
 {
-    NuvUint pivotLimit;
     BatchTrace* trace;
     NuvSizeT problem;
 };
@@ -67,51 +67,50 @@ struct Watch
 NuvBool BeforePivot(NuvLinearProgrammingMonitor* monitor, const NuvLinearProgrammingPivot* pivot)
 {
     const Watch* const watch = static_cast<const Watch*>(monitor->userData);
-    if (pivot->number > watch->pivotLimit)
-        return NUV_FALSE;
-    if (watch->trace)
-        watch->trace->onPivot(watch->trace, watch->problem, pivot->phase, pivot->entering,
-                              pivot->leaving);
+    watch->trace->onPivot(watch->trace, watch->problem, pivot->phase, pivot->entering,
+                          pivot->leaving);
     return NUV_TRUE;
 }
 
-/// Counts the numbers that are not ±0, and finds whether all are finite.
-struct Facts
+bool AreFinite(const NuvFloat32* x, NuvSizeT count)
 {
-    NuvSizeT numNonzeros = 0;
-    bool areFinite = true;
-
-    void Meet(NuvFloat32 value)
-    {
-        constexpr NuvUint kExponent = 0x7F800000;
-        numNonzeros += value != 0.0F ? 1 : 0;
-        areFinite &= (std::bit_cast<NuvUint>(value) & kExponent) != kExponent;
-    }
-};
-
-Facts CopyData(SingleSolve* x, const BatchData& data)
-{
-    const NuvSizeT m = x->batch->numConstraints;
-    const NuvSizeT n = x->batch->numVars;
-    Facts facts;
-    for (NuvSizeT i = 0; i != m; ++i)
-    {
-        NuvMemCopy(x->A + i * (n + m), data.A + i * n, n * sizeof *data.A);
-        for (NuvSizeT j = 0; j != n; ++j)
-            facts.Meet(data.A[i * n + j]);
-    }
-    const NuvSizeT numNonzeros = facts.numNonzeros;
-    NuvMemCopy(x->b, data.b, m * sizeof *data.b);
-    NuvMemCopy(x->c, data.c, n * sizeof *data.c);
-    for (NuvSizeT i = 0; i != m; ++i)
-        facts.Meet(data.b[i]);
-    for (NuvSizeT j = 0; j != n; ++j)
-        facts.Meet(data.c[j]);
-    return {numNonzeros, facts.areFinite};
+    constexpr NuvUint kExponent = 0x7F800000;
+    NuvUint numInfinite = 0;
+    for (NuvSizeT i = 0; i != count; ++i)
+        numInfinite |= (std::bit_cast<NuvUint>(x[i]) & kExponent) == kExponent ? 1U : 0U;
+    return numInfinite == 0;
 }
 
-/// The record that the phases expect: the matrices alone.
-NuvLinearProgramming RecordOf(const SingleSolve* x, NuvAllocator* allocator)
+/// Counts the numbers that are not ±0.
+NuvSizeT CountNonzeros(const NuvFloat32* x, NuvSizeT count)
+{
+    NuvSizeT numNonzeros = 0;
+    for (NuvSizeT i = 0; i != count; ++i)
+        numNonzeros += x[i] != 0.0F ? 1 : 0;
+    return numNonzeros;
+}
+
+/// The standard form of a problem: on the caller's A where there are few rows, else on a copy that
+/// has the slacks.
+StandardForm FormOf(SingleSolve* x, const BatchData& data)
+{
+    const NuvUint m = x->batch->numConstraints;
+    const NuvUint n = x->batch->numVars;
+    const NuvSizeT size = static_cast<NuvSizeT>(m) * n;
+    NuvMemCopy(x->c, data.c, n * sizeof *data.c);
+    const bool areFinite = AreFinite(data.A, size) && AreFinite(data.b, m) && AreFinite(data.c, n);
+    const StandardForm onData = {m, n, data.A, data.b, x->c, areFinite, 0, n};
+    if (IsSmall(&onData))
+        return onData;
+    const NuvSizeT rowLength = static_cast<NuvSizeT>(n) + m;
+    for (NuvSizeT i = 0; i != m; ++i)
+        NuvMemCopy(x->A + i * rowLength, data.A + i * n, n * sizeof *data.A);
+    return {m, n, x->A, data.b, x->c, areFinite, CountNonzeros(data.A, size), rowLength};
+}
+
+/// The record that the phases expect: labels and right-hand sides.
+NuvLinearProgramming RecordOf(const SingleSolve* x, const StandardForm* form,
+                              NuvAllocator* allocator)
 {
     const NuvUint m = x->batch->numConstraints;
     const NuvUint n = x->batch->numVars;
@@ -119,9 +118,7 @@ NuvLinearProgramming RecordOf(const SingleSolve* x, NuvAllocator* allocator)
     lp.alloc = allocator;
     lp.numVars = n;
     lp.numConstraints = m;
-    lp.A = {allocator, m, n + m, x->A};
-    lp.b = {allocator, m, 1, x->b};
-    lp.c = {allocator, n + m, 1, x->c};
+    lp.b = {allocator, m, 1, const_cast<NuvFloat32*>(form->b)};
     lp.basic = {allocator, 1, m, x->basic};
     lp.independent = {allocator, 1, n, x->independent};
     return lp;
@@ -134,13 +131,6 @@ void StartLabels(SingleSolve* x)
         x->independent[j] = j + 1;
     for (NuvUint i = 0; i != x->batch->numConstraints; ++i)
         x->basic[i] = n + 1 + i;
-}
-
-StandardForm FormOf(const SingleSolve* x)
-{
-    const NuvUint m = x->batch->numConstraints;
-    const NuvUint n = x->batch->numVars;
-    return {m, n, x->A, x->b, x->c, false, 0, static_cast<NuvSizeT>(n) + m};
 }
 }  // namespace
 
@@ -156,12 +146,12 @@ void PlaceArrays(SingleSolve* x, WorkspaceLayout* layout)
     const NuvSizeT m = x->batch->numConstraints;
     const NuvSizeT n = x->batch->numVars;
     layout->Place(&x->A, m * (n + m));
-    layout->Place(&x->b, m);
     layout->Place(&x->c, n + m);
     layout->Place(&x->basic, m);
     layout->Place(&x->independent, n);
-    const StandardForm form = FormOf(x);
-    x->memorySize = BytesOfPhases(&form);
+    const StandardForm shape = {
+        x->batch->numConstraints, x->batch->numVars, nullptr, nullptr, nullptr, true, 0, n + m};
+    x->memorySize = BytesOfPhases(&shape);
     layout->Place(&x->memory, x->memorySize);
 }
 
@@ -179,22 +169,18 @@ void Solve(SingleSolve* x, NuvSizeT problem)
 {
     Stack stack = {{Push, Pop, 0, nullptr}, x->memory, x->memorySize, 0};
     stack.allocator.userData = &stack;
-    Watch watch = {PivotLimitOf(x->batch), x->trace, problem};
+    Watch watch = {x->trace, problem};
     NuvLinearProgrammingMonitor monitor = {BeforePivot, &watch};
     Writer writer = {{Take}, x->batch, problem, nullptr};
-    SolveContext context = {&monitor, 0, x->kernels, &writer.taker};
+    SolveContext context = {x->trace ? &monitor : nullptr, 0, x->kernels, &writer.taker,
+                            PivotLimitOf(x->batch)};
     writer.context = &context;
 
-    const Facts facts = CopyData(x, DataOf(x->batch, problem));
     StartLabels(x);
-    StandardForm form = FormOf(x);
-    form.isFiniteWithUnitSlacks = facts.areFinite;
-    form.maxNonzeros = facts.numNonzeros;
-    NuvLinearProgramming lp = RecordOf(x, &stack.allocator);
+    const StandardForm form = FormOf(x, DataOf(x->batch, problem));
+    NuvLinearProgramming lp = RecordOf(x, &form, &stack.allocator);
     const NuvLinearProgrammingResultType verdict = SolveForm(&lp, &context, &form);
     NUV_ASSERT(verdict != NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput);
-    if (verdict == NUV_LINEARPROGRAMMINGRESULTTYPE_Stopped)
-        --context.pivots;
     if (verdict != NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
         WriteVerdict(x->batch, problem, context.pivots, verdict);
 }

@@ -16,8 +16,7 @@ struct SingleSolve
     const NuvLinearProgrammingBatch* batch;
     const Kernels* kernels;
     BatchTrace* trace;
-    NuvFloat32* A;         /// [m × (n + m)]
-    NuvFloat32* b;         /// [m]
+    NuvFloat32* A;         /// [m × (n + m)] where there are more than a few rows
     NuvFloat32* c;         /// [n + m]
     NuvUint* basic;        /// [m]
     NuvUint* independent;  /// [n]

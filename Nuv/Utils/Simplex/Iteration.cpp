@@ -80,6 +80,9 @@ Leaving ChooseMostNegative(const Iteration* it)
 
 bool ReportPivot(const Iteration* it, const Entering* entering, const Leaving* leaving)
 {
+    // same bits: no solve makes as many pivots as there are numbers
+    if (it->context->pivots == it->context->pivotLimit)
+        return false;
     ++it->context->pivots;
     NuvLinearProgrammingMonitor* const monitor = it->context->monitor;
     if (!monitor)

@@ -32,6 +32,8 @@ struct SolveContext
     /// Told of the optimum in place of the model, or null. Such a solve leaves no blocks with its
     /// allocator.
     AnswerTaker* taker;
+    /// The solve ends before it makes more pivots.
+    NuvUint pivotLimit = UINT32_MAX;
 };
 }  // namespace nuv
 

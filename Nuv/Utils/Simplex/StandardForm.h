@@ -28,7 +28,7 @@ struct StandardForm
     /// At least the number of non-zeros in A's first n columns. Lists of them are made for so many:
     /// too small a number here would have them written past their ends.
     NuvSizeT maxNonzeros;
-    /// From a row of A to the next: n + m, or n of a form whose slacks nobody reads.
+    /// From a row of A to the next: n + m, or n of a form without its slacks, which has few rows.
     NuvSizeT rowLength;
 };
 
@@ -40,7 +40,11 @@ inline const NuvFloat32* RowOf(const StandardForm* form, NuvSizeT row)
 /// The element of the column of a label.
 inline NuvFloat32 ElementOf(const StandardForm* form, NuvSizeT row, NuvUint label)
 {
-    return label == kArtificialLabel ? -1.0F : RowOf(form, row)[label - 1];
+    if (label == kArtificialLabel)
+        return -1.0F;
+    if (label > form->n && form->rowLength == form->n)
+        return label - form->n - 1 == row ? 1.0F : 0.0F;
+    return RowOf(form, row)[label - 1];
 }
 
 /// The label of a row's slack variable.
