@@ -37,7 +37,7 @@ NuvBool NuvRevisedSimplexIsPhaseIRequired(NuvLinearProgramming* lp)
     // same bits: an element of a matrix without storage is 0
     const NuvUint rows = lp->b.data && lp->numConstraints <= lp->b.nr ? lp->numConstraints : 0;
     for (NuvUint i = 0; i != rows; ++i)
-        if (0.0F > NuvMatrix_NuvFloat32At(&lp->b, i, 0))
+        if (0.0F > lp->b.data[static_cast<NuvSizeT>(i) * lp->b.nc])
             return NUV_TRUE;
     return NUV_FALSE;
 }

@@ -56,9 +56,44 @@ bool StoreCoefficient(NuvFloat32* row, NuvUint n, NuvUint index, NuvFloat32 coef
     return true;
 }
 
+/// With fewer terms there is nothing to gain by looking at all of them first.
+constexpr NuvUint kFewestDense = 16;
+
+/// Whether the terms are those of all n variables, in their order: a dense row.
+bool AreAllInOrder(const NuvPair_NuvUint__NuvFloat32* terms, NuvSizeT count, NuvUint n)
+{
+    // same bits: single coefficients are stored in any order
+    if (count != n || n < kFewestDense)
+        return false;
+    NuvUint differences = 0;
+    for (NuvUint j = 0; j != n; ++j)
+        differences |= terms[j].first ^ (j + 1);
+    return differences == 0;
+}
+
+/// Stores a dense row.
+/// @return whether it is finite.
+bool StoreAll(const NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n)
+{
+    NuvUint numInfinite = 0;
+    for (NuvUint j = 0; j != n; ++j)
+    {
+        row[j] = terms[j].second;
+        numInfinite |= IsFinite(terms[j].second) ? 0U : 1U;
+    }
+    return numInfinite == 0;
+}
+
 bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n,
                   Tally* tally)
 {
+    const NuvSizeT count = static_cast<NuvSizeT>(terms->end - terms->begin);
+    tally->numCoefficients += count;
+    if (AreAllInOrder(terms->begin, count, n))
+    {
+        tally->isFinite &= StoreAll(terms->begin, row, n);
+        return true;
+    }
     bool isFinite = true;
     for (const NuvPair_NuvUint__NuvFloat32* term = terms->begin; term != terms->end; ++term)
     {
@@ -67,7 +102,6 @@ bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32
         isFinite &= IsFinite(term->second);
     }
     tally->isFinite &= isFinite;
-    tally->numCoefficients += NuvVector_NuvPair_NuvUint__NuvFloat32Size(terms);
     return true;
 }
 
