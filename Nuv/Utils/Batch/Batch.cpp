@@ -34,13 +34,17 @@ NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const B
 constexpr InstructionSet kWidestFirst[] = {InstructionSet::Avx512, InstructionSet::Avx2,
                                            InstructionSet::Baseline};
 
-/// Up to how many rows the lanes are used: beyond, their data no longer fit the nearest cache, and
-/// they do all the products of their problems, those with zeros too, which the solve of one problem
-/// leaves out. Fewer lanes gain less. bench/small measures where the two meet, which is at the same
-/// size for dense and sparse data.
-NuvUint MostRows(NuvUint lanes)
+/// Whether the lanes are faster than solving one problem after the other: while what they read and
+/// write in every step, the inverses and the matrices of all lanes, is not far beyond the nearest
+/// cache. They do all the products of their problems, those with zeros too, which the solve of one
+/// problem leaves out, and fewer lanes gain less. bench/small measures where the two meet.
+bool DoLanesPay(const NuvLinearProgrammingBatch* batch, NuvUint lanes)
 {
-    return lanes >= 16 ? 40 : lanes >= 8 ? 32 : 20;
+    constexpr NuvSizeT kMostBytes = 96 * 1024;
+    const NuvSizeT m = batch->numConstraints;
+    const NuvSizeT mostRows = lanes >= 8 ? 32 : 20;
+    const NuvSizeT elements = m * (m + batch->numVars);
+    return m <= mostRows && elements * lanes * sizeof(NuvFloat32) <= kMostBytes;
 }
 }  // namespace
 
@@ -67,7 +71,7 @@ BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
     for (const InstructionSet set : kWidestFirst)
         if (!way.lanes)
             way.lanes = LanesOf(set);
-    if (way.lanes && (!FitsLanes(batch) || batch->numConstraints > MostRows(way.lanes->lanes)))
+    if (way.lanes && (!FitsLanes(batch) || !DoLanesPay(batch, way.lanes->lanes)))
         way.lanes = nullptr;
     return way;
 }
