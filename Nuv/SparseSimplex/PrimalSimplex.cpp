@@ -269,6 +269,7 @@ void PrimalSimplex::Pivot(Index entering, const Step& step)
     {
         // At rest it is within its bounds, so it no longer has a phase-one cost.
         m_state.reduced[leaving] -= static_cast<double>(m_violation[step.position]);
+        // same bits: a count that does not come to zero is made anew when nothing enters
         m_violated -= m_violation[step.position] != 0 ? 1 : 0;
         m_violation[step.position] = 0;
     }
@@ -308,6 +309,7 @@ void PrimalSimplex::UpdateViolations()
         const int now = ViolationOf(k);
         if (now == m_violation[k])
             continue;
+        // same bits: a count that does not come to zero is made anew when nothing enters
         m_violated += (now != 0 ? 1 : 0) - (m_violation[k] != 0 ? 1 : 0);
         m_change.Set(k, static_cast<double>(now - m_violation[k]));
         m_violation[k] = static_cast<signed char>(now);

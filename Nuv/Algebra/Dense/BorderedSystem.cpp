@@ -148,7 +148,7 @@ template <unsigned kWidth>
 void BorderedSystem::Update(unsigned step, unsigned width, unsigned quotientWidth)
 {
     const unsigned w = kWidth != 0 ? kWidth : width;
-    m_work.resize(2 * std::size_t{m_stride});
+    m_work.resize(2 * std::size_t{m_stride});  // same bits (-> 3): more room
     Word* const left = m_work.data();
     Word* const sum = left + m_stride;
     const Word* const pivot = At(step, step);
@@ -181,7 +181,7 @@ bool BorderedSystem::Substitute()
 {
     m_solvedX.resize(std::size_t{m_order} * m_stride);
     m_solvedY.resize(m_solvedX.size());
-    m_work.resize(2 * std::size_t{m_stride});
+    m_work.resize(2 * std::size_t{m_stride});  // same bits (-> 3): more room
     for (unsigned step = m_order; step-- > 0;)
     {
         // By the same pivot, so there is room for both or for none.
