@@ -53,6 +53,8 @@ class Unit:
         # Each condition of the source makes one jump: not one per place where it is inlined or unrolled, nor
         # a second before a loop, nor one behind it that asks whether to write back.
         self.command += ["-O1", "-fno-inline", "-fno-tree-ch", "-fno-tree-loop-im", "-ffinite-loops"]
+        # A step past the end of a vector is noticed where it happens.
+        self.command += ["-D_GLIBCXX_ASSERTIONS"]
         self.source = Path(entry["file"]).relative_to(root)
         self.name = self.source.stem
         listed = subprocess.run(
