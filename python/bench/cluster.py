@@ -14,7 +14,8 @@ import numpy as np
 import nuv
 import nuv.dask
 
-COUNT, TASKS = 20_000, 300
+#: Seconds of work for one thread, problems of which its time is taken, and tasks of one problem each.
+SECONDS, SAMPLE, TASKS = 4.0, 5_000, 300
 
 
 def problems(count):
@@ -32,23 +33,27 @@ def timed(run):
 
 def main():
     workers = [int(number) for number in sys.argv[1:]] or [1, 2, 3]
-    data = problems(COUNT)
-    alone = min(timed(lambda: nuv.solve_batch(*data)) for _ in range(2)) / COUNT
-    print(f"{os.cpu_count()} processors; a problem alone {alone * 1e6:.1f} us, "
-          f"{1 / alone:.0f} a second on one thread")
-    print(f"{'workers':>8}{'a second':>12}{'over one thread':>17}{'us a task':>12}{'chunk for 5 %':>15}")
+    sample = problems(SAMPLE)
+    alone = min(timed(lambda: nuv.solve_batch(*sample)) for _ in range(5)) / SAMPLE
+    count = round(SECONDS / alone)
+    data = problems(count)
+    print(f"{os.cpu_count()} processors, {count} problems")
+    print(f"{'workers':>8}{'a second':>12}{'one thread':>12}{'over it':>9}{'us a task':>12}{'chunk for 5 %':>15}")
     for number in workers:
         with distributed.LocalCluster(n_workers=number, threads_per_worker=1,
-                                      dashboard_address=None) as cluster, \
+                                      dashboard_address=":0") as cluster, \
                 distributed.Client(cluster) as client:
-            client.wait_for_workers(number)
+            client.wait_for_workers(number, timeout=120)
             nuv.dask.solve_batch(client, *problems(100), chunk=10)
-            whole = min(timed(lambda: nuv.dask.solve_batch(client, *data)) for _ in range(2))
+            # In turn, for what else the machine does.
+            both = [(timed(lambda: nuv.solve_batch(*data)), timed(lambda: nuv.dask.solve_batch(client, *data)))
+                    for _ in range(3)]
+            alone, whole = min(one for one, _ in both) / count, min(many for _, many in both)
             small = problems(TASKS)
             ones = min(timed(lambda: nuv.dask.solve_batch(client, *small, chunk=1)) for _ in range(2))
             # What a task of one problem takes beyond the problem, on the client's clock.
             task = ones / TASKS - alone / min(number, os.cpu_count() or 1)
-            print(f"{number:8}{COUNT / whole:12.0f}{COUNT / whole * alone:17.2f}{task * 1e6:12.0f}"
+            print(f"{number:8}{count / whole:12.0f}{1 / alone:12.0f}{count / whole * alone:9.2f}{task * 1e6:12.0f}"
                   f"{20 * task * min(number, os.cpu_count() or 1) / alone:15.0f}")
 
 
