@@ -52,7 +52,8 @@ class Row:
 
     @property
     def exact_dual(self) -> Fraction:
-        return self.model.solution.exact_dual(self)
+        found: Fraction = self.model.solution.exact_dual(self)
+        return found
 
     @property
     def slack(self) -> float:

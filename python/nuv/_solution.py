@@ -161,37 +161,31 @@ class Solution:
 
     def exact(self, of: Any) -> Any:
         """The same as a fraction, or a list of them row after row."""
-        numbers = self._fractions("Values")
         if isinstance(of, Expression):
-            now = self._places[False].now
+            numbers, now = self._fractions("Values"), self._places[False].now
             with _known():
                 return sum((meant(value) * numbers[now(key)] for key, value in of.terms.items()),
                            meant(of.constant))
-        at = self._place(of, False)
-        return numbers[at] if isinstance(at, int) else [numbers[k] for k in at.reshape(-1).tolist()]
+        return self._fraction("Values", self._place(of, False))
 
-    def exact_dual(self, row: Any) -> Fraction:
-        """The dual of a row, by handle or name, as a fraction."""
-        found: Fraction = self._fraction("Duals", self._place(row, True))
-        return found
+    def exact_dual(self, row: Any) -> Any:
+        """The dual of a row, by handle or name, as a fraction; of an array of rows, a list of them."""
+        return self._fraction("Duals", self._place(row, True))
 
-    def exact_slack(self, row: Any) -> Optional[Fraction]:
+    def exact_slack(self, row: Any) -> Any:
         """How far a row is from its nearer side, as a fraction; of a solve with exact=True.
 
         None for a row without sides.
         """
-        found: Optional[Fraction] = self._fraction("Slacks", self._place(row, True))
-        return found
+        return self._fraction("Slacks", self._place(row, True))
 
-    def exact_activity(self, row: Any) -> Fraction:
+    def exact_activity(self, row: Any) -> Any:
         """The value of a row as a fraction; of a solve with exact=True."""
-        found: Fraction = self._fraction("Activities", self._place(row, True))
-        return found
+        return self._fraction("Activities", self._place(row, True))
 
-    def exact_reduced_cost(self, variable: Any) -> Fraction:
+    def exact_reduced_cost(self, variable: Any) -> Any:
         """The reduced cost of a variable as a fraction; of a solve with exact=True."""
-        found: Fraction = self._fraction("ReducedCosts", self._place(variable, False))
-        return found
+        return self._fraction("ReducedCosts", self._place(variable, False))
 
     def reduced_cost(self, variable: Any) -> Any:
         """What the objective gains per unit by which a variable is moved up."""
@@ -315,9 +309,8 @@ class Solution:
         return found
 
     def _fraction(self, kind: str, at: Any) -> Any:
-        if not isinstance(at, int):
-            raise TypeError("one row or variable is needed, not an array of them")
-        return self._fractions(kind)[at]
+        numbers = self._fractions(kind)
+        return numbers[at] if isinstance(at, int) else [numbers[k] for k in at.reshape(-1).tolist()]
 
     def _range(self, name: str, at: int) -> Range:
         found = self._record.array(name)
