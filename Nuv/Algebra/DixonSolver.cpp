@@ -254,7 +254,7 @@ void DixonSolver::SubtractDigits()
     m_residualBits =
         std::max(m_residualBits - std::min(m_residualBits, primeBits - 1), m_entryBits);
     CutResidual(m_residualBits / 64 + 1);
-    const std::int64_t* const digits = &m_digits[m_digits.size() - m_size];
+    const std::int64_t* const digits = m_digits.data() + (m_digits.size() - m_size);
     const bool isShort = m_words == 1;
     for (Index k = 0; k < m_size; ++k)
     {
