@@ -25,6 +25,12 @@ public:
             TakeBack();
     }
 
+    /// For so many entries more, wherever they go.
+    static void MakeRoom(Model& model, std::size_t entries)
+    {
+        model.MakeRoom(entries);
+    }
+
     /// An empty name is filled in as Model::AddVariable() does.
     /// @return false, and appends nothing, if the name was given to another.
     [[nodiscard]] bool AppendColumn(std::string_view name, Bounds bounds, double cost);

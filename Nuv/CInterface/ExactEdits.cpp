@@ -1,5 +1,7 @@
 // Numbers of a model that no double says.
 #include "Nuv/CInterface/Arrays.hpp"
+#include "Nuv/Model/ModelErrors.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 
 namespace nuv::c
 {
@@ -42,14 +44,33 @@ bool SetNumber(Model& model, const NumberPlace& place, const std::string& text)
     return model.SetExactCoefficient(model.RowAt(place.at), model.VariableAt(place.column), text);
 }
 
-/// A copy, so that a number for which there is no memory has changed nothing.
-std::shared_ptr<Model> WithExact(const Model& model, const NumberPlace& place,
-                                 const std::string& text)
+/// Whether the model, as a file may have it, has bounds where `place` is one that no number keeps.
+bool HasImpossibleBounds(const Model& model, const NumberPlace& place)
 {
-    auto changed = std::make_shared<Model>(model);
+    using Of = NumberPlace::Of;
+    const bool isOfRow = place.of == Of::RowLower || place.of == Of::RowUpper;
+    if (!isOfRow && place.of != Of::VariableLower && place.of != Of::VariableUpper)
+        return false;
+    return isOfRow
+               ? !ArePossible({model.RowLower()[place.at], model.RowUpper()[place.at]})
+               : !ArePossible({model.VariableLower()[place.at], model.VariableUpper()[place.at]});
+}
+
+/// What could be refused is tried on a copy, since a model remembers what it has refused; what is
+/// not goes where the model is, which has it or, for want of memory, stays as it was.
+void SetNumberOf(NuvModel& handle, const NumberPlace& place, const std::string& text)
+{
+    if (const Result<WrittenNumber> number = ReadNumber(text); !number)
+        Fail(NUV_MODELRESULT_InvalidModel, number.GetError());
+    if (!HasImpossibleBounds(*handle.model, place))
+    {
+        (void)SetNumber(Changeable(handle), place, text);
+        return;
+    }
+    const auto changed = std::make_shared<Model>(*handle.model);
     if (!SetNumber(*changed, place, text))
         Fail(NUV_MODELRESULT_InvalidModel, *changed->Failure());
-    return changed;
+    handle.model = changed;
 }
 
 }  // namespace
@@ -65,8 +86,7 @@ NuvModelResult NuvModelSetExact(NuvModel* model, uint32_t place, uint32_t at, ui
                    {
                        NuvModel& handle = Checked(model);
                        const std::string number = &Given(text, "text");
-                       handle.model = WithExact(*handle.model,
-                                                PlaceOf(*handle.model, place, at, column), number);
+                       SetNumberOf(handle, PlaceOf(*handle.model, place, at, column), number);
                    });
 }
 

@@ -1,5 +1,6 @@
 // Models: making, asking and changing them.
 #include "Nuv/CInterface/Arrays.hpp"
+#include "Nuv/CInterface/BulkEditor.hpp"
 
 #include <limits>
 
@@ -122,13 +123,12 @@ NuvModelResult NuvModelSetCoefficients(NuvModel* model, uint32_t count, const ui
                        CheckIndices(columns, count, handle.model->VariableCount(), "column");
                        for (std::uint32_t k = 0; k < count; ++k)
                            Finite(coefficients[k], "a coefficient of row", rows[k]);
-                       // An entry more may find no memory after others are in: they go into a copy.
-                       const auto changed = std::make_shared<nuv::Model>(*handle.model);
+                       nuv::Model& changed = Changeable(handle);
+                       // Without it an entry might find no memory after others are in.
+                       nuv::BulkEditor::MakeRoom(changed, count);
                        for (std::uint32_t k = 0; k < count; ++k)
-                           changed->SetCoefficient(changed->RowAt(rows[k]),
-                                                   changed->VariableAt(columns[k]),
-                                                   coefficients[k]);
-                       handle.model = changed;
+                           changed.SetCoefficient(changed.RowAt(rows[k]),
+                                                  changed.VariableAt(columns[k]), coefficients[k]);
                    });
 }
 

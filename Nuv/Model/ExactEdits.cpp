@@ -6,29 +6,35 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace nuv
 {
 
-std::optional<WrittenNumber> Model::ReadNumber(std::string_view text)
+Result<WrittenNumber> ReadNumber(std::string_view text)
 {
     const std::optional<Rational> number = ReadRational(text);
-    const WrittenNumber written = number ? WrittenNumber(*number) : WrittenNumber();
+    WrittenNumber written = number ? WrittenNumber(*number) : WrittenNumber();
     if (number && std::isfinite(written.value) && (written.value != 0.0 || *number == 0))
         return written;
-    Fail(MakeError("model.not-a-number", Quoted(text) + " is no number that a double is near to",
-                   "write an integer, a decimal or a quotient of integers"));
-    return std::nullopt;
+    return MakeError("model.not-a-number", Quoted(text) + " is no number that a double is near to",
+                     "write an integer, a decimal or a quotient of integers");
 }
 
+/// What is said beside doubles is made before a double is set: where there is no memory for it,
+/// nothing has changed.
 template <class Set>
-bool Model::SetExact(const NumberPlace& place, std::string_view text, const Set& set)
+bool Model::SetExact(const NumberPlace& place, std::string_view text, const Set& set,
+                     ExactNumbers kept)
 {
-    const std::optional<WrittenNumber> number = ReadNumber(text);
-    if (!number || !set(number->value))
-        return false;
+    const Result<WrittenNumber> number = ReadNumber(text);
+    if (!number)
+        return Fail(number.GetError());
     if (number->exact)
-        m_exact.Set(place, std::string(text));
+        kept.Set(place, std::string(text));
+    if (!set(number->value))
+        return false;
+    m_exact.Take(std::move(kept));
     return true;
 }
 
@@ -36,13 +42,10 @@ template <class Set>
 bool Model::SetExactBound(const NumberPlace& place, const NumberPlace& other, std::string_view text,
                           const Set& set)
 {
-    const std::string* const said = m_exact.Find(other);
-    const std::string kept = said ? *said : std::string();
-    if (!SetExact(place, text, set))
-        return false;
-    if (!kept.empty())
-        m_exact.Set(other, kept);
-    return true;
+    ExactNumbers kept;
+    if (const std::string* const said = m_exact.Find(other))
+        kept.Set(other, *said);
+    return SetExact(place, text, set, std::move(kept));
 }
 
 bool Model::SetExactCost(Variable variable, std::string_view number)

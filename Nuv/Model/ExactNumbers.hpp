@@ -61,6 +61,13 @@ public:
     {
         m_texts.insert_or_assign(place, std::move(text));
     }
+    /// Says what `others` say, which is the last to need memory for it.
+    void Take(ExactNumbers&& others) noexcept
+    {
+        for (const auto& other : others.m_texts)
+            m_texts.erase(other.first);
+        m_texts.merge(others.m_texts);
+    }
     /// Leaves it to the double.
     void Erase(const NumberPlace& place)
     {

@@ -407,14 +407,20 @@ private:
     [[nodiscard]] std::uint32_t Locate(std::string_view edit, Variable variable);
     [[nodiscard]] std::uint32_t Locate(std::string_view edit, Row row);
     void InsertColumn(std::uint32_t column, std::span<const ColumnTerm> byRow);
+    /// The last one of its row.
+    void InsertEntry(std::uint32_t row, std::uint32_t column, double coefficient);
+    /// That at the place `at` of all.
+    void EraseEntry(std::uint32_t row, std::size_t at);
+    /// For so many entries more, which find their memory then.
+    void MakeRoom(std::size_t entries);
     void RemoveRowsOfEntries(const std::vector<bool>& marked);
     void RemoveColumnsOfEntries(const std::vector<bool>& marked);
     bool Fail(Error error);
-    /// Fails if a text is no number that a double is near to.
-    [[nodiscard]] std::optional<WrittenNumber> ReadNumber(std::string_view text);
-    /// Says the number of a place, whose double is set by `set` and may be refused.
+    /// Says the number of a place, whose double is set by `set` and may be refused; and again what
+    /// is `kept` of other places.
     template <class Set>
-    bool SetExact(const NumberPlace& place, std::string_view text, const Set& set);
+    bool SetExact(const NumberPlace& place, std::string_view text, const Set& set,
+                  ExactNumbers kept = {});
     /// The same for a bound, whose other one keeps what is said beside its double.
     template <class Set>
     bool SetExactBound(const NumberPlace& place, const NumberPlace& other, std::string_view text,

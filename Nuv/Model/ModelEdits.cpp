@@ -125,6 +125,17 @@ void Model::InsertColumn(std::uint32_t column, std::span<const ColumnTerm> byRow
     }
 }
 
+/// Twice as much as there is, where there is too little: entries that come one by one move those
+/// before them a constant number of times each, on the average.
+void Model::MakeRoom(std::size_t entries)
+{
+    const std::size_t needed = m_columns.size() + entries;
+    if (m_columns.capacity() < needed)
+        m_columns.reserve(std::max(needed, 2 * m_columns.size()));
+    if (m_coefficients.capacity() < needed)
+        m_coefficients.reserve(std::max(needed, 2 * m_coefficients.size()));
+}
+
 bool Model::SetBounds(Variable variable, Bounds bounds)
 {
     const std::uint32_t column = Locate("bounds are set for", variable);
@@ -178,32 +189,36 @@ bool Model::SetCoefficient(Row row, Variable variable, double coefficient)
         return false;
     if (!std::isfinite(coefficient))
         return Fail(NotFinite("row " + Quoted(RowName(at))));
+    const std::size_t end = m_rowStarts[std::size_t{at} + 1];
+    std::size_t found = m_rowStarts[at];
+    while (found != end && m_columns[found] != column)
+        ++found;
+    if (found == end && coefficient != 0.0)
+        InsertEntry(at, column, coefficient);
+    else if (found != end && coefficient == 0.0)
+        EraseEntry(at, found);
+    else if (found != end)
+        m_coefficients[found] = coefficient;
     m_exact.Erase({NumberPlace::Of::Entry, at, column});
-    const auto begin = m_columns.begin() + static_cast<std::ptrdiff_t>(m_rowStarts[at]);
-    const auto end = m_columns.begin() + static_cast<std::ptrdiff_t>(m_rowStarts[at + 1]);
-    const auto found = std::find(begin, end, column);
-    const auto value = m_coefficients.begin() + (found - m_columns.begin());
-    if (found != end && coefficient != 0.0)
-    {
-        *value = coefficient;
-        return true;
-    }
-    if (found == end && coefficient == 0.0)
-        return true;
-    const bool isNew = found == end;
-    if (isNew)
-    {
-        m_coefficients.insert(value, coefficient);
-        m_columns.insert(found, column);
-    }
-    else
-    {
-        m_coefficients.erase(value);
-        m_columns.erase(found);
-    }
-    for (auto behind = static_cast<std::size_t>(at) + 1; behind < m_rowStarts.size(); ++behind)
-        m_rowStarts[behind] = isNew ? m_rowStarts[behind] + 1 : m_rowStarts[behind] - 1;
     return true;
+}
+
+void Model::InsertEntry(std::uint32_t row, std::uint32_t column, double coefficient)
+{
+    MakeRoom(1);
+    const auto at = static_cast<std::ptrdiff_t>(m_rowStarts[std::size_t{row} + 1]);
+    m_columns.insert(m_columns.begin() + at, column);
+    m_coefficients.insert(m_coefficients.begin() + at, coefficient);
+    for (auto behind = std::size_t{row} + 1; behind < m_rowStarts.size(); ++behind)
+        ++m_rowStarts[behind];
+}
+
+void Model::EraseEntry(std::uint32_t row, std::size_t at)
+{
+    m_columns.erase(m_columns.begin() + static_cast<std::ptrdiff_t>(at));
+    m_coefficients.erase(m_coefficients.begin() + static_cast<std::ptrdiff_t>(at));
+    for (auto behind = std::size_t{row} + 1; behind < m_rowStarts.size(); ++behind)
+        --m_rowStarts[behind];
 }
 
 bool Model::Remove(std::span<const Row> rows)

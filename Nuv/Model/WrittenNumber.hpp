@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Nuv/Algebra/Rational.hpp"
+#include "Nuv/Model/Error.hpp"
 #include "Nuv/Model/ExactNumbers.hpp"
 #include "Nuv/Model/ModelBuilder.hpp"
 
@@ -30,6 +31,10 @@ struct WrittenNumber
     [[nodiscard]] Rational Exactly() const;
     friend bool operator==(const WrittenNumber& x, const WrittenNumber& y);
 };
+
+/// A text that a program gives: an integer, a decimal of any length or a quotient of integers.
+/// @return the error model.not-a-number for any other, and for what is beyond doubles.
+Result<WrittenNumber> ReadNumber(std::string_view text);
 
 [[nodiscard]] WrittenNumber operator-(const WrittenNumber& number);
 /// Of the numbers themselves, which is not always the sum of the doubles: 0.1 and 0.2 make 0.3.

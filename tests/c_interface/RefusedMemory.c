@@ -26,6 +26,41 @@ static void Ignore(void* userData, const char* line)
     (void)line;
 }
 
+/* Entries that go and come: all of a call or none. */
+static void EditCoefficients(NuvModel* model, NuvDiagnostics* diagnostics)
+{
+    static const uint32_t rows[] = {0, 1, 0, 1};
+    static const uint32_t columns[] = {0, 1, 0, 1};
+    static const double numbers[] = {0.0, 0.0, 1.0, 0.5};
+    const uint64_t entries = NuvModelGetNumEntries(model);
+    if (!Done(NuvModelSetCoefficients(model, 2, rows, columns, numbers, diagnostics)))
+    {
+        CHECK(NuvModelGetNumEntries(model) == entries);
+        return;
+    }
+    CHECK(NuvModelGetNumEntries(model) == entries - 2);
+    if (!Done(NuvModelSetCoefficients(model, 2, rows, columns, numbers + 2, diagnostics)))
+        CHECK(NuvModelGetNumEntries(model) == entries - 2);
+}
+
+/* A number and its double come together or not at all, and the other side of a row stays. */
+static void StateExactly(NuvModel* model, NuvDiagnostics* diagnostics)
+{
+    const char* const third = "1/3333333333333333333333333333333333333333333333";
+    const uint64_t entries = NuvModelGetNumEntries(model);
+    char said[8] = "";
+    if (!Done(NuvModelSetExact(model, NUV_PLACE_RowLower, 1, 0, "-1/3", diagnostics)))
+        return;
+    if (!Done(NuvModelSetExact(model, NUV_PLACE_RowUpper, 1, 0, "10/3", diagnostics)))
+        CHECK(NuvModelGetExact(model, NUV_PLACE_RowUpper, 1, 0, said, sizeof said) == 0);
+    CHECK(NuvModelGetExact(model, NUV_PLACE_RowLower, 1, 0, said, sizeof said) == 5);
+    CHECK(strcmp(said, "-1/3") == 0);
+    (void)Done(NuvModelSetExact(model, NUV_PLACE_RowLower, 1, 0, "-10", diagnostics));
+    if (!Done(NuvModelSetExact(model, NUV_PLACE_Entry, 1, 0, third, diagnostics)))
+        CHECK(NuvModelGetNumEntries(model) == entries &&
+              NuvModelGetExact(model, NUV_PLACE_Entry, 1, 0, NULL, 0) == 0);
+}
+
 static void State(NuvModel* model, NuvDiagnostics* diagnostics)
 {
     static const double upper[] = {4.0, 6.0};
@@ -36,7 +71,6 @@ static void State(NuvModel* model, NuvDiagnostics* diagnostics)
     static const uint64_t rowStarts[] = {0, 2};
     static const uint32_t rowColumns[] = {0, 1};
     const double one = 1.0;
-    const uint32_t first = 0;
     NuvModelArrays arrays;
     CHECK_OK(NuvModelArraysInit(&arrays, sizeof arrays));
     arrays.sense = NUV_SENSE_Maximize;
@@ -60,11 +94,11 @@ static void State(NuvModel* model, NuvDiagnostics* diagnostics)
     if (!Done(NuvModelAddRows(model, 1, NULL, upper, rowStarts, rowColumns, values, NULL, 0,
                               diagnostics)))
         CHECK(NuvModelGetNumRows(model) == 2 && NuvModelGetNumEntries(model) == 4);
-    if (!Done(NuvModelSetCoefficients(model, 1, &first, &first, &one, diagnostics)))
-        CHECK(NuvModelGetNumEntries(model) >= 4);
+    EditCoefficients(model, diagnostics);
     (void)Done(NuvModelSetCosts(model, 1, NULL, &one, diagnostics));
     (void)Done(NuvModelSetRowBounds(model, 1, NULL, NULL, &one, diagnostics));
     (void)Done(NuvModelSetExact(model, NUV_PLACE_Cost, 0, 0, "10/3", diagnostics));
+    StateExactly(model, diagnostics);
     (void)Done(NuvModelSetName(model, "a name too long to lie in a string itself"));
 }
 
@@ -249,12 +283,43 @@ static void TestRequestsOfALargeModel(void)
     NuvModelDestruct(model);
 }
 
+/* Numbers and entries that are given one by one ask for memory of their own size, not for another
+   model. */
+static void TestEditsOneByOne(void)
+{
+    enum
+    {
+        Columns = 4000
+    };
+    const double one = 1.0;
+    NuvModel* model = NuvModelConstruct();
+    NuvModelArrays arrays;
+    uint32_t column;
+    const uint32_t row = 0;
+    CHECK_OK(NuvModelArraysInit(&arrays, sizeof arrays));
+    arrays.numColumns = Columns;
+    arrays.numRows = 1;
+    CHECK_OK(NuvModelAssignArrays(model, &arrays, NULL));
+    RefuseNew(0, 0);
+    for (column = 0; column < Columns; ++column)
+        CHECK_OK(NuvModelSetExact(model, NUV_PLACE_Cost, column, 0, "1/3", NULL));
+    printf("%llu bytes for %d exact costs\n", CountsOfNew().bytes, Columns);
+    CHECK(CountsOfNew().bytes < 1000 * Columns);
+    RefuseNew(0, 0);
+    for (column = 0; column < Columns; ++column)
+        CHECK_OK(NuvModelSetCoefficients(model, 1, &row, &column, &one, NULL));
+    printf("%llu bytes for %d entries\n", CountsOfNew().bytes, Columns);
+    CHECK(CountsOfNew().bytes < 100 * Columns);
+    NuvModelDestruct(model);
+}
+
 int main(void)
 {
     unsigned long long requests;
     unsigned long long at;
     unsigned long long step;
     TestRequestsOfALargeModel();
+    TestEditsOneByOne();
     /* What the library makes once and keeps. */
     Session();
     RefuseNew(0, 0);

@@ -14,6 +14,7 @@ unsigned long long refusedUpTo = 0;
 void* Allocate(std::size_t size) noexcept
 {
     ++counts.asked;
+    counts.bytes += size;
     if (counts.asked >= refusedFrom && counts.asked < refusedUpTo)
     {
         ++counts.refused;
@@ -35,6 +36,7 @@ void Release(void* memory) noexcept
 void RefuseNew(unsigned long long from, unsigned long long count)
 {
     counts.asked = 0;
+    counts.bytes = 0;
     counts.refused = 0;
     refusedFrom = from;
     refusedUpTo = from + count < from ? ~0ULL : from + count;

@@ -11,6 +11,7 @@ extern "C"
     {
         unsigned long long asked; /* since RefuseNew */
         unsigned long long refused;
+        unsigned long long bytes; /* asked for, since RefuseNew */
         long long held;
     } NewCounts;
 
