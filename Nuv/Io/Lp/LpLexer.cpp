@@ -118,9 +118,7 @@ Token Lexer::Next() noexcept
     else if (Is(*m_at, kNameStart))
     {
         token.kind = TokenKind::Name;
-        do
-            ++m_at;
-        while (m_at != m_end && Is(*m_at, kNamePart));
+        m_at = NameEnd(m_at);
     }
     else
     {
@@ -193,10 +191,33 @@ void Lexer::ReadSign(Token& token) noexcept
 
 std::string_view Lexer::NameRun(const char* at) const noexcept
 {
-    const char* end = at;
-    while (end != m_end && Is(*end, kNamePart))
-        ++end;
-    return {at, static_cast<std::size_t>(end - at)};
+    return {at, static_cast<std::size_t>(NameEnd(at) - at)};
+}
+
+/// Behind the name from `at`, the indices of which are parts of it: x[1,2], f[a][b]_in.
+const char* Lexer::NameEnd(const char* at) const noexcept
+{
+    for (const char* index = at; index != m_end; at = index)
+    {
+        while (at != m_end && Is(*at, kNamePart))
+            ++at;
+        index = IndexEnd(at);
+        if (index == at)
+            break;
+    }
+    return at;
+}
+
+/// Behind the brackets that stand at `at`, or `at` where there are none or they may hold quadratic
+/// terms, of which no name is glued to the bracket.
+const char* Lexer::IndexEnd(const char* at) const noexcept
+{
+    const auto isIndex = [](char c)
+    { return Is(c, kNamePart) || c == '-' || c == '+' || c == ':' || c == '='; };
+    if (at == m_end || *at != '[')
+        return at;
+    const char* const end = std::find_if_not(at + 1, m_end, isIndex);
+    return end != m_end && *end == ']' && end != at + 1 ? end + 1 : at;
 }
 
 }  // namespace nuv::lp

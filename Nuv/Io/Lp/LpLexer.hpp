@@ -87,6 +87,8 @@ public:
     }
 
 private:
+    [[nodiscard]] const char* NameEnd(const char* at) const noexcept;
+    [[nodiscard]] const char* IndexEnd(const char* at) const noexcept;
     void SkipBlanks(Token& token) noexcept;
     void ReadNumber(Token& token) noexcept;
     void ReadDivisor(const char* begin, Token& token) noexcept;

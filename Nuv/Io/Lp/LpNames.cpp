@@ -118,6 +118,11 @@ bool CheckName(std::string_view name, DiagnosticLog& log)
         log.Warn(name.data(), "lp.long-name", fmt::format("a name of {} bytes", name.size()),
                  "other programs accept at most 255");
     }
+    if (name.find('[') != std::string_view::npos)
+    {
+        log.Note(name.data(), "lp.bracket-name", fmt::format("'{}' has brackets", name),
+                 "other programs take them for the start of quadratic terms");
+    }
     if (name.ends_with(';'))
     {
         log.Warn(name.data(), "lp.semicolon",

@@ -28,8 +28,10 @@ bool Parser::Parse()
     FindProblemName(m_text.substr(0, static_cast<std::size_t>(m_token.Begin() - m_text.data())));
     m_builder.SetSense(keyword.section == Section::Maximize ? Sense::Maximize : Sense::Minimize);
     Advance();
-    if (m_token.kind == TokenKind::Colon)
+    // Rows of the language that starts with `max:` end with semicolons.
+    if (m_token.kind == TokenKind::Colon && m_text.find(';') != std::string_view::npos)
         return m_messages.NotAModel(m_token, keyword.section);
+    PassColon(keyword);
     return ParseObjective() && ParseSections();
 }
 
@@ -83,6 +85,7 @@ bool Parser::OpenSection(const Keyword& keyword)
         OpenConstraints(keyword);
         return ParseRows();
     case Section::Bounds:
+        PassColon(keyword);
         return ParseBounds();
     case Section::General:
     case Section::Binary:
@@ -102,12 +105,16 @@ void Parser::OpenConstraints(const Keyword& keyword)
                    fmt::format("a second '{}'", keyword.text), "other programs accept one only");
     }
     m_seenConstraints = true;
-    if (m_token.kind == TokenKind::Colon)
-    {
-        m_log.Warn(m_token.Begin(), "lp.colon-after-section",
-                   fmt::format("the colon after '{}' is passed over", keyword.text), "take it out");
-        Advance();
-    }
+    PassColon(keyword);
+}
+
+void Parser::PassColon(const Keyword& keyword)
+{
+    if (m_token.kind != TokenKind::Colon)
+        return;
+    m_log.Warn(m_token.Begin(), "lp.colon-after-section",
+               fmt::format("the colon after '{}' is passed over", keyword.text), "take it out");
+    Advance();
 }
 
 bool Parser::ParseIntegers(const Keyword& keyword)
@@ -144,6 +151,14 @@ bool Parser::ParseEnd()
                     "move End to the end of the model, or take out what follows it");
 }
 
+/// `Bounds:` on a line of its own, which a label of a row would hardly have.
+bool Parser::IsAloneWithColon(const Keyword& keyword) const
+{
+    Lexer ahead = m_lexer;
+    return keyword.section == Section::Bounds && m_token.firstOfLine &&
+           ahead.Next().kind == TokenKind::Colon && ahead.Next().firstOfLine;
+}
+
 bool Parser::AtSection(bool mayBeName)
 {
     const Keyword keyword = MatchKeyword(m_token, m_lexer);
@@ -154,7 +169,8 @@ bool Parser::AtSection(bool mayBeName)
     {
         const Token next = Peek();
         const bool sameLine = !next.firstOfLine;
-        if (next.IsRelation() || next.kind == TokenKind::Colon || (sameLine && next.IsSign()))
+        const bool isLabel = next.kind == TokenKind::Colon && !IsAloneWithColon(keyword);
+        if (next.IsRelation() || isLabel || (sameLine && next.IsSign()))
             return false;
         if (m_messages.At() == Place::Bounds && sameLine && EqualsIgnoringCase(next.text, "free"))
             return false;

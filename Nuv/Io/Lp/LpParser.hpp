@@ -78,6 +78,8 @@ private:
     bool ParseSections();
     bool OpenSection(const Keyword& keyword);
     void OpenConstraints(const Keyword& keyword);
+    void PassColon(const Keyword& keyword);
+    [[nodiscard]] bool IsAloneWithColon(const Keyword& keyword) const;
     bool ParseRows();
     bool ParseBounds();
     bool ParseIntegers(const Keyword& keyword);

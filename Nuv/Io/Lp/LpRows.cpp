@@ -52,7 +52,8 @@ bool Parser::TakeLabel(Token& label)
                           fmt::format("'::' after '{}'", label.text),
                           "a label has one colon; '::' belongs to SOS sections, which are refused");
     }
-    if (colon.kind != TokenKind::Colon || !CheckName(label.text, m_log))
+    if (colon.kind != TokenKind::Colon || IsAloneWithColon(MatchKeyword(m_token, m_lexer)) ||
+        !CheckName(label.text, m_log))
         return false;
     m_lexer = ahead;
     Advance();

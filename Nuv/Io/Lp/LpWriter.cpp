@@ -48,12 +48,14 @@ bool IsReserved(std::string_view name) noexcept
     return false;
 }
 
-/// Whether the reader takes a name for what it is. Only names of uncommon characters are tried out.
+/// Whether the reader takes a name for what it is, and others do. Only names of uncommon characters
+/// are tried out; brackets, which it takes, are the start of quadratic terms to others.
 bool LpHolds(std::string_view name)
 {
     if (name.empty() || IsReserved(name) || name.front() == '.' ||
         (name.front() >= '0' && name.front() <= '9') || name.back() == ';' ||
-        !lp::HasBalancedParentheses(name) || lp::StartsLikePercentage(name))
+        !lp::HasBalancedParentheses(name) || lp::StartsLikePercentage(name) ||
+        name.find('[') != std::string_view::npos)
         return false;
     bool isCommon = true;
     for (const char c : name)

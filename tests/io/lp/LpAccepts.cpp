@@ -452,6 +452,45 @@ TEST(LpAccepts, AColonAfterSubjectToWithAWarning)
     EXPECT_EQ(Said(reading), "warning lp.colon-after-section 2:11");
 }
 
+TEST(LpAccepts, AColonAfterTheSenseWithAWarning)
+{
+    const ReadResult reading = ReadText("maximize: x\nsubject to\n x <= 4\nend");
+    ASSERT_TRUE(reading.Ok());
+    EXPECT_EQ(Written(*reading.model), kSmall);
+    EXPECT_EQ(Said(reading), "warning lp.colon-after-section 1:9");
+}
+
+TEST(LpAccepts, AColonAfterBoundsOnALineOfItsOwnWithAWarning)
+{
+    const ReadResult reading = ReadText("min x\nst\n c: x + y >= -4\nbounds:\n x >= -2\nend");
+    ASSERT_TRUE(reading.Ok());
+    EXPECT_EQ(reading.model->RowCount(), 1U);
+    EXPECT_EQ(reading.model->VariableLower()[0], -2.0);
+    EXPECT_EQ(Said(reading), "warning lp.colon-after-section 4:7");
+    const ReadResult labelled = ReadText("max x\nst\n bounds: x <= 4\nend");
+    ASSERT_TRUE(labelled.Ok());
+    EXPECT_EQ(labelled.model->RowName(0), "bounds");
+}
+
+/// As modelling layers write the names of indexed variables and rows.
+TEST(LpAccepts, NamesWithIndicesInBrackets)
+{
+    const ReadResult reading = ReadText(
+        "max 2 x[1] + 3x[a,-b] + f[0][1]_in\nst\n cap[1]: x[1] + x[a,-b]+ f[0][1]_in <= 4\n"
+        "bounds\n x[1] <= 1\n x[a,-b] free\nend");
+    ASSERT_TRUE(reading.Ok());
+    const Model& model = *reading.model;
+    ASSERT_EQ(model.VariableCount(), 3U);
+    EXPECT_EQ(model.VariableName(0), "x[1]");
+    EXPECT_EQ(model.VariableName(1), "x[a,-b]");
+    EXPECT_EQ(model.VariableName(2), "f[0][1]_in");
+    EXPECT_EQ(model.RowName(0), "cap[1]");
+    EXPECT_EQ(model.VariableUpper()[0], 1.0);
+    EXPECT_EQ(model.VariableLower()[1], -Infinity);
+    EXPECT_EQ(Said(reading), "note lp.bracket-name 1:7\nnote lp.bracket-name 1:15\n"
+                             "note lp.bracket-name 1:25\nnote lp.bracket-name 3:2");
+}
+
 TEST(LpAccepts, IntegersTakenForContinuousOnRequestWithAWarning)
 {
     const ReadResult reading = ReadText(
