@@ -55,7 +55,20 @@ SimplexVerdict RunDual(SimplexState& state, SolveControl& control, BlockedRow* b
     return verdict;
 }
 
-/// Whether the basis is optimal, as far as doubles tell.
+/// Solves what presolve left. @return the basis of the form that presolve was given.
+DoubleResult SolveReduced(const Presolve& presolve, SolveControl& control)
+{
+    ScaledForm scaled(presolve.Form());
+    scaled.offset = presolve.Form().constant;
+    SimplexState state(scaled, SlackBasis(presolve.Form()));
+    DoubleResult result;
+    result.verdict = SolveInDoubles(state, control);
+    result.basis = presolve.Restore(state);
+    return result;
+}
+
+}  // namespace
+
 bool IsOptimal(SimplexState& state)
 {
     if (!IsFeasible(state))
@@ -72,20 +85,6 @@ bool IsOptimal(SimplexState& state)
     }
     return true;
 }
-
-/// Solves what presolve left. @return the basis of the form that presolve was given.
-DoubleResult SolveReduced(const Presolve& presolve, SolveControl& control)
-{
-    ScaledForm scaled(presolve.Form());
-    scaled.offset = presolve.Form().constant;
-    SimplexState state(scaled, SlackBasis(presolve.Form()));
-    DoubleResult result;
-    result.verdict = SolveInDoubles(state, control);
-    result.basis = presolve.Restore(state);
-    return result;
-}
-
-}  // namespace
 
 DoubleResult SolveInDoubles(ScalableForm& form, Basis start, SolveControl& control)
 {

@@ -36,4 +36,7 @@ struct DoubleResult
 SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control,
                               BlockedRow* blocked = nullptr);
 
+/// Whether the basis of the state, whose values stand, is optimal, as far as doubles tell.
+[[nodiscard]] bool IsOptimal(SimplexState& state);
+
 }  // namespace nuv

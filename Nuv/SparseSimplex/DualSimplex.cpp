@@ -13,10 +13,13 @@ namespace nuv
 
 using namespace tolerance;
 
-SimplexVerdict DualSimplex::RunPhase()
+SimplexVerdict DualSimplex::RunPhase(bool isFactorised)
 {
     m_blocked = kNoIndex;
-    StartAfresh();
+    if (isFactorised)
+        Prepare();
+    else
+        StartAfresh();
     SimplexVerdict verdict = SimplexVerdict::Numerical;
     while (Iterate(verdict))
     {

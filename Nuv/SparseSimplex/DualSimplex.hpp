@@ -27,8 +27,9 @@ public:
     /// What Run may do about reduced costs before its first pivot.
     enum class Start : std::uint8_t
     {
-        AsItIs,     ///< wrong ones are shifted: for a basis that is nearly dual feasible
-        Perturbed,  ///< perturbs costs against ties, and runs a first phase where it is called for
+        AsItIs,      ///< wrong ones are shifted: for a basis that is nearly dual feasible
+        Factorised,  ///< the same, of a state whose factors and values stand
+        Perturbed,   ///< perturbs costs against ties, and runs a first phase where it is called for
     };
 
     /// Runs on the working bounds and costs until the basis is feasible (Optimal, for the costs as
@@ -48,9 +49,10 @@ public:
     }
 
 private:
-    SimplexVerdict RunPhase();
+    SimplexVerdict RunPhase(bool isFactorised = false);
     void RunPhaseOne();
     void StartAfresh();
+    void Prepare();
     void ComputeReducedCosts();
     void PerturbCosts();
     [[nodiscard]] bool WantsPhaseOne() const;

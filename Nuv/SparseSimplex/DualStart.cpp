@@ -34,8 +34,8 @@ DualSimplex::DualSimplex(SimplexState& state, SolveControl& control)
 SimplexVerdict DualSimplex::Run(Start start)
 {
     // A start that needs more is not nearly optimal, and nothing here breaks a tie for good.
-    m_pivotsLeft = start == Start::AsItIs ? 1000 + 2 * std::uint64_t{m_state.form.rows}
-                                          : 10000 + 50 * std::uint64_t{m_state.form.rows};
+    m_pivotsLeft = start != Start::Perturbed ? 1000 + 2 * std::uint64_t{m_state.form.rows}
+                                             : 10000 + 50 * std::uint64_t{m_state.form.rows};
     m_weight.assign(m_state.form.rows, 1.0);
     if (start == Start::Perturbed)
     {
@@ -45,7 +45,7 @@ SimplexVerdict DualSimplex::Run(Start start)
         if (WantsPhaseOne())
             RunPhaseOne();
     }
-    return RunPhase();
+    return RunPhase(start == Start::Factorised);
 }
 
 void DualSimplex::StartAfresh()
@@ -57,10 +57,16 @@ void DualSimplex::StartAfresh()
     m_state.Refactorise();
     for (Index k = 0; k < m_state.form.rows; ++k)
         m_weight[k] = weight[m_state.head[k]];
+    Prepare();
+}
+
+/// All but the factors.
+void DualSimplex::Prepare()
+{
     ComputeReducedCosts();
     MakeDualFeasible();
     NoteViolations();
-    m_fresh = true;
+    m_fresh = m_state.lu.Updates() == 0;
     m_inaccurate = false;
 }
 

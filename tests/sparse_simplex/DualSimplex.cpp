@@ -55,6 +55,26 @@ TEST(DualSimplex, RepairsAnUpperBoundToo)
     EXPECT_EQ(run.state.status[2], BasisStatus::AtUpper);
 }
 
+/// Also where its factors have been updated since they were made.
+TEST(DualSimplex, GoesOnFromFactorsThatStand)
+{
+    const BoundedForm form = MakeForm({1, 2}, {{{1, 1}, {3, kInf}}, {{1, -1}, {-kInf, 1}}});
+    const ScaledForm scaled(form);
+    SimplexState state(scaled, SlackBasis(form));
+    SolveControl control{SolveLimits{}};
+    state.Refactorise();
+    DualSimplex dual(state, control);
+    EXPECT_EQ(dual.Run(DualSimplex::Start::Factorised), SimplexVerdict::Optimal);
+    const Dual other(form);
+    EXPECT_EQ(state.value, other.state.value);
+    state.lower[form.Logical(0)] = state.upper[form.Logical(1)] = 0.0;
+    state.SetToBound(form.Logical(0));
+    state.SetToBound(form.Logical(1));
+    state.ComputeValues();
+    EXPECT_EQ(dual.Run(DualSimplex::Start::Factorised), SimplexVerdict::Optimal);
+    EXPECT_EQ(state.value, std::vector<double>(4, 0.0));
+}
+
 TEST(DualSimplex, FlipsABoxedVariableOfWrongReducedCost)
 {
     const Dual run(MakeForm({-1, 1}, {{{1, 1}, {3, kInf}}}, {{0, 1}, {0, kInf}}));
