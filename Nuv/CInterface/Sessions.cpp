@@ -17,35 +17,86 @@ namespace nuv::c
 namespace
 {
 
-/// Whether two models differ in nothing but costs and bounds that doubles say.
+/// Whether both say the same of the objective's constant and of the entries of their matrices.
+bool HaveSameExactEntries(const ExactNumbers& left, const ExactNumbers& right)
+{
+    const auto isSetByHandle = [](const auto& number)
+    {
+        const NumberPlace::Of of = number.first.of;
+        return of != NumberPlace::Of::ObjectiveConstant && of != NumberPlace::Of::Entry;
+    };
+    auto a = left.begin();
+    auto b = right.begin();
+    for (;; ++a, ++b)
+    {
+        a = std::find_if_not(a, left.end(), isSetByHandle);
+        b = std::find_if_not(b, right.end(), isSetByHandle);
+        if (a == left.end() || b == right.end())
+            return a == left.end() && b == right.end();
+        if (*a != *b)
+            return false;
+    }
+}
+
+/// Whether two models differ in nothing but costs and bounds.
 bool HaveSameRows(const Model& left, const Model& right)
 {
     return left.VariableCount() == right.VariableCount() && left.RowCount() == right.RowCount() &&
            left.ObjectiveSense() == right.ObjectiveSense() &&
-           left.ObjectiveConstant() == right.ObjectiveConstant() && left.Exact() == right.Exact() &&
+           left.ObjectiveConstant() == right.ObjectiveConstant() &&
+           HaveSameExactEntries(left.Exact(), right.Exact()) &&
            std::ranges::equal(left.RowStarts(), right.RowStarts()) &&
            std::ranges::equal(left.Columns(), right.Columns()) &&
            std::ranges::equal(left.Coefficients(), right.Coefficients());
 }
 
+/// Whether the numbers at a place of two models are the same, also where no double says them.
+bool IsSameNumber(const Model& left, const Model& right, const NumberPlace& place)
+{
+    const std::string* const a = left.Exact().Find(place);
+    const std::string* const b = right.Exact().Find(place);
+    return a && b ? *a == *b : a == b;
+}
+
+/// Gives the solver the bounds of a row or variable, if its own are others.
+template <class Handle>
+void TakeOverBounds(Solver& solver, const Model& model, Handle handle, Bounds held, Bounds bounds,
+                    const NumberPlace& lower, const NumberPlace& upper)
+{
+    if (bounds.lower == held.lower && bounds.upper == held.upper &&
+        IsSameNumber(model, solver.GetModel(), lower) &&
+        IsSameNumber(model, solver.GetModel(), upper))
+        return;
+    solver.SetBounds(handle, bounds);
+    if (const std::string* const text = model.Exact().Find(lower))
+        solver.SetExactLower(handle, *text);
+    if (const std::string* const text = model.Exact().Find(upper))
+        solver.SetExactUpper(handle, *text);
+}
+
 /// Gives the solver the costs and bounds of a model with the same rows as its own.
 void TakeOver(Solver& solver, const Model& model)
 {
+    using Of = NumberPlace::Of;
     const Model& held = solver.GetModel();
     for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
     {
-        const Bounds bounds = {model.VariableLower()[j], model.VariableUpper()[j]};
-        if (bounds.lower != held.VariableLower()[j] || bounds.upper != held.VariableUpper()[j])
-            solver.SetBounds(held.VariableAt(j), bounds);
-        if (model.Objective()[j] != held.Objective()[j])
-            solver.SetCost(held.VariableAt(j), model.Objective()[j]);
+        const Variable variable = held.VariableAt(j);
+        TakeOverBounds(solver, model, variable, {held.VariableLower()[j], held.VariableUpper()[j]},
+                       {model.VariableLower()[j], model.VariableUpper()[j]}, {Of::VariableLower, j},
+                       {Of::VariableUpper, j});
+        const NumberPlace cost{Of::Objective, j};
+        if (model.Objective()[j] == held.Objective()[j] && IsSameNumber(model, held, cost))
+            continue;
+        if (const std::string* const text = model.Exact().Find(cost))
+            solver.SetExactCost(variable, *text);
+        else
+            solver.SetCost(variable, model.Objective()[j]);
     }
     for (std::uint32_t i = 0; i < model.RowCount(); ++i)
-    {
-        const Bounds bounds = {model.RowLower()[i], model.RowUpper()[i]};
-        if (bounds.lower != held.RowLower()[i] || bounds.upper != held.RowUpper()[i])
-            solver.SetBounds(held.RowAt(i), bounds);
-    }
+        TakeOverBounds(solver, model, held.RowAt(i), {held.RowLower()[i], held.RowUpper()[i]},
+                       {model.RowLower()[i], model.RowUpper()[i]}, {Of::RowLower, i},
+                       {Of::RowUpper, i});
 }
 
 /// The basis of the last model as one of this model, as far as the two have columns and rows in

@@ -64,14 +64,29 @@ CertifiedSession::CertifiedSession(BoundedForm form, std::optional<Basis> start)
 {
 }
 
-void CertifiedSession::SetBounds(Index variable, double lower, double upper)
+bool CertifiedSession::Replace(const FormPlace& place, double& held, const FormNumber& number)
 {
+    const Rational* const before = m_form.exact.Find(place);
+    const bool isSame =
+        held == number.nearest &&
+        (before != nullptr ? number.exact && *number.exact == *before : !number.exact);
+    held = number.nearest;
+    if (number.exact)
+        m_form.exact.Set(place, *number.exact);
+    else
+        m_form.exact.Erase(place);
+    return !isSame;
+}
+
+void CertifiedSession::SetBounds(Index variable, const FormNumber& lower, const FormNumber& upper)
+{
+    using Of = FormPlace::Of;
     const bool isRow = m_form.IsLogical(variable);
     const Index at = isRow ? m_form.RowOf(variable) : variable;
-    const bool lowerMoves = m_form.Lower(variable) != lower;
-    const bool upperMoves = m_form.Upper(variable) != upper;
-    (isRow ? m_form.rowLower : m_form.columnLower)[at] = lower;
-    (isRow ? m_form.rowUpper : m_form.columnUpper)[at] = upper;
+    const bool lowerMoves = Replace({isRow ? Of::RowLower : Of::ColumnLower, at},
+                                    (isRow ? m_form.rowLower : m_form.columnLower)[at], lower);
+    const bool upperMoves = Replace({isRow ? Of::RowUpper : Of::ColumnUpper, at},
+                                    (isRow ? m_form.rowUpper : m_form.columnUpper)[at], upper);
     if (ScaledForm* const scaled = m_scalable.Made())
         scaled->SetBounds(m_form, variable);
     m_check.TakeBounds(variable);
@@ -87,17 +102,15 @@ void CertifiedSession::SetBounds(Index variable, double lower, double upper)
         m_evaluation->hasValues = false;
 }
 
-void CertifiedSession::SetCost(Index column, double cost)
+void CertifiedSession::SetCost(Index column, const FormNumber& cost)
 {
-    if (m_form.cost[column] == cost)
-        return;
-    m_form.cost[column] = cost;
-    m_newCosts.push_back(column);
+    if (Replace({FormPlace::Of::Cost, column}, m_form.cost[column], cost))
+        m_newCosts.push_back(column);
 }
 
-void CertifiedSession::SetConstant(double constant)
+void CertifiedSession::SetConstant(const FormNumber& constant)
 {
-    m_form.constant = constant;
+    Replace({FormPlace::Of::Constant}, m_form.constant, constant);
     m_check.TakeCosts();
 }
 
@@ -106,7 +119,6 @@ void CertifiedSession::StartFrom(const Basis& start)
     m_basis = start;
 }
 
-/// The duals depend on the costs of basic variables, the reduced cost of a nonbasic one on its own.
 void CertifiedSession::TakeCosts()
 {
     if (m_newCosts.empty())
@@ -116,17 +128,37 @@ void CertifiedSession::TakeCosts()
     m_check.TakeCosts();
     if (m_evaluation)
     {
+        const ExactForm before = std::move(*m_evaluation->exact);
         m_evaluation->exact.emplace(m_form);
-        m_evaluation->reducedInDouble.clear();
-        for (const Index column : m_newCosts)
-        {
-            if (std::ranges::find(m_evaluation->head, column) != m_evaluation->head.end())
-                m_evaluation->hasDuals = false;
-            else if (m_evaluation->hasDuals)
-                m_evaluation->reducedSign[column] = ExactEvaluation::kSignUnknown;
-        }
+        KeepOfEvaluation(before);
     }
     m_newCosts.clear();
+}
+
+/// The duals depend on the costs of basic variables, the reduced cost of a nonbasic one on its own.
+/// The factors are of columns times their divisors, to which the costs belong too; and reduced
+/// costs are kept in the scales of their columns.
+void CertifiedSession::KeepOfEvaluation(const ExactForm& before)
+{
+    ExactEvaluation& evaluation = *m_evaluation;
+    const ExactForm& now = *evaluation.exact;
+    evaluation.reducedInDouble.clear();
+    const auto hasOtherDivisor = [&](Index v)
+    { return now.ColumnDivisor(v) != before.ColumnDivisor(v); };
+    const bool haveDivisors = !now.HasNoQuotient() || !before.HasNoQuotient();
+    if (haveDivisors && std::ranges::any_of(evaluation.head, hasOtherDivisor))
+        evaluation.Forget();
+    std::vector<bool> isNew(m_form.columns, false);
+    for (const Index column : m_newCosts)
+        isNew[column] = true;
+    for (const Index v : evaluation.head)
+        evaluation.hasDuals = evaluation.hasDuals && (m_form.IsLogical(v) || !isNew[v]);
+    for (Index v = 0; evaluation.hasDuals && v < m_form.Variables(); ++v)
+    {
+        if ((!m_form.IsLogical(v) && isNew[v]) || !(now.ColumnScale(v) == before.ColumnScale(v)) ||
+            (haveDivisors && hasOtherDivisor(v)))
+            evaluation.reducedSign[v] = ExactEvaluation::kSignUnknown;
+    }
 }
 
 std::shared_ptr<const CertifiedResult> CertifiedSession::Solve(SolveControl& control)

@@ -20,6 +20,15 @@
 namespace nuv
 {
 
+/// A number of a form: the double that stands for it, and what it is where that does not say it.
+struct FormNumber
+{
+    FormNumber(double number) noexcept : nearest(number) {}
+
+    double nearest;
+    std::optional<Rational> exact;
+};
+
 class CertifiedSession
 {
 public:
@@ -38,10 +47,9 @@ public:
         return m_basis;
     }
 
-    /// Of a form without numbers beside its doubles.
-    void SetBounds(Index variable, double lower, double upper);
-    void SetCost(Index column, double cost);
-    void SetConstant(double constant);
+    void SetBounds(Index variable, const FormNumber& lower, const FormNumber& upper);
+    void SetCost(Index column, const FormNumber& cost);
+    void SetConstant(const FormNumber& constant);
     /// The next solve starts there.
     void StartFrom(const Basis& start);
 
@@ -50,7 +58,10 @@ public:
     [[nodiscard]] std::shared_ptr<const CertifiedResult> Solve(SolveControl& control);
 
 private:
+    /// @return whether it is another number then.
+    bool Replace(const FormPlace& place, double& held, const FormNumber& number);
     void TakeCosts();
+    void KeepOfEvaluation(const ExactForm& before);
     [[nodiscard]] bool StillHolds(const CertifiedResult& last, CertifiedResult& result) const;
     /// The basis in doubles, with the factors of the last one if it is the same.
     [[nodiscard]] SimplexState& StateOfBasis();

@@ -1,8 +1,9 @@
-/// Keeps a model and the session on its form in step. An edit of a bound or a cost goes to both;
-/// one of the matrix ends the session on the form, of which the basis stays, by the places that the
-/// model has then.
+/// Keeps a model and the session on its form in step. An edit of a bound or a cost goes to both, as
+/// the number that it is; one of the matrix ends the session on the form, of which the basis stays,
+/// by the places that the model has then.
 #include "Nuv/Solve/Solver.hpp"
 
+#include "Nuv/Algebra/RationalText.hpp"
 #include "Nuv/Exact/CertifiedSession.hpp"
 #include "Nuv/Solve/ModelForm.hpp"
 #include "Nuv/Solve/SolveSteps.hpp"
@@ -27,16 +28,13 @@ struct Solver::State
             basis = session->LastBasis();
         session.reset();
     }
-    /// Whether there is a session that an edit of a bound or a cost is to be passed on to. One on
-    /// a form with numbers beside its doubles ends instead: the next form takes over what is left.
-    [[nodiscard]] bool EditsDoubles()
-    {
-        if (session && !session->Form().exact.Empty())
-            EndSession();
-        return session != nullptr;
-    }
+    [[nodiscard]] FormNumber NumberAt(const NumberPlace& place, double nearest) const;
     void NoteRow();
     void NoteVariable(Variable variable);
+    void TakeBounds(Variable variable);
+    void TakeBounds(Row row);
+    void TakeCost(std::uint32_t column);
+    void TakeConstant();
     void TakeObjective();
     void OpenSession(SolveControl& control, Solution& solution);
 
@@ -89,19 +87,59 @@ void Solver::State::NoteVariable(Variable variable)
             DefaultNonbasicStatus(model.VariableLower().back(), model.VariableUpper().back()));
 }
 
+/// The number at a place of the model, as its form has it.
+FormNumber Solver::State::NumberAt(const NumberPlace& place, double nearest) const
+{
+    const double sign = place.of <= NumberPlace::Of::Objective ? SignOf(model) : 1.0;
+    FormNumber number = sign * nearest;
+    const bool areWritten = options.numbers == CoefficientMeaning::ShortestDecimal;
+    if (const std::string* const text = areWritten ? model.Exact().Find(place) : nullptr)
+        number.exact = ReadRational(*text);
+    if (number.exact && sign < 0.0)
+        number.exact = -*number.exact;
+    return number;
+}
+
+void Solver::State::TakeBounds(Variable variable)
+{
+    if (!session)
+        return;
+    using Of = NumberPlace::Of;
+    const std::uint32_t at = model.IndexOf(variable);
+    session->SetBounds(at, NumberAt({Of::VariableLower, at}, model.VariableLower()[at]),
+                       NumberAt({Of::VariableUpper, at}, model.VariableUpper()[at]));
+}
+
+void Solver::State::TakeBounds(Row row)
+{
+    if (!session)
+        return;
+    using Of = NumberPlace::Of;
+    const std::uint32_t at = model.IndexOf(row);
+    session->SetBounds(model.VariableCount() + at,
+                       NumberAt({Of::RowLower, at}, model.RowLower()[at]),
+                       NumberAt({Of::RowUpper, at}, model.RowUpper()[at]));
+}
+
+void Solver::State::TakeCost(std::uint32_t column)
+{
+    if (session)
+        session->SetCost(column,
+                         NumberAt({NumberPlace::Of::Objective, column}, model.Objective()[column]));
+}
+
+void Solver::State::TakeConstant()
+{
+    if (session)
+        session->SetConstant(
+            NumberAt({NumberPlace::Of::ObjectiveConstant}, model.ObjectiveConstant()));
+}
+
 void Solver::State::TakeObjective()
 {
-    // What the session takes are doubles; what they do not say, the next form does.
-    const bool isSaidByDoubles =
-        model.Exact().Empty() || model.Exact().begin()->first.of > NumberPlace::Of::Objective;
-    if (!isSaidByDoubles)
-        EndSession();
-    if (!EditsDoubles())
-        return;
-    const double sign = SignOf(model);
     for (std::uint32_t j = 0; j < model.VariableCount(); ++j)
-        session->SetCost(j, sign * model.Objective()[j]);
-    session->SetConstant(sign * model.ObjectiveConstant());
+        TakeCost(j);
+    TakeConstant();
 }
 
 /// A session on the form as it is, from the basis that is known or else as a first solve has it.
@@ -220,35 +258,35 @@ void Solver::Minimize(const Expression& objective)
     m_state->TakeObjective();
 }
 
+/// Passes on the bounds of what the model has edited, if it has.
+template <class Handle>
+bool Solver::TookBounds(bool isEdited, Handle handle)
+{
+    if (isEdited)
+        m_state->TakeBounds(handle);
+    return isEdited;
+}
+
+bool Solver::TookCost(bool isEdited, Variable variable)
+{
+    if (isEdited)
+        m_state->TakeCost(m_state->model.IndexOf(variable));
+    return isEdited;
+}
+
 bool Solver::SetBounds(Variable variable, Bounds bounds)
 {
-    State& state = *m_state;
-    if (!state.model.SetBounds(variable, bounds))
-        return false;
-    if (state.EditsDoubles())
-        state.session->SetBounds(state.model.IndexOf(variable), bounds.lower, bounds.upper);
-    return true;
+    return TookBounds(m_state->model.SetBounds(variable, bounds), variable);
 }
 
 bool Solver::SetBounds(Row row, Bounds bounds)
 {
-    State& state = *m_state;
-    if (!state.model.SetBounds(row, bounds))
-        return false;
-    if (state.EditsDoubles())
-        state.session->SetBounds(state.model.VariableCount() + state.model.IndexOf(row),
-                                 bounds.lower, bounds.upper);
-    return true;
+    return TookBounds(m_state->model.SetBounds(row, bounds), row);
 }
 
 bool Solver::SetCost(Variable variable, double cost)
 {
-    State& state = *m_state;
-    if (!state.model.SetCost(variable, cost))
-        return false;
-    if (state.EditsDoubles())
-        state.session->SetCost(state.model.IndexOf(variable), SignOf(state.model) * cost);
-    return true;
+    return TookCost(m_state->model.SetCost(variable, cost), variable);
 }
 
 bool Solver::SetCoefficient(Row row, Variable variable, double coefficient)
@@ -259,50 +297,45 @@ bool Solver::SetCoefficient(Row row, Variable variable, double coefficient)
     return true;
 }
 
-/// The next form says what doubles do not.
-template <class... Arguments>
-bool Solver::SetExact(bool (Model::*set)(Arguments...), Arguments... arguments)
-{
-    if (!(m_state->model.*set)(arguments...))
-        return false;
-    m_state->EndSession();
-    return true;
-}
-
 bool Solver::SetExactCost(Variable variable, std::string_view number)
 {
-    return SetExact<Variable, std::string_view>(&Model::SetExactCost, variable, number);
+    return TookCost(m_state->model.SetExactCost(variable, number), variable);
 }
 
 bool Solver::SetExactConstant(std::string_view number)
 {
-    return SetExact<std::string_view>(&Model::SetExactConstant, number);
+    const bool isDone = m_state->model.SetExactConstant(number);
+    if (isDone)
+        m_state->TakeConstant();
+    return isDone;
 }
 
 bool Solver::SetExactLower(Variable variable, std::string_view number)
 {
-    return SetExact<Variable, std::string_view>(&Model::SetExactLower, variable, number);
+    return TookBounds(m_state->model.SetExactLower(variable, number), variable);
 }
 
 bool Solver::SetExactUpper(Variable variable, std::string_view number)
 {
-    return SetExact<Variable, std::string_view>(&Model::SetExactUpper, variable, number);
+    return TookBounds(m_state->model.SetExactUpper(variable, number), variable);
 }
 
 bool Solver::SetExactLower(Row row, std::string_view number)
 {
-    return SetExact<Row, std::string_view>(&Model::SetExactLower, row, number);
+    return TookBounds(m_state->model.SetExactLower(row, number), row);
 }
 
 bool Solver::SetExactUpper(Row row, std::string_view number)
 {
-    return SetExact<Row, std::string_view>(&Model::SetExactUpper, row, number);
+    return TookBounds(m_state->model.SetExactUpper(row, number), row);
 }
 
 bool Solver::SetExactCoefficient(Row row, Variable variable, std::string_view number)
 {
-    return SetExact<Row, Variable, std::string_view>(&Model::SetExactCoefficient, row, variable,
-                                                     number);
+    if (!m_state->model.SetExactCoefficient(row, variable, number))
+        return false;
+    m_state->EndSession();
+    return true;
 }
 
 bool Solver::Remove(std::span<const Row> rows)

@@ -58,7 +58,7 @@ public:
     //
     ///@{
     /// As of the model, which says what they do, return and refuse. Bounds and costs keep most of
-    /// what is known of the last basis, other edits and numbers that no double says the basis
+    /// what is known of the last basis, also where no double says them; other edits the basis
     /// alone.
     template <class Name>
     requires std::is_convertible_v<const Name&, std::string_view>
@@ -107,8 +107,9 @@ public:
     ///@}
 
 private:
-    template <class... Arguments>
-    bool SetExact(bool (Model::*set)(Arguments...), Arguments... arguments);
+    template <class Handle>
+    bool TookBounds(bool isEdited, Handle handle);
+    bool TookCost(bool isEdited, Variable variable);
 
     struct State;
     std::unique_ptr<State> m_state;

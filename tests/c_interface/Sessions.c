@@ -44,13 +44,27 @@ static void AddRow(NuvModel* model, Random* random)
     CHECK_OK(NuvModelAddRows(model, 1, &lower, &upper, starts, columns, values, NULL, 0, NULL));
 }
 
+/* A third, a seventh or a ninth of something. */
+static void StateExactly(NuvModel* model, Random* random)
+{
+    const uint32_t place = Below(random, NUV_PLACE_Entry + 1);
+    const uint32_t column = Below(random, NuvModelGetNumColumns(model));
+    const uint32_t row = Below(random, NuvModelGetNumRows(model));
+    const int isOfRow = place >= NUV_PLACE_RowLower;
+    const int isUpper = place == NUV_PLACE_RowUpper || place == NUV_PLACE_ColumnUpper;
+    char text[32];
+    (void)snprintf(text, sizeof text, "%d/%d", (int)Below(random, 20) - (isUpper ? 0 : 18),
+                   (int[]){3, 7, 9}[Below(random, 3)]);
+    CHECK_OK(NuvModelSetExact(model, place, isOfRow ? row : column, column, text, NULL));
+}
+
 static void Edit(NuvModel* model, Random* random)
 {
     const uint32_t column = Below(random, NuvModelGetNumColumns(model));
     const uint32_t row = Below(random, NuvModelGetNumRows(model));
     const double lower = SmallNumber(random) - 3.0;
     const double upper = SmallNumber(random) + 3.0;
-    switch (Below(random, 8))
+    switch (Below(random, 10))
     {
     case 0:
         CHECK_OK(NuvModelSetCosts(model, 1, &column, &upper, NULL));
@@ -70,6 +84,10 @@ static void Edit(NuvModel* model, Random* random)
         break;
     case 6:
         CHECK_OK(NuvModelAddColumns(model, 1, &upper, NULL, NULL, NULL, 0, NULL));
+        break;
+    case 7:
+    case 8:
+        StateExactly(model, random);
         break;
     default:
         if (NuvModelGetNumRows(model) > 2)

@@ -58,7 +58,7 @@ private:
     {
         const Variable x = AnyVariable();
         const Row row = AnyRowOfModel();
-        switch (m_random() % 16)
+        switch (m_random() % 20)
         {
         case 0:
         case 1:
@@ -99,9 +99,49 @@ private:
             if (x.Valid())
                 (void)solver.Remove(x);
             break;
-        default:
+        case 15:
             if (m_random() % 4 == 0)
                 TurnObjective();
+            break;
+        default:
+            if (x.Valid() && row.Valid())
+                StateExactly(x, row);
+            break;
+        }
+    }
+
+    /// A number that no double says, or does after all.
+    [[nodiscard]] std::string AnyFraction(int from, int to)
+    {
+        const int numerator = from * 9 + static_cast<int>(Pick(m_random, 9 * (to - from) + 1));
+        return std::to_string(numerator) + (m_random() % 4 == 0 ? "/7" : "/9");
+    }
+
+    void StateExactly(Variable x, Row row)
+    {
+        switch (m_random() % 8)
+        {
+        case 0:
+        case 1:
+            (void)solver.SetExactCost(x, AnyFraction(-5, 5));
+            break;
+        case 2:
+            (void)solver.SetExactLower(x, AnyFraction(-3, 2));
+            break;
+        case 3:
+            (void)solver.SetExactUpper(x, AnyFraction(0, 6));
+            break;
+        case 4:
+            (void)solver.SetExactLower(row, AnyFraction(-4, 2));
+            break;
+        case 5:
+            (void)solver.SetExactUpper(row, AnyFraction(-1, 9));
+            break;
+        case 6:
+            (void)solver.SetExactConstant(AnyFraction(-9, 9));
+            break;
+        default:
+            (void)solver.SetExactCoefficient(row, x, AnyFraction(-4, 6));
             break;
         }
     }

@@ -33,9 +33,7 @@ void ExpectAsCold(const Solution& warm, const Model& model, const SolveOptions& 
         EXPECT_EQ(warm.objective, cold.objective);
     }
     ASSERT_NE(warm.certificate, nullptr);
-    BoundedForm form = FormOf(model);
-    form.numbers = options.numbers;
-    EXPECT_EQ(CheckCertificate(form, *warm.certificate), "");
+    EXPECT_EQ(CheckCertificate(FormOf(model, options.numbers), *warm.certificate), "");
 }
 
 /// Numbers that no double says are those of the cold solve, also after edits that replace some.
@@ -179,6 +177,34 @@ TEST_F(Factory, AChangeThatConcernsNothingBasicNeedsNoPivot)
     EXPECT_FALSE(second.stages[Stage::SinglePrecision].ran);
     EXPECT_EQ(second.Slack(wood), 80.0);
     EXPECT_TRUE(second.proved);
+}
+
+TEST_F(Factory, AChangeToANumberThatNoDoubleSaysKeepsTheBasis)
+{
+    Solver solver(model);
+    EXPECT_EQ(solver.Solve().exactObjective, "3700");
+    const auto expectWithoutPivots = [&solver](const char* objective, bool runs = false)
+    {
+        const Solution again = solver.Solve();
+        EXPECT_EQ(again.exactObjective, objective);
+        EXPECT_TRUE(again.proved);
+        EXPECT_EQ(again.stages[Stage::Double].ran, runs);
+        EXPECT_EQ(again.stages[Stage::Double].pivots, 0U);
+        EXPECT_FALSE(again.stages[Stage::SinglePrecision].ran);
+    };
+    EXPECT_TRUE(solver.SetExactUpper(*solver.GetModel().FindRow("wood"), "1000/3"));
+    expectWithoutPivots("3700");
+    EXPECT_TRUE(solver.SetExactUpper(tables, "119/3"));
+    expectWithoutPivots("22105/6");
+    EXPECT_TRUE(solver.SetExactCost(chairs, "91/3"));
+    expectWithoutPivots("14777/4", true);  // a divisor of the column is one of its factors too
+    EXPECT_TRUE(solver.SetExactConstant("1/3"));
+    expectWithoutPivots("44335/12");
+    EXPECT_TRUE(solver.SetCost(chairs, 91.0 / 3.0));
+    EXPECT_NE(solver.Solve().exactObjective, "44335/12") << "a double says another number";
+    EXPECT_TRUE(solver.SetCost(chairs, 30));
+    EXPECT_TRUE(solver.SetBounds(tables, {0, 40}));
+    expectWithoutPivots("11101/3");
 }
 
 TEST_F(Factory, MovesAndGivesItsModelBack)
