@@ -166,6 +166,7 @@ std::shared_ptr<const CertifiedResult> CertifiedSession::Solve(SolveControl& con
     const auto result = std::make_shared<CertifiedResult>();
     const std::shared_ptr<const CertifiedResult> last = std::exchange(m_last, nullptr);
     TakeCosts();
+    m_stateStands = false;
     if (ProveAtSight(m_form, *result))
         return result;
     if (!m_basis)
@@ -205,6 +206,8 @@ bool CertifiedSession::StillHolds(const CertifiedResult& last, CertifiedResult& 
 
 SimplexState& CertifiedSession::StateOfBasis()
 {
+    if (std::exchange(m_stateStands, true))
+        return *m_state;
     if (!m_state || !AreBasic(m_state->head, *m_basis))
     {
         m_state.emplace(m_scalable.Scaled(), *m_basis);
@@ -263,15 +266,18 @@ SimplexVerdict CertifiedSession::SolveInDoubles(SolveControl& control, Certified
 {
     const double begin = control.Seconds();
     SimplexState& state = StateOfBasis();
+    // What the dual simplex calls optimal stands on fresh factors.
+    SimplexVerdict verdict = SimplexVerdict::Numerical;
     if (!IsFeasible(state))
     {
         DualSimplex dual(state, control);
-        (void)dual.Run();  // the primal simplex has the last word
+        verdict = dual.Run(DualSimplex::Start::Factorised);
         state.cost = state.form.cost;
         if (dual.Blocked() != kNoIndex)
             blocked = {state.ExportBasis(), dual.Blocked()};
     }
-    const SimplexVerdict verdict = nuv::SolveInDoubles(state, control, &blocked);
+    if (verdict != SimplexVerdict::Optimal || !IsOptimal(state))
+        verdict = nuv::SolveInDoubles(state, control, &blocked);  // by the primal simplex
     result.record.basis = state.ExportBasis();
     result.record.stages[Stage::Double].ran = true;
     result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
