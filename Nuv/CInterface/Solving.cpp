@@ -37,12 +37,13 @@ std::optional<Basis> StartOf(const NuvSolveOptions& given)
 
 SolveOptions OptionsOf(const NuvSolveOptions& given)
 {
-    RequireOneOf(given.stages, 3, "choice of stages");
+    RequireOneOf(given.stages, 4, "choice of stages");
     Require(given.seconds >= 0.0, "a time limit is negative or NaN");
     SolveOptions options;
     options.numbers = MeaningOf(given.numbers);
     options.useSinglePrecision = given.stages != NUV_STAGES_WithoutSinglePrecision;
     options.singlePrecisionOnly = given.stages == NUV_STAGES_SinglePrecisionOnly;
+    options.doublePrecisionOnly = given.stages == NUV_STAGES_WithoutProof;
     options.scaling = given.scale != 0 ? Scaling::PowersOfTwo : Scaling::None;
     options.sensitivity = given.sensitivity != 0;
     options.exact = given.exact != 0;

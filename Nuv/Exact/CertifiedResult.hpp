@@ -14,18 +14,19 @@ namespace nuv
 
 struct SolveRecord
 {
-    /// Whether the certificate passed its check. True with every status but Stopped and Invalid.
+    /// Whether the certificate passed its check. True with every status but Stopped and Invalid,
+    /// unless doubles were believed.
     bool proved = false;
     StopReason stopReason = StopReason::None;
     std::string defect;  ///< Invalid: what is wrong with the data; everything else is empty then
 
-    // In doubles, by variable (columns, then the rows' logicals): of the certificate, or for
-    // Stopped what the last basis gives. reduced[columns + i] is the dual of row i.
+    // In doubles, by variable (columns, then the rows' logicals): of the certificate, or
+    // without a proof what the last basis gives. reduced[columns + i] is the dual of row i.
     std::vector<double> value;
     std::vector<double> reduced;
     double objectiveValue = 0.0;
-    double primalViolation = 0.0;  ///< Stopped: the largest violation of a bound by `value`
-    double dualViolation = 0.0;    ///< Stopped: the largest wrong-signed entry of `reduced`
+    double primalViolation = 0.0;  ///< not proved: the largest violation of a bound by `value`
+    double dualViolation = 0.0;    ///< not proved: the largest wrong-signed entry of `reduced`
 
     Basis basis;  ///< the last one; each stage starts from that of the stage before
     StageRecords stages;

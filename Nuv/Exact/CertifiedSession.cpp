@@ -190,6 +190,27 @@ std::shared_ptr<const CertifiedResult> CertifiedSession::Solve(SolveControl& con
     return result;
 }
 
+std::shared_ptr<const CertifiedResult> CertifiedSession::SolveUnproved(SolveControl& control)
+{
+    const auto result = std::make_shared<CertifiedResult>();
+    m_last.reset();
+    TakeCosts();
+    m_stateStands = false;
+    if (ProveAtSight(m_form, *result))
+    {
+        result->record.proved = false;
+        return result;
+    }
+    if (!m_basis)
+        m_basis = SlackBasis(m_form);
+    FitBasis(m_form, *m_basis);
+    BlockedRow unused;
+    const SimplexVerdict verdict = SolveInDoubles(control, *result, unused);
+    Believe(verdict, m_scalable, control, *result);
+    m_basis = result->record.basis;
+    return result;
+}
+
 /// That there is no point, or no optimum, may follow from the same numbers still. An optimum does
 /// not come this way: the basis says more of it.
 bool CertifiedSession::StillHolds(const CertifiedResult& last, CertifiedResult& result) const

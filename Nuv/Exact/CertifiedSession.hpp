@@ -53,6 +53,9 @@ public:
     /// The next solve starts there.
     void StartFrom(const Basis& start);
 
+    /// Solves as SolveUnproved does, from the last basis.
+    [[nodiscard]] std::shared_ptr<const CertifiedResult> SolveUnproved(SolveControl& control);
+
     /// Solves, and proves with the strength of SolveCertified. The result is never changed
     /// afterwards.
     [[nodiscard]] std::shared_ptr<const CertifiedResult> Solve(SolveControl& control);

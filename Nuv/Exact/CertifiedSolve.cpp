@@ -61,6 +61,19 @@ std::string_view WordOf(SimplexVerdict verdict)
     return kWords[static_cast<std::size_t>(verdict)];
 }
 
+DoubleResult RunDoubles(ScalableForm& form, const Basis* start, SolveControl& control,
+                        CertifiedResult& result)
+{
+    const double begin = control.Seconds();
+    DoubleResult doubles =
+        start != nullptr ? SolveInDoubles(form, *start, control) : SolveInDoubles(form, control);
+    result.record.stages[Stage::Double].ran = true;
+    result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
+    result.record.basis = std::move(doubles.basis);
+    LogDoubles(doubles.verdict, control);
+    return doubles;
+}
+
 /// The exact stage from the basis of the record. @return what it suspects if it gave up.
 SimplexVerdict RunExact(ScalableForm& form, ExactEvaluation& evaluation, int rounds,
                         SolveControl& control, CertifiedResult& result)
@@ -286,19 +299,39 @@ void LogDoubles(SimplexVerdict verdict, SolveControl& control)
     control.Log("doubles", std::string(WordOf(verdict)) + AfterPivots(control, Stage::Double));
 }
 
+void Believe(SimplexVerdict verdict, ScalableForm& form, SolveControl& control,
+             CertifiedResult& result)
+{
+    constexpr Status kStatus[] = {Status::Optimal, Status::Infeasible, Status::Unbounded,
+                                  Status::Stopped, Status::Stopped};
+    result.certificate.status = kStatus[static_cast<std::size_t>(verdict)];
+    if (result.certificate.status == Status::Stopped)
+        result.record.stopReason = control.Reason();
+    EvaluateInDoubles(form, result.record);
+    result.record.stages[Stage::Double].pivots = control.Pivots(Stage::Double);
+}
+
+CertifiedResult SolveUnproved(const BoundedForm& form, const Basis* start, SolveControl& control)
+{
+    CertifiedResult result;
+    if (ProveAtSight(form, result))
+    {
+        result.record.proved = false;
+        return result;
+    }
+    ScalableForm scalable(form);
+    const DoubleResult doubles = RunDoubles(scalable, start, control, result);
+    Believe(doubles.verdict, scalable, control, result);
+    return result;
+}
+
 CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start, SolveControl& control)
 {
     CertifiedResult result;
     if (ProveAtSight(form, result) || SolveSmall(form, start, control, result))
         return result;
-    const double begin = control.Seconds();
     ScalableForm scalable(form);
-    DoubleResult doubles = start != nullptr ? SolveInDoubles(scalable, *start, control)
-                                            : SolveInDoubles(scalable, control);
-    result.record.stages[Stage::Double].ran = true;
-    result.record.stages[Stage::Double].seconds = control.Seconds() - begin;
-    result.record.basis = std::move(doubles.basis);
-    LogDoubles(doubles.verdict, control);
+    const DoubleResult doubles = RunDoubles(scalable, start, control, result);
     ExactEvaluation evaluation(form);
     ProveBasis(scalable, evaluation, doubles.verdict, kRefinements, nullptr, control, result,
                &doubles.blocked);

@@ -13,6 +13,10 @@ namespace nuv
 [[nodiscard]] CertifiedResult SolveCertified(const BoundedForm& form, const Basis* start,
                                              SolveControl& control);
 
+/// The simplex in doubles alone, whose verdict is believed: nothing is proved, whatever the status.
+[[nodiscard]] CertifiedResult SolveUnproved(const BoundedForm& form, const Basis* start,
+                                            SolveControl& control);
+
 /// Only the exact stage, from `start` and without any pivot in doubles: for a caller whose basis is
 /// good already.
 [[nodiscard]] CertifiedResult SolveExactly(const BoundedForm& form, const Basis& start,

@@ -21,6 +21,10 @@ inline constexpr int kRefinements = 20;
 /// What the simplex in doubles came to.
 void LogDoubles(SimplexVerdict verdict, SolveControl& control);
 
+/// Takes the verdict of the simplex in doubles on the basis of the record for the answer.
+void Believe(SimplexVerdict verdict, ScalableForm& form, SolveControl& control,
+             CertifiedResult& result);
+
 /// The exact stage from the basis of the record, the guess being what the stage before says of it
 /// and `blocked`, if not null, its reason to think that the form is infeasible; then Finish.
 void ProveBasis(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,

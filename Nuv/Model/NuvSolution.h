@@ -13,12 +13,14 @@ enum
     NUV_NUMBERS_Stored = 1
 };
 
-/// Which stages a solve has. Without proof there are neither duals nor reduced costs.
+/// Which stages a solve has. In single precision only there are neither duals nor reduced costs; in
+/// double precision at most there are, and how far they are off. Nothing is proved in either.
 enum
 {
     NUV_STAGES_All = 0,
     NUV_STAGES_WithoutSinglePrecision = 1,
-    NUV_STAGES_SinglePrecisionOnly = 2
+    NUV_STAGES_SinglePrecisionOnly = 2,
+    NUV_STAGES_WithoutProof = 3
 };
 
 /// Where a solve stands.

@@ -238,7 +238,7 @@ void WriteVerdict(Json& json, const Solution& solution)
     json.Key("outcome").Text(solution.proved ? "proved" : "not proved");
     if (!solution.exactObjective.empty())
         json.Key("objective").Text(solution.exactObjective);
-    if (solution.status == Status::Stopped)
+    if (HasViolations(solution))
         json.Key("primal_violation")
             .Number(solution.primalViolation)
             .Key("dual_violation")

@@ -116,7 +116,7 @@ std::string Head(const Solution& solution)
                                           solution.exact ? "" : ExactWords(solution.exactObjective))
                             : "proof      not proved\n";
     text += UniquenessWords(solution.unique);
-    if (solution.status == Status::Stopped && !solution.values.empty())
+    if (HasViolations(solution) && !solution.values.empty())
     {
         text += fmt::format("violation  {} of a bound, {} of an optimality condition\n",
                             Number(solution.primalViolation), Number(solution.dualViolation));

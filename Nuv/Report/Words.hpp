@@ -146,6 +146,14 @@ template <class Enum>
     return std::nullopt;
 }
 
+/// Whether it is to be said how far values and prices are off: of what was stopped, and of what was
+/// believed.
+[[nodiscard]] inline bool HasViolations(const Solution& solution) noexcept
+{
+    return solution.status == Status::Stopped ||
+           (!solution.proved && !solution.reducedCosts.empty());
+}
+
 /// All words of the table, in its order.
 template <class Enum>
 [[nodiscard]] std::vector<std::string> AllWords()

@@ -91,7 +91,7 @@ void SayOfModel(const BoundedForm& form, double sign, const CertifiedResult& res
         certificate.status == Status::Optimal || certificate.status == Status::Stopped;
     if (hasPoint && record.value.size() == form.Variables())
         SayPoint(form, sign, record, solution);
-    if (certificate.status == Status::Optimal)
+    if (certificate.status == Status::Optimal && record.proved)
         solution.exactObjective =
             ToString(sign < 0.0 ? Rational(-certificate.objective) : certificate.objective);
     for (const Stage stage : {Stage::Double, Stage::Exact})

@@ -94,8 +94,9 @@ struct Solution
     std::vector<double> duals;  ///< by row; empty where single precision was all that was asked for
     std::vector<double> ray;    ///< Unbounded: a direction by variable that improves for ever
     std::vector<double> farkas;  ///< Infeasible: a multiplier by row; their combination contradicts
-    double primalViolation = 0.0;  ///< Stopped: by how much `values` leave a bound, at most
-    double dualViolation = 0.0;    ///< Stopped: how far a reduced cost is on the wrong side of 0
+    // Where nothing is proved:
+    double primalViolation = 0.0;  ///< by how much `values` leave a bound, at most
+    double dualViolation = 0.0;    ///< how far a reduced cost is on the wrong side of 0
 
     Basis basis;              ///< the last one; SolveOptions::start takes it
     Iis iis;                  ///< Infeasible
@@ -228,7 +229,7 @@ private:
 }
 
 /// Solves and proves. Never calls an answer optimal, infeasible or unbounded without a proof,
-/// unless it was asked for single precision only.
+/// unless it was asked for single or double precision only.
 [[nodiscard]] Solution Solve(const Model& model, const SolveOptions& options = {});
 
 }  // namespace nuv

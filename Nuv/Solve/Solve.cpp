@@ -108,9 +108,10 @@ Solution Solve(const Model& model, const SolveOptions& options)
     else
     {
         const std::optional<Basis> start = StartOf(form, sign, options, control, solution);
+        const auto solve = options.doublePrecisionOnly ? SolveUnproved : SolveCertified;
         Conclude(model, form, options,
                  std::make_shared<const CertifiedResult>(
-                     SolveCertified(form, start ? &*start : nullptr, control)),
+                     solve(form, start ? &*start : nullptr, control)),
                  control, solution);
     }
     solution.seconds = control.Seconds();

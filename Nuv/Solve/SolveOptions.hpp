@@ -31,6 +31,10 @@ struct SolveOptions
     /// Whether to believe the core as it stands: there are neither duals nor reduced costs then,
     /// and nothing is proved.
     bool singlePrecisionOnly = false;
+    /// Whether to believe the simplex in doubles, which the core may start still: the exact stage
+    /// and its check are left out and nothing is proved. The solution says by how much its values
+    /// and prices miss what they should keep.
+    bool doublePrecisionOnly = false;
     Scaling scaling = Scaling::None;  ///< of what the core gets
     /// Which numbers the answer is about: 0.1 is one tenth, or the double next to it.
     CoefficientMeaning numbers = CoefficientMeaning::ShortestDecimal;

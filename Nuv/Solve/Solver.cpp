@@ -202,7 +202,9 @@ Solution Solver::Solve()
     state.options.start.reset();
     state.options.startValues.clear();
     control.ReportObjectiveAs(SignOf(state.model), state.session->Form().constant);
-    Conclude(state.model, state.session->Form(), state.options, state.session->Solve(control),
+    Conclude(state.model, state.session->Form(), state.options,
+             state.options.doublePrecisionOnly ? state.session->SolveUnproved(control)
+                                               : state.session->Solve(control),
              control, solution);
     solution.seconds = control.Seconds();
     return solution;

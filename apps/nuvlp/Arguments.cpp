@@ -130,8 +130,8 @@ void AddArguments(CLI::App& app, const Verb& verb)
     for (const Option& option : verb.options)
         AddOption(app, option);
     for (const Option& option : verb.options)
-        if (!option.excludes.empty())
-            app.get_option(option.names.back())->excludes(app.get_option(option.excludes));
+        for (const std::string& other : option.excludes)
+            app.get_option(option.names.back())->excludes(app.get_option(other));
 }
 
 /// What is wrong with a call, in words of our own where the parser's would puzzle.

@@ -22,14 +22,14 @@ using Target = std::variant<std::monostate, bool*, std::string*, double*,
 
 struct Option
 {
-    std::vector<std::string> names;         ///< "-o", "--output"; of a positional its name alone
-    std::string value = {};                 ///< what it takes: "RESULT", "N"; empty for a flag
-    std::string text;                       ///< what it does
-    Target target;                          ///< nowhere for --help and --version
-    std::vector<std::string> choices = {};  ///< if it takes one of these words only
-    std::string standard = {};              ///< what holds without it, if that is worth saying
-    std::string excludes = {};              ///< an option that contradicts it
-    bool repeats = false;                   ///< may be given more than once
+    std::vector<std::string> names;          ///< "-o", "--output"; of a positional its name alone
+    std::string value = {};                  ///< what it takes: "RESULT", "N"; empty for a flag
+    std::string text;                        ///< what it does
+    Target target;                           ///< nowhere for --help and --version
+    std::vector<std::string> choices = {};   ///< if it takes one of these words only
+    std::string standard = {};               ///< what holds without it, if that is worth saying
+    std::vector<std::string> excludes = {};  ///< options that contradict it
+    bool repeats = false;                    ///< may be given more than once
 
     [[nodiscard]] bool TakesFile() const;
 };

@@ -42,6 +42,7 @@ struct SolveArguments
     bool exact = false;
     bool uniqueness = false;
     bool floatOnly = false;
+    bool noProof = false;
     bool progress = false;
 };
 
@@ -56,6 +57,7 @@ nuv::SolveOptions SolveOptionsOf(const SolveArguments& options, ProgressLine& li
     }
     solve.limits.seconds = options.timeLimit;
     solve.singlePrecisionOnly = options.floatOnly;
+    solve.doublePrecisionOnly = options.noProof;
     solve.sensitivity = options.sensitivity;
     solve.numbers = options.numbers;
     solve.exact = options.exact;
@@ -229,7 +231,11 @@ Verb SolveVerb()
         {.names = {"--float-only"},
          .text = "Solve in single precision and stop there: nothing is proved",
          .target = &options->floatOnly,
-         .excludes = "--sensitivity"},
+         .excludes = {"--sensitivity"}},
+        {.names = {"--no-proof"},
+         .text = "Believe the simplex in double precision: nothing is proved",
+         .target = &options->noProof,
+         .excludes = {"--sensitivity", "--float-only"}},
     });
     return verb;
 }

@@ -231,6 +231,16 @@ static void TestCallbacksAndLimits(void)
     CHECK_OK(NuvSolutionGetInfo(solution, &info));
     CHECK(info.status == NUV_STATUS_Optimal && !info.proved && info.singlePrecisionPivots > 0);
     NuvSolutionDestruct(solution);
+    options.stages = NUV_STAGES_WithoutProof;
+    CHECK_OK(NuvModelSolve(model, &options, &solution, NULL));
+    CHECK_OK(NuvSolutionGetInfo(solution, &info));
+    CHECK(info.status == NUV_STATUS_Optimal && !info.proved && !NuvSolutionIsProved(solution));
+    CHECK(info.primalViolation < 1e-9 && info.dualViolation < 1e-9);
+    CHECK(NuvSolutionMakeCertificate(solution, &text) == NUV_MODELRESULT_NotKnown);
+    CHECK(NuvSolutionGetExact(solution, NUV_EXACT_Objective, 0, NULL, 0) == 0);
+    NuvSolutionDestruct(solution);
+    options.stages = NUV_STAGES_WithoutProof + 1;
+    CHECK(NuvModelSolve(model, &options, &solution, NULL) == NUV_MODELRESULT_InvalidArgument);
     options.stages = NUV_STAGES_WithoutSinglePrecision;
     options.keepProof = 0;
     CHECK_OK(NuvModelSolve(model, &options, &solution, NULL));

@@ -135,7 +135,7 @@ static void TestWrongNumbers(void)
     options.seconds = nan;
     CHECK(NuvModelSolve(model, &options, &solution, NULL) == NUV_MODELRESULT_InvalidArgument);
     CHECK_OK(NuvSolveOptionsInit(&options, sizeof options));
-    options.stages = 3;
+    options.stages = NUV_STAGES_WithoutProof + 1;
     CHECK(NuvModelSolve(model, &options, &solution, NULL) == NUV_MODELRESULT_InvalidArgument);
     CHECK(NuvModelSolve(model, NULL, NULL, NULL) == NUV_MODELRESULT_InvalidArgument);
     CHECK(NuvModelGetResultName(11) == NULL && NuvModelGetResultName(-1) == NULL);

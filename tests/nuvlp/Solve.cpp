@@ -177,6 +177,22 @@ TEST(SolveCommand, SolvesInSinglePrecisionAloneIfAsked)
               "status     infeasible\nproof      not proved\n");
 }
 
+TEST(SolveCommand, SolvesWithoutProofIfAsked)
+{
+    const Outcome outcome = RunNuvlp("solve --no-proof " + kExamples + "/factory.lp");
+    EXPECT_EQ(outcome.out.substr(0, outcome.out.find("violation")), "status     optimal\n"
+                                                                    "objective  4242.857142857142\n"
+                                                                    "proof      not proved\n");
+    EXPECT_NE(outcome.out.find(" of a bound, "), std::string::npos) << outcome.out;
+    EXPECT_EQ(outcome.exitCode, 0);
+    const Outcome asked =
+        RunNuvlp("solve -q --no-proof --certificate c.vipr " + kExamples + "/factory.lp");
+    EXPECT_NE(asked.err.find("nothing is proved, so no certificate is written"), std::string::npos);
+    EXPECT_EQ(RunNuvlp("solve -q --no-proof --exit-status textbook/wyndor_unbounded.lp").out,
+              "status     unbounded\nproof      not proved\n");
+    EXPECT_EQ(RunNuvlp("solve --no-proof --float-only a.lp").exitCode, 64);
+}
+
 /// The cube of Klee and Minty in 20 dimensions, and rows that only make the matrices larger.
 std::string LongWay(int rows)
 {

@@ -188,6 +188,23 @@ TEST(JsonReport, LeavesOutWhatSinglePrecisionDoesNotKnow)
     EXPECT_EQ(Keys(&value.Find("rows")->items[0]), "name activity lower upper slack");
 }
 
+TEST(JsonReport, SaysHowFarOffBelievedDoublesAre)
+{
+    const Model model = *ReadText("max 3 x + y st a: x + y <= 4 end").model;
+    SolveOptions options;
+    options.doublePrecisionOnly = true;
+    options.exact = true;
+    const std::string json = JsonReport(model, Solve(model, options), {});
+    ExpectValid(json);
+    const JsonValue value = Parsed(json);
+    EXPECT_EQ(value.Find("status")->text, "optimal");
+    EXPECT_EQ(value.Find("objective")->kind, JsonValue::Kind::Number);
+    EXPECT_EQ(Keys(value.Find("proof")), "outcome primal_violation dual_violation");
+    EXPECT_EQ(value.Find("proof")->Find("outcome")->text, "not proved");
+    EXPECT_EQ(Keys(&value.Find("variables")->items[0]), "name value reduced_cost basis");
+    EXPECT_EQ(value.Find("stages")->Find("exact")->Find("ran")->text, "false");
+}
+
 TEST(JsonReport, CarriesTheWarningsOfTheReader)
 {
     const JsonValue value = Parsed(ReportOf("max x\nst\n x <= 4\nbounds\n x <= -3\nend"));

@@ -135,6 +135,57 @@ TEST_F(Optimum, IsLeftWithoutDualsBySinglePrecision)
     EXPECT_TRUE(std::isnan(solution.ReducedCost(x)));
 }
 
+TEST_F(Optimum, IsNotProvedByDoubles)
+{
+    SolveOptions options;
+    options.doublePrecisionOnly = true;
+    options.exact = options.uniqueness = options.sensitivity = true;
+    const Solution believed = model.Solve(options);
+    const Solution proved = model.Solve();
+    EXPECT_EQ(believed.status, Status::Optimal);
+    EXPECT_FALSE(believed.proved);
+    EXPECT_EQ(believed.certificate, nullptr);
+    EXPECT_EQ(believed.exactObjective, "");
+    EXPECT_FALSE(believed.exact);
+    EXPECT_EQ(believed.unique.point, Uniqueness::Unknown);
+    EXPECT_TRUE(believed.sensitivity.cost.empty());
+    EXPECT_FALSE(believed.stages[Stage::Exact].ran);
+    EXPECT_TRUE(believed.stages[Stage::Double].ran);
+    EXPECT_EQ(believed.values, proved.values);
+    EXPECT_EQ(believed.duals, proved.duals);
+    EXPECT_EQ(believed.primalViolation, 0.0);
+    EXPECT_EQ(believed.dualViolation, 0.0);
+}
+
+/// Each verdict of the doubles, and the limit that leaves none.
+TEST_F(Optimum, OfDoublesIsAnyVerdict)
+{
+    SolveOptions options;
+    options.doublePrecisionOnly = true;
+    options.useSinglePrecision = false;
+    Model none = model;
+    (void)none.SetBounds(sum, {100, 200});
+    (void)none.SetBounds(x, {0, 1});
+    (void)none.SetBounds(y, {0, 1});
+    const Solution infeasible = none.Solve(options);
+    EXPECT_EQ(infeasible.status, Status::Infeasible);
+    EXPECT_FALSE(infeasible.proved);
+    EXPECT_TRUE(infeasible.iis.members.empty());
+    (void)none.SetBounds(x, {1, 0});
+    EXPECT_EQ(none.Solve(options).status, Status::Infeasible);
+    EXPECT_FALSE(none.Solve(options).proved) << "it is not said of some verdicts alone";
+    Model free;
+    free.Maximize(free.AddVariable());
+    const Solution unbounded = free.Solve(options);
+    EXPECT_EQ(unbounded.status, Status::Unbounded);
+    EXPECT_TRUE(unbounded.ray.empty());
+    EXPECT_FALSE(unbounded.proved);
+    options.limits.doublePivots = 0;
+    const Solution stopped = model.Solve(options);
+    EXPECT_EQ(stopped.status, Status::Stopped);
+    EXPECT_EQ(stopped.stopReason, StopReason::PivotLimit);
+}
+
 TEST_F(Optimum, IsKnownAlsoWhereRangingWasEnded)
 {
     int asked = 0;

@@ -284,6 +284,30 @@ TEST_F(Factory, StartsFromValuesWithoutASolveBefore)
     EXPECT_GT(solver.Solve().stages[Stage::Double].pivots, 0U);
 }
 
+TEST_F(Factory, IsBelievedInDoublesBetweenProofs)
+{
+    SolveOptions believed;
+    believed.doublePrecisionOnly = true;
+    Solver solver(model, believed);
+    const Row wood = *solver.GetModel().FindRow("wood");
+    EXPECT_EQ(solver.Solve().objective, 3700.0);
+    EXPECT_TRUE(solver.SetBounds(wood, {-Infinity, 250}));
+    const Solution second = solver.Solve();
+    EXPECT_NEAR(second.objective, 3564.285714285714, 1e-9);
+    EXPECT_FALSE(second.proved);
+    EXPECT_FALSE(second.stages[Stage::Exact].ran);
+    solver.SetOptions({});
+    const Solution third = solver.Solve();
+    EXPECT_EQ(third.exactObjective, nuv::Solve(solver.GetModel()).exactObjective);
+    EXPECT_TRUE(third.proved);
+    EXPECT_EQ(third.stages[Stage::Double].pivots, 0U) << "the believed basis is the optimal one";
+    EXPECT_TRUE(solver.SetBounds(wood, {260, 250}));
+    solver.SetOptions(believed);
+    EXPECT_EQ(solver.Solve().status, Status::Infeasible);
+    EXPECT_TRUE(solver.SetBounds(wood, {-Infinity, 300}));
+    EXPECT_EQ(solver.Solve().objective, 3700.0);
+}
+
 TEST_F(Factory, InSinglePrecisionAloneKeepsNothing)
 {
     SolveOptions options;
