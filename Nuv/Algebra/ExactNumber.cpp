@@ -16,6 +16,27 @@ ExactNumber TakeApartStored(double value) noexcept
     return {static_cast<std::int64_t>(std::ldexp(fraction, 53)), {exponent - 53, 0}};
 }
 
+/// Whole numbers below this have at most 15 digits, and two decimals of at most 15 digits never
+/// read as the same double: the shortest decimal of such a number has no more digits than the
+/// number itself, and so is the number.
+constexpr double kDecimalsOfFifteenDigits = 1e15;
+
+bool IsShortWhole(double value) noexcept
+{
+    return std::fabs(value) < kDecimalsOfFifteenDigits &&
+           static_cast<double>(static_cast<std::int64_t>(value)) == value;
+}
+
+/// With the powers of ten in the scale, as where the decimal is read.
+ExactNumber TakeApartWhole(std::int64_t value) noexcept
+{
+    ExactNumber number{value, {}};
+    for (; number.mantissa % 10 == 0; number.mantissa /= 10)
+        ++number.scale.five;
+    number.scale.two = number.scale.five;
+    return number;
+}
+
 /// The shortest decimal in scientific form has at most 17 digits, so they fit.
 ExactNumber TakeApartWritten(double value) noexcept
 {
@@ -64,7 +85,8 @@ ExactNumber TakeApart(double value, CoefficientMeaning meaning) noexcept
     if (value == 0.0)
         return {};
     ExactNumber number = meaning == CoefficientMeaning::StoredDouble ? TakeApartStored(value)
-                                                                     : TakeApartWritten(value);
+                         : IsShortWhole(value) ? TakeApartWhole(static_cast<std::int64_t>(value))
+                                               : TakeApartWritten(value);
     for (; (number.mantissa & 0xFF) == 0; number.scale.two += 8)
         number.mantissa /= 256;
     for (; (number.mantissa & 1) == 0; ++number.scale.two)

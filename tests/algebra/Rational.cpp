@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -107,6 +109,62 @@ TEST(Rational, TakesDoublesApartExactly)
         EXPECT_EQ(number.scale.five, 0);
         EXPECT_TRUE(value == 0.0 || (number.mantissa & 1) != 0);
         EXPECT_EQ(ToDouble(ToRational(value)), value);
+    }
+}
+
+/// What the shortest decimal's text says, without zeros at the end.
+ExactNumber TakeApartText(double value)
+{
+    char text[32];
+    const char* const end =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::scientific).ptr;
+    ExactNumber number;
+    const char* at = text + (*text == '-' ? 1 : 0);
+    int exponent = 0;
+    bool isFraction = false;
+    for (; *at != 'e'; ++at)
+    {
+        if (*at == '.')
+        {
+            isFraction = true;
+            continue;
+        }
+        number.mantissa = 10 * number.mantissa + (*at - '0');
+        exponent -= isFraction ? 1 : 0;
+    }
+    exponent += std::stoi(std::string(at + 1, end));
+    if (*text == '-')
+        number.mantissa = -number.mantissa;
+    number.scale = {exponent, exponent};
+    for (; number.scale.five < 0 && number.mantissa % 5 == 0; ++number.scale.five)
+        number.mantissa /= 5;
+    for (; number.mantissa % 2 == 0; ++number.scale.two)
+        number.mantissa /= 2;
+    return number;
+}
+
+TEST(Rational, TakesWholeNumbersApartAsTheirDecimalsSay)
+{
+    Random random(4);
+    const auto expectSame = [](double value)
+    {
+        const ExactNumber found = TakeApart(value, CoefficientMeaning::ShortestDecimal);
+        const ExactNumber wanted = TakeApartText(value);
+        EXPECT_EQ(found.mantissa, wanted.mantissa) << value;
+        EXPECT_EQ(found.scale, wanted.scale) << value;
+    };
+    for (const double edge : {1.0, 10.0, 25.0, 1e5, 1024.0, 999999999999999.0, 1e15, 1e15 + 1,
+                              9007199254740993.0, 9.2e18, 1e22, 1.5, 0.1})
+        for (const double value : {edge, -edge, edge - 1, edge + 1})
+            if (value != 0.0)
+                expectSame(value);
+    for (int round = 0; round < ShareOf(3000); ++round)
+    {
+        auto whole = static_cast<double>(random.Next() >> random.Between(1, 63));
+        for (int zeros = random.Between(0, 5); zeros > 0; --zeros)
+            whole *= 10.0;
+        if (whole != 0.0)
+            expectSame(whole);
     }
 }
 
