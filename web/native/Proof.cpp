@@ -50,6 +50,18 @@ NuvSolveOptions OptionsOf(std::uint32_t flags, double seconds, double pivots)
     return options;
 }
 
+std::uint32_t AddressOf(const void* of)
+{
+    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(of));
+}
+
+/// Writes an array's address before its length, which is there already.
+void TellArray(const void* of, std::uint32_t*& out)
+{
+    *out = AddressOf(of);
+    out += 2;
+}
+
 }  // namespace
 
 // Texts come from JavaScript unpacked, and there are no files.
@@ -129,7 +141,7 @@ void GetDiagnostic(const NuvDiagnostics* handle, std::uint32_t index, std::uint3
     *out++ = static_cast<std::uint32_t>(error.line);
     *out++ = static_cast<std::uint32_t>(error.column);
     for (const std::string* text : {&error.code, &error.text, &error.hint, &found.excerpt})
-        *out++ = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(text->c_str()));
+        *out++ = AddressOf(text->c_str());
 }
 
 /// The model as arrays: the constant; then the sense, how many columns, rows and entries, and the
@@ -148,7 +160,7 @@ NUV_EXPORT("arrays") void GetArrays(NuvModel* handle, double* constant, std::uin
                                arrays.rowLower, arrays.rowUpper,    arrays.starts,
                                arrays.indices,  arrays.values};
     for (const void* const array : all)
-        *out++ = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(array));
+        *out++ = AddressOf(array);
 }
 
 /// @return the model in LP format, or null where that cannot hold it.
@@ -195,8 +207,9 @@ NuvSolution* Solve(const NuvModel* handle, NuvSolver* session, std::uint32_t fla
 }
 
 /// Status, proved, stop reason, whether the conflict is minimal, objective, seconds, pivots of each
-/// stage.
-NUV_EXPORT("info") void GetInfo(const NuvSolution* solution, double* out)
+/// stage; then the addresses and lengths of all arrays, in the order of ArrayOf in answer.ts.
+NUV_EXPORT("info")
+void GetInfo(const NuvSolution* solution, double* out, std::uint32_t* arrays)
 {
     NuvSolutionInfo info;
     info.size = sizeof info;
@@ -212,6 +225,17 @@ NUV_EXPORT("info") void GetInfo(const NuvSolution* solution, double* out)
                           static_cast<double>(info.exactPivots)};
     for (const double number : all)
         *out++ = number;
+    using Numbers = const double* (*)(const NuvSolution*, std::uint32_t*);
+    constexpr Numbers kNumbers[] = {
+        NuvSolutionGetValues,         NuvSolutionGetReducedCosts,   NuvSolutionGetCostRanges,
+        NuvSolutionGetActivities,     NuvSolutionGetSlacks,         NuvSolutionGetDuals,
+        NuvSolutionGetRowLowerRanges, NuvSolutionGetRowUpperRanges, NuvSolutionGetRay,
+        NuvSolutionGetFarkas};
+    for (const Numbers get : kNumbers)
+        TellArray(get(solution, arrays + 1), arrays);
+    TellArray(NuvSolutionGetColumnBasis(solution, arrays + 1), arrays);
+    TellArray(NuvSolutionGetRowBasis(solution, arrays + 1), arrays);
+    TellArray(NuvSolutionGetIis(solution, arrays + 1), arrays);
 }
 
 /// Whether there are exact numbers of a kind; asking for those that are not there is a failure.

@@ -165,35 +165,63 @@ export function solve(layer: Layer, model: Model, options: SolveOptions, session
   }
 }
 
-type ArrayName = `NuvSolutionGet${
-  | "Values" | "ReducedCosts" | "Activities" | "Slacks" | "Duals" | "Ray" | "Farkas" | "CostRanges"
-  | "RowLowerRanges" | "RowUpperRanges"}`;
+/** The arrays of a solution, in the order in which the program tells where they are. */
+const enum ArrayOf {
+  Values = 0,
+  ReducedCosts = 1,
+  CostRanges = 2,
+  Activities = 3,
+  Slacks = 4,
+  Duals = 5,
+  RowLowerRanges = 6,
+  RowUpperRanges = 7,
+  Ray = 8,
+  Farkas = 9,
+  ColumnBasis = 10,
+  RowBasis = 11,
+  Conflict = 12,
+}
+
+const NUMBERS = 9;
+const ARRAYS = 13;
 
 class AnswerReader {
   readonly #layer: Layer;
   readonly #model: Model;
   readonly #solution: number;
   readonly #options: SolveOptions;
+  readonly #info: number[] = [];
+  /** Address and length of each array. */
+  readonly #arrays: number[] = [];
 
   constructor(layer: Layer, model: Model, solution: number, options: SolveOptions) {
     this.#layer = layer;
     this.#model = model;
     this.#solution = solution;
     this.#options = options;
+    const arraysAt = layer.scratch + 8 * NUMBERS;
+    layer.exports.info(solution, layer.scratch, arraysAt);
+    const { memoryFloats, memoryWords } = layer;
+    for (let k = 0; k < NUMBERS; ++k) this.#info.push(memoryFloats[layer.scratch / 8 + k]!);
+    for (let k = 0; k < 2 * ARRAYS; ++k) this.#arrays.push(memoryWords[arraysAt / 4 + k]!);
   }
 
   read(): Answer {
-    const { exports, scratch } = this.#layer;
-    exports.info(this.#solution, scratch);
-    const info = this.#layer.floats(scratch, 9).slice();
+    const info = this.#info;
     const status = STATUSES[info[0]!]!;
     const reason = REASONS[info[2]! as 0 | 1 | 2 | 3];
+    // Exact numbers come first: making them may move the memory that the arrays are read from.
+    const exact = this.#options.exact ?? true;
+    const exactColumns = exact ? [this.#exact(Exact.Values), this.#exact(Exact.ReducedCosts)] as const : [];
+    const exactRows = exact
+      ? [this.#exact(Exact.Activities), this.#exact(Exact.Slacks), this.#exact(Exact.Duals)] as const
+      : [];
     const answer: Answer = {
       status,
       proved: info[1] === 1,
       objective: info[4]!,
-      variables: this.#variables(),
-      rows: this.#rows(),
+      variables: this.#variables(...exactColumns),
+      rows: this.#rows(...exactRows),
       values: Object.create(null) as Record<string, number>,
       duals: Object.create(null) as Record<string, number>,
       pivots: { single: info[6]!, double: info[7]!, exact: info[8]! },
@@ -206,68 +234,70 @@ class AnswerReader {
     if (objective !== undefined) answer.exactObjective = objective;
     if (status === "infeasible") this.#addConflict(answer, info[3] === 1);
     if (status === "unbounded") {
-      answer.ray = [...this.#array("NuvSolutionGetRay")];
+      answer.ray = [...this.#array(ArrayOf.Ray)];
       const exactRay = this.#exact(Exact.Ray);
       if (exactRay) answer.exactRay = exactRay;
     }
     if (this.#options.path) answer.path = this.#path();
-    if (this.#options.certificate && exports.hasProof(this.#solution)) {
-      const certificate = this.#layer.madeText((out) => exports.NuvSolutionMakeCertificate(this.#solution, out));
+    if (this.#options.certificate && this.#layer.exports.hasProof(this.#solution)) {
+      const certificate = this.#layer.madeText((out) =>
+        this.#layer.exports.NuvSolutionMakeCertificate(this.#solution, out),
+      );
       if (certificate !== undefined) answer.certificate = certificate;
     }
     return answer;
   }
 
-  #variables(): VariableAnswer[] {
-    const values = this.#array("NuvSolutionGetValues");
-    const costs = this.#array("NuvSolutionGetReducedCosts");
-    const ranges = this.#array("NuvSolutionGetCostRanges");
-    const basis = this.#basis("NuvSolutionGetColumnBasis");
-    const wanted = this.#options.exact ?? true;
-    const exact = wanted ? this.#exact(Exact.Values) : undefined;
-    const exactCosts = wanted ? this.#exact(Exact.ReducedCosts) : undefined;
+  #variables(exact?: string[], exactCosts?: string[]): VariableAnswer[] {
+    const memory = this.#layer.memoryFloats;
+    const bytes = this.#layer.memoryBytes;
+    const values = this.#place(ArrayOf.Values);
+    const costs = this.#place(ArrayOf.ReducedCosts);
+    const ranges = this.#place(ArrayOf.CostRanges);
+    const basis = this.#arrays[2 * ArrayOf.ColumnBasis]!;
     return this.#model.columns.map((name, k) => {
-      const answer: VariableAnswer = { name, value: values[k] ?? NaN, basis: BASIS[basis[k] ?? 3]! };
+      const answer: VariableAnswer = {
+        name,
+        value: values ? memory[values + k]! : NaN,
+        basis: basis ? BASIS[bytes[basis + k]!]! : "free",
+      };
       if (exact) answer.exact = exact[k]!;
-      if (k < costs.length) answer.reducedCost = costs[k]!;
+      if (costs) answer.reducedCost = memory[costs + k]!;
       if (exactCosts) answer.exactReducedCost = exactCosts[k]!;
-      if (ranges.length !== 0) answer.costRange = [ranges[2 * k]!, ranges[2 * k + 1]!];
+      if (ranges) answer.costRange = [memory[ranges + 2 * k]!, memory[ranges + 2 * k + 1]!];
       return answer;
     });
   }
 
-  #rows(): RowAnswer[] {
-    const activities = this.#array("NuvSolutionGetActivities");
-    const slacks = this.#array("NuvSolutionGetSlacks");
-    const duals = this.#array("NuvSolutionGetDuals");
-    const lower = this.#array("NuvSolutionGetRowLowerRanges");
-    const upper = this.#array("NuvSolutionGetRowUpperRanges");
-    const basis = this.#basis("NuvSolutionGetRowBasis");
-    const wanted = this.#options.exact ?? true;
-    const [exact, exactSlacks, exactDuals] = wanted
-      ? [this.#exact(Exact.Activities), this.#exact(Exact.Slacks), this.#exact(Exact.Duals)]
-      : [];
+  #rows(exact?: string[], exactSlacks?: string[], exactDuals?: string[]): RowAnswer[] {
+    const memory = this.#layer.memoryFloats;
+    const bytes = this.#layer.memoryBytes;
+    const activities = this.#place(ArrayOf.Activities);
+    const slacks = this.#place(ArrayOf.Slacks);
+    const duals = this.#place(ArrayOf.Duals);
+    const lower = this.#place(ArrayOf.RowLowerRanges);
+    const upper = this.#place(ArrayOf.RowUpperRanges);
+    const basis = this.#arrays[2 * ArrayOf.RowBasis]!;
     return this.#model.rows.map((name, k) => {
       const answer: RowAnswer = {
         name,
-        activity: activities[k] ?? NaN,
-        slack: slacks[k] ?? NaN,
-        basis: BASIS[basis[k] ?? 3]!,
+        activity: activities ? memory[activities + k]! : NaN,
+        slack: slacks ? memory[slacks + k]! : NaN,
+        basis: basis ? BASIS[bytes[basis + k]!]! : "free",
       };
       if (exact) answer.exact = exact[k]!;
       if (exactSlacks) answer.exactSlack = exactSlacks[k]!;
-      if (k < duals.length) answer.dual = duals[k]!;
+      if (duals) answer.dual = memory[duals + k]!;
       if (exactDuals) answer.exactDual = exactDuals[k]!;
-      if (lower.length !== 0) answer.lowerRange = [lower[2 * k]!, lower[2 * k + 1]!];
-      if (upper.length !== 0) answer.upperRange = [upper[2 * k]!, upper[2 * k + 1]!];
+      if (lower) answer.lowerRange = [memory[lower + 2 * k]!, memory[lower + 2 * k + 1]!];
+      if (upper) answer.upperRange = [memory[upper + 2 * k]!, memory[upper + 2 * k + 1]!];
       return answer;
     });
   }
 
   #addConflict(answer: Answer, isMinimal: boolean): void {
-    const { exports, scratch } = this.#layer;
-    const at = exports.NuvSolutionGetIis(this.#solution, scratch);
-    const words = this.#layer.words(at, 3 * this.#layer.words(scratch, 1)[0]!).slice();
+    const [at, count] = this.#arrays.slice(2 * ArrayOf.Conflict);
+    const words = this.#layer.words(at!, 3 * count!);
     answer.conflict = [];
     for (let k = 0; k < words.length; k += 3) {
       const isRow = words[k + 1] === 1;
@@ -278,7 +308,7 @@ class AnswerReader {
       });
     }
     answer.conflictIsMinimal = isMinimal;
-    answer.farkas = [...this.#array("NuvSolutionGetFarkas")];
+    answer.farkas = [...this.#array(ArrayOf.Farkas)];
   }
 
   #path(): PathStep[] {
@@ -293,14 +323,13 @@ class AnswerReader {
     );
   }
 
-  #array(name: ArrayName): Float64Array {
-    return this.#layer.array(this.#layer.exports[name], this.#solution);
+  /** Where an array of doubles begins among all doubles of the memory; 0 where there is none. */
+  #place(of: ArrayOf): number {
+    return this.#arrays[2 * of]! / 8;
   }
 
-  #basis(name: "NuvSolutionGetColumnBasis" | "NuvSolutionGetRowBasis"): Uint8Array {
-    const { exports, scratch } = this.#layer;
-    const at = exports[name](this.#solution, scratch);
-    return this.#layer.bytes(at, this.#layer.words(scratch, 1)[0]!).slice();
+  #array(of: ArrayOf): Float64Array {
+    return this.#layer.floats(this.#arrays[2 * of]!, this.#arrays[2 * of + 1]!);
   }
 
   /** The numbers of a kind; undefined where there are none. */

@@ -60,14 +60,36 @@ const VERDICTS: readonly (Verdict | undefined)[] = ["optimal", undefined, "unbou
 const PAGE = 65536;
 const ALIGNMENT = 64;
 
+/** Where the arrays of a batch lie in the memory; the same for all batches of one shape. */
+interface Layout {
+  m: number;
+  n: number;
+  count: number;
+  lengths: readonly [number, number, number];
+  strides: readonly [number, number, number];
+  data: readonly [number, number, number];
+  verdicts: number;
+  objectives: number;
+  values: number;
+  pivots: number;
+  bases: number;
+  prices: number;
+  workspace: number;
+}
+
 /** The loaded core. Its memory is as large as the largest batch wanted. */
 export class Core {
   readonly #exports: Exports;
-  #end = 0;
+  readonly #begin: number;
+  // Of the whole memory: views of parts would cost more than solving a small program.
+  #floats = new Float32Array();
+  #words = new Uint32Array();
+  #last: Layout | undefined;
 
   /** @internal */
   constructor(exports: Exports) {
     this.#exports = exports;
+    this.#begin = exports.__heap_base.value as number;
   }
 
   /** How many bytes the program has taken from the host so far. */
@@ -77,65 +99,103 @@ export class Core {
 
   /** Solves one program. */
   solve(program: Omit<Batch, "count">): CoreAnswer {
-    const all = this.solveBatch(program);
-    const verdict = all.verdicts[0]!;
-    const objective = verdict === "optimal" ? all.objectives[0]! : verdict === "unbounded" ? Infinity : NaN;
-    return { verdict, objective, values: all.values, prices: all.prices, pivots: all.pivots[0]! };
+    const at = this.#run(program, 1);
+    const verdict = VERDICTS[this.#words[at.verdicts]!]!;
+    const objective =
+      verdict === "optimal" ? this.#floats[at.objectives]! : verdict === "unbounded" ? Infinity : NaN;
+    return {
+      verdict,
+      objective,
+      values: this.#floats.slice(at.values, at.values + at.n),
+      prices: this.#floats.slice(at.prices, at.prices + at.m),
+      pivots: this.#words[at.pivots]!,
+    };
   }
 
   /** Solves all programs of a batch. */
   solveBatch(batch: Batch): BatchAnswers {
-    const { rows: m, columns: n, count = 1 } = batch;
-    for (const [name, size] of Object.entries({ rows: m, columns: n, count }))
-      if (!Number.isInteger(size) || size < 1) throw wrong(`${name} is ${size}, and has to be at least 1`);
-    const strides = [
-      stride("A", batch.A.length, m * n, count),
-      stride("b", batch.b.length, m, count),
-      stride("c", batch.c.length, n, count),
-    ];
-    const workspaceSize = this.#exports.workspaceSize(m, n, count);
-    if (workspaceSize === 0) throw wrong(`a program of ${m} x ${n} is too large for the core`);
-    this.#end = this.#exports.__heap_base.value as number;
-    const data = [batch.A, batch.b, batch.c].map((numbers) => this.#take(4 * numbers.length));
-    const room = [count, count, count * n, count, count * m, count * m].map((length) => this.#take(4 * length));
-    const workspace = this.#take(workspaceSize);
-    this.#grow();
-    [batch.A, batch.b, batch.c].forEach((numbers, k) => {
-      new Float32Array(this.#exports.memory.buffer, data[k], numbers.length).set(numbers);
-    });
-    const places = data.flatMap((place, k) => [place, strides[k]!]);
-    const limit = batch.pivotLimit ?? 0;
-    if (!this.#exports.solve(m, n, count, ...places, limit, ...room, workspace))
-      throw wrong(`a program of ${m} x ${n} cannot be solved`);
-    const floats = (k: number, length: number) =>
-      new Float32Array(this.#exports.memory.buffer, room[k], length).slice();
-    const numbers = (k: number, length: number) => new Uint32Array(this.#exports.memory.buffer, room[k], length).slice();
+    const at = this.#run(batch, batch.count ?? 1);
+    const { m, n, count } = at;
+    const verdicts = this.#words.subarray(at.verdicts, at.verdicts + count);
     return {
-      verdicts: Array.from(numbers(0, count), (verdict) => VERDICTS[verdict]!),
-      objectives: floats(1, count),
-      values: floats(2, count * n),
-      pivots: numbers(3, count),
-      bases: numbers(4, count * m),
-      prices: floats(5, count * m),
+      verdicts: Array.from(verdicts, (verdict) => VERDICTS[verdict]!),
+      objectives: this.#floats.slice(at.objectives, at.objectives + count),
+      values: this.#floats.slice(at.values, at.values + count * n),
+      pivots: this.#words.slice(at.pivots, at.pivots + count),
+      bases: this.#words.slice(at.bases, at.bases + count * m),
+      prices: this.#floats.slice(at.prices, at.prices + count * m),
     };
   }
 
-  #take(size: number): number {
-    const at = Math.ceil(this.#end / ALIGNMENT) * ALIGNMENT;
-    this.#end = at + size;
-    return at;
+  /** Solves, and leaves the answers in the memory. @return where, in words. */
+  #run({ rows, columns, A, b, c, pivotLimit = 0 }: Batch, count: number): Layout {
+    let layout = this.#last;
+    if (
+      layout?.m !== rows || layout.n !== columns || layout.count !== count ||
+      layout.lengths[0] !== A.length || layout.lengths[1] !== b.length || layout.lengths[2] !== c.length
+    )
+      layout = this.#last = this.#place(rows, columns, count, [A.length, b.length, c.length]);
+    const { strides, data } = layout;
+    this.#floats.set(A, data[0]);
+    this.#floats.set(b, data[1]);
+    this.#floats.set(c, data[2]);
+    const solved = this.#exports.solve(
+      rows, columns, count, 4 * data[0], strides[0], 4 * data[1], strides[1], 4 * data[2], strides[2], pivotLimit,
+      4 * layout.verdicts, 4 * layout.objectives, 4 * layout.values, 4 * layout.pivots, 4 * layout.bases,
+      4 * layout.prices, 4 * layout.workspace,
+    );
+    if (!solved) throw wrong(`a program of ${rows} x ${columns} cannot be solved`);
+    return layout;
   }
 
-  #grow(): void {
-    const { memory } = this.#exports;
-    const missing = this.#end - memory.buffer.byteLength;
-    if (missing <= 0) return;
-    try {
-      memory.grow(Math.ceil(missing / PAGE));
-    } catch {
-      throw new NuvError({ code: "js.memory", message: `there is no room for ${this.#end} bytes` });
-    }
+  #place(m: number, n: number, count: number, lengths: [number, number, number]): Layout {
+    checkSize("rows", m);
+    checkSize("columns", n);
+    checkSize("count", count);
+    const strides = [
+      stride("A", lengths[0], m * n, count),
+      stride("b", lengths[1], m, count),
+      stride("c", lengths[2], n, count),
+    ] as const;
+    const workspaceSize = this.#exports.workspaceSize(m, n, count);
+    if (workspaceSize === 0) throw wrong(`a program of ${m} x ${n} is too large for the core`);
+    let end = this.#begin;
+    const take = (words: number) => {
+      const at = Math.ceil(end / ALIGNMENT) * ALIGNMENT;
+      end = at + 4 * words;
+      return at / 4;
+    };
+    const layout = {
+      m, n, count, lengths, strides,
+      data: [take(lengths[0]), take(lengths[1]), take(lengths[2])] as const,
+      verdicts: take(count),
+      objectives: take(count),
+      values: take(count * n),
+      pivots: take(count),
+      bases: take(count * m),
+      prices: take(count * m),
+      workspace: take(0),
+    };
+    this.#grow(4 * layout.workspace + workspaceSize);
+    return layout;
   }
+
+  #grow(end: number): void {
+    const { memory } = this.#exports;
+    const missing = end - memory.buffer.byteLength;
+    try {
+      if (missing > 0) memory.grow(Math.ceil(missing / PAGE));
+    } catch {
+      throw new NuvError({ code: "js.memory", message: `there is no room for ${end} bytes` });
+    }
+    if (this.#floats.buffer === memory.buffer) return;
+    this.#floats = new Float32Array(memory.buffer);
+    this.#words = new Uint32Array(memory.buffer);
+  }
+}
+
+function checkSize(name: string, size: number): void {
+  if (!Number.isInteger(size) || size < 1) throw wrong(`${name} is ${size}, and has to be at least 1`);
 }
 
 function stride(name: string, length: number, one: number, count: number): number {

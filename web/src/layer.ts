@@ -30,7 +30,7 @@ export interface ProofExports {
   writeLp(model: Pointer, diagnostics: Pointer): Pointer;
   verify(model: Pointer, certificate: Pointer, size: number, numbers: number, diagnostics: Pointer): number;
   solve(model: Pointer, session: Pointer, flags: number, seconds: number, pivots: number, diagnostics: Pointer): Pointer;
-  info(solution: Pointer, out: Pointer): void;
+  info(solution: Pointer, out: Pointer, arrays: Pointer): void;
   hasExact(solution: Pointer, kind: number): number;
   hasProof(solution: Pointer): number;
   pathLength(solution: Pointer): number;
@@ -54,19 +54,6 @@ export interface ProofExports {
   NuvSolverConstruct(): Pointer;
   NuvSolverDestruct(session: Pointer): void;
   NuvSolutionDestruct(solution: Pointer): void;
-  NuvSolutionGetValues(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetReducedCosts(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetActivities(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetSlacks(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetDuals(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetRay(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetFarkas(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetCostRanges(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetRowLowerRanges(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetRowUpperRanges(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetColumnBasis(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetRowBasis(solution: Pointer, count: Pointer): Pointer;
-  NuvSolutionGetIis(solution: Pointer, count: Pointer): Pointer;
   NuvSolutionMakeExact(solution: Pointer, kind: number, text: Pointer): number;
   NuvSolutionMakeCertificate(solution: Pointer, text: Pointer): number;
   NuvRepairDestruct(repair: Pointer): void;
@@ -78,6 +65,7 @@ const NO_MEMORY = 3;
 const INTERNAL = 10;
 const SEVERITIES = ["error", "warning", "note"] as const;
 const SCRATCH = 4096;
+const ASCII = /^[\0-\x7f]*$/;
 
 export class Layer {
   readonly exports: ProofExports;
@@ -86,6 +74,10 @@ export class Layer {
   readonly diagnostics: Pointer;
   readonly #decoder = new TextDecoder();
   readonly #encoder = new TextEncoder();
+  /** Of the whole memory as it is now; a view of a part costs more than what is done with it. */
+  #floats = new Float64Array();
+  #words = new Uint32Array();
+  #bytes = new Uint8Array();
   #progress: Host["progress"] | undefined;
   #thrown: unknown;
   #defect: NuvError | undefined;
@@ -147,37 +139,55 @@ export class Layer {
   }
 
   textAt(at: Pointer, size?: number): string {
-    const bytes = new Uint8Array(this.exports.memory.buffer);
+    const bytes = this.memoryBytes;
     return this.#decoder.decode(bytes.subarray(at, size === undefined ? bytes.indexOf(0, at) : at + size));
   }
 
   writeAscii(at: Pointer, text: string): number {
-    const bytes = new Uint8Array(this.exports.memory.buffer, at, text.length);
-    for (let k = 0; k < text.length; ++k) bytes[k] = text.charCodeAt(k);
+    const bytes = this.memoryBytes;
+    for (let k = 0; k < text.length; ++k) bytes[at + k] = text.charCodeAt(k);
     return text.length;
   }
 
+  /** The memory, until the next call that may take more of it. */
+  get memoryBytes(): Uint8Array {
+    if (this.#bytes.buffer !== this.exports.memory.buffer) this.#view();
+    return this.#bytes;
+  }
+
+  get memoryWords(): Uint32Array {
+    if (this.#bytes.buffer !== this.exports.memory.buffer) this.#view();
+    return this.#words;
+  }
+
+  get memoryFloats(): Float64Array {
+    if (this.#bytes.buffer !== this.exports.memory.buffer) this.#view();
+    return this.#floats;
+  }
+
+  #view(): void {
+    const { buffer } = this.exports.memory;
+    this.#bytes = new Uint8Array(buffer);
+    this.#words = new Uint32Array(buffer);
+    this.#floats = new Float64Array(buffer);
+  }
+
+  /** Copies of what stands at an address. */
   floats(at: Pointer, length: number): Float64Array {
-    return new Float64Array(this.exports.memory.buffer, at, length);
+    return this.memoryFloats.slice(at / 8, at / 8 + length);
   }
 
   words(at: Pointer, length: number): Uint32Array {
-    return new Uint32Array(this.exports.memory.buffer, at, length);
+    return this.memoryWords.slice(at / 4, at / 4 + length);
   }
 
-  bytes(at: Pointer, length: number): Uint8Array {
-    return new Uint8Array(this.exports.memory.buffer, at, length);
-  }
-
-  /** A copy of an array that a solution holds; empty where it has none. */
-  array(get: (solution: Pointer, count: Pointer) => Pointer, solution: Pointer): Float64Array {
-    const at = get(solution, this.scratch);
-    return this.floats(at, this.words(this.scratch, 1)[0]!).slice();
+  word(at: Pointer): number {
+    return this.memoryWords[at / 4]!;
   }
 
   /** The text that `make` writes the handle of, which is given back; undefined where there is none. */
   madeText(make: (out: Pointer) => number): string | undefined {
-    const text = this.call(() => (make(this.scratch) === 0 ? this.words(this.scratch, 1)[0]! : 0));
+    const text = this.call(() => (make(this.scratch) === 0 ? this.word(this.scratch) : 0));
     if (text === 0) return undefined;
     const taken = this.textAt(this.exports.NuvTextGetData(text), Number(this.exports.NuvTextGetSize(text)));
     this.exports.NuvTextDestruct(text);
@@ -203,17 +213,19 @@ export class Layer {
 
   /** Gives a call a text, ended by a NUL. */
   lendText<Result>(text: string, use: (at: Pointer, size: number) => Result): Result {
-    const bytes = this.#encoder.encode(text);
+    const bytes = this.encoded(text);
     return this.lend([bytes.length + 1], (at) => {
-      const room = this.bytes(at, bytes.length + 1);
-      room.set(bytes);
-      room[bytes.length] = 0;
-      return use(at, bytes.length);
+      bytes.put(at!);
+      this.memoryBytes[at! + bytes.length] = 0;
+      return use(at!, bytes.length);
     });
   }
 
-  encode(text: string): Uint8Array {
-    return this.#encoder.encode(text);
+  /** A text as bytes that can be put at an address; most are ASCII and need none of their own. */
+  encoded(text: string): { length: number; put(at: Pointer): void } {
+    if (ASCII.test(text)) return { length: text.length, put: (at) => void this.writeAscii(at, text) };
+    const bytes = this.#encoder.encode(text);
+    return { length: bytes.length, put: (at) => this.memoryBytes.set(bytes, at) };
   }
 
   /** What the last call had to say. */
@@ -221,7 +233,7 @@ export class Layer {
     const count = this.exports.NuvDiagnosticsGetCount(this.diagnostics);
     return Array.from({ length: count }, (_, index) => {
       this.exports.diagnostic(this.diagnostics, index, this.scratch);
-      const [severity, line, column, code, message, hint, excerpt] = this.words(this.scratch, 7).slice();
+      const [severity, line, column, code, message, hint, excerpt] = this.words(this.scratch, 7);
       return {
         severity: SEVERITIES[severity!]!,
         line: line!,

@@ -19,7 +19,8 @@ export interface ModelArrays {
   values: Float64Array;
 }
 
-// What nobody gave back goes with the object that had it.
+// What nobody gave back goes with the object that had it. A model that lives for one call alone is given
+// back by that call, and not noted.
 const forgotten = new FinalizationRegistry<() => void>((giveBack) => giveBack());
 
 /** A linear program that can be solved many times. Give it back with `dispose()` or `using`. */
@@ -37,6 +38,7 @@ export class Model implements Disposable {
     handle: number,
     diagnostics: readonly Diagnostic[],
     names?: { columns: string[]; rows: string[] },
+    isNoted = true,
   ) {
     this.#layer = layer;
     this.#handle = handle;
@@ -45,27 +47,27 @@ export class Model implements Disposable {
     this.columns =
       names?.columns ?? split(layer.madeText((out) => exports.NuvModelMakeColumnNames(handle, out)));
     this.rows = names?.rows ?? split(layer.madeText((out) => exports.NuvModelMakeRowNames(handle, out)));
-    forgotten.register(this, () => exports.NuvModelDestruct(handle), this);
+    if (isNoted) forgotten.register(this, () => exports.NuvModelDestruct(handle), this);
   }
 
   /** @internal A text in LP or MPS format. */
-  static read(layer: Layer, text: string, relax: boolean): Model {
+  static read(layer: Layer, text: string, relax: boolean, isNoted: boolean): Model {
     return Model.#make(layer, (handle) => {
       const ok = layer.lendText(text, (at, size) =>
         layer.exports.read(handle, at, size, relax ? 1 : 0, layer.diagnostics),
       );
       if (!ok) throw layer.refusal();
-      return new Model(layer, handle, layer.told());
+      return new Model(layer, handle, layer.told(), undefined, isNoted);
     });
   }
 
   /** @internal */
-  static state(layer: Layer, object: ModelObject): Model {
+  static state(layer: Layer, object: ModelObject, isNoted: boolean): Model {
     const read = new ObjectReader(object);
     return Model.#make(layer, (handle) => {
       assign(layer, handle, read);
       for (const exact of read.exact) setExact(layer, handle, exact);
-      return new Model(layer, handle, [], { columns: [...read.columns.keys()], rows: read.rows });
+      return new Model(layer, handle, [], { columns: [...read.columns.keys()], rows: read.rows }, isNoted);
     });
   }
 
@@ -94,12 +96,12 @@ export class Model implements Disposable {
   arrays(): ModelArrays {
     const layer = this.#layer;
     layer.call(() => layer.exports.arrays(this.handle, layer.scratch, layer.scratch + 8));
-    const [sense, columns, rows, entries, ...at] = layer.words(layer.scratch + 8, 12).slice() as unknown as number[];
-    const floats = (k: number, length: number) => layer.floats(at[k]!, length).slice();
-    const starts = new BigUint64Array(layer.exports.memory.buffer, at[5], rows! + 1);
+    const [sense, columns, rows, entries, ...at] = layer.words(layer.scratch + 8, 12) as unknown as number[];
+    const floats = (k: number, length: number) => layer.floats(at[k]!, length);
+    const starts = layer.words(at[5]!, 2 * rows! + 2);
     return {
       isMaximised: sense === 1,
-      constant: layer.floats(layer.scratch, 1)[0]!,
+      constant: layer.memoryFloats[layer.scratch / 8]!,
       columns: this.columns,
       rows: this.rows,
       costs: floats(0, columns!),
@@ -107,8 +109,8 @@ export class Model implements Disposable {
       upper: floats(2, columns!),
       rowLower: floats(3, rows!),
       rowUpper: floats(4, rows!),
-      starts: Uint32Array.from(starts, Number),
-      indices: layer.words(at[6]!, entries!).slice(),
+      starts: starts.filter((_, k) => k % 2 === 0),
+      indices: layer.words(at[6]!, entries!),
       values: floats(7, entries!),
     };
   }
@@ -119,7 +121,7 @@ export class Model implements Disposable {
     let text = 0;
     const written = this.#layer.madeText((out) => {
       text = exports.writeLp(this.handle, diagnostics);
-      this.#layer.words(out, 1)[0] = text;
+      this.#layer.memoryWords[out / 4] = text;
       return text === 0 ? 1 : 0;
     });
     if (written === undefined) throw this.#layer.refusal();
@@ -154,23 +156,28 @@ function split(names: string | undefined): string[] {
 }
 
 function assign(layer: Layer, handle: number, read: ObjectReader): void {
-  const numbers = [
-    read.constant, ...read.costs, ...read.lower, ...read.upper, ...read.rowLower, ...read.rowUpper,
-  ];
-  const columnNames = layer.encode([...read.columns.keys(), ""].join("\0"));
-  const rowNames = layer.encode([...read.rows, ""].join("\0"));
+  const columnNames = layer.encoded([...read.columns.keys(), ""].join("\0"));
+  const rowNames = layer.encoded([...read.rows, ""].join("\0"));
+  const numbers = [read.costs, read.lower, read.upper, read.rowLower, read.rowUpper];
   const entries = read.values.length;
   const sizes = [
-    8 * numbers.length, 8 * read.starts.length, 8 * entries, 4 * entries, columnNames.length, rowNames.length,
+    8 + 8 * (3 * read.columns.size + 2 * read.rows.length), 8 * read.starts.length, 8 * entries, 4 * entries,
+    columnNames.length, rowNames.length,
   ];
   const result = layer.lend(sizes, (numbersAt, startsAt, valuesAt, indicesAt, columnNamesAt, rowNamesAt) => {
-    layer.floats(numbersAt!, numbers.length).set(numbers);
-    const starts = new BigUint64Array(layer.exports.memory.buffer, startsAt, read.starts.length);
-    read.starts.forEach((start, k) => (starts[k] = BigInt(start)));
-    layer.floats(valuesAt!, entries).set(read.values);
-    layer.words(indicesAt!, entries).set(read.indices);
-    layer.bytes(columnNamesAt!, columnNames.length).set(columnNames);
-    layer.bytes(rowNamesAt!, rowNames.length).set(rowNames);
+    const { memoryFloats: floats, memoryWords: words } = layer;
+    let at = numbersAt! / 8;
+    floats[at++] = read.constant;
+    for (const all of numbers) for (const number of all) floats[at++] = number;
+    at = startsAt! / 4;
+    for (const start of read.starts) {
+      words[at++] = start;
+      words[at++] = 0; // the high half of 64 bits
+    }
+    floats.set(read.values, valuesAt! / 8);
+    words.set(read.indices, indicesAt! / 4);
+    columnNames.put(columnNamesAt!);
+    rowNames.put(rowNamesAt!);
     return layer.exports.assign(
       handle, read.isMaximised ? 1 : 0, read.columns.size, read.rows.length, numbersAt!, startsAt!, indicesAt!,
       valuesAt!, columnNamesAt!, columnNames.length, rowNamesAt!, rowNames.length, layer.diagnostics,

@@ -66,6 +66,8 @@ export class ObjectReader {
   readonly indices: number[] = [];
   readonly values: number[] = [];
   readonly exact: ExactPlace[] = [];
+  /** Of each column, the last row that had it. */
+  readonly #lastRow: number[] = [];
 
   constructor(model: ModelObject) {
     if (model === null || typeof model !== "object") throw wrong("a model is an object or a text");
@@ -76,10 +78,12 @@ export class ObjectReader {
     this.isMaximised = model.maximize !== undefined;
     this.constant = this.#number(model.constant ?? 0, "the constant", Place.Constant, 0);
     for (const name of Object.keys(model.variables ?? {})) this.#column(name);
-    for (const [name, coefficient] of termsOf(model.maximize ?? model.minimize ?? {}, "the objective")) {
+    visitTerms(model.maximize ?? model.minimize ?? {}, "the objective", (name, coefficient) => {
       const column = this.#column(name);
-      this.costs[column] = this.#number(coefficient, `the cost of '${name}'`, Place.Cost, column);
-    }
+      this.costs[column] = isPlain(coefficient)
+        ? coefficient
+        : this.#number(coefficient, `the cost of '${name}'`, Place.Cost, column);
+    });
     for (const [name, row] of Object.entries(model.rows ?? {})) this.#row(name, row);
     for (const [name, bounds] of Object.entries(model.variables ?? {})) this.#bounds(name, bounds);
   }
@@ -93,6 +97,7 @@ export class ObjectReader {
     this.costs.push(0);
     this.lower.push(0);
     this.upper.push(Infinity);
+    this.#lastRow.push(-1);
     return column;
   }
 
@@ -107,16 +112,17 @@ export class ObjectReader {
     this.rows.push(name);
     this.rowLower.push(side(row.equal ?? row.lower, -Infinity, Place.RowLower));
     this.rowUpper.push(side(row.equal ?? row.upper, Infinity, Place.RowUpper));
-    const seen = new Set<string>();
-    for (const [variable, coefficient] of termsOf(row.terms, `row '${name}'`)) {
-      if (seen.has(variable)) throw wrong(`row '${name}' has '${variable}' twice`);
-      seen.add(variable);
+    visitTerms(row.terms, `row '${name}'`, (variable, coefficient) => {
       const column = this.#column(variable);
+      if (this.#lastRow[column] === at) throw wrong(`row '${name}' has '${variable}' twice`);
+      this.#lastRow[column] = at;
       this.indices.push(column);
       this.values.push(
-        this.#number(coefficient, `the coefficient of '${variable}' in row '${name}'`, Place.Entry, at, column),
+        isPlain(coefficient)
+          ? coefficient
+          : this.#number(coefficient, `the coefficient of '${variable}' in row '${name}'`, Place.Entry, at, column),
       );
-    }
+    });
     this.starts.push(this.indices.length);
   }
 
@@ -153,9 +159,16 @@ function textOf(value: Exclude<Quantity, number>, what: string): string {
   throw wrong(`${what} is '${text}', which is no number`, 'write it like "0.1", "1e-3" or "1/3"');
 }
 
-function termsOf(terms: Terms, where: string): Iterable<readonly [string, Quantity]> {
+/** A number that a model takes as it stands; most are. */
+function isPlain(value: Quantity): value is number {
+  return typeof value === "number" && value - value === 0;
+}
+
+function visitTerms(terms: Terms, where: string, visit: (name: string, coefficient: Quantity) => void): void {
   if (terms === null || typeof terms !== "object") throw wrong(`the terms of ${where} are no object`);
-  return Symbol.iterator in terms ? (terms as Iterable<readonly [string, Quantity]>) : Object.entries(terms);
+  if (Symbol.iterator in terms)
+    for (const [name, coefficient] of terms as Iterable<readonly [string, Quantity]>) visit(name, coefficient);
+  else for (const name of Object.keys(terms)) visit(name, terms[name]!);
 }
 
 function checkName(name: string, kind: string): void {

@@ -52,9 +52,13 @@ export class Nuv {
    * Of a text, `relax` takes integer variables for continuous ones.
    */
   model(stated: ModelObject | string, options: { relax?: boolean } = {}): Model {
+    return this.#made(stated, options.relax ?? false, true);
+  }
+
+  #made(stated: ModelObject | string, relax: boolean, isNoted: boolean): Model {
     return typeof stated === "string"
-      ? Model.read(this.#layer, stated, options.relax ?? false)
-      : Model.state(this.#layer, stated);
+      ? Model.read(this.#layer, stated, relax, isNoted)
+      : Model.state(this.#layer, stated, isNoted);
   }
 
   /** Solves and proves. Infeasible and unbounded are answers, and so is a solve that a limit ended. */
@@ -74,7 +78,7 @@ export class Nuv {
 
   #with<Result>(model: AnyModel, use: (held: Model) => Result): Result {
     if (model instanceof Model) return use(model);
-    const held = this.model(model);
+    const held = this.#made(model, false, false);
     try {
       return use(held);
     } finally {

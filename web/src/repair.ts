@@ -44,8 +44,8 @@ export function repair(layer: Layer, model: Model, options: RepairOptions): Repa
   const rows = weights(model.rows, options.rowWeights, "row");
   const handle = layer.watch(watcher(options.progress), () =>
     layer.lend([8 * columns.length, 8 * rows.length], (columnsAt, rowsAt) => {
-      layer.floats(columnsAt!, columns.length).set(columns);
-      layer.floats(rowsAt!, rows.length).set(rows);
+      layer.memoryFloats.set(columns, columnsAt! / 8);
+      layer.memoryFloats.set(rows, rowsAt! / 8);
       return layer.exports.repair(model.handle, columnsAt!, rowsAt!, flags, seconds, pivots, layer.diagnostics);
     }),
   );
@@ -60,13 +60,13 @@ export function repair(layer: Layer, model: Model, options: RepairOptions): Repa
 function read(layer: Layer, model: Model, handle: number): Repair {
   const { exports, scratch } = layer;
   exports.repairInfo(handle, scratch);
-  const [status, proved, , count, total] = layer.floats(scratch, 5).slice();
+  const [status, proved, , count, total] = layer.floats(scratch, 5);
   const found: Repair = { status: STATUSES[status!]!, proved: proved === 1, total: total!, changes: [] };
   const exactTotal = exactText(layer, handle, TOTAL);
   if (exactTotal) found.exactTotal = exactTotal;
   for (let k = 0; k < count!; ++k) {
     exports.repairChange(handle, k, scratch);
-    const [index, isRow, isUpper, from, to, amount] = layer.floats(scratch, 6).slice();
+    const [index, isRow, isUpper, from, to, amount] = layer.floats(scratch, 6);
     found.changes.push({
       kind: isRow ? "row" : "variable",
       name: (isRow ? model.rows : model.columns)[index!]!,
@@ -79,7 +79,7 @@ function read(layer: Layer, model: Model, handle: number): Repair {
   }
   if (found.status === "optimal") {
     exports.NuvRepairMakeModel(handle, scratch);
-    const repaired = Model.adopt(layer, layer.words(scratch, 1)[0]!);
+    const repaired = Model.adopt(layer, layer.word(scratch));
     found.lp = repaired.toLp();
     repaired.dispose();
   }
