@@ -1,5 +1,6 @@
 // Models in the forms of yalps and of javascript-lp-solver.
 import assert from "node:assert/strict";
+import { readFile } from "node:fs/promises";
 import { test } from "node:test";
 import { load } from "../dist/proof.js";
 import { solve, solveJsLp } from "../dist/yalps.js";
@@ -71,3 +72,38 @@ test("the other form tells what has no optimum", () => {
     { feasible: false, result: 0, bounded: true });
   assert.equal(solveJsLp(nuv, { optimize: "gain", opType: "max", constraints: { size: { min: 1 } }, variables }).bounded, false);
 });
+
+const publicModels = JSON.parse(await readFile(new URL("public-models.json", import.meta.url), "utf8")).models;
+const SIDES = { "<=": "max", ">=": "min", "=": "equal" };
+
+/** A model of the file as both packages have it: what a variable has of each row and of the objective. */
+function recordsOf({ variables, costs, rows }) {
+  const constraints = Object.fromEntries(rows.map(([name, , relation, side]) => [name, { [SIDES[relation]]: side }]));
+  const columns = variables.map((name, k) => [
+    name, Object.fromEntries([["objective", costs[k]], ...rows.map(([row, coefficients]) => [row, coefficients[k]])]),
+  ]);
+  return { constraints, variables: Object.fromEntries(columns) };
+}
+
+for (const model of publicModels) {
+  const { name, direction, unrestricted, status, result, values } = model;
+  const isOptimal = status === "optimal";
+  const optimum = isOptimal ? Number(result.split("/")[0]) / Number(result.split("/")[1] ?? 1) : undefined;
+
+  if (!unrestricted)
+    test(`their test: ${name}`, () => {
+      const found = solve(nuv, { direction, objective: "objective", ...recordsOf(model) });
+      assert.equal(found.status, status);
+      assert.equal(found.exact, isOptimal ? result : undefined);
+      if (isOptimal) assert.equal(found.result, optimum);
+      if (values) assert.deepEqual(Object.fromEntries(found.variables), values);
+    });
+
+  test(`their test, in the other form: ${name}`, () => {
+    const free = Object.fromEntries((unrestricted ?? []).map((variable) => [variable, 1]));
+    const found = solveJsLp(nuv, { optimize: "objective", opType: direction.slice(0, 3), unrestricted: free, ...recordsOf(model) });
+    assert.deepEqual([found.feasible, found.bounded], [status !== "infeasible", status !== "unbounded"]);
+    if (isOptimal) assert.equal(found.result, optimum);
+    for (const [variable, value] of Object.entries(values ?? {})) assert.equal(found[variable], value);
+  });
+}
