@@ -30,7 +30,7 @@ function verdict(answer: Answer): HTMLElement {
   if (answer.status === "optimal") {
     const exact = exactText(exactObjective, objective);
     line.append("Optimal: ", element("span", { class: "exact" }, exact));
-    if (exact !== decimal(objective)) line.append(` ≈ ${decimal(objective)}`);
+    if (exact.includes("/")) line.append(` ≈ ${decimal(objective)}`);
   } else if (answer.status === "infeasible") line.append("Infeasible: no point satisfies all rows");
   else if (answer.status === "unbounded") line.append("Unbounded: it gets better for ever");
   else line.append("Stopped before there was an answer");

@@ -23,6 +23,7 @@ const LONG = 250;
 const workerAddress = URL.createObjectURL(new Blob([WORKER], { type: "text/javascript" }));
 const solver = new WorkerSolver(() => new Worker(workerAddress));
 const editor = new Editor(byId("editor"), typed, () => void solve());
+const chosen = byId<HTMLSelectElement>("example");
 const [state, problems, stop] = [byId("state"), byId("problems"), byId<HTMLButtonElement>("stop")];
 let running: AbortController | undefined;
 let waiting: ReturnType<typeof setTimeout> | undefined;
@@ -31,6 +32,8 @@ let step: number | undefined;
 function typed(): void {
   clearTimeout(waiting);
   step = undefined;
+  // A text that was changed is no longer the example, which can be chosen again.
+  if (examples[chosen.value] !== editor.text) chosen.selectedIndex = -1;
   if (editor.text.length <= LARGEST_WHILE_TYPING) waiting = setTimeout(() => void solve(), PAUSE);
   else state.textContent = "Press Solve when the model is ready.";
 }
@@ -138,7 +141,6 @@ async function share(): Promise<void> {
 }
 
 async function start(): Promise<void> {
-  const chosen = byId<HTMLSelectElement>("example");
   chosen.append(...Object.keys(examples).map((name) => element("option", {}, name)));
   chosen.addEventListener("change", () => (editor.text = examples[chosen.value]!));
   byId("solve").addEventListener("click", () => void solve());

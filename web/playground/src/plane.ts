@@ -124,6 +124,8 @@ export class Plane {
   readonly #svg: SVGSVGElement;
   readonly #path: readonly { objective: number; point: Point }[];
   readonly #told = element("p", { id: "step", "aria-live": "polite" });
+  #back: HTMLElement | undefined;
+  #on: HTMLElement | undefined;
   #step: number;
 
   constructor(into: HTMLElement, study: Study, hooks: PlaneHooks) {
@@ -131,7 +133,9 @@ export class Plane {
     this.#hooks = hooks;
     const { answer, arrays } = study;
     const { all, lines } = halves(study);
-    const path = (answer.path ?? []).map(({ objective, values }) => ({ objective, point: [values[0]!, values[1]!] as Point }));
+    // Of a model without a point no way leads anywhere.
+    const way = answer.status === "infeasible" ? [] : (answer.path ?? []);
+    const path = way.map(({ objective, values }) => ({ objective, point: [values[0]!, values[1]!] as Point }));
     if (answer.status === "optimal") {
       const point: Point = [answer.variables[0]!.value, answer.variables[1]!.value];
       const last = path.at(-1)?.point;
@@ -295,7 +299,9 @@ export class Plane {
       });
       return made;
     };
-    return element("div", { class: "steps" }, button("Step back", "←", -1), button("Step on", "→", 1), this.#told);
+    this.#back = button("Step back", "←", -1);
+    this.#on = button("Step on", "→", 1);
+    return element("div", { class: "steps" }, this.#back, this.#on, this.#told);
   }
 
   /** The step that is looked at. */
@@ -311,6 +317,9 @@ export class Plane {
       const place = { x1: this.#x(from[0]), y1: this.#y(from[1]), x2: this.#x(to[0]), y2: this.#y(to[1]) };
       for (const [key, value] of Object.entries(place)) this.#svg.querySelector("#level")!.setAttribute(key, String(value));
     }
+    // Not disabled, which would take the focus from who steps by keys.
+    this.#back?.setAttribute("aria-disabled", String(this.#step === 0));
+    this.#on?.setAttribute("aria-disabled", String(this.#step === this.#path.length - 1));
     const value = costs[0]! * x + costs[1]! * y + constant;
     this.#told.textContent = `Point ${this.#step + 1} of ${this.#path.length}: ${columns[0]} ${decimal(x)}, ${columns[1]} ${decimal(y)}, objective ${decimal(value)}`;
   }

@@ -1,11 +1,11 @@
 // Numbers and sentences.
 
-/** Up to six significant digits, with a true minus and a thin space between thousands. */
+/** Up to six significant digits, with a true minus and a narrow space between thousands, at which no line is broken. */
 export function decimal(value: number): string {
   if (Number.isNaN(value)) return "–";
   if (!Number.isFinite(value)) return value > 0 ? "∞" : "−∞";
   const text = Math.abs(value) >= 1e9 || (value !== 0 && Math.abs(value) < 1e-4) ? value.toPrecision(6) : undefined;
-  return (text ?? new Intl.NumberFormat("en", { maximumSignificantDigits: 6 }).format(value).replaceAll(",", "\u2009")).replace("-", "−");
+  return (text ?? new Intl.NumberFormat("en", { maximumSignificantDigits: 6 }).format(value).replaceAll(",", "\u202f")).replace("-", "−");
 }
 
 /** The exact number where it can be read, else the decimal. */

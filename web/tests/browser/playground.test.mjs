@@ -14,19 +14,19 @@ let browser;
 let opened;
 let page;
 
-before(async () => (browser = await openBrowser()));
-after(() => browser?.close());
+const limit = { timeout: 60_000 };
+
+before(async () => (browser = await openBrowser()), limit);
+after(() => browser?.close(), limit);
 beforeEach(async () => {
   opened = await openPage(browser);
   ({ page } = opened);
   await says(page, "29700/7");
-});
+}, limit);
 afterEach(async () => {
   assert.deepEqual(opened.errors, []);
   await opened.close();
-});
-
-const limit = { timeout: 60_000 };
+}, limit);
 
 const texts = (selector) => page.locator(selector).allTextContents();
 
@@ -119,6 +119,34 @@ test("the way of the solve is stepped through", limit, async () => {
   assert.match(await step(), /^Point 2 of 3/);
 });
 
+test("steps end where the way does", limit, async () => {
+  const disabled = () => page.locator(".steps button").evaluateAll((buttons) => buttons.map((button) => button.getAttribute("aria-disabled")));
+  assert.deepEqual(await disabled(), ["false", "true"]);
+  for (const _ of [1, 2]) await page.click('[aria-label="Step back"]');
+  assert.deepEqual(await disabled(), ["true", "false"]);
+  await write(page, contradictionLp);
+  await says(page, "Infeasible");
+  assert.equal(await page.locator(".steps, #here").count(), 0);
+});
+
+test("an example that was changed can be chosen again", limit, async () => {
+  await write(page, factoryLp.replace("300", "310"));
+  await says(page, "30650/7");
+  assert.equal(await page.inputValue("#example"), "");
+  await page.selectOption("#example", "Factory");
+  await says(page, "29700/7");
+});
+
+test("whole optima are told once, and a mistake has no empty picture", limit, async () => {
+  await page.selectOption("#example", "Transport");
+  await says(page, "4400");
+  assert.equal(await page.textContent("#verdict"), "Optimal: 4400");
+  assert.ok(await page.isVisible(".picture"));
+  await write(page, factoryLp.replace("wood:", "wood: ="));
+  await page.waitForSelector("#problems li.error");
+  assert.ok(!(await page.isVisible(".picture")));
+});
+
 test("a larger model has charts", limit, async () => {
   await page.selectOption("#example", "Transport");
   await page.waitForFunction(() => document.querySelector("#picture svg[role=img]"));
@@ -151,11 +179,11 @@ test("the certificate is one that the native program takes", limit, async () => 
   await download.saveAs(join(folder, "c.vipr"));
   await writeFile(join(folder, "factory.lp"), factoryLp);
   const nuvlp = process.env.NUVLP ?? join(root, "../build/release/apps/nuvlp/nuvlp");
-  const { status, stdout, stderr } = spawnSync(nuvlp, ["verify", join(folder, "factory.lp"), join(folder, "c.vipr")], { encoding: "utf8" });
+  const { status, stdout, stderr } = spawnSync(nuvlp, ["verify", join(folder, "factory.lp"), join(folder, "c.vipr")], { encoding: "utf8", timeout: 30_000 });
   assert.equal(status, 0, stdout + stderr);
   const text = await readFile(join(folder, "c.vipr"), "utf8");
   await writeFile(join(folder, "wrong.vipr"), text.replaceAll("29700/7", "29701/7"));
-  assert.notEqual(spawnSync(nuvlp, ["verify", join(folder, "factory.lp"), join(folder, "wrong.vipr")]).status, 0);
+  assert.notEqual(spawnSync(nuvlp, ["verify", join(folder, "factory.lp"), join(folder, "wrong.vipr")], { timeout: 30_000 }).status, 0);
 });
 
 test("the first load is less than 300 KB gzipped", limit, async () => {
