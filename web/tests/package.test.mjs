@@ -38,7 +38,7 @@ test("the lock file names no registry", async () => {
 test("the same sources give the same bytes", { timeout: 900_000 }, async () => {
   const folder = await mkdtemp(join(tmpdir(), "nuv-web-"));
   try {
-    execFileSync(join(dist, "../native/build"), [folder], { stdio: "pipe" });
+    execFileSync(join(dist, "../native/build"), [folder], { stdio: "pipe", timeout: 880_000 });
     for (const name of ["nuv.wasm", "proof.wasm", "selftest.wasm"])
       assert.ok((await readFile(join(folder, name))).equals(await readFile(join(dist, name))), name);
   } finally {

@@ -9,7 +9,7 @@ import { gzipSync } from "node:zlib";
 const root = join(dirname(fileURLToPath(import.meta.url)), "..");
 const dist = join(root, "dist");
 
-const run = (command, ...given) => execFileSync(command, given, { cwd: root, stdio: "inherit" });
+const run = (command, ...given) => execFileSync(command, given, { cwd: root, stdio: "inherit", timeout: 3_600_000 });
 
 function inline(module, program, Loaded) {
   const packed = gzipSync(readFileSync(join(dist, `${program}.wasm`)), { level: 9 });

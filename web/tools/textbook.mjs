@@ -8,7 +8,8 @@ import { fileURLToPath } from "node:url";
 const models = fileURLToPath(new URL("../../tests/models/textbook/", import.meta.url));
 const all = {};
 for (const name of readdirSync(models).filter((file) => file.endsWith(".lp")).sort()) {
-  const { stdout } = spawnSync(process.argv[2], ["solve", "--json", join(models, name)], { encoding: "utf8" });
+  const { stdout } = spawnSync(process.argv[2], ["solve", "--json", join(models, name)], { encoding: "utf8", timeout: 60_000 });
+  if (stdout === null || stdout === "") throw new Error(`${name}: no answer in a minute`);
   const { status, proof } = JSON.parse(stdout);
   all[name] = [status, status === "optimal" ? proof.objective : null];
 }

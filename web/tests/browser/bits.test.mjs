@@ -24,11 +24,11 @@ before(async () => {
   browser = await openBrowser();
   page = await browser.newPage();
   await page.goto(`http://127.0.0.1:${server.address().port}/`);
-});
+}, { timeout: 60_000 });
 after(async () => {
   await browser?.close();
   server.close();
-});
+}, { timeout: 60_000 });
 
 test("the self-test's hashes are those of every machine", { timeout: 120_000 }, async () => {
   const found = await page.evaluate(async () => {
@@ -40,7 +40,7 @@ test("the self-test's hashes are those of every machine", { timeout: 120_000 }, 
   for (const [name, promised, ...runs] of found) assert.deepEqual(runs, [promised, promised], name);
 });
 
-test("a batch's hash is that of every machine", async () => {
+test("a batch's hash is that of every machine", { timeout: 60_000 }, async () => {
   const hash = await page.evaluate(async () => {
     const { load } = await import("/dist/core.js");
     const { batchHash } = await import("/tests/batch.mjs");
