@@ -206,18 +206,19 @@ def solve_problems(problems: Problems, count: int, workers: int, settings: Setti
 
 
 def _in_pieces(count: int, workers: int, piece: int,
-               work: Callable[[int, int], None]) -> Optional[KeyboardInterrupt]:
+               work: Callable[[int, int], None],
+               has_to_end: Optional[threading.Event] = None) -> Optional[KeyboardInterrupt]:
     """Gives each thread a range of the problems, of which it takes a piece at a time.
 
-    Ctrl-C ends it between two pieces, and is then returned.
+    Ctrl-C ends it between two pieces, and is then returned; `has_to_end` is set for the threads.
     """
     workers = min(workers, max(count, 1), 4 * (os.cpu_count() or 1))
     cuts = [count * k // workers for k in range(workers + 1)]
-    has_to_end = threading.Event()
+    ended = has_to_end or threading.Event()
 
     def run(first: int, last: int) -> None:
         for at in range(first, last, piece):
-            if has_to_end.is_set():
+            if ended.is_set():
                 return
             work(at, min(at + piece, last))
 
@@ -232,7 +233,7 @@ def _in_pieces(count: int, workers: int, piece: int,
                 for done in [pool.submit(run, *ends) for ends in zip(cuts, cuts[1:])]:
                     done.result()
             finally:
-                has_to_end.set()
+                ended.set()
     except KeyboardInterrupt as interrupt:
         return interrupt
     return None
@@ -307,7 +308,10 @@ def _one_by_one(problems: Problems, count: int, workers: int, settings: Settings
     n = problems.c.shape[1]
     found = BatchResult(np.zeros((count, n)), np.zeros(count), np.full(count, _STOPPED),
                         np.zeros(count, np.int64), np.zeros(count, np.bool_))
-    options = Options(numbers=settings.numbers, pivots=settings.pivot_limit)
+    has_to_end = threading.Event()
+    # One of these takes long, and Python's signals come to the main thread alone.
+    options = Options(numbers=settings.numbers, pivots=settings.pivot_limit,
+                      progress=lambda told: not has_to_end.is_set())
     shared = [matrix(rows[0], "A", n) if len(rows) == 1 else None
               for rows in (problems.A_ub, problems.A_eq)]
 
@@ -328,4 +332,4 @@ def _one_by_one(problems: Problems, count: int, workers: int, settings: Settings
         found.nit[k], found.proved[k] = record.pivots, record.proved
         found.status[k] = STATUS[record.status]
 
-    return found, _in_pieces(count, workers, 1, work)
+    return found, _in_pieces(count, workers, 1, work, has_to_end)

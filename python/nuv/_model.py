@@ -140,9 +140,8 @@ class Model(Edits):
         """
         ranged = self._ranged() if ranging else None
         basis = None if start is None else self._basis(start, "start")
-        # A session is one thread's at a time; another that comes meanwhile does without, and so
-        # does a solve that begins elsewhere.
-        is_mine = basis is None and self._lock.acquire(blocking=False)
+        # A session is one thread's at a time; another that comes meanwhile does without.
+        is_mine = self._lock.acquire(blocking=False)
         try:
             if is_mine and self._session is None:
                 self._session = owned(lib.NuvSolverConstruct(), lib.NuvSolverDestruct)

@@ -154,9 +154,10 @@ def test_a_solve_begins_at_a_basis():
     again = model.copy().solve(start=cold)
     assert cold.pivots > 5 and again.pivots == 0 and again.exact_objective == cold.exact_objective
     assert model.copy().solve(start=cold.basis()).pivots == 0
-    # It is taken by a model that has a session too, and leaves that as it was.
+    # It is taken by a model that has been solved too, which goes on from its end then.
     slack = nuv.Basis(np.ones(60, int), np.zeros(40, int))
-    assert model.solve(start=slack).exact_objective == cold.exact_objective
+    again = model.solve(start=slack)
+    assert again.pivots > 5 and again.exact_objective == cold.exact_objective
     assert model.solve().pivots == 0
 
 

@@ -44,24 +44,23 @@ def test_what_is_raised_while_linprog_tells_of_itself_ends_it(raised, error, mon
 
 
 def test_an_interrupt_behind_the_last_callback_keeps_the_solution(monkeypatch):
-    lib, model = nuv._solve.lib, plan()[0].copy()
-    basis = plan()[0].solve().basis()
+    lib, model = nuv._solve.lib, plan()[0]
 
     def solved(*arguments):
-        lib.NuvModelSolve(*arguments)
+        lib.NuvSolverSolve(*arguments)
         raise KeyboardInterrupt
 
-    monkeypatch.setattr(nuv._solve, "lib", Library(lib, NuvModelSolve=solved))
+    monkeypatch.setattr(nuv._solve, "lib", Library(lib, NuvSolverSolve=solved))
     with pytest.raises(nuv.Interrupted) as caught:
-        model.solve(start=basis)
+        model.solve()
     assert caught.value.solution.status == "optimal" and model.solution is caught.value.solution
 
     def unsolved(*arguments):
         raise KeyboardInterrupt
 
-    monkeypatch.setattr(nuv._solve, "lib", Library(lib, NuvModelSolve=unsolved))
+    monkeypatch.setattr(nuv._solve, "lib", Library(lib, NuvSolverSolve=unsolved))
     with pytest.raises(KeyboardInterrupt) as caught:
-        model.solve(start=basis)
+        model.solve()
     assert not isinstance(caught.value, nuv.Interrupted)
 
 

@@ -1,6 +1,7 @@
 """What waits for ever fails, says where it stood, and leaves no process behind."""
 
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -41,7 +42,7 @@ def test_a_test_that_waits_for_ever_fails_and_the_next_one_runs(tmp_path):
     assert run.returncode == 1 and "2 failed" in run.stdout
     assert "test_that_waits_for_ever has not ended in 2 s" in run.stderr
     assert 'test_waiting.py", line 6 in test_that_waits_for_ever' in run.stderr
-    child = run.stdout.partition("child ")[2].split()[0]
+    child, = re.findall(r"^child (\d+)$", run.stdout, flags=re.M)
     assert not Path("/proc", child).exists()
 
 

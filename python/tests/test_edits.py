@@ -255,7 +255,7 @@ try:
     elif sys.argv[1] == "linprog":
         nuv.linprog(c, A, b)
     else:
-        nuv.solve_batch(c, A, np.broadcast_to(b, (3, 1500)))
+        nuv.solve_batch(c, A, np.broadcast_to(b, (3, 1500)), workers=int(sys.argv[1]))
 except nuv.Interrupted as stop:
     found = stop.solution
     print(found.status, found.proved)
@@ -263,7 +263,8 @@ except nuv.Interrupted as stop:
 
 
 @pytest.mark.parametrize("kind, said", [("model", "stopped False"), ("linprog", "1 False"),
-                                        ("batch", "[1 1 1] [False False False]")])
+                                        ("1", "[1 1 1] [False False False]"),
+                                        ("3", "[1 1 1] [False False False]")])
 def test_an_interrupt_from_the_keyboard_ends_a_long_solve_with_what_is_known(kind, said):
     child = subprocess.Popen([sys.executable, "-c", LONG_SOLVE, kind], stdout=subprocess.PIPE, text=True,
                              env={**os.environ, "PYTHONUNBUFFERED": "1"})
