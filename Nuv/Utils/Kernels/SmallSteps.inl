@@ -11,8 +11,13 @@ namespace nuv
 {
 namespace
 {
-/// How many vectors of a line are taken at a time at most: two matrices want registers.
+/// How many vectors of a line are taken at a time at most: two matrices want registers. A program
+/// that must be small says how many columns are.
+#ifdef NUV_COLUMNS_AT_ONCE
+constexpr NuvSizeT kVectorsAtOnce = NUV_COLUMNS_AT_ONCE;
+#else
 constexpr NuvSizeT kVectorsAtOnce = kLanes == 16 ? 4 : 2;
+#endif
 
 /// Calls `operation.template Do<count>(first)` for all vectors of a line, `count` vectors from
 /// element `first` on at a time.
@@ -75,6 +80,22 @@ NUV_LANES_INLINE RowBits NonzerosOf(const NuvFloat32* x, NuvSizeT length)
     return bits;
 }
 
+/// `count` numbers, fewer than there are lanes, and zeros behind them.
+NUV_LANES_INLINE Lanes LoadSome(const NuvFloat32* from, NuvSizeT count)
+{
+#if NUV_LANES == 16
+    return _mm512_maskz_loadu_ps(static_cast<__mmask16>((1U << count) - 1), from);
+#elif NUV_LANES == 8
+    const UintLanes wanted = CountFrom(0) < BroadcastUint(static_cast<NuvUint>(count));
+    return _mm256_maskload_ps(from, (__m256i)wanted);
+#else
+    NuvFloat32 numbers[kLanes] = {};
+    for (NuvSizeT j = 0; j != count; ++j)
+        numbers[j] = from[j];
+    return Load(numbers);
+#endif
+}
+
 /// Some columns of A: what is past the end of a row belongs to columns that are padding, and these
 /// never enter.
 void CopyColumns(const SmallState* s, const NuvFloat32* A, NuvSizeT rowLength, NuvSizeT first)
@@ -85,14 +106,12 @@ void CopyColumns(const SmallState* s, const NuvFloat32* A, NuvSizeT rowLength, N
     {
         const NuvSizeT from = i * rowLength + first;
         NuvFloat32* const to = s->A + i * s->lengthOfA + first;
-        if (from + kLanes <= end)
-            Store(to, Load(A + from));
-        else
-            for (NuvSizeT j = 0; j != kLanes; ++j)
-                to[j] = from + j < end ? A[from + j] : 0.0F;
+        const Lanes elements =
+            from + kLanes <= end ? Load(A + from) : LoadSome(A + from, end > from ? end - from : 0);
+        Store(to, elements);
         const UintLanes bit = BroadcastUint(NuvUint{1} << i % 32);
         UintLanes& bits = nonzeros[i / 32];
-        bits = Load(to) != Lanes{} ? bits | bit : bits;
+        bits = elements != Lanes{} ? bits | bit : bits;
     }
     memcpy(s->nonzerosOfA + first, nonzeros, sizeof nonzeros[0]);
     memcpy(s->nonzerosOfA + s->lengthOfA + first, nonzeros + 1, sizeof nonzeros[1]);
