@@ -244,10 +244,7 @@ SimplexState& CertifiedSession::StateOfBasis()
         state.status[v] = (*m_basis)[v];
         state.SetToBound(v);
     }
-    if (state.WantsRefactorisation())
-        state.Refactorise();
-    else
-        state.ComputeValues();
+    state.ComputeValues();
     return state;
 }
 

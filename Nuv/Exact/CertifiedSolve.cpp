@@ -143,12 +143,11 @@ bool ProveInfeasible(ScalableForm& scalable, SolveControl& control, CertifiedRes
 {
     const BoundedForm& form = scalable.Form();
     CertifiedResult elastic = OptimiseElastic(scalable, result.record.basis, control);
-    // What has no point even so has none without the added columns.
-    const bool isEmpty = elastic.certificate.status == Status::Infeasible;
-    if (!isEmpty && elastic.certificate.status != Status::Optimal)
+    // With a column for each violated bound, or each side, there is a point.
+    if (elastic.certificate.status != Status::Optimal)
         return false;
     result.record.value = CutColumns(form, std::move(elastic.record.value));
-    if (!isEmpty && elastic.certificate.objective == 0)
+    if (elastic.certificate.objective == 0)
     {
         point = std::move(elastic.certificate.primal);
         point.numerator.resize(form.columns);

@@ -297,5 +297,23 @@ TEST(IntegerForm, TakesNumbersOfUpTo126Bits)
     EXPECT_FALSE(integers.Take(dense));
 }
 
+/// An optimum without a denominator, as the point that a ray goes from.
+TEST(DenseCheck, RefusesARayFromNoPoint)
+{
+    DenseForm dense;
+    IntegerForm integers;
+    TakeForm(MakeForm({-1}, {}), dense);
+    ASSERT_TRUE(integers.Take(dense));
+    DenseOptimum point;
+    point.width = 1;
+    point.denominator = {1};
+    point.point = {0};
+    DenseCheck check;
+    EXPECT_TRUE(check.IsUnbounded(integers, point, 1, {1}));
+    EXPECT_FALSE(check.IsUnbounded(integers, point, 1, {1, 0}));
+    point.denominator = {0};
+    EXPECT_FALSE(check.IsUnbounded(integers, point, 1, {1}));
+}
+
 }  // namespace
 }  // namespace nuv::test

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -256,6 +257,73 @@ TEST(Dense, LeavesToOthersWhatIsTooLong)
     DenseProof proof;
     EXPECT_FALSE(proof.ProveOptimal(dense, std::vector<BasisStatus>(4, BasisStatus::Basic)))
         << "more columns than rows";
+}
+
+/// Bases and violations as no simplex leaves them, and numbers that are too long one by one, as
+/// weights, and in a ray.
+TEST(DenseProof, RefusesWhatItCannotState)
+{
+    DenseForm dense;
+    DenseProof proof;
+    const std::vector<BasisStatus> allBasic(4, BasisStatus::Basic);
+    const std::vector<signed char> violations(4, 1);
+    TakeForm(MakeForm({0, 0}, {{{1, 1}, {1, kInf}}, {{2, 2}, {2, kInf}}}), dense);
+    EXPECT_FALSE(proof.ProveInfeasible(dense, allBasic, violations)) << "more columns than rows";
+    EXPECT_FALSE(proof.ProveUnbounded(dense, allBasic, 0, true));
+    std::vector<BasisStatus> columns(4, BasisStatus::AtLower);
+    columns[0] = columns[1] = BasisStatus::Basic;
+    EXPECT_FALSE(proof.ProveInfeasible(dense, columns, violations)) << "singular";
+    EXPECT_FALSE(proof.ProveUnbounded(dense, columns, 2, true));
+    const std::vector<BasisStatus> slacks = {BasisStatus::AtLower, BasisStatus::Basic};
+    TakeForm(MakeForm({-1}, {{{-0x1p-1000}, {-kInf, 0}}}), dense);
+    EXPECT_FALSE(proof.ProveInfeasible(dense, slacks, {0, 1})) << "a weight of 1000 bits";
+    EXPECT_FALSE(proof.ProveUnbounded(dense, {BasisStatus::Basic, BasisStatus::AtUpper}, 1, false));
+    TakeForm(MakeForm({-1, 0}, {{{-0x1p-130, 1}, {-kInf, 0}}}), dense);
+    const std::vector<BasisStatus> both = {BasisStatus::AtLower, BasisStatus::AtLower,
+                                           BasisStatus::Basic};
+    EXPECT_FALSE(proof.ProveInfeasible(dense, both, {0, 0, 1}));
+    EXPECT_FALSE(proof.ProveUnbounded(dense, both, 0, true));
+}
+
+/// A basic column may be what is violated: x >= 5 where x is at most 1, and the other way round.
+TEST(DenseProof, ProvesByAColumnThatIsBasic)
+{
+    DenseForm dense;
+    DenseProof proof;
+    for (const double sign : {1.0, -1.0})
+    {
+        const bool up = sign > 0.0;
+        TakeForm(MakeForm({0}, {{{1}, up ? Interval{5, kInf} : Interval{-kInf, -5}}},
+                          {up ? Interval{0, 1} : Interval{-1, 0}}),
+                 dense);
+        const std::vector<BasisStatus> basic = {BasisStatus::Basic,
+                                                up ? BasisStatus::AtLower : BasisStatus::AtUpper};
+        EXPECT_TRUE(proof.ProveInfeasible(dense, basic, {static_cast<signed char>(sign), 0}));
+        EXPECT_FALSE(proof.ProveInfeasible(dense, basic, {static_cast<signed char>(-sign), 0}));
+    }
+}
+
+/// The basis itself is short enough: 35 numbers of 101 bits. Those of the moving column have 24
+/// more.
+TEST(DenseProof, RefusesARayThatIsTooLong)
+{
+    constexpr Index kOrder = 35;
+    std::vector<DenseRow> rows(kOrder, {std::vector<double>(kOrder + 2, 0.0), {-kInf, 1}});
+    for (Index k = 0; k < kOrder; ++k)
+    {
+        rows[k].coefficients[k] = 1.0;
+        rows[k].coefficients[kOrder] = 0x1p-100;
+        rows[k].coefficients[kOrder + 1] = -0x1p24;
+    }
+    std::vector<double> cost(kOrder + 2, 0.0);
+    cost.back() = -1.0;
+    DenseForm dense;
+    TakeForm(MakeForm(cost, rows), dense);
+    std::vector<BasisStatus> status(dense.Variables(), BasisStatus::AtUpper);
+    std::fill_n(status.begin(), kOrder, BasisStatus::Basic);
+    status[kOrder] = status[kOrder + 1] = BasisStatus::AtLower;
+    DenseProof proof;
+    EXPECT_FALSE(proof.ProveUnbounded(dense, status, kOrder + 1, true));
 }
 
 /// A point that is feasible within the tolerance of doubles and not exactly.

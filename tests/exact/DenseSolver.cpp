@@ -161,10 +161,35 @@ TEST(DenseSolver, LeavesToASolveOfTheFormWhatIsNoSuchProblem)
             ExpectAnswerOf(FormOf(one.problem), AnswerTo(one.problem), "one number");
         }
     }
+    for (const double value : {kInf, -kInf})
+    {
+        One one;
+        one.lower = one.upper = value;
+        ExpectAnswerOf(FormOf(one.problem), AnswerTo(one.problem), "no number between");
+    }
     One crossed;
     crossed.lower = 10.0;
     EXPECT_EQ(AnswerTo(crossed.problem).status, Status::Infeasible);
     EXPECT_TRUE(AnswerTo(crossed.problem).proved);
+}
+
+/// What pivots in doubles end with is right, and numbers are too long for its proof in words.
+TEST(DenseSolver, LeavesLongNumbersToASolveOfTheForm)
+{
+    for (const double sign : {1.0, -1.0})
+    {
+        const std::vector<double> cost(2, -1.0);
+        const std::vector<double> matrix = {sign, sign * 0x1p-130};
+        const double side = -sign;
+        DenseProblem problem;
+        problem.columns = 2;
+        problem.upperRows = 1;
+        problem.cost = cost.data();
+        problem.upperMatrix = matrix.data();
+        problem.upperSides = &side;
+        ExpectAnswerOf(FormOf(problem), AnswerTo(problem), "long");
+        EXPECT_EQ(AnswerTo(problem).status, sign > 0.0 ? Status::Infeasible : Status::Unbounded);
+    }
 }
 
 TEST(DenseSolver, HasNoMoreThanItsPivots)

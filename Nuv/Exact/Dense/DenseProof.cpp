@@ -34,7 +34,8 @@ bool DenseProof::ProveUnbounded(const DenseForm& form, const std::vector<BasisSt
     if (!m_numbers.Take(form) || !StateSystem(status) || !m_system.Solve())
         return false;
     TakeSolution(status);
-    if (!StateMatrix(status) || !StateMove(moving, movesUp) || !m_system.Solve())
+    (void)StateMatrix(status);  // the same again
+    if (!StateMove(moving, movesUp) || !m_system.Solve())
         return false;
     TakeRay(moving, movesUp);
     return m_check.IsUnbounded(m_numbers, m_optimum, m_system.Width(), m_ray);

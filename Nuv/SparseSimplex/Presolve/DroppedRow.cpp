@@ -28,8 +28,8 @@ bool DropRow(ReducibleForm& form, Index row)
         form.contradiction = true;
         return true;
     }
-    const bool lowerIsIdle = range.Least() >= low || form.rowCount[row] == 0;
-    const bool upperIsIdle = range.Largest() <= high || form.rowCount[row] == 0;
+    const bool lowerIsIdle = range.Least() >= low;
+    const bool upperIsIdle = range.Largest() <= high;
     if (lowerIsIdle && upperIsIdle)
     {
         form.Note({.restore = Restore, .row = row, .kept = form.KeepRow(row)});
