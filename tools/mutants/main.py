@@ -52,9 +52,10 @@ def prepare(layer):
 def find(core, where, given):
     found = {}
     with ProcessPoolExecutor(given.jobs) as pool:
-        for functions, changes in pool.map(operators.changes_of, repeat(where), core.units):
-            where.functions.update(functions)
-            found.update(changes)
+        read = list(pool.map(operators.changes_of, repeat(where), core.units))
+    for functions, changes in read:
+        where.functions.update(functions)
+        found.update(changes)
     mutants, assemblies = [], Assemblies(core)
     if given.kind != "operators":
         mutants += jumps.find(assemblies)
