@@ -1,10 +1,9 @@
 // node tools/build.mjs: makes the package in dist/: the programs for WebAssembly (native/build), the
 // modules with their types, and the modules that have their program inside.
 import { execFileSync } from "node:child_process";
-import { readFileSync, writeFileSync } from "node:fs";
+import { writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
-import { gzipSync } from "node:zlib";
 
 const root = join(dirname(fileURLToPath(import.meta.url)), "..");
 const dist = join(root, "dist");
@@ -12,8 +11,8 @@ const dist = join(root, "dist");
 const run = (command, ...given) => execFileSync(command, given, { cwd: root, stdio: "inherit", timeout: 3_600_000 });
 
 function inline(module, program, Loaded) {
-  const packed = gzipSync(readFileSync(join(dist, `${program}.wasm`)), { level: 9 });
-  packed[9] = 255; // the system that packed it, which zlib writes down: any
+  // A twentieth smaller than zlib's, and the same bytes everywhere.
+  const packed = execFileSync("zopfli", ["-c", "--i5", join(dist, `${program}.wasm`)], { maxBuffer: 1 << 28, timeout: 900_000 });
   writeFileSync(
     join(dist, `${module}-inlined.js`),
     `// ${module}.js with its program inside.
