@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <iterator>
 
 namespace nuv
 {
@@ -16,29 +17,36 @@ ExactNumber TakeApartStored(double value) noexcept
     return {static_cast<std::int64_t>(std::ldexp(fraction, 53)), {exponent - 53, 0}};
 }
 
-/// Whole numbers below this have at most 15 digits, and two decimals of at most 15 digits never
-/// read as the same double: the shortest decimal of such a number has no more digits than the
-/// number itself, and so is the number.
-constexpr double kDecimalsOfFifteenDigits = 1e15;
-
-bool IsShortWhole(double value) noexcept
+/// Of most numbers in models. Decimals of at most 15 digits are further apart than doubles, so no
+/// two of them read back to the same one: if one of them does, it is the shortest but for zeros at
+/// its end. That m / 10^k does is seen by dividing, as both are doubles and the quotient is rounded
+/// as reading rounds it.
+bool TakeApartShort(double value, ExactNumber& number) noexcept
 {
-    return std::fabs(value) < kDecimalsOfFifteenDigits &&
-           static_cast<double>(static_cast<std::int64_t>(value)) == value;
-}
-
-/// With the powers of ten in the scale, as where the decimal is read.
-ExactNumber TakeApartWhole(std::int64_t value) noexcept
-{
-    ExactNumber number{value, {}};
-    for (; number.mantissa % 10 == 0; number.mantissa /= 10)
-        ++number.scale.five;
-    number.scale.two = number.scale.five;
-    return number;
+    constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
+    constexpr double kLimit = 1e15;
+    const double magnitude = std::fabs(value);
+    for (int places = 0; places < static_cast<int>(std::size(kPowers)); ++places)
+    {
+        const double product = magnitude * kPowers[places];
+        if (product >= kLimit - 1.0)
+            return false;
+        const auto digits = static_cast<std::int64_t>(product + 0.5);
+        if (static_cast<double>(digits) / kPowers[places] != magnitude)
+            continue;
+        number = {digits, {-places, -places}};
+        // Without places behind the point there may be zeros at the end.
+        for (; number.mantissa % 10 == 0; ++number.scale.two, ++number.scale.five)
+            number.mantissa /= 10;
+        if (value < 0.0)
+            number.mantissa = -number.mantissa;
+        return true;
+    }
+    return false;
 }
 
 /// The shortest decimal in scientific form has at most 17 digits, so they fit.
-ExactNumber TakeApartWritten(double value) noexcept
+ExactNumber TakeApartLong(double value) noexcept
 {
     char text[32];
     const std::to_chars_result written =
@@ -70,6 +78,15 @@ ExactNumber TakeApartWritten(double value) noexcept
     if (negative)
         number.mantissa = -number.mantissa;
     number.scale = {exponent, exponent};
+    return number;
+}
+
+ExactNumber TakeApartWritten(double value) noexcept
+{
+    ExactNumber number;
+    // same bits (never): what is short comes out of the long way too
+    if (!TakeApartShort(value, number))
+        number = TakeApartLong(value);
     while (number.scale.five < 0 && number.mantissa % 5 == 0)
     {
         number.mantissa /= 5;
@@ -85,8 +102,7 @@ ExactNumber TakeApart(double value, CoefficientMeaning meaning) noexcept
     if (value == 0.0)
         return {};
     ExactNumber number = meaning == CoefficientMeaning::StoredDouble ? TakeApartStored(value)
-                         : IsShortWhole(value) ? TakeApartWhole(static_cast<std::int64_t>(value))
-                                               : TakeApartWritten(value);
+                                                                     : TakeApartWritten(value);
     for (; (number.mantissa & 0xFF) == 0; number.scale.two += 8)
         number.mantissa /= 256;
     for (; (number.mantissa & 1) == 0; ++number.scale.two)

@@ -32,6 +32,8 @@ public:
         for (int bit = 0; bit < 64; ++bit)
             square = square >= prime - square ? square - (prime - square) : square + square;
         m_square = square;
+        m_half = Inverse(FromWord(2));
+        m_fifth = Inverse(FromWord(5));
     }
 
     [[nodiscard]] std::uint64_t Prime() const noexcept
@@ -163,14 +165,13 @@ public:
     }
     [[nodiscard]] Value PowerOf(Scale scale) const noexcept
     {
-        const auto power = [this](std::uint64_t base, int exponent)
+        const auto power = [this](Value base, Value inverse, int exponent)
         {
-            const Value raised = Power(
-                FromWord(base), static_cast<std::uint64_t>(exponent < 0 ? -exponent : exponent));
-            return exponent < 0 ? Inverse(raised) : raised;  // same bits (<=, 1): 1 is its inverse
+            return exponent < 0 ? Power(inverse, static_cast<std::uint64_t>(-exponent))
+                                : Power(base, static_cast<std::uint64_t>(exponent));
         };
-        return scale.five == 0 ? power(2, scale.two)
-                               : Product(power(2, scale.two), power(5, scale.five));
+        const Value two = power(Sum(m_one, m_one), m_half, scale.two);
+        return scale.five == 0 ? two : Product(two, power(FromWord(5), m_fifth, scale.five));
     }
     /// The representative of least magnitude.
     [[nodiscard]] std::int64_t ToSigned(Value x) const noexcept
@@ -193,6 +194,8 @@ private:
     std::uint64_t m_inverse = 0;
     std::uint64_t m_one = 0;
     std::uint64_t m_square = 0;
+    std::uint64_t m_half = 0;   ///< the inverse of two
+    std::uint64_t m_fifth = 0;  ///< of five
 };
 
 }  // namespace nuv

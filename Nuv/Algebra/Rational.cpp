@@ -2,8 +2,9 @@
 /// are multiplied in (Knuth, The Art of Computer Programming, volume 2, section 4.5.1).
 #include "Nuv/Algebra/Rational.hpp"
 
+#include "Nuv/Algebra/ScaledWord.hpp"
+
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -98,39 +99,13 @@ std::strong_ordering operator<=>(const Rational& x, const Rational& y)
 Rational ToRational(double value, CoefficientMeaning meaning)
 {
     const ExactNumber number = TakeApart(value, meaning);
-    const Scale up{std::max(number.scale.two, 0), std::max(number.scale.five, 0)};
-    return Rational(Integer(number.mantissa) * PowerOf(up), PowerOf(up - number.scale));
+    const Scale down{std::max(-number.scale.two, 0), std::max(-number.scale.five, 0)};
+    return Rational(Scaled(number, down), PowerOf(down));
 }
-
-namespace
-{
-
-/// Powers of 5 below 2^63.
-constexpr auto kPowersOfFive = []
-{
-    std::array<std::int64_t, 28> powers{1};
-    for (std::size_t k = 1; k != powers.size(); ++k)
-        powers[k] = 5 * powers[k - 1];
-    return powers;
-}();
-
-/// @return 2^scale.two * 5^scale.five * factor, or 0 where 63 bits are too few for it.
-std::int64_t ProductInWord(Scale scale, std::int64_t factor)
-{
-    if (scale.two > 62 || scale.five >= static_cast<int>(kPowersOfFive.size()))
-        return 0;
-    const std::int64_t five = kPowersOfFive[static_cast<std::size_t>(scale.five)];
-    const std::int64_t room = std::numeric_limits<std::int64_t>::max() >> scale.two;
-    if (five > room || factor > room / five || factor < -(room / five))
-        return 0;
-    return five * factor * (std::int64_t{1} << scale.two);
-}
-
-}  // namespace
 
 Integer PowerOf(Scale scale)
 {
-    if (const std::int64_t small = ProductInWord(scale, 1); small != 0)
+    if (const std::int64_t small = ScaledInWord({1, {}}, scale); small != 0)
         return Integer(small);
     Integer power = scale.five == 0 ? Integer(1) : Power(5, static_cast<unsigned>(scale.five));
     if (scale.two != 0)
@@ -141,8 +116,8 @@ Integer PowerOf(Scale scale)
 Integer Scaled(const ExactNumber& number, Scale scale)
 {
     if (number.mantissa == 0)
-        return Integer(0);
-    if (const std::int64_t small = ProductInWord(number.scale + scale, number.mantissa); small != 0)
+        return Integer();
+    if (const std::int64_t small = ScaledInWord(number, scale); small != 0)
         return Integer(small);
     return PowerOf(number.scale + scale) * number.mantissa;
 }

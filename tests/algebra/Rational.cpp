@@ -2,15 +2,16 @@
 #include "Nuv/Algebra/Rational.hpp"
 
 #include "Nuv/Algebra/RationalField.hpp"
+#include "Nuv/Algebra/ScaledWord.hpp"
 #include "tests/support/Effort.hpp"
 #include "tests/support/Random.hpp"
 
 #include <gtest/gtest.h>
 
-#include <string>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <string>
 
 namespace nuv::test
 {
@@ -181,6 +182,71 @@ TEST(Rational, ReadsDoublesAsTheirShortestDecimal)
     EXPECT_EQ(written(123456789.123456), "1929012330054/15625");
     EXPECT_EQ(written(0.0), "0");
     EXPECT_EQ(written(-0.0), "0");
+}
+
+/// By the digits that the library writes: a mantissa without twos, and without fives where these
+/// are divided by.
+TEST(Rational, TakesApartWhatIsWrittenAsItsShortestDigits)
+{
+    Random random(17);
+    const auto cases = ShareOf(std::uint64_t{200000});
+    for (std::uint64_t round = 0; round < cases; ++round)
+    {
+        // Few digits and few places, the limit of 15 digits on both sides, anything.
+        double value = 0.0;
+        const int kind = random.Between(0, 2);
+        if (kind == 0)
+            value = random.Between(-1000000, 1000000) / std::pow(10.0, random.Between(0, 9));
+        else if (kind == 1)
+            value = static_cast<double>(random.Next() >> random.Between(10, 20)) /
+                    std::pow(10.0, random.Between(0, 9));
+        else
+            value =
+                std::ldexp(static_cast<double>(random.Next() >> 11), random.Between(-1100, 900));
+        char text[32];
+        const auto written =
+            std::to_chars(text, text + sizeof text, value, std::chars_format::scientific);
+        const std::string digits(text, written.ptr);
+        const std::size_t e = digits.find('e');
+        std::string whole = digits.substr(0, e);
+        int exponent = std::stoi(digits.substr(e + 1));
+        if (const std::size_t point = whole.find('.'); point != std::string::npos)
+        {
+            exponent -= static_cast<int>(whole.size() - point - 1);
+            whole.erase(point, 1);
+        }
+        ExactNumber expected{std::stoll(whole), {exponent, exponent}};
+        if (expected.mantissa == 0)
+            expected = {};
+        for (; expected.scale.five < 0 && expected.mantissa % 5 == 0; ++expected.scale.five)
+            expected.mantissa /= 5;
+        for (; expected.mantissa != 0 && expected.mantissa % 2 == 0; ++expected.scale.two)
+            expected.mantissa /= 2;
+        const ExactNumber number = TakeApart(value, CoefficientMeaning::ShortestDecimal);
+        ASSERT_EQ(number.mantissa, expected.mantissa) << digits;
+        ASSERT_EQ(number.scale, expected.scale) << digits;
+    }
+}
+
+TEST(Rational, ScalesInAWordWhatFitsOne)
+{
+    Random random(18);
+    const auto cases = ShareOf(std::uint64_t{20000});
+    for (std::uint64_t round = 0; round < cases; ++round)
+    {
+        const ExactNumber number{static_cast<std::int64_t>(random.Next() >> random.Between(1, 62)) *
+                                     (random.OneIn(2) ? 1 : -1),
+                                 {random.Between(-5, 5), random.Between(-5, 5)}};
+        const Scale scale{random.Between(5, 70), random.Between(5, 40)};
+        const std::int64_t word = ScaledInWord(number, scale);
+        const Integer product = PowerOf(number.scale + scale) * number.mantissa;
+        ASSERT_EQ(word == 0, number.mantissa == 0 || BitLength(product) > 63) << product.ToString();
+        if (word != 0)
+        {
+            ASSERT_EQ(product, word);
+        }
+        ASSERT_EQ(Scaled(number, scale), product);
+    }
 }
 
 TEST(Rational, RoundsToTheNearestDoubleTiesToEven)
