@@ -89,6 +89,14 @@ public:
         return sum;
     }
 
+    /// The reduced cost of a column, times Factor() * the denominator of the duals.
+    [[nodiscard]] Integer ReducedCost(Index j, const ExactVector& duals) const
+    {
+        Integer reduced = -Priced(j, duals.numerator);
+        reduced.AddProduct(Cost(j), duals.denominator);
+        return reduced;
+    }
+
     [[nodiscard]] Integer CostOf(const std::vector<Integer>& point) const
     {
         Integer sum(0);
@@ -107,14 +115,14 @@ public:
         onUpper = false;
         if (std::isfinite(m_form.Lower(variable)))
         {
-            const int order = value.Compare(Integer(Lower(variable) * scale));
+            const int order = Order(value, Lower(variable), scale);
             onLower = order == 0;
             // same bits: only whether the place is 0 is asked
             place = order < 0 ? -1 : place;
         }
         if (std::isfinite(m_form.Upper(variable)))
         {
-            const int order = value.Compare(Integer(Upper(variable) * scale));
+            const int order = Order(value, Upper(variable), scale);
             onUpper = order == 0;
             // same bits: only whether the place is 0 is asked
             place = order > 0 ? 1 : place;
@@ -132,6 +140,12 @@ private:
             const Scale scale = TakeApart(number, m_form.numbers).scale;
             m_scale = {std::max(m_scale.two, -scale.two), std::max(m_scale.five, -scale.five)};
         }
+    }
+    /// The sign of value - bound * scale, the scale positive.
+    [[nodiscard]] static int Order(const Integer& value, const Integer& bound, const Integer& scale)
+    {
+        // same bits (!=): a bound of 0 is 0 in every scale
+        return bound == 0 ? value.Sign() : value.Compare(bound * scale);
     }
     /// The number at a place, where the double says `number`, times Factor().
     [[nodiscard]] Integer Scaled(const FormPlace& place, double number) const
@@ -162,11 +176,13 @@ std::vector<Integer> AllValues(const BoundedForm& form, const Checker& checker,
     return values;
 }
 
-std::string CheckFeasible(const BoundedForm& form, const Checker& checker, const ExactVector& point)
+/// `values` become those of AllValues.
+std::string CheckFeasible(const BoundedForm& form, const Checker& checker, const ExactVector& point,
+                          std::vector<Integer>& values)
 {
     if (!HasShape(point, form.columns))
         return "the point has the wrong length";
-    const std::vector<Integer> values = AllValues(form, checker, point.numerator);
+    values = AllValues(form, checker, point.numerator);
     bool onLower = false;
     bool onUpper = false;
     for (Index v = 0; v < form.Variables(); ++v)
@@ -182,22 +198,23 @@ std::string CheckFeasible(const BoundedForm& form, const Checker& checker, const
 std::string CheckOptimal(const BoundedForm& form, const Checker& checker,
                          const Certificate& certificate)
 {
-    std::string defect = CheckFeasible(form, checker, certificate.primal);
+    std::vector<Integer> values;
+    std::string defect = CheckFeasible(form, checker, certificate.primal, values);
     if (!defect.empty())
         return defect;
     if (!HasShape(certificate.dual, form.rows))
         return "the duals have the wrong length";
-    const std::vector<Integer> values = AllValues(form, checker, certificate.primal.numerator);
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        const Integer reduced = form.IsLogical(v)
-                                    ? certificate.dual.numerator[form.RowOf(v)]
-                                    : checker.Cost(v) * certificate.dual.denominator -
-                                          checker.Priced(v, certificate.dual.numerator);
+        const int sign = form.IsLogical(v) ? certificate.dual.numerator[form.RowOf(v)].Sign()
+                                           : checker.ReducedCost(v, certificate.dual).Sign();
+        // same bits (never): what has no sign needs no bound
+        if (sign == 0)
+            continue;
         bool onLower = false;
         bool onUpper = false;
         (void)checker.Locate(v, values[v], certificate.primal.denominator, onLower, onUpper);
-        if ((reduced > 0 && !onLower) || (reduced < 0 && !onUpper))
+        if (!(sign > 0 ? onLower : onUpper))
             return "the reduced cost of variable " + std::to_string(v) + " has the wrong sign";
     }
     const Rational cost(checker.CostOf(certificate.primal.numerator),
@@ -247,7 +264,8 @@ std::string CheckInfeasible(const BoundedForm& form, const Checker& checker,
 std::string CheckUnbounded(const BoundedForm& form, const Checker& checker,
                            const Certificate& certificate)
 {
-    std::string defect = CheckFeasible(form, checker, certificate.primal);
+    std::vector<Integer> values;
+    std::string defect = CheckFeasible(form, checker, certificate.primal, values);
     if (!defect.empty())
         return defect;
     if (!HasShape(certificate.ray, form.columns))
