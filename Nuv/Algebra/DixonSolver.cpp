@@ -59,27 +59,17 @@ std::size_t BitsOf(std::size_t number) noexcept
     return bits;
 }
 
-void MultiplyBy(Scale scale, const Integer& divisor, ExactVector& vector)
-{
-    const Integer up = PowerOf({std::max(scale.two, 0), std::max(scale.five, 0)});
-    const Integer down = PowerOf({std::max(-scale.two, 0), std::max(-scale.five, 0)}) * divisor;
-    vector.denominator *= down;
-    if (up != 1)
-    {
-        for (Integer& numerator : vector.numerator)
-            numerator *= up;
-    }
-    // The factors brought in, and powers of two from the lifting, may cancel.
-    // same bits (-> 1, -> 63, -> 65): of a factor that cannot cancel there may be more
-    Reduce(vector, Gcd(vector.denominator, PowerOf({64, 0}) * down * up));
-}
-
 }  // namespace
 
 DixonSolver::DixonSolver(const SparseVectors<ExactNumber>& unknowns,
-                         const SparseLu<PrimeField>& factors, Side side)
-    : m_factors(factors), m_side(side), m_size(unknowns.Count()), m_scale(m_size), m_unscale(m_size)
+                         const SparseLu<PrimeField>& factors, Side side, std::vector<Scale> scales)
+    : m_factors(factors),
+      m_side(side),
+      m_size(unknowns.Count()),
+      m_scale(std::move(scales)),
+      m_unscale(m_size)
 {
+    m_scale.resize(m_size);
     for (std::size_t at = 0; at < unknowns.index.size(); ++at)
     {
         Scale& scale = m_scale[unknowns.index[at]];
@@ -149,7 +139,22 @@ std::size_t DixonSolver::AppendEntry(Index equation, const ExactNumber& coeffici
 bool DixonSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
                         const StopPredicate& stop)
 {
-    LoadResidual(rightSide);
+    std::vector<Integer> scaled(m_size);
+    for (Index i = 0; i < m_size; ++i)
+    {
+        if (rightSide.value[i] != 0)
+            scaled[i] = rightSide.value[i] * PowerOf(m_scale[i]);
+    }
+    if (!SolveIntegers(std::move(scaled), solution, stop))
+        return false;
+    MultiplyBy(rightSide.scale, rightSide.divisor, solution);
+    return true;
+}
+
+bool DixonSolver::SolveIntegers(std::vector<Integer> rightSide, ExactVector& solution,
+                                const StopPredicate& stop)
+{
+    LoadResidual(std::move(rightSide));
     m_digits.clear();
     m_combination.clear();
     m_steps = 0;
@@ -173,35 +178,27 @@ bool DixonSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
     }
     m_denominator = solution.denominator;
     m_digits = {};
-    MultiplyBy(rightSide.scale, rightSide.divisor, solution);
     return true;
 }
 
-void DixonSolver::LoadResidual(const ScaledVector& rightSide)
+void DixonSolver::LoadResidual(std::vector<Integer> rightSide)
 {
-    // The right side's own scale is left out here and multiplied in at the end of Solve.
     m_rightBits = 0;
-    std::vector<Integer> scaled(m_size);
-    for (Index i = 0; i < m_size; ++i)
-    {
-        if (rightSide.value[i] == 0)
-            continue;
-        scaled[i] = rightSide.value[i] * PowerOf(m_scale[i]);
-        m_rightBits = std::max(m_rightBits, BitLength(scaled[i]));
-    }
+    for (const Integer& right : rightSide)
+        m_rightBits = std::max(m_rightBits, BitLength(right));
     m_residualBits = std::max(m_rightBits, m_entryBits);
     m_words = m_residualBits / 64 + 1;
     m_residual.assign(m_size * m_words, 0);
     for (Index i = 0; i < m_size; ++i)
     {
-        const bool negative = scaled[i] < 0;
+        const bool negative = rightSide[i] < 0;
         if (negative)
-            scaled[i] = -scaled[i];
+            rightSide[i].Negate();
         std::uint64_t carry = negative ? 1 : 0;
-        for (std::size_t w = 0; w < m_words && (scaled[i] != 0 || negative); ++w)
+        for (std::size_t w = 0; w < m_words && (rightSide[i] != 0 || negative); ++w)
         {
-            const std::uint64_t word = scaled[i].LowWord();
-            scaled[i] >>= 64;
+            const std::uint64_t word = rightSide[i].LowWord();
+            rightSide[i] >>= 64;
             m_residual[i * m_words + w] = negative ? ~word + carry : word;
             carry = static_cast<std::uint64_t>(carry != 0 && word == 0);
         }
@@ -303,6 +300,21 @@ void DixonSolver::AppendCombination()
         sum.low += coefficient * (m_digits[at] & 0x7FFFFFFF);
     }
     m_combination.push_back(sum);
+}
+
+void MultiplyBy(Scale scale, const Integer& divisor, ExactVector& vector)
+{
+    const Integer up = PowerOf({std::max(scale.two, 0), std::max(scale.five, 0)});
+    const Integer down = PowerOf({std::max(-scale.two, 0), std::max(-scale.five, 0)}) * divisor;
+    vector.denominator *= down;
+    if (up != 1)
+    {
+        for (Integer& numerator : vector.numerator)
+            numerator *= up;
+    }
+    // The factors brought in, and powers of two from the lifting, may cancel.
+    // same bits (-> 1, -> 63, -> 65): of a factor that cannot cancel there may be more
+    Reduce(vector, Gcd(vector.denominator, PowerOf({64, 0}) * down * up));
 }
 
 /// The residual is a multiple of the prime now; dividing modulo 2^64 word by word is exact, and

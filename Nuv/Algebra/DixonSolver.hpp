@@ -36,13 +36,17 @@ public:
     };
 
     /// `unknowns` holds for each unknown its coefficients by equation, of which several at one
-    /// place count as their sum; `factors` are those of the same matrix.
+    /// place count as their sum; `factors` are those of the same matrix. `scales`, if there are
+    /// any, are by equation and make it integral: without them the least that do are taken.
     DixonSolver(const SparseVectors<ExactNumber>& unknowns, const SparseLu<PrimeField>& factors,
-                Side side);
+                Side side, std::vector<Scale> scales = {});
 
     /// @return false if `stop` ended it.
     [[nodiscard]] bool Solve(const ScaledVector& rightSide, ExactVector& solution,
                              const StopPredicate& stop);
+    /// The same for a right side of integers, each already times the scale of its equation.
+    [[nodiscard]] bool SolveIntegers(std::vector<Integer> rightSide, ExactVector& solution,
+                                     const StopPredicate& stop);
 
     /// Of the last solution, before the scale of its right side.
     [[nodiscard]] const Integer& Denominator() const noexcept
@@ -64,7 +68,7 @@ public:
 private:
     [[nodiscard]] std::size_t AppendEntry(Index equation, const ExactNumber& coefficient);
     void ShortenEntries();
-    void LoadResidual(const ScaledVector& rightSide);
+    void LoadResidual(std::vector<Integer> rightSide);
     void AppendDigits();
     void SubtractDigits();
     void CutResidual(std::size_t words);
@@ -126,6 +130,9 @@ private:
     std::vector<std::size_t> m_commonOf;  ///< by unknown: over which of them its numerator is
     std::vector<std::uint64_t> m_work;
 };
+
+/// Multiplies by 2^scale.two 5^scale.five / divisor.
+void MultiplyBy(Scale scale, const Integer& divisor, ExactVector& vector);
 
 /// The fraction n / d with n congruent to d * residue modulo `modulus`, if there is one with d of
 /// at most `denominatorBits` bits whose |n| * d is smaller than the modulus by 2^margin: it is

@@ -1,8 +1,10 @@
 /// Factors of a basis modulo a prime, and Dixon's solver over them for either side.
 #include "Nuv/Exact/ExactFactors.hpp"
 
+#include "Nuv/Algebra/Singletons/SingletonOrder.hpp"
 #include "Nuv/SparseSimplex/BasisFactors.hpp"
 
+#include <numeric>
 #include <utility>
 
 namespace nuv
@@ -18,6 +20,62 @@ constexpr std::uint64_t kPrimes[] = {4611686018427387847u, 4611686018427387817u,
 }  // namespace
 
 std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
+{
+    m_forward.reset();
+    m_backward.reset();
+    std::vector<Index> dropped;
+    if (!FactoriseBump(head))
+        dropped = FactoriseWhole(head);
+    m_matrix.columns = Selected(m_exact.byVariable, head);
+    if (!m_exact.HasNoQuotient())
+        m_head = head;
+    return dropped;
+}
+
+/// Singletons pivot where they stand; what is left is factorised by itself.
+/// @return whether it seems regular.
+bool ExactFactors::FactoriseBump(std::vector<Index>& head)
+{
+    const SparseVectors<ExactNumber> columns = Selected(m_exact.byVariable, head);
+    const SingletonOrder order = FindSingletons(columns);
+    std::vector<Index> place(head.size(), kNoIndex);
+    for (Index k = 0; k < order.bumpRows.size(); ++k)
+        place[order.bumpRows[k]] = k;
+    SparseVectors<ExactNumber> bump;
+    for (const Index column : order.bumpColumns)
+    {
+        for (const auto [row, entry] : columns[column])
+        {
+            if (place[row] != kNoIndex)
+                bump.Append(place[row], entry);
+        }
+        bump.Close();
+    }
+    m_factors = std::make_unique<SparseLu<PrimeField>>(PrimeField(kPrimes[0]));
+    std::vector<Index> position;
+    if (!m_factors->Factorise(Residues(bump, m_factors->GetField()), position).empty())
+        return false;
+    std::vector<Index> sorted(head.size());
+    m_matrix = {};
+    for (const auto [row, column] : order.columnSingletons)
+    {
+        sorted[row] = head[column];
+        m_matrix.columnSingletons.push_back(row);
+    }
+    for (const auto [row, column] : order.rowSingletons)
+    {
+        sorted[row] = head[column];
+        m_matrix.rowSingletons.push_back(row);
+    }
+    for (Index k = 0; k < position.size(); ++k)
+        sorted[order.bumpRows[position[k]]] = head[order.bumpColumns[k]];
+    m_matrix.bump = order.bumpRows;
+    head = std::move(sorted);
+    return true;
+}
+
+/// As one bump, a singular one repaired. @return the variables that were replaced.
+std::vector<Index> ExactFactors::FactoriseWhole(std::vector<Index>& head)
 {
     const SparseVectors<ExactNumber> columns = Selected(m_exact.byVariable, head);
     const std::vector<Index> unsorted = head;
@@ -37,11 +95,9 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
         if (fewest.empty())
             break;
     }
-    m_columns = Selected(m_exact.byVariable, head);
-    if (!m_exact.HasNoQuotient())
-        m_head = head;
-    m_forward.reset();
-    m_backward.reset();
+    m_matrix = {};
+    m_matrix.bump.resize(head.size());
+    std::iota(m_matrix.bump.begin(), m_matrix.bump.end(), Index{0});
     std::vector<Index> dropped;
     for (const BasisReplacement& replacement : fewest)
         dropped.push_back(replacement.dropped);
@@ -54,10 +110,10 @@ bool ExactFactors::SolveForward(const ScaledVector& rightSide, ExactVector& solu
     if (!m_forward)
     {
         m_forward =
-            std::make_unique<DixonSolver>(m_columns, *m_factors, DixonSolver::Side::Forward);
+            std::make_unique<PeeledSolver>(m_matrix, *m_factors, DixonSolver::Side::Forward);
         // The denominators of both sides divide the determinant, and mostly they are about that.
         if (m_backward)
-            m_forward->ExpectDenominator(m_backward->Denominator());
+            m_forward->Lifting().ExpectDenominator(m_backward->Lifting().Denominator());
     }
     if (!m_forward->Solve(rightSide, solution, [&control] { return control.IsStopped(); }))
         return false;
@@ -72,10 +128,10 @@ bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& sol
 {
     if (!m_backward)
     {
-        m_backward = std::make_unique<DixonSolver>(Transposed(m_columns, m_exact.form.rows),
-                                                   *m_factors, DixonSolver::Side::Backward);
+        m_backward =
+            std::make_unique<PeeledSolver>(m_matrix, *m_factors, DixonSolver::Side::Backward);
         if (m_forward)
-            m_backward->ExpectDenominator(m_forward->Denominator());
+            m_backward->Lifting().ExpectDenominator(m_forward->Lifting().Denominator());
     }
     const auto stop = [&control] { return control.IsStopped(); };
     if (m_head.empty())

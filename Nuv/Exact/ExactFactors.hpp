@@ -1,7 +1,7 @@
 /// A basis of a bounded form, factorised so that systems with it can be solved exactly.
 #pragma once
 
-#include "Nuv/Algebra/DixonSolver.hpp"
+#include "Nuv/Algebra/Singletons/PeeledSolver.hpp"
 #include "Nuv/Exact/ExactForm.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
@@ -30,12 +30,15 @@ public:
                                      SolveControl& control);
 
 private:
+    [[nodiscard]] bool FactoriseBump(std::vector<Index>& head);
+    [[nodiscard]] std::vector<Index> FactoriseWhole(std::vector<Index>& head);
+
     const ExactForm& m_exact;
-    std::unique_ptr<SparseLu<PrimeField>> m_factors;
-    SparseVectors<ExactNumber> m_columns;  ///< times their divisors
-    std::vector<Index> m_head;             ///< by position; empty while no column has a divisor
-    std::unique_ptr<DixonSolver> m_forward;
-    std::unique_ptr<DixonSolver> m_backward;
+    std::unique_ptr<SparseLu<PrimeField>> m_factors;  ///< of the bump
+    PeeledMatrix m_matrix;                            ///< the columns times their divisors
+    std::vector<Index> m_head;  ///< by position; empty while no column has a divisor
+    std::unique_ptr<PeeledSolver> m_forward;
+    std::unique_ptr<PeeledSolver> m_backward;
 };
 
 /// The columns modulo a prime, entries at one place added up.

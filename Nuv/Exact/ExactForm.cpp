@@ -43,9 +43,7 @@ ExactForm::ExactForm(const BoundedForm& bounded)
         TakeColumn(v);
     for (const Rational& columnCost : cost)
         IncludeDenominator(columnCost, m_costDivisor);
-    m_multipliers =
-        Mapped<Multiplier>(byVariable, [this](Index variable, Index, const ExactNumber& entry)
-                           { return Divided(entry, m_columnScale[variable]); });
+    TakeMultipliers();
     for (const auto& [variable, divisor] : m_columnDivisor)
         m_columnDivisors = LeastCommonMultiple(m_columnDivisors, divisor);
     m_boundDivisor = m_columnDivisors;
@@ -65,15 +63,35 @@ void ExactForm::TakeColumn(Index variable)
                              AppendWords(row, form.ExactEntry(row, variable, entry) * divisor);
                      });
     byVariable.Close();
+    for (const auto [row, entry] : byVariable[variable])
+        m_columnScale[variable].LowerTo(entry.scale);
+    TakeCost(variable, divisor);
+    if (divisor != 1)
+        m_columnDivisor.emplace(variable, divisor);
+}
+
+void ExactForm::TakeCost(Index variable, const Integer& divisor)
+{
+    m_costs.emplace_back();
+    if (form.IsLogical(variable))
+        return;
     cost[variable] = form.ExactCost(variable);
+    if (cost[variable].Sign() == 0)
+        return;
     const Rational scaledCost = divisor == 1 ? cost[variable] : cost[variable] * divisor;
     Scale& scale = m_columnScale[variable];
     scale.LowerTo(-PowersIn(scaledCost.Denominator()));
-    for (const auto [row, entry] : byVariable[variable])
-        scale.LowerTo(entry.scale);
-    m_costs.push_back(scaledCost.Numerator() * (PowerOf(-scale) / scaledCost.Denominator()));
-    if (divisor != 1)
-        m_columnDivisor.emplace(variable, divisor);
+    m_costs.back() = scaledCost.Numerator() * (PowerOf(-scale) / scaledCost.Denominator());
+}
+
+void ExactForm::TakeMultipliers()
+{
+    m_multipliers.Reserve(byVariable.value.size());
+    for (Index v = 0; v < form.Variables(); ++v)
+    {
+        for (const auto [row, entry] : byVariable[v])
+            m_multipliers.Append(entry, -m_columnScale[v]);
+    }
 }
 
 /// What the column and its cost are to be multiplied by to have denominators of twos and fives
@@ -112,11 +130,11 @@ void ExactForm::TakeBounds(Index variable)
     upper[variable] = std::isfinite(form.Upper(variable)) ? form.ExactUpper(variable) : Rational();
     // A divisor that is larger than need be is right too. Divided by the divisor of its column, a
     // resting value is an integer over this as well.
-    for (const Rational& bound : {lower[variable], upper[variable]})
+    for (const Rational* const bound : {&lower[variable], &upper[variable]})
     {
-        if (bound.Denominator() != 1)
+        if (bound->Denominator() != 1)
             m_boundDivisor =
-                LeastCommonMultiple(m_boundDivisor, bound.Denominator() * m_columnDivisors);
+                LeastCommonMultiple(m_boundDivisor, bound->Denominator() * m_columnDivisors);
     }
 }
 
@@ -127,28 +145,14 @@ Integer ExactForm::ScaledBound(const Rational& bound) const
     return bound.Numerator() * (m_boundDivisor / bound.Denominator());
 }
 
-ExactForm::Multiplier ExactForm::Divided(const ExactNumber& number, Scale scale)
-{
-    const Scale left = number.scale - scale;
-    return {PowerOf({0, number.mantissa == 0 ? 0 : left.five}) * number.mantissa,
-            number.mantissa == 0 ? 0 : static_cast<unsigned>(left.two)};
-}
-
-void ExactForm::AddProduct(Integer& sum, const Integer& value, const Multiplier& multiplier)
-{
-    if (multiplier.shift == 0)
-        sum.AddProduct(value, multiplier.factor);
-    else
-        sum += (value * multiplier.factor) << multiplier.shift;
-}
-
 Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
 {
-    Integer sum(0);
-    for (const auto [row, multiplier] : m_multipliers[variable])
+    Integer sum;
+    for (std::size_t at = byVariable.start[variable]; at < byVariable.start[variable + 1]; ++at)
     {
-        if (byRow[row] != 0)
-            AddProduct(sum, byRow[row], multiplier);
+        const Integer& value = byRow[byVariable.index[at]];
+        if (value.Sign() != 0)
+            m_multipliers.AddProduct(at, value, sum);
     }
     return sum;
 }

@@ -4,6 +4,7 @@
 /// by BoundDivisor(), which is a multiple of each divisor of a column.
 #pragma once
 
+#include "Nuv/Algebra/Singletons/IntegerEntries.hpp"
 #include "Nuv/Certificate/Certificate.hpp"
 
 #include <map>
@@ -71,21 +72,15 @@ public:
                                   const ExactVector& duals) const;
 
 private:
-    /// An integer: factor * 2^shift.
-    struct Multiplier
-    {
-        Integer factor;
-        unsigned shift;
-    };
     void TakeColumn(Index variable);
     [[nodiscard]] Integer DivisorOf(Index variable) const;
     void AppendWords(Index row, const Rational& number);
-    [[nodiscard]] static Multiplier Divided(const ExactNumber& number, Scale scale);
-    static void AddProduct(Integer& sum, const Integer& value, const Multiplier& multiplier);
+    void TakeCost(Index variable, const Integer& divisor);
+    void TakeMultipliers();
 
     std::vector<Scale> m_columnScale;
     std::map<Index, Integer> m_columnDivisor;  ///< those that are not 1
-    SparseVectors<Multiplier> m_multipliers;   ///< byVariable / ColumnScale
+    IntegerEntries m_multipliers;              ///< those of byVariable / ColumnScale
     std::vector<Integer> m_costs;              ///< cost * ColumnDivisor / ColumnScale
     Integer m_columnDivisors = 1;              ///< their least common multiple
     Integer m_boundDivisor = 1;
