@@ -67,7 +67,8 @@ DixonSolver::DixonSolver(const SparseVectors<ExactNumber>& unknowns,
       m_side(side),
       m_size(unknowns.Count()),
       m_scale(std::move(scales)),
-      m_unscale(m_size)
+      m_unscale(m_size),
+      m_product(factors.GetField())
 {
     m_scale.resize(m_size);
     for (std::size_t at = 0; at < unknowns.index.size(); ++at)

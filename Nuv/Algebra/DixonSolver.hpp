@@ -5,6 +5,7 @@
 #pragma once
 
 #include "Nuv/Algebra/ExactVector.hpp"
+#include "Nuv/Algebra/Lifting/PadicProduct.hpp"
 #include "Nuv/Algebra/PrimeField.hpp"
 #include "Nuv/Algebra/SparseLu.hpp"
 
@@ -89,6 +90,8 @@ private:
     [[nodiscard]] const Integer& ModulusOf(std::size_t digits);
     [[nodiscard]] bool ReconstructAll(ExactVector& solution, const StopPredicate& stop,
                                       std::size_t& fewestDigits, bool useAll);
+    [[nodiscard]] Integer NumeratorOf(Index unknown, std::size_t digits,
+                                      const Integer& denominator);
     [[nodiscard]] bool ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution);
     [[nodiscard]] bool SizesProve(const ExactVector& solution, const Integer& modulus) const;
 
@@ -128,6 +131,7 @@ private:
     Integer m_denominator = 1;            ///< the last one, or a guess
     std::vector<Integer> m_common;        ///< the denominators that were common for a while
     std::vector<std::size_t> m_commonOf;  ///< by unknown: over which of them its numerator is
+    PadicProduct m_product;               ///< with the common denominator
     std::vector<std::uint64_t> m_work;
 };
 

@@ -183,6 +183,7 @@ bool DixonSolver::ReconstructAll(ExactVector& solution, const StopPredicate& sto
                                  std::size_t& fewestDigits, bool useAll)
 {
     m_common.assign(1, solution.denominator);
+    m_product.SetFactor(solution.denominator, 0);
     m_commonOf.assign(m_size, 0);
     for (Index k = 0; k < m_size; ++k)
     {
@@ -202,6 +203,24 @@ bool DixonSolver::ReconstructAll(ExactVector& solution, const StopPredicate& sto
     return true;
 }
 
+/// The unknown times the denominator: the residue of least magnitude, which is the same by either
+/// way.
+Integer DixonSolver::NumeratorOf(Index unknown, std::size_t digits, const Integer& denominator)
+{
+    Integer residue;
+    if (digits <= PadicProduct::kMostDigits)
+    {
+        if (m_product.Count() < digits)
+            m_product.SetFactor(denominator, digits);
+        if (m_product.Multiply(&m_digits[unknown], m_size, digits, residue))
+            return residue;
+    }
+    residue = AssembleUnknown(unknown, digits);
+    if (denominator != 1)
+        residue *= denominator;
+    return Symmetric(residue, ModulusOf(digits));
+}
+
 /// Finds one unknown as a fraction over the common denominator so far, which grows by whatever this
 /// one needs beyond it.
 bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector& solution)
@@ -210,10 +229,7 @@ bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector&
     const std::size_t modulusBits = BitLength(modulus);
     Integer& numerator = solution.numerator[unknown];
     m_commonOf[unknown] = m_common.size() - 1;
-    Integer residue = AssembleUnknown(unknown, digits);
-    if (solution.denominator != 1)
-        residue *= solution.denominator;
-    residue = Symmetric(residue, modulus);
+    Integer residue = NumeratorOf(unknown, digits, solution.denominator);
     if (BitLength(residue) + Margin() <= modulusBits)
     {
         numerator = std::move(residue);
@@ -227,6 +243,7 @@ bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector&
             return !all && ReconstructOne(unknown, m_steps, solution);
         solution.denominator *= denominator;
         m_common.push_back(solution.denominator);
+        m_product.SetFactor(solution.denominator, 0);
         m_commonOf[unknown] = m_common.size() - 1;
     }
     m_largestNumerator = std::max(m_largestNumerator, BitLength(numerator));
