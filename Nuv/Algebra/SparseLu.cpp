@@ -115,7 +115,8 @@ void SparseLu<Field>::SubstituteBySums(const SparseVectors<Value>& across,
         const std::size_t end = across.start[step + 1];
         for (std::size_t at = across.start[step]; at < end;)
         {
-            for (const std::size_t fold = std::min(end, at + sum.kFold); at < fold; ++at)
+            for (const std::size_t fold = std::min(end, at + Field::ProductSum::kFold); at < fold;
+                 ++at)
                 sum.Add(across.value[at], vector[across.index[at]]);
             sum.Fold();
         }

@@ -57,7 +57,8 @@ TEST(PrimeField, ReducesASumOfProductsOnceAsOneByOne)
             const PrimeField::Value x = random.OneIn(2) ? kPrime - 1 : random.Next() % kPrime;
             const PrimeField::Value y = random.OneIn(2) ? kPrime - 1 : random.Next() % kPrime;
             sum.Add(x, y);
-            if (k % static_cast<int>(sum.kFold) == static_cast<int>(sum.kFold) - 1)
+            if (k % static_cast<int>(PrimeField::ProductSum::kFold) ==
+                static_cast<int>(PrimeField::ProductSum::kFold) - 1)
                 sum.Fold();
             expected = field.Sum(expected, field.Product(x, y));
         }
