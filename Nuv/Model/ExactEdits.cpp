@@ -5,11 +5,19 @@
 #include "Nuv/Model/WrittenNumber.hpp"
 
 #include <cmath>
+#include <functional>
 #include <string>
 #include <utility>
 
 namespace nuv
 {
+namespace
+{
+
+/// Sets the double of a place; one type for all, so that there is one SetExact in the program.
+using Setter = std::function<bool(double)>;
+
+}  // namespace
 
 Result<WrittenNumber> ReadNumber(std::string_view text)
 {
@@ -51,19 +59,19 @@ bool Model::SetExactBound(const NumberPlace& place, const NumberPlace& other, st
 bool Model::SetExactCost(Variable variable, std::string_view number)
 {
     return SetExact({NumberPlace::Of::Objective, IndexOf(variable)}, number,
-                    [&](double nearest) { return SetCost(variable, nearest); });
+                    Setter([&](double nearest) { return SetCost(variable, nearest); }));
 }
 
 bool Model::SetExactConstant(std::string_view number)
 {
     return SetExact({NumberPlace::Of::ObjectiveConstant}, number,
-                    [&](double nearest) { return SetObjectiveConstant(nearest); });
+                    Setter([&](double nearest) { return SetObjectiveConstant(nearest); }));
 }
 
 bool Model::SetExactCoefficient(Row row, Variable variable, std::string_view number)
 {
     return SetExact({NumberPlace::Of::Entry, IndexOf(row), IndexOf(variable)}, number,
-                    [&](double nearest) { return SetCoefficient(row, variable, nearest); });
+                    Setter([&](double nearest) { return SetCoefficient(row, variable, nearest); }));
 }
 
 bool Model::SetExactLower(Variable variable, std::string_view number)
@@ -71,11 +79,12 @@ bool Model::SetExactLower(Variable variable, std::string_view number)
     const std::uint32_t at = IndexOf(variable);
     return SetExactBound(
         {NumberPlace::Of::VariableLower, at}, {NumberPlace::Of::VariableUpper, at}, number,
-        [&](double nearest)
-        {
-            const bool isKnown = Locate("a bound is set for", variable) != Variable::NoIndex;
-            return isKnown && SetBounds(variable, {nearest, m_variableUpper[at]});
-        });
+        Setter(
+            [&](double nearest)
+            {
+                const bool isKnown = Locate("a bound is set for", variable) != Variable::NoIndex;
+                return isKnown && SetBounds(variable, {nearest, m_variableUpper[at]});
+            }));
 }
 
 bool Model::SetExactUpper(Variable variable, std::string_view number)
@@ -83,33 +92,38 @@ bool Model::SetExactUpper(Variable variable, std::string_view number)
     const std::uint32_t at = IndexOf(variable);
     return SetExactBound(
         {NumberPlace::Of::VariableUpper, at}, {NumberPlace::Of::VariableLower, at}, number,
-        [&](double nearest)
-        {
-            const bool isKnown = Locate("a bound is set for", variable) != Variable::NoIndex;
-            return isKnown && SetBounds(variable, {m_variableLower[at], nearest});
-        });
+        Setter(
+            [&](double nearest)
+            {
+                const bool isKnown = Locate("a bound is set for", variable) != Variable::NoIndex;
+                return isKnown && SetBounds(variable, {m_variableLower[at], nearest});
+            }));
 }
 
 bool Model::SetExactLower(Row row, std::string_view number)
 {
     const std::uint32_t at = IndexOf(row);
     return SetExactBound({NumberPlace::Of::RowLower, at}, {NumberPlace::Of::RowUpper, at}, number,
-                         [&](double nearest)
-                         {
-                             const bool isKnown = Locate("a side is set for", row) != Row::NoIndex;
-                             return isKnown && SetBounds(row, {nearest, m_rowUpper[at]});
-                         });
+                         Setter(
+                             [&](double nearest)
+                             {
+                                 const bool isKnown =
+                                     Locate("a side is set for", row) != Row::NoIndex;
+                                 return isKnown && SetBounds(row, {nearest, m_rowUpper[at]});
+                             }));
 }
 
 bool Model::SetExactUpper(Row row, std::string_view number)
 {
     const std::uint32_t at = IndexOf(row);
     return SetExactBound({NumberPlace::Of::RowUpper, at}, {NumberPlace::Of::RowLower, at}, number,
-                         [&](double nearest)
-                         {
-                             const bool isKnown = Locate("a side is set for", row) != Row::NoIndex;
-                             return isKnown && SetBounds(row, {m_rowLower[at], nearest});
-                         });
+                         Setter(
+                             [&](double nearest)
+                             {
+                                 const bool isKnown =
+                                     Locate("a side is set for", row) != Row::NoIndex;
+                                 return isKnown && SetBounds(row, {m_rowLower[at], nearest});
+                             }));
 }
 
 }  // namespace nuv
