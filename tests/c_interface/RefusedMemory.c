@@ -326,7 +326,7 @@ int main(void)
     Session();
     requests = CountsOfNew().asked;
     CHECK(requests > 500);
-    /* Neighbours belong to one call mostly: with a fourth of them the test takes a quarter of a minute. */
+    /* Neighbours belong to one call mostly, and all of them take a minute. */
     step = requests / (unsigned long long)CasesOf(4500) + 1;
     for (at = 1; at <= requests; at += step)
     {
