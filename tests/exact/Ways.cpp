@@ -8,6 +8,7 @@
 /// and says in its commit by how much the pivots changed.
 #include "Nuv/Exact/CertifiedSession.hpp"
 #include "Nuv/Exact/Dense/SolveSmall.hpp"
+#include "Nuv/SparseSimplex/DualSimplex.hpp"
 #include "Nuv/SparseSimplex/Presolve/Presolve.hpp"
 #include "tests/exact/Certified.hpp"
 #include "tests/support/Forms.hpp"
@@ -228,6 +229,26 @@ void Reduce(const BoundedForm& form, Way& way)
     way.Add(presolve.Restore(state));
 }
 
+/// The primal simplex and the dual one by themselves, from any basis.
+void RunEither(const BoundedForm& form, Random& random, Way& way)
+{
+    const ScaledForm scaled(form);
+    for (const bool isDual : {false, true})
+    {
+        Basis start = DrawBasis(random, form);
+        FitBasis(form, start);
+        SimplexState state(scaled, start);
+        state.Refactorise();
+        SolveControl control(way.Watched());
+        way.Add(static_cast<std::uint64_t>(
+            isDual ? DualSimplex(state, control).Run(DualSimplex::Start::Perturbed)
+                   : PrimalSimplex(state, control).Run(true)));
+        way.Add(state.ExportBasis());
+        for (const double value : state.value)
+            way.Add(value);
+    }
+}
+
 /// A small form whose numbers have two digits behind the point, or all that doubles have.
 BoundedForm DrawDense(Random& random)
 {
@@ -323,6 +344,15 @@ std::vector<Kind> Kinds()
          [](Random& random, Way& way) { SolveAllWays(DegenerateCone(20), random, way); }},
         {"dense",
          repeat(120, [](Random& random, Way& way) { SolveDense(DrawDense(random), way); })},
+        {"either of small", repeat(150,
+                                   [=](Random& random, Way& way)
+                                   {
+                                       const Index rows = size(random, 1, 7);
+                                       RunEither(RandomSmallForm(random, rows, size(random, 1, 9)),
+                                                 random, way);
+                                   })},
+        {"either of sparse", repeat(8, [](Random& random, Way& way)
+                                    { RunEither(RandomSparseForm(random, 40, 50), random, way); })},
         {"presolve of small", repeat(400,
                                      [=](Random& random, Way& way)
                                      {
