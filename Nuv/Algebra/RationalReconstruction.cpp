@@ -197,6 +197,7 @@ bool DixonSolver::ReconstructAll(ExactVector& solution, const StopPredicate& sto
         factors.push_back(solution.denominator / common);
     for (Index k = 0; k < m_size; ++k)
     {
+        // same bits (-> 0, always): the last factor is 1
         if (m_commonOf[k] + 1 != m_common.size())
             solution.numerator[k] *= factors[m_commonOf[k]];
     }

@@ -307,7 +307,7 @@ void PrimalSimplex::UpdateViolations()
     for (const Index k : m_column.touched)
     {
         const int now = ViolationOf(k);
-        if (now == m_violation[k])
+        if (now == m_violation[k])  // same bits (never): nothing changes by zero
             continue;
         // same bits: a count that does not come to zero is made anew when nothing enters
         m_violated += (now != 0 ? 1 : 0) - (m_violation[k] != 0 ? 1 : 0);

@@ -200,6 +200,23 @@ TEST(Stages, AStoredZeroIsNoEntry)
 
 /// Once the bounds move, the basis is looked at again, exactly: a stop in this look is a stop of
 /// the solve.
+/// x is fixed, and at whichever of its bounds a basis has it, the wrong sign of its reduced cost
+/// does not matter.
+TEST(CertifyBasis, TakesAFixedVariableAtEitherBound)
+{
+    for (const double cost : {-1.0, 1.0})
+        for (const BasisStatus at : {BasisStatus::AtLower, BasisStatus::AtUpper})
+        {
+            const BoundedForm form = MakeForm({cost, 1}, {{{1, 1}, {0, 9}}}, {{2, 2}, {0, 5}});
+            Basis basis = SlackBasis(form);
+            basis.columns[0] = at;
+            SolveControl control;
+            const CertifiedResult result = CertifyBasis(form, basis, control);
+            EXPECT_EQ(result.certificate.status, Status::Optimal);
+            EXPECT_TRUE(result.record.proved);
+        }
+}
+
 TEST(CertifiedSession, AStopInTheLookAtTheLastBasisIsFinal)
 {
     const BoundedForm form = KnownForms()[0].form;

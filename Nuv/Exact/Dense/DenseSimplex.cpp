@@ -31,6 +31,7 @@ DenseSimplex::End DenseSimplex::Run(const DenseForm& form, SolveControl& control
         const Index entering = ChooseEntering(prices);
         if (entering == kNoIndex)
             return isFeasible ? End::Optimal : End::Infeasible;
+        // same bits (-> <=): what enters has a price
         const double direction = prices[entering] < 0.0 ? 1.0 : -1.0;
         const Step chosen = ChooseStep(entering, direction);
         m_moving = m_nonbasic[entering];
