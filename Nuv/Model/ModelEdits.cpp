@@ -209,7 +209,8 @@ void Model::InsertEntry(std::uint32_t row, std::uint32_t column, double coeffici
     const auto at = static_cast<std::ptrdiff_t>(m_rowStarts[std::size_t{row} + 1]);
     m_columns.insert(m_columns.begin() + at, column);
     m_coefficients.insert(m_coefficients.begin() + at, coefficient);
-    for (auto behind = std::size_t{row} + 1; behind < m_rowStarts.size(); ++behind)
+    for (std::size_t behind = static_cast<std::size_t>(row) + 1; behind < m_rowStarts.size();
+         ++behind)
         ++m_rowStarts[behind];
 }
 
@@ -217,7 +218,8 @@ void Model::EraseEntry(std::uint32_t row, std::size_t at)
 {
     m_columns.erase(m_columns.begin() + static_cast<std::ptrdiff_t>(at));
     m_coefficients.erase(m_coefficients.begin() + static_cast<std::ptrdiff_t>(at));
-    for (auto behind = std::size_t{row} + 1; behind < m_rowStarts.size(); ++behind)
+    for (std::size_t behind = static_cast<std::size_t>(row) + 1; behind < m_rowStarts.size();
+         ++behind)
         --m_rowStarts[behind];
 }
 
