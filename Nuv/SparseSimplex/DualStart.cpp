@@ -33,9 +33,9 @@ DualSimplex::DualSimplex(SimplexState& state, SolveControl& control)
 
 SimplexVerdict DualSimplex::Run(Start start)
 {
-    // A start that needs more is not nearly optimal, and nothing here breaks a tie for good.
-    m_pivotsLeft = start != Start::Perturbed ? 1000 + 2 * std::uint64_t{m_state.form.rows}
-                                             : 10000 + 50 * std::uint64_t{m_state.form.rows};
+    // A start that needs more is not nearly optimal, and nothing here breaks a tie for good. A long
+    // run is a sign of a form with many more columns than rows, which the primal simplex likes.
+    m_pivotsLeft = 1000 + (start == Start::Perturbed ? 10 : 2) * std::uint64_t{m_state.form.rows};
     m_weight.assign(m_state.form.rows, 1.0);
     if (start == Start::Perturbed)
     {

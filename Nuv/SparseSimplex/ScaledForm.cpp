@@ -1,5 +1,7 @@
 /// Geometric scaling: alternately each row and each column is divided by the geometric mean of its
-/// smallest and its largest entry, rounded to a power of two.
+/// smallest and its largest entry, rounded to a power of two. In the end each row is divided by its
+/// largest entry alone: no unit of a column then changes the row by much more than one, and the
+/// dual simplex, which compares the violations of rows, finds them in like measures.
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
 
 #include <algorithm>
@@ -23,19 +25,31 @@ double BalancingPower(double smallest, double largest)
     return std::ldexp(1.0, std::clamp(-(twice / 2), -200, 200));
 }
 
-/// Balances a row or column, seen through the scales of the other direction.
-double BalanceOf(SparseView<double> vector, const double* others)
+struct Magnitudes
 {
     double smallest = kInfinity;
     double largest = 0.0;
+};
+
+/// Of the entries of a row or column that are not zero, seen through the scales of the other
+/// direction.
+Magnitudes MagnitudesOf(SparseView<double> vector, const double* others)
+{
+    Magnitudes found;
     for (const auto [other, entry] : vector)
     {
         const double magnitude = std::fabs(entry) * others[other];
         if (magnitude == 0.0)
             continue;
-        smallest = std::min(smallest, magnitude);
-        largest = std::max(largest, magnitude);
+        found.smallest = std::min(found.smallest, magnitude);
+        found.largest = std::max(found.largest, magnitude);
     }
+    return found;
+}
+
+double BalanceOf(SparseView<double> vector, const double* others)
+{
+    const auto [smallest, largest] = MagnitudesOf(vector, others);
     return BalancingPower(smallest, largest);
 }
 
@@ -68,6 +82,11 @@ void ScaledMatrix::ChooseScales(const BoundedForm& form)
             scale[form.Logical(i)] = BalanceOf(form.matrix.Row(i), scale.data());
         for (Index j = 0; j < form.columns; ++j)
             scale[j] = BalanceOf(form.matrix.Column(j), scale.data() + form.columns);
+    }
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        const double largest = MagnitudesOf(form.matrix.Row(i), scale.data()).largest;
+        scale[form.Logical(i)] = BalancingPower(largest, largest);
     }
 }
 

@@ -66,6 +66,22 @@ TEST(ScaledForm, ScalesByPowersOfTwoTowardsOne)
     EXPECT_LT(after, 0.3 * before);
 }
 
+TEST(ScaledForm, BringsTheLargestEntryOfEachRowToOne)
+{
+    Random random(2);
+    const BoundedForm form = BadlyScaled(random, 20, 30);
+    const ScaledForm scaled(form);
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        double largest = 0.0;
+        for (const auto [column, entry] : scaled.Row(i))
+            largest = std::max(largest, std::fabs(entry));
+        // The nearest power of two.
+        EXPECT_GE(largest, 0.5);
+        EXPECT_LT(largest, 1.5);
+    }
+}
+
 TEST(ScaledForm, HoldsTheSameMatrixBothWaysAndLogicalsAsMinusOne)
 {
     Random random(2);
