@@ -129,7 +129,8 @@ TEST(SinglePrecisionBatch, TakesModelsThatTheLanesDoNot)
     std::vector<Model> models(8);
     models[0].Minimize(models[0].AddVariable("x", {2.0, Infinity}));
     (void)models[1].Add(Expression(1.0) <= 4.0);
-    for (const auto& [rows, columns, model] : {std::tuple{70, 2, 2}, {2, 270, 3}})
+    for (const auto& [rows, columns, model] :
+         {std::tuple{70, std::size_t{2}, std::size_t{2}}, {2, std::size_t{270}, std::size_t{3}}})
     {
         const std::vector<Variable> x = models[model].AddVariables(columns);
         Expression sum;
