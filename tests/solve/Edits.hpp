@@ -113,7 +113,9 @@ private:
     /// A number that no double says, or does after all.
     [[nodiscard]] std::string AnyFraction(int from, int to)
     {
-        const int numerator = from * 9 + static_cast<int>(Pick(m_random, 9 * (to - from) + 1));
+        const int numerator =
+            from * 9 +
+            static_cast<int>(Pick(m_random, static_cast<std::uint32_t>(9 * (to - from) + 1)));
         return std::to_string(numerator) + (m_random() % 4 == 0 ? "/7" : "/9");
     }
 
