@@ -255,9 +255,10 @@ BoundedForm DrawDense(Random& random)
     const bool isDecimal = random.OneIn(2);
     const auto number = [&](int most)
     {
-        return isDecimal ? random.Between(-most, most) / 100.0
-                         : std::ldexp(static_cast<double>(random.Next() >> 11) - 0x1p52,
-                                      random.Between(-60, -45));
+        if (isDecimal)
+            return random.Between(-most, most) / 100.0;
+        const int exponent = random.Between(-60, -45);
+        return std::ldexp(static_cast<double>(random.Next() >> 11) - 0x1p52, exponent);
     };
     const auto columns = static_cast<Index>(random.Between(1, 6));
     std::vector<double> cost(columns);
