@@ -53,12 +53,13 @@ export function cube(dimensions) {
   return lines.join("\n") + "\nEnd\n";
 }
 
-/** A dense model of which the exact stages have a long time. */
-export function slowLp(size = 220) {
+/** A dense model of numbers with many digits, of which the exact stages have a long time. */
+export function slowLp(size = 220, digits = 40) {
   let state = 7;
   const next = () => (state = Math.imul(state, 1103515245) + 12345) >>> 16;
+  const fraction = () => Array.from({ length: digits }, next).join("").slice(0, digits);
   const names = Array.from({ length: size }, (_, k) => `x${k + 1}`);
-  const sum = () => names.map((name) => `${(next() % 1000) + 1}.${next() % 1000} ${name}`).join("\n + ");
-  const rows = names.map((_, k) => ` r${k + 1}: ${sum()} <= ${(next() % 1000) + 1000}`);
-  return `Maximize\n ${sum()}\nSubject To\n${rows.join("\n")}\nEnd\n`;
+  const sum = (signs) => names.map((name) => `${signs[next() % 2]} ${next() % 1000}.${fraction()} ${name}`).join("\n ");
+  const rows = names.map((_, k) => ` r${k + 1}: ${sum("+-")} <= ${(next() % 1000) + 1000}`);
+  return `Maximize\n ${sum("++")}\nSubject To\n all: ${names.join("\n + ")} <= 5000\n${rows.join("\n")}\nEnd\n`;
 }

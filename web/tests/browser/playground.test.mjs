@@ -78,7 +78,7 @@ test("a model without end shows its direction", limit, async () => {
 });
 
 test("a long solve is stopped, and the page goes on", limit, async () => {
-  await page.setInputFiles("#file", { name: "slow.lp", mimeType: "text/plain", buffer: Buffer.from(slowLp(300)) });
+  await page.setInputFiles("#file", { name: "slow.lp", mimeType: "text/plain", buffer: Buffer.from(slowLp()) });
   await page.waitForFunction(() => document.querySelector("#state").textContent.startsWith("Press Solve"));
   await page.click("#solve");
   await page.click("#stop", { timeout: 20_000 });
