@@ -24,6 +24,17 @@ void BoxForPhaseOne(double& lower, double& upper)
     upper = hasUpper ? 0.0 : hasLower ? 1.0 : kFreeBox;
 }
 
+/// A start that needs more is not nearly optimal, and nothing here breaks a tie for good. Where
+/// columns are many a pivot of the dual simplex costs more than one of the primal, and a long run
+/// is left to that one sooner.
+std::uint64_t MostPivots(const ScaledForm& form, bool isFromAnyBasis)
+{
+    constexpr std::uint64_t kWide = 5;
+    const std::uint64_t rows = form.rows;
+    const std::uint64_t perRow = !isFromAnyBasis ? 2 : form.columns > kWide * rows ? 10 : 50;
+    return 1000 + perRow * rows;
+}
+
 }  // namespace
 
 DualSimplex::DualSimplex(SimplexState& state, SolveControl& control)
@@ -33,9 +44,7 @@ DualSimplex::DualSimplex(SimplexState& state, SolveControl& control)
 
 SimplexVerdict DualSimplex::Run(Start start)
 {
-    // A start that needs more is not nearly optimal, and nothing here breaks a tie for good. A long
-    // run is a sign of a form with many more columns than rows, which the primal simplex likes.
-    m_pivotsLeft = 1000 + (start == Start::Perturbed ? 10 : 2) * std::uint64_t{m_state.form.rows};
+    m_pivotsLeft = MostPivots(m_state.form, start == Start::Perturbed);
     m_weight.assign(m_state.form.rows, 1.0);
     if (start == Start::Perturbed)
     {
