@@ -41,8 +41,4 @@ private:
     std::unique_ptr<PeeledSolver> m_backward;
 };
 
-/// The columns modulo a prime, entries at one place added up.
-[[nodiscard]] SparseVectors<std::uint64_t> Residues(const SparseVectors<ExactNumber>& columns,
-                                                    const PrimeField& field);
-
 }  // namespace nuv

@@ -1,9 +1,9 @@
 #include "Nuv/Exact/Iis.hpp"
 
 #include "Nuv/Algebra/PrimeField.hpp"
+#include "Nuv/Algebra/Lifting/Residues.hpp"
 #include "Nuv/Algebra/SparseLu.hpp"
 #include "Nuv/Exact/CertifiedSolve.hpp"
-#include "Nuv/Exact/ExactFactors.hpp"
 #include "Nuv/Exact/ExactForm.hpp"
 
 #include <algorithm>
