@@ -27,7 +27,6 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
     std::vector<Index> dropped;
     if (!FactoriseBump(head))
         dropped = FactoriseWhole(head);
-    m_matrix.columns = Selected(m_exact.byVariable, head);
     if (!m_exact.HasNoQuotient())
         m_head = head;
     return dropped;
@@ -39,38 +38,16 @@ bool ExactFactors::FactoriseBump(std::vector<Index>& head)
 {
     const SparseVectors<ExactNumber> columns = Selected(m_exact.byVariable, head);
     const SingletonOrder order = FindSingletons(columns);
-    std::vector<Index> place(head.size(), kNoIndex);
-    for (Index k = 0; k < order.bumpRows.size(); ++k)
-        place[order.bumpRows[k]] = k;
-    SparseVectors<ExactNumber> bump;
-    for (const Index column : order.bumpColumns)
-    {
-        for (const auto [row, entry] : columns[column])
-        {
-            if (place[row] != kNoIndex)
-                bump.Append(place[row], entry);
-        }
-        bump.Close();
-    }
     m_factors = std::make_unique<SparseLu<PrimeField>>(PrimeField(kPrimes[0]));
     std::vector<Index> position;
-    if (!m_factors->Factorise(Residues(bump, m_factors->GetField()), position).empty())
+    const auto bump = Residues(BumpOf(columns, order), m_factors->GetField());
+    if (!m_factors->Factorise(bump, position).empty())
         return false;
+    const std::vector<Index> columnAt = ColumnsByPivotRow(order, position);
     std::vector<Index> sorted(head.size());
-    m_matrix = {};
-    for (const auto [row, column] : order.columnSingletons)
-    {
-        sorted[row] = head[column];
-        m_matrix.columnSingletons.push_back(row);
-    }
-    for (const auto [row, column] : order.rowSingletons)
-    {
-        sorted[row] = head[column];
-        m_matrix.rowSingletons.push_back(row);
-    }
-    for (Index k = 0; k < position.size(); ++k)
-        sorted[order.bumpRows[position[k]]] = head[order.bumpColumns[k]];
-    m_matrix.bump = order.bumpRows;
+    for (Index k = 0; k < head.size(); ++k)
+        sorted[k] = head[columnAt[k]];
+    m_matrix = PeeledMatrix(Selected(m_exact.byVariable, sorted), order);
     head = std::move(sorted);
     return true;
 }
@@ -97,6 +74,7 @@ std::vector<Index> ExactFactors::FactoriseWhole(std::vector<Index>& head)
             break;
     }
     m_matrix = {};
+    m_matrix.columns = Selected(m_exact.byVariable, head);
     m_matrix.bump.resize(head.size());
     std::iota(m_matrix.bump.begin(), m_matrix.bump.end(), Index{0});
     std::vector<Index> dropped;

@@ -2,7 +2,7 @@
 processes. Both are looked for in the folder that NUV_EXAMPLES names, or in the tree around this one.
 """
 
-import importlib.util
+import importlib
 import json
 import os
 import shutil
@@ -58,10 +58,8 @@ def test_processes_of_mpi_find_the_same_whatever_their_number():
 
 def test_the_picture_of_times_has_a_line_for_each_contender(tmp_path, monkeypatch, capsys):
     pytest.importorskip("scipy")
-    path = Path(__file__).resolve().parent.parent / "bench/picture.py"
-    spec = importlib.util.spec_from_file_location("picture", path)
-    picture = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(picture)
+    monkeypatch.syspath_prepend(Path(__file__).resolve().parent.parent / "bench")
+    picture = importlib.import_module("picture")
     monkeypatch.setattr(picture, "SIZES", (3, 6))
     for counts in ("ALONE", "TOGETHER"):
         monkeypatch.setattr(picture, counts, {3: 2, 6: 3})

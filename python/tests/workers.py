@@ -88,22 +88,31 @@ def cluster_of(count):
         yield cluster, client
 
 
+def after_each_part(act):
+    """The ranges that come back, as they do; `act` is called after each."""
+    take, seen = nuv.dask._Job._take, []
+
+    def take_and_act(job, first, last, found):
+        take(job, first, last, found)
+        seen.append((first, last))
+        act(len(seen))
+
+    nuv.dask._Job._take = take_and_act
+    return seen
+
+
 def a_worker_that_is_killed_loses_nothing(count):
     """The last one is replaced, others are not."""
     expected = digest(nuv.solve_batch(*problems()))
     with cluster_of(count) as (cluster, client):
         # The third part that comes back is what ends a worker, in the midst of others.
-        take, seen = nuv.dask._Job._take, []
-
-        def take_and_kill(job, first, last, found):
-            take(job, first, last, found)
-            seen.append((first, last))
-            if len(seen) == 3:
+        def kill_at_third(parts):
+            if parts == 3:
                 cluster.kill()
                 if count == 1:
                     cluster.begin(1)
 
-        nuv.dask._Job._take = take_and_kill
+        seen = after_each_part(kill_at_third)
         found = nuv.dask.solve_batch(client, *problems(), chunk=5)
     assert digest(found) == expected
     each_once(seen, 600)
@@ -113,16 +122,12 @@ def every_worker_is_killed_in_turn(count):
     """At each tenth part, so that what the problems share is lost with the last that had it."""
     expected = digest(nuv.solve_batch(*problems()))
     with cluster_of(count) as (cluster, client):
-        take, seen = nuv.dask._Job._take, []
-
-        def take_and_kill(job, first, last, found):
-            take(job, first, last, found)
-            seen.append((first, last))
-            if len(seen) % 10 == 0 and len(seen) < 10 * (count + 2):
+        def kill_at_each_tenth(parts):
+            if parts % 10 == 0 and parts < 10 * (count + 2):
                 cluster.begin(1)
                 cluster.kill()
 
-        nuv.dask._Job._take = take_and_kill
+        seen = after_each_part(kill_at_each_tenth)
         found = nuv.dask.solve_batch(client, *problems(), chunk=5)
     assert digest(found) == expected
     each_once(seen, 600)

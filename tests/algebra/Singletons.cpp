@@ -1,5 +1,6 @@
 /// Systems of which singletons are substituted: which they are, and that the same fractions come
 /// out as from lifting the whole.
+#include "Nuv/Algebra/Lifting/Residues.hpp"
 #include "Nuv/Algebra/Singletons/PeeledSolver.hpp"
 #include "Nuv/Algebra/Singletons/SingletonOrder.hpp"
 #include "tests/support/Effort.hpp"
@@ -119,26 +120,6 @@ SparseVectors<ExactNumber> RandomMatrix(Random& random, Index size)
     return columns;
 }
 
-SparseVectors<PrimeField::Value> Residues(const SparseVectors<ExactNumber>& columns,
-                                          const PrimeField& field)
-{
-    SparseVectors<PrimeField::Value> residues;
-    for (Index k = 0; k < columns.Count(); ++k)
-    {
-        for (const auto [row, entry] : columns[k])
-        {
-            const PrimeField::Value residue =
-                field.Product(field.FromSigned(entry.mantissa), field.PowerOf(entry.scale));
-            if (residues.index.size() > residues.start.back() && residues.index.back() == row)
-                residues.value.back() = field.Sum(residues.value.back(), residue);
-            else
-                residues.Append(row, residue);
-        }
-        residues.Close();
-    }
-    return residues;
-}
-
 /// The matrix with its columns by position, peeled, and the factors of its bump.
 struct Peeled
 {
@@ -151,37 +132,10 @@ Peeled Peel(const SparseVectors<ExactNumber>& columns)
 {
     Peeled peeled;
     const SingletonOrder order = FindSingletons(columns);
-    std::vector<Index> place(columns.Count(), kNoIndex);
-    for (Index k = 0; k < order.bumpRows.size(); ++k)
-        place[order.bumpRows[k]] = k;
-    SparseVectors<ExactNumber> bump;
-    for (const Index column : order.bumpColumns)
-    {
-        for (const auto [row, entry] : columns[column])
-        {
-            if (place[row] != kNoIndex)
-                bump.Append(place[row], entry);
-        }
-        bump.Close();
-    }
     std::vector<Index> position;
-    peeled.isRegular =
-        peeled.factors.Factorise(Residues(bump, peeled.factors.GetField()), position).empty();
-    std::vector<Index> columnAt(columns.Count());
-    for (const auto [row, column] : order.columnSingletons)
-    {
-        columnAt[row] = column;
-        peeled.matrix.columnSingletons.push_back(row);
-    }
-    for (const auto [row, column] : order.rowSingletons)
-    {
-        columnAt[row] = column;
-        peeled.matrix.rowSingletons.push_back(row);
-    }
-    for (Index k = 0; k < position.size(); ++k)
-        columnAt[order.bumpRows[position[k]]] = order.bumpColumns[k];
-    peeled.matrix.bump = order.bumpRows;
-    peeled.matrix.columns = Selected(columns, columnAt);
+    const auto bump = Residues(BumpOf(columns, order), peeled.factors.GetField());
+    peeled.isRegular = peeled.factors.Factorise(bump, position).empty();
+    peeled.matrix = PeeledMatrix(Selected(columns, ColumnsByPivotRow(order, position)), order);
     return peeled;
 }
 

@@ -6,6 +6,16 @@
 namespace nuv
 {
 
+PeeledMatrix::PeeledMatrix(SparseVectors<ExactNumber> columnsByPivotRow,
+                           const SingletonOrder& order)
+    : columns(std::move(columnsByPivotRow)), bump(order.bumpRows)
+{
+    for (const auto [row, column] : order.rowSingletons)
+        rowSingletons.push_back(row);
+    for (const auto [row, column] : order.columnSingletons)
+        columnSingletons.push_back(row);
+}
+
 PeeledSolver::PeeledSolver(const PeeledMatrix& matrix, const SparseLu<PrimeField>& factors,
                            DixonSolver::Side side)
     : m_bump(matrix.bump)

@@ -5,6 +5,7 @@
 
 #include "Nuv/Algebra/DixonSolver.hpp"
 #include "Nuv/Algebra/Singletons/IntegerEntries.hpp"
+#include "Nuv/Algebra/Singletons/SingletonOrder.hpp"
 
 #include <memory>
 #include <vector>
@@ -20,6 +21,10 @@ struct PeeledMatrix
     std::vector<Index> rowSingletons;
     std::vector<Index> columnSingletons;
     std::vector<Index> bump;  ///< numbered by the factors as it is here
+
+    PeeledMatrix() = default;
+    /// Of the columns by the row where they pivot.
+    PeeledMatrix(SparseVectors<ExactNumber> columnsByPivotRow, const SingletonOrder& order);
 };
 
 class PeeledSolver

@@ -113,4 +113,38 @@ SingletonOrder FindSingletons(const SparseVectors<ExactNumber>& columns)
     return order;
 }
 
+SparseVectors<ExactNumber> BumpOf(const SparseVectors<ExactNumber>& columns,
+                                  const SingletonOrder& order)
+{
+    std::vector<Index> place(columns.Count(), kNoIndex);
+    for (Index k = 0; k < order.bumpRows.size(); ++k)
+        place[order.bumpRows[k]] = k;
+    SparseVectors<ExactNumber> bump;
+    for (const Index column : order.bumpColumns)
+    {
+        for (const auto [row, entry] : columns[column])
+        {
+            if (place[row] != kNoIndex)
+                bump.Append(place[row], entry);
+        }
+        bump.Close();
+    }
+    return bump;
+}
+
+std::vector<Index> ColumnsByPivotRow(const SingletonOrder& order,
+                                     const std::vector<Index>& bumpPosition)
+{
+    std::vector<Index> columns(order.columnSingletons.size() + order.rowSingletons.size() +
+                               order.bumpRows.size());
+    for (const auto* pivots : {&order.columnSingletons, &order.rowSingletons})
+    {
+        for (const auto [row, column] : *pivots)
+            columns[row] = column;
+    }
+    for (Index k = 0; k < bumpPosition.size(); ++k)
+        columns[order.bumpRows[bumpPosition[k]]] = order.bumpColumns[k];
+    return columns;
+}
+
 }  // namespace nuv

@@ -31,4 +31,12 @@ struct SingletonOrder
 /// Of as many columns as rows; entries at one place follow each other and are one.
 [[nodiscard]] SingletonOrder FindSingletons(const SparseVectors<ExactNumber>& columns);
 
+/// The columns of the bump, rows numbered as in `bumpRows`.
+[[nodiscard]] SparseVectors<ExactNumber> BumpOf(const SparseVectors<ExactNumber>& columns,
+                                                const SingletonOrder& order);
+
+/// By row, the column that pivots there; column k of the bump does so in its row bumpPosition[k].
+[[nodiscard]] std::vector<Index> ColumnsByPivotRow(const SingletonOrder& order,
+                                                   const std::vector<Index>& bumpPosition);
+
 }  // namespace nuv
