@@ -6,6 +6,7 @@
 #include "Nuv/Algebra/ExactNumber.hpp"
 #include "Nuv/Algebra/WideProduct.hpp"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace nuv
