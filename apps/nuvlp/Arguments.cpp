@@ -152,13 +152,23 @@ std::string Complaint(const CLI::ParseError& error, const Verb& verb)
                : name + " needs a value: " + ValueWords(*option);
 }
 
-/// What to say of the arguments that the verb does not take; an option that it does not know comes
-/// before what stands too much because of it.
-std::string ExtraWords(const std::vector<std::string>& extras, const Verb& verb)
+/// Behind this word no argument is an option.
+constexpr std::string_view kEndOfOptions = "--";
+
+/// What to say of the arguments that the verb does not take, if there are some; an option that it
+/// does not know comes before what stands too much because of it. The parser lists the end of
+/// options among them.
+std::string ExtraWords(std::vector<std::string> extras, const Verb& verb)
 {
-    const auto option = std::ranges::find_if(extras, [](const std::string& word)
-                                             { return word.size() > 1 && word.front() == '-'; });
-    if (option == extras.end())
+    auto end = std::ranges::find(extras, kEndOfOptions);
+    if (end != extras.end())
+        end = extras.erase(end);
+    if (extras.empty())
+        return {};
+    const auto option = std::find_if(extras.begin(), end,
+                                     [](const std::string& word)
+                                     { return word.size() > 1 && word.front() == '-'; });
+    if (option == end)
         return fmt::format("'{}' is one argument too many", extras.front());
     std::vector<std::string> names;
     for (const Option& each : OptionsOf(verb))
@@ -207,7 +217,8 @@ ExitCode RunVerb(const Command& command, const Verb& verb, int argc, char** argv
 {
     // From right to left, as the parser takes them.
     std::vector<std::string> words(argv + 2, argv + argc);
-    const bool asJson = std::ranges::find(words, "--json") != words.end();
+    const auto endOfOptions = std::ranges::find(words, kEndOfOptions);
+    const bool asJson = std::find(words.begin(), endOfOptions, "--json") != endOfOptions;
     std::ranges::reverse(words);
     CLI::App app(verb.text, command.name + " " + verb.name);
     app.allow_extras();
@@ -217,8 +228,7 @@ ExitCode RunVerb(const Command& command, const Verb& verb, int argc, char** argv
     try
     {
         app.parse(words);
-        if (!app.remaining().empty())
-            text = ExtraWords(app.remaining(), verb);
+        text = ExtraWords(app.remaining(), verb);
     }
     catch (const CLI::CallForHelp&)
     {
@@ -226,7 +236,9 @@ ExitCode RunVerb(const Command& command, const Verb& verb, int argc, char** argv
     }
     catch (const CLI::ParseError& error)
     {
-        text = app.remaining().empty() ? Complaint(error, verb) : ExtraWords(app.remaining(), verb);
+        text = ExtraWords(app.remaining(), verb);
+        if (text.empty())
+            text = Complaint(error, verb);
     }
     if (text.empty())
         return verb.run();

@@ -439,5 +439,24 @@ TEST(Command, ExplainsItselfAndItsUsage)
     }
 }
 
+TEST(Command, TakesWhatFollowsTwoDashesForNoOption)
+{
+    const std::string path = WriteScratch("-q", "max x st c: x <= 4 end");
+    EXPECT_EQ(RunNuvlp("solve -q -- " + path).out, RunNuvlp("solve -q " + path).out);
+    EXPECT_EQ(RunNuvlp("solve -- -q --").err, "nuvlp: '--' is one argument too many\n"
+                                              "nuvlp solve --help says more.\n");
+    EXPECT_EQ(RunNuvlp("solve -- a.lp --json").out, "");
+    // A file that is called like an option.
+    for (const char* verb : {"solve", "check", "convert --to lp", "plot"})
+        EXPECT_NE(
+            RunNuvlp(verb + std::string(" -- -q")).err.find("-q: error: there is no such file"),
+            std::string::npos)
+            << verb;
+    EXPECT_NE(RunNuvlp("prove -- -q -x").err.find("-q: error: there is no such file"),
+              std::string::npos);
+    EXPECT_EQ(RunNuvlp("solve -q " + path + " --").out, RunNuvlp("solve -q " + path).out);
+    EXPECT_EQ(RunNuvlp("solve --").err.find("FILE is required"), 7u);
+}
+
 }  // namespace
 }  // namespace nuvlp::test
