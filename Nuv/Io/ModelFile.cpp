@@ -32,18 +32,18 @@ bool EndsLikeMps(std::string_view path) noexcept
     return EndsWith(path, ".mps") || EndsWith(path, ".sif") || EndsWith(path, ".qps");
 }
 
-/// Whether the text opens the way an MPS file does: with a comment or a section in the first
+/// Whether the text opens the way an MPS file does: with a comment, or a section in the first
 /// column.
 bool OpensLikeMps(std::string_view text) noexcept
 {
     mps::Lines lines(text);
     const mps::Line line = lines.Next();
-    if (line.kind == mps::LineKind::Comment)
+    if (mps::Trimmed(line.text).starts_with('*'))
         return true;
     if (line.kind != mps::LineKind::Header)
         return false;
     const mps::Words words = mps::SplitWords(line.text);
-    constexpr std::string_view kOpenings[] = {"name", "rows", "objsense"};
+    constexpr std::string_view kOpenings[] = {"name", "rows", "objsense", "objname"};
     return std::any_of(std::begin(kOpenings), std::end(kOpenings),
                        [&](std::string_view opening)
                        { return EqualsIgnoringCase(words.word[0], opening); });

@@ -29,6 +29,13 @@ bool Builder::IsInFirstSet(FirstSet& set, const Record& record)
 
 bool Builder::Finish()
 {
+    if (!m_hasObjective && !m_objectiveAsked.empty())
+    {
+        return m_messages.Fail(m_objectiveAsked.data(), "mps.objective-name",
+                               fmt::format("there is no row '{}' of type N in ROWS, line {}",
+                                           m_objectiveAsked, m_messages.LineOf(Section::Rows)),
+                               "OBJNAME names the row of type N that is the objective");
+    }
     if (!m_hasObjective)
     {
         m_log.Note(m_messages.PlaceOf(Section::Rows), "mps.no-objective",

@@ -41,6 +41,15 @@ public:
     {
         m_builder.SetSense(sense);
     }
+    /// OBJNAME: this row of type N is the objective, not the first one. Before ROWS.
+    void AskForObjective(std::string_view name) noexcept
+    {
+        m_objectiveAsked = name;
+    }
+    [[nodiscard]] std::string_view ObjectiveAsked() const noexcept
+    {
+        return m_objectiveAsked;
+    }
     [[nodiscard]] Sense ObjectiveSense() const noexcept
     {
         return Made().ObjectiveSense();
@@ -172,6 +181,7 @@ private:
     std::vector<char> m_types;  ///< of the model's rows: L, G or E
     std::vector<WrittenNumber> m_rightHandSides;
     std::vector<RangeEntry> m_ranges;
+    std::string_view m_objectiveAsked;
     bool m_hasObjective = false;
 
     std::string_view m_column;  ///< the one that COLUMNS is at

@@ -60,13 +60,16 @@ bool Builder::AddRow(const Record& record)
 
 void Builder::AddFreeRow(std::string_view name)
 {
-    m_rowStates.push_back({nullptr, m_hasObjective ? kDropped : kObjective});
-    if (m_hasObjective)
+    const bool isAsked = m_objectiveAsked.empty() || m_objectiveAsked == name;
+    const bool isObjective = isAsked && !m_hasObjective;
+    m_rowStates.push_back({nullptr, isObjective ? kObjective : kDropped});
+    if (!isObjective)
     {
-        m_log.Note(name.data(), "mps.free-row",
-                   fmt::format("row '{}' of type N is left out: the objective is '{}'", name,
-                               Made().ObjectiveName()),
-                   "only the first row of type N counts");
+        m_log.Note(
+            name.data(), "mps.free-row",
+            fmt::format("row '{}' of type N is left out: the objective is '{}'", name,
+                        m_objectiveAsked.empty() ? Made().ObjectiveName() : m_objectiveAsked),
+            "only the first row of type N counts, or the one that OBJNAME names");
         return;
     }
     m_hasObjective = true;

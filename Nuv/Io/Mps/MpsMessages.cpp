@@ -1,5 +1,6 @@
 #include "Nuv/Io/Mps/MpsMessages.hpp"
 
+#include "Nuv/Io/LetterCase.hpp"
 #include "Nuv/Io/Mps/MpsNumber.hpp"
 
 #include <fmt/core.h>
@@ -22,6 +23,12 @@ bool Messages::RefuseSection(Section section, std::string_view word, bool isFirs
     {
         return Fail(word.data(), "mps.no-model", "this is not a model in the MPS format",
                     "an MPS file starts with NAME or ROWS");
+    }
+    if (word.size() > 3 && EqualsIgnoringCase(word.substr(0, 3), "obj"))
+    {
+        return Fail(word.data(), "mps.unknown-section",
+                    fmt::format("there is no section called '{}'", word.substr(0, 60)),
+                    "OBJSENSE says whether to maximise, OBJNAME which row is the objective");
     }
     return Fail(word.data(), "mps.unknown-section",
                 fmt::format("there is no section called '{}'", word.substr(0, 60)),

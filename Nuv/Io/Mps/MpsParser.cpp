@@ -71,6 +71,8 @@ bool Parser::ReadLines()
                        "move ENDATA to the end of the model");
             return true;
         }
+        if (m_line.kind == LineKind::Record && m_records.IsComment(m_line, m_section))
+            continue;
         if (m_line.kind == LineKind::Comment)
             ReadComment();
         else if (m_line.kind == LineKind::Header ? !ReadHeader() : !ReadRecord())
@@ -88,7 +90,7 @@ bool Parser::ReadHeader()
     const Section section = FindSection(words.word[0]);
     if (section == Section::Refused || section == Section::Unknown)
         return m_messages.RefuseSection(section, words.word[0], m_section == Section::None);
-    if (!m_builder.TakeEntries() || !CheckSense() || !CheckOrder(section))
+    if (!m_builder.TakeEntries() || !CheckObjective() || !CheckOrder(section))
         return false;
     m_section = section;
     m_messages.Enter(section, m_line.Begin());
@@ -114,6 +116,8 @@ bool Parser::ReadRecord()
         return m_builder.AddBound(record);
     case Section::ObjectiveSense:
         return ReadObjectiveSense(SplitWords(m_line.text).word[0]);
+    case Section::ObjectiveName:
+        return ReadObjectiveName(Trimmed(m_line.text));
     default:
         break;
     }
@@ -134,6 +138,11 @@ bool Parser::CheckOrder(Section section)
                                fmt::format("a second section {}; the first is in line {}",
                                            SplitWords(m_line.text).word[0], m_log.LineOf(first)),
                                "put all of its lines under one header");
+    }
+    if (section == Section::ObjectiveName && m_messages.PlaceOf(Section::Rows) != nullptr)
+    {
+        return m_messages.Fail(m_line.Begin(), "mps.section-order", "OBJNAME stands behind ROWS",
+                               "put it before ROWS");
     }
     const bool needsRows = section == Section::Columns || section == Section::RightHandSides ||
                            section == Section::Ranges;
@@ -163,6 +172,8 @@ bool Parser::OpenSection(const Words& words)
         m_builder.SetName(name);
         return true;
     }
+    if (m_section == Section::ObjectiveName && words.count > 1)
+        return ReadObjectiveName(Trimmed(m_line.text.substr(words.word[0].size())));
     if (words.count == 1 || words.word[1].starts_with('$') || words.word[1].starts_with('*'))
         return true;
     if (m_section == Section::ObjectiveSense)
@@ -194,6 +205,21 @@ bool Parser::ReadObjectiveSense(std::string_view word)
     return true;
 }
 
+/// Which of the rows of type N is the objective.
+bool Parser::ReadObjectiveName(std::string_view name)
+{
+    if (!m_builder.ObjectiveAsked().empty())
+    {
+        return m_messages.Fail(
+            name.data(), "mps.repeated-objective-name",
+            fmt::format("a second name of the objective; the first is in line {}",
+                        m_log.LineOf(m_builder.ObjectiveAsked().data())),
+            "OBJNAME takes one row");
+    }
+    m_builder.AskForObjective(name);
+    return true;
+}
+
 /// `*SENSE:Maximize`, as PuLP writes it.
 void Parser::ReadComment()
 {
@@ -208,8 +234,14 @@ void Parser::ReadComment()
     m_commentedSense = *sense;
 }
 
-bool Parser::CheckSense()
+/// Whether the section that ends said what it is there for, if it is OBJSENSE or OBJNAME.
+bool Parser::CheckObjective()
 {
+    if (m_section == Section::ObjectiveName && m_builder.ObjectiveAsked().empty())
+    {
+        return m_messages.Fail(m_messages.PlaceOf(m_section), "mps.objective-name",
+                               "OBJNAME without a name", "OBJNAME takes a row of type N");
+    }
     if (m_section != Section::ObjectiveSense || m_sensePlace != nullptr)
         return true;
     return m_messages.Fail(m_messages.PlaceOf(Section::ObjectiveSense), "mps.unknown-sense",
@@ -219,7 +251,7 @@ bool Parser::CheckSense()
 
 bool Parser::CheckComplete()
 {
-    if (!m_builder.TakeEntries() || !CheckSense())
+    if (!m_builder.TakeEntries() || !CheckObjective())
         return false;
     const char* const begin = m_text.data();
     const bool ended = m_section == Section::End;

@@ -46,8 +46,9 @@ private:
     bool OpenSection(const Words& words);
     bool CheckOrder(Section section);
     bool ReadObjectiveSense(std::string_view word);
+    bool ReadObjectiveName(std::string_view name);
     void ReadComment();
-    bool CheckSense();
+    bool CheckObjective();
     bool CheckComplete();
     void FinishSense();
 

@@ -21,6 +21,42 @@ bool IsNumber(std::string_view word) noexcept
 
 }  // namespace
 
+bool Records::IsComment(const Line& line, Section section)
+{
+    const std::string_view text = Trimmed(line.text);
+    if (text.empty() || text[0] != '*')
+        return false;
+    constexpr const char* kHint = "put the '*' in the first column, for other programs too";
+    // The records of the other sections start with a type.
+    if (section != Section::Columns && section != Section::RightHandSides &&
+        section != Section::Ranges)
+    {
+        m_messages.Log().Note(text.data(), "mps.indented-comment",
+                              "a comment that starts behind a blank", kHint);
+        return true;
+    }
+    m_section = section;
+    if (NamesARow(line, m_form))
+        return false;
+    m_fitColumns = m_fitColumns && !NamesARow(line, MpsForm::Fixed);
+    if (!m_messages.Log().Full("mps.starred-line"))
+        m_messages.Log().Warn(text.data(), "mps.starred-line",
+                              "this line is taken for a comment, since it names no row", kHint);
+    return true;
+}
+
+/// Whether the line has a row, or a marker, where a record of COLUMNS, RHS or RANGES has one.
+bool Records::NamesARow(const Line& line, MpsForm form) const
+{
+    const Words words = SplitWords(line.text);
+    if (words.word[1] == kMarker)
+        return true;
+    if (form == MpsForm::Free)
+        return IsKnown(words.word[1]) || (m_section != Section::Columns && IsKnown(words.word[0]));
+    Record record;
+    return SplitColumns(line, record) == nullptr && IsKnown(record.first);
+}
+
 bool Records::Read(const Line& line, Section section, Record& record)
 {
     m_line = line;

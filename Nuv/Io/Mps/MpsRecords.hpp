@@ -22,6 +22,10 @@ public:
     {
     }
 
+    /// Whether a line that does not start in its first column is a comment all the same: its first
+    /// word begins with '*', and it is no record of a column or set that is called so.
+    bool IsComment(const Line& line, Section section);
+
     /// Takes a line of a section apart.
     /// @return false if an error was reported.
     bool Read(const Line& line, Section section, Record& record);
@@ -42,6 +46,7 @@ private:
     void AssignRightHandSide(const Words& words, Record& record);
     void AssignBound(const Words& words, Record& record);
     void DropComment(Words& words);
+    [[nodiscard]] bool NamesARow(const Line& line, MpsForm form) const;
     [[nodiscard]] bool IsKnown(std::string_view word) const noexcept;
 
     MpsForm m_form;

@@ -14,18 +14,19 @@ struct SectionWord
 };
 
 constexpr SectionWord kSections[] = {
-    {"name", Section::Name},          {"objsense", Section::ObjectiveSense},
-    {"rows", Section::Rows},          {"columns", Section::Columns},
-    {"rhs", Section::RightHandSides}, {"ranges", Section::Ranges},
-    {"bounds", Section::Bounds},      {"endata", Section::End},
-    {"quadobj", Section::Refused},    {"qmatrix", Section::Refused},
-    {"qsection", Section::Refused},   {"qcmatrix", Section::Refused},
-    {"sos", Section::Refused},        {"sos1", Section::Refused},
-    {"sos2", Section::Refused},       {"sets", Section::Refused},
-    {"indicators", Section::Refused}, {"csection", Section::Refused},
-    {"gencons", Section::Refused},    {"pwlobj", Section::Refused},
-    {"lazycons", Section::Refused},   {"usercuts", Section::Refused},
-    {"branch", Section::Refused},     {"multiobj", Section::Refused},
+    {"name", Section::Name},        {"objsense", Section::ObjectiveSense},
+    {"rows", Section::Rows},        {"objname", Section::ObjectiveName},
+    {"columns", Section::Columns},  {"rhs", Section::RightHandSides},
+    {"ranges", Section::Ranges},    {"bounds", Section::Bounds},
+    {"endata", Section::End},       {"quadobj", Section::Refused},
+    {"qmatrix", Section::Refused},  {"qsection", Section::Refused},
+    {"qcmatrix", Section::Refused}, {"sos", Section::Refused},
+    {"sos1", Section::Refused},     {"sos2", Section::Refused},
+    {"sets", Section::Refused},     {"indicators", Section::Refused},
+    {"csection", Section::Refused}, {"gencons", Section::Refused},
+    {"pwlobj", Section::Refused},   {"lazycons", Section::Refused},
+    {"usercuts", Section::Refused}, {"branch", Section::Refused},
+    {"multiobj", Section::Refused},
 };
 
 }  // namespace

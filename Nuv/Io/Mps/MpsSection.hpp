@@ -12,6 +12,7 @@ enum class Section : std::uint8_t
     None,
     Name,
     ObjectiveSense,
+    ObjectiveName,
     Rows,
     Columns,
     RightHandSides,

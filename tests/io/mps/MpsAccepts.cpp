@@ -163,6 +163,24 @@ TEST(MpsAccepts, OnlyTheFirstFreeRow)
     EXPECT_EQ(SaidAbout(text), "note mps.free-row 3:5\nnote mps.free-row 5:5");
 }
 
+TEST(MpsAccepts, TheFreeRowThatObjnameNames)
+{
+    const std::string rest = "ROWS\n N  cost\n N  other\n L  lim\n N  third\nCOLUMNS\n"
+                             "    x         cost                 1   other              2\n"
+                             "    x         third                3   lim                4\n"
+                             "RHS\n    RHS       other              5\nENDATA\n";
+    for (const std::string_view named :
+         {"OBJNAME\n    other\n", "objname other\n", "OBJNAME\n* that one\n  * yes\n other\n",
+          "NAME x\nOBJSENSE\n    MIN\nOBJNAME\n    other\n"})
+    {
+        EXPECT_EQ(ModelIn(std::string(named) + rest),
+                  "min -5 + 2 x; lim: -inf <= 4 x <= 0; 0 <= x <= inf")
+            << named;
+    }
+    EXPECT_EQ(SaidAbout("OBJNAME\n    other\n" + rest),
+              "note mps.free-row 4:5\nnote mps.free-row 7:5\nnote mps.objective-constant 12:15");
+}
+
 TEST(MpsAccepts, AModelWithoutAnObjective)
 {
     const std::string text = "ROWS\n L  lim\nCOLUMNS\n    x         lim                1\nENDATA\n";
@@ -378,6 +396,28 @@ TEST(MpsAccepts, CommentsBehindTheFields)
                              " UP BND       x                  5 $\nENDATA $\n";
     EXPECT_EQ(ModelIn(text), "min 0 + 1 x; lim: -inf <= 2 x <= 4; 0 <= x <= 5");
     EXPECT_EQ(SaidAbout(text), "note mps.inline-comment 3:9\nnote mps.inline-comment 6:38");
+}
+
+TEST(MpsAccepts, CommentsBehindABlank)
+{
+    const std::string head =
+        " * a model\nNAME  m\n * of little\nROWS\n  * rows\n N  cost\n L  lim\n";
+    const std::string columns =
+        "COLUMNS\n    x         cost                 1   lim                2\n";
+    const std::string bounds =
+        "BOUNDS\n   * UP bounds\n UP BND       x                  5\nENDATA\n";
+    EXPECT_EQ(ModelIn(head + columns + bounds), "min 0 + 1 x; lim: -inf <= 2 x <= 0; 0 <= x <= 5");
+    EXPECT_EQ(SaidAbout(head + columns + bounds),
+              "note mps.indented-comment 1:2\nnote mps.indented-comment 3:2\n"
+              "note mps.indented-comment 5:3\nnote mps.indented-comment 11:4");
+    // A name may begin with '*' here, so that a record whose row is misspelt looks like a comment.
+    const std::string starred = head + columns + "    *y        lin                2\n" +
+                                "    * the sides\nRHS\n    *         lim                4\n" +
+                                bounds;
+    EXPECT_EQ(ModelIn(starred), "min 0 + 1 x; lim: -inf <= 2 x <= 4; 0 <= x <= 5");
+    for (const std::string_view form :
+         {"warning mps.starred-line 10:5", "warning mps.starred-line 11:5"})
+        EXPECT_NE(SaidAbout(starred).find(form), std::string::npos) << SaidAbout(starred);
 }
 
 TEST(MpsAccepts, NamesThatLookLikeComments)

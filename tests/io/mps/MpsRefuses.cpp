@@ -168,6 +168,21 @@ TEST(MpsRefuses, SectionsOutOfPlace)
     EXPECT_EQ(SaidAbout("NAME  x\n    y  c  1\n"), "error mps.stray-record 2:5");
 }
 
+TEST(MpsRefuses, ObjectivesThatAreNone)
+{
+    EXPECT_EQ(SaidAbout("OBJNAME\nROWS\n"), "error mps.objective-name 1:1");
+    EXPECT_EQ(SaidAbout("OBJNAME a\n    b\nROWS\n"), "error mps.repeated-objective-name 2:5");
+    EXPECT_EQ(Said8("OBJNAME\n    cost\n"), "error mps.section-order 8:1");
+    for (const std::string_view name : {"lim", "cots"})
+        EXPECT_EQ(SaidAbout("OBJNAME\n    " + std::string(name) + "\n" + kHead + "ENDATA\n"),
+                  "note mps.free-row 5:5\nerror mps.objective-name 2:5")
+            << name;
+    EXPECT_EQ(SaidAbout("OBJECT\n"), "error mps.no-model 1:1");
+    const ReadResult reading = ReadMpsText("NAME\nOBJECT MAX\n");
+    EXPECT_EQ(SaidOf(reading), "error mps.unknown-section 2:1");
+    EXPECT_NE(reading.GetError().hint.find("OBJSENSE"), std::string::npos);
+}
+
 TEST(MpsRefuses, SensesThatAreNone)
 {
     EXPECT_EQ(SaidAbout("OBJSENSE\n    MINIMAX\nROWS\n"), "error mps.unknown-sense 2:5");
