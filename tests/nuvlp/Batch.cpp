@@ -62,7 +62,7 @@ TEST(BatchCommand, EachLineIsAsItsSchemaSays)
                               "none,,7,\n"
                               "\"\",2,,inf\n";
     for (const char* options :
-         {"", "--exact --value x", "--float-only --value y", "--max-pivots 0"})
+         {"", "--exact --value x", "--float-only --value y", "--no-proof", "--max-pivots 0"})
     {
         const Outcome outcome = Batch(table, std::string("--format jsonl ") + options);
         std::size_t begin = 0;
@@ -82,6 +82,17 @@ TEST(BatchCommand, SinglePrecisionProvesNothing)
     EXPECT_EQ(outcome.out, "scenario,verdict,proved,objective\n1,optimal,no,16\n");
 }
 
+TEST(BatchCommand, DoublePrecisionProvesNothing)
+{
+    // What single precision cannot tell apart, doubles can.
+    const std::string table = "cost:y,upper:x\n2,\n2,3.00000000001\n";
+    const Outcome outcome = Batch(table, "--no-proof --exact --value x");
+    EXPECT_EQ(outcome.out, "scenario,verdict,proved,objective,x\n"
+                           "1,optimal,no,16,4\n"
+                           "2,optimal,no,15.00000000001,3.00000000001\n");
+    EXPECT_EQ(Batch(table, "--no-proof --float-only").exitCode, 64);
+}
+
 TEST(BatchCommand, ThreadsAndPartsGiveTheSameBytes)
 {
     std::string table = "cost:x,cost:y,side:first\n";
@@ -89,7 +100,8 @@ TEST(BatchCommand, ThreadsAndPartsGiveTheSameBytes)
         table += std::to_string(k % 13 - 3) + "," + std::to_string(k % 7) + "," +
                  std::to_string(k % 5) + ".5\n";
     for (const std::string options :
-         {"--exact --value x --value y --value z ", "--float-only --value x --value y "})
+         {"--exact --value x --value y --value z ", "--no-proof --value x --value y ",
+          "--float-only --value x --value y "})
     {
         const Outcome one = Batch(table, options + "--threads 1");
         EXPECT_EQ(one.err, "");

@@ -41,6 +41,7 @@ struct BatchArguments
     std::optional<std::uint64_t> maxPivots;
     bool exact = false;
     bool floatOnly = false;
+    bool noProof = false;
     bool progress = false;
     bool quiet = false;
 };
@@ -95,7 +96,7 @@ public:
            std::vector<std::uint32_t> asked)
         : m_model(model),
           m_table(table),
-          m_exact(options.exact && !options.floatOnly),
+          m_exact(options.exact && !options.floatOnly && !options.noProof),
           m_isJson(options.format == "jsonl"),
           m_asked(std::move(asked))
     {
@@ -225,6 +226,7 @@ nuv::SolveOptions SolveOptionsOf(const nuv::Model& model, const BatchArguments& 
     nuv::SolveOptions solve;
     solve.numbers = options.numbers;
     solve.singlePrecisionOnly = options.floatOnly;
+    solve.doublePrecisionOnly = options.noProof;
     solve.iisWork = 0;
     if (options.maxPivots)
         solve.limits.singlePrecisionPivots = solve.limits.doublePivots = solve.limits.exactPivots =
@@ -337,6 +339,10 @@ Verb BatchVerb()
         {.names = {"--float-only"},
          .text = "Believe single precision and prove nothing",
          .target = &options->floatOnly},
+        {.names = {"--no-proof"},
+         .text = "Believe the simplex in double precision and prove nothing",
+         .target = &options->noProof,
+         .excludes = {"--float-only"}},
         {.names = {"--max-pivots"},
          .value = "N",
          .text = "Stop a stage of a solve after so many pivots",
