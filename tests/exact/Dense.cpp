@@ -123,6 +123,54 @@ TEST(Dense, ProvesTheOptimaOfTheGeneralWay)
     EXPECT_GT(optimal, ShareOf(6000) / 4);
 }
 
+/// The points between pivots are the bases', up to the one that is proved.
+TEST(Dense, ShowsEachPointBeforeItsPivot)
+{
+    Random random(4);
+    DenseForm dense;
+    DenseSimplex simplex;
+    int shown = 0;
+    for (int round = 0; round < ShareOf(1000); ++round)
+    {
+        const BoundedForm form = DrawForm(random);
+        if (FindCrossedBounds(form) != kNoIndex)
+            continue;
+        TakeForm(form, dense);
+        SolveControl control;
+        std::uint64_t calls = 0;
+        const auto observe = [&](bool isFeasible)
+        {
+            ++calls;
+            if (!isFeasible)
+                return;
+            ++shown;
+            const std::vector<double> point = simplex.Point();
+            for (Index i = 0; i < form.rows; ++i)
+            {
+                double activity = 0.0;
+                for (const auto [column, entry] : form.matrix.Row(i))
+                    activity += entry * point[column];
+                const double room = 1e-6 * (1.0 + std::fabs(activity));
+                ASSERT_GE(activity, form.rowLower[i] - room) << round;
+                ASSERT_LE(activity, form.rowUpper[i] + room) << round;
+            }
+        };
+        const DenseSimplex::End end = simplex.Run(dense, control, observe);
+        ASSERT_EQ(calls, control.Pivots(Stage::Double)) << round;
+        const CertifiedResult result = InGeneral(form);
+        if (end != DenseSimplex::End::Optimal || result.certificate.status != Status::Optimal)
+            continue;
+        double objective = form.constant;
+        const std::vector<double> point = simplex.Point();
+        for (Index j = 0; j < form.columns; ++j)
+            objective += form.cost[j] * point[j];
+        ASSERT_NEAR(objective, ToDouble(result.certificate.objective),
+                    1e-6 * (1.0 + std::fabs(objective)))
+            << round;
+    }
+    EXPECT_GT(shown, ShareOf(1000));
+}
+
 /// Infeasible by a point of the dual for the sum of violations.
 TEST(Dense, ProvesThatThereIsNoPoint)
 {

@@ -1,21 +1,15 @@
 // What the model layer can do and JavaScript never asks for, so that it need not be in the program.
+#include "Nuv/Solve/SinglePrecisionSolve.hpp"
 #include "Nuv/Solve/Uniqueness.hpp"
 #include "Nuv/SparseSimplex/StartBasis.hpp"
-#include "Nuv/Utils/Batch/LaneState.h"
-#include "Nuv/Utils/Kernels/Kernels.h"
 
 #include <cstdlib>
 
-// Every engine has vectors of four floats: the loops without them, which give the same bits, are
-// left out, and those with them stand in their place.
-const nuv::Kernels* nuv::PlainKernels()
+void nuv::BelieveSinglePrecision(const BoundedForm& /*form*/, double /*sign*/,
+                                 const SolveOptions& /*options*/, SolveControl& /*control*/,
+                                 Solution& /*solution*/)
 {
-    return BaselineKernels();
-}
-
-const nuv::LaneLoops* nuv::PlainLanes()
-{
-    return BaselineLanes();
+    std::abort();
 }
 
 nuv::UniqueOptimum nuv::FindUniqueness(const BoundedForm& /*form*/,

@@ -43,8 +43,7 @@ NuvSolveOptions OptionsOf(std::uint32_t flags, double seconds, double pivots)
     options.numbers = flags & StoredNumbers ? NUV_NUMBERS_Stored : NUV_NUMBERS_Written;
     options.seconds = seconds;
     if (pivots < 9e15)
-        options.singlePrecisionPivots = options.doublePivots = options.exactPivots =
-            static_cast<uint64_t>(pivots);
+        options.doublePivots = options.exactPivots = static_cast<uint64_t>(pivots);
     if (flags & WithProgress)
         options.progress = TellProgress;
     return options;
@@ -220,7 +219,6 @@ void GetInfo(const NuvSolution* solution, double* out, std::uint32_t* arrays)
                           static_cast<double>(info.iisMinimal),
                           info.objective,
                           info.seconds,
-                          static_cast<double>(info.singlePrecisionPivots),
                           static_cast<double>(info.doublePivots),
                           static_cast<double>(info.exactPivots)};
     for (const double number : all)

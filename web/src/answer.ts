@@ -8,7 +8,7 @@ export type BasisStatus = "basic" | "lower" | "upper" | "free";
 
 /** Where a solve stands. */
 export interface Progress {
-  stage: "single" | "double" | "exact";
+  stage: "double" | "exact";
   /** Of this stage. */
   pivots: number;
   seconds: number;
@@ -27,7 +27,7 @@ export interface SolveOptions {
   sensitivity?: boolean;
   /** The proof in VIPR format. */
   certificate?: boolean;
-  /** The vertices that the core went through. */
+  /** The vertices that the simplex method went through. */
   path?: boolean;
   /** Numbers are the doubles themselves instead of the decimals that say them. */
   stored?: boolean;
@@ -71,7 +71,7 @@ export interface ConflictMember {
   side: "lower" | "upper";
 }
 
-/** A vertex on the way of the core. */
+/** A vertex on the way of the solve, before a pivot of phase 1 or 2. */
 export interface PathStep {
   phase: number;
   objective: number;
@@ -102,12 +102,13 @@ export interface Answer {
   exactRay?: string[];
   path?: PathStep[];
   certificate?: string;
-  pivots: { single: number; double: number; exact: number };
+  pivots: { double: number; exact: number };
   seconds: number;
 }
 
 const STATUSES: readonly Status[] = ["optimal", "infeasible", "unbounded", "stopped"];
-const STAGES = ["single", "double", "exact"] as const;
+/** By their number in the program; the first one is the core's, which is not in it. */
+const STAGES = [undefined, "double", "exact"] as const;
 const REASONS = [undefined, "time", "pivots", "cancelled"] as const;
 const BASIS: readonly BasisStatus[] = ["basic", "lower", "upper", "free"];
 
@@ -182,7 +183,7 @@ const enum ArrayOf {
   Conflict = 12,
 }
 
-const NUMBERS = 9;
+const NUMBERS = 8;
 const ARRAYS = 13;
 
 class AnswerReader {
@@ -224,7 +225,7 @@ class AnswerReader {
       rows: this.#rows(...exactRows),
       values: Object.create(null) as Record<string, number>,
       duals: Object.create(null) as Record<string, number>,
-      pivots: { single: info[6]!, double: info[7]!, exact: info[8]! },
+      pivots: { double: info[6]!, exact: info[7]! },
       seconds: info[5]!,
     };
     if (reason) answer.stopReason = reason;

@@ -153,11 +153,28 @@ test("a solve is stopped by pivots, time and the caller", () => {
   assert.equal(nuv.solve(text).exactObjective, String(5n ** 10n));
 });
 
-test("the path of the core leads from corner to corner", () => {
+test("the path leads from corner to corner", () => {
   const { path } = nuv.solve(factoryLp, { path: true });
   assert.deepEqual(path[0].values, [0, 0]);
   assert.ok(path.length >= 2);
   for (let k = 1; k < path.length; ++k) assert.ok(path[k].objective >= path[k - 1].objective);
+});
+
+test("the path comes in from outside, and is the way of the answer", () => {
+  const answer = nuv.solve("Minimize\n x + 2 y\nSubject To\n a: x + y >= 4\n b: x - y <= 1\nEnd\n", { path: true });
+  const { path, pivots } = answer;
+  assert.deepEqual(path.map(({ phase }) => phase), [1, 1]);
+  assert.deepEqual(path.map(({ values }) => values), [[0, 0], [1, 0]]);
+  assert.deepEqual(path.map(({ objective }) => objective), [0, 1]);
+  assert.equal(pivots.double, path.length);
+  assert.equal(answer.exactObjective, "11/2");
+  assert.deepEqual(nuv.solve(factoryLp).path, undefined);
+});
+
+test("who watches the path may end it", () => {
+  let told = 0;
+  const answer = nuv.solve(cube(10), { path: true, progress: ({ stage }) => stage === "double" && ++told < 4 });
+  assert.deepEqual([answer.status, answer.stopReason, told, answer.path.length], ["stopped", "cancelled", 4, 3]);
 });
 
 test("a session starts where it ended", () => {

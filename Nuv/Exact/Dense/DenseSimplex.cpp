@@ -20,7 +20,8 @@ double SlackOf(double bound)
 
 }  // namespace
 
-DenseSimplex::End DenseSimplex::Run(const DenseForm& form, SolveControl& control)
+DenseSimplex::End DenseSimplex::Run(const DenseForm& form, SolveControl& control,
+                                    const std::function<void(bool isFeasible)>& observe)
 {
     Begin(form);
     const std::uint64_t mostSteps = 20 * (std::uint64_t{form.Variables()} + 5);
@@ -43,6 +44,8 @@ DenseSimplex::End DenseSimplex::Run(const DenseForm& form, SolveControl& control
         const double objective = control.AsksForObjective() ? Objective(isFeasible) : std::nan("");
         if (!control.MayPivot(Stage::Double, isFeasible, objective))
             return End::Stopped;
+        if (observe)
+            observe(isFeasible);
         control.CountPivot(Stage::Double);
         const double value = ValueOf(m_nonbasic[entering]) + direction * chosen.length;
         Move(entering, direction, chosen.length);
@@ -93,6 +96,17 @@ double DenseSimplex::ValueOf(Index variable) const noexcept
     default:
         return 0.0;
     }
+}
+
+std::vector<double> DenseSimplex::Point() const
+{
+    std::vector<double> values(m_form->Variables());
+    for (const Index variable : m_nonbasic)
+        values[variable] = ValueOf(variable);
+    for (Index i = 0; i < m_form->rows; ++i)
+        values[m_basic[i]] = m_values[i];
+    values.resize(m_form->columns);
+    return values;
 }
 
 /// The derivatives of the sum of infeasibilities. @return whether there are none.

@@ -7,6 +7,7 @@
 #include "Nuv/SparseSimplex/Basis.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
+#include <functional>
 #include <vector>
 
 namespace nuv
@@ -24,8 +25,13 @@ public:
         GaveUp,   ///< after more pivots than such a problem takes
     };
 
-    /// From the slack basis.
-    [[nodiscard]] End Run(const DenseForm& form, SolveControl& control);
+    /// From the slack basis. `observe` is called before each pivot, which it may look at the basis
+    /// of.
+    [[nodiscard]] End Run(const DenseForm& form, SolveControl& control,
+                          const std::function<void(bool isFeasible)>& observe = {});
+
+    /// The columns' values in the basis as it is now.
+    [[nodiscard]] std::vector<double> Point() const;
 
     /// By variable, of the last basis.
     [[nodiscard]] const std::vector<BasisStatus>& Status() const noexcept

@@ -38,7 +38,7 @@ function verdict(answer: Answer): HTMLElement {
 }
 
 function proof({ proved, pivots, seconds: time }: Answer): HTMLElement {
-  const all = pivots.single + pivots.double + pivots.exact;
+  const all = pivots.double + pivots.exact;
   const how = `${plural(all, "pivot")}, ${seconds(time)}`;
   return proved
     ? element("p", { class: "said proved" }, `Proved in exact arithmetic. ${how}.`)
