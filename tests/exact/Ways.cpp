@@ -11,19 +11,16 @@
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
 #include "Nuv/SparseSimplex/Presolve/Presolve.hpp"
 #include "tests/exact/Certified.hpp"
+#include "tests/exact/Way.hpp"
 #include "tests/support/Forms.hpp"
-#include "tests/support/Hash.hpp"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <bit>
 #include <cmath>
-#include <concepts>
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,111 +29,6 @@ namespace nuv::test
 {
 namespace
 {
-
-/// What is done on the way, as it is done.
-class Way
-{
-public:
-    /// Of a solve that is to be watched.
-    [[nodiscard]] SolveLimits Watched()
-    {
-        SolveLimits limits;
-        limits.doublePivots = 20000;
-        limits.exactPivots = 2000;
-        limits.keepGoing = [this](const Progress& progress)
-        {
-            Step step{progress.stage, progress.pivots, progress.feasible,
-                      std::bit_cast<std::uint64_t>(progress.objective)};
-            // There are many numbers that are none.
-            if (std::isnan(progress.objective))
-                step.objective = 0;
-            // What takes long asks in between, how often is no part of the way.
-            if (std::exchange(m_last, step) != step)
-            {
-                Add(static_cast<std::uint64_t>(step.stage));
-                Add(step.pivots);
-                Add(step.feasible);
-                Add(step.objective);
-            }
-            return true;
-        };
-        return limits;
-    }
-
-    template <std::integral Word>
-    void Add(Word word)
-    {
-        m_hash.Add(static_cast<std::uint64_t>(word));
-    }
-    void Add(double number)
-    {
-        m_hash.Add(std::bit_cast<std::uint64_t>(number));
-    }
-    void Add(const std::string& text)
-    {
-        for (const char character : text)
-            m_hash.Add(static_cast<unsigned char>(character));
-        m_hash.Add(text.size());
-    }
-    void Add(const ExactVector& vector)
-    {
-        for (const Integer& numerator : vector.numerator)
-            Add(numerator.ToString());
-        Add(vector.denominator.ToString());
-    }
-    void Add(const Basis& basis)
-    {
-        for (const auto* statuses : {&basis.columns, &basis.rows})
-            for (const BasisStatus status : *statuses)
-                Add(static_cast<std::uint64_t>(status));
-    }
-
-    void Add(const CertifiedResult& result)
-    {
-        Add(static_cast<std::uint64_t>(result.certificate.status));
-        Add(ToString(result.certificate.objective));
-        for (const auto* exact :
-             {&result.certificate.primal, &result.certificate.dual, &result.certificate.ray})
-            Add(*exact);
-        Add(result.certificate.contradiction);
-        for (const auto* numbers : {&result.record.value, &result.record.reduced})
-            for (const double number : *numbers)
-                Add(number);
-        Add(result.record.objectiveValue);
-        Add(result.record.primalViolation);
-        Add(result.record.dualViolation);
-        Add(result.record.basis);
-        for (const Stage stage : {Stage::Double, Stage::Exact})
-            m_pivots[static_cast<std::size_t>(stage)] += result.record.stages[stage].pivots;
-        m_proved += result.record.proved ? 1 : 0;
-        ++m_solves;
-    }
-
-    /// "<solves> solves, <proved> proved, <pivots> + <exact pivots> pivots, <hash>"
-    [[nodiscard]] std::string Text() const
-    {
-        std::ostringstream text;
-        text << m_solves << " solves, " << m_proved << " proved, " << m_pivots[1] << " + "
-             << m_pivots[2] << " pivots, " << std::hex << m_hash.Value();
-        return text.str();
-    }
-
-private:
-    struct Step
-    {
-        Stage stage = Stage::SinglePrecision;
-        std::uint64_t pivots = 0;
-        bool feasible = false;
-        std::uint64_t objective = 0;
-        bool operator==(const Step&) const = default;
-    };
-
-    Hash m_hash;
-    Step m_last;
-    int m_solves = 0;
-    int m_proved = 0;
-    std::array<std::uint64_t, kStages> m_pivots{};
-};
 
 Basis DrawBasis(Random& random, const BoundedForm& form)
 {
