@@ -5,15 +5,18 @@
 #include "Nuv/Exact/CertifiedResult.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 #include "tests/support/Hash.hpp"
+#include "tests/support/Random.hpp"
 
 #include <array>
 #include <bit>
 #include <cmath>
 #include <concepts>
 #include <cstdint>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace nuv::test
 {
@@ -121,5 +124,25 @@ private:
     int m_proved = 0;
     std::array<std::uint64_t, kStages> m_pivots{};
 };
+
+/// Forms of a kind, drawn from the same seed each time, and what is done with them.
+struct Kind
+{
+    std::string name;
+    std::function<void(Random&, Way&)> solve;
+};
+
+template <class Solve>
+std::function<void(Random&, Way&)> Repeated(int count, const Solve& solve)
+{
+    return [=](Random& random, Way& way)
+    {
+        for (int k = 0; k < count; ++k)
+            solve(random, way);
+    };
+}
+
+/// Those of tests/exact/WaysOfParts.cpp.
+std::vector<Kind> KindsOfParts();
 
 }  // namespace nuv::test

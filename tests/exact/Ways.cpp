@@ -6,6 +6,7 @@
 ///     NUV_RECORD_WAYS=1 build/release/tests/test_exact_ways
 ///
 /// and says in its commit by how much the pivots changed.
+#include "Nuv/Exact/Auxiliary.hpp"
 #include "Nuv/Exact/CertifiedSession.hpp"
 #include "Nuv/Exact/Dense/SolveSmall.hpp"
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
@@ -16,11 +17,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -93,6 +95,21 @@ void Edit(BoundedForm form, Random& random, Way& way)
     }
 }
 
+void Add(Way& way, const BoundedForm& form)
+{
+    for (const auto* numbers :
+         {&form.cost, &form.columnLower, &form.columnUpper, &form.rowLower, &form.rowUpper})
+        for (const double number : *numbers)
+            way.Add(number);
+    for (Index j = 0; j < form.columns; ++j)
+        for (const auto [row, entry] : form.matrix.Column(j))
+        {
+            way.Add(row);
+            way.Add(entry);
+        }
+    way.Add(form.constant);
+}
+
 /// The form that presolve makes, and the basis that it brings back.
 void Reduce(const BoundedForm& form, Way& way)
 {
@@ -103,22 +120,61 @@ void Reduce(const BoundedForm& form, Way& way)
     if (!presolve.Reduces())
         return;
     const BoundedForm& reduced = presolve.Form();
-    for (const auto* numbers : {&reduced.cost, &reduced.columnLower, &reduced.columnUpper,
-                                &reduced.rowLower, &reduced.rowUpper})
-        for (const double number : *numbers)
-            way.Add(number);
-    for (Index j = 0; j < reduced.columns; ++j)
-        for (const auto [row, entry] : reduced.matrix.Column(j))
-        {
-            way.Add(row);
-            way.Add(entry);
-        }
-    way.Add(reduced.constant);
+    Add(way, reduced);
     const ScaledForm scaled(reduced);
     SimplexState state(scaled, SlackBasis(reduced));
     SolveControl control(way.Watched());
     way.Add(static_cast<std::uint64_t>(SolveInDoubles(state, control)));
     way.Add(presolve.Restore(state));
+}
+
+/// The programs whose optima prove that there is no point or no end, and what doubles alone say.
+void Help(const BoundedForm& form, Random& random, Way& way)
+{
+    if (FindCrossedBounds(form) != kNoIndex)
+        return;
+    const Basis start = DrawBasis(random, form);
+    ScalableForm scalable(form);
+    Basis fitted = start;
+    FitBasis(form, fitted);
+    for (const AuxiliaryForm& help :
+         {ElasticForm(scalable, fitted), ElasticRowsForm(form), RayForm(form, fitted)})
+    {
+        Add(way, help.form);
+        way.Add(help.start);
+    }
+    SolveControl control(way.Watched());
+    way.Add(SolveUnproved(form, &start, control));
+}
+
+/// Small forms in which every third number is a third of what it was, which no double says.
+void SolveFractions(Random& random, Way& way)
+{
+    const auto rows = static_cast<Index>(random.Between(1, 4));
+    BoundedForm form = RandomSmallForm(random, rows, static_cast<Index>(random.Between(1, 5)));
+    form.numbers = CoefficientMeaning::ShortestDecimal;
+    const auto divide = [&](const FormPlace& place, double& number)
+    {
+        if (!std::isfinite(number) || number == 0.0 || !random.OneIn(3))
+            return;
+        const Rational third = ToRational(number) / Rational(3);
+        number = ToDouble(third);
+        if (third != ToRational(number, form.numbers))
+            form.exact.Set(place, third);
+    };
+    SparseVectors<double> columns = form.matrix.Columns();
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        divide({FormPlace::Of::Cost, j}, form.cost[j]);
+        divide({FormPlace::Of::ColumnUpper, j}, form.columnUpper[j]);
+        for (std::size_t at = columns.start[j]; at < columns.start[j + 1]; ++at)
+            divide({FormPlace::Of::Entry, columns.index[at], j}, columns.value[at]);
+    }
+    for (Index i = 0; i < form.rows; ++i)
+        divide({FormPlace::Of::RowLower, i}, form.rowLower[i]);
+    form.matrix = SparseMatrix<double>::FromColumns(std::move(columns), form.rows);
+    SolveAllWays(form, random, way);
+    Ranges(form, way);
 }
 
 /// The primal simplex and the dual one by themselves, from any basis.
@@ -187,86 +243,83 @@ void SolveDense(const BoundedForm& form, Way& way)
     way.Add(again);
 }
 
-struct Kind
-{
-    std::string name;
-    std::function<void(Random&, Way&)> solve;
-};
-
 std::vector<Kind> Kinds()
 {
-    const auto repeat = [](int count, const auto& solve)
-    {
-        return [=](Random& random, Way& way)
-        {
-            for (int k = 0; k < count; ++k)
-                solve(random, way);
-        };
-    };
     const auto size = [](Random& random, int least, int most)
     { return static_cast<Index>(random.Between(least, most)); };
     return {
-        {"small", repeat(150,
-                         [=](Random& random, Way& way)
-                         {
-                             const Index rows = size(random, 0, 6);
-                             SolveAllWays(RandomSmallForm(random, rows, size(random, 1, 7)), random,
-                                          way);
-                         })},
-        {"sparse", repeat(8,
-                          [=](Random& random, Way& way)
-                          {
-                              const Index rows = size(random, 20, 45);
-                              SolveAllWays(RandomSparseForm(random, rows, size(random, 25, 60)),
-                                           random, way);
-                          })},
-        {"larger", repeat(2,
-                          [](Random& random, Way& way) {
-                              way.Add(Certified(RandomSparseForm(random, 150, 200), nullptr,
-                                                way.Watched()));
-                          })},
-        {"nearly dependent", repeat(20,
-                                    [=](Random& random, Way& way)
-                                    {
-                                        const Index rows = size(random, 2, 9);
-                                        SolveAllWays(
-                                            NearlyDependentForm(random, rows, size(random, 2, 9)),
+        {"small", Repeated(150,
+                           [=](Random& random, Way& way)
+                           {
+                               const Index rows = size(random, 0, 6);
+                               SolveAllWays(RandomSmallForm(random, rows, size(random, 1, 7)),
                                             random, way);
-                                    })},
+                           })},
+        {"sparse", Repeated(8,
+                            [=](Random& random, Way& way)
+                            {
+                                const Index rows = size(random, 20, 45);
+                                SolveAllWays(RandomSparseForm(random, rows, size(random, 25, 60)),
+                                             random, way);
+                            })},
+        {"larger", Repeated(2,
+                            [](Random& random, Way& way) {
+                                way.Add(Certified(RandomSparseForm(random, 150, 200), nullptr,
+                                                  way.Watched()));
+                            })},
+        {"nearly dependent", Repeated(20,
+                                      [=](Random& random, Way& way)
+                                      {
+                                          const Index rows = size(random, 2, 9);
+                                          SolveAllWays(
+                                              NearlyDependentForm(random, rows, size(random, 2, 9)),
+                                              random, way);
+                                      })},
         {"degenerate",
          [](Random& random, Way& way) { SolveAllWays(DegenerateCone(20), random, way); }},
         {"dense",
-         repeat(120, [](Random& random, Way& way) { SolveDense(DrawDense(random), way); })},
-        {"either of small", repeat(150,
-                                   [=](Random& random, Way& way)
-                                   {
-                                       const Index rows = size(random, 1, 7);
-                                       RunEither(RandomSmallForm(random, rows, size(random, 1, 9)),
-                                                 random, way);
-                                   })},
-        {"either of sparse", repeat(8, [](Random& random, Way& way)
-                                    { RunEither(RandomSparseForm(random, 40, 50), random, way); })},
-        {"presolve of small", repeat(400,
-                                     [=](Random& random, Way& way)
-                                     {
-                                         const Index rows = size(random, 1, 6);
-                                         Reduce(RandomSmallForm(random, rows, size(random, 1, 7)),
-                                                way);
-                                     })},
-        {"presolve of sparse", repeat(20, [](Random& random, Way& way)
-                                      { Reduce(RandomSparseForm(random, 30, 40), way); })},
-        {"ranges", repeat(40,
-                          [=](Random& random, Way& way)
-                          {
-                              const Index rows = size(random, 2, 9);
-                              Ranges(RandomSmallForm(random, rows, size(random, 2, 9)), way);
-                          })},
-        {"ranges of sparse", repeat(4, [](Random& random, Way& way)
-                                    { Ranges(RandomSparseForm(random, 30, 40), way); })},
-        {"edits of small", repeat(20, [](Random& random, Way& way)
-                                  { Edit(RandomSmallForm(random, 6, 8), random, way); })},
-        {"edits of sparse", repeat(4, [](Random& random, Way& way)
-                                   { Edit(RandomSparseForm(random, 25, 35), random, way); })},
+         Repeated(120, [](Random& random, Way& way) { SolveDense(DrawDense(random), way); })},
+        {"either of small",
+         Repeated(150,
+                  [=](Random& random, Way& way)
+                  {
+                      const Index rows = size(random, 1, 7);
+                      RunEither(RandomSmallForm(random, rows, size(random, 1, 9)), random, way);
+                  })},
+        {"either of sparse",
+         Repeated(8, [](Random& random, Way& way)
+                  { RunEither(RandomSparseForm(random, 40, 50), random, way); })},
+        {"presolve of small", Repeated(400,
+                                       [=](Random& random, Way& way)
+                                       {
+                                           const Index rows = size(random, 1, 6);
+                                           Reduce(RandomSmallForm(random, rows, size(random, 1, 7)),
+                                                  way);
+                                       })},
+        {"presolve of sparse", Repeated(20, [](Random& random, Way& way)
+                                        { Reduce(RandomSparseForm(random, 30, 40), way); })},
+        {"ranges", Repeated(40,
+                            [=](Random& random, Way& way)
+                            {
+                                const Index rows = size(random, 2, 9);
+                                Ranges(RandomSmallForm(random, rows, size(random, 2, 9)), way);
+                            })},
+        {"ranges of sparse", Repeated(4, [](Random& random, Way& way)
+                                      { Ranges(RandomSparseForm(random, 30, 40), way); })},
+        {"help for small", Repeated(150,
+                                    [=](Random& random, Way& way)
+                                    {
+                                        const Index rows = size(random, 1, 6);
+                                        Help(RandomSmallForm(random, rows, size(random, 1, 7)),
+                                             random, way);
+                                    })},
+        {"help for sparse", Repeated(6, [](Random& random, Way& way)
+                                     { Help(RandomSparseForm(random, 20, 30), random, way); })},
+        {"fractions", Repeated(60, SolveFractions)},
+        {"edits of small", Repeated(20, [](Random& random, Way& way)
+                                    { Edit(RandomSmallForm(random, 6, 8), random, way); })},
+        {"edits of sparse", Repeated(4, [](Random& random, Way& way)
+                                     { Edit(RandomSparseForm(random, 25, 35), random, way); })},
     };
 }
 
@@ -276,7 +329,9 @@ TEST(Ways, AreThoseOfTheRecord)
     const std::string path = NUV_TEST_MODELS "/../exact/ways.txt";
     std::ifstream file(path);
     std::string now;
-    for (const Kind& kind : Kinds())
+    std::vector<Kind> kinds = Kinds();
+    std::ranges::move(KindsOfParts(), std::back_inserter(kinds));
+    for (const Kind& kind : kinds)
     {
         Random random(kind.name.size());
         Way way;
