@@ -48,8 +48,27 @@ struct Miss
     double objective = 0.0;
 };
 
-Miss MissOf(const BoundedForm& form, const Basis& basis)
+/// The point that postsolve made step by step is the one that its basis has.
+void ExpectPointOf(const SimplexState& state, const presolve::RestoredPoint& point)
 {
+    const ScaledForm& scaled = state.form;
+    const auto expectNear = [](double found, double wanted)
+    { EXPECT_NEAR(found, wanted, 1e-7 * (1.0 + std::fabs(wanted))); };
+    for (Index v = 0; v < scaled.Variables(); ++v)
+    {
+        SCOPED_TRACE(v);
+        const Index row = v - scaled.columns;
+        const bool isColumn = v < scaled.columns;
+        expectNear(isColumn ? point.value[v] : point.activity[row],
+                   state.value[v] * scaled.Scale(v));
+        expectNear(isColumn ? point.reduced[v] : point.dual[row],
+                   state.reduced[v] / scaled.Scale(v) / scaled.costScale);
+    }
+}
+
+Miss MissOf(const BoundedForm& form, const presolve::RestoredPoint& point)
+{
+    const Basis& basis = point.basis;
     const ScaledForm scaled(form);
     SimplexState state(scaled, basis);
     EXPECT_EQ(state.head.size(), form.rows);
@@ -60,6 +79,7 @@ Miss MissOf(const BoundedForm& form, const Basis& basis)
     for (const Index v : state.head)
         basicCost.push_back(state.cost[v]);
     state.ComputeReducedCosts(state.cost, basicCost);
+    ExpectPointOf(state, point);
     Miss miss;
     for (Index v = 0; v < form.Variables(); ++v)
     {
@@ -85,7 +105,8 @@ struct Presolved
         SolveControl control;
         verdict = SolveInDoubles(state, control);
         objective = ObjectiveOf(state) + presolve.Form().constant;
-        basis = presolve.Restore(state);
+        point = presolve.RestorePoint(state);
+        basis = point.basis;
     }
     [[nodiscard]] Index Rows() const
     {
@@ -100,6 +121,7 @@ struct Presolved
     Presolve presolve;
     SimplexVerdict verdict = SimplexVerdict::Numerical;
     double objective = 0.0;
+    presolve::RestoredPoint point;
     Basis basis;
 };
 
@@ -107,7 +129,7 @@ void ExpectOptimal(const Presolved& solved)
 {
     ASSERT_TRUE(solved.presolve.Reduces());
     ASSERT_EQ(solved.verdict, SimplexVerdict::Optimal);
-    const Miss miss = MissOf(solved.form, solved.basis);
+    const Miss miss = MissOf(solved.form, solved.point);
     EXPECT_LE(miss.primal, 1e-9);
     EXPECT_LE(miss.dual, 1e-9);
     const Optimum direct = SolveDirectly(solved.form);

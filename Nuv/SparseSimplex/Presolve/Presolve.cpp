@@ -131,7 +131,7 @@ void Presolve::BuildForm()
         SparseMatrix<double>::FromRows(Transposed(entries, m_reduced.rows), m_reduced.columns);
 }
 
-Basis Presolve::Restore(const SimplexState& state) const
+RestoredPoint Presolve::RestorePoint(const SimplexState& state) const
 {
     RestoredPoint point;
     point.value.resize(m_form.columns);
@@ -159,7 +159,7 @@ Basis Presolve::Restore(const SimplexState& state) const
     const std::vector<Removal>& removals = m_form.Removals();
     for (std::size_t k = removals.size(); k-- > 0;)
         removals[k].restore(removals[k], m_form.Kept(), point);
-    return std::move(point.basis);
+    return point;
 }
 
 }  // namespace nuv

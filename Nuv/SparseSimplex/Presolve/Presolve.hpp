@@ -31,8 +31,13 @@ public:
     {
         return m_reduced;
     }
-    /// The basis of the original form that belongs to one of the smaller form.
-    [[nodiscard]] Basis Restore(const SimplexState& state) const;
+    /// The point of the original form, and its basis, that belong to those of the smaller form.
+    [[nodiscard]] presolve::RestoredPoint RestorePoint(const SimplexState& state) const;
+    /// The basis alone.
+    [[nodiscard]] Basis Restore(const SimplexState& state) const
+    {
+        return RestorePoint(state).basis;
+    }
 
 private:
     void Reduce();
