@@ -1,26 +1,74 @@
-// The check that keeps what it knows against the one that knows nothing: of forms that change, of
-// certificates that hold and of damaged ones.
+/// The check that keeps what it knows against the one that knows nothing: of forms that change, of
+/// certificates that hold and of damaged ones.
 #include "Nuv/Certificate/RepeatedCheck.hpp"
 
 #include "Nuv/Exact/CertifiedSolve.hpp"
-#include "Nuv/Solve/ModelForm.hpp"
-#include "tests/solve/SmallModels.hpp"
 #include "tests/support/Effort.hpp"
+#include "tests/support/Forms.hpp"
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include <cmath>
 
 namespace nuv::test
 {
 namespace
 {
 
+Index Pick(Random& random, std::size_t count)
+{
+    return static_cast<Index>(random.Between(0, static_cast<int>(count) - 1));
+}
+
+/// A whole number, a half or a tenth.
+double DrawNumber(Random& random, int least, int most)
+{
+    const double whole = random.Between(least, most);
+    return random.OneIn(12) ? whole / 10 : random.OneIn(4) ? whole / 2 : whole;
+}
+
+Interval DrawBounds(Random& random)
+{
+    const double lower = DrawNumber(random, -5, 5);
+    const double upper = lower + DrawNumber(random, 0, 9);
+    switch (random.Between(0, 7))
+    {
+    case 0:
+        return {-kInf, kInf};
+    case 1:
+        return {-kInf, upper};
+    case 2:
+        return {lower, kInf};
+    case 3:
+        return {lower, lower};
+    case 4:
+        return {0.0, kInf};
+    default:
+        return {lower, upper};
+    }
+}
+
+/// A small form some of whose entries are halves and tenths.
+BoundedForm DrawForm(Random& random)
+{
+    const auto rows = static_cast<Index>(random.Between(1, 5));
+    BoundedForm form = RandomSmallForm(random, rows, static_cast<Index>(random.Between(1, 6)));
+    SparseVectors<double> columns = form.matrix.Columns();
+    for (double& entry : columns.value)
+        entry = random.OneIn(8) ? entry / 10 : random.OneIn(4) ? entry / 2 : entry;
+    form.matrix = SparseMatrix<double>::FromColumns(std::move(columns), form.rows);
+    form.numbers = CoefficientMeaning::ShortestDecimal;
+    return form;
+}
+
 /// A form that changes, its check, and the certificate of its last solve.
 class Checked
 {
 public:
-    explicit Checked(unsigned seed) : m_random(seed), m_form(AnyForm(m_random)), m_check(m_form) {}
+    explicit Checked(std::uint64_t seed)
+        : m_random(seed), m_form(DrawForm(m_random)), m_check(m_form)
+    {
+    }
 
     void Change()
     {
@@ -30,17 +78,17 @@ public:
         switch (Pick(m_random, 4))
         {
         case 0:
-            m_form.cost[Pick(m_random, m_form.columns)] = SmallNumber(m_random, -5, 5) / 8;
+            m_form.cost[Pick(m_random, m_form.columns)] = DrawNumber(m_random, -5, 5) / 8;
             m_check.TakeCosts();
             break;
         case 1:
-            m_form.constant = SmallNumber(m_random, -5, 5);
+            m_form.constant = DrawNumber(m_random, -5, 5);
             m_check.TakeCosts();
             break;
         default:
         {
-            Bounds bounds = AnyBounds(m_random);
-            if (m_random() % 8 == 0)
+            Interval bounds = DrawBounds(m_random);
+            if (m_random.OneIn(8))
                 bounds.upper /= 1024;  // finer than any number before
             (isRow ? m_form.rowLower : m_form.columnLower)[at] = bounds.lower;
             (isRow ? m_form.rowUpper : m_form.columnUpper)[at] = bounds.upper;
@@ -48,7 +96,7 @@ public:
         }
         }
         SolveControl control;
-        if (m_random() % 2 == 0)
+        if (m_random.OneIn(2))
             m_certificate = SolveCertified(m_form, nullptr, control).certificate;
     }
 
@@ -65,33 +113,26 @@ public:
     }
 
 private:
-    [[nodiscard]] static BoundedForm AnyForm(std::mt19937& random)
-    {
-        const unsigned rows = 1 + Pick(random, 5);
-        BoundedForm form = FormOf(SmallModel(random, rows, 1 + Pick(random, 6)));
-        form.numbers = CoefficientMeaning::ShortestDecimal;
-        return form;
-    }
     void Damage(Certificate& certificate)
     {
         const auto change = [this](ExactVector& vector)
         {
-            if (vector.numerator.empty() || m_random() % 6 == 0)
+            if (vector.numerator.empty() || m_random.OneIn(6))
                 vector.numerator.push_back(1);
-            else if (m_random() % 6 == 0)
+            else if (m_random.OneIn(6))
                 vector.denominator = vector.denominator * 2 - 1;
             else
-                vector.numerator[Pick(m_random, static_cast<Index>(vector.numerator.size()))] +=
+                vector.numerator[Pick(m_random, vector.numerator.size())] +=
                     Integer(1) - Integer(static_cast<int>(Pick(m_random, 3)));
         };
-        const unsigned kind = Pick(m_random, 4);
+        const Index kind = Pick(m_random, 4);
         if (kind == 0)
             certificate.objective += 1;
         else
             change(kind == 1 ? certificate.primal : certificate.dual);
     }
 
-    std::mt19937 m_random;
+    Random m_random;
     BoundedForm m_form;
     RepeatedCheck m_check;
     Certificate m_certificate;
@@ -101,7 +142,7 @@ TEST(RepeatedCheck, SaysWhatTheCheckSaysThatKeepsNothing)
 {
     int held = 0;
     int refused = 0;
-    for (unsigned seed = 1; seed <= ShareOf(300u); ++seed)
+    for (std::uint64_t seed = 1; seed <= ShareOf(300U); ++seed)
     {
         SCOPED_TRACE(seed);
         Checked checked(seed);
@@ -114,16 +155,14 @@ TEST(RepeatedCheck, SaysWhatTheCheckSaysThatKeepsNothing)
                 return;
         }
     }
-    EXPECT_GT(held, static_cast<int>(ShareOf(300u)) * 10);
-    EXPECT_GT(refused, static_cast<int>(ShareOf(300u)) * 10);
+    EXPECT_GT(held, ShareOf(300) * 10);
+    EXPECT_GT(refused, ShareOf(300) * 10);
 }
 
 /// A certificate of the wrong shape leaves the check with numbers and without a point.
 TEST(RepeatedCheck, TakesBoundsBeforeItHasSeenAPoint)
 {
-    std::mt19937 random(3);
-    BoundedForm form = FormOf(SmallModel(random, 2, 3));
-    form.exact = {};
+    BoundedForm form = MakeForm({1, -2}, {{{1, 3}, {-kInf, 4}}, {{2, -1}, {-1, 5}}});
     RepeatedCheck check(form);
     Certificate misshapen;
     misshapen.status = Status::Optimal;
