@@ -183,7 +183,7 @@ def main():
     core = build.Library(layer, ROOT, TREE, TREE / f"mutants-{layer.name}", given.jobs)
     core.compile_all()
     core.link(core.work, {})
-    trial = Trial(core.link_tests(names), core.work, given.jobs)
+    trial = Trial(core.link_tests(names), core.work, given.jobs, layer.rooms)
     for test in trial.tests:
         print(f"{test.program.name}: {test.seconds:.2f} s")
     where = places.Places(core)

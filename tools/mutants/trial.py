@@ -1,6 +1,7 @@
 """Running the tests against one mutant. A mutant may loop, or ask for all memory that there is: each
 test runs under limits of memory and processor time, and in a process group that can be ended whole."""
 import os
+import re
 import signal
 import subprocess
 import threading
@@ -55,7 +56,8 @@ class Test:
 class Trial:
     """The tests, fastest first, all of which pass while nothing is mutated."""
 
-    def __init__(self, programs, library, jobs):
+    def __init__(self, programs, library, jobs, rooms):
+        self.rooms = [(room, "test" + re.sub("[A-Z]", lambda letter: "_" + letter[0].lower(), room)) for room in rooms]
         self.tests = [Test(program) for program in programs]
         with ThreadPoolExecutor(jobs) as pool:
             for test, passes in zip(self.tests, pool.map(lambda test: test.measure(library), self.tests)):
@@ -64,13 +66,19 @@ class Trial:
         self.tests.sort(key=lambda test: test.seconds)
         self.orders = {}
 
+    def can_reach(self, test, file):
+        """Whether a test is of the file's room or of one above it."""
+        of_test = [k for k, (_, prefix) in enumerate(self.rooms) if test.program.name.startswith(prefix)]
+        of_file = [k for k, (room, _) in enumerate(self.rooms) if room in file.parts]
+        return not of_test or not of_file or of_test[0] >= of_file[0]
+
     def is_noticed(self, library, file, is_solver):
         """Whether any test fails. The one that noticed the last mutant of the file comes first. The slow
         tests compare whole solves: they run for the solver's mutants alone, since for a container's they
         find nothing that its own tests do not, and take most of the time."""
         order = self.orders.get(file, self.tests)
         for test in order:
-            if not is_solver and test.is_slow:
+            if (not is_solver and test.is_slow) or not self.can_reach(test, file):
                 continue
             if not test.passes(library, test.limit()):
                 self.orders[file] = [test] + [other for other in order if other is not test]
