@@ -52,9 +52,10 @@ TEST(Words, AreIntegersModuloTheirWidth)
         ASSERT_EQ(SignOf(x.data(), width), NumberOf(x).Sign());
         ASSERT_EQ(CompareWords(x.data(), y.data(), width) < 0, NumberOf(x) < NumberOf(y));
         ASSERT_EQ(CompareWords(x.data(), y.data(), width) == 0, NumberOf(x) == NumberOf(y));
-        const unsigned bits = BitLength(x.data(), width);
-        ASSERT_GE(bits, BitLength(NumberOf(x)));
-        ASSERT_LE(bits, BitLength(NumberOf(x)) + 1);
+        const Integer magnitude = Abs(NumberOf(x));
+        const bool isMore =
+            SignOf(x.data(), width) < 0 && TrailingZeros(magnitude) + 1 != BitLength(magnitude);
+        ASSERT_EQ(BitLength(x.data(), width), BitLength(magnitude) + (isMore ? 1 : 0));
 
         std::vector<Word> product(wide, 0);
         AddProduct(product.data(), longX.data(), longY.data(), wide);

@@ -68,6 +68,22 @@ TEST(SingletonOrder, LeavesWhatCannotPivot)
     EXPECT_EQ(order.bumpColumns.size(), 2U);
 }
 
+TEST(SingletonOrder, CountsANumberInTwoPartsOnce)
+{
+    SparseVectors<ExactNumber> columns;
+    columns.Append(1, {1, {}});
+    columns.Append(1, {1, {62, 0}});
+    columns.Close();
+    columns.Append(0, {1, {}});
+    columns.Append(1, {1, {}});
+    columns.Close();
+    const SingletonOrder order = FindSingletons(columns);
+    ASSERT_EQ(order.columnSingletons.size(), 2U);
+    EXPECT_EQ(order.columnSingletons[0].row, 1U);
+    EXPECT_EQ(order.columnSingletons[1].row, 0U);
+    EXPECT_TRUE(order.bumpColumns.empty());
+}
+
 ExactNumber DrawEntry(Random& random, bool isLong)
 {
     const std::int64_t magnitude =

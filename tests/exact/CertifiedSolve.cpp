@@ -3,6 +3,7 @@
 #include "tests/exact/Certified.hpp"
 #include "tests/support/Forms.hpp"
 
+#include "Nuv/Exact/CertifiedSession.hpp"
 #include "Nuv/Exact/CertifiedSolve.hpp"
 #include "tests/support/Effort.hpp"
 
@@ -102,6 +103,38 @@ TEST(Engine, BoundsThatCrossAreTheProof)
     EXPECT_EQ(proof.certificate.status, Status::Infeasible);
     EXPECT_TRUE(proof.record.proved);
     EXPECT_EQ(proof.certificate.contradiction, 1u);
+}
+
+/// What is not asked to be proved says the same and claims no proof, by itself and in a session,
+/// also where the bounds tell at sight.
+TEST(Engine, AnUnprovedSolveAnswersAlikeAndClaimsNoProof)
+{
+    Random random(11);
+    int crossed = 0;
+    for (int round = 0; round < ShareOf(600); ++round)
+    {
+        SCOPED_TRACE(round);
+        const auto rows = static_cast<Index>(random.Between(0, 4));
+        const BoundedForm form =
+            RandomSmallForm(random, rows, static_cast<Index>(random.Between(1, 5)));
+        crossed += FindCrossedBounds(form) != kNoIndex ? 1 : 0;
+        const CertifiedResult proof = Solve(form);
+        SolveControl control;
+        const CertifiedResult result = SolveUnproved(form, nullptr, control);
+        SolveControl another;
+        CertifiedSession session(form, std::nullopt);
+        const CertifiedResult again = *session.SolveUnproved(another);
+        for (const CertifiedResult* unproved : {&result, &again})
+        {
+            ASSERT_EQ(unproved->certificate.status, proof.certificate.status);
+            ASSERT_FALSE(unproved->record.proved);
+            if (proof.certificate.status == Status::Optimal)
+            {
+                ASSERT_NEAR(unproved->record.objectiveValue, proof.record.objectiveValue, 1e-9);
+            }
+        }
+    }
+    EXPECT_GT(crossed, 0);
 }
 
 TEST(Engine, WrongDataAreNamedAndNotSolved)

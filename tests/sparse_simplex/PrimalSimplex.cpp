@@ -160,14 +160,18 @@ TEST(PrimalSimplex, PushesBoundsApartWhereItStallsAndOnlyIfItMay)
     const Primal perturbed(form, true);
     EXPECT_EQ(perturbed.verdict, SimplexVerdict::Optimal);
     EXPECT_TRUE(perturbed.moved);
-    // Outwards and by little.
+    // Outwards and by little, also where a bound is 0.
+    int pushedFromZero = 0;
     for (Index v = 0; v < form.Variables(); ++v)
     {
         EXPECT_LE(perturbed.state.lower[v], perturbed.scaled.lower[v] + 1e-9);
         EXPECT_GE(perturbed.state.upper[v], perturbed.scaled.upper[v] - 1e-9);
         EXPECT_GE(perturbed.state.lower[v], perturbed.scaled.lower[v] - 1e-4);
         EXPECT_LE(perturbed.state.upper[v], perturbed.scaled.upper[v] + 1e-2);
+        if (perturbed.scaled.upper[v] == 0.0 && perturbed.state.upper[v] > 0.0)
+            ++pushedFromZero;
     }
+    EXPECT_GT(pushedFromZero, 0);
     EXPECT_NEAR(perturbed.Objective(form), strict.Objective(form), 1e-2);
 }
 

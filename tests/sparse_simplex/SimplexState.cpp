@@ -66,6 +66,29 @@ TEST(ScaledForm, ScalesByPowersOfTwoTowardsOne)
     EXPECT_LT(after, 0.3 * before);
 }
 
+TEST(ScaledForm, TakesAStoredZeroForNoEntry)
+{
+    Random random(3);
+    BoundedForm form = BadlyScaled(random, 9, 12);
+    const ScaledForm scaled(form);
+    SparseVectors<double> columns;
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        std::vector<bool> isTaken(form.rows, false);
+        for (const auto [row, entry] : form.matrix.Column(j))
+        {
+            columns.Append(row, entry);
+            isTaken[row] = true;
+        }
+        const auto free = std::ranges::find(isTaken, false) - isTaken.begin();
+        if (free < static_cast<std::ptrdiff_t>(form.rows))
+            columns.Append(static_cast<Index>(free), 0.0);
+        columns.Close();
+    }
+    form.matrix = SparseMatrix<double>::FromColumns(std::move(columns), form.rows);
+    EXPECT_EQ(ScaledForm(form).matrix->scale, scaled.matrix->scale);
+}
+
 TEST(ScaledForm, BringsTheLargestEntryOfEachRowToOne)
 {
     Random random(2);

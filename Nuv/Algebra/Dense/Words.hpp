@@ -112,7 +112,7 @@ inline void AddProduct(Word* sum, const Word* x, const Word* y, unsigned width) 
     return 0;
 }
 
-/// Bits of the magnitude, or one more where it is a power of two and the number negative.
+/// Bits of the magnitude; of a negative number that is no power of two, one more.
 [[nodiscard]] inline unsigned BitLength(const Word* x, unsigned width) noexcept
 {
     const Word filling = IsNegative(x, width) ? ~Word{0} : 0;
