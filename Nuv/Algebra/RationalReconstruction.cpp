@@ -184,7 +184,7 @@ bool DixonSolver::ReconstructAll(ExactVector& solution, const StopPredicate& sto
 {
     m_common.assign(1, solution.denominator);
     m_product.SetFactor(solution.denominator, 0);
-    m_commonOf.assign(m_size, 0);
+    m_commonOf.resize(m_size);
     for (Index k = 0; k < m_size; ++k)
     {
         const std::size_t digits = useAll ? m_steps : DigitsFor(solution.denominator);

@@ -123,7 +123,8 @@ std::optional<std::string> ToFullDecimal(const Rational& value)
     std::string digits = whole.ToString();
     const auto zeros = std::ssize(digits) - 1 - static_cast<long>(digits.find_last_not_of('0'));
     std::string text = value.Sign() < 0 ? "-" : "";
-    if (places == 0 && zeros > 20)
+    // With decimal places the last digit is not zero.
+    if (zeros > 20)
         return text + digits.substr(0, digits.size() - static_cast<std::size_t>(zeros)) + "e" +
                std::to_string(zeros);
     if (places > std::ssize(digits) + 20)

@@ -32,8 +32,8 @@ SparseElimination<Field>::SparseElimination(const Field& field, const SparseVect
     pivotRow.reserve(m_size);
     pivotColumn.reserve(m_size);
     pivotValue.reserve(m_size);
-    lower.start.reserve(std::size_t{m_size} + 1);
-    upper.start.reserve(std::size_t{m_size} + 1);
+    lower.start.reserve(std::size_t{m_size} + 1);  // same bits: room alone
+    upper.start.reserve(std::size_t{m_size} + 1);  // same bits: room alone
     upper.index.reserve(columns.index.size());
     upper.value.reserve(columns.index.size());
 }
@@ -154,7 +154,7 @@ void SparseElimination<Field>::LoadNucleus()
     m_stamp.assign(m_size, 0);
     for (Index row = 0; row < m_size; ++row)
     {
-        if (!m_rowDone[row])
+        if (!m_rowDone[row])  // same bits: of no use for the others
             m_rows[row].reserve(m_rowLeft[row]);
     }
     for (Index column = 0; column < m_size; ++column)
@@ -170,12 +170,11 @@ void SparseElimination<Field>::LoadNucleus()
             m_rows[row].push_back(column);
         }
     }
+    // Those that have pivoted are empty here, and nobody asks for these.
     for (Index k = 0; k < m_size; ++k)
     {
-        if (!m_columnDone[k])
-            m_columnCounts.Place(k, m_columns[k].size());
-        if (!m_rowDone[k])
-            m_rowCounts.Place(k, m_rows[k].size());
+        m_columnCounts.Place(k, m_columns[k].size());
+        m_rowCounts.Place(k, m_rows[k].size());
     }
 }
 
@@ -292,7 +291,7 @@ void SparseElimination<Field>::TakePivotColumn(Index row, Index column)
 template <class Field>
 void SparseElimination<Field>::UpdateColumn(Index column, const Value& factor)
 {
-    ++m_currentStamp;
+    ++m_currentStamp;  // same bits (-> --): what counts is that it is another one
     std::vector<Entry>& entries = m_columns[column];
     for (std::size_t at = 0; at < entries.size();)
     {

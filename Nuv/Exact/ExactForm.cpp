@@ -35,9 +35,10 @@ ExactForm::ExactForm(const BoundedForm& bounded)
       upper(bounded.Variables()),
       m_columnScale(bounded.Variables())
 {
-    byVariable.start.reserve(std::size_t{form.Variables()} + 1);
-    byVariable.index.reserve(form.matrix.EntryCount() + form.rows);
-    byVariable.value.reserve(form.matrix.EntryCount() + form.rows);
+    byVariable.start.reserve(std::size_t{form.Variables()} + 1);       // same bits: room alone
+    const std::size_t entries = form.matrix.EntryCount() + form.rows;  // same bits: room alone
+    byVariable.index.reserve(entries);
+    byVariable.value.reserve(entries);
     m_costs.reserve(form.Variables());
     for (Index v = 0; v < form.Variables(); ++v)
         TakeColumn(v);
@@ -99,7 +100,7 @@ void ExactForm::TakeMultipliers()
 Integer ExactForm::DivisorOf(Index variable) const
 {
     Integer divisor(1);
-    if (form.exact.Empty())
+    if (form.exact.Empty())  // same bits: doubles have no other denominators
         return divisor;
     form.VisitColumn(variable, [&](Index row, double entry)
                      { IncludeDenominator(form.ExactEntry(row, variable, entry), divisor); });
@@ -177,9 +178,8 @@ double ExactForm::InDouble(Index variable, const Integer& reduced, const ExactVe
     const Scale scale = ColumnScale(variable);  // neither exponent is positive
     if (scale.five == 0 && HasNoQuotient())
         return std::ldexp(QuotientToDouble(reduced, duals.denominator), scale.two);
-    Integer denominator = duals.denominator * PowerOf({0, -scale.five});
-    if (!HasNoQuotient())
-        denominator *= ColumnDivisor(variable);
+    const Integer denominator =
+        duals.denominator * PowerOf({0, -scale.five}) * ColumnDivisor(variable);
     return std::ldexp(QuotientToDouble(reduced, denominator), scale.two);
 }
 

@@ -43,8 +43,8 @@ SimplexVerdict PrimalSimplex::Run(bool perturb)
 /// again.
 bool PrimalSimplex::GetsAnywhere() const noexcept
 {
-    constexpr int kMostRelapses = 20;
-    constexpr std::uint64_t kMostStarts = 100;
+    constexpr int kMostRelapses = 20;           // same bits: one of many right choices
+    constexpr std::uint64_t kMostStarts = 100;  // same bits: one of many right choices
     const std::uint64_t pivots = m_control.Pivots(Stage::Double) - m_firstPivot;
     return m_relapses <= kMostRelapses && m_starts <= kMostStarts + pivots / 4;
 }
@@ -256,6 +256,7 @@ void PrimalSimplex::Pivot(Index entering, const Step& step)
                                                                : m_state.upper[leaving];
     if (bound != m_state.value[leaving])
     {
+        // same bits (-> >=, jne never): bounds that have moved are taken back in the end
         if (std::fabs(bound - m_state.value[leaving]) > kSnap && !m_phaseOne)
         {
             bound = m_state.value[leaving];
@@ -354,11 +355,9 @@ void PrimalSimplex::PushBoundsApart()
             m_random ^= m_random << 13;
             m_random ^= m_random >> 7;
             m_random ^= m_random << 17;
-            if (std::fabs(*bound) == kInfinity)
-                continue;
             const double fraction = static_cast<double>(m_random >> 11) * 0x1p-53;
             const double push = (1.0 + fraction) * kPush * (1.0 + std::fabs(*bound));
-            *bound += bound == &m_state.lower[v] ? -push : push;
+            *bound += bound == &m_state.lower[v] ? -push : push;  // infinity stays
         }
     }
     m_boundsMoved = true;

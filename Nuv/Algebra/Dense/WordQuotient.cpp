@@ -68,7 +68,7 @@ private:
     }
 
     std::array<Word, kMostWords> m_words;
-    unsigned m_width = 0;
+    unsigned m_width = 0;  // same bits: Take sets it
 };
 
 /// 2^64 + quotient or quotient, rounded to a double, where `rest` says that there is more below.
@@ -111,7 +111,7 @@ Integer ToInteger(const Word* x, unsigned width)
 double QuotientToDouble(const Word* numerator, unsigned width, const Word* denominator,
                         unsigned denominatorWidth, Scale scale)
 {
-    constexpr Word kUncertain = 5;
+    constexpr Word kUncertain = 5;  // same bits: four are enough, and of more some are in vain
     if (IsZero(numerator, width))
         return 0.0;
     Magnitude top;
@@ -133,11 +133,9 @@ double QuotientToDouble(const Word* numerator, unsigned width, const Word* denom
         rounded = Rounded(hasHighBit, quotient.quotient, quotient.remainder != 0);
     else
     {
-        const Word low = quotient.quotient - kUncertain;
-        const Word high = quotient.quotient + kUncertain;
-        rounded = Rounded(hasHighBit, low, true);
-        if (low > quotient.quotient || high < quotient.quotient ||
-            Rounded(hasHighBit, high, true) != rounded)
+        // An end that wraps around is far from the other, whose double it cannot be.
+        rounded = Rounded(hasHighBit, quotient.quotient - kUncertain, true);
+        if (Rounded(hasHighBit, quotient.quotient + kUncertain, true) != rounded)
             rounded = 0.0;
     }
     // same bits (-> <=, -> >=, -> 999, -> 1001): integers of any size come to the same

@@ -24,18 +24,15 @@ public:
     template <class Take>
     void TakeSingletons(const Take& take)
     {
-        std::vector<Index> singletons;
+        std::vector<Index> singletons;  // and those that may become one
         for (Index k = m_along.Count(); k-- > 0;)
-        {
-            if (m_count[k] == 1)
-                singletons.push_back(k);
-        }
+            singletons.push_back(k);
         while (!singletons.empty())
         {
             const Index k = singletons.back();
             singletons.pop_back();
             if (m_count[k] != 1)
-                continue;
+                continue;  // has more, or was taken
             const auto indices = m_along.Indices(k);
             const Index at =
                 *std::ranges::find_if(indices, [this](Index i) { return m_isLeft[i]; });
