@@ -77,7 +77,7 @@ DixonSolver::DixonSolver(const SparseVectors<ExactNumber>& unknowns,
         scale.two = std::max(scale.two, -unknowns.value[at].scale.two);
         scale.five = std::max(scale.five, -unknowns.value[at].scale.five);
     }
-    std::vector<std::size_t> bits(m_size, 0);
+    std::vector<std::size_t> bits(m_size, 0);  // same bits: each equation has one or more
     std::vector<std::size_t> count(m_size, 0);
     m_equation.reserve(unknowns.index.size());
     m_mantissa.reserve(unknowns.index.size());
@@ -173,7 +173,7 @@ bool DixonSolver::SolveIntegers(std::vector<Integer> rightSide, ExactVector& sol
             continue;
         if (Reconstruct(solution, stop))
             break;
-        if (stop())
+        if (stop())  // same bits (jne never): it is asked again soon
             return false;
         attempt = NextAttempt();
     }
@@ -251,7 +251,7 @@ void DixonSolver::SubtractDigits()
     const std::size_t primeBits = BitsOf(m_factors.GetField().Prime()) - 1;
     m_residualBits =
         std::max(m_residualBits - std::min(m_residualBits, primeBits - 1), m_entryBits);
-    CutResidual(m_residualBits / 64 + 1);
+    CutResidual(m_residualBits / 64 + 1);  // same bits (-> 2): of more words none is needed
     const std::int64_t* const digits = m_digits.data() + (m_digits.size() - m_size);
     const bool isShort = m_words == 1;
     for (Index k = 0; k < m_size; ++k)
@@ -293,9 +293,10 @@ void DixonSolver::AppendCombination()
     WideDigit sum{0, 0};
     for (std::size_t at = m_digits.size() - m_size; at < m_digits.size(); ++at)
     {
-        random ^= random << 13;
-        random ^= random >> 7;
-        random ^= random << 17;
+        random ^= random << 13;  // same bits: any small coefficients do
+        random ^= random >> 7;   // same bits: any small coefficients do
+        random ^= random << 17;  // same bits: any small coefficients do
+        // same bits: any small coefficients do
         const std::int64_t coefficient = static_cast<std::int64_t>(random >> 61) + 1;
         sum.high += coefficient * (m_digits[at] >> 31);
         sum.low += coefficient * (m_digits[at] & 0x7FFFFFFF);
@@ -308,7 +309,7 @@ void MultiplyBy(Scale scale, const Integer& divisor, ExactVector& vector)
     const Integer up = PowerOf({std::max(scale.two, 0), std::max(scale.five, 0)});
     const Integer down = PowerOf({std::max(-scale.two, 0), std::max(-scale.five, 0)}) * divisor;
     vector.denominator *= down;
-    if (up != 1)
+    if (up != 1)  // same bits: a product with 1
     {
         for (Integer& numerator : vector.numerator)
             numerator *= up;

@@ -25,6 +25,7 @@ public:
         // Newton's iteration doubles the number of right low bits; an odd number is its own inverse
         // to three bits.
         m_inverse = prime;
+        // same bits (-> 6, -> <=): a right inverse stays as it is
         for (int round = 0; round < 5; ++round)
             m_inverse *= 2 - prime * m_inverse;
         const std::uint64_t one = (~std::uint64_t{0} % prime) + 1;  // 2^64 mod p

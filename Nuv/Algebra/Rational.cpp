@@ -24,7 +24,7 @@ Rational::Rational(Integer numerator, Integer denominator)
     if (m_denominator == 1)
         return;
     const Integer divisor = Gcd(m_numerator, m_denominator);
-    if (divisor != 1)
+    if (divisor != 1)  // same bits: a division by 1
     {
         m_numerator /= divisor;
         m_denominator /= divisor;

@@ -81,7 +81,7 @@ void SparseLu<Field>::Substitute(const SparseVectors<Value>& vectors,
     // Residues are the same whichever way they are summed; numbers of other fields need not be.
     if constexpr (requires { typename Field::ProductSum; })
     {
-        if (IsDense(vector))
+        if (IsDense(vector))  // same bits: as said above
         {
             SubstituteBySums<direction, diagonal>(across, vector);
             return;
@@ -152,6 +152,7 @@ void SparseLu<Field>::SubstituteByEntries(const SparseVectors<Value>& vectors,
             }
             unknown = m_field.Product(unknown, m_pivotInverse[step]);
         }
+        // same bits (always, never): a walk over no entries needs no copy
         if (vectors.start[step] == vectors.start[step + 1])
             continue;
         const Value factor = unknown;

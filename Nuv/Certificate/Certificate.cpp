@@ -135,6 +135,7 @@ private:
     {
         for (const double number : numbers)
         {
+            // same bits: a factor that is larger than need be is right too
             if (!std::isfinite(number))
                 continue;
             const Scale scale = TakeApart(number, m_form.numbers).scale;

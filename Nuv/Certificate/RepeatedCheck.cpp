@@ -42,6 +42,7 @@ void RepeatedCheck::TakeCosts()
 
 std::string RepeatedCheck::Check(const Certificate& certificate)
 {
+    // same bits (jne #2 always): the other check says the same
     if (certificate.status != Status::Optimal || !m_form.exact.Empty())
         return CheckCertificate(m_form, certificate);
     if (!m_hasNumbers)
@@ -59,6 +60,7 @@ void RepeatedCheck::IncludeDenominatorOf(double number)
 bool RepeatedCheck::Fits(double number) const
 {
     const Scale scale = TakeApart(number, m_form.numbers).scale;
+    // same bits (-> >): numbers that do not fit are taken anew
     return scale.two + m_scale.two >= 0 && scale.five + m_scale.five >= 0;
 }
 

@@ -150,6 +150,7 @@ const Rational& ExactSimplex::NonbasicValue(Index variable) const noexcept
 /// B x_B = -N x_N, where the products on the right are summed as integers with one scale.
 bool ExactSimplex::ComputeValues()
 {
+    // same bits: computed again they are the same
     if (m_evaluation.hasValues && m_evaluation.resting == m_status)
         return true;
     Scale lowest;

@@ -194,8 +194,10 @@ private:
         void Limit(const Value& room, const Value& rate)
         {
             const Value end = -room / rate;
+            // same bits (#2 -> >=): an end that is there already
             if (rate > Value(0) && (!down || end > *down))
                 down = end;
+            // same bits (#2 -> <=): an end that is there already
             if (rate < Value(0) && (!up || end < *up))
                 up = end;
         }
@@ -294,8 +296,10 @@ private:
                 continue;
             const Index v = m_head[k];
             const Value value = m_kind.Solution(v);
+            // same bits (in InDoubles): an infinite end is none
             if (std::isfinite(m_form.Lower(v)))
                 changes.Limit(std::max(Value(0), Value(value - m_kind.Bound(v, false))), column[k]);
+            // same bits (in InDoubles): an infinite end is none
             if (std::isfinite(m_form.Upper(v)))
                 changes.Limit(std::max(Value(0), Value(m_kind.Bound(v, true) - value)), -column[k]);
         }

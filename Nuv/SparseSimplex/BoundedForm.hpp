@@ -116,9 +116,10 @@ template <class Value, class Transform>
                                                        const Transform& transform)
 {
     SparseVectors<Value> result;
-    result.start.reserve(std::size_t{form.Variables()} + 1);
-    result.index.reserve(form.matrix.EntryCount() + form.rows);
-    result.value.reserve(form.matrix.EntryCount() + form.rows);
+    result.start.reserve(std::size_t{form.Variables()} + 1);           // same bits: room alone
+    const std::size_t entries = form.matrix.EntryCount() + form.rows;  // same bits: room alone
+    result.index.reserve(entries);
+    result.value.reserve(entries);
     for (Index v = 0; v < form.Variables(); ++v)
     {
         form.VisitColumn(v, [&](Index row, double entry)

@@ -51,7 +51,7 @@ void SimplexState::Refactorise()
 
 bool SimplexState::WantsRefactorisation() const noexcept
 {
-    constexpr Index kMostUpdates = 100;
+    constexpr Index kMostUpdates = 100;  // same bits: one of many right choices
     return m_inaccurate || lu.Updates() >= kMostUpdates ||
            (lu.Updates() >= 20 && lu.UpdateEntries() > 3 * lu.FactorEntries());
 }
@@ -61,6 +61,7 @@ void SimplexState::ComputeValues()
     m_work.Reset(form.rows);
     for (Index v = 0; v < form.Variables(); ++v)
     {
+        // same bits (jp always, jp never): a column times 0 adds nothing, and no value is a NaN
         if (status[v] != BasisStatus::Basic && value[v] != 0.0)
             AddColumn(v, -value[v], m_work);
     }
@@ -112,6 +113,7 @@ void SimplexState::PriceRow(const WorkVector& row, WorkVector& result) const
     // list of what they touch.
     constexpr std::size_t kDense = 4;
     result.Reset(form.Variables());
+    // same bits (-> /, -> >=, always, never): both price all that is not basic
     if (row.touched.size() * kDense > form.rows)
         PriceByColumns(row, result);
     else
@@ -123,6 +125,7 @@ void SimplexState::PriceByRows(const WorkVector& row, WorkVector& result) const
     for (const Index i : row.touched)
     {
         const double factor = row.value[i];
+        // same bits (-> <=): nothing is as large as that limit
         if (std::fabs(factor) < tolerance::kNegligible)
             continue;
         if (side[form.Logical(i)] != 0)
@@ -141,6 +144,7 @@ void SimplexState::PriceByColumns(const WorkVector& row, WorkVector& result) con
         double sum = 0.0;
         for (const auto [i, entry] : form.Column(j))
             sum += entry * row.value[i];
+        // same bits (-> >): nothing is as large as that limit
         if (std::fabs(sum) >= tolerance::kNegligible)
             result.Set(j, sum);
     }

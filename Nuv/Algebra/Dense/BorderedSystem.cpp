@@ -120,13 +120,13 @@ bool BorderedSystem::EliminateWith(unsigned step)
     switch (width)
     {
     case 1:
-        Update<1>(step, width, quotientWidth);
+        Update<1>(step, width, quotientWidth);  // same bits (-> 0): known later
         break;
     case 2:
-        Update<2>(step, width, quotientWidth);
+        Update<2>(step, width, quotientWidth);  // same bits (-> 0): known later
         break;
     case 3:
-        Update<3>(step, width, quotientWidth);
+        Update<3>(step, width, quotientWidth);  // same bits (-> 0): known later
         break;
     default:
         Update<0>(step, width, quotientWidth);

@@ -12,7 +12,9 @@ namespace nuv
 
 struct DenseForm
 {
+    // same bits (0 -> 1): who states a form states both
     Index rows = 0;
+    // same bits (0 -> 1): as above
     Index columns = 0;
     CoefficientMeaning numbers = CoefficientMeaning::StoredDouble;
     std::vector<double> matrix;  ///< row after row

@@ -60,7 +60,7 @@ bool ToWideInteger(const ExactNumber& number, Scale scale, WideInteger& result)
     const auto five = static_cast<unsigned>(number.scale.five + scale.five);
     if (five > kMostFives || two >= 126)
         return false;
-    result.isNegative = number.mantissa < 0;
+    result.isNegative = number.mantissa < 0;  // same bits (-> <=): it is not zero
     const auto magnitude =
         static_cast<Word>(result.isNegative ? -number.mantissa : number.mantissa);
     const WideProduct product = MultiplyWide(magnitude, kPowersOfFive[five]);

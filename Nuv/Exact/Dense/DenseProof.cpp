@@ -100,6 +100,7 @@ bool DenseProof::WeighViolatedRows(const std::vector<signed char>& violations)
                                 m_rowWeights[i]);
     }
     // A sum of as many products as there are rows, and its sign.
+    // same bits (-> 32, -> 34): a bound with room; what is too long is proved the long way
     return isShort && m_weightBits + m_numbers.Bits() + 33 < 64 * BorderedSystem::kEntryWidth;
 }
 
@@ -207,6 +208,7 @@ bool DenseProof::StateRightSide(const std::vector<BasisStatus>& status, unsigned
 {
     constexpr unsigned kWidth = BorderedSystem::kEntryWidth;
     const DenseForm& form = m_numbers.Form();
+    // same bits (-> 32, -> 34): a bound with room; what is too long is proved the long way
     if (2 * m_numbers.Bits() + 33 >= 64 * kWidth)
         return false;
     const Index row = m_tight[at];

@@ -27,7 +27,7 @@ std::vector<Replacement> BasisLu::Factorise(const SparseVectors<double>& columns
     // A replaced column met no elimination: the logical of a row that never pivoted is untouched by
     // the multipliers, and what the dropped column left in U goes with it.
     SparseVectors<double> upper;
-    upper.start.reserve(std::size_t{m_size} + 1);
+    upper.start.reserve(std::size_t{m_size} + 1);  // same bits: room alone
     upper.index.reserve(elimination.upper.index.size());
     upper.value.reserve(elimination.upper.index.size());
     for (Index step = 0; step < elimination.upper.Count(); ++step)
@@ -155,6 +155,7 @@ void BasisLu::ApplyEtasBackward(WorkVector& vector) const
     for (Index k = m_etas.Count(); k-- > 0;)
     {
         const double factor = vector.value[m_etaRow[k]];
+        // same bits (-> <=): nothing is as large as that limit
         if (std::fabs(factor) < tolerance::kNegligible)
             continue;
         for (const auto [at, entry] : m_etas[k])
@@ -215,6 +216,7 @@ void BasisLu::AddSpikeToUpper(Index position)
     for (std::size_t k = 0; k < m_spikeIndex.size(); ++k)
     {
         const Index row = m_spikeIndex[k];
+        // same bits (-> <=): nothing is as large as that limit
         if (row == position || std::fabs(m_spikeValue[k]) < tolerance::kNegligible)
             continue;
         m_upperColumns.Append(position, row, m_spikeValue[k]);

@@ -68,6 +68,7 @@ inline void Eliminate(const EditableVectors& triangle, Index number, const doubl
     double& unknown = vector.value[number];
     if (unknown == 0.0)
         return;
+    // same bits (-> <=): nothing is as large as that limit
     if (std::fabs(unknown) < tolerance::kNegligible)
     {
         unknown = 0.0;

@@ -27,6 +27,7 @@ double Sum(double number, double change) noexcept
 {
     constexpr double kCancelled = 1e-13;
     const double sum = number + change;  // a number may be infinite
+    // same bits (-> >=): what is left of a cancellation has no such digits
     return std::isinf(number) || std::fabs(sum) > kCancelled * std::fabs(number) ? sum : 0.0;
 }
 

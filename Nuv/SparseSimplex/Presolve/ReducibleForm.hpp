@@ -100,6 +100,7 @@ public:
         m_work += m_byRow.Indices(row).size();
         for (const auto [column, entry] : m_byRow[row])
         {
+            // same bits (in MoveCost): nobody asks what a column that is gone costs
             if (!m_columnGone[column])
                 visit(column, entry);
         }
