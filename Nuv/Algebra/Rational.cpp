@@ -21,6 +21,7 @@ Rational::Rational(Integer numerator, Integer denominator)
         m_numerator.Negate();
         m_denominator.Negate();
     }
+    // same bits: a factor of 1
     if (m_denominator == 1)
         return;
     const Integer divisor = Gcd(m_numerator, m_denominator);
@@ -91,6 +92,7 @@ Rational& Rational::operator/=(const Rational& other)
 
 std::strong_ordering operator<=>(const Rational& x, const Rational& y)
 {
+    // same bits: as cross-multiplied
     if (x.m_denominator == y.m_denominator)
         return x.m_numerator <=> y.m_numerator;
     return x.m_numerator * y.m_denominator <=> y.m_numerator * x.m_denominator;
@@ -105,9 +107,12 @@ Rational ToRational(double value, CoefficientMeaning meaning)
 
 Integer PowerOf(Scale scale)
 {
+    // same bits: the long way comes to the same
     if (const std::int64_t small = ScaledInWord({1, {}}, scale); small != 0)
         return Integer(small);
+    // same bits: a factor of 1
     Integer power = scale.five == 0 ? Integer(1) : Power(5, static_cast<unsigned>(scale.five));
+    // same bits: a factor of 1
     if (scale.two != 0)
         power <<= static_cast<std::size_t>(scale.two);
     return power;
@@ -115,8 +120,10 @@ Integer PowerOf(Scale scale)
 
 Integer Scaled(const ExactNumber& number, Scale scale)
 {
+    // same bits: so is the product
     if (number.mantissa == 0)
         return Integer();
+    // same bits: the long way comes to the same
     if (const std::int64_t small = ScaledInWord(number, scale); small != 0)
         return Integer(small);
     return PowerOf(number.scale + scale) * number.mantissa;

@@ -151,6 +151,7 @@ private:
     /// The number at a place, where the double says `number`, times Factor().
     [[nodiscard]] Integer Scaled(const FormPlace& place, double number) const
     {
+        // same bits: in a table without entries none is found
         if (m_form.exact.Empty())
             return nuv::Scaled(TakeApart(number, m_form.numbers), m_scale);
         if (const Rational* const exact = m_form.exact.Find(place))

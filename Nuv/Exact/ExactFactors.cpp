@@ -27,6 +27,7 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
     std::vector<Index> dropped;
     if (!FactoriseBump(head))
         dropped = FactoriseWhole(head);
+    // same bits: nobody asks for it otherwise
     if (!m_exact.HasNoQuotient())
         m_head = head;
     return dropped;

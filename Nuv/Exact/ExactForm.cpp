@@ -12,6 +12,7 @@ namespace
 /// How often two and five divide a positive number.
 Scale PowersIn(const Integer& number)
 {
+    // same bits: the loop finds no power
     if (number == 1)
         return {};
     Scale powers{static_cast<int>(TrailingZeros(number)), 0};
@@ -58,6 +59,7 @@ void ExactForm::TakeColumn(Index variable)
     form.VisitColumn(variable,
                      [&](Index row, double entry)
                      {
+                         // same bits: another way to say the same number
                          if (form.exact.Empty())
                              byVariable.Append(row, TakeApart(entry, form.numbers));
                          else
@@ -77,8 +79,10 @@ void ExactForm::TakeCost(Index variable, const Integer& divisor)
     if (form.IsLogical(variable))
         return;
     cost[variable] = form.ExactCost(variable);
+    // same bits: what is 0 adds nothing
     if (cost[variable].Sign() == 0)
         return;
+    // same bits: a factor of 1
     const Rational scaledCost = divisor == 1 ? cost[variable] : cost[variable] * divisor;
     Scale& scale = m_columnScale[variable];
     scale.LowerTo(-PowersIn(scaledCost.Denominator()));
@@ -133,6 +137,7 @@ void ExactForm::TakeBounds(Index variable)
     // resting value is an integer over this as well.
     for (const Rational* const bound : {&lower[variable], &upper[variable]})
     {
+        // same bits: the divisor is a multiple of those of columns
         if (bound->Denominator() != 1)
             m_boundDivisor =
                 LeastCommonMultiple(m_boundDivisor, bound->Denominator() * m_columnDivisors);
@@ -141,6 +146,7 @@ void ExactForm::TakeBounds(Index variable)
 
 Integer ExactForm::ScaledBound(const Rational& bound) const
 {
+    // same bits: a factor of 1
     if (bound.Denominator() == 1)
         return bound.Numerator() * m_boundDivisor;
     return bound.Numerator() * (m_boundDivisor / bound.Denominator());
@@ -152,6 +158,7 @@ Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
     for (std::size_t at = byVariable.start[variable]; at < byVariable.start[variable + 1]; ++at)
     {
         const Integer& value = byRow[byVariable.index[at]];
+        // same bits: what is 0 adds nothing
         if (value.Sign() != 0)
             m_multipliers.AddProduct(at, value, sum);
     }
@@ -161,6 +168,7 @@ Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
 Integer ExactForm::ReducedCost(Index variable, const ExactVector& duals, bool withCost) const
 {
     Integer result = -Dot(variable, duals.numerator);
+    // same bits: what is 0 adds nothing
     if (withCost && cost[variable].Sign() != 0)
         result.AddProduct(duals.denominator, m_costs[variable]);
     return result;
@@ -173,9 +181,11 @@ double ExactForm::ReducedCostInDouble(Index variable, const ExactVector& duals, 
 
 double ExactForm::InDouble(Index variable, const Integer& reduced, const ExactVector& duals) const
 {
+    // same bits: the quotient is 0 as well
     if (reduced.Sign() == 0)
         return 0.0;
     const Scale scale = ColumnScale(variable);  // neither exponent is positive
+    // same bits: the divisors below are 1
     if (scale.five == 0 && HasNoQuotient())
         return std::ldexp(QuotientToDouble(reduced, duals.denominator), scale.two);
     const Integer denominator =
@@ -185,6 +195,7 @@ double ExactForm::InDouble(Index variable, const Integer& reduced, const ExactVe
 
 void IncludeDenominator(const Rational& number, Integer& divisor)
 {
+    // same bits: the least common multiple is the divisor itself
     if (number.Denominator() != 1 && divisor != number.Denominator())
         divisor = LeastCommonMultiple(divisor, number.Denominator());
 }
@@ -196,6 +207,7 @@ int CompareToBound(const Integer& numerator, const Integer& denominator, const R
     const int boundSign = bound.Sign();
     if (sign != boundSign)
         return sign < boundSign ? -1 : 1;
+    // same bits: both products are 0
     if (sign == 0)
         return 0;
     // Magnitudes far enough apart need no arithmetic.

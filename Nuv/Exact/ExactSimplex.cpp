@@ -117,10 +117,12 @@ bool ExactSimplex::Factorise()
     for (const Index variable : m_head)
         isBasic[variable] = true;
     // Both are lists of as many different variables.
+    // same bits: factors that are made again solve the same
     if (m_evaluation.head.size() == m_head.size() && !m_head.empty() &&
         std::ranges::all_of(m_evaluation.head, [&](Index variable) { return isBasic[variable]; }))
     {
         m_head = m_evaluation.head;
+        // same bits: a stop is final, and asked about again
         return !m_control.IsStopped();
     }
     m_evaluation.Forget();
@@ -130,6 +132,7 @@ bool ExactSimplex::Factorise()
     for (const Index variable : m_head)
         m_status[variable] = BasisStatus::Basic;
     m_evaluation.head = m_head;
+    // same bits: a stop is final, and asked about again
     return !m_control.IsStopped();
 }
 
@@ -156,6 +159,7 @@ bool ExactSimplex::ComputeValues()
     Scale lowest;
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
+        // same bits: a lower scale is right too
         if (NonbasicValue(v).Sign() != 0)
             lowest.LowerTo(m_exact.ColumnScale(v));
     }
@@ -163,9 +167,11 @@ bool ExactSimplex::ComputeValues()
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
         const Rational& value = NonbasicValue(v);
+        // same bits: what is 0 adds nothing
         if (value.Sign() == 0)
             continue;
         Integer scaled = m_exact.ScaledBound(value);
+        // same bits: a factor of 1
         if (!m_exact.HasNoQuotient())
             scaled /= m_exact.ColumnDivisor(v);
         for (const auto [row, entry] : m_exact.byVariable[v])
@@ -180,6 +186,7 @@ bool ExactSimplex::ComputeValues()
 /// B' y = c_B; in phase one c_B is -1 for a violated lower bound and +1 for a violated upper one.
 bool ExactSimplex::ComputeDuals(bool phaseOne)
 {
+    // same bits: computed again they are the same
     if (m_evaluation.hasDuals && !phaseOne)
         return true;
     m_evaluation.hasDuals = false;
@@ -198,6 +205,7 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
     for (Index k = 0; k < m_form.rows; ++k)
     {
         const Rational& cost = m_exact.cost[m_head[k]];
+        // same bits: what is 0 adds nothing
         if (cost.Sign() != 0)
             right.value[k] = cost.Numerator() * (right.divisor / cost.Denominator());
     }
@@ -213,6 +221,7 @@ bool ExactSimplex::IsDualFeasible()
         if (m_status[v] == BasisStatus::Basic || m_form.IsFixed(v))
             continue;
         signed char& sign = m_evaluation.reducedSign[v];
+        // same bits: computed again it is the same
         if (sign == ExactEvaluation::kSignUnknown)
         {
             m_evaluation.reduced[v] = m_exact.ReducedCost(v, m_duals, true);

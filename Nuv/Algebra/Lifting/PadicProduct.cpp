@@ -131,6 +131,7 @@ void PadicProduct::ToWords()
             word = product.low + carry;
             carry = product.high + static_cast<std::uint64_t>(word < carry);
         }
+        // same bits: a word of zeros in front
         if (carry != 0)
             m_words.push_back(carry);
     }
