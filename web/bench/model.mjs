@@ -2,14 +2,14 @@
 import { readFileSync } from "node:fs";
 import { performance } from "node:perf_hooks";
 import { parentPort, workerData } from "node:worker_threads";
-import { load } from "../dist/proof.js";
+import { load } from "../dist/all.js";
 import { packages } from "./packages.mjs";
 
 const SECONDS = 1;
 const nuv = await load();
 const model = nuv.model(readFileSync(workerData.path, "utf8"));
 const { takeModel, solve } = await packages[workerData.name].load();
-const taken = takeModel(model);
+const taken = takeModel(nuv.toLp(model), model.arrays());
 if (taken === null) parentPort.postMessage({ failure: "not taken" });
 else {
   let least = Infinity;

@@ -58,7 +58,7 @@ function recordsOf(a, isFree) {
 const gz = (...files) => files.reduce((sum, file) => sum + gzipSync(readFileSync(file), { level: 9 }).length, 0);
 const here = (path) => new URL(path, import.meta.url).pathname;
 const coreFiles = ["core.js", "error.js", "program.js", "nuv.wasm"];
-const proofFiles = ["proof.js", "answer.js", "error.js", "exact.js", "layer.js", "model.js", "object.js", "program.js", "repair.js", "proof.wasm"];
+const proofFiles = ["proof.js", "answer.js", "error.js", "exact.js", "layer.js", "model.js", "object.js", "program.js", "proof.wasm"];
 
 /** Each: its bytes, and how it is loaded; loaded, how it takes a program, and solves what it took. */
 export const packages = {
@@ -74,14 +74,14 @@ export const packages = {
     bytes: gz(...proofFiles.map((name) => here(`../dist/${name}`))),
     async load() {
       const nuv = await (await import("../dist/proof.js")).load();
-      return { take: object, takeModel: (model) => nuv.model(model.toLp()), solve: (model) => nuv.solve(model, { exact: false }).objective };
+      return { take: object, takeModel: (text) => nuv.model(text), solve: (model) => nuv.solve(model, { exact: false }).objective };
     },
   },
   highs: {
     bytes: gz(here("node_modules/highs/build/highs.js"), here("node_modules/highs/build/highs.wasm")),
     async load() {
       const highs = await require("highs")();
-      return { take: lpText, takeModel: (model) => model.toLp(), solve: (text) => highs.solve(text, { output_flag: false }).ObjectiveValue };
+      return { take: lpText, takeModel: (text) => text, solve: (text) => highs.solve(text, { output_flag: false }).ObjectiveValue };
     },
   },
   "glpk.js": {
@@ -102,8 +102,7 @@ export const packages = {
         lb: lb > -Infinity ? lb : 0,
         ub: ub < Infinity ? ub : 0,
       });
-      const takeModel = (model) => {
-        const a = model.arrays();
+      const takeModel = (_, a) => {
         const vars = a.columns.map((name, j) => ({ name, coef: a.costs[j] }));
         const terms = (i) => [...a.indices.subarray(a.starts[i], a.starts[i + 1])].map((j, k) => ({ name: a.columns[j], coef: a.values[a.starts[i] + k] }));
         const subjectTo = a.rows.map((name, i) => ({ name, vars: terms(i), bnds: bounds(a.rowLower[i], a.rowUpper[i]) }));
@@ -119,8 +118,7 @@ export const packages = {
     bytes: gz(here("node_modules/yalps/dist/index.min.js")),
     async load() {
       const { solve } = await import("yalps");
-      const takeModel = (model) => {
-        const a = model.arrays();
+      const takeModel = (_, a) => {
         const made = recordsOf(a);
         return made && { constant: a.constant, direction: a.isMaximised ? "maximize" : "minimize", objective: "gain", ...made };
       };
@@ -132,8 +130,7 @@ export const packages = {
     bytes: gz(here("node_modules/javascript-lp-solver/dist/solver.global.js")),
     async load() {
       const loaded = (await import("javascript-lp-solver")).default;
-      const takeModel = (model) => {
-        const a = model.arrays();
+      const takeModel = (_, a) => {
         const unrestricted = {};
         const made = recordsOf(a, (name) => (unrestricted[name] = 1));
         return made && { constant: a.constant, optimize: "gain", opType: a.isMaximised ? "max" : "min", unrestricted, ...made };

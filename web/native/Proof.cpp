@@ -1,11 +1,10 @@
 // The model layer for JavaScript: the calls of the C interface with plain numbers where that has
 // records, so that no layout of a record is written down twice. What the TypeScript passes has been
 // checked there; handles and texts are addresses in the program's memory.
-#include "Host.hpp"
+#include "Asked.hpp"
 
 #include "Nuv/CInterface/Handles.hpp"
 #include "Nuv/CInterface/Solving.hpp"
-#include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Io/ModelFile.hpp"
 #include "Nuv/Io/TextFile.hpp"
 #include "Nuv/Model/NuvModel.h"
@@ -17,37 +16,6 @@ using namespace nuv::c;
 
 namespace
 {
-
-int32_t TellProgress(void* /*userData*/, const NuvProgress* progress)
-{
-    return HostProgress(progress->stage, static_cast<double>(progress->pivots), progress->seconds,
-                        progress->objective, progress->feasible);
-}
-
-/// What a solve is asked for, besides its limits.
-enum Flag : std::uint32_t
-{
-    WithSensitivity = 1,
-    WithExact = 2,
-    WithPath = 4,
-    WithProgress = 8,
-    StoredNumbers = 16,
-};
-
-NuvSolveOptions OptionsOf(std::uint32_t flags, double seconds, double pivots)
-{
-    NuvSolveOptions options;
-    (void)NuvSolveOptionsInit(&options, sizeof options);
-    options.sensitivity = flags & WithSensitivity;
-    options.exact = flags & WithExact;
-    options.numbers = flags & StoredNumbers ? NUV_NUMBERS_Stored : NUV_NUMBERS_Written;
-    options.seconds = seconds;
-    if (pivots < 9e15)
-        options.doublePivots = options.exactPivots = static_cast<uint64_t>(pivots);
-    if (flags & WithProgress)
-        options.progress = TellProgress;
-    return options;
-}
 
 std::uint32_t AddressOf(const void* of)
 {
@@ -162,37 +130,12 @@ NUV_EXPORT("arrays") void GetArrays(NuvModel* handle, double* constant, std::uin
         *out++ = AddressOf(array);
 }
 
-/// @return the model in LP format, or null where that cannot hold it.
-NUV_EXPORT("writeLp") NuvText* WriteLpText(const NuvModel* handle, NuvDiagnostics* diagnostics)
-{
-    nuv::WriteResult writing = nuv::WriteLp(*handle->model);
-    diagnostics->diagnostics = std::move(writing.diagnostics);
-    return writing.text ? new NuvText(std::move(*writing.text)) : nullptr;
-}
-
-/// @return the status that the certificate proves of the model; leaves by a failure if none.
-NUV_EXPORT("verify")
-std::uint32_t Verify(const NuvModel* handle, const char* certificate, std::size_t size,
-                     std::uint32_t numbers, NuvDiagnostics* diagnostics)
-{
-    NuvVerification verification;
-    verification.size = sizeof verification;
-    (void)NuvModelVerify(handle, certificate, size, numbers, &verification, diagnostics);
-    return verification.status;
-}
-
 /// @return null where the model has none, which `diagnostics` then tell.
 NUV_EXPORT("solve")
-NuvSolution* Solve(const NuvModel* handle, NuvSolver* session, std::uint32_t flags, double seconds,
-                   double pivots, NuvDiagnostics* diagnostics)
+NuvSolution* Solve(const NuvModel* handle, std::uint32_t flags, double seconds, double pivots,
+                   NuvDiagnostics* diagnostics)
 {
     const NuvSolveOptions given = OptionsOf(flags, seconds, pivots);
-    NuvSolution* solution = nullptr;
-    if (session)
-    {
-        (void)NuvSolverSolve(session, handle, &given, &solution, diagnostics);
-        return solution;
-    }
     const Solving solving(&given);
     nuv::SolveOptions options = solving.Options();
     options.recordPath = (flags & WithPath) != 0;
@@ -262,42 +205,4 @@ std::uint32_t GetPathStep(const NuvSolution* solution, std::uint32_t index, doub
     for (const double value : step.values)
         *out++ = value;
     return static_cast<std::uint32_t>(step.values.size()) + 2;
-}
-
-NUV_EXPORT("repair")
-NuvRepair* Repair(const NuvModel* handle, const double* columnWeights, const double* rowWeights,
-                  std::uint32_t flags, double seconds, double pivots, NuvDiagnostics* diagnostics)
-{
-    const NuvSolveOptions options = OptionsOf(flags, seconds, pivots);
-    NuvRepair* repair = nullptr;
-    (void)NuvModelRepair(handle, columnWeights, rowWeights, &options, &repair, diagnostics);
-    return repair;
-}
-
-/// Status, proved, stop reason, number of changes, total.
-NUV_EXPORT("repairInfo") void GetRepairInfo(const NuvRepair* repair, double* out)
-{
-    NuvRepairInfo info;
-    info.size = sizeof info;
-    (void)NuvRepairGetInfo(repair, &info);
-    const double all[] = {static_cast<double>(info.status), static_cast<double>(info.proved),
-                          static_cast<double>(info.stopReason),
-                          static_cast<double>(info.numChanges), info.total};
-    for (const double number : all)
-        *out++ = number;
-}
-
-/// Index, whether it is a row, whether its upper side, from, to, amount.
-NUV_EXPORT("repairChange")
-void GetRepairChange(const NuvRepair* repair, std::uint32_t index, double* out)
-{
-    const NuvRepairChange& change = NuvRepairGetChanges(repair, nullptr)[index];
-    const double all[] = {static_cast<double>(change.index),
-                          static_cast<double>(change.isRow),
-                          static_cast<double>(change.isUpper),
-                          change.from,
-                          change.to,
-                          change.amount};
-    for (const double number : all)
-        *out++ = number;
 }

@@ -152,11 +152,18 @@ export function watcher(progress: SolveOptions["progress"]) {
     : undefined;
 }
 
-export function solve(layer: Layer, model: Model, options: SolveOptions, session = 0): Answer {
+type Asked = [flags: number, seconds: number, pivots: number, diagnostics: number];
+
+export function solve(
+  layer: Layer,
+  model: Model,
+  options: SolveOptions,
+  call = (at: number, ...given: Asked) => layer.exports.solve(at, ...given),
+): Answer {
   const { flags, seconds, pivots } = asked(options);
-  const { handle } = model;
+  const handle = model.handleIn(layer);
   const solution = layer.watch(watcher(options.progress), () =>
-    layer.exports.solve(handle, session, flags, seconds, pivots, layer.diagnostics),
+    call(handle, flags, seconds, pivots, layer.diagnostics),
   );
   if (solution === 0) throw layer.refusal();
   try {

@@ -27,20 +27,12 @@ export interface ProofExports {
   ): number;
   diagnostic(diagnostics: Pointer, index: number, out: Pointer): void;
   arrays(model: Pointer, constant: Pointer, out: Pointer): void;
-  writeLp(model: Pointer, diagnostics: Pointer): Pointer;
-  verify(model: Pointer, certificate: Pointer, size: number, numbers: number, diagnostics: Pointer): number;
-  solve(model: Pointer, session: Pointer, flags: number, seconds: number, pivots: number, diagnostics: Pointer): Pointer;
+  solve(model: Pointer, flags: number, seconds: number, pivots: number, diagnostics: Pointer): Pointer;
   info(solution: Pointer, out: Pointer, arrays: Pointer): void;
   hasExact(solution: Pointer, kind: number): number;
   hasProof(solution: Pointer): number;
   pathLength(solution: Pointer): number;
   pathStep(solution: Pointer, index: number, out: Pointer): number;
-  repair(
-    model: Pointer, columnWeights: Pointer, rowWeights: Pointer, flags: number, seconds: number, pivots: number,
-    diagnostics: Pointer,
-  ): Pointer;
-  repairInfo(repair: Pointer, out: Pointer): void;
-  repairChange(repair: Pointer, index: number, out: Pointer): void;
   NuvModelConstruct(): Pointer;
   NuvModelDestruct(model: Pointer): void;
   NuvModelSetExact(model: Pointer, place: number, at: number, column: number, text: Pointer, diagnostics: Pointer): number;
@@ -51,14 +43,9 @@ export interface ProofExports {
   NuvTextGetData(text: Pointer): Pointer;
   NuvTextGetSize(text: Pointer): bigint;
   NuvTextDestruct(text: Pointer): void;
-  NuvSolverConstruct(): Pointer;
-  NuvSolverDestruct(session: Pointer): void;
   NuvSolutionDestruct(solution: Pointer): void;
   NuvSolutionMakeExact(solution: Pointer, kind: number, text: Pointer): number;
   NuvSolutionMakeCertificate(solution: Pointer, text: Pointer): number;
-  NuvRepairDestruct(repair: Pointer): void;
-  NuvRepairGetExact(repair: Pointer, change: number, buffer: Pointer, size: bigint): bigint;
-  NuvRepairMakeModel(repair: Pointer, model: Pointer): number;
 }
 
 const NO_MEMORY = 3;
@@ -67,8 +54,8 @@ const SEVERITIES = ["error", "warning", "note"] as const;
 const SCRATCH = 4096;
 const ASCII = /^[\0-\x7f]*$/;
 
-export class Layer {
-  readonly exports: ProofExports;
+export class Layer<Exports extends ProofExports = ProofExports> {
+  readonly exports: Exports;
   /** Bytes for what a call writes. */
   readonly scratch: Pointer;
   readonly diagnostics: Pointer;
@@ -82,7 +69,7 @@ export class Layer {
   #thrown: unknown;
   #defect: NuvError | undefined;
 
-  constructor(exports: ProofExports) {
+  constructor(exports: Exports) {
     this.exports = exports;
     exports.__wasm_call_ctors();
     this.scratch = exports.allocate(SCRATCH);

@@ -1,5 +1,5 @@
 // A model in the program's memory.
-import { NuvError, wrong, type Diagnostic } from "./error.js";
+import { wrong, type Diagnostic } from "./error.js";
 import type { Layer } from "./layer.js";
 import { ObjectReader, type ExactPlace, type ModelObject } from "./object.js";
 
@@ -87,7 +87,8 @@ export class Model implements Disposable {
   }
 
   /** @internal */
-  get handle(): number {
+  handleIn(layer: Layer): number {
+    if (layer !== this.#layer) throw wrong("the model is one of another program");
     if (this.#handle === 0) throw wrong("the model was disposed of");
     return this.#handle;
   }
@@ -95,7 +96,7 @@ export class Model implements Disposable {
   /** The model as arrays, copied. */
   arrays(): ModelArrays {
     const layer = this.#layer;
-    layer.call(() => layer.exports.arrays(this.handle, layer.scratch, layer.scratch + 8));
+    layer.call(() => layer.exports.arrays(this.handleIn(layer), layer.scratch, layer.scratch + 8));
     const [sense, columns, rows, entries, ...at] = layer.words(layer.scratch + 8, 12) as unknown as number[];
     const floats = (k: number, length: number) => layer.floats(at[k]!, length);
     const starts = layer.words(at[5]!, 2 * rows! + 2);
@@ -113,30 +114,6 @@ export class Model implements Disposable {
       indices: layer.words(at[6]!, entries!),
       values: floats(7, entries!),
     };
-  }
-
-  /** The model in LP format. */
-  toLp(): string {
-    const { exports, diagnostics } = this.#layer;
-    let text = 0;
-    const written = this.#layer.madeText((out) => {
-      text = exports.writeLp(this.handle, diagnostics);
-      this.#layer.memoryWords[out / 4] = text;
-      return text === 0 ? 1 : 0;
-    });
-    if (written === undefined) throw this.#layer.refusal();
-    return written;
-  }
-
-  /** Checks, without solving, that a certificate proves what it claims of this model. @return what. */
-  verify(certificate: string): "optimal" | "infeasible" | "unbounded" {
-    const { exports, diagnostics } = this.#layer;
-    const status = this.#layer.lendText(certificate, (at, size) =>
-      exports.verify(this.handle, at, size, 0, diagnostics),
-    );
-    const proved = (["optimal", "infeasible", "unbounded"] as const)[status];
-    if (!proved) throw new NuvError({ code: "js.defect", message: `unknown status ${status}` });
-    return proved;
   }
 
   dispose(): void {

@@ -2,6 +2,7 @@
 import { wrong } from "./error.js";
 import type { Layer } from "./layer.js";
 import { Model } from "./model.js";
+import { toLp, type WriterExports } from "./writer.js";
 import { asked, watcher, type SolveOptions } from "./answer.js";
 
 export interface RepairOptions extends Pick<SolveOptions, "seconds" | "pivots" | "stored" | "progress"> {
@@ -35,10 +36,25 @@ export interface Repair {
   lp?: string;
 }
 
+/** What the larger program exports for it. */
+export interface RepairExports extends WriterExports {
+  repair(
+    model: number, columnWeights: number, rowWeights: number, flags: number, seconds: number, pivots: number,
+    diagnostics: number,
+  ): number;
+  repairInfo(repair: number, out: number): void;
+  repairChange(repair: number, index: number, out: number): void;
+  NuvRepairDestruct(repair: number): void;
+  NuvRepairGetExact(repair: number, change: number, buffer: number, size: bigint): bigint;
+  NuvRepairMakeModel(repair: number, model: number): number;
+}
+
+type RepairLayer = Layer<RepairExports>;
+
 const STATUSES = ["optimal", "infeasible", "stopped", "stopped"] as const;
 const TOTAL = 0xffffffff;
 
-export function repair(layer: Layer, model: Model, options: RepairOptions): Repair {
+export function repair(layer: RepairLayer, model: Model, options: RepairOptions): Repair {
   const { flags, seconds, pivots } = asked(options);
   const columns = weights(model.columns, options.variableWeights, "variable");
   const rows = weights(model.rows, options.rowWeights, "row");
@@ -46,7 +62,7 @@ export function repair(layer: Layer, model: Model, options: RepairOptions): Repa
     layer.lend([8 * columns.length, 8 * rows.length], (columnsAt, rowsAt) => {
       layer.memoryFloats.set(columns, columnsAt! / 8);
       layer.memoryFloats.set(rows, rowsAt! / 8);
-      return layer.exports.repair(model.handle, columnsAt!, rowsAt!, flags, seconds, pivots, layer.diagnostics);
+      return layer.exports.repair(model.handleIn(layer), columnsAt!, rowsAt!, flags, seconds, pivots, layer.diagnostics);
     }),
   );
   if (handle === 0) throw layer.refusal();
@@ -57,7 +73,7 @@ export function repair(layer: Layer, model: Model, options: RepairOptions): Repa
   }
 }
 
-function read(layer: Layer, model: Model, handle: number): Repair {
+function read(layer: RepairLayer, model: Model, handle: number): Repair {
   const { exports, scratch } = layer;
   exports.repairInfo(handle, scratch);
   const [status, proved, , count, total] = layer.floats(scratch, 5);
@@ -80,13 +96,13 @@ function read(layer: Layer, model: Model, handle: number): Repair {
   if (found.status === "optimal") {
     exports.NuvRepairMakeModel(handle, scratch);
     const repaired = Model.adopt(layer, layer.word(scratch));
-    found.lp = repaired.toLp();
+    found.lp = toLp(layer, repaired);
     repaired.dispose();
   }
   return found;
 }
 
-function exactText(layer: Layer, handle: number, change: number): string {
+function exactText(layer: RepairLayer, handle: number, change: number): string {
   const size = Number(layer.exports.NuvRepairGetExact(handle, change, 0, 0n));
   if (size === 0) return "";
   return layer.lend([size], (at) => {

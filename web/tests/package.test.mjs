@@ -20,6 +20,7 @@ test("no program asks for anything but its own host", async () => {
     WebAssembly.Module.imports(await WebAssembly.compile(await readFile(join(dist, name)))).map(({ module }) => module);
   assert.deepEqual(await imports("nuv.wasm"), []);
   assert.deepEqual(new Set(await imports("proof.wasm")), new Set(["host"]));
+  assert.deepEqual(new Set(await imports("all.wasm")), new Set(["host"]));
 });
 
 test("the core's program takes less than 20 KB gzipped", async () => {
@@ -39,7 +40,7 @@ test("the same sources give the same bytes", { timeout: 900_000 }, async () => {
   const folder = await mkdtemp(join(tmpdir(), "nuv-web-"));
   try {
     execFileSync(join(dist, "../native/build"), [folder], { stdio: "pipe", timeout: 880_000 });
-    for (const name of ["nuv.wasm", "proof.wasm", "selftest.wasm"])
+    for (const name of ["nuv.wasm", "proof.wasm", "all.wasm", "selftest.wasm"])
       assert.ok((await readFile(join(folder, name))).equals(await readFile(join(dist, name))), name);
   } finally {
     await rm(folder, { recursive: true });

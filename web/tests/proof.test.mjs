@@ -1,11 +1,14 @@
 import assert from "node:assert/strict";
 import { readdir, readFile } from "node:fs/promises";
 import { test } from "node:test";
+import { load as loadAll } from "../dist/all.js";
+import { load as loadAllInlined } from "../dist/all-inlined.js";
 import { load, NuvError, toFraction, toNumber } from "../dist/proof.js";
 import { load as loadInlined } from "../dist/proof-inlined.js";
 import { contradictionLp, cube, factoryLp, factoryObject, rayLp } from "./models.mjs";
 
 const nuv = await load();
+const all = await loadAll();
 
 function refusal(run) {
   try {
@@ -37,8 +40,8 @@ test("a model as an object is the model as a text", () => {
 });
 
 test("what is inlined is the same program", async () => {
-  const inlined = await loadInlined();
-  assert.equal(inlined.solve(factoryLp).exactObjective, "29700/7");
+  for (const inlined of [await loadInlined(), await loadAllInlined()])
+    assert.equal(inlined.solve(factoryLp).exactObjective, "29700/7");
 });
 
 test("exact numbers are fractions of big integers too", () => {
@@ -91,13 +94,13 @@ test("a contradiction is told by its rows and proved", () => {
 });
 
 test("the least repair of a contradiction is found and holds", () => {
-  const repair = nuv.repair(contradictionLp, { rowWeights: { most: 5 } });
+  const repair = all.repair(contradictionLp, { rowWeights: { most: 5 } });
   assert.equal(repair.status, "optimal");
   assert.ok(repair.proved);
   assert.equal(repair.exactTotal, "1");
   assert.deepEqual(repair.changes.map(({ name, exactTo }) => [name, exactTo]), [["least", "1"]]);
   assert.equal(nuv.solve(repair.lp).exactObjective, "0");
-  assert.equal(nuv.repair(contradictionLp, { rowWeights: { most: Infinity, least: Infinity } }).status, "infeasible");
+  assert.equal(all.repair(contradictionLp, { rowWeights: { most: Infinity, least: Infinity } }).status, "infeasible");
 });
 
 test("a model without end has its direction", () => {
@@ -107,14 +110,21 @@ test("a model without end has its direction", () => {
 });
 
 test("certificates hold, and only for their model", () => {
-  const factory = nuv.model(factoryLp);
-  const other = nuv.model(rayLp);
-  const { certificate } = nuv.solve(factory, { certificate: true });
+  const factory = all.model(factoryLp);
+  const other = all.model(rayLp);
+  const { certificate } = all.solve(factory, { certificate: true });
   assert.match(certificate, /^VER 1/m);
-  assert.equal(factory.verify(certificate), "optimal");
-  assert.equal(refusal(() => other.verify(certificate)).code, "vipr.other-model");
-  assert.throws(() => factory.verify("nonsense"), NuvError);
-  assert.equal(factory.verify(certificate), "optimal");
+  assert.equal(all.verify(factory, certificate), "optimal");
+  assert.equal(refusal(() => all.verify(other, certificate)).code, "vipr.other-model");
+  assert.throws(() => all.verify(factory, "nonsense"), NuvError);
+  assert.equal(all.verify(factory, certificate), "optimal");
+  assert.equal(nuv.solve(factoryLp, { certificate: true }).certificate, certificate);
+  assert.equal(all.verify(factoryLp, certificate), "optimal");
+});
+
+test("a model of another program is refused", () => {
+  assert.match(refusal(() => nuv.solve(all.model(factoryLp))).message, /another program/);
+  assert.match(refusal(() => all.session().solve(nuv.model(factoryLp))).message, /another program/);
 });
 
 test("a mistake in a text is told with its place, code and hint", () => {
@@ -178,9 +188,9 @@ test("who watches the path may end it", () => {
 });
 
 test("a session starts where it ended", () => {
-  const session = nuv.session();
-  const factory = nuv.model(factoryLp);
-  const richer = nuv.model(factoryLp.replace("300", "310"));
+  const session = all.session();
+  const factory = all.model(factoryLp);
+  const richer = all.model(factoryLp.replace("300", "310"));
   assert.equal(session.solve(factory).exactObjective, "29700/7");
   assert.equal(session.solve(richer).exactObjective, "30650/7");
 });
@@ -193,8 +203,8 @@ test("what was disposed of is refused", () => {
 });
 
 test("a model is written in LP format and read back", () => {
-  const model = nuv.model(factoryObject);
-  assert.equal(nuv.solve(model.toLp()).exactObjective, "29700/7");
+  const model = all.model(factoryObject);
+  assert.equal(nuv.solve(all.toLp(model)).exactObjective, "29700/7");
   const arrays = model.arrays();
   assert.deepEqual([...arrays.costs], [30, 70]);
   assert.deepEqual([...arrays.values], [2, 5, 4, 3]);
@@ -203,9 +213,8 @@ test("a model is written in LP format and read back", () => {
 
 test("numbers are written as the native program writes them", () => {
   for (const value of [0.1, 1 / 3, 1e21, 1e-7, 123456.789, 5e-324, 1.7976931348623157e308, 2 ** 60, 0.1 + 0.2, 1e22, 12e-5]) {
-    const model = nuv.model({ maximize: { x: value }, rows: { a: { terms: { x: 1 }, upper: 1 } } });
-    const again = nuv.model(model.toLp());
-    assert.equal(again.arrays().costs[0], value, model.toLp());
+    const text = all.toLp({ maximize: { x: value }, rows: { a: { terms: { x: 1 }, upper: 1 } } });
+    assert.equal(nuv.model(text).arrays().costs[0], value, text);
   }
 });
 

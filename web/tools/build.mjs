@@ -39,3 +39,4 @@ run(join(root, "native", "build"), dist);
 run(process.execPath, join(root, "node_modules", "typescript", "bin", "tsc"));
 inline("core", "nuv", "Core");
 inline("proof", "proof", "Nuv");
+inline("all", "all", "AllNuv");

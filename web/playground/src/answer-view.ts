@@ -1,5 +1,5 @@
 // The answer in words and tables.
-import type { Answer, Repair, RowAnswer, VariableAnswer } from "../../dist/proof.js";
+import type { Answer, Repair, RowAnswer, VariableAnswer } from "../../dist/all.js";
 import { element } from "./dom.js";
 import type { Study } from "./study.js";
 import { decimal, exactText, plural, range, seconds } from "./words.js";

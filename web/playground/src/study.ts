@@ -1,5 +1,5 @@
 // What the page is told about a model, by its worker.
-import type { Answer, Diagnostic, Model, ModelArrays, Nuv, Repair, SolveOptions } from "../../dist/proof.js";
+import type { Answer, Diagnostic, Model, ModelArrays, AllNuv, Repair, SolveOptions } from "../../dist/all.js";
 
 export interface Study {
   answer: Answer;
@@ -11,7 +11,7 @@ export interface Study {
 /** Pictures in the plane and tables of repairs are for models that can be looked at. */
 const LARGEST_REPAIR = 2000;
 
-export function study(nuv: Nuv, model: Model, options: SolveOptions): Study {
+export function study(nuv: AllNuv, model: Model, options: SolveOptions): Study {
   const isPlane = model.columns.length === 2;
   const answer = nuv.solve(model, { ...options, sensitivity: true, certificate: true, path: isPlane });
   const found: Study = { answer, arrays: model.arrays(), diagnostics: model.diagnostics };
