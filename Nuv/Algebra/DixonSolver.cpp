@@ -143,7 +143,7 @@ bool DixonSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
     std::vector<Integer> scaled(m_size);
     for (Index i = 0; i < m_size; ++i)
     {
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (rightSide.value[i] != 0)
             scaled[i] = rightSide.value[i] * PowerOf(m_scale[i]);
     }
@@ -258,7 +258,7 @@ void DixonSolver::SubtractDigits()
     const bool isShort = m_words == 1;
     for (Index k = 0; k < m_size; ++k)
     {
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (digits[k] == 0)
             continue;
         const std::size_t end = m_start[k + 1];

@@ -21,7 +21,7 @@ Rational::Rational(Integer numerator, Integer denominator)
         m_numerator.Negate();
         m_denominator.Negate();
     }
-    // same bits: a factor of 1
+    // same bits (always, never, -> 0): a factor of 1
     if (m_denominator == 1)
         return;
     const Integer divisor = Gcd(m_numerator, m_denominator);
@@ -110,9 +110,9 @@ Integer PowerOf(Scale scale)
     // same bits: the long way comes to the same
     if (const std::int64_t small = ScaledInWord({1, {}}, scale); small != 0)
         return Integer(small);
-    // same bits: a factor of 1
+    // same bits (always, never, -> 0): a factor of 1
     Integer power = scale.five == 0 ? Integer(1) : Power(5, static_cast<unsigned>(scale.five));
-    // same bits: a factor of 1
+    // same bits (always, never, -> 0): a factor of 1
     if (scale.two != 0)
         power <<= static_cast<std::size_t>(scale.two);
     return power;

@@ -51,7 +51,7 @@ Integer DixonSolver::Assemble(const Digit& digit, std::size_t first, std::size_t
         Integer sum(0);
         for (std::size_t k = first + count; k-- > first;)
         {
-            // same bits: what is 0 adds nothing
+            // same bits (always, never): what is 0 adds nothing
             if (sum != 0)
                 sum *= prime;
             sum += digit(k);
@@ -63,7 +63,7 @@ Integer DixonSolver::Assemble(const Digit& digit, std::size_t first, std::size_t
         ++level;
     const std::size_t half = kLeaf << level;
     Integer sum = Assemble(digit, first + half, count - half);
-    // same bits: what is 0 adds nothing
+    // same bits (always, never): what is 0 adds nothing
     if (sum != 0)
         sum *= m_powers[level];
     return sum + Assemble(digit, first, half);
@@ -219,7 +219,7 @@ Integer DixonSolver::NumeratorOf(Index unknown, std::size_t digits, const Intege
             return residue;
     }
     residue = AssembleUnknown(unknown, digits);
-    // same bits: a factor of 1
+    // same bits (always, never, -> 0): a factor of 1
     if (denominator != 1)
         residue *= denominator;
     return Symmetric(residue, ModulusOf(digits));

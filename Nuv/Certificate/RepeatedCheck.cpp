@@ -148,7 +148,7 @@ void RepeatedCheck::TakePoint(const ExactVector& point)
     m_values.assign(m_form.Variables(), Integer(0));
     for (Index j = 0; j < m_form.columns; ++j)
     {
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (point.numerator[j] == 0)
             continue;
         m_values[j] = point.numerator[j] * m_factor;
@@ -169,7 +169,7 @@ void RepeatedCheck::TakeDuals(const ExactVector& duals)
         Integer reduced = m_cost[j] * duals.denominator;
         for (const auto [row, entry] : m_columns[j])
         {
-            // same bits: what is 0 adds nothing
+            // same bits (always, never): what is 0 adds nothing
             if (duals.numerator[row] != 0)
                 reduced.SubtractProduct(entry, duals.numerator[row]);
         }
@@ -189,7 +189,7 @@ void RepeatedCheck::Locate(Index variable)
         if (bound.numerator == 0)
             return m_values[variable].Sign();
         const Integer scaled = bound.numerator * m_point.denominator;
-        // same bits: a factor of 1
+        // same bits (always, never, -> 0): a factor of 1
         return bound.denominator == 1 ? m_values[variable].Compare(scaled)
                                       : (m_values[variable] * bound.denominator).Compare(scaled);
     };

@@ -79,10 +79,10 @@ void ExactForm::TakeCost(Index variable, const Integer& divisor)
     if (form.IsLogical(variable))
         return;
     cost[variable] = form.ExactCost(variable);
-    // same bits: what is 0 adds nothing
+    // same bits (always, never): what is 0 adds nothing
     if (cost[variable].Sign() == 0)
         return;
-    // same bits: a factor of 1
+    // same bits (always, never, -> 0): a factor of 1
     const Rational scaledCost = divisor == 1 ? cost[variable] : cost[variable] * divisor;
     Scale& scale = m_columnScale[variable];
     scale.LowerTo(-PowersIn(scaledCost.Denominator()));
@@ -146,7 +146,7 @@ void ExactForm::TakeBounds(Index variable)
 
 Integer ExactForm::ScaledBound(const Rational& bound) const
 {
-    // same bits: a factor of 1
+    // same bits (always, never, -> 0): a factor of 1
     if (bound.Denominator() == 1)
         return bound.Numerator() * m_boundDivisor;
     return bound.Numerator() * (m_boundDivisor / bound.Denominator());
@@ -158,7 +158,7 @@ Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
     for (std::size_t at = byVariable.start[variable]; at < byVariable.start[variable + 1]; ++at)
     {
         const Integer& value = byRow[byVariable.index[at]];
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (value.Sign() != 0)
             m_multipliers.AddProduct(at, value, sum);
     }
@@ -168,7 +168,7 @@ Integer ExactForm::Dot(Index variable, const std::vector<Integer>& byRow) const
 Integer ExactForm::ReducedCost(Index variable, const ExactVector& duals, bool withCost) const
 {
     Integer result = -Dot(variable, duals.numerator);
-    // same bits: what is 0 adds nothing
+    // same bits (always, never): what is 0 adds nothing
     if (withCost && cost[variable].Sign() != 0)
         result.AddProduct(duals.denominator, m_costs[variable]);
     return result;

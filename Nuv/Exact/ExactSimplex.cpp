@@ -167,11 +167,11 @@ bool ExactSimplex::ComputeValues()
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
         const Rational& value = NonbasicValue(v);
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (value.Sign() == 0)
             continue;
         Integer scaled = m_exact.ScaledBound(value);
-        // same bits: a factor of 1
+        // same bits (always, never, -> 0): a factor of 1
         if (!m_exact.HasNoQuotient())
             scaled /= m_exact.ColumnDivisor(v);
         for (const auto [row, entry] : m_exact.byVariable[v])
@@ -205,7 +205,7 @@ bool ExactSimplex::ComputeDuals(bool phaseOne)
     for (Index k = 0; k < m_form.rows; ++k)
     {
         const Rational& cost = m_exact.cost[m_head[k]];
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (cost.Sign() != 0)
             right.value[k] = cost.Numerator() * (right.divisor / cost.Denominator());
     }

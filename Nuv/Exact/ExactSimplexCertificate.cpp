@@ -16,7 +16,7 @@ void ExactSimplex::WritePoint(ExactVector& point) const
     point.numerator.assign(m_form.columns, Integer(0));
     for (Index j = 0; j < m_form.columns; ++j)
     {
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (NonbasicValue(j).Sign() != 0)
             point.numerator[j] = m_exact.ScaledBound(NonbasicValue(j)) * m_values.denominator;
     }
@@ -63,7 +63,7 @@ Rational ExactSimplex::Objective(const ExactVector& point) const
     for (Index j = 0; j < m_form.columns; ++j)
     {
         const Rational& cost = m_exact.cost[j];
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (cost.Sign() != 0 && point.numerator[j] != 0)
             sum.AddProduct(cost.Numerator() * (divisor / cost.Denominator()), point.numerator[j]);
     }

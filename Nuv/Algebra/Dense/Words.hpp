@@ -93,7 +93,7 @@ inline void AddProduct(Word* sum, const Word* x, const Word* y, unsigned width) 
 {
     for (unsigned k = 0; k < width; ++k)
     {
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (y[k] != 0)
             AddProduct(sum + k, x, y[k], width - k);
     }

@@ -98,7 +98,7 @@ bool PeeledSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
     solution.numerator = std::move(m_numerator);
     solution.denominator = m_denominator;
     // The bump may not need what the equations before it did.
-    // same bits: a factor of 1
+    // same bits (always, never, -> 0): a factor of 1
     if (before != 1)
         Reduce(solution, before);
     MultiplyBy(rightSide.scale, rightSide.divisor, solution);
@@ -133,11 +133,11 @@ Integer PeeledSolver::Remainder(Index equation, const ScaledVector& rightSide) c
     for (std::size_t at = m_equations.start[equation]; at < m_equations.start[equation + 1]; ++at)
     {
         const Index unknown = m_equations.index[at];
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (m_numerator[unknown].Sign() == 0)
             continue;
         const std::size_t enlarged = m_enlargedOf[unknown];
-        // same bits: a factor of 1
+        // same bits (always, never, -> 0): a factor of 1
         if (enlarged + 1 == m_enlarged.size())
             m_entries.AddProduct(at, m_numerator[unknown], sum);
         else
@@ -145,7 +145,7 @@ Integer PeeledSolver::Remainder(Index equation, const ScaledVector& rightSide) c
     }
     sum.Negate();
     const Integer& right = rightSide.value[equation];
-    // same bits: what is 0 adds nothing
+    // same bits (always, never): what is 0 adds nothing
     if (right.Sign() != 0)
         sum.AddProduct(right * PowerOf(m_scale[equation]), m_denominator);
     return sum;
@@ -175,7 +175,7 @@ void PeeledSolver::Substitute(Index equation, const ScaledVector& rightSide)
 /// Multiplies the denominator, and in effect all numerators.
 void PeeledSolver::Enlarge(const Integer& factor)
 {
-    // same bits: a factor of 1
+    // same bits (always, never, -> 0): a factor of 1
     if (factor == 1)
         return;
     m_denominator *= factor;
@@ -188,7 +188,7 @@ void PeeledSolver::BringToOneDenominator()
 {
     for (std::size_t k = 0; k < m_numerator.size(); ++k)
     {
-        // same bits: a factor of 1
+        // same bits (always, never, -> 0): a factor of 1
         if (m_enlargedOf[k] + 1 != m_enlarged.size())
             m_numerator[k] *= m_enlarged[m_enlargedOf[k]];
     }

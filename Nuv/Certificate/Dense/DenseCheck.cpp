@@ -135,7 +135,7 @@ bool DenseCheck::IsInfeasible(const IntegerForm& form, unsigned width,
         std::fill(m_point.begin(), m_point.end(), 0);
         for (Index i = 0; i < rows; ++i)
         {
-            // same bits: what is 0 adds nothing
+            // same bits (always, never): what is 0 adds nothing
             if (!form.Entry(i, j).IsZero())
                 AddProduct(m_point.data(), m_dual.data() + std::size_t{i} * m_width,
                            form.Entry(i, j), m_width);
@@ -168,7 +168,7 @@ const Word* DenseCheck::ActivityOf(const IntegerForm& form, Index row)
     Word* const activity = m_activity.data() + std::size_t{row} * m_width;
     for (Index j = 0; j < columns; ++j)
     {
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (!form.Entry(row, j).IsZero())
             AddProduct(activity, m_point.data() + std::size_t{j} * m_width, form.Entry(row, j),
                        m_width);
@@ -188,7 +188,7 @@ bool DenseCheck::IsColumnRight(const IntegerForm& form, Index column)
     Word* const reduced = m_reduced.data() + std::size_t{column} * m_width;
     for (Index i = 0; i < form.Form().rows; ++i)
     {
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (!form.Entry(i, column).IsZero())
             AddProduct(reduced, m_dual.data() + std::size_t{i} * m_width, form.Entry(i, column),
                        m_width);

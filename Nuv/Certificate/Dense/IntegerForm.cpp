@@ -33,13 +33,13 @@ void AddProduct(Word* sum, const Word* x, const WideInteger& y, unsigned width) 
     if (y.isNegative)
     {
         SubtractProduct(sum, x, y.low, width);
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (y.high != 0)
             SubtractProduct(sum + 1, x, y.high, width - 1);
         return;
     }
     AddProduct(sum, x, y.low, width);
-    // same bits: what is 0 adds nothing
+    // same bits (always, never): what is 0 adds nothing
     if (y.high != 0)
         AddProduct(sum + 1, x, y.high, width - 1);
 }

@@ -113,7 +113,7 @@ void DenseProof::StateViolationCost(const std::vector<signed char>& violations, 
     Word value[kWidth];
     for (Index i = 0; i < m_numbers.Form().rows; ++i)
     {
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (m_rowWeights[i].IsZero() || m_numbers.Entry(i, column).IsZero())
             continue;
         CopyWords(m_rowWeights[i], value, kWidth);
@@ -219,7 +219,7 @@ bool DenseProof::StateRightSide(const std::vector<BasisStatus>& status, unsigned
     for (Index j = 0; j < form.columns; ++j)
     {
         const WideInteger& resting = RestingValue(j, status[j]);
-        // same bits: what is 0 adds nothing
+        // same bits (always, never): what is 0 adds nothing
         if (resting.IsZero() || m_numbers.Entry(row, j).IsZero())
             continue;
         CopyWords(resting, value, kWidth);
