@@ -41,6 +41,19 @@ std::size_t AppendPrintable(std::string& out, std::string_view bytes, std::uint3
     return DisplayWidth(code);
 }
 
+/// What is quoted from a file may be no text, or mean something to a terminal.
+std::string Printable(std::string_view text)
+{
+    std::string out;
+    while (!text.empty())
+    {
+        const Utf8Character character = FirstCharacter(text);
+        (void)AppendPrintable(out, text.substr(0, character.bytes), character.code);
+        text.remove_prefix(character.bytes);
+    }
+    return out;
+}
+
 struct LineBounds
 {
     std::size_t begin;
@@ -131,14 +144,13 @@ std::string Render(const Diagnostic& diagnostic, bool colour)
     std::string out;
     if (!error.file.empty())
     {
-        out += error.file;
-        out += ':';
-        if (error.line != 0)
-            out += std::to_string(error.line) + ":" + std::to_string(error.column) + ":";
+        out += Printable(error.file) + ":";
+        for (const std::size_t place : {error.line, error.column})
+            out += place != 0 ? std::to_string(place) + ":" : std::string();
         out += ' ';
     }
     out.append(colour ? Paint(diagnostic.severity) : "").append(SeverityName(diagnostic.severity));
-    out.append(":").append(reset).append(" ").append(error.text);
+    out.append(":").append(reset).append(" ").append(Printable(error.text));
     if (!error.code.empty())
         out += " [" + error.code + "]";
     out += '\n';
@@ -148,7 +160,7 @@ std::string Render(const Diagnostic& diagnostic, bool colour)
         out.append(colour ? Paint(diagnostic.severity) : "").append("^").append(reset).append("\n");
     }
     if (!error.hint.empty())
-        out += "  hint: " + error.hint + "\n";
+        out += "  hint: " + Printable(error.hint) + "\n";
     return out;
 }
 

@@ -12,7 +12,6 @@
 
 #include <cmath>
 #include <optional>
-#include <string_view>
 
 namespace nuv
 {
@@ -90,5 +89,14 @@ std::from_chars_result ReadDouble(const char* first, const char* last, double& v
 }
 
 #endif
+
+bool IsBelowDoubles(std::string_view text) noexcept
+{
+    // Only zeros stand before its point, or its exponent is negative.
+    const std::size_t letter = text.find_first_of("eE");
+    if (letter != std::string_view::npos)
+        return text.substr(letter + 1).starts_with('-');
+    return text.substr(0, text.find('.')).find_first_of("123456789") == std::string_view::npos;
+}
 
 }  // namespace nuv

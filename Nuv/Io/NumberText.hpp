@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <string>
+#include <string_view>
 
 namespace nuv
 {
@@ -19,5 +20,8 @@ void AppendNumber(std::string& text, double value);
 
 /// std::from_chars for doubles, also where the standard library has none yet.
 std::from_chars_result ReadDouble(const char* first, const char* last, double& value) noexcept;
+
+/// Of a decimal that ReadDouble says is out of range: whether it is too small, not too large.
+[[nodiscard]] bool IsBelowDoubles(std::string_view text) noexcept;
 
 }  // namespace nuv

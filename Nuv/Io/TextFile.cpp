@@ -94,6 +94,16 @@ Result<std::string> ReadAll(std::FILE* file, const std::string& path)
     }
 }
 
+/// Whether the text has two bytes for a letter: with a mark at its beginning, or else with a zero
+/// byte beside each of the first two letters.
+bool IsUtf16(std::string_view text) noexcept
+{
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+        return true;
+    const auto hasZero = [&](std::size_t at) { return text[at] == '\0' && text[at + 2] == '\0'; };
+    return text.size() >= 4 && hasZero(0) != hasZero(1);
+}
+
 struct Inflater
 {
     z_stream stream{};
@@ -196,7 +206,12 @@ Result<std::string> ReadTextFile(const std::string& path)
             return OpeningError(path, errno);
     }
     Result<std::string> bytes = ReadAll(opened ? opened.get() : stdin, path);
-    return bytes ? Unpacked(std::move(*bytes), path) : std::move(bytes);
+    if (!bytes)
+        return bytes;
+    Result<std::string> text = Unpacked(std::move(*bytes), path);
+    if (text && IsUtf16(*text))
+        return FileError("file.utf-16", path, "this is UTF-16 text", "save the file as UTF-8");
+    return text;
 }
 
 Result<std::string> Unpacked(std::string bytes, const std::string& path)

@@ -13,7 +13,7 @@ namespace nuv
 /// Reads the file at `path`, or standard input for "-". What starts with the mark of gzip is
 /// unpacked, whatever it is called.
 /// @return the text, or an error whose code is file.missing, file.directory, file.permission,
-/// file.unreadable, file.damaged (gzip) or file.too-large (beyond 4 GiB, unpacked).
+/// file.unreadable, file.damaged (gzip), file.utf-16 or file.too-large (beyond 4 GiB, unpacked).
 [[nodiscard]] Result<std::string> ReadTextFile(const std::string& path);
 
 /// The bytes of such a file, unpacked if they are packed; `path` names it in errors.

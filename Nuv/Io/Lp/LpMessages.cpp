@@ -1,6 +1,7 @@
 #include "Nuv/Io/Lp/LpMessages.hpp"
 
 #include "Nuv/Io/Lp/LpNames.hpp"
+#include "Nuv/Io/NumberText.hpp"
 
 #include <fmt/core.h>
 
@@ -65,6 +66,19 @@ std::string Messages::Where() const
                          : fmt::format("in row '{}'", m_row);
 }
 
+bool Messages::NumberOutOfRange(const Token& token)
+{
+    const std::string_view shown = token.text.substr(0, 40);
+    const bool isQuotient = token.text.find('/') != std::string_view::npos;
+    if (isQuotient ? token.value == 0.0 : IsBelowDoubles(token.text))
+        return Fail(token, "lp.number-out-of-range",
+                    fmt::format("{} is nearer to 0 than any double", shown),
+                    "write 0, or scale the model");
+    return Fail(token, "lp.number-out-of-range",
+                fmt::format("{} is beyond the largest double", shown),
+                "scale the model, or write inf in a bound");
+}
+
 bool Messages::Unexpected(const Token& token, const Token& next)
 {
     const std::string_view word = token.text;
@@ -78,9 +92,7 @@ bool Messages::Unexpected(const Token& token, const Token& next)
                     fmt::format("byte 0x{:02X} is not text", static_cast<unsigned char>(word[0])),
                     "this is not an LP file, or it is damaged");
     case TokenKind::Range:
-        return Fail(token, "lp.number-out-of-range",
-                    fmt::format("{} is beyond double precision", word.substr(0, 40)),
-                    "scale the model, or write inf in a bound");
+        return NumberOutOfRange(token);
     case TokenKind::Name:
         return UnexpectedName(token);
     case TokenKind::Number:

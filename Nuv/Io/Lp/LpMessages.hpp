@@ -70,6 +70,7 @@ public:
     }
 
 private:
+    bool NumberOutOfRange(const Token& token);
     bool UnexpectedName(const Token& token);
     bool UnexpectedNumber(const Token& token, const Token& next);
     bool UnexpectedSign(const Token& token);

@@ -35,17 +35,24 @@ bool Messages::RefuseSection(Section section, std::string_view word, bool isFirs
                 "a line that belongs to a section starts with a blank");
 }
 
+std::string Messages::HintAt(const char* at, std::string hint) const
+{
+    return Trimmed({at, static_cast<std::size_t>(m_end - at)}).empty()
+               ? "the file ends here: check that it is complete"
+               : std::move(hint);
+}
+
 bool Messages::UnknownRow(std::string_view name)
 {
     if (name.empty())
     {
         return Fail(name.data(), "mps.missing-row", "there is no row on this line",
-                    "a row and its number are missing");
+                    HintAt(name.data(), "a row and its number are missing"));
     }
     return Fail(
         name.data(), "mps.unknown-row",
         fmt::format("there is no row called '{}' in ROWS, line {}", name, LineOf(Section::Rows)),
-        "check its spelling; letter case counts");
+        HintAt(name.data() + name.size(), "check its spelling; letter case counts"));
 }
 
 bool Messages::UnknownColumn(std::string_view name)
@@ -83,7 +90,7 @@ bool Messages::TakeNumber(std::string_view text, std::string_view of, WrittenNum
     {
         return Fail(text.data(), "mps.missing-number",
                     fmt::format("there is no number behind '{}'", of),
-                    "each name is followed by its number");
+                    HintAt(text.data(), "each name is followed by its number"));
     }
     const bool comma = text.find(',') != std::string_view::npos;
     return Fail(text.data(), "mps.not-a-number",

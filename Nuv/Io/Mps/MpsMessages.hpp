@@ -18,7 +18,10 @@ class Messages
 {
 public:
     /// `text` is the whole file and outlives this object.
-    Messages(std::string_view text, std::string_view file) : m_log(file, text) {}
+    Messages(std::string_view text, std::string_view file)
+        : m_log(file, text), m_end(text.data() + text.size())
+    {
+    }
 
     [[nodiscard]] DiagnosticLog& Log() noexcept
     {
@@ -54,7 +57,11 @@ public:
     bool CheckName(std::string_view name, std::string_view what);
 
 private:
+    /// `hint`, or, where nothing follows in the file, that there should.
+    [[nodiscard]] std::string HintAt(const char* at, std::string hint) const;
+
     DiagnosticLog m_log;
+    const char* m_end;
     const char* m_places[static_cast<std::size_t>(Section::Unknown) + 1] = {};
 };
 

@@ -14,20 +14,6 @@ namespace nuv::mps
 namespace
 {
 
-/// std::from_chars says "out of range" at both ends. A number at the small one has only zeros
-/// before its point, or a negative exponent.
-NumberFault Beyond(std::string_view text) noexcept
-{
-    const std::size_t letter = text.find_first_of("eE");
-    if (letter != std::string_view::npos)
-        return text.substr(letter).starts_with("e-") || text.substr(letter).starts_with("E-")
-                   ? NumberFault::TooSmall
-                   : NumberFault::TooLarge;
-    return text.substr(0, text.find('.')).find_first_of("123456789") == std::string_view::npos
-               ? NumberFault::TooSmall
-               : NumberFault::TooLarge;
-}
-
 /// Reads a number from the front of a text. @return where it ends; at the front if there is none.
 const char* ReadDecimal(std::string_view text, Number& number) noexcept
 {
@@ -37,7 +23,10 @@ const char* ReadDecimal(std::string_view text, Number& number) noexcept
     if (result.ec == std::errc::invalid_argument)
         number.fault = NumberFault::NotANumber;
     else if (result.ec == std::errc::result_out_of_range)
-        number.fault = Beyond(text.substr(0, static_cast<std::size_t>(result.ptr - text.data())));
+        number.fault =
+            IsBelowDoubles(text.substr(0, static_cast<std::size_t>(result.ptr - text.data())))
+                ? NumberFault::TooSmall
+                : NumberFault::TooLarge;
     else if (std::isnan(number.value))
         number.fault = NumberFault::Undefined;
     return result.ptr;

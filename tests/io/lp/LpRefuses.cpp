@@ -107,6 +107,8 @@ const Case kCases[] = {
     {"not a number in Bounds", "max x\nst\nbounds\n x <= nan\nend", "lp.not-a-number 4:7"},
     {"a number beyond double", "max x\nst\n x <= 1e400\nend", "lp.number-out-of-range 3:7"},
     {"a number below double", "max x\nst\n 1e-400 x <= 4\nend", "lp.number-out-of-range 3:2"},
+    {"a quotient below double", "max x\nst\n 1/1" + std::string(400, '0') + " x <= 4\nend",
+     "lp.number-out-of-range 3:2"},
     {"a bound beyond double", "max x\nst\nbounds\n x <= 1e999\nend", "lp.number-out-of-range 4:7"},
     {"coefficients that add up beyond double", "max x\nst\n 1e308 x + 1e308 x <= 4\nend",
      "lp.number-too-large 3:18"},
@@ -172,6 +174,21 @@ TEST(LpRefusesText, ADuplicateNameNamesBothLines)
     const ReadResult reading = ReadText("max x\nst\n c1: x <= 4\n c2: x <= 5\n c1: x <= 6\nend");
     EXPECT_EQ(reading.GetError().text, "a second row called 'c1'; the first is in line 3");
     EXPECT_EQ(reading.GetError().line, 5u);
+}
+
+TEST(LpRefusesText, ANumberThatIsTooSmallIsNotCalledTooLarge)
+{
+    for (const std::string& small :
+         {std::string("1e-400"), "0." + std::string(400, '0') + "1", "1/1" + std::string(400, '0')})
+    {
+        const Error error = ReadText("max x\nst\n " + small + " x <= 4\nend").GetError();
+        EXPECT_NE(error.text.find("is nearer to 0 than any double"), std::string::npos) << small;
+        EXPECT_EQ(error.hint, "write 0, or scale the model");
+    }
+    EXPECT_EQ(ReadText("max x\nst\n x <= 1e400\nend").GetError().text,
+              "1e400 is beyond the largest double");
+    EXPECT_EQ(ReadText("max x\nst\n x <= 1" + std::string(400, '0') + "/3\nend").GetError().hint,
+              "scale the model, or write inf in a bound");
 }
 
 TEST(LpRefusesText, AnErrorInARowIsReportedBeforeWhatFollowsIt)

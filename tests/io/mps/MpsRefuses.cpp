@@ -254,6 +254,16 @@ TEST(MpsRefuses, TheFirstErrorOfTheFileAndNoOther)
     EXPECT_EQ(Said8("    y         what  1\n"), "error mps.unknown-row 8:15");
 }
 
+TEST(MpsRefuses, AFileThatIsCutOffWithThatHint)
+{
+    for (const std::string_view cut : {"    y  ", "    y  de", "    y  dem  ", "    y  dem  1  li"})
+        EXPECT_EQ(ReadMpsText(kHead + std::string(cut)).GetError().hint,
+                  "the file ends here: check that it is complete")
+            << cut;
+    EXPECT_NE(ReadMpsText(kHead + "    y  dem\nENDATA\n").GetError().hint,
+              "the file ends here: check that it is complete");
+}
+
 TEST(MpsRefuses, WithACaretAndAHint)
 {
     const ReadResult reading = ReadMpsText(kHead + "    x         dem               1x\n");
