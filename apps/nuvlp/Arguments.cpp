@@ -125,7 +125,7 @@ void AddArguments(CLI::App& app, const Verb& verb)
     for (const Option& option : verb.positionals)
     {
         AddOption(app, option);
-        app.get_option(option.names.front())->required();
+        app.get_option(option.names.front())->required(!option.isOptional);
     }
     for (const Option& option : verb.options)
         AddOption(app, option);
@@ -202,6 +202,7 @@ ExitCode RefuseMissingVerb(const Command& command, const char* argument)
     std::vector<std::string> names;
     for (const Verb& verb : command.verbs)
         names.push_back(verb.name);
+    names.emplace_back("--version");
     const bool isFile = word.find_first_of("./") != std::string::npos || word == "-";
     return isFile ? RefuseCall(command, nullptr, fmt::format("a verb is missing before '{}'", word),
                                fmt::format("Write {} solve {}, or another verb: {}", command.name,
@@ -273,9 +274,15 @@ std::vector<Option> OptionsOf(const Verb& verb)
     return options;
 }
 
+std::string UsageWord(const Option& positional)
+{
+    return positional.isOptional ? "[" + positional.value + "]" : positional.value;
+}
+
 std::string ValueWords(const Option& option)
 {
-    if (option.choices.empty())
+    constexpr std::size_t kMostChoices = 8;  // Of more the line would be too long.
+    if (option.choices.empty() || option.choices.size() > kMostChoices)
         return option.value;
     std::string words;
     for (const std::string& choice : option.choices)

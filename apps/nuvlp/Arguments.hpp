@@ -30,6 +30,7 @@ struct Option
     std::string standard = {};               ///< what holds without it, if that is worth saying
     std::vector<std::string> excludes = {};  ///< options that contradict it
     bool repeats = false;                    ///< may be given more than once
+    bool isOptional = false;                 ///< of a positional: may be left out
 
     [[nodiscard]] bool TakesFile() const;
 };
@@ -38,7 +39,7 @@ struct Verb
 {
     std::string name;
     std::string text;
-    std::vector<Option> positionals = {};  ///< all of them required, in this order
+    std::vector<Option> positionals = {};  ///< in this order; the last one may be optional
     std::vector<Option> options = {};      ///< besides --help
     std::function<ExitCode()> run = {};
     std::string schema = {};  ///< of what it writes with --json, if it has that
@@ -60,7 +61,10 @@ struct Command
 /// --help, and what the verb has of its own.
 [[nodiscard]] std::vector<Option> OptionsOf(const Verb& verb);
 
-/// "RESULT", "lp|mps", or "" for a flag.
+/// What a call of the verb names besides options: "FILE", "[VERB]".
+[[nodiscard]] std::string UsageWord(const Option& positional);
+
+/// "RESULT", "lp|mps" where there are a few choices, or "" for a flag.
 [[nodiscard]] std::string ValueWords(const Option& option);
 
 /// Runs the verb that the arguments name, with its targets filled. Help and version go to stdout;

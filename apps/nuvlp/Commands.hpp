@@ -15,8 +15,10 @@ namespace nuvlp
 [[nodiscard]] Verb VerifyVerb();
 [[nodiscard]] Verb RepairVerb();
 [[nodiscard]] Verb SelftestVerb();
-/// These two speak of the whole command, which outlives them.
+/// These speak of the whole command, which outlives them; HelpVerb comes last and knows those
+/// before.
 [[nodiscard]] Verb CompletionVerb(const Command& command);
 [[nodiscard]] Verb ManVerb(const Command& command);
+[[nodiscard]] Verb HelpVerb(const Command& command);
 
 }  // namespace nuvlp

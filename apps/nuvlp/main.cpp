@@ -17,6 +17,7 @@ nuvlp::ExitCode Run(int argc, char** argv)
                      nuvlp::VerifyVerb(),    nuvlp::RepairVerb(),
                      nuvlp::SelftestVerb(),  nuvlp::CompletionVerb(command),
                      nuvlp::ManVerb(command)};
+    command.verbs.push_back(nuvlp::HelpVerb(command));
     return nuvlp::RunCommand(command, argc, argv);
 }
 

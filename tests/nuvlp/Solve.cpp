@@ -345,6 +345,26 @@ TEST(SolveCommand, HasAMessageForEveryKindOfBadInput)
                                                                   8)));
     EXPECT_EQ(binary.exitCode, 65);
     EXPECT_NE(binary.err.find("byte 0x7F is not text"), std::string::npos);
+    // What is quoted of a file cannot steer a terminal, nor end the message.
+    const Outcome steering =
+        RunNuvlp("prove textbook/wyndor.lp -", std::string("x1 \x1B[2J\0\xC2\x9Bm", 11));
+    EXPECT_NE(steering.err.find("'\xEF\xBF\xBD[2J\xEF\xBF\xBD\xEF\xBF\xBDm' is no finite number"),
+              std::string::npos)
+        << steering.err;
+    EXPECT_NE(steering.err.find("\n  hint: write a decimal"), std::string::npos);
+    for (const std::string& wide : {std::string("\xFF\xFEN\0A\0M\0E\0", 10),
+                                    std::string("N\0A\0M\0E\0", 8), std::string("\0N\0A", 4)})
+    {
+        const std::string file = WriteScratch("wide.mps", wide);
+        for (const std::string& call : {"solve " + file, "prove textbook/wyndor.lp " + file,
+                                        "batch textbook/wyndor.lp " + file})
+        {
+            const Outcome outcome = RunNuvlp(call);
+            EXPECT_EQ(outcome.err, file + ": error: this is UTF-16 text [file.utf-16]\n"
+                                          "  hint: save the file as UTF-8\n");
+            EXPECT_EQ(outcome.exitCode, 65);
+        }
+    }
     for (const char* text : {"max x\nst\nfoo\n x <= 3\nend", "max x\nst\n x <= nan\nend",
                              "max x\nst\n x <= 1e400\nend"})
         EXPECT_EQ(RunNuvlp("solve -", text).exitCode, 65) << text;
@@ -437,6 +457,17 @@ TEST(Command, ExplainsItselfAndItsUsage)
         EXPECT_EQ(outcome.out, "") << wrong;
         EXPECT_NE(outcome.err, "") << wrong;
     }
+}
+
+TEST(Command, HelpIsAVerbToo)
+{
+    EXPECT_EQ(RunNuvlp("help").out, RunNuvlp("--help").out);
+    EXPECT_EQ(RunNuvlp("help batch").out, RunNuvlp("batch --help").out);
+    EXPECT_EQ(RunNuvlp("help help").exitCode, 0);
+    EXPECT_EQ(RunNuvlp("help batsh").err.substr(0, 12), "nuvlp: VERB ");
+    EXPECT_NE(RunNuvlp("help batsh").err.find("did you mean batch?"), std::string::npos);
+    EXPECT_EQ(RunNuvlp("help solve batch").exitCode, 64);
+    EXPECT_NE(RunNuvlp("version").err.find("did you mean --version?"), std::string::npos);
 }
 
 TEST(Command, TakesWhatFollowsTwoDashesForNoOption)

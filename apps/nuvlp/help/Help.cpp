@@ -90,7 +90,7 @@ std::string VerbHelp(const Command& command, const Verb& verb)
 {
     std::string usage = command.name + " " + verb.name + " [OPTIONS]";
     for (const Option& positional : verb.positionals)
-        usage += " " + positional.value;
+        usage += " " + UsageWord(positional);
     return verb.text + "\nUsage: " + usage + "\n" +
            (verb.positionals.empty() ? "" : "\nArguments:\n" + OptionEntries(verb.positionals)) +
            "\nOptions:\n" + OptionEntries(OptionsOf(verb));

@@ -49,7 +49,7 @@ std::string VerbText(const Verb& verb)
     std::string options;
     for (const Option& positional : verb.positionals)
     {
-        positionals += " \\fI" + Roff(positional.value) + "\\fR";
+        positionals += " \\fI" + Roff(UsageWord(positional)) + "\\fR";
         options += OptionText(positional);
     }
     for (const Option& option : OptionsOf(verb))
