@@ -1,8 +1,11 @@
 // nuvlp batch, from outside.
+#include "Nuv/Utils/NuvVersion.h"
 #include "tests/nuvlp/Run.hpp"
-#include "tests/report/JsonSchema.hpp"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
 
 namespace nuvlp::test
 {
@@ -65,15 +68,33 @@ TEST(BatchCommand, EachLineIsAsItsSchemaSays)
          {"", "--exact --value x", "--float-only --value y", "--no-proof", "--max-pivots 0"})
     {
         const Outcome outcome = Batch(table, std::string("--format jsonl ") + options);
-        std::size_t begin = 0;
-        int lines = 0;
-        for (std::size_t end; (end = outcome.out.find('\n', begin)) != std::string::npos; ++lines)
-        {
-            nuv::test::ExpectValid(outcome.out.substr(begin, end - begin));
-            begin = end + 1;
-        }
-        EXPECT_EQ(lines, 3) << options << outcome.err;
+        // RunNuvlp has held each of them against the schema.
+        EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 3) << options << outcome.err;
+        EXPECT_TRUE(outcome.out.starts_with('{')) << outcome.out;
     }
+    EXPECT_EQ(Batch(table, "--json").out, Batch(table, "--format jsonl").out);
+    EXPECT_EQ(Batch(table, "--json --format csv").exitCode, 64);
+}
+
+TEST(BatchCommand, WritesErrorsAsResultsForPrograms)
+{
+    const Outcome wrong = Batch("cost:x\n1\nmuch\n", "--json");
+    EXPECT_EQ(wrong.out,
+              "{\"schema\":\"nuvlp/scenario/1\",\"version\":\"" NUV_VERSION
+              "\",\"status\":\"error\",\"code\":\"table.number\",\"text\":\"'much' is not a "
+              "number\",\"hint\":null,\"file\":\"<stdin>\",\"line\":3,\"column\":null,"
+              "\"warnings\":[]}\n");
+    EXPECT_EQ(wrong.exitCode, 65);
+    EXPECT_NE(RunNuvlp("batch --json none.lp table.csv").out.find("\"code\":\"file.missing\""),
+              std::string::npos);
+    EXPECT_NE(Batch("cost:x\n1\n", "--json --shard 3/2").out.find("\"code\":\"usage\""),
+              std::string::npos);
+    EXPECT_NE(Batch("cost:x\n1\n", "--json --threads x").out.find("\"code\":\"usage\""),
+              std::string::npos);
+    // A file that is there says that its part is done.
+    const std::string part = Scratch("part.jsonl");
+    EXPECT_EQ(Batch("cost:x\nmuch\n", "--json --shard 1/2 --out " + part).out, "");
+    EXPECT_FALSE(std::filesystem::exists(part));
 }
 
 TEST(BatchCommand, SinglePrecisionProvesNothing)
@@ -133,15 +154,19 @@ TEST(BatchCommand, SaysWhatIsWrongWithATable)
         EXPECT_EQ(outcome.out, "");
         return outcome.err;
     };
-    EXPECT_NE(fault("cost:q\n1\n").find("line 1: the model has no variable 'q'"),
+    EXPECT_NE(fault("cost:q\n1\n").find("<stdin>:1: error: the model has no variable 'q'"),
               std::string::npos);
     EXPECT_NE(fault("price:x\n1\n").find("'price:x' is not known"), std::string::npos);
     EXPECT_NE(fault("side:range\n1\n").find("row 'range' has not one side"), std::string::npos);
-    EXPECT_NE(fault("cost:x\n1\none\n").find("line 3: 'one' is not a number"), std::string::npos);
-    EXPECT_NE(fault("cost:x\n1,2\n").find("line 2: 2 cells instead of 1"), std::string::npos);
+    EXPECT_NE(fault("cost:x\n1\none\n").find("<stdin>:3: error: 'one' is not a number"),
+              std::string::npos);
+    EXPECT_NE(fault("cost:x\n1,2\n").find("<stdin>:2: error: 2 cells instead of 1"),
+              std::string::npos);
     EXPECT_NE(fault("cost:x\n\"1\n").find("a quote is not closed"), std::string::npos);
     EXPECT_NE(fault("{\"cost:x\": [1]}\n").find("'cost:x' has an array"), std::string::npos);
-    EXPECT_NE(fault("{\"cost:x\": 1}\n7\n").find("line 2: this is no JSON object"),
+    EXPECT_NE(fault("{\"cost:x\": 1}\n7\n").find("<stdin>:2: error: this is no JSON object"),
+              std::string::npos);
+    EXPECT_NE(fault("\n").find("<stdin>: error: there is no table in this file"),
               std::string::npos);
     EXPECT_EQ(Batch("cost:x\n1\n", "--shard 3/2").exitCode, 64);
     EXPECT_EQ(Batch("cost:x\n1\n", "--value q").exitCode, 64);

@@ -90,15 +90,22 @@ std::string OutputText(const std::string& arguments)
     return {};
 }
 
+/// Each verb writes an object in a line, batch one for each scenario.
+void ExpectValidLines(const std::string& text)
+{
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        nuv::test::ExpectValid(line);
+}
+
 /// All JSON of the command that a test may see comes by here.
 Outcome OutcomeOf(const std::string& arguments, int status)
 {
     Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(Scratch("stdout")),
                     ReadFile(Scratch("stderr"))};
     for (const std::string& text : {outcome.out, OutputText(arguments)})
-        // An object a line is not one object.
-        if (text.starts_with('{') && arguments.find("--format jsonl") == std::string::npos)
-            nuv::test::ExpectValid(text);
+        if (text.starts_with('{'))
+            ExpectValidLines(text);
     return outcome;
 }
 

@@ -32,8 +32,7 @@ struct BatchArguments
 {
     ModelSource source;
     std::string table;
-    std::string output;
-    std::string format = "csv";
+    Output output;  ///< as JSON: an object a line
     std::string shard;
     std::vector<std::string> values;
     nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
@@ -51,10 +50,20 @@ nuv::Error UsageError(std::string text, std::string hint)
     return {"usage", std::move(text), std::move(hint), "", 0, 0};
 }
 
-ExitCode Report(const nuv::Error& error, ExitCode code)
+/// For programs an error is a line on standard output; the file of the results, which tells by
+/// being there that a part is done, is not made.
+ExitCode Fail(const BatchArguments& options, const std::vector<nuv::Diagnostic>& diagnostics,
+              ExitCode code)
 {
-    PrintDiagnostics({nuv::WithoutPlace(error)}, Show::Errors);
-    return code;
+    const bool isFile = !options.output.path.empty() && options.output.path != "-";
+    return isFile ? code : WriteError(options.output, kScenarioSchema, diagnostics, code);
+}
+
+ExitCode Report(const BatchArguments& options, const nuv::Error& error, ExitCode code)
+{
+    const std::vector diagnostics{nuv::WithoutPlace(error)};
+    PrintDiagnostics(diagnostics, Show::Errors);
+    return Fail(options, diagnostics, code);
 }
 
 /// Part `part` of `parts`, from 1.
@@ -97,7 +106,7 @@ public:
         : m_model(model),
           m_table(table),
           m_exact(options.exact && !options.floatOnly && !options.noProof),
-          m_isJson(options.format == "jsonl"),
+          m_isJson(options.output.json),
           m_asked(std::move(asked))
     {
     }
@@ -245,7 +254,7 @@ ExitCode SolveTable(const BatchArguments& options, const nuv::Model& model,
 {
     nuv::Result<std::vector<std::uint32_t>> asked = AskedValues(model, options);
     if (!asked)
-        return Report(asked.GetError(), ExitCode::Usage);
+        return Report(options, asked.GetError(), ExitCode::Usage);
     const Writer writer(model, table, options, *std::move(asked));
     const std::size_t first = table.Count() * (shard.part - 1) / shard.parts;
     const std::size_t last = table.Count() * shard.part / shard.parts;
@@ -262,9 +271,10 @@ ExitCode SolveTable(const BatchArguments& options, const nuv::Model& model,
     const std::optional<std::string> lines = SolveScenarios(run);
     counter.reset();
     if (!lines)
-        return Report(UsageError("interrupted; nothing is written", ""), ExitCode::Stopped);
+        return Report(options, UsageError("interrupted; nothing is written", ""),
+                      ExitCode::Stopped);
     // Parts that are put together have one first line.
-    return WriteTo(options.output, (shard.part == 1 ? writer.Head() : "") + *lines,
+    return WriteTo(options.output.path, (shard.part == 1 ? writer.Head() : "") + *lines,
                    ExitCode::Success);
 }
 
@@ -272,25 +282,26 @@ ExitCode Run(const BatchArguments& options)
 {
     const std::optional<Shard> shard = options.shard.empty() ? Shard{} : ShardOf(options.shard);
     if (!shard)
-        return Report(UsageError("--shard takes PART/PARTS, as in 2/8", ""), ExitCode::Usage);
-    const bool isPart = !options.shard.empty() && !options.output.empty();
-    if (isPart && std::filesystem::exists(options.output))
+        return Report(options, UsageError("--shard takes PART/PARTS, as in 2/8", ""),
+                      ExitCode::Usage);
+    const bool isPart = !options.shard.empty() && !options.output.path.empty();
+    if (isPart && std::filesystem::exists(options.output.path))
     {
         if (!options.quiet)
-            fmt::print(stderr, "nuvlp: '{}' is there already\n", options.output);
+            fmt::print(stderr, "nuvlp: '{}' is there already\n", options.output.path);
         return ExitCode::Success;
     }
     const nuv::ReadResult reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
-        return ExitCodeOf(reading.GetError());
+        return Fail(options, reading.diagnostics, ExitCodeOf(reading.GetError()));
     const nuv::Result<std::string> text = nuv::ReadTextFile(options.table);
     if (!text)
-        return Report(text.GetError(), ExitCodeOf(text.GetError()));
+        return Report(options, text.GetError(), ExitCodeOf(text.GetError()));
     const nuv::Result<ScenarioTable> table =
         ReadScenarios(*text, nuv::DisplayName(options.table), *reading.model);
     if (!table)
-        return Report(table.GetError(), ExitCode::BadModel);
+        return Report(options, table.GetError(), ExitCode::BadModel);
     CatchInterrupts();
     return SolveTable(options, *reading.model, *table, *shard);
 }
@@ -302,7 +313,8 @@ Verb BatchVerb()
     const auto options = std::make_shared<BatchArguments>();
     Verb verb{.name = "batch",
               .text = "Solve a model once for each row of a table",
-              .run = [options] { return Run(*options); }};
+              .run = [options] { return Run(*options); },
+              .schema = std::string(kScenarioSchema)};
     AddModelSource(verb, options->source);
     verb.positionals.push_back(
         {.names = {"TABLE"},
@@ -314,13 +326,17 @@ Verb BatchVerb()
         {.names = {"-o", "--out"},
          .value = "RESULT",
          .text = "The file to write to, whole or not at all; standard output if not given",
-         .target = &options->output},
+         .target = &options->output.path},
         {.names = {"--format"},
          .value = "FORMAT",
          .text = "Write results as comma-separated values or an object a line",
-         .target = &options->format,
+         .target = [options](const std::string& word) { options->output.json = word == "jsonl"; },
          .choices = {"csv", "jsonl"},
          .standard = "csv"},
+        {.names = {"--json"},
+         .text = "Write an object a line, as --format jsonl does",
+         .target = &options->output.json,
+         .excludes = {"--format"}},
         {.names = {"--value"},
          .value = "VARIABLE",
          .text = "Write the value of this variable too; as often as needed",

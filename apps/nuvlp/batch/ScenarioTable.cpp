@@ -24,7 +24,7 @@ struct Place
 
     [[nodiscard]] nuv::Error Error(const char* code, std::string text, std::string hint = "") const
     {
-        return {code, fmt::format("{}, line {}: {}", name, line, text), std::move(hint), "", 0, 0};
+        return {code, std::move(text), std::move(hint), name, line, 0};
     }
 };
 
@@ -262,6 +262,13 @@ nuv::Result<ScenarioTable> ReadScenarios(std::string_view text, const std::strin
     if (text.starts_with("\xEF\xBB\xBF"))
         text.remove_prefix(3);
     Builder builder(model, name);
+    if (WithoutBlanks(text.substr(0, text.find_last_not_of("\r\n") + 1)).empty())
+        return nuv::Error{"table.empty",
+                          "there is no table in this file",
+                          "its first line names columns: scenario, cost:VARIABLE, side:ROW",
+                          name,
+                          0,
+                          0};
     return text.starts_with('{') ? ReadJsonLines(text, name, std::move(builder))
                                  : ReadCsv(text, std::move(builder));
 }
