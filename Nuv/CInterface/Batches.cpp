@@ -16,6 +16,8 @@ static_assert(static_cast<std::uint32_t>(Status::Invalid) == NUV_STATUS_Invalid)
 void CheckBatch(const NuvBatch& batch)
 {
     (void)MeaningOf(batch.numbers);
+    Require(batch.stages == NUV_STAGES_All || batch.stages == NUV_STAGES_WithoutProof,
+            "a batch has all stages, or those without proof");
     const std::uint64_t rows = std::uint64_t{batch.numUpperRows} + batch.numEqualRows;
     Require(rows + batch.numColumns < NUV_MODEL_NO_INDEX, "a batch has too many rows or columns");
     const auto hasRows = [&](std::uint32_t count, const double* matrix, const double* sides)
@@ -82,7 +84,10 @@ void SolveRange(const NuvBatch& batch, std::uint64_t first, std::uint64_t last)
     const DenseAnswer stopped;
     for (std::uint64_t k = first; k < last; ++k)
         Write(batch, k, stopped);
-    DenseSolver solver;
+    const DenseSolver::Otherwise otherwise = batch.stages == NUV_STAGES_WithoutProof
+                                                 ? DenseSolver::Otherwise::Believe
+                                                 : DenseSolver::Otherwise::Prove;
+    DenseSolver solver(otherwise);
     DenseAnswer answer;
     for (std::uint64_t k = first; k < last; ++k)
     {

@@ -46,8 +46,10 @@ typedef struct NuvBatch
     uint32_t numUpperRows;
     /// The rows of E.
     uint32_t numEqualRows;
-    /// Zero.
-    uint32_t reserved;
+    /// NUV_STAGES_All, the default, or NUV_STAGES_WithoutProof: then an answer that is not proved
+    /// in a few words of arithmetic, as that of a small problem mostly is, is believed as the
+    /// simplex in doubles found it, and its objective and values are near to the optimum.
+    uint32_t stages;
     /// How many problems there are.
     uint64_t count;
     /// A problem that wants more pivots than this in doubles, or in exact numbers, is given up as

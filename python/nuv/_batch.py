@@ -15,7 +15,7 @@ from ._interface import ffi
 from ._library import check, core, diagnostics, lib
 from ._linprog import STATUS
 from ._record import Record
-from ._solve import NUMBERS, Interrupted, Options, one_of, solve, whole
+from ._solve import NUMBERS, Interrupted, Options, one_of, solve, truth, whole
 
 Array = npt.NDArray[Any]
 
@@ -76,18 +76,27 @@ class Settings(NamedTuple):
     proved: bool = True
     numbers: str = "written"
     pivot_limit: Optional[int] = None
+    #: What is believed without a proof: ``"single"`` or ``"double"``.
+    precision: str = "single"
+
+    @property
+    def is_single(self) -> bool:
+        """Whether the core solves them, which has neither equations nor bounds."""
+        return not self.proved and self.precision == "single"
 
 
 def solve_batch(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: Any = None,
                 bounds: Any = None, *, proved: bool = True, workers: int = 1,
-                numbers: str = "written", pivot_limit: Optional[int] = None) -> BatchResult:
+                numbers: str = "written", pivot_limit: Optional[int] = None,
+                precision: Optional[str] = None) -> BatchResult:
     """Minimise ``c @ x`` as linprog does, for many problems of one shape.
 
     c has the shape (n,) or (count, n), A_ub (m, n) or (count, m, n), b_ub (m,) or (count, m), and so
     have A_eq and b_eq; bounds are (2,), (n, 2) or (count, n, 2), from 0 to infinity where there are
     none. What has no leading axis, or one that broadcasts, is shared and not copied. With
     ``proved=False`` the problems are solved in single precision and without proof; they have no
-    equations and no other bounds then. `workers` is the number of threads. Each problem has the
+    equations and no other bounds then. With ``precision="double"`` besides, the simplex in doubles is
+    believed where a proof would take longer than a few words of arithmetic. `workers` is the number of threads. Each problem has the
     result, to the bit, that it has alone, whatever stands beside it. Ctrl-C ends the batch with
     nuv.Interrupted, whose ``solution`` has status 1 for what had not been solved.
 
@@ -97,19 +106,22 @@ def solve_batch(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_
     ([-4242.857, -5600.0], [0, 0], [True, True])
     """
     workers = whole(workers, "workers", 1)
-    settings = checked_settings(proved, numbers, pivot_limit)
+    settings = checked_settings(proved, numbers, pivot_limit, precision)
     problems, count = checked_problems(c, A_ub, b_ub, A_eq, b_eq, bounds, settings)
     return solve_problems(problems, count, workers, settings)
 
 
-def checked_settings(proved: Any, numbers: Any, pivot_limit: Any) -> Settings:
+def checked_settings(proved: Any, numbers: Any, pivot_limit: Any, precision: Any = None) -> Settings:
     """What they are if they are right."""
     one_of(numbers)
-    if not isinstance(proved, (bool, np.bool_)):
-        raise TypeError(f"proved: True or False is needed, not a {type(proved).__name__}")
+    proved = truth(proved, "proved")
+    if precision is not None and (not isinstance(precision, str) or precision not in ("single", "double")):
+        raise ValueError(f"precision: 'single' or 'double' is needed, not {precision!r}")
+    if precision is not None and proved:
+        raise ValueError("precision: has a meaning without a proof alone")
     if pivot_limit is not None:
         pivot_limit = whole(pivot_limit, "pivot_limit", 1, 2**32)
-    return Settings(bool(proved), numbers, pivot_limit)
+    return Settings(proved, numbers, pivot_limit, precision or "single")
 
 
 def checked_problems(c: Any, A_ub: Any, b_ub: Any, A_eq: Any, b_eq: Any, bounds: Any,
@@ -129,11 +141,11 @@ def checked_problems(c: Any, A_ub: Any, b_ub: Any, A_eq: Any, b_eq: Any, bounds:
             raise ValueError(f"A_{which}: its last two dimensions are {rows.shape[1]} and "
                              f"{rows.shape[2]}, b_{which} has {sides.shape[1]} and c has {n} numbers")
         arrays += [rows, sides]
-    if not settings.proved:
+    if settings.is_single:
         if A_eq is not None or bounds is not None:
-            raise ValueError(f"{'bounds' if A_eq is None else 'A_eq'}: has to stay away without proof")
+            raise ValueError(f"{'bounds' if A_eq is None else 'A_eq'}: has to stay away in single precision")
         if A_ub is None or arrays[1].shape[1] == 0:
-            raise ValueError("A_ub: at least one row is needed without proof")
+            raise ValueError("A_ub: at least one row is needed in single precision")
     problems = Problems._make([*arrays, *_batched_bounds(bounds, n, settings)])
     lengths = [len(array) for array in problems]
     count = max(lengths) if 0 not in lengths else 0
@@ -145,11 +157,11 @@ def checked_problems(c: Any, A_ub: Any, b_ub: Any, A_eq: Any, b_eq: Any, bounds:
 
 def _batched(value: Any, name: str, dimensions: int, settings: Settings) -> Array:
     """An array with a leading axis, of floats where single precision is asked for."""
-    if isinstance(value, np.ndarray) and value.dtype == np.float32 and not settings.proved:
+    if isinstance(value, np.ndarray) and value.dtype == np.float32 and settings.is_single:
         array: Array = value
     else:
         array = doubles(value, name, settings.numbers == "stored")
-        if not settings.proved:
+        if settings.is_single:
             with np.errstate(over="ignore"):
                 array = array.astype(np.float32)
     if array.ndim not in (dimensions, dimensions + 1):
@@ -195,8 +207,8 @@ def solve_problems(problems: Problems, count: int, workers: int, settings: Setti
         problems = Problems._make(array if len(array) != count else np.where(
             invalid.reshape(-1, *[1] * (array.ndim - 1)), array.dtype.type(0), array)
             for array in problems)
-    work = _single_precision if not settings.proved else \
-        _one_by_one if problems.elements > _LARGE else _proved
+    work = _single_precision if settings.is_single else \
+        _one_by_one if problems.elements > _LARGE else _in_doubles
     found, interrupt = work(problems, count, workers, settings)
     found.status[invalid], found.proved[invalid], found.nit[invalid] = INVALID, False, 0
     found.x[found.status != 0], found.fun[found.status != 0] = np.nan, np.nan
@@ -274,7 +286,7 @@ def _stride(array: Array) -> int:
     return 0 if len(array) == 1 else int(np.prod(array.shape[1:]))
 
 
-def _proved(problems: Problems, count: int, workers: int, settings: Settings) -> Found:
+def _in_doubles(problems: Problems, count: int, workers: int, settings: Settings) -> Found:
     n = problems.c.shape[1]
     status = np.full(count, lib.NUV_STATUS_Stopped, np.uint32)
     proved, pivots = np.zeros(count, np.uint8), np.zeros(count, np.uint64)
@@ -283,6 +295,8 @@ def _proved(problems: Problems, count: int, workers: int, settings: Settings) ->
     check(lib.NuvBatchInit(batch, ffi.sizeof("NuvBatch")))
     batch.numbers, batch.numColumns, batch.count = NUMBERS[settings.numbers], n, count
     batch.numUpperRows, batch.numEqualRows = problems.A_ub.shape[1], problems.A_eq.shape[1]
+    if not settings.proved:
+        batch.stages = lib.NUV_STAGES_WithoutProof
     if settings.pivot_limit is not None:
         batch.pivotLimit = settings.pivot_limit
     for data, stride, array in zip(
@@ -310,7 +324,7 @@ def _one_by_one(problems: Problems, count: int, workers: int, settings: Settings
                         np.zeros(count, np.int64), np.zeros(count, np.bool_))
     has_to_end = threading.Event()
     # One of these takes long, and Python's signals come to the main thread alone.
-    options = Options(numbers=settings.numbers, pivots=settings.pivot_limit,
+    options = Options(numbers=settings.numbers, pivots=settings.pivot_limit, proved=settings.proved,
                       progress=lambda told: not has_to_end.is_set())
     shared = [matrix(rows[0], "A", n) if len(rows) == 1 else None
               for rows in (problems.A_ub, problems.A_eq)]

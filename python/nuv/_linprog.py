@@ -49,7 +49,7 @@ class _Problem(NamedTuple):
 def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: Any = None,
             bounds: Any = None, method: str = "highs", callback: None = None,
             options: Optional[dict[str, Any]] = None, x0: Any = None, integrality: Any = None, *,
-            numbers: str = "written") -> LinprogResult:
+            numbers: str = "written", proved: bool = True) -> LinprogResult:
     """Minimise ``c @ x`` subject to ``A_ub @ x <= b_ub``, ``A_eq @ x == b_eq`` and bounds.
 
     Arguments and result are those of ``scipy.optimize.linprog``: bounds are from 0 to infinity where
@@ -57,6 +57,7 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
     for the one method here. Numbers may also be fractions, decimals or texts such as ``"1/3"``, and
     are then those numbers, whether doubles hold them or not. With ``numbers="written"`` 0.1 is one
     tenth, with ``"stored"`` it is the double. The solve starts near `x0`, of which NaN is not known.
+    With ``proved=False`` the simplex in doubles is believed, and nothing is proved.
     Of `options`, ``maxiter``, ``time_limit`` (seconds) and ``disp`` have a meaning. Ctrl-C ends a
     solve with nuv.Interrupted, a KeyboardInterrupt, whose ``solution`` is the result so far.
 
@@ -78,7 +79,7 @@ def linprog(c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None, b_eq: 
     if integrality is not None and np.any(np.asarray(integrality) != 0):
         raise NotImplementedError("integrality: all variables are continuous here")
     problem = _problem(c, A_ub, b_ub, A_eq, b_eq, bounds, numbers == "stored")
-    wanted = _options({} if options is None else options, numbers)
+    wanted = _options({} if options is None else options, numbers)._replace(proved=proved)
     if x0 is not None:
         wanted = wanted._replace(start=vector(doubles(x0, "x0"), "x0", problem.c.size))
     model = construct()
@@ -164,7 +165,9 @@ def _options(given: Any, numbers: str) -> Options:
 
 
 def _unique(model: Any, found: Record, options: Options) -> Optional[bool]:
-    """Decided from the basis that was found."""
+    """Decided from the basis that was found, of what is proved."""
+    if not found.proved:
+        return None
     columns, rows = found.array("ColumnBasis"), found.array("RowBasis")
     basis = None if columns is None or rows is None else (columns, rows)
     handle, failure = solve(model, options._replace(basis=basis, start=None, uniqueness=True))

@@ -122,7 +122,7 @@ class Model(Edits):
 
     def solve(self, *, numbers: str = "written", time_limit: float = math.inf,
               pivot_limit: Optional[int] = None, scale: bool = False, ranging: bool = False,
-              uniqueness: bool = False, exact: bool = False,
+              uniqueness: bool = False, exact: bool = False, proved: bool = True,
               conflict_work: Optional[int] = None,
               start: Union[Basis, Solution, None] = None,
               progress: Union[bool, Callable[[Progress], Optional[bool]], None] = None,
@@ -136,7 +136,8 @@ class Model(Edits):
         ``solution.unique`` and ``unique_duals``. With `exact` all numbers of the solution are there
         as fractions, and in its JSON too. `conflict_work` bounds the search of a conflict
         that cannot do without any member: entries, rows and columns times pivots. With `start`, a
-        basis or a solution that has one, the solve begins there instead.
+        basis or a solution that has one, the solve begins there instead. With ``proved=False`` the
+        simplex in doubles is believed: there is no proof, and no fraction.
         """
         ranged = self._ranged() if ranging else None
         basis = None if start is None else self._basis(start, "start")
@@ -147,7 +148,8 @@ class Model(Edits):
                 self._session = owned(lib.NuvSolverConstruct(), lib.NuvSolverDestruct)
             with follow(progress) as told:
                 options = Options(numbers, time_limit, pivot_limit, scale, ranging, conflict_work,
-                                  told, log, basis=basis, uniqueness=uniqueness, exact=exact)
+                                  told, log, basis=basis, uniqueness=uniqueness, exact=exact,
+                                  proved=proved)
                 handle, failure = solve(self._handle, options, self._session if is_mine else None)
         finally:
             if is_mine:

@@ -72,7 +72,7 @@ class LinprogResult(dict[str, Any]):
 
     Besides scipy's: ``proved``; ``proof``, a line; ``conflict``, sides and bounds that exclude each
     other where the problem is infeasible; and, made when first asked for, ``exact``, the optimum in
-    fractions or None, ``unique``, whether it is the only optimum or None without one, and
+    fractions or None, ``unique``, whether it is the only optimum or None without a proved one, and
     ``certificate``, the proof in VIPR format or None.
 
     >>> import nuv

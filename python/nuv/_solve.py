@@ -55,6 +55,8 @@ class Options(NamedTuple):
     uniqueness: bool = False
     #: Whether all exact numbers are to be written down.
     exact: bool = False
+    #: Whether the answer is to be proved; if not, the simplex in doubles is believed.
+    proved: bool = True
 
 
 class Interrupted(KeyboardInterrupt):
@@ -125,6 +127,11 @@ class Call(Asked):
         given.seconds = seconds_of(options.seconds, "time_limit")
         given.scale, given.sensitivity = bool(options.scale), bool(options.ranging)
         given.uniqueness, given.exact = bool(options.uniqueness), bool(options.exact)
+        if not truth(options.proved, "proved"):
+            for name in ("ranging", "uniqueness", "exact"):
+                if getattr(options, name):
+                    raise ValueError(f"{name}: has a meaning with a proof alone")
+            given.stages = lib.NUV_STAGES_WithoutProof
         if options.conflict_work is not None:
             given.iisWork = whole(options.conflict_work, "conflict_work")
         if options.pivots is not None:
@@ -197,6 +204,13 @@ def seconds_of(value: Any, name: str) -> float:
     if not seconds >= 0:
         raise ValueError(f"{name}: must not be negative or NaN")
     return seconds
+
+
+def truth(value: Any, name: str) -> bool:
+    """True or False, and not what only counts as one of them."""
+    if not isinstance(value, (bool, np.bool_)):
+        raise TypeError(f"{name}: True or False is needed, not a {type(value).__name__}")
+    return bool(value)
 
 
 def whole(value: Any, name: str, least: int = 0, end: int = 2**64) -> int:

@@ -35,6 +35,7 @@ _ALONE = 60.0
 def solve_batch(client: Any, c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: Any = None,
                 b_eq: Any = None, bounds: Any = None, *, proved: bool = True,
                 numbers: str = "written", pivot_limit: Optional[int] = None,
+                precision: Optional[str] = None,
                 chunk: Optional[int] = None, retries: int = 3) -> BatchResult:
     """nuv.solve_batch on the workers of a distributed.Client, with the same result to the bit.
 
@@ -56,7 +57,7 @@ def solve_batch(client: Any, c: Any, A_ub: Any = None, b_ub: Any = None, A_eq: A
     >>> found.fun.tolist(), found.proved.tolist()
     ([-3.0, -6.0], [True, True])
     """
-    settings = _batch.checked_settings(proved, numbers, pivot_limit)
+    settings = _batch.checked_settings(proved, numbers, pivot_limit, precision)
     problems, count = _batch.checked_problems(c, A_ub, b_ub, A_eq, b_eq, bounds, settings)
     retries = whole(retries, "retries")
     chunk = _chunk(problems, count, settings) if chunk is None else whole(chunk, "chunk", 1)
@@ -167,7 +168,7 @@ class _Job:
         self.is_alone = False
         self.patience = _PATIENCE
         n = problems.c.shape[1]
-        kind = np.float64 if settings.proved else np.float32
+        kind = np.float32 if settings.is_single else np.float64
         self.result = BatchResult(np.full((count, n), np.nan, kind), np.full(count, np.nan, kind),
                                   np.full(count, 1), np.zeros(count, np.int64),
                                   np.zeros(count, np.bool_))

@@ -88,6 +88,21 @@ def test_single_precision_has_the_same_bits_alone_and_together():
     np.testing.assert_allclose(found.fun[both], proved.fun[both], rtol=1e-4, atol=1e-4)
 
 
+def test_doubles_are_believed_where_a_proof_takes_long(monkeypatch):
+    r = np.random.default_rng(3)
+    c, A, b = -1 - r.random((4, 60)), r.random((4, 60, 60)), np.full((4, 60), 9.0)
+    E, d = np.ones((1, 60)), [[12.0]]
+    for large in (2**14, 0):
+        monkeypatch.setattr("nuv._batch._LARGE", large)
+        proved = nuv.solve_batch(c, A, b, E, d, (0, 1))
+        found = nuv.solve_batch(c, A, b, E, d, (0, 1), proved=False, precision="double", workers=2)
+        assert proved.proved.all() and (found.status == 0).all() and not found.proved.any()
+        np.testing.assert_allclose(found.fun, proved.fun, rtol=1e-9)
+        np.testing.assert_allclose(found.x, proved.x, atol=1e-9)
+        alone = nuv.solve_batch(c[2], A[2], b[2], E, d, (0, 1), proved=False, precision="double")
+        assert all(one[2:3].tobytes() == other.tobytes() for one, other in zip(found, alone))
+
+
 def test_what_has_no_leading_axis_is_shared():
     c, A, b = problems()
     for proved in (False, True):
@@ -137,6 +152,9 @@ def test_a_pivot_limit_stops_members_alone():
     (ValueError, "workers", dict(workers="two")),
     (ValueError, "pivot_limit", dict(pivot_limit=0)),
     (ValueError, "numbers", dict(numbers="near")),
+    (TypeError, "proved", dict(proved=1)),
+    (ValueError, "precision", dict(proved=False, precision="half")),
+    (ValueError, "precision", dict(proved=True, precision="double")),
 ])
 def test_what_is_wrong_with_an_argument_is_said_by_its_name(proved, error, name, change):
     right = dict(c=[-1, -2], A_ub=[[1, 1]], b_ub=[1], proved=proved)

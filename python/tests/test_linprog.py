@@ -240,6 +240,18 @@ def test_limits_end_a_solve_with_status_1():
     assert result.status == 1 and "time limit" in result.message
 
 
+def test_without_a_proof_doubles_are_believed():
+    r = np.random.default_rng(2)
+    problem = -np.ones(20), r.random((20, 20)), np.ones(20)
+    result, proved = nuv.linprog(*problem, proved=False), nuv.linprog(*problem)
+    assert proved.proved and (result.status, result.success, result.proved) == (0, True, False)
+    assert (result.exact, result.unique, result.certificate) == (None, None, None)
+    assert result.proof == "not proved" and result.fun == pytest.approx(proved.fun, rel=1e-9)
+    np.testing.assert_allclose(result.ineqlin.marginals, proved.ineqlin.marginals, atol=1e-9)
+    assert nuv.linprog([1], [[1]], [-1], proved=False).status == 2
+    assert nuv.linprog([-1], [[-1]], [-1], proved=False).status == 3
+
+
 def brute_uniqueness(problem, found):
     """No other point is as good: the largest and smallest of each variable on the optimal face."""
     c, A_ub, b_ub = problem
@@ -314,6 +326,7 @@ def test_the_certificate_and_pickles():
     (dict(x0=[1j, 0]), TypeError, "x0"),
     (dict(method="ellipsoid"), ValueError, "method"),
     (dict(numbers="near"), ValueError, "numbers"),
+    (dict(proved=0), TypeError, "proved"),
     (dict(integrality=[1, 0]), NotImplementedError, "integrality"),
     (dict(options={"maxiter": -1}), ValueError, "pivot_limit|maxiter"),
     (dict(options={"time_limit": "soon"}), TypeError, "time_limit"),

@@ -181,6 +181,18 @@ def test_threads_on_models_of_their_own_and_on_one():
     assert found == [Fraction(29700, 7)] * 160
 
 
+def test_without_a_proof_there_are_doubles_alone():
+    model, chairs, *_ = plan()
+    believed = model.solve(proved=False)
+    assert (believed.status, believed.proved, believed.proof) == ("optimal", False, "not proved")
+    assert believed[chairs] == pytest.approx(150 / 7) and believed.exact_objective is None
+    assert believed.certificate is None
+    with pytest.raises(LookupError):
+        believed.exact(chairs)
+    # The session goes on from there with a proof.
+    assert model.solve().exact_objective == Fraction(29700, 7)
+
+
 def test_callbacks_see_the_solve_and_end_it():
     seen, lines = [], []
     model = plan()[0]
@@ -238,6 +250,10 @@ def test_callbacks_see_the_solve_and_end_it():
     (ValueError, "another model", lambda m, x, r: m.set_cost(nuv.Model().variable(), 1)),
     (ValueError, "format", lambda m, x, r: m.text("json")),
     (ValueError, "numbers", lambda m, x, r: m.solve(numbers="near")),
+    (TypeError, "proved", lambda m, x, r: m.solve(proved=None)),
+    (ValueError, "ranging", lambda m, x, r: m.solve(proved=False, ranging=True)),
+    (ValueError, "exact", lambda m, x, r: m.solve(proved=False, exact=True)),
+    (ValueError, "uniqueness", lambda m, x, r: m.solve(proved=False, uniqueness=True)),
     (ValueError, "time_limit", lambda m, x, r: m.solve(time_limit=-1)),
     (TypeError, "time_limit", lambda m, x, r: m.solve(time_limit="soon")),
     (ValueError, "pivot_limit", lambda m, x, r: m.solve(pivot_limit=-1)),

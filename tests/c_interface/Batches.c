@@ -246,6 +246,28 @@ static void TestRandomBatches(void)
 }
 
 /* Problems without meaning, without an end and without a point do not touch those between them. */
+static void TestStages(void)
+{
+    /* One of the entries has more digits than a few words hold. */
+    const double costs[] = {-1, -1};
+    const double rows[] = {1, 7.3e-40, 1, 1};
+    const double sides[] = {4, 6};
+    uint32_t status;
+    uint8_t proved;
+    double objective;
+    NuvBatch batch;
+    CHECK_OK(NuvBatchInit(&batch, sizeof batch));
+    CHECK(batch.stages == NUV_STAGES_All);
+    batch.numColumns = 2, batch.numUpperRows = 2, batch.count = 1;
+    batch.costs = costs, batch.upperMatrix = rows, batch.upperSides = sides;
+    batch.status = &status, batch.proved = &proved, batch.objectives = &objective;
+    CHECK_OK(NuvModelSolveBatch(&batch, 0, 1, NULL));
+    CHECK(status == NUV_STATUS_Optimal && proved == 1 && objective == -6);
+    batch.stages = NUV_STAGES_WithoutProof;
+    CHECK_OK(NuvModelSolveBatch(&batch, 0, 1, NULL));
+    CHECK(status == NUV_STATUS_Optimal && proved == 0 && IsNear(objective, -6));
+}
+
 static void TestUnequalMembers(void)
 {
     /* minimise -x - 2 y; x + y <= side, x - y = 0 */
@@ -314,6 +336,8 @@ static void TestWrongBatches(void)
     CHECK(NuvModelSolveBatch(&batch, 0, 1, NULL) == NUV_MODELRESULT_InvalidArgument);
     batch = good, batch.numbers = 2;
     CHECK(NuvModelSolveBatch(&batch, 0, 1, NULL) == NUV_MODELRESULT_InvalidArgument);
+    batch = good, batch.stages = NUV_STAGES_SinglePrecisionOnly;
+    CHECK(NuvModelSolveBatch(&batch, 0, 1, NULL) == NUV_MODELRESULT_InvalidArgument);
     batch = good, batch.upperMatrix = NULL;
     CHECK(NuvModelSolveBatch(&batch, 0, 1, NULL) == NUV_MODELRESULT_InvalidArgument);
     batch = good, batch.equalSides = NULL;
@@ -330,5 +354,6 @@ void TestBatches(void)
 {
     TestRandomBatches();
     TestUnequalMembers();
+    TestStages();
     TestWrongBatches();
 }

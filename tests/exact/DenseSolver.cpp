@@ -192,6 +192,31 @@ TEST(DenseSolver, LeavesLongNumbersToASolveOfTheForm)
     }
 }
 
+TEST(DenseSolver, BelievesDoublesIfToldTo)
+{
+    // The first constraint has more digits than words hold.
+    const std::vector<double> cost(2, -1.0);
+    const std::vector<double> matrix = {1.0, 0x1p-130, 1.0, 1.0};
+    const std::vector<double> sides = {4.0, 6.0};
+    DenseProblem problem;
+    problem.columns = 2;
+    problem.upperRows = 2;
+    problem.cost = cost.data();
+    problem.upperMatrix = matrix.data();
+    problem.upperSides = sides.data();
+    EXPECT_TRUE(AnswerTo(problem).proved);
+    DenseSolver believing(DenseSolver::Otherwise::Believe);
+    DenseAnswer answer;
+    believing.Solve(problem, 1000, answer);
+    EXPECT_EQ(answer.status, Status::Optimal);
+    EXPECT_FALSE(answer.proved);
+    EXPECT_NEAR(answer.objective, -6.0, 1e-9);
+    EXPECT_EQ(answer.duals.size(), 2U);
+    // What words prove is proved all the same.
+    believing.Solve(One().problem, 1000, answer);
+    EXPECT_TRUE(answer.proved);
+}
+
 TEST(DenseSolver, HasNoMoreThanItsPivots)
 {
     const One one;

@@ -38,10 +38,12 @@ void Append(std::vector<double>& all, const double* numbers, std::size_t count, 
         all.insert(all.end(), count, otherwise);
 }
 
-void SolveInGeneral(const DenseProblem& problem, SolveControl& control, DenseAnswer& answer)
+void SolveInGeneral(const DenseProblem& problem, DenseSolver::Otherwise otherwise,
+                    SolveControl& control, DenseAnswer& answer)
 {
     const BoundedForm form = FormOf(problem);
-    const CertifiedResult result = SolveCertified(form, nullptr, control);
+    const auto solve = otherwise == DenseSolver::Otherwise::Prove ? SolveCertified : SolveUnproved;
+    const CertifiedResult result = solve(form, nullptr, control);
     answer.status = result.certificate.status;
     answer.proved = result.record.proved;
     if (answer.status != Status::Optimal)
@@ -85,7 +87,7 @@ void DenseSolver::Solve(const DenseProblem& problem, std::uint64_t mostPivots, D
     limits.exactPivots = mostPivots;
     SolveControl control(std::move(limits));
     if (!SolveInWords(problem, control, answer))
-        SolveInGeneral(problem, control, answer);
+        SolveInGeneral(problem, m_otherwise, control, answer);
     answer.pivots = control.Pivots(Stage::Double) + control.Pivots(Stage::Exact);
 }
 
