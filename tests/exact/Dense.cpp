@@ -171,6 +171,58 @@ TEST(Dense, ShowsEachPointBeforeItsPivot)
     EXPECT_GT(shown, ShareOf(1000));
 }
 
+/// From any start, one with dependent columns too, to the optimum of the form, and from the basis
+/// of a neighbour in fewer pivots than from the slack basis.
+TEST(Dense, GoesOnFromAStart)
+{
+    Random random(7);
+    int optimal = 0;
+    int alike = 0;
+    std::uint64_t anew = 0;
+    std::uint64_t onwards = 0;
+    for (int round = 0; round < ShareOf(3000); ++round)
+    {
+        BoundedForm form = DrawForm(random);
+        if (FindCrossedBounds(form) != kNoIndex)
+            continue;
+        SolveControl before;
+        CertifiedResult neighbour;
+        const bool hasNeighbour = SolveSmall(form, nullptr, before, neighbour);
+        const Index changed =
+            static_cast<Index>(random.Between(0, static_cast<int>(form.columns) - 1));
+        form.cost[changed] += random.Between(-2, 2);
+        const CertifiedResult expected = InGeneral(form);
+        if (expected.certificate.status != Status::Optimal)
+            continue;
+        Basis drawn;
+        for (Index v = 0; v < form.Variables(); ++v)
+        {
+            const auto status = static_cast<BasisStatus>(random.Between(0, 2));
+            (form.IsLogical(v) ? drawn.rows : drawn.columns).push_back(status);
+        }
+        for (const Basis* start : {&drawn, hasNeighbour ? &neighbour.record.basis : nullptr})
+        {
+            SolveControl control;
+            CertifiedResult result;
+            if (!SolveSmall(form, start, control, result))
+                continue;
+            ++optimal;
+            ASSERT_EQ(result.certificate.objective, expected.certificate.objective) << round;
+            ASSERT_EQ(CheckCertificate(form, result.certificate), "") << round;
+            SolveControl cold;
+            CertifiedResult slack;
+            if (start != &neighbour.record.basis || !SolveSmall(form, nullptr, cold, slack))
+                continue;
+            ++alike;
+            anew += cold.Pivots(Stage::Double);
+            onwards += control.Pivots(Stage::Double);
+        }
+    }
+    EXPECT_GT(optimal, ShareOf(3000));
+    EXPECT_GT(alike, ShareOf(3000) / 5);
+    EXPECT_LT(2 * onwards, anew);
+}
+
 /// Infeasible by a point of the dual for the sum of violations.
 TEST(Dense, ProvesThatThereIsNoPoint)
 {
@@ -255,9 +307,6 @@ TEST(Dense, LeavesToOthersWhatItDoesNotKnow)
     const BoundedForm form = MakeForm({-1, -1}, {{{1, 2}, {-kInf, 4}}, {{3, 1}, {-kInf, 6}}});
     SolveControl control;
     CertifiedResult result;
-    Basis slacks = SlackBasis(form);
-    EXPECT_FALSE(SolveSmall(form, &slacks, control, result)) << "not optimal there";
-    EXPECT_TRUE(result.record.basis.columns.empty());
     BoundedForm withExact = form;
     withExact.exact.Set({FormPlace::Of::Cost, 0}, Rational(-1, 3));
     EXPECT_FALSE(SolveSmall(withExact, nullptr, control, result));
@@ -271,6 +320,10 @@ TEST(Dense, LeavesToOthersWhatItDoesNotKnow)
     limits.doublePivots = 1;
     SolveControl limited(limits);
     EXPECT_FALSE(SolveSmall(form, nullptr, limited, result));
+    const Basis slacks = SlackBasis(form);
+    SolveControl fromThere(limits);
+    EXPECT_FALSE(SolveSmall(form, &slacks, fromThere, result)) << "not optimal there";
+    EXPECT_TRUE(result.record.basis.columns.empty());
     limits.seconds = 0;
     SolveControl late(limits);
     EXPECT_FALSE(SolveSmall(form, nullptr, late, result));
@@ -280,7 +333,7 @@ TEST(Dense, LeavesToOthersWhatItDoesNotKnow)
     EXPECT_FALSE(SolveSmall(form, &result.record.basis, late, none)) << "it needs no pivot";
 }
 
-/// Numbers that are short one by one and not in a proof, and a basis that is none.
+/// Numbers that are short one by one and not in a proof.
 TEST(Dense, LeavesToOthersWhatIsTooLong)
 {
     SolveControl control;
@@ -294,12 +347,20 @@ TEST(Dense, LeavesToOthersWhatIsTooLong)
     }
     EXPECT_FALSE(SolveSmall(MakeForm({1}, {{{1}, {1, kInf}}}, {{std::ldexp(1.0, -130), kInf}}),
                             nullptr, control, result));
+}
+
+TEST(Dense, TakesOfABasisThatIsNoneWhatIsIndependent)
+{
     // Two columns that are the same.
     const BoundedForm twice = MakeForm({1, 1}, {{{1, 1}, {1, kInf}}, {{2, 2}, {2, kInf}}});
     Basis basis = SlackBasis(twice);
     basis.columns.assign(2, BasisStatus::Basic);
     basis.rows.assign(2, BasisStatus::AtLower);
-    EXPECT_FALSE(SolveSmall(twice, &basis, control, result));
+    SolveControl control;
+    CertifiedResult result;
+    EXPECT_TRUE(SolveSmall(twice, &basis, control, result));
+    EXPECT_EQ(ToString(result.certificate.objective), "1");
+    EXPECT_EQ(control.Pivots(Stage::Double), 0u);
     DenseForm dense;
     TakeForm(twice, dense);
     DenseProof proof;

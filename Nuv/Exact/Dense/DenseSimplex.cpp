@@ -24,7 +24,24 @@ DenseSimplex::End DenseSimplex::Run(const DenseForm& form, SolveControl& control
                                     const std::function<void(bool isFeasible)>& observe)
 {
     Begin(form);
-    const std::uint64_t mostSteps = 20 * (std::uint64_t{form.Variables()} + 5);
+    ComputeValues();
+    return Iterate(control, observe);
+}
+
+DenseSimplex::End DenseSimplex::RunFrom(const DenseForm& form,
+                                        const std::vector<BasisStatus>& start,
+                                        SolveControl& control)
+{
+    Begin(form);
+    GoTo(start);
+    ComputeValues();
+    return Iterate(control, {});
+}
+
+DenseSimplex::End DenseSimplex::Iterate(SolveControl& control,
+                                        const std::function<void(bool isFeasible)>& observe)
+{
+    const std::uint64_t mostSteps = 20 * (std::uint64_t{m_form->Variables()} + 5);
     for (std::uint64_t step = 0;; ++step)
     {
         const bool isFeasible = PriceInfeasibilities();
@@ -49,11 +66,14 @@ DenseSimplex::End DenseSimplex::Run(const DenseForm& form, SolveControl& control
         control.CountPivot(Stage::Double);
         const double value = ValueOf(m_nonbasic[entering]) + direction * chosen.length;
         Move(entering, direction, chosen.length);
+        const bool endsAtUpper = chosen.row == kNoIndex ? direction > 0.0 : chosen.toUpper;
+        const Index rests = chosen.row == kNoIndex ? m_moving : m_basic[chosen.row];
         if (chosen.row != kNoIndex)
-            Exchange(chosen.row, entering, chosen.toUpper, value);
-        else
-            m_status[m_nonbasic[entering]] =
-                direction > 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
+        {
+            Exchange(chosen.row, entering);
+            m_values[chosen.row] = value;
+        }
+        m_status[rests] = endsAtUpper ? BasisStatus::AtUpper : BasisStatus::AtLower;
     }
 }
 
@@ -76,12 +96,56 @@ void DenseSimplex::Begin(const DenseForm& form)
     m_status.assign(form.Variables(), BasisStatus::Basic);
     for (Index j = 0; j < n; ++j)
         m_status[j] = DefaultNonbasicStatus(form.lower[j], form.upper[j]);
-    m_values.assign(form.rows, 0.0);
-    for (Index j = 0; j < n; ++j)
+}
+
+/// Brings every basic column of the start into the basis, in exchange for variables that are not
+/// basic there, each with the largest pivot that there is; then nonbasic ones rest where it says.
+void DenseSimplex::GoTo(const std::vector<BasisStatus>& start)
+{
+    for (Index j = 0; j < m_form->columns; ++j)
     {
-        const double value = ValueOf(j);
-        for (Index i = 0; i < form.rows && value != 0.0; ++i)
-            m_values[i] += form.Entry(i, j) * value;
+        // Columns enter at their own places, which no other exchange changes.
+        const Index row = start[j] == BasisStatus::Basic ? RowToLeave(j, start) : kNoIndex;
+        if (row == kNoIndex)
+            continue;
+        const Index leaving = m_basic[row];
+        Exchange(row, j);
+        m_status[leaving] = start[leaving];
+    }
+    for (const Index variable : m_nonbasic)
+    {
+        if (start[variable] != BasisStatus::Basic)
+            m_status[variable] = start[variable];
+    }
+}
+
+/// Of the variables that are to leave, the row of the one with the largest pivot; none if all are
+/// too small.
+Index DenseSimplex::RowToLeave(Index entering, const std::vector<BasisStatus>& start) const
+{
+    Index row = kNoIndex;
+    double pivot = kPivot;
+    for (Index i = 0; i < m_form->rows; ++i)
+    {
+        const double entry = std::fabs(Row(i)[entering]);
+        if (start[m_basic[i]] != BasisStatus::Basic && entry > pivot)
+        {
+            pivot = entry;
+            row = i;
+        }
+    }
+    return row;
+}
+
+/// Those of the basic variables, out of where the others rest.
+void DenseSimplex::ComputeValues()
+{
+    m_values.assign(m_form->rows, 0.0);
+    for (Index j = 0; j < m_form->columns; ++j)
+    {
+        const double value = ValueOf(m_nonbasic[j]);
+        for (Index i = 0; i < m_form->rows && value != 0.0; ++i)
+            m_values[i] -= Row(i)[j] * value;
     }
 }
 
@@ -246,7 +310,7 @@ void DenseSimplex::Move(Index entering, double direction, double length)
 }
 
 /// The dictionary solved for the entering variable in the row of the leaving one.
-void DenseSimplex::Exchange(Index row, Index entering, bool toUpper, double value)
+void DenseSimplex::Exchange(Index row, Index entering)
 {
     const Index n = m_form->columns;
     double* const pivotRow = Row(row);
@@ -269,10 +333,8 @@ void DenseSimplex::Exchange(Index row, Index entering, bool toUpper, double valu
             eliminate(Row(i));
     }
     eliminate(m_prices.data());
-    m_status[m_basic[row]] = toUpper ? BasisStatus::AtUpper : BasisStatus::AtLower;
     m_status[m_nonbasic[entering]] = BasisStatus::Basic;
     std::swap(m_basic[row], m_nonbasic[entering]);
-    m_values[row] = value;
 }
 
 }  // namespace nuv

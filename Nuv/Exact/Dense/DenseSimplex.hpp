@@ -30,6 +30,11 @@ public:
     [[nodiscard]] End Run(const DenseForm& form, SolveControl& control,
                           const std::function<void(bool isFeasible)>& observe = {});
 
+    /// From a start that fits the form; what is dependent in it is left to the slack basis. Coming
+    /// there counts no pivots.
+    [[nodiscard]] End RunFrom(const DenseForm& form, const std::vector<BasisStatus>& start,
+                              SolveControl& control);
+
     /// The columns' values in the basis as it is now.
     [[nodiscard]] std::vector<double> Point() const;
 
@@ -62,6 +67,10 @@ private:
     static constexpr double kNone = 1e300;
 
     void Begin(const DenseForm& form);
+    void GoTo(const std::vector<BasisStatus>& start);
+    [[nodiscard]] Index RowToLeave(Index entering, const std::vector<BasisStatus>& start) const;
+    [[nodiscard]] End Iterate(SolveControl& control, const std::function<void(bool)>& observe);
+    void ComputeValues();
     [[nodiscard]] bool PriceInfeasibilities();
     [[nodiscard]] double Objective(bool isFeasible) const;
     [[nodiscard]] Index ChooseEntering(const std::vector<double>& prices) const;
@@ -69,7 +78,7 @@ private:
     [[nodiscard]] bool Blocks(Index row, double rate, double slack, double& distance,
                               bool& toUpper) const;
     void Move(Index entering, double direction, double length);
-    void Exchange(Index row, Index entering, bool toUpper, double value);
+    void Exchange(Index row, Index entering);
     [[nodiscard]] double ValueOf(Index variable) const noexcept;
 
     [[nodiscard]] double* Row(Index row) noexcept

@@ -78,21 +78,19 @@ bool SolveSmall(const BoundedForm& form, const Basis* start, SolveControl& contr
     const double begin = control.Seconds();
     DenseForm dense;
     TakeForm(form, dense);
-    std::vector<BasisStatus> status;
     DenseSimplex simplex;
-    if (start != nullptr)
-        status = FittedStatus(form, *start);
-    else if (simplex.Run(dense, control) == DenseSimplex::End::Optimal)
-        status = simplex.Status();
-    else
+    const DenseSimplex::End end = start != nullptr
+                                      ? simplex.RunFrom(dense, FittedStatus(form, *start), control)
+                                      : simplex.Run(dense, control);
+    if (end != DenseSimplex::End::Optimal)
         return false;
     const double solved = control.Seconds();
     DenseProof proof;
-    if (control.IsStopped() || !proof.ProveOptimal(dense, status))
+    if (control.IsStopped() || !proof.ProveOptimal(dense, simplex.Status()))
         return false;
     LogDoubles(SimplexVerdict::Optimal, control);
     proof.WriteCertificate(form.ExactConstant(), result.certificate);
-    WriteRecord(form, proof, status, result);
+    WriteRecord(form, proof, simplex.Status(), result);
     result.record.stages[Stage::Double] = {true, control.Pivots(Stage::Double), solved - begin};
     result.record.stages[Stage::Exact] = {true, 0, control.Seconds() - solved};
     control.Log("exact", "proved optimal after 0 pivots");

@@ -11,8 +11,8 @@ namespace nuv
 /// The numbers of a form that has none beside its doubles.
 void TakeForm(const BoundedForm& form, DenseForm& dense);
 
-/// Looks at the start basis, or without one pivots in a dense dictionary, and proves the basis in
-/// machine words. Bounds do not cross. @return whether that gave an optimum with its proof; if not,
+/// Pivots in a dense dictionary, from the start if there is one, and proves the basis in machine
+/// words. Bounds do not cross. @return whether that gave an optimum with its proof; if not,
 /// the result is as it was.
 [[nodiscard]] bool SolveSmall(const BoundedForm& form, const Basis* start, SolveControl& control,
                               CertifiedResult& result);
