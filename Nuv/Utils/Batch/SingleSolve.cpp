@@ -98,10 +98,12 @@ StandardForm FormOf(SingleSolve* x, const BatchData& data)
     const NuvUint n = x->batch->numVars;
     const NuvSizeT size = static_cast<NuvSizeT>(m) * n;
     NuvMemCopy(x->c, data.c, n * sizeof *data.c);
-    const bool areFinite = AreFinite(data.A, size) && AreFinite(data.b, m) && AreFinite(data.c, n);
+    bool areFinite = AreFinite(data.b, m) && AreFinite(data.c, n);
     const StandardForm onData = {m, n, data.A, data.b, x->c, areFinite, 0, n};
+    // Where there are few rows, A is looked at when the iteration starts.
     if (IsSmall(&onData))
         return onData;
+    areFinite &= AreFinite(data.A, size);
     const NuvSizeT rowLength = static_cast<NuvSizeT>(n) + m;
     for (NuvSizeT i = 0; i != m; ++i)
         NuvMemCopy(x->A + i * rowLength, data.A + i * n, n * sizeof *data.A);

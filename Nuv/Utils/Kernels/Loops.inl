@@ -183,7 +183,7 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kKernels = {UpdateAndMultiply, CopySmall,         UpdateSmall,      PriceSmall,
+constexpr Kernels kKernels = {UpdateAndMultiply, StartSmall,        UpdateSmall,      PriceSmall,
                               TestSmall,         FormSmallEta,      FormEta,          IsFinite,
                               FindLargest,       FindSmallestRatio, MultiplyMatrices, Divide,
                               SubtractMultiple};

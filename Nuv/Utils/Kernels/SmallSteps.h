@@ -1,5 +1,6 @@
-// What the steps for few rows read and write: the inverse as a dense matrix, by rows and by
-// columns, and A with padded rows. Lines are of whole tiles; padding is zero, in A anything.
+// What the steps for few rows read and write: the inverse as a dense matrix, by columns, and by
+// rows as well once many of them change at a time, and A with padded rows. Lines are of whole
+// tiles; padding is zero, in A anything.
 #ifndef NUV_UTILS_KERNELS_SMALLSTEPS_H
 #define NUV_UTILS_KERNELS_SMALLSTEPS_H
 
@@ -14,9 +15,12 @@ struct SmallState
 {
     /// At most as many rows as there are bits.
     NuvSizeT m;
-    NuvSizeT stride;          // of the lines of the inverse
-    NuvFloat32* rows;         // [m × stride]
-    NuvFloat32* columns;      // [m × stride]
+    NuvSizeT stride;      // of the lines of the inverse
+    NuvFloat32* rows;     // [m × stride] if it has rows
+    NuvFloat32* columns;  // [m × stride]
+    NuvUint* patterns;    // [2 × stride] without rows, by row: columns 0 to 31, then the others,
+                          // where it may be other than ±0
+    bool hasRows;
     const NuvFloat32* b;      // [stride]
     NuvFloat32* basicCosts;   // [stride]
     NuvFloat32* prices;       // [stride]

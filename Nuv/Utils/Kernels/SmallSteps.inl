@@ -96,31 +96,71 @@ NUV_LANES_INLINE Lanes LoadSome(const NuvFloat32* from, NuvSizeT count)
 #endif
 }
 
-/// Some columns of A: what is past the end of a row belongs to columns that are padding, and these
-/// never enter.
-void CopyColumns(const SmallState* s, const NuvFloat32* A, NuvSizeT rowLength, NuvSizeT first)
+constexpr NuvSizeT kHalfBits = 32;
+
+/// Some columns of A, in some rows: at most as many as half the bits are for. What is past the end
+/// of a row belongs to columns that are padding, and these never enter.
+struct CopyOfColumns
 {
-    const NuvSizeT end = s->m * rowLength;
-    UintLanes nonzeros[2] = {};
-    for (NuvSizeT i = 0; i != s->m; ++i)
+    const SmallState* s;
+    const NuvFloat32* A;
+    NuvSizeT rowLength;
+    NuvSizeT first;
+    /// Sums of numbers times 0.
+    Lanes doubt;
+
+    /// @return the non-zeros, a bit for each row.
+    NUV_LANES_INLINE UintLanes Copy(NuvSizeT from, NuvSizeT to)
     {
-        const NuvSizeT from = i * rowLength + first;
-        NuvFloat32* const to = s->A + i * s->lengthOfA + first;
-        const Lanes elements =
-            from + kLanes <= end ? Load(A + from) : LoadSome(A + from, end > from ? end - from : 0);
-        Store(to, elements);
-        const UintLanes bit = BroadcastUint(NuvUint{1} << i % 32);
-        UintLanes& bits = nonzeros[i / 32];
-        bits = elements != Lanes{} ? bits | bit : bits;
+        const NuvSizeT end = s->m * rowLength;
+        NuvSizeT at = from * rowLength + first;
+        NuvFloat32* copy = s->A + from * s->lengthOfA + first;
+        UintLanes nonzeros = {};
+        UintLanes bit = BroadcastUint(1);
+        for (NuvSizeT i = from; i != to; ++i, at += rowLength, copy += s->lengthOfA)
+        {
+            const Lanes elements =
+                at + kLanes <= end ? Load(A + at) : LoadSome(A + at, end > at ? end - at : 0);
+            Store(copy, elements);
+            doubt = doubt + elements * Broadcast(0.0F);
+            nonzeros = elements != Lanes{} ? nonzeros | bit : nonzeros;
+            bit = bit + bit;
+        }
+        return nonzeros;
     }
-    memcpy(s->nonzerosOfA + first, nonzeros, sizeof nonzeros[0]);
-    memcpy(s->nonzerosOfA + s->lengthOfA + first, nonzeros + 1, sizeof nonzeros[1]);
+};
+
+/// Makes the inverse the identity.
+void StartInverse(SmallState* s)
+{
+    NuvFloat32* row = s->rows;
+    NuvFloat32* column = s->columns;
+    for (NuvUint i = 0; i != s->m; ++i, row += s->stride, column += s->stride)
+        for (NuvUint k = 0; k != s->stride; k += static_cast<NuvUint>(kLanes))
+        {
+            const Lanes line = CountFrom(k) == BroadcastUint(i) ? Broadcast(1.0F) : Broadcast(0.0F);
+            Store(column + k, line);
+            if (s->hasRows)
+                Store(row + k, line);
+        }
+    memset(s->patterns, 0, 2 * s->stride * sizeof *s->patterns);
+    for (NuvSizeT i = 0; i != s->m; ++i)
+        s->patterns[i / kHalfBits * s->stride + i] = NuvUint{1} << i % kHalfBits;
 }
 
-void CopySmall(const SmallState* s, const NuvFloat32* A, NuvSizeT rowLength)
+bool StartSmall(SmallState* s, const NuvFloat32* A, NuvSizeT rowLength)
 {
-    for (NuvSizeT first = 0; first != s->lengthOfA; first += kLanes)
-        CopyColumns(s, A, rowLength, first);
+    CopyOfColumns copy = {s, A, rowLength, 0, Lanes{}};
+    const NuvSizeT half = s->m < kHalfBits ? s->m : kHalfBits;
+    for (; copy.first != s->lengthOfA; copy.first += kLanes)
+    {
+        const UintLanes upper = copy.Copy(0, half);
+        memcpy(s->nonzerosOfA + copy.first, &upper, sizeof upper);
+        const UintLanes lower = copy.Copy(half, s->m);
+        memcpy(s->nonzerosOfA + s->lengthOfA + copy.first, &lower, sizeof lower);
+    }
+    StartInverse(s);
+    return AreZero(copy.doubt);
 }
 
 /// Adds the pending update to both matrices and sums prices and values, which are independent of
@@ -189,184 +229,191 @@ struct SmallUpdate
     }
 };
 
-/// The same where most of the leaving row is ±0: the lines whose multiplier is ±0 stay as they are,
-/// as adding ±0 changes no bit but the sign of a zero, which nothing shows. Rows that neither
-/// change nor cost are left out.
-struct SparseUpdate
-{
-    SmallState& s;
-    NuvUint row;
-    RowBits changedRows;
-    RowBits changedColumns;
-    Lanes doubt;
-
-    template <NuvSizeT count>
-    NUV_LANES_INLINE void Do(NuvSizeT first)
-    {
-        UpdateRows<count>(first);
-        UpdateColumns<count>(first);
-        Lanes values[count] = {};
-        const NuvFloat32* const sides = s.b;
-        const NuvFloat32* column = s.columns + first;
-        const NuvSizeT m = s.m;
-        for (NuvSizeT l = 0; l != m; ++l, column += s.stride)
-            for (NuvSizeT v = 0; v != count; ++v)
-                values[v] = values[v] + Broadcast(sides[l]) * Load(column + v * kLanes);
-        for (NuvSizeT v = 0; v != count; ++v)
-        {
-            Store(s.values + first + v * kLanes, values[v]);
-            doubt = doubt + values[v] * Broadcast(0.0F);
-        }
-    }
-
-    template <NuvSizeT count>
-    NUV_LANES_INLINE void UpdateRows(NuvSizeT first)
-    {
-        Lanes multipliers[count];
-        Lanes prices[count] = {};
-        for (NuvSizeT v = 0; v != count; ++v)
-            multipliers[v] = Load(s.multipliers + first + v * kLanes);
-        for (RowBits left = changedRows; left != 0; left &= left - 1)
-        {
-            const NuvSizeT l = static_cast<NuvSizeT>(std::countr_zero(left));
-            const Lanes eta = Broadcast(s.eta[l]);
-            const Lanes cost = Broadcast(s.basicCosts[l]);
-            NuvFloat32* const line = s.rows + l * s.stride + first;
-            for (NuvSizeT v = 0; v != count; ++v)
-            {
-                const Lanes part = Load(line + v * kLanes) + eta * multipliers[v];
-                Store(line + v * kLanes, part);
-                prices[v] = prices[v] + cost * part;
-            }
-        }
-        for (NuvSizeT v = 0; v != count; ++v)
-        {
-            Store(s.prices + first + v * kLanes, prices[v]);
-            s.nonzeroPrices |= NonzerosOf(prices[v]) << (first + v * kLanes);
-            doubt = doubt + prices[v] * Broadcast(0.0F);
-        }
-    }
-
-    template <NuvSizeT count>
-    NUV_LANES_INLINE void UpdateColumns(NuvSizeT first)
-    {
-        Lanes eta[count];
-        UintLanes elements[count];
-        for (NuvSizeT v = 0; v != count; ++v)
-        {
-            eta[v] = Load(s.eta + first + v * kLanes);
-            elements[v] = CountFrom(static_cast<NuvUint>(first + v * kLanes));
-        }
-        const UintLanes leaving = BroadcastUint(row);
-        for (RowBits left = changedColumns; left != 0; left &= left - 1)
-        {
-            const NuvSizeT l = static_cast<NuvSizeT>(std::countr_zero(left));
-            const Lanes multiplier = Broadcast(s.multipliers[l]);
-            NuvFloat32* const line = s.columns + l * s.stride + first;
-            for (NuvSizeT v = 0; v != count; ++v)
-            {
-                const Lanes former = Load(line + v * kLanes);
-                Store(line + v * kLanes,
-                      (elements[v] != leaving ? former : Lanes{}) + multiplier * eta[v]);
-            }
-        }
-    }
-};
-
-/// Σ factors(k) · line(k) over the line's numbers that are not ±0.
-NUV_LANES_INLINE NuvFloat32 SumOfNonzeros(const NuvFloat32* factors, const NuvFloat32* line,
-                                          NuvSizeT length)
+/// Σ factors(k) · line(k) over some k, in increasing order.
+NUV_LANES_INLINE NuvFloat32 SumAt(RowBits at, const NuvFloat32* factors, const NuvFloat32* line)
 {
     NuvFloat32 sum = 0.0F;
-    for (RowBits left = NonzerosOf(line, length); left != 0; left &= left - 1)
+    for (; at != 0; at &= at - 1)
     {
-        const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
+        const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(at));
         sum = sum + factors[k] * line[k];
     }
     return sum;
 }
 
-/// The update where it changes few rows and columns of the inverse. The others keep their numbers
-/// but for signs of zeros, and with them their values, whose terms are the same, and their prices:
-/// where the multiplier is ±0, so is the element in the leaving row, before and after, whatever
-/// that row costs.
-bool UpdateFew(SmallState* s, NuvUint row, RowBits changedRows, RowBits changedColumns)
+/// From so many columns changed at a time, of all, the inverse is written by rows as well.
+constexpr NuvSizeT kDenseShare = 3;
+
+RowBits AllRows(const SmallState* s)
 {
-    for (RowBits left = changedRows; left != 0; left &= left - 1)
+    return ~RowBits{0} >> (8 * sizeof(RowBits) - s->m);
+}
+
+/// Adds the update to one column of the inverse, of which the leaving row is replaced.
+struct ColumnUpdate
+{
+    NuvFloat32* column;
+    const NuvFloat32* eta;
+    UintLanes leaving;
+    Lanes multiplier;
+    RowBits nonzeros;
+
+    template <NuvSizeT count>
+    NUV_LANES_INLINE void Do(NuvSizeT first)
     {
-        const NuvSizeT i = static_cast<NuvSizeT>(std::countr_zero(left));
-        NuvFloat32* const line = s->rows + i * s->stride;
-        const Lanes eta = Broadcast(s->eta[i]);
-        for (NuvSizeT k = 0; k != s->stride; k += kLanes)
-            Store(line + k, Load(line + k) + eta * Load(s->multipliers + k));
-    }
-    const UintLanes leaving = BroadcastUint(row);
-    for (RowBits left = changedColumns; left != 0; left &= left - 1)
-    {
-        const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
-        NuvFloat32* const line = s->columns + k * s->stride;
-        const Lanes multiplier = Broadcast(s->multipliers[k]);
-        for (NuvSizeT i = 0; i != s->stride; i += kLanes)
+        for (NuvSizeT v = 0; v != count; ++v)
         {
+            const NuvSizeT at = first + v * kLanes;
             const Lanes former =
-                CountFrom(static_cast<NuvUint>(i)) != leaving ? Load(line + i) : Lanes{};
-            Store(line + i, former + multiplier * Load(s->eta + i));
+                CountFrom(static_cast<NuvUint>(at)) != leaving ? Load(column + at) : Lanes{};
+            const Lanes element = former + multiplier * Load(eta + at);
+            Store(column + at, element);
+            nonzeros |= NonzerosOf(element) << at;
         }
     }
+};
+
+/// The values of the rows whose eta is not ±0, and of the leaving row: sums over some columns,
+/// which have all the numbers of these rows that are not ±0.
+struct ChangedValues
+{
+    SmallState& s;
+    RowBits columns;
+    UintLanes leaving;
+    /// Sums of numbers times 0.
+    Lanes doubt;
+
+    template <NuvSizeT count>
+    NUV_LANES_INLINE void Do(NuvSizeT first)
+    {
+        Lanes sums[count] = {};
+        for (RowBits left = columns; left != 0; left &= left - 1)
+        {
+            const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
+            const Lanes side = Broadcast(s.b[k]);
+            const NuvFloat32* const column = s.columns + k * s.stride + first;
+            for (NuvSizeT v = 0; v != count; ++v)
+                sums[v] = sums[v] + side * Load(column + v * kLanes);
+        }
+        for (NuvSizeT v = 0; v != count; ++v)
+        {
+            const NuvSizeT at = first + v * kLanes;
+            Lanes value = Load(s.eta + at) != Lanes{} ? sums[v] : Load(s.values + at);
+            value = CountFrom(static_cast<NuvUint>(at)) == leaving ? sums[v] : value;
+            Store(s.values + at, value);
+            doubt = doubt + value * Broadcast(0.0F);
+        }
+    }
+};
+
+/// Adds the leaving row's columns to the patterns of the rows that change.
+/// @return the columns of these rows, one half of them.
+NUV_LANES_INLINE RowBits SpreadPattern(const SmallState* s, NuvUint* patterns, NuvUint row)
+{
+    const UintLanes pattern = BroadcastUint(patterns[row]);
+    UintLanes all = pattern;
+    for (NuvSizeT i = 0; i != s->stride; i += kLanes)
+    {
+        const UintLanes former = LoadAs<UintLanes>(patterns + i);
+        const UintLanes changed = Load(s->eta + i) != Lanes{} ? former | pattern : UintLanes{};
+        const UintLanes now = former | changed;
+        memcpy(patterns + i, &now, sizeof now);
+        all = all | changed;
+    }
+    return Reduce(all, [](const auto& x, const auto& y) { return x | y; });
+}
+
+/// The update where few columns of the inverse change, which are those where the leaving row is not
+/// ±0. The other columns keep their numbers but for signs of zeros, which nothing shows, and with
+/// them their prices: the costs differ in the leaving row alone, and there they are ±0. So do the
+/// rows whose eta is ±0, and with them their values.
+bool UpdateColumns(SmallState* s, NuvUint row, RowBits changed)
+{
+    RowBits columns = SpreadPattern(s, s->patterns, row);
+    if (s->m > kHalfBits)
+        columns |= SpreadPattern(s, s->patterns + s->stride, row) << kHalfBits;
+    const RowBits costed = NonzerosOf(s->basicCosts, s->stride);
+    const UintLanes leaving = BroadcastUint(row);
     NuvFloat32 doubt = 0.0F;
-    for (RowBits left = changedColumns; left != 0; left &= left - 1)
+    for (RowBits left = changed; left != 0; left &= left - 1)
     {
         const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
-        const NuvFloat32 price =
-            SumOfNonzeros(s->basicCosts, s->columns + k * s->stride, s->stride);
+        NuvFloat32* const column = s->columns + k * s->stride;
+        ColumnUpdate update = {column, s->eta, leaving, Broadcast(column[row]), 0};
+        DoInStripes<kVectorsAtOnce>(s->stride, 0, &update);
+        const NuvFloat32 price = SumAt(update.nonzeros & costed, s->basicCosts, column);
         const RowBits bit = RowBits{1} << k;
         s->nonzeroPrices = price != 0.0F ? s->nonzeroPrices | bit : s->nonzeroPrices & ~bit;
         s->prices[k] = price;
         doubt = doubt + price * 0.0F;
     }
-    for (RowBits left = changedRows; left != 0; left &= left - 1)
-    {
-        const NuvSizeT i = static_cast<NuvSizeT>(std::countr_zero(left));
-        const NuvFloat32 value = SumOfNonzeros(s->b, s->rows + i * s->stride, s->stride);
-        s->values[i] = value;
-        doubt = doubt + value * 0.0F;
-    }
-    return doubt == 0.0F;
+    ChangedValues values = {*s, columns, leaving, Broadcast(doubt)};
+    DoInStripes<kVectorsAtOnce>(s->stride, 0, &values);
+    return AreZero(values.doubt);
 }
 
-/// With fewer rows the zeros of the leaving row are not looked for.
-constexpr NuvSizeT kFewestSparse = 17;
+/// Prices and values of an inverse that has no rows and no update.
+bool SumColumns(SmallState* s)
+{
+    const RowBits costed = NonzerosOf(s->basicCosts, s->stride);
+    memset(s->prices, 0, s->stride * sizeof *s->prices);
+    NuvFloat32 doubt = 0.0F;
+    for (NuvSizeT k = 0; k != s->m; ++k)
+    {
+        const NuvFloat32* const column = s->columns + k * s->stride;
+        const NuvFloat32 price =
+            SumAt(costed & NonzerosOf(column, s->stride), s->basicCosts, column);
+        s->nonzeroPrices |= RowBits{price != 0.0F} << k;
+        s->prices[k] = price;
+        doubt = doubt + price * 0.0F;
+    }
+    for (NuvSizeT i = 0; i != s->stride; i += kLanes)
+        Store(s->eta + i, Broadcast(1.0F));
+    ChangedValues values = {*s, AllRows(s), BroadcastUint(0), Broadcast(doubt)};
+    DoInStripes<kVectorsAtOnce>(s->stride, 0, &values);
+    return AreZero(values.doubt);
+}
+
+/// Writes the columns of the inverse a second time, by rows.
+void MakeRows(SmallState* s)
+{
+    memset(s->rows, 0, s->m * s->stride * sizeof *s->rows);
+    for (NuvSizeT k = 0; k != s->m; ++k)
+    {
+        const NuvFloat32* const column = s->columns + k * s->stride;
+        for (RowBits left = NonzerosOf(column, s->stride); left != 0; left &= left - 1)
+        {
+            const NuvSizeT i = static_cast<NuvSizeT>(std::countr_zero(left));
+            s->rows[i * s->stride + k] = column[i];
+        }
+    }
+    s->hasRows = true;
+}
 
 bool UpdateSmall(SmallState* s, NuvUint row)
 {
     if (row == s->m)
     {
         s->nonzeroPrices = 0;
+        if (!s->hasRows)
+            return SumColumns(s);
         SmallUpdate<false> sums = {*s, row, Lanes{}};
         DoInStripes<kVectorsAtOnce>(s->stride, 0, &sums);
         return AreZero(sums.doubt);
+    }
+    if (!s->hasRows)
+    {
+        const RowBits changed = s->patterns[row] | RowBits{s->patterns[s->stride + row]}
+                                                       << kHalfBits;
+        if (kDenseShare * static_cast<NuvSizeT>(std::popcount(changed)) <= s->m)
+            return UpdateColumns(s, row, changed);
+        MakeRows(s);
     }
     NuvFloat32* const leaving = s->rows + row * s->stride;
     for (NuvSizeT i = 0; i != s->stride; i += kLanes)
     {
         Store(s->multipliers + i, Load(leaving + i));
         Store(leaving + i, Lanes{});
-    }
-    if (s->m >= kFewestSparse)
-    {
-        const RowBits columns = NonzerosOf(s->multipliers, s->stride);
-        const RowBits rows = NonzerosOf(s->eta, s->stride) | RowBits{1} << row;
-        const NuvSizeT numColumns = static_cast<NuvSizeT>(std::popcount(columns));
-        if (2 * (numColumns + static_cast<NuvSizeT>(std::popcount(rows))) < s->m)
-            return UpdateFew(s, row, rows, columns);
-        s->nonzeroPrices = 0;
-        if (2 * numColumns < s->m)
-        {
-            const RowBits costed = NonzerosOf(s->basicCosts, s->stride);
-            SparseUpdate update = {*s, row, rows | costed, columns, Lanes{}};
-            DoInStripes<kVectorsAtOnce>(s->stride, 0, &update);
-            return AreZero(update.doubt);
-        }
     }
     s->nonzeroPrices = 0;
     SmallUpdate<true> update = {*s, row, Lanes{}};
@@ -402,6 +449,29 @@ struct SmallPricing
     }
 };
 
+/// As LastOf; but where one number stands alone, which is most often so, its index is enough.
+NUV_LANES_INLINE Choice LastOfSmall(const SmallState* s, NuvSizeT length, const Lanes& best)
+{
+    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Reduce(best, kLarger));
+    if (largest == 0.0F)
+        return {largest, 0};
+    constexpr NuvSizeT kAtOnce = 8 * sizeof(RowBits);
+    int count = 0;
+    NuvSizeT index = 0;
+    for (NuvSizeT first = 0; first < length; first += kAtOnce)
+    {
+        const NuvSizeT end = length - first < kAtOnce ? length - first : kAtOnce;
+        RowBits found = 0;
+        for (NuvSizeT i = 0; i != end; i += kLanes)
+            found |= WhereEqual(Load(s->differences + first + i), Broadcast(largest)) << i;
+        count += std::popcount(found);
+        index = found != 0 ? first + static_cast<NuvSizeT>(std::countr_zero(found)) : index;
+    }
+    if (count == 1)
+        return {largest, s->positions[index]};
+    return LastOf(s->differences, s->positions, length, best);
+}
+
 Choice PriceSmall(const SmallState* s)
 {
     SmallPricing pricing = {*s, s->nonzeroPrices, Lanes{}};
@@ -414,7 +484,7 @@ Choice PriceSmall(const SmallState* s)
         Store(s->differences + s->lengthOfA + i, difference);
         pricing.largest = LargerOf(difference, pricing.largest);
     }
-    return LastOf(s->differences, s->positions, length, pricing.largest);
+    return LastOfSmall(s, length, pricing.largest);
 }
 
 /// Directions and ratios of some rows.

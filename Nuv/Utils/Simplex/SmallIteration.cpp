@@ -21,21 +21,18 @@ static_assert(kMostRows <= 8 * sizeof(RowBits));
 constexpr NuvFloat32 kBasicCost = -std::numeric_limits<NuvFloat32>::infinity();
 constexpr NuvUint kNoPosition = UINT32_MAX;
 
-/// `columns` are behind `rows`.
-void SetToIdentity(SmallState* s)
+/// Fewer rows are kept as rows from the beginning.
+constexpr NuvSizeT kFewestSparse = 17;
+
+/// Marks an entry of the inverse that may be other than ±0.
+void MarkEntry(SmallState* s, NuvSizeT i, NuvSizeT k)
 {
-    NuvMemZero(s->rows, 2 * s->m * s->stride * sizeof *s->rows);
-    for (NuvSizeT i = 0; i != s->m; ++i)
-    {
-        s->rows[i * s->stride + i] = 1.0F;
-        s->columns[i * s->stride + i] = 1.0F;
-    }
+    s->patterns[k / 32 * s->stride + i] |= NuvUint{1} << k % 32;
 }
 
 bool InvertBasis(SmallIteration* x, const Iteration* it)
 {
     SmallState* const s = &x->state;
-    SetToIdentity(s);
     if (it->hasSlackBasis)
         return true;
     if (!Invert(&x->inverse, it->form, it->basic, it->b, &x->elimination))
@@ -44,8 +41,11 @@ bool InvertBasis(SmallIteration* x, const Iteration* it)
         for (NuvUint k = 0; k != it->m; ++k)
         {
             const NuvFloat32 entry = EntryOf(&x->inverse, i, k);
-            s->rows[i * s->stride + k] = entry;
             s->columns[k * s->stride + i] = entry;
+            if (s->hasRows)
+                s->rows[i * s->stride + k] = entry;
+            if (entry != 0.0F)
+                MarkEntry(s, i, k);
         }
     return true;
 }
@@ -163,9 +163,9 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
     layout->Place(&s->differences, length);
     layout->Place(&s->A, s->m * s->lengthOfA);
     layout->Place(&s->nonzerosOfA, 2 * s->lengthOfA);
-    // Whole tiles are whole lines, so that the columns follow the rows.
-    layout->Place(&s->rows, s->m * s->stride);
+    layout->Place(&s->patterns, 2 * s->stride);
     layout->Place(&s->columns, s->m * s->stride);
+    layout->Place(&s->rows, s->m * s->stride);
     layout->Place(&s->eta, s->stride);
     layout->Place(&s->multipliers, s->stride);
     s->b = it->b;
@@ -185,10 +185,11 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
 bool TryStart(SmallIteration* x, Iteration* it)
 {
     SmallState* const s = &x->state;
-    it->kernels->copySmall(s, it->form->A, it->form->rowLength);
+    s->hasRows = s->m < kFewestSparse;
+    if (!it->kernels->startSmall(s, it->form->A, it->form->rowLength))
+        return false;
     if (it->hasSlackBasis && AreNonbasicInOrder(it))
     {
-        SetToIdentity(s);
         StartFromSlacks(s, it);
         x->isFinite = true;
         return true;
@@ -248,7 +249,7 @@ void FallBackToDense(const SmallIteration* x, const Iteration* it, DenseIteratio
     const SmallState* const s = &x->state;
     StartFromLabels(dense, it);
     for (NuvSizeT i = 0; i != s->m; ++i)
-        NuvMemCopy(dense->inverse + i * s->m, s->rows + i * s->stride,
-                   s->m * sizeof *dense->inverse);
+        for (NuvSizeT k = 0; k != s->m; ++k)
+            dense->inverse[i * s->m + k] = s->columns[k * s->stride + i];
 }
 }  // namespace nuv

@@ -26,6 +26,8 @@ struct Arrays
     std::size_t stepOfColumn = 1;
     nuv::RowBits nonzeroPrices = 0;
     nuv::RowBits nonzerosOfColumn = 0;
+    std::vector<NuvUint> patterns = {};
+    bool hasRows = true;
 
     nuv::SmallState State()
     {
@@ -33,6 +35,8 @@ struct Arrays
                 stride,
                 rows.data(),
                 columns.data(),
+                patterns.data(),
+                hasRows,
                 b.data(),
                 basicCosts.data(),
                 prices.data(),
@@ -59,6 +63,16 @@ struct Arrays
         for (std::size_t i = 0; i != m; ++i)
             bits |= nuv::RowBits{x[i * step] != 0.0F} << i;
         return bits;
+    }
+
+    nuv::RowBits PatternOf(std::size_t i) const
+    {
+        return patterns[i] | nuv::RowBits{patterns[stride + i]} << 32U;
+    }
+
+    void MarkEntry(std::size_t i, std::size_t k)
+    {
+        patterns[k / 32 * stride + i] |= NuvUint{1} << k % 32;
     }
 
     float& Row(std::size_t i, std::size_t k)
@@ -91,7 +105,7 @@ protected:
 
     Arrays Make()
     {
-        const std::uint32_t zeros = 10 + 80 * random.Below(2);
+        const std::uint32_t zeros = 10 + 43 * random.Below(3);
         const std::size_t m = 1 + random.Below(64);
         const std::size_t n = 1 + random.Below(70);
         const std::size_t stride = nuv::PaddedLength(m);
@@ -118,6 +132,12 @@ protected:
         for (std::size_t i = 0; i != m; ++i)
             for (std::size_t k = 0; k != m; ++k)
                 x.Row(i, k) = x.Column(k, i) = DrawSparse(zeros);
+        // Patterns may have more than what is not 0.
+        x.patterns.resize(2 * stride);
+        for (std::size_t i = 0; i != m; ++i)
+            for (std::size_t k = 0; k != m; ++k)
+                if (x.Row(i, k) != 0.0F || random.Chance(2))
+                    x.MarkEntry(i, k);
         for (float& element : x.A)
             element = static_cast<float>(random.Between(-2, 2));
         for (std::size_t j = 0; j != n; ++j)
@@ -173,7 +193,7 @@ TEST_P(SmallStepsAgainstPlainLoops, AIsCopiedAndItsNonzerosAreMarked)
         for (float& element : A)
             element = random.Chance(50) ? 0.0F : -random.Symmetric(4.0F);
         nuv::SmallState state = x.State();
-        kernels->copySmall(&state, A.data(), rowLength);
+        EXPECT_TRUE(kernels->startSmall(&state, A.data(), rowLength));
         for (std::size_t j = 0; j != std::min(x.lengthOfA, rowLength); ++j)
         {
             const Floats column(A.begin() + static_cast<std::ptrdiff_t>(j), A.end());
@@ -183,12 +203,34 @@ TEST_P(SmallStepsAgainstPlainLoops, AIsCopiedAndItsNonzerosAreMarked)
                 x.nonzerosOfA[j] | nuv::RowBits{x.nonzerosOfA[x.lengthOfA + j]} << 32U;
             EXPECT_EQ(found, x.NonzerosOf(column, rowLength));
         }
+        const std::size_t wrong = random.Below(static_cast<std::uint32_t>(A.size()));
+        if (wrong % rowLength >= x.lengthOfA)
+            continue;
+        A[wrong] = random.Chance(50) ? HUGE_VALF : NAN;
+        EXPECT_FALSE(kernels->startSmall(&state, A.data(), rowLength)) << x.m << ' ' << wrong;
     }
 }
 
-TEST_P(SmallStepsAgainstPlainLoops, BothInversesAreUpdatedAndSummed)
+TEST_P(SmallStepsAgainstPlainLoops, TheInverseIsTheIdentityAtFirst)
 {
-    for (int i = 0; i != ShareOf(400) && !HasFailure(); ++i)
+    for (int i = 0; i != ShareOf(200) && !HasFailure(); ++i)
+    {
+        Arrays x = Make();
+        x.hasRows = random.Chance(50);
+        const Floats rows = x.rows;
+        nuv::SmallState state = x.State();
+        (void)kernels->startSmall(&state, x.A.data(), x.lengthOfA);
+        for (std::size_t r = 0; r != x.m; ++r)
+            EXPECT_EQ(x.PatternOf(r), nuv::RowBits{1} << r);
+        for (std::size_t k = 0; k != x.m * x.stride; ++k)
+            EXPECT_EQ(x.columns[k], k / x.stride == k % x.stride ? 1.0F : 0.0F);
+        EXPECT_TRUE(IsSame(x.hasRows ? x.columns : rows, x.rows));
+    }
+}
+
+TEST_P(SmallStepsAgainstPlainLoops, TheInverseIsUpdatedAndSummed)
+{
+    for (int i = 0; i != ShareOf(800) && !HasFailure(); ++i)
     {
         Arrays x = Make();
         const bool hasUpdate = i % 4 != 0;
@@ -204,13 +246,23 @@ TEST_P(SmallStepsAgainstPlainLoops, BothInversesAreUpdatedAndSummed)
         if (hasUpdate)
             UpdateByHand(&expected, row);
         SumByHand(&expected);
+        x.hasRows = random.Chance(50);
+        if (!x.hasRows)
+            x.rows.assign(x.rows.size(), 7.0F);
         nuv::SmallState state = x.State();
         EXPECT_TRUE(kernels->updateSmall(&state, static_cast<NuvUint>(row)));
         EXPECT_EQ(state.nonzeroPrices, expected.NonzerosOf(expected.prices, 1));
-        for (const auto array : {&Arrays::rows, &Arrays::columns, &Arrays::prices, &Arrays::values,
-                                 &Arrays::multipliers})
-            EXPECT_TRUE(IsSame(WithoutSignsOfZeros(expected.*array), WithoutSignsOfZeros(x.*array)))
+        EXPECT_TRUE(state.hasRows || !x.hasRows);
+        for (const auto array : {&Arrays::columns, &Arrays::prices, &Arrays::values, &Arrays::rows})
+        {
+            const bool isKept = state.hasRows || array != &Arrays::rows;
+            const Floats& wanted = isKept ? expected.*array : x.*array;
+            EXPECT_TRUE(IsSame(WithoutSignsOfZeros(wanted), WithoutSignsOfZeros(x.*array)))
                 << x.m << ' ' << i;
+        }
+        for (std::size_t r = 0; r != x.m && !state.hasRows; ++r)
+            for (std::size_t k = 0; k != x.m; ++k)
+                EXPECT_TRUE(x.Column(k, r) == 0.0F || (x.PatternOf(r) >> k & 1U) != 0);
     }
 }
 
@@ -227,6 +279,9 @@ TEST_P(SmallStepsAgainstPlainLoops, ANumberThatIsNotFiniteIsTold)
         const std::uint32_t k = random.Below(static_cast<std::uint32_t>(x.m));
         x.eta[at] = 3e38F;
         x.Row(row, k) = x.Column(k, row) = 3e38F;
+        x.MarkEntry(row, k);
+        x.hasRows = random.Chance(50);
+        SumByHand(&x);
         nuv::SmallState state = x.State();
         EXPECT_FALSE(kernels->updateSmall(&state, row)) << x.m << ' ' << i;
     }
