@@ -107,6 +107,7 @@ Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, 
 }  // namespace nuv
 
 #include "Nuv/Utils/Kernels/SmallSteps.inl"
+#include "Nuv/Utils/Kernels/SmallUpdate.inl"
 
 namespace nuv
 {
