@@ -3,9 +3,9 @@
 /// and the logical of row i, whose column stays minus the unit vector, by 1 / rowScale_i.
 #include "Nuv/Exact/Ranging.hpp"
 
-#include "Nuv/Algebra/RationalField.hpp"
 #include "Nuv/Algebra/RealField.hpp"
 #include "Nuv/Algebra/SparseLu.hpp"
+#include "Nuv/Exact/ExactFactors.hpp"
 #include "Nuv/SparseSimplex/BasisFactors.hpp"
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
 
@@ -18,13 +18,14 @@ namespace nuv
 namespace
 {
 
-/// Rationals up to this many rows; beyond, their size would cost more than the digits are worth.
+/// Exact up to this many rows; beyond, the size of the numbers would cost more than their digits
+/// are worth.
 constexpr Index kMostExactRows = 40;
 
-/// A kind of numbers: how a form's data, and the exact solution, look in it.
+/// A kind of numbers: how a form's data, the exact solution, and solutions with its basis look in
+/// it.
 struct InDoubles
 {
-    using Field = RealField;
     using Value = double;
 
     InDoubles(const BoundedForm& linear, const CertifiedResult& solved)
@@ -64,19 +65,40 @@ struct InDoubles
     {
         return std::fabs(entry) > 1e-9;
     }
+    /// The basis of a proof is regular, so nothing is replaced.
+    void Factorise(const SparseVectors<Value>& columns, std::vector<Index>& head)
+    {
+        (void)FactoriseBasis(lu, Selected(columns, head), form.columns, head);
+    }
+    /// The solution x of B x = the unit vector of a row; empty if the control stopped it.
+    [[nodiscard]] std::vector<Value> SolveForward(Index row, SolveControl& /*control*/) const
+    {
+        std::vector<Value> unit(form.rows, 0.0);
+        unit[row] = 1.0;
+        lu.SolveForward(unit);
+        return unit;
+    }
+    /// The solution y of B' y = the unit vector of a position; empty if the control stopped it.
+    [[nodiscard]] std::vector<Value> SolveBackward(Index position, SolveControl& /*control*/) const
+    {
+        std::vector<Value> unit(form.rows, 0.0);
+        unit[position] = 1.0;
+        lu.SolveBackward(unit);
+        return unit;
+    }
 
     ScaledForm scaled;
     const BoundedForm& form;
     const CertifiedResult& result;
+    SparseLu<RealField> lu;
 };
 
 struct InRationals
 {
-    using Field = RationalField;
     using Value = Rational;
 
     InRationals(const BoundedForm& linear, const CertifiedResult& solved)
-        : form(linear), result(solved)
+        : form(linear), result(solved), exact(linear), factors(exact)
     {
         value.reserve(form.Variables());
         for (Index j = 0; j < form.columns; ++j)
@@ -128,10 +150,41 @@ struct InRationals
     {
         return entry != 0;
     }
+    void Factorise(const SparseVectors<Value>& /*columns*/, std::vector<Index>& head)
+    {
+        (void)factors.Factorise(head);
+    }
+    [[nodiscard]] std::vector<Value> SolveForward(Index row, SolveControl& control)
+    {
+        ExactVector solution;
+        return factors.SolveForward(Unit(row), solution, control) ? Numbers(solution)
+                                                                  : std::vector<Value>();
+    }
+    [[nodiscard]] std::vector<Value> SolveBackward(Index position, SolveControl& control)
+    {
+        ExactVector solution;
+        return factors.SolveBackward(Unit(position), solution, control) ? Numbers(solution)
+                                                                        : std::vector<Value>();
+    }
+    [[nodiscard]] ScaledVector Unit(Index at) const
+    {
+        ScaledVector unit{std::vector<Integer>(form.rows), {}};
+        unit.value[at] = 1;
+        return unit;
+    }
+    [[nodiscard]] static std::vector<Value> Numbers(const ExactVector& vector)
+    {
+        std::vector<Value> numbers;
+        for (Index k = 0; k < vector.numerator.size(); ++k)
+            numbers.push_back(vector.At(k));
+        return numbers;
+    }
 
     const BoundedForm& form;
     const CertifiedResult& result;
     std::vector<Rational> value;
+    ExactForm exact;
+    ExactFactors factors;
 };
 
 template <class Kind>
@@ -152,8 +205,7 @@ public:
             if (m_status[v] == BasisStatus::Basic)
                 m_head.push_back(v);
         }
-        // The basis of a proof is regular, so nothing is replaced.
-        (void)FactoriseBasis(m_lu, Selected(m_columns, m_head), form.columns, m_head);
+        m_kind.Factorise(m_columns, m_head);
     }
 
     [[nodiscard]] std::optional<Sensitivity> Analyse(SolveControl& control)
@@ -172,14 +224,16 @@ public:
             if (control.IsStopped())
                 return std::nullopt;
             if (!m_form.IsLogical(m_head[k]))
-                result.cost[m_head[k]] = BasicCost(k);
+                result.cost[m_head[k]] = BasicCost(k, control);
         }
         for (Index i = 0; i < m_form.rows; ++i)
         {
             if (control.IsStopped())
                 return std::nullopt;
-            RangeSides(i, result.rowLower[i], result.rowUpper[i]);
+            RangeSides(i, control, result.rowLower[i], result.rowUpper[i]);
         }
+        if (m_isStopped)
+            return std::nullopt;
         return result;
     }
 
@@ -222,11 +276,14 @@ private:
 
     /// Raising the cost of the variable at `position` by t lowers each reduced cost by t times the
     /// entry of that row of the tableau.
-    [[nodiscard]] AllowedRange BasicCost(Index position) const
+    [[nodiscard]] AllowedRange BasicCost(Index position, SolveControl& control)
     {
-        std::vector<Value> row(m_form.rows, Value(0));
-        row[position] = Value(1);
-        m_lu.SolveBackward(row);
+        const std::vector<Value> row = m_kind.SolveBackward(position, control);
+        if (row.empty())
+        {
+            m_isStopped = true;
+            return {};
+        }
         Changes changes;
         for (Index v = 0; v < m_form.Variables(); ++v)
         {
@@ -257,7 +314,7 @@ private:
     }
 
     /// A side that does not hold the activity may come as close as the activity itself.
-    void RangeSides(Index row, AllowedRange& lower, AllowedRange& upper) const
+    void RangeSides(Index row, SolveControl& control, AllowedRange& lower, AllowedRange& upper)
     {
         const Index logical = m_form.columns + row;
         const double activity = m_kind.SolutionInDouble(logical);
@@ -270,7 +327,7 @@ private:
                 lower = upper = {activity, activity};
             return;
         }
-        const AllowedRange moving = ActiveSide(row);
+        const AllowedRange moving = ActiveSide(row, control);
         if (m_status[logical] == BasisStatus::AtLower || equation)
             lower = moving;
         if (m_status[logical] == BasisStatus::AtUpper || equation)
@@ -284,11 +341,14 @@ private:
 
     /// Moving the active side by t moves the basic variables by t times the solution for the unit
     /// right side.
-    [[nodiscard]] AllowedRange ActiveSide(Index row) const
+    [[nodiscard]] AllowedRange ActiveSide(Index row, SolveControl& control)
     {
-        std::vector<Value> column(m_form.rows, Value(0));
-        column[row] = Value(1);
-        m_lu.SolveForward(column);
+        const std::vector<Value> column = m_kind.SolveForward(row, control);
+        if (column.empty())
+        {
+            m_isStopped = true;
+            return {};
+        }
         Changes changes;
         for (Index k = 0; k < m_form.rows; ++k)
         {
@@ -313,9 +373,9 @@ private:
     const Basis& m_status;
     Kind m_kind;
     SparseVectors<Value> m_columns;
-    SparseLu<typename Kind::Field> m_lu;
     std::vector<Index> m_head;
     std::vector<Value> m_reduced;
+    bool m_isStopped = false;
 };
 
 }  // namespace
