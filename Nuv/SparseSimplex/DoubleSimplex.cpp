@@ -3,6 +3,7 @@
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
+#include "Nuv/SparseSimplex/Presolve/ImpliedBounds.hpp"
 #include "Nuv/SparseSimplex/Presolve/Presolve.hpp"
 #include "Nuv/SparseSimplex/Tolerances.hpp"
 
@@ -13,13 +14,20 @@ namespace nuv
 namespace
 {
 
-/// Takes back all pushing of bounds; nonbasic variables return to their true bounds.
+/// Takes back all pushing of bounds; nonbasic variables return to their true bounds, and to another
+/// one if theirs is none of the form's.
 void RestoreBounds(SimplexState& state)
 {
     state.lower = state.form.lower;
     state.upper = state.form.upper;
     for (Index v = 0; v < state.form.Variables(); ++v)
+    {
+        const BasisStatus at = state.status[v];
+        if ((at == BasisStatus::AtLower && state.lower[v] == -kInfinity) ||
+            (at == BasisStatus::AtUpper && state.upper[v] == kInfinity))
+            state.status[v] = DefaultNonbasicStatus(state.lower[v], state.upper[v]);
         state.SetToBound(v);
+    }
 }
 
 /// The violations that true bounds bring back are small and the reduced costs are right: a case
@@ -43,12 +51,48 @@ bool IsFeasible(const SimplexState& state)
         });
 }
 
+/// Whether no column is basic: no basis that someone chose.
+bool IsSlackBasis(const SimplexState& state)
+{
+    return std::ranges::all_of(state.head, [&state](Index v) { return v >= state.form.columns; });
+}
+
+/// Gives columns the boxes that rows imply: a reduced cost of the wrong sign then needs no first
+/// phase, and a ratio test passes more bounds. They lead far away, so a basis that is near to
+/// something is left without them.
+void AddImpliedBounds(SimplexState& state)
+{
+    BoxImplied(state.form, state.lower, state.upper);
+    for (Index v = 0; v < state.form.columns; ++v)
+    {
+        if (state.status[v] == BasisStatus::Free && state.lower[v] > -kInfinity)
+            state.status[v] = BasisStatus::AtLower;
+        state.SetToBound(v);
+    }
+}
+
+void RemoveImpliedBounds(SimplexState& state)
+{
+    RestoreBounds(state);
+    state.ComputeValues();
+}
+
 /// From any basis to one that is feasible, for costs that may be others; those of the form come
 /// back at the end.
 SimplexVerdict RunDual(SimplexState& state, SolveControl& control, BlockedRow* blocked)
 {
     DualSimplex dual(state, control);
-    const SimplexVerdict verdict = dual.Run(DualSimplex::Start::Perturbed);
+    const bool boxed = IsSlackBasis(state);
+    if (boxed)
+        AddImpliedBounds(state);
+    SimplexVerdict verdict = dual.Run(DualSimplex::Start::Perturbed);
+    if (boxed)
+    {
+        RemoveImpliedBounds(state);
+        // Which variable blocks must be said of the form itself, and costs do not matter to that.
+        if (verdict == SimplexVerdict::Infeasible)
+            verdict = dual.Run();
+    }
     state.cost = state.form.cost;
     if (blocked != nullptr && dual.Blocked() != kNoIndex)
         *blocked = {state.ExportBasis(), dual.Blocked()};
