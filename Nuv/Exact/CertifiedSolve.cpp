@@ -167,21 +167,9 @@ bool ProveInfeasible(ScalableForm& scalable, SolveControl& control, CertifiedRes
 bool ProveByRow(const BoundedForm& form, const ExactForm& exact, const BlockedRow& blocked,
                 SolveControl& control, Certificate& certificate)
 {
-    std::vector<Index> head;
-    for (Index v = 0; v < form.Variables(); ++v)
-    {
-        if (blocked.basis[v] == BasisStatus::Basic)
-            head.push_back(v);
-    }
-    ExactFactors factors(exact);
-    if (!factors.Factorise(head).empty())
-        return false;
-    const auto position = std::ranges::find(head, blocked.variable) - head.begin();
-    ScaledVector unit{std::vector<Integer>(form.rows), {}};
-    unit.value[static_cast<Index>(position)] = 1;
     Certificate tried;
     tried.status = Status::Infeasible;
-    if (!factors.SolveBackward(unit, tried.dual, control))
+    if (!RowOfInverse(exact, blocked, control, tried.dual))
         return false;
     // Which way the variable is blocked decides the sign, and so does the check.
     for (int sign = 0; sign < 2; ++sign)

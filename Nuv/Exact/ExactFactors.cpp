@@ -5,6 +5,7 @@
 #include "Nuv/Algebra/Singletons/SingletonOrder.hpp"
 #include "Nuv/SparseSimplex/BasisFactors.hpp"
 
+#include <algorithm>
 #include <numeric>
 #include <utility>
 
@@ -121,6 +122,24 @@ bool ExactFactors::SolveBackward(const ScaledVector& rightSide, ExactVector& sol
     for (Index k = 0; k < m_head.size(); ++k)
         scaled.value[k] *= m_exact.ColumnDivisor(m_head[k]);
     return m_backward->Solve(scaled, solution, stop);
+}
+
+bool RowOfInverse(const ExactForm& exact, const BlockedRow& blocked, SolveControl& control,
+                  ExactVector& row)
+{
+    std::vector<Index> head;
+    for (Index v = 0; v < exact.form.Variables(); ++v)
+    {
+        if (blocked.basis[v] == BasisStatus::Basic)
+            head.push_back(v);
+    }
+    ExactFactors factors(exact);
+    if (!factors.Factorise(head).empty())
+        return false;
+    const auto position = std::ranges::find(head, blocked.variable) - head.begin();
+    ScaledVector unit{std::vector<Integer>(exact.form.rows), {}};
+    unit.value[static_cast<Index>(position)] = 1;
+    return factors.SolveBackward(unit, row, control);
 }
 
 }  // namespace nuv

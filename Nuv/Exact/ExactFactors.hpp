@@ -3,6 +3,7 @@
 
 #include "Nuv/Algebra/Singletons/PeeledSolver.hpp"
 #include "Nuv/Exact/ExactForm.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
 #include <memory>
@@ -40,5 +41,10 @@ private:
     std::unique_ptr<PeeledSolver> m_forward;
     std::unique_ptr<PeeledSolver> m_backward;
 };
+
+/// The row of the basis inverse that belongs to a basic variable. @return false if the basis is
+/// singular or the control stopped it.
+[[nodiscard]] bool RowOfInverse(const ExactForm& exact, const BlockedRow& blocked,
+                                SolveControl& control, ExactVector& row);
 
 }  // namespace nuv

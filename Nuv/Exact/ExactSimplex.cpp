@@ -90,8 +90,11 @@ bool ExactSimplex::Refine()
         m_refinement.emplace(m_exact, m_scalable.Scaled());
     --m_rounds;
     std::vector<BasisStatus> status;
-    const SimplexVerdict verdict =
-        m_refinement->Run({m_status, m_head, m_values, m_duals}, m_control, status);
+    const ExactBasis basis{m_status, m_head, m_values, m_duals};
+    BlockedRow blocked;
+    SimplexVerdict verdict = m_refinement->Run(basis, m_control, status, blocked);
+    if (verdict == SimplexVerdict::Infeasible && m_refinement->EnlargeEquation(blocked, m_control))
+        verdict = m_refinement->Run(basis, m_control, status, blocked);
     if (verdict == SimplexVerdict::Infeasible || verdict == SimplexVerdict::Unbounded)
         m_hint = verdict;
     else if (verdict == SimplexVerdict::Stopped || status == m_status)

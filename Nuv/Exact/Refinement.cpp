@@ -3,10 +3,13 @@
 #include "Nuv/Exact/Refinement.hpp"
 
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
+#include "Nuv/Exact/ExactFactors.hpp"
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
+#include "Nuv/SparseSimplex/Tolerances.hpp"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace nuv
 {
@@ -25,6 +28,37 @@ void Enlarge(std::vector<double>& numbers, int zoom)
         number = std::ldexp(number, zoom);
 }
 
+/// The matrix with other entries in a row, whose logical has another scale.
+std::shared_ptr<const ScaledMatrix> WithRow(const ScaledMatrix& matrix, Index row,
+                                            const std::vector<double>& entries, double scale)
+{
+    auto changed = std::make_shared<ScaledMatrix>(matrix);
+    const auto columns = static_cast<Index>(entries.size());
+    changed->scale[columns + row] = scale;
+    changed->byRow.Clear();
+    for (Index i = 0; i < matrix.byRow.Count(); ++i)
+    {
+        for (const auto [j, entry] : matrix.byRow[i])
+        {
+            if (i != row)
+                changed->byRow.Append(j, entry);
+        }
+        for (Index j = 0; i == row && j < columns; ++j)
+        {
+            if (entries[j] != 0.0)
+                changed->byRow.Append(j, entries[j]);
+        }
+        changed->byRow.Close();
+    }
+    changed->byVariable = Transposed(changed->byRow, columns);
+    for (Index i = 0; i < matrix.byRow.Count(); ++i)
+    {
+        changed->byVariable.Append(i, -1.0);
+        changed->byVariable.Close();
+    }
+    return changed;
+}
+
 }  // namespace
 
 Refinement::Refinement(const ExactForm& exact, const ScaledForm& scaled)
@@ -33,7 +67,7 @@ Refinement::Refinement(const ExactForm& exact, const ScaledForm& scaled)
 }
 
 SimplexVerdict Refinement::Run(const ExactBasis& basis, SolveControl& control,
-                               std::vector<BasisStatus>& status)
+                               std::vector<BasisStatus>& status, BlockedRow& blocked)
 {
     const SolveControl::Aside aside(control);
     const bool violated = MoveBounds(basis);
@@ -48,11 +82,48 @@ SimplexVerdict Refinement::Run(const ExactBasis& basis, SolveControl& control,
         // look at them.
         DualSimplex dual(state, control);
         (void)dual.Run();  // the primal simplex has the last word
+        if (dual.Blocked() != kNoIndex)
+            blocked = {state.ExportBasis(), dual.Blocked()};
         state.cost = m_scaled.cost;
     }
-    const SimplexVerdict verdict = SolveInDoubles(state, control);
+    const SimplexVerdict verdict = SolveInDoubles(state, control, &blocked);
     status = state.status;
     return verdict;
+}
+
+/// With the row p of the inverse that belongs to the basic logical r_i, p_i is -1. So -p (A x - r)
+/// = 0 says as much as equation i, given the other equations, and where p is 0 but for equations it
+/// is one of x and r_i alone in a program whose bounds are moved to a solution. No basis changes
+/// its meaning with a row operation.
+bool Refinement::EnlargeEquation(const BlockedRow& blocked, SolveControl& control)
+{
+    const BoundedForm& form = m_exact.form;
+    if (blocked.variable == kNoIndex || !form.IsLogical(blocked.variable) ||
+        !form.IsFixed(blocked.variable))
+        return false;
+    ExactVector combination;
+    if (!RowOfInverse(m_exact, blocked, control, combination))
+        return false;
+    for (Index i = 0; i < form.rows; ++i)
+    {
+        if (!form.IsFixed(form.Logical(i)))
+            combination.numerator[i] = 0;
+    }
+    std::vector<double> entries(form.columns);
+    double largest = 0.0;
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        entries[j] = m_exact.ReducedCostInDouble(j, combination, false) * m_scaled.Scale(j);
+        if (!form.IsFixed(j))
+            largest = std::max(largest, std::fabs(entries[j]));
+    }
+    if (largest == 0.0 || largest / m_scaled.Scale(blocked.variable) > tolerance::kSmallestPivot)
+        return false;
+    const int zoom = ZoomFor(largest);
+    Enlarge(entries, zoom);
+    m_scaled.matrix =
+        WithRow(*m_scaled.matrix, blocked.variable - form.columns, entries, std::ldexp(1.0, -zoom));
+    return true;
 }
 
 /// bound - value for a basic variable, from integers: what is left of a cancellation is exact.

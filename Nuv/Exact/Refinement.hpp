@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Nuv/Exact/ExactForm.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/SparseSimplex/PrimalSimplex.hpp"
 #include "Nuv/SparseSimplex/ScaledForm.hpp"
 #include "Nuv/SparseSimplex/SolveControl.hpp"
@@ -28,10 +29,17 @@ public:
     /// `scaled` is the same form scaled, of which a copy is shifted.
     Refinement(const ExactForm& exact, const ScaledForm& scaled);
 
-    /// Solves the enlarged program from the basis and writes the one at its end into `status`.
+    /// Solves the enlarged program from the basis and writes the one at its end into `status`, and
+    /// what seems to make it infeasible into `blocked`.
     /// @return what the simplex in doubles says of the enlarged program.
     SimplexVerdict Run(const ExactBasis& basis, SolveControl& control,
-                       std::vector<BasisStatus>& status);
+                       std::vector<BasisStatus>& status, BlockedRow& blocked);
+
+    /// An equation may nearly follow from others, so that where its logical is basic no column has
+    /// an entry in its row of the tableau that doubles take for a pivot. If it is such a one whose
+    /// violation nothing could help, its row of the tableau takes its place, enlarged until it has
+    /// pivots. @return whether it is.
+    [[nodiscard]] bool EnlargeEquation(const BlockedRow& blocked, SolveControl& control);
 
 private:
     [[nodiscard]] bool MoveBounds(const ExactBasis& basis);

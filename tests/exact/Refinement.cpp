@@ -234,6 +234,48 @@ TEST(Refinement, FindsAContradictionWithWhateverPivotsAreLeft)
         }
 }
 
+/// Rows of tenths, the last one the sum of the others, and a point in the middle of all bounds.
+/// What doubles round off the tenths makes the sum an equation of its own.
+BoundedForm RowsAndTheirSum(Random& random, Index rows, Index columns)
+{
+    std::vector<DenseRow> dense(rows);
+    std::vector<int> sum(columns);
+    std::vector<double> cost(columns);
+    for (double& each : cost)
+        each = random.Between(-9, 9);
+    for (Index i = 0; i < rows; ++i)
+    {
+        int side = 0;
+        for (Index j = 0; j < columns; ++j)
+        {
+            const int tenths = random.OneIn(4) ? random.Between(1, 99) : 0;
+            sum[j] += tenths;
+            const int entry = i + 1 < rows ? tenths : sum[j] - tenths;
+            dense[i].coefficients.push_back(entry / 10.0);
+            side += entry;
+        }
+        dense[i].bounds = {side / 10.0, side / 10.0};
+    }
+    return MakeForm(cost, dense, std::vector<Interval>(columns, {-9, 11}));
+}
+
+/// For want of a pivot on what doubles take for zero, exact ones would go on from a basis far away.
+TEST(Refinement, EnlargesAnEquationThatNearlyFollowsFromOthers)
+{
+    for (std::uint64_t seed = 1; seed <= 10; ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        SolveLimits limits;
+        limits.exactPivots = 20;
+        const CertifiedResult proof =
+            Certified(RowsAndTheirSum(random, 30, 90), nullptr, std::move(limits));
+        EXPECT_EQ(proof.certificate.status, Status::Optimal);
+        EXPECT_TRUE(proof.record.proved);
+        EXPECT_EQ(proof.record.stages[Stage::Exact].pivots, 0U);
+    }
+}
+
 /// Along x = y the objective falls by 2^-50 a step: to doubles it stands still.
 TEST(Refinement, FindsADirectionBelowTheTolerance)
 {
