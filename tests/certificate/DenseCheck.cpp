@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <utility>
+
 namespace nuv::test
 {
 namespace
@@ -41,6 +44,45 @@ std::string CheckedWithObjective(const BoundedForm& form, Certificate certificat
     for (Index j = 0; j < form.columns; ++j)
         certificate.objective += form.ExactCost(j) * certificate.primal.At(j);
     return CheckCertificate(form, certificate);
+}
+
+/// A small form and what is proved of it, in which half of the time all numbers are long: entries
+/// and costs are enlarged by one power of two, the point and its bounds by another, so that rows
+/// have both and the multipliers stay as they are.
+struct Proved
+{
+    BoundedForm form;
+    Certificate certificate;
+};
+
+Proved DrawProved(Random& random, int fewestRows)
+{
+    Proved drawn;
+    const auto rows = static_cast<Index>(random.Between(fewestRows, 4));
+    drawn.form = RandomSmallForm(random, rows, static_cast<Index>(random.Between(1, 4)));
+    SolveControl control;
+    drawn.certificate = SolveCertified(drawn.form, nullptr, control).certificate;
+    if (random.OneIn(2))
+        return drawn;
+    const int ofEntries = random.Between(0, 70);
+    const int ofPoint = random.Between(0, 40);
+    const auto enlarge = [](std::vector<double>& numbers, int exponent)
+    {
+        for (double& number : numbers)
+            number = std::ldexp(number, exponent);
+    };
+    BoundedForm& form = drawn.form;
+    SparseVectors<double> columns = form.matrix.Columns();
+    enlarge(columns.value, ofEntries);
+    form.matrix = SparseMatrix<double>::FromColumns(std::move(columns), form.rows);
+    enlarge(form.cost, ofEntries);
+    enlarge(form.columnLower, ofPoint);
+    enlarge(form.columnUpper, ofPoint);
+    enlarge(form.rowLower, ofEntries + ofPoint);
+    enlarge(form.rowUpper, ofEntries + ofPoint);
+    for (Integer& numerator : drawn.certificate.primal.numerator)
+        numerator <<= static_cast<std::size_t>(ofPoint);
+    return drawn;
 }
 
 /// Changes one number, mostly so that the certificate is none any more.
@@ -127,10 +169,7 @@ TEST(DenseCheck, AgreesWithTheCheckInIntegersOfAnySize)
     int failed = 0;
     for (int round = 0; round < ShareOf(4000); ++round)
     {
-        const BoundedForm form = RandomSmallForm(random, static_cast<Index>(random.Between(0, 4)),
-                                                 static_cast<Index>(random.Between(1, 4)));
-        SolveControl control;
-        Certificate certificate = SolveCertified(form, nullptr, control).certificate;
+        const auto [form, certificate] = DrawProved(random, 0);
         if (certificate.status != Status::Optimal)
             continue;
         TakeForm(form, dense);
@@ -159,10 +198,7 @@ TEST(DenseCheck, AgreesAboutMultipliersThatContradict)
     int failed = 0;
     for (int round = 0; round < ShareOf(4000); ++round)
     {
-        const BoundedForm form = RandomSmallForm(random, static_cast<Index>(random.Between(1, 4)),
-                                                 static_cast<Index>(random.Between(1, 4)));
-        SolveControl control;
-        const Certificate certificate = SolveCertified(form, nullptr, control).certificate;
+        const auto [form, certificate] = DrawProved(random, 1);
         if (certificate.status != Status::Infeasible || certificate.contradiction != kNoIndex)
             continue;
         TakeForm(form, dense);
@@ -184,6 +220,20 @@ TEST(DenseCheck, AgreesAboutMultipliersThatContradict)
     EXPECT_GT(failed, ShareOf(4000) / 10);
 }
 
+/// 2^100 x <= 0 and x >= 2^100, with a multiplier of 62 bits: the sum has more than any two
+/// numbers.
+TEST(DenseCheck, HasRoomForProductsOfThreeLongNumbers)
+{
+    DenseForm dense;
+    TakeForm(MakeForm({0}, {{{0x1p100}, {-kInf, 0}}}, {{0x1p100, kInf}}), dense);
+    IntegerForm integers;
+    ASSERT_TRUE(integers.Take(dense));
+    DenseCheck check;
+    const Word multiplier = Word{1} << 62;
+    EXPECT_TRUE(check.IsInfeasible(integers, 1, {~multiplier + 1}));
+    EXPECT_FALSE(check.IsInfeasible(integers, 1, {multiplier}));
+}
+
 TEST(DenseCheck, AgreesAboutRays)
 {
     Random random(3);
@@ -194,10 +244,7 @@ TEST(DenseCheck, AgreesAboutRays)
     int failed = 0;
     for (int round = 0; round < ShareOf(4000); ++round)
     {
-        const BoundedForm form = RandomSmallForm(random, static_cast<Index>(random.Between(0, 4)),
-                                                 static_cast<Index>(random.Between(1, 4)));
-        SolveControl control;
-        const Certificate certificate = SolveCertified(form, nullptr, control).certificate;
+        const auto [form, certificate] = DrawProved(random, 0);
         if (certificate.status != Status::Unbounded)
             continue;
         TakeForm(form, dense);
