@@ -211,6 +211,7 @@ bool DixonSolver::ReconstructAll(ExactVector& solution, const StopPredicate& sto
 Integer DixonSolver::NumeratorOf(Index unknown, std::size_t digits, const Integer& denominator)
 {
     Integer residue;
+    // same bits: the same by either way
     if (digits <= PadicProduct::kMostDigits)
     {
         if (m_product.Count() < digits)

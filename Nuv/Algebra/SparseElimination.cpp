@@ -221,6 +221,8 @@ void SparseElimination<Field>::ConsiderColumn(Index column, Pivot& best)
     for (const Entry& entry : m_columns[column])
     {
         const double cost = others * static_cast<double>(m_rows[entry.row].size() - 1);
+        // same bits (in RationalField, in PrimeField): every entry of an exact field is large
+        // enough
         if (cost < best.cost && m_field.Magnitude(entry.value) >= Field::kThreshold * largest)
             best = {entry.row, column, cost};
     }
@@ -296,6 +298,7 @@ void SparseElimination<Field>::UpdateColumn(Index column, const Value& factor)
     for (std::size_t at = 0; at < entries.size();)
     {
         const Index row = entries[at].row;
+        // same bits (always, never): a multiple of 0 is subtracted
         if (m_field.IsZero(m_multiplier[row]))
         {
             ++at;

@@ -216,6 +216,7 @@ std::shared_ptr<const CertifiedResult> CertifiedSession::SolveUnproved(SolveCont
 bool CertifiedSession::StillHolds(const CertifiedResult& last, CertifiedResult& result) const
 {
     const Status status = last.certificate.status;
+    // same bits (je #1 never): what is not proved does not pass the check
     if (!last.record.proved || (status != Status::Infeasible && status != Status::Unbounded) ||
         !CheckCertificate(m_form, last.certificate).empty())
         return false;

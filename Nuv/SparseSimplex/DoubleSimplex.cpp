@@ -168,6 +168,7 @@ DoubleResult SolveInDoubles(ScalableForm& form, SolveControl& control)
 
 SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control, BlockedRow* blocked)
 {
+    // same bits: one of many right choices
     constexpr int kPerturbedRounds = 3;
     constexpr int kRounds = 6;
     state.Refactorise();

@@ -171,6 +171,7 @@ void DualSimplex::MakeDualFeasible()
         if (m_state.IsFixed(v) || DualInfeasibility(m_state.status[v], m_state.reduced[v]) <= 0.0)
             continue;
         const bool boxed = m_state.lower[v] > -kInfinity && m_state.upper[v] < kInfinity;
+        // same bits (-> >=): nothing is as large as that limit
         if (boxed && std::fabs(m_state.reduced[v]) > kOptimality)
         {
             m_state.status[v] = m_state.status[v] == BasisStatus::AtLower ? BasisStatus::AtUpper

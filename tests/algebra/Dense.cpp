@@ -131,6 +131,28 @@ TEST(Words, RoundHalvesToEven)
     }
 }
 
+/// Half way between two doubles by what leads, but for a last bit of either number far below.
+TEST(Words, RoundHalvesByWhatIsFarBelow)
+{
+    Random random(5);
+    for (int round = 0; round < 200; ++round)
+    {
+        const Integer half = (Integer(random.Next() >> 12) + Power(2, 52)) * 2 + 1;
+        const Integer factor = random.Between(1, 1000);
+        const Integer top = (half * factor << 100) + (random.OneIn(2) ? 1 : 0);
+        const Integer bottom = (factor << 100) + (random.OneIn(2) ? 1 : 0);
+        const auto words = [](Integer number)
+        {
+            std::vector<Word> result;
+            for (int k = 0; k < 4; ++k, number >>= 64)
+                result.push_back(number.LowWord());
+            return result;
+        };
+        EXPECT_EQ(QuotientToDouble(words(top).data(), 4, words(bottom).data(), 4, {}),
+                  QuotientToDouble(top, bottom));
+    }
+}
+
 /// M x = denominator * r and y M = denominator * c, by multiplying out.
 void ExpectSolved(const BorderedSystem& system, unsigned order,
                   const std::vector<std::vector<Integer>>& given)

@@ -54,6 +54,11 @@ TEST(BoundedForm, NamesItsDefects)
     twice.index[2] = 0;  // column y names row 0 twice
     form.matrix = SparseMatrix<double>::FromColumns(twice, 2);
     EXPECT_EQ(form.Defect(), "matrix entries out of range or out of order");
+    form = MakeForm({1}, {{{1}, {0, 1}}, {{2}, {0, 1}}});
+    SparseVectors<double> turned = form.matrix.Columns();
+    std::ranges::reverse(turned.index);
+    form.matrix = SparseMatrix<double>::FromColumns(turned, 2);
+    EXPECT_EQ(form.Defect(), "matrix entries out of range or out of order");
     form = TwoRows();
     form.cost[0] = kInf;
     EXPECT_EQ(form.Defect(), "a coefficient is not finite");

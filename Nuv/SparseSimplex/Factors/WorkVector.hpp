@@ -29,6 +29,7 @@ struct WorkVector
     void Clear() noexcept
     {
         // A walk over all of a dense vector is quicker than one along its list.
+        // same bits: both clear all
         if (touched.size() > value.size() / 4)
             value.assign(value.size(), 0.0);
         else

@@ -131,7 +131,9 @@ bool AbsorbSlack(ReducibleForm& form, Index column)
          .row = row,
          .column = column,
          .number = {entry, form.cost[column], low, high, form.rowLower[row], form.rowUpper[row]}});
+    // same bits (-> >=): an entry is not 0
     const double least = entry * (entry > 0.0 ? low : high);
+    // same bits (-> >=): an entry is not 0
     const double largest = entry * (entry > 0.0 ? high : low);
     form.RemoveColumn(column);
     form.SetSides(row, form.rowLower[row] - largest, form.rowUpper[row] - least);
