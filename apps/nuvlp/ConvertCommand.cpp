@@ -88,12 +88,7 @@ ExitCode Run(const ConvertArguments& options)
     const std::string format = FormatOf(options);
     const std::string objection = Objection(options, format);
     if (!objection.empty())
-    {
-        std::fprintf(stderr, "nuvlp: %s\n", objection.c_str());
-        const nuv::Error error{"usage", objection, "", "", 0, 0};
-        return WriteError(report, kConvertSchema, std::vector{nuv::WithoutPlace(error)},
-                          ExitCode::Usage);
-    }
+        return Report(report, kConvertSchema, UsageError(objection), ExitCode::Usage);
     const nuv::ReadResult reading = ReadModel(options.source, Show::Warnings);
     if (!reading.Ok())
         return WriteError(report, kConvertSchema, reading.diagnostics,

@@ -1,5 +1,7 @@
 #include "Output.hpp"
 
+#include "Input.hpp"
+
 #include "Nuv/Report/JsonReport.hpp"
 
 #include <fmt/core.h>
@@ -12,6 +14,7 @@
 #include <memory>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace nuvlp
 {
@@ -108,6 +111,23 @@ Option JsonOption(Output& output, std::string_view what)
     return {.names = {"--json"},
             .text = fmt::format("Write the {} as JSON, for programs", what),
             .target = &output.json};
+}
+
+nuv::Error UsageError(std::string text, std::string hint)
+{
+    return {"usage", std::move(text), std::move(hint), "", 0, 0};
+}
+
+ExitCode Report(const Output& output, std::string_view schema, const nuv::Error& error,
+                ExitCode code)
+{
+    const std::vector failure{nuv::WithoutPlace(error)};
+    if (error.code == "usage")
+        fmt::print(stderr, "nuvlp: {}\n{}{}", error.text, error.hint,
+                   error.hint.empty() ? "" : "\n");
+    else
+        PrintDiagnostics(failure, Show::Errors);
+    return WriteError(output, schema, failure, code);
 }
 
 ExitCode WriteError(const Output& output, std::string_view schema,

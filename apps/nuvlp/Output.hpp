@@ -34,6 +34,13 @@ struct Output
 /// @return CannotWrite, with a message on stderr, or else `otherwise`.
 [[nodiscard]] ExitCode WriteTo(const std::string& path, std::string_view text, ExitCode otherwise);
 
+/// That a call is wrong in what only the verb can tell.
+[[nodiscard]] nuv::Error UsageError(std::string text, std::string hint = {});
+
+/// Tells people of an error and does what WriteError does.
+[[nodiscard]] ExitCode Report(const Output& output, std::string_view schema,
+                              const nuv::Error& error, ExitCode code);
+
 /// What a verb does about an error that people have been told of: with --json the error is a result
 /// of the schema, in the place of the one that was asked for.
 /// @return CannotWrite or `code`.

@@ -49,13 +49,9 @@ ExitCode ExitCodeOfJudgement(nuv::Judgement judgement)
 ExitCode Run(const ProveArguments& options)
 {
     if (options.source.file == "-" && options.solution == "-")
-    {
-        const nuv::Error error{
-            "usage", "only one of model and solution can come from standard input", "", "", 0, 0};
-        std::fprintf(stderr, "nuvlp: %s\n", error.text.c_str());
-        return WriteError(options.output, nuv::kProofSchema, std::vector{nuv::WithoutPlace(error)},
-                          ExitCode::Usage);
-    }
+        return Report(options.output, nuv::kProofSchema,
+                      UsageError("only one of model and solution can come from standard input"),
+                      ExitCode::Usage);
     const nuv::ReadResult reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
@@ -63,11 +59,8 @@ ExitCode Run(const ProveArguments& options)
                           ExitCodeOf(reading.GetError()));
     const nuv::Result<std::string> text = nuv::ReadTextFile(options.solution);
     if (!text)
-    {
-        const std::vector failure{nuv::WithoutPlace(text.GetError())};
-        PrintDiagnostics(failure, Show::Errors);
-        return WriteError(options.output, nuv::kProofSchema, failure, ExitCodeOf(text.GetError()));
-    }
+        return Report(options.output, nuv::kProofSchema, text.GetError(),
+                      ExitCodeOf(text.GetError()));
     const nuv::ClaimReadResult claim =
         nuv::ReadClaim(*text, nuv::DisplayName(options.solution), *reading.model,
                        nuv::FromWord<nuv::ClaimedStatus>(options.claim), options.numbers);

@@ -41,11 +41,6 @@ struct RepairArguments
     bool quiet = false;
 };
 
-nuv::Error UsageError(std::string text, std::string hint)
-{
-    return {"usage", std::move(text), std::move(hint), "", 0, 0};
-}
-
 /// Gives the row and the variable of a name, of which there is one at least, a weight.
 std::optional<nuv::Error> Weigh(const nuv::Model& model, const std::string& name, double weight,
                                 nuv::RepairOptions& repair)
@@ -97,13 +92,6 @@ nuv::Result<nuv::RepairOptions> RepairOptionsOf(const nuv::Model& model,
     return repair;
 }
 
-ExitCode Report(const RepairArguments& options, const nuv::Error& error, ExitCode code)
-{
-    const std::vector failure{nuv::WithoutPlace(error)};
-    PrintDiagnostics(failure, Show::Errors);
-    return WriteError(options.output, nuv::kRepairSchema, failure, code);
-}
-
 ExitCode ExitCodeOfStatus(const nuv::RepairResult& repair, bool exitStatus)
 {
     if (repair.status == nuv::Status::Optimal)
@@ -152,11 +140,11 @@ ExitCode Run(const RepairArguments& options)
     const nuv::Model& model = *reading.model;
     const nuv::Result<nuv::RepairOptions> asked = RepairOptionsOf(model, options);
     if (!asked)
-        return Report(options, asked.GetError(), ExitCode::Usage);
+        return Report(options.output, nuv::kRepairSchema, asked.GetError(), ExitCode::Usage);
     CatchInterrupts();
     const nuv::RepairResult repair = nuv::Repair(model, *asked);
     if (repair.status == nuv::Status::Invalid)
-        return Report(options, repair.failure, ExitCode::Internal);
+        return Report(options.output, nuv::kRepairSchema, repair.failure, ExitCode::Internal);
     ExitCode code =
         WriteTo(options.output.path,
                 options.output.json ? nuv::RepairJson(model, repair, reading.diagnostics)

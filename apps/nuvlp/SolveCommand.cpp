@@ -165,11 +165,7 @@ ExitCode Run(const SolveArguments& options)
     CatchInterrupts();
     const nuv::Solution solution = Solve(*reading.model, std::move(start.basis), options);
     if (solution.status == nuv::Status::Invalid)
-    {
-        const std::vector failure{nuv::WithoutPlace(solution.failure)};
-        PrintDiagnostics(failure, Show::Errors);
-        return WriteError(options.output, nuv::kResultSchema, failure, ExitCode::Internal);
-    }
+        return Report(options.output, nuv::kResultSchema, solution.failure, ExitCode::Internal);
     const nuv::Detail detail = options.quiet ? nuv::Detail::Verdict : nuv::Detail::Full;
     const std::string report = options.output.json
                                    ? nuv::JsonReport(*reading.model, solution, reading.diagnostics)

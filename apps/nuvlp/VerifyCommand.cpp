@@ -73,19 +73,11 @@ std::string VerificationJson(const nuv::Model& model, const Verification& result
     return json.Close('}').Finish();
 }
 
-ExitCode Report(const VerifyArguments& options, const nuv::Error& error, ExitCode code)
-{
-    const std::vector failure{nuv::WithoutPlace(error)};
-    PrintDiagnostics(failure, Show::Errors);
-    return WriteError(options.output, kVerifySchema, failure, code);
-}
-
 ExitCode Run(const VerifyArguments& options)
 {
     if (options.source.file == "-" && options.certificate == "-")
-        return Report(options,
-                      {"usage", "only one of model and certificate can come from standard input",
-                       "", "", 0, 0},
+        return Report(options.output, kVerifySchema,
+                      UsageError("only one of model and certificate can come from standard input"),
                       ExitCode::Usage);
     const nuv::ReadResult reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
@@ -94,11 +86,11 @@ ExitCode Run(const VerifyArguments& options)
                           ExitCodeOf(reading.GetError()));
     const nuv::Result<std::string> text = nuv::ReadTextFile(options.certificate);
     if (!text)
-        return Report(options, text.GetError(), ExitCodeOf(text.GetError()));
+        return Report(options.output, kVerifySchema, text.GetError(), ExitCodeOf(text.GetError()));
     const nuv::Result<nuv::vipr::Certificate> certificate =
         nuv::vipr::Read(*text, nuv::DisplayName(options.certificate));
     if (!certificate)
-        return Report(options, certificate.GetError(), ExitCode::BadModel);
+        return Report(options.output, kVerifySchema, certificate.GetError(), ExitCode::BadModel);
     const Stopwatch stopwatch;
     const Verification result = nuv::vipr::Verify(*reading.model, options.numbers, *certificate);
     const double seconds = stopwatch.Seconds();

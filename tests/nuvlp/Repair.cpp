@@ -97,8 +97,8 @@ TEST(RepairCommand, RefusesWeightsAndNamesThatMeanNothing)
 {
     const Outcome unknown = RunNuvlp("repair --keep q -", kShort);
     EXPECT_EQ(unknown.exitCode, 64);
-    EXPECT_EQ(unknown.err, "error: the model has no row and no variable 'q' [usage]\n"
-                           "  hint: names count in their letter case\n");
+    EXPECT_EQ(unknown.err, "nuvlp: the model has no row and no variable 'q'\n"
+                           "names count in their letter case\n");
     for (const std::string weight : {"y", "y=", "y=0", "y=-1", "y=inf", "y=nan", "y=2z", "=2"})
         EXPECT_EQ(RunNuvlp("repair --weight " + weight + " -", kShort).exitCode, 64) << weight;
     const Outcome json = RunNuvlp("repair --json --weight y=0 -", kShort);

@@ -45,25 +45,17 @@ struct BatchArguments
     bool quiet = false;
 };
 
-nuv::Error UsageError(std::string text, std::string hint)
-{
-    return {"usage", std::move(text), std::move(hint), "", 0, 0};
-}
-
-/// For programs an error is a line on standard output; the file of the results, which tells by
-/// being there that a part is done, is not made.
-ExitCode Fail(const BatchArguments& options, const std::vector<nuv::Diagnostic>& diagnostics,
-              ExitCode code)
+/// For programs an error is a line on standard output: the file of the results tells by being there
+/// that a part is done.
+Output ErrorsOf(const BatchArguments& options)
 {
     const bool isFile = !options.output.path.empty() && options.output.path != "-";
-    return isFile ? code : WriteError(options.output, kScenarioSchema, diagnostics, code);
+    return {"", options.output.json && !isFile};
 }
 
 ExitCode Report(const BatchArguments& options, const nuv::Error& error, ExitCode code)
 {
-    const std::vector diagnostics{nuv::WithoutPlace(error)};
-    PrintDiagnostics(diagnostics, Show::Errors);
-    return Fail(options, diagnostics, code);
+    return Report(ErrorsOf(options), kScenarioSchema, error, code);
 }
 
 /// Part `part` of `parts`, from 1.
@@ -271,8 +263,7 @@ ExitCode SolveTable(const BatchArguments& options, const nuv::Model& model,
     const std::optional<std::string> lines = SolveScenarios(run);
     counter.reset();
     if (!lines)
-        return Report(options, UsageError("interrupted; nothing is written", ""),
-                      ExitCode::Stopped);
+        return Report(options, UsageError("interrupted; nothing is written"), ExitCode::Stopped);
     // Parts that are put together have one first line.
     return WriteTo(options.output.path, (shard.part == 1 ? writer.Head() : "") + *lines,
                    ExitCode::Success);
@@ -282,8 +273,7 @@ ExitCode Run(const BatchArguments& options)
 {
     const std::optional<Shard> shard = options.shard.empty() ? Shard{} : ShardOf(options.shard);
     if (!shard)
-        return Report(options, UsageError("--shard takes PART/PARTS, as in 2/8", ""),
-                      ExitCode::Usage);
+        return Report(options, UsageError("--shard takes PART/PARTS, as in 2/8"), ExitCode::Usage);
     const bool isPart = !options.shard.empty() && !options.output.path.empty();
     if (isPart && std::filesystem::exists(options.output.path))
     {
@@ -291,10 +281,15 @@ ExitCode Run(const BatchArguments& options)
             fmt::print(stderr, "nuvlp: '{}' is there already\n", options.output.path);
         return ExitCode::Success;
     }
+    if (options.source.file == "-" && options.table == "-")
+        return Report(options,
+                      UsageError("only one of model and table can come from standard input"),
+                      ExitCode::Usage);
     const nuv::ReadResult reading =
         ReadModel(options.source, options.quiet ? Show::Errors : Show::Warnings);
     if (!reading.Ok())
-        return Fail(options, reading.diagnostics, ExitCodeOf(reading.GetError()));
+        return WriteError(ErrorsOf(options), kScenarioSchema, reading.diagnostics,
+                          ExitCodeOf(reading.GetError()));
     const nuv::Result<std::string> text = nuv::ReadTextFile(options.table);
     if (!text)
         return Report(options, text.GetError(), ExitCodeOf(text.GetError()));
