@@ -166,6 +166,20 @@ TEST(BatchCommand, SaysWhatIsWrongWithATable)
     EXPECT_NE(fault("{\"cost:x\": [1]}\n").find("'cost:x' has an array"), std::string::npos);
     EXPECT_NE(fault("{\"cost:x\": 1}\n7\n").find("<stdin>:2: error: this is no JSON object"),
               std::string::npos);
+    EXPECT_NE(fault("cost:x\n1e400\n").find("'1e400' is beyond the largest double"),
+              std::string::npos);
+    EXPECT_NE(fault("cost:x,cost:x\n1,2\n").find("a second column 'cost:x'"), std::string::npos);
+    EXPECT_NE(fault("cost:x;cost:y\n1;2\n").find("cells are separated by commas"),
+              std::string::npos);
+    // An infinity that the model has no place for would spoil the scenarios behind it too.
+    for (const char* const wrong :
+         {"cost:x\ninf\n", "lower:x\ninf\n", "upper:x\n-inf\n", "side:same\ninf\n",
+          "side:first\n-inf\n", "row-lower:range\ninf\n", "row-upper:range\n-inf\n"})
+        EXPECT_NE(fault(wrong).find("<stdin>:2: error: '"), std::string::npos) << wrong;
+    EXPECT_EQ(Batch("side:first,lower:x\ninf,-inf\n", "--value x").out,
+              "scenario,verdict,proved,objective,x\n1,optimal,yes,18,6\n");
+    EXPECT_EQ(RunNuvlp("batch - -").err,
+              "nuvlp: only one of model and table can come from standard input\n");
     EXPECT_NE(fault("\n").find("<stdin>: error: there is no table in this file"),
               std::string::npos);
     EXPECT_EQ(Batch("cost:x\n1\n", "--shard 3/2").exitCode, 64);

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <exception>
 #include <mutex>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -34,19 +35,17 @@ public:
             m_rows.push_back(*base.FindRow(base.RowName(i)));
     }
 
-    /// Calls `use(model)` with the numbers of the scenario.
-    /// @return false, without the call, where the model refuses one of them.
+    /// Calls `use(model)` with the numbers of the scenario, which the table has of the kinds that
+    /// the model takes.
     template <class Use>
-    bool With(std::size_t scenario, Use&& use)
+    void With(std::size_t scenario, Use&& use)
     {
-        bool isTaken = true;
         for (std::size_t k = 0; k != m_table.columns.size(); ++k)
             if (const std::optional<double> value = m_table.Cell(scenario, k))
-                isTaken &= Replace(m_table.columns[k], *value);
-        if (isTaken)
-            use(std::as_const(m_model));
+                if (!Replace(m_table.columns[k], *value))
+                    throw std::logic_error("a number of the table is none of the model");
+        use(std::as_const(m_model));
         Restore(scenario);
-        return isTaken;
     }
 
 private:
@@ -111,13 +110,13 @@ struct Shared
     std::exception_ptr failure;
 };
 
-/// Each scenario by itself; that whose numbers the model refuses is Invalid.
+/// Each scenario by itself.
 void SolveOneByOne(const ScenarioRun& run, Replacing& replacing, std::size_t first,
                    std::vector<nuv::Solution>& solutions)
 {
     for (nuv::Solution& solution : solutions)
-        (void)replacing.With(first++, [&](const nuv::Model& model)
-                             { solution = nuv::Solve(model, run.options); });
+        replacing.With(first++,
+                       [&](const nuv::Model& model) { solution = nuv::Solve(model, run.options); });
 }
 
 /// All of them side by side.
@@ -125,13 +124,9 @@ void SolveInLanes(const ScenarioRun& run, Replacing& replacing, std::size_t firs
                   std::vector<nuv::Solution>& solutions)
 {
     nuv::SinglePrecisionBatch batch(run.options);
-    std::vector<std::size_t> taken;
     for (std::size_t k = 0; k != solutions.size(); ++k)
-        if (replacing.With(first + k, [&](const nuv::Model& model) { batch.Take(model); }))
-            taken.push_back(k);
-    std::vector<nuv::Solution> found = batch.Solve();
-    for (std::size_t k = 0; k != taken.size(); ++k)
-        solutions[taken[k]] = std::move(found[k]);
+        replacing.With(first + k, [&](const nuv::Model& model) { batch.Take(model); });
+    solutions = batch.Solve();
 }
 
 void SolveSome(Shared& shared)

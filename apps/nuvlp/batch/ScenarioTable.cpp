@@ -1,10 +1,11 @@
 #include "apps/nuvlp/batch/ScenarioTable.hpp"
 
+#include "Nuv/Io/NumberText.hpp"
 #include "Nuv/Report/JsonReader.hpp"
 
 #include <fmt/core.h>
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
 #include <unordered_map>
 #include <utility>
@@ -66,18 +67,46 @@ std::string_view WithoutBlanks(std::string_view text)
     return text;
 }
 
-/// @return nothing for what is no number.
-std::optional<double> NumberOf(std::string_view text)
+/// What a cell says: nothing, a number, or why it is none.
+struct Cell
+{
+    std::optional<double> value = {};
+    std::string fault = {};
+};
+
+Cell ReadCell(std::string_view text)
 {
     text = WithoutBlanks(text);
+    if (text.empty())
+        return {};
     if (text.starts_with('+'))
         text.remove_prefix(1);
     double value = 0.0;
     const char* const end = text.data() + text.size();
-    const auto [at, fault] = std::from_chars(text.data(), end, value);
+    const auto [at, fault] = nuv::ReadDouble(text.data(), end, value);
+    if (fault == std::errc::result_out_of_range && at == end)
+        return {{},
+                nuv::IsBelowDoubles(text) ? "is nearer to 0 than any double"
+                                          : "is beyond the largest double"};
     if (text.empty() || fault != std::errc() || at != end || std::isnan(value))
-        return std::nullopt;
-    return value;
+        return {{}, "is not a number"};
+    return {value, {}};
+}
+
+/// Why the model cannot take an infinity in a place; empty if it can.
+std::string_view Objection(const Replacement& to, double value, const nuv::Model& model)
+{
+    const bool isLower = to.what == Replaced::VariableLower || to.what == Replaced::RowLower ||
+                         (to.what == Replaced::Side && std::isinf(model.RowUpper()[to.at]));
+    if (!std::isinf(value))
+        return {};
+    if (to.what == Replaced::Cost)
+        return "is no cost: costs are finite";
+    if (to.what == Replaced::Side && model.RowLower()[to.at] == model.RowUpper()[to.at])
+        return "is no side of an equation: that is finite";
+    if (isLower && value > 0.0)
+        return "is no lower side or bound";
+    return !isLower && value < 0.0 ? "is no upper side or bound" : "";
 }
 
 /// A row with two different sides, or none, has no one side to replace.
@@ -162,11 +191,17 @@ public:
     std::optional<nuv::Error> Put(std::optional<std::size_t> column, std::string_view cell)
     {
         if (!column)
+        {
             m_table.labels.back() = cell;
-        else if (const std::optional<double> value = NumberOf(cell))
-            m_rows.back().emplace_back(*column, *value);
-        else if (!WithoutBlanks(cell).empty())
-            return m_place.Error("table.number", fmt::format("'{}' is not a number", cell));
+            return std::nullopt;
+        }
+        const Cell read = ReadCell(cell);
+        const std::string_view objection =
+            read.value ? Objection(m_table.columns[*column], *read.value, m_model) : read.fault;
+        if (!objection.empty())
+            return m_place.Error("table.number", fmt::format("'{}' {}", cell, objection));
+        if (read.value)
+            m_rows.back().emplace_back(*column, *read.value);
         return std::nullopt;
     }
 
@@ -187,6 +222,28 @@ private:
     std::vector<std::vector<std::pair<std::size_t, double>>> m_rows;
 };
 
+/// The columns of the first line, each named once.
+nuv::Result<std::vector<std::optional<std::size_t>>> ReadHeader(const Cells& cells,
+                                                                Builder& builder)
+{
+    std::vector<std::optional<std::size_t>> columns;
+    for (const std::string& cell : cells)
+    {
+        const std::string name(WithoutBlanks(cell));
+        const auto column = builder.ColumnOf(name);
+        if (!column && cells.size() == 1 && name.find_first_of(";\t") != std::string::npos)
+            return builder.At().Error("table.separator", "this line has no comma",
+                                      "cells are separated by commas");
+        if (!column)
+            return column.GetError();
+        if (std::ranges::find(columns, *column) != columns.end())
+            return builder.At().Error("table.repeated-column",
+                                      fmt::format("a second column '{}'", name));
+        columns.push_back(*column);
+    }
+    return columns;
+}
+
 nuv::Result<ScenarioTable> ReadCsv(std::string_view text, Builder builder)
 {
     std::vector<std::optional<std::size_t>> columns;
@@ -199,20 +256,19 @@ nuv::Result<ScenarioTable> ReadCsv(std::string_view text, Builder builder)
             return builder.At().Error("table.quote", "a quote is not closed");
         if (builder.At().line == 1)
         {
-            for (const std::string& name : *cells)
-            {
-                const auto column = builder.ColumnOf(std::string(WithoutBlanks(name)));
-                if (!column)
-                    return column.GetError();
-                columns.push_back(*column);
-            }
+            nuv::Result<std::vector<std::optional<std::size_t>>> named =
+                ReadHeader(*cells, builder);
+            if (!named)
+                return named.GetError();
+            columns = *std::move(named);
             continue;
         }
         if (WithoutBlanks(line).empty())
             continue;
         if (cells->size() != columns.size())
-            return builder.At().Error("table.cells", fmt::format("{} cells instead of {}",
-                                                                 cells->size(), columns.size()));
+            return builder.At().Error(
+                "table.cells", fmt::format("{} cells instead of {}", cells->size(), columns.size()),
+                "numbers have a decimal point; a cell with a comma stands in quotes");
         builder.BeginScenario();
         for (std::size_t k = 0; k != columns.size(); ++k)
             if (std::optional<nuv::Error> error = builder.Put(columns[k], (*cells)[k]))
