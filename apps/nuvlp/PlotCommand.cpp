@@ -5,8 +5,15 @@
 #include "Output.hpp"
 
 #include "apps/nuvlp/plot/Picture.hpp"
+#include "Nuv/Io/LetterCase.hpp"
 
+#include <fmt/core.h>
+
+#include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <string>
+#include <string_view>
 
 namespace nuvlp
 {
@@ -21,6 +28,15 @@ struct PlotArguments
     nuv::CoefficientMeaning numbers = nuv::CoefficientMeaning::ShortestDecimal;
 };
 
+/// Another program would take the file for what its name says.
+void WarnOfOtherFormat(const std::string& path)
+{
+    const std::string ending = std::filesystem::path(path).extension().string();
+    for (const std::string_view other : {".png", ".jpg", ".jpeg", ".gif", ".pdf", ".eps"})
+        if (nuv::EqualsIgnoringCase(ending, other))
+            fmt::print(stderr, "nuvlp: {} is written as SVG, which its name does not say\n", path);
+}
+
 ExitCode Run(const PlotArguments& options)
 {
     const nuv::ReadResult reading = ReadModel(options.source, Show::Warnings);
@@ -34,6 +50,7 @@ ExitCode Run(const PlotArguments& options)
     solve.limits.keepGoing = [](const nuv::Progress&) { return !IsInterrupted(); };
     const nuv::Solution solution = nuv::Solve(*reading.model, solve);
     const bool isStopped = solution.status == nuv::Status::Stopped;
+    WarnOfOtherFormat(options.output);
     return WriteTo(options.output, nuv::DrawPicture(*reading.model, solution),
                    isStopped ? ExitCode::Stopped : ExitCode::Success);
 }

@@ -39,6 +39,14 @@ TEST(PlotCommand, DrawsWhateverTheVerdict)
     EXPECT_EQ(RunNuvlp("plot --time-limit 0 textbook/wyndor.lp").exitCode, 4);
 }
 
+TEST(PlotCommand, SaysSoWhereANameIsOfAnotherFormat)
+{
+    const Outcome other = RunNuvlp("plot -o " + Scratch("a.PNG") + " textbook/wyndor.lp");
+    EXPECT_EQ(other.exitCode, 0);
+    EXPECT_NE(other.err.find("a.PNG is written as SVG"), std::string::npos) << other.err;
+    EXPECT_EQ(RunNuvlp("plot -o " + Scratch("a.svg") + " textbook/wyndor.lp").err, "");
+}
+
 TEST(PlotCommand, HasAMessageForEveryKindOfBadInput)
 {
     EXPECT_EQ(RunNuvlp("plot none.lp").exitCode, 66);
