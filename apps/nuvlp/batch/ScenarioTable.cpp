@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <unordered_map>
 #include <utility>
 
@@ -39,23 +40,43 @@ std::string_view TakeLine(std::string_view& text)
     return line;
 }
 
-/// The cells of a line; in quotes a comma is a comma and two quotes are one.
-std::optional<Cells> SplitCells(std::string_view line)
+/// Takes a cell off the line, with the comma behind it; in quotes a comma is a comma and two quotes
+/// are one. @return false where a quote is not closed.
+bool TakeCell(std::string_view& line, std::string& cell)
 {
-    Cells cells(1);
     bool isQuoted = false;
-    for (std::size_t k = 0; k != line.size(); ++k)
+    std::size_t k = 0;
+    while (k != line.size() && line[k] != ',' && line[k] != '"')
+        ++k;
+    cell.assign(line.substr(0, k));
+    for (; k != line.size() && (isQuoted || line[k] != ','); ++k)
     {
         if (line[k] == '"' && isQuoted && k + 1 != line.size() && line[k + 1] == '"')
-            cells.back() += line[k++];
+            cell += line[k++];
         else if (line[k] == '"')
             isQuoted = !isQuoted;
-        else if (line[k] == ',' && !isQuoted)
-            cells.emplace_back();
         else
-            cells.back() += line[k];
+            cell += line[k];
     }
-    return isQuoted ? std::nullopt : std::optional(std::move(cells));
+    line.remove_prefix(k);
+    return !isQuoted;
+}
+
+/// Fills `cells`, which keeps its storage from line to line. @return as TakeCell does.
+bool SplitCells(std::string_view line, Cells& cells)
+{
+    std::size_t count = 0;
+    for (bool isMore = true; isMore; ++count)
+    {
+        if (count == cells.size())
+            cells.emplace_back();
+        if (!TakeCell(line, cells[count]))
+            return false;
+        isMore = !line.empty();
+        line.remove_prefix(isMore ? 1 : 0);
+    }
+    cells.resize(count);
+    return true;
 }
 
 std::string_view WithoutBlanks(std::string_view text)
@@ -177,13 +198,14 @@ public:
         const nuv::Result<Replacement> made = ReplacementOf(name, m_model, m_place);
         if (!made)
             return made.GetError();
+        Widen();
         m_table.columns.push_back(*made);
         return std::optional(known->second);
     }
 
     void BeginScenario()
     {
-        m_rows.emplace_back();
+        m_table.cells.resize(m_table.cells.size() + m_table.columns.size(), kNoNumber);
         m_table.labels.push_back(std::to_string(m_table.labels.size() + 1));
     }
 
@@ -201,25 +223,32 @@ public:
         if (!objection.empty())
             return m_place.Error("table.number", fmt::format("'{}' {}", cell, objection));
         if (read.value)
-            m_rows.back().emplace_back(*column, *read.value);
+            m_table.cells[m_table.cells.size() - m_table.columns.size() + *column] = *read.value;
         return std::nullopt;
     }
 
     ScenarioTable Finish()
     {
-        m_table.cells.resize(m_rows.size() * m_table.columns.size());
-        for (std::size_t k = 0; k != m_rows.size(); ++k)
-            for (const auto& [column, value] : m_rows[k])
-                m_table.cells[k * m_table.columns.size() + column] = value;
         return std::move(m_table);
     }
 
 private:
+    static constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+
+    /// Makes room for one more column in the scenarios that there are.
+    void Widen()
+    {
+        const std::size_t had = m_table.columns.size();
+        std::vector<double> wider(m_table.labels.size() * (had + 1), kNoNumber);
+        for (std::size_t k = 0; k != m_table.cells.size(); ++k)
+            wider[k + k / had] = m_table.cells[k];
+        m_table.cells = std::move(wider);
+    }
+
     const nuv::Model& m_model;
     Place m_place;
     ScenarioTable m_table;
     std::unordered_map<std::string, std::size_t> m_columns;
-    std::vector<std::vector<std::pair<std::size_t, double>>> m_rows;
 };
 
 /// The columns of the first line, each named once.
@@ -247,17 +276,16 @@ nuv::Result<std::vector<std::optional<std::size_t>>> ReadHeader(const Cells& cel
 nuv::Result<ScenarioTable> ReadCsv(std::string_view text, Builder builder)
 {
     std::vector<std::optional<std::size_t>> columns;
+    Cells cells;
     while (!text.empty())
     {
         ++builder.At().line;
         const std::string_view line = TakeLine(text);
-        const std::optional<Cells> cells = SplitCells(line);
-        if (!cells)
+        if (!SplitCells(line, cells))
             return builder.At().Error("table.quote", "a quote is not closed");
         if (builder.At().line == 1)
         {
-            nuv::Result<std::vector<std::optional<std::size_t>>> named =
-                ReadHeader(*cells, builder);
+            nuv::Result<std::vector<std::optional<std::size_t>>> named = ReadHeader(cells, builder);
             if (!named)
                 return named.GetError();
             columns = *std::move(named);
@@ -265,13 +293,13 @@ nuv::Result<ScenarioTable> ReadCsv(std::string_view text, Builder builder)
         }
         if (WithoutBlanks(line).empty())
             continue;
-        if (cells->size() != columns.size())
+        if (cells.size() != columns.size())
             return builder.At().Error(
-                "table.cells", fmt::format("{} cells instead of {}", cells->size(), columns.size()),
+                "table.cells", fmt::format("{} cells instead of {}", cells.size(), columns.size()),
                 "numbers have a decimal point; a cell with a comma stands in quotes");
         builder.BeginScenario();
         for (std::size_t k = 0; k != columns.size(); ++k)
-            if (std::optional<nuv::Error> error = builder.Put(columns[k], (*cells)[k]))
+            if (std::optional<nuv::Error> error = builder.Put(columns[k], cells[k]))
                 return *error;
     }
     return builder.Finish();

@@ -7,6 +7,7 @@
 #include "Nuv/Model/Error.hpp"
 #include "Nuv/Model/Model.hpp"
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -37,8 +38,8 @@ struct Replacement
 struct ScenarioTable
 {
     std::vector<Replacement> columns;
-    std::vector<std::string> labels;           ///< by scenario; its number, from 1, without one
-    std::vector<std::optional<double>> cells;  ///< scenario after scenario
+    std::vector<std::string> labels;  ///< by scenario; its number, from 1, without one
+    std::vector<double> cells;        ///< scenario after scenario; NaN where one is empty
 
     [[nodiscard]] std::size_t Count() const noexcept
     {
@@ -46,7 +47,8 @@ struct ScenarioTable
     }
     [[nodiscard]] std::optional<double> Cell(std::size_t scenario, std::size_t column) const
     {
-        return cells[scenario * columns.size() + column];
+        const double value = cells[scenario * columns.size() + column];
+        return std::isnan(value) ? std::nullopt : std::optional(value);
     }
 };
 
