@@ -199,6 +199,15 @@ def warm_block(records):
     return table(title, rows) + f"\nThe geometric mean of the ratios of {len(models)} models is {mean:.3f}.\n"
 
 
+def scenarios_block(records):
+    rows = []
+    for r in records["scenarios"]:
+        one, two = r["seconds"]
+        rows.append([r["name"], f"{one:.2f} s", f"{two:.2f} s", f"{one / two:.2f}", time(one / r["count"])])
+    title = "answers | one thread:| two threads:| times as fast:| a scenario, one thread:"
+    return table(title, rows)
+
+
 def wrong_block(records):
     def share(record, what):
         return f"{number(100 * record[what] / record['problems'], 2)} %"
@@ -221,6 +230,7 @@ BLOCKS = {
               "infeasible": models_block("infeasible", False), "textbook": textbook_block},
     "limit": {"limits": limits_block},
     "warm": {"warm": warm_block},
+    "scenarios": {"scenarios": scenarios_block},
     "small": {"small": small.small_block},
     "building": {"building": small.building_block},
     "wrong": {"wrong": wrong_block},
