@@ -1,5 +1,6 @@
 # The model layer: general linear programs as people write them, above the core. It may use libraries,
 # which the core may not. Each room stands below those that use it.
+include(cmake/NuvCommandAlone.cmake)
 include(cmake/NuvRoom.cmake)
 foreach(room Algebra Model Io SparseSimplex Io/Basis Certificate Vipr Exact Solve Report CInterface)
     add_subdirectory(Nuv/${room})
