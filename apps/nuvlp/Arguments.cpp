@@ -120,18 +120,43 @@ void AddOption(CLI::App& app, const Option& option)
             ->type_name(option.value);
 }
 
-void AddArguments(CLI::App& app, const Verb& verb)
+/// Whether a word may name the option: it begins as a long name, or has the letter of a short one.
+bool IsMentioned(const Option& option, const std::vector<std::string>& words)
+{
+    for (const std::string& word : words)
+        for (const std::string& name : option.names)
+        {
+            if (name.starts_with("--") ? word.starts_with(name)
+                                       : word.starts_with('-') && word.find(name[1]) != word.npos)
+                return true;
+        }
+    return false;
+}
+
+/// An option that no word mentions need not be known: telling the parser of all of them would take
+/// as long as solving a small model.
+void AddArguments(CLI::App& app, const Verb& verb, const std::vector<std::string>& words)
 {
     for (const Option& option : verb.positionals)
     {
         AddOption(app, option);
         app.get_option(option.names.front())->required(!option.isOptional);
     }
+    std::vector<const Option*> options;
     for (const Option& option : verb.options)
-        AddOption(app, option);
-    for (const Option& option : verb.options)
-        for (const std::string& other : option.excludes)
-            app.get_option(option.names.back())->excludes(app.get_option(other));
+    {
+        if (IsMentioned(option, words))
+            options.push_back(&option);
+    }
+    for (const Option* const option : options)
+        AddOption(app, *option);
+    for (const Option* const option : options)
+        for (const std::string& other : option->excludes)
+        {
+            CLI::Option* const excluded = app.get_option_no_throw(other);
+            if (excluded != nullptr)
+                app.get_option(option->names.back())->excludes(excluded);
+        }
 }
 
 /// What is wrong with a call, in words of our own where the parser's would puzzle.
@@ -224,7 +249,7 @@ ExitCode RunVerb(const Command& command, const Verb& verb, int argc, char** argv
     CLI::App app(verb.text, command.name + " " + verb.name);
     app.allow_extras();
     app.set_help_flag("-h,--help");
-    AddArguments(app, verb);
+    AddArguments(app, verb, words);
     std::string text;
     try
     {

@@ -4,20 +4,30 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <string_view>
 
 namespace
 {
 
+void AddVerbs(nuvlp::Command& command)
+{
+    using namespace nuvlp;
+    for (Verb (*const make)() : {SolveVerb, BatchVerb, CheckVerb, ConvertVerb, PlotVerb, ProveVerb,
+                                 VerifyVerb, RepairVerb, SelftestVerb})
+        command.verbs.push_back(make());
+    for (Verb (*const make)(const Command&) : {CompletionVerb, ManVerb, HelpVerb})
+        command.verbs.push_back(make(command));
+}
+
 nuvlp::ExitCode Run(int argc, char** argv)
 {
     nuvlp::Command command{"nuvlp", NUVLP_VERSION, "Reads, solves and proves linear programs.", {}};
-    command.verbs = {nuvlp::SolveVerb(),     nuvlp::BatchVerb(),
-                     nuvlp::CheckVerb(),     nuvlp::ConvertVerb(),
-                     nuvlp::PlotVerb(),      nuvlp::ProveVerb(),
-                     nuvlp::VerifyVerb(),    nuvlp::RepairVerb(),
-                     nuvlp::SelftestVerb(),  nuvlp::CompletionVerb(command),
-                     nuvlp::ManVerb(command)};
-    command.verbs.push_back(nuvlp::HelpVerb(command));
+    // The verb that nearly all calls are for needs none of the others.
+    const std::string_view word = argc > 1 ? argv[1] : "";
+    if (word == "solve")
+        command.verbs.push_back(nuvlp::SolveVerb());
+    else
+        AddVerbs(command);
     return nuvlp::RunCommand(command, argc, argv);
 }
 
