@@ -125,7 +125,6 @@ bool ExactSimplex::Factorise()
         std::ranges::all_of(m_evaluation.head, [&](Index variable) { return isBasic[variable]; }))
     {
         m_head = m_evaluation.head;
-        // same bits: a stop is final, and asked about again
         return !m_control.IsStopped();
     }
     m_evaluation.Forget();
@@ -135,7 +134,6 @@ bool ExactSimplex::Factorise()
     for (const Index variable : m_head)
         m_status[variable] = BasisStatus::Basic;
     m_evaluation.head = m_head;
-    // same bits: a stop is final, and asked about again
     return !m_control.IsStopped();
 }
 

@@ -26,11 +26,17 @@ class Places:
     def __init__(self, core):
         self.root = core.root
         self.files = {(core.root / file).resolve(): file for file in core.files}
+        self.names = {}  # the same by the names that clang gives them; None of other files
         self.lines = {file: (core.root / file).read_text().split("\n") for file in core.files}
         self.functions = {}  # by file and line, the innermost
 
     def file_of(self, location):
-        return self.files.get(Path(location.file.name).resolve()) if location.file else None
+        if not location.file:
+            return None
+        name = location.file.name
+        if name not in self.names:
+            self.names[name] = self.files.get(Path(name).resolve())
+        return self.names[name]
 
     def add_functions(self, cursor):
         for child in cursor.get_children():
