@@ -51,9 +51,7 @@ Integer DixonSolver::Assemble(const Digit& digit, std::size_t first, std::size_t
         Integer sum(0);
         for (std::size_t k = first + count; k-- > first;)
         {
-            // same bits (always, never): what is 0 adds nothing
-            if (sum != 0)
-                sum *= prime;
+            sum *= prime;
             sum += digit(k);
         }
         return sum;
@@ -63,9 +61,7 @@ Integer DixonSolver::Assemble(const Digit& digit, std::size_t first, std::size_t
         ++level;
     const std::size_t half = kLeaf << level;
     Integer sum = Assemble(digit, first + half, count - half);
-    // same bits (always, never): what is 0 adds nothing
-    if (sum != 0)
-        sum *= m_powers[level];
+    sum *= m_powers[level];
     return sum + Assemble(digit, first, half);
 }
 

@@ -109,7 +109,9 @@ void SparseLu<Field>::SubstituteBySums(const SparseVectors<Value>& across,
     const Index size = across.Count();
     for (Index done = 0; done < size; ++done)
     {
-        const Index step = direction == Direction::LastToFirst ? size - 1 - done : done;
+        Index step = done;
+        if constexpr (direction == Direction::LastToFirst)
+            step = size - 1 - done;
         Value& unknown = vector[m_order[step]];
         typename Field::ProductSum sum(m_field);
         const std::size_t end = across.start[step + 1];

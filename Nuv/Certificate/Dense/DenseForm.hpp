@@ -31,10 +31,6 @@ struct DenseForm
     {
         return variable >= columns;
     }
-    [[nodiscard]] double Entry(Index row, Index column) const noexcept
-    {
-        return matrix[std::size_t{row} * columns + column];
-    }
 };
 
 }  // namespace nuv
