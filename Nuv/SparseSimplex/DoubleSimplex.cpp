@@ -155,12 +155,11 @@ DoubleResult SolveInDoubles(ScalableForm& form, SolveControl& control)
         return result;
     SimplexState state(form.Scaled(), result.basis);
     state.Refactorise();
-    if (result.verdict == SimplexVerdict::Optimal)
-    {
-        if (IsOptimal(state))
-            return result;
+    const bool wasOptimal = result.verdict == SimplexVerdict::Optimal;
+    if (wasOptimal && IsOptimal(state))
+        return result;
+    if (wasOptimal)
         Repair(state, control);
-    }
     result.verdict = SolveInDoubles(state, control, &result.blocked);
     result.basis = state.ExportBasis();
     return result;

@@ -149,6 +149,26 @@ TEST(DixonSolver, FindsTheSameFractionsFromAnyGuessAtTheirDenominator)
     }
 }
 
+/// More digits than are multiplied one by one, and less than it takes to be asked whether to stop.
+TEST(DixonSolver, TakesLongNumbersAndStops)
+{
+    Random random(7);
+    const System system = RandomSystem(random, 3, 20, 4);
+    ASSERT_TRUE(system.isRegular);
+    ScaledVector right{std::vector<Integer>(3), {}, 1};
+    for (Integer& entry : right.value)
+        entry = Power(3, 6000) * random.Between(1, 99) + random.Between(1, 99);
+    DixonSolver solver(system.unknowns, system.factors, DixonSolver::Side::Forward);
+    ExactVector solution;
+    EXPECT_FALSE(solver.Solve(right, solution, [] { return true; }));
+    for (int round = 0; round < 2; ++round)  // the second knows the denominator
+    {
+        ASSERT_TRUE(solver.Solve(right, solution, [] { return false; }));
+        ASSERT_NO_FATAL_FAILURE(ExpectSolves(system, right, solution));
+        EXPECT_GT(solver.Steps(), 128U);
+    }
+}
+
 TEST(DixonSolver, TakesHalfOfTheDigitsFromARightGuess)
 {
     const auto never = [] { return false; };

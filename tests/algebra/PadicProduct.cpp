@@ -14,9 +14,11 @@ namespace
 
 constexpr std::uint64_t kPrime = 4611686018427387847u;
 
-/// Of all sizes, the greatest and the least among them.
+/// Of all sizes, the greatest, the least and none among them.
 std::int64_t DrawDigit(Random& random)
 {
+    if (random.OneIn(4))
+        return random.Between(-1, 1);
     constexpr auto kMost = static_cast<std::int64_t>(kPrime / 2);
     const std::int64_t magnitude =
         random.OneIn(3)

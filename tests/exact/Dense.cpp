@@ -300,6 +300,8 @@ TEST(Dense, DoesNotTakeRoundingForAContradiction)
         << "a number of 130 bits";
     EXPECT_FALSE(prove(MakeForm({0}, {{{-0x1p-126}, atLeastOne}, {{-1}, atLeastOne}})))
         << "a weight of 127 bits";
+    EXPECT_FALSE(prove(MakeForm({0}, {{{-0x1p-124}, atLeastOne}, {{-1}, atLeastOne}})))
+        << "a weight and numbers of 125 bits";
 }
 
 TEST(Dense, LeavesToOthersWhatItDoesNotKnow)

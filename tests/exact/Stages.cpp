@@ -1,6 +1,7 @@
 /// The stages of a certified solve one by one: what the one before says is a guess, and what the
 /// check refuses is no proof.
 #include "tests/exact/Certified.hpp"
+#include "tests/support/Effort.hpp"
 #include "tests/support/Forms.hpp"
 
 #include "Nuv/Exact/CertifiedSession.hpp"
@@ -240,6 +241,43 @@ TEST(CertifiedSession, AStopInTheLookAtTheLastBasisIsFinal)
         stops += isStopped ? 1 : 0;
     }
     EXPECT_GT(stops, 0);
+}
+
+/// Costs become fractions and whole numbers again, or are said again: the proof is that of the form
+/// as it is then.
+TEST(CertifiedSession, TakesCostsThatNoDoubleSays)
+{
+    int optima = 0;
+    for (std::uint64_t seed = 1; seed <= ShareOf(80U); ++seed)
+    {
+        SCOPED_TRACE(seed);
+        Random random(seed);
+        BoundedForm form = RandomSmallForm(random, 3, 4);
+        form.numbers = CoefficientMeaning::ShortestDecimal;
+        CertifiedSession session(form, std::nullopt);
+        for (int edit = 0; edit < 12; ++edit)
+        {
+            const auto column = static_cast<Index>(random.Between(0, 3));
+            FormNumber cost(random.Between(-9, 9));
+            if (random.OneIn(2))
+            {
+                const Rational exact(3 * random.Between(-9, 9) + 1, random.OneIn(2) ? 3 : 21);
+                cost.nearest = ToDouble(exact);
+                cost.exact = exact;
+            }
+            session.SetCost(column, cost);
+            if (random.OneIn(3))
+                session.SetCost(column, cost);
+            SolveControl control;
+            const auto result = session.Solve(control);
+            const CertifiedResult anew = Certified(session.Form());
+            ASSERT_TRUE(result->record.proved);
+            ASSERT_EQ(result->certificate.status, anew.certificate.status);
+            ASSERT_EQ(result->certificate.objective, anew.certificate.objective);
+            optima += anew.certificate.status == Status::Optimal ? 1 : 0;
+        }
+    }
+    EXPECT_GT(optima, 0);
 }
 
 TEST(CertifiedSession, StartsFromTheBasisThatItIsGiven)

@@ -210,6 +210,21 @@ TEST(DoubleSimplex, EndsWithinTheTrueBounds)
     EXPECT_GT(optima, 20);
 }
 
+TEST(DoubleSimplex, TellsAnOptimalBasisFromOthers)
+{
+    for (const double side : {3.0, -3.0})
+    {
+        const BoundedForm form = MakeForm({-1, -1}, {{{1, 1}, {-kInf, 4}}, {{1, 3}, {side, kInf}}});
+        const ScaledForm scaled(form);
+        SimplexState state(scaled, SlackBasis(form));
+        state.Refactorise();
+        EXPECT_FALSE(IsOptimal(state)) << (side > 0.0 ? "a side is violated" : "both improve");
+        SolveControl control;
+        ASSERT_EQ(SolveInDoubles(state, control), SimplexVerdict::Optimal);
+        EXPECT_TRUE(IsOptimal(state));
+    }
+}
+
 /// minimise -x - y with x + y <= 4, x - y >= -2, x + 3 y >= 3: no bound above keeps x and y, so the
 /// slack basis is right neither way.
 TEST(DualSimplex, FindsADualFeasibleBasisInAFirstPhase)
