@@ -54,6 +54,66 @@ constexpr LookAlike kLookAlikes[] = {
     {"\xC2\xA0", "a no-break space", "a blank"},
 };
 
+/// What is written like a name here and can hardly be meant for one. @return false if it is that.
+bool RefuseMistakes(std::string_view name, DiagnosticLog& log)
+{
+    if (LooksLikeQuotient(name))
+    {
+        return log.Fail(name.data(), "lp.quotient", fmt::format("'{}' divides", name),
+                        "write the coefficient as one number: 0.5 x for x/2");
+    }
+    if (!HasBalancedParentheses(name))
+    {
+        return log.Fail(name.data(), "lp.unbalanced-parenthesis",
+                        fmt::format("the name '{}' has a parenthesis without its partner", name),
+                        "parentheses are characters of names here: write 2 x + 2 y for 2 (x + y)");
+    }
+    if (StartsLikePercentage(name))
+    {
+        return log.Fail(name.data(), "lp.percentage",
+                        fmt::format("'{}' would be the name of a variable", name),
+                        "write 0.1 for 10%; a name cannot start with '%'");
+    }
+    for (const LookAlike& look : kLookAlikes)
+    {
+        const std::size_t found = name.find(look.bytes);
+        if (found != std::string_view::npos)
+        {
+            return log.Fail(name.data() + found, "lp.look-alike",
+                            fmt::format("{} is no sign of this format", look.called),
+                            fmt::format("write {} in its place", look.write));
+        }
+    }
+    return true;
+}
+
+/// Names that other programs take for something else.
+void WarnOfOthers(std::string_view name, DiagnosticLog& log)
+{
+    if (name.size() > kLongestCommonName)
+    {
+        log.Warn(name.data(), "lp.long-name", fmt::format("a name of {} bytes", name.size()),
+                 "other programs accept at most 255");
+    }
+    if (name.find('[') != std::string_view::npos)
+    {
+        log.Note(name.data(), "lp.bracket-name", fmt::format("'{}' has brackets", name),
+                 "other programs take them for the start of quadratic terms");
+    }
+    if (name.ends_with(';'))
+    {
+        log.Warn(name.data(), "lp.semicolon",
+                 fmt::format("the semicolon is a part of the name '{}'", name),
+                 "rows end with their line, without a semicolon");
+    }
+    if (IsKeyword(name) || EqualsIgnoringCase(name, "free"))
+    {
+        log.Warn(name.data(), "lp.keyword-name",
+                 fmt::format("'{}' is a word of the format, taken for a name here", name),
+                 "rename it, or other programs misread it");
+    }
+}
+
 }  // namespace
 
 bool HasBalancedParentheses(std::string_view name) noexcept
@@ -86,55 +146,9 @@ bool CheckVariableName(std::string_view name, DiagnosticLog& log)
 
 bool CheckName(std::string_view name, DiagnosticLog& log)
 {
-    if (LooksLikeQuotient(name))
-    {
-        return log.Fail(name.data(), "lp.quotient", fmt::format("'{}' divides", name),
-                        "write the coefficient as one number: 0.5 x for x/2");
-    }
-    if (!HasBalancedParentheses(name))
-    {
-        return log.Fail(name.data(), "lp.unbalanced-parenthesis",
-                        fmt::format("the name '{}' has a parenthesis without its partner", name),
-                        "parentheses are characters of names here: write 2 x + 2 y for 2 (x + y)");
-    }
-    if (StartsLikePercentage(name))
-    {
-        return log.Fail(name.data(), "lp.percentage",
-                        fmt::format("'{}' would be the name of a variable", name),
-                        "write 0.1 for 10%; a name cannot start with '%'");
-    }
-    for (const LookAlike& look : kLookAlikes)
-    {
-        const std::size_t found = name.find(look.bytes);
-        if (found != std::string_view::npos)
-        {
-            return log.Fail(name.data() + found, "lp.look-alike",
-                            fmt::format("{} is no sign of this format", look.called),
-                            fmt::format("write {} in its place", look.write));
-        }
-    }
-    if (name.size() > kLongestCommonName)
-    {
-        log.Warn(name.data(), "lp.long-name", fmt::format("a name of {} bytes", name.size()),
-                 "other programs accept at most 255");
-    }
-    if (name.find('[') != std::string_view::npos)
-    {
-        log.Note(name.data(), "lp.bracket-name", fmt::format("'{}' has brackets", name),
-                 "other programs take them for the start of quadratic terms");
-    }
-    if (name.ends_with(';'))
-    {
-        log.Warn(name.data(), "lp.semicolon",
-                 fmt::format("the semicolon is a part of the name '{}'", name),
-                 "rows end with their line, without a semicolon");
-    }
-    if (IsKeyword(name) || EqualsIgnoringCase(name, "free"))
-    {
-        log.Warn(name.data(), "lp.keyword-name",
-                 fmt::format("'{}' is a word of the format, taken for a name here", name),
-                 "rename it, or other programs misread it");
-    }
+    if (!RefuseMistakes(name, log))
+        return false;
+    WarnOfOthers(name, log);
     return true;
 }
 
