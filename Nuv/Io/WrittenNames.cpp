@@ -111,12 +111,17 @@ void WrittenNames::Report(WriteResult& writing, std::string code, std::string_vi
     const std::size_t others = m_changes.size() - std::min(kShown, m_changes.size());
     if (others != 0)
         list += fmt::format(" and {} more", others);
+    const bool isCut = std::ranges::any_of(m_changes, [&](const Change& change)
+                                           { return change.from.size() > m_rules.longest; });
+    std::string hint = "a character that the format does not hold becomes an underscore";
+    if (isCut)
+        hint = fmt::format("names have at most {} bytes here, and {}", m_rules.longest, hint);
     writing.Report(Severity::Warning, std::move(code),
                    fmt::format("{} {} renamed, since the format does not hold {}: {}",
                                m_changes.size(),
                                std::string(what) + (m_changes.size() == 1 ? " is" : "s are"),
                                m_changes.size() == 1 ? "its name" : "their names", list),
-                   "a character that the format does not hold becomes an underscore");
+                   std::move(hint));
 }
 
 void ReportModelName(WriteResult& writing, std::string code, std::string_view name,

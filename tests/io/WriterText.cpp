@@ -186,6 +186,11 @@ TEST(WrittenNames, TooLongForFixedMpsAreCut)
     const Model model = Named({"production1", "production2", "product", "short"});
     EXPECT_EQ(NamesThroughMps(model, MpsForm::Fixed),
               "<producti> <produc_2> <product> <short> row <short>");
+    const auto hint = [](const Model& of)
+    { return WriteMps(of, MpsForm::Fixed).diagnostics[0].error.hint; };
+    EXPECT_NE(hint(model).find("at most 8 bytes"), std::string::npos) << hint(model);
+    EXPECT_EQ(hint(Named({"$a"})),
+              "a character that the format does not hold becomes an underscore");
     EXPECT_EQ(NamesThroughMps(model), "<production1> <production2> <product> <short> row <short>");
 }
 
