@@ -5,6 +5,32 @@
 #include "Nuv/Io/Lp/LpWriter.hpp"
 #include "Nuv/Model/NuvModel.h"
 
+namespace
+{
+
+int32_t TellProgress(void* /*userData*/, const NuvProgress* progress)
+{
+    return HostProgress(progress->stage, static_cast<double>(progress->pivots), progress->seconds,
+                        progress->objective, progress->feasible);
+}
+
+NuvSolveOptions OptionsOf(std::uint32_t flags, double seconds, double pivots)
+{
+    NuvSolveOptions options;
+    (void)NuvSolveOptionsInit(&options, sizeof options);
+    options.sensitivity = flags & WithSensitivity;
+    options.exact = flags & WithExact;
+    options.numbers = flags & StoredNumbers ? NUV_NUMBERS_Stored : NUV_NUMBERS_Written;
+    options.seconds = seconds;
+    if (pivots < 9e15)
+        options.doublePivots = options.exactPivots = static_cast<uint64_t>(pivots);
+    if (flags & WithProgress)
+        options.progress = TellProgress;
+    return options;
+}
+
+}  // namespace
+
 /// @return the model in LP format, or null where that cannot hold it.
 NUV_EXPORT("writeLp") NuvText* WriteLpText(const NuvModel* handle, NuvDiagnostics* diagnostics)
 {

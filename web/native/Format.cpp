@@ -8,8 +8,14 @@ void Argument::AppendTo(std::string& out, std::string_view format) const
     constexpr char kDigits[] = "0123456789ABCDEF";
     if (format == ":02X")
         out.append({kDigits[m_number / 16 % 16], kDigits[m_number % 16]});
-    else
+    else if (m_kind == Kind::Text)
         out.append(m_text);
+    else if (m_kind == Kind::Character)
+        out.push_back(static_cast<char>(m_number));
+    else if (m_kind == Kind::Signed)
+        out.append(std::to_string(m_number));
+    else
+        out.append(std::to_string(static_cast<unsigned long long>(m_number)));
 }
 
 std::string Join(std::string_view format, const Argument* const* arguments)

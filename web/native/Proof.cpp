@@ -1,18 +1,18 @@
-// The model layer for JavaScript: the calls of the C interface with plain numbers where that has
-// records, so that no layout of a record is written down twice. What the TypeScript passes has been
-// checked there; handles and texts are addresses in the program's memory.
+// The model layer for JavaScript: calls with plain numbers where the C interface has records, so
+// that no layout of a record is written down twice. What the TypeScript passes has been checked
+// there; handles and texts are addresses in the program's memory.
 #include "Asked.hpp"
 
+#include "Nuv/CInterface/BulkEditor.hpp"
 #include "Nuv/CInterface/Handles.hpp"
-#include "Nuv/CInterface/Solving.hpp"
 #include "Nuv/Io/ModelFile.hpp"
 #include "Nuv/Io/TextFile.hpp"
-#include "Nuv/Model/NuvModel.h"
+#include "Nuv/Vipr/Certify.hpp"
+#include "Nuv/Vipr/Text.hpp"
 
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
-
-using namespace nuv::c;
 
 namespace
 {
@@ -22,11 +22,65 @@ std::uint32_t AddressOf(const void* of)
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(of));
 }
 
-/// Writes an array's address before its length, which is there already.
-void TellArray(const void* of, std::uint32_t*& out)
+/// Writes where an array is, 0 for one that is empty, and how many members it has.
+template <class Member>
+void TellArray(const std::vector<Member>& array, std::uint32_t*& out)
 {
-    *out = AddressOf(of);
-    out += 2;
+    *out++ = array.empty() ? 0 : AddressOf(array.data());
+    *out++ = static_cast<std::uint32_t>(array.size());
+}
+
+/// Texts one behind the other, each ended by a NUL.
+class TextsInARow
+{
+public:
+    explicit TextsInARow(const char* texts) : m_next(texts) {}
+
+    std::string_view Next()
+    {
+        const std::string_view text = m_next;
+        m_next += text.size() + 1;
+        return text;
+    }
+
+private:
+    const char* m_next;
+};
+
+nuv::SolveOptions OptionsOf(std::uint32_t flags, double seconds, double pivots)
+{
+    nuv::SolveOptions options;
+    options.sensitivity = flags & WithSensitivity;
+    options.exact = flags & WithExact;
+    options.recordPath = flags & WithPath;
+    options.numbers = flags & StoredNumbers ? nuv::CoefficientMeaning::StoredDouble
+                                            : nuv::CoefficientMeaning::ShortestDecimal;
+    options.limits.seconds = seconds;
+    if (pivots < 9e15)
+        options.limits.doublePivots = options.limits.exactPivots =
+            static_cast<std::uint64_t>(pivots);
+    if (flags & WithProgress)
+        options.limits.keepGoing = [](const nuv::Progress& told)
+        {
+            return HostProgress(static_cast<std::uint32_t>(told.stage),
+                                static_cast<double>(told.pivots), told.seconds, told.objective,
+                                told.feasible) != 0;
+        };
+    return options;
+}
+
+/// Index, whether it is a row, whether its upper side.
+std::vector<NuvIisMember> MembersOf(const nuv::Model& model, const nuv::Iis& iis)
+{
+    std::vector<NuvIisMember> members;
+    for (const nuv::IisMember& member : iis.members)
+    {
+        const auto* const row = std::get_if<nuv::Row>(&member.of);
+        const std::uint32_t index =
+            row ? model.IndexOf(*row) : model.IndexOf(*std::get_if<nuv::Variable>(&member.of));
+        members.push_back({index, row ? 1u : 0u, member.upper ? 1u : 0u});
+    }
+    return members;
 }
 
 }  // namespace
@@ -52,6 +106,41 @@ NUV_EXPORT("free") void FreeBytes(void* memory)
     std::free(memory);
 }
 
+NUV_EXPORT("makeModel") NuvModel* MakeModel()
+{
+    return new NuvModel;
+}
+
+NUV_EXPORT("freeModel") void FreeModel(NuvModel* handle)
+{
+    delete handle;
+}
+
+NUV_EXPORT("makeDiagnostics") NuvDiagnostics* MakeDiagnostics()
+{
+    return new NuvDiagnostics;
+}
+
+NUV_EXPORT("diagnosticCount") std::size_t CountDiagnostics(const NuvDiagnostics* handle)
+{
+    return handle->diagnostics.size();
+}
+
+NUV_EXPORT("textData") const char* TextData(const NuvText* handle)
+{
+    return handle->text.data();
+}
+
+NUV_EXPORT("textSize") std::size_t TextSize(const NuvText* handle)
+{
+    return handle->text.size();
+}
+
+NUV_EXPORT("freeText") void FreeText(NuvText* handle)
+{
+    delete handle;
+}
+
 /// @return 1 if the text is a model, which `handle` then is.
 NUV_EXPORT("read")
 std::int32_t ReadText(NuvModel* handle, const char* text, std::size_t size, std::uint32_t relax,
@@ -68,34 +157,74 @@ std::int32_t ReadText(NuvModel* handle, const char* text, std::size_t size, std:
 }
 
 /// Columns have costs and bounds, rows have sides; the entries lie by rows, and row k has those
-/// from starts[k] to starts[k + 1]. Names end with a NUL each.
+/// from starts[k] to starts[k + 1]. Names end with a NUL each, and are all different.
 NUV_EXPORT("assign")
-NuvModelResult Assign(NuvModel* handle, std::uint32_t sense, std::uint32_t columns,
-                      std::uint32_t rows, const double* numbers, const std::uint64_t* starts,
-                      const std::uint32_t* indices, const double* values, const char* columnNames,
-                      std::size_t columnNamesSize, const char* rowNames, std::size_t rowNamesSize,
-                      NuvDiagnostics* diagnostics)
+void Assign(NuvModel* handle, std::uint32_t isMaximised, std::uint32_t columns, std::uint32_t rows,
+            const double* numbers, const std::uint32_t* starts, const std::uint32_t* indices,
+            const double* values, const char* columnNames, const char* rowNames)
 {
-    NuvModelArrays arrays;
-    (void)NuvModelArraysInit(&arrays, sizeof arrays);
-    arrays.sense = sense;
-    arrays.numColumns = columns;
-    arrays.numRows = rows;
-    arrays.numEntries = starts[rows];
-    arrays.constant = *numbers;
-    arrays.costs = numbers + 1;
-    arrays.columnLower = arrays.costs + columns;
-    arrays.columnUpper = arrays.columnLower + columns;
-    arrays.rowLower = arrays.columnUpper + columns;
-    arrays.rowUpper = arrays.rowLower + rows;
-    arrays.starts = starts;
-    arrays.indices = indices;
-    arrays.values = values;
-    arrays.columnNames = columnNames;
-    arrays.columnNamesSize = columnNamesSize;
-    arrays.rowNames = rowNames;
-    arrays.rowNamesSize = rowNamesSize;
-    return NuvModelAssignArrays(handle, &arrays, diagnostics);
+    nuv::Model& model = *handle->model;
+    model.SetSense(isMaximised != 0 ? nuv::Sense::Maximize : nuv::Sense::Minimize);
+    model.SetObjectiveConstant(*numbers++);
+    nuv::BulkEditor editor(model);
+    TextsInARow names(columnNames);
+    for (std::uint32_t k = 0; k < columns; ++k, ++numbers)
+        (void)editor.AppendColumn(names.Next(), {numbers[columns], numbers[2 * columns]}, *numbers);
+    numbers += 2 * columns;
+    names = TextsInARow(rowNames);
+    for (std::uint32_t k = 0; k < rows; ++k, ++numbers)
+        (void)editor.AppendRow(names.Next(), {*numbers, numbers[rows]},
+                               {indices + starts[k], indices + starts[k + 1]},
+                               {values + starts[k], values + starts[k + 1]});
+    editor.Commit();
+}
+
+/// Sets a number that no double says. @return 1 if the model takes it.
+NUV_EXPORT("setExact")
+std::uint32_t SetExact(NuvModel* handle, std::uint32_t place, std::uint32_t at,
+                       std::uint32_t column, const char* text)
+{
+    using Of = nuv::NumberPlace::Of;
+    nuv::Model& model = *handle->model;
+    switch (static_cast<Of>(place))
+    {
+    case Of::ObjectiveConstant:
+        return model.SetExactConstant(text);
+    case Of::Objective:
+        return model.SetExactCost(model.VariableAt(at), text);
+    case Of::VariableLower:
+        return model.SetExactLower(model.VariableAt(at), text);
+    case Of::VariableUpper:
+        return model.SetExactUpper(model.VariableAt(at), text);
+    case Of::RowLower:
+        return model.SetExactLower(model.RowAt(at), text);
+    case Of::RowUpper:
+        return model.SetExactUpper(model.RowAt(at), text);
+    case Of::Entry:
+        break;
+    }
+    return model.SetExactCoefficient(model.RowAt(at), model.VariableAt(column), text);
+}
+
+/// @return 1 if there is nothing wrong with the model, or tells what.
+NUV_EXPORT("check") std::uint32_t Check(const NuvModel* handle, NuvDiagnostics* diagnostics)
+{
+    std::optional<nuv::Error> fault = handle->model->FindFault();
+    diagnostics->diagnostics.clear();
+    if (fault)
+        diagnostics->diagnostics.push_back({nuv::Severity::Error, std::move(*fault), {}});
+    return fault ? 0 : 1;
+}
+
+/// The names of all rows or columns, each ended by a NUL.
+NUV_EXPORT("names") NuvText* GetNames(const NuvModel* handle, std::uint32_t areRows)
+{
+    const nuv::Model& model = *handle->model;
+    const std::uint32_t count = areRows != 0 ? model.RowCount() : model.VariableCount();
+    std::string names;
+    for (std::uint32_t k = 0; k < count; ++k)
+        names.append(areRows != 0 ? model.RowName(k) : model.VariableName(k)).push_back('\0');
+    return new NuvText(std::move(names));
 }
 
 /// Writes severity, line, column and the addresses of code, text, hint and excerpt.
@@ -113,21 +242,25 @@ void GetDiagnostic(const NuvDiagnostics* handle, std::uint32_t index, std::uint3
 
 /// The model as arrays: the constant; then the sense, how many columns, rows and entries, and the
 /// addresses of costs, bounds of columns, sides of rows, starts, indices and values.
-NUV_EXPORT("arrays") void GetArrays(NuvModel* handle, double* constant, std::uint32_t* out)
+NUV_EXPORT("arrays")
+void GetArrays(const NuvModel* handle, double* constant, std::uint32_t* out)
 {
-    NuvModelArrays arrays;
-    arrays.size = sizeof arrays;
-    (void)NuvModelGetArrays(handle, &arrays);
-    *constant = arrays.constant;
-    *out++ = arrays.sense;
-    *out++ = arrays.numColumns;
-    *out++ = arrays.numRows;
-    *out++ = static_cast<std::uint32_t>(arrays.numEntries);
-    const void* const all[] = {arrays.costs,    arrays.columnLower, arrays.columnUpper,
-                               arrays.rowLower, arrays.rowUpper,    arrays.starts,
-                               arrays.indices,  arrays.values};
-    for (const void* const array : all)
-        *out++ = AddressOf(array);
+    static_assert(sizeof(std::size_t) == sizeof(std::uint32_t));
+    const nuv::Model& model = *handle->model;
+    *constant = model.ObjectiveConstant();
+    const std::uint32_t all[] = {model.ObjectiveSense() == nuv::Sense::Maximize ? 1u : 0u,
+                                 model.VariableCount(),
+                                 model.RowCount(),
+                                 static_cast<std::uint32_t>(model.NonzeroCount()),
+                                 AddressOf(model.Objective().data()),
+                                 AddressOf(model.VariableLower().data()),
+                                 AddressOf(model.VariableUpper().data()),
+                                 AddressOf(model.RowLower().data()),
+                                 AddressOf(model.RowUpper().data()),
+                                 AddressOf(model.RowStarts().data()),
+                                 AddressOf(model.Columns().data()),
+                                 AddressOf(model.Coefficients().data())};
+    std::memcpy(out, all, sizeof all);
 }
 
 /// @return null where the model has none, which `diagnostics` then tell.
@@ -135,59 +268,82 @@ NUV_EXPORT("solve")
 NuvSolution* Solve(const NuvModel* handle, std::uint32_t flags, double seconds, double pivots,
                    NuvDiagnostics* diagnostics)
 {
-    const NuvSolveOptions given = OptionsOf(flags, seconds, pivots);
-    const Solving solving(&given);
-    nuv::SolveOptions options = solving.Options();
-    options.recordPath = (flags & WithPath) != 0;
-    nuv::Solution found = nuv::Solve(*handle->model, options);
+    const nuv::Model& model = *handle->model;
+    nuv::Solution found = nuv::Solve(model, OptionsOf(flags, seconds, pivots));
     if (found.status == nuv::Status::Invalid)
     {
-        Tell(diagnostics, std::move(found.failure));
+        (void)Check(handle, diagnostics);
         return nullptr;
     }
-    return solving.Deliver(handle->model, *handle->model, std::move(found)).release();
+    auto* const solution = new NuvSolution;
+    solution->iis = MembersOf(model, found.iis);
+    solution->model = handle->model;
+    solution->solution = std::move(found);
+    return solution;
+}
+
+NUV_EXPORT("freeSolution") void FreeSolution(NuvSolution* handle)
+{
+    delete handle;
 }
 
 /// Status, proved, stop reason, whether the conflict is minimal, objective, seconds, pivots of each
 /// stage; then the addresses and lengths of all arrays, in the order of ArrayOf in answer.ts.
 NUV_EXPORT("info")
-void GetInfo(const NuvSolution* solution, double* out, std::uint32_t* arrays)
+void GetInfo(const NuvSolution* handle, double* out, std::uint32_t* arrays)
 {
-    NuvSolutionInfo info;
-    info.size = sizeof info;
-    (void)NuvSolutionGetInfo(solution, &info);
-    const double all[] = {static_cast<double>(info.status),
-                          static_cast<double>(info.proved),
-                          static_cast<double>(info.stopReason),
-                          static_cast<double>(info.iisMinimal),
-                          info.objective,
-                          info.seconds,
-                          static_cast<double>(info.doublePivots),
-                          static_cast<double>(info.exactPivots)};
-    for (const double number : all)
-        *out++ = number;
-    using Numbers = const double* (*)(const NuvSolution*, std::uint32_t*);
-    constexpr Numbers kNumbers[] = {
-        NuvSolutionGetValues,         NuvSolutionGetReducedCosts,   NuvSolutionGetCostRanges,
-        NuvSolutionGetActivities,     NuvSolutionGetSlacks,         NuvSolutionGetDuals,
-        NuvSolutionGetRowLowerRanges, NuvSolutionGetRowUpperRanges, NuvSolutionGetRay,
-        NuvSolutionGetFarkas};
-    for (const Numbers get : kNumbers)
-        TellArray(get(solution, arrays + 1), arrays);
-    TellArray(NuvSolutionGetColumnBasis(solution, arrays + 1), arrays);
-    TellArray(NuvSolutionGetRowBasis(solution, arrays + 1), arrays);
-    TellArray(NuvSolutionGetIis(solution, arrays + 1), arrays);
+    static_assert(sizeof(nuv::AllowedRange) == 2 * sizeof(double));
+    const nuv::Solution& found = handle->solution;
+    const double all[] = {static_cast<double>(found.status),
+                          static_cast<double>(found.proved),
+                          static_cast<double>(found.stopReason),
+                          static_cast<double>(found.iis.minimal),
+                          found.objective,
+                          found.seconds,
+                          static_cast<double>(found.stages[nuv::Stage::Double].pivots),
+                          static_cast<double>(found.stages[nuv::Stage::Exact].pivots)};
+    std::memcpy(out, all, sizeof all);
+    TellArray(found.values, arrays);
+    TellArray(found.reducedCosts, arrays);
+    TellArray(found.sensitivity.cost, arrays);
+    TellArray(found.activities, arrays);
+    TellArray(found.slacks, arrays);
+    TellArray(found.duals, arrays);
+    TellArray(found.sensitivity.rowLower, arrays);
+    TellArray(found.sensitivity.rowUpper, arrays);
+    TellArray(found.ray, arrays);
+    TellArray(found.farkas, arrays);
+    TellArray(found.basis.columns, arrays);
+    TellArray(found.basis.rows, arrays);
+    TellArray(handle->iis, arrays);
 }
 
-/// Whether there are exact numbers of a kind; asking for those that are not there is a failure.
-NUV_EXPORT("hasExact") std::uint32_t HasExact(const NuvSolution* solution, std::uint32_t kind)
+/// @return the exact numbers of a kind, each ended by a NUL; null where there are none.
+NUV_EXPORT("exact") NuvText* GetExact(const NuvSolution* handle, std::uint32_t kind)
 {
-    return NuvSolutionGetExact(solution, kind, 0, nullptr, 0) != 0 ? 1 : 0;
+    const nuv::Solution& found = handle->solution;
+    std::string all;
+    if (kind == NUV_EXACT_Objective && !found.exactObjective.empty())
+        all.append(found.exactObjective).push_back('\0');
+    if (kind != NUV_EXACT_Objective && found.exact)
+    {
+        const nuv::ExactTexts& texts = *found.exact;
+        const std::vector<std::string>* const kinds[] = {
+            nullptr, &texts.values,       &texts.duals,      &texts.ray,
+            nullptr, &texts.reducedCosts, &texts.activities, &texts.slacks};
+        for (const std::string& number : *kinds[kind])
+            all.append(number).push_back('\0');
+    }
+    return all.empty() ? nullptr : new NuvText(std::move(all));
 }
 
-NUV_EXPORT("hasProof") std::uint32_t HasProof(const NuvSolution* solution)
+/// @return the proof in VIPR format; null where nothing is proved.
+NUV_EXPORT("certificate") NuvText* GetCertificate(const NuvSolution* handle)
 {
-    return solution->solution.certificate ? 1 : 0;
+    const nuv::Solution& found = handle->solution;
+    return found.certificate ? new NuvText(nuv::vipr::Write(nuv::vipr::CertificateOf(
+                                   *handle->model, found.numbers, *found.certificate)))
+                             : nullptr;
 }
 
 NUV_EXPORT("pathLength") std::uint32_t GetPathLength(const NuvSolution* solution)

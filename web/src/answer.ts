@@ -169,7 +169,7 @@ export function solve(
   try {
     return layer.call(() => new AnswerReader(layer, model, solution, options).read());
   } finally {
-    layer.exports.NuvSolutionDestruct(solution);
+    layer.exports.freeSolution(solution);
   }
 }
 
@@ -247,10 +247,8 @@ class AnswerReader {
       if (exactRay) answer.exactRay = exactRay;
     }
     if (this.#options.path) answer.path = this.#path();
-    if (this.#options.certificate && this.#layer.exports.hasProof(this.#solution)) {
-      const certificate = this.#layer.madeText((out) =>
-        this.#layer.exports.NuvSolutionMakeCertificate(this.#solution, out),
-      );
+    if (this.#options.certificate) {
+      const certificate = this.#layer.madeText(() => this.#layer.exports.certificate(this.#solution));
       if (certificate !== undefined) answer.certificate = certificate;
     }
     return answer;
@@ -342,11 +340,6 @@ class AnswerReader {
 
   /** The numbers of a kind; undefined where there are none. */
   #exact(kind: Exact): string[] | undefined {
-    const { exports } = this.#layer;
-    if (!exports.hasExact(this.#solution, kind)) return undefined;
-    return this.#layer
-      .madeText((out) => exports.NuvSolutionMakeExact(this.#solution, kind, out))
-      ?.slice(0, -1)
-      .split("\0");
+    return this.#layer.madeTexts(() => this.#layer.exports.exact(this.#solution, kind));
   }
 }

@@ -12,40 +12,37 @@ export interface Host extends Record<string, (...values: never[]) => unknown> {
   fail(reason: number, code: Pointer, text: Pointer, hint: Pointer): never;
 }
 
-/** What the program exports; see native/Proof.cpp and NuvModel.h. */
+/** What the program exports; see native/Proof.cpp. */
 export interface ProofExports {
   memory: WebAssembly.Memory;
   __stack_pointer: WebAssembly.Global;
   __wasm_call_ctors(): void;
   allocate(size: number): Pointer;
   free(at: Pointer): void;
+  makeDiagnostics(): Pointer;
+  diagnosticCount(diagnostics: Pointer): number;
+  diagnostic(diagnostics: Pointer, index: number, out: Pointer): void;
+  textData(text: Pointer): Pointer;
+  textSize(text: Pointer): number;
+  freeText(text: Pointer): void;
+  makeModel(): Pointer;
+  freeModel(model: Pointer): void;
   read(model: Pointer, text: Pointer, size: number, relax: number, diagnostics: Pointer): number;
   assign(
-    model: Pointer, sense: number, columns: number, rows: number, numbers: Pointer, starts: Pointer,
-    indices: Pointer, values: Pointer, columnNames: Pointer, columnNamesSize: number, rowNames: Pointer,
-    rowNamesSize: number, diagnostics: Pointer,
-  ): number;
-  diagnostic(diagnostics: Pointer, index: number, out: Pointer): void;
+    model: Pointer, isMaximised: number, columns: number, rows: number, numbers: Pointer, starts: Pointer,
+    indices: Pointer, values: Pointer, columnNames: Pointer, rowNames: Pointer,
+  ): void;
+  setExact(model: Pointer, place: number, at: number, column: number, text: Pointer): number;
+  check(model: Pointer, diagnostics: Pointer): number;
+  names(model: Pointer, areRows: number): Pointer;
   arrays(model: Pointer, constant: Pointer, out: Pointer): void;
   solve(model: Pointer, flags: number, seconds: number, pivots: number, diagnostics: Pointer): Pointer;
+  freeSolution(solution: Pointer): void;
   info(solution: Pointer, out: Pointer, arrays: Pointer): void;
-  hasExact(solution: Pointer, kind: number): number;
-  hasProof(solution: Pointer): number;
+  exact(solution: Pointer, kind: number): Pointer;
+  certificate(solution: Pointer): Pointer;
   pathLength(solution: Pointer): number;
   pathStep(solution: Pointer, index: number, out: Pointer): number;
-  NuvModelConstruct(): Pointer;
-  NuvModelDestruct(model: Pointer): void;
-  NuvModelSetExact(model: Pointer, place: number, at: number, column: number, text: Pointer, diagnostics: Pointer): number;
-  NuvModelMakeColumnNames(model: Pointer, text: Pointer): number;
-  NuvModelMakeRowNames(model: Pointer, text: Pointer): number;
-  NuvDiagnosticsConstruct(): Pointer;
-  NuvDiagnosticsGetCount(diagnostics: Pointer): number;
-  NuvTextGetData(text: Pointer): Pointer;
-  NuvTextGetSize(text: Pointer): bigint;
-  NuvTextDestruct(text: Pointer): void;
-  NuvSolutionDestruct(solution: Pointer): void;
-  NuvSolutionMakeExact(solution: Pointer, kind: number, text: Pointer): number;
-  NuvSolutionMakeCertificate(solution: Pointer, text: Pointer): number;
 }
 
 const NO_MEMORY = 3;
@@ -73,7 +70,7 @@ export class Layer<Exports extends ProofExports = ProofExports> {
     this.exports = exports;
     exports.__wasm_call_ctors();
     this.scratch = exports.allocate(SCRATCH);
-    this.diagnostics = exports.NuvDiagnosticsConstruct();
+    this.diagnostics = exports.makeDiagnostics();
   }
 
   /** Runs a call that may fail in the middle, and puts the program's stack back if it does. */
@@ -172,13 +169,19 @@ export class Layer<Exports extends ProofExports = ProofExports> {
     return this.memoryWords[at / 4]!;
   }
 
-  /** The text that `make` writes the handle of, which is given back; undefined where there is none. */
-  madeText(make: (out: Pointer) => number): string | undefined {
-    const text = this.call(() => (make(this.scratch) === 0 ? this.word(this.scratch) : 0));
+  /** The text whose handle `make` returns, which is given back; undefined where that is 0. */
+  madeText(make: () => Pointer): string | undefined {
+    const { exports } = this;
+    const text = this.call(make);
     if (text === 0) return undefined;
-    const taken = this.textAt(this.exports.NuvTextGetData(text), Number(this.exports.NuvTextGetSize(text)));
-    this.exports.NuvTextDestruct(text);
+    const taken = this.textAt(exports.textData(text), exports.textSize(text));
+    exports.freeText(text);
     return taken;
+  }
+
+  /** The same of texts that end with a NUL each. */
+  madeTexts(make: () => Pointer): string[] | undefined {
+    return this.madeText(make)?.slice(0, -1).split("\0");
   }
 
   /** Gives a call memory of its own, filled by `fill`, and takes it back. */
@@ -217,7 +220,7 @@ export class Layer<Exports extends ProofExports = ProofExports> {
 
   /** What the last call had to say. */
   told(): Diagnostic[] {
-    const count = this.exports.NuvDiagnosticsGetCount(this.diagnostics);
+    const count = this.exports.diagnosticCount(this.diagnostics);
     return Array.from({ length: count }, (_, index) => {
       this.exports.diagnostic(this.diagnostics, index, this.scratch);
       const [severity, line, column, code, message, hint, excerpt] = this.words(this.scratch, 7);

@@ -45,9 +45,9 @@ export class Model implements Disposable {
     this.diagnostics = diagnostics;
     const { exports } = layer;
     this.columns =
-      names?.columns ?? split(layer.madeText((out) => exports.NuvModelMakeColumnNames(handle, out)));
-    this.rows = names?.rows ?? split(layer.madeText((out) => exports.NuvModelMakeRowNames(handle, out)));
-    if (isNoted) forgotten.register(this, () => exports.NuvModelDestruct(handle), this);
+      names?.columns ?? namesOf(layer, handle, 0);
+    this.rows = names?.rows ?? namesOf(layer, handle, 1);
+    if (isNoted) forgotten.register(this, () => exports.freeModel(handle), this);
   }
 
   /** @internal A text in LP or MPS format. */
@@ -67,6 +67,7 @@ export class Model implements Disposable {
     return Model.#make(layer, (handle) => {
       assign(layer, handle, read);
       for (const exact of read.exact) setExact(layer, handle, exact);
+      if (!layer.exports.check(handle, layer.diagnostics)) throw layer.refusal();
       return new Model(layer, handle, [], { columns: [...read.columns.keys()], rows: read.rows }, isNoted);
     });
   }
@@ -77,11 +78,11 @@ export class Model implements Disposable {
   }
 
   static #make(layer: Layer, fill: (handle: number) => Model): Model {
-    const handle = layer.made(layer.call(() => layer.exports.NuvModelConstruct()));
+    const handle = layer.made(layer.call(() => layer.exports.makeModel()));
     try {
       return fill(handle);
     } catch (error) {
-      layer.exports.NuvModelDestruct(handle);
+      layer.exports.freeModel(handle);
       throw error;
     }
   }
@@ -99,7 +100,6 @@ export class Model implements Disposable {
     layer.call(() => layer.exports.arrays(this.handleIn(layer), layer.scratch, layer.scratch + 8));
     const [sense, columns, rows, entries, ...at] = layer.words(layer.scratch + 8, 12) as unknown as number[];
     const floats = (k: number, length: number) => layer.floats(at[k]!, length);
-    const starts = layer.words(at[5]!, 2 * rows! + 2);
     return {
       isMaximised: sense === 1,
       constant: layer.memoryFloats[layer.scratch / 8]!,
@@ -110,7 +110,7 @@ export class Model implements Disposable {
       upper: floats(2, columns!),
       rowLower: floats(3, rows!),
       rowUpper: floats(4, rows!),
-      starts: starts.filter((_, k) => k % 2 === 0),
+      starts: layer.words(at[5]!, rows! + 1),
       indices: layer.words(at[6]!, entries!),
       values: floats(7, entries!),
     };
@@ -119,7 +119,7 @@ export class Model implements Disposable {
   dispose(): void {
     if (this.#handle === 0) return;
     forgotten.unregister(this);
-    this.#layer.exports.NuvModelDestruct(this.#handle);
+    this.#layer.exports.freeModel(this.#handle);
     this.#handle = 0;
   }
 
@@ -128,7 +128,8 @@ export class Model implements Disposable {
   }
 }
 
-function split(names: string | undefined): string[] {
+function namesOf(layer: Layer, handle: number, areRows: number): string[] {
+  const names = layer.madeText(() => layer.exports.names(handle, areRows));
   return names ? names.slice(0, -1).split("\0") : [];
 }
 
@@ -138,34 +139,26 @@ function assign(layer: Layer, handle: number, read: ObjectReader): void {
   const numbers = [read.costs, read.lower, read.upper, read.rowLower, read.rowUpper];
   const entries = read.values.length;
   const sizes = [
-    8 + 8 * (3 * read.columns.size + 2 * read.rows.length), 8 * read.starts.length, 8 * entries, 4 * entries,
+    8 + 8 * (3 * read.columns.size + 2 * read.rows.length), 4 * read.starts.length, 8 * entries, 4 * entries,
     columnNames.length, rowNames.length,
   ];
-  const result = layer.lend(sizes, (numbersAt, startsAt, valuesAt, indicesAt, columnNamesAt, rowNamesAt) => {
+  layer.lend(sizes, (numbersAt, startsAt, valuesAt, indicesAt, columnNamesAt, rowNamesAt) => {
     const { memoryFloats: floats, memoryWords: words } = layer;
     let at = numbersAt! / 8;
     floats[at++] = read.constant;
     for (const all of numbers) for (const number of all) floats[at++] = number;
-    at = startsAt! / 4;
-    for (const start of read.starts) {
-      words[at++] = start;
-      words[at++] = 0; // the high half of 64 bits
-    }
+    words.set(read.starts, startsAt! / 4);
     floats.set(read.values, valuesAt! / 8);
     words.set(read.indices, indicesAt! / 4);
     columnNames.put(columnNamesAt!);
     rowNames.put(rowNamesAt!);
-    return layer.exports.assign(
+    layer.exports.assign(
       handle, read.isMaximised ? 1 : 0, read.columns.size, read.rows.length, numbersAt!, startsAt!, indicesAt!,
-      valuesAt!, columnNamesAt!, columnNames.length, rowNamesAt!, rowNames.length, layer.diagnostics,
+      valuesAt!, columnNamesAt!, rowNamesAt!,
     );
   });
-  if (result !== 0) throw layer.refusal();
 }
 
 function setExact(layer: Layer, handle: number, { place, at, column, text }: ExactPlace): void {
-  const result = layer.lendText(text, (textAt) =>
-    layer.exports.NuvModelSetExact(handle, place, at, column, textAt, layer.diagnostics),
-  );
-  if (result !== 0) throw layer.refusal();
+  layer.lendText(text, (textAt) => layer.exports.setExact(handle, place, at, column, textAt));
 }

@@ -9,11 +9,7 @@ export interface WriterExports extends ProofExports {
 
 export function toLp(layer: Layer<WriterExports>, model: Model): string {
   const { exports, diagnostics } = layer;
-  const written = layer.madeText((out) => {
-    const text = exports.writeLp(model.handleIn(layer), diagnostics);
-    layer.memoryWords[out / 4] = text;
-    return text === 0 ? 1 : 0;
-  });
+  const written = layer.madeText(() => exports.writeLp(model.handleIn(layer), diagnostics));
   if (written === undefined) throw layer.refusal();
   return written;
 }

@@ -8,23 +8,23 @@
 #include <concepts>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace fmt
 {
 
-/// An argument as text.
+/// An argument: a text, which outlives it, a character, or an integer.
 class Argument
 {
 public:
     Argument(std::string_view text) : m_text(text) {}
     Argument(const std::string& text) : m_text(text) {}
     Argument(const char* text) : m_text(text) {}
-    Argument(char character) : m_made(1, character), m_text(m_made) {}
+    Argument(char character) : m_number(character), m_kind(Kind::Character) {}
     template <std::integral Number>
     Argument(Number number)
-        : m_number(static_cast<unsigned long long>(number)),
-          m_made(std::to_string(number)),
-          m_text(m_made)
+        : m_number(static_cast<long long>(number)),
+          m_kind(std::is_signed_v<Number> ? Kind::Signed : Kind::Unsigned)
     {
     }
     Argument(const Argument&) = delete;
@@ -33,9 +33,17 @@ public:
     void AppendTo(std::string& out, std::string_view format) const;
 
 private:
-    unsigned long long m_number = 0;
-    std::string m_made;
+    enum class Kind : unsigned char
+    {
+        Text,
+        Character,
+        Signed,
+        Unsigned,
+    };
+
     std::string_view m_text;
+    long long m_number = 0;
+    Kind m_kind = Kind::Text;
 };
 
 std::string Join(std::string_view format, const Argument* const* arguments);
