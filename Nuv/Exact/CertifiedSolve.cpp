@@ -248,10 +248,14 @@ void Finish(ScalableForm& form, double begin, RepeatedCheck* check, SolveControl
     }
     result.record.stages[Stage::Double].pivots = control.Pivots(Stage::Double);
     result.record.stages[Stage::Exact].pivots = control.Pivots(Stage::Exact);
-    control.Log("exact", (result.record.proved
-                              ? "proved " + std::string(nuv::WordOf(result.certificate.status))
-                              : "nothing proved") +
-                             AfterPivots(control, Stage::Exact));
+    control.Log("exact",
+                [&]
+                {
+                    return (result.record.proved
+                                ? "proved " + std::string(nuv::WordOf(result.certificate.status))
+                                : "nothing proved") +
+                           AfterPivots(control, Stage::Exact);
+                });
 }
 
 void ProveBasis(ScalableForm& form, ExactEvaluation& evaluation, SimplexVerdict guess,
@@ -283,7 +287,8 @@ bool ProveAtSight(const BoundedForm& form, CertifiedResult& result)
 
 void LogDoubles(SimplexVerdict verdict, SolveControl& control)
 {
-    control.Log("doubles", std::string(WordOf(verdict)) + AfterPivots(control, Stage::Double));
+    control.Log("doubles",
+                [&] { return std::string(WordOf(verdict)) + AfterPivots(control, Stage::Double); });
 }
 
 void Believe(SimplexVerdict verdict, ScalableForm& form, SolveControl& control,

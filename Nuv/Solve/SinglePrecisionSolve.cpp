@@ -64,8 +64,11 @@ void Record(const SolveControl& control, Solution& solution)
                                                solution.singlePrecision.pivots, control.Seconds()};
     const Status found = solution.singlePrecision.status;
     control.Log("single precision",
-                (found == Status::Stopped ? "no verdict" : std::string(WordOf(found))) + " after " +
-                    std::to_string(solution.singlePrecision.pivots) + " pivots");
+                [&]
+                {
+                    return (found == Status::Stopped ? "no verdict" : std::string(WordOf(found))) +
+                           " after " + std::to_string(solution.singlePrecision.pivots) + " pivots";
+                });
 }
 
 }  // namespace

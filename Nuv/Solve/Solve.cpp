@@ -33,7 +33,7 @@ void Analyse(const Model& model, const BoundedForm& form, double sign, const Sol
             solution.sensitivity = InSense(std::move(*found), sign);
         else
             solution.stopReason = control.Reason();
-        control.Log("ranging", found ? "done" : "ended early");
+        control.Log("ranging", [&] { return found ? "done" : "ended early"; });
     }
     if (result.certificate.status == Status::Optimal && options.uniqueness)
     {
@@ -42,7 +42,7 @@ void Analyse(const Model& model, const BoundedForm& form, double sign, const Sol
                              solution.unique.duals != Uniqueness::Unknown;
         if (!isKnown)
             solution.stopReason = control.Reason();
-        control.Log("uniqueness", isKnown ? "decided" : "ended early");
+        control.Log("uniqueness", [&] { return isKnown ? "decided" : "ended early"; });
     }
     if (result.certificate.status == Status::Infeasible)
     {
@@ -51,9 +51,13 @@ void Analyse(const Model& model, const BoundedForm& form, double sign, const Sol
         if (!found.minimal)
             solution.stopReason =
                 control.Reason() == StopReason::None ? StopReason::PivotLimit : control.Reason();
-        control.Log("infeasible subsystem", std::to_string(found.members.size()) + " members, " +
-                                                (found.minimal ? "minimal" : "ended early") +
-                                                ", work " + std::to_string(found.work));
+        control.Log("infeasible subsystem",
+                    [&]
+                    {
+                        return std::to_string(found.members.size()) + " members, " +
+                               (found.minimal ? "minimal" : "ended early") + ", work " +
+                               std::to_string(found.work);
+                    });
     }
 }
 
@@ -101,8 +105,12 @@ Solution Solve(const Model& model, const SolveOptions& options)
     const double sign = SignOf(model);
     const BoundedForm form = FormOf(model, options.numbers);
     control.ReportObjectiveAs(sign, form.constant);
-    control.Log("model", std::to_string(form.rows) + " rows, " + std::to_string(form.columns) +
-                             " variables, " + std::to_string(model.NonzeroCount()) + " entries");
+    control.Log("model",
+                [&]
+                {
+                    return std::to_string(form.rows) + " rows, " + std::to_string(form.columns) +
+                           " variables, " + std::to_string(model.NonzeroCount()) + " entries";
+                });
     if (options.singlePrecisionOnly)
         BelieveSinglePrecision(form, sign, options, control, solution);
     else

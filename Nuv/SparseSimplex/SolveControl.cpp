@@ -13,14 +13,12 @@ double SolveControl::ClockSeconds() noexcept
     return std::chrono::duration<double>(now).count();
 }
 
-void SolveControl::Log(std::string_view stage, const std::string& came) const
+void SolveControl::Tell(std::string_view stage, std::string_view came) const
 {
-    if (!m_limits.log || m_asides != 0)
-        return;
     const long long milliseconds = std::llround(1000.0 * Seconds());
     const std::string fraction = std::to_string(milliseconds % 1000 + 1000);
-    m_limits.log(std::string(stage) + ": " + came + ", " + std::to_string(milliseconds / 1000) +
-                 "." + fraction.substr(1) + " s");
+    m_limits.log(std::string(stage) + ": " + std::string(came) + ", " +
+                 std::to_string(milliseconds / 1000) + "." + fraction.substr(1) + " s");
 }
 
 }  // namespace nuv

@@ -147,8 +147,15 @@ public:
     }
 
     /// Tells the caller of the solve "<stage>: <what it came to>, <seconds> s", unless another
-    /// program than the model's is being solved.
-    void Log(std::string_view stage, const std::string& came) const;
+    /// program than the model's is being solved. `came` makes the text, where somebody hears it.
+    template <class Came>
+    void Log([[maybe_unused]] std::string_view stage, [[maybe_unused]] const Came& came) const
+    {
+#ifndef NUV_WITHOUT_LOGS
+        if (m_limits.log && m_asides == 0)
+            Tell(stage, came());
+#endif
+    }
 
     /// Why something was ended early; PivotLimit if nothing worse happened than that.
     [[nodiscard]] StopReason Reason() const noexcept
@@ -177,6 +184,8 @@ public:
     };
 
 private:
+    void Tell(std::string_view stage, std::string_view came) const;
+
     /// Of a clock that never goes back. A double tells microseconds apart for a hundred years.
     [[nodiscard]] static double ClockSeconds() noexcept;
 
