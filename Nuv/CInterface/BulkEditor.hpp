@@ -8,7 +8,9 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace nuv
 {
@@ -29,6 +31,12 @@ public:
     static void MakeRoom(Model& model, std::size_t entries)
     {
         model.MakeRoom(entries);
+    }
+
+    /// Says at a place of the model what the nearest double, which is there, does not.
+    static void KeepExact(Model& model, const NumberPlace& place, std::string text)
+    {
+        model.m_exact.Set(place, std::move(text));
     }
 
     /// An empty name is filled in as Model::AddVariable() does.

@@ -7,6 +7,7 @@
 #include "Nuv/CInterface/Handles.hpp"
 #include "Nuv/Io/ModelFile.hpp"
 #include "Nuv/Io/TextFile.hpp"
+#include "Nuv/Model/WrittenNumber.hpp"
 #include "Nuv/Vipr/Certify.hpp"
 #include "Nuv/Vipr/Text.hpp"
 
@@ -81,6 +82,13 @@ std::vector<NuvIisMember> MembersOf(const nuv::Model& model, const nuv::Iis& iis
         members.push_back({index, row ? 1u : 0u, member.upper ? 1u : 0u});
     }
     return members;
+}
+
+/// @return 0.
+std::uint32_t TellError(NuvDiagnostics* diagnostics, const nuv::Error& error)
+{
+    diagnostics->diagnostics.assign(1, {nuv::Severity::Error, error, {}});
+    return 0;
 }
 
 }  // namespace
@@ -179,41 +187,26 @@ void Assign(NuvModel* handle, std::uint32_t isMaximised, std::uint32_t columns, 
     editor.Commit();
 }
 
-/// Sets a number that no double says. @return 1 if the model takes it.
+/// Gives a number of the model, whose nearest double it has, the text that says it.
+/// @return 1, or 0 and tells what is wrong with the text.
 NUV_EXPORT("setExact")
-std::uint32_t SetExact(NuvModel* handle, std::uint32_t place, std::uint32_t at,
-                       std::uint32_t column, const char* text)
+std::uint32_t SetExact(NuvModel* handle, std::uint32_t of, std::uint32_t at, std::uint32_t column,
+                       const char* text, NuvDiagnostics* diagnostics)
 {
-    using Of = nuv::NumberPlace::Of;
-    nuv::Model& model = *handle->model;
-    switch (static_cast<Of>(place))
-    {
-    case Of::ObjectiveConstant:
-        return model.SetExactConstant(text);
-    case Of::Objective:
-        return model.SetExactCost(model.VariableAt(at), text);
-    case Of::VariableLower:
-        return model.SetExactLower(model.VariableAt(at), text);
-    case Of::VariableUpper:
-        return model.SetExactUpper(model.VariableAt(at), text);
-    case Of::RowLower:
-        return model.SetExactLower(model.RowAt(at), text);
-    case Of::RowUpper:
-        return model.SetExactUpper(model.RowAt(at), text);
-    case Of::Entry:
-        break;
-    }
-    return model.SetExactCoefficient(model.RowAt(at), model.VariableAt(column), text);
+    nuv::Result<nuv::WrittenNumber> number = nuv::ReadNumber(text);
+    if (!number)
+        return TellError(diagnostics, number.GetError());
+    const nuv::NumberPlace place = {static_cast<nuv::NumberPlace::Of>(of), at, column};
+    if (number->exact)
+        nuv::BulkEditor::KeepExact(*handle->model, place, text);
+    return 1;
 }
 
 /// @return 1 if there is nothing wrong with the model, or tells what.
 NUV_EXPORT("check") std::uint32_t Check(const NuvModel* handle, NuvDiagnostics* diagnostics)
 {
-    std::optional<nuv::Error> fault = handle->model->FindFault();
-    diagnostics->diagnostics.clear();
-    if (fault)
-        diagnostics->diagnostics.push_back({nuv::Severity::Error, std::move(*fault), {}});
-    return fault ? 0 : 1;
+    const std::optional<nuv::Error> fault = handle->model->FindFault();
+    return fault ? TellError(diagnostics, *fault) : 1;
 }
 
 /// The names of all rows or columns, each ended by a NUL.

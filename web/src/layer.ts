@@ -32,7 +32,7 @@ export interface ProofExports {
     model: Pointer, isMaximised: number, columns: number, rows: number, numbers: Pointer, starts: Pointer,
     indices: Pointer, values: Pointer, columnNames: Pointer, rowNames: Pointer,
   ): void;
-  setExact(model: Pointer, place: number, at: number, column: number, text: Pointer): number;
+  setExact(model: Pointer, place: number, at: number, column: number, text: Pointer, diagnostics: Pointer): number;
   check(model: Pointer, diagnostics: Pointer): number;
   names(model: Pointer, areRows: number): Pointer;
   arrays(model: Pointer, constant: Pointer, out: Pointer): void;

@@ -160,5 +160,8 @@ function assign(layer: Layer, handle: number, read: ObjectReader): void {
 }
 
 function setExact(layer: Layer, handle: number, { place, at, column, text }: ExactPlace): void {
-  layer.lendText(text, (textAt) => layer.exports.setExact(handle, place, at, column, textAt));
+  const isSet = layer.lendText(text, (textAt) =>
+    layer.exports.setExact(handle, place, at, column, textAt, layer.diagnostics),
+  );
+  if (!isSet) throw layer.refusal();
 }

@@ -71,6 +71,13 @@ test("numbers beyond doubles are kept", () => {
   assert.equal(answer.exactObjective, String(huge));
 });
 
+test("what no model has is refused as it is stated", () => {
+  const rows = { a: { terms: { x: 1 }, upper: 1 } };
+  assert.equal(refusal(() => nuv.model({ maximize: { x: "1e-400" }, rows })).code, "model.not-a-number");
+  assert.equal(refusal(() => nuv.model({ rows, variables: { x: { lower: Infinity } } })).code, "model.impossible-bound");
+  assert.equal(refusal(() => nuv.model({ rows: { a: { ...rows.a, upper: -Infinity } } })).code, "model.impossible-bound");
+});
+
 test("bounds and sides are all there", () => {
   const answer = nuv.solve({
     minimize: { x: 1, y: 1, z: -1 },
