@@ -6,6 +6,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace nuv::lp
 {
@@ -112,22 +113,28 @@ bool Messages::Unexpected(const Token& token, const Token& next)
 bool Messages::UnexpectedSign(const Token& token)
 {
     const std::string_view word = token.text;
-    if (word == "*" || word == "/" || word == "^" || word == "[" || word == "]")
+    if (word == "*" || word == "/")
     {
-        if (word == "*" || word == "/")
-        {
-            return Fail(token, word == "*" ? "lp.product" : "lp.quotient",
-                        fmt::format("'{}' {}", word, Where()),
-                        word == "*" ? "a coefficient stands before its variable without a sign: 2 x"
-                                    : "a quotient is two integers without blanks: 1/2 x");
-        }
+        return Fail(token, word == "*" ? "lp.product" : "lp.quotient",
+                    fmt::format("'{}' {}", word, Where()),
+                    word == "*" ? "a coefficient stands before its variable without a sign: 2 x"
+                                : "a quotient is two integers without blanks: 1/2 x");
+    }
+    if (word == "^" || word == "[" || word == "]")
+    {
         return Fail(token, "lp.quadratic",
                     fmt::format("'{}' {}: quadratic terms are refused", word, Where()),
                     "only linear terms, such as 2 x, can be read");
     }
+    const bool isRelation = token.kind == TokenKind::LessEqual ||
+                            token.kind == TokenKind::GreaterEqual || token.kind == TokenKind::Equal;
+    std::string hint = "write sums such as 2 x + 3 y";
+    if (m_place == Place::Bounds)
+        hint = "a bound is 0 <= x <= 4, x >= -2, x = 3 or x free";
+    else if (m_place == Place::Rows && isRelation)
+        hint = "a row has one of <=, >= and =, without a blank within, between two sides";
     return Fail(token, "lp.unexpected", fmt::format("'{}' has no place {}", word, Where()),
-                m_place == Place::Bounds ? "a bound is 0 <= x <= 4, x >= -2, x = 3 or x free"
-                                         : "write sums such as 2 x + 3 y");
+                std::move(hint));
 }
 
 bool Messages::UnexpectedName(const Token& token)
@@ -246,7 +253,9 @@ bool Messages::NotAModel(const Token& token, Section section)
     return Fail(
         token, "lp.no-objective",
         fmt::format("a model starts with Maximize or Minimize, not with '{}'", word.substr(0, 40)),
-        "if this is not an LP file, name it after its kind");
+        word.starts_with('#') || word.starts_with('%') || word.starts_with('!')
+            ? "comments start with a backslash here"
+            : "if this is not an LP file, name it after its kind");
 }
 
 void Messages::NoteQuotient(const Token& number)

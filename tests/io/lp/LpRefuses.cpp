@@ -191,6 +191,20 @@ TEST(LpRefusesText, ANumberThatIsTooSmallIsNotCalledTooLarge)
               "scale the model, or write inf in a bound");
 }
 
+TEST(LpRefusesText, HintsThatSayWhatIsWritten)
+{
+    const auto hint = [](const std::string& text) { return ReadText(text).GetError().hint; };
+    for (const std::string mark : {"#", "%", "!"})
+        EXPECT_EQ(hint(mark + " a comment\nmax x\nst\n x <= 4\nend"),
+                  "comments start with a backslash here");
+    EXPECT_EQ(hint("text\nmax x\nst\n x <= 4\nend"),
+              "if this is not an LP file, name it after its kind");
+    for (const std::string relation : {"< =", "= >", "<= ="})
+        EXPECT_NE(hint("max x\nst\n x " + relation + " 4\nend").find("without a blank within"),
+                  std::string::npos)
+            << relation;
+}
+
 TEST(LpRefusesText, AnErrorInARowIsReportedBeforeWhatFollowsIt)
 {
     // Terms are looked up in groups; the first trouble in the file still comes first.
