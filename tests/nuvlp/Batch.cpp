@@ -127,6 +127,7 @@ TEST(BatchCommand, ThreadsAndPartsGiveTheSameBytes)
         const Outcome one = Batch(table, options + "--threads 1");
         EXPECT_EQ(one.err, "");
         EXPECT_EQ(Batch(table, options + "--threads 5").out, one.out);
+        EXPECT_EQ(Batch(table, options + "--threads 4000000000").out, one.out);
         std::string parts;
         for (const char* part : {"1/3", "2/3", "3/3"})
             parts += Batch(table, options + "--shard " + part).out;

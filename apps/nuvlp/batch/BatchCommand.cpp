@@ -11,6 +11,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -241,6 +242,13 @@ nuv::SolveOptions SolveOptionsOf(const nuv::Model& model, const BatchArguments& 
     return solve;
 }
 
+/// More threads than that gain nothing, and at some number there are no more to be had.
+std::size_t ThreadsOf(const BatchArguments& options)
+{
+    const std::uint64_t processors = std::max(1U, std::thread::hardware_concurrency());
+    return static_cast<std::size_t>(std::min(options.threads.value_or(processors), 4 * processors));
+}
+
 ExitCode SolveTable(const BatchArguments& options, const nuv::Model& model,
                     const ScenarioTable& table, const Shard& shard)
 {
@@ -254,8 +262,7 @@ ExitCode SolveTable(const BatchArguments& options, const nuv::Model& model,
     if (options.progress && isatty(STDERR_FILENO) != 0)
         counter.emplace(last - first);
     ScenarioRun run{model, table, SolveOptionsOf(model, options), first, last, 1, {}, {}};
-    run.threads = options.threads ? static_cast<std::size_t>(*options.threads)
-                                  : std::max(1U, std::thread::hardware_concurrency());
+    run.threads = ThreadsOf(options);
     run.write = [&writer](std::size_t scenario, const nuv::Solution& solution)
     { return writer.Line(scenario, solution); };
     if (counter)
