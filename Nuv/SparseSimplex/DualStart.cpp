@@ -25,13 +25,13 @@ void BoxForPhaseOne(double& lower, double& upper)
 }
 
 /// A start that needs more is not nearly optimal, and nothing here breaks a tie for good. Where
-/// columns are many a pivot of the dual simplex costs more than one of the primal, and a long run
-/// is left to that one sooner.
+/// columns are many a pivot of the dual simplex costs more than one of the primal, and a run that
+/// is not over by then is left to that one.
 std::uint64_t MostPivots(const ScaledForm& form, bool isFromAnyBasis)
 {
     constexpr std::uint64_t kWide = 5;
     const std::uint64_t rows = form.rows;
-    const std::uint64_t perRow = !isFromAnyBasis ? 2 : form.columns > kWide * rows ? 10 : 50;
+    const std::uint64_t perRow = isFromAnyBasis && form.columns <= kWide * rows ? 50 : 2;
     return 1000 + perRow * rows;
 }
 

@@ -65,7 +65,7 @@ inline constexpr double kSafePivot = 1.0;
 inline constexpr double kSafePivotShare = 0.1;
 
 /// Costs are perturbed by one to two times this share of their size.
-inline constexpr double kCostPush = 5e-6;
+inline constexpr double kCostPush = 1e-6;
 
 /// A steepest-edge weight that was believed to be less than this share of what it is has misled the
 /// choice of the leaving variable.
