@@ -222,8 +222,13 @@ TEST(Presolve, MakesARowOfOneEntryABound)
 /// 0.1 + 0.2 is not 0.3, but a column that has to be both is no contradiction.
 TEST(Presolve, LetsBoundsMeetThatDifferByRounding)
 {
-    ExpectReduction(MakeForm({1}, {{{1}, {0.1 + 0.2, 9}}}, {{0, 0.3}}), 0, 0);
-    ExpectReduction(MakeForm({1}, {{{1}, {-9, 0.3}}}, {{0.1 + 0.2, 9}}), 0, 0);
+    const BoundedForm above = MakeForm({1}, {{{1}, {0.1 + 0.2, 9}}}, {{0, 0.3}});
+    const BoundedForm below = MakeForm({1}, {{{1}, {-9, 0.3}}}, {{0.1 + 0.2, 9}});
+    ExpectReduction(above, 0, 0);
+    ExpectReduction(below, 0, 0);
+    // They meet at the column's own.
+    EXPECT_EQ(Presolve(above).Form().constant, 0.3);
+    EXPECT_EQ(Presolve(below).Form().constant, 0.1 + 0.2);
     ExpectReduction(
         MakeForm({1, 1}, {{{1, 1}, {1, 1}}, {{1, 2}, {0, 9}}}, {{0.1 + 0.2, 9}, {0.7, 5}}), 0, 0);
     ExpectReduction(
