@@ -157,13 +157,11 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
     std::int64_t bits = quotient.ToWord();
     if (remainder != 0)
         bits |= 1;
-    // Two or three spare bits below the 53, at most two below the normal range: rounding by hand
+    // Two or three spare bits below the 53, two below the normal range: rounding by hand
     // keeps the sticky bit's meaning.
-    int spare = 0;
+    int spare = 2;
     while ((bits >> spare) >= (std::int64_t{1} << 53))
         ++spare;
-    if (exponent == lowest)
-        spare = std::max(spare, 2);
     const std::int64_t half = std::int64_t{1} << (spare - 1);
     std::int64_t kept = bits >> spare;
     const std::int64_t rest = bits - (kept << spare);

@@ -15,8 +15,8 @@ using namespace tolerance;
 PrimalSimplex::PrimalSimplex(SimplexState& state, SolveControl& control)
     : m_state(state),
       m_control(control),
-      m_violation(state.form.rows, 0),
-      m_banned(state.form.Variables(), 0)
+      m_violation(state.form.rows),
+      m_banned(state.form.Variables())
 {
 }
 

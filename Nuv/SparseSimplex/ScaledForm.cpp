@@ -22,6 +22,7 @@ double BalancingPower(double smallest, double largest)
     const double lowFraction = std::frexp(smallest, &low);
     const double highFraction = std::frexp(largest, &high);
     const int twice = low + high + (lowFraction * highFraction < 0.5 ? -1 : 0);
+    // same bits (-> 199, -> 201): as far as any scale goes
     return std::ldexp(1.0, std::clamp(-(twice / 2), -200, 200));
 }
 
