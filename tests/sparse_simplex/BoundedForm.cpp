@@ -70,6 +70,28 @@ TEST(BoundedForm, NamesItsDefects)
     EXPECT_EQ(form.Defect(), "a bound is NaN or infinite on the wrong side");
 }
 
+/// By the variable and then the lower bound first; by what it is of, the row and the column.
+TEST(BoundedForm, BoundsAndPlacesAreOrdered)
+{
+    const std::vector<BoundOfVariable> bounds = {{0, false}, {0, true}, {1, false}, {1, true}};
+    using Of = FormPlace::Of;
+    const std::vector<FormPlace> places = {{Of::Cost, 0, 0},  {Of::Cost, 1, 0},  {Of::Entry, 0, 0},
+                                           {Of::Entry, 0, 1}, {Of::Entry, 1, 0}, {Of::Entry, 1, 1}};
+    const auto expectOrdered = [](const auto& items)
+    {
+        for (std::size_t i = 0; i < items.size(); ++i)
+        {
+            for (std::size_t k = 0; k < items.size(); ++k)
+            {
+                EXPECT_EQ(items[i] < items[k], i < k) << i << ' ' << k;
+                EXPECT_EQ(items[i] == items[k], i == k) << i << ' ' << k;
+            }
+        }
+    };
+    expectOrdered(bounds);
+    expectOrdered(places);
+}
+
 /// What the form says of its matrix after `spoil` has been at the columns.
 template <class Spoil>
 std::string DefectOfMatrix(Spoil spoil)
