@@ -20,6 +20,7 @@ namespace
 
 /// A basis whose values in doubles miss their bounds by more, or its reduced costs their signs, in
 /// the scaled form, is not worth an exact look.
+// same bits: one of many right choices
 constexpr double kWorthALook = 1e-6;
 
 bool IsFeasible(const SimplexState& state)

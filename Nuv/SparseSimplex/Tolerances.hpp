@@ -27,6 +27,7 @@ inline constexpr double kAgreement = 1e-7;
 
 /// With fresh factors nothing more can be done for accuracy, so a pivot is refused only if row and
 /// column disagree about it by more than this share.
+// same bits: one of many right choices
 inline constexpr double kFreshAgreement = 0.1;
 
 /// Of the pivots met in phase one, one may be chosen that is smaller than the largest by this
