@@ -168,11 +168,6 @@ NUV_LANES_INLINE UintLanes LoadUint(const NuvUint* from)
     return LoadAs<UintLanes>(from);
 }
 
-NUV_LANES_INLINE void StoreUint(NuvUint* to, const UintLanes& x)
-{
-    memcpy(to, &x, sizeof x);
-}
-
 /// Where a truth value is true.
 NUV_LANES_INLINE Mask MaskOf(const NuvUint* truths)
 {

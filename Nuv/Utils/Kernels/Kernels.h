@@ -52,10 +52,10 @@ struct Kernels
     static constexpr NuvSizeT kTile = 16;
 
     void (*updateAndMultiply)(const FusedProduct* product);
-    /// Few rows: copies A, whose rows are `rowLength` long, marks its non-zeros, and makes the
-    /// inverse the identity.
+    /// Few rows: copies A and marks its non-zeros, and starts from the basis of the slacks, with
+    /// the others nonbasic in their order.
     /// @return whether all of A is finite.
-    bool (*startSmall)(SmallState* state, const NuvFloat32* A, NuvSizeT rowLength);
+    bool (*startSmall)(SmallState* state, const SmallStart* start);
     /// Both inverses += the pending update, unless `row`, which leaves, is m; prices = basicCosts ·
     /// inverse; values = inverse · b. The former row goes to `multipliers`. Prices and values are
     /// those of before, but for m.

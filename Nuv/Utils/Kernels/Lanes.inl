@@ -47,6 +47,11 @@ NUV_LANES_INLINE void Store(NuvFloat32* to, const Lanes& x)
     memcpy(to, &x, sizeof x);
 }
 
+NUV_LANES_INLINE void StoreUint(NuvUint* to, const UintLanes& x)
+{
+    memcpy(to, &x, sizeof x);
+}
+
 template <class T = Lanes>
 NUV_LANES_INLINE T Broadcast(NuvFloat32 x)
 {

@@ -4,6 +4,8 @@
 #ifndef NUV_UTILS_KERNELS_SMALLSTEPS_H
 #define NUV_UTILS_KERNELS_SMALLSTEPS_H
 
+#include <stdint.h>
+
 #include "Nuv/Utils/NuvTypes.h"
 
 namespace nuv
@@ -40,6 +42,17 @@ struct SmallState
     const NuvFloat32* enteringColumn;
     NuvSizeT stepOfColumn;
     RowBits nonzerosOfColumn;
+};
+
+/// What a state starts from: a standard form, and where in the order of the nonbasic variables its
+/// first one stands.
+struct SmallStart
+{
+    const NuvFloat32* A;  // row after row
+    NuvSizeT rowLength;
+    const NuvFloat32* c;  // [n] or null: all 0
+    NuvUint n;
+    NuvUint firstPosition;
 };
 }  // namespace nuv
 

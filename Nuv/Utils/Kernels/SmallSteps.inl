@@ -5,6 +5,8 @@
 // the reduced costs and the direction, where the other factor is finite: it would add ±0.
 #include <float.h>
 
+#include <limits>
+
 #include "Nuv/Utils/Kernels/SmallSteps.h"
 
 namespace nuv
@@ -133,33 +135,58 @@ struct CopyOfColumns
 /// Makes the inverse the identity.
 void StartInverse(SmallState* s)
 {
-    NuvFloat32* row = s->rows;
-    NuvFloat32* column = s->columns;
-    for (NuvUint i = 0; i != s->m; ++i, row += s->stride, column += s->stride)
-        for (NuvUint k = 0; k != s->stride; k += static_cast<NuvUint>(kLanes))
+    NuvSizeT at = 0;
+    for (NuvUint i = 0; i != s->m; ++i)
+        for (NuvUint k = 0; k != s->stride; k += static_cast<NuvUint>(kLanes), at += kLanes)
         {
-            const Lanes line = CountFrom(k) == BroadcastUint(i) ? Broadcast(1.0F) : Broadcast(0.0F);
-            Store(column + k, line);
+            const Lanes line = CountFrom(k) == BroadcastUint(i) ? Broadcast(1.0F) : Lanes{};
+            Store(s->columns + at, line);
             if (s->hasRows)
-                Store(row + k, line);
+                Store(s->rows + at, line);
         }
+    if (s->hasRows)
+        return;
     memset(s->patterns, 0, 2 * s->stride * sizeof *s->patterns);
     for (NuvSizeT i = 0; i != s->m; ++i)
         s->patterns[i / kHalfBits * s->stride + i] = NuvUint{1} << i % kHalfBits;
 }
 
-bool StartSmall(SmallState* s, const NuvFloat32* A, NuvSizeT rowLength)
+/// Has the slacks basic, which cost nothing: prices and values are sums of zeros and one number.
+void StartLabels(SmallState* s, const SmallStart* start)
 {
-    CopyOfColumns copy = {s, A, rowLength, 0, Lanes{}};
+    const Lanes basicCost = Broadcast(-std::numeric_limits<NuvFloat32>::infinity());
+    for (NuvUint j = 0; j != s->lengthOfA; j += static_cast<NuvUint>(kLanes))
+    {
+        const NuvSizeT count = j < start->n ? start->n - j : 0;
+        Lanes cost = {};
+        if (start->c)
+            cost = count >= kLanes ? Load(start->c + j) : LoadSome(start->c + j, count);
+        const UintLanes index = CountFrom(j);
+        const UintLanes position = index + start->firstPosition;
+        const UintLanes end = BroadcastUint(start->n);
+        Store(s->costs + j, index < end ? cost : basicCost);
+        StoreUint(s->positions + j, index < end ? position : BroadcastUint(UINT32_MAX));
+    }
+    for (NuvSizeT i = 0; i != s->stride; i += kLanes)
+    {
+        Store(s->costs + s->lengthOfA + i, basicCost);
+        StoreUint(s->positions + s->lengthOfA + i, BroadcastUint(UINT32_MAX));
+        Store(s->values + i, Broadcast(0.0F) + Load(s->b + i));
+    }
+    s->nonzeroPrices = 0;
+}
+
+bool StartSmall(SmallState* s, const SmallStart* start)
+{
+    CopyOfColumns copy = {s, start->A, start->rowLength, 0, Lanes{}};
     const NuvSizeT half = s->m < kHalfBits ? s->m : kHalfBits;
     for (; copy.first != s->lengthOfA; copy.first += kLanes)
     {
-        const UintLanes upper = copy.Copy(0, half);
-        memcpy(s->nonzerosOfA + copy.first, &upper, sizeof upper);
-        const UintLanes lower = copy.Copy(half, s->m);
-        memcpy(s->nonzerosOfA + s->lengthOfA + copy.first, &lower, sizeof lower);
+        StoreUint(s->nonzerosOfA + copy.first, copy.Copy(0, half));
+        StoreUint(s->nonzerosOfA + s->lengthOfA + copy.first, copy.Copy(half, s->m));
     }
     StartInverse(s);
+    StartLabels(s, start);
     return AreZero(copy.doubt);
 }
 

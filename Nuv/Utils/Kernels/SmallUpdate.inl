@@ -158,7 +158,7 @@ NUV_LANES_INLINE RowBits SpreadPattern(const SmallState* s, NuvUint* patterns, N
         const UintLanes former = LoadAs<UintLanes>(patterns + i);
         const UintLanes changed = Load(s->eta + i) != Lanes{} ? former | pattern : UintLanes{};
         const UintLanes now = former | changed;
-        memcpy(patterns + i, &now, sizeof now);
+        StoreUint(patterns + i, now);
         all = all | changed;
     }
     return Reduce(all, [](const auto& x, const auto& y) { return x | y; });

@@ -67,27 +67,6 @@ bool AreNonbasicInOrder(const Iteration* it)
     return differences == 0;
 }
 
-/// The first basis of all: that of the slacks, in the order of the rows.
-void StartFromSlacks(SmallState* s, const Iteration* it)
-{
-    const NuvUint n = it->form->n;
-    const NuvUint numArtificial = it->numNonbasic - n;
-    for (NuvUint j = 0; j != n; ++j)
-    {
-        s->costs[j] = it->phase == Phase::II ? it->form->c[j] : 0.0F;
-        s->positions[j] = numArtificial + j;
-    }
-    for (NuvSizeT j = n; j != s->lengthOfA + s->stride; ++j)
-    {
-        s->costs[j] = kBasicCost;
-        s->positions[j] = kNoPosition;
-    }
-    // The inverse is the identity, and slacks cost nothing: sums of zeros and one number.
-    for (NuvSizeT i = 0; i != s->m; ++i)
-        s->values[i] = 0.0F + s->b[i];
-    s->nonzeroPrices = 0;
-}
-
 /// Gives each label its place.
 /// @return false when one has two.
 bool PlaceLabels(SmallState* s, const Iteration* it)
@@ -185,12 +164,14 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
 bool TryStart(SmallIteration* x, Iteration* it)
 {
     SmallState* const s = &x->state;
+    const StandardForm* const form = it->form;
     s->hasRows = s->m < kFewestSparse;
-    if (!it->kernels->startSmall(s, it->form->A, it->form->rowLength))
+    const SmallStart start = {form->A, form->rowLength, it->phase == Phase::II ? form->c : nullptr,
+                              form->n, it->numNonbasic - form->n};
+    if (!it->kernels->startSmall(s, &start))
         return false;
     if (it->hasSlackBasis && AreNonbasicInOrder(it))
     {
-        StartFromSlacks(s, it);
         x->isFinite = true;
         return true;
     }

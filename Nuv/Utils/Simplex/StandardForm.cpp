@@ -50,9 +50,11 @@ struct Tally
 /// Stores one coefficient in a row of n; a later one for the same variable replaces it.
 bool StoreCoefficient(NuvFloat32* row, NuvUint n, NuvUint index, NuvFloat32 coefficient)
 {
-    if (index == 0 || index > n)
+    // 0 becomes the largest number of all.
+    const NuvUint column = index - 1;
+    if (column >= n)
         return false;
-    row[index - 1] = coefficient;
+    row[column] = coefficient;
     return true;
 }
 
@@ -94,14 +96,15 @@ bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32
         tally->isFinite &= StoreAll(terms->begin, row, n);
         return true;
     }
-    bool isFinite = true;
+    // A sum of numbers times 0: a NaN where one is not finite.
+    NuvFloat32 doubt = 0.0F;
     for (const NuvPair_NuvUint__NuvFloat32* term = terms->begin; term != terms->end; ++term)
     {
         if (!StoreCoefficient(row, n, term->first, term->second))
             return false;
-        isFinite &= IsFinite(term->second);
+        doubt = doubt + term->second * 0.0F;
     }
-    tally->isFinite &= isFinite;
+    tally->isFinite &= doubt == 0.0F;
     return true;
 }
 
