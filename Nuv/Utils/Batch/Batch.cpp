@@ -9,7 +9,7 @@ namespace
 {
 struct Plan
 {
-    SingleSolve single;
+    SingleSolve singles[kMaxTurns];
     LaneQueue lanes;
 };
 
@@ -17,15 +17,19 @@ NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const B
                      void* workspace)
 {
     WorkspaceLayout layout(workspace);
-    plan->single.batch = batch;
-    plan->single.kernels = way->kernels;
-    plan->single.trace = way->trace;
-    PlaceArrays(&plan->single, &layout);
+    for (NuvSizeT k = 0; k != (way->hasTurns ? kMaxTurns : 1); ++k)
+    {
+        SingleSolve* const single = &plan->singles[k];
+        single->batch = batch;
+        single->kernels = way->kernels;
+        single->trace = way->trace;
+        PlaceArrays(single, &layout);
+    }
     if (way->lanes)
     {
         plan->lanes.batch = batch;
         plan->lanes.loops = way->lanes;
-        plan->lanes.single = &plan->single;
+        plan->lanes.single = plan->singles;
         PlaceArrays(&plan->lanes, &layout);
     }
     return layout.BytesNeeded();
@@ -37,7 +41,8 @@ constexpr InstructionSet kWidestFirst[] = {InstructionSet::Avx512, InstructionSe
 /// Whether the lanes are faster than solving one problem after the other: while what they read and
 /// write in every step, the inverses and the matrices of all lanes, is not far beyond the nearest
 /// cache. They do all the products of their problems, those with zeros too, which the solve of one
-/// problem leaves out, and fewer lanes gain less. bench/small measures where the two meet.
+/// problem leaves out, and fewer lanes gain less. bench/small measures where the two meet. What of
+/// this the data decide, and not the shape, is IsSparse: a workspace is for both.
 bool DoLanesPay(const NuvLinearProgrammingBatch* batch, NuvUint lanes)
 {
     constexpr NuvSizeT kMostBytes = 96 * 1024;
@@ -45,6 +50,27 @@ bool DoLanesPay(const NuvLinearProgrammingBatch* batch, NuvUint lanes)
     const NuvSizeT mostRows = lanes >= 8 ? 32 : 20;
     const NuvSizeT elements = m * (m + batch->numVars);
     return m <= mostRows && elements * lanes * sizeof(NuvFloat32) <= kMostBytes;
+}
+
+/// Whether turns gain: while the inverses and the matrices of all of them are in the nearest cache.
+bool DoTurnsPay(const NuvLinearProgrammingBatch* batch)
+{
+    constexpr NuvSizeT kMostRows = 64;
+    constexpr NuvSizeT kMostBytes = 40 * 1024;
+    const NuvSizeT m = batch->numConstraints;
+    const NuvSizeT elements = m * (InTiles(m) + InTiles(batch->numVars));
+    return m <= kMostRows && kMaxTurns * elements * sizeof(NuvFloat32) <= kMostBytes;
+}
+
+/// Whether a problem of so many rows has so many zeros that leaving them out gains more than lanes.
+bool IsSparse(const NuvLinearProgrammingBatch* batch, NuvSizeT problem)
+{
+    constexpr NuvUint kFewestRows = 17;
+    constexpr NuvSizeT kMostOfHundred = 25;
+    const NuvUint m = batch->numConstraints;
+    const NuvSizeT size = static_cast<NuvSizeT>(m) * batch->numVars;
+    return m >= kFewestRows &&
+           100 * CountNonzeros(DataOf(batch, problem).A, size) <= kMostOfHundred * size;
 }
 }  // namespace
 
@@ -73,6 +99,8 @@ BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
             way.lanes = LanesOf(set);
     if (way.lanes && (!FitsLanes(batch) || !DoLanesPay(batch, way.lanes->lanes)))
         way.lanes = nullptr;
+    way.hasTurns = DoTurnsPay(batch);
+    way.areLanesForDense = true;
     return way;
 }
 
@@ -87,11 +115,16 @@ void SolveRange(const NuvLinearProgrammingBatch* batch, const BatchWay* way, Nuv
 {
     Plan plan;
     (void)PlaceArrays(&plan, batch, way, workspace);
-    Start(&plan.single);
-    if (way->lanes)
+    if (first == last)
+        return;
+    for (NuvSizeT k = 0; k != (way->hasTurns ? kMaxTurns : 1); ++k)
+        Start(&plan.singles[k]);
+    if (way->lanes && !(way->areLanesForDense && IsSparse(batch, first)))
         return SolveRange(&plan.lanes, first, last);
+    if (way->hasTurns)
+        return SolveInTurns(plan.singles, first, last);
     for (NuvSizeT problem = first; problem != last; ++problem)
-        Solve(&plan.single, problem);
+        Solve(plan.singles, problem);
 }
 }  // namespace nuv
 

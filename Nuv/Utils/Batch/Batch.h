@@ -15,6 +15,10 @@ struct BatchWay
     const LaneLoops* lanes;
     /// Null for nobody.
     BatchTrace* trace;
+    /// Whether those that are solved one by one take turns.
+    bool hasTurns = false;
+    /// Whether the lanes are left where the first problem of a range has many zeros.
+    bool areLanesForDense = false;
 };
 
 /// @return the lanes, or null when this machine cannot run them.

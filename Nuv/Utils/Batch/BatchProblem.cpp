@@ -27,6 +27,14 @@ void Write(const NuvLinearProgrammingBatch* batch, NuvSizeT problem, NuvUint piv
 }
 }  // namespace
 
+NuvSizeT CountNonzeros(const NuvFloat32* x, NuvSizeT count)
+{
+    NuvSizeT numNonzeros = 0;
+    for (NuvSizeT i = 0; i != count; ++i)
+        numNonzeros += x[i] != 0.0F ? 1 : 0;
+    return numNonzeros;
+}
+
 NuvUint PivotLimitOf(const NuvLinearProgrammingBatch* batch)
 {
     if (batch->pivotLimit != 0)

@@ -19,6 +19,9 @@ inline BatchData DataOf(const NuvLinearProgrammingBatch* batch, NuvSizeT problem
             batch->c + problem * batch->strideC};
 }
 
+/// Counts the numbers that are not ±0.
+NuvSizeT CountNonzeros(const NuvFloat32* x, NuvSizeT count);
+
 /// The pivots after which a problem is given up.
 NuvUint PivotLimitOf(const NuvLinearProgrammingBatch* batch);
 

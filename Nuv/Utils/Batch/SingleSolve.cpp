@@ -81,15 +81,6 @@ bool AreFinite(const NuvFloat32* x, NuvSizeT count)
     return numInfinite == 0;
 }
 
-/// Counts the numbers that are not ±0.
-NuvSizeT CountNonzeros(const NuvFloat32* x, NuvSizeT count)
-{
-    NuvSizeT numNonzeros = 0;
-    for (NuvSizeT i = 0; i != count; ++i)
-        numNonzeros += x[i] != 0.0F ? 1 : 0;
-    return numNonzeros;
-}
-
 /// The standard form of a problem: on the caller's A where there are few rows, else on a copy that
 /// has the slacks.
 StandardForm FormOf(SingleSolve* x, const BatchData& data)
@@ -126,13 +117,37 @@ NuvLinearProgramming RecordOf(const SingleSolve* x, const StandardForm* form,
     return lp;
 }
 
-void StartLabels(SingleSolve* x)
+void StartLabels(const SingleSolve* x)
 {
     const NuvUint n = x->batch->numVars;
     for (NuvUint j = 0; j != n; ++j)
         x->independent[j] = j + 1;
     for (NuvUint i = 0; i != x->batch->numConstraints; ++i)
         x->basic[i] = n + 1 + i;
+}
+/// What belongs to the solve of one problem.
+struct Task
+{
+    Stack stack;
+    Watch watch;
+    NuvLinearProgrammingMonitor monitor;
+    Writer writer;
+    SolveContext context;
+    StandardForm form;
+    NuvLinearProgramming lp;
+};
+
+void Begin(Task* task, SingleSolve* x, NuvSizeT problem)
+{
+    task->stack = {{Push, Pop, 0, &task->stack}, x->memory, x->memorySize, 0};
+    task->watch = {x->trace, problem};
+    task->monitor = {BeforePivot, &task->watch};
+    task->writer = {{Take}, x->batch, problem, &task->context};
+    task->context = {x->trace ? &task->monitor : nullptr, 0, x->kernels, &task->writer.taker,
+                     PivotLimitOf(x->batch)};
+    StartLabels(x);
+    task->form = FormOf(x, DataOf(x->batch, problem));
+    task->lp = RecordOf(x, &task->form, &task->stack.allocator);
 }
 }  // namespace
 
@@ -169,21 +184,124 @@ void Start(SingleSolve* x)
 
 void Solve(SingleSolve* x, NuvSizeT problem)
 {
-    Stack stack = {{Push, Pop, 0, nullptr}, x->memory, x->memorySize, 0};
-    stack.allocator.userData = &stack;
-    Watch watch = {x->trace, problem};
-    NuvLinearProgrammingMonitor monitor = {BeforePivot, &watch};
-    Writer writer = {{Take}, x->batch, problem, nullptr};
-    SolveContext context = {x->trace ? &monitor : nullptr, 0, x->kernels, &writer.taker,
-                            PivotLimitOf(x->batch)};
-    writer.context = &context;
-
-    StartLabels(x);
-    const StandardForm form = FormOf(x, DataOf(x->batch, problem));
-    NuvLinearProgramming lp = RecordOf(x, &form, &stack.allocator);
-    const NuvLinearProgrammingResultType verdict = SolveForm(&lp, &context, &form);
+    Task task;
+    Begin(&task, x, problem);
+    const NuvLinearProgrammingResultType verdict = SolveForm(&task.lp, &task.context, &task.form);
     NUV_ASSERT(verdict != NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput);
     if (verdict != NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
-        WriteVerdict(x->batch, problem, context.pivots, verdict);
+        WriteVerdict(x->batch, problem, task.context.pivots, verdict);
+}
+
+// Several in turns --------------------------------------------------------------------------------
+
+namespace
+{
+/// A problem with few rows and without Phase I, whose steps are made between those of others: what
+/// one step waits for, those of others do not.
+struct Turn
+{
+    SingleSolve* single;
+    Task task;
+    Iteration it;
+    SmallIteration steps;
+    Entering entering;
+    Leaving leaving;
+    bool isActive;
+    bool isFinite;
+    bool hasPivot;
+};
+
+bool TryStart(Turn* x)
+{
+    if (!IsSmall(&x->task.form) || NuvRevisedSimplexIsPhaseIRequired(&x->task.lp))
+        return false;
+    WorkspaceLayout layout(x->single->memory);
+    x->it.hasSlackBasis = true;
+    PlaceArrays(&x->it, &x->task.context, &x->task.form, Phase::II, &layout);
+    PlaceArrays(&x->steps, &x->it, &layout);
+    Initialise(&x->it, &x->task.lp);
+    return TryStart(&x->steps, &x->it);
+}
+
+/// Begins the next problem that is solved in turns, or leaves the turn idle.
+void Refill(Turn* x, NuvSizeT* next, NuvSizeT last)
+{
+    x->hasPivot = false;
+    for (x->isActive = false; !x->isActive && *next != last; ++*next)
+    {
+        Begin(&x->task, x->single, *next);
+        x->isActive = TryStart(x);
+        if (!x->isActive)
+            Solve(x->single, *next);
+    }
+}
+
+/// Decides on the pivot that was chosen.
+/// @return whether the problem is at its end.
+bool Decide(Turn* x)
+{
+    const NuvLinearProgrammingBatch* const batch = x->single->batch;
+    const NuvSizeT problem = x->task.watch.problem;
+    Iteration* const it = &x->it;
+    if (x->isFinite && x->entering.reducedCost == 0.0F)
+    {
+        const BatchOptimum found = {ComputeObjective(it), it->basic, it->basicValues,
+                                    it->prices,           1,         1};
+        WriteOptimum(batch, problem, x->task.context.pivots, &found);
+        return true;
+    }
+    if (x->isFinite)
+        x->leaving = ChooseLeaving(&x->steps, it);
+    if (x->isFinite && !x->leaving.exists)
+    {
+        WriteVerdict(batch, problem, x->task.context.pivots,
+                     NUV_LINEARPROGRAMMINGRESULTTYPE_Unbounded);
+        return true;
+    }
+    if (!x->isFinite || !FormEta(&x->steps, it, x->leaving.row))
+    {
+        if (x->single->trace)
+            x->single->trace->onPivot(x->single->trace, problem, 0, 0, 0);
+        Solve(x->single, problem);
+        return true;
+    }
+    x->hasPivot = ReportPivot(it, &x->entering, &x->leaving);
+    if (!x->hasPivot)
+        WriteVerdict(batch, problem, x->task.context.pivots,
+                     NUV_LINEARPROGRAMMINGRESULTTYPE_Stopped);
+    return !x->hasPivot;
+}
+}  // namespace
+
+void SolveInTurns(SingleSolve* singles, NuvSizeT first, NuvSizeT last)
+{
+    Turn turns[kMaxTurns];
+    for (Turn& turn : turns)
+    {
+        turn.single = singles++;
+        Refill(&turn, &first, last);
+    }
+    for (bool isAnyActive = turns[0].isActive; isAnyActive;)
+    {
+        isAnyActive = false;
+        for (Turn& turn : turns)
+            if (turn.isActive)
+                turn.entering = ChooseEntering(&turn.steps, &turn.it);
+        for (Turn& turn : turns)
+            if (turn.isActive)
+                turn.isFinite = ComputeValuesAndDirection(&turn.steps, &turn.it, &turn.entering);
+        for (Turn& turn : turns)
+            if (turn.isActive && Decide(&turn))
+                Refill(&turn, &first, last);
+        for (Turn& turn : turns)
+        {
+            isAnyActive |= turn.isActive;
+            if (!turn.hasPivot)
+                continue;
+            Exchange(&turn.steps, &turn.it, turn.entering.position, turn.leaving.row);
+            Update(&turn.steps, &turn.it, turn.leaving.row);
+            turn.it.hasPivoted = true;
+        }
+    }
 }
 }  // namespace nuv

@@ -33,6 +33,11 @@ void PlaceArrays(SingleSolve* x, WorkspaceLayout* layout);
 void Start(SingleSolve* x);
 /// Solves a problem, and writes its answers.
 void Solve(SingleSolve* x, NuvSizeT problem);
+
+inline constexpr NuvSizeT kMaxTurns = 3;
+/// Solves the problems from `first` to before `last`, a pivot of each in turns, in the memory of
+/// kMaxTurns solves.
+void SolveInTurns(SingleSolve* singles, NuvSizeT first, NuvSizeT last);
 }  // namespace nuv
 
 #endif

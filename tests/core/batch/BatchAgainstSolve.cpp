@@ -193,8 +193,9 @@ void CompareGroup(const nuv::BatchWay& way, const Group& group, Shape shape,
     for (std::size_t k = 0; k != group.expected.size() && !testing::Test::HasFailure(); ++k)
     {
         SCOPED_TRACE(testing::Message()
-                     << (way.lanes ? static_cast<int>(way.lanes->lanes) : 0) << " lanes, problem "
-                     << k << " of " << shape.rows << " x " << shape.columns);
+                     << (way.lanes ? static_cast<int>(way.lanes->lanes) : 0) << " lanes, "
+                     << (way.hasTurns ? "in turns" : "one by one") << ", problem " << k << " of "
+                     << shape.rows << " x " << shape.columns);
         CompareProblem(group.expected[k], found, k, shape);
         EXPECT_EQ(group.expected[k].pivots, found.sequences[k]);
         EXPECT_TRUE(IsSame(PartOf(*prices, k, shape.rows), PartOf(found.prices, k, shape.rows)));
@@ -213,8 +214,12 @@ std::vector<nuv::BatchWay> AllWays()
         if (const nuv::Kernels* const kernels = nuv::KernelsOf(set))
         {
             ways.push_back({kernels, nullptr, nullptr});
+            ways.push_back({kernels, nullptr, nullptr, true});
             if (const nuv::LaneLoops* const lanes = nuv::LanesOf(set))
+            {
                 ways.push_back({kernels, lanes, nullptr});
+                ways.push_back({kernels, lanes, nullptr, true, true});
+            }
         }
     return ways;
 }
