@@ -126,12 +126,16 @@ bool Messages::UnexpectedSign(const Token& token)
                     fmt::format("'{}' {}: quadratic terms are refused", word, Where()),
                     "only linear terms, such as 2 x, can be read");
     }
-    const bool isRelation = token.kind == TokenKind::LessEqual ||
-                            token.kind == TokenKind::GreaterEqual || token.kind == TokenKind::Equal;
+    // `< =` is two relations.
+    const std::string_view before =
+        m_text.substr(0, static_cast<std::size_t>(word.data() - m_text.data()));
+    const std::size_t last = before.find_last_not_of(" \t\r\n");
+    const bool isSecond =
+        last != std::string_view::npos && std::string_view("<>=").find(before[last]) < 3;
     std::string hint = "write sums such as 2 x + 3 y";
     if (m_place == Place::Bounds)
         hint = "a bound is 0 <= x <= 4, x >= -2, x = 3 or x free";
-    else if (m_place == Place::Rows && isRelation)
+    else if (m_place == Place::Rows && isSecond)
         hint = "a row has one of <=, >= and =, without a blank within, between two sides";
     return Fail(token, "lp.unexpected", fmt::format("'{}' has no place {}", word, Where()),
                 std::move(hint));

@@ -203,6 +203,7 @@ TEST(LpRefusesText, HintsThatSayWhatIsWritten)
         EXPECT_NE(hint("max x\nst\n x " + relation + " 4\nend").find("without a blank within"),
                   std::string::npos)
             << relation;
+    EXPECT_EQ(hint("max x\nst\n x + <= 4\nend"), "write sums such as 2 x + 3 y");
 }
 
 TEST(LpRefusesText, AnErrorInARowIsReportedBeforeWhatFollowsIt)
