@@ -13,17 +13,16 @@ struct Plan
     LaneQueue lanes;
 };
 
+/// The lanes come first; of the single solves they need one at most.
 NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const BatchWay* way,
-                     void* workspace)
+                     NuvSizeT memorySize, void* workspace)
 {
     WorkspaceLayout layout(workspace);
-    for (NuvSizeT k = 0; k != (way->hasTurns ? kMaxTurns : 1); ++k)
+    for (SingleSolve& single : plan->singles)
     {
-        SingleSolve* const single = &plan->singles[k];
-        single->batch = batch;
-        single->kernels = way->kernels;
-        single->trace = way->trace;
-        PlaceArrays(single, &layout);
+        single.batch = batch;
+        single.kernels = way->kernels;
+        single.trace = way->trace;
     }
     if (way->lanes)
     {
@@ -32,6 +31,8 @@ NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const B
         plan->lanes.single = plan->singles;
         PlaceArrays(&plan->lanes, &layout);
     }
+    for (NuvSizeT k = 0; k != (way->hasTurns ? kMaxTurns : 1); ++k)
+        PlaceArrays(&plan->singles[k], memorySize, &layout);
     return layout.BytesNeeded();
 }
 
@@ -107,19 +108,18 @@ BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
 NuvSizeT WorkspaceSize(const NuvLinearProgrammingBatch* batch, const BatchWay* way)
 {
     Plan plan;
-    return PlaceArrays(&plan, batch, way, nullptr);
+    return PlaceArrays(&plan, batch, way, MemoryOfPhases(batch), nullptr);
 }
 
 void SolveRange(const NuvLinearProgrammingBatch* batch, const BatchWay* way, NuvSizeT first,
                 NuvSizeT last, void* workspace)
 {
-    Plan plan;
-    (void)PlaceArrays(&plan, batch, way, workspace);
     if (first == last)
         return;
-    for (NuvSizeT k = 0; k != (way->hasTurns ? kMaxTurns : 1); ++k)
-        Start(&plan.singles[k]);
-    if (way->lanes && !(way->areLanesForDense && IsSparse(batch, first)))
+    Plan plan;
+    const bool areInLanes = way->lanes && !(way->areLanesForDense && IsSparse(batch, first));
+    (void)PlaceArrays(&plan, batch, way, areInLanes ? 0 : MemoryOfPhases(batch), workspace);
+    if (areInLanes)
         return SolveRange(&plan.lanes, first, last);
     if (way->hasTurns)
         return SolveInTurns(plan.singles, first, last);

@@ -125,6 +125,21 @@ void StartLabels(const SingleSolve* x)
     for (NuvUint i = 0; i != x->batch->numConstraints; ++i)
         x->basic[i] = n + 1 + i;
 }
+
+/// Lays down what is the same for all problems: the slacks.
+void Start(SingleSolve* x)
+{
+    x->isStarted = true;
+    if (x->memorySize == 0)
+        x->memorySize = MemoryOfPhases(x->batch);
+    const NuvSizeT m = x->batch->numConstraints;
+    const NuvSizeT n = x->batch->numVars;
+    NuvMemZero(x->A, m * (n + m) * sizeof *x->A);
+    for (NuvSizeT i = 0; i != m; ++i)
+        x->A[i * (n + m) + n + i] = 1.0F;
+    NuvMemZero(x->c, (n + m) * sizeof *x->c);
+}
+
 /// What belongs to the solve of one problem.
 struct Task
 {
@@ -139,6 +154,8 @@ struct Task
 
 void Begin(Task* task, SingleSolve* x, NuvSizeT problem)
 {
+    if (!x->isStarted)
+        Start(x);
     task->stack = {{Push, Pop, 0, &task->stack}, x->memory, x->memorySize, 0};
     task->watch = {x->trace, problem};
     task->monitor = {BeforePivot, &task->watch};
@@ -158,7 +175,16 @@ bool HasShape(const NuvLinearProgrammingBatch* batch)
     return m != 0 && n != 0 && m * (1 + n + m) <= UINT32_MAX;
 }
 
-void PlaceArrays(SingleSolve* x, WorkspaceLayout* layout)
+NuvSizeT MemoryOfPhases(const NuvLinearProgrammingBatch* batch)
+{
+    const NuvUint m = batch->numConstraints;
+    const NuvUint n = batch->numVars;
+    const NuvSizeT rowLength = static_cast<NuvSizeT>(n) + m;
+    const StandardForm shape = {m, n, nullptr, nullptr, nullptr, true, 0, rowLength};
+    return BytesOfPhases(&shape);
+}
+
+void PlaceArrays(SingleSolve* x, NuvSizeT memorySize, WorkspaceLayout* layout)
 {
     const NuvSizeT m = x->batch->numConstraints;
     const NuvSizeT n = x->batch->numVars;
@@ -166,20 +192,9 @@ void PlaceArrays(SingleSolve* x, WorkspaceLayout* layout)
     layout->Place(&x->c, n + m);
     layout->Place(&x->basic, m);
     layout->Place(&x->independent, n);
-    const StandardForm shape = {
-        x->batch->numConstraints, x->batch->numVars, nullptr, nullptr, nullptr, true, 0, n + m};
-    x->memorySize = BytesOfPhases(&shape);
-    layout->Place(&x->memory, x->memorySize);
-}
-
-void Start(SingleSolve* x)
-{
-    const NuvSizeT m = x->batch->numConstraints;
-    const NuvSizeT n = x->batch->numVars;
-    NuvMemZero(x->A, m * (n + m) * sizeof *x->A);
-    for (NuvSizeT i = 0; i != m; ++i)
-        x->A[i * (n + m) + n + i] = 1.0F;
-    NuvMemZero(x->c, (n + m) * sizeof *x->c);
+    x->isStarted = false;
+    x->memorySize = memorySize;
+    layout->Place(&x->memory, memorySize);
 }
 
 void Solve(SingleSolve* x, NuvSizeT problem)

@@ -20,17 +20,20 @@ struct SingleSolve
     NuvFloat32* c;         /// [n + m]
     NuvUint* basic;        /// [m]
     NuvUint* independent;  /// [n]
-    /// What the phases allocate from, as from a stack.
+    /// What the phases allocate from, as from a stack; 0 where its size is not known yet.
     NuvSizeT memorySize;
     unsigned char* memory;
+    bool isStarted;
 };
 
 /// Whether 32 bits can count the elements, and there are any.
 bool HasShape(const NuvLinearProgrammingBatch* batch);
 
-void PlaceArrays(SingleSolve* x, WorkspaceLayout* layout);
-/// Lays down what is the same for all problems: the slacks.
-void Start(SingleSolve* x);
+/// How much memory the phases of a problem take.
+NuvSizeT MemoryOfPhases(const NuvLinearProgrammingBatch* batch);
+
+/// The memory comes last: where nothing follows, 0 for its size will do, which takes time to know.
+void PlaceArrays(SingleSolve* x, NuvSizeT memorySize, WorkspaceLayout* layout);
 /// Solves a problem, and writes its answers.
 void Solve(SingleSolve* x, NuvSizeT problem);
 
