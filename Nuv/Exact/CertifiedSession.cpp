@@ -154,11 +154,11 @@ void CertifiedSession::KeepOfEvaluation(const ExactForm& before)
         isNew[column] = true;
     for (const Index v : evaluation.head)
         evaluation.hasDuals = evaluation.hasDuals && (m_form.IsLogical(v) || !isNew[v]);
-    for (Index v = 0; evaluation.hasDuals && v < m_form.Variables(); ++v)
+    // Scales and divisors of columns whose cost is the same are the same too.
+    for (Index column = 0; evaluation.hasDuals && column < m_form.columns; ++column)
     {
-        if ((!m_form.IsLogical(v) && isNew[v]) || !(now.ColumnScale(v) == before.ColumnScale(v)) ||
-            (haveDivisors && hasOtherDivisor(v)))
-            evaluation.reducedSign[v] = ExactEvaluation::kSignUnknown;
+        if (isNew[column])
+            evaluation.reducedSign[column] = ExactEvaluation::kSignUnknown;
     }
 }
 

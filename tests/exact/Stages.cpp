@@ -280,6 +280,28 @@ TEST(CertifiedSession, TakesCostsThatNoDoubleSays)
     EXPECT_GT(optima, 0);
 }
 
+/// Of numbers that one double is next to each is another number, and a number said again is not.
+TEST(CertifiedSession, TellsCostsApartThatOneDoubleIsNextTo)
+{
+    BoundedForm form = MakeForm({0}, {{{1}, {1, kInf}}});
+    form.numbers = CoefficientMeaning::ShortestDecimal;
+    CertifiedSession session(form, std::nullopt);
+    const double third = 1.0 / 3.0;
+    FormNumber exact(third);
+    exact.exact = Rational(1, 3);
+    FormNumber next(third);
+    next.exact = Rational(1, 3) + Rational(1, Power(10, 30));
+    const FormNumber plain(third);
+    const std::vector<FormNumber> costs = {exact, exact, next, plain, plain, exact, plain};
+    for (const FormNumber& cost : costs)
+    {
+        session.SetCost(0, cost);
+        SolveControl control;
+        EXPECT_EQ(session.Solve(control)->certificate.objective,
+                  cost.exact ? *cost.exact : ToRational(third, form.numbers));
+    }
+}
+
 TEST(CertifiedSession, StartsFromTheBasisThatItIsGiven)
 {
     const BoundedForm form = KnownForms()[0].form;

@@ -205,6 +205,9 @@ TEST_F(Factory, AChangeToANumberThatNoDoubleSaysKeepsTheBasis)
     EXPECT_TRUE(solver.SetCost(chairs, 30));
     EXPECT_TRUE(solver.SetBounds(tables, {0, 40}));
     expectWithoutPivots("11101/3");
+    // What is no number is refused, and remembered as an error of the model.
+    EXPECT_FALSE(solver.SetExactConstant("a third"));
+    EXPECT_FALSE(solver.SetExactCoefficient(*solver.GetModel().FindRow("wood"), tables, "a third"));
 }
 
 TEST_F(Factory, MovesAndGivesItsModelBack)
