@@ -57,7 +57,7 @@ bool DoLanesPay(const NuvLinearProgrammingBatch* batch, NuvUint lanes)
 bool DoTurnsPay(const NuvLinearProgrammingBatch* batch)
 {
     constexpr NuvSizeT kMostRows = 64;
-    constexpr NuvSizeT kMostBytes = 40 * 1024;
+    constexpr NuvSizeT kMostBytes = 56 * 1024;
     const NuvSizeT m = batch->numConstraints;
     const NuvSizeT elements = m * (InTiles(m) + InTiles(batch->numVars));
     return m <= kMostRows && kMaxTurns * elements * sizeof(NuvFloat32) <= kMostBytes;
