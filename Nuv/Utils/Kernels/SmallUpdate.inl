@@ -6,7 +6,6 @@ namespace
 {
 /// Adds the pending update to both matrices and sums prices and values, which are independent of
 /// each other, in the same pass.
-template <bool hasUpdate>
 struct SmallUpdate
 {
     SmallState& s;
@@ -22,7 +21,7 @@ struct SmallUpdate
         Lanes prices[count] = {};
         Lanes values[count] = {};
         UintLanes elements[count] = {};
-        for (NuvSizeT v = 0; hasUpdate && v != count; ++v)
+        for (NuvSizeT v = 0; v != count; ++v)
         {
             eta[v] = Load(s.eta + first + v * kLanes);
             multipliers[v] = Load(s.multipliers + first + v * kLanes);
@@ -42,20 +41,17 @@ struct SmallUpdate
         {
             const Lanes cost = Broadcast(costs[l]);
             const Lanes side = Broadcast(sides[l]);
-            const Lanes etaOfLine = Broadcast(hasUpdate ? etas[l] : 0.0F);
-            const Lanes multiplier = Broadcast(hasUpdate ? formers[l] : 0.0F);
+            const Lanes etaOfLine = Broadcast(etas[l]);
+            const Lanes multiplier = Broadcast(formers[l]);
             for (NuvSizeT v = 0; v != count; ++v)
             {
                 Lanes ofRow = Load(inRow + v * kLanes);
                 Lanes ofColumn = Load(inColumn + v * kLanes);
-                if constexpr (hasUpdate)
-                {
-                    // The leaving row was cleared; the columns are cleared of it here.
-                    ofRow = ofRow + etaOfLine * multipliers[v];
-                    ofColumn = (elements[v] != leaving ? ofColumn : Lanes{}) + multiplier * eta[v];
-                    Store(inRow + v * kLanes, ofRow);
-                    Store(inColumn + v * kLanes, ofColumn);
-                }
+                // The leaving row was cleared; the columns are cleared of it here.
+                ofRow = ofRow + etaOfLine * multipliers[v];
+                ofColumn = (elements[v] != leaving ? ofColumn : Lanes{}) + multiplier * eta[v];
+                Store(inRow + v * kLanes, ofRow);
+                Store(inColumn + v * kLanes, ofColumn);
                 prices[v] = prices[v] + cost * ofRow;
                 values[v] = values[v] + side * ofColumn;
             }
@@ -193,9 +189,10 @@ bool UpdateColumns(SmallState* s, NuvUint row, RowBits changed)
     return AreZero(values.doubt);
 }
 
-/// Prices and values of an inverse that has no rows and no update.
+/// Prices and values without an update.
 bool SumColumns(SmallState* s)
 {
+    s->nonzeroPrices = 0;
     const RowBits costed = NonzerosOf(s->basicCosts, s->stride);
     memset(s->prices, 0, s->stride * sizeof *s->prices);
     NuvFloat32 doubt = 0.0F;
@@ -234,14 +231,7 @@ void MakeRows(SmallState* s)
 bool UpdateSmall(SmallState* s, NuvUint row)
 {
     if (row == s->m)
-    {
-        s->nonzeroPrices = 0;
-        if (!s->hasRows)
-            return SumColumns(s);
-        SmallUpdate<false> sums = {*s, row, Lanes{}};
-        DoInStripes<kVectorsAtOnce>(s->stride, 0, &sums);
-        return AreZero(sums.doubt);
-    }
+        return SumColumns(s);
     if (!s->hasRows)
     {
         const RowBits changed = s->patterns[row] | RowBits{s->patterns[s->stride + row]}
@@ -257,7 +247,7 @@ bool UpdateSmall(SmallState* s, NuvUint row)
         Store(leaving + i, Lanes{});
     }
     s->nonzeroPrices = 0;
-    SmallUpdate<true> update = {*s, row, Lanes{}};
+    SmallUpdate update = {*s, row, Lanes{}};
     DoInStripes<kVectorsAtOnce>(s->stride, 0, &update);
     return AreZero(update.doubt);
 }
