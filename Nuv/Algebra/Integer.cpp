@@ -1,11 +1,8 @@
-/// The only file that knows whose integers they are.
+/// Integers of any size with Boost, which needs no library; Gmp/Integer.cpp takes its place where
+/// there is GMP.
 #include "Nuv/Algebra/Integer.hpp"
 
-#if defined(NUV_USE_GMP)
-#include <boost/multiprecision/gmp.hpp>
-#else
 #include <boost/multiprecision/cpp_int.hpp>
-#endif
 
 #include <memory>
 #include <new>
@@ -15,11 +12,7 @@ namespace nuv
 namespace
 {
 
-#if defined(NUV_USE_GMP)
-using Backend = boost::multiprecision::gmp_int;
-#else
 using Backend = boost::multiprecision::cpp_int_backend<>;
-#endif
 using Number = boost::multiprecision::number<Backend, boost::multiprecision::et_off>;
 
 }  // namespace
@@ -228,11 +221,7 @@ std::size_t BitLength(const Integer& value)
     if (sign == 0)
         return 0;
     const Number& number = Integer::Access::Of(value);
-#if defined(NUV_USE_GMP)
-    return mpz_sizeinbase(number.backend().data(), 2);
-#else
     return boost::multiprecision::msb(sign < 0 ? Number(-number) : number) + 1;
-#endif
 }
 
 std::size_t TrailingZeros(const Integer& value)

@@ -1,5 +1,5 @@
 /// Integers of any size. The arithmetic is GMP's where the build has it (NUV_USE_GMP) and Boost's
-/// own otherwise, both behind Integer.cpp, so that no other file has to parse either or know which
+/// own otherwise, behind a source for each, so that no other file has to parse either or know which
 /// it is: the same numbers and the same strings come from both.
 #pragma once
 
@@ -136,7 +136,7 @@ private:
     Integer& MultiplyByWord(std::int64_t word);
     [[nodiscard]] int CompareWord(std::int64_t word) const noexcept;
 
-    // Room for the number of either library, which Integer.cpp asserts to be enough: what includes
+    // Room for the number of either library, which the sources assert to be enough: what includes
     // this need not know which one it is.
     static constexpr std::size_t kBytes = 32;
     static constexpr std::size_t kAlignment = 16;

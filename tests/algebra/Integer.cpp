@@ -165,6 +165,58 @@ TEST(Integer, GivesTheLowWordOfItsMagnitude)
     EXPECT_EQ(Integer().LowWord(), 0U);
 }
 
+/// A number that once was long, and may be stored in another way than one that never was, is no
+/// other number; sums and products that leave the words are right.
+TEST(Integer, ForgetsThatItWasLong)
+{
+    const Integer large = Power(Integer(7), 50);
+    const auto once = [&](const Integer& x) { return Integer((x + large) - large); };
+    Random random(9);
+    const auto nearAnEdge = [&random]
+    {
+        constexpr std::int64_t kEdges[] = {
+            std::numeric_limits<std::int64_t>::min(), -1, 0, 1, std::int64_t{1} << 32,
+            std::numeric_limits<std::int64_t>::max()};
+        const Integer edge = kEdges[random.Between(0, 5)];
+        return edge + Integer(random.Between(-2, 2));
+    };
+    for (int round = 0; round < ShareOf(5000); ++round)
+    {
+        const Integer x = nearAnEdge();
+        const Integer y = nearAnEdge();
+        const Integer z = nearAnEdge();
+        const Integer longX = once(x);
+        const Integer longY = once(y);
+        ASSERT_EQ(longX, x);
+        ASSERT_EQ(longX.ToString(), x.ToString());
+        ASSERT_EQ(longX.LowWord(), x.LowWord());
+        ASSERT_EQ(BitLength(longX), BitLength(x));
+        ASSERT_EQ(x < y, longX < longY);
+        ASSERT_EQ(x < longY, longX < y);
+        ASSERT_EQ(x + y, longX + longY);
+        ASSERT_EQ(x - y, longX - y);
+        ASSERT_EQ(x * y, longX * longY);
+        ASSERT_EQ((x + y) - y, x);
+        ASSERT_EQ(Integer(once(z)).AddProduct(x, y), z + x * y);
+        ASSERT_EQ(Integer(z).AddProduct(x, y), z + longX * y);
+        ASSERT_EQ(Integer(z).SubtractProduct(longX, y), z - x * y);
+        ASSERT_EQ(Integer(z).SubtractProduct(x, y), z - x * longY);
+        ASSERT_EQ(Gcd(x, y), Gcd(longX, y));
+        ASSERT_EQ(-x, -longX);
+        ASSERT_EQ(x << 3, x * 8);
+        ASSERT_EQ(longX << 3, x * 8);
+        if (y == 0)
+            continue;
+        Integer quotient = longX;
+        Integer remainder;
+        Divide(x, y, quotient, remainder);
+        ASSERT_EQ(quotient * y + remainder, x);
+        ASSERT_EQ(x / y, longX / y);
+        ASSERT_EQ(x % longY, remainder);
+        ASSERT_EQ(TrailingZeros(y), TrailingZeros(longY));
+    }
+}
+
 TEST(Integer, IsCopiedMovedAndSwapped)
 {
     const Integer value("123456789012345678901234567890");
