@@ -100,8 +100,8 @@ BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
             way.lanes = LanesOf(set);
     if (way.lanes && (!FitsLanes(batch) || !DoLanesPay(batch, way.lanes->lanes)))
         way.lanes = nullptr;
-    way.hasTurns = DoTurnsPay(batch);
-    way.areLanesForDense = true;
+    way.hasTurns = kHasTurns && DoTurnsPay(batch);
+    way.areLanesForDense = kHasTurns;
     return way;
 }
 
@@ -121,7 +121,7 @@ void SolveRange(const NuvLinearProgrammingBatch* batch, const BatchWay* way, Nuv
     (void)PlaceArrays(&plan, batch, way, areInLanes ? 0 : MemoryOfPhases(batch), workspace);
     if (areInLanes)
         return SolveRange(&plan.lanes, first, last);
-    if (way->hasTurns)
+    if (kHasTurns && way->hasTurns)
         return SolveInTurns(plan.singles, first, last);
     for (NuvSizeT problem = first; problem != last; ++problem)
         Solve(plan.singles, problem);

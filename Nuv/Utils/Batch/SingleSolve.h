@@ -37,6 +37,12 @@ void PlaceArrays(SingleSolve* x, NuvSizeT memorySize, WorkspaceLayout* layout);
 /// Solves a problem, and writes its answers.
 void Solve(SingleSolve* x, NuvSizeT problem);
 
+/// Whether problems are solved in turns: not where code must be small.
+#ifdef NUV_WITHOUT_TURNS
+inline constexpr bool kHasTurns = false;
+#else
+inline constexpr bool kHasTurns = true;
+#endif
 inline constexpr NuvSizeT kMaxTurns = 3;
 /// Solves the problems from `first` to before `last`, a pivot of each in turns, in the memory of
 /// kMaxTurns solves.
