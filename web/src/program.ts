@@ -9,8 +9,8 @@ type Imports = Record<string, Record<string, (...values: never[]) => unknown>>;
 async function bytesAt(url: URL): Promise<BufferSource | Response> {
   if (url.protocol !== "file:" || typeof process === "undefined") return fetch(url);
   // Out of the sight of bundlers for browsers, which have no such module.
-  const files = "node:fs/promises";
-  const { readFile } = (await import(/* @vite-ignore */ files)) as {
+  const files = ["node:fs", "promises"].join("/");
+  const { readFile } = (await import(files)) as {
     readFile(url: URL): Promise<Uint8Array<ArrayBuffer>>;
   };
   return readFile(url);

@@ -18,7 +18,7 @@ if (typeof addEventListener === "function" && typeof document === "undefined" &&
   const answer = serve(loading, (reply) => postMessage(reply));
   addEventListener("message", ({ data }) => void answer(data as Request));
 } else {
-  const threads = "node:worker_threads";
-  const { parentPort } = (await import(/* @vite-ignore */ threads)) as { parentPort: Port };
+  const threads = ["node:worker", "threads"].join("_");
+  const { parentPort } = (await import(threads)) as { parentPort: Port };
   parentPort.on("message", serve(loading, (reply) => parentPort.postMessage(reply)));
 }

@@ -154,7 +154,7 @@ export class WorkerSolver {
 async function startWorker(): Promise<AnyWorker> {
   const entry = new URL("./worker-entry.js", import.meta.url);
   if (typeof Worker !== "undefined") return new Worker(entry, { type: "module" });
-  const threads = "node:worker_threads";
-  const { Worker: NodeWorker } = (await import(/* @vite-ignore */ threads)) as { Worker: new (url: URL) => AnyWorker };
+  const threads = ["node:worker", "threads"].join("_");
+  const { Worker: NodeWorker } = (await import(threads)) as { Worker: new (url: URL) => AnyWorker };
   return new NodeWorker(entry);
 }

@@ -23,8 +23,13 @@ test("no program asks for anything but its own host", async () => {
   assert.deepEqual(new Set(await imports("all.wasm")), new Set(["host"]));
 });
 
-test("the core's program takes less than 20 KB gzipped", async () => {
+test("the core's program takes less than 20 KB gzipped, and 21 with its modules", async () => {
   assert.ok((await gzipped("nuv.wasm")) < 20_000);
+  assert.ok((await gzipped("nuv.wasm", "core.js", "error.js", "program.js")) < 21_000);
+});
+
+test("the program that proves takes less than 130 KB gzipped", async () => {
+  assert.ok((await gzipped("proof.wasm")) < 130_000);
 });
 
 test("the modules have no dependency", async () => {

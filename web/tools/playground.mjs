@@ -14,7 +14,7 @@ const out = join(page, "dist");
 const withoutAddresses = {
   name: "without-addresses",
   enforce: "pre",
-  transform: (code) => code.replaceAll(/new URL\("[^"]*", import\.meta\.url\)/g, "undefined"),
+  transform: (code) => code.replaceAll(/new URL\(`[^`]*`,import\.meta\.url\)/g, "undefined"),
 };
 
 /** Builds one script that is no module. @return its text. */
