@@ -170,6 +170,8 @@ Integer::Integer(Integer&& other) noexcept
 
 Integer& Integer::operator=(const Integer& other)
 {
+    if (this == &other)
+        return *this;
     ShortOrLong& to = Access::Of(*this);
     const ShortOrLong& from = Access::Of(other);
     if (!from.isLong)
