@@ -26,6 +26,7 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
     m_forward.reset();
     m_backward.reset();
     std::vector<Index> dropped;
+    dropped.reserve(fewest.size());
     if (!FactoriseBump(head))
         dropped = FactoriseWhole(head);
     // same bits: nobody asks for it otherwise
@@ -80,6 +81,7 @@ std::vector<Index> ExactFactors::FactoriseWhole(std::vector<Index>& head)
     m_matrix.bump.resize(head.size());
     std::iota(m_matrix.bump.begin(), m_matrix.bump.end(), Index{0});
     std::vector<Index> dropped;
+    dropped.reserve(fewest.size());
     for (const BasisReplacement& replacement : fewest)
         dropped.push_back(replacement.dropped);
     return dropped;
