@@ -14,8 +14,8 @@
 #include "tests/exact/Way.hpp"
 #include "tests/support/Forms.hpp"
 
+#include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
@@ -180,7 +180,7 @@ void Exchange(Random& random, Way& way)
             factors.SolveUnitBackward(at, row);
             Add(way, row);
         }
-        if (std::abs(entering.value[at]) > 0.05)
+        if (std::fabs(entering.value[at]) > 0.05)
             way.Add(factors.Update(at, entering.value[at]));
         WorkVector costs;
         costs.Reset(size);
