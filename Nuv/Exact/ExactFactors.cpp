@@ -26,7 +26,6 @@ std::vector<Index> ExactFactors::Factorise(std::vector<Index>& head)
     m_forward.reset();
     m_backward.reset();
     std::vector<Index> dropped;
-    dropped.reserve(fewest.size());
     if (!FactoriseBump(head))
         dropped = FactoriseWhole(head);
     // same bits: nobody asks for it otherwise
