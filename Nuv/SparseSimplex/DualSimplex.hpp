@@ -54,7 +54,8 @@ private:
     void StartAfresh();
     void Prepare();
     void ComputeReducedCosts();
-    void PerturbCosts();
+    SimplexVerdict RunPerturbed();
+    void PerturbCosts(double share);
     [[nodiscard]] bool WantsPhaseOne() const;
     void MakeDualFeasible();
     void Shift(Index variable);

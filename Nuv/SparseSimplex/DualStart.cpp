@@ -50,11 +50,27 @@ SimplexVerdict DualSimplex::Run(Start start)
     {
         m_state.Refactorise();
         ComputeReducedCosts();
-        PerturbCosts();
+        PerturbCosts(kCostPush);
         if (WantsPhaseOne())
             RunPhaseOne();
+        return RunPerturbed();
     }
     return RunPhase(start == Start::Factorised);
+}
+
+/// Most runs are over after two pivots a row, some after four. One that is not after five perturbs
+/// costs once more, by much more, and goes on.
+SimplexVerdict DualSimplex::RunPerturbed()
+{
+    const std::uint64_t few = 1000 + 5 * std::uint64_t{m_state.form.rows};
+    const std::uint64_t rest = m_pivotsLeft > few ? m_pivotsLeft - few : 0;
+    m_pivotsLeft -= rest;
+    const SimplexVerdict verdict = RunPhase();
+    if (verdict != SimplexVerdict::Numerical || m_pivotsLeft > 0 || rest == 0)
+        return verdict;
+    m_pivotsLeft = rest;
+    PerturbCosts(kLargeCostPush);
+    return RunPhase();
 }
 
 void DualSimplex::StartAfresh()
@@ -89,13 +105,13 @@ void DualSimplex::ComputeReducedCosts()
 
 /// Moves reduced costs away from zero by small pseudo-random amounts, so that few of them reach it
 /// at the same time. Costs of basic variables stay, so a basis that is dual feasible remains it.
-void DualSimplex::PerturbCosts()
+void DualSimplex::PerturbCosts(double share)
 {
     double largest = 0.0;
     for (const double cost : m_state.cost)
         largest = std::max(largest, std::fabs(cost));
     // Far larger costs than others should not drown those.
-    const double size = kCostPush * (largest > 100.0 ? std::sqrt(std::sqrt(largest)) : largest);
+    const double size = share * (largest > 100.0 ? std::sqrt(std::sqrt(largest)) : largest);
     std::uint64_t random = 0x9E3779B97F4A7C15u;
     for (Index v = 0; v < m_state.form.columns; ++v)
     {

@@ -68,6 +68,10 @@ inline constexpr double kSafePivotShare = 0.1;
 /// Costs are perturbed by one to two times this share of their size.
 inline constexpr double kCostPush = 1e-6;
 
+/// The same where a run of the dual simplex is long in spite of that: ties are what keeps it, and
+/// the primal simplex, which takes back what this leads astray, has less to do than is spared.
+inline constexpr double kLargeCostPush = 1e-3;
+
 /// A steepest-edge weight that was believed to be less than this share of what it is has misled the
 /// choice of the leaving variable.
 inline constexpr double kWeightShare = 0.25;
