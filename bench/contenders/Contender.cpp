@@ -26,9 +26,8 @@ Verdict VerdictOf(nuv::Verdict verdict)
 
 Run TimeTableau(decltype(SolveByTableau)* solve, const Input& input, const Conditions& conditions)
 {
-    const std::size_t size = input.instance.rows + input.instance.columns;
     const Stopwatch watch(conditions.clock);
-    const TableauResult result = solve(input.instance, 1000 * size);
+    const TableauResult result = solve(input.instance, TableauLimit(input.instance));
     return {result.verdict, result.objective, result.pivots, 0.0, watch.Seconds()};
 }
 

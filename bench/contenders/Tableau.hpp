@@ -27,6 +27,12 @@ struct TableauResult
     std::uint64_t pivots;
 };
 
+/// As many pivots as no solve that ends has come near to.
+inline std::uint64_t TableauLimit(const Instance& instance)
+{
+    return 1000 * (instance.rows + instance.columns);
+}
+
 /// Solves from the slack basis, through Phase I with one artificial variable when a right-hand side
 /// is negative. Makes its own tableau, which is part of the time that it takes. Compiled as this
 /// library is, for any machine of the target.

@@ -11,6 +11,7 @@
 #include "bench/JsonLine.hpp"
 #include "bench/QuickOrWhole.hpp"
 #include "bench/contenders/Contender.hpp"
+#include "bench/contenders/Tableau.hpp"
 #include "bench/small/Turns.hpp"
 
 namespace bench
@@ -122,7 +123,8 @@ void AddSolves(std::vector<Turn>* turns, Small* small)
                       [small]
                       {
                           for (const Input& input : small->inputs)
-                              (void)RunNativeTableau(input, {1.0, Clock::Monotonic});
+                              (void)SolveByNativeTableau(input.instance,
+                                                         TableauLimit(input.instance));
                       }});
 }
 

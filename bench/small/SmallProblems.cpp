@@ -14,6 +14,7 @@
 #include <string>
 
 #include "bench/JsonLine.hpp"
+#include "bench/contenders/Tableau.hpp"
 #include "bench/small/Problems.hpp"
 #include "bench/small/Turns.hpp"
 
@@ -68,6 +69,7 @@ void Solve(NuvScratchAllocator* scratch, NuvLinearProgramming* lp)
 
 /// So few models that stay are timed that they do not drive each other out of the caches.
 constexpr std::size_t kFewModels = 64;
+constexpr const char* kTableau = "tableau, native";
 
 /// Models that stay, each on a scratch allocator of its own.
 class Models
@@ -149,8 +151,8 @@ bool Agree(const Problems& problems)
     {
         const Input& input = problems.Inputs()[k];
         const double found = static_cast<double>(problems.Objectives()[k]);
-        const TableauResult tableau = SolveByNativeTableau(
-            input.instance, 1000 * (input.instance.rows + input.instance.columns));
+        const TableauResult tableau =
+            SolveByNativeTableau(input.instance, TableauLimit(input.instance));
         const float ofModel = models.Objective(k);
         if (std::memcmp(&ofModel, &problems.Objectives()[k], sizeof ofModel) != 0 ||
             std::fabs(found - tableau.objective) > 1e-3 * std::max(1.0, std::fabs(found)))
@@ -182,17 +184,26 @@ void AddBatches(std::vector<Turn>* turns, Problems* problems)
     add("one by one", {kernels, nullptr, nullptr});
 }
 
-void AddContenders(std::vector<Turn>* turns, const std::vector<Input>& inputs, bool hasLibraries)
+/// The tableau alone: two readings of a clock for each problem would take half of its time.
+void AddTableau(std::vector<Turn>* turns, const std::vector<Input>& inputs)
 {
+    turns->push_back({kTableau, static_cast<double>(inputs.size()),
+                      [&inputs]
+                      {
+                          for (const Input& input : inputs)
+                              (void)SolveByNativeTableau(input.instance,
+                                                         TableauLimit(input.instance));
+                      }});
+}
+
+void AddLibraries(std::vector<Turn>* turns, const std::vector<Input>& inputs)
+{
+    // A library takes so long for one that a few are enough.
+    const std::size_t count = std::min<std::size_t>(16, inputs.size());
     for (const Contender& contender : Contenders())
     {
-        const bool isTableau = contender.run == RunNativeTableau;
-        const bool isLibrary = contender.version()[0] != '\0';
-        if (!isTableau && !(isLibrary && hasLibraries))
+        if (contender.version()[0] == '\0')
             continue;
-        // A library takes so long for one that a few are enough.
-        const std::size_t count =
-            isTableau ? inputs.size() : std::min<std::size_t>(16, inputs.size());
         std::string name = contender.name;
         if (contender.setting[0] != '\0')
             name += std::string(", ") + contender.setting;
@@ -216,12 +227,14 @@ bool Measure(const Shape& shape, const Arguments& arguments, std::FILE* file)
     AddBatches(&turns, &problems);
     turns.push_back({"models", kFewModels, [&] { models.SolveAll(); }});
     turns.push_back({"new models", count, [&] { SolveNewModels(problems.Inputs()); }});
-    AddContenders(&turns, problems.Inputs(), arguments.hasLibraries);
+    AddTableau(&turns, problems.Inputs());
+    if (arguments.hasLibraries)
+        AddLibraries(&turns, problems.Inputs());
     TakeTurns(&turns, arguments.isQuick ? TurnEffort{1e-3, 5} : TurnEffort{4e-3, 11});
 
     double tableau = 0.0;
     for (const Turn& turn : turns)
-        tableau = turn.name == "tableau, native" ? MedianOf(turn.seconds) : tableau;
+        tableau = turn.name == kTableau ? MedianOf(turn.seconds) : tableau;
     std::printf("%s, %zu x %zu, %.1f pivots\n", NameOf(shape.family), shape.rows, shape.columns,
                 problems.MeanPivots());
     for (const Turn& turn : turns)
