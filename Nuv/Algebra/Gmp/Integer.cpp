@@ -124,9 +124,7 @@ struct Integer::Access
     }
     static ShortOrLong& Make(Integer& x, std::int64_t word = 0) noexcept
     {
-        ShortOrLong* const made = ::new (static_cast<void*>(x.m_storage)) ShortOrLong;
-        made->word = word;
-        return *made;
+        return *::new (static_cast<void*>(x.m_storage)) ShortOrLong{{}, word};
     }
 };
 

@@ -18,11 +18,11 @@ NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const B
                      NuvSizeT memorySize, void* workspace)
 {
     WorkspaceLayout layout(workspace);
-    for (SingleSolve& single : plan->singles)
+    for (NuvSizeT k = 0; k != kMaxTurns; ++k)
     {
-        single.batch = batch;
-        single.kernels = way->kernels;
-        single.trace = way->trace;
+        plan->singles[k].batch = batch;
+        plan->singles[k].kernels = way->kernels;
+        plan->singles[k].trace = way->trace;
     }
     if (way->lanes)
     {

@@ -89,10 +89,10 @@ RowBits AllRows(const SmallState* s)
 /// Adds the update to one column of the inverse, of which the leaving row is replaced.
 struct ColumnUpdate
 {
-    NuvFloat32* column;
-    const NuvFloat32* eta;
     UintLanes leaving;
     Lanes multiplier;
+    NuvFloat32* column;
+    const NuvFloat32* eta;
     RowBits nonzeros;
 
     template <NuvSizeT count>
@@ -176,7 +176,7 @@ bool UpdateColumns(SmallState* s, NuvUint row, RowBits changed)
     {
         const NuvSizeT k = static_cast<NuvSizeT>(std::countr_zero(left));
         NuvFloat32* const column = s->columns + k * s->stride;
-        ColumnUpdate update = {column, s->eta, leaving, Broadcast(column[row]), 0};
+        ColumnUpdate update = {leaving, Broadcast(column[row]), column, s->eta, 0};
         DoInStripes<kVectorsAtOnce>(s->stride, 0, &update);
         const NuvFloat32 price = SumAt(update.nonzeros & costed, s->basicCosts, column);
         const RowBits bit = RowBits{1} << k;
