@@ -102,10 +102,71 @@ void SetToWord(ShortOrLong& x, std::int64_t word)
         x.word = word;
 }
 
+bool SumFits(std::int64_t x, std::int64_t y, std::int64_t* sum) noexcept
+{
+    return !__builtin_add_overflow(x, y, sum);
+}
+
+bool DifferenceFits(std::int64_t x, std::int64_t y, std::int64_t* difference) noexcept
+{
+    return !__builtin_sub_overflow(x, y, difference);
+}
+
+bool ProductFits(std::int64_t x, std::int64_t y, std::int64_t* product) noexcept
+{
+    return !__builtin_mul_overflow(x, y, product);
+}
+
+using InWords = bool (*)(std::int64_t, std::int64_t, std::int64_t*) noexcept;
+using InGmp = void (*)(mpz_ptr, mpz_srcptr, mpz_srcptr);
+
+/// x becomes what the operation makes of x and y, in words where these and the result are short.
+template <InWords inWords, InGmp inGmp>
+void Combine(ShortOrLong& x, const ShortOrLong& y)
+{
+    std::int64_t result = 0;
+    if (!x.isLong && !y.isLong && inWords(x.word, y.word, &result))
+        x.word = result;
+    else
+    {
+        MakeLong(x);
+        inGmp(x.number, x.number, GmpView(y));
+    }
+}
+
+/// The same of the sum and x · y.
+template <InWords inWords, InGmp inGmp>
+void CombineProduct(ShortOrLong& sum, const ShortOrLong& x, const ShortOrLong& y)
+{
+    std::int64_t word = 0;
+    if (!sum.isLong && !x.isLong && !y.isLong && ProductFits(x.word, y.word, &word) &&
+        inWords(sum.word, word, &word))
+        sum.word = word;
+    else
+    {
+        MakeLong(sum);
+        inGmp(sum.number, GmpView(x), GmpView(y));
+    }
+}
+
 /// The quotient of this one alone overflows.
 bool IsLeastByMinusOne(std::int64_t dividend, std::int64_t divisor) noexcept
 {
     return divisor == -1 && dividend == std::numeric_limits<std::int64_t>::min();
+}
+
+bool QuotientFits(std::int64_t x, std::int64_t y, std::int64_t* quotient) noexcept
+{
+    const bool fits = !IsLeastByMinusOne(x, y);
+    *quotient = fits ? x / y : 0;
+    return fits;
+}
+
+bool RemainderFits(std::int64_t x, std::int64_t y, std::int64_t* remainder) noexcept
+{
+    const bool fits = !IsLeastByMinusOne(x, y);
+    *remainder = fits ? x % y : 0;
+    return fits;
 }
 
 }  // namespace
@@ -195,74 +256,31 @@ Integer::~Integer()
 
 Integer& Integer::operator+=(const Integer& other)
 {
-    ShortOrLong& x = Access::Of(*this);
-    const ShortOrLong& y = Access::Of(other);
-    std::int64_t sum = 0;
-    if (!x.isLong && !y.isLong && !__builtin_add_overflow(x.word, y.word, &sum))
-        x.word = sum;
-    else
-    {
-        MakeLong(x);
-        mpz_add(x.number, x.number, GmpView(y));
-    }
+    Combine<SumFits, mpz_add>(Access::Of(*this), Access::Of(other));
     return *this;
 }
 
 Integer& Integer::operator-=(const Integer& other)
 {
-    ShortOrLong& x = Access::Of(*this);
-    const ShortOrLong& y = Access::Of(other);
-    std::int64_t difference = 0;
-    if (!x.isLong && !y.isLong && !__builtin_sub_overflow(x.word, y.word, &difference))
-        x.word = difference;
-    else
-    {
-        MakeLong(x);
-        mpz_sub(x.number, x.number, GmpView(y));
-    }
+    Combine<DifferenceFits, mpz_sub>(Access::Of(*this), Access::Of(other));
     return *this;
 }
 
 Integer& Integer::operator*=(const Integer& other)
 {
-    ShortOrLong& x = Access::Of(*this);
-    const ShortOrLong& y = Access::Of(other);
-    std::int64_t product = 0;
-    if (!x.isLong && !y.isLong && !__builtin_mul_overflow(x.word, y.word, &product))
-        x.word = product;
-    else
-    {
-        MakeLong(x);
-        mpz_mul(x.number, x.number, GmpView(y));
-    }
+    Combine<ProductFits, mpz_mul>(Access::Of(*this), Access::Of(other));
     return *this;
 }
 
 Integer& Integer::operator/=(const Integer& other)
 {
-    ShortOrLong& x = Access::Of(*this);
-    const ShortOrLong& y = Access::Of(other);
-    if (!x.isLong && !y.isLong && !IsLeastByMinusOne(x.word, y.word))
-        x.word /= y.word;
-    else
-    {
-        MakeLong(x);
-        mpz_tdiv_q(x.number, x.number, GmpView(y));
-    }
+    Combine<QuotientFits, mpz_tdiv_q>(Access::Of(*this), Access::Of(other));
     return *this;
 }
 
 Integer& Integer::operator%=(const Integer& other)
 {
-    ShortOrLong& x = Access::Of(*this);
-    const ShortOrLong& y = Access::Of(other);
-    if (!x.isLong && !y.isLong && !IsLeastByMinusOne(x.word, y.word))
-        x.word %= y.word;
-    else
-    {
-        MakeLong(x);
-        mpz_tdiv_r(x.number, x.number, GmpView(y));
-    }
+    Combine<RemainderFits, mpz_tdiv_r>(Access::Of(*this), Access::Of(other));
     return *this;
 }
 
@@ -291,37 +309,13 @@ Integer& Integer::operator>>=(std::size_t bits)
 
 Integer& Integer::AddProduct(const Integer& x, const Integer& y)
 {
-    ShortOrLong& sum = Access::Of(*this);
-    const ShortOrLong& left = Access::Of(x);
-    const ShortOrLong& right = Access::Of(y);
-    std::int64_t word = 0;
-    if (!sum.isLong && !left.isLong && !right.isLong &&
-        !__builtin_mul_overflow(left.word, right.word, &word) &&
-        !__builtin_add_overflow(sum.word, word, &word))
-        sum.word = word;
-    else
-    {
-        MakeLong(sum);
-        mpz_addmul(sum.number, GmpView(left), GmpView(right));
-    }
+    CombineProduct<SumFits, mpz_addmul>(Access::Of(*this), Access::Of(x), Access::Of(y));
     return *this;
 }
 
 Integer& Integer::SubtractProduct(const Integer& x, const Integer& y)
 {
-    ShortOrLong& sum = Access::Of(*this);
-    const ShortOrLong& left = Access::Of(x);
-    const ShortOrLong& right = Access::Of(y);
-    std::int64_t word = 0;
-    if (!sum.isLong && !left.isLong && !right.isLong &&
-        !__builtin_mul_overflow(left.word, right.word, &word) &&
-        !__builtin_sub_overflow(sum.word, word, &word))
-        sum.word = word;
-    else
-    {
-        MakeLong(sum);
-        mpz_submul(sum.number, GmpView(left), GmpView(right));
-    }
+    CombineProduct<DifferenceFits, mpz_submul>(Access::Of(*this), Access::Of(x), Access::Of(y));
     return *this;
 }
 
