@@ -43,7 +43,7 @@ void SparseElimination<Field>::Run()
 {
     TakeSingletonColumns();
     TakeSingletonRows();
-    if (pivotRow.size() == m_size)
+    if (pivotRow.size() == m_size)  // same bits (never): a nucleus of no rows
         return;
     LoadNucleus();
     for (Pivot pivot = FindPivot(); pivot.row != kNoIndex; pivot = FindPivot())

@@ -125,6 +125,7 @@ template <InWords inWords, InGmp inGmp>
 void Combine(ShortOrLong& x, const ShortOrLong& y)
 {
     std::int64_t result = 0;
+    // same bits (always): long numbers make the same
     if (!x.isLong && !y.isLong && inWords(x.word, y.word, &result))
         x.word = result;
     else
@@ -139,6 +140,7 @@ template <InWords inWords, InGmp inGmp>
 void CombineProduct(ShortOrLong& sum, const ShortOrLong& x, const ShortOrLong& y)
 {
     std::int64_t word = 0;
+    // same bits (always): long numbers make the same
     if (!sum.isLong && !x.isLong && !y.isLong && ProductFits(x.word, y.word, &word) &&
         inWords(sum.word, word, &word))
         sum.word = word;

@@ -23,7 +23,7 @@ void AppendRows(const double* matrix, Index count, Index columns, SparseVectors<
     {
         for (Index j = 0; j < columns; ++j)
         {
-            if (matrix[j] != 0.0)
+            if (matrix[j] != 0.0)  // same bits (jp never): no NaN comes here
                 rows.Append(j, matrix[j]);
         }
         rows.Close();
