@@ -1,7 +1,7 @@
 #include "Nuv/Exact/Iis.hpp"
 
-#include "Nuv/Algebra/PrimeField.hpp"
 #include "Nuv/Algebra/Lifting/Residues.hpp"
+#include "Nuv/Algebra/PrimeField.hpp"
 #include "Nuv/Algebra/SparseLu.hpp"
 #include "Nuv/Exact/CertifiedSolve.hpp"
 #include "Nuv/Exact/ExactForm.hpp"

@@ -2,8 +2,8 @@
 /// basic solution x and its reduced costs d, rounded once to doubles.
 #include "Nuv/Exact/Refinement.hpp"
 
-#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/Exact/ExactFactors.hpp"
+#include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
 #include "Nuv/SparseSimplex/Tolerances.hpp"
 

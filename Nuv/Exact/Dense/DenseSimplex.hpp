@@ -25,8 +25,7 @@ public:
         GaveUp,   ///< after more pivots than such a problem takes
     };
 
-    /// From the slack basis. `observe` is called before each pivot, which it may look at the basis
-    /// of.
+    /// From the slack basis. `observe` is called before each pivot and may look at the basis.
     [[nodiscard]] End Run(const DenseForm& form, SolveControl& control,
                           const std::function<void(bool isFeasible)>& observe = {});
 

@@ -258,20 +258,22 @@ bool Decide(Turn* x)
     const NuvLinearProgrammingBatch* const batch = x->single->batch;
     const NuvSizeT problem = x->task.watch.problem;
     Iteration* const it = &x->it;
-    if (x->isFinite && x->entering.reducedCost == 0.0F)
-    {
-        const BatchOptimum found = {ComputeObjective(it), it->basic, it->basicValues,
-                                    it->prices,           1,         1};
-        WriteOptimum(batch, problem, x->task.context.pivots, &found);
-        return true;
-    }
     if (x->isFinite)
-        x->leaving = ChooseLeaving(&x->steps, it);
-    if (x->isFinite && !x->leaving.exists)
     {
-        WriteVerdict(batch, problem, x->task.context.pivots,
-                     NUV_LINEARPROGRAMMINGRESULTTYPE_Unbounded);
-        return true;
+        if (x->entering.reducedCost == 0.0F)
+        {
+            const BatchOptimum found = {ComputeObjective(it), it->basic, it->basicValues,
+                                        it->prices,           1,         1};
+            WriteOptimum(batch, problem, x->task.context.pivots, &found);
+            return true;
+        }
+        x->leaving = ChooseLeaving(&x->steps, it);
+        if (!x->leaving.exists)
+        {
+            WriteVerdict(batch, problem, x->task.context.pivots,
+                         NUV_LINEARPROGRAMMINGRESULTTYPE_Unbounded);
+            return true;
+        }
     }
     if (!x->isFinite || !FormEta(&x->steps, it, x->leaving.row))
     {

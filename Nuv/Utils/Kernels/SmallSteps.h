@@ -12,6 +12,8 @@ namespace nuv
 {
 /// A bit per row.
 using RowBits = uint64_t;
+/// In vectors of words a half of them stands at a time.
+inline constexpr NuvSizeT kHalfBits = 32;
 
 struct SmallState
 {

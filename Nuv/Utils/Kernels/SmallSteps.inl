@@ -98,8 +98,6 @@ NUV_LANES_INLINE Lanes LoadSome(const NuvFloat32* from, NuvSizeT count)
 #endif
 }
 
-constexpr NuvSizeT kHalfBits = 32;
-
 /// Some columns of A, in some rows: at most as many as half the bits are for. What is past the end
 /// of a row belongs to columns that are padding, and these never enter.
 struct CopyOfColumns

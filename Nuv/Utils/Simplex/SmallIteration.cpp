@@ -27,7 +27,7 @@ constexpr NuvSizeT kFewestSparse = 17;
 /// Marks an entry of the inverse that may be other than ±0.
 void MarkEntry(SmallState* s, NuvSizeT i, NuvSizeT k)
 {
-    s->patterns[k / 32 * s->stride + i] |= NuvUint{1} << k % 32;
+    s->patterns[k / kHalfBits * s->stride + i] |= NuvUint{1} << k % kHalfBits;
 }
 
 bool InvertBasis(SmallIteration* x, const Iteration* it)
