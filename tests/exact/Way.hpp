@@ -142,7 +142,8 @@ std::function<void(Random&, Way&)> Repeated(int count, const Solve& solve)
     };
 }
 
-/// Those of tests/exact/WaysOfParts.cpp.
+/// Those of tests/exact/WaysOfParts.cpp and WaysOfSimplex.cpp.
 std::vector<Kind> KindsOfParts();
+std::vector<Kind> KindsOfSimplex();
 
 }  // namespace nuv::test

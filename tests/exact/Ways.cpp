@@ -331,6 +331,7 @@ TEST(Ways, AreThoseOfTheRecord)
     std::string now;
     std::vector<Kind> kinds = Kinds();
     std::ranges::move(KindsOfParts(), std::back_inserter(kinds));
+    std::ranges::move(KindsOfSimplex(), std::back_inserter(kinds));
     for (const Kind& kind : kinds)
     {
         Random random(kind.name.size());
