@@ -142,8 +142,10 @@ std::function<void(Random&, Way&)> Repeated(int count, const Solve& solve)
     };
 }
 
-/// Those of tests/exact/WaysOfParts.cpp and WaysOfSimplex.cpp.
+/// Those of tests/exact/WaysOfParts.cpp and so on.
 std::vector<Kind> KindsOfParts();
 std::vector<Kind> KindsOfSimplex();
+std::vector<Kind> KindsOfPresolve();
+std::vector<Kind> KindsOfProofs();
 
 }  // namespace nuv::test

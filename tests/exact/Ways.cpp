@@ -330,8 +330,8 @@ TEST(Ways, AreThoseOfTheRecord)
     std::ifstream file(path);
     std::string now;
     std::vector<Kind> kinds = Kinds();
-    std::ranges::move(KindsOfParts(), std::back_inserter(kinds));
-    std::ranges::move(KindsOfSimplex(), std::back_inserter(kinds));
+    for (const auto others : {KindsOfParts, KindsOfSimplex, KindsOfPresolve, KindsOfProofs})
+        std::ranges::move(others(), std::back_inserter(kinds));
     for (const Kind& kind : kinds)
     {
         Random random(kind.name.size());

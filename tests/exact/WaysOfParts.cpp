@@ -11,6 +11,7 @@
 #include "Nuv/SparseSimplex/Factors/BasisLu.hpp"
 #include "Nuv/SparseSimplex/SimplexState.hpp"
 #include "Nuv/SparseSimplex/StartBasis.hpp"
+#include "tests/exact/Drawing.hpp"
 #include "tests/exact/Way.hpp"
 #include "tests/support/Forms.hpp"
 
@@ -26,11 +27,6 @@ namespace
 {
 
 constexpr std::uint64_t kPrime = 4611686018427387847u;
-
-Index Between(Random& random, Index least, Index most)
-{
-    return static_cast<Index>(random.Between(static_cast<int>(least), static_cast<int>(most)));
-}
 
 int DrawEntry(Random& random)
 {

@@ -1,0 +1,186 @@
+#include "tests/exact/Drawing.hpp"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+namespace nuv::test
+{
+namespace
+{
+
+/// What decides at a tolerance is drawn from the tolerances themselves and their neighbours.
+constexpr double kEdge = 1e-9;
+const std::array<double, 16> kNumbers = {0.0,
+                                         1.0,
+                                         1.0,
+                                         2.0,
+                                         0.5,
+                                         kEdge,
+                                         2.0 * kEdge,
+                                         0.5 * kEdge,
+                                         std::nextafter(kEdge, 0.0),
+                                         std::nextafter(kEdge, 1.0),
+                                         1.0 + kEdge,
+                                         1.0 - kEdge,
+                                         1e-5,
+                                         std::nextafter(1e-5, 0.0),
+                                         1e-7,
+                                         1e-12};
+const std::array<double, 12> kPivots = {1.0,  0.5,   2.0,  0.1,  1e-5, std::nextafter(1e-5, 0.0),
+                                        1e-3, kEdge, 0.01, 10.0, 4.0,  std::nextafter(kEdge, 1.0)};
+
+bool Chance(Random& random, int chances)
+{
+    return chances > 0 && random.OneIn(chances);
+}
+
+Interval DrawBounds(Random& random, const Drawing& drawing, double at)
+{
+    if (Chance(random, drawing.fixed))
+        return {at, at};
+    if (Chance(random, drawing.free))
+        return {-kInf, kInf};
+    const double room = drawing.isWhole ? random.Between(0, 3) : 1.0 + DrawShare(random);
+    if (Chance(random, drawing.boxed))
+        return {at - room, at + (random.OneIn(3) ? 0.0 : 1.0 + room)};
+    if (Chance(random, drawing.falling))
+        return {-kInf, at};
+    return {random.OneIn(2) ? at : at - 1.0, kInf};
+}
+
+}  // namespace
+
+Index Between(Random& random, Index least, Index most)
+{
+    return static_cast<Index>(random.Between(static_cast<int>(least), static_cast<int>(most)));
+}
+
+double Any(Random& random, std::span<const double> numbers)
+{
+    return numbers[static_cast<std::size_t>(
+        random.Between(0, static_cast<int>(numbers.size()) - 1))];
+}
+
+double DrawShare(Random& random)
+{
+    return std::ldexp(static_cast<double>(random.Next() >> 11) - 0x1p52, -52);
+}
+
+void AddNumbers(Way& way, const std::vector<double>& numbers)
+{
+    for (const double number : numbers)
+        way.Add(std::isnan(number) ? 0.0 : number);  // there are many numbers that are none
+}
+
+BoundedForm Draw(Random& random, const Drawing& drawing)
+{
+    const auto number = [&]
+    {
+        if (drawing.isWhole)
+            return static_cast<double>(random.Between(-3, 5));
+        return DrawShare(random);
+    };
+    std::vector<double> cost(drawing.columns);
+    std::vector<double> point(drawing.columns);
+    std::vector<double> factor(drawing.columns, 1.0);
+    std::vector<Interval> bounds(drawing.columns);
+    for (Index j = 0; j < drawing.columns; ++j)
+    {
+        const double share = drawing.isTied ? random.Between(-1, 2) : number();
+        cost[j] = std::fmax(share * drawing.cost, drawing.least);
+        point[j] = random.OneIn(2) ? 0.0 : random.Between(0, 6);
+        bounds[j] = DrawBounds(random, drawing, point[j]);
+        factor[j] = drawing.exponents > 0 ? 1.0 + 0.3 * random.Between(0, 3) : 1.0;
+        factor[j] = std::ldexp(factor[j], random.Between(-drawing.exponents, drawing.exponents));
+        cost[j] *= factor[j];
+        bounds[j] = {bounds[j].lower / factor[j], bounds[j].upper / factor[j]};
+        point[j] /= factor[j];
+    }
+    std::vector<DenseRow> rows(drawing.rows);
+    for (DenseRow& row : rows)
+    {
+        row.coefficients.assign(drawing.columns, 0.0);
+        for (Index entry = 0; entry < drawing.entries; ++entry)
+            row.coefficients[Between(random, 0, drawing.columns - 1)] = number();
+        for (Index j = 1; drawing.nearness != 0.0 && j < drawing.columns; j += 2)
+            row.coefficients[j] =
+                row.coefficients[j - 1] + drawing.nearness * row.coefficients[j] * number();
+        const double scale = std::ldexp(1.0, random.Between(-drawing.exponents, drawing.exponents));
+        double activity = 0.0;
+        for (Index j = 0; j < drawing.columns; ++j)
+        {
+            row.coefficients[j] *= factor[j] * scale;
+            activity += row.coefficients[j] * point[j];
+        }
+        if (!drawing.isFeasible)
+            activity += scale * random.Between(-9, 9);
+        const double room = drawing.isTied ? 0.0 : scale * (random.OneIn(3) ? 0.0 : 1.0 + number());
+        row.bounds = {-kInf, activity + std::fabs(room)};
+        if (random.OneIn(2))
+            row.bounds = {activity - std::fabs(room), kInf};
+        if (Chance(random, drawing.equations))
+            row.bounds = {activity, activity};
+        else if (Chance(random, drawing.ranges))
+            row.bounds = {activity - std::fabs(room), activity + scale * random.Between(0, 2)};
+    }
+    return MakeForm(cost, rows, bounds);
+}
+
+double DrawPivot(Random& random)
+{
+    return Any(random, kPivots);
+}
+
+double DrawEdge(Random& random)
+{
+    const double number = Any(random, kNumbers);
+    return random.OneIn(2) ? number : -number;
+}
+
+Interval DrawEdges(Random& random)
+{
+    const double lower = DrawEdge(random);
+    const double room = std::fabs(DrawEdge(random));
+    switch (random.Between(0, 4))
+    {
+    case 0:
+        return {lower, kInf};
+    case 1:
+        return {-kInf, lower};
+    case 2:
+        return {-kInf, kInf};
+    default:
+        return {lower, lower + room};
+    }
+}
+
+BoundedForm DrawAtTolerances(Random& random)
+{
+    const Index columns = Between(random, 1, 6);
+    std::vector<double> cost(columns);
+    std::vector<Interval> bounds(columns);
+    for (Index j = 0; j < columns; ++j)
+    {
+        cost[j] = DrawEdge(random);
+        if (random.OneIn(9))
+            cost[j] = random.OneIn(2) ? 100.0 : 101.0;
+        bounds[j] = DrawEdges(random);
+    }
+    std::vector<DenseRow> rows(Between(random, 1, 5));
+    for (DenseRow& row : rows)
+    {
+        row.coefficients.assign(columns, 0.0);
+        for (double& entry : row.coefficients)
+        {
+            if (random.OneIn(3))
+                continue;
+            entry = DrawPivot(random);
+            entry = random.OneIn(2) ? entry : -entry;
+        }
+        row.bounds = DrawEdges(random);
+    }
+    return MakeForm(cost, rows, bounds);
+}
+
+}  // namespace nuv::test

@@ -1,0 +1,60 @@
+/// Forms that are drawn for the record of ways: of each kind that the simplex in doubles treats in
+/// a way of its own.
+#pragma once
+
+#include "Nuv/SparseSimplex/BoundedForm.hpp"
+#include "tests/exact/Way.hpp"
+#include "tests/support/Forms.hpp"
+#include "tests/support/Random.hpp"
+
+#include <span>
+#include <vector>
+
+namespace nuv::test
+{
+
+[[nodiscard]] Index Between(Random& random, Index least, Index most);
+
+/// One of them.
+[[nodiscard]] double Any(Random& random, std::span<const double> numbers);
+
+/// In [-1, 1), with all the bits that a double has.
+[[nodiscard]] double DrawShare(Random& random);
+
+/// Numbers of which some may be none, of which there are many.
+void AddNumbers(Way& way, const std::vector<double>& numbers);
+
+/// What a form is drawn by; of a share "one of so many" none if it is 0.
+struct Drawing
+{
+    Index rows = 10;
+    Index columns = 15;
+    Index entries = 4;       ///< of a row
+    int fixed = 0;           ///< one column of so many, of none if 0
+    int free = 0;            ///< has no bound
+    int boxed = 0;           ///< has two
+    int falling = 0;         ///< has an upper one alone
+    int equations = 4;       ///< one row of so many
+    int ranges = 5;          ///< has two sides
+    bool isWhole = false;    ///< small integers, else all bits of a double
+    bool isTied = false;     ///< costs and sides of few values, most rows tight at one point
+    int exponents = 0;       ///< of the factors of rows and columns, from its negative on
+    bool isFeasible = true;  ///< rows are drawn around a point
+    double cost = 1.0;       ///< the largest
+    double least = 0.0;      ///< lowest cost
+    double nearness = 0.0;   ///< not 0: half of the columns are the one before but for this share
+};
+
+[[nodiscard]] BoundedForm Draw(Random& random, const Drawing& drawing);
+
+/// Pivots that are small, safe or neither.
+[[nodiscard]] double DrawPivot(Random& random);
+
+/// What decides at a tolerance: tolerances, their neighbours, and numbers that differ by them.
+[[nodiscard]] double DrawEdge(Random& random);
+[[nodiscard]] Interval DrawEdges(Random& random);
+
+/// All of whose numbers are such.
+[[nodiscard]] BoundedForm DrawAtTolerances(Random& random);
+
+}  // namespace nuv::test
