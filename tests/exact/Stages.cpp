@@ -320,5 +320,43 @@ TEST(CertifiedSession, StartsFromTheBasisThatItIsGiven)
     EXPECT_EQ(warm.Pivots(Stage::Double), 0U);
 }
 
+/// What the stages and the check say that they took is time that has passed: they begin when they
+/// begin, not when the control does.
+TEST(Stages, TakeNoMoreTimeThanPasses)
+{
+    Random random(7);
+    const BoundedForm sparse = RandomSparseForm(random, 12, 18);
+    const BoundedForm dense = KnownForms()[0].form;
+    SolveControl control;
+    while (control.Seconds() < 0.2)
+    {
+    }
+    const auto passes = [&](const auto& solve)
+    {
+        const double begin = control.Seconds();
+        const CertifiedResult result = solve();
+        const double passed = control.Seconds() - begin;
+        double taken = result.record.checkSeconds;
+        EXPECT_GE(result.record.checkSeconds, 0.0);
+        for (const Stage stage : {Stage::SinglePrecision, Stage::Double, Stage::Exact})
+        {
+            const StageRecord& did = result.record.stages[stage];
+            EXPECT_GE(did.seconds, 0.0);
+            taken += did.seconds;
+            EXPECT_TRUE(did.ran || did.seconds == 0.0);
+        }
+        EXPECT_LE(taken, passed + 1e-6);
+    };
+    passes([&] { return SolveCertified(dense, nullptr, control); });
+    passes([&] { return SolveCertified(sparse, nullptr, control); });
+    passes([&] { return SolveUnproved(sparse, nullptr, control); });
+    passes([&] { return SolveExactly(dense, SlackBasis(dense), control); });
+    passes([&] { return CertifyBasis(sparse, SlackBasis(sparse), control); });
+    CertifiedSession session(dense, std::nullopt);
+    passes([&] { return *session.Solve(control); });
+    session.SetBounds(dense.Logical(2), -kInf, 19);
+    passes([&] { return *session.Solve(control); });
+}
+
 }  // namespace
 }  // namespace nuv::test

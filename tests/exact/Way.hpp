@@ -99,6 +99,22 @@ public:
         ++m_solves;
     }
 
+    /// The same with all that it says of its stages but the time.
+    void AddWithStages(const CertifiedResult& result)
+    {
+        Add(result);
+        Add(static_cast<std::uint64_t>(result.record.stopReason));
+        Add(result.record.defect);
+        for (const Stage stage : {Stage::SinglePrecision, Stage::Double, Stage::Exact})
+        {
+            const StageRecord& did = result.record.stages[stage];
+            Add(did.ran);
+            Add(did.pivots);
+            Add(did.ran || did.seconds == 0.0);
+        }
+        Add(result.record.proved || result.record.checkSeconds == 0.0);
+    }
+
     /// "<solves> solves, <proved> proved, <pivots> + <exact pivots> pivots, <hash>"
     [[nodiscard]] std::string Text() const
     {

@@ -43,7 +43,7 @@ void PivotExactly(const BoundedForm& form, const Basis& start, Way& way)
         SolveControl control(std::move(limits));
         const CertifiedResult result = SolveExactly(form, start, control);
         way.Add(static_cast<int>(control.Reason()));
-        way.Add(result);
+        way.AddWithStages(result);
         if (result.certificate.status != Status::Stopped)
             return;
     }
@@ -94,17 +94,23 @@ void Add(Way& way, const InfeasibleBounds& conflict)
 void Stop(const BoundedForm& form, Random& random, Way& way)
 {
     const Basis drawn = DrawBasis(random, form);
-    StopAtEach([&](SolveControl& control) { way.Add(SolveCertified(form, &drawn, control)); }, way);
-    StopAtEach([&](SolveControl& control) { way.Add(SolveExactly(form, drawn, control)); }, way);
-    StopAtEach([&](SolveControl& control) { way.Add(CertifyBasis(form, drawn, control)); }, way);
-    StopAtEach([&](SolveControl& control) { way.Add(SolveUnproved(form, &drawn, control)); }, way);
+    StopAtEach([&](SolveControl& control)
+               { way.AddWithStages(SolveCertified(form, &drawn, control)); },
+               way);
+    StopAtEach(
+        [&](SolveControl& control) { way.AddWithStages(SolveExactly(form, drawn, control)); }, way);
+    StopAtEach(
+        [&](SolveControl& control) { way.AddWithStages(CertifyBasis(form, drawn, control)); }, way);
+    StopAtEach([&](SolveControl& control)
+               { way.AddWithStages(SolveUnproved(form, &drawn, control)); },
+               way);
     StopAtEach(
         [&](SolveControl& control)
         {
             CertifiedSession session(form, drawn);
-            way.Add(*session.Solve(control));
+            way.AddWithStages(*session.Solve(control));
             session.SetCost(0, form.cost[0] + 1.0);
-            way.Add(*session.Solve(control));
+            way.AddWithStages(*session.Solve(control));
         },
         way);
     const CertifiedResult result = Certified(form);
@@ -162,8 +168,11 @@ void Refine(const BoundedForm& form, Random& random, Way& way)
             refinement.Run({status, head, values, duals}, control, status, blocked)));
         way.Add(blocked.variable);
         way.Add(blocked.basis);
-        if (blocked.variable != kNoIndex)
-            way.Add(refinement.EnlargeEquation(blocked, control));
+        SolveLimits none;
+        none.seconds = 0.0;
+        SolveControl stopped(none);
+        way.Add(refinement.EnlargeEquation(blocked, stopped));
+        way.Add(refinement.EnlargeEquation(blocked, control));
         for (Index v = 0; v < form.Variables(); ++v)
         {
             basis[v] = status[v];
@@ -176,7 +185,7 @@ void Refine(const BoundedForm& form, Random& random, Way& way)
 void Ranges(const BoundedForm& form, Random&, Way& way)
 {
     const CertifiedResult result = Certified(form, nullptr, way.Watched());
-    way.Add(result);
+    way.AddWithStages(result);
     if (result.certificate.status == Status::Optimal)
         Add(way, RangesOf(form, result));
 }
@@ -225,6 +234,16 @@ void PivotDense(const BoundedForm& form, Random& random, Way& way)
     start.insert(start.end(), drawn.rows.begin(), drawn.rows.end());
     way.Add(static_cast<int>(simplex.RunFrom(dense, start, control)));
     look(false);
+    // Of any statuses, which may be those of no basis.
+    for (BasisStatus& status : start)
+        status = random.OneIn(4) ? static_cast<BasisStatus>(random.Between(0, 3)) : status;
+    const Index moving = Between(random, 0, form.Variables() - 1);
+    way.Add(proof.ProveUnbounded(dense, start, moving, random.OneIn(2)));
+    way.Add(proof.ProveOptimal(dense, start));
+    std::vector<signed char> violations;
+    for (Index v = 0; v < form.Variables(); ++v)
+        violations.push_back(static_cast<signed char>(random.Between(-1, 1)));
+    way.Add(proof.ProveInfeasible(dense, start, violations));
 }
 
 /// Edits with numbers that no double says, and solves that prove nothing in between.
@@ -260,7 +279,8 @@ void EditExactly(const BoundedForm& form, Random& random, Way& way)
             session.SetBounds(v, first, std::isfinite(upper) ? number(upper) : FormNumber(upper));
         }
         SolveControl control(way.Watched());
-        way.Add(random.OneIn(4) ? *session.SolveUnproved(control) : *session.Solve(control));
+        way.AddWithStages(random.OneIn(4) ? *session.SolveUnproved(control)
+                                          : *session.Solve(control));
     }
 }
 
