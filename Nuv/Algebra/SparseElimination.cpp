@@ -32,8 +32,8 @@ SparseElimination<Field>::SparseElimination(const Field& field, const SparseVect
     pivotRow.reserve(m_size);
     pivotColumn.reserve(m_size);
     pivotValue.reserve(m_size);
-    lower.start.reserve(std::size_t{m_size} + 1);  // same bits: room alone
-    upper.start.reserve(std::size_t{m_size} + 1);  // same bits: room alone
+    lower.start.reserve(std::size_t{m_size} + 1);
+    upper.start.reserve(std::size_t{m_size} + 1);
     upper.index.reserve(columns.index.size());
     upper.value.reserve(columns.index.size());
 }

@@ -165,7 +165,7 @@ template <class Value>
 SparseVectors<Value> Selected(const SparseVectors<Value>& vectors, std::span<const Index> numbers)
 {
     SparseVectors<Value> result;
-    result.start.reserve(numbers.size() + 1);  // same bits: room alone
+    result.start.reserve(numbers.size() + 1);
     for (const Index k : numbers)
     {
         if (k != kNoIndex)

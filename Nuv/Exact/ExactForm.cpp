@@ -36,7 +36,7 @@ ExactForm::ExactForm(const BoundedForm& bounded)
       upper(bounded.Variables()),
       m_columnScale(bounded.Variables())
 {
-    byVariable.start.reserve(std::size_t{form.Variables()} + 1);       // same bits: room alone
+    byVariable.start.reserve(std::size_t{form.Variables()} + 1);
     const std::size_t entries = form.matrix.EntryCount() + form.rows;  // same bits: room alone
     byVariable.index.reserve(entries);
     byVariable.value.reserve(entries);

@@ -323,7 +323,7 @@ private:
         const bool equation = m_form.IsFixed(logical);
         if (m_status[logical] == BasisStatus::Basic || m_status[logical] == BasisStatus::Free)
         {
-            if (equation)  // same bits (jp never, jp always): no side is a NaN
+            if (equation)  // same bits (jp always): no side is a NaN
                 lower = upper = {activity, activity};
             return;
         }

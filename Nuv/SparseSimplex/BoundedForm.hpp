@@ -116,7 +116,7 @@ template <class Value, class Transform>
                                                        const Transform& transform)
 {
     SparseVectors<Value> result;
-    result.start.reserve(std::size_t{form.Variables()} + 1);           // same bits: room alone
+    result.start.reserve(std::size_t{form.Variables()} + 1);
     const std::size_t entries = form.matrix.EntryCount() + form.rows;  // same bits: room alone
     result.index.reserve(entries);
     result.value.reserve(entries);

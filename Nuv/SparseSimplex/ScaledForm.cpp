@@ -40,7 +40,6 @@ Magnitudes MagnitudesOf(SparseView<double> vector, const double* others)
     for (const auto [other, entry] : vector)
     {
         const double magnitude = std::fabs(entry) * others[other];
-        // same bits (jp never): no entry is a NaN
         if (magnitude == 0.0)
             continue;
         found.smallest = std::min(found.smallest, magnitude);

@@ -61,7 +61,7 @@ void SimplexState::ComputeValues()
     m_work.Reset(form.rows);
     for (Index v = 0; v < form.Variables(); ++v)
     {
-        // same bits (jp always, jp never): a column times 0 adds nothing, and no value is a NaN
+        // same bits (jp always): a column times 0 adds nothing
         if (status[v] != BasisStatus::Basic && value[v] != 0.0)
             AddColumn(v, -value[v], m_work);
     }

@@ -15,8 +15,9 @@ class Assembly:
         self.code = []  # (index, symbol, file, line, text) of what comes from the layer's files
         self.weak = set()
         self.symbols = defaultdict(set)  # by file and line
+        self.lines = self.path.read_text().split("\n")
         files, place, symbol = {}, (None, 0), ""
-        for index, text in enumerate(self.path.read_text().split("\n")):
+        for index, text in enumerate(self.lines):
             if match := FILE.match(text):
                 files[match[1]] = core.relative(Path(match[2] or ".", match[3]))
             elif match := LOCATION.match(text):

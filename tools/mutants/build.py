@@ -28,17 +28,18 @@ class Layer:
     libraries: tuple  # what the tests need besides, of the build tree
     flags: tuple
     rooms: tuple  # with the tests of each, from the lowest on; none: every test may reach every file
+    has_nans: bool  # whether a NaN is compared anywhere, but with itself
 
 
 CORE = Layer(
     "core", re.compile(r".*/NuvLinearProgramming\.dir/"), re.compile("Nuv/"), _tests("core_.*"), 0.95,
-    ("tests/libnuv_test_reference.a", "Nuv/SelfTest/libnuv_selftest_run.a", "Nuv/Corpus/libnuv_corpus.a"), (), (),
+    ("tests/libnuv_test_reference.a", "Nuv/SelfTest/libnuv_selftest_run.a", "Nuv/Corpus/libnuv_corpus.a"), (), (), True,
 )  # fmt: skip
 MODEL = Layer(
     "model", re.compile(r".*/nuv_(algebra|sparse_simplex|certificate|exact)\.dir/"),
     re.compile("Nuv/(Algebra|SparseSimplex|Certificate|Exact)/"),
     _tests("(algebra|sparse_simplex|certificate|exact).*"), 0.90, (), ("-lgmp",),
-    ("Algebra", "SparseSimplex", "Certificate", "Exact"),
+    ("Algebra", "SparseSimplex", "Certificate", "Exact"), False,
 )  # fmt: skip
 
 

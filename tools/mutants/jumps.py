@@ -1,8 +1,14 @@
-"""Mutants of the compiler's output: each conditional jump taken always, or never."""
+"""Mutants of the compiler's output: each conditional jump taken always, or never.
+
+After a comparison of doubles for equality there are two jumps, one of which is for a NaN alone. A layer that
+refuses NaNs at its door never takes that one, so that to leave it out is no mutant there, unless what is
+compared is a number with itself, which asks whether it is a NaN.
+"""
 import re
 from collections import Counter
 
 JUMP = re.compile(r"\t(j(?!mp)[a-z]+)\t(\.L\w+)$")
+WITH_ITSELF = re.compile(r"\tu?comis[sd]\t(\S+), \1$")
 
 
 class Jump:
@@ -24,7 +30,12 @@ class Jump:
         return {self.unit.name: output} if core.assemble(directory / "mutant.s", output) else None
 
 
-def find(assemblies):
+def _is_for_nans(assembly, index):
+    """Whether a jump of this line is taken for a NaN alone."""
+    return JUMP.match(assembly.lines[index])[1] == "jp" and not WITH_ITSELF.match(assembly.lines[index - 1])
+
+
+def find(assemblies, has_nans):
     """All jumps of the layer's files, in the order of units and lines, but for those of inline functions that
     an earlier unit had. Those that a line has several of in a function of the compiler's output are
     numbered."""
@@ -39,5 +50,6 @@ def find(assemblies):
             key = tuple(group)
             seen[key] += 1
             text = group.pop() + (f" #{seen[key]}" if of[key] > 1 else "")
-            mutants += [Jump(unit, assembly.path, index, always, *group, text) for always in (True, False)]
+            ways = (True,) if not has_nans and _is_for_nans(assembly, index) else (True, False)
+            mutants += [Jump(unit, assembly.path, index, always, *group, text) for always in ways]
     return mutants

@@ -58,7 +58,7 @@ def find(core, where, given):
         found.update(changes)
     mutants, assemblies = [], Assemblies(core)
     if given.kind != "operators":
-        mutants += jumps.find(assemblies)
+        mutants += jumps.find(assemblies, core.layer.has_nans)
     if given.kind != "jumps":
         mutants += operators.find(core, assemblies, found, where)
     wanted = {core.relative(file) for file in given.files}

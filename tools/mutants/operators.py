@@ -1,7 +1,9 @@
 """Mutants of the source: operators and constants, found in clang's syntax trees of all units.
 
-A file that is stamped out per element type is changed once, for all types.
+A file that is stamped out per element type is changed once, for all types. How much room a container is told
+to reserve changes nothing but its room, and is left alone.
 """
+import re
 from collections import Counter
 
 import places as places_of
@@ -16,6 +18,7 @@ OTHER_BINARY = {
 OTHER_UNARY = {"++": ("--",), "--": ("++",), "!": ("",), "-": ("",)}
 OTHER_WORD = {"NUV_TRUE": ("NUV_FALSE",), "NUV_FALSE": ("NUV_TRUE",)}
 BINARY = (CursorKind.BINARY_OPERATOR, CursorKind.COMPOUND_ASSIGNMENT_OPERATOR)
+RESERVE = re.compile(r"[\w.\[\]]+\.reserve\(.*\);")
 LITERALS = (CursorKind.INTEGER_LITERAL, CursorKind.FLOATING_LITERAL, CursorKind.CXX_BOOL_LITERAL_EXPR)
 
 
@@ -140,7 +143,7 @@ def find(core, assemblies, found, places):
     known = [
         (file, line, offset, old, new)
         for (file, offset, new), (line, old) in sorted(found.items())
-        if code[file][offset : offset + len(old)] == old.encode()
+        if code[file][offset : offset + len(old)] == old.encode() and not RESERVE.match(places.text(file, line))
     ]
     offsets = sorted({(file, line, old, offset) for file, line, offset, old, _ in known})
     of, seen, numbers = Counter(key[:3] for key in offsets), Counter(), {}

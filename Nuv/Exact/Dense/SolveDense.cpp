@@ -23,7 +23,7 @@ void AppendRows(const double* matrix, Index count, Index columns, SparseVectors<
     {
         for (Index j = 0; j < columns; ++j)
         {
-            if (matrix[j] != 0.0)  // same bits (jp never): no NaN comes here
+            if (matrix[j] != 0.0)
                 rows.Append(j, matrix[j]);
         }
         rows.Close();

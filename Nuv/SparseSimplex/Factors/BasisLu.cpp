@@ -27,7 +27,7 @@ std::vector<Replacement> BasisLu::Factorise(const SparseVectors<double>& columns
     // A replaced column met no elimination: the logical of a row that never pivoted is untouched by
     // the multipliers, and what the dropped column left in U goes with it.
     SparseVectors<double> upper;
-    upper.start.reserve(std::size_t{m_size} + 1);  // same bits: room alone
+    upper.start.reserve(std::size_t{m_size} + 1);
     upper.index.reserve(elimination.upper.index.size());
     upper.value.reserve(elimination.upper.index.size());
     for (Index step = 0; step < elimination.upper.Count(); ++step)

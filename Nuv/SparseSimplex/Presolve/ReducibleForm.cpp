@@ -76,7 +76,6 @@ ReducibleForm::ReducibleForm(const BoundedForm& form)
     {
         for (const auto [row, entry] : form.matrix.Column(j))
         {
-            // same bits (jp never): no entry is a NaN
             if (entry == 0.0)
                 RemoveEntry(row, j);
         }
