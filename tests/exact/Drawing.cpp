@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 namespace nuv::test
 {
@@ -29,6 +30,10 @@ const std::array<double, 16> kNumbers = {0.0,
                                          1e-12};
 const std::array<double, 12> kPivots = {1.0,  0.5,   2.0,  0.1,  1e-5, std::nextafter(1e-5, 0.0),
                                         1e-3, kEdge, 0.01, 10.0, 4.0,  std::nextafter(kEdge, 1.0)};
+
+/// Too small to be pivots, and the next larger one.
+const std::array<double, 4> kTiny = {kEdge, 0.5 * kEdge, std::nextafter(kEdge, 0.0),
+                                     std::nextafter(kEdge, 1.0)};
 
 bool Chance(Random& random, int chances)
 {
@@ -89,7 +94,7 @@ BoundedForm Draw(Random& random, const Drawing& drawing)
     {
         const double share = drawing.isTied ? random.Between(-1, 2) : number();
         cost[j] = std::fmax(share * drawing.cost, drawing.least);
-        point[j] = random.OneIn(2) ? 0.0 : random.Between(0, 6);
+        point[j] = drawing.size * (random.OneIn(2) ? 0.0 : random.Between(0, 6));
         bounds[j] = DrawBounds(random, drawing, point[j]);
         factor[j] = drawing.exponents > 0 ? 1.0 + 0.3 * random.Between(0, 3) : 1.0;
         factor[j] = std::ldexp(factor[j], random.Between(-drawing.exponents, drawing.exponents));
@@ -155,9 +160,12 @@ Interval DrawEdges(Random& random)
     }
 }
 
-BoundedForm DrawAtTolerances(Random& random)
+namespace
 {
-    const Index columns = Between(random, 1, 6);
+
+BoundedForm DrawAtTolerances(Random& random, Index height, Index columns, int sparsity)
+{
+    const bool isTiny = random.OneIn(6);
     std::vector<double> cost(columns);
     std::vector<Interval> bounds(columns);
     for (Index j = 0; j < columns; ++j)
@@ -167,20 +175,98 @@ BoundedForm DrawAtTolerances(Random& random)
             cost[j] = random.OneIn(2) ? 100.0 : 101.0;
         bounds[j] = DrawEdges(random);
     }
-    std::vector<DenseRow> rows(Between(random, 1, 5));
+    std::vector<DenseRow> rows(height);
     for (DenseRow& row : rows)
     {
         row.coefficients.assign(columns, 0.0);
         for (double& entry : row.coefficients)
         {
-            if (random.OneIn(3))
+            if (sparsity > 3 ? !random.OneIn(sparsity) : random.OneIn(3))
                 continue;
-            entry = DrawPivot(random);
+            entry = isTiny ? Any(random, kTiny) : DrawPivot(random);
             entry = random.OneIn(2) ? entry : -entry;
         }
         row.bounds = DrawEdges(random);
     }
     return MakeForm(cost, rows, bounds);
+}
+
+}  // namespace
+
+BoundedForm DrawAtTolerances(Random& random)
+{
+    const Index columns = Between(random, 1, 6);
+    const Index rows = Between(random, 1, 5);
+    return DrawAtTolerances(random, rows, columns, 3);
+}
+
+BoundedForm DrawSparselyAtTolerances(Random& random)
+{
+    const Index columns = Between(random, 8, 16);
+    const Index rows = Between(random, 12, 20);
+    return DrawAtTolerances(random, rows, columns, 6);
+}
+
+BoundedForm WithZeros(const BoundedForm& form, Random& random)
+{
+    BoundedForm result = form;
+    SparseVectors<double> columns;
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        std::vector<double> column(form.rows, 0.0);
+        for (const auto [row, entry] : form.matrix.Column(j))
+            column[row] = entry;
+        for (Index i = 0; i < form.rows; ++i)
+        {
+            if (column[i] != 0.0 || random.OneIn(3))
+                columns.Append(i, column[i]);
+        }
+        columns.Close();
+    }
+    result.matrix = SparseMatrix<double>::FromColumns(std::move(columns), form.rows);
+    return result;
+}
+
+BoundedForm WithQuotients(const BoundedForm& form, Random& random)
+{
+    BoundedForm result = form;
+    result.numbers = CoefficientMeaning::ShortestDecimal;
+    const std::array<Integer, 6> divisors = {3, 5, 25, 7, 160, Power(10, 25)};
+    const Integer longFactor = Power(2, 150) + 1;
+    const auto change = [&](const FormPlace& place, double& number)
+    {
+        if (!std::isfinite(number) || number == 0.0 || random.OneIn(2))
+            return;
+        Rational exact = ToRational(number);
+        if (random.OneIn(4))
+            exact = exact * Rational(longFactor, Power(2, 150));
+        else
+            exact = exact / Rational(divisors[static_cast<std::size_t>(random.Between(0, 5))]);
+        number = ToDouble(exact);
+        if (exact != ToRational(number, result.numbers))
+            result.exact.Set(place, exact);
+    };
+    SparseVectors<double> columns = form.matrix.Columns();
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        change({FormPlace::Of::Cost, j}, result.cost[j]);
+        change({FormPlace::Of::ColumnUpper, j}, result.columnUpper[j]);
+        for (std::size_t at = columns.start[j]; at < columns.start[j + 1]; ++at)
+            change({FormPlace::Of::Entry, columns.index[at], j}, columns.value[at]);
+    }
+    for (Index i = 0; i < form.rows; ++i)
+        change({FormPlace::Of::RowLower, i}, result.rowLower[i]);
+    result.matrix = SparseMatrix<double>::FromColumns(std::move(columns), form.rows);
+    return result;
+}
+
+Basis DrawBasis(Random& random, const BoundedForm& form)
+{
+    Basis basis = SlackBasis(form);
+    for (Index v = 0; v < form.Variables(); ++v)
+        basis[v] = static_cast<BasisStatus>(random.Between(0, 3));
+    FitBasis(form, basis);
+    return basis;
 }
 
 }  // namespace nuv::test

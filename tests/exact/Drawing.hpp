@@ -2,6 +2,7 @@
 /// a way of its own.
 #pragma once
 
+#include "Nuv/SparseSimplex/Basis.hpp"
 #include "Nuv/SparseSimplex/BoundedForm.hpp"
 #include "tests/exact/Way.hpp"
 #include "tests/support/Forms.hpp"
@@ -41,7 +42,8 @@ struct Drawing
     int exponents = 0;       ///< of the factors of rows and columns, from its negative on
     bool isFeasible = true;  ///< rows are drawn around a point
     double cost = 1.0;       ///< the largest
-    double least = 0.0;      ///< lowest cost
+    double least = -kInf;    ///< lowest cost
+    double size = 1.0;       ///< of the values
     double nearness = 0.0;   ///< not 0: half of the columns are the one before but for this share
 };
 
@@ -56,5 +58,17 @@ struct Drawing
 
 /// All of whose numbers are such.
 [[nodiscard]] BoundedForm DrawAtTolerances(Random& random);
+
+/// The same with many rows and few entries.
+[[nodiscard]] BoundedForm DrawSparselyAtTolerances(Random& random);
+
+/// The same form with some zeros among its entries.
+[[nodiscard]] BoundedForm WithZeros(const BoundedForm& form, Random& random);
+
+/// The same with every number a quotient, some of them long, that no double says.
+[[nodiscard]] BoundedForm WithQuotients(const BoundedForm& form, Random& random);
+
+/// Any basis that fits.
+[[nodiscard]] Basis DrawBasis(Random& random, const BoundedForm& form);
 
 }  // namespace nuv::test

@@ -195,7 +195,10 @@ Kind OfDrawn(std::string name, int count, const Drawing& drawing, const Take& ta
 
 std::vector<Kind> KindsOfPresolve()
 {
-    const auto shrink = [](const BoundedForm& form, Random&, Way& way) { Shrink(form, way); };
+    const auto shrink = [](const BoundedForm& form, Random& random, Way& way)
+    { Shrink(random.OneIn(4) ? WithZeros(form, random) : form, way); };
+    const auto applyRules = [](const BoundedForm& form, Random& random, Way& way)
+    { ApplyRules(random.OneIn(4) ? WithZeros(form, random) : form, random, way); };
     const Drawing whole{.rows = 9,
                         .columns = 12,
                         .entries = 3,
@@ -221,9 +224,9 @@ std::vector<Kind> KindsOfPresolve()
                                 .isWhole = true,
                                 .isFeasible = false};
     return {
-        OfDrawn("rules for whole numbers", 400, whole, ApplyRules),
-        OfDrawn("rules for fractions", 200, fractions, ApplyRules),
-        OfDrawn("rules for contradictions", 100, contradictory, ApplyRules),
+        OfDrawn("rules for whole numbers", 400, whole, applyRules),
+        OfDrawn("rules for fractions", 200, fractions, applyRules),
+        OfDrawn("rules for contradictions", 100, contradictory, applyRules),
         {"rules for small",
          Repeated(400,
                   [](Random& random, Way& way)

@@ -1,7 +1,9 @@
 /// Ways of the exact stage and of what follows it, pivot by pivot and question by question: a limit
 /// of pivots shows the basis that each of them leads to, a control that ends at a question what
 /// stands at that time. So how often a stage asks is part of these ways.
+#include "Nuv/Exact/Auxiliary.hpp"
 #include "Nuv/Exact/CertifiedSession.hpp"
+#include "Nuv/Exact/CertifiedStages.hpp"
 #include "Nuv/Exact/Dense/DenseProof.hpp"
 #include "Nuv/Exact/Dense/DenseSimplex.hpp"
 #include "Nuv/Exact/Dense/SolveSmall.hpp"
@@ -11,7 +13,7 @@
 #include "tests/exact/Way.hpp"
 #include "tests/support/Forms.hpp"
 
-#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -23,15 +25,6 @@ namespace nuv::test
 {
 namespace
 {
-
-Basis DrawBasis(Random& random, const BoundedForm& form)
-{
-    Basis basis = SlackBasis(form);
-    for (Index v = 0; v < form.Variables(); ++v)
-        basis[v] = static_cast<BasisStatus>(random.Between(0, 3));
-    FitBasis(form, basis);
-    return basis;
-}
 
 /// From one exact pivot to the next, until it is over.
 void PivotExactly(const BoundedForm& form, const Basis& start, Way& way)
@@ -284,6 +277,66 @@ void EditExactly(const BoundedForm& form, Random& random, Way& way)
     }
 }
 
+/// From any basis with any guess of what it is, right or wrong.
+void ProveGuess(const BoundedForm& form, Random& random, Way& way)
+{
+    if (FindCrossedBounds(form) != kNoIndex)
+        return;
+    for (int guess = 0; guess < 4; ++guess)
+    {
+        ScalableForm scalable(form);
+        ExactEvaluation evaluation(form);
+        CertifiedResult result;
+        result.record.basis = DrawBasis(random, form);
+        SolveLimits limits = way.Watched();
+        limits.doublePivots = random.OneIn(3) ? std::uint64_t{6} : std::uint64_t{2000};
+        limits.exactPivots = 300;
+        SolveControl control(limits);
+        ProveBasis(scalable, evaluation, static_cast<SimplexVerdict>(guess),
+                   random.OneIn(2) ? kRefinements : 1, nullptr, control, result);
+        way.AddWithStages(result);
+    }
+}
+
+/// The same of forms of which every second number is a quotient, and what follows from them.
+void ProveQuotients(const BoundedForm& form, Random& random, Way& way)
+{
+    const BoundedForm exact = WithQuotients(form, random);
+    ProveGuess(exact, random, way);
+    PivotExactly(exact, DrawBasis(random, exact), way);
+    Ranges(exact, random, way);
+    Conflict(exact, random, way);
+    if (FindCrossedBounds(exact) != kNoIndex)
+        return;
+    ScalableForm scalable(exact);
+    for (const AuxiliaryForm& help : {ElasticForm(scalable, DrawBasis(random, exact)),
+                                      ElasticRowsForm(exact), RayForm(exact, SlackBasis(exact))})
+        for (const auto& [place, number] : help.form.exact)
+        {
+            way.Add(static_cast<int>(place.of));
+            way.Add(place.at);
+            way.Add(place.column);
+            way.Add(ToString(number));
+        }
+}
+
+/// Pivots that lead nowhere, until the first that can is taken: those of the primal simplex at the
+/// apex of a cone, and those of the dual one without costs.
+void PivotInPlace(Random& random, Way& way)
+{
+    BoundedForm form = DegenerateCone(45);
+    for (int kind = 0; kind < 2; ++kind)
+    {
+        SolveLimits limits = way.Watched();
+        limits.exactPivots = 150;
+        SolveControl control(limits);
+        way.AddWithStages(SolveExactly(form, SlackBasis(form), control));
+        Drawing drawing{.rows = 35, .columns = 40, .entries = 5, .boxed = 3, .isWhole = true};
+        form = Draw(random, drawing);
+        form.cost.assign(form.columns, 0.0);
+    }
+}
+
 using Take = void (*)(const BoundedForm&, Random&, Way&);
 
 Kind OfDrawn(std::string name, int count, const Drawing& drawing, Take take)
@@ -337,6 +390,15 @@ std::vector<Kind> KindsOfProofs()
     const Drawing fractions{.rows = 44, .columns = 60, .fixed = 9, .boxed = 4};
     const Drawing dependent{
         .rows = 7, .columns = 10, .entries = 8, .boxed = 3, .equations = 2, .nearness = 1e-11};
+    const Drawing scaled{.rows = 5, .columns = 6, .boxed = 3, .exponents = 20};
+    const Drawing farScaled{.rows = 5, .columns = 6, .boxed = 3, .exponents = 100};
+    const Drawing free{.rows = 4,
+                       .columns = 8,
+                       .free = 2,
+                       .boxed = 3,
+                       .isWhole = true,
+                       .isTied = true,
+                       .least = 0.0};
     return {
         OfSmall("exact pivots of small", 100, PivotExactly),
         OfDrawn("exact pivots of tied", 20, tied, PivotExactly),
@@ -356,7 +418,17 @@ std::vector<Kind> KindsOfProofs()
         OfDrawn("dense pivots of tied", 60, tied, PivotDense),
         {"dense pivots of edges", Repeated(400, [](Random& random, Way& way)
                                            { PivotDense(DrawAtTolerances(random), random, way); })},
+        OfDrawn("dense pivots of scaled", 60, scaled, PivotDense),
+        OfDrawn("dense pivots of far scaled", 30, farScaled, PivotDense),
         OfSmall("exact edits of small", 25, EditExactly),
+        OfSmall("guesses of small", 60, ProveGuess),
+        OfDependent("guesses of nearly dependent", 15, ProveGuess),
+        OfDrawn("guesses of dependent", 10, dependent, ProveGuess),
+        OfDrawn("guesses of infeasible", 15, infeasible, ProveGuess),
+        OfSmall("quotients of small", 60, ProveQuotients),
+        OfDrawn("quotients of tied", 12, tied, ProveQuotients),
+        OfDrawn("ranges of free", 40, free, Ranges),
+        {"exact pivots in place", PivotInPlace},
     };
 }
 

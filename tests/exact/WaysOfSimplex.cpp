@@ -4,6 +4,7 @@
 /// flips, shifts, perturbs, refuses and makes anew is all in there, to the last bit.
 #include "Nuv/SparseSimplex/DoubleSimplex.hpp"
 #include "Nuv/SparseSimplex/DualSimplex.hpp"
+#include "Nuv/SparseSimplex/StartBasis.hpp"
 #include "tests/exact/Drawing.hpp"
 #include "tests/exact/Way.hpp"
 #include "tests/support/Forms.hpp"
@@ -104,15 +105,6 @@ void RunTraced(const ScaledForm& scaled, const Basis& start, Run run, Way& way)
     way.Add(state.SumOfViolations());
 }
 
-Basis DrawBasis(Random& random, const BoundedForm& form)
-{
-    Basis basis = SlackBasis(form);
-    for (Index v = 0; v < form.Variables(); ++v)
-        basis[v] = static_cast<BasisStatus>(random.Between(0, 3));
-    FitBasis(form, basis);
-    return basis;
-}
-
 /// From the slack basis and from one that is drawn.
 void RunAll(const BoundedForm& form, const ScaledForm& scaled, Random& random, Way& way)
 {
@@ -167,11 +159,32 @@ ScaledForm Unscaled(const BoundedForm& form)
     return scaled;
 }
 
-void RunAtTolerances(Random& random, Way& way)
+void RunUnscaled(const BoundedForm& form, Random& random, Way& way)
 {
-    const BoundedForm form = DrawAtTolerances(random);
     if (FindCrossedBounds(form) == kNoIndex)
         RunAll(form, Unscaled(form), random, way);
+}
+
+/// Each unknown twice the one before: bases whose inverses grow along the chain.
+BoundedForm DrawChain(Random& random, Index size)
+{
+    std::vector<double> cost;
+    std::vector<Interval> bounds;
+    std::vector<DenseRow> rows(size);
+    for (Index j = 0; j < size; ++j)
+    {
+        cost.push_back(DrawShare(random));
+        bounds.push_back(
+            {-1.0 - 0x1p20 * random.Between(0, 9), 1.0 + 0x1p30 * random.Between(0, 9)});
+        rows[j].coefficients.assign(size, 0.0);
+        rows[j].coefficients[j] = 1.0 + 0.1 * DrawShare(random);
+        if (j > 0)
+            rows[j].coefficients[j - 1] = -2.0 + 0.1 * DrawShare(random);
+        rows[j].coefficients[Between(random, 0, size - 1)] += DrawShare(random);
+        const double side = DrawShare(random);
+        rows[j].bounds = {side, side + (random.OneIn(2) ? 0.0 : 1.0)};
+    }
+    return MakeForm(cost, rows, bounds);
 }
 
 /// The dual ratio test by itself, on rows and reduced costs that meet its tolerances.
@@ -206,6 +219,43 @@ void TestDualRatios(Random& random, Way& way)
         way.Add(v);
 }
 
+/// A form with presolve, with as many pivots as it takes and with few.
+void SolveReduced(const BoundedForm& form, Random& random, Way& way)
+{
+    if (FindCrossedBounds(form) != kNoIndex)
+        return;
+    for (const std::uint64_t most : {std::uint64_t{500}, std::uint64_t{random.Next() % 20}})
+    {
+        SolveLimits limits = way.Watched();
+        limits.doublePivots = most;
+        SolveControl control(limits);
+        ScalableForm scalable(form);
+        const DoubleResult result = SolveInDoubles(scalable, control);
+        way.Add(static_cast<int>(result.verdict));
+        way.Add(result.basis);
+        way.Add(result.blocked.variable);
+        way.Add(result.blocked.basis);
+    }
+}
+
+/// What a part of a point, near its bounds or away from them, says of a basis.
+void StartNear(Random& random, Way& way)
+{
+    const Index rows = Between(random, 1, 8);
+    const BoundedForm form = RandomSmallForm(random, rows, Between(random, 1, 9));
+    std::vector<double> point;
+    for (Index j = Between(random, 0, form.columns); j > 0; --j)
+    {
+        const Index at = static_cast<Index>(point.size());
+        double value = random.Between(-4, 4);
+        if (random.OneIn(2))
+            value = random.OneIn(2) ? form.Lower(at) : form.Upper(at);
+        value += random.OneIn(3) ? random.Between(-2, 2) * 1e-7 : 0.0;
+        point.push_back(random.OneIn(6) ? std::nan("") : value);
+    }
+    way.Add(BasisNear(form, point));
+}
+
 /// Powers of two around numbers as small and large as doubles have.
 void Scale(Random& random, Way& way)
 {
@@ -214,7 +264,7 @@ void Scale(Random& random, Way& way)
     drawing.columns = Between(random, 1, 8);
     drawing.isWhole = random.OneIn(2);
     drawing.exponents = random.OneIn(3) ? 240 : random.Between(0, 30);
-    const BoundedForm form = Draw(random, drawing);
+    const BoundedForm form = WithZeros(Draw(random, drawing), random);
     const ScaledForm scaled(form);
     AddNumbers(way, scaled.matrix->scale);
     AddNumbers(way, scaled.lower);
@@ -235,20 +285,63 @@ void Scale(Random& random, Way& way)
         }
 }
 
-Kind Runs(std::string name, int count, const Drawing& drawing)
+template <class Take>
+Kind OfDrawn(std::string name, int count, const Drawing& drawing, const Take& take)
 {
     return {std::move(name), Repeated(count, [=](Random& random, Way& way)
-                                      { RunAll(Draw(random, drawing), random, way); })};
+                                      { take(Draw(random, drawing), random, way); })};
+}
+
+Kind Runs(std::string name, int count, const Drawing& drawing)
+{
+    return OfDrawn(std::move(name), count, drawing,
+                   [](const BoundedForm& form, Random& random, Way& way)
+                   { RunAll(form, random, way); });
 }
 
 }  // namespace
 
 std::vector<Kind> KindsOfSimplex()
 {
+    const Drawing whole{.rows = 22,
+                        .columns = 35,
+                        .entries = 8,
+                        .fixed = 9,
+                        .free = 6,
+                        .boxed = 3,
+                        .equations = 3,
+                        .isWhole = true,
+                        .least = -1.0};
+    const Drawing fractions{.rows = 25,
+                            .columns = 40,
+                            .entries = 6,
+                            .fixed = 9,
+                            .boxed = 3,
+                            .falling = 9,
+                            .least = -0.2};
+    const Drawing contradictory{
+        .rows = 20, .columns = 22, .entries = 9, .boxed = 2, .isWhole = true, .isFeasible = false};
     std::vector<Kind> kinds = {
-        {"runs at tolerances", Repeated(300, RunAtTolerances)},
+        {"runs at tolerances", Repeated(400, [](Random& random, Way& way)
+                                        { RunUnscaled(DrawAtTolerances(random), random, way); })},
+        {"runs of many rows at tolerances",
+         Repeated(40, [](Random& random, Way& way)
+                  { RunUnscaled(DrawSparselyAtTolerances(random), random, way); })},
+        {"runs of chains",
+         Repeated(4, [](Random& random, Way& way) { RunAll(DrawChain(random, 40), random, way); })},
+        {"runs of large cones",
+         [](Random&, Way& way)
+         {
+             const BoundedForm form = DegenerateCone(70);
+             for (const Run run : {Run::Primal, Run::PrimalPerturbed})
+                 RunTraced(ScaledForm(form), SlackBasis(form), run, way);
+         }},
         {"dual ratios", Repeated(3000, TestDualRatios)},
         {"scales", Repeated(150, Scale)},
+        {"starts near", Repeated(400, StartNear)},
+        OfDrawn("reduced whole numbers", 30, whole, SolveReduced),
+        OfDrawn("reduced fractions", 20, fractions, SolveReduced),
+        OfDrawn("reduced contradictions", 20, contradictory, SolveReduced),
         {"runs of small", Repeated(100,
                                    [](Random& random, Way& way)
                                    {
@@ -268,6 +361,7 @@ std::vector<Kind> KindsOfSimplex()
                  RunTraced(ScaledForm(form), SlackBasis(form), run, way);
          }},
         Runs("runs of sparse", 3, {.rows = 25, .columns = 40, .fixed = 9, .free = 9, .falling = 9}),
+        Runs("runs of cheap sparse", 3, {.rows = 25, .columns = 40, .fixed = 9, .least = 0.0}),
         Runs("runs of boxed", 6, {.rows = 12, .columns = 40, .entries = 9, .boxed = 1}),
         Runs("runs of free", 4, {.rows = 14, .columns = 20, .free = 2, .falling = 5}),
         Runs("runs of scaled", 5, {.rows = 12, .columns = 18, .boxed = 3, .exponents = 12}),
@@ -282,6 +376,9 @@ std::vector<Kind> KindsOfSimplex()
              {.rows = 9, .columns = 14, .entries = 9, .boxed = 3, .nearness = 1e-6}),
         Runs("runs of more nearly singular", 8,
              {.rows = 9, .columns = 14, .entries = 9, .boxed = 3, .nearness = 1e-10}),
+        Runs("runs of hardly regular", 8,
+             {.rows = 12, .columns = 16, .entries = 12, .boxed = 2, .nearness = 1e-13}),
+        Runs("runs of huge", 8, {.rows = 4, .columns = 7, .boxed = 2, .size = 3e12}),
         Runs("runs of dear", 4, {.rows = 9, .columns = 14, .free = 9, .cost = 1e6}),
     };
     return kinds;
