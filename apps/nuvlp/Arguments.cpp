@@ -76,8 +76,16 @@ private:
     const std::string& m_text;
 };
 
+std::string LacksValue(const Option& option)
+{
+    return option.names.back() + " needs a value: " + ValueWords(option);
+}
+
 void TakeValue(const Option& option, const std::string& text)
 {
+    // Such as "-o $RESULT" of a script in which RESULT is not set.
+    if (text.empty() && option.names.back().starts_with('-'))
+        throw CLI::ValidationError(LacksValue(option));
     const bool isChoice =
         option.choices.empty() || std::ranges::find(option.choices, text) != option.choices.end();
     const std::string wanted =
@@ -151,18 +159,35 @@ void AddArguments(CLI::App& app, const Verb& verb, const std::vector<std::string
     for (const Option* const option : options)
         AddOption(app, *option);
     for (const Option* const option : options)
-        for (const std::string& other : option->excludes)
+        for (const Exclusion& other : option->excludes)
         {
-            CLI::Option* const excluded = app.get_option_no_throw(other);
+            CLI::Option* const excluded = app.get_option_no_throw(other.name);
             if (excluded != nullptr)
                 app.get_option(option->names.back())->excludes(excluded);
         }
+}
+
+/// Why two options contradict each other, behind the parser's words for that they do.
+std::string WithReason(const std::string& text, const Verb& verb)
+{
+    for (const Option& option : verb.options)
+        for (const Exclusion& other : option.excludes)
+        {
+            const std::string& name = option.names.back();
+            const bool isThis = text == name + " excludes " + other.name ||
+                                text == other.name + " excludes " + name;
+            if (isThis && !other.reason.empty())
+                return text + ": " + other.reason;
+        }
+    return text;
 }
 
 /// What is wrong with a call, in words of our own where the parser's would puzzle.
 std::string Complaint(const CLI::ParseError& error, const Verb& verb)
 {
     const std::string text = error.what();
+    if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr)
+        return WithReason(text, verb);
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr)
         return text;
     // Of a flag that was given a value, the parser says the name without its dashes.
@@ -172,9 +197,24 @@ std::string Complaint(const CLI::ParseError& error, const Verb& verb)
         return name + " is given twice";
     const auto option = std::ranges::find_if(verb.options, [&](const Option& each)
                                              { return each.names.back() == name; });
-    return option == verb.options.end() || option->value.empty()
-               ? name + " takes no value"
-               : name + " needs a value: " + ValueWords(*option);
+    return option == verb.options.end() || option->value.empty() ? name + " takes no value"
+                                                                 : LacksValue(*option);
+}
+
+/// What to say of a word such as "--max-pivots=", to which the parser would add the word behind it.
+std::string WordWithoutValue(const std::vector<std::string>& words, const Verb& verb)
+{
+    for (const std::string& word : words)
+        for (const Option& option : verb.options)
+        {
+            const bool isEmptied =
+                std::ranges::any_of(option.names, [&](const std::string& name)
+                                    { return name.size() > 2 && word == name + "="; });
+            if (isEmptied)
+                return option.value.empty() ? option.names.back() + " takes no value"
+                                            : LacksValue(option);
+        }
+    return {};
 }
 
 /// Behind this word no argument is an option.
@@ -245,16 +285,19 @@ ExitCode RunVerb(const Command& command, const Verb& verb, int argc, char** argv
     std::vector<std::string> words(argv + 2, argv + argc);
     const auto endOfOptions = std::ranges::find(words, kEndOfOptions);
     const bool asJson = std::find(words.begin(), endOfOptions, "--json") != endOfOptions;
+    std::string text = WordWithoutValue({words.begin(), endOfOptions}, verb);
     std::ranges::reverse(words);
     CLI::App app(verb.text, command.name + " " + verb.name);
     app.allow_extras();
     app.set_help_flag("-h,--help");
     AddArguments(app, verb, words);
-    std::string text;
     try
     {
-        app.parse(words);
-        text = ExtraWords(app.remaining(), verb);
+        if (text.empty())
+        {
+            app.parse(words);
+            text = ExtraWords(app.remaining(), verb);
+        }
     }
     catch (const CLI::CallForHelp&)
     {

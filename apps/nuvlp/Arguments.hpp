@@ -20,17 +20,24 @@ namespace nuvlp
 using Target = std::variant<std::monostate, bool*, std::string*, double*,
                             std::optional<std::uint64_t>*, std::function<void(const std::string&)>>;
 
+/// An option that contradicts another, and why, where that is not plain from their names.
+struct Exclusion
+{
+    std::string name;
+    std::string reason = {};
+};
+
 struct Option
 {
-    std::vector<std::string> names;          ///< "-o", "--output"; of a positional its name alone
-    std::string value = {};                  ///< what it takes: "RESULT", "N"; empty for a flag
-    std::string text;                        ///< what it does
-    Target target;                           ///< nowhere for --help and --version
-    std::vector<std::string> choices = {};   ///< if it takes one of these words only
-    std::string standard = {};               ///< what holds without it, if that is worth saying
-    std::vector<std::string> excludes = {};  ///< options that contradict it
-    bool repeats = false;                    ///< may be given more than once
-    bool isOptional = false;                 ///< of a positional: may be left out
+    std::vector<std::string> names;         ///< "-o", "--output"; of a positional its name alone
+    std::string value = {};                 ///< what it takes: "RESULT", "N"; empty for a flag
+    std::string text;                       ///< what it does
+    Target target;                          ///< nowhere for --help and --version
+    std::vector<std::string> choices = {};  ///< if it takes one of these words only
+    std::string standard = {};              ///< what holds without it, if that is worth saying
+    std::vector<Exclusion> excludes = {};   ///< options that contradict it
+    bool repeats = false;                   ///< may be given more than once
+    bool isOptional = false;                ///< of a positional: may be left out
 
     [[nodiscard]] bool TakesFile() const;
 };

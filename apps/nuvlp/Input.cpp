@@ -63,7 +63,7 @@ void AddModelSource(Verb& verb, ModelSource& source)
         {.names = {"--mps-free"},
          .text = "Read MPS fields by the blanks between them",
          .target = form(nuv::MpsForm::Free),
-         .excludes = {"--mps-fixed"}},
+         .excludes = {{"--mps-fixed"}}},
         {.names = {"--mps-objective-constant"},
          .value = "SIGN",
          .text = "What the right-hand side of an MPS objective row is: the constant or its "

@@ -26,6 +26,9 @@ namespace nuvlp
 namespace
 {
 
+/// Why an option asks for nothing where nothing is proved.
+constexpr const char* kComesWithProof = "what it shows comes with the proof";
+
 struct SolveArguments
 {
     ModelSource source;
@@ -227,11 +230,17 @@ Verb SolveVerb()
         {.names = {"--float-only"},
          .text = "Solve in single precision and stop there: nothing is proved",
          .target = &options->floatOnly,
-         .excludes = {"--sensitivity"}},
+         .excludes = {{"--exact", kComesWithProof},
+                      {"--uniqueness", kComesWithProof},
+                      {"--sensitivity", kComesWithProof},
+                      {"--basis-in", "single precision starts from a basis of its own"}}},
         {.names = {"--no-proof"},
          .text = "Believe the simplex in double precision: nothing is proved",
          .target = &options->noProof,
-         .excludes = {"--sensitivity", "--float-only"}},
+         .excludes = {{"--exact", kComesWithProof},
+                      {"--uniqueness", kComesWithProof},
+                      {"--sensitivity", kComesWithProof},
+                      {"--float-only"}}},
     });
     return verb;
 }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 
 namespace nuvlp::test
@@ -99,19 +100,24 @@ TEST(BatchCommand, WritesErrorsAsResultsForPrograms)
 
 TEST(BatchCommand, SinglePrecisionProvesNothing)
 {
-    const Outcome outcome = Batch("cost:y\n2\n", "--float-only --exact");
+    const Outcome outcome = Batch("cost:y\n2\n", "--float-only");
     EXPECT_EQ(outcome.out, "scenario,verdict,proved,objective\n1,optimal,no,16\n");
+    const Outcome wrong = Batch("cost:y\n2\n", "--float-only --exact");
+    EXPECT_EQ(wrong.err.substr(0, wrong.err.find('\n')),
+              "nuvlp: --exact excludes --float-only: the exact objective comes with the proof");
+    EXPECT_EQ(wrong.exitCode, 64);
 }
 
 TEST(BatchCommand, DoublePrecisionProvesNothing)
 {
     // What single precision cannot tell apart, doubles can.
     const std::string table = "cost:y,upper:x\n2,\n2,3.00000000001\n";
-    const Outcome outcome = Batch(table, "--no-proof --exact --value x");
+    const Outcome outcome = Batch(table, "--no-proof --value x");
     EXPECT_EQ(outcome.out, "scenario,verdict,proved,objective,x\n"
                            "1,optimal,no,16,4\n"
                            "2,optimal,no,15.00000000001,3.00000000001\n");
     EXPECT_EQ(Batch(table, "--no-proof --float-only").exitCode, 64);
+    EXPECT_EQ(Batch(table, "--no-proof --exact").exitCode, 64);
 }
 
 TEST(BatchCommand, ThreadsAndPartsGiveTheSameBytes)
@@ -144,6 +150,60 @@ TEST(BatchCommand, PartThatIsThereAlreadyIsLeftAlone)
     EXPECT_NE(outcome.err.find("is there already"), std::string::npos);
     EXPECT_EQ(Batch("cost:y\n2\n", "--out " + result).exitCode, 0);
     EXPECT_EQ(ReadFile(result), "scenario,verdict,proved,objective\n1,optimal,yes,16\n");
+}
+
+/// An assignment that takes milliseconds, and a table that asks for it many times.
+std::string LongBatch()
+{
+    constexpr int kSize = 30;
+    std::string costs;
+    std::string rows;
+    for (int i = 0; i < kSize; ++i)
+    {
+        std::string from;
+        std::string to;
+        for (int j = 0; j < kSize; ++j)
+        {
+            const std::string there = std::to_string(i) + "_" + std::to_string(j);
+            costs += " + " + std::to_string(1 + (i * 37 + j * 101) * (j + 7) % 997) + " x" + there;
+            from += " + x" + there;
+            to += " + x" + std::to_string(j) + "_" + std::to_string(i);
+        }
+        rows.append(from).append(" = 1\n").append(to).append(" = 1\n");
+    }
+    std::string table = "cost:x0_0\n";
+    for (int k = 0; k < 100'000; ++k)
+        table += std::to_string(k % 1000) + "\n";
+    return WriteScratch("assignment.lp", "min" + costs + "\nst\n" + rows + "end\n") + " " +
+           WriteScratch("costs.csv", table);
+}
+
+TEST(BatchCommand, KeepsWhatIsDoneWhenASignalEndsIt)
+{
+    if (!std::filesystem::exists("/proc/self/status"))
+        GTEST_SKIP() << "there is no /proc";
+    const std::string result = Scratch("some.csv");
+    const std::string batch = LongBatch() + " --threads 2 --out " + result;
+    constexpr unsigned kLongest = 20'000;
+    for (unsigned wait = 100; wait < kLongest && !std::filesystem::exists(result); wait *= 2)
+    {
+        const Outcome outcome = InterruptNuvlp("batch " + batch, SIGINT, wait);
+        ASSERT_EQ(outcome.exitCode, 4) << outcome.err;
+        const std::size_t lines = std::ranges::count(ReadFile(result), '\n');
+        EXPECT_EQ(outcome.err, lines == 0 ? "nuvlp: interrupted; nothing is written\n"
+                                          : "nuvlp: interrupted; " + std::to_string(lines - 1) +
+                                                " of 100000 scenarios are done and written\n");
+    }
+    const std::string text = ReadFile(result);
+    EXPECT_TRUE(text.starts_with("scenario,verdict,proved,objective\n1,optimal,yes,")) << text;
+    EXPECT_TRUE(text.ends_with("\n")) << text;
+    // A part is there in full or not at all.
+    const std::string part = Scratch("some-part.csv");
+    const Outcome outcome = InterruptNuvlp("batch --shard 1/2 " + LongBatch() + " --out " + part,
+                                           SIGTERM, kLongest / 100);
+    EXPECT_EQ(outcome.exitCode, 4);
+    EXPECT_EQ(outcome.err, "nuvlp: interrupted; nothing is written\n");
+    EXPECT_FALSE(std::filesystem::exists(part));
 }
 
 TEST(BatchCommand, SaysWhatIsWrongWithATable)

@@ -151,7 +151,19 @@ TEST(Help, SaysWhatIsWrongWithACallAndWhatToWrite)
         {"solve --max-pivots", "--max-pivots needs a value: N\n" + solve},
         {"solve --json=yes a.lp", "--json takes no value\n" + solve},
         {"solve -o a -o b a.lp", "--output is given twice\n" + solve},
-        {"solve --sensitivity --float-only a.lp", "--sensitivity excludes --float-only\n" + solve},
+        {"solve --max-pivots= a.lp", "--max-pivots needs a value: N\n" + solve},
+        {"solve --numbers= a.lp", "--numbers needs a value: written|stored\n" + solve},
+        {"solve -o '' a.lp", "--output needs a value: RESULT\n" + solve},
+        {"solve --json= a.lp", "--json takes no value\n" + solve},
+        {"solve --sensitivity --float-only a.lp",
+         "--sensitivity excludes --float-only: what it shows comes with the proof\n" + solve},
+        {"solve --exact --no-proof a.lp",
+         "--exact excludes --no-proof: what it shows comes with the proof\n" + solve},
+        {"solve --no-proof --uniqueness a.lp",
+         "--uniqueness excludes --no-proof: what it shows comes with the proof\n" + solve},
+        {"solve --float-only --basis-in a.bas a.lp",
+         "--basis-in excludes --float-only: single precision starts from a basis of its own\n" +
+             solve},
         {"convert --to mpsfixed a.lp", "--to takes lp, mps, mps-fixed, mps-free or smt2, not "
                                        "'mpsfixed'; did you mean mps-fixed?\n" +
                                            convert},
@@ -163,6 +175,22 @@ TEST(Help, SaysWhatIsWrongWithACallAndWhatToWrite)
         EXPECT_EQ(outcome.out, "") << call;
         EXPECT_EQ(outcome.exitCode, 64) << call;
     }
+}
+
+TEST(Help, AnEqualsSignTakesNotTheWordBehindItForAValue)
+{
+    std::size_t options = 0;
+    for (const std::string& verb : Verbs())
+        for (const std::string& option :
+             Matches(RunNuvlp(verb + " --help").out, "^  (?:-[a-z],)?(--[a-z-]+) [^ ]"))
+        {
+            ++options;
+            const Outcome outcome = RunNuvlp(verb + " " + option + "= 1 1");
+            EXPECT_TRUE(outcome.err.starts_with("nuvlp: " + option + " needs a value: "))
+                << verb << " " << outcome.err;
+            EXPECT_EQ(outcome.exitCode, 64) << verb << option;
+        }
+    EXPECT_GT(options, 25u);
 }
 
 TEST(Help, FitsATerminal)

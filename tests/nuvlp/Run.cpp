@@ -127,7 +127,7 @@ Outcome RunNuvlp(const std::string& arguments, const std::string& input)
     return OutcomeOf(arguments, std::system(CommandLine(arguments).c_str()));
 }
 
-Outcome InterruptNuvlp(const std::string& arguments, int signal)
+Outcome InterruptNuvlp(const std::string& arguments, int signal, unsigned milliseconds)
 {
     (void)WriteScratch("stdin", "");
     const std::string line = CommandLine(arguments);
@@ -147,6 +147,7 @@ Outcome InterruptNuvlp(const std::string& arguments, int signal)
             return OutcomeOf(arguments, status);
         (void)usleep(1000);
     }
+    (void)usleep(1000 * milliseconds);
     (void)::kill(child, signal);
     (void)waitpid(child, &status, 0);
     return OutcomeOf(arguments, status);

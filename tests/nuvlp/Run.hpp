@@ -17,8 +17,9 @@ struct Outcome
 /// Runs nuvlp with `arguments`, as the shell splits them, in the folder of the test models.
 [[nodiscard]] Outcome RunNuvlp(const std::string& arguments, const std::string& input = "");
 
-/// The same, with the signal sent as soon as the command is ready for it.
-[[nodiscard]] Outcome InterruptNuvlp(const std::string& arguments, int signal);
+/// The same, with the signal sent so long after the command is ready for it.
+[[nodiscard]] Outcome InterruptNuvlp(const std::string& arguments, int signal,
+                                     unsigned milliseconds = 0);
 
 /// A path in a folder that lives as long as the test program.
 [[nodiscard]] std::string Scratch(const std::string& name);

@@ -29,6 +29,9 @@ namespace
 
 constexpr std::string_view kScenarioSchema = "nuvlp/scenario/1";
 
+/// Why --exact asks for nothing where nothing is proved.
+constexpr const char* kNeedsProof = "the exact objective comes with the proof";
+
 struct BatchArguments
 {
     ModelSource source;
@@ -98,7 +101,7 @@ public:
            std::vector<std::uint32_t> asked)
         : m_model(model),
           m_table(table),
-          m_exact(options.exact && !options.floatOnly && !options.noProof),
+          m_exact(options.exact),
           m_isJson(options.output.json),
           m_asked(std::move(asked))
     {
@@ -249,6 +252,23 @@ std::size_t ThreadsOf(const BatchArguments& options)
     return static_cast<std::size_t>(std::min(options.threads.value_or(processors), 4 * processors));
 }
 
+/// What an interrupted run leaves: the scenarios that are done. A part, which is there in full or
+/// not at all, is not left, and neither is a table of none.
+ExitCode WriteSome(const BatchArguments& options, const std::string& head,
+                   const ScenarioLines& lines, std::size_t all)
+{
+    if (lines.done == 0 || !options.shard.empty())
+    {
+        const std::string text = "interrupted; nothing is written";
+        fmt::print(stderr, "nuvlp: {}\n", text);
+        const std::vector failure{nuv::WithoutPlace({"interrupted", text, "", "", 0, 0})};
+        return WriteError(ErrorsOf(options), kScenarioSchema, failure, ExitCode::Stopped);
+    }
+    fmt::print(stderr, "nuvlp: interrupted; {} of {} scenarios are done and written\n", lines.done,
+               all);
+    return WriteTo(options.output.path, head + lines.text, ExitCode::Stopped);
+}
+
 ExitCode SolveTable(const BatchArguments& options, const nuv::Model& model,
                     const ScenarioTable& table, const Shard& shard)
 {
@@ -267,13 +287,13 @@ ExitCode SolveTable(const BatchArguments& options, const nuv::Model& model,
     { return writer.Line(scenario, solution); };
     if (counter)
         run.progress = [&counter](std::size_t done) { counter->Show(done); };
-    const std::optional<std::string> lines = SolveScenarios(run);
+    const ScenarioLines lines = SolveScenarios(run);
     counter.reset();
-    if (!lines)
-        return Report(options, UsageError("interrupted; nothing is written"), ExitCode::Stopped);
     // Parts that are put together have one first line.
-    return WriteTo(options.output.path, (shard.part == 1 ? writer.Head() : "") + *lines,
-                   ExitCode::Success);
+    const std::string head = shard.part == 1 ? writer.Head() : "";
+    return lines.done == last - first
+               ? WriteTo(options.output.path, head + lines.text, ExitCode::Success)
+               : WriteSome(options, head, lines, last - first);
 }
 
 ExitCode Run(const BatchArguments& options)
@@ -338,7 +358,7 @@ Verb BatchVerb()
         {.names = {"--json"},
          .text = "Write an object a line, as --format jsonl does",
          .target = &options->output.json,
-         .excludes = {"--format"}},
+         .excludes = {{"--format"}}},
         {.names = {"--value"},
          .value = "VARIABLE",
          .text = "Write the value of this variable too; as often as needed",
@@ -356,11 +376,12 @@ Verb BatchVerb()
         NumbersOption([options](nuv::CoefficientMeaning numbers) { options->numbers = numbers; }),
         {.names = {"--float-only"},
          .text = "Believe single precision and prove nothing",
-         .target = &options->floatOnly},
+         .target = &options->floatOnly,
+         .excludes = {{"--exact", kNeedsProof}}},
         {.names = {"--no-proof"},
          .text = "Believe the simplex in double precision and prove nothing",
          .target = &options->noProof,
-         .excludes = {"--float-only"}},
+         .excludes = {{"--exact", kNeedsProof}, {"--float-only"}}},
         {.names = {"--max-pivots"},
          .value = "N",
          .text = "Stop a stage of a solve after so many pivots",

@@ -167,7 +167,7 @@ void Work(Shared& shared)
 
 }  // namespace
 
-std::optional<std::string> SolveScenarios(const ScenarioRun& run)
+ScenarioLines SolveScenarios(const ScenarioRun& run)
 {
     Shared shared{run, std::vector<std::string>(run.last - run.first), run.first, {}, {}, {}, {}};
     const std::size_t count = std::max<std::size_t>(1, std::min(run.threads, run.last - run.first));
@@ -184,12 +184,10 @@ std::optional<std::string> SolveScenarios(const ScenarioRun& run)
         thread.join();
     if (shared.failure)
         std::rethrow_exception(shared.failure);
-    if (IsInterrupted())
-        return std::nullopt;
-    std::string text;
+    ScenarioLines lines{{}, shared.done};
     for (const std::string& line : shared.lines)
-        text += line;
-    return text;
+        lines.text += line;
+    return lines;
 }
 
 }  // namespace nuvlp

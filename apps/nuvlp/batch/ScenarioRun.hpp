@@ -28,7 +28,13 @@ struct ScenarioRun
     std::function<void(std::size_t done)> progress;
 };
 
-/// @return the lines of all scenarios in their order; nothing after an interrupt.
-[[nodiscard]] std::optional<std::string> SolveScenarios(const ScenarioRun& run);
+/// The lines of the scenarios that are done, in their order: after an interrupt not of all.
+struct ScenarioLines
+{
+    std::string text;
+    std::size_t done = 0;
+};
+
+[[nodiscard]] ScenarioLines SolveScenarios(const ScenarioRun& run);
 
 }  // namespace nuvlp
