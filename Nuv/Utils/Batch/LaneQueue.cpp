@@ -138,7 +138,7 @@ bool InvertBasis(LaneQueue* x, NuvUint lane)
 {
     LaneState* const s = &x->state;
     const BatchData data = DataOf(x->batch, x->problems[lane]);
-    const StandardForm form = {s->m, s->n, data.A, data.b, data.c, true, 0, s->n};
+    const StandardForm form = {s->m, s->n, data.A, data.b, data.c, true, 0, s->n, false};
     if (!Invert(&x->inverse, &form, x->labels, x->zeros, &x->elimination))
         return false;
     NuvFloat32* to = s->inverse + lane;
@@ -258,7 +258,7 @@ void PlaceArrays(LaneQueue* x, WorkspaceLayout* layout)
     NuvFloat32* arrays = nullptr;
     const NuvSizeT elements = m * m + (s->sharedA ? 0 : m * n) + 3 * (n + m) + 10 * m;
     x->length = elements * lanes;
-    layout->Place(&arrays, x->length);
+    layout->Place(x->length, &arrays);
     TakeFrom(&arrays, m * m * lanes, &s->inverse);
     TakeFrom(&arrays, s->sharedA ? 0 : m * n * lanes, &s->A);
     TakeFrom(&arrays, (n + m) * lanes, &s->costs);
@@ -270,10 +270,10 @@ void PlaceArrays(LaneQueue* x, WorkspaceLayout* layout)
         TakeFrom(&arrays, m * lanes, array);
     x->inverse.kernels = x->single->kernels;
     PlaceArrays(&x->inverse, s->m, 0, layout);
-    layout->Place(&x->elimination.steps, m);
-    layout->Place(&x->elimination.multipliers, m * PaddedLength(m));
-    layout->Place(&x->labels, m);
-    layout->Place(&x->zeros, PaddedLength(m));
+    layout->Place(m, &x->elimination.steps);
+    layout->Place(m * PaddedLength(m), &x->elimination.multipliers);
+    layout->Place(m, &x->labels);
+    layout->Place(PaddedLength(m), &x->zeros);
 }
 
 void SolveRange(LaneQueue* x, NuvSizeT first, NuvSizeT last)

@@ -90,7 +90,7 @@ StandardForm FormOf(SingleSolve* x, const BatchData& data)
     const NuvSizeT size = static_cast<NuvSizeT>(m) * n;
     NuvMemCopy(x->c, data.c, n * sizeof *data.c);
     bool areFinite = AreFinite(data.b, m) && AreFinite(data.c, n);
-    const StandardForm onData = {m, n, data.A, data.b, x->c, areFinite, 0, n};
+    const StandardForm onData = {m, n, data.A, data.b, x->c, areFinite, 0, n, true};
     // Where there are few rows, A is looked at when the iteration starts.
     if (IsSmall(&onData))
         return onData;
@@ -98,7 +98,7 @@ StandardForm FormOf(SingleSolve* x, const BatchData& data)
     const NuvSizeT rowLength = static_cast<NuvSizeT>(n) + m;
     for (NuvSizeT i = 0; i != m; ++i)
         NuvMemCopy(x->A + i * rowLength, data.A + i * n, n * sizeof *data.A);
-    return {m, n, x->A, data.b, x->c, areFinite, CountNonzeros(data.A, size), rowLength};
+    return {m, n, x->A, data.b, x->c, areFinite, CountNonzeros(data.A, size), rowLength, true};
 }
 
 /// The record that the phases expect: labels and right-hand sides.
@@ -180,7 +180,7 @@ NuvSizeT MemoryOfPhases(const NuvLinearProgrammingBatch* batch)
     const NuvUint m = batch->numConstraints;
     const NuvUint n = batch->numVars;
     const NuvSizeT rowLength = static_cast<NuvSizeT>(n) + m;
-    const StandardForm shape = {m, n, nullptr, nullptr, nullptr, true, 0, rowLength};
+    const StandardForm shape = {m, n, nullptr, nullptr, nullptr, true, 0, rowLength, true};
     return BytesOfPhases(&shape);
 }
 
@@ -188,13 +188,13 @@ void PlaceArrays(SingleSolve* x, NuvSizeT memorySize, WorkspaceLayout* layout)
 {
     const NuvSizeT m = x->batch->numConstraints;
     const NuvSizeT n = x->batch->numVars;
-    layout->Place(&x->A, m * (n + m));
-    layout->Place(&x->c, n + m);
-    layout->Place(&x->basic, m);
-    layout->Place(&x->independent, n);
+    layout->Place(m * (n + m), &x->A);
+    layout->Place(n + m, &x->c);
+    layout->Place(m, &x->basic);
+    layout->Place(n, &x->independent);
     x->isStarted = false;
     x->memorySize = memorySize;
-    layout->Place(&x->memory, memorySize);
+    layout->Place(memorySize, &x->memory);
 }
 
 void Solve(SingleSolve* x, NuvSizeT problem)
@@ -231,7 +231,6 @@ bool TryStart(Turn* x)
     if (!IsSmall(&x->task.form) || NuvRevisedSimplexIsPhaseIRequired(&x->task.lp))
         return false;
     WorkspaceLayout layout(x->single->memory);
-    x->it.hasSlackBasis = true;
     PlaceArrays(&x->it, &x->task.context, &x->task.form, Phase::II, &layout);
     PlaceArrays(&x->steps, &x->it, &layout);
     Initialise(&x->it, &x->task.lp);

@@ -23,13 +23,11 @@ public:
             base += (kLineSize - reinterpret_cast<uintptr_t>(block) % kLineSize) % kLineSize;
     }
 
-    template <class T>
-    void Place(T** array, NuvSizeT count)
+    /// Arrays of `count` elements each.
+    template <class... T>
+    void Place(NuvSizeT count, T**... arrays)
     {
-        // same bits: while the sizes are counted nobody reads the arrays, which are placed a second
-        // time
-        *array = isCounting ? nullptr : reinterpret_cast<T*>(base + size);
-        size += (count * sizeof(T) + kLineSize - 1) / kLineSize * kLineSize;
+        (PlaceOne(count, arrays), ...);
     }
 
     /// What a block needs for all that was placed, wherever it begins.
@@ -39,6 +37,15 @@ public:
     }
 
 private:
+    template <class T>
+    void PlaceOne(NuvSizeT count, T** array)
+    {
+        // same bits: while the sizes are counted nobody reads the arrays, which are placed a second
+        // time
+        *array = isCounting ? nullptr : reinterpret_cast<T*>(base + size);
+        size += (count * sizeof(T) + kLineSize - 1) / kLineSize * kLineSize;
+    }
+
     static constexpr NuvSizeT kLineSize = 64;
 
     unsigned char* base;

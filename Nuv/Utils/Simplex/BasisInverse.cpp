@@ -2,8 +2,6 @@
 // of the definition: sums over all m terms in increasing index, from +0, and a dense eta matrix.
 #include "Nuv/Utils/Simplex/BasisInverse.h"
 
-#include <initializer_list>
-
 #include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
@@ -140,21 +138,12 @@ void PlaceArrays(BasisInverse* x, NuvUint m, NuvUint maxCosted, WorkspaceLayout*
     x->m = m;
     x->stride = PaddedLength(m);
     x->costed.capacity = maxCosted;
-    layout->Place(&x->columns, m);
-    layout->Place(&x->columnOfSlot, m);
-    layout->Place(&x->costed.rows, maxCosted);
-    layout->Place(&x->costed.costs, maxCosted);
-    layout->Place(&x->costed.entries, maxCosted);
-    layout->Place(&x->costed.eta, maxCosted);
-    layout->Place(&x->elements, m);
-    layout->Place(&x->numbers, m);
-    layout->Place(&x->slots, m);
-    for (NuvFloat32** const array : {&x->storedB, &x->storedVector, &x->multipliers})
-        layout->Place(array, m);
-    for (NuvFloat32** const array : {&x->unitB, &x->eta, &x->multipliersBySlot, &x->pricesBySlot})
-        layout->Place(array, x->stride);
-    layout->Place(&x->storage, m * x->stride);
-    layout->Place(&x->costed.storage, maxCosted * x->stride);
+    layout->Place(m, &x->columns, &x->columnOfSlot, &x->elements, &x->numbers, &x->slots,
+                  &x->storedB, &x->storedVector, &x->multipliers);
+    layout->Place(maxCosted, &x->costed.rows, &x->costed.costs, &x->costed.entries, &x->costed.eta);
+    layout->Place(x->stride, &x->unitB, &x->eta, &x->multipliersBySlot, &x->pricesBySlot);
+    layout->Place(m * x->stride, &x->storage);
+    layout->Place(maxCosted * x->stride, &x->costed.storage);
 }
 
 void SetToIdentity(BasisInverse* x, const NuvFloat32* b)

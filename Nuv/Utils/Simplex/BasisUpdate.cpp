@@ -21,9 +21,8 @@ struct UpdateStorage
 NuvSizeT PlaceArrays(UpdateStorage* x, NuvUint m, void* block)
 {
     WorkspaceLayout layout(block);
-    layout.Place(&x->column, m);
-    layout.Place(&x->direction, m);
-    layout.Place(&x->eta.data, static_cast<NuvSizeT>(m) * m);
+    layout.Place(m, &x->column, &x->direction);
+    layout.Place(static_cast<NuvSizeT>(m) * m, &x->eta.data);
     return layout.BytesNeeded();
 }
 

@@ -11,12 +11,10 @@ NuvSizeT PlaceArrays(DenseIteration* x, const Iteration* it, void* block)
 {
     WorkspaceLayout layout(block);
     const NuvSizeT square = static_cast<NuvSizeT>(it->m) * it->m;
-    layout.Place(&x->inverse, square);
-    layout.Place(&x->eta, square);
-    layout.Place(&x->product, square);
-    layout.Place(&x->sums, it->numNonbasic);
-    layout.Place(&x->basicColumns, it->m);
-    layout.Place(&x->nonbasicColumns, it->numNonbasic);
+    layout.Place(square, &x->inverse, &x->eta, &x->product);
+    layout.Place(it->numNonbasic, &x->sums);
+    layout.Place(it->m, &x->basicColumns);
+    layout.Place(it->numNonbasic, &x->nonbasicColumns);
     return layout.BytesNeeded();
 }
 

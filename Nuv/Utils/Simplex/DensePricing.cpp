@@ -23,10 +23,7 @@ void CopyRow(DensePricing* x, NuvUint i)
 
 void PlaceArrays(DensePricing* x, const StandardForm* form, WorkspaceLayout* layout)
 {
-    layout->Place(&x->rows, form->m);
-    layout->Place(&x->isCopied, form->m);
-    layout->Place(&x->pricedRows, form->m);
-    layout->Place(&x->pricesOfRows, form->m);
+    layout->Place(form->m, &x->rows, &x->isCopied, &x->pricedRows, &x->pricesOfRows);
 }
 
 void StartPricing(DensePricing* x, const StandardForm* form, NuvFloat32* rowBuffer)

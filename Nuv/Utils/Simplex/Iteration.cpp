@@ -3,8 +3,6 @@
 
 #include <float.h>
 
-#include <initializer_list>
-
 #include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
@@ -21,11 +19,10 @@ void PlaceArrays(Iteration* it, SolveContext* context, const StandardForm* form,
     it->m = form->m;
     it->stride = PaddedLength(form->m);
     it->numNonbasic = phase == Phase::I ? form->n + 1 : form->n;
-    layout->Place(&it->basic, it->m);
-    layout->Place(&it->nonbasic, it->numNonbasic);
-    for (NuvFloat32** const array : {&it->basicCosts, &it->b, &it->prices, &it->basicValues,
-                                     &it->enteringColumn, &it->direction, &it->ratios})
-        layout->Place(array, it->stride);
+    layout->Place(it->m, &it->basic);
+    layout->Place(it->numNonbasic, &it->nonbasic);
+    layout->Place(it->stride, &it->basicCosts, &it->b, &it->prices, &it->basicValues,
+                  &it->enteringColumn, &it->direction, &it->ratios);
 }
 
 void Initialise(Iteration* it, const NuvLinearProgramming* lp)
@@ -43,6 +40,9 @@ void Initialise(Iteration* it, const NuvLinearProgramming* lp)
     NUV_ASSERT(it->direction == it->basicCosts + (kNumZeroed - 1) * it->stride);
     NuvMemZero(it->basicCosts, kNumZeroed * it->stride * sizeof *it->basicCosts);
     NuvMemCopy(it->b, it->form->b, it->m * sizeof *it->b);
+    // Slacks of the standard form cost nothing.
+    if (it->form->hasFirstLabels && it->form->isFiniteWithUnitSlacks)
+        return;
     for (NuvUint i = 0; i != it->m; ++i)
         it->basicCosts[i] = CostOf(it, it->basic[i]);
 }

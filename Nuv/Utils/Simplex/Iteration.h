@@ -50,8 +50,6 @@ struct Iteration
     NuvUint artificialRow;
     /// Whether a pivot was made in this phase.
     bool hasPivoted;
-    /// Whether the first basis is that of the slacks, row by row.
-    bool hasSlackBasis;
 
     NuvFloat32* basicCosts;      /// [stride] c_B
     NuvFloat32* b;               /// [stride]

@@ -126,14 +126,6 @@ NuvSizeT PlaceArrays(Iteration* it, Steps* steps, SolveContext* context, const S
     return layout.BytesNeeded();
 }
 
-bool StartsFromSlacks(const NuvLinearProgramming* lp, const StandardForm* form)
-{
-    for (NuvUint i = 0; i != form->m; ++i)
-        if (lp->basic.data[i] != SlackOf(form, i))
-            return false;
-    return true;
-}
-
 /// The arrays of the smallest problems are on the stack.
 constexpr NuvSizeT kLocalBytes = 8192;
 
@@ -146,7 +138,6 @@ Result SolvePhaseBy(const PhaseRules* rules, NuvLinearProgramming* lp, SolveCont
     Steps steps;
     unsigned char local[kLocalBytes];
     Workspace workspace = {nullptr, local, sizeof local};
-    it.hasSlackBasis = StartsFromSlacks(lp, form);
     const NuvSizeT size = PlaceArrays(&it, &steps, context, form, rules->phase, local);
     const bool isLocal = size <= sizeof local;
     if (!isLocal)
@@ -287,13 +278,14 @@ NuvLinearProgrammingResultType SolveInContext(NuvLinearProgramming* lp, SolveCon
 NuvLinearProgrammingResultType SolveForm(NuvLinearProgramming* lp, SolveContext* context,
                                          const StandardForm* form)
 {
-    if (NuvRevisedSimplexIsPhaseIRequired(lp))
-    {
-        const NuvLinearProgrammingResultType result = SolvePhaseI(lp, context, form);
-        if (result != NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
-            return result;
-    }
-    return SolvePhaseII(lp, context, form);
+    if (!NuvRevisedSimplexIsPhaseIRequired(lp))
+        return SolvePhaseII(lp, context, form);
+    const NuvLinearProgrammingResultType result = SolvePhaseI(lp, context, form);
+    if (result != NUV_LINEARPROGRAMMINGRESULTTYPE_Ok)
+        return result;
+    StandardForm feasible = *form;
+    feasible.hasFirstLabels = HasFirstLabels(lp);
+    return SolvePhaseII(lp, context, &feasible);
 }
 
 NuvSizeT BytesOfPhases(const StandardForm* form)
@@ -309,7 +301,7 @@ NuvSizeT BytesOfPhases(const StandardForm* form)
             StructuredIteration structured;
             SmallIteration small;
             DenseIteration dense;
-            it.hasSlackBasis = phase == Phase::I;
+            shape.hasFirstLabels = phase == Phase::I;
             shape.maxNonzeros = static_cast<NuvSizeT>(form->m) * form->n / part;
             for (const NuvSizeT bytes :
                  {PlaceArrays(&it, &small, &context, &shape, phase, nullptr),

@@ -27,10 +27,7 @@ void PlaceArrays(Pricing* x, const StandardForm* form, WorkspaceLayout* layout)
     x->form = form;
     x->firstSlack = PaddedLength(form->n);
     x->length = x->firstSlack + PaddedLength(form->m);
-    layout->Place(&x->costs, x->length);
-    layout->Place(&x->sums, x->length);
-    layout->Place(&x->differences, x->length);
-    layout->Place(&x->positions, x->length);
+    layout->Place(x->length, &x->costs, &x->sums, &x->differences, &x->positions);
     x->isSparse = switches.sparsePricing && IsSparse(form);
     if (x->isSparse)
         PlaceArrays(&x->sparse, form, layout);

@@ -33,8 +33,6 @@ void MarkEntry(SmallState* s, NuvSizeT i, NuvSizeT k)
 bool InvertBasis(SmallIteration* x, const Iteration* it)
 {
     SmallState* const s = &x->state;
-    if (it->hasSlackBasis)
-        return true;
     if (!Invert(&x->inverse, it->form, it->basic, it->b, &x->elimination))
         return false;
     for (NuvUint i = 0; i != it->m; ++i)
@@ -54,17 +52,6 @@ bool InvertBasis(SmallIteration* x, const Iteration* it)
 NuvSizeT IndexOf(const SmallState* s, const StandardForm* form, NuvUint label)
 {
     return label <= form->n ? label - 1 : s->lengthOfA + (label - form->n - 1);
-}
-
-/// Whether the nonbasic variables are those of the columns of A, in their order, behind the
-/// artificial one of Phase I.
-bool AreNonbasicInOrder(const Iteration* it)
-{
-    const NuvUint numArtificial = it->numNonbasic - it->form->n;
-    NuvUint differences = 0;
-    for (NuvUint j = 0; j != it->form->n; ++j)
-        differences |= it->nonbasic[numArtificial + j] ^ (j + 1);
-    return differences == 0;
 }
 
 /// Gives each label its place.
@@ -137,28 +124,24 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
     s->stride = it->stride;
     s->lengthOfA = InTiles(it->form->n);
     const NuvSizeT length = s->lengthOfA + s->stride;
-    layout->Place(&s->costs, length);
-    layout->Place(&s->positions, length);
-    layout->Place(&s->differences, length);
-    layout->Place(&s->A, s->m * s->lengthOfA);
-    layout->Place(&s->nonzerosOfA, 2 * s->lengthOfA);
-    layout->Place(&s->patterns, 2 * s->stride);
-    layout->Place(&s->columns, s->m * s->stride);
-    layout->Place(&s->rows, s->m * s->stride);
-    layout->Place(&s->eta, s->stride);
-    layout->Place(&s->multipliers, s->stride);
+    layout->Place(length, &s->costs, &s->positions, &s->differences);
+    layout->Place(s->m * s->lengthOfA, &s->A);
+    layout->Place(2 * s->lengthOfA, &s->nonzerosOfA);
+    layout->Place(2 * s->stride, &s->patterns);
+    layout->Place(s->m * s->stride, &s->columns, &s->rows);
+    layout->Place(s->stride, &s->eta, &s->multipliers);
     s->b = it->b;
     s->basicCosts = it->basicCosts;
     s->prices = it->prices;
     s->values = it->basicValues;
     s->direction = it->direction;
     s->ratios = it->ratios;
-    if (it->hasSlackBasis)
+    if (it->form->hasFirstLabels)
         return;
     x->inverse.kernels = it->kernels;
     PlaceArrays(&x->inverse, it->m, 0, layout);
-    layout->Place(&x->elimination.steps, s->m);
-    layout->Place(&x->elimination.multipliers, s->m * s->stride);
+    layout->Place(s->m, &x->elimination.steps);
+    layout->Place(s->m * s->stride, &x->elimination.multipliers);
 }
 
 bool TryStart(SmallIteration* x, Iteration* it)
@@ -170,7 +153,7 @@ bool TryStart(SmallIteration* x, Iteration* it)
                               form->n, it->numNonbasic - form->n};
     if (!it->kernels->startSmall(s, &start))
         return false;
-    if (it->hasSlackBasis && AreNonbasicInOrder(it))
+    if (form->hasFirstLabels)
     {
         x->isFinite = true;
         return true;

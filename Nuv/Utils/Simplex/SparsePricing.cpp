@@ -119,14 +119,11 @@ bool IsSparse(const StandardForm* form)
 
 void PlaceArrays(SparsePricing* x, const StandardForm* form, WorkspaceLayout* layout)
 {
-    layout->Place(&x->starts, static_cast<NuvSizeT>(form->n) + 1);
-    layout->Place(&x->rows, form->maxNonzeros);
-    layout->Place(&x->elements, form->maxNonzeros);
-    layout->Place(&x->columns, form->maxNonzeros);
-    layout->Place(&x->rowStarts, static_cast<NuvSizeT>(form->m) + 1);
-    layout->Place(&x->prices, form->m);
-    layout->Place(&x->changedRows, form->m);
-    layout->Place(&x->visits, form->n);
+    layout->Place(static_cast<NuvSizeT>(form->n) + 1, &x->starts);
+    layout->Place(form->maxNonzeros, &x->rows, &x->elements, &x->columns);
+    layout->Place(static_cast<NuvSizeT>(form->m) + 1, &x->rowStarts);
+    layout->Place(form->m, &x->prices, &x->changedRows);
+    layout->Place(form->n, &x->visits);
 }
 
 void StartPricing(SparsePricing* x, const StandardForm* form)

@@ -13,6 +13,14 @@ namespace nuv
 {
 namespace
 {
+/// Whether a matrix has storage of the shape, which a resize would leave as it is.
+template <class Matrix>
+bool HasShape(const Matrix* x, NuvUint rows, NuvUint columns)
+{
+    // same bits: a resize finds the same
+    return x->nr == rows && x->nc == columns && x->data;
+}
+
 /// Sets the shapes; b and c start at zero, A with the identity of the slack columns.
 /// @return false when storage is refused, a dimension is 0, or m × (n + m) does not fit 32 bits.
 bool ResizeMatrices(NuvLinearProgramming* lp, NuvSizeT m)
@@ -22,13 +30,14 @@ bool ResizeMatrices(NuvLinearProgramming* lp, NuvSizeT m)
     if (columns > UINT32_MAX || m * columns > UINT32_MAX)
         return false;
     const NuvUint rows = static_cast<NuvUint>(m);
-    if (!NuvMatrix_NuvFloat32Resize(&lp->A, rows, static_cast<NuvUint>(columns)) ||
-        !NuvMatrix_NuvFloat32Resize(&lp->b, rows, 1) ||
-        !NuvMatrix_NuvFloat32Resize(&lp->c, static_cast<NuvUint>(columns), 1))
+    const NuvUint width = static_cast<NuvUint>(columns);
+    if (!(HasShape(&lp->A, rows, width) || NuvMatrix_NuvFloat32Resize(&lp->A, rows, width)) ||
+        !(HasShape(&lp->b, rows, 1) || NuvMatrix_NuvFloat32Resize(&lp->b, rows, 1)) ||
+        !(HasShape(&lp->c, width, 1) || NuvMatrix_NuvFloat32Resize(&lp->c, width, 1)))
         return false;
-    NuvMatrix_NuvFloat32Reset(&lp->A);
-    NuvMatrix_NuvFloat32Reset(&lp->b);
-    NuvMatrix_NuvFloat32Reset(&lp->c);
+    NuvMemZero(lp->A.data, m * columns * sizeof *lp->A.data);
+    NuvMemZero(lp->b.data, m * sizeof *lp->b.data);
+    NuvMemZero(lp->c.data, columns * sizeof *lp->c.data);
     for (NuvSizeT r = 0; r != m; ++r)
         RowOf(&lp->A, r)[n + r] = 1.0F;
     return true;
@@ -61,29 +70,24 @@ bool StoreCoefficient(NuvFloat32* row, NuvUint n, NuvUint index, NuvFloat32 coef
 /// With fewer terms there is nothing to gain by looking at all of them first.
 constexpr NuvUint kFewestDense = 16;
 
-/// Whether the terms are those of all n variables, in their order: a dense row.
-bool AreAllInOrder(const NuvPair_NuvUint__NuvFloat32* terms, NuvSizeT count, NuvUint n)
+/// Stores a row whose terms are those of all n variables, in their order.
+/// @return false when it is another one; then nothing is stored.
+bool StoreDense(const NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n, Tally* tally)
 {
-    // same bits: single coefficients are stored in any order
-    if (count != n || n < kFewestDense)
-        return false;
     NuvUint differences = 0;
     for (NuvUint j = 0; j != n; ++j)
         differences |= terms[j].first ^ (j + 1);
-    return differences == 0;
-}
-
-/// Stores a dense row.
-/// @return whether it is finite.
-bool StoreAll(const NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n)
-{
+    // same bits: single coefficients are stored in any order
+    if (differences != 0)
+        return false;
     NuvUint numInfinite = 0;
     for (NuvUint j = 0; j != n; ++j)
     {
         row[j] = terms[j].second;
         numInfinite |= IsFinite(terms[j].second) ? 0U : 1U;
     }
-    return numInfinite == 0;
+    tally->isFinite &= numInfinite == 0;
+    return true;
 }
 
 bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32* row, NuvUint n,
@@ -91,11 +95,9 @@ bool StoreByIndex(const NuvVector_NuvPair_NuvUint__NuvFloat32* terms, NuvFloat32
 {
     const NuvSizeT count = static_cast<NuvSizeT>(terms->end - terms->begin);
     tally->numCoefficients += count;
-    if (AreAllInOrder(terms->begin, count, n))
-    {
-        tally->isFinite &= StoreAll(terms->begin, row, n);
+    // same bits: single coefficients are stored in any order
+    if (count == n && n >= kFewestDense && StoreDense(terms->begin, row, n, tally))
         return true;
-    }
     // A sum of numbers times 0: a NaN where one is not finite.
     NuvFloat32 doubt = 0.0F;
     for (const NuvPair_NuvUint__NuvFloat32* term = terms->begin; term != terms->end; ++term)
@@ -125,37 +127,27 @@ bool StoreByName(const NuvLinearProgramming* lp,
     return true;
 }
 
-bool StoreConstraint(NuvLinearProgramming* lp, const NuvLinearProgrammingConstraint* constraint,
-                     NuvSizeT r, Tally* tally)
-{
-    NuvFloat32* const row = RowOf(&lp->A, r);
-    const NuvVector_NuvPair_NuvString__NuvFloat32* const named =
-        NuvLinearProgrammingConstraintGetVariablesCoefficientsByName(constraint);
-    const bool isStored =
-        named ? StoreByName(lp, named, row, tally)
-              : StoreByIndex(
-                    NuvLinearProgrammingConstraintGetVariablesCoefficientsByIndex(constraint), row,
-                    lp->numVars, tally);
-    if (!isStored)
-        return false;
-    lp->b.data[r] = NuvLinearProgrammingConstraintGetRhs(constraint);
-    tally->isFinite &= IsFinite(lp->b.data[r]);
-    return true;
-}
-
 /// Makes a row per constraint, in the order of the map's entries.
 bool StoreConstraints(NuvLinearProgramming* lp, Tally* tally)
 {
-    const NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entries =
-        &lp->constraints.l;
+    using Node = NuvListNode__NuvPair_NuvUint__NuvLinearProgrammingConstraint;
+    const NuvUint n = lp->numVars;
+    NuvFloat32* row = lp->A.data;
     NuvUint r = 0;
-    for (const auto* link = entries->node.next.b; link != &entries->node; link = link->next.b)
+    const auto* const end = &lp->constraints.l.node;
+    for (const auto* link = end->next.b; link != end; link = link->next.b)
     {
-        const NuvPair_NuvUint__NuvLinearProgrammingConstraint* const entry =
-            NuvList_NuvPair_NuvUint__NuvLinearProgrammingConstraintConstIteratorContentOf(&link);
-        if (!StoreConstraint(lp, &entry->second, r, tally))
+        const NuvLinearProgrammingConstraint* const constraint =
+            &reinterpret_cast<const Node*>(link)->obj.second;
+        const bool isStored =
+            constraint->type == NUV_LINEARPROGRAMMINGVARIABLEACCESSTYPE_NAME
+                ? StoreByName(lp, &constraint->u.variableCoefficientsByName, row, tally)
+                : StoreByIndex(&constraint->u.variableCoefficientsByIndex, row, n, tally);
+        if (!isStored)
             return false;
-        ++r;
+        lp->b.data[r++] = constraint->rhs;
+        tally->isFinite &= IsFinite(constraint->rhs);
+        row += lp->A.nc;
     }
     lp->numConstraints = r;
     return true;
@@ -164,15 +156,20 @@ bool StoreConstraints(NuvLinearProgramming* lp, Tally* tally)
 /// Labels the slack columns as the basis and the variables as the rest.
 bool StoreSlackBasis(NuvLinearProgramming* lp)
 {
-    if (!NuvMatrix_NuvUintResize(&lp->basic, 1, lp->numConstraints) ||
-        !NuvMatrix_NuvUintResize(&lp->independent, 1, lp->numVars))
+    const NuvUint m = lp->numConstraints;
+    const NuvUint n = lp->numVars;
+    if (!(HasShape(&lp->basic, 1, m) || NuvMatrix_NuvUintResize(&lp->basic, 1, m)) ||
+        !(HasShape(&lp->independent, 1, n) || NuvMatrix_NuvUintResize(&lp->independent, 1, n)))
         return false;
-    for (NuvUint i = 0; i != lp->numVars; ++i)
-        lp->independent.data[i] = i + 1;
-    for (NuvUint i = 0; i != lp->numConstraints; ++i)
-        lp->basic.data[i] = lp->numVars + 1 + i;
+    NuvUint* const independent = lp->independent.data;
+    for (NuvUint j = 0; j != n; ++j)
+        independent[j] = j + 1;
+    NuvUint* const basic = lp->basic.data;
+    for (NuvUint i = 0; i != m; ++i)
+        basic[i] = n + 1 + i;
     return true;
 }
+
 bool AreLabelsIn(const NuvMatrix_NuvUint* labels, NuvUint columns)
 {
     for (NuvUint i = 0; i != labels->nc; ++i)
@@ -214,9 +211,20 @@ StandardForm ViewOf(const NuvLinearProgramming* lp)
             lp->c.data,
             false,
             0,
-            static_cast<NuvSizeT>(lp->numVars) + lp->numConstraints};
+            static_cast<NuvSizeT>(lp->numVars) + lp->numConstraints,
+            false};
 }
 }  // namespace
+
+bool HasFirstLabels(const NuvLinearProgramming* lp)
+{
+    NuvUint differences = 0;
+    for (NuvUint i = 0; i != lp->numConstraints; ++i)
+        differences |= lp->basic.data[i] ^ (lp->numVars + 1 + i);
+    for (NuvUint j = 0; j != lp->numVars; ++j)
+        differences |= lp->independent.data[j] ^ (j + 1);
+    return differences == 0;
+}
 
 bool PrepareInputs(NuvLinearProgramming* lp, StandardForm* form)
 {
@@ -231,6 +239,7 @@ bool PrepareInputs(NuvLinearProgramming* lp, StandardForm* form)
     *form = ViewOf(lp);
     form->isFiniteWithUnitSlacks = tally.isFinite;
     form->maxNonzeros = maxNonzeros;
+    form->hasFirstLabels = true;
     return true;
 }
 
@@ -260,6 +269,7 @@ bool ReadStandardForm(const NuvLinearProgramming* lp, StandardForm* form)
         isKnown &= form->c[n + i] == 0.0F;
     }
     form->isFiniteWithUnitSlacks = isKnown;
+    form->hasFirstLabels = HasFirstLabels(lp);
     return true;
 }
 }  // namespace nuv

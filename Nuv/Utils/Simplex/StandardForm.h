@@ -30,6 +30,9 @@ struct StandardForm
     NuvSizeT maxNonzeros;
     /// From a row of A to the next: n + m, or n of a form without its slacks, which has few rows.
     NuvSizeT rowLength;
+    /// The labels are as a solve begins: the slacks basic, row by row, the others not, in their
+    /// order.
+    bool hasFirstLabels;
 };
 
 inline const NuvFloat32* RowOf(const StandardForm* form, NuvSizeT row)
@@ -53,6 +56,8 @@ inline NuvUint SlackOf(const StandardForm* form, NuvUint row)
     return form->n + 1 + row;
 }
 
+/// Whether the labels are as a solve begins.
+bool HasFirstLabels(const NuvLinearProgramming* lp);
 /// NuvLinearProgrammingPrepareInputs_, which also tells what it knows about the result.
 bool PrepareInputs(NuvLinearProgramming* lp, StandardForm* form);
 /// Whether 32 bits can count the elements of A with so many artificial columns.

@@ -9,13 +9,7 @@ namespace nuv
 {
 bool LabelsMatchColumns(const Iteration* it)
 {
-    if (it->phase == Phase::II)
-        return true;
-    // same bits: the artificial variable stands at position 0 from the beginning
-    for (NuvUint j = 0; j != it->numNonbasic; ++j)
-        if (it->nonbasic[j] != j)
-            return false;
-    return it->hasSlackBasis;
+    return it->phase == Phase::II || it->form->hasFirstLabels;
 }
 
 namespace
@@ -38,7 +32,7 @@ bool PlaceLabels(Pricing* pricing, const Iteration* it)
 
 bool InvertBasis(StructuredIteration* x, const Iteration* it)
 {
-    if (it->hasSlackBasis)
+    if (it->form->hasFirstLabels)
     {
         SetToIdentity(&x->inverse, it->b);
         return true;
@@ -53,7 +47,7 @@ void PlaceArrays(StructuredIteration* x, const Iteration* it, WorkspaceLayout* l
 {
     x->inverse.kernels = it->kernels;
     x->pricing.kernels = it->kernels;
-    layout->Place(&x->elimination.steps, it->m);
+    layout->Place(it->m, &x->elimination.steps);
     // Slacks cost nothing: no more basic variables have a cost than there are others, and in Phase
     // I only the artificial one has.
     const NuvUint n = it->form->n;
@@ -62,7 +56,7 @@ void PlaceArrays(StructuredIteration* x, const Iteration* it, WorkspaceLayout* l
     PlaceArrays(&x->pricing, it->form, layout);
     const NuvSizeT forPricing = RowBufferLength(&x->pricing);
     const NuvSizeT forInversion = it->phase == Phase::I ? 0 : it->m * it->stride;
-    layout->Place(&x->rowBuffer, forInversion > forPricing ? forInversion : forPricing);
+    layout->Place(forInversion > forPricing ? forInversion : forPricing, &x->rowBuffer);
 }
 
 bool TryStart(StructuredIteration* x, Iteration* it)
