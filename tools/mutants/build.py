@@ -66,6 +66,12 @@ class Unit:
         words = listed.replace("\\\n", " ").split(":", 1)[1].split()
         files = [Path(os.path.relpath(Path(root, word).resolve(), root)) for word in words]
         self.reads = {file for file in files if file.parts[0] == "Nuv"}
+        self.root = root
+
+    def is_newer(self, made, *tools):
+        """Whether a file made of the unit by some tools is newer than all of these."""
+        read = [*tools, *(self.root / file for file in {self.source, *self.reads})]
+        return made.exists() and made.stat().st_mtime > max(file.stat().st_mtime for file in read)
 
 
 class Library:
@@ -112,9 +118,7 @@ class Library:
 
         def compile_one(unit):
             assembly = self.assembly_of(unit)
-            made = assembly.stat().st_mtime if assembly.exists() else 0.0
-            read = [Path(__file__), *(self.root / file for file in {unit.source, *unit.reads})]
-            is_made = made > max(file.stat().st_mtime for file in read)
+            is_made = unit.is_newer(assembly, Path(__file__))
             return (is_made or self.compile(unit, assembly, flags=("-S", "-g1"))) and self.assemble(
                 assembly, self.object_of(unit)
             )

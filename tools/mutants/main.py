@@ -52,7 +52,8 @@ def prepare(layer):
 def find(core, where, given):
     found = {}
     with ProcessPoolExecutor(given.jobs) as pool:
-        read = list(pool.map(operators.changes_of, repeat(where), core.units))
+        kept = [core.work / f"{unit.name}.changes" for unit in core.units]
+        read = list(pool.map(operators.changes_of, repeat(where), core.units, kept))
     for functions, changes in read:
         where.functions.update(functions)
         found.update(changes)

@@ -3,8 +3,10 @@
 A file that is stamped out per element type is changed once, for all types. How much room a container is told
 to reserve changes nothing but its room, and is left alone.
 """
+import pickle
 import re
 from collections import Counter
+from pathlib import Path
 
 import places as places_of
 from clang.cindex import CursorKind, TokenKind
@@ -106,11 +108,16 @@ def _walk(cursor, places, found):
         _walk(child, places, found)
 
 
-def changes_of(places, unit):
-    """What a unit's tree has: its functions by file and line, and its changes."""
+def changes_of(places, unit, kept):
+    """What a unit's tree has: its functions by file and line, and its changes. They are kept in a file until
+    the unit changes."""
+    if unit.is_newer(kept, Path(__file__), Path(places_of.__file__)):
+        return pickle.loads(kept.read_bytes())
     tree, found = places_of.tree(places.root, unit), {}
+    places.functions = {}
     places.add_functions(tree.cursor)
     _walk(tree.cursor, places, found)
+    kept.write_bytes(pickle.dumps((places.functions, found)))
     return places.functions, found
 
 
