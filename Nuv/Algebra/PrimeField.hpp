@@ -17,7 +17,7 @@ class PrimeField
 public:
     using Value = std::uint64_t;
 
-    static constexpr double kThreshold = 0.0;
+    static constexpr bool kIsExact = true;
 
     /// `prime` is odd and less than 2^62.
     explicit PrimeField(std::uint64_t prime) noexcept : m_prime(prime)
@@ -68,13 +68,9 @@ public:
     {
         return x == 0;
     }
-    [[nodiscard]] static double Magnitude(Value x) noexcept
+    [[nodiscard]] static bool MayPivot(Value x) noexcept
     {
-        return x == 0 ? 0.0 : 1.0;
-    }
-    [[nodiscard]] static bool Usable(double magnitude) noexcept
-    {
-        return magnitude > 0.0;
+        return x != 0;
     }
     [[nodiscard]] Value Negated(Value x) const noexcept
     {
@@ -96,7 +92,7 @@ public:
     class ProductSum
     {
     public:
-        static constexpr std::size_t kFold = 8;
+        static constexpr std::size_t kFold = 8;  // same bits: 11 products have room
 
         explicit ProductSum(const PrimeField& field) noexcept : m_field(field) {}
 

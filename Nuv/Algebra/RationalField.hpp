@@ -10,7 +10,7 @@ struct RationalField
 {
     using Value = Rational;
 
-    static constexpr double kThreshold = 0.0;
+    static constexpr bool kIsExact = true;
 
     [[nodiscard]] static Rational Zero()
     {
@@ -28,13 +28,9 @@ struct RationalField
     {
         return x.Sign() == 0;
     }
-    [[nodiscard]] static double Magnitude(const Rational& x)
+    [[nodiscard]] static bool MayPivot(const Rational& x)
     {
-        return x.Sign() == 0 ? 0.0 : 1.0;
-    }
-    [[nodiscard]] static bool Usable(double magnitude) noexcept
-    {
-        return magnitude > 0.0;
+        return x.Sign() != 0;
     }
     [[nodiscard]] static Rational Inverse(const Rational& x)
     {

@@ -11,6 +11,7 @@ struct RealField
 {
     using Value = double;
 
+    static constexpr bool kIsExact = false;
     /// A pivot is taken only if it is at least this share of the largest entry of its column, which
     /// bounds the growth of the multipliers.
     static constexpr double kThreshold = 0.1;
@@ -36,10 +37,10 @@ struct RealField
     {
         return std::fabs(x);
     }
-    /// Whether a column whose largest entry has this magnitude may pivot at all.
-    [[nodiscard]] static bool Usable(double magnitude) noexcept
+    /// Whether a column may pivot at all of which this is the largest entry.
+    [[nodiscard]] static bool MayPivot(double x) noexcept
     {
-        return magnitude >= 1e-10;
+        return std::fabs(x) >= 1e-10;
     }
     [[nodiscard]] static double Inverse(double x) noexcept
     {

@@ -20,9 +20,7 @@ SparseElimination<Field>::SparseElimination(const Field& field, const SparseVect
       m_columnLeft(m_size),
       m_rowLeft(m_size),
       m_columnDone(m_size, false),
-      m_rowDone(m_size, false),
-      m_columnCounts(0),
-      m_rowCounts(0)
+      m_rowDone(m_size, false)
 {
     for (Index k = 0; k < m_size; ++k)
     {
@@ -86,7 +84,7 @@ void SparseElimination<Field>::TakeSingletonColumns()
         }
         // Another singleton of the same row came first, or the entry is too small: the nucleus
         // finds a pivot for this column or drops it.
-        if (row == kNoIndex || !m_field.Usable(m_field.Magnitude(*pivot)))
+        if (row == kNoIndex || !m_field.MayPivot(*pivot))
             continue;
         NotePivot(row, column, *pivot);
         for (const auto [other, value] : m_byRow[row])
@@ -110,7 +108,7 @@ void SparseElimination<Field>::TakeSingletonRows()
     std::vector<Index> queue;
     for (Index row = 0; row < m_size; ++row)
     {
-        if (!m_rowDone[row] && m_rowLeft[row] == 1)
+        if (m_rowLeft[row] == 1)
             queue.push_back(row);
     }
     for (std::size_t next = 0; next < queue.size(); ++next)
@@ -125,7 +123,7 @@ void SparseElimination<Field>::TakeSingletonRows()
             column = at;
             pivot = &value;
         }
-        if (column == kNoIndex || !m_field.Usable(m_field.Magnitude(*pivot)))
+        if (column == kNoIndex || !m_field.MayPivot(*pivot))
             continue;
         const Value inverse = m_field.Inverse(*pivot);
         NotePivot(row, column, *pivot);
@@ -152,6 +150,7 @@ void SparseElimination<Field>::LoadNucleus()
     m_rowCounts = CountLists(m_size);
     m_multiplier.assign(m_size, m_field.Zero());
     m_stamp.assign(m_size, 0);
+    // same bits (always): room alone
     for (Index row = 0; row < m_size; ++row)
     {
         if (!m_rowDone[row])  // same bits: of no use for the others
@@ -211,19 +210,19 @@ typename SparseElimination<Field>::Pivot SparseElimination<Field>::FindPivot()
 template <class Field>
 void SparseElimination<Field>::ConsiderColumn(Index column, Pivot& best)
 {
-    const double largest = LargestOf(column);
-    if (!m_field.Usable(largest))
+    if constexpr (!Field::kIsExact)
     {
-        DropColumn(column);
-        return;
+        if (!m_field.MayPivot(LargestOf(column)))
+        {
+            DropColumn(column);
+            return;
+        }
     }
     const double others = static_cast<double>(m_columns[column].size() - 1);
     for (const Entry& entry : m_columns[column])
     {
         const double cost = others * static_cast<double>(m_rows[entry.row].size() - 1);
-        // same bits (in RationalField, in PrimeField): every entry of an exact field is large
-        // enough
-        if (cost < best.cost && m_field.Magnitude(entry.value) >= Field::kThreshold * largest)
+        if (cost < best.cost && IsLargeEnough(column, entry.value))
             best = {entry.row, column, cost};
     }
 }
@@ -235,12 +234,16 @@ void SparseElimination<Field>::ConsiderRow(Index row, Pivot& best)
     for (const Index column : m_rows[row])
     {
         const double cost = others * static_cast<double>(m_columns[column].size() - 1);
-        if (cost >= best.cost || !m_field.Usable(LargestOf(column)))
+        if (cost >= best.cost)
             continue;
-        const auto entry = std::find_if(m_columns[column].begin(), m_columns[column].end(),
-                                        [row](const Entry& e) { return e.row == row; });
-        if (m_field.Magnitude(entry->value) >= Field::kThreshold * LargestOf(column))
-            best = {row, column, cost};
+        if constexpr (!Field::kIsExact)
+        {
+            const auto entry = std::find_if(m_columns[column].begin(), m_columns[column].end(),
+                                            [row](const Entry& e) { return e.row == row; });
+            if (!m_field.MayPivot(LargestOf(column)) || !IsLargeEnough(column, entry->value))
+                continue;
+        }
+        best = {row, column, cost};
     }
 }
 
@@ -253,6 +256,7 @@ void SparseElimination<Field>::Eliminate(Index row, Index column)
         if (other == column)
             continue;
         const Value factor = TakeEntry(row, other);
+        // same bits: without multipliers nothing changes
         if (!m_multiplierRows.empty())
             UpdateColumn(other, factor);
         m_columnCounts.Place(other, m_columns[other].size());
@@ -342,30 +346,48 @@ typename SparseElimination<Field>::Value SparseElimination<Field>::TakeEntry(Ind
     return value;
 }
 
-/// Gives a column up: nothing in it is large enough to pivot.
+/// Every entry of an exact field is as good as another.
 template <class Field>
-void SparseElimination<Field>::DropColumn(Index column)
+bool SparseElimination<Field>::IsLargeEnough([[maybe_unused]] Index column,
+                                             [[maybe_unused]] const Value& value)
 {
-    for (const Entry& entry : m_columns[column])
+    if constexpr (Field::kIsExact)
+        return true;
+    else
+        return m_field.Magnitude(value) >= Field::kThreshold * LargestOf(column);
+}
+
+/// Gives a column up: nothing in it is large enough to pivot, as in an exact field is no column.
+template <class Field>
+void SparseElimination<Field>::DropColumn([[maybe_unused]] Index column)
+{
+    if constexpr (!Field::kIsExact)
     {
-        ForgetInRow(entry.row, column);
-        m_rowCounts.Place(entry.row, m_rows[entry.row].size());
+        for (const Entry& entry : m_columns[column])
+        {
+            ForgetInRow(entry.row, column);
+            m_rowCounts.Place(entry.row, m_rows[entry.row].size());
+        }
+        m_columns[column].clear();
+        m_columnCounts.Remove(column);
     }
-    m_columns[column].clear();
-    m_columnCounts.Remove(column);
 }
 
 template <class Field>
 double SparseElimination<Field>::LargestOf(Index column)
 {
-    if (m_largest[column] < 0.0)
+    double& largest = m_largest[column];
+    if constexpr (!Field::kIsExact)
     {
-        double largest = 0.0;
-        for (const Entry& entry : m_columns[column])
-            largest = std::max(largest, m_field.Magnitude(entry.value));
-        m_largest[column] = largest;
+        // same bits (always, -> <=, -> 1.0F): computed again it is the same
+        if (largest < 0.0)
+        {
+            largest = 0.0;
+            for (const Entry& entry : m_columns[column])
+                largest = std::max(largest, m_field.Magnitude(entry.value));
+        }
     }
-    return m_largest[column];
+    return largest;
 }
 
 template <class Field>

@@ -17,8 +17,9 @@ namespace nuv
 class CountLists
 {
 public:
+    CountLists() = default;
     explicit CountLists(Index size)
-        : m_head(std::size_t{size} + 1, kNoIndex),
+        : m_head(std::size_t{size} + 1, kNoIndex),  // same bits (-> 2): a list that stays empty
           m_next(size, kNoIndex),
           m_previous(size, kNoIndex),
           m_count(size, kNoIndex)
@@ -119,6 +120,7 @@ private:
     void TakePivotColumn(Index row, Index column);
     void UpdateColumn(Index column, const Value& factor);
     [[nodiscard]] Value TakeEntry(Index row, Index column);
+    [[nodiscard]] bool IsLargeEnough(Index column, const Value& value);
     void DropColumn(Index column);
     [[nodiscard]] double LargestOf(Index column);
     void ForgetInRow(Index row, Index column) noexcept;
@@ -135,7 +137,7 @@ private:
     std::vector<bool> m_rowDone;
     std::vector<std::vector<Entry>> m_columns;
     std::vector<std::vector<Index>> m_rows;
-    // Largest magnitude of a column, negative where it is not known.
+    // Largest magnitude of a column, negative where it is not known; of no use to an exact field.
     std::vector<double> m_largest;
     CountLists m_columnCounts;
     CountLists m_rowCounts;
@@ -144,7 +146,7 @@ private:
     std::vector<Index> m_multiplierRows;
     std::vector<Value> m_multiplier;
     std::vector<Index> m_stamp;
-    Index m_currentStamp = 0;
+    Index m_currentStamp = 0;  // same bits: the first column has the next one
 };
 
 }  // namespace nuv

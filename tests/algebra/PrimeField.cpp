@@ -71,8 +71,8 @@ TEST(PrimeField, KnowsZero)
 {
     const PrimeField field(kPrime);
     EXPECT_EQ(field.Negated(field.Zero()), field.Zero());
-    EXPECT_EQ(PrimeField::Magnitude(field.Zero()), 0.0);
-    EXPECT_EQ(PrimeField::Magnitude(field.One()), 1.0);
+    EXPECT_FALSE(PrimeField::MayPivot(field.Zero()));
+    EXPECT_TRUE(PrimeField::MayPivot(field.One()));
 }
 
 }  // namespace

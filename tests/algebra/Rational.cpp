@@ -290,10 +290,10 @@ TEST(Rational, PrintsDecimalsRounded)
     EXPECT_EQ(ToDecimal(Rational(1046, 1000), 3), "1.05e0");
 }
 
-TEST(Rational, HasAMagnitudeOfNothingOrOneToThePivoting)
+TEST(Rational, MayPivotUnlessItIsZero)
 {
-    EXPECT_EQ(RationalField::Magnitude(Rational(0)), 0.0);
-    EXPECT_EQ(RationalField::Magnitude(Rational(-1, 7)), 1.0);
+    EXPECT_FALSE(RationalField::MayPivot(Rational(0)));
+    EXPECT_TRUE(RationalField::MayPivot(Rational(-1, 7)));
 }
 
 TEST(Scale, IsAPairOfExponents)
