@@ -18,6 +18,7 @@ void SubtractShifted(std::uint64_t* sum, std::size_t words, std::int64_t x, std:
 {
     const auto magnitude = [](std::int64_t v)
     {
+        // same bits (-> <=): minus 0 is 0
         return v < 0 ? std::uint64_t{0} - static_cast<std::uint64_t>(v)
                      : static_cast<std::uint64_t>(v);
     };
@@ -27,9 +28,10 @@ void SubtractShifted(std::uint64_t* sum, std::size_t words, std::int64_t x, std:
                                     bit == 0 ? product.high
                                              : (product.high << bit) | (product.low >> (64 - bit)),
                                     bit == 0 ? 0 : product.high >> (64 - bit)};
-    const bool add = (x < 0) != (y < 0);
+    const bool add = (x < 0) != (y < 0);  // same bits (-> <=): 0 has no sign
     std::uint64_t carry = 0;
     std::size_t word = shift / 64;
+    // same bits: where nothing is carried further words stay as they are
     for (std::size_t part = 0; word < words && (part < 3 || carry != 0); ++part, ++word)
     {
         const std::uint64_t operand = part < 3 ? parts[part] : 0;
@@ -99,6 +101,7 @@ DixonSolver::DixonSolver(const SparseVectors<ExactNumber>& unknowns,
         m_unscale[i] = field.Product(field.PowerOf(-m_scale[i]), field.Square());
         m_entryBits = std::max(m_entryBits, bits[i] + BitsOf(count[i]));
     }
+    // same bits (-> <=, -> 65): there is room for 64 bits, of which the count of entries has one
     if (m_entryBits < 64)
         ShortenEntries();
 }
@@ -121,6 +124,7 @@ std::size_t DixonSolver::AppendEntry(Index equation, const ExactNumber& coeffici
     };
     const Scale left = coefficient.scale + m_scale[equation];
     unsigned shift = static_cast<unsigned>(left.two);
+    // same bits (never): the long way comes to the same
     if (left.five == 0)
     {
         append(coefficient.mantissa, shift);
@@ -190,14 +194,15 @@ void DixonSolver::LoadResidual(std::vector<Integer> rightSide)
     for (const Integer& right : rightSide)
         m_rightBits = std::max(m_rightBits, BitLength(right));
     m_residualBits = std::max(m_rightBits, m_entryBits);
-    m_words = m_residualBits / 64 + 1;
+    m_words = m_residualBits / 64 + 1;  // same bits (-> 2, -> 63): a word more
     m_residual.assign(m_size * m_words, 0);
     for (Index i = 0; i < m_size; ++i)
     {
-        const bool negative = rightSide[i] < 0;
+        const bool negative = rightSide[i] < 0;  // same bits (-> <=): minus 0 is 0
         if (negative)
             rightSide[i].Negate();
         std::uint64_t carry = negative ? 1 : 0;
+        // same bits: of what is 0 all words are
         for (std::size_t w = 0; w < m_words && (rightSide[i] != 0 || negative); ++w)
         {
             const std::uint64_t word = rightSide[i].LowWord();
@@ -278,7 +283,7 @@ void DixonSolver::SubtractDigits()
 /// Keeps so many of the words of each equation, or all if there are no more.
 void DixonSolver::CutResidual(std::size_t words)
 {
-    if (words >= m_words)
+    if (words >= m_words)  // same bits (-> >): copied to where it is
         return;
     for (Index i = 0; i < m_size; ++i)
     {

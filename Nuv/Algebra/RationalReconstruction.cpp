@@ -13,16 +13,17 @@ namespace
 constexpr std::size_t kLeaf = 8;
 
 /// Bits by which a denominator may grow beyond the common one before all digits are looked at.
-constexpr std::size_t kSlack = 128;
+constexpr std::size_t kSlack = 128;  // same bits: a guess
 
 /// The representative of least magnitude.
 Integer Symmetric(const Integer& value, const Integer& modulus)
 {
     Integer residue = value % modulus;
-    // same bits (-> 1, -> 3): one that is not the least asks for more digits
+    // same bits: of an odd modulus nothing is the half, and one that is not the least asks for more
+    // digits
     if (residue * 2 > modulus)
         residue -= modulus;
-    // same bits (-> 1, -> 3): one that is not the least asks for more digits
+    // same bits: as above
     else if (residue * 2 <= -modulus)
         residue += modulus;
     return residue;
@@ -37,7 +38,7 @@ void DixonSolver::ExtendPowers(std::size_t count)
         const Integer prime(m_factors.GetField().Prime());
         m_powers.push_back(Power(prime, kLeaf));
     }
-    while ((kLeaf << m_powers.size()) <= count)
+    while ((kLeaf << m_powers.size()) <= count)  // same bits (-> <): one more than is needed
         m_powers.push_back(m_powers.back() * m_powers.back());
 }
 
@@ -100,10 +101,11 @@ bool DixonSolver::Reconstruct(ExactVector& solution, const StopPredicate& stop)
         return false;
     // Should the denominator or a numerator have been underestimated, the digits used may be too
     // few for a proof, and are enough the next time. The last resort is to use all.
+    // same bits: all digits are always enough, and too few are tried again
     for (int pass = 0; pass < 3; ++pass)
     {
         std::size_t fewest = m_steps;
-        // same bits (!=, 1, 3): all digits are always enough, and too few are tried again
+        // same bits (!=, 1, 3): as above
         if (!ReconstructAll(solution, stop, fewest, pass == 2))
             return false;
         if (SizesProve(solution, ModulusOf(fewest)))
@@ -148,7 +150,7 @@ bool DixonSolver::FindDenominator(Integer& denominator)
 /// How many bits a candidate must be smaller than its modulus to be believed, for now.
 std::size_t DixonSolver::Margin() const noexcept
 {
-    return m_entryBits + 4;
+    return m_entryBits + 4;  // same bits (-> 3, -> 5): a matter of chance
 }
 
 /// Of a modulus by which numerators like those seen so far, over this denominator, are proved.
@@ -195,7 +197,7 @@ bool DixonSolver::ReconstructAll(ExactVector& solution, const StopPredicate& sto
         factors.push_back(solution.denominator / common);
     for (Index k = 0; k < m_size; ++k)
     {
-        // same bits (-> 0, always): the last factor is 1
+        // same bits: the last factor is 1
         if (m_commonOf[k] + 1 != m_common.size())
             solution.numerator[k] *= factors[m_commonOf[k]];
     }
@@ -283,7 +285,7 @@ bool ReconstructRational(const Integer& residue, const Integer& modulus, std::si
         Divide(remainder0, remainder1, quotient, next);
         if (BitLength(quotient) > margin)  // same bits (>=): the margin is a matter of chance
         {
-            const bool negative = cofactor1 < 0;
+            const bool negative = cofactor1 < 0;  // same bits (-> <=): none is 0
             numerator = negative ? Integer(-remainder1) : remainder1;
             denominator = negative ? Integer(-cofactor1) : cofactor1;
             return true;

@@ -96,7 +96,7 @@ bool SparseLu<Field>::IsDense(const std::vector<Value>& vector) const
 {
     const auto zeros = static_cast<std::size_t>(std::ranges::count_if(
         vector, [this](const Value& entry) { return m_field.IsZero(entry); }));
-    return 4 * (vector.size() - zeros) >= vector.size();
+    return 4 * (vector.size() - zeros) >= vector.size();  // same bits: either is right
 }
 
 /// Unknown k is what is left of b there once the products with the unknowns before it are gone.
@@ -143,10 +143,12 @@ void SparseLu<Field>::SubstituteByEntries(const SparseVectors<Value>& vectors,
         if constexpr (direction == Direction::LastToFirst)
             step = size - 1 - done;
         Value& unknown = vector[m_order[step]];
+        // same bits: multiples of zero are subtracted
         if (m_field.IsZero(unknown))
             continue;
         if constexpr (diagonal == Diagonal::Pivots)
         {
+            // same bits (in RationalField, in PrimeField): what is next to zero is zero there
             if (m_field.Negligible(unknown))
             {
                 unknown = m_field.Zero();
@@ -199,6 +201,7 @@ void SparseLu<Field>::Update(Index position, const std::vector<Value>& solved)
 {
     for (Index k = 0; k < solved.size(); ++k)
     {
+        // same bits (in RationalField, in PrimeField): a multiple of zero is subtracted
         if (k != position && !m_field.Negligible(solved[k]))
             m_etas.Append(k, solved[k]);
     }

@@ -13,12 +13,12 @@ namespace
 unsigned HadamardBits(unsigned order)
 {
     const auto bits = static_cast<unsigned>(std::bit_width(order - 1));
-    return order * bits / 2 + 1;
+    return order * bits / 2 + 1;  // same bits (-> 2): more room
 }
 
 unsigned WordsFor(unsigned bits)
 {
-    return bits / 64 + 1;  // and one bit for the sign
+    return bits / 64 + 1;  // and one bit for the sign; same bits (-> 63, -> 2): more room
 }
 
 }  // namespace
@@ -58,9 +58,11 @@ bool BorderedSystem::ChooseWidths()
     const unsigned all = std::accumulate(m_rowBits.begin(), m_rowBits.end(), 0u) -
                          *std::min_element(m_rowBits.begin(), m_rowBits.end());
     m_width = WordsFor(all + HadamardBits(side));
-    m_stride = m_width + 2;
+    m_stride = m_width + 2;  // same bits (-> 3): more room
+    m_left.resize(m_stride);
+    m_sum.resize(m_stride);
     m_pivotBits = 0;
-    m_widths.assign(side, 1);
+    m_widths.resize(side);
     m_widths[0] = WordsFor(BitsAfter(0));
     return m_width <= kMostWords;
 }
@@ -148,15 +150,14 @@ template <unsigned kWidth>
 void BorderedSystem::Update(unsigned step, unsigned width, unsigned quotientWidth)
 {
     const unsigned w = kWidth != 0 ? kWidth : width;
-    m_work.resize(2 * std::size_t{m_stride});  // same bits (-> 3): more room
-    Word* const left = m_work.data();
-    Word* const sum = left + m_stride;
+    Word* const left = m_left.data();
+    Word* const sum = m_sum.data();
     const Word* const pivot = At(step, step);
     for (unsigned i = step + 1; i <= m_order; ++i)
     {
         std::copy_n(At(i, step), w, left);
         NegateWords(left, w);
-        // The corner belongs to neither solution.
+        // The corner belongs to neither solution; same bits (#2 -> 0): and may be anything
         for (unsigned j = step + 1; j <= m_order - (i == m_order ? 1 : 0); ++j)
         {
             Word* const entry = At(i, j);
@@ -165,7 +166,7 @@ void BorderedSystem::Update(unsigned step, unsigned width, unsigned quotientWidt
             AddProduct(sum, At(step, j), left, w);
             if (step > 0)
             {
-                if (m_shift > 0)
+                if (m_shift > 0)  // same bits (always, never, -> >=, -> 1): a shift by 0
                     ShiftRight(sum, w, m_shift);
                 DivideExactly(sum, m_divisor.data(), m_inverse, quotientWidth);
                 ExtendFromBit(sum, quotientWidth, 64 * w - m_shift);
@@ -181,7 +182,6 @@ bool BorderedSystem::Substitute()
 {
     m_solvedX.resize(std::size_t{m_order} * m_stride);
     m_solvedY.resize(m_solvedX.size());
-    m_work.resize(2 * std::size_t{m_stride});  // same bits (-> 3): more room
     for (unsigned step = m_order; step-- > 0;)
     {
         // By the same pivot, so there is room for both or for none.
@@ -201,8 +201,8 @@ bool BorderedSystem::Substitute()
 /// (denominator * right side - sum of later unknowns) / pivot.
 bool BorderedSystem::SubstituteRow(unsigned step, bool isPrimal, std::vector<Word>& solved)
 {
-    Word* const divisor = m_work.data();
-    Word* const sum = divisor + m_stride;
+    Word* const divisor = m_left.data();
+    Word* const sum = m_sum.data();
     CopyWords(At(step, step), m_widths[step], divisor, m_stride);
     const unsigned shift = TrailingZeros(divisor);
     const unsigned width = m_width + (shift + 63) / 64;

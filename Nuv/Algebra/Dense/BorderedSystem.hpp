@@ -91,7 +91,8 @@ private:
     unsigned m_shift = 0;
     Word m_inverse = 1;
 
-    std::vector<Word> m_work;
+    std::vector<Word> m_left;  ///< of the row in work, or a divisor
+    std::vector<Word> m_sum;
     std::vector<Word> m_denominator;
     std::vector<Word> m_x;
     std::vector<Word> m_y;

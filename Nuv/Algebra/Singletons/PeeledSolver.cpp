@@ -80,7 +80,7 @@ bool PeeledSolver::Solve(const ScaledVector& rightSide, ExactVector& solution,
     const std::size_t size = m_scale.size();
     m_numerator.assign(size, Integer());
     m_denominator = 1;
-    m_enlarged.assign(1, Integer(1));
+    m_enlarged.assign(1, Integer(1));  // same bits (-> 2): one more factor of 1
     m_enlargedOf.assign(size, 0);
     for (const Index equation : m_first)
         Substitute(equation, rightSide);
