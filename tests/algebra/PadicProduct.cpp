@@ -67,6 +67,27 @@ TEST(PadicProduct, IsTheResidueOfLeastMagnitude)
     }
 }
 
+/// All numbers of three small digits: also those whose lowest digits are 0 or 1 once they are
+/// negative.
+TEST(PadicProduct, TakesEverySmallDigit)
+{
+    PadicProduct product{PrimeField(kPrime)};
+    const Integer prime(kPrime);
+    for (int factor = 1; factor <= 3; ++factor)
+    {
+        product.SetFactor(factor, 3);
+        for (int code = 0; code < 125; ++code)
+        {
+            const std::vector<std::int64_t> digits{code % 5 - 2, code / 5 % 5 - 2, code / 25 - 2};
+            Integer residue;
+            ASSERT_TRUE(product.Multiply(digits.data(), 1, 3, residue));
+            ASSERT_EQ(residue, ((Integer(digits[2]) * prime + Integer(digits[1])) * prime +
+                                Integer(digits[0])) *
+                                   Integer(factor));
+        }
+    }
+}
+
 TEST(PadicProduct, DoesNotTellWhatIsInTheMiddle)
 {
     PadicProduct product{PrimeField(kPrime)};

@@ -10,6 +10,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <string>
 
@@ -276,6 +277,53 @@ TEST(Rational, RoundsAsTheMachineDivides)
         ASSERT_EQ(ToDouble(Rational(top, bottom)),
                   static_cast<double>(top) / static_cast<double>(bottom))
             << top << "/" << bottom;
+    }
+}
+
+/// Between a double and the next one, of all sizes: the middle goes to the even one, and the least
+/// more or less to the nearer.
+TEST(Rational, RoundsTheMiddleOfTwoDoublesToTheEvenOne)
+{
+    Random random(19);
+    const Rational tiny = Rational(1, Power(2, 1200));
+    for (int round = 0; round < ShareOf(4000); ++round)
+    {
+        const double low =
+            random.OneIn(4)
+                ? static_cast<double>(random.Next() >> random.Between(12, 63)) *
+                      std::numeric_limits<double>::denorm_min()
+                : std::ldexp(static_cast<double>(random.Next() >> 11), random.Between(-1100, 970));
+        const double high = std::nextafter(low, kInf);
+        const Rational middle = (ToRational(low) + ToRational(high)) * Rational(1, 2);
+        const double even = (TakeApart(low, CoefficientMeaning::StoredDouble).scale.two >
+                             TakeApart(high, CoefficientMeaning::StoredDouble).scale.two) ||
+                                    low == 0.0
+                                ? low
+                                : high;
+        ASSERT_EQ(ToDouble(middle), even) << low;
+        ASSERT_EQ(ToDouble(-middle), -even) << low;
+        ASSERT_EQ(ToDouble(middle - tiny), low) << low;
+        ASSERT_EQ(ToDouble(middle + tiny), high) << low;
+    }
+}
+
+/// As the C library prints them, to as many digits: numbers too long to end in the middle of two.
+TEST(Rational, PrintsDecimalsAsTheLibraryDoes)
+{
+    Random random(20);
+    for (int round = 0; round < ShareOf(4000); ++round)
+    {
+        const int exponent =
+            random.OneIn(2) ? random.Between(70, 900) : random.Between(-1000, -110);
+        const double value = std::ldexp(static_cast<double>(random.Next() >> 11 | 1), exponent) *
+                             (random.OneIn(2) ? 1 : -1);
+        const int digits = random.Between(1, 16);
+        char text[64];
+        (void)std::snprintf(text, sizeof text, "%.*e", digits - 1, value);
+        const std::string printed = text;
+        const std::size_t e = printed.find('e');
+        ASSERT_EQ(ToDecimal(ToRational(value), digits),
+                  printed.substr(0, e + 1) + std::to_string(std::stoi(printed.substr(e + 1))));
     }
 }
 

@@ -1,8 +1,11 @@
 // Reading rational numbers exactly.
 #include "Nuv/Algebra/RationalText.hpp"
+#include "tests/support/Effort.hpp"
+#include "tests/support/Random.hpp"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 namespace nuv::test
@@ -36,6 +39,28 @@ TEST(ReadDecimal, TakesEveryDigit)
     EXPECT_EQ(Decimal("5."), "5");
     EXPECT_EQ(Decimal("-0"), "0");
     EXPECT_EQ(Decimal("0e99"), "0");
+    EXPECT_EQ(Decimal("1e0"), "1");
+    EXPECT_EQ(Decimal("00.000"), "0");
+    const std::string most(10'000, '1');
+    EXPECT_EQ(Decimal(most), most);
+    EXPECT_EQ(Decimal("1e10000"), "1" + std::string(10'000, '0'));
+    EXPECT_EQ(Decimal("1e-10000"), "1/1" + std::string(10'000, '0'));
+}
+
+/// As the C library rounds it, whose doubles are the nearest, ties to even: of few digits and of
+/// many, normal and not, too large and too small.
+TEST(ReadDecimal, IsRoundedToADoubleAsTheLibraryRoundsIt)
+{
+    Random random(21);
+    for (int round = 0; round < ShareOf(6000); ++round)
+    {
+        std::string text = random.OneIn(2) ? "-" : "";
+        for (int digits = random.Between(1, random.OneIn(3) ? 60 : 18); digits > 0; --digits)
+            text += static_cast<char>('0' + random.Between(0, 9));
+        const int widest = random.OneIn(3) ? 400 : 30;
+        text += "e" + std::to_string(random.Between(-widest, widest));
+        ASSERT_EQ(ToDouble(*ReadDecimal(text)), std::strtod(text.c_str(), nullptr)) << text;
+    }
 }
 
 TEST(ReadDecimal, RefusesWhatIsNone)
@@ -91,6 +116,8 @@ TEST(ToFullDecimal, WritesEveryDigit)
     EXPECT_EQ(written("12e30"), "12e30");
     EXPECT_EQ(written("1e-21"), "0.000000000000000000001");
     EXPECT_EQ(written("-12e-24"), "-12e-24");
+    EXPECT_EQ(written("1e-22"), "1e-22");
+    EXPECT_EQ(written("12e-22"), "0.0000000000000000000012");
 }
 
 TEST(ToFullDecimal, WritesNothingWhereNoDecimalEnds)

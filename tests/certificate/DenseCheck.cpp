@@ -234,6 +234,30 @@ TEST(DenseCheck, HasRoomForProductsOfThreeLongNumbers)
     EXPECT_FALSE(check.IsInfeasible(integers, 1, {multiplier}));
 }
 
+/// Each check takes the words that its longest sums need: of products with one number of the form,
+/// or two, of as many terms as 32 bits count, and the sign.
+TEST(DenseCheck, TakesTheWordsThatItsSumsNeed)
+{
+    DenseForm dense;
+    IntegerForm integers;
+    DenseCheck check;
+    for (unsigned bits = 1; bits <= 125; ++bits)
+    {
+        TakeForm(MakeForm({0}, {{{std::ldexp(1.0, static_cast<int>(bits) - 1)}, {-kInf, kInf}}}),
+                 dense);
+        ASSERT_TRUE(integers.Take(dense));
+        ASSERT_EQ(integers.Bits(), bits);
+        const auto words = [](unsigned needed) { return needed / 64 + (needed % 64 != 0 ? 1 : 0); };
+        const DenseOptimum zero{1, {1}, {0}, {0}};
+        EXPECT_TRUE(check.IsOptimal(integers, zero));
+        EXPECT_EQ(check.Width(), 1 + words(2 * bits + 33));
+        EXPECT_FALSE(check.IsUnbounded(integers, zero, 2, {0, 0}));
+        EXPECT_EQ(check.Width(), 2 + words(bits + 33));
+        EXPECT_FALSE(check.IsInfeasible(integers, 3, {0, 0, 0}));
+        EXPECT_EQ(check.Width(), 3 + words(2 * bits + 65));
+    }
+}
+
 TEST(DenseCheck, AgreesAboutRays)
 {
     Random random(3);
@@ -318,6 +342,74 @@ TEST(IntegerForm, ScalesRowsCostsAndBoundsByThemselves)
     ASSERT_TRUE(integers.Take(dense));
     EXPECT_EQ(integers.BoundScale().two, 2);
     EXPECT_EQ(integers.Lower(0).low, 2u);
+}
+
+/// Every number of a form that is drawn, by the least powers that its row, the costs, or the bounds
+/// of columns need.
+TEST(IntegerForm, ScalesEachNumberByTheLeastThatMakesAllOfItsKindWhole)
+{
+    Random random(11);
+    IntegerForm integers;
+    for (int round = 0; round < 300; ++round)
+    {
+        DenseForm form;
+        form.rows = static_cast<Index>(random.Between(0, 4));
+        form.columns = static_cast<Index>(random.Between(1, 4));
+        form.numbers = random.OneIn(2) ? CoefficientMeaning::StoredDouble
+                                       : CoefficientMeaning::ShortestDecimal;
+        const auto draw = [&](std::size_t count, std::vector<double>& numbers, double infinite)
+        {
+            for (std::size_t k = 0; k < count; ++k)
+                numbers.push_back(random.OneIn(5)   ? infinite
+                                  : random.OneIn(3) ? random.Between(-99, 99) / 8.0
+                                  : random.OneIn(3) ? random.Between(-99, 99) / 10.0
+                                                    : random.Between(-9, 9));
+        };
+        draw(std::size_t{form.rows} * form.columns, form.matrix, 0.0);
+        draw(form.columns, form.cost, 0.0);
+        draw(form.Variables(), form.lower, -kInf);
+        draw(form.Variables(), form.upper, kInf);
+        ASSERT_TRUE(integers.Take(form));
+        unsigned bits = integers.BoundFactor().BitLength();
+        const auto expectWhole =
+            [&](const std::vector<std::pair<double, WideInteger>>& numbers, Scale scale)
+        {
+            Scale least;
+            for (const auto& [number, whole] : numbers)
+            {
+                const ExactNumber parts =
+                    std::isfinite(number) ? TakeApart(number, form.numbers) : ExactNumber{};
+                least = {std::max(least.two, -parts.scale.two),
+                         std::max(least.five, -parts.scale.five)};
+                ASSERT_EQ(ValueOf(whole), Scaled(parts, scale));
+                bits = std::max(bits, whole.BitLength());
+            }
+            ASSERT_EQ(scale, least);
+        };
+        std::vector<std::pair<double, WideInteger>> costs;
+        std::vector<std::pair<double, WideInteger>> bounds;
+        for (Index j = 0; j < form.columns; ++j)
+        {
+            costs.emplace_back(form.cost[j], integers.Cost(j));
+            bounds.emplace_back(form.lower[j], integers.Lower(j));
+            bounds.emplace_back(form.upper[j], integers.Upper(j));
+        }
+        ASSERT_NO_FATAL_FAILURE(expectWhole(costs, integers.CostScale()));
+        ASSERT_NO_FATAL_FAILURE(expectWhole(bounds, integers.BoundScale()));
+        ASSERT_EQ(ValueOf(integers.BoundFactor()), PowerOf(integers.BoundScale()));
+        for (Index i = 0; i < form.rows; ++i)
+        {
+            const Index logical = form.columns + i;
+            std::vector<std::pair<double, WideInteger>> row{
+                {form.lower[logical], integers.Lower(logical)},
+                {form.upper[logical], integers.Upper(logical)}};
+            for (Index j = 0; j < form.columns; ++j)
+                row.emplace_back(form.matrix[std::size_t{i} * form.columns + j],
+                                 integers.Entry(i, j));
+            ASSERT_NO_FATAL_FAILURE(expectWhole(row, integers.RowScale(i)));
+        }
+        ASSERT_EQ(integers.Bits(), bits);
+    }
 }
 
 TEST(IntegerForm, TakesNumbersOfUpTo126Bits)
