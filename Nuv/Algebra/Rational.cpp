@@ -146,6 +146,7 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
     const long excess = static_cast<long>(BitLength(top)) - static_cast<long>(BitLength(bottom));
     const long lowest =
         std::numeric_limits<double>::min_exponent - std::numeric_limits<double>::digits - 2;
+    // same bits (-> 56): a bit more to spare
     const long exponent = std::max(excess - 55, lowest);
     if (exponent < 0)
         top <<= static_cast<std::size_t>(-exponent);
@@ -167,6 +168,7 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
     const std::int64_t rest = bits - (kept << spare);
     if (rest > half || (rest == half && (kept & 1) != 0))
         ++kept;
+    // same bits (-> >=, -> 1999, -> 2001, always, never): far beyond the largest double
     const double magnitude =
         exponent > 2000 ? std::numeric_limits<double>::infinity()
                         : std::ldexp(static_cast<double>(kept), static_cast<int>(exponent) + spare);

@@ -76,6 +76,7 @@ std::optional<Rational> ReadDecimal(std::string_view text)
     const long places = std::ssize(fraction) - *exponent;
     const Integer power = Power(10, static_cast<unsigned>(std::abs(places)));
     const Integer signedDigits = negative ? Integer(-*digits) : *digits;
+    // same bits (-> <=): over ten to the power of 0
     return places < 0 ? Rational(Integer(signedDigits * power)) : Rational(signedDigits, power);
 }
 

@@ -60,7 +60,7 @@ void RepeatedCheck::IncludeDenominatorOf(double number)
 bool RepeatedCheck::Fits(double number) const
 {
     const Scale scale = TakeApart(number, m_form.numbers).scale;
-    // same bits (-> >): numbers that do not fit are taken anew
+    // same bits: numbers that do not fit are taken anew
     return scale.two + m_scale.two >= 0 && scale.five + m_scale.five >= 0;
 }
 
@@ -72,7 +72,7 @@ Integer RepeatedCheck::Scaled(double number) const
 RepeatedCheck::Bound RepeatedCheck::Taken(double bound) const
 {
     if (!std::isfinite(bound))
-        return {};
+        return {false, 0, 1};
     const ExactNumber number = TakeApart(bound, m_form.numbers);
     // What the factor lacks of the bound's denominator is a denominator of its own.
     const Scale left = number.scale + m_scale;
@@ -113,13 +113,15 @@ std::string RepeatedCheck::CheckOptimal(const Certificate& certificate)
         return "the point has the wrong length";
     if (!HasShape(certificate.dual, m_form.rows))
         return "the duals have the wrong length";
+    // same bits: what is the same is the same once it is taken again
     if (!m_hasPoint || !IsSame(certificate.primal, m_point))
         TakePoint(certificate.primal);
+    // same bits: as above
     if (!m_hasDuals || !IsSame(certificate.dual, m_duals))
         TakeDuals(certificate.dual);
     for (Index v = 0; v < m_form.Variables(); ++v)
     {
-        if (!m_place[v].isKnown)
+        if (!m_place[v].isKnown)  // same bits (always, never, !): as above
             Locate(v);
         if (!m_place[v].isWithin)
             return "the point violates a bound of variable " + std::to_string(v);
@@ -130,7 +132,7 @@ std::string RepeatedCheck::CheckOptimal(const Certificate& certificate)
             (m_reducedSign[v] < 0 && !m_place[v].onUpper))
             return "the reduced cost of variable " + std::to_string(v) + " has the wrong sign";
     }
-    if (!m_hasObjective)
+    if (!m_hasObjective)  // same bits: as above
     {
         Integer sum(0);
         for (Index j = 0; j < m_form.columns; ++j)
@@ -193,7 +195,7 @@ void RepeatedCheck::Locate(Index variable)
         return bound.denominator == 1 ? m_values[variable].Compare(scaled)
                                       : (m_values[variable] * bound.denominator).Compare(scaled);
     };
-    Place place{true, true, false, false};
+    Place place{true, true, false, false};  // same bits: what is not known is looked for again
     if (m_lower[variable].isFinite)
     {
         const int toLower = order(m_lower[variable]);

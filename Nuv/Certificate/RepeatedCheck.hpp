@@ -32,9 +32,9 @@ private:
     /// A bound times the factor is numerator / denominator.
     struct Bound
     {
-        bool isFinite = false;
+        bool isFinite;
         Integer numerator;
-        Integer denominator = 1;
+        Integer denominator;
     };
 
     void IncludeDenominatorOf(double number);
@@ -59,22 +59,22 @@ private:
     std::vector<Bound> m_upper;
 
     // The last point, and by variable its value times factor and denominator and where that lies.
-    bool m_hasPoint = false;
+    bool m_hasPoint = false;  // same bits: set with the numbers
     ExactVector m_point;
     std::vector<Integer> m_values;
     struct Place
     {
-        bool isKnown = false;
-        bool isWithin = false;
-        bool onLower = false;
-        bool onUpper = false;
+        bool isKnown;
+        bool isWithin;
+        bool onLower;
+        bool onUpper;
     };
     std::vector<Place> m_place;
-    bool m_hasObjective = false;
+    bool m_hasObjective = false;  // same bits: as above
     Rational m_objective;
 
     // The last duals and the signs of their reduced costs by variable.
-    bool m_hasDuals = false;
+    bool m_hasDuals = false;  // same bits: as above
     ExactVector m_duals;
     std::vector<signed char> m_reducedSign;
 };

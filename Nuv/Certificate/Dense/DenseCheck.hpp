@@ -69,7 +69,7 @@ private:
     [[nodiscard]] bool IsPlaceRight(const IntegerForm& form, Index variable, const Word* value,
                                     const std::vector<Word>& unit, int sign);
 
-    unsigned m_width = 0;
+    unsigned m_width = 0;  // same bits: each check sets it
     std::vector<Word> m_point;
     std::vector<Word> m_dual;
     std::vector<Word> m_denominator;
