@@ -109,9 +109,10 @@ private:
     std::size_t m_entryBits = 0;           ///< of the largest row sum of the scaled matrix
 
     // Per solve.
-    std::size_t m_words = 0;
-    std::size_t m_rightBits = 0;
-    std::size_t m_residualBits = 0;         ///< no residual has more
+    std::size_t m_words = 0;      // same bits: each solve sets it
+    std::size_t m_rightBits = 0;  // same bits: each solve sets it
+    /// No residual has more.
+    std::size_t m_residualBits = 0;         // same bits: each solve sets it
     std::vector<std::uint64_t> m_residual;  ///< two's complement, m_words per equation
     std::vector<std::int64_t> m_digits;     ///< m_size per step
     struct WideDigit
@@ -120,12 +121,16 @@ private:
         std::int64_t low;
     };
     std::vector<WideDigit> m_combination;  ///< per step, see AppendCombination
-    std::size_t m_steps = 0;
-    std::size_t m_fewestSteps = 0;       ///< before which there are not digits enough for a proof
-    std::size_t m_guessSteps = 0;        ///< before which m_denominator is of no use
-    bool m_exhausted = false;            ///< the residual is zero: the digits are the solution
-    std::vector<Integer> m_powers;       ///< p^(8 * 2^j)
-    std::size_t m_largestNumerator = 0;  ///< bits of the largest numerator found so far
+    std::size_t m_steps = 0;               // same bits: each solve sets it
+    /// Before which there are not digits enough for a proof.
+    std::size_t m_fewestSteps = 0;  // same bits: each solve sets it
+    /// Before which m_denominator is of no use.
+    std::size_t m_guessSteps = 0;  // same bits: each solve sets it
+    /// The residual is zero: the digits are the solution.
+    bool m_exhausted = false;       // same bits: each solve sets it
+    std::vector<Integer> m_powers;  ///< p^(8 * 2^j)
+    /// Bits of the largest numerator found so far.
+    std::size_t m_largestNumerator = 0;  // same bits: one bit is no matter
     std::size_t m_modulusDigits = 0;
     Integer m_modulus;                    ///< p^m_modulusDigits, the one used last
     Integer m_denominator = 1;            ///< the last one, or a guess

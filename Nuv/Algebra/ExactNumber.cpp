@@ -26,10 +26,11 @@ bool TakeApartShort(double value, ExactNumber& number) noexcept
     constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
     constexpr double kLimit = 1e15;
     const double magnitude = std::fabs(value);
+    // same bits (-> 1): one place and a zero that is cut off
     for (int places = 0; places < static_cast<int>(std::size(kPowers)); ++places)
     {
         const double product = magnitude * kPowers[places];
-        if (product >= kLimit - 1.0)
+        if (product >= kLimit - 1.0)  // same bits: the long way comes to the same
             return false;
         const auto digits = static_cast<std::int64_t>(product + 0.5);
         if (static_cast<double>(digits) / kPowers[places] != magnitude)

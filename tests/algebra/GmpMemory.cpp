@@ -18,11 +18,14 @@ namespace
 
 void* (*g_allocate)(std::size_t) = nullptr;
 void* (*g_reallocate)(void*, std::size_t, std::size_t) = nullptr;
+void (*g_release)(void*, std::size_t) = nullptr;
 int g_taken = 0;
+int g_held = 0;
 
 void* Allocate(std::size_t bytes)
 {
     ++g_taken;
+    ++g_held;
     return g_allocate(bytes);
 }
 
@@ -32,16 +35,22 @@ void* Reallocate(void* memory, std::size_t old, std::size_t bytes)
     return g_reallocate(memory, old, bytes);
 }
 
+void Release(void* memory, std::size_t bytes)
+{
+    --g_held;
+    g_release(memory, bytes);
+}
+
 /// How often GMP asks for memory while something is done.
 template <class Action>
 int Taken(const Action& action)
 {
-    void (*release)(void*, std::size_t) = nullptr;
-    mp_get_memory_functions(&g_allocate, &g_reallocate, &release);
-    mp_set_memory_functions(Allocate, Reallocate, release);
+    mp_get_memory_functions(&g_allocate, &g_reallocate, &g_release);
+    mp_set_memory_functions(Allocate, Reallocate, Release);
     g_taken = 0;
+    g_held = 0;
     action();
-    mp_set_memory_functions(g_allocate, g_reallocate, release);
+    mp_set_memory_functions(g_allocate, g_reallocate, g_release);
     return g_taken;
 }
 
@@ -133,6 +142,23 @@ TEST(IntegerMemory, IsNotTakenForAWordItself)
     // However it was computed.
     const Integer power = Power(Integer(3), 39);
     EXPECT_EQ(Taken([&] { (void)(power + power - power); }), 0);
+}
+
+TEST(IntegerMemory, IsGivenBack)
+{
+    const auto use = []
+    {
+        const Integer large(std::string(60, '7'));
+        Integer copy = large;
+        Integer moved = std::move(copy);
+        copy = large;
+        copy = 5;
+        moved = copy;
+        Integer product = large * large;
+        product = std::move(moved);
+    };
+    EXPECT_GT(Taken(use), 0);
+    EXPECT_EQ(g_held, 0);
 }
 
 /// A long number is given others without asking anew, is not copied as long once it is short, and

@@ -13,12 +13,13 @@ namespace
 unsigned HadamardBits(unsigned order)
 {
     const auto bits = static_cast<unsigned>(std::bit_width(order - 1));
-    return order * bits / 2 + 1;  // same bits (-> 2): more room
+    return order * bits / 2 + 1;  // same bits (-> 2, -> 1, -> *): more room
 }
 
 unsigned WordsFor(unsigned bits)
 {
-    return bits / 64 + 1;  // and one bit for the sign; same bits (-> 63, -> 2): more room
+    // One bit more is for the sign.
+    return bits / 64 + 1;  // same bits (-> 63, -> 2): more room
 }
 
 }  // namespace
@@ -70,7 +71,7 @@ bool BorderedSystem::ChooseWidths()
 /// Bits of a number that is left after so many steps: a minor of their rows and one more.
 unsigned BorderedSystem::BitsAfter(unsigned step) const noexcept
 {
-    unsigned largest = 0;
+    unsigned largest = 0;  // same bits: a row of zeros makes the matrix singular
     for (unsigned i = step; i <= m_order; ++i)
         largest = std::max(largest, m_rowBits[m_rows[i]]);
     return m_pivotBits + largest + HadamardBits(step + 1);
@@ -121,7 +122,7 @@ bool BorderedSystem::EliminateWith(unsigned step)
     const unsigned quotientWidth = WordsFor(bits);
     switch (width)
     {
-    case 1:
+    case 1:                                     // same bits (-> 0): known later
         Update<1>(step, width, quotientWidth);  // same bits (-> 0): known later
         break;
     case 2:
@@ -157,7 +158,8 @@ void BorderedSystem::Update(unsigned step, unsigned width, unsigned quotientWidt
     {
         std::copy_n(At(i, step), w, left);
         NegateWords(left, w);
-        // The corner belongs to neither solution; same bits (#2 -> 0): and may be anything
+        // The corner belongs to neither solution.
+        // same bits (#2 -> 0): and may be anything
         for (unsigned j = step + 1; j <= m_order - (i == m_order ? 1 : 0); ++j)
         {
             Word* const entry = At(i, j);

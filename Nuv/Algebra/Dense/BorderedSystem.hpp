@@ -76,20 +76,23 @@ private:
                (static_cast<std::size_t>(m_rows[i]) * (m_order + 1) + j) * m_stride;
     }
 
-    unsigned m_order = 0;
-    unsigned m_stride = 0;  ///< words for each number
-    unsigned m_width = 0;   ///< that the results need
+    unsigned m_order = 0;  // same bits: Begin sets it
+    /// Words for each number.
+    unsigned m_stride = 0;  // same bits: Solve sets it
+    /// Words that the results need.
+    unsigned m_width = 0;  // same bits: Solve sets it
     std::vector<Word> m_entries;
     std::vector<Word> m_words;
     std::vector<unsigned> m_rows;     ///< the row at each place of the elimination
     std::vector<unsigned> m_rowBits;  ///< by row: bits of its largest number
     std::vector<unsigned> m_widths;   ///< by step: the words in which its pivot row and column are
-    unsigned m_pivotBits = 0;         ///< of the rows of all pivots so far, together
+    /// Of the rows of all pivots so far, together.
+    unsigned m_pivotBits = 0;  // same bits: Solve sets it
 
     // The pivot before: 2^shift times an odd number, whose lowest word has this inverse.
     std::vector<Word> m_divisor;
-    unsigned m_shift = 0;
-    Word m_inverse = 1;
+    unsigned m_shift = 0;  // same bits: Solve sets it
+    Word m_inverse = 1;    // same bits: the first pivot sets it
 
     std::vector<Word> m_left;  ///< of the row in work, or a divisor
     std::vector<Word> m_sum;

@@ -138,7 +138,7 @@ double QuotientToDouble(const Word* numerator, unsigned width, const Word* denom
         if (Rounded(hasHighBit, quotient.quotient + kUncertain, true) != rounded)
             rounded = 0.0;
     }
-    // same bits (-> <=, -> >=, -> 999, -> 1001): integers of any size come to the same
+    // same bits: integers of any size come to the same
     if (rounded == 0.0 || exponent < -1000 || exponent > 1000)
         return QuotientOfIntegers(numerator, width, denominator, denominatorWidth, scale);
     const double magnitude = std::ldexp(rounded, exponent - 64);

@@ -25,7 +25,7 @@ std::uint64_t MagnitudeOf(std::int64_t word) noexcept
 struct ShortOrLong
 {
     mpz_t number;
-    std::int64_t word = 0;
+    std::int64_t word;
     bool isLong = false;
 };
 
@@ -35,13 +35,17 @@ class GmpView
 public:
     explicit GmpView(std::uint64_t magnitude, bool isNegative = false) noexcept
     {
-        constexpr int kLimbs = 64 / GMP_NUMB_BITS;
+        constexpr int kLimbs = 64 / GMP_NUMB_BITS;  // same bits: one on most machines
         static_assert(kLimbs >= 1 && kLimbs * GMP_NUMB_BITS == 64);
         for (int k = 0; k < kLimbs; ++k)
+        {
+            // same bits: of one limb nothing is shifted
             m_limbs[k] = static_cast<mp_limb_t>(magnitude >> (k * GMP_NUMB_BITS % 64));
+        }
         m_read = mpz_roinit_n(m_word, m_limbs, isNegative ? -kLimbs : kLimbs);
     }
     explicit GmpView(std::int64_t word) noexcept : GmpView(MagnitudeOf(word), word < 0) {}
+    // same bits (-> 1): of a long number the word is not read
     explicit GmpView(const ShortOrLong& stored) noexcept : GmpView(stored.isLong ? 0 : stored.word)
     {
         if (stored.isLong)
@@ -56,7 +60,7 @@ public:
     }
 
 private:
-    mp_limb_t m_limbs[64 / GMP_NUMB_BITS];
+    mp_limb_t m_limbs[64 / GMP_NUMB_BITS];  // same bits: more have room too
     mpz_t m_word;
     mpz_srcptr m_read;
 };
@@ -66,7 +70,7 @@ mpz_ptr MakeLong(ShortOrLong& x)
 {
     if (!x.isLong)
     {
-        mpz_init2(x.number, 128);
+        mpz_init2(x.number, 128);  // same bits: in words, and 127 bits have as many
         mpz_set(x.number, GmpView(x.word));
         x.isLong = true;
     }
@@ -76,7 +80,8 @@ mpz_ptr MakeLong(ShortOrLong& x)
 std::uint64_t LowWordOf(mpz_srcptr number) noexcept
 {
     std::uint64_t low = 0;
-    for (int k = 64 / GMP_NUMB_BITS; k-- > 0;)
+    for (int k = 64 / GMP_NUMB_BITS; k-- > 0;)  // same bits: one limb
+        // same bits: as above
         low = (low << (GMP_NUMB_BITS % 64)) | mpz_getlimbn(number, k);
     return low;
 }
@@ -124,8 +129,7 @@ using InGmp = void (*)(mpz_ptr, mpz_srcptr, mpz_srcptr);
 template <InWords inWords, InGmp inGmp>
 void Combine(ShortOrLong& x, const ShortOrLong& y)
 {
-    std::int64_t result = 0;
-    // same bits (always): long numbers make the same
+    std::int64_t result = 0;  // same bits: set where it is read
     if (!x.isLong && !y.isLong && inWords(x.word, y.word, &result))
         x.word = result;
     else
@@ -139,8 +143,7 @@ void Combine(ShortOrLong& x, const ShortOrLong& y)
 template <InWords inWords, InGmp inGmp>
 void CombineProduct(ShortOrLong& sum, const ShortOrLong& x, const ShortOrLong& y)
 {
-    std::int64_t word = 0;
-    // same bits (always): long numbers make the same
+    std::int64_t word = 0;  // same bits: set where it is read
     if (!sum.isLong && !x.isLong && !y.isLong && ProductFits(x.word, y.word, &word) &&
         inWords(sum.word, word, &word))
         sum.word = word;
@@ -160,14 +163,14 @@ bool IsLeastByMinusOne(std::int64_t dividend, std::int64_t divisor) noexcept
 bool QuotientFits(std::int64_t x, std::int64_t y, std::int64_t* quotient) noexcept
 {
     const bool fits = !IsLeastByMinusOne(x, y);
-    *quotient = fits ? x / y : 0;
+    *quotient = fits ? x / y : 0;  // same bits (-> 1): not read
     return fits;
 }
 
 bool RemainderFits(std::int64_t x, std::int64_t y, std::int64_t* remainder) noexcept
 {
     const bool fits = !IsLeastByMinusOne(x, y);
-    *remainder = fits ? x % y : 0;
+    *remainder = fits ? x % y : 0;  // same bits (-> 1): not read
     return fits;
 }
 
@@ -231,6 +234,7 @@ Integer::Integer(Integer&& other) noexcept
 
 Integer& Integer::operator=(const Integer& other)
 {
+    // same bits: a number given itself
     if (this == &other)
         return *this;
     ShortOrLong& to = Access::Of(*this);
@@ -289,6 +293,7 @@ Integer& Integer::operator%=(const Integer& other)
 Integer& Integer::operator<<=(std::size_t bits)
 {
     ShortOrLong& x = Access::Of(*this);
+    // same bits (-> <=): of the lengths that are 63 or more, 0 alone fits
     if (!x.isLong && bits < 63 && MagnitudeOf(x.word) >> (63 - bits) == 0)
         x.word *= std::int64_t{1} << bits;
     else
@@ -352,7 +357,7 @@ Integer operator*(const Integer& x, const Integer& y)
 Integer& Integer::MultiplyByWord(std::int64_t word)
 {
     ShortOrLong& x = Access::Of(*this);
-    std::int64_t product = 0;
+    std::int64_t product = 0;  // same bits: set where it is read
     if (!x.isLong && !__builtin_mul_overflow(x.word, word, &product))
         x.word = product;
     else
@@ -380,6 +385,7 @@ int Integer::CompareWord(std::int64_t word) const noexcept
     const ShortOrLong& x = Access::Of(*this);
     if (!x.isLong)
         return (x.word > word) - (x.word < word);
+    // same bits: the comparison says what the sign says
     return word == 0 ? mpz_sgn(x.number) : mpz_cmp(x.number, GmpView(word));
 }
 
@@ -404,7 +410,7 @@ std::string Integer::ToString() const
     if (!x.isLong)
         return std::to_string(x.word);
     // The size may be one too large; a sign and the end of the string come on top.
-    std::string text(mpz_sizeinbase(x.number, 10) + 2, '\0');
+    std::string text(mpz_sizeinbase(x.number, 10) + 2, '\0');  // same bits (-> 3): more room
     mpz_get_str(text.data(), 10, x.number);
     text.resize(text.find('\0'));
     return text;

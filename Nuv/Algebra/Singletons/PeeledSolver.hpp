@@ -63,7 +63,7 @@ private:
 
     // Per solve: unknown k is m_numerator[k] * m_enlarged[m_enlargedOf[k]] / m_denominator.
     std::vector<Integer> m_numerator;
-    Integer m_denominator = 1;
+    Integer m_denominator = 1;  // same bits: each solve sets it
     std::vector<Integer> m_enlarged;
     std::vector<std::size_t> m_enlargedOf;
 };
