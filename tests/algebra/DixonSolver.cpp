@@ -1,11 +1,14 @@
 /// Solutions by p-adic lifting: whatever is guessed of their denominator, and however long the
 /// numbers are, the same fractions come out, and they satisfy the system.
 #include "Nuv/Algebra/DixonSolver.hpp"
+#include "Nuv/Algebra/Lifting/Residues.hpp"
 #include "tests/support/Effort.hpp"
 #include "tests/support/Random.hpp"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
 #include <vector>
 
 namespace nuv::test
@@ -145,6 +148,52 @@ TEST(DixonSolver, FindsTheSameFractionsFromAnyGuessAtTheirDenominator)
             ASSERT_TRUE(guessing.Solve(right, again, never));
             ASSERT_EQ(again.denominator, plain.denominator);
             ASSERT_EQ(again.numerator, plain.numerator);
+        }
+    }
+}
+
+/// Coefficients and right sides whose bits just fill a word, or two, or do not, of either sign:
+/// sums of rows of 61 to 67 bits, with a power of two in one coefficient and with a power of five.
+TEST(DixonSolver, IsRightWhereNumbersFillTheirWords)
+{
+    const auto never = [] { return false; };
+    for (int bits = 55; bits <= 66; ++bits)
+    {
+        const std::int64_t most = (std::int64_t{1} << std::min(bits, 62)) - 1;
+        for (const ExactNumber& large :
+             {ExactNumber{most, {std::max(bits - 62, 0), 0}}, ExactNumber{-3, {bits - 2, 0}},
+              ExactNumber{-1, {0, bits / 2}}})
+        {
+            System system;
+            const std::vector<std::vector<ExactNumber>> columns = {{large, {1, {}}},
+                                                                   {{-1, {1, 0}}, {5, {}}}};
+            for (const auto& column : columns)
+            {
+                for (Index i = 0; i < 2; ++i)
+                    system.unknowns.Append(i, column[i]);
+                system.unknowns.Close();
+            }
+            std::vector<Index> position;
+            ASSERT_TRUE(
+                system.factors
+                    .Factorise(Residues(system.unknowns, system.factors.GetField()), position)
+                    .empty());
+            system.unknowns =
+                Selected(system.unknowns,
+                         position[0] == 0 ? std::vector<Index>{0, 1} : std::vector<Index>{1, 0});
+            DixonSolver solver(system.unknowns, system.factors, DixonSolver::Side::Forward);
+            for (const unsigned power : {0U, 61U, 62U, 63U, 64U, 65U, 127U, 128U, 129U})
+            {
+                SCOPED_TRACE(std::to_string(bits) + " and " + std::to_string(power));
+                const Integer edge = Power(Integer(2), power);
+                for (const Integer& side : {edge, edge - 1, -edge, -edge - 1})
+                {
+                    const ScaledVector right{{side, Integer(3) - side}, {}, 1};
+                    ExactVector solution;
+                    ASSERT_TRUE(solver.Solve(right, solution, never));
+                    ASSERT_NO_FATAL_FAILURE(ExpectSolves(system, right, solution));
+                }
+            }
         }
     }
 }

@@ -293,7 +293,7 @@ Integer& Integer::operator%=(const Integer& other)
 Integer& Integer::operator<<=(std::size_t bits)
 {
     ShortOrLong& x = Access::Of(*this);
-    // same bits (-> <=): of the lengths that are 63 or more, 0 alone fits
+    // same bits (-> <=, -> 64): by 63 bits and more, 0 alone stays within a word
     if (!x.isLong && bits < 63 && MagnitudeOf(x.word) >> (63 - bits) == 0)
         x.word *= std::int64_t{1} << bits;
     else
