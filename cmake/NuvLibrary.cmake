@@ -44,6 +44,7 @@ set(NUV_CORE_SOURCES
     Nuv/Utils/Batch/LanesBaseline.cpp
     Nuv/Utils/Batch/LanesPlain.cpp
     Nuv/Utils/Batch/SingleSolve.cpp
+    Nuv/Utils/Batch/UnitTableau.cpp
     Nuv/Utils/Kernels/Avx2.cpp
     Nuv/Utils/Kernels/Avx512.cpp
     Nuv/Utils/Kernels/Baseline.cpp

@@ -11,6 +11,7 @@ struct Plan
 {
     SingleSolve singles[kMaxTurns];
     LaneQueue lanes;
+    UnitTableau tableaus[kUnitTurns];
 };
 
 /// The lanes come first; of the single solves they need one at most.
@@ -31,6 +32,9 @@ NuvSizeT PlaceArrays(Plan* plan, const NuvLinearProgrammingBatch* batch, const B
         plan->lanes.single = plan->singles;
         PlaceArrays(&plan->lanes, &layout);
     }
+    if (kHasTurns && way->units)
+        for (UnitTableau& tableau : plan->tableaus)
+            PlaceArrays(&tableau, batch, &layout);
     for (NuvSizeT k = 0; k != (way->hasTurns ? kMaxTurns : 1); ++k)
         PlaceArrays(&plan->singles[k], memorySize, &layout);
     return layout.BytesNeeded();
@@ -63,6 +67,13 @@ bool DoTurnsPay(const NuvLinearProgrammingBatch* batch)
     return m <= kMostRows && kMaxTurns * elements * sizeof(NuvFloat32) <= kMostBytes;
 }
 
+/// Whether tableaus gain where all coefficients are units: fewer rows are as fast in lanes.
+bool DoUnitTableausPay(const NuvLinearProgrammingBatch* batch)
+{
+    constexpr NuvUint kFewestRows = 10;
+    return batch->numConstraints >= kFewestRows && batch->numConstraints <= kMaxUnitRows;
+}
+
 /// Whether a problem of so many rows has so many zeros that leaving them out gains more than lanes.
 bool IsSparse(const NuvLinearProgrammingBatch* batch, NuvSizeT problem)
 {
@@ -92,6 +103,23 @@ const LaneLoops* LanesOf(InstructionSet set)
     }
 }
 
+const UnitLoops* UnitLoopsOf(InstructionSet set)
+{
+    if (!KernelsOf(set))
+        return nullptr;
+    switch (set)
+    {
+    case InstructionSet::Avx512:
+        return Avx512UnitLoops();
+    case InstructionSet::Avx2:
+        return Avx2UnitLoops();
+    case InstructionSet::Baseline:
+        return BaselineUnitLoops();
+    default:
+        return PlainUnitLoops();
+    }
+}
+
 BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
 {
     BatchWay way = {KernelsOfThisMachine(), nullptr, nullptr};
@@ -102,6 +130,9 @@ BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
         way.lanes = nullptr;
     way.hasTurns = kHasTurns && DoTurnsPay(batch);
     way.areLanesForDense = kHasTurns;
+    for (const InstructionSet set : kWidestFirst)
+        if (kHasTurns && !way.units && DoUnitTableausPay(batch))
+            way.units = UnitLoopsOf(set);
     return way;
 }
 
@@ -117,6 +148,13 @@ void SolveRange(const NuvLinearProgrammingBatch* batch, const BatchWay* way, Nuv
     if (first == last)
         return;
     Plan plan;
+    if (kHasTurns && way->units && HasUnitCoefficients(batch, first))
+    {
+        (void)PlaceArrays(&plan, batch, way, MemoryOfPhases(batch), workspace);
+        first = SolveRange(plan.tableaus, way->units, plan.singles, first, last);
+        if (first == last)
+            return;
+    }
     const bool areInLanes = way->lanes && !(way->areLanesForDense && IsSparse(batch, first));
     (void)PlaceArrays(&plan, batch, way, areInLanes ? 0 : MemoryOfPhases(batch), workspace);
     if (areInLanes)

@@ -4,6 +4,7 @@
 
 #include "Nuv/Utils/Batch/BatchProblem.h"
 #include "Nuv/Utils/Batch/LaneState.h"
+#include "Nuv/Utils/Batch/UnitTableau.h"
 #include "Nuv/Utils/Kernels/Kernels.h"
 
 namespace nuv
@@ -19,10 +20,13 @@ struct BatchWay
     bool hasTurns = false;
     /// Whether the lanes are left where the first problem of a range has many zeros.
     bool areLanesForDense = false;
+    /// For ranges whose first problem has unit coefficients, or null.
+    const UnitLoops* units = nullptr;
 };
 
 /// @return the lanes, or null when this machine cannot run them.
 const LaneLoops* LanesOf(InstructionSet set);
+const UnitLoops* UnitLoopsOf(InstructionSet set);
 
 /// The way that is fastest on this machine, as far as the shape tells.
 BatchWay WayOf(const NuvLinearProgrammingBatch* batch);

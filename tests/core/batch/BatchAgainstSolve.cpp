@@ -215,6 +215,7 @@ std::vector<nuv::BatchWay> AllWays()
         {
             ways.push_back({kernels, nullptr, nullptr});
             ways.push_back({kernels, nullptr, nullptr, true});
+            ways.push_back({kernels, nullptr, nullptr, true, false, nuv::UnitLoopsOf(set)});
             if (const nuv::LaneLoops* const lanes = nuv::LanesOf(set))
             {
                 ways.push_back({kernels, lanes, nullptr});
@@ -294,6 +295,87 @@ TEST(BatchOfAllFamilies, ProblemsHaveTheSameBits)
                 const Problem problem = MakeModel(family, 4, 6, random.Next());
                 groups[{static_cast<NuvUint>(problem.rows), static_cast<NuvUint>(problem.columns)}]
                     .Add(problem);
+            }
+        CompareGroups(groups);
+    }
+}
+
+/// What a problem with unit coefficients may have that makes it another one.
+void Spoil(Problem* problem, Random* random)
+{
+    const auto any = [random](std::vector<float>& x) -> float&
+    { return x[random->Next() % x.size()]; };
+    switch (random->Next() % 30)
+    {
+    case 0:
+        any(problem->A) = 2.0F;
+        break;
+    case 1:
+        any(problem->A) = 0.5F;
+        break;
+    case 2:
+        any(problem->b) = -1.0F;
+        break;
+    case 3:
+        any(problem->b) = 0x1p22F;
+        break;
+    case 4:
+        any(problem->c) = 0x1p21F + 1.0F;
+        break;
+    case 5:
+        any(problem->b) = SpecialValue(random);
+        break;
+    case 6:
+        for (float& cost : problem->c)
+            cost *= 0.1F;
+        break;
+    case 7:
+        for (float& side : problem->b)
+            side *= 0.1F;
+        break;
+    case 8:
+        for (float& cost : problem->c)
+            cost = static_cast<float>(random->Next() % (1U << 24U));
+        break;
+    default:
+        break;
+    }
+}
+
+/// Two units in each column, as in a network, or some in any place.
+Problem MakeUnitProblem(std::size_t rows, std::size_t columns, Random* random)
+{
+    Problem problem = {rows, columns, std::vector<float>(rows * columns), {}, {}};
+    const bool hasNegative = random->Chance(40);
+    const auto unit = [&] { return hasNegative && random->Chance(40) ? -1.0F : 1.0F; };
+    const std::size_t count = random->Chance(80) ? 2 : 2 + rows / 8;
+    for (std::size_t j = 0; j != columns; ++j)
+        for (std::size_t k = 0; k != count; ++k)
+            problem.A[random->Next() % rows * columns + j] = unit();
+    for (std::size_t i = 0; i != rows; ++i)
+        problem.b.push_back(static_cast<float>(random->Next() % 9));
+    for (std::size_t j = 0; j != columns; ++j)
+        problem.c.push_back(static_cast<float>(random->Next() % 40) - 4.0F);
+    return problem;
+}
+
+/// The tableau of integers, and what it is given up for: pivots other than 1, numbers that are no
+/// integers or too large, Phase I.
+TEST(BatchOfUnitCoefficients, ProblemsHaveTheSameBits)
+{
+    Random random(0x1157);
+    constexpr Shape kShapes[] = {{1, 1},   {4, 6},   {10, 10}, {12, 33},
+                                 {20, 20}, {32, 16}, {33, 65}, {64, 40}};
+    for (std::size_t round = 0; round != ShareOf<std::size_t>(4); ++round)
+    {
+        Groups groups;
+        for (const Shape shape : kShapes)
+            for (int k = 0; k != 40; ++k)
+            {
+                Problem problem = MakeUnitProblem(shape.rows, shape.columns, &random);
+                if (k != 0)
+                    Spoil(&problem, &random);
+                groups[shape].Add(problem);
             }
         CompareGroups(groups);
     }
