@@ -78,7 +78,8 @@ private:
     RepeatedCheck m_check;
     std::optional<ExactEvaluation> m_evaluation;
     std::optional<SimplexState> m_state;  ///< of the last basis that was looked at in doubles
-    bool m_stateStands = false;           ///< it is of this basis and of the form as it is
+    /// It is of this basis and of the form as it is.
+    bool m_stateStands = false;  // same bits: set by each solve
     std::optional<Basis> m_basis;
     std::shared_ptr<const CertifiedResult> m_last;
     std::vector<Index> m_newCosts;  ///< columns whose cost has changed since the last solve

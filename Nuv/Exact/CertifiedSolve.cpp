@@ -172,6 +172,7 @@ bool ProveByRow(const BoundedForm& form, const ExactForm& exact, const BlockedRo
     if (!RowOfInverse(exact, blocked, control, tried.dual))
         return false;
     // Which way the variable is blocked decides the sign, and so does the check.
+    // same bits (-> 3): a third look would be the first again
     for (int sign = 0; sign < 2; ++sign)
     {
         if (CheckCertificate(form, tried).empty())

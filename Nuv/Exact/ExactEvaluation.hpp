@@ -38,12 +38,12 @@ public:
     std::optional<ExactForm> exact;
     ExactFactors factors;
     std::vector<Index> head;  ///< the basic variable at each position; empty without factors
-    bool hasValues = false;
-    ExactVector values;                 ///< of the basic variables, by position
+    bool hasValues = false;   // same bits: set with the factors
+    ExactVector values;       ///< of the basic variables, by position
     std::vector<BasisStatus> resting;   ///< by variable, what the values are for
     std::vector<double> valueInDouble;  ///< by position; empty until asked for
-    bool hasDuals = false;
-    ExactVector duals;  ///< of the true cost, by row
+    bool hasDuals = false;              // same bits: set with the factors
+    ExactVector duals;                  ///< of the true cost, by row
     /// With the duals, the signs of the reduced costs by variable, as far as they were asked for.
     std::vector<signed char> reducedSign;
     static constexpr signed char kSignUnknown = 2;

@@ -124,6 +124,7 @@ void ExactForm::AppendWords(Index row, const Rational& number)
             continue;
         for (; (word.mantissa & 1) == 0; ++word.scale.two)
             word.mantissa /= 2;
+        // same bits (-> <=): of 0 there are no words
         word.mantissa = number.Sign() < 0 ? -word.mantissa : word.mantissa;
         byVariable.Append(row, word);
     }

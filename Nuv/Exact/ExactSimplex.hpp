@@ -47,9 +47,9 @@ private:
     struct Blocking
     {
         Index position = kNoIndex;
-        bool atUpper = false;
-        Integer room;   ///< distance to the bound * denominator / BoundScale
-        Integer speed;  ///< of the basic variable, positive
+        bool atUpper = false;  // same bits: set with the position
+        Integer room;          ///< distance to the bound * denominator / BoundScale
+        Integer speed;         ///< of the basic variable, positive
     };
 
     // Evaluating the basis.
@@ -104,8 +104,9 @@ private:
     ExactVector m_column;                  ///< the entering column by position
     ExactVector m_row;                     ///< the row of the inverse behind a Farkas certificate
     Index m_entering = kNoIndex;
-    int m_direction = 0;
-    int m_farkasSign = 0;  ///< 0: the duals are the multipliers; otherwise this times m_row
+    int m_direction = 0;  // same bits: set with what enters
+    /// 0: the duals are the multipliers; otherwise this times m_row.
+    int m_farkasSign = 0;  // same bits: set with that verdict
 };
 
 }  // namespace nuv

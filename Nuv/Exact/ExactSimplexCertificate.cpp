@@ -49,7 +49,7 @@ void ExactSimplex::WriteFarkas(ExactVector& multipliers) const
         return;
     }
     multipliers = m_row;
-    if (m_farkasSign < 0)
+    if (m_farkasSign < 0)  // same bits (-> <=): it is not 0
     {
         for (Integer& numerator : multipliers.numerator)
             numerator = -numerator;

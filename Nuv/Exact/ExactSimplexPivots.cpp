@@ -3,6 +3,7 @@
 #include "Nuv/Exact/ExactSimplex.hpp"
 
 #include <cmath>
+#include <utility>
 
 namespace nuv
 {
@@ -41,6 +42,7 @@ std::optional<Status> ExactSimplex::PrimalStep(bool phaseOne)
     const Blocking blocking = TestRatios(m_direction);
     if (FlipsFirst(m_entering, blocking))
     {
+        // same bits (-> >=): it is 1 or -1
         m_status[m_entering] = m_direction > 0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
         NoteStep(false);
         return std::nullopt;
@@ -84,7 +86,7 @@ Integer ExactSimplex::RoomTo(Index position, bool atUpper) const
     Integer room = m_values.numerator[position] * m_exact.BoundDivisor();
     room.SubtractProduct(m_exact.ScaledBound(atUpper ? m_exact.upper[v] : m_exact.lower[v]),
                          m_values.denominator);
-    return room < 0 ? Integer(-room) : room;
+    return Abs(std::move(room));
 }
 
 /// The basic variable that is first to reach a bound: one that it would violate, or, in phase one,
@@ -100,6 +102,7 @@ ExactSimplex::Blocking ExactSimplex::TestRatios(int direction) const
             continue;
         const Index v = m_head[k];
         const bool recovers = m_violation[k] == -rate;
+        // same bits (-> >=): it is 1 or -1
         const bool atUpper = (rate > 0) != recovers;
         if (!std::isfinite(atUpper ? m_form.Upper(v) : m_form.Lower(v)))
             continue;
@@ -141,7 +144,7 @@ std::optional<Status> ExactSimplex::DualStep()
     // same bits (always): a stop is final, and asked about again before the next pivot
     if (!m_factors.SolveBackward(unit, m_row, m_control))
         return Status::Stopped;
-    const bool toLower = m_violation[position] < 0;
+    const bool toLower = m_violation[position] < 0;  // same bits (-> <=): it is not 0
     bool degenerate = false;
     const Index entering = ChooseDualEntering(toLower, degenerate);
     if (entering == kNoIndex)
@@ -170,7 +173,7 @@ Index ExactSimplex::ChooseLeaving() const
                 best = k;
             continue;
         }
-        Integer room = RoomTo(k, m_violation[k] > 0);
+        Integer room = RoomTo(k, m_violation[k] > 0);  // same bits (-> >=): it is not 0
         // same bits: any violated variable may leave
         if (best == kNoIndex || room > largest)
         {

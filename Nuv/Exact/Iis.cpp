@@ -31,7 +31,7 @@ std::vector<BoundOfVariable> StatedSupport(const BoundedForm& form, const Certif
                                  ? certificate.dual.numerator[form.RowOf(v)].Sign()
                                  : exact.ReducedCost(v, certificate.dual, false).Sign();
             if (sign != 0)
-                members.push_back({v, sign < 0});
+                members.push_back({v, sign < 0});  // same bits (-> <=): it is not 0
         }
     }
     std::erase_if(members,
@@ -198,7 +198,7 @@ public:
         bool changed = true;
         while (needed < m_members.size())
         {
-            if (changed && (m_members.size() == 1 || RankProvesMinimal(m_form)))
+            if (changed && RankProvesMinimal(m_form))
                 return true;
             changed = false;
             if (m_work >= most)

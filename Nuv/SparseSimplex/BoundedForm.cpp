@@ -121,6 +121,7 @@ void AppendColumnOf(const BoundedForm& form, Index variable, double sign,
             const Rational* const number = form.exact.Find({FormPlace::Of::Entry, row, variable});
             if (number != nullptr)
                 exact.Set({FormPlace::Of::Entry, row, columns.Count()},
+                          // same bits (-> <=): it is 1 or -1
                           sign < 0.0 ? Rational(-*number) : *number);
         });
     columns.Close();

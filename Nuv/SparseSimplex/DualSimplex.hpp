@@ -71,12 +71,14 @@ private:
 
     SimplexState& m_state;
     SolveControl& m_control;
-    std::uint64_t m_pivotsLeft = 0;
+    std::uint64_t m_pivotsLeft = 0;  // same bits: set by each run
     Index m_blocked = kNoIndex;
     bool m_shifted = false;
-    bool m_boxed = false;       ///< in the first phase, whose bounds are not those of the program
-    bool m_fresh = false;       ///< nothing happened since the last refactorisation
-    bool m_inaccurate = false;  ///< the last pivot's row and column disagreed about it
+    bool m_boxed = false;  ///< in the first phase, whose bounds are not those of the program
+    /// Nothing happened since the last refactorisation.
+    bool m_fresh = false;  // same bits: set by each run
+    /// The last pivot's row and column disagreed about it.
+    bool m_inaccurate = false;  // same bits: set by each run
     DualRatioTest m_ratioTest;
     std::vector<double> m_weight;            ///< by position: |row of the inverse|^2
     std::vector<double> m_squaredViolation;  ///< by position, zero within the tolerance

@@ -22,11 +22,12 @@ PrimalSimplex::Step PrimalSimplex::TestRatiosFeasible(Index entering, double dir
         if (std::fabs(rate) <= kSmallestPivot)
             continue;
         const Index v = m_state.head[k];
-        const double bound = rate < 0.0 ? m_state.lower[v] : m_state.upper[v];
+        const bool falls = rate < 0.0;  // same bits (-> <=): what moves has a rate
+        const double bound = falls ? m_state.lower[v] : m_state.upper[v];
         if (std::fabs(bound) == kInfinity)
             continue;
         const double room =
-            std::max(0.0, rate < 0.0 ? m_state.value[v] - bound : bound - m_state.value[v]);
+            std::max(0.0, falls ? m_state.value[v] - bound : bound - m_state.value[v]);
         longest = std::min(longest, (room + kFeasibility) / std::fabs(rate));
     }
     const double flip = m_state.upper[entering] - m_state.lower[entering];
@@ -43,13 +44,14 @@ PrimalSimplex::Step PrimalSimplex::TestRatiosFeasible(Index entering, double dir
         if (std::fabs(rate) <= std::max(kSmallestPivot, largest))
             continue;
         const Index v = m_state.head[k];
-        const double bound = rate < 0.0 ? m_state.lower[v] : m_state.upper[v];
-        const double room = rate < 0.0 ? m_state.value[v] - bound : bound - m_state.value[v];
+        const bool falls = rate < 0.0;  // same bits (-> <=): what moves has a rate
+        const double bound = falls ? m_state.lower[v] : m_state.upper[v];
+        const double room = falls ? m_state.value[v] - bound : bound - m_state.value[v];
         if (!(room <= longest * std::fabs(rate)))
             continue;
         largest = std::fabs(rate);
         best = {Step::Kind::Pivot, k, std::max(0.0, room / largest),
-                rate < 0.0 ? BasisStatus::AtLower : BasisStatus::AtUpper};
+                falls ? BasisStatus::AtLower : BasisStatus::AtUpper};
     }
     if (largest < kTrustedPivot && !m_fresh)
         best.kind = Step::Kind::Reject;
@@ -75,19 +77,19 @@ void PrimalSimplex::CollectBreakpoints(double direction)
         if (speed <= kSmallestPivot)
             continue;
         const Index v = m_state.head[k];
-        const int away = rate < 0.0 ? -1 : 1;
+        const bool falls = rate < 0.0;  // same bits (-> <=): what moves has a rate
+        const int away = falls ? -1 : 1;
         // Moving away from the violated bound meets nothing more.
         if (m_violation[k] == away)
             continue;
-        const double near = rate < 0.0 ? m_state.upper[v] : m_state.lower[v];
-        const double far = rate < 0.0 ? m_state.lower[v] : m_state.upper[v];
+        const double near = falls ? m_state.upper[v] : m_state.lower[v];
+        const double far = falls ? m_state.lower[v] : m_state.upper[v];
         if (m_violation[k] == -away)
-            m_breakpoints.push_back(
-                {std::fabs(m_state.value[v] - near) / speed, speed, k, rate < 0.0});
+            m_breakpoints.push_back({std::fabs(m_state.value[v] - near) / speed, speed, k, falls});
         if (std::fabs(far) < kInfinity)
         {
-            const double room = rate < 0.0 ? m_state.value[v] - far : far - m_state.value[v];
-            m_breakpoints.push_back({std::max(0.0, room / speed), speed, k, rate > 0.0});
+            const double room = falls ? m_state.value[v] - far : far - m_state.value[v];
+            m_breakpoints.push_back({std::max(0.0, room / speed), speed, k, !falls});
         }
     }
 }

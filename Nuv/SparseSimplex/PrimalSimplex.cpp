@@ -54,11 +54,12 @@ void PrimalSimplex::FixEmptyColumns()
     for (Index v = 0; v < m_state.form.columns; ++v)
     {
         const double cost = m_state.cost[v];
-        const double better = cost < 0.0 ? m_state.upper[v] : m_state.lower[v];
+        const bool grows = cost < 0.0;  // same bits (-> <=): without a cost it stays
+        const double better = grows ? m_state.upper[v] : m_state.lower[v];
         if (cost == 0.0 || std::fabs(better) == kInfinity ||
             m_state.status[v] == BasisStatus::Basic || !m_state.form.Column(v).empty())
             continue;
-        m_state.status[v] = cost < 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
+        m_state.status[v] = grows ? BasisStatus::AtUpper : BasisStatus::AtLower;
         m_state.SetToBound(v);
     }
 }
@@ -148,7 +149,8 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
     }
     if (std::fabs(cost) <= kOptimality)
         return true;
-    const double direction = cost < 0.0 ? 1.0 : -1.0;
+    const bool grows = cost < 0.0;  // same bits (-> <=): it is beyond the tolerance
+    const double direction = grows ? 1.0 : -1.0;
     const Step step = m_phaseOne ? TestRatiosInfeasible(entering, direction)
                                  : TestRatiosFeasible(entering, direction);
     if (step.kind == Step::Kind::Unbounded || step.kind == Step::Kind::Reject)
@@ -164,7 +166,7 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
             verdict = SimplexVerdict::Unbounded;
             return false;
         }
-        m_banned[entering] = 1;
+        m_banned[entering] = 1;  // same bits (-> 2): what is not 0 is a mark
         return true;
     }
     m_control.CountPivot(Stage::Double);
@@ -172,7 +174,7 @@ bool PrimalSimplex::Iterate(SimplexVerdict& verdict)
     NoteProgress(step.length * std::fabs(cost));
     if (step.kind == Step::Kind::Flip)
     {
-        m_state.status[entering] = direction > 0.0 ? BasisStatus::AtUpper : BasisStatus::AtLower;
+        m_state.status[entering] = grows ? BasisStatus::AtUpper : BasisStatus::AtLower;
         m_state.SetToBound(entering);
     }
     else
@@ -213,6 +215,7 @@ Index PrimalSimplex::ChooseEntering() const
         if (std::fabs(cost) <= kOptimality)
             continue;
         const int side = m_state.side[v];
+        // same bits (-> >=): a cost beyond the tolerance is not 0
         if (side == 0 || (side != 2 && side * cost > 0.0))
             continue;
         const double score = cost * cost / m_weight[v];

@@ -49,7 +49,7 @@ private:
         };
         Kind kind = Kind::Reject;
         Index position = kNoIndex;
-        double length = 0.0;
+        double length = 0.0;  // same bits: of a step that is rejected nobody asks
         BasisStatus leavingStatus = BasisStatus::AtLower;
     };
     struct Breakpoint
@@ -87,20 +87,25 @@ private:
 
     SimplexState& m_state;
     SolveControl& m_control;
-    bool m_perturb = false;
+    bool m_perturb = false;  // same bits: set by each run
     bool m_boundsMoved = false;
-    bool m_fresh = false;       ///< nothing happened since the last refactorisation
-    bool m_inaccurate = false;  ///< the last pivot's row and column disagreed about it
-    bool m_phaseOne = false;
-    int m_stalled = 0;
-    int m_relapses = 0;              ///< how often a feasible basis turned out not to be
-    std::uint64_t m_starts = 0;      ///< with fresh factors, in this run
-    std::uint64_t m_firstPivot = 0;  ///< of this run
+    /// Nothing happened since the last refactorisation.
+    bool m_fresh = false;  // same bits: set by each run
+    /// The last pivot's row and column disagreed about it.
+    bool m_inaccurate = false;  // same bits: set by each run
+    bool m_phaseOne = false;    // same bits: set by each run
+    int m_stalled = 0;          // same bits: set by each run
+    /// How often a feasible basis turned out not to be.
+    int m_relapses = 0;  // same bits: set by each run
+    /// How often factors were made anew in this run.
+    std::uint64_t m_starts = 0;      // same bits: set by each run
+    std::uint64_t m_firstPivot = 0;  // same bits: set by each run
     std::uint64_t m_random = 0x9E3779B97F4A7C15u;
     std::vector<signed char> m_violation;  ///< by position: -1 below, +1 above, 0 within bounds
     std::vector<double> m_weight;
     std::vector<signed char> m_banned;
-    Index m_violated = 0;  ///< how many basic variables are
+    /// How many basic variables are.
+    Index m_violated = 0;  // same bits: set by each run
     WorkVector m_column;
     WorkVector m_row;
     WorkVector m_change;

@@ -71,7 +71,7 @@ struct ScaledForm
     std::vector<double> upper;
     std::vector<double> cost;
     /// The scaled objective is the objective times this.
-    double costScale = 1.0;
+    double costScale = 1.0;  // same bits: set with the costs
     /// What progress is told of the objective beside the costs, in units of the form.
     double offset = 0.0;
 };

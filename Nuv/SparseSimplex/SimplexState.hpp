@@ -82,7 +82,8 @@ private:
     void PriceByColumns(const WorkVector& row, WorkVector& result) const;
 
     WorkVector m_work;
-    bool m_inaccurate = false;  ///< the last exchange left factors that disagree with its pivot
+    /// The last exchange left factors that disagree with its pivot.
+    bool m_inaccurate = false;  // same bits: set with the factors
 };
 
 }  // namespace nuv

@@ -437,6 +437,26 @@ TEST(DenseProof, RefusesARayThatIsTooLong)
     EXPECT_FALSE(proof.ProveUnbounded(dense, status, kOrder + 1, true));
 }
 
+/// The short way is for forms of at most 2500 entries, of which a fourth at least is there.
+TEST(Dense, IsForFormsThatAreSmallAndDense)
+{
+    const auto isShort = [](Index rows, Index columns, Index present)
+    {
+        std::vector<DenseRow> dense(rows, {std::vector<double>(columns, 0.0), {-kInf, 1}});
+        for (Index at = 0; at < present; ++at)
+            dense[at % rows].coefficients[at / rows] = 1.0;
+        std::vector<double> cost(columns, 0.0);
+        cost[0] = -1.0;
+        SolveControl control;
+        CertifiedResult result;
+        return SolveSmall(MakeForm(cost, dense), nullptr, control, result);
+    };
+    EXPECT_TRUE(isShort(50, 50, 2500));
+    EXPECT_TRUE(isShort(50, 50, 625));
+    EXPECT_FALSE(isShort(50, 50, 624));
+    EXPECT_FALSE(isShort(41, 61, 2501));
+}
+
 /// A point that is feasible within the tolerance of doubles and not exactly.
 TEST(Dense, ClaimsNothingThatTheCheckRefuses)
 {

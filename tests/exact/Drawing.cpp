@@ -246,6 +246,8 @@ BoundedForm WithQuotients(const BoundedForm& form, Random& random)
         if (exact != ToRational(number, result.numbers))
             result.exact.Set(place, exact);
     };
+    result.constant = random.Between(1, 9);
+    change({FormPlace::Of::Constant}, result.constant);
     SparseVectors<double> columns = form.matrix.Columns();
     for (Index j = 0; j < form.columns; ++j)
     {

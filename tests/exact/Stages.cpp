@@ -327,7 +327,11 @@ TEST(Stages, TakeNoMoreTimeThanPasses)
     Random random(7);
     const BoundedForm sparse = RandomSparseForm(random, 12, 18);
     const BoundedForm dense = KnownForms()[0].form;
-    SolveControl control;
+    std::vector<std::string> lines;
+    SolveLimits limits;
+    limits.seconds = 600.0;
+    limits.log = [&lines](std::string_view line) { lines.emplace_back(line); };
+    SolveControl control(limits);
     while (control.Seconds() < 0.2)
     {
     }
@@ -346,6 +350,7 @@ TEST(Stages, TakeNoMoreTimeThanPasses)
             EXPECT_TRUE(did.ran || did.seconds == 0.0);
         }
         EXPECT_LE(taken, passed + 1e-6);
+        EXPECT_NE(result.record.stopReason, StopReason::TimeLimit);
     };
     passes([&] { return SolveCertified(dense, nullptr, control); });
     passes([&] { return SolveCertified(sparse, nullptr, control); });
@@ -356,6 +361,14 @@ TEST(Stages, TakeNoMoreTimeThanPasses)
     passes([&] { return *session.Solve(control); });
     session.SetBounds(dense.Logical(2), -kInf, 19);
     passes([&] { return *session.Solve(control); });
+    ASSERT_FALSE(lines.empty());
+    for (const std::string& line : lines)
+    {
+        // "<stage>: <what it came to>, <seconds> s"
+        const double said = std::stod(line.substr(line.rfind(", ") + 2));
+        EXPECT_GE(said, 0.199) << line;
+        EXPECT_LE(said, control.Seconds() + 0.001) << line;
+    }
 }
 
 }  // namespace

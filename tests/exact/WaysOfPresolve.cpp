@@ -184,6 +184,67 @@ void Shrink(const BoundedForm& form, Way& way)
     Add(way, presolve.RestorePoint(state));
 }
 
+/// One or two columns and rows, all of whose numbers are whole or next to it by a margin of
+/// presolve, so that sums meet margins exactly.
+BoundedForm DrawAtMargins(Random& random)
+{
+    constexpr std::array<double, 10> kNumbers = {
+        0.0, 0.0, 1.0, 2.0, 1e-9, 2e-9, 1.0 + 2e-9, 1.0 - 2e-9, 2.0 + 3e-9, 2.0 - 3e-9};
+    constexpr std::array<double, 6> kEntries = {1.0, 1.0, -1.0, 2.0, -0.5, 0.0};
+    const auto draw = [&]
+    {
+        const double number = Any(random, kNumbers);
+        return random.OneIn(3) ? -number : number;
+    };
+    const auto bounds = [&]
+    {
+        const double lower = random.OneIn(5) ? -kInf : draw();
+        const double upper = random.OneIn(5) ? kInf : draw();
+        return Interval{lower, std::fmax(lower, upper)};
+    };
+    std::vector<double> cost(Between(random, 1, 3));
+    std::vector<Interval> intervals;
+    for (double& entry : cost)
+    {
+        entry = random.OneIn(2) ? 0.0 : draw();
+        intervals.push_back(bounds());
+    }
+    std::vector<DenseRow> rows(Between(random, 1, 2));
+    for (DenseRow& row : rows)
+    {
+        for (std::size_t j = 0; j < cost.size(); ++j)
+            row.coefficients.push_back(Any(random, kEntries));
+        row.bounds = bounds();
+    }
+    return MakeForm(cost, rows, intervals);
+}
+
+/// Each column is known by the one before and two rows, so that each pass of presolve finds one.
+BoundedForm ChainOfColumns(Index size)
+{
+    std::vector<Interval> bounds(size, {0.0, 10.0});
+    bounds[0] = {1.0, 1.0};
+    std::vector<DenseRow> rows(2 * (std::size_t{size} - 1));
+    for (std::size_t i = 0; i < rows.size(); ++i)
+    {
+        rows[i].coefficients.assign(size, 0.0);
+        rows[i].coefficients[i / 2] = 1.0;
+        rows[i].coefficients[i / 2 + 1] = -2.0;
+        rows[i].bounds = i % 2 == 0 ? Interval{-kInf, -1.0} : Interval{-1.0, kInf};
+    }
+    return MakeForm(std::vector<double>(size, 1.0), rows, bounds);
+}
+
+/// How often a row can be looked at before that is too much.
+void Tire(const BoundedForm& form, Way& way)
+{
+    ReducibleForm reducible(form);
+    int looks = 0;
+    for (; looks < 100000 && !reducible.IsTired(); ++looks)
+        (void)reducible.OnlyEntryOfRow(0);
+    way.Add(looks);
+}
+
 template <class Take>
 Kind OfDrawn(std::string name, int count, const Drawing& drawing, const Take& take)
 {
@@ -223,6 +284,8 @@ std::vector<Kind> KindsOfPresolve()
                                 .equations = 2,
                                 .isWhole = true,
                                 .isFeasible = false};
+    Drawing scaled = fractions;
+    scaled.exponents = 6;
     return {
         OfDrawn("rules for whole numbers", 400, whole, applyRules),
         OfDrawn("rules for fractions", 200, fractions, applyRules),
@@ -236,6 +299,21 @@ std::vector<Kind> KindsOfPresolve()
                   })},
         {"rules for edges", Repeated(400, [](Random& random, Way& way)
                                      { ApplyRules(DrawAtTolerances(random), random, way); })},
+        {"chains shrunk",
+         [](Random&, Way& way)
+         {
+             for (const Index size : {10, 19, 20, 21, 22, 40})
+             {
+                 Shrink(ChainOfColumns(size), way);
+                 Tire(ChainOfColumns(size), way);
+             }
+         }},
+        OfDrawn("rules for scaled", 200, scaled, applyRules),
+        OfDrawn("scaled shrunk", 60, scaled, shrink),
+        {"rules at margins", Repeated(4000, [](Random& random, Way& way)
+                                      { ApplyRules(DrawAtMargins(random), random, way); })},
+        {"margins shrunk",
+         Repeated(2000, [](Random& random, Way& way) { Shrink(DrawAtMargins(random), way); })},
         OfDrawn("whole shrunk", 150, whole, shrink),
         OfDrawn("fractions shrunk", 60, fractions, shrink),
         OfDrawn("contradictions shrunk", 60, contradictory, shrink),

@@ -17,6 +17,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -175,9 +176,73 @@ void Refine(const BoundedForm& form, Random& random, Way& way)
     }
 }
 
-void Ranges(const BoundedForm& form, Random&, Way& way)
+/// Some rows that are drawn, and sums of them that are off by 1e-11 or so.
+BoundedForm DrawDependentRows(Random& random)
 {
-    const CertifiedResult result = Certified(form, nullptr, way.Watched());
+    constexpr std::size_t kColumns = 7;
+    std::vector<DenseRow> rows(6);
+    std::vector<Interval> bounds(kColumns);
+    for (Interval& interval : bounds)
+    {
+        const double at = random.Between(0, 3);
+        interval = {at, random.OneIn(3) ? at : at + random.Between(1, 9)};
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i)
+    {
+        for (std::size_t j = 0; j < kColumns; ++j)
+        {
+            double entry = random.Between(-3, 3);
+            if (i >= 3)
+                entry = rows[i - 3].coefficients[j] + 2.0 * rows[i - 2].coefficients[j] +
+                        (random.OneIn(2) ? entry * 0x1p-36 : 0.0);
+            rows[i].coefficients.push_back(entry);
+        }
+        const double side = random.Between(-9, 20);
+        rows[i].bounds = {side, random.OneIn(3) ? side + 4.0 : side};
+    }
+    return MakeForm(std::vector<double>(kColumns, 1.0), rows, bounds);
+}
+
+/// Equations that follow from others but for a little, where their logicals are basic, and what is
+/// solved with the rows that take their places.
+void Enlarge(Random& random, Way& way)
+{
+    const BoundedForm form = DrawDependentRows(random);
+    const ScaledForm scaled(form);
+    const ExactForm exact(form);
+    for (Index v = form.columns; v < form.Variables(); ++v)
+    {
+        const Basis basis = DrawBasis(random, form);
+        if (basis[v] != BasisStatus::Basic)
+            continue;
+        Refinement refinement(exact, scaled);
+        SolveControl control(way.Watched());
+        way.Add(refinement.EnlargeEquation({basis, v}, control));
+        std::vector<BasisStatus> status = basis.columns;
+        status.insert(status.end(), basis.rows.begin(), basis.rows.end());
+        std::vector<Index> head;
+        for (Index u = 0; u < form.Variables(); ++u)
+        {
+            if (status[u] == BasisStatus::Basic)
+                head.push_back(u);
+        }
+        const ExactVector values{std::vector<Integer>(form.rows, 7), 3};
+        const ExactVector duals{std::vector<Integer>(form.rows, -2), 5};
+        const std::vector<BasisStatus> before = status;
+        BlockedRow blocked;
+        way.Add(static_cast<int>(
+            refinement.Run({before, head, values, duals}, control, status, blocked)));
+        for (const BasisStatus at : status)
+            way.Add(static_cast<int>(at));
+        way.Add(control.Pivots(Stage::Double));
+        way.Add(blocked.variable);
+    }
+}
+
+void Ranges(const BoundedForm& form, Random& random, Way& way)
+{
+    const Basis start = DrawBasis(random, form);
+    const CertifiedResult result = Certified(form, &start, way.Watched());
     way.AddWithStages(result);
     if (result.certificate.status == Status::Optimal)
         Add(way, RangesOf(form, result));
@@ -242,7 +307,10 @@ void PivotDense(const BoundedForm& form, Random& random, Way& way)
 /// Edits with numbers that no double says, and solves that prove nothing in between.
 void EditExactly(const BoundedForm& form, Random& random, Way& way)
 {
-    CertifiedSession session(form, DrawBasis(random, form));
+    std::optional<Basis> start;
+    if (random.OneIn(2))
+        start = DrawBasis(random, form);
+    CertifiedSession session(form, start);
     const auto number = [&](double nearest)
     {
         FormNumber drawn(nearest);
@@ -429,6 +497,7 @@ std::vector<Kind> KindsOfProofs()
         OfDrawn("quotients of tied", 12, tied, ProveQuotients),
         OfDrawn("ranges of free", 40, free, Ranges),
         {"exact pivots in place", PivotInPlace},
+        {"enlarged equations", Repeated(100, Enlarge)},
     };
 }
 

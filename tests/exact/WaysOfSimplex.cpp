@@ -12,6 +12,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <span>
@@ -59,6 +60,7 @@ enum class Run : int
     PrimalPerturbed,
     Dual,
     DualPerturbed,
+    DualAfterPrimal,
     Whole,
 };
 
@@ -66,6 +68,7 @@ void RunTraced(const ScaledForm& scaled, const Basis& start, Run run, Way& way)
 {
     SimplexState state(scaled, start);
     SolveControl control(Traced(state, way));
+    control.ReportObjectiveAs(-2.0, 0.75);
     SimplexVerdict verdict = SimplexVerdict::Numerical;
     switch (run)
     {
@@ -90,6 +93,18 @@ void RunTraced(const ScaledForm& scaled, const Basis& start, Run run, Way& way)
             way.Add(static_cast<int>(dual.Run(DualSimplex::Start::Factorised)));
         break;
     }
+    case Run::DualAfterPrimal:
+    {
+        // With factors that were updated, and with values that were.
+        SolveLimits few = Traced(state, way);
+        few.doublePivots = 1 + scaled.rows / 2;
+        SolveControl limited(std::move(few));
+        (void)PrimalSimplex(state, limited).Run(false);
+        DualSimplex dual(state, control);
+        verdict = dual.Run(DualSimplex::Start::Factorised);
+        way.Add(dual.Blocked());
+        break;
+    }
     case Run::Whole:
     {
         BlockedRow blocked;
@@ -110,8 +125,8 @@ void RunAll(const BoundedForm& form, const ScaledForm& scaled, Random& random, W
 {
     const Basis slack = SlackBasis(form);
     const Basis drawn = DrawBasis(random, form);
-    for (const Run run :
-         {Run::Primal, Run::PrimalPerturbed, Run::Dual, Run::DualPerturbed, Run::Whole})
+    for (const Run run : {Run::Primal, Run::PrimalPerturbed, Run::Dual, Run::DualPerturbed,
+                          Run::DualAfterPrimal, Run::Whole})
     {
         RunTraced(scaled, slack, run, way);
         RunTraced(scaled, drawn, run, way);
@@ -138,6 +153,40 @@ BoundedForm DrawAssignment(Random& random, Index size)
             rows[size + j].coefficients[i * size + j] = 1.0;
         }
     return MakeForm(cost, rows);
+}
+
+/// Values so large that what rounding leaves of them is a violation: the dual simplex makes the
+/// same pivots again and again, until it perturbs costs once more, and then until it gives up.
+BoundedForm DrawEndless()
+{
+    Random random(51);
+    Drawing drawing{.rows = 4, .columns = 8, .entries = 6};
+    (void)random.Between(1, 4);
+    (void)random.Between(2, 8);
+    drawing.boxed = random.Between(0, 3);
+    drawing.equations = random.Between(0, 3);
+    drawing.size = 1e9;
+    return Draw(random, drawing);
+}
+
+/// Bases so nearly singular that a pivot is not the same by row and by column.
+void RunInDisagreement(Random&, Way& way)
+{
+    struct Found
+    {
+        std::uint64_t seed;
+        Drawing drawing;
+    };
+    const std::array<Found, 3> found = {
+        {{31, {.rows = 9, .columns = 13, .entries = 9, .boxed = 3, .nearness = 1e-9}},
+         {15, {.rows = 5, .columns = 7, .entries = 5, .boxed = 3, .nearness = 1e-10}},
+         {18, {.rows = 15, .columns = 22, .entries = 15, .boxed = 3, .nearness = 1e-8}}}};
+    for (const auto& [seed, drawing] : found)
+    {
+        Random random(seed);
+        const BoundedForm form = Draw(random, drawing);
+        RunTraced(ScaledForm(form), DrawBasis(random, form), Run::PrimalPerturbed, way);
+    }
 }
 
 /// The form as it stands, with all scales one: the tolerances then mean its numbers.
@@ -210,6 +259,11 @@ void TestDualRatios(Random& random, Way& way)
         state.reduced[j] = distance * (random.OneIn(2) ? pivot : 1.0);
         if (!random.OneIn(5))
             row.Set(j, random.OneIn(2) ? pivot : -pivot);
+        // What is no number, or beyond all of them, is passed over.
+        if (random.OneIn(30))
+            state.reduced[j] = random.OneIn(2) ? kInf : std::nan("");
+        if (random.OneIn(30))
+            row.Set(j, kInf);
     }
     DualRatioTest test(state);
     double violation = std::fabs(DrawEdge(random));
@@ -251,6 +305,8 @@ void StartNear(Random& random, Way& way)
         if (random.OneIn(2))
             value = random.OneIn(2) ? form.Lower(at) : form.Upper(at);
         value += random.OneIn(3) ? random.Between(-2, 2) * 1e-7 : 0.0;
+        if (random.OneIn(12))
+            value = random.OneIn(2) ? 1.7e308 : -1.7e308;
         point.push_back(random.OneIn(6) ? std::nan("") : value);
     }
     way.Add(BasisNear(form, point));
@@ -329,6 +385,9 @@ std::vector<Kind> KindsOfSimplex()
                   { RunUnscaled(DrawSparselyAtTolerances(random), random, way); })},
         {"runs of chains",
          Repeated(4, [](Random& random, Way& way) { RunAll(DrawChain(random, 40), random, way); })},
+        {"runs without an end",
+         [](Random& random, Way& way) { RunAll(DrawEndless(), random, way); }},
+        {"runs in disagreement", RunInDisagreement},
         {"runs of large cones",
          [](Random&, Way& way)
          {

@@ -61,7 +61,7 @@ private:
     // Of the sum of violations: its common factor, and by row minus what a violated one counts.
     WideInteger m_weight;
     std::vector<WideInteger> m_rowWeights;
-    unsigned m_weightBits = 0;
+    unsigned m_weightBits = 0;  // same bits: set with the weight
     std::vector<Word> m_multipliers;
     std::vector<Word> m_ray;
 };

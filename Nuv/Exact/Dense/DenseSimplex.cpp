@@ -50,10 +50,10 @@ DenseSimplex::End DenseSimplex::Iterate(SolveControl& control,
         if (entering == kNoIndex)
             return isFeasible ? End::Optimal : End::Infeasible;
         // same bits (-> <=): what enters has a price
-        const double direction = prices[entering] < 0.0 ? 1.0 : -1.0;
+        m_movesUp = prices[entering] < 0.0;
+        const double direction = m_movesUp ? 1.0 : -1.0;
         const Step chosen = ChooseStep(entering, direction);
         m_moving = m_nonbasic[entering];
-        m_movesUp = direction > 0.0;
         if (chosen.length >= kNone)
             return isFeasible ? End::Unbounded : End::GaveUp;
         if (step == mostSteps)
@@ -66,7 +66,7 @@ DenseSimplex::End DenseSimplex::Iterate(SolveControl& control,
         control.CountPivot(Stage::Double);
         const double value = ValueOf(m_nonbasic[entering]) + direction * chosen.length;
         Move(entering, direction, chosen.length);
-        const bool endsAtUpper = chosen.row == kNoIndex ? direction > 0.0 : chosen.toUpper;
+        const bool endsAtUpper = chosen.row == kNoIndex ? m_movesUp : chosen.toUpper;
         const Index rests = chosen.row == kNoIndex ? m_moving : m_basic[chosen.row];
         if (chosen.row != kNoIndex)
         {
@@ -258,16 +258,16 @@ bool DenseSimplex::Blocks(Index row, double rate, double slack, double& distance
     const double lower = m_form->lower[m_basic[row]];
     const double upper = m_form->upper[m_basic[row]];
     const double value = m_values[row];
-    toUpper = rate > 0.0 ? !(value < lower - SlackOf(lower)) : value > upper + SlackOf(upper);
+    const bool grows = rate > 0.0;  // same bits (-> >=): what moves has a rate
+    toUpper = grows ? !(value < lower - SlackOf(lower)) : value > upper + SlackOf(upper);
     const double bound = toUpper ? upper : lower;
     if (std::isinf(bound))
         return false;
     // Beyond it already, and on its way out: it stops nothing.
-    if (rate > 0.0 ? toUpper && value > upper + SlackOf(upper)
-                   : !toUpper && value < lower - SlackOf(lower))
+    if (grows ? toUpper && value > upper + SlackOf(upper)
+              : !toUpper && value < lower - SlackOf(lower))
         return false;
-    distance =
-        std::fmax(0.0, (rate > 0.0 ? bound - value : value - bound) + slack * SlackOf(bound));
+    distance = std::fmax(0.0, (grows ? bound - value : value - bound) + slack * SlackOf(bound));
     return true;
 }
 
@@ -321,7 +321,7 @@ void DenseSimplex::Exchange(Index row, Index entering)
     const auto eliminate = [&](double* numbers)
     {
         const double factor = numbers[entering];
-        if (factor == 0.0)
+        if (factor == 0.0)  // same bits (always, never): nothing changes by 0
             return;
         numbers[entering] = 0.0;
         for (Index j = 0; j < n; ++j)

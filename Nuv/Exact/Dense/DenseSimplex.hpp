@@ -60,7 +60,8 @@ private:
     struct Step
     {
         Index row = kNoIndex;  ///< none: the entering variable goes to its other bound
-        bool toUpper = false;  ///< where the leaving variable comes to rest
+        /// Where the leaving variable comes to rest.
+        bool toUpper = false;  // same bits: set with the row
         double length = kNone;
     };
     static constexpr double kNone = 1e300;
@@ -98,9 +99,9 @@ private:
     std::vector<Index> m_basic;
     std::vector<Index> m_nonbasic;
     std::vector<BasisStatus> m_status;
-    double m_priceTolerance = 0.0;
+    double m_priceTolerance = 0.0;  // same bits: set with the form
     Index m_moving = kNoIndex;
-    bool m_movesUp = false;
+    bool m_movesUp = false;  // same bits: set with what moves
 };
 
 }  // namespace nuv

@@ -99,18 +99,19 @@ bool DenseSolver::TakeForm(const DenseProblem& problem)
     m_form.columns = problem.columns;
     m_form.numbers = problem.numbers;
     m_form.matrix.clear();
-    Append(m_form.matrix, problem.upperMatrix, columns * problem.upperRows, 0.0);
-    Append(m_form.matrix, problem.equalMatrix, columns * problem.equalRows, 0.0);
+    const double given = 0.0;  // same bits: of what is always there
+    Append(m_form.matrix, problem.upperMatrix, columns * problem.upperRows, given);
+    Append(m_form.matrix, problem.equalMatrix, columns * problem.equalRows, given);
     m_form.cost.clear();
     Append(m_form.cost, problem.cost, columns, 0.0);
     m_form.lower.clear();
     Append(m_form.lower, problem.lower, columns, 0.0);
     Append(m_form.lower, nullptr, problem.upperRows, -kInfinity);
-    Append(m_form.lower, problem.equalSides, problem.equalRows, 0.0);
+    Append(m_form.lower, problem.equalSides, problem.equalRows, given);
     m_form.upper.clear();
     Append(m_form.upper, problem.upper, columns, kInfinity);
-    Append(m_form.upper, problem.upperSides, problem.upperRows, 0.0);
-    Append(m_form.upper, problem.equalSides, problem.equalRows, 0.0);
+    Append(m_form.upper, problem.upperSides, problem.upperRows, given);
+    Append(m_form.upper, problem.equalSides, problem.equalRows, given);
     const auto isFinite = [](double number) { return std::isfinite(number); };
     if (!std::ranges::all_of(m_form.matrix, isFinite) ||
         !std::ranges::all_of(m_form.cost, isFinite))

@@ -65,10 +65,10 @@ private:
     void RemoveFromUpper(Index position);
     void AddSpikeToUpper(Index position);
 
-    Index m_size = 0;
-    Index m_updates = 0;
-    std::size_t m_factorEntries = 0;
-    std::size_t m_spikeEntries = 0;
+    Index m_size = 0;                 // same bits: set with the factors
+    Index m_updates = 0;              // same bits: set with the factors
+    std::size_t m_factorEntries = 0;  // same bits: set with the factors
+    std::size_t m_spikeEntries = 0;   // same bits: set with the factors
     // By which position a step pivots, kNoIndex where an update took a step's pivot to the end, and
     // the step of each position.
     std::vector<Index> m_lowerOrder;

@@ -47,7 +47,7 @@ public:
 private:
     struct Range
     {
-        std::size_t begin = 0;
+        std::size_t begin = 0;  // same bits: set with the vector
         std::size_t size = 0;
         std::size_t room = 0;
     };

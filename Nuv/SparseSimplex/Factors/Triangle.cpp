@@ -23,6 +23,7 @@ bool ReachSearch::Run(const EditableVectors& triangle, std::span<const Index> st
     m_order.clear();
     if (start.size() > most)
         return false;
+    // same bits: after four billion searches; before, it only takes time
     if (m_epoch == std::numeric_limits<std::uint32_t>::max())
         Resize(static_cast<Index>(m_mark.size()));
     ++m_epoch;

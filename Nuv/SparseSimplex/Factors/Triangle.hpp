@@ -32,7 +32,7 @@ private:
         std::size_t next;
     };
     std::vector<unsigned> m_mark;
-    unsigned m_epoch = 0;
+    unsigned m_epoch = 0;  // same bits: set with the marks
     std::vector<Frame> m_stack;
     std::vector<Index> m_order;
 };

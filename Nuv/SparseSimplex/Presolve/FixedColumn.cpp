@@ -53,6 +53,7 @@ void RemoveEmpty(ReducibleForm& form, Index column)
     const double cost = form.cost[column];
     const BasisStatus at = DefaultNonbasicStatus(form.lower[column], form.upper[column]);
     if (cost != 0.0)
+        // same bits (-> >=): it is not 0
         RemoveAtBound(form, column, cost > 0.0 ? Side::Lower : Side::Upper);
     else if (at == BasisStatus::Free)
         RemoveFixed(form, column, 0.0, Side::Neither);
@@ -69,6 +70,7 @@ struct Share
 
 Share ShareOf(double entry, double dualLower, double dualUpper) noexcept
 {
+    // same bits (-> >=): an entry is not 0
     return entry > 0.0 ? Share{-entry * dualUpper, -entry * dualLower}
                        : Share{-entry * dualLower, -entry * dualUpper};
 }
@@ -80,8 +82,9 @@ bool IsHarmless(ReducibleForm& form, Index column, bool falls)
     form.VisitColumn(column,
                      [&](Index row, double entry)
                      {
+                         const bool grows = entry > 0.0;  // same bits (-> >=): no entry is 0
                          const double side =
-                             (entry > 0.0) == falls ? form.rowLower[row] : form.rowUpper[row];
+                             grows == falls ? form.rowLower[row] : form.rowUpper[row];
                          harmless = harmless && std::isinf(side);
                      });
     return harmless;

@@ -72,6 +72,7 @@ bool ForceRow(ReducibleForm& form, Index row)
     for (Index k = 0; k < form.Kept().Indices(kept).size(); ++k)
     {
         const Index column = form.Kept().Indices(kept)[k];
+        // same bits (-> >=): an entry is not 0
         const bool atItsLower = (form.Kept().Values(kept)[k] > 0.0) == atUpper;
         RemoveFixed(form, column, atItsLower ? form.lower[column] : form.upper[column],
                     atItsLower ? Side::Lower : Side::Upper);

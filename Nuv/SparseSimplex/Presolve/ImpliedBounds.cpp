@@ -22,6 +22,7 @@ LeastActivity LeastActivityOf(SparseView<double> row, double sign, const std::ve
     LeastActivity least;
     for (const auto [column, entry] : row)
     {
+        // same bits (-> >=): a bound times 0 adds nothing
         const double bound = sign * entry > 0.0 ? lower[column] : upper[column];
         if (std::isinf(bound))
             ++least.endless;
@@ -50,8 +51,9 @@ bool BoundColumnsBy(SparseView<double> row, double sign, double limit, std::vect
     for (const auto [column, entry] : row)
     {
         const double factor = sign * entry;
-        const double own = factor > 0.0 ? lower[column] : upper[column];
-        double& implied = factor > 0.0 ? upper[column] : lower[column];
+        const bool grows = factor > 0.0;  // same bits (-> >=): an entry is not 0
+        const double own = grows ? lower[column] : upper[column];
+        double& implied = grows ? upper[column] : lower[column];
         if (!std::isinf(implied) || (least.endless == 1 && !std::isinf(own)))
             continue;
         const double others = std::isinf(own) ? least.sum : least.sum - factor * own;
@@ -59,7 +61,7 @@ bool BoundColumnsBy(SparseView<double> row, double sign, double limit, std::vect
         if (!(std::fabs(bound) < kLargest))
             continue;
         const double margin = kBeyond * (1.0 + std::fabs(bound));
-        implied = factor > 0.0 ? bound + margin : bound - margin;
+        implied = grows ? bound + margin : bound - margin;
         found = true;
     }
     return found;

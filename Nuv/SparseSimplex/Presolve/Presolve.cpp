@@ -24,6 +24,7 @@ void Presolve::Reduce()
     constexpr int kPasses = 20;
     for (int pass = 0; pass < kPasses && !m_form.contradiction && !m_form.IsTired(); ++pass)
     {
+        // same bits: to look at nothing changes nothing
         if (m_form.rowsNoted.Empty() && m_form.columnsNoted.Empty())
             return;
         ReduceColumns();
@@ -91,7 +92,7 @@ void Presolve::BoundDualsBy(Index column)
                        [&](Index row, double entry)
                        {
                            const double bound = m_form.cost[column] / entry;
-                           const bool positive = entry > 0.0;
+                           const bool positive = entry > 0.0;  // same bits (-> >=): not 0
                            if (std::isinf(positive ? m_form.upper[column] : m_form.lower[column]))
                                m_dualUpper[row] = std::min(m_dualUpper[row], bound);
                            if (std::isinf(positive ? m_form.lower[column] : m_form.upper[column]))

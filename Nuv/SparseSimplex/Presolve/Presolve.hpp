@@ -48,7 +48,7 @@ private:
     void BuildForm();
 
     presolve::ReducibleForm m_form;
-    bool m_reduces = false;
+    bool m_reduces = false;  // same bits: set when presolve is over
     BoundedForm m_reduced;
     std::vector<Index> m_rows;     ///< of the original, by row of the smaller form
     std::vector<Index> m_columns;  ///< and by column

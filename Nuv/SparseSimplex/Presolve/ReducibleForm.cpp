@@ -166,8 +166,9 @@ const ActivityRange& ReducibleForm::ActivityOf(Index row)
     VisitRow(row,
              [&](Index column, double entry)
              {
-                 const double low = entry * (entry > 0.0 ? lower[column] : upper[column]);
-                 const double high = entry * (entry > 0.0 ? upper[column] : lower[column]);
+                 const bool grows = entry > 0.0;  // same bits (-> >=): an entry is not 0
+                 const double low = entry * (grows ? lower[column] : upper[column]);
+                 const double high = entry * (grows ? upper[column] : lower[column]);
                  if (std::isinf(low))
                      ++range.leastInfinite;
                  else
@@ -184,6 +185,7 @@ const ActivityRange& ReducibleForm::ActivityOf(Index row)
 double ReducibleForm::LeastWithout(Index row, Index column, double entry)
 {
     const ActivityRange& range = ActivityOf(row);
+    // same bits (-> >=): an entry is not 0
     const double part = entry * (entry > 0.0 ? lower[column] : upper[column]);
     if (std::isinf(part))
         return range.leastInfinite == 1 ? range.least : -kInfinity;
@@ -193,6 +195,7 @@ double ReducibleForm::LeastWithout(Index row, Index column, double entry)
 double ReducibleForm::LargestWithout(Index row, Index column, double entry)
 {
     const ActivityRange& range = ActivityOf(row);
+    // same bits (-> >=): an entry is not 0
     const double part = entry * (entry > 0.0 ? upper[column] : lower[column]);
     if (std::isinf(part))
         return range.largestInfinite == 1 ? range.largest : kInfinity;

@@ -120,7 +120,7 @@ public:
     struct OnlyEntry
     {
         Index at = kNoIndex;
-        double value = 0.0;
+        double value = 0.0;  // same bits: there is one
     };
     [[nodiscard]] OnlyEntry OnlyEntryOfRow(Index row);
     [[nodiscard]] OnlyEntry OnlyEntryOfColumn(Index column);

@@ -24,6 +24,7 @@ void Restore(const Removal& removal, const SparseVectors<double>&, RestoredPoint
                        (column == BasisStatus::AtUpper && removal.side != Side::Lower);
     if (!atRow || removal.side == Side::Neither)
         return;
+    // same bits (-> >=): an entry is not 0
     row = (column == BasisStatus::AtLower) == (entry > 0.0) ? BasisStatus::AtLower
                                                             : BasisStatus::AtUpper;
     column = BasisStatus::Basic;
@@ -40,7 +41,7 @@ bool TurnIntoBound(ReducibleForm& form, Index row)
     const auto [column, entry] = form.OnlyEntryOfRow(row);
     double low = form.rowLower[row] / entry;
     double high = form.rowUpper[row] / entry;
-    if (entry < 0.0)
+    if (entry < 0.0)  // same bits (-> <=): an entry is not 0
         std::swap(low, high);
     const bool raises = low > form.lower[column];
     const bool lowers = high < form.upper[column];

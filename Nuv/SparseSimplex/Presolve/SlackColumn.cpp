@@ -24,6 +24,7 @@ enum Number : unsigned char
 /// The row rests at a side of its own, the column is at the bound that gives the row most room.
 void RestoreResting(const Removal& removal, bool atLower, RestoredPoint& point)
 {
+    // same bits (-> >=): an entry is not 0
     const bool columnAtUpper = atLower == (removal.number[Entry] > 0.0);
     point.value[removal.column] = removal.number[columnAtUpper ? Upper : Lower];
     point.basis.columns[removal.column] =
@@ -86,13 +87,14 @@ bool MakeEquation(ReducibleForm& form, Index column, Index row, double dual)
 {
     if (!IsImpliedFree(form, column))
         return false;
-    const double side = dual > 0.0 ? form.rowLower[row] : form.rowUpper[row];
+    const bool atLower = dual > 0.0;  // same bits (-> >=): with 0 nobody asks
+    const double side = atLower ? form.rowLower[row] : form.rowUpper[row];
     if (std::isinf(side))
     {
         form.contradiction = true;
         return false;
     }
-    form.Note({.restore = RestoreSide, .row = row, .side = dual > 0.0 ? Side::Lower : Side::Upper});
+    form.Note({.restore = RestoreSide, .row = row, .side = atLower ? Side::Lower : Side::Upper});
     form.SetSides(row, side, side);
     return true;
 }
@@ -131,10 +133,9 @@ bool AbsorbSlack(ReducibleForm& form, Index column)
          .row = row,
          .column = column,
          .number = {entry, form.cost[column], low, high, form.rowLower[row], form.rowUpper[row]}});
-    // same bits (-> >=): an entry is not 0
-    const double least = entry * (entry > 0.0 ? low : high);
-    // same bits (-> >=): an entry is not 0
-    const double largest = entry * (entry > 0.0 ? high : low);
+    const bool grows = entry > 0.0;  // same bits (-> >=): an entry is not 0
+    const double least = entry * (grows ? low : high);
+    const double largest = entry * (grows ? high : low);
     form.RemoveColumn(column);
     form.SetSides(row, form.rowLower[row] - largest, form.rowUpper[row] - least);
     return true;

@@ -52,6 +52,7 @@ void RestorePair(const Removal& removal, const SparseVectors<double>&, RestoredP
     if (!atLower && !atUpper)
         return;
     // Where the entries have one sign, one column grows as the other falls.
+    // same bits (-> <=): no entry is 0
     column = atLower == (entry * otherEntry < 0.0) ? BasisStatus::AtLower : BasisStatus::AtUpper;
     other = BasisStatus::Basic;
     const double change = point.reduced[removal.other] / otherEntry;
@@ -100,7 +101,7 @@ void Substitute(ReducibleForm& form, Index row, Index column, double pivot)
 struct Entry
 {
     Index column = kNoIndex;
-    double value = 0.0;
+    double value = 0.0;  // same bits: set with the column
 };
 
 /// Gives the bounds of `column` to `other`.
@@ -110,7 +111,7 @@ bool PassBounds(ReducibleForm& form, Index row, const Entry& column, const Entry
     const double side = form.rowLower[row];
     double low = (side - column.value * form.upper[column.column]) / other.value;
     double high = (side - column.value * form.lower[column.column]) / other.value;
-    if (column.value * other.value < 0.0)
+    if (column.value * other.value < 0.0)  // same bits (-> <=): no entry is 0
         std::swap(low, high);
     const bool raises = low > form.lower[other.column];
     const bool lowers = high < form.upper[other.column];
@@ -138,7 +139,7 @@ bool PassBounds(ReducibleForm& form, Index row, const Entry& column, const Entry
 struct Definition
 {
     Index row = kNoIndex;
-    double pivot = 0.0;
+    double pivot = 0.0;  // same bits: set with the row
 };
 
 Definition FindDefinition(ReducibleForm& form, Index column)
@@ -212,8 +213,9 @@ bool IsImpliedFree(ReducibleForm& form, Index column)
                              (form.rowUpper[row] - form.LeastWithout(row, column, entry)) / entry;
                          const double byLower =
                              (form.rowLower[row] - form.LargestWithout(row, column, entry)) / entry;
-                         const double least = entry > 0.0 ? byLower : byUpper;
-                         const double largest = entry > 0.0 ? byUpper : byLower;
+                         const bool grows = entry > 0.0;  // same bits (-> >=): no entry is 0
+                         const double least = grows ? byLower : byUpper;
+                         const double largest = grows ? byUpper : byLower;
                          below = below || least >= form.lower[column] - Margin(form.lower[column]);
                          above =
                              above || largest <= form.upper[column] + Margin(form.upper[column]);
