@@ -218,7 +218,7 @@ Index ExactSimplex::ChooseDualEntering(bool toLower, bool& degenerate)
         bestReduced = std::move(reduced);
         bestEntry = std::move(entry);
     }
-    degenerate = best != kNoIndex && bestReduced == 0;
+    degenerate = bestReduced == 0;
     return best;
 }
 

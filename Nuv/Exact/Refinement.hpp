@@ -51,8 +51,8 @@ private:
     ScaledForm m_scaled;
     /// The last enlargements, as powers of two: a feasible solution is looked at as closely as the
     /// last one that was not.
-    int m_primalZoom = 50;
-    int m_dualZoom = 50;
+    int m_primalZoom = 50;  // same bits: one of many right choices
+    int m_dualZoom = 50;    // same bits: one of many right choices
 };
 
 }  // namespace nuv

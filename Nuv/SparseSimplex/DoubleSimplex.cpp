@@ -63,6 +63,7 @@ bool IsSlackBasis(const SimplexState& state)
 void AddImpliedBounds(SimplexState& state)
 {
     BoxImplied(state.form, state.lower, state.upper);
+    // same bits (-> <=): a logical stays where it rests
     for (Index v = 0; v < state.form.columns; ++v)
     {
         if (state.status[v] == BasisStatus::Free && state.lower[v] > -kInfinity)

@@ -17,8 +17,8 @@ double BalancingPower(double smallest, double largest)
 {
     if (!(largest > 0.0))
         return 1.0;
-    int low = 0;
-    int high = 0;
+    int low = 0;   // same bits: set below
+    int high = 0;  // same bits: set below
     const double lowFraction = std::frexp(smallest, &low);
     const double highFraction = std::frexp(largest, &high);
     const int twice = low + high + (lowFraction * highFraction < 0.5 ? -1 : 0);

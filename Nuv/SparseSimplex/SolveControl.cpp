@@ -1,11 +1,17 @@
-/// The clock and the log, apart from what includes the rest.
+/// The beginning, the clock and the log, apart from what includes the rest.
 #include "Nuv/SparseSimplex/SolveControl.hpp"
 
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 namespace nuv
 {
+
+SolveControl::SolveControl(SolveLimits limits)
+    : m_limits(std::move(limits)), m_start(ClockSeconds()), m_mostSeconds(m_limits.seconds)
+{
+}
 
 double SolveControl::ClockSeconds() noexcept
 {

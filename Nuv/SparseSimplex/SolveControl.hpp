@@ -77,10 +77,7 @@ class SolveControl
 {
 public:
     /// The clock starts here.
-    explicit SolveControl(SolveLimits limits = {})
-        : m_limits(std::move(limits)), m_start(ClockSeconds()), m_mostSeconds(m_limits.seconds)
-    {
-    }
+    explicit SolveControl(SolveLimits limits = {});
     SolveControl(const SolveControl&) = delete;
     SolveControl& operator=(const SolveControl&) = delete;
 

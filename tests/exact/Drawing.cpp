@@ -1,5 +1,6 @@
 #include "tests/exact/Drawing.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -93,7 +94,7 @@ BoundedForm Draw(Random& random, const Drawing& drawing)
     for (Index j = 0; j < drawing.columns; ++j)
     {
         const double share = drawing.isTied ? random.Between(-1, 2) : number();
-        cost[j] = std::fmax(share * drawing.cost, drawing.least);
+        cost[j] = std::max(share * drawing.cost, drawing.least);
         point[j] = drawing.size * (random.OneIn(2) ? 0.0 : random.Between(0, 6));
         bounds[j] = DrawBounds(random, drawing, point[j]);
         factor[j] = drawing.exponents > 0 ? 1.0 + 0.3 * random.Between(0, 3) : 1.0;

@@ -8,6 +8,7 @@
 #include "tests/exact/Way.hpp"
 #include "tests/support/Forms.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -84,7 +85,7 @@ bool Apply(ReducibleForm& form, Random& random)
     for (Index i = 0; i < form.rows; ++i)
     {
         least[i] = Any(random, kDuals);
-        largest[i] = random.OneIn(2) ? kInf : std::fmax(least[i], 1.0);
+        largest[i] = random.OneIn(2) ? kInf : std::max(least[i], 1.0);
     }
     switch (rule)
     {
@@ -200,7 +201,7 @@ BoundedForm DrawAtMargins(Random& random)
     {
         const double lower = random.OneIn(5) ? -kInf : draw();
         const double upper = random.OneIn(5) ? kInf : draw();
-        return Interval{lower, std::fmax(lower, upper)};
+        return Interval{lower, std::max(lower, upper)};
     };
     std::vector<double> cost(Between(random, 1, 3));
     std::vector<Interval> intervals;
@@ -302,7 +303,7 @@ std::vector<Kind> KindsOfPresolve()
         {"chains shrunk",
          [](Random&, Way& way)
          {
-             for (const Index size : {10, 19, 20, 21, 22, 40})
+             for (const Index size : {10u, 19u, 20u, 21u, 22u, 40u})
              {
                  Shrink(ChainOfColumns(size), way);
                  Tire(ChainOfColumns(size), way);
