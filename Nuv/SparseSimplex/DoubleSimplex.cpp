@@ -168,9 +168,8 @@ DoubleResult SolveInDoubles(ScalableForm& form, SolveControl& control)
 
 SimplexVerdict SolveInDoubles(SimplexState& state, SolveControl& control, BlockedRow* blocked)
 {
-    // same bits: one of many right choices
-    constexpr int kPerturbedRounds = 3;
-    constexpr int kRounds = 6;
+    constexpr int kPerturbedRounds = 3;  // same bits: one of many right choices
+    constexpr int kRounds = 6;           // same bits: one of many right choices
     state.Refactorise();
     SimplexVerdict verdict = SimplexVerdict::Optimal;
     if (!IsFeasible(state))

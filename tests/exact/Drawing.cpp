@@ -272,4 +272,109 @@ Basis DrawBasis(Random& random, const BoundedForm& form)
     return basis;
 }
 
+/// Many rows of few columns each, of which all are tight where the slack basis is.
+BoundedForm DrawAssignment(Random& random, Index size)
+{
+    std::vector<double> cost;
+    std::vector<DenseRow> rows(2 * std::size_t{size},
+                               {std::vector<double>(std::size_t{size} * size, 0.0), {1, 1}});
+    for (std::size_t i = 0; i < size; ++i)
+        for (std::size_t j = 0; j < size; ++j)
+        {
+            cost.push_back(random.Between(1, 20));
+            rows[i].coefficients[i * size + j] = 1.0;
+            rows[size + j].coefficients[i * size + j] = 1.0;
+        }
+    return MakeForm(cost, rows);
+}
+
+/// Values so large that what rounding leaves of them is a violation: the dual simplex makes the
+/// same pivots again and again, until it perturbs costs once more, and then until it gives up.
+BoundedForm DrawEndless(Index columns)
+{
+    Random random(51);
+    Drawing drawing{.rows = 4, .columns = 8, .entries = 6};
+    (void)random.Between(1, 4);
+    (void)random.Between(2, 8);
+    drawing.boxed = random.Between(0, 3);
+    drawing.equations = random.Between(0, 3);
+    drawing.size = 1e9;
+    BoundedForm form = Draw(random, drawing);
+    // What is fixed and in no row changes nothing but their number.
+    SparseVectors<double> entries = form.matrix.Columns();
+    for (; form.columns < columns; ++form.columns)
+    {
+        form.cost.push_back(0.0);
+        form.columnLower.push_back(0.0);
+        form.columnUpper.push_back(0.0);
+        entries.Close();
+    }
+    form.matrix = SparseMatrix<double>::FromColumns(std::move(entries), form.rows);
+    return form;
+}
+
+/// So many rows of one entry each, that presolve would know what to do with.
+BoundedForm SingletonRows(Index count)
+{
+    std::vector<DenseRow> rows(count);
+    for (Index i = 0; i < count; ++i)
+    {
+        rows[i].coefficients.assign(count, 0.0);
+        rows[i].coefficients[i] = 1.0 + i;
+        rows[i].bounds = {-kInf, 9.0};
+    }
+    return MakeForm(std::vector<double>(count, -1.0), rows);
+}
+
+/// Each unknown twice the one before: bases whose inverses grow along the chain.
+BoundedForm DrawChain(Random& random, Index size)
+{
+    std::vector<double> cost;
+    std::vector<Interval> bounds;
+    std::vector<DenseRow> rows(size);
+    for (Index j = 0; j < size; ++j)
+    {
+        cost.push_back(DrawShare(random));
+        bounds.push_back(
+            {-1.0 - 0x1p20 * random.Between(0, 9), 1.0 + 0x1p30 * random.Between(0, 9)});
+        rows[j].coefficients.assign(size, 0.0);
+        rows[j].coefficients[j] = 1.0 + 0.1 * DrawShare(random);
+        if (j > 0)
+            rows[j].coefficients[j - 1] = -2.0 + 0.1 * DrawShare(random);
+        rows[j].coefficients[Between(random, 0, size - 1)] += DrawShare(random);
+        const double side = DrawShare(random);
+        rows[j].bounds = {side, side + (random.OneIn(2) ? 0.0 : 1.0)};
+    }
+    return MakeForm(cost, rows, bounds);
+}
+
+Kind OfDrawn(std::string name, int count, const Drawing& drawing, FormTaker take)
+{
+    return {std::move(name), Repeated(count, [=](Random& random, Way& way)
+                                      { take(Draw(random, drawing), random, way); })};
+}
+
+Kind OfSmall(std::string name, int count, FormTaker take)
+{
+    return {std::move(name), Repeated(count,
+                                      [=](Random& random, Way& way)
+                                      {
+                                          const Index rows = Between(random, 1, 5);
+                                          take(RandomSmallForm(random, rows, Between(random, 1, 6)),
+                                               random, way);
+                                      })};
+}
+
+Kind OfDependent(std::string name, int count, FormTaker take)
+{
+    return {std::move(name),
+            Repeated(count,
+                     [=](Random& random, Way& way)
+                     {
+                         const Index rows = Between(random, 2, 7);
+                         take(NearlyDependentForm(random, rows, Between(random, 2, 8)), random,
+                              way);
+                     })};
+}
+
 }  // namespace nuv::test

@@ -9,6 +9,7 @@
 #include "tests/support/Random.hpp"
 
 #include <span>
+#include <string>
 #include <vector>
 
 namespace nuv::test
@@ -70,5 +71,18 @@ struct Drawing
 
 /// Any basis that fits.
 [[nodiscard]] Basis DrawBasis(Random& random, const BoundedForm& form);
+
+[[nodiscard]] BoundedForm DrawAssignment(Random& random, Index size);
+[[nodiscard]] BoundedForm DrawChain(Random& random, Index size);
+[[nodiscard]] BoundedForm DrawEndless(Index columns);
+[[nodiscard]] BoundedForm SingletonRows(Index count);
+
+/// What is done with a form of a kind.
+using FormTaker = void (*)(const BoundedForm& form, Random& random, Way& way);
+
+/// Kinds of so many forms: as drawn, small ones of all sorts, and nearly dependent ones.
+[[nodiscard]] Kind OfDrawn(std::string name, int count, const Drawing& drawing, FormTaker take);
+[[nodiscard]] Kind OfSmall(std::string name, int count, FormTaker take);
+[[nodiscard]] Kind OfDependent(std::string name, int count, FormTaker take);
 
 }  // namespace nuv::test

@@ -163,5 +163,7 @@ std::vector<Kind> KindsOfParts();
 std::vector<Kind> KindsOfSimplex();
 std::vector<Kind> KindsOfPresolve();
 std::vector<Kind> KindsOfProofs();
+std::vector<Kind> KindsOfRefinement();
+std::vector<Kind> KindsOfDense();
 
 }  // namespace nuv::test

@@ -330,7 +330,8 @@ TEST(Ways, AreThoseOfTheRecord)
     std::ifstream file(path);
     std::string now;
     std::vector<Kind> kinds = Kinds();
-    for (const auto others : {KindsOfParts, KindsOfSimplex, KindsOfPresolve, KindsOfProofs})
+    for (const auto others : {KindsOfParts, KindsOfSimplex, KindsOfPresolve, KindsOfProofs,
+                              KindsOfRefinement, KindsOfDense})
         std::ranges::move(others(), std::back_inserter(kinds));
     for (const Kind& kind : kinds)
     {

@@ -246,13 +246,6 @@ void Tire(const BoundedForm& form, Way& way)
     way.Add(looks);
 }
 
-template <class Take>
-Kind OfDrawn(std::string name, int count, const Drawing& drawing, const Take& take)
-{
-    return {std::move(name), Repeated(count, [=](Random& random, Way& way)
-                                      { take(Draw(random, drawing), random, way); })};
-}
-
 }  // namespace
 
 std::vector<Kind> KindsOfPresolve()
@@ -285,6 +278,13 @@ std::vector<Kind> KindsOfPresolve()
                                 .equations = 2,
                                 .isWhole = true,
                                 .isFeasible = false};
+    const Drawing longRows{.rows = 6,
+                           .columns = 14,
+                           .entries = 10,
+                           .free = 2,
+                           .falling = 4,
+                           .equations = 2,
+                           .isWhole = true};
     Drawing scaled = fractions;
     scaled.exponents = 6;
     return {
@@ -309,6 +309,7 @@ std::vector<Kind> KindsOfPresolve()
                  Tire(ChainOfColumns(size), way);
              }
          }},
+        OfDrawn("rules for long rows", 200, longRows, applyRules),
         OfDrawn("rules for scaled", 200, scaled, applyRules),
         OfDrawn("scaled shrunk", 60, scaled, shrink),
         {"rules at margins", Repeated(4000, [](Random& random, Way& way)

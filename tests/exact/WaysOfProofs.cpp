@@ -4,15 +4,12 @@
 #include "Nuv/Exact/Auxiliary.hpp"
 #include "Nuv/Exact/CertifiedSession.hpp"
 #include "Nuv/Exact/CertifiedStages.hpp"
-#include "Nuv/Exact/Dense/DenseProof.hpp"
-#include "Nuv/Exact/Dense/DenseSimplex.hpp"
-#include "Nuv/Exact/Dense/SolveSmall.hpp"
-#include "Nuv/Exact/Refinement.hpp"
 #include "tests/exact/Certified.hpp"
 #include "tests/exact/Drawing.hpp"
 #include "tests/exact/Way.hpp"
 #include "tests/support/Forms.hpp"
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -124,121 +121,6 @@ void Stop(const BoundedForm& form, Random& random, Way& way)
                    way);
 }
 
-/// The program that refinement solves, from a basis that is drawn and from where that leads.
-void Refine(const BoundedForm& form, Random& random, Way& way)
-{
-    if (FindCrossedBounds(form) != kNoIndex)
-        return;
-    const ScaledForm scaled(form);
-    const ExactForm exact(form);
-    Refinement refinement(exact, scaled);
-    Basis basis = DrawBasis(random, form);
-    for (int round = 0; round < 3; ++round)
-    {
-        std::vector<BasisStatus> status;
-        std::vector<Index> head;
-        for (Index v = 0; v < form.Variables(); ++v)
-        {
-            status.push_back(basis[v]);
-            if (basis[v] == BasisStatus::Basic)
-                head.push_back(v);
-        }
-        ExactFactors factors(exact);
-        if (!factors.Factorise(head).empty())
-            return;
-        // Any numbers will do for the values and the duals of the basis.
-        const auto draw = [&](Index count)
-        {
-            ExactVector vector{{}, random.Between(1, 99)};
-            for (Index k = 0; k < count; ++k)
-                vector.numerator.emplace_back(random.Between(-300, 300));
-            return vector;
-        };
-        const ExactVector values = draw(form.rows);
-        const ExactVector duals = draw(form.rows);
-        SolveControl control(way.Watched());
-        BlockedRow blocked;
-        way.Add(static_cast<int>(
-            refinement.Run({status, head, values, duals}, control, status, blocked)));
-        way.Add(blocked.variable);
-        way.Add(blocked.basis);
-        SolveLimits none;
-        none.seconds = 0.0;
-        SolveControl stopped(none);
-        way.Add(refinement.EnlargeEquation(blocked, stopped));
-        way.Add(refinement.EnlargeEquation(blocked, control));
-        for (Index v = 0; v < form.Variables(); ++v)
-        {
-            basis[v] = status[v];
-            way.Add(static_cast<int>(status[v]));
-        }
-        FitBasis(form, basis);
-    }
-}
-
-/// Some rows that are drawn, and sums of them that are off by 1e-11 or so.
-BoundedForm DrawDependentRows(Random& random)
-{
-    constexpr std::size_t kColumns = 7;
-    std::vector<DenseRow> rows(6);
-    std::vector<Interval> bounds(kColumns);
-    for (Interval& interval : bounds)
-    {
-        const double at = random.Between(0, 3);
-        interval = {at, random.OneIn(3) ? at : at + random.Between(1, 9)};
-    }
-    for (std::size_t i = 0; i < rows.size(); ++i)
-    {
-        for (std::size_t j = 0; j < kColumns; ++j)
-        {
-            double entry = random.Between(-3, 3);
-            if (i >= 3)
-                entry = rows[i - 3].coefficients[j] + 2.0 * rows[i - 2].coefficients[j] +
-                        (random.OneIn(2) ? entry * 0x1p-36 : 0.0);
-            rows[i].coefficients.push_back(entry);
-        }
-        const double side = random.Between(-9, 20);
-        rows[i].bounds = {side, random.OneIn(3) ? side + 4.0 : side};
-    }
-    return MakeForm(std::vector<double>(kColumns, 1.0), rows, bounds);
-}
-
-/// Equations that follow from others but for a little, where their logicals are basic, and what is
-/// solved with the rows that take their places.
-void Enlarge(Random& random, Way& way)
-{
-    const BoundedForm form = DrawDependentRows(random);
-    const ScaledForm scaled(form);
-    const ExactForm exact(form);
-    for (Index v = form.columns; v < form.Variables(); ++v)
-    {
-        const Basis basis = DrawBasis(random, form);
-        if (basis[v] != BasisStatus::Basic)
-            continue;
-        Refinement refinement(exact, scaled);
-        SolveControl control(way.Watched());
-        way.Add(refinement.EnlargeEquation({basis, v}, control));
-        std::vector<BasisStatus> status = basis.columns;
-        status.insert(status.end(), basis.rows.begin(), basis.rows.end());
-        std::vector<Index> head;
-        for (Index u = 0; u < form.Variables(); ++u)
-        {
-            if (status[u] == BasisStatus::Basic)
-                head.push_back(u);
-        }
-        const ExactVector values{std::vector<Integer>(form.rows, 7), 3};
-        const ExactVector duals{std::vector<Integer>(form.rows, -2), 5};
-        const std::vector<BasisStatus> before = status;
-        BlockedRow blocked;
-        way.Add(static_cast<int>(
-            refinement.Run({before, head, values, duals}, control, status, blocked)));
-        for (const BasisStatus at : status)
-            way.Add(static_cast<int>(at));
-        way.Add(control.Pivots(Stage::Double));
-        way.Add(blocked.variable);
-    }
-}
-
 void Ranges(const BoundedForm& form, Random& random, Way& way)
 {
     const Basis start = DrawBasis(random, form);
@@ -259,49 +141,6 @@ void Conflict(const BoundedForm& form, Random&, Way& way)
         SolveControl control(way.Watched());
         Add(way, FindIis(form, result.certificate, control, most));
     }
-}
-
-/// The dense dictionary before each pivot, and what is proved of its end.
-void PivotDense(const BoundedForm& form, Random& random, Way& way)
-{
-    if (FindCrossedBounds(form) != kNoIndex)
-        return;
-    DenseForm dense;
-    TakeForm(form, dense);
-    DenseSimplex simplex;
-    const auto look = [&](bool isFeasible)
-    {
-        way.Add(isFeasible);
-        AddNumbers(way, simplex.Point());
-        for (const BasisStatus status : simplex.Status())
-            way.Add(static_cast<int>(status));
-        for (const signed char violation : simplex.Violations())
-            way.Add(violation);
-    };
-    SolveControl control(way.Watched());
-    const auto end = simplex.Run(dense, control, look);
-    way.Add(static_cast<int>(end));
-    look(false);
-    DenseProof proof;
-    way.Add(proof.ProveInfeasible(dense, simplex.Status(), simplex.Violations()));
-    if (end == DenseSimplex::End::Unbounded)
-        way.Add(proof.ProveUnbounded(dense, simplex.Status(), simplex.Moving(), simplex.MovesUp()));
-    way.Add(proof.ProveOptimal(dense, simplex.Status()));
-    const Basis drawn = DrawBasis(random, form);
-    std::vector<BasisStatus> start = drawn.columns;
-    start.insert(start.end(), drawn.rows.begin(), drawn.rows.end());
-    way.Add(static_cast<int>(simplex.RunFrom(dense, start, control)));
-    look(false);
-    // Of any statuses, which may be those of no basis.
-    for (BasisStatus& status : start)
-        status = random.OneIn(4) ? static_cast<BasisStatus>(random.Between(0, 3)) : status;
-    const Index moving = Between(random, 0, form.Variables() - 1);
-    way.Add(proof.ProveUnbounded(dense, start, moving, random.OneIn(2)));
-    way.Add(proof.ProveOptimal(dense, start));
-    std::vector<signed char> violations;
-    for (Index v = 0; v < form.Variables(); ++v)
-        violations.push_back(static_cast<signed char>(random.Between(-1, 1)));
-    way.Add(proof.ProveInfeasible(dense, start, violations));
 }
 
 /// Edits with numbers that no double says, and solves that prove nothing in between.
@@ -405,35 +244,23 @@ void PivotInPlace(Random& random, Way& way)
     }
 }
 
-using Take = void (*)(const BoundedForm&, Random&, Way&);
-
-Kind OfDrawn(std::string name, int count, const Drawing& drawing, Take take)
+/// Of decimals, whose scales have powers of five.
+void PivotDecimals(const BoundedForm& whole, Random& random, Way& way)
 {
-    return {std::move(name), Repeated(count, [=](Random& random, Way& way)
-                                      { take(Draw(random, drawing), random, way); })};
-}
-
-Kind OfSmall(std::string name, int count, Take take)
-{
-    return {std::move(name), Repeated(count,
-                                      [=](Random& random, Way& way)
-                                      {
-                                          const Index rows = Between(random, 1, 5);
-                                          take(RandomSmallForm(random, rows, Between(random, 1, 6)),
-                                               random, way);
-                                      })};
-}
-
-Kind OfDependent(std::string name, int count, Take take)
-{
-    return {std::move(name),
-            Repeated(count,
-                     [=](Random& random, Way& way)
-                     {
-                         const Index rows = Between(random, 2, 7);
-                         take(NearlyDependentForm(random, rows, Between(random, 2, 8)), random,
-                              way);
-                     })};
+    BoundedForm form = whole;
+    form.numbers = CoefficientMeaning::ShortestDecimal;
+    constexpr std::array<double, 4> kUnits = {1.0, 10.0, 100.0, 100000.0};
+    SparseVectors<double> columns = form.matrix.Columns();
+    for (Index j = 0; j < form.columns; ++j)
+    {
+        const double unit = Any(random, kUnits);
+        form.cost[j] /= unit;
+        for (std::size_t at = columns.start[j]; at < columns.start[j + 1]; ++at)
+            columns.value[at] /= unit;
+    }
+    form.matrix = SparseMatrix<double>::FromColumns(std::move(columns), form.rows);
+    PivotExactly(form, random, way);
+    Ranges(form, random, way);
 }
 
 }  // namespace
@@ -458,8 +285,6 @@ std::vector<Kind> KindsOfProofs()
     const Drawing fractions{.rows = 44, .columns = 60, .fixed = 9, .boxed = 4};
     const Drawing dependent{
         .rows = 7, .columns = 10, .entries = 8, .boxed = 3, .equations = 2, .nearness = 1e-11};
-    const Drawing scaled{.rows = 5, .columns = 6, .boxed = 3, .exponents = 20};
-    const Drawing farScaled{.rows = 5, .columns = 6, .boxed = 3, .exponents = 100};
     const Drawing free{.rows = 4,
                        .columns = 8,
                        .free = 2,
@@ -473,21 +298,12 @@ std::vector<Kind> KindsOfProofs()
         OfDrawn("exact pivots of infeasible", 10, infeasible, PivotExactly),
         OfSmall("stops of small", 40, Stop),
         OfDependent("stops of nearly dependent", 4, Stop),
-        OfSmall("refined small", 150, Refine),
-        OfDependent("refined nearly dependent", 60, Refine),
-        OfDrawn("refined dependent", 40, dependent, Refine),
         OfDrawn("ranges of whole numbers", 4, many, Ranges),
         OfDrawn("ranges of fractions", 2, fractions, Ranges),
         OfDrawn("ranges of tied", 40, tied, Ranges),
         OfSmall("ranges of small", 60, Ranges),
         OfDrawn("conflicts", 40, infeasible, Conflict),
         OfSmall("conflicts of small", 100, Conflict),
-        OfSmall("dense pivots of small", 300, PivotDense),
-        OfDrawn("dense pivots of tied", 60, tied, PivotDense),
-        {"dense pivots of edges", Repeated(400, [](Random& random, Way& way)
-                                           { PivotDense(DrawAtTolerances(random), random, way); })},
-        OfDrawn("dense pivots of scaled", 60, scaled, PivotDense),
-        OfDrawn("dense pivots of far scaled", 30, farScaled, PivotDense),
         OfSmall("exact edits of small", 25, EditExactly),
         OfSmall("guesses of small", 60, ProveGuess),
         OfDependent("guesses of nearly dependent", 15, ProveGuess),
@@ -497,7 +313,7 @@ std::vector<Kind> KindsOfProofs()
         OfDrawn("quotients of tied", 12, tied, ProveQuotients),
         OfDrawn("ranges of free", 40, free, Ranges),
         {"exact pivots in place", PivotInPlace},
-        {"enlarged equations", Repeated(100, Enlarge)},
+        OfDrawn("exact pivots of decimals", 20, tied, PivotDecimals),
     };
 }
 

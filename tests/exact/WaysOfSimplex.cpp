@@ -139,36 +139,6 @@ void RunAll(const BoundedForm& form, Random& random, Way& way)
         RunAll(form, ScaledForm(form), random, way);
 }
 
-/// Many rows of few columns each, of which all are tight where the slack basis is.
-BoundedForm DrawAssignment(Random& random, Index size)
-{
-    std::vector<double> cost;
-    std::vector<DenseRow> rows(2 * std::size_t{size},
-                               {std::vector<double>(std::size_t{size} * size, 0.0), {1, 1}});
-    for (std::size_t i = 0; i < size; ++i)
-        for (std::size_t j = 0; j < size; ++j)
-        {
-            cost.push_back(random.Between(1, 20));
-            rows[i].coefficients[i * size + j] = 1.0;
-            rows[size + j].coefficients[i * size + j] = 1.0;
-        }
-    return MakeForm(cost, rows);
-}
-
-/// Values so large that what rounding leaves of them is a violation: the dual simplex makes the
-/// same pivots again and again, until it perturbs costs once more, and then until it gives up.
-BoundedForm DrawEndless()
-{
-    Random random(51);
-    Drawing drawing{.rows = 4, .columns = 8, .entries = 6};
-    (void)random.Between(1, 4);
-    (void)random.Between(2, 8);
-    drawing.boxed = random.Between(0, 3);
-    drawing.equations = random.Between(0, 3);
-    drawing.size = 1e9;
-    return Draw(random, drawing);
-}
-
 /// Bases so nearly singular that a pivot is not the same by row and by column.
 void RunInDisagreement(Random&, Way& way)
 {
@@ -212,28 +182,6 @@ void RunUnscaled(const BoundedForm& form, Random& random, Way& way)
 {
     if (FindCrossedBounds(form) == kNoIndex)
         RunAll(form, Unscaled(form), random, way);
-}
-
-/// Each unknown twice the one before: bases whose inverses grow along the chain.
-BoundedForm DrawChain(Random& random, Index size)
-{
-    std::vector<double> cost;
-    std::vector<Interval> bounds;
-    std::vector<DenseRow> rows(size);
-    for (Index j = 0; j < size; ++j)
-    {
-        cost.push_back(DrawShare(random));
-        bounds.push_back(
-            {-1.0 - 0x1p20 * random.Between(0, 9), 1.0 + 0x1p30 * random.Between(0, 9)});
-        rows[j].coefficients.assign(size, 0.0);
-        rows[j].coefficients[j] = 1.0 + 0.1 * DrawShare(random);
-        if (j > 0)
-            rows[j].coefficients[j - 1] = -2.0 + 0.1 * DrawShare(random);
-        rows[j].coefficients[Between(random, 0, size - 1)] += DrawShare(random);
-        const double side = DrawShare(random);
-        rows[j].bounds = {side, side + (random.OneIn(2) ? 0.0 : 1.0)};
-    }
-    return MakeForm(cost, rows, bounds);
 }
 
 /// The dual ratio test by itself, on rows and reduced costs that meet its tolerances.
@@ -289,6 +237,7 @@ void SolveReduced(const BoundedForm& form, Random& random, Way& way)
         way.Add(result.basis);
         way.Add(result.blocked.variable);
         way.Add(result.blocked.basis);
+        way.Add(control.Pivots(Stage::Double));
     }
 }
 
@@ -341,13 +290,6 @@ void Scale(Random& random, Way& way)
         }
 }
 
-template <class Take>
-Kind OfDrawn(std::string name, int count, const Drawing& drawing, const Take& take)
-{
-    return {std::move(name), Repeated(count, [=](Random& random, Way& way)
-                                      { take(Draw(random, drawing), random, way); })};
-}
-
 Kind Runs(std::string name, int count, const Drawing& drawing)
 {
     return OfDrawn(std::move(name), count, drawing,
@@ -386,7 +328,21 @@ std::vector<Kind> KindsOfSimplex()
         {"runs of chains",
          Repeated(4, [](Random& random, Way& way) { RunAll(DrawChain(random, 40), random, way); })},
         {"runs without an end",
-         [](Random& random, Way& way) { RunAll(DrawEndless(), random, way); }},
+         [](Random& random, Way& way)
+         {
+             RunAll(DrawEndless(8), random, way);
+             for (const Index columns : {20u, 24u})
+             {
+                 const BoundedForm form = DrawEndless(columns);
+                 RunTraced(ScaledForm(form), SlackBasis(form), Run::DualPerturbed, way);
+             }
+         }},
+        {"few entries",
+         [](Random& random, Way& way)
+         {
+             for (const Index count : {99u, 100u, 101u})
+                 SolveReduced(SingletonRows(count), random, way);
+         }},
         {"runs in disagreement", RunInDisagreement},
         {"runs of large cones",
          [](Random&, Way& way)

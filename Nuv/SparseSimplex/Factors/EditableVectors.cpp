@@ -80,7 +80,7 @@ void EditableVectors::Append(Index number, Index at, double entry)
 void EditableVectors::MoveToEnd(Range& range)
 {
     const std::size_t begin = m_index.size();
-    const std::size_t room = 2 * range.size + 4;
+    const std::size_t room = 2 * range.size + 4;  // same bits: room alone
     m_index.resize(begin + room);
     m_value.resize(begin + room);
     for (std::size_t k = 0; k < range.size; ++k)
