@@ -179,6 +179,26 @@ TEST(Stages, WhatTheCheckRefusesIsNotClaimed)
     EXPECT_EQ(result.record.value[1], 6.0) << "the last basis stands, as numbers without a proof";
 }
 
+/// One that knows looser sides refuses the contradiction: by how much the last basis misses its
+/// bounds is said then.
+TEST(Stages, AContradictionThatTheCheckRefusesIsNotClaimed)
+{
+    const BoundedForm form = KnownForms()[1].form;
+    BoundedForm other = form;
+    other.rowLower[0] = 1;
+    RepeatedCheck check(other);
+    ScalableForm scalable(form);
+    ExactEvaluation evaluation(form);
+    SolveControl control;
+    CertifiedResult result;
+    result.record.basis = SlackBasis(form);
+    ProveBasis(scalable, evaluation, SimplexVerdict::Infeasible, kRefinements, &check, control,
+               result);
+    EXPECT_EQ(result.certificate.status, Status::Stopped);
+    EXPECT_FALSE(result.record.proved);
+    EXPECT_GT(result.record.primalViolation, 0.0);
+}
+
 TEST(Stages, AStoredZeroIsNoEntry)
 {
     BoundedForm form = MakeForm({-1, -2}, {{{0.25, 0.5}, {-kInf, 4}}, {{1, 0}, {-kInf, 3}}});
