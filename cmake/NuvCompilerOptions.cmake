@@ -1,8 +1,18 @@
 # What the project asks of the compiler beyond its defaults. Each choice hangs on the compiler, never
 # on the platform: the same compiler must make the same floats everywhere.
 
-# Warnings; errors in the project's own builds only, so that a new compiler never breaks a user's.
+# g++ collects its garbage whenever its memory has doubled. A unit of many sources fits into memory with it: not to
+# collect takes a tenth of the time away and a fifth of memory more.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:--param=ggc-min-heapsize=1048576>")
+endif()
+
+# Warnings; errors in the project's own builds only, so that a new compiler never breaks a user's. A tenth of
+# the time of compiling goes into finding them.
 function(nuv_warnings target)
+    if(NOT NUV_WARNINGS)
+        return()
+    endif()
     if(MSVC)
         target_compile_options(${target} PRIVATE /W4 $<$<BOOL:${NUV_WARNINGS_AS_ERRORS}>:/WX>)
     else()
