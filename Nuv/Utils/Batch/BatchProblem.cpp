@@ -48,17 +48,25 @@ void WriteOptimum(const NuvLinearProgrammingBatch* batch, NuvSizeT problem, NuvU
 {
     Write(batch, problem, pivots, NUV_LINEARPROGRAMMINGRESULTTYPE_Ok, optimum->objective);
     const NuvSizeT m = batch->numConstraints;
-    for (NuvSizeT i = 0; i != m; ++i)
+    const NuvSizeT step = optimum->stride;
+    if (batch->values)
     {
-        const NuvSizeT at = i * optimum->stride;
-        const NuvUint column = optimum->basic[at] - optimum->firstColumn;
-        if (batch->values && column < batch->numVars)
-            batch->values[problem * batch->numVars + column] = optimum->values[at];
-        if (batch->bases)
-            batch->bases[problem * m + i] = column + 1;
-        if (batch->prices)
-            batch->prices[problem * m + i] = optimum->prices[at];
+        // Which are slacks cannot be foreseen: these are written as well, but elsewhere.
+        NuvFloat32 ofSlack;
+        NuvFloat32* const places[] = {&ofSlack, batch->values + problem * batch->numVars};
+        for (NuvSizeT i = 0; i != m; ++i)
+        {
+            const NuvUint column = optimum->basic[i * step] - optimum->firstColumn;
+            const NuvSizeT isVariable = column < batch->numVars ? 1 : 0;
+            places[isVariable][isVariable * column] = optimum->values[i * step];
+        }
     }
+    if (batch->bases)
+        for (NuvSizeT i = 0; i != m; ++i)
+            batch->bases[problem * m + i] = optimum->basic[i * step] - optimum->firstColumn + 1;
+    if (batch->prices)
+        for (NuvSizeT i = 0; i != m; ++i)
+            batch->prices[problem * m + i] = optimum->prices[i * step];
 }
 
 void WriteVerdict(const NuvLinearProgrammingBatch* batch, NuvSizeT problem, NuvUint pivots,

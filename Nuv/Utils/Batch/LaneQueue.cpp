@@ -4,6 +4,7 @@
 
 #include <float.h>
 
+#include <bit>
 #include <initializer_list>
 #include <limits>
 
@@ -17,28 +18,51 @@ namespace
 constexpr NuvUint kIsTrue = UINT32_MAX;
 constexpr NuvFloat32 kBasicCost = -std::numeric_limits<NuvFloat32>::infinity();
 
+template <NuvSizeT lanes>
+void SpreadBy(const NuvFloat32* from, NuvSizeT count, NuvFloat32* to)
+{
+    constexpr NuvSizeT kAtOnce = 8;
+    for (; count >= kAtOnce; count -= kAtOnce, from += kAtOnce, to += kAtOnce * lanes)
+        for (NuvSizeT k = 0; k != kAtOnce; ++k)
+            to[k * lanes] = from[k];
+    for (NuvSizeT k = 0; k != count; ++k)
+        to[k * lanes] = from[k];
+}
+
 /// Copies an array into a lane.
 void Spread(const NuvFloat32* from, NuvSizeT count, NuvFloat32* to, NuvSizeT lanes)
 {
-    for (NuvSizeT k = 0; k != count; ++k)
-        to[k * lanes] = from[k];
+    switch (lanes)
+    {
+    case 16:
+        return SpreadBy<16>(from, count, to);
+    case 8:
+        return SpreadBy<8>(from, count, to);
+    case 4:
+        return SpreadBy<4>(from, count, to);
+    default:
+        return SpreadBy<1>(from, count, to);
+    }
 }
 
 /// The row of the most negative right-hand side, the first one on ties, or m without one.
 NuvUint MostNegativeRow(const NuvFloat32* b, NuvUint m)
 {
+    NuvUint numNegative = 0;
+    for (NuvUint i = 0; i != m; ++i)
+        numNegative += b[i] < 0.0F ? 1 : 0;
+    if (numNegative == 0)
+        return m;
     NuvFloat32 smallest = FLT_MAX;
     NuvUint row = m;
-    bool isNegative = false;
     for (NuvUint i = 0; i != m; ++i)
     {
-        isNegative |= b[i] < 0.0F;
         if (!(smallest > b[i]))
             continue;
         row = i;
         smallest = b[i];
     }
-    return isNegative ? row : m;
+    return row;
 }
 
 /// Has the next step begin with the slack basis of Phase II.
@@ -294,10 +318,9 @@ void SolveRange(LaneQueue* x, NuvSizeT first, NuvSizeT last)
         NuvUint ended = x->loops->step(s);
         if (x->single->trace)
             TracePivots(x, ended);
-        for (NuvUint lane = 0; ended != 0; ++lane, ended >>= 1U)
+        for (; ended != 0; ended &= ended - 1)
         {
-            if ((ended & 1U) == 0)
-                continue;
+            const NuvUint lane = static_cast<NuvUint>(std::countr_zero(ended));
             const bool wasPhaseI = s->artificialRows[lane] != s->m;
             if (GoOn(x, lane))
                 continue;
