@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <vector>
 
@@ -239,6 +240,46 @@ TEST(BorderedSystem, HasRoomForTheLargestDeterminant)
     ExpectSolved(system, kOrder, given);
     Integer determinant = Power(Integer(most), kOrder);
     EXPECT_EQ(ToInteger(system.Denominator(), system.Width()), determinant << 12);
+}
+
+/// A row that others add up to, and costs that are no row of the matrix. The same object solves
+/// systems before and between, so that numbers of these lie about.
+TEST(BorderedSystem, RefusesASingularMatrixWhateverItsCostsAre)
+{
+    Random random(7);
+    BorderedSystem system;
+    for (int round = 0; round < ShareOf(2000); ++round)
+    {
+        const auto order = static_cast<unsigned>(random.Between(1, 7));
+        const auto dependent =
+            static_cast<unsigned>(random.Between(0, static_cast<int>(order) - 1));
+        const int bits = random.Between(1, 62);
+        const auto fill = [&](bool isSingular)
+        {
+            system.Begin(order);
+            for (unsigned j = 0; j <= order; ++j)
+            {
+                std::vector<Word> sum(BorderedSystem::kEntryWidth, 0);
+                for (unsigned i = 0; i <= order; ++i)
+                {
+                    if (i == dependent && isSingular)
+                        continue;
+                    Word* const entry = system.Entry(i, j);
+                    *entry = random.Next() >> (64 - bits);
+                    if (random.OneIn(2))
+                        NegateWords(entry, BorderedSystem::kEntryWidth);
+                    if (i < order && i % 2 == 0)
+                        AddProduct(sum.data(), entry, Word{i + 1}, BorderedSystem::kEntryWidth);
+                }
+                if (isSingular)
+                    std::copy(sum.begin(), sum.end(), system.Entry(dependent, j));
+            }
+        };
+        fill(false);
+        (void)system.Solve();
+        fill(true);
+        ASSERT_FALSE(system.Solve()) << round;
+    }
 }
 
 TEST(BorderedSystem, RefusesSingularMatricesAndLongNumbers)

@@ -77,6 +77,8 @@ unsigned BorderedSystem::BitsAfter(unsigned step) const noexcept
     return m_pivotBits + largest + HadamardBits(step + 1);
 }
 
+/// The costs, behind the last row, are none of the matrix: where all rows that are left have a
+/// zero, it is singular, and only there, since numbers are whole in the words of their step.
 bool BorderedSystem::ChoosePivot(unsigned step)
 {
     for (unsigned i = step; i < m_order; ++i)
