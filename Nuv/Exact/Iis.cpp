@@ -206,17 +206,18 @@ public:
             const BoundOfVariable candidate = m_members[needed];
             const double bound = std::exchange(BoundOf(candidate), Open(candidate));
             CertifiedResult proof = Solve();
-            if (proof.certificate.status != Status::Infeasible)
-                BoundOf(candidate) = bound;
-            if (!proof.record.proved)
-                return false;
-            if (proof.certificate.status == Status::Infeasible)
+            if (proof.record.proved && proof.certificate.status == Status::Infeasible)
             {
                 KeepOnly(StatedSupport(m_form, proof.certificate));
                 changed = true;
             }
             else
+            {
+                BoundOf(candidate) = bound;
+                if (!proof.record.proved)
+                    return false;
                 ++needed;
+            }
             m_basis = std::move(proof.record.basis);
         }
         return true;

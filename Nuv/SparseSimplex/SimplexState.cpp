@@ -16,10 +16,10 @@ SimplexState::SimplexState(const ScaledForm& scaled, const Basis& start)
       lower(scaled.lower),
       upper(scaled.upper),
       cost(scaled.cost),
-      value(scaled.Variables(), 0.0),
-      reduced(scaled.Variables(), 0.0),
-      status(scaled.Variables(), BasisStatus::Basic),
-      side(scaled.Variables(), 0)
+      value(scaled.Variables()),
+      reduced(scaled.Variables()),
+      status(scaled.Variables()),
+      side(scaled.Variables())
 {
     for (Index v = 0; v < form.Variables(); ++v)
     {

@@ -236,6 +236,23 @@ BoundedForm ChainOfColumns(Index size)
     return MakeForm(std::vector<double>(size, 1.0), rows, bounds);
 }
 
+/// Only the last column is bounded, and each row bounds a column by the next: each walk over the
+/// rows finds one bound.
+BoundedForm ChainOfBounds(Index size)
+{
+    std::vector<Interval> bounds(size);
+    bounds.back().upper = 1.0;
+    std::vector<DenseRow> rows(std::size_t{size} - 1);
+    for (std::size_t i = 0; i < rows.size(); ++i)
+    {
+        rows[i].coefficients.assign(size, 0.0);
+        rows[i].coefficients[i] = 1.0;
+        rows[i].coefficients[i + 1] = -1.0;
+        rows[i].bounds = {-kInf, 0.0};
+    }
+    return MakeForm(std::vector<double>(size, -1.0), rows, bounds);
+}
+
 /// How often a row can be looked at before that is too much.
 void Tire(const BoundedForm& form, Way& way)
 {
@@ -308,6 +325,7 @@ std::vector<Kind> KindsOfPresolve()
                  Shrink(ChainOfColumns(size), way);
                  Tire(ChainOfColumns(size), way);
              }
+             Shrink(ChainOfBounds(12), way);
          }},
         OfDrawn("rules for long rows", 200, longRows, applyRules),
         OfDrawn("rules for scaled", 200, scaled, applyRules),

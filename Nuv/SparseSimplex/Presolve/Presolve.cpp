@@ -70,8 +70,8 @@ void Presolve::ReduceColumns()
 /// The signs of duals by the sides of rows, and what columns of one entry say of them.
 void Presolve::BoundDuals()
 {
-    m_dualLower.assign(m_form.rows, 0.0);
-    m_dualUpper.assign(m_form.rows, 0.0);
+    m_dualLower.resize(m_form.rows);
+    m_dualUpper.resize(m_form.rows);
     for (Index i = 0; i < m_form.rows; ++i)
     {
         m_dualLower[i] = m_form.rowUpper[i] < kInfinity ? -kInfinity : 0.0;
