@@ -1,7 +1,9 @@
 /// The way to an answer is the same on any machine and in any build: before each pivot the stage
 /// and the bits of the objective, at the end the basis, the certificate and all doubles of the
-/// record. tests/exact/ways.txt has a hash of them by kind of form, with the pivots. A change that
-/// is meant to take another way writes it anew:
+/// record. Other kinds look closer: at all of the state of the simplex in doubles
+/// (WaysOfSimplex.cpp), at presolve rule by rule, at the exact stage pivot by pivot and stop by
+/// stop. tests/exact/ways.txt has a hash of each kind, with the pivots. A change that is meant to
+/// take another way, of a pivot, a tolerance or a rule of presolve, writes it anew:
 ///
 ///     NUV_RECORD_WAYS=1 build/release/tests/test_exact_ways
 ///
