@@ -1,9 +1,11 @@
 /// Doubles taken apart, as they are stored or as the shortest decimal says.
 #include "Nuv/Algebra/ExactNumber.hpp"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 namespace nuv
 {
@@ -109,6 +111,26 @@ ExactNumber TakeApart(double value, CoefficientMeaning meaning) noexcept
     for (; (number.mantissa & 1) == 0; ++number.scale.two)
         number.mantissa /= 2;
     return number;
+}
+
+std::int64_t ScaledInWord(const ExactNumber& number, Scale scale) noexcept
+{
+    static constexpr auto kPowersOfFive = []
+    {
+        std::array<std::int64_t, 28> powers{1};  // those below 2^63
+        for (std::size_t k = 1; k != powers.size(); ++k)
+            powers[k] = 5 * powers[k - 1];
+        return powers;
+    }();
+    const Scale left = number.scale + scale;
+    // same bits (-> 63): there is no room by 63
+    if (left.two > 62 || left.five >= static_cast<int>(kPowersOfFive.size()))
+        return 0;
+    const std::int64_t five = kPowersOfFive[static_cast<std::size_t>(left.five)];
+    const std::int64_t room = std::numeric_limits<std::int64_t>::max() >> left.two;
+    if (five > room || number.mantissa > room / five || number.mantissa < -(room / five))
+        return 0;
+    return five * number.mantissa * (std::int64_t{1} << left.two);
 }
 
 }  // namespace nuv

@@ -55,4 +55,8 @@ struct ExactNumber
 /// The number that a finite double stands for.
 [[nodiscard]] ExactNumber TakeApart(double value, CoefficientMeaning meaning) noexcept;
 
+/// number times 2^scale.two * 5^scale.five, which is an integer, or 0 where it needs more than 63
+/// bits.
+[[nodiscard]] std::int64_t ScaledInWord(const ExactNumber& number, Scale scale) noexcept;
+
 }  // namespace nuv

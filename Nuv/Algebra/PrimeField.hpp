@@ -145,7 +145,7 @@ public:
     [[nodiscard]] std::uint64_t Reduced(std::uint64_t word) const noexcept
     {
         word -= (word >> 62) * m_prime;
-        return word < m_prime ? word : word % m_prime;
+        return word < m_prime ? word : word % m_prime;  // same bits: a remainder of what is one
     }
     [[nodiscard]] Value FromWord(std::uint64_t word) const noexcept
     {

@@ -2,8 +2,6 @@
 /// are multiplied in (Knuth, The Art of Computer Programming, volume 2, section 4.5.1).
 #include "Nuv/Algebra/Rational.hpp"
 
-#include "Nuv/Algebra/ScaledWord.hpp"
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>

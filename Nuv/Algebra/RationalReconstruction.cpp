@@ -212,7 +212,7 @@ Integer DixonSolver::NumeratorOf(Index unknown, std::size_t digits, const Intege
     // same bits: the same by either way
     if (digits <= PadicProduct::kMostDigits)
     {
-        if (m_product.Count() < digits)
+        if (m_product.Count() < digits)  // same bits: made again it is the same
             m_product.SetFactor(denominator, digits);
         if (m_product.Multiply(&m_digits[unknown], m_size, digits, residue))
             return residue;
@@ -233,7 +233,7 @@ bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector&
     Integer& numerator = solution.numerator[unknown];
     m_commonOf[unknown] = m_common.size() - 1;
     Integer residue = NumeratorOf(unknown, digits, solution.denominator);
-    if (BitLength(residue) + Margin() <= modulusBits)
+    if (BitLength(residue) + Margin() <= modulusBits)  // same bits (-> <): a matter of chance
     {
         numerator = std::move(residue);
     }
@@ -250,7 +250,7 @@ bool DixonSolver::ReconstructOne(Index unknown, std::size_t digits, ExactVector&
         m_commonOf[unknown] = m_common.size() - 1;
     }
     m_largestNumerator = std::max(m_largestNumerator, BitLength(numerator));
-    return BitLength(solution.denominator) < modulusBits;
+    return BitLength(solution.denominator) < modulusBits;  // same bits: the sizes say so at the end
 }
 
 /// With x = N / D, the integers M N - D b are multiples of the modulus by construction. If their

@@ -2,7 +2,6 @@
 #include "Nuv/Algebra/Rational.hpp"
 
 #include "Nuv/Algebra/RationalField.hpp"
-#include "Nuv/Algebra/ScaledWord.hpp"
 #include "tests/support/Effort.hpp"
 #include "tests/support/Random.hpp"
 
@@ -226,6 +225,34 @@ TEST(Rational, TakesApartWhatIsWrittenAsItsShortestDigits)
         const ExactNumber number = TakeApart(value, CoefficientMeaning::ShortestDecimal);
         ASSERT_EQ(number.mantissa, expected.mantissa) << digits;
         ASSERT_EQ(number.scale, expected.scale) << digits;
+    }
+}
+
+/// The largest numbers that fit with each power, and the next.
+TEST(Rational, ScalesInAWordUpToItsLastBit)
+{
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(ScaledInWord({0, {}}, {62, 27}), 0);
+    for (int five = 0; five <= 28; ++five)
+    {
+        for (int two = 0; two <= 64; ++two)
+        {
+            const Integer power = (Integer(1) << static_cast<std::size_t>(two)) *
+                                  Power(5, static_cast<unsigned>(five));
+            const std::int64_t most = (Integer(kMost) / power).ToWord();
+            for (const std::int64_t mantissa : {most, most - 1, std::int64_t{1}})
+            {
+                const bool fits = mantissa > 0 && mantissa <= most;
+                const Integer expected = fits ? power * mantissa : Integer(0);
+                EXPECT_EQ(expected, ScaledInWord({mantissa, {two, five}}, {}));
+                EXPECT_EQ(-expected, ScaledInWord({-mantissa, {}}, {two, five}));
+            }
+            if (most < kMost)
+            {
+                EXPECT_EQ(ScaledInWord({most + 1, {}}, {two, five}), 0);
+                EXPECT_EQ(ScaledInWord({-most - 1, {}}, {two, five}), 0);
+            }
+        }
     }
 }
 

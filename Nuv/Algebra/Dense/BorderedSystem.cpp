@@ -94,7 +94,7 @@ bool BorderedSystem::ChoosePivot(unsigned step)
 
 bool BorderedSystem::Eliminate()
 {
-    m_divisor.assign(m_stride, 0);
+    m_divisor.resize(m_stride);
     m_denominator.assign(m_stride, 0);
     m_denominator[0] = 1;
     m_shift = 0;

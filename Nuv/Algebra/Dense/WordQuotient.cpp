@@ -14,19 +14,20 @@ namespace
 class Magnitude
 {
 public:
-    static constexpr unsigned kMostWords = 80;
+    static constexpr unsigned kMostWords = 80;  // same bits: what has more is left to integers
 
     /// @return false if there are too many words.
     [[nodiscard]] bool Take(const Word* x, unsigned width, int fives) noexcept
     {
         constexpr Word kFiveTo27 = 7450580596923828125u;
+        // same bits (-> >=, -> 2, -> 26, -> *): what is refused is left to integers
         if (width + static_cast<unsigned>(fives) / 27 + 1 > kMostWords)
             return false;
         m_width = width;
         std::copy_n(x, width, m_words.begin());
         if (IsNegative(x, width))
             NegateWords(m_words.data(), width);
-        for (; fives >= 27; fives -= 27)
+        for (; fives >= 27; fives -= 27)  // same bits (-> >, -> 28): the last 27 one by one
             Multiply(kFiveTo27);
         Word power = 1;
         for (; fives > 0; --fives)
@@ -37,23 +38,27 @@ public:
 
     /// The highest 64 bits, the first of which is 1; `bits` are all there are, and `isExact` says
     /// whether the others are zero.
-    [[nodiscard]] Word Leading(unsigned& bits, bool& isExact) const noexcept
+    struct LeadingBits
+    {
+        Word word;
+        unsigned bits;
+        bool isExact;
+    };
+    [[nodiscard]] LeadingBits Leading() const noexcept
     {
         unsigned top = m_width;
         while (m_words[top - 1] == 0)
             --top;
         const auto missing = static_cast<unsigned>(std::countl_zero(m_words[top - 1]));
-        bits = 64 * top - missing;
-        Word leading = m_words[top - 1] << missing;
+        LeadingBits leading{m_words[top - 1] << missing, 64 * top - missing, true};
         unsigned whole = top - 1;
-        isExact = true;
         if (missing > 0 && whole > 0)
         {
             --whole;
-            leading |= m_words[whole] >> (64 - missing);
-            isExact = (m_words[whole] << missing) == 0;
+            leading.word |= m_words[whole] >> (64 - missing);
+            leading.isExact = (m_words[whole] << missing) == 0;
         }
-        isExact = isExact && (whole == 0 || nuv::IsZero(m_words.data(), whole));
+        leading.isExact = leading.isExact && nuv::IsZero(m_words.data(), whole);
         return leading;
     }
 
@@ -119,16 +124,12 @@ double QuotientToDouble(const Word* numerator, unsigned width, const Word* denom
     if (!top.Take(numerator, width, std::max(scale.five, 0)) ||
         !bottom.Take(denominator, denominatorWidth, std::max(-scale.five, 0)))
         return QuotientOfIntegers(numerator, width, denominator, denominatorWidth, scale);
-    unsigned topBits = 0;
-    unsigned bottomBits = 0;
-    bool isTopExact = true;
-    bool isBottomExact = true;
-    const Word leading = top.Leading(topBits, isTopExact);
-    const Word divisor = bottom.Leading(bottomBits, isBottomExact);
+    const auto [leading, topBits, isTopExact] = top.Leading();
+    const auto [divisor, bottomBits, isBottomExact] = bottom.Leading();
     const int exponent = static_cast<int>(topBits) - static_cast<int>(bottomBits) + scale.two;
     const bool hasHighBit = leading >= divisor;
     const WideQuotient quotient = DivideWide(hasHighBit ? leading - divisor : leading, divisor);
-    double rounded = 0.0;
+    double rounded = 0.0;  // same bits: set by either branch
     if (isTopExact && isBottomExact)
         rounded = Rounded(hasHighBit, quotient.quotient, quotient.remainder != 0);
     else

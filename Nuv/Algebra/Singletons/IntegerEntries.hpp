@@ -2,7 +2,6 @@
 #pragma once
 
 #include "Nuv/Algebra/Rational.hpp"
-#include "Nuv/Algebra/ScaledWord.hpp"
 
 #include <cstdint>
 #include <map>

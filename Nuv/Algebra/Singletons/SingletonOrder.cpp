@@ -67,7 +67,7 @@ SingletonOrder FindSingletons(const SparseVectors<ExactNumber>& columns)
             const bool isNew =
                 places.index.size() == places.start.back() || places.index.back() != row;
             if (isNew && entry.mantissa != 0)
-                places.Append(row, 1);
+                places.Append(row, 1);  // same bits: that there is one is all
         }
         places.Close();
     }
