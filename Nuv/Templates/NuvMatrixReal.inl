@@ -26,7 +26,7 @@ NuvBool NUV_OP(Inverse)(const NUV_SELF* x, NUV_SELF* result)
         NUV_OP(Reset)(result);
         for (NuvSizeT i = 0; i != result->nr; ++i)
             nuv::RowOf(result, i)[i] = NUV_ELEMENT(1);
-        isInverted = nuv::ReduceToIdentity(y.data, result->data, y.nr);
+        isInverted = nuv::ReduceToIdentity(nuv::KernelsOfThisMachine(), y.data, result->data, y.nr);
     }
     NUV_OP(Destruct)(&y);
     return nuv::AsNuvBool(isInverted);

@@ -314,7 +314,7 @@ void SolveInTurns(SingleSolve* singles, NuvSizeT first, NuvSizeT last)
             isAnyActive |= turn.isActive;
             if (!turn.hasPivot)
                 continue;
-            Exchange(&turn.steps, &turn.it, turn.entering.position, turn.leaving.row);
+            ExchangeLabels(&turn.it, turn.entering.position, turn.leaving.row);
             Update(&turn.steps, &turn.it, turn.leaving.row);
             turn.it.hasPivoted = true;
         }

@@ -84,9 +84,4 @@ bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result,
     }
     return true;
 }
-
-bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n)
-{
-    return ReduceToIdentity(KernelsOfThisMachine(), y, result, n);
-}
 }  // namespace nuv

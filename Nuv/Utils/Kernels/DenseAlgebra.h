@@ -23,7 +23,6 @@ NuvSizeT FindPivotRow(const NuvFloat32* column, NuvSizeT stride, NuvSizeT first,
 /// the same to `result`.
 /// @return false when a pivot column is exactly zero; both then hold the rows reduced so far.
 bool ReduceToIdentity(const Kernels* kernels, NuvFloat32* y, NuvFloat32* result, NuvSizeT n);
-bool ReduceToIdentity(NuvFloat32* y, NuvFloat32* result, NuvSizeT n);
 }  // namespace nuv
 
 #endif

@@ -70,11 +70,7 @@ struct Kernels
     /// eta = 0 − direction · p, and 1 − (direction − 1) · p in the row, with p = 1 /
     /// direction(row).
     /// @return whether all of 0 − direction · p is finite.
-    bool (*formSmallEta)(const SmallState* state, NuvUint row);
-    /// eta = 0 − direction · reciprocal.
-    /// @return whether all of eta is finite.
-    bool (*formEta)(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta,
-                    NuvSizeT length);
+    bool (*formEta)(const NuvFloat32* direction, NuvUint row, NuvFloat32* eta, NuvSizeT length);
     bool (*isFinite)(const NuvFloat32* x, NuvSizeT length);
     /// differences = costs − sums.
     /// @return the largest that is above 0, or 0, and the largest of the numbers where it stands; a

@@ -21,18 +21,62 @@ bool IsFinite(const NuvFloat32* x, NuvSizeT length)
     return AreZero(accumulator);
 }
 
-bool FormEta(const NuvFloat32* direction, NuvFloat32 reciprocal, NuvFloat32* eta, NuvSizeT length)
+bool FormEta(const NuvFloat32* direction, NuvUint row, NuvFloat32* eta, NuvSizeT length)
 {
-    const Lanes broadcast = Broadcast(reciprocal);
-    Lanes accumulator = {};
+    const NuvFloat32 pivot = direction[row];
+    const NuvFloat32 reciprocal = 1.0F / pivot;
+    const Lanes inRow = Broadcast(1.0F - (pivot - 1.0F) * reciprocal);
+    Lanes doubt = {};
     for (NuvSizeT i = 0; i != length; i += kLanes)
     {
-        const Lanes etaLanes = Broadcast(0.0F) - Load(direction + i) * broadcast;
-        accumulator = accumulator + etaLanes * Broadcast(0.0F);
-        Store(eta + i, etaLanes);
+        const Lanes etaLanes = Broadcast(0.0F) - Load(direction + i) * Broadcast(reciprocal);
+        doubt = doubt + etaLanes * Broadcast(0.0F);
+        const UintLanes elements = CountFrom(static_cast<NuvUint>(i));
+        Store(eta + i, elements != BroadcastUint(row) ? etaLanes : inRow);
     }
-    return AreZero(accumulator);
+    return AreZero(doubt);
 }
+
+/// A bit for each lane.
+#if NUV_LANES == 16
+NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
+{
+    return _mm512_cmp_ps_mask(x, Lanes{}, _CMP_NEQ_UQ);
+}
+
+NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
+{
+    return _mm512_cmp_ps_mask(x, y, _CMP_EQ_OQ);
+}
+#elif NUV_LANES == 8
+NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
+{
+    return static_cast<NuvUint>(_mm256_movemask_ps(_mm256_cmp_ps(x, Lanes{}, _CMP_NEQ_UQ)));
+}
+
+NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
+{
+    return static_cast<NuvUint>(_mm256_movemask_ps(_mm256_cmp_ps(x, y, _CMP_EQ_OQ)));
+}
+#else
+NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
+{
+    NuvFloat32 a[kLanes];
+    NuvFloat32 b[kLanes];
+    memcpy(a, &x, sizeof x);
+    memcpy(b, &y, sizeof y);
+    RowBits bits = 0;
+    for (NuvSizeT lane = 0; lane != kLanes; ++lane)
+        bits |= static_cast<RowBits>(a[lane] == b[lane]) << lane;
+    return bits;
+}
+
+NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
+{
+    constexpr RowBits kAll = (RowBits{1} << kLanes) - 1;
+    return kAll & ~WhereEqual(x, Lanes{});
+}
+#endif
 
 /// The largest of the differences, one lane of `best` being it, and the largest of the numbers
 /// where it stands.
@@ -43,6 +87,21 @@ NUV_LANES_INLINE Choice LastOf(const NuvFloat32* differences, const NuvUint* num
     // same bits: the smallest ratio and the largest difference are no NaN
     if (largest == 0.0F)
         return {largest, 0};
+    // Most often it stands alone, and its index is enough.
+    constexpr NuvSizeT kAtOnce = 8 * sizeof(RowBits);
+    int count = 0;
+    NuvSizeT index = 0;
+    for (NuvSizeT first = 0; first < length; first += kAtOnce)
+    {
+        const NuvSizeT end = length - first < kAtOnce ? length - first : kAtOnce;
+        RowBits found = 0;
+        for (NuvSizeT i = 0; i != end; i += kLanes)
+            found |= WhereEqual(Load(differences + first + i), Broadcast(largest)) << i;
+        count += std::popcount(found);
+        index = found != 0 ? first + static_cast<NuvSizeT>(std::countr_zero(found)) : index;
+    }
+    if (count == 1)
+        return {largest, numbers[index]};
     UintLanes last = {};
     for (NuvSizeT i = 0; i != length; i += kLanes)
     {
@@ -73,22 +132,17 @@ NUV_LANES_INLINE Lanes RatioOf(const Lanes& value, const Lanes& decrease)
 }
 
 /// The smallest of the ratios, one lane of `best` being it, and the first index where it stands.
-NUV_LANES_INLINE Choice FirstOf(const NuvFloat32* ratios, NuvSizeT length, const Lanes& best)
+NUV_LANES_INLINE Choice FirstOf(const NuvFloat32* ratios, const Lanes& best)
 {
     const NuvFloat32 smallest = std::bit_cast<NuvFloat32>(Reduce(best, kSmaller));
     // same bits: the smallest ratio and the largest difference are no NaN; beside FLT_MAX an index
     // says nothing
     if (smallest == FLT_MAX)
         return {smallest, 0};
-    UintLanes first = BroadcastUint(UINT32_MAX);
-    for (NuvSizeT i = 0; i != length; i += kLanes)
-    {
-        const UintLanes found = Load(ratios + i) == Broadcast(smallest)
-                                    ? CountFrom(static_cast<NuvUint>(i))
-                                    : BroadcastUint(UINT32_MAX);
-        first = SmallerOf(found, first);
-    }
-    return {smallest, Reduce(first, kSmaller)};
+    for (NuvSizeT i = 0;; i += kLanes)
+        if (const RowBits found = WhereEqual(Load(ratios + i), Broadcast(smallest)))
+            return {smallest,
+                    static_cast<NuvUint>(i) + static_cast<NuvUint>(std::countr_zero(found))};
 }
 
 Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, NuvFloat32* ratios,
@@ -101,7 +155,7 @@ Choice FindSmallestRatio(const NuvFloat32* values, const NuvFloat32* direction, 
         Store(ratios + i, ratio);
         best = SmallerOf(ratio, best);
     }
-    return FirstOf(ratios, length, best);
+    return FirstOf(ratios, best);
 }
 }  // namespace
 }  // namespace nuv
@@ -184,10 +238,9 @@ void SubtractMultiple(NuvFloat32* x, const NuvFloat32* y, NuvFloat32 multiplier,
         x[i] = x[i] - y[i] * multiplier;
 }
 
-constexpr Kernels kKernels = {UpdateAndMultiply, StartSmall,        UpdateSmall,      PriceSmall,
-                              TestSmall,         FormSmallEta,      FormEta,          IsFinite,
-                              FindLargest,       FindSmallestRatio, MultiplyMatrices, Divide,
-                              SubtractMultiple};
+constexpr Kernels kKernels = {UpdateAndMultiply, StartSmall,       UpdateSmall, PriceSmall,
+                              TestSmall,         FormEta,          IsFinite,    FindLargest,
+                              FindSmallestRatio, MultiplyMatrices, Divide,      SubtractMultiple};
 }  // namespace
 
 const Kernels* NUV_KERNELS()

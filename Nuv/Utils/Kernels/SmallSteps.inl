@@ -32,47 +32,6 @@ NUV_LANES_INLINE void DoInStripes(NuvSizeT length, NuvSizeT first, Operation* op
         DoInStripes<count / 2>(length, first, operation);
 }
 
-/// A bit for each lane.
-#if NUV_LANES == 16
-NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
-{
-    return _mm512_cmp_ps_mask(x, Lanes{}, _CMP_NEQ_UQ);
-}
-
-NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
-{
-    return _mm512_cmp_ps_mask(x, y, _CMP_EQ_OQ);
-}
-#elif NUV_LANES == 8
-NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
-{
-    return static_cast<NuvUint>(_mm256_movemask_ps(_mm256_cmp_ps(x, Lanes{}, _CMP_NEQ_UQ)));
-}
-
-NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
-{
-    return static_cast<NuvUint>(_mm256_movemask_ps(_mm256_cmp_ps(x, y, _CMP_EQ_OQ)));
-}
-#else
-NUV_LANES_INLINE RowBits WhereEqual(const Lanes& x, const Lanes& y)
-{
-    NuvFloat32 a[kLanes];
-    NuvFloat32 b[kLanes];
-    memcpy(a, &x, sizeof x);
-    memcpy(b, &y, sizeof y);
-    RowBits bits = 0;
-    for (NuvSizeT lane = 0; lane != kLanes; ++lane)
-        bits |= static_cast<RowBits>(a[lane] == b[lane]) << lane;
-    return bits;
-}
-
-NUV_LANES_INLINE RowBits NonzerosOf(const Lanes& x)
-{
-    constexpr RowBits kAll = (RowBits{1} << kLanes) - 1;
-    return kAll & ~WhereEqual(x, Lanes{});
-}
-#endif
-
 /// A bit for each number that is not ±0.
 NUV_LANES_INLINE RowBits NonzerosOf(const NuvFloat32* x, NuvSizeT length)
 {
@@ -144,9 +103,12 @@ void StartInverse(SmallState* s)
         }
     if (s->hasRows)
         return;
-    memset(s->patterns, 0, 2 * s->stride * sizeof *s->patterns);
-    for (NuvSizeT i = 0; i != s->m; ++i)
-        s->patterns[i / kHalfBits * s->stride + i] = NuvUint{1} << i % kHalfBits;
+    for (NuvUint i = 0; i != s->stride; i += static_cast<NuvUint>(kLanes))
+    {
+        const UintLanes bits = BroadcastUint(1) << CountFrom(i % kHalfBits);
+        StoreUint(s->patterns + i, i < kHalfBits ? bits : UintLanes{});
+        StoreUint(s->patterns + s->stride + i, i < kHalfBits ? UintLanes{} : bits);
+    }
 }
 
 /// Has the slacks basic, which cost nothing: prices and values are sums of zeros and one number.
@@ -216,29 +178,6 @@ struct SmallPricing
     }
 };
 
-/// As LastOf; but where one number stands alone, which is most often so, its index is enough.
-NUV_LANES_INLINE Choice LastOfSmall(const SmallState* s, NuvSizeT length, const Lanes& best)
-{
-    const NuvFloat32 largest = std::bit_cast<NuvFloat32>(Reduce(best, kLarger));
-    if (largest == 0.0F)
-        return {largest, 0};
-    constexpr NuvSizeT kAtOnce = 8 * sizeof(RowBits);
-    int count = 0;
-    NuvSizeT index = 0;
-    for (NuvSizeT first = 0; first < length; first += kAtOnce)
-    {
-        const NuvSizeT end = length - first < kAtOnce ? length - first : kAtOnce;
-        RowBits found = 0;
-        for (NuvSizeT i = 0; i != end; i += kLanes)
-            found |= WhereEqual(Load(s->differences + first + i), Broadcast(largest)) << i;
-        count += std::popcount(found);
-        index = found != 0 ? first + static_cast<NuvSizeT>(std::countr_zero(found)) : index;
-    }
-    if (count == 1)
-        return {largest, s->positions[index]};
-    return LastOf(s->differences, s->positions, length, best);
-}
-
 Choice PriceSmall(const SmallState* s)
 {
     SmallPricing pricing = {*s, s->nonzeroPrices, Lanes{}};
@@ -251,7 +190,7 @@ Choice PriceSmall(const SmallState* s)
         Store(s->differences + s->lengthOfA + i, difference);
         pricing.largest = LargerOf(difference, pricing.largest);
     }
-    return LastOfSmall(s, length, pricing.largest);
+    return LastOf(s->differences, s->positions, length, pricing.largest);
 }
 
 /// Directions and ratios of some rows.
@@ -294,20 +233,5 @@ Choice TestSmall(const SmallState* s)
     return {smallest, static_cast<NuvUint>(std::countr_zero(bits))};
 }
 
-bool FormSmallEta(const SmallState* s, NuvUint row)
-{
-    const NuvFloat32 pivot = s->direction[row];
-    const NuvFloat32 reciprocal = 1.0F / pivot;
-    const Lanes inRow = Broadcast(1.0F - (pivot - 1.0F) * reciprocal);
-    Lanes doubt = {};
-    for (NuvSizeT i = 0; i != s->stride; i += kLanes)
-    {
-        const Lanes eta = Broadcast(0.0F) - Load(s->direction + i) * Broadcast(reciprocal);
-        doubt = doubt + eta * Broadcast(0.0F);
-        const UintLanes elements = CountFrom(static_cast<NuvUint>(i));
-        Store(s->eta + i, elements != BroadcastUint(row) ? eta : inRow);
-    }
-    return AreZero(doubt);
-}
 }  // namespace
 }  // namespace nuv

@@ -236,12 +236,9 @@ bool FormEta(BasisInverse* x, const NuvFloat32* direction, NuvUint row)
 {
     // The eta matrix is I − ((d − e) · eᵀ) · p with p = 1 / d(r). For finite d and p all of it but
     // column r is the identity's, as (d − e) · 0 = ±0 and 0 − (±0 · p) = 0.
-    const NuvFloat32 reciprocal = 1.0F / direction[row];
-    const bool isFinite = x->kernels->formEta(direction, reciprocal, x->eta, x->stride);
     // 1 − (d(r) − 1) · p is finite where d(r) · p is: for a small d(r) it is 1 + p, else near 2^25
     // at most.
-    x->eta[row] = 1.0F - (direction[row] - 1.0F) * reciprocal;
-    return isFinite;
+    return x->kernels->formEta(direction, row, x->eta, x->stride);
 }
 
 void Update(BasisInverse* x, NuvUint row, NuvFloat32 cost, NuvFloat32* prices)

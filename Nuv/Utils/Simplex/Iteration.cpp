@@ -3,12 +3,28 @@
 
 #include <float.h>
 
+#include <limits>
+
 #include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
 
 namespace nuv
 {
+namespace
+{
+constexpr NuvFloat32 kBasicCost = -std::numeric_limits<NuvFloat32>::infinity();
+
+void PlaceNonbasic(Iteration* it, NuvUint position)
+{
+    const NuvUint label = it->nonbasic[position];
+    if (label == kArtificialLabel)
+        return;
+    it->costs[IndexOf(it, label)] = CostOf(it, label);
+    it->positions[IndexOf(it, label)] = position;
+}
+}  // namespace
+
 void PlaceArrays(Iteration* it, SolveContext* context, const StandardForm* form, Phase phase,
                  WorkspaceLayout* layout)
 {
@@ -19,6 +35,9 @@ void PlaceArrays(Iteration* it, SolveContext* context, const StandardForm* form,
     it->m = form->m;
     it->stride = PaddedLength(form->m);
     it->numNonbasic = phase == Phase::I ? form->n + 1 : form->n;
+    it->firstSlack = PaddedLength(form->n);
+    it->length = it->firstSlack + it->stride;
+    layout->Place(it->length, &it->costs, &it->positions);
     layout->Place(it->m, &it->basic);
     layout->Place(it->numNonbasic, &it->nonbasic);
     layout->Place(it->stride, &it->basicCosts, &it->b, &it->prices, &it->basicValues,
@@ -41,10 +60,21 @@ void Initialise(Iteration* it, const NuvLinearProgramming* lp)
     NuvMemZero(it->basicCosts, kNumZeroed * it->stride * sizeof *it->basicCosts);
     NuvMemCopy(it->b, it->form->b, it->m * sizeof *it->b);
     // Slacks of the standard form cost nothing.
-    if (it->form->hasFirstLabels && it->form->isFiniteWithUnitSlacks)
+    if (it->form->hasFirstLabels && it->form->isOrdinary)
         return;
     for (NuvUint i = 0; i != it->m; ++i)
         it->basicCosts[i] = CostOf(it, it->basic[i]);
+}
+
+void PlaceLabels(Iteration* it)
+{
+    for (NuvSizeT j = 0; j != it->length; ++j)
+    {
+        it->costs[j] = kBasicCost;
+        it->positions[j] = 0;
+    }
+    for (NuvUint j = 0; j != it->numNonbasic; ++j)
+        PlaceNonbasic(it, j);
 }
 
 Leaving ChooseLeaving(Iteration* it)
@@ -103,8 +133,11 @@ void ExchangeLabels(Iteration* it, NuvUint position, NuvUint row)
     it->nonbasic[position] = it->basic[row];
     it->basic[row] = entering;
     it->basicCosts[row] = CostOf(it, entering);
+    PlaceNonbasic(it, position);
     if (entering == kArtificialLabel)
         it->artificialRow = row;
+    else
+        it->costs[IndexOf(it, entering)] = kBasicCost;
 }
 
 NuvFloat32 ComputeObjective(const Iteration* it)

@@ -51,6 +51,14 @@ struct Iteration
     /// Whether a pivot was made in this phase.
     bool hasPivoted;
 
+    /// By column of A, the slacks' behind the padding of the others: the costs and positions of
+    /// nonbasic variables. The cost of a basic one and of padding is −infinity, so that it is never
+    /// chosen. Not of use in the dense iteration.
+    NuvSizeT firstSlack;  /// PaddedLength(n)
+    NuvSizeT length;      /// firstSlack + stride
+    NuvFloat32* costs;    /// [length]
+    NuvUint* positions;   /// [length]
+
     NuvFloat32* basicCosts;      /// [stride] c_B
     NuvFloat32* b;               /// [stride]
     NuvFloat32* prices;          /// [stride] π = c_B · B⁻¹
@@ -82,11 +90,21 @@ inline NuvFloat32 CostOf(const Iteration* it, NuvUint label)
     return label == kArtificialLabel ? -1.0F : 0.0F;
 }
 
+/// The place of a label, which is not the artificial variable's, in arrays by column.
+inline NuvSizeT IndexOf(const Iteration* it, NuvUint label)
+{
+    const NuvUint n = it->form->n;
+    return label <= n ? label - 1 : it->firstSlack + (label - n - 1);
+}
+
 /// Fixes the dimensions and places the arrays.
 void PlaceArrays(Iteration* it, SolveContext* context, const StandardForm* form, Phase phase,
                  WorkspaceLayout* layout);
 /// Takes the labels and the right-hand sides of lp's standard form; the costs follow the labels.
 void Initialise(Iteration* it, const NuvLinearProgramming* lp);
+
+/// Lays down the costs and positions of the labels.
+void PlaceLabels(Iteration* it);
 
 /// The ratio test: the smallest ratio, the first one on ties; but the artificial variable goes
 /// before others of the same ratio.

@@ -6,6 +6,7 @@
 #include <float.h>
 
 #include <initializer_list>
+#include <optional>
 
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/NuvStdCLibInline.h"
@@ -52,49 +53,40 @@ Leaving ChooseLeaving(const Steps*, Iteration* it)
     return ChooseLeaving(it);
 }
 
-/// The simplex method. `Steps` is a DenseIteration, a StructuredIteration or a SmallIteration.
-/// @return false when the dense iteration is to take over; nothing is decided then.
 template <class Steps>
-bool Iterate(Steps* steps, Iteration* it, const PhaseRules* rules, NuvLinearProgramming* lp,
-             Result* result)
+void Exchange(Steps*, Iteration* it, NuvUint position, NuvUint row)
+{
+    ExchangeLabels(it, position, row);
+}
+
+/// The simplex method. `Steps` is a DenseIteration, a StructuredIteration or a SmallIteration.
+/// @return nothing when the dense iteration is to take over.
+template <class Steps>
+std::optional<Result> Iterate(Steps* steps, Iteration* it, const PhaseRules* rules,
+                              NuvLinearProgramming* lp)
 {
     for (;;)
     {
         const bool isForced = rules->isFirstPivotForced && !it->hasPivoted;
         const Entering entering = isForced ? Entering{0, 1.0F} : ChooseEntering(steps, it);
         if (!ComputeValuesAndDirection(steps, it, &entering))
-            return false;
+            return {};
         if (entering.reducedCost == 0.0F)
-        {
-            *result = rules->finishOptimal(it, lp);
-            return true;
-        }
+            return rules->finishOptimal(it, lp);
         const Leaving leaving = isForced ? ChooseMostNegative(it) : ChooseLeaving(steps, it);
         if (!leaving.exists)
-        {
-            *result = rules->finishUnbounded(it, lp);
-            return true;
-        }
+            return rules->finishUnbounded(it, lp);
         if (!FormEta(steps, it, leaving.row))
-            return false;
+            return {};
         if (!ReportPivot(it, &entering, &leaving))
-        {
-            *result = NUV_LINEARPROGRAMMINGRESULTTYPE_Stopped;
-            return true;
-        }
+            return NUV_LINEARPROGRAMMINGRESULTTYPE_Stopped;
         if (leaving.row == it->artificialRow)
-        {
-            *result = FinishFeasible(it, lp, &entering, &leaving);
-            return true;
-        }
+            return FinishFeasible(it, lp, &entering, &leaving);
         Exchange(steps, it, entering.position, leaving.row);
         Update(steps, it, leaving.row);
         it->hasPivoted = true;
         if (!RetainPivotBlocks(it))
-        {
-            *result = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
-            return true;
-        }
+            return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     }
 }
 
@@ -103,15 +95,14 @@ template <class Steps>
 Result IterateDensely(const Steps* former, Iteration* it, const PhaseRules* rules,
                       NuvLinearProgramming* lp)
 {
-    Result result = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     DenseIteration dense;
     if (!AllocateArrays(&dense, it))
-        return result;
+        return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     if (former)
         FallBackToDense(former, it, &dense);
     else
         StartFromFirstBasis(&dense, it);
-    (void)Iterate(&dense, it, rules, lp, &result);
+    const Result result = *Iterate(&dense, it, rules, lp);
     FreeWorkspace(&dense.workspace);
     return result;
 }
@@ -127,13 +118,12 @@ NuvSizeT PlaceArrays(Iteration* it, Steps* steps, SolveContext* context, const S
 }
 
 /// The arrays of the smallest problems are on the stack.
-constexpr NuvSizeT kLocalBytes = 8192;
+constexpr NuvSizeT kLocalBytes = 16384;
 
 template <class Steps>
 Result SolvePhaseBy(const PhaseRules* rules, NuvLinearProgramming* lp, SolveContext* context,
                     const StandardForm* form)
 {
-    Result result = NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     Iteration it;
     Steps steps;
     unsigned char local[kLocalBytes];
@@ -143,17 +133,19 @@ Result SolvePhaseBy(const PhaseRules* rules, NuvLinearProgramming* lp, SolveCont
     if (!isLocal)
     {
         if (!AllocateWorkspace(&workspace, lp->alloc, size))
-            return result;
+            return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
         (void)PlaceArrays(&it, &steps, context, form, rules->phase, workspace.block);
     }
     Initialise(&it, lp);
-    if (!TryStart(&steps, &it))
-        result = IterateDensely<Steps>(nullptr, &it, rules, lp);
-    else if (!Iterate(&steps, &it, rules, lp, &result))
-        result = IterateDensely(&steps, &it, rules, lp);
+    const bool isStarted = TryStart(&steps, &it);
+    std::optional<Result> result;
+    if (isStarted)
+        result = Iterate(&steps, &it, rules, lp);
+    if (!result)
+        result = IterateDensely(isStarted ? &steps : nullptr, &it, rules, lp);
     if (!isLocal)
         FreeWorkspace(&workspace);
-    return result;
+    return *result;
 }
 
 Result SolvePhase(const PhaseRules* rules, NuvLinearProgramming* lp, SolveContext* context,

@@ -4,12 +4,8 @@
 // the row that leaves by +0 + eta(r) · v, and so does the definition.
 #include "Nuv/Utils/Simplex/SmallIteration.h"
 
-#include <limits>
-
-#include "Nuv/Utils/Kernels/Assert.h"
 #include "Nuv/Utils/Kernels/FloatContract.h"
 #include "Nuv/Utils/Kernels/Switches.h"
-#include "Nuv/Utils/NuvStdCLibInline.h"
 
 namespace nuv
 {
@@ -18,9 +14,6 @@ namespace
 /// Above so many rows the inverse's columns that are still unit vectors are worth their lists.
 constexpr NuvUint kMostRows = 64;
 static_assert(kMostRows <= 8 * sizeof(RowBits));
-constexpr NuvFloat32 kBasicCost = -std::numeric_limits<NuvFloat32>::infinity();
-constexpr NuvUint kNoPosition = UINT32_MAX;
-
 /// Fewer rows are kept as rows from the beginning.
 constexpr NuvSizeT kFewestSparse = 17;
 
@@ -45,42 +38,6 @@ bool InvertBasis(SmallIteration* x, const Iteration* it)
             if (entry != 0.0F)
                 MarkEntry(s, i, k);
         }
-    return true;
-}
-
-/// Where the arrays hold what belongs to a label.
-NuvSizeT IndexOf(const SmallState* s, const StandardForm* form, NuvUint label)
-{
-    return label <= form->n ? label - 1 : s->lengthOfA + (label - form->n - 1);
-}
-
-/// Gives each label its place.
-/// @return false when one has two.
-bool PlaceLabels(SmallState* s, const Iteration* it)
-{
-    for (NuvSizeT j = 0; j != s->lengthOfA + s->stride; ++j)
-    {
-        s->costs[j] = kBasicCost;
-        s->positions[j] = kNoPosition;
-    }
-    for (NuvUint i = 0; i != it->m; ++i)
-    {
-        NuvUint* const position = s->positions + IndexOf(s, it->form, it->basic[i]);
-        if (*position != kNoPosition)
-            return false;
-        *position = 0;
-    }
-    for (NuvUint j = 0; j != it->numNonbasic; ++j)
-    {
-        const NuvUint label = it->nonbasic[j];
-        if (label == kArtificialLabel)
-            continue;
-        const NuvSizeT index = IndexOf(s, it->form, label);
-        if (s->positions[index] != kNoPosition)
-            return false;
-        s->positions[index] = j;
-        s->costs[index] = CostOf(it, label);
-    }
     return true;
 }
 
@@ -113,8 +70,7 @@ void PointToColumn(SmallState* s, const StandardForm* form, NuvUint label)
 
 bool IsSmall(const StandardForm* form)
 {
-    return switches.structured && switches.few && form->m <= kMostRows &&
-           form->isFiniteWithUnitSlacks;
+    return switches.structured && switches.few && form->m <= kMostRows && form->isOrdinary;
 }
 
 void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout)
@@ -122,9 +78,10 @@ void PlaceArrays(SmallIteration* x, const Iteration* it, WorkspaceLayout* layout
     SmallState* const s = &x->state;
     s->m = it->m;
     s->stride = it->stride;
-    s->lengthOfA = InTiles(it->form->n);
-    const NuvSizeT length = s->lengthOfA + s->stride;
-    layout->Place(length, &s->costs, &s->positions, &s->differences);
+    s->lengthOfA = it->firstSlack;
+    s->costs = it->costs;
+    s->positions = it->positions;
+    layout->Place(it->length, &s->differences);
     layout->Place(s->m * s->lengthOfA, &s->A);
     layout->Place(2 * s->lengthOfA, &s->nonzerosOfA);
     layout->Place(2 * s->stride, &s->patterns);
@@ -153,13 +110,12 @@ bool TryStart(SmallIteration* x, Iteration* it)
                               form->n, it->numNonbasic - form->n};
     if (!it->kernels->startSmall(s, &start))
         return false;
+    x->isFinite = true;
     if (form->hasFirstLabels)
-    {
-        x->isFinite = true;
         return true;
-    }
-    if (!LabelsMatchColumns(it) || !InvertBasis(x, it) || !PlaceLabels(s, it))
+    if (!InvertBasis(x, it))
         return false;
+    PlaceLabels(it);
     x->isFinite = it->kernels->updateSmall(s, it->m);
     return true;
 }
@@ -187,20 +143,7 @@ Leaving ChooseLeaving(const SmallIteration* x, Iteration* it)
 
 bool FormEta(SmallIteration* x, const Iteration* it, NuvUint row)
 {
-    return it->kernels->formSmallEta(&x->state, row);
-}
-
-void Exchange(SmallIteration* x, Iteration* it, NuvUint position, NuvUint row)
-{
-    ExchangeLabels(it, position, row);
-    SmallState* const s = &x->state;
-    const NuvUint entering = it->basic[row];
-    const NuvUint leaving = it->nonbasic[position];
-    if (entering != kArtificialLabel)
-        s->costs[IndexOf(s, it->form, entering)] = kBasicCost;
-    NUV_ASSERT(leaving != kArtificialLabel);
-    s->costs[IndexOf(s, it->form, leaving)] = CostOf(it, leaving);
-    s->positions[IndexOf(s, it->form, leaving)] = position;
+    return it->kernels->formEta(it->direction, row, x->state.eta, it->stride);
 }
 
 void Update(SmallIteration* x, Iteration* it, NuvUint row)

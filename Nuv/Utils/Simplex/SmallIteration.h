@@ -34,7 +34,6 @@ Entering ChooseEntering(SmallIteration* x, Iteration* it);
 bool ComputeValuesAndDirection(SmallIteration* x, Iteration* it, const Entering* entering);
 Leaving ChooseLeaving(const SmallIteration* x, Iteration* it);
 bool FormEta(SmallIteration* x, const Iteration* it, NuvUint row);
-void Exchange(SmallIteration* x, Iteration* it, NuvUint position, NuvUint row);
 void Update(SmallIteration* x, Iteration* it, NuvUint row);
 void FallBackToDense(const SmallIteration* x, const Iteration* it, DenseIteration* dense);
 }  // namespace nuv

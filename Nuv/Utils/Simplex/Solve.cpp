@@ -12,7 +12,7 @@ NuvLinearProgrammingResultType CallPhase(PhaseFunction phase, NuvLinearProgrammi
                                          NuvSizeT numArtificial)
 {
     StandardForm form;
-    if (!CanCountElements(lp, numArtificial) || !ReadStandardForm(lp, &form))
+    if (!ReadStandardForm(lp, numArtificial, &form))
         return NUV_LINEARPROGRAMMINGRESULTTYPE_InvalidInput;
     SolveContext context = {nullptr, 0, KernelsOfThisMachine(), nullptr};
     return phase(lp, &context, &form);

@@ -7,6 +7,7 @@
 
 #include "Nuv/Templates/NuvStorage.hpp"
 #include "Nuv/Utils/Kernels/FloatContract.h"
+#include "Nuv/Utils/NuvStdCLibInline.h"
 #include "Nuv/Utils/Problem/Variables.h"
 
 namespace nuv
@@ -193,6 +194,18 @@ bool HasStandardForm(const NuvLinearProgramming* lp)
            AreLabelsIn(&lp->independent, lp->A.nc);
 }
 
+/// Whether each label stands once.
+bool AreDistinct(const NuvLinearProgramming* lp)
+{
+    bool areDistinct = true;
+    const auto labelAt = [&](NuvUint i)
+    { return i < lp->basic.nc ? lp->basic.data[i] : lp->independent.data[i - lp->basic.nc]; };
+    for (NuvUint i = 0; i != lp->A.nc; ++i)
+        for (NuvUint k = 0; k != i; ++k)
+            areDistinct &= labelAt(i) != labelAt(k);
+    return areDistinct;
+}
+
 bool AreFinite(const NuvFloat32* x, NuvSizeT count)
 {
     // same bits: the dense iteration, which this leads to, has the bits of the definition
@@ -237,7 +250,7 @@ bool PrepareInputs(NuvLinearProgramming* lp, StandardForm* form)
     if (!StoreByIndex(&lp->objective, lp->c.data, lp->numVars, &tally) || !StoreSlackBasis(lp))
         return false;
     *form = ViewOf(lp);
-    form->isFiniteWithUnitSlacks = tally.isFinite;
+    form->isOrdinary = tally.isFinite;
     form->maxNonzeros = maxNonzeros;
     form->hasFirstLabels = true;
     return true;
@@ -249,16 +262,18 @@ bool CanCountElements(const NuvLinearProgramming* lp, NuvSizeT numArtificial)
     return m * (numArtificial + lp->numVars + m) <= UINT32_MAX;
 }
 
-bool ReadStandardForm(const NuvLinearProgramming* lp, StandardForm* form)
+bool ReadStandardForm(const NuvLinearProgramming* lp, NuvSizeT numArtificial, StandardForm* form)
 {
-    if (!HasStandardForm(lp))
+    if (!CanCountElements(lp, numArtificial) || !HasStandardForm(lp))
         return false;
     *form = ViewOf(lp);
+    form->hasFirstLabels = HasFirstLabels(lp);
     const NuvUint m = form->m;
     const NuvUint n = form->n;
     const NuvSizeT numColumns = static_cast<NuvSizeT>(n) + m;
     bool isKnown = AreFinite(form->A, m * numColumns) && AreFinite(form->b, m) &&
-                   AreFinite(form->c, numColumns);
+                   AreFinite(form->c, numColumns) &&
+                   (form->hasFirstLabels || (numArtificial == 0 && AreDistinct(lp)));
     for (NuvUint i = 0; i != m; ++i)
     {
         const NuvFloat32* const row = RowOf(form, i);
@@ -268,8 +283,7 @@ bool ReadStandardForm(const NuvLinearProgramming* lp, StandardForm* form)
             isKnown &= row[n + j] == (i == j ? 1.0F : 0.0F);
         isKnown &= form->c[n + i] == 0.0F;
     }
-    form->isFiniteWithUnitSlacks = isKnown;
-    form->hasFirstLabels = HasFirstLabels(lp);
+    form->isOrdinary = isKnown;
     return true;
 }
 }  // namespace nuv

@@ -22,9 +22,10 @@ struct StandardForm
     const NuvFloat32* b;  /// [m]
     const NuvFloat32* c;  /// [n + m]
 
-    /// All of A, b and c is finite, the last m columns of A are the identity and cost nothing:
-    /// without this, nothing but the definition itself gives the defined results.
-    bool isFiniteWithUnitSlacks;
+    /// All of A, b and c is finite, the last m columns of A are the identity and cost nothing, each
+    /// label stands once, and Phase I has the first ones: without this, nothing but the definition
+    /// itself gives the defined results.
+    bool isOrdinary;
     /// At least the number of non-zeros in A's first n columns. Lists of them are made for so many:
     /// too small a number here would have them written past their ends.
     NuvSizeT maxNonzeros;
@@ -62,9 +63,9 @@ bool HasFirstLabels(const NuvLinearProgramming* lp);
 bool PrepareInputs(NuvLinearProgramming* lp, StandardForm* form);
 /// Whether 32 bits can count the elements of A with so many artificial columns.
 bool CanCountElements(const NuvLinearProgramming* lp, NuvSizeT numArtificial);
-/// Reads a standard form that may be anyone's, whose elements can be counted.
-/// @return false when lp's matrices are not of one.
-bool ReadStandardForm(const NuvLinearProgramming* lp, StandardForm* form);
+/// Reads a standard form that may be anyone's, for a phase with so many artificial columns.
+/// @return false when lp's matrices are not of one, or their elements cannot be counted.
+bool ReadStandardForm(const NuvLinearProgramming* lp, NuvSizeT numArtificial, StandardForm* form);
 }  // namespace nuv
 
 #endif

@@ -7,29 +7,8 @@
 
 namespace nuv
 {
-bool LabelsMatchColumns(const Iteration* it)
-{
-    return it->phase == Phase::II || it->form->hasFirstLabels;
-}
-
 namespace
 {
-/// Tells pricing where each label is.
-/// @return whether each but the artificial variable's has exactly one place.
-bool PlaceLabels(Pricing* pricing, const Iteration* it)
-{
-    for (NuvUint i = 0; i != it->m; ++i)
-        if (!PlaceBasic(pricing, it->basic[i]))
-            return false;
-    for (NuvUint j = 0; j != it->numNonbasic; ++j)
-    {
-        const NuvUint label = it->nonbasic[j];
-        if (label != kArtificialLabel && !PlaceNonbasic(pricing, label, CostOf(it, label), j))
-            return false;
-    }
-    return true;
-}
-
 bool InvertBasis(StructuredIteration* x, const Iteration* it)
 {
     if (it->form->hasFirstLabels)
@@ -46,28 +25,25 @@ bool InvertBasis(StructuredIteration* x, const Iteration* it)
 void PlaceArrays(StructuredIteration* x, const Iteration* it, WorkspaceLayout* layout)
 {
     x->inverse.kernels = it->kernels;
-    x->pricing.kernels = it->kernels;
     layout->Place(it->m, &x->elimination.steps);
     // Slacks cost nothing: no more basic variables have a cost than there are others, and in Phase
     // I only the artificial one has.
     const NuvUint n = it->form->n;
     const NuvUint maxCosted = it->phase == Phase::I ? 1 : it->m < n ? it->m : n;
     PlaceArrays(&x->inverse, it->m, maxCosted, layout);
-    PlaceArrays(&x->pricing, it->form, layout);
-    const NuvSizeT forPricing = RowBufferLength(&x->pricing);
+    PlaceArrays(&x->pricing, it, layout);
+    const NuvSizeT forPricing = RowBufferLength(&x->pricing, it);
     const NuvSizeT forInversion = it->phase == Phase::I ? 0 : it->m * it->stride;
     layout->Place(forInversion > forPricing ? forInversion : forPricing, &x->rowBuffer);
 }
 
 bool TryStart(StructuredIteration* x, Iteration* it)
 {
-    if (!switches.structured || !it->form->isFiniteWithUnitSlacks || !LabelsMatchColumns(it) ||
-        !InvertBasis(x, it))
+    if (!switches.structured || !it->form->isOrdinary || !InvertBasis(x, it))
         return false;
     // The steps of the inversion are done with, and so is their part of the buffer.
-    StartPricing(&x->pricing, x->rowBuffer);
-    if (!PlaceLabels(&x->pricing, it))
-        return false;
+    StartPricing(&x->pricing, it->form, x->rowBuffer);
+    PlaceLabels(it);
     for (NuvUint i = 0; i != it->m; ++i)
         if (it->basicCosts[i] != 0.0F)
             SetCost(&x->inverse, i, it->basicCosts[i]);
@@ -79,7 +55,7 @@ Entering ChooseEntering(StructuredIteration* x, Iteration* it)
 {
     // Rows whose column of the inverse is a unit vector have no price.
     const Choice largest =
-        FindLargestReducedCost(&x->pricing, it->prices, x->inverse.numbers, x->inverse.numStored);
+        FindLargestReducedCost(&x->pricing, it, x->inverse.numbers, x->inverse.numStored);
     return {largest.number, largest.value};
 }
 
@@ -91,7 +67,7 @@ bool ComputeValuesAndDirection(StructuredIteration* x, Iteration* it, const Ente
         column = it->enteringColumn;
         const NuvUint label = it->nonbasic[entering->position];
         if (label != kArtificialLabel)
-            CopyColumn(&x->pricing, label, column, it->stride);
+            CopyColumn(&x->pricing, it, label, column);
         else
             for (NuvUint i = 0; i != it->m; ++i)
                 column[i] = ElementOf(it->form, i, label);
@@ -107,17 +83,6 @@ bool ComputeValuesAndDirection(StructuredIteration* x, Iteration* it, const Ente
 bool FormEta(StructuredIteration* x, const Iteration* it, NuvUint row)
 {
     return FormEta(&x->inverse, it->direction, row);
-}
-
-void Exchange(StructuredIteration* x, Iteration* it, NuvUint position, NuvUint row)
-{
-    ExchangeLabels(it, position, row);
-    const NuvUint entering = it->basic[row];
-    const NuvUint leaving = it->nonbasic[position];
-    if (entering != kArtificialLabel)
-        MakeBasic(&x->pricing, entering);
-    NUV_ASSERT(leaving != kArtificialLabel);
-    MakeNonbasic(&x->pricing, leaving, CostOf(it, leaving), position);
 }
 
 void Update(StructuredIteration* x, Iteration* it, NuvUint row)

@@ -3,8 +3,8 @@
 // numbers are finite; where one is not, the step says so and nothing of the iteration is done that
 // the dense one does not do again. Not installed.
 //
-// Invariant between iterations: the inverse is that of the columns that `basic` labels; the costs
-// and positions of pricing follow the labels; no update is pending after the values are computed.
+// Invariant between iterations: the inverse is that of the columns that `basic` labels; no update
+// is pending after the values are computed.
 #ifndef NUV_UTILS_SIMPLEX_STRUCTUREDITERATION_H
 #define NUV_UTILS_SIMPLEX_STRUCTUREDITERATION_H
 
@@ -23,16 +23,11 @@ struct StructuredIteration
     NuvFloat32* rowBuffer;
 };
 
-/// Phase I always starts from the slack columns. A caller of Phase I by itself may have left other
-/// labels in `basic`; then labels and columns disagree, and only the dense iteration, which keeps
-/// both, gives the defined result. In Phase II they agree by definition.
-bool LabelsMatchColumns(const Iteration* it);
-
 void PlaceArrays(StructuredIteration* x, const Iteration* it, WorkspaceLayout* layout);
 /// Finds the inverse and the prices of the first basis: that of the slacks in Phase I, that of the
 /// labels in Phase II.
-/// @return false if the data are not finite or not of the standard form, the inverse overflows, or
-/// a label occurs twice; the dense iteration is to start from the first basis.
+/// @return false if the form is not an ordinary one, or the inverse overflows; the dense iteration
+/// is to start from the first basis.
 bool TryStart(StructuredIteration* x, Iteration* it);
 
 /// The steps of the dense iteration; false from one of them means that the dense iteration is to
@@ -40,7 +35,6 @@ bool TryStart(StructuredIteration* x, Iteration* it);
 Entering ChooseEntering(StructuredIteration* x, Iteration* it);
 bool ComputeValuesAndDirection(StructuredIteration* x, Iteration* it, const Entering* entering);
 bool FormEta(StructuredIteration* x, const Iteration* it, NuvUint row);
-void Exchange(StructuredIteration* x, Iteration* it, NuvUint position, NuvUint row);
 void Update(StructuredIteration* x, Iteration* it, NuvUint row);
 
 /// Starts the dense iteration from the inverse as it is; its arrays are allocated.

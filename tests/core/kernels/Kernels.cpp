@@ -41,14 +41,19 @@ TEST_P(KernelsAgainstPlainLoops, AnEtaColumnIsTheNegatedMultipleAndToldWhenNotFi
 {
     for (int i = 0; i != ShareOf(600); ++i)
     {
-        const Floats direction = Vector(Tiles(5), i % 2 == 0);
-        const float reciprocal = Draw(i % 3 == 0);
+        Floats direction = Vector(Tiles(5), i % 2 == 0);
+        const std::size_t row = random.Below(static_cast<unsigned>(direction.size()));
+        direction[row] = Draw(i % 3 == 0);
+        const float reciprocal = 1.0F / direction[row];
         Floats expected;
         for (const float element : direction)
             expected.push_back(0.0F - element * reciprocal);
+        const bool isFinite = AreFinite(expected);
+        expected[row] = 1.0F - (direction[row] - 1.0F) * reciprocal;
         Floats found(direction.size());
-        EXPECT_EQ(kernels->formEta(direction.data(), reciprocal, found.data(), found.size()),
-                  AreFinite(expected));
+        EXPECT_EQ(kernels->formEta(direction.data(), static_cast<NuvUint>(row), found.data(),
+                                   found.size()),
+                  isFinite);
         EXPECT_TRUE(IsSame(expected, found));
     }
 }

@@ -384,7 +384,8 @@ TEST_P(SmallStepsAgainstPlainLoops, TheSmallestRatioIsTheFirstOfEqualOnesAndEtaI
             isFinite = isFinite && std::isfinite(product);
             expected.eta[r] = r == smallest.number ? 1.0F - inRow : 0.0F - product;
         }
-        EXPECT_EQ(kernels->formSmallEta(&state, smallest.number), isFinite);
+        EXPECT_EQ(kernels->formEta(x.direction.data(), smallest.number, x.eta.data(), x.stride),
+                  isFinite);
         EXPECT_TRUE(IsSame(WithoutSignsOfZeros(expected.eta), WithoutSignsOfZeros(x.eta)));
     }
 }
