@@ -168,7 +168,7 @@ bool DixonSolver::SolveIntegers(std::vector<Integer> rightSide, ExactVector& sol
     m_fewestSteps = 0;
     m_guessSteps = m_denominator == 1 ? std::numeric_limits<std::size_t>::max()
                                       : BitsFor(m_denominator) / 61 + 1;
-    std::size_t attempt = 1;
+    std::size_t attempt = 1;  // same bits (-> 0): after a first digit in either case
     for (;;)
     {
         // same bits: how often is asked
@@ -258,7 +258,8 @@ void DixonSolver::SubtractDigits()
     const std::size_t primeBits = BitsOf(m_factors.GetField().Prime()) - 1;
     m_residualBits =
         std::max(m_residualBits - std::min(m_residualBits, primeBits - 1), m_entryBits);
-    CutResidual(m_residualBits / 64 + 1);  // same bits (-> 2): of more words none is needed
+    // same bits (-> 2, -> 63, -> *): of more words none is needed
+    CutResidual(m_residualBits / 64 + 1);
     const std::int64_t* const digits = m_digits.data() + (m_digits.size() - m_size);
     const bool isShort = m_words == 1;
     for (Index k = 0; k < m_size; ++k)

@@ -90,7 +90,8 @@ std::optional<Rational> ReadQuotient(std::string_view text)
     const std::optional<Integer> below = ReadInteger(text.substr(bar + 1));
     if (!above || !below || *below == 0)
         return std::nullopt;
-    return Rational(negative ? Integer(-*above) : *above, *below);
+    const Rational value(*above, *below);
+    return negative ? -value : value;
 }
 
 std::optional<Rational> ReadRational(std::string_view text)

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdlib>
 #include <vector>
 
 namespace nuv::test
@@ -214,6 +215,45 @@ TEST(BorderedSystem, SolvesBothWays)
         ExpectSolved(system, order, given);
     }
     EXPECT_GT(solved, ShareOf(4000) / 2);
+}
+
+/// Small numbers times one power of two, which the pivots have as often as there are rows: most of
+/// their words are zeros, or shifted out.
+TEST(BorderedSystem, DividesByPivotsOfLongPowersOfTwo)
+{
+    Random random(6);
+    BorderedSystem system;
+    int solved = 0;
+    for (const unsigned twos : {1u, 31u, 60u, 63u, 64u, 65u, 100u, 127u, 128u, 150u})
+    {
+        for (int round = 0; round < 40; ++round)
+        {
+            const auto order = static_cast<unsigned>(random.Between(1, 6));
+            system.Begin(order);
+            std::vector given(order + 1, std::vector<Integer>(order + 1));
+            for (unsigned i = 0; i <= order; ++i)
+            {
+                for (unsigned j = 0; j <= order; ++j)
+                {
+                    const int number = random.Between(-3, 3);
+                    given[i][j] = Integer(number) * Power(Integer(2), twos);
+                    Word* const entry = system.Entry(i, j);
+                    entry[twos / 64] = static_cast<Word>(std::abs(number)) << twos % 64;
+                    if (twos % 64 > 61)
+                        entry[twos / 64 + 1] =
+                            static_cast<Word>(std::abs(number)) >> (64 - twos % 64);
+                    if (number < 0)
+                        NegateWords(entry, BorderedSystem::kEntryWidth);
+                    ASSERT_EQ(ToInteger(entry, BorderedSystem::kEntryWidth), given[i][j]);
+                }
+            }
+            if (!system.Solve())
+                continue;
+            ++solved;
+            ASSERT_NO_FATAL_FAILURE(ExpectSolved(system, order, given));
+        }
+    }
+    EXPECT_GT(solved, 100);
 }
 
 /// Sylvester's matrix of order 8 has the largest determinant that entries up to 2^31 - 1 allow, 12

@@ -16,6 +16,42 @@ namespace nuv::test
 namespace
 {
 
+/// Of all tests of the program: what they take is given back in the end.
+class Balance : public testing::Environment
+{
+public:
+    void SetUp() override
+    {
+        mp_get_memory_functions(&s_allocate, &s_reallocate, &s_release);
+        mp_set_memory_functions(Take, s_reallocate, GiveBack);
+    }
+    void TearDown() override
+    {
+        mp_set_memory_functions(s_allocate, s_reallocate, s_release);
+        EXPECT_EQ(s_held, 0) << "numbers that nobody released";
+    }
+
+private:
+    static void* Take(std::size_t bytes)
+    {
+        ++s_held;
+        return s_allocate(bytes);
+    }
+    static void GiveBack(void* memory, std::size_t bytes)
+    {
+        --s_held;
+        s_release(memory, bytes);
+    }
+
+    static inline void* (*s_allocate)(std::size_t) = nullptr;
+    static inline void* (*s_reallocate)(void*, std::size_t, std::size_t) = nullptr;
+    static inline void (*s_release)(void*, std::size_t) = nullptr;
+    static inline long s_held = 0;
+};
+
+[[maybe_unused]] testing::Environment* const g_balance =
+    testing::AddGlobalTestEnvironment(new Balance);
+
 void* (*g_allocate)(std::size_t) = nullptr;
 void* (*g_reallocate)(void*, std::size_t, std::size_t) = nullptr;
 void (*g_release)(void*, std::size_t) = nullptr;

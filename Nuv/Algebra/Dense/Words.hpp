@@ -116,14 +116,15 @@ inline void AddProduct(Word* sum, const Word* x, const Word* y, unsigned width) 
 /// Bits of the magnitude; of a negative number that is no power of two, one more.
 [[nodiscard]] inline unsigned BitLength(const Word* x, unsigned width) noexcept
 {
+    // same bits: the bounds made of it have room for more
     const Word filling = IsNegative(x, width) ? ~Word{0} : 0;
     for (unsigned k = width; k-- > 0;)
     {
         if (x[k] != filling)
             return 64 * k + static_cast<unsigned>(std::bit_width(x[k] ^ filling)) +
-                   (filling != 0 ? 1 : 0);
+                   (filling != 0 ? 1 : 0);  // same bits: the bounds hold up to the power of two
     }
-    return filling != 0 ? 1 : 0;
+    return filling != 0 ? 1 : 0;  // same bits: as above
 }
 
 /// Of a number that is not zero.
@@ -140,7 +141,9 @@ inline void ShiftRight(Word* x, unsigned width, unsigned bits) noexcept
 {
     const unsigned whole = bits / 64;
     const unsigned part = bits % 64;
+    // same bits: of what comes in at the top the library keeps nothing
     const Word filling = IsNegative(x, width) ? ~Word{0} : 0;
+    // same bits: as above
     const auto at = [&](unsigned k) { return k < width ? x[k] : filling; };
     for (unsigned k = 0; k < width; ++k)
     {
