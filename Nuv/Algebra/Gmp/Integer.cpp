@@ -35,13 +35,10 @@ class GmpView
 public:
     explicit GmpView(std::uint64_t magnitude, bool isNegative = false) noexcept
     {
-        constexpr int kLimbs = 64 / GMP_NUMB_BITS;  // same bits: one on most machines
+        constexpr int kLimbs = 64 / GMP_NUMB_BITS;
         static_assert(kLimbs >= 1 && kLimbs * GMP_NUMB_BITS == 64);
         for (int k = 0; k < kLimbs; ++k)
-        {
-            // same bits: of one limb nothing is shifted
             m_limbs[k] = static_cast<mp_limb_t>(magnitude >> (k * GMP_NUMB_BITS % 64));
-        }
         m_read = mpz_roinit_n(m_word, m_limbs, isNegative ? -kLimbs : kLimbs);
     }
     explicit GmpView(std::int64_t word) noexcept : GmpView(MagnitudeOf(word), word < 0) {}
@@ -80,8 +77,8 @@ mpz_ptr MakeLong(ShortOrLong& x)
 std::uint64_t LowWordOf(mpz_srcptr number) noexcept
 {
     std::uint64_t low = 0;
-    for (int k = 64 / GMP_NUMB_BITS; k-- > 0;)  // same bits: one limb
-        // same bits: as above
+    // same bits (-> >=): a limb that is not there is 0
+    for (int k = 64 / GMP_NUMB_BITS; k-- > 0;)
         low = (low << (GMP_NUMB_BITS % 64)) | mpz_getlimbn(number, k);
     return low;
 }
