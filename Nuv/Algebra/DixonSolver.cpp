@@ -164,7 +164,6 @@ bool DixonSolver::SolveIntegers(std::vector<Integer> rightSide, ExactVector& sol
     m_digits.clear();
     m_combination.clear();
     m_steps = 0;
-    m_exhausted = false;
     m_fewestSteps = 0;
     m_guessSteps = m_denominator == 1 ? std::numeric_limits<std::size_t>::max()
                                       : BitsFor(m_denominator) / 61 + 1;

@@ -127,7 +127,7 @@ private:
     /// Before which m_denominator is of no use.
     std::size_t m_guessSteps = 0;  // same bits: each solve sets it
     /// The residual is zero: the digits are the solution.
-    bool m_exhausted = false;       // same bits: each solve sets it
+    bool m_exhausted = false;       // same bits: each step sets it
     std::vector<Integer> m_powers;  ///< p^(8 * 2^j)
     /// Bits of the largest numerator found so far.
     std::size_t m_largestNumerator = 0;  // same bits: one bit is no matter

@@ -134,7 +134,7 @@ double ToDouble(const Rational& value)
 
 double QuotientToDouble(const Integer& numerator, const Integer& denominator)
 {
-    if (numerator == 0)
+    if (numerator == 0)  // same bits: the long way comes to the same
         return 0.0;
     const bool negative = numerator < 0;
     Integer top = Abs(numerator);
