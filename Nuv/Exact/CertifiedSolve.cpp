@@ -169,6 +169,7 @@ bool ProveByRow(const BoundedForm& form, const ExactForm& exact, const BlockedRo
 {
     Certificate tried;
     tried.status = Status::Infeasible;
+    // same bits (never): a row that was not found passes no check
     if (!RowOfInverse(exact, blocked, control, tried.dual))
         return false;
     // Which way the variable is blocked decides the sign, and so does the check.

@@ -414,27 +414,32 @@ TEST(DenseProof, ProvesByAColumnThatIsBasic)
     }
 }
 
-/// The basis itself is short enough: 35 numbers of 101 bits. Those of the moving column have 24
-/// more.
+/// The basis itself is short enough: 37 odd numbers of 103 bits, for the rows are multiplied by
+/// 5^27 (1.34217728e-19 is 5^-27). Those of the moving column have 63 bits, or 110.
 TEST(DenseProof, RefusesARayThatIsTooLong)
 {
-    constexpr Index kOrder = 35;
-    std::vector<DenseRow> rows(kOrder, {std::vector<double>(kOrder + 2, 0.0), {-kInf, 1}});
-    for (Index k = 0; k < kOrder; ++k)
+    constexpr Index kOrder = 37;
+    for (const double rate : {1.0, 0x1p47})
     {
-        rows[k].coefficients[k] = 1.0;
-        rows[k].coefficients[kOrder] = 0x1p-100;
-        rows[k].coefficients[kOrder + 1] = -0x1p24;
+        std::vector<DenseRow> rows(kOrder, {std::vector<double>(kOrder + 2, 0.0), {-kInf, 1}});
+        for (Index k = 0; k < kOrder; ++k)
+        {
+            rows[k].coefficients[k] = 0x1p40 + 1.0;
+            rows[k].coefficients[kOrder] = 1.34217728e-19;
+            rows[k].coefficients[kOrder + 1] = -rate;
+        }
+        std::vector<double> cost(kOrder + 2, 0.0);
+        cost.back() = -1.0;
+        BoundedForm form = MakeForm(cost, rows);
+        form.numbers = CoefficientMeaning::ShortestDecimal;
+        DenseForm dense;
+        TakeForm(form, dense);
+        std::vector<BasisStatus> status(dense.Variables(), BasisStatus::AtUpper);
+        std::fill_n(status.begin(), kOrder, BasisStatus::Basic);
+        status[kOrder] = status[kOrder + 1] = BasisStatus::AtLower;
+        DenseProof proof;
+        EXPECT_EQ(proof.ProveUnbounded(dense, status, kOrder + 1, true), rate == 1.0);
     }
-    std::vector<double> cost(kOrder + 2, 0.0);
-    cost.back() = -1.0;
-    DenseForm dense;
-    TakeForm(MakeForm(cost, rows), dense);
-    std::vector<BasisStatus> status(dense.Variables(), BasisStatus::AtUpper);
-    std::fill_n(status.begin(), kOrder, BasisStatus::Basic);
-    status[kOrder] = status[kOrder + 1] = BasisStatus::AtLower;
-    DenseProof proof;
-    EXPECT_FALSE(proof.ProveUnbounded(dense, status, kOrder + 1, true));
 }
 
 /// The short way is for forms of at most 2500 entries, of which a fourth at least is there.

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace nuv::test
@@ -347,11 +349,20 @@ TEST(Stages, TakeNoMoreTimeThanPasses)
     Random random(7);
     const BoundedForm sparse = RandomSparseForm(random, 12, 18);
     const BoundedForm dense = KnownForms()[0].form;
-    std::vector<std::string> lines;
+    int lines = 0;
+    const SolveControl* clock = nullptr;
     SolveLimits limits;
     limits.seconds = 600.0;
-    limits.log = [&lines](std::string_view line) { lines.emplace_back(line); };
+    limits.log = [&](std::string_view line)
+    {
+        // "<stage>: <what it came to>, <seconds> s", the seconds rounded to the third place.
+        const double said = std::stod(std::string(line.substr(line.rfind(", ") + 2)));
+        EXPECT_GE(said, 0.1995) << line;
+        EXPECT_LE(said, clock->Seconds() + 0.0005001) << line;
+        ++lines;
+    };
     SolveControl control(limits);
+    clock = &control;
     while (control.Seconds() < 0.2)
     {
     }
@@ -381,14 +392,7 @@ TEST(Stages, TakeNoMoreTimeThanPasses)
     passes([&] { return *session.Solve(control); });
     session.SetBounds(dense.Logical(2), -kInf, 19);
     passes([&] { return *session.Solve(control); });
-    ASSERT_FALSE(lines.empty());
-    for (const std::string& line : lines)
-    {
-        // "<stage>: <what it came to>, <seconds> s"
-        const double said = std::stod(line.substr(line.rfind(", ") + 2));
-        EXPECT_GE(said, 0.199) << line;
-        EXPECT_LE(said, control.Seconds() + 0.001) << line;
-    }
+    EXPECT_GT(lines, 0);
 }
 
 }  // namespace
