@@ -158,6 +158,7 @@ public:
     }
     [[nodiscard]] Value FromSigned(std::int64_t number) const noexcept
     {
+        // same bits (-> <=): minus 0 is 0
         return number < 0 ? Negated(FromWord(std::uint64_t{0} - static_cast<std::uint64_t>(number)))
                           : FromWord(static_cast<std::uint64_t>(number));
     }
@@ -165,10 +166,12 @@ public:
     {
         const auto power = [this](Value base, Value inverse, int exponent)
         {
+            // same bits (-> <=): either to the power of 0 is 1
             return exponent < 0 ? Power(inverse, static_cast<std::uint64_t>(-exponent))
                                 : Power(base, static_cast<std::uint64_t>(exponent));
         };
         const Value two = power(Sum(m_one, m_one), m_half, scale.two);
+        // same bits: a factor of 1
         return scale.five == 0 ? two : Product(two, power(FromWord(5), m_fifth, scale.five));
     }
     /// The representative of least magnitude.

@@ -49,7 +49,7 @@ bool BorderedSystem::ChooseWidths()
     const unsigned side = m_order + 1;
     m_rows.resize(side);
     std::iota(m_rows.begin(), m_rows.end(), 0u);
-    m_rowBits.assign(side, 0);
+    m_rowBits.assign(side, 0);  // same bits: a row has a bit, or is all zeros
     for (unsigned i = 0; i < side; ++i)
     {
         for (unsigned j = 0; j < side; ++j)
@@ -209,7 +209,7 @@ bool BorderedSystem::SubstituteRow(unsigned step, bool isPrimal, std::vector<Wor
     Word* const sum = m_sum.data();
     CopyWords(At(step, step), m_widths[step], divisor, m_stride);
     const unsigned shift = TrailingZeros(divisor);
-    const unsigned width = m_width + (shift + 63) / 64;
+    const unsigned width = m_width + (shift + 63) / 64;  // same bits (-> 64): more room
     if (width > m_stride)
         return false;
     const auto at = [&](unsigned k)

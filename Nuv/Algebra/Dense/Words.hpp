@@ -41,7 +41,7 @@ inline void Extend(Word* x, unsigned from, unsigned to) noexcept
 inline void CopyWords(const Word* x, unsigned from, Word* to, unsigned width) noexcept
 {
     std::copy_n(x, std::min(from, width), to);
-    if (from < width)
+    if (from < width)  // same bits (-> <=, always, never): extended by nothing
         Extend(to, from, width);
 }
 
@@ -155,7 +155,7 @@ inline void ShiftRight(Word* x, unsigned width, unsigned bits) noexcept
 /// Makes the bits from `from` on, of the highest word, those of the sign below them.
 inline void ExtendFromBit(Word* x, unsigned width, unsigned from) noexcept
 {
-    if (from >= 64 * width)
+    if (from >= 64 * width)  // same bits (-> >): shifted by nothing
         return;
     const unsigned surplus = 64 * width - from;
     const auto high = static_cast<std::int64_t>(x[width - 1] << surplus);
@@ -167,6 +167,7 @@ inline void ExtendFromBit(Word* x, unsigned width, unsigned from) noexcept
 {
     // 3 odd xor 2 is right in five bits, and each step doubles them.
     Word inverse = (3 * odd) ^ 2;
+    // same bits: a right inverse stays as it is
     for (int bits = 5; bits < 64; bits *= 2)
         inverse *= 2 - odd * inverse;
     return inverse;

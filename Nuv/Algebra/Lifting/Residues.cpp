@@ -16,7 +16,7 @@ SparseVectors<std::uint64_t> Residues(const SparseVectors<ExactNumber>& columns,
     {
         for (const auto [row, entry] : columns[k])
         {
-            if (!(entry.scale == last))
+            if (!(entry.scale == last))  // same bits: made again it is the same
             {
                 last = entry.scale;
                 power = field.PowerOf(last);

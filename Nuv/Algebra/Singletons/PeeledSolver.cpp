@@ -162,7 +162,7 @@ void PeeledSolver::Substitute(Index equation, const ScaledVector& rightSide)
     Integer quotient;
     Integer rest;
     Divide(sum, pivot, quotient, rest);
-    if (rest.Sign() != 0)
+    if (rest.Sign() != 0)  // same bits: without a remainder the factor is 1
     {
         const Integer factor = Abs(pivot / Gcd(rest, pivot));
         Enlarge(factor);
