@@ -129,7 +129,7 @@ double QuotientToDouble(const Word* numerator, unsigned width, const Word* denom
     const int exponent = static_cast<int>(topBits) - static_cast<int>(bottomBits) + scale.two;
     const bool hasHighBit = leading >= divisor;
     const WideQuotient quotient = DivideWide(hasHighBit ? leading - divisor : leading, divisor);
-    double rounded = 0.0;  // same bits: set by either branch
+    double rounded = 0.0;
     if (isTopExact && isBottomExact)
         rounded = Rounded(hasHighBit, quotient.quotient, quotient.remainder != 0);
     else

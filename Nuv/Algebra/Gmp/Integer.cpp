@@ -140,7 +140,7 @@ void Combine(ShortOrLong& x, const ShortOrLong& y)
 template <InWords inWords, InGmp inGmp>
 void CombineProduct(ShortOrLong& sum, const ShortOrLong& x, const ShortOrLong& y)
 {
-    std::int64_t word = 0;  // same bits: set where it is read
+    std::int64_t word = 0;
     if (!sum.isLong && !x.isLong && !y.isLong && ProductFits(x.word, y.word, &word) &&
         inWords(sum.word, word, &word))
         sum.word = word;
@@ -354,7 +354,7 @@ Integer operator*(const Integer& x, const Integer& y)
 Integer& Integer::MultiplyByWord(std::int64_t word)
 {
     ShortOrLong& x = Access::Of(*this);
-    std::int64_t product = 0;  // same bits: set where it is read
+    std::int64_t product = 0;
     if (!x.isLong && !__builtin_mul_overflow(x.word, word, &product))
         x.word = product;
     else

@@ -86,7 +86,7 @@ bool ToWideInteger(const ExactNumber& number, Scale scale, WideInteger& result)
 bool IntegerForm::Take(const DenseForm& form)
 {
     m_form = &form;
-    m_bits = 0;
+    m_bits = 0;  // same bits: the factor of the bounds has one
     TakeApartAll();
     const std::size_t n = form.columns;
     const std::size_t variables = form.Variables();

@@ -101,7 +101,7 @@ private:
     Scale m_costScale;
     Scale m_boundScale;
     WideInteger m_boundFactor;
-    unsigned m_bits = 0;
+    unsigned m_bits = 0;  // same bits: Take sets it
 };
 
 }  // namespace nuv
