@@ -7,7 +7,7 @@
 
 #include <vector>
 
-namespace nuv::test
+namespace nuv::test::padic_product
 {
 namespace
 {
@@ -98,4 +98,4 @@ TEST(PadicProduct, DoesNotTellWhatIsInTheMiddle)
 }
 
 }  // namespace
-}  // namespace nuv::test
+}  // namespace nuv::test::padic_product

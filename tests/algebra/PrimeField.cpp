@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace nuv::test
+namespace nuv::test::prime_field
 {
 namespace
 {
@@ -76,4 +76,4 @@ TEST(PrimeField, KnowsZero)
 }
 
 }  // namespace
-}  // namespace nuv::test
+}  // namespace nuv::test::prime_field

@@ -13,7 +13,7 @@
 #include <limits>
 #include <string>
 
-namespace nuv::test
+namespace nuv::test::rational
 {
 namespace
 {
@@ -380,4 +380,4 @@ TEST(Scale, IsAPairOfExponents)
 }
 
 }  // namespace
-}  // namespace nuv::test
+}  // namespace nuv::test::rational

@@ -12,7 +12,7 @@
 #include <numeric>
 #include <vector>
 
-namespace nuv::test
+namespace nuv::test::singletons
 {
 namespace
 {
@@ -260,4 +260,4 @@ TEST(PeeledSolver, AsksWhetherToStopBetweenSubstitutions)
 }
 
 }  // namespace
-}  // namespace nuv::test
+}  // namespace nuv::test::singletons

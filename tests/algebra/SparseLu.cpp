@@ -12,7 +12,7 @@
 #include <cmath>
 #include <vector>
 
-namespace nuv::test
+namespace nuv::test::sparse_lu
 {
 namespace
 {
@@ -427,4 +427,4 @@ TEST(SparseLu, AnEmptyMatrixHasFactors)
 }
 
 }  // namespace
-}  // namespace nuv::test
+}  // namespace nuv::test::sparse_lu

@@ -13,22 +13,22 @@ namespace
 
 /// What decides at a tolerance is drawn from the tolerances themselves and their neighbours.
 constexpr double kEdge = 1e-9;
-const std::array<double, 16> kNumbers = {0.0,
-                                         1.0,
-                                         1.0,
-                                         2.0,
-                                         0.5,
-                                         kEdge,
-                                         2.0 * kEdge,
-                                         0.5 * kEdge,
-                                         std::nextafter(kEdge, 0.0),
-                                         std::nextafter(kEdge, 1.0),
-                                         1.0 + kEdge,
-                                         1.0 - kEdge,
-                                         1e-5,
-                                         std::nextafter(1e-5, 0.0),
-                                         1e-7,
-                                         1e-12};
+const std::array<double, 16> kDrawnNumbers = {0.0,
+                                              1.0,
+                                              1.0,
+                                              2.0,
+                                              0.5,
+                                              kEdge,
+                                              2.0 * kEdge,
+                                              0.5 * kEdge,
+                                              std::nextafter(kEdge, 0.0),
+                                              std::nextafter(kEdge, 1.0),
+                                              1.0 + kEdge,
+                                              1.0 - kEdge,
+                                              1e-5,
+                                              std::nextafter(1e-5, 0.0),
+                                              1e-7,
+                                              1e-12};
 const std::array<double, 12> kPivots = {1.0,  0.5,   2.0,  0.1,  1e-5, std::nextafter(1e-5, 0.0),
                                         1e-3, kEdge, 0.01, 10.0, 4.0,  std::nextafter(kEdge, 1.0)};
 
@@ -140,7 +140,7 @@ double DrawPivot(Random& random)
 
 double DrawEdge(Random& random)
 {
-    const double number = Any(random, kNumbers);
+    const double number = Any(random, kDrawnNumbers);
     return random.OneIn(2) ? number : -number;
 }
 

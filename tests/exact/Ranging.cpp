@@ -10,7 +10,7 @@
 
 #include <cmath>
 
-namespace nuv::test
+namespace nuv::test::ranging
 {
 namespace
 {
@@ -208,4 +208,4 @@ TEST(Sensitivity, KnowsRowsThatCannotMove)
 }
 
 }  // namespace
-}  // namespace nuv::test
+}  // namespace nuv::test::ranging

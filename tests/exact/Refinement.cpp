@@ -13,7 +13,7 @@
 
 #include <cmath>
 
-namespace nuv::test
+namespace nuv::test::refinement
 {
 namespace
 {
@@ -314,4 +314,4 @@ TEST(Refinement, LooksTwiceWhereOneStepHidesBehindAnother)
 }
 
 }  // namespace
-}  // namespace nuv::test
+}  // namespace nuv::test::refinement

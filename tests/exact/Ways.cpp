@@ -34,7 +34,7 @@ namespace nuv::test
 namespace
 {
 
-Basis DrawBasis(Random& random, const BoundedForm& form)
+Basis DrawSomeBasis(Random& random, const BoundedForm& form)
 {
     Basis basis = SlackBasis(form);
     for (Index v = 0; v < form.Variables(); ++v)
@@ -46,7 +46,7 @@ Basis DrawBasis(Random& random, const BoundedForm& form)
 void SolveAllWays(const BoundedForm& form, Random& random, Way& way)
 {
     way.Add(Certified(form, nullptr, way.Watched()));
-    const Basis start = DrawBasis(random, form);
+    const Basis start = DrawSomeBasis(random, form);
     way.Add(Certified(form, &start, way.Watched()));
     SolveControl control(way.Watched());
     way.Add(SolveExactly(form, start, control));
@@ -135,7 +135,7 @@ void Help(const BoundedForm& form, Random& random, Way& way)
 {
     if (FindCrossedBounds(form) != kNoIndex)
         return;
-    const Basis start = DrawBasis(random, form);
+    const Basis start = DrawSomeBasis(random, form);
     ScalableForm scalable(form);
     Basis fitted = start;
     FitBasis(form, fitted);
@@ -185,7 +185,7 @@ void RunEither(const BoundedForm& form, Random& random, Way& way)
     const ScaledForm scaled(form);
     for (const bool isDual : {false, true})
     {
-        Basis start = DrawBasis(random, form);
+        Basis start = DrawSomeBasis(random, form);
         FitBasis(form, start);
         SimplexState state(scaled, start);
         state.Refactorise();

@@ -15,7 +15,7 @@
 #include <cmath>
 #include <string>
 
-namespace
+namespace writer_round_trips
 {
 
 using namespace nuv;
@@ -117,4 +117,4 @@ TEST(Writers, FilesOfTheNetlibSetSurviveBothFormats)
     }
 }
 
-}  // namespace
+}  // namespace writer_round_trips

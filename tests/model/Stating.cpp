@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace nuv
+namespace nuv::stating
 {
 namespace
 {
@@ -442,4 +442,4 @@ TEST(Stating, FillsRowsFromColumns)
 }
 
 }  // namespace
-}  // namespace nuv
+}  // namespace nuv::stating

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace nuvlp::test
+namespace nuvlp::test::verify
 {
 namespace
 {
@@ -96,4 +96,4 @@ TEST(SolveCommand, WritesNoCertificateOfWhatIsNotProved)
 }
 
 }  // namespace
-}  // namespace nuvlp::test
+}  // namespace nuvlp::test::verify

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace nuv::vipr::test
+namespace nuv::vipr::test::text
 {
 namespace
 {
@@ -109,4 +109,4 @@ TEST(ViprText, SaysWhatIsNoCertificate)
 }
 
 }  // namespace
-}  // namespace nuv::vipr::test
+}  // namespace nuv::vipr::test::text

@@ -10,7 +10,7 @@
 #include "tests/support/SmallModel.hpp"
 #include "tests/support/RefusedAllocations.hpp"
 
-namespace
+namespace editing_refused
 {
 using Indexed = IndexedCoefficients::Terms;
 
@@ -218,4 +218,4 @@ TEST(EditingRefused, RemovalAsksForNothing)
     EXPECT_TRUE(NuvLinearProgrammingRemoveConstraint(&model->lp, 2));
     EXPECT_EQ(allocator.Refusals(), 0U);
 }
-}  // namespace
+}  // namespace editing_refused

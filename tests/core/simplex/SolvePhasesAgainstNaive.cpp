@@ -14,7 +14,7 @@
 
 using namespace reference;
 
-namespace
+namespace solve_phases
 {
 // The phases have no monitor of their own, so that a model on which the yardstick is not done by
 // then is passed over.
@@ -212,4 +212,4 @@ std::string NameOfFamily(const testing::TestParamInfo<Family>& family)
 
 INSTANTIATE_TEST_SUITE_P(Families, SolvePhasesAgainstNaive, testing::ValuesIn(Families()),
                          NameOfFamily);
-}  // namespace
+}  // namespace solve_phases

@@ -10,7 +10,7 @@
 #include "tests/support/SmallModel.hpp"
 #include "tests/support/RefusedAllocations.hpp"
 
-namespace
+namespace standard_form
 {
 using Floats = std::vector<float>;
 using Uints = std::vector<NuvUint>;
@@ -366,4 +366,4 @@ TEST(StandardFormLimits, MoreConstraintsThan32BitsCountAreRefused)
     *size = 1;
     EXPECT_TRUE(NuvLinearProgrammingPrepareInputs_(&model.lp));
 }
-}  // namespace
+}  // namespace standard_form
