@@ -35,23 +35,6 @@ add_test(
     COMMAND ${CMAKE_COMMAND} -DNM=${CMAKE_NM} -DOBJDUMP=${CMAKE_OBJDUMP}
             "-DOBJECTS=$<TARGET_OBJECTS:NuvLinearProgramming>" -P ${nuv_checks}/CheckObjects.cmake)
 
-# Both compilers where both are there.
-find_program(NUV_OTHER_C_COMPILER NAMES clang clang-14)
-find_program(NUV_OTHER_CXX_COMPILER NAMES clang++ clang++-14)
-set(nuv_c_compilers ${CMAKE_C_COMPILER})
-set(nuv_cxx_compilers ${CMAKE_CXX_COMPILER})
-if(NUV_OTHER_C_COMPILER AND NOT CMAKE_C_COMPILER_ID MATCHES "Clang")
-    list(APPEND nuv_c_compilers ${NUV_OTHER_C_COMPILER})
-endif()
-if(NUV_OTHER_CXX_COMPILER AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
-    list(APPEND nuv_cxx_compilers ${NUV_OTHER_CXX_COMPILER})
-endif()
-add_test(
-    NAME installed_headers
-    COMMAND ${CMAKE_COMMAND} -DINCLUDE_DIR=${nuv_prefix}/${CMAKE_INSTALL_INCLUDEDIR}
-            -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/headers "-DC_COMPILERS=${nuv_c_compilers}"
-            "-DCXX_COMPILERS=${nuv_cxx_compilers}" -P ${nuv_checks}/CompileHeaders.cmake)
-
 # The model layer as a shared library, of the same objects.
 add_library(nuv_model_shared SHARED ${nuv_model_objects})
 set_target_properties(nuv_model_shared PROPERTIES LINKER_LANGUAGE CXX OUTPUT_NAME NuvModel)
@@ -80,24 +63,39 @@ function(nuv_consumer_test name kind work_dir)
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
 nuv_consumer_test(install install ${nuv_prefix})
-nuv_consumer_test(consumer_pkgconfig pkgconfig ${CMAKE_CURRENT_BINARY_DIR}/consumer_pkgconfig)
-nuv_consumer_test(consumer_package package ${CMAKE_CURRENT_BINARY_DIR}/consumer_package)
-nuv_consumer_test(consumer_subdirectory subdirectory ${CMAKE_CURRENT_BINARY_DIR}/consumer_subdirectory)
+set_tests_properties(install PROPERTIES FIXTURES_SETUP installed_library)
 nuv_consumer_test(core_configured configured ${CMAKE_CURRENT_BINARY_DIR}/core_configured)
-nuv_consumer_test(consumer_model_pkgconfig model_pkgconfig ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_pkgconfig)
-nuv_consumer_test(consumer_model_package model_package ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_package)
-nuv_consumer_test(consumer_model_shared model_shared ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_shared)
-foreach(kind pkgconfig package shared)
-    nuv_consumer_test(
-        consumer_model_c_${kind} model_c_${kind} ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_c_${kind})
-    set_tests_properties(consumer_model_c_${kind} PROPERTIES FIXTURES_REQUIRED installed_library)
+set(consumers pkgconfig package model_c_pkgconfig model_c_package model_c_shared)
+if(NOT NUV_QUICK_TESTS)
+    list(APPEND consumers model_pkgconfig model_package model_shared)
+endif()
+foreach(kind IN LISTS consumers)
+    nuv_consumer_test(consumer_${kind} ${kind} ${CMAKE_CURRENT_BINARY_DIR}/consumer_${kind})
+    set_tests_properties(consumer_${kind} PROPERTIES FIXTURES_REQUIRED installed_library)
 endforeach()
-# It compiles the whole layer once more; ./test --quick leaves it out.
+
+# What compiles much is left out of ./test --quick.
+if(NUV_QUICK_TESTS)
+    return()
+endif()
+nuv_consumer_test(consumer_subdirectory subdirectory ${CMAKE_CURRENT_BINARY_DIR}/consumer_subdirectory)
 nuv_consumer_test(
     consumer_model_subdirectory model_subdirectory ${CMAKE_CURRENT_BINARY_DIR}/consumer_model_subdirectory)
-set_tests_properties(consumer_model_subdirectory PROPERTIES LABELS slow)
-set_tests_properties(install PROPERTIES FIXTURES_SETUP installed_library)
-set_tests_properties(
-    installed_headers consumer_pkgconfig consumer_package consumer_model_pkgconfig consumer_model_package
-    consumer_model_shared
-    PROPERTIES FIXTURES_REQUIRED installed_library)
+
+# Both compilers where both are there.
+find_program(NUV_OTHER_C_COMPILER NAMES clang clang-14)
+find_program(NUV_OTHER_CXX_COMPILER NAMES clang++ clang++-14)
+set(nuv_c_compilers ${CMAKE_C_COMPILER})
+set(nuv_cxx_compilers ${CMAKE_CXX_COMPILER})
+if(NUV_OTHER_C_COMPILER AND NOT CMAKE_C_COMPILER_ID MATCHES "Clang")
+    list(APPEND nuv_c_compilers ${NUV_OTHER_C_COMPILER})
+endif()
+if(NUV_OTHER_CXX_COMPILER AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    list(APPEND nuv_cxx_compilers ${NUV_OTHER_CXX_COMPILER})
+endif()
+add_test(
+    NAME installed_headers
+    COMMAND ${CMAKE_COMMAND} -DINCLUDE_DIR=${nuv_prefix}/${CMAKE_INSTALL_INCLUDEDIR}
+            -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/headers "-DC_COMPILERS=${nuv_c_compilers}"
+            "-DCXX_COMPILERS=${nuv_cxx_compilers}" -P ${nuv_checks}/CompileHeaders.cmake)
+set_tests_properties(installed_headers PROPERTIES FIXTURES_REQUIRED installed_library)

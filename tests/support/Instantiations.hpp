@@ -84,10 +84,17 @@
 
 using PairTypes = ::testing::Types<IndexAndFloatPair, NameAndFloatPair, NameAndVariablePair,
                                    NumberAndConstraintPair>;
+#ifdef NUV_QUICK_TESTS
+// All are the same templates; a name is an element that owns memory.
+using VectorTypes = ::testing::Types<NameAndFloatVector>;
+using ListTypes = ::testing::Types<VariableList>;
+using MapTypes = ::testing::Types<VariableMap>;
+#else
 using VectorTypes = ::testing::Types<IndexAndFloatVector, NameAndFloatVector, VariableBucketVector,
                                      ConstraintBucketVector>;
 using ListTypes = ::testing::Types<VariableList, ConstraintList>;
 using MapTypes = ::testing::Types<VariableMap, ConstraintMap>;
+#endif
 
 /// One kind of iterator of one container.
 template <class Instantiation, class IteratorKind>

@@ -72,7 +72,11 @@ struct UintMatrix
     static constexpr auto Transpose = NuvMatrix_NuvUintTranspose;
 };
 
+#ifdef NUV_QUICK_TESTS
+using MatrixTypes = ::testing::Types<FloatMatrix>;
+#else
 using MatrixTypes = ::testing::Types<FloatMatrix, UintMatrix>;
+#endif
 
 /// A matrix that a test holds: made from its elements row after row, and destructed with its scope.
 template <class Operations>
