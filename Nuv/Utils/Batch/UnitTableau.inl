@@ -289,11 +289,12 @@ UnitEnd StepUnit(UnitTableau* shown)
     shown->largest = LargerOf(x->largest, MakePivot(x, nonzeros, position, row));
     return UnitEnd::None;
 }
+
+constexpr UnitLoops kUnitLoops = {StartUnit, StepUnit};
 }  // namespace
 
 const UnitLoops* NUV_UNIT_LOOPS()
 {
-    static constexpr UnitLoops kLoops = {StartUnit, StepUnit};
-    return &kLoops;
+    return &kUnitLoops;
 }
 }  // namespace nuv
