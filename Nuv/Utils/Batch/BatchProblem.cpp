@@ -52,7 +52,7 @@ void WriteOptimum(const NuvLinearProgrammingBatch* batch, NuvSizeT problem, NuvU
     if (batch->values)
     {
         // Which are slacks cannot be foreseen: these are written as well, but elsewhere.
-        NuvFloat32 ofSlack;
+        NuvFloat32 ofSlack = 0.0F;
         NuvFloat32* const places[] = {&ofSlack, batch->values + problem * batch->numVars};
         for (NuvSizeT i = 0; i != m; ++i)
         {
