@@ -68,7 +68,11 @@ std::string StopWords(const Solution& solution)
     case StopReason::None:
         break;
     }
-    return SinglePrecisionWords(solution.singlePrecision);
+    const StageRecord& doubles = solution.stages[Stage::Double];
+    if (doubles.ran && !solution.stages[Stage::Exact].ran)
+        return ": double precision gets no further after " + std::to_string(doubles.pivots) +
+               " pivots, but a solve with proof may";
+    return doubles.ran ? "" : SinglePrecisionWords(solution.singlePrecision);
 }
 
 }  // namespace

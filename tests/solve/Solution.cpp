@@ -157,6 +157,24 @@ TEST_F(Optimum, IsNotProvedByDoubles)
     EXPECT_EQ(believed.dualViolation, 0.0);
 }
 
+/// What nobody stopped says which stage got no further: the last one, not a guess before it.
+TEST(Solution, SaysThatDoublesGotNoFurther)
+{
+    Solution stopped;
+    stopped.status = Status::Stopped;
+    stopped.singlePrecision.stop = SinglePrecisionStop::Empty;
+    EXPECT_EQ(stopped.Outcome(),
+              "stopped: there is no row or no variable for single precision to work on");
+    stopped.stages[Stage::Double] = {true, 27, 0.0};
+    EXPECT_EQ(stopped.Outcome(), "stopped: double precision gets no further after 27 pivots, but a "
+                                 "solve with proof may");
+    stopped.stopReason = StopReason::PivotLimit;
+    EXPECT_EQ(stopped.Outcome(), "stopped by the pivot limit");
+    stopped.stopReason = StopReason::None;
+    stopped.stages[Stage::Exact].ran = true;
+    EXPECT_EQ(stopped.Outcome(), "stopped");
+}
+
 /// Each verdict of the doubles, and the limit that leaves none.
 TEST_F(Optimum, OfDoublesIsAnyVerdict)
 {
