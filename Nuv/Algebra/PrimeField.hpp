@@ -144,7 +144,7 @@ public:
     /// The word modulo the prime, not in Montgomery form; fast for primes just below 2^62.
     [[nodiscard]] std::uint64_t Reduced(std::uint64_t word) const noexcept
     {
-        word -= (word >> 62) * m_prime;
+        word -= (word >> 62) * m_prime;  // same bits (-> /): the remainder is the same
         return word < m_prime ? word : word % m_prime;  // same bits: a remainder of what is one
     }
     [[nodiscard]] Value FromWord(std::uint64_t word) const noexcept

@@ -136,7 +136,7 @@ double QuotientToDouble(const Integer& numerator, const Integer& denominator)
 {
     if (numerator == 0)  // same bits: the long way comes to the same
         return 0.0;
-    const bool negative = numerator < 0;
+    const bool negative = numerator < 0;  // same bits (-> <=, -> 1): it is not 0
     Integer top = Abs(numerator);
     Integer bottom = denominator;
     // A quotient of 55 or 56 bits, made odd if anything is cut off, rounds like the exact one;

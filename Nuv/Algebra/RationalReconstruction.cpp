@@ -285,7 +285,7 @@ bool ReconstructRational(const Integer& residue, const Integer& modulus, std::si
         Divide(remainder0, remainder1, quotient, next);
         if (BitLength(quotient) > margin)  // same bits (>=): the margin is a matter of chance
         {
-            const bool negative = cofactor1 < 0;  // same bits (-> <=): none is 0
+            const bool negative = cofactor1 < 0;  // same bits (-> <=, -> 1): none is 0
             numerator = negative ? Integer(-remainder1) : remainder1;
             denominator = negative ? Integer(-cofactor1) : cofactor1;
             return true;

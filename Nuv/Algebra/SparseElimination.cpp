@@ -192,6 +192,7 @@ typename SparseElimination<Field>::Pivot SparseElimination<Field>::FindPivot()
         {
             const Index next = m_columnCounts.Next(column);
             ConsiderColumn(column, best);
+            // same bits (in RationalField, in PrimeField): what comes later is no cheaper
             if (best.cost <= shorter * shorter || (best.row != kNoIndex && ++looks >= kLooks))
                 return best;
             column = next;
