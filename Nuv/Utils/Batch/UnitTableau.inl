@@ -63,17 +63,22 @@ struct UnitBounds
     NuvUint areIntegers;
 };
 
-/// Copies some columns of A.
+/// Numbers from a place on, and zeros from a count on.
+NUV_LANES_INLINE Lanes LoadPadded(const NuvFloat32* from, NuvSizeT first, NuvSizeT count)
+{
+    return first < count ? LoadUpTo(from + first, count - first) : Lanes{};
+}
+
+/// Copies some columns of A, or of the padding behind it.
 NUV_LANES_INLINE void CopyColumns(const UnitTableau* x, const NuvFloat32* A, NuvSizeT first,
                                   UnitBounds* bounds)
 {
     NuvUint* const patterns = x->patterns + first / kColumnsOfWord * x->columnLength;
     const NuvSizeT shift = first % kColumnsOfWord;
-    const NuvSizeT count = x->n - first;
     Lanes sums = {};
     for (NuvSizeT i = 0; i != x->m; ++i)
     {
-        const Lanes elements = LoadUpTo(A + i * x->n + first, count);
+        const Lanes elements = LoadPadded(A + i * x->n, first, x->n);
         Store(x->rows + i * x->rowLength + first, elements);
         sums = sums + MagnitudeOf(elements);
         bounds->areIntegers &= BitsOf(AreIntegers(elements));
@@ -91,9 +96,7 @@ NUV_LANES_INLINE NuvFloat32 CopyPadded(const NuvFloat32* from, NuvSizeT count, N
     Lanes sums = {};
     for (NuvSizeT i = 0; i != length; i += kLanes)
     {
-        Lanes elements = {};
-        if (i < count)
-            elements = LoadUpTo(from + i, count - i);
+        const Lanes elements = LoadPadded(from, i, count);
         // A sum from +0, as the definition has it: never −0.
         Store(to + i, Lanes{} + elements);
         sums = sums + MagnitudeOf(elements);
@@ -108,7 +111,7 @@ NUV_LANES_INLINE NuvFloat32 CopyPadded(const NuvFloat32* from, NuvSizeT count, N
 NuvFloat32 LargestEntry(const UnitTableau* x, const BatchData* data)
 {
     UnitBounds bounds = {Broadcast(1.0F), kAllLanes};
-    for (NuvSizeT first = 0; first < x->n; first += kLanes)
+    for (NuvSizeT first = 0; first != x->rowLength; first += kLanes)
         CopyColumns(x, data->A, first, &bounds);
     const NuvFloat32 sides = CopyPadded(data->b, x->m, x->values, x->columnLength, &bounds);
     const NuvFloat32 costs = CopyPadded(data->c, x->n, x->costs, x->rowLength, &bounds);

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <map>
-#include <memory>
 #include <tuple>
 
 #include "Nuv/Utils/Batch/Batch.h"
@@ -162,8 +161,11 @@ Answers SolveBy(nuv::BatchWay way, const Group& group, Shape shape)
                                              x.pivots.data(),
                                              x.bases.data(),
                                              x.prices.data()};
-    const auto memory = std::make_unique<char[]>(nuv::WorkspaceSize(&batch, &way));
-    nuv::SolveRange(&batch, &way, 0, count, memory.get());
+    // As memory is that was used before: numbers that a way must not take for its own.
+    std::vector<float> memory(nuv::WorkspaceSize(&batch, &way) / sizeof(float) + 1);
+    for (std::size_t i = 0; i != memory.size(); ++i)
+        memory[i] = static_cast<float>(i * i % 5) - 1.0F;
+    nuv::SolveRange(&batch, &way, 0, count, memory.data());
     x.sequences = std::move(recording.pivots);
     return x;
 }
