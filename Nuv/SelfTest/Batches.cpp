@@ -95,47 +95,86 @@ void Follow(BatchTrace* trace, NuvSizeT problem, NuvUint phase, NuvUint entering
     ++*pivots;
 }
 
-const LaneLoops* LanesFor(Loops loops)
+InstructionSet SetOf(Loops loops)
 {
     switch (loops)
     {
     case Loops::Plain:
-        return LanesOf(InstructionSet::Plain);
+        return InstructionSet::Plain;
     case Loops::Baseline:
-        return LanesOf(InstructionSet::Baseline);
+        return InstructionSet::Baseline;
     case Loops::Avx2:
-        return LanesOf(InstructionSet::Avx2);
+        return InstructionSet::Avx2;
     default:
-        return LanesOf(InstructionSet::Avx512);
+        return InstructionSet::Avx512;
     }
 }
 
 /// @return whether the pivots are the same.
-bool SolveInLanes(const NuvLinearProgrammingBatch* batch, const Solved* solved, Loops loops)
+bool SolveOnWay(const NuvLinearProgrammingBatch* batch, const Solved* solved, BatchWay way)
 {
     Follower follower = {{Follow}, solved, {}, {}};
-    const BatchWay way = {KernelsFor(loops), LanesFor(loops), &follower.trace};
+    way.trace = &follower.trace;
     const Memory workspace(static_cast<size_t>(WorkspaceSize(batch, &way)));
     if (workspace.As<void>())
         SolveRange(batch, &way, 0, kCopies, workspace.As<void>());
     return !follower.isDifferent[0] && !follower.isDifferent[1];
 }
+
+/// In lanes, or in tableaus of integers where these take the problem.
+/// @return whether the pivots are the same.
+bool SolveByLoops(const NuvLinearProgrammingBatch* batch, const Solved* solved, Loops loops,
+                  bool inTableaus)
+{
+    BatchWay way = {KernelsFor(loops), LanesOf(SetOf(loops)), nullptr};
+    if (inTableaus)
+        way.units = UnitLoopsOf(SetOf(loops));
+    return SolveOnWay(batch, solved, way);
+}
+
+bool AreForTableaus(const NuvLinearProgrammingBatch* batch, Loops loops)
+{
+    return loops != Loops::OfThisMachine && batch->numConstraints <= kMaxUnitRows &&
+           HasUnitCoefficients(batch, 0);
+}
+#else
+bool AreForTableaus(const NuvLinearProgrammingBatch* /*batch*/, Loops /*loops*/)
+{
+    return false;
+}
 #endif
 
 /// @return whether the pivots are the same, as far as they are known.
-bool SolveBatch(const NuvLinearProgrammingBatch* batch, const Solved* solved, Loops loops)
+bool SolveBatch(const NuvLinearProgrammingBatch* batch, const Solved* solved, Loops loops,
+                bool inTableaus)
 {
 #if NUV_SELFTEST_CHOOSES_LOOPS
     if (loops != Loops::OfThisMachine)
-        return SolveInLanes(batch, solved, loops);
+        return SolveByLoops(batch, solved, loops, inTableaus);
 #else
     (void)solved;
     (void)loops;
+    (void)inTableaus;
 #endif
     const Memory workspace(static_cast<size_t>(NuvLinearProgrammingBatchWorkspaceSize(batch)));
     if (workspace.As<void>())
         NuvLinearProgrammingBatchSolve(batch, workspace.As<void>());
     return true;
+}
+
+/// Solves a batch of copies and compares the answers.
+bool IsSameInBatch(const NuvLinearProgramming* lp, const Solved& solved, Loops loops,
+                   NuvLinearProgrammingBatch batch, bool inTableaus)
+{
+    Answers found = {};
+    found.values = batch.values;
+    batch.verdicts = found.verdicts;
+    batch.pivots = found.pivots;
+    batch.objectives = found.objectives;
+    bool isSame = SolveBatch(&batch, &solved, loops, inTableaus);
+    for (uint32_t copy = 0; copy != kCopies; ++copy)
+        isSame &= IsSame(lp, solved, found, copy);
+    return isSame;
 }
 }  // namespace
 
@@ -153,8 +192,6 @@ bool IsSameInBatch(const NuvLinearProgramming* lp, const Solved& solved, Loops l
     for (size_t copy = 0; copy != kCopies; ++copy)
         for (size_t i = 0; i != m; ++i)
             memcpy(A + (copy * m + i) * n, lp->A.data + i * (n + m), n * sizeof *A);
-    Answers found = {};
-    found.values = values.As<float>();
     NuvLinearProgrammingBatch batch = {};
     batch.numVars = lp->numVars;
     batch.numConstraints = lp->numConstraints;
@@ -164,13 +201,8 @@ bool IsSameInBatch(const NuvLinearProgramming* lp, const Solved& solved, Loops l
     batch.b = lp->b.data;
     batch.c = lp->c.data;
     batch.pivotLimit = solved.maxPivots;
-    batch.verdicts = found.verdicts;
-    batch.pivots = found.pivots;
-    batch.objectives = found.objectives;
     batch.values = values.As<float>();
-    bool isSame = SolveBatch(&batch, &solved, loops);
-    for (uint32_t copy = 0; copy != kCopies; ++copy)
-        isSame &= IsSame(lp, solved, found, copy);
-    return isSame;
+    return IsSameInBatch(lp, solved, loops, batch, false) &&
+           (!AreForTableaus(&batch, loops) || IsSameInBatch(lp, solved, loops, batch, true));
 }
 }  // namespace nuv::selftest
