@@ -17,11 +17,12 @@ EXAMPLES = Path(os.environ.get("NUV_EXAMPLES", Path(__file__).resolve().parents[
 
 
 def shown(notebook):
-    """What each cell has put out, as text."""
+    """What each cell has put out, as text: what it prints comes in one piece or in several, as time allows."""
     for cell in notebook["cells"]:
-        for output in cell.get("outputs", []):
-            text = output.get("text") or output.get("data", {}).get("text/plain") or ""
-            yield cell["source"], "".join(text)
+        outputs = cell.get("outputs", [])
+        texts = (output.get("text") or output.get("data", {}).get("text/plain") or "" for output in outputs)
+        if outputs:
+            yield cell["source"], "".join("".join(text) for text in texts)
 
 
 def test_the_notebook_prints_what_stands_in_it(tmp_path, monkeypatch):
