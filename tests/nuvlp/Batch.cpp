@@ -189,7 +189,7 @@ TEST(BatchCommand, KeepsWhatIsDoneWhenASignalEndsIt)
     {
         const Outcome outcome = InterruptNuvlp("batch " + batch, SIGINT, wait);
         ASSERT_EQ(outcome.exitCode, 4) << outcome.err;
-        const std::size_t lines = std::ranges::count(ReadFile(result), '\n');
+        const auto lines = std::ranges::count(ReadFile(result), '\n');
         EXPECT_EQ(outcome.err, lines == 0 ? "nuvlp: interrupted; nothing is written\n"
                                           : "nuvlp: interrupted; " + std::to_string(lines - 1) +
                                                 " of 100000 scenarios are done and written\n");
