@@ -9,6 +9,8 @@ execute_process(
     COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX REPLACE "\n$" "" symbols "${symbols}")
 string(REPLACE "\n" ";" symbols "${symbols}")
+# A linker may list what is local to the library as well: text and data of small letters.
+list(FILTER symbols EXCLUDE REGEX "^[^ ]+ [bdrt] ")
 set(exported)
 foreach(symbol IN LISTS symbols)
     string(REGEX REPLACE "[ @].*" "" name "${symbol}")
