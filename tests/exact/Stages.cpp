@@ -162,20 +162,27 @@ TEST(Stages, ARowThatProvesNothingIsPassedOver)
     }
 }
 
-/// A check that knows other bounds refuses the optimum: nothing is claimed then.
-TEST(Stages, WhatTheCheckRefusesIsNotClaimed)
+/// What becomes of a form's slack basis before a check that knows another form.
+CertifiedResult ProvedAgainst(const BoundedForm& other, const BoundedForm& form,
+                              SimplexVerdict verdict)
 {
-    const BoundedForm form = KnownForms()[0].form;
-    BoundedForm other = form;
-    other.columnUpper[1] = 5;
     RepeatedCheck check(other);
     ScalableForm scalable(form);
     ExactEvaluation evaluation(form);
     SolveControl control;
     CertifiedResult result;
     result.record.basis = SlackBasis(form);
-    ProveBasis(scalable, evaluation, SimplexVerdict::Optimal, kRefinements, &check, control,
-               result);
+    ProveBasis(scalable, evaluation, verdict, kRefinements, &check, control, result);
+    return result;
+}
+
+/// A check that knows other bounds refuses the optimum: nothing is claimed then.
+TEST(Stages, WhatTheCheckRefusesIsNotClaimed)
+{
+    const BoundedForm form = KnownForms()[0].form;
+    BoundedForm other = form;
+    other.columnUpper[1] = 5;
+    const CertifiedResult result = ProvedAgainst(other, form, SimplexVerdict::Optimal);
     EXPECT_EQ(result.certificate.status, Status::Stopped);
     EXPECT_FALSE(result.record.proved);
     EXPECT_EQ(result.record.value[1], 6.0) << "the last basis stands, as numbers without a proof";
@@ -188,14 +195,7 @@ TEST(Stages, AContradictionThatTheCheckRefusesIsNotClaimed)
     const BoundedForm form = KnownForms()[1].form;
     BoundedForm other = form;
     other.rowLower[0] = 1;
-    RepeatedCheck check(other);
-    ScalableForm scalable(form);
-    ExactEvaluation evaluation(form);
-    SolveControl control;
-    CertifiedResult result;
-    result.record.basis = SlackBasis(form);
-    ProveBasis(scalable, evaluation, SimplexVerdict::Infeasible, kRefinements, &check, control,
-               result);
+    const CertifiedResult result = ProvedAgainst(other, form, SimplexVerdict::Infeasible);
     EXPECT_EQ(result.certificate.status, Status::Stopped);
     EXPECT_FALSE(result.record.proved);
     EXPECT_GT(result.record.primalViolation, 0.0);
