@@ -48,6 +48,15 @@ struct Drawing
     double nearness = 0.0;   ///< not 0: half of the columns are the one before but for this share
 };
 
+/// Where many bases are optimal, and many rows block a step.
+inline constexpr Drawing kTied{.rows = 6,
+                               .columns = 8,
+                               .entries = 4,
+                               .boxed = 3,
+                               .equations = 3,
+                               .isWhole = true,
+                               .isTied = true};
+
 [[nodiscard]] BoundedForm Draw(Random& random, const Drawing& drawing);
 
 /// Pivots that are small, safe or neither.

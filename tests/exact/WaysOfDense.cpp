@@ -71,19 +71,12 @@ void PivotInACircle(Random& random, Way& way)
 
 std::vector<Kind> KindsOfDense()
 {
-    const Drawing tied{.rows = 6,
-                       .columns = 8,
-                       .entries = 4,
-                       .boxed = 3,
-                       .equations = 3,
-                       .isWhole = true,
-                       .isTied = true};
     const Drawing scaled{.rows = 5, .columns = 6, .boxed = 3, .exponents = 20};
     const Drawing longer{.rows = 5, .columns = 6, .boxed = 3, .exponents = 32};
     const Drawing farScaled{.rows = 5, .columns = 6, .boxed = 3, .exponents = 100};
     return {
         OfSmall("dense pivots of small", 300, PivotDense),
-        OfDrawn("dense pivots of tied", 60, tied, PivotDense),
+        OfDrawn("dense pivots of tied", 60, kTied, PivotDense),
         OfDrawn("dense pivots of scaled", 60, scaled, PivotDense),
         OfDrawn("dense pivots of far scaled", 30, farScaled, PivotDense),
         {"dense pivots in a circle", PivotInACircle},

@@ -267,13 +267,6 @@ void PivotDecimals(const BoundedForm& whole, Random& random, Way& way)
 
 std::vector<Kind> KindsOfProofs()
 {
-    const Drawing tied{.rows = 6,
-                       .columns = 8,
-                       .entries = 4,
-                       .boxed = 3,
-                       .equations = 3,
-                       .isWhole = true,
-                       .isTied = true};
     const Drawing infeasible{.rows = 6,
                              .columns = 7,
                              .entries = 3,
@@ -294,13 +287,13 @@ std::vector<Kind> KindsOfProofs()
                        .least = 0.0};
     return {
         OfSmall("exact pivots of small", 100, PivotExactly),
-        OfDrawn("exact pivots of tied", 20, tied, PivotExactly),
+        OfDrawn("exact pivots of tied", 20, kTied, PivotExactly),
         OfDrawn("exact pivots of infeasible", 10, infeasible, PivotExactly),
         OfSmall("stops of small", 40, Stop),
         OfDependent("stops of nearly dependent", 4, Stop),
         OfDrawn("ranges of whole numbers", 4, many, Ranges),
         OfDrawn("ranges of fractions", 2, fractions, Ranges),
-        OfDrawn("ranges of tied", 40, tied, Ranges),
+        OfDrawn("ranges of tied", 40, kTied, Ranges),
         OfSmall("ranges of small", 60, Ranges),
         OfDrawn("conflicts", 40, infeasible, Conflict),
         OfSmall("conflicts of small", 100, Conflict),
@@ -310,10 +303,10 @@ std::vector<Kind> KindsOfProofs()
         OfDrawn("guesses of dependent", 10, dependent, ProveGuess),
         OfDrawn("guesses of infeasible", 15, infeasible, ProveGuess),
         OfSmall("quotients of small", 60, ProveQuotients),
-        OfDrawn("quotients of tied", 12, tied, ProveQuotients),
+        OfDrawn("quotients of tied", 12, kTied, ProveQuotients),
         OfDrawn("ranges of free", 40, free, Ranges),
         {"exact pivots in place", PivotInPlace},
-        OfDrawn("exact pivots of decimals", 20, tied, PivotDecimals),
+        OfDrawn("exact pivots of decimals", 20, kTied, PivotDecimals),
     };
 }
 

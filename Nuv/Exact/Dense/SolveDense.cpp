@@ -30,10 +30,16 @@ void AppendRows(const double* matrix, Index count, Index columns, SparseVectors<
     }
 }
 
+void Append(std::vector<double>& all, const double* numbers, std::size_t count)
+{
+    all.insert(all.end(), numbers, numbers + count);
+}
+
+/// The same where they may be left out.
 void Append(std::vector<double>& all, const double* numbers, std::size_t count, double otherwise)
 {
     if (numbers != nullptr)
-        all.insert(all.end(), numbers, numbers + count);
+        Append(all, numbers, count);
     else
         all.insert(all.end(), count, otherwise);
 }
@@ -99,19 +105,18 @@ bool DenseSolver::TakeForm(const DenseProblem& problem)
     m_form.columns = problem.columns;
     m_form.numbers = problem.numbers;
     m_form.matrix.clear();
-    const double given = 0.0;  // same bits: of what is always there
-    Append(m_form.matrix, problem.upperMatrix, columns * problem.upperRows, given);
-    Append(m_form.matrix, problem.equalMatrix, columns * problem.equalRows, given);
+    Append(m_form.matrix, problem.upperMatrix, columns * problem.upperRows);
+    Append(m_form.matrix, problem.equalMatrix, columns * problem.equalRows);
     m_form.cost.clear();
     Append(m_form.cost, problem.cost, columns, 0.0);
     m_form.lower.clear();
     Append(m_form.lower, problem.lower, columns, 0.0);
     Append(m_form.lower, nullptr, problem.upperRows, -kInfinity);
-    Append(m_form.lower, problem.equalSides, problem.equalRows, given);
+    Append(m_form.lower, problem.equalSides, problem.equalRows);
     m_form.upper.clear();
     Append(m_form.upper, problem.upper, columns, kInfinity);
-    Append(m_form.upper, problem.upperSides, problem.upperRows, given);
-    Append(m_form.upper, problem.equalSides, problem.equalRows, given);
+    Append(m_form.upper, problem.upperSides, problem.upperRows);
+    Append(m_form.upper, problem.equalSides, problem.equalRows);
     const auto isFinite = [](double number) { return std::isfinite(number); };
     if (!std::ranges::all_of(m_form.matrix, isFinite) ||
         !std::ranges::all_of(m_form.cost, isFinite))

@@ -88,36 +88,16 @@ bool IsSparse(const NuvLinearProgrammingBatch* batch, NuvSizeT problem)
 
 const LaneLoops* LanesOf(InstructionSet set)
 {
-    if (!KernelsOf(set))
-        return nullptr;
-    switch (set)
-    {
-    case InstructionSet::Avx512:
-        return Avx512Lanes();
-    case InstructionSet::Avx2:
-        return Avx2Lanes();
-    case InstructionSet::Baseline:
-        return BaselineLanes();
-    default:
-        return PlainLanes();
-    }
+    // In the order of the sets.
+    constexpr const LaneLoops* (*kLoops[])() = {PlainLanes, BaselineLanes, Avx2Lanes, Avx512Lanes};
+    return KernelsOf(set) ? kLoops[static_cast<NuvSizeT>(set)]() : nullptr;
 }
 
 const UnitLoops* UnitLoopsOf(InstructionSet set)
 {
-    if (!KernelsOf(set))
-        return nullptr;
-    switch (set)
-    {
-    case InstructionSet::Avx512:
-        return Avx512UnitLoops();
-    case InstructionSet::Avx2:
-        return Avx2UnitLoops();
-    case InstructionSet::Baseline:
-        return BaselineUnitLoops();
-    default:
-        return PlainUnitLoops();
-    }
+    constexpr const UnitLoops* (*kLoops[])() = {PlainUnitLoops, BaselineUnitLoops, Avx2UnitLoops,
+                                                Avx512UnitLoops};
+    return KernelsOf(set) ? kLoops[static_cast<NuvSizeT>(set)]() : nullptr;
 }
 
 BatchWay WayOf(const NuvLinearProgrammingBatch* batch)
